@@ -44,13 +44,13 @@ std::string TreeOf(ProjectWorld& world) {
 }
 
 void ExamineAll(ProjectWorld& world, tarn::CXmlNode& node) {
-  world.model->ExamineNode(node);
+  world.builder->ExamineNode(node);
   for (int i = 0; i < node.GetChildCount(); ++i) ExamineAll(world, *node.GetChild(i));
 }
 
 std::string SavedFiles(ProjectWorld& world) {
-  world.model->SetActiveApplication(world.Application());
-  Require(world.model->StoreChangedProperty("C.General.Nothing") == 1);
+  world.model->Publishing().SetActiveApplication(world.Application());
+  Require(world.model->Options().StoreChangedProperty("C.General.Nothing") == 1);
   Require(world.model->SaveProject() == 1);
   return world.FileText("/p/demo.tprj") + world.FileText("/p/demo.tapp");
 }
@@ -71,10 +71,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string& expected = SavedWithoutReport();
   ProjectWorld world;
   Open(world);
-  Require(world.model->SetBuildInfo("", input.c_str()) == 1);
+  Require(world.builder->Information().SetBuildInfo("", input.c_str()) == 1);
   ExamineAll(world, world.model->GetProjectRoot());
   const std::string once = TreeOf(world);
-  Require(world.model->SetBuildInfo("", input.c_str()) == 1);
+  Require(world.builder->Information().SetBuildInfo("", input.c_str()) == 1);
   Require(TreeOf(world) == once);
   world.model->PublishAll();
   Require(SavedFiles(world) == expected);

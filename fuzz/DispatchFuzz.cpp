@@ -133,9 +133,9 @@ class Host {
   }
 
   void WaitForWorker() {
-    tarn::CProjectModel* model = world.Manager().GetModel();
+    tarn::Builder* builder = world.Manager().GetBuilder();
     Require(tarn::MessageLoop::ForCurrentThread()->PumpUntil(
-        [model] { return !model->IsWorkerAlive(); }, std::chrono::seconds(15)));
+        [builder] { return !builder->IsWorkerAlive(); }, std::chrono::seconds(15)));
   }
 
   tarn::test::ManagerWorld world;

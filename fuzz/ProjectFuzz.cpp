@@ -119,16 +119,16 @@ bool Travel(ProjectWorld& world, const Disk& before) {
   }
   world.model->PublishAll();
   for (int i = 0; tarn::CXmlNode* child = world.Application(i); ++i) {
-    world.model->ExamineNode(*child);
+    world.builder->ExamineNode(*child);
   }
-  world.model->StoreChangedProperty("C.General.Nothing");
+  world.model->Options().StoreChangedProperty("C.General.Nothing");
   const bool isChanged = world.model->IsModified();
   world.model->SaveProject();
   const Disk after = FilesOf(world);
   if (!isChanged) Require(after == before);
   RequireAllKept(before, after);
   // A failed save is not repeated when the next project is opened.
-  world.model->DropChanges();
+  world.model->State().DropChanges();
   world.model->CloseProject();
   return true;
 }

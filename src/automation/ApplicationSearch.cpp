@@ -9,7 +9,7 @@ CXmlNode* FindApplication(CProjectModel& model, const std::string& key) {
   ForEachApplication(model, [&](CXmlNode& application) {
     const std::string label = TextOf(application.GetAttrValue("Header"));
     std::string path;
-    model.MakeAbsolutePath(TextOf(application.GetAttrValue("Path")), path, nullptr);
+    model.Paths().MakeAbsolutePath(TextOf(application.GetAttrValue("Path")), path, nullptr);
     if (path == key) byPath.push_back(&application);
     if (label == key) byLabel.push_back(&application);
     if (EqualNoCase(label, key)) byLetters.push_back(&application);

@@ -12,7 +12,7 @@ void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
   CXmlNode& root = model.GetProjectRoot();
   for (int i = 0; i < root.GetChildCount(); ++i) {
     CXmlNode& child = *root.GetChild(i);
-    if ((model.types.FlagsOf(child) & kTypeApplication) != 0) onApplication(child);
+    if ((model.Types().FlagsOf(child) & kTypeApplication) != 0) onApplication(child);
   }
 }
 

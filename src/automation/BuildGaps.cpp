@@ -37,12 +37,12 @@ bool HasFile(const CXmlNode& node) {
 bool HasSource(CProjectModel& model, const CXmlNode& node) {
   const auto isSource = [&model](const CXmlNode& type) {
     constexpr std::uint32_t kSource = kTypeBuild | kTypePath;
-    return (model.types.FlagsOf(type) & (kSource | kTypeApplication)) == kSource;
+    return (model.Types().FlagsOf(type) & (kSource | kTypeApplication)) == kSource;
   };
   if (IsExactlyYes(node, "Exclude")) return false;
   bool found = false;
   if (HasText(node, "Path")) {
-    const CXmlNode* type = model.FindTypeByFileExtension(node.GetAttrValue("Path"));
+    const CXmlNode* type = model.Extensions().Find(node.GetAttrValue("Path"));
     found = isSource(node) || (type != nullptr && isSource(*type));
   }
   ForEachContentChild(node,
@@ -61,7 +61,7 @@ void AddGap(const BuildGap& gap, std::string_view type, bool isFatal, CXmlNode& 
 
 void ListApplication(CProjectModel& model, const CXmlNode& application,
                      const HasToolFunction& hasTool, CXmlNode& list) {
-  const NodeTypes& types = model.types;
+  const NodeTypes& types = model.Types();
   if (IsExactlyYes(application, "Exclude")) return;
   CXmlNode& entry = *list.AddChild("Application");
   entry.AddAttr("Header", TextOf(application.GetAttrValue("Header")));
@@ -116,19 +116,19 @@ std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunct
   list->SetName("BuildGaps");
   const CXmlNode& root = model.GetProjectRoot();
   ForEachContentChild(root, [&](const CXmlNode& child) {
-    if (model.types.GetNodeType(child) == nullptr) {
+    if (model.Types().GetNodeType(child) == nullptr) {
       if (HasFile(child)) AddGap({child, "no-type"}, child.NameView(), true, *list);
-    } else if ((model.types.FlagsOf(child) & kTypeApplication) == 0 && HasSource(model, child)) {
+    } else if ((model.Types().FlagsOf(child) & kTypeApplication) == 0 && HasSource(model, child)) {
       AddGap({child, "no-application"}, child.NameView(), true, *list);
     }
   });
   ForEachContentChild(root, [&](const CXmlNode& child) {
     constexpr std::uint32_t kWanted = kTypeApplication | kTypeBuild;
-    if ((model.types.FlagsOf(child) & kWanted) == kWanted) {
+    if ((model.Types().FlagsOf(child) & kWanted) == kWanted) {
       ListApplication(model, child, hasTool, *list);
     }
   });
-  const ApplicationOrder order(model.types, model.toolManager, model.GetProjectRoot());
+  const ApplicationOrder order(model.Types(), model.Services().toolManager, model.GetProjectRoot());
   if (!order.GetCycle().empty()) list->AddAttr("Cycle", order.GetCycle());
   return list;
 }

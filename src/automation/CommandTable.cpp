@@ -43,18 +43,21 @@ std::span<const CommandRow> CommandRow::Table() {
                  "Stores the option that was changed in the options window. The current node and "
                  "everything below it are then out of date.",
                  Apply<false>},
+      CommandRow{TARN_CMD_ADD_FILES, Always, Plain, "Add files",
+                 "Prompts for files and adds them to the current node.",
+                 [](M& manager, Id) {
+                   return manager.model->Items().AddExistingItem(nullptr, nullptr), 1;
+                 }},
       CommandRow{
-          TARN_CMD_ADD_FILES, Always, Plain, "Add files",
-          "Prompts for files and adds them to the current node.",
-          [](M& manager, Id) { return manager.model->AddExistingItem(nullptr, nullptr), 1; }},
-      CommandRow{TARN_CMD_NEW_APPLICATION, UserProject, Plain, "New application",
-                 "Prompts for the settings of a new application and adds it.",
-                 [](M& manager, Id) { return manager.model->AddNewItem(nullptr, nullptr), 1; }},
+          TARN_CMD_NEW_APPLICATION, UserProject, Plain, "New application",
+          "Prompts for the settings of a new application and adds it.",
+          [](M& manager, Id) { return manager.model->Items().AddNewItem(nullptr, nullptr), 1; }},
       CommandRow{TARN_CMD_NODE_OPTIONS, UserProject, Plain, "Options",
                  "Shows the options of the current node.", Do<&M::ShowNodeOptions>},
-      CommandRow{TARN_CMD_NEW_GROUP, UserProject, Plain, "New folder",
-                 "Adds a folder to the current node.",
-                 [](M& manager, Id) { return manager.model->AddNewItem(nullptr, "Group"), 1; }},
+      CommandRow{
+          TARN_CMD_NEW_GROUP, UserProject, Plain, "New folder",
+          "Adds a folder to the current node.",
+          [](M& manager, Id) { return manager.model->Items().AddNewItem(nullptr, "Group"), 1; }},
       CommandRow{TARN_CMD_OPEN_LISTING, Always, Plain, "Listing",
                  "Opens the listing file of the current node in the host.",
                  [](M& manager, Id) { return manager.OpenListing(nullptr), 1; }},
@@ -86,28 +89,31 @@ std::span<const CommandRow> CommandRow::Table() {
       CommandRow{TARN_CMD_SET_ACTIVE_APPLICATION, UserProject, Plain, "Set as active application",
                  "Makes the current node the active application, if it is an application.",
                  [](M& manager, Id) {
-                   manager.model->SetActiveApplication(manager.model->GetCurrentNode());
+                   manager.model->Publishing().SetActiveApplication(
+                       manager.model->GetCurrentNode());
                    return 1;
                  }},
-      CommandRow{TARN_CMD_SELECT_CONFIGURATION, Always, Plain, "Select the configuration",
-                 "Activates the configuration that is specified in the options window.",
-                 [](M& manager, Id) { return manager.model->SelectConfiguration(""), 1; }},
+      CommandRow{
+          TARN_CMD_SELECT_CONFIGURATION, Always, Plain, "Select the configuration",
+          "Activates the configuration that is specified in the options window.",
+          [](M& manager, Id) { return manager.model->Options().SelectConfiguration(""), 1; }},
       CommandRow{TARN_CMD_RESET_OPTION, Always, Plain, "Reset an option",
                  "Removes the stored value of the option that was changed in the options window.",
                  Do<&M::ResetProperty>},
-      CommandRow{TARN_CMD_RESET_NODE_OPTIONS, Always, Plain, "Reset to defaults",
-                 "Removes all options that are stored at the current node.",
-                 [](M& manager, Id) { return manager.model->ResetNodeOptions(nullptr), 1; }},
+      CommandRow{
+          TARN_CMD_RESET_NODE_OPTIONS, Always, Plain, "Reset to defaults",
+          "Removes all options that are stored at the current node.",
+          [](M& manager, Id) { return manager.model->Options().ResetNodeOptions(nullptr), 1; }},
       CommandRow{TARN_CMD_STOP, WhileBuilding, Plain, "Stop",
                  "Requests that the build stop after the running tool.",
-                 [](M& manager, Id) { return manager.model->RequestStop(), 1; }},
+                 [](M& manager, Id) { return manager.builder->RequestStop(), 1; }},
       CommandRow{TARN_CMD_OPTIONS_LOADED, Always, Plain, "Announce the active application",
                  "Notifies the host of the path and the configuration of the active application.",
                  Do<&M::AnnounceActiveApplication>},
       CommandRow{TARN_CMD_BUILD_APPLICATION, Always, Build, "Build the active application",
                  "Selects the active application and builds what is out of date in it.",
                  [](M& manager, Id) {
-                   if (!manager.model->CanStartOperation()) return 2;
+                   if (!manager.builder->CanStartOperation()) return 2;
                    manager.model->SetCurrentNode(manager.model->GetActiveApplication());
                    return manager.StartWorker(ModeBuild);
                  }},
@@ -128,22 +134,23 @@ std::span<const CommandRow> CommandRow::Table() {
                  "Stops reading the options of nodes in the background.", Do<&M::StopPublishing>},
       CommandRow{TARN_CMD_ADD_CONFIGURATION, Always, Plain, "Add a configuration",
                  "Adds the configuration that is specified in the options window.",
-                 [](M& manager, Id) { return manager.model->AddConfiguration(), 1; }},
+                 [](M& manager, Id) { return manager.model->Options().AddConfiguration(), 1; }},
       CommandRow{TARN_CMD_REBUILD_AFTERWARDS, Always, Plain, "Build once more",
                  "Rebuilds everything after the running build. Returns 0.",
                  [](M& manager, Id) { return manager.rerunAfterBuild = true, 0; }},
-      CommandRow{TARN_CMD_CLEAR_DEFAULT_PROJECT, Always, Plain, "Empty the default project",
-                 "Removes everything that was added to the default project.",
-                 [](M& manager, Id) { return manager.model->ClearDefaultApplicationItems(), 1; }},
+      CommandRow{
+          TARN_CMD_CLEAR_DEFAULT_PROJECT, Always, Plain, "Empty the default project",
+          "Removes everything that was added to the default project.",
+          [](M& manager, Id) { return manager.model->Editor().ClearDefaultApplicationItems(), 1; }},
       CommandRow{TARN_CMD_REMOVE_NODE, UserProject, Plain, "Remove",
                  "Removes the current node from the project; its file is kept.",
-                 [](M& manager, Id) { return manager.model->RemoveItem(nullptr), 1; }},
+                 [](M& manager, Id) { return manager.model->Editor().RemoveItem(nullptr), 1; }},
       CommandRow{TARN_CMD_COPY, UserProject, Plain, "Copy",
                  "Copies the current node with everything below it.",
-                 [](M& manager, Id) { return manager.model->CopyNode(nullptr), 1; }},
+                 [](M& manager, Id) { return manager.model->Editor().CopyNode(nullptr), 1; }},
       CommandRow{TARN_CMD_PASTE, UserProject, Plain, "Paste",
                  "Inserts the copied node at the current node.",
-                 [](M& manager, Id) { return manager.model->PasteNode(nullptr), 1; }},
+                 [](M& manager, Id) { return manager.model->Editor().PasteNode(nullptr), 1; }},
   };
   return rows;
 }

@@ -34,7 +34,7 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
     case EnableRule::UserProject:
       return model->IsDefaultProject() ? 0 : 1;
     case EnableRule::WhileBuilding:
-      return model->GetBuildState() == StateBuilding ? 1 : 0;
+      return builder->GetBuildState() == StateBuilding ? 1 : 0;
   }
   return 1;
 }
@@ -42,14 +42,15 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
 // Used by hosts that protect damaged projects. The definitions may have changed since the host
 // queried the installation's problems.
 bool CProjectManager::RefusesBuild() {
-  if (!model->IsDamageProtected()) return false;
+  if (!model->Protection().IsDamageProtected()) return false;
   std::string problem = "the project was read only in part.";
-  if (!model->IsDamageHeld()) {
+  if (!model->Protection().IsDamageHeld()) {
     problem = FindDefinitionProblem();
     // Reloading them may resolve the problem.
-    if (!problem.empty() && model->RefreshDefinitions() != 0) problem = FindDefinitionProblem();
+    if (!problem.empty() && model->Options().RefreshDefinitions() != 0)
+      problem = FindDefinitionProblem();
   }
-  if (!problem.empty()) model->AddLogLine("Nothing was built: " + problem);
+  if (!problem.empty()) model->Host().AddLogLine("Nothing was built: " + problem);
   return !problem.empty();
 }
 
@@ -57,17 +58,18 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   const CommandKind kind = KindOf(id);
   if (!model || kind == CommandKind::Plain) return 1;
   if (kind == CommandKind::Build) rerunAfterBuild = false;
-  if (!model->CanStartOperation()) return 0;
+  if (!builder->CanStartOperation()) return 0;
   if (RefusesBuild()) return 0;
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   platform.files.SetCurrentFolder(model->GetProjectFolder());
-  const std::intptr_t answer = model->SendHost(kMsgBuildStarting, 0, 0);
+  const std::intptr_t answer = model->Host().SendHost(kMsgBuildStarting, 0, 0);
   if (answer == 0) {
     // Publishing was suspended for a build that now isn't started.
     const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
-    if (hasTimer && !model->IsPublishingStopped() && model->HasUnpublished())
-      model->views.StartStepTimer();
+    if (hasTimer && !model->Publishing().IsPublishingStopped() &&
+        model->Publishing().HasUnpublished())
+      model->Services().views.StartStepTimer();
     return 0;
   }
   output->ResetLog();
@@ -84,51 +86,51 @@ std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
   propertyManager->EndUpdate();
   if (kind == CommandKind::Tool) return 1;
   if (const CXmlNode* application = model->GetActiveApplication()) {
-    model->views.LoadGlobals(model->GlobalsFileOf(*application));
+    model->Services().views.LoadGlobals(model->Paths().GlobalsFileOf(*application));
   }
   if (!rerunAfterBuild) return 1;
-  model->PostHostCommand(TARN_CMD_APPLY_OPTION_AND_REBUILD);
-  model->PostHostCommand(TARN_CMD_REBUILD_ALL);
+  model->Host().PostHostCommand(TARN_CMD_APPLY_OPTION_AND_REBUILD);
+  model->Host().PostHostCommand(TARN_CMD_REBUILD_ALL);
   return 0;
 }
 
 // Returns 2 even if the start was refused because another worker is running: the host is notified
 // when that worker ends.
 std::int32_t CProjectManager::StartWorker(std::int32_t command) {
-  model->StartBuildThread(command);
+  builder->StartBuildThread(command);
   return 2;
 }
 
 std::int32_t CProjectManager::RunNodeTool(std::uint32_t id) {
-  const bool hasTools = model->GetDynamicCommandTree() != nullptr;
+  const bool hasTools = model->Publishing().GetDynamicCommandTree() != nullptr;
   if (!hasTools || model->GetOwnCurrentNode() == nullptr) return 1;
   return StartWorker(static_cast<std::int32_t>(id));
 }
 
 // Publishes the node again, since its options were changed without its cached values.
 void CProjectManager::ReloadOptions(CXmlNode& node) {
-  model->ForgetCurrentNode();
+  model->State().ForgetCurrentNode();
   const std::uint64_t epoch = model->GetTreeEpoch();
   model->SetCurrentNode(&node);
-  if (model->GetTreeEpoch() == epoch) model->RestorePropState(node);
+  if (model->GetTreeEpoch() == epoch) model->Publishing().RestorePropState(node);
 }
 
 void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
-  if (!model->CanStartOperation()) return;
-  if (CXmlNode* node = model->GetCurrentNode()) model->RenewPropState(*node);
+  if (!builder->CanStartOperation()) return;
+  if (CXmlNode* node = model->GetCurrentNode()) model->Publishing().RenewPropState(*node);
   // Storing can remove the contents of the default application, including the node.
-  model->StoreChangedProperty("");
+  model->Options().StoreChangedProperty("");
   propertyManager->BeginUpdate();
   {
-    const TreeUpdate update(model->views);
+    const TreeUpdate update(model->Services().views);
     CXmlNode* node = model->GetCurrentNode();
     const char* outputFile = node == nullptr ? nullptr : node->GetAttrValue("OutputFile");
     if (outputFile != nullptr) {
-      model->SendHost(kMsgOutputInvalid, outputFile, -1);
+      model->Host().SendHost(kMsgOutputInvalid, outputFile, -1);
       node = model->GetCurrentNode();
     }
     if (node != nullptr && model->IsOpen()) {
-      model->ResetNodeCache(*node, keepsOutputs);
+      model->Derived().ResetNodeCache(*node, keepsOutputs);
       ReloadOptions(*node);
     }
     propertyManager->EndUpdate();
@@ -136,20 +138,20 @@ void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
 }
 
 void CProjectManager::ResetProperty() {
-  if (!model->CanStartOperation()) return;
-  model->ResetStoredProperty("");
+  if (!builder->CanStartOperation()) return;
+  model->Options().ResetStoredProperty("");
   CXmlNode* node = model->GetCurrentNode();
   propertyManager->BeginUpdate();
-  if (node != nullptr) model->RenewPropState(*node);
+  if (node != nullptr) model->Publishing().RenewPropState(*node);
   {
-    const TreeUpdate update(model->views);
+    const TreeUpdate update(model->Services().views);
     const char* outputFile = node == nullptr ? nullptr : node->GetAttrValue("OutputFile");
     if (outputFile != nullptr) {
-      model->SendHost(kMsgOutputInvalid, outputFile, -1);
+      model->Host().SendHost(kMsgOutputInvalid, outputFile, -1);
       node = model->GetCurrentNode();
     }
     if (node != nullptr && model->IsOpen()) {
-      model->ResetNodeCache(*node, false);
+      model->Derived().ResetNodeCache(*node, false);
       ReloadOptions(*node);
     }
     propertyManager->EndUpdate();
@@ -158,39 +160,41 @@ void CProjectManager::ResetProperty() {
 
 void CProjectManager::ShowNodeOptions() {
   CXmlNode* node = model->GetCurrentNode();
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
-  model->RenewPropState(*node);
+  model->Publishing().RenewPropState(*node);
   {
-    const TreeUpdate update(model->views);
-    model->PublishSubtree(*node);
+    const TreeUpdate update(model->Services().views);
+    model->Publishing().PublishSubtree(*node);
     const std::uint64_t epoch = model->GetTreeEpoch();
     model->SetCurrentNode(node);
-    if (model->GetTreeEpoch() == epoch) model->RestorePropState(*node);
+    if (model->GetTreeEpoch() == epoch) model->Publishing().RestorePropState(*node);
     propertyManager->EndUpdate();
   }
-  if (model->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
+  if (builder->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
 }
 
 void CProjectManager::ShowApplicationOptions() {
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
   if (CXmlNode* application = model->GetActiveApplication()) {
-    model->PublishSubtree(*application);
+    model->Publishing().PublishSubtree(*application);
     model->SetCurrentNode(application);
   }
   propertyManager->EndUpdate();
-  if (model->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
+  if (builder->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
 }
 
 void CProjectManager::OpenListing(CXmlNode* node) {
   if (node == nullptr) node = model->GetCurrentNode();
   if (node == nullptr) return;
-  if (node->FindChild("#CDATA") == nullptr && model->LoadNodeOptions(node, true) == nullptr) return;
+  if (node->FindChild("#CDATA") == nullptr &&
+      model->Publishing().LoadNodeOptions(node, true) == nullptr)
+    return;
   const std::string listing = TextOf(node->GetAttrValue("ListingFile"));
-  if (!listing.empty()) model->SendHost(kMsgOpenFileAtLine, listing, 0);
+  if (!listing.empty()) model->Host().SendHost(kMsgOpenFileAtLine, listing, 0);
 }
 
 void CProjectManager::RunOpenCommand() {
@@ -198,38 +202,38 @@ void CProjectManager::RunOpenCommand() {
   if (node == nullptr) return;
   const std::string command =
       propertyManager->GetPropertyValue(node->NameView(), "Internal", "Open");
-  if (!command.empty()) model->SendHost(kMsgCommand, ParseNumber(command), 0);
+  if (!command.empty()) model->Host().SendHost(kMsgCommand, ParseNumber(command), 0);
 }
 
 void CProjectManager::OpenCurrentFile() {
   const CXmlNode* node = model->GetOwnCurrentNode();
   if (node == nullptr) return;
   const char* path = node->GetAttrValue("Path");
-  model->SendHost(kMsgOpenFileAtLine, path != nullptr ? path : TextOf(node->GetAttrValue("Header")),
-                  0);
+  model->Host().SendHost(kMsgOpenFileAtLine,
+                         path != nullptr ? path : TextOf(node->GetAttrValue("Header")), 0);
 }
 
 void CProjectManager::ShowCurrentFile() {
   const CXmlNode* node = model->GetOwnCurrentNode();
   const char* path = node == nullptr ? nullptr : node->GetAttrValue("Path");
-  if (path != nullptr) model->SendHost(kMsgOpenFile, path, -1);
+  if (path != nullptr) model->Host().SendHost(kMsgOpenFile, path, -1);
 }
 
 void CProjectManager::AnnounceActiveApplication() {
   const CXmlNode* application = model->GetActiveApplication();
   if (application == nullptr) return;
   const char* config = application->GetAttrValue("Config");
-  model->SendHost(kMsgApplicationActivated, TextOf(application->GetAttrValue("Path")),
-                  std::string(config == nullptr ? kStandardConfig : config));
-  model->views.BeginTreeUpdate();
-  model->views.EndTreeUpdate();
+  model->Host().SendHost(kMsgApplicationActivated, TextOf(application->GetAttrValue("Path")),
+                         std::string(config == nullptr ? kStandardConfig : config));
+  model->Services().views.BeginTreeUpdate();
+  model->Services().views.EndTreeUpdate();
 }
 
 void CProjectManager::StopPublishing() {
-  model->SetPublishingSuspended(true);
-  model->views.StopStepTimer();
+  model->Publishing().SetPublishingSuspended(true);
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
-  model->SetPublishingSuspended(false);
+  model->Publishing().SetPublishingSuspended(false);
 }
 
 }  // namespace tarn

@@ -55,10 +55,11 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   }
 
   model = std::make_unique<CProjectModel>(platform.files);
+  builder = std::make_unique<Builder>(*model);
   MakeWizard();
   if (!LoadConfiguration()) return 0;
-  model->applicationPath = root;
-  model->dataPath = dataPath;
+  model->Services().applicationPath = root;
+  model->Services().dataPath = dataPath;
   ChooseProfileKey();
   ReadImportSettings();
   CreateWindows();
@@ -102,17 +103,17 @@ void CProjectManager::NameLogFile() {
 void CProjectManager::MakeWizard() {
   wizard = std::make_unique<ProjectWizardMaker>(
       WizardSurroundings{*model, platform.files, platform.settings, GetTargetCatalogue()});
-  model->views.wizard = wizard.get();
+  model->Services().views.wizard = wizard.get();
 }
 
 bool CProjectManager::LoadConfiguration() {
-  model->output = output.get();
-  model->propertyManager = propertyManager.get();
-  model->toolManager = toolManager.get();
-  model->mainframeHandle = mainframeHandle;
-  model->configFilePath = configFilePath;
-  model->configFolder = configFolder;
-  model->examplesFolder = applicationPath + "examples" + kSeparator;
+  model->Services().output = output.get();
+  model->Services().propertyManager = propertyManager.get();
+  model->Services().toolManager = toolManager.get();
+  model->Services().mainframeHandle = mainframeHandle;
+  model->Services().configFilePath = configFilePath;
+  model->Services().configFolder = configFolder;
+  model->Services().examplesFolder = applicationPath + "examples" + kSeparator;
 
   const Result<std::string> text = platform.files.ReadWholeFile(configFilePath);
   CXmlNode configuration;
@@ -120,7 +121,7 @@ bool CProjectManager::LoadConfiguration() {
     // The result already means that the file doesn't exist.
     const Error& error = text.GetError();
     const std::string reason = configFilePath + ": " + error.text;
-    if (error.code != ErrorCode::NotFound) model->SendHost(kMsgLogLine, reason, 0);
+    if (error.code != ErrorCode::NotFound) model->Host().SendHost(kMsgLogLine, reason, 0);
     return false;
   }
   configurationProblem = LoadWhole(configuration, *text, XmlTexts::None, configFilePath);
@@ -131,7 +132,7 @@ bool CProjectManager::LoadConfiguration() {
     if (section.NameView() != "Types") continue;
     for (int record = 0; record < section.GetChildCount(); ++record) {
       const CXmlNode& type = *section.GetChild(record);
-      if (type.GetType() == XmlElement) model->types.Add(type);
+      if (type.GetType() == XmlElement) model->Services().types.Add(type);
     }
   }
   SendMenus(configuration);
@@ -143,12 +144,12 @@ void CProjectManager::SendMenus(const CXmlNode& configuration) {
   for (int i = 0; i < configuration.GetChildCount(); ++i) {
     const CXmlNode& section = *configuration.GetChild(i);
     if (section.NameView() == "ToolBar") {
-      model->SendHost(kMsgCreateToolbar, caption, section.ToString(g_xmlDisplayOptions));
+      model->Host().SendHost(kMsgCreateToolbar, caption, section.ToString(g_xmlDisplayOptions));
     } else if (section.NameView() == "MainMenus") {
       for (int menu = 0; menu < section.GetChildCount(); ++menu) {
         const CXmlNode& entry = *section.GetChild(menu);
         if (entry.GetType() != XmlElement) continue;
-        model->SendHost(kMsgAddMainMenu, caption, entry.ToString(g_xmlDisplayOptions));
+        model->Host().SendHost(kMsgAddMainMenu, caption, entry.ToString(g_xmlDisplayOptions));
       }
     }
   }
@@ -167,9 +168,9 @@ void CProjectManager::ChooseProfileKey() {
 }
 
 void CProjectManager::ReadImportSettings() {
-  model->importProgram = platform.settings.ReadProfile("Import", "Interpreter", "");
+  model->Services().importProgram = platform.settings.ReadProfile("Import", "Interpreter", "");
   const std::int32_t seconds = ParseNumber(platform.settings.ReadProfile("Import", "Seconds", "0"));
-  if (seconds > 0 && seconds != kNoNumber) model->importSeconds = seconds;
+  if (seconds > 0 && seconds != kNoNumber) model->Services().importSeconds = seconds;
 }
 
 void CProjectManager::SeedDefaultProject() {

@@ -15,7 +15,7 @@ namespace {
 // Optional methods of the components, in addition to those that the server itself calls.
 
 std::unique_ptr<CXmlNode> ListGaps(CProjectModel& model) {
-  CToolManagerDriver* tools = model.toolManager;
+  CToolManagerDriver* tools = model.Services().toolManager;
   return ListBuildGaps(model, [tools](const std::string& tool) {
     return tools == nullptr || tools->InvokeLong(TARN_TOOL_HAS_TOOL, {tool}) != 0 ||
            !tools->LastResult();
@@ -50,9 +50,11 @@ std::string CProjectInspector::GetInstallationProblem() {
   if (model == nullptr) return {};
   auto& object = *static_cast<CProjectManager*>(manager.Get());
   if (!object.GetConfigurationProblem().empty()) return object.GetConfigurationProblem();
-  if (!model->output->GetMessageProblem().empty()) return model->output->GetMessageProblem();
-  const std::string types = DescribeMissingTypes(model->types);
-  return types.empty() ? object.FindDefinitionProblem() : model->configFilePath + ": " + types;
+  if (!model->Services().output->GetMessageProblem().empty())
+    return model->Services().output->GetMessageProblem();
+  const std::string types = DescribeMissingTypes(model->Types());
+  return types.empty() ? object.FindDefinitionProblem()
+                       : model->Services().configFilePath + ": " + types;
 }
 
 std::string CProjectManager::FindDefinitionProblem() {

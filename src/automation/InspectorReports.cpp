@@ -44,7 +44,7 @@ std::string CProjectInspector::GetGlobals(const char* application, const char* c
   const std::string key = TextOf(application);
   const CXmlNode* node = key.empty() ? model->GetActiveApplication() : FindApplication(*model, key);
   if (node == nullptr) return {};
-  const std::string path = model->GlobalsFileOf(*node);
+  const std::string path = model->Paths().GlobalsFileOf(*node);
   FileSystem& files = static_cast<CProjectManager*>(manager.Get())->GetFiles();
   const Result<std::string> text = files.ReadWholeFile(path);
   CXmlNode globals;

@@ -31,34 +31,42 @@ const char* NameOf(StateVerdict verdict) {
 std::string CProjectInspector::OpenBuildState(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr || !model->IsOpen() || TextOf(path).empty()) return {};
-  return NameOf(model->OpenBuildState(path));
+  return NameOf(GetBuilder()->Information().OpenBuildState(path));
 }
 
 std::string CProjectInspector::GetBuildStateProblem() {
   CProjectModel* model = Model();
-  return model == nullptr ? std::string() : model->GetBuildRecords().GetReadProblem();
+  return model == nullptr ? std::string()
+                          : GetBuilder()->Information().GetBuildRecords().GetReadProblem();
 }
 
 std::int32_t CProjectInspector::IsBuildStateCurrent(const char* path) {
   CProjectModel* model = Model();
-  return model != nullptr && model->GetBuildRecords().IsJournalCurrent(TextOf(path)) ? 1 : 0;
+  return model != nullptr &&
+                 GetBuilder()->Information().GetBuildRecords().IsJournalCurrent(TextOf(path))
+             ? 1
+             : 0;
 }
 
 std::int32_t CProjectInspector::RestoreFor(std::int32_t milliseconds) {
   CProjectModel* model = Model();
-  return model == nullptr || model->RestoreFor(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
+  return model == nullptr ||
+                 GetBuilder()->Information().RestoreFor(std::chrono::milliseconds(milliseconds))
+             ? 1
+             : 0;
 }
 
 std::string CProjectInspector::FinishBuildState(std::int32_t mayShrink) {
   CProjectModel* model = Model();
-  return model == nullptr ? std::string() : model->FinishBuildState(mayShrink != 0);
+  return model == nullptr ? std::string()
+                          : GetBuilder()->Information().FinishBuildState(mayShrink != 0);
 }
 
 std::string CProjectInspector::GetBuildInfos(const char* application, const char* outputFile) {
   CProjectModel* model = Model();
   const CXmlNode* owner = model == nullptr ? nullptr : FindApplication(*model, TextOf(application));
   if (owner == nullptr) return {};
-  const BuildRecordStore& store = model->GetBuildRecords().Store();
+  const BuildRecordStore& store = GetBuilder()->Information().GetBuildRecords().Store();
   const std::size_t record = store.Find(TextOf(owner->GetAttrValue("Path")), TextOf(outputFile));
   return record == BuildRecordStore::kNone ? std::string()
                                            : std::string(store.Text(store.Get(record).infos));

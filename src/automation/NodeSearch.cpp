@@ -38,9 +38,9 @@ void ForEachOfName(const CProjectModel& model, CXmlNode& start, const std::strin
   ForEachContentNode(start, [&](CXmlNode& node) {
     const char* own = node.GetAttrValue("Path");
     if (own == nullptr || *own == '\0' || !EndsWithNoCase(own, name)) return;
-    const std::string base = model.PathBaseOf(node);
+    const std::string base = model.Paths().PathBaseOf(node);
     std::string full;
-    model.MakeAbsolutePath(own, full, base.empty() ? nullptr : base.c_str());
+    model.Paths().MakeAbsolutePath(own, full, base.empty() ? nullptr : base.c_str());
     onFile(node, full);
   });
 }
@@ -71,12 +71,12 @@ std::vector<CXmlNode*> NodeSearch::FindPlain(CXmlNode& start, const std::string&
   std::string path;
   for (const bool exactly : {true, false}) {
     for (const std::string& folder : folders) {
-      model.MakeAbsolutePath(key, path, folder.c_str());
+      model.Paths().MakeAbsolutePath(key, path, folder.c_str());
       if (found.empty()) found = FindByPath(start, path, exactly);
     }
   }
   for (const std::string& folder : folders) {
-    model.MakeAbsolutePath(key, path, folder.c_str());
+    model.Paths().MakeAbsolutePath(key, path, folder.c_str());
     if (found.empty()) found = FindByFile(start, path);
   }
   return found.empty() ? FindByLabel(start, key) : found;

@@ -11,7 +11,9 @@
 #include "automation/NodeSearch.h"
 #include "automation/TargetList.h"
 #include "builder/ApplicationOrder.h"
+#include "builder/LinkFiles.h"
 #include "builder/OutputIndex.h"
+#include "builder/Staleness.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
@@ -120,8 +122,9 @@ void ForEachBuiltNode(const NodeTypes& types, const std::unordered_set<const CXm
 }
 
 template <class OnNode>
-void ForEachBuiltNode(CProjectModel& model, CXmlNode& application, const OnNode& onNode) {
-  ForEachBuiltNode(model.types, model.FindRepeatedNodes(application), application, onNode);
+void ForEachBuiltNode(Builder& builder, CXmlNode& application, const OnNode& onNode) {
+  ForEachBuiltNode(builder.GetModel().Types(), builder.Information().FindRepeatedNodes(application),
+                   application, onNode);
 }
 
 // Adds rows for build gaps: those of the application itself, or those below it.
@@ -156,22 +159,23 @@ void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
 
 // Adds the status of an application. The applications that it uses are listed by label, in build
 // order.
-void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
+void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& application,
                CXmlNode& status) {
+  CProjectModel& model = builder.GetModel();
   CXmlNode& entry = *status.AddChild("Application");
   CopyAttribute(application, "Header", entry, "Header");
   CopyAttribute(application, "Path", entry, "Path");
   const char* config = application.GetAttrValue("Config");
   entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
   if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
-  AddGaps(model.types, application, false, entry);
+  AddGaps(model.Types(), application, false, entry);
   bool partsAreStale = false;
   for (const CXmlNode* used : order.GetUsed(application)) {
     CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
     partsAreStale = partsAreStale || HasStaleNodes(status, *used);
   }
-  ForEachBuiltNode(model, application, [&](CXmlNode& node) {
-    const StaleVerdict verdict = model.ExamineNode(node);
+  ForEachBuiltNode(builder, application, [&](CXmlNode& node) {
+    const StaleVerdict verdict = builder.ExamineNode(node);
     const bool waitsForParts = !verdict && &node == &application && partsAreStale;
     if (!verdict && !waitsForParts) return;
     partsAreStale = true;
@@ -187,7 +191,7 @@ void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& ap
       row.AddAttr("File", "");
     }
   });
-  AddGaps(model.types, application, true, entry);
+  AddGaps(model.Types(), application, true, entry);
 }
 
 }  // namespace
@@ -268,6 +272,11 @@ CProjectModel* CProjectInspector::Model() const {
   return object == nullptr ? nullptr : object->GetModel();
 }
 
+Builder* CProjectInspector::GetBuilder() const {
+  auto* object = static_cast<CProjectManager*>(manager.Get());
+  return object == nullptr ? nullptr : object->GetBuilder();
+}
+
 std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
   if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
   manager = DispatchPtr(managerObject);
@@ -284,7 +293,9 @@ std::int32_t CProjectInspector::PublishAll() {
 
 std::int32_t CProjectInspector::PublishFor(std::int32_t milliseconds) {
   CProjectModel* model = Model();
-  return model == nullptr || model->PublishFor(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
+  return model == nullptr || model->Publishing().PublishFor(std::chrono::milliseconds(milliseconds))
+             ? 1
+             : 0;
 }
 
 std::string CProjectInspector::GetTree() {
@@ -302,9 +313,9 @@ std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXm
   fill(model->GetProjectRoot(), copy);
   // The absolute path is the key of an application: it is the same before and after publishing.
   for (CXmlNode* child : copy.GetChildren()) {
-    if ((model->types.FlagsOf(*child) & kTypeApplication) == 0) continue;
+    if ((model->Types().FlagsOf(*child) & kTypeApplication) == 0) continue;
     std::string path;
-    if (model->MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), path, nullptr)) {
+    if (model->Paths().MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), path, nullptr)) {
       child->SetAttrValue("Path", path);
     }
   }
@@ -314,11 +325,13 @@ std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXm
 std::string CProjectInspector::GetStatus() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
-  if (!model->IsWorkerAlive()) model->ForgetFileTimes();
+  if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().ForgetFileTimes();
   CXmlNode status;
   status.SetName("Status");
-  const ApplicationOrder order(model->types, model->toolManager, model->GetProjectRoot());
-  for (CXmlNode* application : order.GetAll()) AddStatus(*model, order, *application, status);
+  const ApplicationOrder order(model->Types(), model->Services().toolManager,
+                               model->GetProjectRoot());
+  for (CXmlNode* application : order.GetAll())
+    AddStatus(*GetBuilder(), order, *application, status);
   if (!order.GetProblem().empty()) status.AddAttr("Problem", order.GetProblem());
   return status.ToString(g_xmlDisplayOptions);
 }
@@ -329,7 +342,7 @@ std::string CProjectInspector::GetBuildInputs() {
   std::string lines;
   ForEachApplication(*model, [&](CXmlNode& application) {
     lines += "A " + TextOf(application.GetAttrValue("Path")) + "\n";
-    ForEachBuiltNode(*model, application, [&](CXmlNode& node) {
+    ForEachBuiltNode(*GetBuilder(), application, [&](CXmlNode& node) {
       if (FindStoredValues(node) == nullptr) return;
       lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
     });
@@ -351,7 +364,7 @@ std::string CProjectInspector::GetSharedOutputs(const char* application) {
   ForEachApplication(*model, [&](CXmlNode& node) {
     applications.push_back(&node);
     if (!isWanted(node)) return;
-    for (const SharedOutput& each : model->FindSharedOutputs(node)) add(each);
+    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) add(each);
   });
   if (applications.size() < 2) return lines;
   FindOutputsOfSeveral(
@@ -365,12 +378,13 @@ std::string CProjectInspector::GetToolInput(const char* application, const char*
   CProjectModel* model = Model();
   if (model == nullptr || application == nullptr || outputFile == nullptr) return {};
   CXmlNode* const owner = FindApplication(*model, application);
-  const CXmlNode* node = owner == nullptr ? nullptr : model->FindNodeByOutput(*owner, outputFile);
+  const CXmlNode* node =
+      owner == nullptr ? nullptr : GetBuilder()->Information().FindNodeByOutput(*owner, outputFile);
   const CXmlNode* values = node == nullptr ? nullptr : FindStoredValues(*node);
   if (values == nullptr) return {};
   std::string tool;
   std::string files;
-  model->GetToolInput(*node, tool, files);
+  tarn::GetToolInput(model->Types(), *node, tool, files);
   CXmlNode input;
   input.SetName("Input");
   input.AddAttr("Tool", tool);
@@ -466,50 +480,50 @@ std::int32_t CProjectInspector::SelectNotedNode() {
 
 std::int32_t CProjectInspector::RefreshDefinitions() {
   CProjectModel* model = Model();
-  return model == nullptr ? 0 : model->RefreshDefinitions();
+  return model == nullptr ? 0 : model->Options().RefreshDefinitions();
 }
 
 std::int32_t CProjectInspector::CopyConfiguration(const char* from, const char* to) {
   CProjectModel* model = Model();
-  return model == nullptr ? 0 : model->CopyConfiguration(TextOf(from), TextOf(to));
+  return model == nullptr ? 0 : model->Options().CopyConfiguration(TextOf(from), TextOf(to));
 }
 
 std::int32_t CProjectInspector::GetChangeCount() {
   const CProjectModel* model = Model();
-  return model == nullptr ? 0 : static_cast<std::int32_t>(model->GetChangeCount() & 0x7FFFFFFF);
+  return model == nullptr ? 0 : static_cast<std::int32_t>(model->State().changeCount & 0x7FFFFFFF);
 }
 
 std::string CProjectInspector::GetDamage() {
   const CProjectModel* model = Model();
-  return model == nullptr ? std::string() : DamageText(model->GetDamage());
+  return model == nullptr ? std::string() : DamageText(model->Protection().GetDamage());
 }
 
 std::string CProjectInspector::GetFailedDamage() {
   const CProjectModel* model = Model();
-  return model == nullptr ? std::string() : DamageText(model->GetFailedDamage());
+  return model == nullptr ? std::string() : DamageText(model->Protection().GetFailedDamage());
 }
 
 std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SetDamageProtection(protect != 0);
+  model->Protection().SetDamageProtection(protect != 0);
   return 1;
 }
 
 std::string CProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  const bool isTaken = model->TryTakeEdits(TextOf(path));
-  const std::string problem = model->GetEditProblem();
-  if (!problem.empty()) model->SendHost(kMsgLogLine, problem, 0);
+  const bool isTaken = model->Protection().TryTakeEdits(TextOf(path));
+  const std::string problem = model->Protection().GetEditProblem();
+  if (!problem.empty()) model->Host().SendHost(kMsgLogLine, problem, 0);
   if (isTaken) return {};
-  return problem.empty() ? model->GetEditor() : problem;
+  return problem.empty() ? model->Protection().GetEditor() : problem;
 }
 
 std::int32_t CProjectInspector::UnlockProject() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->ReleaseEdits();
+  model->Protection().ReleaseEdits();
   return 1;
 }
 
@@ -518,7 +532,7 @@ std::string CProjectInspector::GetSaveReport() {
   if (model == nullptr) return {};
   CXmlNode list;
   list.SetName("Save");
-  for (const SavedFile& each : model->GetSavedFiles()) each.AddTo(list);
+  for (const SavedFile& each : model->Saver().GetSavedFiles()) each.AddTo(list);
   return list.ToString(g_xmlDisplayOptions);
 }
 
@@ -527,7 +541,7 @@ std::string CProjectInspector::TakeBuildNotices() {
   CXmlNode list;
   list.SetName("Notices");
   if (model == nullptr) return {};
-  for (const CProjectModel::BuildNotice& each : model->TakeBuildNotices()) {
+  for (const HostLink::BuildNotice& each : model->Host().TakeBuildNotices()) {
     CXmlNode& notice = *list.AddChild("Notice");
     notice.AddAttr("Kind", each.kind == LineKind::Error ? "error" : "warning");
     notice.AddAttr("Text", each.text);
@@ -538,21 +552,21 @@ std::string CProjectInspector::TakeBuildNotices() {
 std::int32_t CProjectInspector::SaveAllOrNone(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SaveAllOrNone(wanted != 0);
+  model->Saver().SaveAllOrNone(wanted != 0);
   return 1;
 }
 
 std::int32_t CProjectInspector::OpenForReading(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->OpenForReading(wanted != 0);
+  model->Loader().OpenForReading(wanted != 0);
   return 1;
 }
 
 std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->AllowOutside(allow != 0);
+  model->Protection().AllowOutside(allow != 0);
   return 1;
 }
 
@@ -564,14 +578,14 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
   for (const std::string_view each : Split(lines, '\n')) {
     if (!each.empty()) list.emplace_back(each);
   }
-  model->GetTrust().LimitTo(std::move(list));
+  model->Protection().GetTrust().LimitTo(std::move(list));
   return 1;
 }
 
 std::int32_t CProjectInspector::SetStateFolder(const char* folder) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SetStateFolder(TextOf(folder));
+  model->Services().stateFolder = TextOf(folder);
   return 1;
 }
 
@@ -579,7 +593,7 @@ std::string CProjectInspector::TakeRefusedWishes() {
   CProjectModel* model = Model();
   std::string lines;
   if (model == nullptr) return lines;
-  for (const std::string& each : model->GetTrust().TakeRefused()) lines += each + "\n";
+  for (const std::string& each : model->Protection().GetTrust().TakeRefused()) lines += each + "\n";
   return lines;
 }
 
@@ -591,7 +605,7 @@ std::string CProjectInspector::CheckScript(const char* path) {
 std::string CProjectInspector::GetFileTexts() {
   CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
-  return JoinFileTexts(model->MakeFileTexts());
+  return JoinFileTexts(model->Saver().MakeFileTexts());
 }
 
 std::string CProjectInspector::ApplyChange(const char* before, const char* after) {
@@ -601,7 +615,7 @@ std::string CProjectInspector::ApplyChange(const char* before, const char* after
   const auto to = SplitFileTexts(TextOf(after));
   if (!from || !to) return "the description of the change is damaged";
   std::string lines;
-  for (const std::string& each : model->ApplyChange(*from, *to)) {
+  for (const std::string& each : model->Lifecycle().ApplyChange(*from, *to)) {
     lines += (lines.empty() ? "" : "\n") + each;
   }
   return lines;
@@ -610,7 +624,7 @@ std::string CProjectInspector::ApplyChange(const char* before, const char* after
 std::string CProjectInspector::GetBaseTexts() {
   const CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
-  return JoinFileTexts(model->GetBaseTexts());
+  return JoinFileTexts(model->Protection().GetBaseTexts());
 }
 
 std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* bases) {
@@ -618,7 +632,7 @@ std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* ba
   const auto changed = SplitFileTexts(TextOf(texts));
   const auto former = SplitFileTexts(TextOf(bases));
   if (model == nullptr || !changed || !former) return 0;
-  model->StageFiles(*changed, *former);
+  model->Lifecycle().StageFiles(*changed, *former);
   return 1;
 }
 
@@ -626,19 +640,19 @@ std::int32_t CProjectInspector::SetNewProjectFolder(const char* folder) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   const std::string wanted = ToNativeSeparators(TextOf(folder));
-  if (!wanted.empty()) model->examplesFolder = AddSeparator(wanted);
+  if (!wanted.empty()) model->Services().examplesFolder = AddSeparator(wanted);
   return 1;
 }
 
 std::int32_t CProjectInspector::IsModified() {
   const CProjectModel* model = Model();
-  return model != nullptr && !model->IsDefaultProject() && model->HasUnsaved() ? 1 : 0;
+  return model != nullptr && !model->IsDefaultProject() && model->State().HasUnsaved() ? 1 : 0;
 }
 
 std::int32_t CProjectInspector::DropChanges() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->DropChanges();
+  model->State().DropChanges();
   return 1;
 }
 
@@ -653,9 +667,9 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
   explanation.AddAttr("Node", TextOf(node->GetAttrValue("Header")));
   explanation.AddAttr("Value", static_cast<CProjectManager*>(manager.Get())
                                    ->GetPropertyValue(setName.c_str(), section, property));
-  const std::string current = model->GetCurrentConfigName();
+  const std::string current = model->Publishing().GetCurrentConfigName();
   std::vector<CXmlNode*> chain;
-  model->CollectOptionChain(chain, node);
+  model->Publishing().CollectOptionChain(chain, node);
   for (const CXmlNode* level : chain) {
     const CXmlNode* options = level->FindChild("Options");
     for (int i = 0; options != nullptr && i < options->GetChildCount(); ++i) {
@@ -667,7 +681,7 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
       CXmlNode* value = nullptr;
       FindChildNode(property, "Header", inSection, value);
       if (value == nullptr) continue;
-      const std::uint32_t flags = model->types.FlagsOf(*level);
+      const std::uint32_t flags = model->Types().FlagsOf(*level);
       CXmlNode& from = *explanation.AddChild("From");
       from.AddAttr("Kind", (flags & kTypeApplication) != 0 ? "application"
                            : (flags & kTypeProject) != 0   ? "project"
@@ -688,7 +702,7 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
 
 std::string CProjectInspector::MissingImportProgram() {
   const CProjectModel* model = Model();
-  return model == nullptr ? std::string() : model->MissingImportProgram();
+  return model == nullptr ? std::string() : model->Import().MissingImportProgram();
 }
 
 std::string CProjectInspector::GetTargets() {
@@ -699,8 +713,8 @@ std::string CProjectInspector::GetTargets() {
 
 std::string CProjectInspector::GetLogFile() {
   const CProjectModel* model = Model();
-  const bool hasOutput = model != nullptr && model->output != nullptr;
-  return hasOutput ? model->output->GetLogFile() : std::string();
+  const bool hasOutput = model != nullptr && model->Services().output != nullptr;
+  return hasOutput ? model->Services().output->GetLogFile() : std::string();
 }
 
 }  // namespace tarn

@@ -205,7 +205,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
 
  private:
   std::string CopyOfTree(void (*fill)(const CXmlNode& root, CXmlNode& copy));
+  // Both return nullptr before Init() of the manager.
   CProjectModel* Model() const;
+  Builder* GetBuilder() const;
 
   const ServerLock lock;
   DispatchPtr manager;

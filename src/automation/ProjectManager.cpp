@@ -1,5 +1,6 @@
 #include "automation/ProjectManager.h"
 
+#include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
 
@@ -15,7 +16,7 @@ CProjectManager::CProjectManager(const ServerPlatform& serverPlatform) : platfor
 CProjectManager::~CProjectManager() {
   if (activeObjectToken != 0) platform.runningObjects.RevokeActiveObject(activeObjectToken);
   // A running worker uses all other members until it has finished.
-  if (model) model->StopAndWait();
+  if (builder) builder->StopAndWait();
   ReleaseWindows();
   if (output) output->DeleteLogFile();
   output.reset();
@@ -23,6 +24,7 @@ CProjectManager::~CProjectManager() {
   reportView.reset();
   propertyManager.reset();
   toolManager.reset();
+  builder.reset();
   model.reset();
   projectWindow.reset();
   classWindow.reset();
@@ -30,13 +32,13 @@ CProjectManager::~CProjectManager() {
 }
 
 void CProjectManager::OnFinalRelease() {
-  if (model && model->IsWorkerWaiting()) {
-    model->RequestStop();
-    model->ForgetHost();
+  if (builder && builder->IsWorkerWaiting()) {
+    builder->RequestStop();
+    model->Host().ForgetHost();
     // The manager may be deleted inside an event of the window, and no reference delays that any
     // more.
     if (projectWindow) projectWindow->ForgetModel();
-    model->RunAfterWorker([this] { delete this; });
+    builder->RunAfterWorker([this] { delete this; });
     return;
   }
   delete this;
@@ -45,7 +47,7 @@ void CProjectManager::OnFinalRelease() {
 DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> arguments,
                                        Variant& result) {
   const DispatchPtr self(this);  // a handler may release the host's last reference
-  if (model && model->IsWorkerAlive()) model->ServeWorker();
+  if (builder && builder->IsWorkerAlive()) builder->ServeWorker();
   return DispatchObject::Invoke(id, arguments, result);
 }
 
@@ -53,9 +55,9 @@ std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
   if (!model) return 0;
   missedKey.reset();
   const std::string path = TextOf(projectPath);
-  if (model->IsOpenAs(path)) return 0;
+  if (model->Paths().IsOpenAs(path)) return 0;
   const bool isDefault =
-      !path.empty() && EqualNoCase(model->FullProjectPath(path), defaultProjectPath);
+      !path.empty() && EqualNoCase(model->Paths().FullProjectPath(path), defaultProjectPath);
   if (!model->CloseProject()) return 0;
   if (model->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
   // A handler may have opened another project in the meantime, which then stays open.
@@ -81,13 +83,13 @@ std::int32_t CProjectManager::ProjectSave() {
 std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
   missedKey.reset();
   if (!model || !model->CloseProject()) return 0;
-  if (model->NewProject(projectPath)) return 1;
+  if (model->Items().NewProject(projectPath)) return 1;
   if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
   return 0;
 }
 
 std::int32_t CProjectManager::ProjectBuild() {
-  return model && !RefusesBuild() ? model->BuildHere() : 0;
+  return builder && !RefusesBuild() ? builder->BuildHere() : 0;
 }
 
 std::int32_t CProjectManager::GetPropertyWindow() {
@@ -106,7 +108,7 @@ std::int32_t CProjectManager::SelectNode(const char* path) {
   if (!model) return 0;
   CXmlNode* found = nullptr;
   FindChildNode(path, "Path", model->GetActiveApplication(), found);
-  if (found == nullptr && model->PublishChildren(model->GetActiveApplication())) {
+  if (found == nullptr && model->Publishing().PublishChildren(model->GetActiveApplication())) {
     FindChildNode(path, "Path", model->GetActiveApplication(), found);
   }
   Select(found, path);
@@ -127,7 +129,7 @@ std::optional<std::string> CProjectManager::GetMissedKey() const {
 }
 
 std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* itemType) {
-  return model ? model->AddExistingItem(itemPath, itemType) : 0;
+  return model ? model->Items().AddExistingItem(itemPath, itemType) : 0;
 }
 
 // The tool that generates initial sources is for users who chose it in the wizard, not for
@@ -135,34 +137,34 @@ std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* 
 std::int32_t CProjectManager::AddNewItem(const char* itemPath, const char* itemType) {
   if (!model) return 0;
   const ProfileOverride withoutTool(platform.settings, "Project", "UseCobbler", "No");
-  return model->AddNewItem(itemPath, itemType);
+  return model->Items().AddNewItem(itemPath, itemType);
 }
 
 std::int32_t CProjectManager::RemoveItem(const char* itemName) {
-  return model ? model->RemoveItem(itemName) : 0;
+  return model ? model->Editor().RemoveItem(itemName) : 0;
 }
 
 std::int32_t CProjectManager::SetBuildInfo(const char* filePath, const char* xmlInfo) {
-  return model ? model->SetBuildInfo(filePath, xmlInfo) : 0;
+  return builder ? builder->Information().SetBuildInfo(filePath, xmlInfo) : 0;
 }
 
 std::string CProjectManager::GetDynamicCommands(std::uint32_t commandId) {
-  return model ? model->GetDynamicCommands(commandId) : std::string();
+  return model ? model->Publishing().GetDynamicCommands(commandId) : std::string();
 }
 
 std::string CProjectManager::GetSymbolInfo(const char* symbolName) {
-  return model ? model->GetSymbolInfo(symbolName) : std::string();
+  return model ? model->Services().views.GetSymbolInfo(symbolName) : std::string();
 }
 
 void CProjectManager::ReportMessage(const char* text) {
-  if (model) model->ReportMessage(text);
+  if (model) model->Host().ReportMessage(text);
 }
 
 std::string CProjectManager::GetSelectedApplicationsList(const char* separator) {
   std::string list;
   const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
   if (application != nullptr && application->GetAttr("Path") != nullptr) {
-    model->CollectDebugFiles(list, application, application, TextOf(separator));
+    CollectDebugFiles(list, application, application, TextOf(separator));
   }
   return list;
 }
@@ -171,7 +173,7 @@ std::string CProjectManager::GetSelectedFilesList(const char* separator) {
   std::string list;
   const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
   if (application != nullptr && application->GetAttr("Path") != nullptr) {
-    model->CollectLinkFiles(list, application, true, application, TextOf(separator));
+    CollectLinkFiles(model->Types(), list, application, true, application, TextOf(separator));
   }
   return list;
 }

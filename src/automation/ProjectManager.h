@@ -6,6 +6,7 @@
 #include <string>
 
 #include "automation/ServerLock.h"
+#include "builder/Builder.h"
 #include "drivers/PropertyManagerDriver.h"
 #include "drivers/ToolManagerDriver.h"
 #include "output/BuildOutput.h"
@@ -67,8 +68,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   DispatchResult Invoke(DispatchId id, std::span<const Variant> arguments,
                         Variant& result) override;
 
-  // Returns nullptr before Init().
+  // Both return nullptr before Init().
   CProjectModel* GetModel() { return model.get(); }
+  Builder* GetBuilder() { return builder.get(); }
   CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
   // Returns the catalogue of the targets registered on this system, or else those of the
   // installation.
@@ -270,6 +272,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::unique_ptr<CPropertyManagerDriver> propertyManager;
   std::unique_ptr<CToolManagerDriver> toolManager;
   std::unique_ptr<CProjectModel> model;
+  std::unique_ptr<Builder> builder;
   std::unique_ptr<COutputEdit> logView;
   std::unique_ptr<COutputReportWnd> reportView;
   std::unique_ptr<CProjectWnd> projectWindow;

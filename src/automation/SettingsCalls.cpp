@@ -22,7 +22,7 @@ std::string KeyOf(const char* set, const char* section, const char* property) {
 
 std::int32_t CProjectManager::ReadDefsFromFile(const char* set, const char* file) {
   if (!model) return 0;
-  model->ForgetExtensions();
+  model->Extensions().Forget();
   return propertyManager->ReadDefsFromFile(set, file);
 }
 
@@ -45,7 +45,7 @@ std::int32_t CProjectManager::ReadConfigFromFile(const char* config, const char*
 
 std::int32_t CProjectManager::UpdateCurNodeConfig(const char* set, const char* file) {
   if (!model) return 1;
-  model->ForgetExtensions();
+  model->Extensions().Forget();
   propertyManager->ReadDefsFromFile(set, FindConfigFile(file));
   return 1;
 }
@@ -59,7 +59,7 @@ std::string CProjectManager::GetPropertyValue(const char* set, const char* secti
 std::int32_t CProjectManager::SetPropertyValue(const char* set, const char* section,
                                                const char* property, const char* value) {
   if (!model) return 0;
-  model->ForgetExtensions();
+  model->Extensions().Forget();
   return propertyManager->SetPropertyValue(set, section, property, value);
 }
 
@@ -87,9 +87,9 @@ std::int32_t CProjectManager::HideProperty(const char* set, const char* section,
 std::int32_t CProjectManager::SavePropertyValue(const char* set, const char* section,
                                                 const char* property, const char* value) {
   if (!model) return 0;
-  model->ForgetExtensions();
+  model->Extensions().Forget();
   const std::int32_t result = propertyManager->SetPropertyValue(set, section, property, value);
-  model->StoreChangedProperty(KeyOf(set, section, property));
+  model->Options().StoreChangedProperty(KeyOf(set, section, property));
   return result;
 }
 
@@ -99,12 +99,12 @@ std::int32_t CProjectManager::ResetPropertyValue(const char* set, const char* se
   // `ResetStoredProperty()` parses the key from the left and can't handle an empty set.
   std::string setName = TextOf(set);
   if (setName.empty()) setName = model->GetCurrentNode()->GetName();
-  return model->ResetStoredProperty(KeyOf(setName.c_str(), section, property));
+  return model->Options().ResetStoredProperty(KeyOf(setName.c_str(), section, property));
 }
 
 std::string CProjectManager::GetCurConfig() {
   if (!model) return {};
-  return propertyManager->GetConfigText(model->GetCurrentConfigName(), "", "", "");
+  return propertyManager->GetConfigText(model->Publishing().GetCurrentConfigName(), "", "", "");
 }
 
 std::string CProjectManager::ReadRegistryValue(const char* key, const char* name) {
@@ -129,8 +129,8 @@ std::string CProjectManager::ReadIniValue(const char* section, const char* key,
 bool CProjectManager::RefusesIniFile(const std::string& path) {
   const std::string folder = platform.files.CurrentFolder();
   const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
-  ProjectTrust& trust = model->GetTrust();
-  if (model->MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
+  ProjectTrust& trust = model->Protection().GetTrust();
+  if (model->Protection().MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
   trust.Refuse(trust.WishFor("write", whole));
   output->WriteMessage(kRowCannotSave, {whole},
                        "it is outside the folder of the project, which is not trusted");
@@ -168,9 +168,10 @@ std::string CProjectManager::GetSelectedApplication() {
 
 std::string CProjectManager::GetSelectedDBI() {
   const std::string path = GetSelectedApplication();
-  if (path.empty() || !model->HasTypeFlag(*model->GetActiveApplication(), "Debug")) return {};
+  if (path.empty() || !model->Types().HasTypeFlag(*model->GetActiveApplication(), "Debug"))
+    return {};
   std::string debugFile = WithExtension(path, ".dbi");
-  model->MakeAbsolutePath(debugFile, debugFile, nullptr);
+  model->Paths().MakeAbsolutePath(debugFile, debugFile, nullptr);
   CheckFileAccess(platform.files, debugFile, kMustBeWritable | kCreateFolder, *output);
   return debugFile;
 }
@@ -178,7 +179,7 @@ std::string CProjectManager::GetSelectedDBI() {
 std::string CProjectManager::CheckScript(const std::string& path) {
   const std::string folder = platform.files.CurrentFolder();
   const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
-  ProjectTrust& trust = model->GetTrust();
+  ProjectTrust& trust = model->Protection().GetTrust();
   if (!trust.RefusesProgram(whole)) return {};
   trust.Refuse("run the script " + whole);
   return "the project wants to run the script " + whole + ", and its folder is not trusted";
@@ -188,12 +189,12 @@ std::int32_t CProjectManager::ExecuteScript(const char* scriptPath) {
   if (!model) return 0;
   const std::string path = TextOf(scriptPath);
   if (const std::string refusal = CheckScript(path); !refusal.empty()) {
-    model->AddLogError(refusal);
+    model->Host().AddLogError(refusal);
     return 0;
   }
   const Result<std::string> script = platform.files.ReadWholeFile(path);
   if (!script) return script.GetError().code == ErrorCode::Io ? 1 : 0;
-  model->SendHost(kMsgRunScript, *script, 0);
+  model->Host().SendHost(kMsgRunScript, *script, 0);
   return 1;
 }
 

@@ -35,25 +35,25 @@ void CProjectManager::CreateWindows() {
   projectWindow = std::make_unique<CProjectWnd>(platform.files, platform.settings, *model,
                                                 *propertyManager, mainframeHandle);
   projectWindow->SetKeeper(this);
-  model->views.project = projectWindow.get();
+  model->Services().views.project = projectWindow.get();
   projectWindow->Create(kStylePopup, {}, nullptr, 0);
   projectWindow->LoadViewConfig(configFilePath);
 
   classWindow =
       std::make_unique<CClassWnd>(platform.files, platform.settings, mainframeHandle, configFolder);
-  model->views.classes = classWindow.get();
+  model->Services().views.classes = classWindow.get();
   classWindow->Create(kStylePopup, {}, nullptr, 0);
   classWindow->CreateImages();
   classWindow->Load(configFilePath);
 
   globalsWindow =
       std::make_unique<CGlobalsReportWnd>(platform.files, mainframeHandle, configFolder);
-  model->views.globals = globalsWindow.get();
+  model->Services().views.globals = globalsWindow.get();
   globalsWindow->Create(kStylePopup, {}, nullptr, 0);
 }
 
 void CProjectManager::ReleaseWindows() {
-  if (model) model->views = {};
+  if (model) model->Services().views = {};
   if (output) output->SetViews(nullptr, nullptr);
   if (projectWindow) projectWindow->ForgetModel();
 }

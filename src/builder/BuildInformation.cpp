@@ -1,18 +1,16 @@
 // Tool reports about outputs, and the queries that a host may make around a build.
 
-#include <tarn/commands.h>
+#include "builder/BuildInformation.h"
 
 #include <algorithm>
-#include <optional>
 
+#include "builder/LinkFiles.h"
+#include "builder/RecordRestore.h"
 #include "builder/Staleness.h"
 #include "output/MessageTable.h"
-#include "patterns/Parser.h"
 #include "platform/files/SameName.h"
-#include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
@@ -83,19 +81,41 @@ BuildReport ReadReport(const CXmlNode& record) {
 
 }  // namespace
 
-std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
+BuildInformation::BuildInformation(ProjectServices& projectServices, ProjectState& projectState,
+                                   const ProjectPaths& projectPaths,
+                                   TypesByExtension& typesByExtension)
+    : services(projectServices),
+      state(projectState),
+      paths(projectPaths),
+      extensions(typesByExtension),
+      files(projectServices.files),
+      types(projectServices.types),
+      views(projectServices.views),
+      fileTimes(files),
+      buildRecords(files),
+      toolCommands(services.toolManager,
+                   [this](const CXmlNode& node, std::string& tool, std::string& fileList) {
+                     return GetToolInput(types, node, tool, fileList);
+                   }),
+      recordCheck(buildRecords, toolCommands, files, fileTimes) {}
+
+BuildInformation::~BuildInformation() = default;
+
+std::int32_t BuildInformation::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
   if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
   // The report may have changed which nodes are up to date.
   fileTimes.Forget();
-  if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
+  if (state.activeApplication != nullptr)
+    views.LoadGlobals(paths.GlobalsFileOf(*state.activeApplication));
   return 1;
 }
 
-bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
+bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
   const TreeUpdate update(views, UpdateScope::Told);
   CXmlNode records;
   records.Load(xmlinfo, g_xmlParseInfo);
-  CXmlNode* const application = walkApplication != nullptr ? walkApplication : activeApplication;
+  CXmlNode* const application =
+      walkApplication != nullptr ? walkApplication : state.activeApplication;
   if (application == nullptr) return false;
   for (std::unique_ptr<CXmlNode>& record : TakeChildren(records)) {
     CXmlNode* node = FindNodeByOutput(*application, record->GetAttrValue("Header"));
@@ -116,20 +136,20 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
   return true;
 }
 
-void CProjectModel::ForgetOldOutputs() {
-  if (outputIndexEpoch == outputEpoch) return;
+void BuildInformation::ForgetOldOutputs() {
+  if (outputIndexEpoch == state.outputEpoch) return;
   outputIndexes.clear();
   listings.reset();
   withoutShared.clear();
-  outputIndexEpoch = outputEpoch;
+  outputIndexEpoch = state.outputEpoch;
 }
 
-const OutputIndex& CProjectModel::IndexOutputs(CXmlNode& application) {
+const OutputIndex& BuildInformation::IndexOutputs(CXmlNode& application) {
   ForgetOldOutputs();
   return outputIndexes.try_emplace(&application, application).first->second;
 }
 
-CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
+CXmlNode* BuildInformation::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
   if (outputFile == nullptr) return nullptr;
   const OutputIndex& index = IndexOutputs(application);
   CXmlNode* found = index.FindAmongSimilar(outputFile);
@@ -143,14 +163,14 @@ CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* out
   return found;
 }
 
-bool CProjectModel::IsSharedListing(const std::string& path) {
+bool BuildInformation::IsSharedListing(const std::string& path) {
   ForgetOldOutputs();
-  if (!listings) CountListings(*projectRoot, listings.emplace());
+  if (!listings) CountListings(*state.projectRoot, listings.emplace());
   const auto found = listings->find(path);
   return found != listings->end() && found->second > 1;
 }
 
-std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application) {
+std::vector<SharedOutput> BuildInformation::FindSharedOutputs(CXmlNode& application) {
   std::vector<SharedOutput> found;
   ForgetOldOutputs();
   if (withoutShared.contains(&application)) return found;
@@ -179,7 +199,7 @@ std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application
 
 // Converts the report element itself to the new list, because projects have about ten dependencies
 // per file and all of them are in it already.
-std::unique_ptr<CXmlNode> CProjectModel::TakeDependencies(std::unique_ptr<CXmlNode> record) {
+std::unique_ptr<CXmlNode> BuildInformation::TakeDependencies(std::unique_ptr<CXmlNode> record) {
   record->SetName("Dependencies");
   record->SetValue("");
   while (CXmlAttr* attribute = record->GetFirstAttr()) record->RemoveAttr(attribute);
@@ -187,26 +207,26 @@ std::unique_ptr<CXmlNode> CProjectModel::TakeDependencies(std::unique_ptr<CXmlNo
   for (int i = 0; i < record->GetChildCount(); ++i) {
     CXmlNode* dependency = record->GetChild(i);
     const char* file = dependency->GetAttrValue("Header");
-    const CXmlNode* type = FindTypeByFileExtension(file == nullptr ? "" : file);
+    const CXmlNode* type = extensions.Find(file == nullptr ? "" : file);
     if (type != nullptr) dependency->SetName(type->NameView());
-    if (HoldsOutput(*dependency)) ++outputEpoch;
+    if (HoldsOutput(*dependency)) ++state.outputEpoch;
   }
   return record;
 }
 
-void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list) {
+void BuildInformation::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list) {
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (child->NameView() != "Dependencies") continue;
-    if (HoldsOutput(*child)) ++outputEpoch;
-    ForgetPointersInto(*child);
+    if (HoldsOutput(*child)) ++state.outputEpoch;
+    state.ForgetPointersInto(*child);
     node.RemoveChild(child);
     break;
   }
   if (list->GetChildCount() > 0) node.AppendChild(std::move(list));
 }
 
-std::unordered_set<const CXmlNode*> CProjectModel::FindRepeatedNodes(CXmlNode& application) {
+std::unordered_set<const CXmlNode*> BuildInformation::FindRepeatedNodes(CXmlNode& application) {
   std::unordered_set<const CXmlNode*> repeated;
   for (const SharedOutput& each : FindSharedOutputs(application)) {
     if (each.isSameSource) repeated.insert(each.first);
@@ -214,7 +234,8 @@ std::unordered_set<const CXmlNode*> CProjectModel::FindRepeatedNodes(CXmlNode& a
   return repeated;
 }
 
-std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, const char* date) {
+std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos,
+                                               const char* date) {
   if (node == nullptr) return 0;
   const char* path = node->GetAttrValue("Path");
   std::string desc;
@@ -250,48 +271,14 @@ std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, c
   return 1;
 }
 
-const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
-  if (!typesByExtensionKnown) {
-    typesByExtension.clear();
-    lastExtension = {};
-    const CXmlNode& records = types.GetRoot();
-    for (int i = 0; i < records.GetChildCount(); ++i) {
-      const CXmlNode* record = records.GetChild(i);
-      std::string extensions =
-          propertyManager->GetPropertyValue("Target", "Internal", record->GetName() + "-Ext");
-      if (extensions.empty()) extensions = TextOf(record->GetAttrValue("Extension"));
-      const CParser entries(extensions, ";");
-      for (int entry = 0; entry < entries.GetCount(); ++entry) {
-        typesByExtension["." + FoldCase(entries.GetToken(entry))] = record;
-      }
-    }
-    typesByExtensionKnown = true;
-  }
-  // Usually the same as for the previous file.
-  std::string extension = ExtensionOf(path);
-  if (extension == lastExtension.first) return lastExtension.second;
-  const auto found = typesByExtension.find(FoldCase(extension));
-  lastExtension = {std::move(extension), found == typesByExtension.end() ? nullptr : found->second};
-  return lastExtension.second;
+void BuildInformation::ForgetFileTimes() {
+  fileTimes.Forget();
+  toolCommands.RefreshTools();
 }
 
-std::string CProjectModel::GetDynamicCommands(std::uint32_t commandId) {
-  const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
-  if (commandId != static_cast<std::uint32_t>(TARN_CMD_LIST_TOOLS) || !hasCommands) return {};
-  return dynamicCommands->ToString(g_xmlDisplayOptions);
-}
-
-std::string CProjectModel::GetSymbolInfo(const char* symbolName) {
-  const CXmlNode* symbols = views.globals == nullptr ? nullptr : views.globals->GetSymbols();
-  CXmlNode* found = nullptr;
-  FindChildNode(symbolName, "Header", symbols, found);
-  return found == nullptr ? std::string() : found->ToString(g_xmlDisplayOptions);
-}
-
-void CProjectModel::ReportMessage(const char* text) {
-  output->AddOutput(TextOf(text));
-  output->SaveLog();
-  output->UpdateReport();
+void BuildInformation::ForgetNode(const CXmlNode& node) {
+  buildRecords.Forget(node);
+  if (IsAtOrBelow(walkApplication, node)) walkApplication = nullptr;
 }
 
 }  // namespace tarn

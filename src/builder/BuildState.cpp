@@ -1,37 +1,39 @@
 // The project's build records and their journal.
 
+#include "builder/BuildInformation.h"
 #include "builder/RecordRestore.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
-StateVerdict CProjectModel::OpenBuildState(const std::string& path) {
+StateVerdict BuildInformation::OpenBuildState(const std::string& path) {
   recordRestore.reset();
-  return buildRecords.OpenJournal(path, FileNameOf(projectPath));
+  return buildRecords.OpenJournal(path, FileNameOf(state.projectPath));
 }
 
-bool CProjectModel::RestoreFor(std::chrono::milliseconds time) {
-  if (!isOpen || IsWorkerAlive()) return true;
+bool BuildInformation::RestoreFor(std::chrono::milliseconds time) {
+  if (!state.isOpen || services.build.IsWorkerAlive()) return true;
   const TreeUpdate update(views, UpdateScope::Told);
-  if (recordRestore == nullptr) recordRestore = std::make_unique<RecordRestore>(*this);
+  if (recordRestore == nullptr)
+    recordRestore = std::make_unique<RecordRestore>(*this, state, types);
   const bool isMore = recordRestore->Step(time);
   fileTimes.Forget();
   if (isMore) return false;
   recordRestore.reset();
-  if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
+  if (state.activeApplication != nullptr)
+    views.LoadGlobals(paths.GlobalsFileOf(*state.activeApplication));
   return true;
 }
 
-void CProjectModel::RestoreRecords(CXmlNode& application) {
-  RecordRestore restore(*this, application);
+void BuildInformation::RestoreRecords(CXmlNode& application) {
+  RecordRestore restore(*this, state, application);
   while (restore.Step(std::chrono::hours(1))) {
   }
   fileTimes.Forget();
 }
 
-void CProjectModel::RestoreRecord(CXmlNode& node, const std::string& owner) {
+void BuildInformation::RestoreRecord(CXmlNode& node, const std::string& owner) {
   const std::string made = TextOf(node.GetAttrValue("OutputFile"));
   if (made.empty()) return;
   const BuildRecord* const record = buildRecords.Restore(node, owner, made);
@@ -47,14 +49,14 @@ void CProjectModel::RestoreRecord(CXmlNode& node, const std::string& owner) {
   dependencies->AddAttr("Header", "Dependencies");
   for (const BuildRecord::Number each : record->Dependencies()) {
     const std::string_view file = store.PathOf(each);
-    const CXmlNode* const type = FindTypeByFileExtension(file);
+    const CXmlNode* const type = extensions.Find(file);
     dependencies->AddChild(type == nullptr ? "D" : type->NameView())->AddAttr("Header", file);
   }
   ReplaceDependencies(node, std::move(dependencies));
   views.TellUpdated(node);
 }
 
-std::string CProjectModel::FinishBuildState(bool mayShrink) {
+std::string BuildInformation::FinishBuildState(bool mayShrink) {
   buildRecords.WriteJournal();
   if (mayShrink) buildRecords.CompactJournal();
   return buildRecords.GetProblem();

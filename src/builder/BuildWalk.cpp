@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "builder/LinkFiles.h"
 #include "builder/SameFiles.h"
 #include "builder/TrustCheck.h"
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
-#include "project/WorkerControl.h"
 
 namespace tarn {
 
@@ -59,20 +59,29 @@ std::size_t CountApplications(const NodeTypes& types, const CXmlNode& project) {
 
 }  // namespace
 
-BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
-    : model(projectModel),
-      guard(projectModel),
+BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
+    : builder(projectBuilder),
+      model(projectBuilder.GetModel()),
+      state(model.State()),
+      information(projectBuilder.Information()),
+      guard(model, information.GetBuildRecords()),
       asksForTimes(examinesElsewhere),
-      treeEpoch(projectModel.treeEpoch) {}
+      treeEpoch(state.treeEpoch) {}
+
+void BuildWalk::SetApplication(CXmlNode* node) {
+  CXmlNode* application = information.GetWalkApplication();
+  model.Paths().FindEnclosingApplication(node, application);
+  information.SetWalkApplication(application);
+}
 
 void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
   mode = buildMode;
-  model.FindEnclosingApplication(node, model.walkApplication);
+  SetApplication(node);
   if (node != nullptr) frames.emplace_back(node, mode);
 }
 
 void BuildWalk::BeginTranslate(CXmlNode* node) {
-  model.FindEnclosingApplication(node, model.walkApplication);
+  SetApplication(node);
   if (node != nullptr) frames.emplace_back(node, mode, Stage::Translate);
 }
 
@@ -83,7 +92,7 @@ void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
 }
 
 bool BuildWalk::LostTree() const {
-  return model.treeEpoch != treeEpoch;
+  return state.treeEpoch != treeEpoch;
 }
 
 bool BuildWalk::IsOver(const std::optional<Clock::time_point>& deadline) const {
@@ -153,8 +162,8 @@ bool BuildWalk::Return(bool success, bool isGood) {
 }
 
 bool BuildWalk::Enter(Frame& frame) {
-  if (model.GetBuildState() == StateStopRequested) return Return(false, false);
-  if ((model.types.FlagsOf(*frame.node) & kTypeBuild) == 0) {
+  if (builder.GetBuildState() == StateStopRequested) return Return(false, false);
+  if ((model.Types().FlagsOf(*frame.node) & kTypeBuild) == 0) {
     // The node itself is not built but may have stale descendants.
     return Return(true, frame.node->GetChildCount() == 0);
   }
@@ -163,9 +172,9 @@ bool BuildWalk::Enter(Frame& frame) {
 }
 
 bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
-  while (publishedEpoch != model.publishEpoch) {
-    if (!model.PublishNextNode(PublishRoot())) {
-      publishedEpoch = model.publishEpoch;
+  while (publishedEpoch != state.publishEpoch) {
+    if (!model.Publishing().PublishNextNode(PublishRoot())) {
+      publishedEpoch = state.publishEpoch;
       break;
     }
     if (IsOver(currentDeadline)) {
@@ -181,24 +190,25 @@ bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
 // An application may use others anywhere in the project.
 CXmlNode* BuildWalk::PublishRoot() const {
   CXmlNode* const first = frames.front().node;
-  const bool isOne = (model.types.FlagsOf(*first) & kTypeApplication) != 0 && mode != ModeClean;
-  CXmlNode* const root = model.projectRoot.get();
-  return isOne && CountApplications(model.types, *root) > 1 ? root : first;
+  const bool isOne = (model.Types().FlagsOf(*first) & kTypeApplication) != 0 && mode != ModeClean;
+  CXmlNode* const root = state.projectRoot.get();
+  return isOne && CountApplications(model.Types(), *root) > 1 ? root : first;
 }
 
 void BuildWalk::FindOrder(const CXmlNode& node) {
-  const bool isProject = &node == model.projectRoot.get();
-  const bool isOne = (model.types.FlagsOf(node) & kTypeApplication) != 0;
+  const bool isProject = &node == state.projectRoot.get();
+  const bool isOne = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
   if (mode == ModeClean || (!isProject && !isOne)) return;
-  if (CountApplications(model.types, *model.projectRoot) < 2) return;
-  order = std::make_unique<ApplicationOrder>(model.types, model.toolManager, *model.projectRoot);
+  if (CountApplications(model.Types(), *state.projectRoot) < 2) return;
+  order = std::make_unique<ApplicationOrder>(model.Types(), model.Services().toolManager,
+                                             *state.projectRoot);
   if (isOne) used = order->GetUsed(node);
 }
 
 bool BuildWalk::EnterUsed(Frame& frame) {
   const bool isFirst = &frame == &frames.front();
   if (isFirst && order && !order->GetProblem().empty()) {
-    model.AddLogError(order->GetProblem());
+    model.Host().AddLogError(order->GetProblem());
     return Return(false, false);
   }
   if (isFirst && nextUsed < used.size()) {
@@ -213,12 +223,12 @@ bool BuildWalk::EnterUsed(Frame& frame) {
 void BuildWalk::OrderChildren(Frame& frame) const {
   auto next = order->GetAll().begin();
   for (CXmlNode*& child : frame.children) {
-    if ((model.types.FlagsOf(*child) & kTypeApplication) != 0) child = *next++;
+    if ((model.Types().FlagsOf(*child) & kTypeApplication) != 0) child = *next++;
   }
 }
 
 bool BuildWalk::UsesWhatWasBuilt(const CXmlNode& node) const {
-  if (built.empty() || (model.types.FlagsOf(node) & kTypeApplication) == 0) return false;
+  if (built.empty() || (model.Types().FlagsOf(node) & kTypeApplication) == 0) return false;
   const std::vector<CXmlNode*>& uses = order->GetDirectlyUsed(node);
   return std::any_of(uses.begin(), uses.end(), [this](const CXmlNode* each) {
     return std::find(built.begin(), built.end(), each) != built.end();
@@ -228,29 +238,29 @@ bool BuildWalk::UsesWhatWasBuilt(const CXmlNode& node) const {
 bool BuildWalk::StartNode(Frame& frame) {
   CXmlNode& node = *frame.node;
   frame.stage = Stage::Children;
-  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
-    model.activeApplication = &node;
-    model.walkApplication = &node;
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    state.activeApplication = &node;
+    information.SetWalkApplication(&node);
     const char* config = node.GetAttrValue("Config");
-    model.output->WriteMessage(
-        kRowApplicationStarts,
-        {model.OperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
-         config == nullptr ? kStandardConfig : config});
+    model.Services().output->WriteMessage(
+        kRowApplicationStarts, {GetOperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
+                                config == nullptr ? kStandardConfig : config});
     if (LostTree()) return true;
     // Programs that need the debug database re-create it.
-    const std::string database = model.files.NameOnDisk(WithExtension(model.projectPath, ".tdb"));
+    const std::string database =
+        model.GetFiles().NameOnDisk(WithExtension(state.projectPath, ".tdb"));
     if (frame.mode == ModeClean && guard.WhyKept(node, {database, {}}).empty()) {
-      (void)model.files.RemoveFile(database);
+      (void)model.GetFiles().RemoveFile(database);
     }
-    repeated = model.FindRepeatedNodes(node);
+    repeated = information.FindRepeatedNodes(node);
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode* child = node.GetChild(i);
     if (IsContentNode(*child)) frame.children.push_back(child);
   }
-  if (order && &node == model.projectRoot.get()) OrderChildren(frame);
-  frame.goodEpoch = model.fileTimes.GetEpoch();
+  if (order && &node == state.projectRoot.get()) OrderChildren(frame);
+  frame.goodEpoch = information.GetFileTimes().GetEpoch();
   return true;
 }
 
@@ -261,8 +271,8 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
   }
   CXmlNode* child = frame.children[frame.next++];
   if (repeated.contains(child)) return true;
-  const auto output = ahead.TakeGood(*child, model.fileTimes.GetEpoch());
-  if (output && model.GetBuildState() != StateStopRequested) {
+  const auto output = ahead.TakeGood(*child, information.GetFileTimes().GetEpoch());
+  if (output && builder.GetBuildState() != StateStopRequested) {
     frame.newestOutput = Later(frame.newestOutput, output);
     return true;
   }
@@ -275,7 +285,7 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   if (frame.mode == ModeClean) return Return(Clean(node), false);
   // A file that was just built may be newer than its time indicates, given its resolution.
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node)) {
-    Staleness staleness(model.types, model.fileTimes, model.recordCheck,
+    Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck(),
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
     staleness.IgnoreUnbuildable();
     const bool isUpToDate = IsUpToDate(frame, staleness);
@@ -298,7 +308,7 @@ bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
 std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const {
   const CXmlNode& node = *frame.node;
   if (IsExactlyYes(node, "Exclude")) return INT64_MIN;
-  const std::uint32_t flags = model.types.FlagsOf(node);
+  const std::uint32_t flags = model.Types().FlagsOf(node);
   const bool isJudged = (flags & kTypeBuild) != 0 && node.NameView() != "Group";
   if (isJudged) return Later(frame.newestOutput, Staleness::LastBuiltOf(node));
   const char* outputFile = node.GetAttrValue("OutputFile");
@@ -307,21 +317,22 @@ std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const 
 }
 
 bool BuildWalk::AreChildrenGood(const Frame& frame) const {
-  return frame.childrenGood && frame.goodEpoch == model.fileTimes.GetEpoch();
+  return frame.childrenGood && frame.goodEpoch == information.GetFileTimes().GetEpoch();
 }
 
 // A host that keeps sending reports invalidates the times again and again. In that case missing
 // times are queried synchronously.
 bool BuildWalk::MayAsk(const Frame& frame) const {
-  return asksForTimes && (frame.askedEpoch == 0 || frame.askedEpoch == model.fileTimes.GetEpoch());
+  return asksForTimes &&
+         (frame.askedEpoch == 0 || frame.askedEpoch == information.GetFileTimes().GetEpoch());
 }
 
 // Requests the files that decide about the frame's node and about the nodes that follow, so that a
 // walk over an up-to-date tree switches threads only once per several hundred nodes.
 bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
-  const bool hasAsked = frame.askedEpoch == model.fileTimes.GetEpoch();
-  frame.askedEpoch = model.fileTimes.GetEpoch();
-  Staleness staleness(model.types, model.fileTimes, model.recordCheck);
+  const bool hasAsked = frame.askedEpoch == information.GetFileTimes().GetEpoch();
+  frame.askedEpoch = information.GetFileTimes().GetEpoch();
+  Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck());
   ahead.Begin(frame.askedEpoch);
   if (AreChildrenGood(frame)) {
     staleness.AskForFiles(*frame.node, request.inquiry, ahead);
@@ -331,7 +342,7 @@ bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
   ahead.Begin(frame.askedEpoch);  // the walk has reached all of these
   // Usually the application's files are known, and only its own output is missing.
   const bool needsParts = hasAsked || !AreChildrenGood(frame) || !frame.newestOutput;
-  if (needsParts && (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
+  if (needsParts && (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0) {
     staleness.AskForParts(*frame.node, request.inquiry);
   }
   if (request.inquiry.IsEmpty()) {  // a path that can't be requested
@@ -353,49 +364,51 @@ bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
 }
 
 void BuildWalk::TakeTimes(const FileTimes::Inquiry& inquiry) {
-  model.fileTimes.Take(inquiry);
+  information.GetFileTimes().Take(inquiry);
 }
 
 bool BuildWalk::Clean(CXmlNode& node) {
-  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
-    if (model.IsWorkerAlive()) model.worker->chosenByWalk = &node;
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    builder.NoteChosenByWalk(node);
     model.SetCurrentNode(&node);
     if (LostTree()) return false;
   }
   bool result = true;
   bool isLeft = false;  // the next clean may be able to delete it
   std::vector<NamedOutput> made = OutputsOf(node);
-  for (NamedOutput& each : made) each.path = model.files.NameOnDisk(each.path);
+  for (NamedOutput& each : made) each.path = model.GetFiles().NameOnDisk(each.path);
   // Hosts without a journal only clean the files that nodes name.
-  if (model.buildRecords.HasJournal()) {
+  if (information.GetBuildRecords().HasJournal()) {
     for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
   }
   for (const NamedOutput& named : made) {
     const std::string& path = named.path;
-    if (!model.files.Exists(path)) continue;
+    if (!model.GetFiles().Exists(path)) continue;
     // A file whose name differs in letter case is not the tool's output.
-    const std::optional<FileStatus> status = model.files.Examine(path);
+    const std::optional<FileStatus> status = model.GetFiles().Examine(path);
     if (status && status->otherSpelling) continue;
     if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
-      if (model.GetTrust().RefusesWrite(path)) {
-        model.GetTrust().Refuse(model.GetTrust().WishFor("delete", path));
+      if (model.Protection().GetTrust().RefusesWrite(path)) {
+        model.Protection().GetTrust().Refuse(model.Protection().GetTrust().WishFor("delete", path));
         isLeft = true;
       }
-      model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
+      model.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
       if (LostTree()) return false;
       continue;
     }
     const Status removed = guard.Remove(node, path);
-    model.fileTimes.Forget();
+    information.GetFileTimes().Forget();
     if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
     result = false;
     isLeft = true;
-    model.AddBuildNotice(LineKind::Error, path + " can't be deleted: " + removed.GetError().text);
+    model.Host().AddBuildNotice(LineKind::Error,
+                                path + " can't be deleted: " + removed.GetError().text);
     if (LostTree()) return false;
   }
-  if (model.walkApplication != nullptr && !isLeft) {
-    model.buildRecords.Drop(node, TextOf(model.walkApplication->GetAttrValue("Path")),
-                            TextOf(node.GetAttrValue("OutputFile")));
+  if (information.GetWalkApplication() != nullptr && !isLeft) {
+    information.GetBuildRecords().Drop(
+        node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")),
+        TextOf(node.GetAttrValue("OutputFile")));
   }
   return result;
 }
@@ -411,7 +424,7 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
       return each.isCertain && each.path == named.path;
     });
     if (isKnown) continue;
-    named.path = model.files.NameOnDisk(named.path);
+    named.path = model.GetFiles().NameOnDisk(named.path);
     made.push_back(std::move(named));
   }
   std::string why;
@@ -419,13 +432,13 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
     why = made[i].isCertain ? guard.WhyKept(node, made[i]) : guard.WhyOwn(made[i]);
   }
   if (!why.empty()) {
-    model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
+    model.Host().AddBuildNotice(LineKind::Error, why + "; the tool is not run");
     return true;
   }
   // The tool manager has no records of earlier runs and does not touch read-only files.
   for (const NamedOutput& each : made) {
-    const bool isInTheWay = each.isCertain && model.files.ExamineExactly(each.path) &&
-                            model.files.IsReadOnly(each.path);
+    const bool isInTheWay = each.isCertain && model.GetFiles().ExamineExactly(each.path) &&
+                            model.GetFiles().IsReadOnly(each.path);
     if (isInTheWay) (void)guard.Remove(node, each.path);
   }
   return false;
@@ -434,8 +447,8 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
 // Returns the files that the node's tool is given: the source, or the parts of an application.
 std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   std::vector<std::string> sources;
-  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
-    ForEachLinkFile(model.types, &node, true, &node,
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.Types(), &node, true, &node,
                     [&](const char* part) { sources.emplace_back(part); });
   } else {
     sources.push_back(TextOf(node.GetAttrValue("Path")));
@@ -447,11 +460,11 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
 // a program that writes to it, possibly forever.
 bool BuildWalk::HasUnusableSource(const CXmlNode& node) {
   for (const std::string& path : SourcesOf(node)) {
-    if (model.files.Examine(path)) continue;
-    const Result<std::string> text = model.files.ReadWholeFile(path);
+    if (model.GetFiles().Examine(path)) continue;
+    const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
     if (text || text.GetError().code != ErrorCode::NotAFile) continue;
-    model.AddBuildNotice(LineKind::Error, path + " can't be read: " + text.GetError().text +
-                                              "; the tool is not run");
+    model.Host().AddBuildNotice(LineKind::Error, path + " can't be read: " + text.GetError().text +
+                                                     "; the tool is not run");
     return true;
   }
   return false;
@@ -459,10 +472,10 @@ bool BuildWalk::HasUnusableSource(const CXmlNode& node) {
 
 // A linker that is given a file twice reports duplicate definitions without naming the cause.
 void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
-  if ((model.types.FlagsOf(node) & kTypeApplication) == 0) return;
-  for (const auto& [first, second] : FindSameFiles(model.files, node)) {
-    model.AddBuildNotice(LineKind::Warning,
-                         first + " and " + second + " are the same file, which is built twice");
+  if ((model.Types().FlagsOf(node) & kTypeApplication) == 0) return;
+  for (const auto& [first, second] : FindSameFiles(model.GetFiles(), node)) {
+    model.Host().AddBuildNotice(
+        LineKind::Warning, first + " and " + second + " are the same file, which is built twice");
     if (LostTree()) return;
   }
 }
@@ -470,50 +483,52 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
 // Returns true, after logging the reason, if the run needs the user's trust and the project is not
 // trusted.
 bool BuildWalk::IsUntrusted(const WalkRequest& request) {
-  ProjectTrust& trust = model.GetTrust();
+  ProjectTrust& trust = model.Protection().GetTrust();
   if (!trust.IsWithheld()) return false;
   const std::string wish = FindUntrusted(trust, request.tool, request.access);
   if (wish.empty()) return false;
   trust.Refuse(wish);
-  model.AddBuildNotice(LineKind::Error, "the project wants to " + wish +
-                                            ", and its folder is not trusted; the tool is not run");
+  model.Host().AddBuildNotice(
+      LineKind::Error,
+      "the project wants to " + wish + ", and its folder is not trusted; the tool is not run");
   return true;
 }
 
 bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
-  if (model.toolManager == nullptr) return Return(false, false);
+  if (model.Services().toolManager == nullptr) return Return(false, false);
   const CXmlNode* values = FindStoredValues(node);
-  if (values == nullptr) values = model.LoadNodeOptions(&node, true);
+  if (values == nullptr) values = model.Publishing().LoadNodeOptions(&node, true);
   if (LostTree()) return true;
   if (values == nullptr) return Return(false, false);
   request.options = values->ValueText();
 
-  const bool hasTool = model.GetToolInput(node, request.tool, request.files);
+  const bool hasTool = GetToolInput(model.Types(), node, request.tool, request.files);
   if (usesGivenTool) {
     request.tool = givenTool;
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
   if (HasUnusableSource(node)) return LostTree() || Return(false, false);
-  request.access = model.toolManager->GetAccess(request.tool, request.files, request.options);
+  request.access =
+      model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
   if (IsUntrusted(request)) return LostTree() || Return(false, false);
   if (!usesGivenTool) {
     if (IsKept(node, request)) return LostTree() || Return(false, false);
     WarnOfSameFiles(node);
     if (LostTree()) return true;
-    model.output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
+    model.Services().output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
     if (LostTree()) return true;
-    folderBefore = model.files.CurrentFolder();
-    model.files.SetCurrentFolder(model.projectFolder);
+    folderBefore = model.GetFiles().CurrentFolder();
+    model.GetFiles().SetCurrentFolder(state.projectFolder);
   }
-  const std::string& logFile = model.output->GetLogFile();
+  const std::string& logFile = model.Services().output->GetLogFile();
   if (!logFile.empty()) {
     messageFile = logFile + "t.xml";
     request.messageFile = messageFile;
-    (void)model.files.RemoveScratchFile(messageFile);
+    (void)model.GetFiles().RemoveScratchFile(messageFile);
   }
-  request.toolManager = DispatchPtr(model.toolManager->GetDispatch());
+  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
   request.snapshot = BeginRun(node, request);
   request.kind = WalkRequest::Kind::RunTool;
   frame.stage = Stage::Tool;
@@ -524,11 +539,11 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
 RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request) {
   const std::string output = TextOf(node.GetAttrValue("OutputFile"));
   isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
-               model.walkApplication != nullptr;
+               information.GetWalkApplication() != nullptr;
   if (!isRecorded) return {};
-  return model.buildRecords.BeginRun(
-      node, TextOf(model.walkApplication->GetAttrValue("Path")), output, SourcesOf(node),
-      model.toolCommands.SignatureOf(request.tool, request.files, request.options));
+  return information.GetBuildRecords().BeginRun(
+      node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, SourcesOf(node),
+      information.GetToolCommands().SignatureOf(request.tool, request.files, request.options));
 }
 
 bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
@@ -549,11 +564,12 @@ void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
 
 void BuildWalk::FinishTool(Frame& frame) {
   nodesAhead = 1;
-  if (isRecorded) model.buildRecords.EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+  if (isRecorded)
+    information.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
   if (toolSucceeded) {
-    const bool isApplication = (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0;
+    const bool isApplication = (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
     if (order && isApplication) built.push_back(frame.node);
-    model.SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+    model.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
   }
   LeaveTool();
   if (!LostTree()) Return(toolSucceeded, false);
@@ -561,16 +577,16 @@ void BuildWalk::FinishTool(Frame& frame) {
 
 // Cleanup after a tool run, even if the tree was freed.
 void BuildWalk::LeaveTool() {
-  model.fileTimes.Forget();  // the tool may have written any file
+  information.GetFileTimes().Forget();  // the tool may have written any file
   if (!messageFile.empty()) {
-    model.output->MergeToolFile(messageFile);
-    (void)model.files.RemoveScratchFile(messageFile);
+    model.Services().output->MergeToolFile(messageFile);
+    (void)model.GetFiles().RemoveScratchFile(messageFile);
   }
   messageFile.clear();
-  if (!folderBefore.empty()) model.files.SetCurrentFolder(folderBefore);
+  if (!folderBefore.empty()) model.GetFiles().SetCurrentFolder(folderBefore);
   folderBefore.clear();
-  model.output->SaveLog();
-  model.output->UpdateReport();
+  model.Services().output->SaveLog();
+  model.Services().output->UpdateReport();
 }
 
 }  // namespace tarn

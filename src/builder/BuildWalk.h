@@ -9,12 +9,14 @@
 #include <vector>
 
 #include "builder/ApplicationOrder.h"
+#include "builder/BuildCommands.h"
+#include "builder/Builder.h"
 #include "builder/FileTimes.h"
 #include "builder/NodesAhead.h"
 #include "builder/OutputGuard.h"
 #include "builder/RunSnapshot.h"
+#include "builder/Staleness.h"
 #include "platform/automation/Variant.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
@@ -58,7 +60,7 @@ class BuildWalk {
   using Clock = std::chrono::steady_clock;
 
   // If `examinesElsewhere` is false, files are checked inside Advance.
-  BuildWalk(CProjectModel& projectModel, bool examinesElsewhere);
+  BuildWalk(Builder& projectBuilder, bool examinesElsewhere);
 
   // Call one of these once. A null node is a no-op.
   void BeginBuild(CXmlNode* node, std::int32_t mode);
@@ -97,6 +99,8 @@ class BuildWalk {
     std::uint64_t askedEpoch = 0;  // file-time epoch of the node's last inquiry
   };
 
+  // Makes the application of the node the one that reports are attributed to.
+  void SetApplication(CXmlNode* node);
   // Each step returns true if the walk can continue immediately; otherwise `request` is filled in.
   bool Step(WalkRequest& request);
   // One function per Stage.
@@ -131,7 +135,10 @@ class BuildWalk {
   bool Return(bool success, bool isGood);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
 
+  Builder& builder;
   CProjectModel& model;
+  ProjectState& state;
+  BuildInformation& information;
   OutputGuard guard;
   const bool asksForTimes;
   std::int32_t mode = ModeBuild;

@@ -5,16 +5,18 @@
 // else as tasks to the main thread. While the flag `alive` is set, operations that change the
 // project are refused. The last task clears it, and afterwards the worker doesn't access the model.
 
+#include "builder/Builder.h"
+
 #include <tarn/commands.h>
 
 #include <system_error>
 #include <thread>
 
 #include "builder/BuildWalk.h"
+#include "builder/WorkerControl.h"
 #include "output/MessageTable.h"
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
-#include "project/WorkerControl.h"
 #include "widgets/Dialogs.h"
 
 namespace tarn {
@@ -28,49 +30,49 @@ constexpr std::chrono::milliseconds kLookTime(50);
 
 }  // namespace
 
-bool CProjectModel::IsWorkerAlive() const {
+bool Builder::IsWorkerAlive() const {
   return worker != nullptr && worker->alive;
 }
 
-std::int32_t CProjectModel::GetBuildState() {
+std::int32_t Builder::GetBuildState() {
   const std::lock_guard<std::mutex> hold(buildLock);
   return buildState;
 }
 
-bool CProjectModel::IsInWorkerStep() const {
+bool Builder::IsInWorkerStep() const {
   return IsWorkerAlive() && worker->isInStep;
 }
 
-bool CProjectModel::IsWorkerWaiting() const {
+bool Builder::IsWorkerWaiting() const {
   return IsWorkerAlive() && loop->IsServing();
 }
 
-void CProjectModel::ServeWorker() {
+void Builder::ServeWorker() {
   if (IsWorkerAlive() && !worker->isInStep) loop->ServeWaiting();
 }
 
-void CProjectModel::RunAfterWorker(std::function<void()> work) {
+void Builder::RunAfterWorker(std::function<void()> work) {
   worker->afterEnd = std::move(work);
 }
 
-void CProjectModel::RequestStop() {
+void Builder::RequestStop() {
   const std::lock_guard<std::mutex> hold(buildLock);
   buildState = StateStopRequested;
 }
 
-std::string CProjectModel::OperationText(std::int32_t mode) const {
+std::string GetOperationText(std::int32_t mode) {
   return GetMessageText(mode == ModeClean     ? kRowOperationClean
                         : mode == ModeRebuild ? kRowOperationRebuild
                                               : kRowOperationBuild);
 }
 
-std::int32_t CProjectModel::CanStartOperation() {
+std::int32_t Builder::CanStartOperation() {
   // A message of a synchronous build is being handled, and its tree must not change.
   if (walksHere > 0) return 0;
   if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
   const std::string question = FormatMessageText(
-      GetMessageText(kRowBusyQuestion), std::vector<std::string>{OperationText(buildCommand)});
-  if (AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) {
+      GetMessageText(kRowBusyQuestion), std::vector<std::string>{GetOperationText(buildCommand)});
+  if (AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord))) {
     // The worker may have ended while the question was shown.
     const std::lock_guard<std::mutex> hold(buildLock);
     if (buildState == StateBuilding) buildState = StateStopRequested;
@@ -78,27 +80,28 @@ std::int32_t CProjectModel::CanStartOperation() {
   return 0;
 }
 
-std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
-  if (!CanStartOperation() || IsDamageHeld()) return 0;
+std::int32_t Builder::StartBuildThread(std::int32_t command) {
+  if (!CanStartOperation() || model.Protection().IsDamageHeld()) return 0;
   CXmlNode* node = nullptr;
   std::string tool;
   bool isTool = false;
   std::int32_t mode = command;
   if (command >= TARN_CMD_LIST_TOOLS && command <= TARN_CMD_LAST_TOOL) {
     const CXmlNode* entry = nullptr;
-    for (int i = 0; dynamicCommands && i < dynamicCommands->GetChildCount(); ++i) {
-      const CXmlNode* child = dynamicCommands->GetChild(i);
+    const CXmlNode* const commands = model.Publishing().GetDynamicCommandTree();
+    for (int i = 0; commands != nullptr && i < commands->GetChildCount(); ++i) {
+      const CXmlNode* child = commands->GetChild(i);
       if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
     }
     if (entry == nullptr) return 1;  // silently ignores unknown commands
     tool = TextOf(entry->GetAttrValue("Header"));
     isTool = true;
-    node = GetCurrentNode();
+    node = state.GetCurrentNode();
   } else if (command >= kWorkerBuildAll && command <= kWorkerCleanAll) {
     mode = command - kWorkerBuildAll + ModeBuild;
-    node = projectRoot.get();
+    node = state.projectRoot.get();
   } else {
-    node = GetCurrentNode();
+    node = state.GetCurrentNode();
     if (command == kWorkerTranslate) {
       tool = node == nullptr ? std::string() : TextOf(node->GetAttrValue("TranslateTool"));
       isTool = true;
@@ -106,16 +109,16 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
   }
 
   buildCommand = mode;
-  if (currentNode != nullptr) RenewPropState(*currentNode);
+  if (state.currentNode != nullptr) model.Publishing().RenewPropState(*state.currentNode);
   worker = std::make_shared<WorkerControl>();
   worker->loop = loop;
-  worker->model = this;
+  worker->builder = this;
   worker->node = node;
   worker->isBuild = !isTool;
-  worker->notedApplication = activeApplication;
-  worker->notedNode = currentNode;
-  worker->epoch = treeEpoch;
-  ForgetFileTimes();
+  worker->notedApplication = state.activeApplication;
+  worker->notedNode = state.currentNode;
+  worker->epoch = state.treeEpoch;
+  information.ForgetFileTimes();
   workerWalk = std::make_unique<BuildWalk>(*this, true);
   if (!isTool) {
     workerWalk->BeginBuild(node, mode);
@@ -137,7 +140,7 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
 
 // Ends a worker whose thread could not be created. Nothing runs, but the host waits for the end and
 // must be notified.
-void CProjectModel::EndUnstartedWorker(const std::string& reason) {
+void Builder::EndUnstartedWorker(const std::string& reason) {
   worker->alive = false;
   workerWalk.reset();
   {
@@ -145,22 +148,22 @@ void CProjectModel::EndUnstartedWorker(const std::string& reason) {
     buildState = StateFailed;
   }
   const std::string text = "The build can't start because no thread could be created: " + reason;
-  output->AddError(text);
-  output->SaveLog();
-  output->UpdateReport();
-  const std::string logFile = output->GetLogFile();
-  const WindowHandle host = mainframeHandle;
-  SendHost(kMsgLogLine, text, 0);
+  services.output->AddError(text);
+  services.output->SaveLog();
+  services.output->UpdateReport();
+  const std::string logFile = services.output->GetLogFile();
+  const WindowHandle host = services.mainframeHandle;
+  model.Host().SendHost(kMsgLogLine, text, 0);
   SendWindowMessage(host, kMsgWorkerEnded, 0, reinterpret_cast<std::intptr_t>(logFile.c_str()));
 }
 
-void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
+void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
   WalkRequest request;
   bool toolResult = false;
-  FileSystem& disk = control->model->files;
+  FileSystem& disk = control->builder->services.files;
   const auto step = [&] {
     control->isInStep = true;
-    BuildWalk& walk = *control->model->workerWalk;
+    BuildWalk& walk = *control->builder->workerWalk;
     if (request.kind == WalkRequest::Kind::RunTool) {
       walk.TakeToolResult(toolResult, std::move(request.snapshot));
     }
@@ -185,10 +188,10 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
   WindowHandle host = 0;
   const auto end = [&] {
     control->isInStep = true;
-    CProjectModel& model = *control->model;
-    succeeded = model.EndWorker();
-    logFile = model.output->GetLogFile();
-    host = model.mainframeHandle;
+    Builder& builder = *control->builder;
+    succeeded = builder.EndWorker();
+    logFile = builder.services.output->GetLogFile();
+    host = builder.services.mainframeHandle;
     control->isInStep = false;
     control->alive = false;
   };
@@ -202,22 +205,23 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
 }
 
 // Last task of a worker, except for its message to the host.
-bool CProjectModel::EndWorker() {
+bool Builder::EndWorker() {
   const WorkerControl& control = *worker;
   const bool succeeded = workerWalk->Succeeded();
   const bool hasTree = !workerWalk->LostTree();
   workerWalk.reset();
-  walkApplication = nullptr;
-  fileTimes.Forget();
+  information.SetWalkApplication(nullptr);
+  information.GetFileTimes().Forget();
   if (control.isBuild && !succeeded && hasTree) {
     const std::string outputFile =
         control.node == nullptr ? std::string() : TextOf(control.node->GetAttrValue("OutputFile"));
-    SendHost(kMsgOutputInvalid, outputFile, -1);
-    if (treeEpoch == control.epoch) RecordBuildInfo(control.node, nullptr, nullptr);
+    model.Host().SendHost(kMsgOutputInvalid, outputFile, -1);
+    if (state.treeEpoch == control.epoch)
+      information.RecordBuildInfo(control.node, nullptr, nullptr);
   }
-  output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
-  output->SaveLog();
-  output->UpdateReport();
+  services.output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
+  services.output->SaveLog();
+  services.output->UpdateReport();
   {
     const std::lock_guard<std::mutex> hold(buildLock);
     buildState = succeeded ? StateSucceeded : StateFailed;
@@ -228,70 +232,68 @@ bool CProjectModel::EndWorker() {
 
 // Restores the selected node, so that the options window does not store values of the node built
 // last in it.
-void CProjectModel::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
-  if (treeEpoch != epoch || node == nullptr) return;
-  if (currentNode == node && activeApplication == application) return;
-  RestoreCurrent(application, node);
-  if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
+void Builder::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
+  if (state.treeEpoch != epoch || node == nullptr) return;
+  if (state.currentNode == node && state.activeApplication == application) return;
+  model.Publishing().RestoreCurrent(application, node);
+  if (state.treeEpoch == epoch && state.currentNode != nullptr)
+    model.Publishing().RestorePropState(*state.currentNode);
 }
 
-std::int32_t CProjectModel::RunWalkHere(BuildWalk& walk) {
-  ForgetFileTimes();
+std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
+  information.ForgetFileTimes();
   ++walksHere;
   for (;;) {
     WalkRequest request = walk.Advance(std::nullopt);
     if (request.kind != WalkRequest::Kind::RunTool) break;
-    const bool isDone = RunRequestedTool(request, files);
+    const bool isDone = RunRequestedTool(request, services.files);
     walk.TakeToolResult(isDone, std::move(request.snapshot));
   }
   --walksHere;
-  walkApplication = nullptr;
-  fileTimes.Forget();
+  information.SetWalkApplication(nullptr);
+  information.GetFileTimes().Forget();
   return walk.Succeeded() ? 1 : 0;
 }
 
-std::int32_t CProjectModel::BuildHere() {
-  if (IsWorkerAlive() || walksHere > 0 || IsDamageHeld()) return 0;
-  CXmlNode* const application = activeApplication;
-  if (currentNode != nullptr) RenewPropState(*currentNode);
-  notedHere = currentNode;
-  const std::uint64_t epoch = treeEpoch;
+std::int32_t Builder::BuildHere() {
+  if (IsWorkerAlive() || walksHere > 0 || model.Protection().IsDamageHeld()) return 0;
+  CXmlNode* const application = state.activeApplication;
+  if (state.currentNode != nullptr) model.Publishing().RenewPropState(*state.currentNode);
+  notedHere = state.currentNode;
+  const std::uint64_t epoch = state.treeEpoch;
   const std::int32_t result = BuildNode(nullptr, ModeBuild);
   RestoreAfterWalk(application, notedHere, epoch);
   notedHere = nullptr;
   return result;
 }
 
-std::int32_t CProjectModel::BuildNode(CXmlNode* node, std::int32_t mode) {
+std::int32_t Builder::BuildNode(CXmlNode* node, std::int32_t mode) {
   BuildWalk walk(*this, false);
-  walk.BeginBuild(node == nullptr ? GetCurrentNode() : node, mode);
+  walk.BeginBuild(node == nullptr ? state.GetCurrentNode() : node, mode);
   return RunWalkHere(walk);
 }
 
-std::int32_t CProjectModel::TranslateNode(CXmlNode* node) {
+std::int32_t Builder::TranslateNode(CXmlNode* node) {
   BuildWalk walk(*this, false);
-  walk.BeginTranslate(node == nullptr ? GetCurrentNode() : node);
+  walk.BeginTranslate(node == nullptr ? state.GetCurrentNode() : node);
   return RunWalkHere(walk);
 }
 
-std::int32_t CProjectModel::RunToolOnNode(CXmlNode* node, const std::string& tool) {
+std::int32_t Builder::RunToolOnNode(CXmlNode* node, const std::string& tool) {
   BuildWalk walk(*this, false);
-  walk.BeginTool(node == nullptr ? GetCurrentNode() : node, tool);
+  walk.BeginTool(node == nullptr ? state.GetCurrentNode() : node, tool);
   return RunWalkHere(walk);
 }
 
-bool CProjectModel::IsNodeUpToDate(CXmlNode* node) {
-  if (!IsWorkerAlive() && walksHere == 0) fileTimes.Forget();
-  return Staleness(types, fileTimes, recordCheck).IsUpToDate(node);
+bool Builder::IsNodeUpToDate(CXmlNode* node) {
+  if (!IsWorkerAlive() && walksHere == 0) information.GetFileTimes().Forget();
+  return Staleness(services.types, information.GetFileTimes(), information.GetRecordCheck())
+      .IsUpToDate(node);
 }
 
-StaleVerdict CProjectModel::ExamineNode(CXmlNode& node) {
-  return Staleness(types, fileTimes, recordCheck).Examine(node);
-}
-
-void CProjectModel::ForgetFileTimes() {
-  fileTimes.Forget();
-  toolCommands.RefreshTools();
+StaleVerdict Builder::ExamineNode(CXmlNode& node) {
+  return Staleness(services.types, information.GetFileTimes(), information.GetRecordCheck())
+      .Examine(node);
 }
 
 }  // namespace tarn

@@ -1,9 +1,7 @@
-// Lists, in quoted form, of the files that an application consists of and of those that its
-// debugger loads.
+#include "builder/LinkFiles.h"
 
 #include "builder/Staleness.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
@@ -18,14 +16,14 @@ void AppendQuoted(std::string& list, const char* item, const std::string& separa
 
 }  // namespace
 
-void CProjectModel::CollectLinkFiles(std::string& list, const CXmlNode* node, bool useOutput,
-                                     const CXmlNode* root, const std::string& separator) const {
+void CollectLinkFiles(const NodeTypes& types, std::string& list, const CXmlNode* node,
+                      bool useOutput, const CXmlNode* root, const std::string& separator) {
   ForEachLinkFile(types, node, useOutput, root,
                   [&](const char* item) { AppendQuoted(list, item, separator); });
 }
 
-void CProjectModel::CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* root,
-                                      const std::string& separator) const {
+void CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* root,
+                       const std::string& separator) {
   if (node == nullptr) return;
   const char* outputFile = node->GetAttrValue("OutputFile");
   if (node == root || (outputFile != nullptr && *outputFile == '\0')) {
@@ -43,12 +41,12 @@ void CProjectModel::CollectDebugFiles(std::string& list, const CXmlNode* node, c
   if (item != nullptr && *item != '\0') AppendQuoted(list, item, separator);
 }
 
-bool CProjectModel::GetToolInput(const CXmlNode& node, std::string& tool,
-                                 std::string& fileList) const {
+bool GetToolInput(const NodeTypes& types, const CXmlNode& node, std::string& tool,
+                  std::string& fileList) {
   tool = TextOf(node.GetAttrValue("TranslateTool"));
   fileList.clear();
   if ((types.FlagsOf(node) & kTypeApplication) != 0) {
-    CollectLinkFiles(fileList, &node, true, &node, ",");
+    CollectLinkFiles(types, fileList, &node, true, &node, ",");
   } else {
     fileList = '"' + TextOf(node.GetAttrValue("Path")) + '"';
   }

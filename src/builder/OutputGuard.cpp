@@ -5,12 +5,12 @@
 #include <optional>
 #include <string_view>
 
+#include "builder/BuildRecords.h"
 #include "platform/files/FileTexts.h"
 #include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
-#include "project/TreeSearch.h"
 
 namespace tarn {
 
@@ -70,7 +70,7 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (const std::string own = WhyOwn(output); !own.empty()) return own;
   // A tool would create the file that a dangling link points to.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
-  const bool isRefused = model_.GetTrust().IsWithheld() && PlaceOf(path).isOutside;
+  const bool isRefused = model_.Protection().GetTrust().IsWithheld() && PlaceOf(path).isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
   if (const char* reason = status ? FindReason(path, *status) : nullptr) {
     return Describe(output, reason);
@@ -78,7 +78,7 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (status && !HasRecord(node, path) && LooksLikeSource(output)) {
     return Describe(output, kIsUnmade);
   }
-  if (!isRefused && (model_.MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
+  if (!isRefused && (model_.Protection().MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
   const ProjectFolder folder(model_.GetFiles(), model_.GetProjectPath());
   const std::string wayOut = folder.DescribeWayOut(path);
   return Describe(output, (wayOut.empty() ? "" : wayOut + ", which ") +
@@ -101,10 +101,9 @@ const char* OutputGuard::FindOwnReason(const std::string& path) {
 }
 
 const BuildRecord* OutputGuard::FindRecord(const CXmlNode& node) const {
-  BuildRecords& records = model_.GetBuildRecords();
-  const BuildRecords::Bound* const bound = records.Find(node);
+  const BuildRecords::Bound* const bound = records_.Find(node);
   const bool isKnown = bound != nullptr && bound->record != BuildRecordStore::kNone;
-  return isKnown ? &records.RecordOf(*bound) : nullptr;
+  return isKnown ? &records_.RecordOf(*bound) : nullptr;
 }
 
 // A record has the version of its output in a separate field; further products are its last inputs.
@@ -112,7 +111,7 @@ template <class Test>
 bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path, const Test& test) const {
   const BuildRecord* const record = FindRecord(node);
   if (record == nullptr) return false;
-  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const BuildRecordStore& store = records_.Store();
   const auto isThis = [&](BuildRecord::Number version) {
     return store.PathOf(version) == path && test(store.Version(version));
   };
@@ -131,7 +130,7 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
   std::vector<std::string> paths;
   const BuildRecord* const record = FindRecord(node);
   if (record == nullptr) return paths;
-  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const BuildRecordStore& store = records_.Store();
   for (const BuildRecord::Number each : record->byProducts) {
     std::string path(store.PathOf(each));
     const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
@@ -158,7 +157,7 @@ Status OutputGuard::Remove(const CXmlNode& node, const std::string& path) {
 }
 
 bool OutputGuard::IsRecorded(std::string_view path) const {
-  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const BuildRecordStore& store = records_.Store();
   return std::any_of(applications_.begin(), applications_.end(), [&](const std::string& each) {
     return store.Find(each, path) != BuildRecordStore::kNone;
   });
@@ -170,8 +169,8 @@ bool OutputGuard::HasRecord(const CXmlNode& node, const std::string& path) const
 
 bool OutputGuard::LooksLikeSource(const NamedOutput& output) const {
   if (output.option.empty()) return false;
-  const CXmlNode* const type = model_.FindTypeByFileExtension(output.path);
-  const bool isLeaf = type != nullptr && (model_.types.FlagsOf(*type) & kTypeIsLeaf) != 0;
+  const CXmlNode* const type = model_.Extensions().Find(output.path);
+  const bool isLeaf = type != nullptr && (model_.Types().FlagsOf(*type) & kTypeIsLeaf) != 0;
   if (!isLeaf) return false;
   const Result<std::string> text = model_.GetFiles().ReadWholeFile(output.path);
   return !text || text->find('\0') == text->npos;
@@ -180,7 +179,7 @@ bool OutputGuard::LooksLikeSource(const NamedOutput& output) const {
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
   FileSystem& files = model_.GetFiles();
   const auto find = [&](const std::string& place) {
-    const std::string& state = model_.GetStateFolder();
+    const std::string& state = model_.Services().stateFolder;
     const bool isState = !state.empty() && LeadsInto(files, state, place);
     return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState};
   };
@@ -200,7 +199,7 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
       Protect(WithExtension(model_.GetProjectPath(), extension).c_str(), folder, kIsProjectFile);
     }
     for (const CXmlNode* each : model_.GetProjectRoot().GetChildren()) {
-      if ((model_.types.FlagsOf(*each) & kTypeApplication) == 0) continue;
+      if ((model_.Types().FlagsOf(*each) & kTypeApplication) == 0) continue;
       applications_.push_back(TextOf(each->GetAttrValue("Path")));
     }
     Collect(model_.GetProjectRoot(), folder);
@@ -215,7 +214,7 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
 }
 
 void OutputGuard::Collect(const CXmlNode& node, const std::string& folder) {
-  const std::uint32_t flags = model_.types.FlagsOf(node);
+  const std::uint32_t flags = model_.Types().FlagsOf(node);
   const bool isFile = (flags & (kTypeProject | kTypeApplication)) != 0;
   Protect(node.GetAttrValue("Extern"), folder, kIsProjectFile);
   Protect(node.GetAttrValue("Path"), folder, isFile ? kIsProjectFile : kIsSource);
@@ -233,7 +232,7 @@ void OutputGuard::Collect(const CXmlNode& node, const std::string& folder) {
 void OutputGuard::Protect(const char* path, const std::string& folder, const char* reason) {
   if (path == nullptr || *path == '\0') return;
   std::string full = path;
-  if (IsRelativePath(full)) model_.MakeAbsolutePath(path, full, folder.c_str());
+  if (IsRelativePath(full)) model_.Paths().MakeAbsolutePath(path, full, folder.c_str());
   if (!paths_.try_emplace(full, reason).second) return;
   const std::optional<FileStatus> status = model_.GetFiles().Examine(full);
   if (status && status->inode != 0) files_.try_emplace({status->device, status->inode}, full);

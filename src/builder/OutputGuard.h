@@ -14,6 +14,7 @@
 
 namespace tarn {
 
+class BuildRecords;
 class CProjectModel;
 
 // A file that a tool run writes.
@@ -34,7 +35,8 @@ std::vector<NamedOutput> FindWritten(const std::string& access);
 // over an unchanged tree. Borrows the model; main thread only.
 class OutputGuard {
  public:
-  explicit OutputGuard(CProjectModel& projectModel) : model_(projectModel) {}
+  OutputGuard(CProjectModel& projectModel, BuildRecords& buildRecords)
+      : model_(projectModel), records_(buildRecords) {}
 
   // Returns a log line saying why the output file named by the node must not be touched. Returns an
   // empty string if it may be: if it does not exist, if a recorded run made exactly this version,
@@ -80,6 +82,7 @@ class OutputGuard {
   bool HasRecord(const CXmlNode& node, const std::string& path) const;
 
   CProjectModel& model_;
+  BuildRecords& records_;
   bool isCollected_ = false;
   std::vector<std::string> applications_;  // paths of all applications
   // Reasons for protecting files, by path. Filled on first use.

@@ -5,11 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "project/NodeTypes.h"
+#include "project/ProjectState.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
 
-class CProjectModel;
+class BuildInformation;
 
 // Attaches the records of the journal to the nodes of the project, a few milliseconds at a time. A
 // node receives its record if its tool would still run the same commands; its files are compared
@@ -17,8 +19,8 @@ class CProjectModel;
 class RecordRestore {
  public:
   // Restores the nodes of all applications, or of one.
-  explicit RecordRestore(CProjectModel& projectModel);
-  RecordRestore(CProjectModel& projectModel, CXmlNode& application);
+  RecordRestore(BuildInformation& information, const ProjectState& state, const NodeTypes& types);
+  RecordRestore(BuildInformation& information, const ProjectState& state, CXmlNode& application);
 
   // Works for about `time`. Returns false if nothing is left to do.
   bool Step(std::chrono::milliseconds time);
@@ -29,7 +31,8 @@ class RecordRestore {
     const CXmlNode* application;
   };
 
-  CProjectModel& model_;
+  BuildInformation& information_;
+  const ProjectState& state_;
   std::uint64_t treeEpoch_;
   std::vector<Node> pending_;  // stack; children are pushed after their node
 };

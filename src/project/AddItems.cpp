@@ -1,5 +1,7 @@
 // Adding existing files and applications to the tree.
 
+#include "project/ItemAdder.h"
+
 #include <vector>
 
 #include "output/MessageTable.h"
@@ -7,8 +9,8 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn {
 
@@ -66,24 +68,24 @@ std::string FilterOf(int row, const std::string& patterns) {
 
 }  // namespace
 
-std::int32_t CProjectModel::AddExistingItem(const char* itempath, const char* itemtype) {
-  if (!CanStartOperation()) return 0;
+std::int32_t ItemAdder::AddExistingItem(const char* itempath, const char* itemtype) {
+  if (!services.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), kSourceList)) return ReplaceSourceList(TextOf(itempath));
   return AddItem(TextOf(itempath), itemtype, false);
 }
 
 // `isJustMade`: the application file was written for this call and must be used unchanged.
-std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* itemtype,
-                                    bool isJustMade) {
+std::int32_t ItemAdder::AddItem(const std::string& itempath, const char* itemtype,
+                                bool isJustMade) {
   // Without a project, no file would contain the item.
-  if (!isOpen) return 0;
+  if (!state.isOpen) return 0;
   if (HasControlBytes(itempath)) {
-    output->WriteMessage(kRowCannotRead, {itempath}, "its name has control characters");
+    services.output->WriteMessage(kRowCannotRead, {itempath}, "its name has control characters");
     return 0;
   }
-  if (isDefaultProject != 0 && activeApplication != nullptr) {
+  if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
     const TreeUpdate update(views);
-    RemoveContentChildren(*activeApplication);
+    state.RemoveContentChildren(*state.activeApplication);
   }
   CXmlNode* target = LoadAddTarget();
   if (target == nullptr) return 0;
@@ -97,55 +99,55 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
 
   auto node = CXmlNode::CreateNode(type->NameView());
   const bool isApplication = (types.FlagsOf(*node) & kTypeApplication) != 0;
-  const std::string base = isApplication ? projectFolder : PathBaseBelow(*target);
+  const std::string base = isApplication ? state.projectFolder : paths.PathBaseBelow(*target);
   std::string path;
-  MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
+  paths.MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
   if (isApplication && !isJustMade && AppendExtension(*type, path)) {
-    const std::uint64_t epoch = treeEpoch;
-    SetCurrentNode(projectRoot.get());
-    if (treeEpoch != epoch) return 0;
-    target = projectRoot.get();
-    if (!CheckFileAccess(files, path, kMustExist, *output)) {
+    const std::uint64_t epoch = state.treeEpoch;
+    publisher.SetCurrentNode(state.projectRoot.get());
+    if (state.treeEpoch != epoch) return 0;
+    target = state.projectRoot.get();
+    if (!CheckFileAccess(files, path, kMustExist, *services.output)) {
       return AddNewItem(path.c_str(), itemtype);
     }
   }
   if (HoldsFile(files, *target, path) || (isApplication && HoldsApplicationOf(path))) return 1;
-  const std::uint64_t epoch = treeEpoch;
+  const std::uint64_t epoch = state.treeEpoch;
   FillItem(*node, path);
-  if (treeEpoch != epoch) return 0;
+  if (state.treeEpoch != epoch) return 0;
   return PlaceItem(*target, std::move(node));
 }
 
 // Returns the node that new items are added to, or nullptr if there is none or a handler removed
 // the tree. Loads its options, because they determine what it may contain.
-CXmlNode* CProjectModel::LoadAddTarget() {
-  CXmlNode* target = GetCurrentNode();
+CXmlNode* ItemAdder::LoadAddTarget() {
+  CXmlNode* target = state.GetCurrentNode();
   while (target != nullptr) {
-    const std::uint64_t epoch = treeEpoch;
-    LoadNodeOptions(target, false);
-    if (treeEpoch != epoch) return nullptr;
+    const std::uint64_t epoch = state.treeEpoch;
+    publisher.LoadNodeOptions(target, false);
+    if (state.treeEpoch != epoch) return nullptr;
     if ((types.FlagsOf(*target) & kTypeIsLeaf) == 0) return target;
     target = target->GetParent();
   }
   return nullptr;
 }
 
-const CXmlNode* CProjectModel::TypeOfItem(const std::string& path, const char* itemtype) {
+const CXmlNode* ItemAdder::TypeOfItem(const std::string& path, const char* itemtype) {
   CXmlNode* named = nullptr;
   FindChildNode(itemtype, nullptr, &types.GetRoot(), named);
   if (named != nullptr) return named;
-  const CXmlNode* byExtension = FindTypeByFileExtension(path);
+  const CXmlNode* byExtension = extensions.Find(path);
   return byExtension != nullptr ? byExtension : types.GetRoot().GetChild(0);
 }
 
 // Applications are compared by file identity, however their paths are written.
-bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
+bool ItemAdder::HoldsApplicationOf(const std::string& path) const {
   const std::string wanted = files.Canonical(path);
-  for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
-    const CXmlNode& child = *projectRoot->GetChild(i);
+  for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
+    const CXmlNode& child = *state.projectRoot->GetChild(i);
     std::string full;
     if ((types.FlagsOf(child) & kTypeApplication) != 0 &&
-        MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
+        paths.MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
         IsSameName(files, files.Canonical(full), wanted)) {
       return true;
     }
@@ -153,12 +155,12 @@ bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
   return false;
 }
 
-void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
+void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
   const std::string title = SplitPath(path).title;
   WriteItemPaths(node, path);
   if ((types.FlagsOf(node) & kTypeApplication) != 0) {
     // An existing file that can't be read must not be overwritten with an empty node.
-    if (!LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
+    if (!loader.LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
     node.SetAttrValue("Header", title);
     WriteItemPaths(node, path);
     return;
@@ -167,44 +169,44 @@ void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
   Status made = exists ? Status() : exists.GetError();
   if (exists && !*exists) made = files.WriteOwnFile(path, "");
   if (!made && (!exists || files.ExamineLink(path))) {
-    output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
+    services.output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
   } else if (!made) {
-    CheckFileAccess(files, path, kMustBeWritable, *output);
+    CheckFileAccess(files, path, kMustBeWritable, *services.output);
   }
   const bool isProject = (types.FlagsOf(node) & kTypeProject) != 0;
   node.SetAttrValue("Header", isProject ? title : FileNameOf(path));
 }
 
-void CProjectModel::WriteItemPaths(CXmlNode& node, const std::string& path) const {
+void ItemAdder::WriteItemPaths(CXmlNode& node, const std::string& path) const {
   const std::uint32_t flags = types.FlagsOf(node);
   if ((flags & kTypeExtern) != 0) node.SetAttrValue("Extern", path);
   if ((flags & kTypePath) != 0) node.SetAttrValue("Path", path);
 }
 
-std::int32_t CProjectModel::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
-  const std::uint64_t opened = projectEpoch;
-  NoteModified();
-  CXmlNode* const added = AttachNode(target, std::move(node), Opens::Yes);
+std::int32_t ItemAdder::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
+  const std::uint64_t opened = state.projectEpoch;
+  state.NoteModified();
+  CXmlNode* const added = editor.AttachNode(target, std::move(node), TreeEditor::Opens::Yes);
   if (added != nullptr) {
-    const std::uint64_t epoch = treeEpoch;
-    if ((types.FlagsOf(*added) & kTypeApplication) != 0) SetActiveApplication(added);
-    SetCurrentNode(added);
-    if (treeEpoch == epoch) LoadNodeOptions(added, true);
+    const std::uint64_t epoch = state.treeEpoch;
+    if ((types.FlagsOf(*added) & kTypeApplication) != 0) publisher.SetActiveApplication(added);
+    publisher.SetCurrentNode(added);
+    if (state.treeEpoch == epoch) publisher.LoadNodeOptions(added, true);
   }
-  if (projectEpoch != opened) return 0;
-  RunAutoDebugStep();
+  if (state.projectEpoch != opened) return 0;
+  publisher.RunAutoDebugStep();
   return 1;
 }
 
 // The files that a debugger found become the content of an application that cannot be built.
-std::int32_t CProjectModel::ReplaceSourceList(const std::string& lines) {
-  if (lines.empty() || activeApplication == nullptr) return 0;
-  const std::uint32_t flags = types.FlagsOf(*activeApplication);
+std::int32_t ItemAdder::ReplaceSourceList(const std::string& lines) {
+  if (lines.empty() || state.activeApplication == nullptr) return 0;
+  const std::uint32_t flags = types.FlagsOf(*state.activeApplication);
   if ((flags & (kTypeDebug | kTypeAutoDebug | kTypeBuild)) != kTypeDebug) return 0;
   const TreeUpdate update(views);
-  RemoveContentChildren(*activeApplication);
-  const std::vector<std::string_view> paths = Split(lines, '\n');
-  for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+  state.RemoveContentChildren(*state.activeApplication);
+  const std::vector<std::string_view> list = Split(lines, '\n');
+  for (auto path = list.rbegin(); path != list.rend(); ++path) {
     std::string_view line = *path;
     if (line.ends_with('\r')) line.remove_suffix(1);
     if (line.empty()) continue;
@@ -214,29 +216,29 @@ std::int32_t CProjectModel::ReplaceSourceList(const std::string& lines) {
     node->AddAttr("Marker", "-1");
     node->AddAttr("OutputFile", "");
     node->AddAttr("sate", "2");
-    activeApplication->AppendChild(std::move(node));
+    state.activeApplication->AppendChild(std::move(node));
   }
-  NoteTreeChange();
-  NoteShapeChanged();
+  state.NoteTreeChange();
+  state.NoteShapeChanged();
   return 1;
 }
 
-std::int32_t CProjectModel::BrowseAndAddFiles() {
-  if (!CanStartOperation()) return 0;
-  const CXmlNode* holder = GetCurrentNode();
+std::int32_t ItemAdder::BrowseAndAddFiles() {
+  if (!services.build.CanStartOperation()) return 0;
+  const CXmlNode* holder = state.GetCurrentNode();
   if (holder == nullptr) return 0;
-  if ((types.FlagsOf(*holder) & kTypeProject) == 0) holder = activeApplication;
+  if ((types.FlagsOf(*holder) & kTypeProject) == 0) holder = state.activeApplication;
 
   std::string filePatterns;
   std::string applicationPatterns;
   for (int i = 0; i < types.GetRoot().GetChildCount(); ++i) {
     const CXmlNode& type = *types.GetRoot().GetChild(i);
     const std::uint32_t flags = types.FlagsOf(type);
-    if ((flags & kTypeProject) != 0 || !CanContain(holder, &type)) continue;
-    std::string extensions =
-        propertyManager->GetPropertyValue("Target", "Internal", type.GetName() + "-Ext");
-    if (extensions.empty()) extensions = TextOf(type.GetAttrValue("Extension"));
-    const std::string patterns = PatternsOf(extensions);
+    if ((flags & kTypeProject) != 0 || !types.CanContain(holder, &type)) continue;
+    std::string endings =
+        services.propertyManager->GetPropertyValue("Target", "Internal", type.GetName() + "-Ext");
+    if (endings.empty()) endings = TextOf(type.GetAttrValue("Extension"));
+    const std::string patterns = PatternsOf(endings);
     std::string& list = (flags & kTypeApplication) != 0 ? applicationPatterns : filePatterns;
     if (patterns.empty() || list.find(patterns) != std::string::npos) continue;
     if (!list.empty()) list += ';';
@@ -250,15 +252,15 @@ std::int32_t CProjectModel::BrowseAndAddFiles() {
   if (!applicationPatterns.empty()) {
     question.filter += FilterOf(kRowFilterApplications, applicationPatterns);
   }
-  question.folder = lastBrowseFolder;
+  question.folder = state.lastBrowseFolder;
   question.multiple = true;
-  const std::vector<std::string> chosen = ChooseFiles(mainframeHandle, question);
+  const std::vector<std::string> chosen = ChooseFiles(services.mainframeHandle, question);
   if (chosen.empty()) return 0;
 
   const TreeUpdate update(views);
   std::int32_t result = 1;
   for (const std::string& path : chosen) result &= AddExistingItem(path.c_str(), nullptr);
-  lastBrowseFolder = chosen.size() > 1 ? FolderOf(chosen.front()) : chosen.front();
+  state.lastBrowseFolder = chosen.size() > 1 ? FolderOf(chosen.front()) : chosen.front();
   return result;
 }
 

@@ -5,13 +5,14 @@
 // is then reloaded from the merged contents instead of its files, which stay untouched until a
 // save.
 
+#include "project/ProjectLifecycle.h"
+
 #include <algorithm>
 #include <utility>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileSaver.h"
-#include "project/ProjectModel.h"
 #include "project/TreeText.h"
 
 namespace tarn {
@@ -89,36 +90,38 @@ CXmlNode& Follow(const Trail& trail, CXmlNode& root) {
 
 }  // namespace
 
-std::vector<std::string> CProjectModel::ApplyChange(const std::vector<FileText>& before,
-                                                    const std::vector<FileText>& after) {
-  if (!isOpen || IsDefaultProject()) return {"no project is open"};
-  if (isClosing || !CanStartOperation()) return {"the project can't be changed now"};
-  if (IsDamageHeld()) return {"the project was read only in part"};
+std::vector<std::string> ProjectLifecycle::ApplyChange(const std::vector<FileText>& before,
+                                                       const std::vector<FileText>& after) {
+  if (!state.isOpen || state.IsDefaultProject()) return {"no project is open"};
+  if (state.isClosing || !services.build.CanStartOperation())
+    return {"the project can't be changed now"};
+  if (protection.IsDamageHeld()) return {"the project was read only in part"};
   ReplacedFiles present{{}, guard};
-  for (const FileText& each : MakeFileTexts()) present.texts[each.path] = each.text;
+  for (const FileText& each : saver.MakeFileTexts()) present.texts[each.path] = each.text;
   ReplacedFiles changed = present;
   const std::vector<std::string> problems = MergeChange(before, after, changed);
   if (!problems.empty() || changed.texts == present.texts) return problems;
-  const std::string path = projectPath;
-  const Trail trail = TrailOf(GetCurrentNode());
-  const std::int32_t noted = std::exchange(modified, 0);  // keeps the close from writing the files
+  const std::string path = state.projectPath;
+  const Trail trail = TrailOf(state.GetCurrentNode());
+  const std::int32_t noted =
+      std::exchange(state.modified, 0);  // keeps the close from writing the files
   if (!CloseProject()) {
-    modified |= noted;
+    state.modified |= noted;
     return {"the host keeps the project open"};
   }
   if (Reload(path, changed)) {
-    SetCurrentNode(&Follow(trail, *projectRoot));
+    publisher.SetCurrentNode(&Follow(trail, *state.projectRoot));
     return {};
   }
   // These unsaved changes exist nowhere else.
-  const bool isBack = !isOpen && Reload(path, present);
+  const bool isBack = !state.isOpen && Reload(path, present);
   return {isBack ? "the project can't be read after the change" : "another project was opened"};
 }
 
 // Merges the changed files into `result`, which holds the contents of the current project.
-std::vector<std::string> CProjectModel::MergeChange(const std::vector<FileText>& before,
-                                                    const std::vector<FileText>& after,
-                                                    ReplacedFiles& result) {
+std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileText>& before,
+                                                       const std::vector<FileText>& after,
+                                                       ReplacedFiles& result) {
   std::vector<std::string> problems;
   for (const FileText& each : after) {
     const std::string* const base = Find(before, each.path);
@@ -143,14 +146,8 @@ std::vector<std::string> CProjectModel::MergeChange(const std::vector<FileText>&
   return problems;
 }
 
-std::vector<FileText> CProjectModel::GetBaseTexts() const {
-  std::vector<FileText> texts;
-  for (const auto& [path, text] : guard.GetKnown()) texts.push_back({path, text});
-  return texts;
-}
-
-void CProjectModel::StageFiles(const std::vector<FileText>& texts,
-                               const std::vector<FileText>& bases) {
+void ProjectLifecycle::StageFiles(const std::vector<FileText>& texts,
+                                  const std::vector<FileText>& bases) {
   staged = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, FileGuard(files)});
   for (const FileText& each : texts) staged->texts[each.path] = each.text;
   for (const FileText& each : bases) {
@@ -160,20 +157,20 @@ void CProjectModel::StageFiles(const std::vector<FileText>& texts,
 }
 
 // Opens the project that was just closed. Returns true if it is open afterwards.
-bool CProjectModel::Reload(const std::string& path, const ReplacedFiles& texts) {
+bool ProjectLifecycle::Reload(const std::string& path, const ReplacedFiles& texts) {
   staged = std::make_unique<ReplacedFiles>(texts);
   const std::int32_t opened = OpenProject(path.c_str(), 0);
   if (opened && HoldsWhatIsSaved()) {
-    DropChanges();
+    state.DropChanges();
   } else if (opened) {
-    NoteModified();
+    state.NoteModified();
   }
   return opened != 0;
 }
 
 // Returns true if a save would write exactly what the files contained when last read or written.
-bool CProjectModel::HoldsWhatIsSaved() {
-  return std::ranges::all_of(MakeFileTexts(), [this](const FileText& each) {
+bool ProjectLifecycle::HoldsWhatIsSaved() {
+  return std::ranges::all_of(saver.MakeFileTexts(), [this](const FileText& each) {
     const std::string* const known = guard.TextOf(each.path);
     return known != nullptr && HoldSameTree(each.text, *known);
   });

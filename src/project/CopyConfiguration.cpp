@@ -1,7 +1,8 @@
 // Copying the stored options of one configuration to another.
 
+#include "project/NodeOptions.h"
+
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
@@ -87,21 +88,23 @@ std::string StoredName(CPropertyManagerDriver& propertyManager, const std::strin
 
 }  // namespace
 
-std::int32_t CProjectModel::CopyConfiguration(const std::string& from, const std::string& to) {
-  if (!CanStartOperation() || activeApplication == nullptr || to.empty() || EqualNoCase(from, to) ||
-      EqualNoCase(to, GetCurrentConfigName())) {
+std::int32_t NodeOptions::CopyConfiguration(const std::string& from, const std::string& to) {
+  if (!services.build.CanStartOperation() || state.activeApplication == nullptr || to.empty() ||
+      EqualNoCase(from, to) || EqualNoCase(to, publisher.GetCurrentConfigName())) {
     return 0;
   }
-  const CopiedNames names{StoredName(*propertyManager, from), StoredName(*propertyManager, to),
+  const CopiedNames names{StoredName(*services.propertyManager, from),
+                          StoredName(*services.propertyManager, to),
                           EqualNoCase(from, kStandardConfig)};
-  const bool isOwn = CopyStoredBelow(types, *activeApplication, nullptr, names, true);
-  const bool isOutside = CopyStoredBelow(types, *projectRoot, projectRoot.get(), names, false);
+  const bool isOwn = CopyStoredBelow(types, *state.activeApplication, nullptr, names, true);
+  const bool isOutside =
+      CopyStoredBelow(types, *state.projectRoot, state.projectRoot.get(), names, false);
   if (!isOwn && !isOutside) return 1;
-  NoteModified();
-  ForgetKeptTexts();
+  state.NoteModified();
+  state.ForgetKeptTexts();
   // The cached values of a node include the stored options they were made from.
-  ResetNodeCache(isOutside ? *projectRoot : *activeApplication, true);
-  PublishAll();
+  derived.ResetNodeCache(isOutside ? *state.projectRoot : *state.activeApplication, true);
+  publisher.PublishAll();
   return 1;
 }
 

@@ -3,6 +3,8 @@
 //
 // Finds moved parts with ChildPairs; a part that was also renamed is recognized by its contents.
 
+#include "project/TreeSaver.h"
+
 #include <algorithm>
 #include <set>
 
@@ -10,7 +12,6 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ChildPairs.h"
-#include "project/ProjectModel.h"
 #include "project/TreeText.h"
 
 namespace tarn {
@@ -106,15 +107,15 @@ double CompareContents(const std::string& one, const std::string& other) {
 // version `after` has neither its path nor its label. It is the new part with the largest share of
 // the same files, more than half. Removes the result from `added`. Returns an empty string if there
 // is none or if the old file still exists.
-std::string CProjectModel::FindRenamedPart(const std::string& absolute,
-                                           std::vector<std::string>& added) {
+std::string TreeSaver::FindRenamedPart(const std::string& absolute,
+                                       std::vector<std::string>& added) {
   const std::string* const known = guard.TextOf(absolute);
   if (known == nullptr || files.Exists(absolute)) return {};
   auto best = added.end();
   double most = 0.5;
   for (auto each = added.begin(); each != added.end(); ++each) {
     std::string target;
-    MakeAbsolutePath(*each, target, nullptr);
+    paths.MakeAbsolutePath(*each, target, nullptr);
     const Result<std::string> disk = files.ReadWholeFile(target);
     if (!disk) continue;
     const std::string moved = MoveText(files, *known, FolderOf(absolute), FolderOf(target));
@@ -131,7 +132,7 @@ std::string CProjectModel::FindRenamedPart(const std::string& absolute,
 
 // Plans the files of parts whose owner's file was changed on disk and now names the part elsewhere
 // or no longer. Owners come after their parts.
-void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
+void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
   for (std::size_t i = pending.size(); i-- > 0;) {
     PendingFile& owner = pending[i];
     const std::string& path = owner.isPlanned ? owner.plan.absolute : owner.absolute;
@@ -148,9 +149,9 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
     for (PartChange& each : FindPartChanges(before, after)) {
       std::string from;
       std::string to;
-      MakeAbsolutePath(each.from, from, nullptr);
+      paths.MakeAbsolutePath(each.from, from, nullptr);
       if (each.to.empty()) each.to = FindRenamedPart(from, added);
-      MakeAbsolutePath(each.to, to, nullptr);
+      paths.MakeAbsolutePath(each.to, to, nullptr);
       for (const std::size_t part : owner.parts) {
         const bool isNamed = pending[part].absolute == from && !pending[part].isPlanned;
         if (isNamed && from != to) FollowPart(owner, pending[part], each, to);
@@ -161,8 +162,8 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
 
 // `target` is empty if the owner's file no longer names the part. An unchanged part is then
 // dropped; a changed one is kept, which is a conflict.
-void CProjectModel::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
-                               const std::string& target) {
+void TreeSaver::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
+                           const std::string& target) {
   const std::string* const known = guard.TextOf(part.absolute);
   if (known == nullptr) return;
   if (target.empty()) {

@@ -1,13 +1,14 @@
 // Import of projects in older formats. A conversion script writes a project in the current format
 // next to the old file, and the result is opened.
 
+#include "project/Importer.h"
+
 #include <vector>
 
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/process/RunAndWait.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 #include "widgets/Dialogs.h"
 
 namespace tarn {
@@ -53,56 +54,53 @@ std::string FailureText(std::int32_t exitCode, const std::string& path) {
 
 }  // namespace
 
-std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
-  const std::string oldFile = FullProjectPath(path);
-  const std::string newFile = WithExtension(oldFile, ".tprj");
-  const std::uint64_t opened = projectEpoch;
+bool Importer::Convert(const std::string& path, std::string& newFile) {
+  const std::string oldFile = paths.FullProjectPath(path);
+  newFile = WithExtension(oldFile, ".tprj");
+  const std::uint64_t opened = state.projectEpoch;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
   const Result<bool> exists = files.CheckExists(newFile);
   if (!exists) {
-    ShowMessage(mainframeHandle, newFile + " can't be written: " + exists.GetError().text, caption);
-    return 0;
+    ShowMessage(services.mainframeHandle, newFile + " can't be written: " + exists.GetError().text,
+                caption);
+    return false;
   }
   if (*exists) {
-    converts = MayOverwrite(newFile);
-    if (projectEpoch != opened) return 0;
+    converts = protection.MayOverwrite(newFile);
+    if (state.projectEpoch != opened) return false;
   }
-  if (converts) {
-    std::string blamed = oldFile;
-    const std::int32_t exitCode = RunConversion(oldFile, blamed);
-    if (projectEpoch != opened) return 0;
-    if (exitCode != kDone) {
-      ShowMessage(mainframeHandle, FailureText(exitCode, blamed), caption);
-      return 0;
-    }
-  }
-  OpenProject(newFile.c_str(), 0);
-  return 1;
+  if (!converts) return true;
+  std::string blamed = oldFile;
+  const std::int32_t exitCode = RunConversion(oldFile, blamed);
+  if (state.projectEpoch != opened) return false;
+  if (exitCode == kDone) return true;
+  ShowMessage(services.mainframeHandle, FailureText(exitCode, blamed), caption);
+  return false;
 }
 
 // Returns the interpreter: the one the user configured, else the one bundled with the installation,
 // else the one found in PATH. One that can't be examined could not be started either.
-std::string CProjectModel::FindImportProgram() const {
-  if (!importProgram.empty()) return FindProgram(importProgram);
-  const std::string own = JoinPath(applicationPath, "bin/k418/perl.exe");
+std::string Importer::FindImportProgram() const {
+  if (!services.importProgram.empty()) return FindProgram(services.importProgram);
+  const std::string own = JoinPath(services.applicationPath, "bin/k418/perl.exe");
   const Result<bool> exists = files.CheckExists(own);
   return exists && *exists ? own : FindProgram(kInterpreter);
 }
 
-std::string CProjectModel::MissingImportProgram() const {
+std::string Importer::MissingImportProgram() const {
   if (!FindImportProgram().empty()) return {};
-  return importProgram.empty() ? kInterpreter : importProgram;
+  return services.importProgram.empty() ? kInterpreter : services.importProgram;
 }
 
 // Returns kDone also if nothing could be started.
-std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::string& blamed) {
-  const std::string folder = JoinPath(applicationPath, "bin/k418");
+std::int32_t Importer::RunConversion(const std::string& oldFile, std::string& blamed) {
+  const std::string folder = JoinPath(services.applicationPath, "bin/k418");
   const std::string script = JoinPath(folder, "k418.pl");
   const std::string interpreter = FindImportProgram();
   if (interpreter.empty()) {
-    AddLogLine("Old projects are converted by a script that needs " + MissingImportProgram() +
-               ", which was not found.");
+    host.AddLogLine("Old projects are converted by a script that needs " + MissingImportProgram() +
+                    ", which was not found.");
     return kDone;
   }
   // The interpreter returns the same exit code for a missing script, and the old project would be
@@ -116,15 +114,16 @@ std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::strin
                         std::vector<std::string>{Protected(interpreter), Protected(folder),
                                                  Protected(script), Protected(oldFile)});
   std::string written;
-  const std::int32_t exitCode = RunAndWait(*launcher, commandLine, importSeconds, written);
+  const std::int32_t exitCode =
+      RunAndWait(*services.launcher, commandLine, services.importSeconds, written);
   for (const std::string_view line : Split(written, '\n')) {
-    if (!Trim(line).empty()) AddLogLine(std::string(line));
+    if (!Trim(line).empty()) host.AddLogLine(std::string(line));
   }
   if (exitCode == kTimeIsUp) {
-    AddLogLine("The conversion takes longer than " + std::to_string(importSeconds) +
-               " s. It continues in the background.");
+    host.AddLogLine("The conversion takes longer than " + std::to_string(services.importSeconds) +
+                    " s. It continues in the background.");
   } else if (exitCode < 0 || exitCode > kLastExitCode) {
-    AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
+    host.AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
   }
   return exitCode;
 }

@@ -1,12 +1,13 @@
 // Opening, creating, saving and closing of projects. A save is a close followed by an open.
 
+#include "project/ProjectLifecycle.h"
+
 #include <utility>
 
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 #include "widgets/Dialogs.h"
 
@@ -37,58 +38,7 @@ class Holding {
 
 }  // namespace
 
-std::intptr_t CProjectModel::SendHost(HostMessage message, std::intptr_t wParam,
-                                      std::intptr_t lParam) {
-  if (!IsWindow(mainframeHandle)) return 1;
-  return SendWindowMessage(mainframeHandle, message, wParam, lParam);
-}
-
-std::intptr_t CProjectModel::SendHost(HostMessage message, const std::string& wText,
-                                      std::intptr_t lParam) {
-  return SendHost(message, reinterpret_cast<std::intptr_t>(wText.c_str()), lParam);
-}
-
-std::intptr_t CProjectModel::SendHost(HostMessage message, const std::string& wText,
-                                      const std::string& lText) {
-  return SendHost(message, reinterpret_cast<std::intptr_t>(wText.c_str()),
-                  reinterpret_cast<std::intptr_t>(lText.c_str()));
-}
-
-void CProjectModel::AddLogLine(const std::string& text) {
-  output->AddOutput(text);
-  SendHost(kMsgLogLine, text, 0);
-}
-
-void CProjectModel::AddBuildNotice(LineKind kind, const std::string& text) {
-  buildNotices.push_back({kind, text});
-  if (kind == LineKind::Error) {
-    output->AddError(text);
-  } else {
-    output->AddWarning(text);
-  }
-  SendHost(kMsgLogLine, text, 0);
-}
-
-std::vector<CProjectModel::BuildNotice> CProjectModel::TakeBuildNotices() {
-  const Status written = output == nullptr ? Status() : output->GetLogStatus();
-  if (!written) {
-    const Error& error = written.GetError();
-    buildNotices.push_back(
-        {LineKind::Error, "The log can't be written to " + error.place + ": " + error.text});
-  }
-  return std::exchange(buildNotices, {});
-}
-
-void CProjectModel::AddLogError(const std::string& text) {
-  output->AddError(text);
-  SendHost(kMsgLogLine, text, 0);
-}
-
-void CProjectModel::PostHostCommand(std::int32_t command) {
-  PostWindowMessage(mainframeHandle, kMsgCommand, command, 0);
-}
-
-std::string CProjectModel::AskForProject() {
+std::string ProjectLifecycle::AskForProject() {
   FileQuestion question;
   for (const auto& [row, pattern] :
        {std::pair{kRowProjectWord, "*.tprj"}, std::pair{kRowFilterPrj, "*.prj"},
@@ -97,262 +47,255 @@ std::string CProjectModel::AskForProject() {
         "%s (%s)|%s|", std::vector<std::string>{GetMessageText(row), pattern, pattern});
   }
   question.filter += "|";
-  if (isDefaultProject == 0) question.folder = projectFolder;
-  const std::vector<std::string> chosen = ChooseFiles(mainframeHandle, question);
+  if (state.isDefaultProject == 0) question.folder = state.projectFolder;
+  const std::vector<std::string> chosen = ChooseFiles(services.mainframeHandle, question);
   return chosen.empty() ? std::string() : chosen.front();
 }
 
-std::string CProjectModel::FullProjectPath(const std::string& path) const {
-  return files.Canonical(IsRelativePath(path) ? JoinPath(files.CurrentFolder(), path)
-                                              : ToNativeSeparators(path));
-}
-
-bool CProjectModel::IsOpenAs(const std::string& path) const {
-  if (!isOpen || path.empty()) return false;
-  return EqualNoCase(path, openedBy) || EqualNoCase(FullProjectPath(path), projectPath);
-}
-
-std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault) {
+std::int32_t ProjectLifecycle::OpenProject(const char* path, std::int32_t isDefault) {
   const std::unique_ptr<ReplacedFiles> changes = std::exchange(staged, nullptr);
-  if (propertyManager == nullptr || output == nullptr || isClosing) return 0;
-  if (!CanStartOperation()) return 0;
+  if (services.propertyManager == nullptr || services.output == nullptr || state.isClosing)
+    return 0;
+  if (!services.build.CanStartOperation()) return 0;
   // An open project may contain only its own options and attributes.
-  if ((isOpen || projectRoot->GetChildCount() > 0) && !CloseProject()) return 0;
-  activeApplication = nullptr;
-  currentNode = nullptr;
+  if ((state.isOpen || state.projectRoot->GetChildCount() > 0) && !CloseProject()) return 0;
+  state.activeApplication = nullptr;
+  state.currentNode = nullptr;
 
-  const std::uint64_t opened = ++projectEpoch;
+  const std::uint64_t opened = ++state.projectEpoch;
   std::string chosen = TextOf(path);
   if (path == nullptr) {
     chosen = AskForProject();
-    if (projectEpoch != opened) return 0;
-    if (!chosen.empty()) isDefaultProject = 0;
+    if (state.projectEpoch != opened) return 0;
+    if (!chosen.empty()) state.isDefaultProject = 0;
   } else {
-    isDefaultProject = isDefault;
+    state.isDefaultProject = isDefault;
   }
   if (chosen.empty()) return 0;
   if (!EqualNoCase(ExtensionOf(chosen), kProjectExtension)) return ImportOldProject(chosen);
 
-  const std::string former = std::exchange(projectPath, FullProjectPath(chosen));
-  openedBy = chosen;
-  projectFolder = FolderOf(projectPath);
-  trust.SetProject(isDefaultProject == 0 ? projectPath : std::string());
-  files.SetCurrentFolder(projectFolder);
-  if (former != projectPath) guard.ForgetAll();
-  guard.Forget();
-  damage.clear();
-  // After a failure, the placeholder project is opened; it must not clear the damage.
-  if (isDefaultProject == 0) failedDamage.clear();
-  // A handler of a log message may open another project while this one is being read.
-  std::vector<std::string> outer = std::exchange(loadingFiles, {});
-  const ReplacedFiles* const outerReplaced = std::exchange(replaced, changes.get());
-  const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
-  if (loaded && projectEpoch == opened) CheckActiveApplication();
-  loadingFiles = std::move(outer);
-  replaced = outerReplaced;
-  if (!loaded) {
-    if (projectEpoch != opened) return 0;
-    if (isDefaultProject == 0) failedDamage = std::exchange(damage, {});
+  const std::string former = std::exchange(state.projectPath, paths.FullProjectPath(chosen));
+  state.openedBy = chosen;
+  state.projectFolder = FolderOf(state.projectPath);
+  protection.GetTrust().SetProject(state.isDefaultProject == 0 ? state.projectPath : std::string());
+  files.SetCurrentFolder(state.projectFolder);
+  protection.BeginOpen(former != state.projectPath);
+  if (!loader.LoadProjectFile(changes.get())) {
+    if (state.projectEpoch != opened) return 0;
+    protection.KeepFailedDamage();
     DiscardTree();
     return 0;
   }
-  if (projectEpoch != opened) return 0;
-  modified = changes != nullptr && changes->Find(projectPath) != nullptr ? 1 : 0;
-  ++changeCount;
-  publishingStopped = false;
-  shapeChanged = false;
-  isOpen = true;
-  projectRoot->SetAttrValue("Path", projectPath);
-  NoteTreeChange();
+  if (state.projectEpoch != opened) return 0;
+  state.modified = changes != nullptr && changes->Find(state.projectPath) != nullptr ? 1 : 0;
+  ++state.changeCount;
+  publisher.NoteOpened();
+  state.shapeChanged = false;
+  state.isOpen = true;
+  state.projectRoot->SetAttrValue("Path", state.projectPath);
+  state.NoteTreeChange();
   if (isDefault == 0) {
-    views.SetProjectRoot(projectRoot.get());
+    views.SetProjectRoot(state.projectRoot.get());
     views.RepaintWindow();
   } else {
-    SendHost(kMsgPaneCaption, "Local Settings", kOptionsPane);
+    host.SendHost(kMsgPaneCaption, "Local Settings", kOptionsPane);
   }
-  return projectEpoch == opened && LoadProject(opened) ? 1 : 0;
+  return state.projectEpoch == opened && LoadProject(opened) ? 1 : 0;
+}
+
+// The converted project may not be openable; the import itself was done.
+std::int32_t ProjectLifecycle::ImportOldProject(const std::string& path) {
+  std::string newFile;
+  if (!importer.Convert(path, newFile)) return 0;
+  OpenProject(newFile.c_str(), 0);
+  return 1;
 }
 
 // Second half of an open, after the files were read: announces the applications and prepares their
 // options. Returns 0 if a handler closed the project or opened another one.
-std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
+std::int32_t ProjectLifecycle::LoadProject(std::uint64_t opened) {
   CXmlNode* application = nullptr;
-  FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), application);
+  FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
+                application);
   if (application != nullptr && (types.FlagsOf(*application) & kTypeApplication) != 0) {
-    activeApplication = application;
+    state.activeApplication = application;
     std::string absolute;
-    if (MakeAbsolutePath(TextOf(application->GetAttrValue("Path")), absolute, nullptr)) {
+    if (paths.MakeAbsolutePath(TextOf(application->GetAttrValue("Path")), absolute, nullptr)) {
       application->SetAttrValue("Path", absolute);
     }
   }
-  files.SetCurrentFolder(projectFolder);
-  const std::string path = projectPath;  // copy, because a handler may open another project
-  SendHost(kMsgProjectOpened, path, isDefaultProject);
-  if (projectEpoch != opened || !AnnounceApplications(opened)) return 0;
+  files.SetCurrentFolder(state.projectFolder);
+  const std::string path = state.projectPath;  // copy, because a handler may open another project
+  host.SendHost(kMsgProjectOpened, path, state.isDefaultProject);
+  if (state.projectEpoch != opened || !AnnounceApplications(opened)) return 0;
   if (!MakeOptionsReady(opened)) return 0;
-  if (activeApplication != nullptr) {
-    SetActiveApplication(activeApplication);
-    SetCurrentNode(activeApplication);
-    if (projectEpoch != opened) return 0;
-    SendActiveApplication();
-    if (projectEpoch != opened) return 0;
+  if (state.activeApplication != nullptr) {
+    publisher.SetActiveApplication(state.activeApplication);
+    publisher.SetCurrentNode(state.activeApplication);
+    if (state.projectEpoch != opened) return 0;
+    publisher.SendActiveApplication();
+    if (state.projectEpoch != opened) return 0;
     views.BeginTreeUpdate();
     views.EndTreeUpdate();
-    if (activeApplication != nullptr) views.SetGlobalsFile(GlobalsFileOf(*activeApplication));
+    if (state.activeApplication != nullptr)
+      views.SetGlobalsFile(paths.GlobalsFileOf(*state.activeApplication));
   }
-  lastBrowseFolder = isDefaultProject != 0 ? examplesFolder : AddSeparator(projectFolder);
-  output->SaveLog();
-  output->UpdateReport();
+  state.lastBrowseFolder =
+      state.isDefaultProject != 0 ? services.examplesFolder : AddSeparator(state.projectFolder);
+  services.output->SaveLog();
+  services.output->UpdateReport();
   return 1;
 }
 
-bool CProjectModel::AnnounceApplications(std::uint64_t opened) {
-  for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
-    CXmlNode* child = projectRoot->GetChild(i);
+bool ProjectLifecycle::AnnounceApplications(std::uint64_t opened) {
+  for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
+    CXmlNode* child = state.projectRoot->GetChild(i);
     if ((types.FlagsOf(*child) & kTypeApplication) == 0) continue;
-    if (activeApplication == nullptr) {
-      activeApplication = child;
-      SetCurrentNode(child);
-      if (projectEpoch != opened) return false;
+    if (state.activeApplication == nullptr) {
+      state.activeApplication = child;
+      publisher.SetCurrentNode(child);
+      if (state.projectEpoch != opened) return false;
       // A handler may have removed the child.
-      child = projectRoot->GetChild(i);
+      child = state.projectRoot->GetChild(i);
       if (child == nullptr) return true;
     }
     std::string absolute;
-    MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), absolute, nullptr);
-    SendHost(kMsgApplicationKnown, absolute, ConfigOf(*child));
-    if (projectEpoch != opened) return false;
+    paths.MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), absolute, nullptr);
+    host.SendHost(kMsgApplicationKnown, absolute, ConfigOf(*child));
+    if (state.projectEpoch != opened) return false;
   }
   return true;
 }
 
-bool CProjectModel::MakeOptionsReady(std::uint64_t opened) {
-  if (isDefaultProject == 0) {
+bool ProjectLifecycle::MakeOptionsReady(std::uint64_t opened) {
+  if (state.isDefaultProject == 0) {
     views.StartStepTimer();
     return true;
   }
-  propertyManager->BeginUpdate();
-  if (activeApplication != nullptr) {
-    CXmlNode* const application = activeApplication;  // publishing changes the active application
-    ResetNodeCache(*application, false);
-    while (PublishNextNode(application)) {
+  services.propertyManager->BeginUpdate();
+  if (state.activeApplication != nullptr) {
+    CXmlNode* const application =
+        state.activeApplication;  // publishing changes the active application
+    derived.ResetNodeCache(*application, false);
+    while (publisher.PublishNextNode(application)) {
     }
-    activeApplication = application;
+    state.activeApplication = application;
   } else {
-    propertyManager->ClearValues();
+    services.propertyManager->ClearValues();
   }
-  propertyManager->EndUpdate();
-  PublishTick();
-  return projectEpoch == opened;
+  services.propertyManager->EndUpdate();
+  publisher.PublishTick();
+  return state.projectEpoch == opened;
 }
 
-void CProjectModel::DiscardTree() {
-  ++projectEpoch;
-  buildRecords.CloseJournal();
-  RemoveAllChildren(*projectRoot);
-  projectRoot->Clear();
-  projectRoot->SetName("Project");
-  projectRoot->SetValue("");
-  activeApplication = nullptr;
-  currentNode = nullptr;
-  modified = 0;
-  shapeChanged = false;
-  isOpen = false;
-  guard.Forget();
-  damage.clear();
-  NoteTreeChange();
+void ProjectLifecycle::DiscardTree() {
+  ++state.projectEpoch;
+  services.build.CloseJournal();
+  state.RemoveAllChildren(*state.projectRoot);
+  state.projectRoot->Clear();
+  state.projectRoot->SetName("Project");
+  state.projectRoot->SetValue("");
+  state.activeApplication = nullptr;
+  state.currentNode = nullptr;
+  state.modified = 0;
+  state.shapeChanged = false;
+  state.isOpen = false;
+  protection.Forget();
+  state.NoteTreeChange();
 }
 
-std::int32_t CProjectModel::CloseProject() {
-  if (isClosing || !CanStartOperation()) return 0;
-  const std::uint64_t before = projectEpoch;
-  if (mainframeHandle != 0) {
-    const Holding asking(isClosing);
-    const std::string path = projectPath;
-    if (SendHost(kMsgProjectClosing, path, 0) == 0) return 0;
+std::int32_t ProjectLifecycle::CloseProject() {
+  if (state.isClosing || !services.build.CanStartOperation()) return 0;
+  const std::uint64_t before = state.projectEpoch;
+  if (services.mainframeHandle != 0) {
+    const Holding asking(state.isClosing);
+    const std::string path = state.projectPath;
+    if (host.SendHost(kMsgProjectClosing, path, 0) == 0) return 0;
   }
   // The handler may have started a build or closed the project it was asked about.
-  if (projectEpoch != before || IsWorkerAlive()) return 0;
+  if (state.projectEpoch != before || services.build.IsWorkerAlive()) return 0;
 
-  ++projectEpoch;
+  ++state.projectEpoch;
   views.StopStepTimer();
   views.BeginTreeUpdate();
   views.EndTreeUpdate();
   views.ClearTree();
   views.ClearClasses();
-  if (isDefaultProject != 0 && activeApplication != nullptr) {
-    RemoveContentChildren(*activeApplication);
+  if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
+    state.RemoveContentChildren(*state.activeApplication);
   }
-  inPublishTick = false;
-  if (isOpen && modified != 0 && IsDamageHeld()) AddLogLine(kDamageHeld);
+  publisher.NoteClosing();
+  if (state.isOpen && state.modified != 0 && protection.IsDamageHeld())
+    host.AddLogLine(kDamageHeld);
   WriteAndEmpty();
-  const std::uint64_t closed = projectEpoch;
-  output->ResetLog();
-  output->UpdateReport();
-  propertyManager->BeginUpdate();
-  propertyManager->ProjectClosing();
-  propertyManager->EndUpdate();
+  const std::uint64_t closed = state.projectEpoch;
+  services.output->ResetLog();
+  services.output->UpdateReport();
+  services.propertyManager->BeginUpdate();
+  services.propertyManager->ProjectClosing();
+  services.propertyManager->EndUpdate();
   ReportSave();
-  return projectEpoch == closed ? 1 : 0;
+  return state.projectEpoch == closed ? 1 : 0;
 }
 
 // Writes the files of the open project and frees its tree. No other open or close can run while
 // this does.
-void CProjectModel::WriteAndEmpty() {
-  const Holding closing(isClosing);
-  savedFiles.clear();
-  const bool mustSave = isOpen && modified != 0 && !IsDamageHeld();
-  if (isOpen) StripForSave(*projectRoot, true);
-  if (mustSave) SaveTreeFile(*projectRoot, projectPath);
-  output->SaveLog();
-  output->UpdateReport();
-  buildRecords.CloseJournal();
-  RemoveAllChildren(*projectRoot);
-  currentNode = nullptr;
-  activeApplication = nullptr;
-  isOpen = false;
-  guard.Forget();
-  damage.clear();
-  NoteTreeChange();
+void ProjectLifecycle::WriteAndEmpty() {
+  const Holding closing(state.isClosing);
+  saver.ClearSavedFiles();
+  const bool mustSave = state.isOpen && state.modified != 0 && !protection.IsDamageHeld();
+  if (state.isOpen) derived.StripForSave(*state.projectRoot, true);
+  if (mustSave) saver.SaveTreeFile(*state.projectRoot, state.projectPath);
+  services.output->SaveLog();
+  services.output->UpdateReport();
+  services.build.CloseJournal();
+  state.RemoveAllChildren(*state.projectRoot);
+  state.currentNode = nullptr;
+  state.activeApplication = nullptr;
+  state.isOpen = false;
+  protection.Forget();
+  state.NoteTreeChange();
 }
 
 // Repeats the messages of the save, because the close has cleared the log.
-void CProjectModel::ReportSave() {
-  const std::vector<SavedFile> reports = savedFiles;  // copy, because the host may save again
+void ProjectLifecycle::ReportSave() {
+  const std::vector<SavedFile> reports =
+      saver.GetSavedFiles();  // copy, because the host may save again
   for (const SavedFile& each : reports) {
     for (const std::string& line : each.ToLines()) {
       if (each.problem.empty()) {
-        AddLogLine(line);
+        host.AddLogLine(line);
       } else {
-        AddLogError(line);
+        host.AddLogError(line);
       }
     }
   }
   if (reports.empty()) return;
-  output->SaveLog();
-  output->UpdateReport();
+  services.output->SaveLog();
+  services.output->UpdateReport();
 }
 
-std::int32_t CProjectModel::SaveProject() {
-  if (isClosing || !CanStartOperation()) return 0;
-  if (IsDamageHeld()) {
-    AddLogLine(kDamageHeld);
+std::int32_t ProjectLifecycle::SaveProject() {
+  if (state.isClosing || !services.build.CanStartOperation()) return 0;
+  if (protection.IsDamageHeld()) {
+    host.AddLogLine(kDamageHeld);
     return 0;
   }
   // Rewrites files that were deleted since the load.
-  bool isMissing = isOpen && !files.Exists(projectPath);
-  for (int i = 0; isOpen && i < projectRoot->GetChildCount(); ++i) {
+  bool isMissing = state.isOpen && !files.Exists(state.projectPath);
+  for (int i = 0; state.isOpen && i < state.projectRoot->GetChildCount(); ++i) {
     std::string file;
-    const char* path = projectRoot->GetChild(i)->GetAttrValue("Extern");
-    if (MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file)) isMissing = true;
+    const char* path = state.projectRoot->GetChild(i)->GetAttrValue("Extern");
+    if (paths.MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file))
+      isMissing = true;
   }
-  if (shapeChanged || isMissing) NoteModified();
-  isSaving = true;
+  if (state.shapeChanged || isMissing) state.NoteModified();
+  saver.SetSaving(true);
   const std::int32_t closed = CloseProject();
-  isSaving = false;
-  const std::unique_ptr<ReplacedFiles> kept = std::exchange(unsaved, nullptr);
+  saver.SetSaving(false);
+  const std::unique_ptr<ReplacedFiles> kept = saver.TakeUnsaved();
   if (!closed) return 0;
-  const std::string path = projectPath;
+  const std::string path = state.projectPath;
   if (kept != nullptr) {
     Reload(path, *kept);
     return 0;
@@ -361,50 +304,18 @@ std::int32_t CProjectModel::SaveProject() {
   return 1;
 }
 
-std::int32_t CProjectModel::NewProject(const char* path) {
-  if (propertyManager == nullptr || output == nullptr || !CanStartOperation()) return 0;
-  if (path != nullptr) return CreateProjectFile(path, 1);
-  // The wizard only offers a new project. If one was opened, the flag belongs to it.
-  const std::uint64_t before = projectEpoch;
-  const std::int32_t noted = std::exchange(isDefaultProject, 1);
-  const std::int32_t result = AddNewItem(nullptr, nullptr);
-  const bool hasOpened = isOpen && projectEpoch != before;
-  if (!result && !hasOpened) isDefaultProject = noted;
-  return result;
-}
-
-bool CProjectModel::MayOverwrite(const std::string& path) const {
-  const std::string question =
-      FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{path});
-  return AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord));
-}
-
-bool CProjectModel::PutAsideReplaced(const std::string& path) {
-  std::string copy;
-  CopyReason reason = CopyReason::None;
-  Status kept = files.CheckWritable(path);
-  if (files.IsFolder(path)) kept = Error{ErrorCode::NotAFile, "it is a folder", path};
-  if (kept) kept = guard.PutAside(path, copy, reason);
-  if (!kept) {
-    output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
-    return false;
-  }
-  // Not a message to the host: the user was asked before.
-  if (!copy.empty()) output->AddOutput("The file that was replaced is kept as " + copy);
-  return true;
-}
-
-std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int32_t askOverwrite) {
-  if (!CanStartOperation()) return 0;
+std::int32_t ProjectLifecycle::CreateProjectFile(const std::string& path,
+                                                 std::int32_t askOverwrite) {
+  if (!services.build.CanStartOperation()) return 0;
   const Result<bool> exists = files.CheckExists(path);
   if (!exists) {
-    output->WriteMessage(kRowCannotSave, {path}, exists.GetError().text);
+    services.output->WriteMessage(kRowCannotSave, {path}, exists.GetError().text);
     return 0;
   }
   if (*exists) {
-    if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
+    if (askOverwrite != 0 && !protection.MayOverwrite(path)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
-    if (!PutAsideReplaced(path)) return 0;
+    if (!protection.PutAsideReplaced(path)) return 0;
   }
   CXmlNode root;
   root.SetName("Project");
@@ -413,20 +324,20 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
                                                                     SplitPath(path).title}));
   root.AddAttr("Path", path);
   root.AddAttr("Project", "Yes");
-  if (!CheckFileAccess(files, path, kMustBeWritable | kCreateFolder, *output)) return 0;
+  if (!CheckFileAccess(files, path, kMustBeWritable | kCreateFolder, *services.output)) return 0;
   const std::string text = root.ToString(g_xmlDisplayOptions);
   if (const Status written = WriteProjectFile(files, path, text)) {
     guard.NoteWritten(path, text);
     // Remains of an old project. Errors don't matter.
     (void)files.RemoveFile(WithExtension(path, ".tdb"));
     (void)files.RemoveFile(WithExtension(path, ".dbi"));
-    SendHost(kMsgProjectCreated, path, 0);
+    host.SendHost(kMsgProjectCreated, path, 0);
   } else {
-    output->WriteMessage(kRowCannotSave, {path}, written.GetError().text);
+    services.output->WriteMessage(kRowCannotSave, {path}, written.GetError().text);
     // The file that was to be replaced still exists and must not be taken for the new project.
     if (files.Exists(path)) return 0;
   }
-  NoteModified();
+  state.NoteModified();
   return 1;
 }
 

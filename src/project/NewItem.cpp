@@ -1,11 +1,12 @@
 // Creating applications and folders for the user.
 
+#include "project/ItemAdder.h"
+
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 #include "widgets/Toolkit.h"
 
@@ -39,7 +40,7 @@ bool IsFileTitle(const std::string& name) {
 
 }  // namespace
 
-std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) {
+std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
   constexpr std::size_t kLongestName = 240;  // of a file name without extension
   const std::string& name = wanted.applicationName;
   if (Trim(name).empty()) return "The application needs a name.";
@@ -50,7 +51,7 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   if (name.size() > kLongestName) return "The name is too long.";
 
   std::string folder;
-  if (Trim(wanted.location).empty() || !MakeAbsolutePath(wanted.location, folder, nullptr)) {
+  if (Trim(wanted.location).empty() || !paths.MakeAbsolutePath(wanted.location, folder, nullptr)) {
     return "The application needs a folder.";
   }
   for (std::string each = folder; !each.empty() && !files.IsFolder(each); each = FolderOf(each)) {
@@ -60,13 +61,13 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   }
   if (wanted.createNewProject) return {};
 
-  CXmlNode* const target = GetCurrentNode();
+  CXmlNode* const target = state.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(name.c_str(), "Header", target, namesake);
   if (namesake != nullptr) return "The name \"" + name + "\" is in use.";
   CXmlNode* type = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), type);
-  if (type != nullptr && !CanContain(target, type)) {
+  if (type != nullptr && !types.CanContain(target, type)) {
     return "\"" + TextOf(target->GetAttrValue("Header")) +
            "\" can't contain an application of this type. Select the project first.";
   }
@@ -76,14 +77,16 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   return *exists ? file + " already exists." : std::string();
 }
 
-std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {
-  if (!CanStartOperation()) return 0;
+std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
+  if (!services.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
   // While the user was choosing, another project may have been opened or a build started.
-  const std::uint64_t asked = projectEpoch;
-  if (!views.AskNewApplication(wanted) || projectEpoch != asked || !CanStartOperation()) return 0;
+  const std::uint64_t asked = state.projectEpoch;
+  if (!views.AskNewApplication(wanted) || state.projectEpoch != asked ||
+      !services.build.CanStartOperation())
+    return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
   CXmlNode* chosen = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), chosen);
@@ -91,7 +94,7 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   if (type == nullptr || !IsFileTitle(wanted.applicationName)) return 0;
 
   std::string folder;
-  MakeAbsolutePath(wanted.location, folder, nullptr);
+  paths.MakeAbsolutePath(wanted.location, folder, nullptr);
   const std::string file = AddSeparator(folder) + wanted.applicationName;
   auto node = CXmlNode::CreateNode(type->NameView());
   node->SetAttrValue("Header", wanted.applicationName);
@@ -101,61 +104,62 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
                                     ? PlaceInNewProject(*node, file + ".tapp", file + ".tprj")
                                     : PlaceInProject(std::move(node));
   if (!isPlaced) return 0;
-  const std::uint64_t opened = projectEpoch;
+  const std::uint64_t opened = state.projectEpoch;
   SetUpApplication(wanted);
-  if (projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
+  if (state.projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
     if (!RunCobbler(wanted.wizardPath)) return 0;
   }
-  SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
-  if (projectEpoch == opened) NoteModified();
+  host.SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
+  if (state.projectEpoch == opened) state.NoteModified();
   return 1;
 }
 
 // Applies the settings of the selected microcontroller.
-void CProjectModel::SetUpApplication(const NewApplication& wanted) {
-  const Creating creating(creatingProject);
-  const std::uint64_t opened = projectEpoch;
-  if (!wanted.targetText.empty()) SendHost(kMsgRunScript, wanted.targetText, 0);
-  if (projectEpoch == opened && wanted.configName != kStandardConfig) {
-    propertyManager->SetCurrentConfig(wanted.configName);
-    SelectConfiguration(wanted.configName);
+void ItemAdder::SetUpApplication(const NewApplication& wanted) {
+  const Creating creating(state.creatingProject);
+  const std::uint64_t opened = state.projectEpoch;
+  if (!wanted.targetText.empty()) host.SendHost(kMsgRunScript, wanted.targetText, 0);
+  if (state.projectEpoch == opened && wanted.configName != kStandardConfig) {
+    services.propertyManager->SetCurrentConfig(wanted.configName);
+    options.SelectConfiguration(wanted.configName);
   }
 }
 
-std::int32_t CProjectModel::AddGroup() {
-  CXmlNode* target = GetCurrentNode();
+std::int32_t ItemAdder::AddGroup() {
+  CXmlNode* target = state.GetCurrentNode();
   if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
     target = target->GetParent();
   }
   // Without a project, no file would contain the folder.
-  if (target == nullptr || !isOpen) return 0;
+  if (target == nullptr || !state.isOpen) return 0;
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
-  NoteShapeChanged();
-  SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
+  state.NoteShapeChanged();
+  publisher.SetCurrentNode(editor.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
   return 1;
 }
 
 // Fills in the proposals for the dialog. Returns the record of the requested type, or nullptr.
-const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, const char* itemtype,
-                                                  NewApplication& wanted) const {
+const CXmlNode* ItemAdder::ProposeApplication(const std::string& itempath, const char* itemtype,
+                                              NewApplication& wanted) const {
   CXmlNode* taken = nullptr;
   int number = 0;
   do {
     wanted.applicationName = "Application" + std::to_string(number++);
     taken = nullptr;
-    FindTreeNode(wanted.applicationName.c_str(), "Header", projectRoot.get(), taken);
+    FindTreeNode(wanted.applicationName.c_str(), "Header", state.projectRoot.get(), taken);
   } while (taken != nullptr);
 
   wanted.location = HomeFolder();
-  const std::string place = isDefaultProject != 0 ? examplesFolder : AddSeparator(projectFolder);
+  const std::string place =
+      state.isDefaultProject != 0 ? services.examplesFolder : AddSeparator(state.projectFolder);
   const PathParts parts = SplitPath(ToNativeSeparators(itempath.empty() ? place : itempath));
   if (!(parts.drive + parts.folder).empty()) wanted.location = parts.drive + parts.folder;
   if (!parts.title.empty()) wanted.applicationName = parts.title;
 
   CXmlNode* type = nullptr;
   FindChildNode(itemtype, nullptr, &types.GetRoot(), type);
-  wanted.createNewProject = isDefaultProject != 0;
+  wanted.createNewProject = state.isDefaultProject != 0;
   if (type != nullptr) {
     wanted.typeHeader = TextOf(type->GetAttrValue("Header"));
     if (!IsYes(*type, "Build")) {
@@ -167,26 +171,27 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
 }
 
 // Adds the application to the tree only; the next save creates its file.
-std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
-  CXmlNode* const target = GetCurrentNode();
+std::int32_t ItemAdder::PlaceInProject(std::unique_ptr<CXmlNode> node) {
+  CXmlNode* const target = state.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
-  if (namesake != nullptr || !isOpen || !CanContain(target, node.get())) return 0;
-  const std::uint64_t opened = projectEpoch;
-  NoteModified();
-  SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
-  return projectEpoch == opened ? 1 : 0;
+  if (namesake != nullptr || !state.isOpen || !types.CanContain(target, node.get())) return 0;
+  const std::uint64_t opened = state.projectEpoch;
+  state.NoteModified();
+  publisher.SetCurrentNode(editor.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
+  return state.projectEpoch == opened ? 1 : 0;
 }
 
-std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
-                                              const std::string& applicationFile,
-                                              const std::string& projectFile) {
-  if (isOpen && EqualNoCase(projectFile, projectPath) && !CloseProject()) return 0;
-  if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *output)) return 0;
+std::int32_t ItemAdder::PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
+                                          const std::string& projectFile) {
+  if (state.isOpen && EqualNoCase(projectFile, state.projectPath) && !lifecycle.CloseProject())
+    return 0;
+  if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *services.output))
+    return 0;
   if (files.Exists(applicationFile)) {
-    if (!MayOverwrite(applicationFile)) return 0;
+    if (!protection.MayOverwrite(applicationFile)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
-    if (!PutAsideReplaced(applicationFile)) return 0;
+    if (!protection.PutAsideReplaced(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
   // If the write failed, creation continues without the file, and adding the application reports it
@@ -194,26 +199,41 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   const std::string text = node.ToString(g_xmlDisplayOptions);
   const Status written = WriteProjectFile(files, applicationFile, text);
   if (!written && files.Exists(applicationFile)) {
-    output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
+    services.output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
     return 0;
   }
-  const Creating creating(creatingProject);
-  if (!CreateProjectFile(projectFile, 0)) return 0;
-  if (!OpenProject(projectFile.c_str(), 0)) return 0;
+  const Creating creating(state.creatingProject);
+  if (!lifecycle.CreateProjectFile(projectFile, 0)) return 0;
+  if (!lifecycle.OpenProject(projectFile.c_str(), 0)) return 0;
   return AddItem(applicationFile, node.NameText(), true);
 }
 
 // Runs the tool that generates the initial sources for a microcontroller.
-std::int32_t CProjectModel::RunCobbler(const std::string& wizardPath) {
-  const std::string tool = files.Exists(wizardPath) ? wizardPath : configFolder + wizardPath;
-  CXmlNode* const node = GetCurrentNode();
+std::int32_t ItemAdder::RunCobbler(const std::string& wizardPath) {
+  const std::string tool =
+      files.Exists(wizardPath) ? wizardPath : services.configFolder + wizardPath;
+  CXmlNode* const node = state.GetCurrentNode();
   const CXmlNode* values = FindStoredValues(*node);
-  if (values == nullptr) values = LoadNodeOptions(node, true);
-  if (values == nullptr || toolManager == nullptr) return 0;
-  const std::string options(values->ValueText());
+  if (values == nullptr) values = publisher.LoadNodeOptions(node, true);
+  if (values == nullptr || services.toolManager == nullptr) return 0;
+  const std::string text(values->ValueText());
   const WaitCursor wait;
-  toolManager->RunTool(tool, "", options, nullptr);
+  services.toolManager->RunTool(tool, "", text, nullptr);
   return 1;
+}
+
+std::int32_t ItemAdder::NewProject(const char* path) {
+  if (services.propertyManager == nullptr || services.output == nullptr ||
+      !services.build.CanStartOperation())
+    return 0;
+  if (path != nullptr) return lifecycle.CreateProjectFile(path, 1);
+  // The wizard only offers a new project. If one was opened, the flag belongs to it.
+  const std::uint64_t before = state.projectEpoch;
+  const std::int32_t noted = std::exchange(state.isDefaultProject, 1);
+  const std::int32_t result = AddNewItem(nullptr, nullptr);
+  const bool hasOpened = state.isOpen && state.projectEpoch != before;
+  if (!result && !hasOpened) state.isDefaultProject = noted;
+  return result;
 }
 
 }  // namespace tarn

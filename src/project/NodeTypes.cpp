@@ -74,4 +74,17 @@ const NodeTypes::Type& NodeTypes::Find(std::string_view elementName) const {
   return type;
 }
 
+bool NodeTypes::CanContain(const CXmlNode* parent, const CXmlNode* child) const {
+  if (parent == nullptr || child == nullptr) return false;
+  const std::uint32_t above = FlagsOf(*parent);
+  const std::uint32_t below = FlagsOf(*child);
+  if ((above & kTypeIsLeaf) != 0) return false;
+  if ((above & kTypeProject) != 0) return (below & kTypeApplication) != 0;
+  const bool builds = (above & kTypeBuild) != 0;
+  const bool debugs = (above & kTypeDebug) != 0;
+  if (builds && (below & kTypeInBuild) == 0) return debugs && (below & kTypeInDebug) != 0;
+  if (debugs && (below & kTypeDebug) == 0) return builds && (below & kTypeInBuild) != 0;
+  return true;
+}
+
 }  // namespace tarn

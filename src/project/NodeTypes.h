@@ -49,6 +49,9 @@ class NodeTypes {
   std::uint32_t FlagsOf(const CXmlNode& node) const { return Find(node.NameView()).flags; }
   // Returns a flag, including ones without a TypeFlag, by its name in the record.
   bool HasTypeFlag(const CXmlNode& node, std::string_view key) const;
+  // Returns true if the types allow `child`, a node or a type record, below `parent`. Null nodes
+  // are never allowed.
+  bool CanContain(const CXmlNode* parent, const CXmlNode* child) const;
 
  private:
   struct Type {

@@ -1,43 +1,26 @@
 #include "project/ProjectModel.h"
 
-#include "builder/BuildWalk.h"
-#include "builder/RecordRestore.h"
-#include "project/WorkerControl.h"
-
 namespace tarn {
 
 CProjectModel::CProjectModel(FileSystem& disk)
-    : files(disk),
-      guard(disk),
-      trust(disk),
-      editLock(disk, trust),
-      projectRoot(CXmlNode::CreateNode("Project")),
-      loop(MessageLoop::ForCurrentThread()),
-      fileTimes(disk),
-      buildRecords(disk),
-      toolCommands(toolManager,
-                   [this](const CXmlNode& node, std::string& tool, std::string& fileList) {
-                     return GetToolInput(node, tool, fileList);
-                   }),
-      recordCheck(buildRecords, toolCommands, disk, fileTimes) {}
+    : services(disk),
+      state(services),
+      paths(services, state),
+      host(services),
+      extensions(services),
+      protection(services, state, paths),
+      derived(state, paths, services.types),
+      loader(services, state, paths, protection),
+      saver(services, state, paths, protection, derived),
+      publisher(services, state, paths, host),
+      importer(services, state, paths, host, protection),
+      lifecycle(
+          {services, state, paths, host, protection, derived, loader, saver, publisher, importer}),
+      editor(services, state, paths, derived, publisher),
+      options(services, state, paths, host, derived, publisher, editor, extensions),
+      items({services, state, paths, host, extensions, protection, loader, publisher, lifecycle,
+             editor, options}) {}
 
-CProjectModel::~CProjectModel() {
-  StopAndWait();
-}
-
-void CProjectModel::ForgetHost() {
-  mainframeHandle = 0;
-  output->ForgetHost();
-}
-
-void CProjectModel::StopAndWait() {
-  if (!IsWorkerAlive()) return;
-  ForgetHost();
-  RequestStop();
-  const std::shared_ptr<WorkerControl> control = worker;
-  while (control->alive) {
-    loop->ServeUntil([&] { return !control->alive; }, std::chrono::milliseconds(100));
-  }
-}
+CProjectModel::~CProjectModel() = default;
 
 }  // namespace tarn

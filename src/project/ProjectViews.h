@@ -3,6 +3,7 @@
 #include <string>
 
 #include "project/NewApplication.h"
+#include "project/TreeSearch.h"
 #include "xml/XmlNode.h"
 
 // Interfaces to the windows of a project. The windows implement them; a model also works without
@@ -111,6 +112,12 @@ class ProjectViews {
   }
   void LoadGlobals(const std::string& path) const {
     if (globals) globals->LoadGlobals(path);
+  }
+  // Returns the loaded global symbol of this name as XML; empty if it is unknown.
+  std::string GetSymbolInfo(const char* symbolName) const {
+    CXmlNode* found = nullptr;
+    FindChildNode(symbolName, "Header", globals ? globals->GetSymbols() : nullptr, found);
+    return found == nullptr ? std::string() : found->ToString(g_xmlDisplayOptions);
   }
   bool AskNewApplication(NewApplication& application) const {
     return wizard != nullptr && wizard->AskNewApplication(application);

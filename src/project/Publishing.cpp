@@ -4,15 +4,15 @@
 // The property manager holds one node at a time. A published node caches all its values as a string
 // in its #CDATA child; the presence of that child marks the node as published.
 
+#include "project/Publisher.h"
+
 #include <tarn/commands.h>
 
 #include <algorithm>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
-#include "project/WorkerControl.h"
 
 namespace tarn {
 
@@ -38,28 +38,29 @@ std::string SpelledBelow(FileSystem& files, const std::string& folder, const std
 
 }  // namespace
 
-std::string CProjectModel::GetCurrentConfigName() const {
-  const char* config =
-      activeApplication == nullptr ? nullptr : activeApplication->GetAttrValue("Config");
+std::string Publisher::GetCurrentConfigName() const {
+  const char* config = state.activeApplication == nullptr
+                           ? nullptr
+                           : state.activeApplication->GetAttrValue("Config");
   return config == nullptr ? kStandardConfig : config;
 }
 
-void CProjectModel::CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const {
+void Publisher::CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const {
   CXmlNode* parent = node->GetParent();
   const bool isOutermost = (types.FlagsOf(*node) & (kTypeApplication | kTypeProject)) != 0;
   if (parent != nullptr && !isOutermost) CollectOptionChain(list, parent);
   list.push_back(node);
 }
 
-CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
-  if (node == nullptr) node = GetCurrentNode();
+CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
+  if (node == nullptr) node = state.GetCurrentNode();
   CXmlNode* stored = FindStoredValues(*node);
   if (!force && stored != nullptr) {
     // The string has a few thousand bytes for each child of the node, so it is copied only if
     // needed.
     const std::string_view text = stored->ValueText();
     const bool isPlain = text.find(kBracketByte) == text.npos;
-    propertyManager->ReadValuesFromText(isPlain ? TextArgument(text) : WithBrackets(text));
+    services.propertyManager->ReadValuesFromText(isPlain ? TextArgument(text) : WithBrackets(text));
     return stored;
   }
   if (stored != nullptr) node->RemoveChild(stored);
@@ -67,53 +68,48 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
 
   const std::string_view set = node->NameView();
   const std::string config = GetCurrentConfigName();
-  propertyManager->ReadDefsFromFile(set, configFilePath);
+  services.propertyManager->ReadDefsFromFile(set, services.configFilePath);
   for (const CXmlAttr& attribute : node->Attributes()) {
-    propertyManager->SetPropertyValue(set, "General", attribute.NameView(), attribute.ValueText());
+    services.propertyManager->SetPropertyValue(set, "General", attribute.NameView(),
+                                               attribute.ValueText());
   }
   PublishPath(*node);
   ApplyStoredOptions(*node, config);
-  CXmlNode* values = node->AddCData(propertyManager->GetValuesAsText("", "", ""));
-  toolCommands.Invalidate();
+  CXmlNode* values = node->AddCData(services.propertyManager->GetValuesAsText("", "", ""));
   WriteMarker(*node, config);
   WriteDerivedAttributes(*node);
-  fileTimes.Forget();
-  if (!IsNodeUpToDate(node)) {
-    for (const char* name : {"LastBuilt", "Info"}) {
-      if (CXmlAttr* attribute = node->GetAttr(name)) node->RemoveAttr(attribute);
-    }
-    RecordBuildInfo(node, nullptr, nullptr);
-  }
+  services.build.NotePublished(*node);
   return values;
 }
 
 // A node's values start from the complete values of its parent.
-void CProjectModel::PublishFromParent(CXmlNode& node, bool force) {
+void Publisher::PublishFromParent(CXmlNode& node, bool force) {
   const bool isOutermost = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
   if (isOutermost) return;
   // The root of a foreign file has no parent and is not necessarily a project.
   if (node.GetParent() != nullptr) PublishNode(node.GetParent(), force);
-  propertyManager->EndParentLevel();
-  propertyManager->BeginChildLevel();
+  services.propertyManager->EndParentLevel();
+  services.propertyManager->BeginChildLevel();
 }
 
-void CProjectModel::PublishPath(CXmlNode& node) {
+void Publisher::PublishPath(CXmlNode& node) {
   const std::string_view set = node.NameView();
-  const std::string path = propertyManager->GetPropertyValue(set, "General", "Path");
+  const std::string path = services.propertyManager->GetPropertyValue(set, "General", "Path");
   if (path.empty()) return;
-  const std::string base = PathBaseOf(node);
+  const std::string base = paths.PathBaseOf(node);
   std::string full;
-  MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
+  paths.MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
   // Settles most nodes with a single query.
   const bool isExact = files.ExamineExactly(full).has_value();
   if (!isExact && !files.Exists(full)) {
     const std::string fileName = FileNameOf(path);
-    const std::string folders = propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
+    const std::string folders =
+        services.propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
     for (const std::string_view folder : Split(folders, ';')) {
       if (folder.empty()) continue;
       std::string absoluteFolder;
-      MakeAbsolutePath(std::string(folder), absoluteFolder, nullptr);
-      MakeAbsolutePath(fileName, full, absoluteFolder.c_str());
+      paths.MakeAbsolutePath(std::string(folder), absoluteFolder, nullptr);
+      paths.MakeAbsolutePath(fileName, full, absoluteFolder.c_str());
       if (files.Exists(full)) break;
     }
   }
@@ -126,7 +122,7 @@ void CProjectModel::PublishPath(CXmlNode& node) {
                                                              : "Node";
   const PathParts parts = SplitPath(full);
   const auto derive = [&](std::string_view property, const std::string& value) {
-    propertyManager->SetPropertyValue(set, "General", property, value);
+    services.propertyManager->SetPropertyValue(set, "General", property, value);
   };
   derive("Path", full);
   // Outputs are named after this value, so it must be the same however the path of a file is
@@ -138,41 +134,37 @@ void CProjectModel::PublishPath(CXmlNode& node) {
   derive(kind + "Ext", parts.extension);
 }
 
-void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
+void Publisher::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
   std::vector<CXmlNode*> chain;
   CollectOptionChain(chain, &node);
   for (const CXmlNode* member : chain) {
     const std::string& text = TextOfOptions(*member);
-    if (!text.empty()) propertyManager->ApplyOptions(config, text);
+    if (!text.empty()) services.propertyManager->ApplyOptions(config, text);
   }
 }
 
 // Returns the serialized stored options of a node, or an empty string. Cached, because many nodes
 // are published with the options of the same few ancestors, which can have very many children.
-const std::string& CProjectModel::TextOfOptions(const CXmlNode& owner) {
+const std::string& Publisher::TextOfOptions(const CXmlNode& owner) {
   static const std::string kNone;
   if (owner.GetChildCount() == 0) return kNone;
-  const auto [kept, isNew] = optionTexts.try_emplace(&owner);
+  const auto [kept, isNew] = state.optionTexts.try_emplace(&owner);
   const CXmlNode* options = isNew ? owner.FindChild("Options") : nullptr;
   if (options != nullptr) kept->second = options->ToString(g_xmlDisplayOptions);
   return kept->second;
 }
 
-void CProjectModel::ForgetKeptTexts() {
-  if (!optionTexts.empty()) optionTexts.clear();
-}
-
-void CProjectModel::WriteMarker(CXmlNode& node, const std::string& config) const {
+void Publisher::WriteMarker(CXmlNode& node, const std::string& config) const {
   if ((types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0) return;
   CXmlNode* ownConfig = nullptr;
   FindChildNode(config.c_str(), "Header", node.FindChild("Options"), ownConfig);
   node.SetAttrValue("Marker", ownConfig != nullptr ? "0" : "-1");
 }
 
-void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
+void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   const std::string_view set = node.NameView();
   const auto read = [&](const char* section, const char* property) {
-    return propertyManager->GetPropertyValue(set, section, property);
+    return services.propertyManager->GetPropertyValue(set, section, property);
   };
   const std::string translateTool = read("Build", "TranslateTool");
   const std::string exclude = read("Build", "Exclude");
@@ -183,11 +175,11 @@ void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
   const std::string loadExclude = read("Load", "LoadExclude");
 
   std::string base;
-  if (activeApplication != nullptr)
-    base = FolderOf(TextOf(activeApplication->GetAttrValue("Path")));
+  if (state.activeApplication != nullptr)
+    base = FolderOf(TextOf(state.activeApplication->GetAttrValue("Path")));
   const char* baseFolder = base.empty() ? nullptr : base.c_str();
-  MakeAbsolutePath(outputFile, outputFile, baseFolder);
-  MakeAbsolutePath(listingFile, listingFile, baseFolder);
+  paths.MakeAbsolutePath(outputFile, outputFile, baseFolder);
+  paths.MakeAbsolutePath(listingFile, listingFile, baseFolder);
   node.SetAttrValue("TranslateTool", translateTool);
   node.SetAttrValue("Exclude", exclude);
   node.SetAttrValue("LinkExclude", linkExclude);
@@ -195,63 +187,67 @@ void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
   const char* oldListing = node.GetAttrValue("ListingFile");
   const bool isSame = oldOutput != nullptr && outputFile == oldOutput && oldListing != nullptr &&
                       listingFile == oldListing;
-  if (!isSame) ++outputEpoch;
+  if (!isSame) ++state.outputEpoch;
   node.SetAttrValue("OutputFile", outputFile);
   node.SetAttrValue("ListingFile", listingFile);
   if (!dbiFile.empty()) node.SetAttrValue("DBIFile", dbiFile);
   if (!loadExclude.empty()) node.SetAttrValue("LoadExclude", loadExclude);
 }
 
-CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
-  if (!force && node != nullptr && node == currentNode) {
+CXmlNode* Publisher::LoadNodeOptions(CXmlNode* node, bool force) {
+  if (!force && node != nullptr && node == state.currentNode) {
     if (CXmlNode* stored = FindStoredValues(*node)) return stored;
   }
-  if (node == nullptr) node = GetCurrentNode();
+  if (node == nullptr) node = state.GetCurrentNode();
   CXmlNode* application = nullptr;
-  FindEnclosingApplication(node, application);
+  paths.FindEnclosingApplication(node, application);
   if (application == nullptr) {
-    FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), application);
+    FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
+                  application);
   }
   const bool isApplication =
       application != nullptr && (types.FlagsOf(*application) & kTypeApplication) != 0;
-  if (isApplication) activeApplication = application;
-  currentNode = node;
+  if (isApplication) state.activeApplication = application;
+  state.currentNode = node;
 
-  propertyManager->BeginUpdate();
-  propertyManager->ClearValues();
+  services.propertyManager->BeginUpdate();
+  services.propertyManager->ClearValues();
   ReadConfigurations();
-  propertyManager->SetCurrentConfig(GetCurrentConfigName());
+  services.propertyManager->SetCurrentConfig(GetCurrentConfigName());
   CXmlNode* values = PublishNode(node, force);
   RestorePropState(*node);
-  propertyManager->EndUpdate();
+  services.propertyManager->EndUpdate();
 
-  const std::uint64_t epoch = treeEpoch;
-  SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings", kOptionsPane);
-  if (treeEpoch != epoch) return nullptr;
-  if (currentNode == node) LoadToolCommands(*node);  // a handler may have selected another node
+  const std::uint64_t epoch = state.treeEpoch;
+  host.SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings",
+                kOptionsPane);
+  if (state.treeEpoch != epoch) return nullptr;
+  if (state.currentNode == node)
+    LoadToolCommands(*node);  // a handler may have selected another node
   return values;
 }
 
-void CProjectModel::ReadConfigurations() {
-  if (activeApplication == nullptr) return;
-  const CXmlNode* configs = activeApplication->FindChild("Configs");
+void Publisher::ReadConfigurations() {
+  if (state.activeApplication == nullptr) return;
+  const CXmlNode* configs = state.activeApplication->FindChild("Configs");
   if (configs == nullptr) return;
-  const auto [kept, isNew] = optionTexts.try_emplace(configs);
+  const auto [kept, isNew] = state.optionTexts.try_emplace(configs);
   if (isNew) {
     CXmlNode list;
     list.SetName("ProjectsConfigs");
     list.AppendCopy(*configs);
     kept->second = list.ToString(g_xmlDisplayOptions);
   }
-  propertyManager->ReadValuesFromText(kept->second);
+  services.propertyManager->ReadValuesFromText(kept->second);
 }
 
-void CProjectModel::LoadToolCommands(const CXmlNode& node) {
+void Publisher::LoadToolCommands(const CXmlNode& node) {
   dynamicCommands.reset();
   const char* path = node.GetAttrValue("Path");
   if (path == nullptr) return;
-  const std::string tools =
-      toolManager == nullptr ? std::string() : toolManager->GetToolsForExtension(ExtensionOf(path));
+  const std::string tools = services.toolManager == nullptr
+                                ? std::string()
+                                : services.toolManager->GetToolsForExtension(ExtensionOf(path));
   dynamicCommands = std::make_unique<CXmlNode>();
   dynamicCommands->Load(tools, g_xmlParseInfo);
   for (int i = 0; i < dynamicCommands->GetChildCount(); ++i) {
@@ -259,121 +255,137 @@ void CProjectModel::LoadToolCommands(const CXmlNode& node) {
   }
 }
 
-void CProjectModel::RenewPropState(CXmlNode& node) {
+std::string Publisher::GetDynamicCommands(std::uint32_t commandId) {
+  const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
+  if (commandId != static_cast<std::uint32_t>(TARN_CMD_LIST_TOOLS) || !hasCommands) return {};
+  return dynamicCommands->ToString(g_xmlDisplayOptions);
+}
+
+void Publisher::RenewPropState(CXmlNode& node) {
   if (CXmlNode* old = node.FindChild("PropState")) node.RemoveChild(old);
-  node.AddChild("PropState", propertyManager->GetPropState());
+  node.AddChild("PropState", services.propertyManager->GetPropState());
 }
 
-void CProjectModel::RestorePropState(const CXmlNode& node) {
-  if (const CXmlNode* state = node.FindChild("PropState")) {
-    propertyManager->SetPropState(state->ValueText());
+void Publisher::RestorePropState(const CXmlNode& node) {
+  if (const CXmlNode* stored = node.FindChild("PropState")) {
+    services.propertyManager->SetPropState(stored->ValueText());
   }
 }
 
-void CProjectModel::RunAutoDebugStep() {
-  if (creatingProject != 0 || activeApplication == nullptr) return;
-  if ((types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0)
-    PostHostCommand(TARN_CMD_AUTO_DEBUG);
+void Publisher::RunAutoDebugStep() {
+  if (state.creatingProject != 0 || state.activeApplication == nullptr) return;
+  if ((types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0)
+    host.PostHostCommand(TARN_CMD_AUTO_DEBUG);
 }
 
-void CProjectModel::SendActiveApplication() {
-  if (activeApplication == nullptr) return;
-  SendHost(kMsgApplicationActivated, TextOf(activeApplication->GetAttrValue("Path")),
-           GetCurrentConfigName());
+void Publisher::SendActiveApplication() {
+  if (state.activeApplication == nullptr) return;
+  host.SendHost(kMsgApplicationActivated, TextOf(state.activeApplication->GetAttrValue("Path")),
+                GetCurrentConfigName());
 }
 
-void CProjectModel::SetCurrentNode(CXmlNode* node) {
+void Publisher::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
-  if (IsWorkerAlive() && !IsInWorkerStep() && node != worker->chosenByWalk) {
-    // The user selected this node while a build runs, so the end of the build must not restore the
-    // previous one.
-    worker->chosenByWalk = nullptr;
-    worker->notedNode = node;
-    FindEnclosingApplication(node, worker->notedApplication);
-  }
-  const CXmlNode* notedApplication = activeApplication;
-  const CXmlNode* notedNode = currentNode;
-  if (currentNode != nullptr) RenewPropState(*currentNode);
-  const std::uint64_t epoch = treeEpoch;
+  services.build.NoteSelected(node);
+  const CXmlNode* notedApplication = state.activeApplication;
+  const CXmlNode* notedNode = state.currentNode;
+  if (state.currentNode != nullptr) RenewPropState(*state.currentNode);
+  const std::uint64_t epoch = state.treeEpoch;
   LoadNodeOptions(node, false);
-  if (treeEpoch != epoch) return;
-  if (activeApplication != nullptr && activeApplication != notedApplication) {
+  if (state.treeEpoch != epoch) return;
+  if (state.activeApplication != nullptr && state.activeApplication != notedApplication) {
     SendActiveApplication();
-    if (treeEpoch != epoch) return;
-    views.SetGlobalsFile(GlobalsFileOf(*activeApplication));
+    if (state.treeEpoch != epoch) return;
+    views.SetGlobalsFile(paths.GlobalsFileOf(*state.activeApplication));
     RunAutoDebugStep();
   }
-  if (currentNode != nullptr && currentNode != notedNode) {
-    SendHost(kMsgCurrentNodeChanged, TextOf(currentNode->GetAttrValue("Path")), 0);
-    if (treeEpoch != epoch) return;
+  if (state.currentNode != nullptr && state.currentNode != notedNode) {
+    host.SendHost(kMsgCurrentNodeChanged, TextOf(state.currentNode->GetAttrValue("Path")), 0);
+    if (state.treeEpoch != epoch) return;
   }
   if (views.GetSelectedNode() != node) views.SelectTreeNode(node);
 }
 
-std::int32_t CProjectModel::PublishNextNode(CXmlNode* node) {
-  if (node == nullptr) return 0;
-  CXmlNode* next = publishCursor.Next(
-      *node, publishEpoch, [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
-      IsContentNode);
-  if (next == nullptr) return 0;
-  FindEnclosingApplication(next, activeApplication);
-  currentNode = next;
-  propertyManager->ClearValues();
-  ReadConfigurations();
-  propertyManager->SetCurrentConfig(GetCurrentConfigName());
-  PublishNode(currentNode, false);
+std::int32_t Publisher::SetActiveApplication(CXmlNode* application) {
+  if (!services.build.CanStartOperation()) return 0;
+  if (application == nullptr || (types.FlagsOf(*application) & kTypeApplication) == 0) return 0;
+  CXmlNode* present = nullptr;
+  FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
+                present);
+  if (present != nullptr) {
+    if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
+    if (present != application) state.NoteModified();
+  }
+  application->SetAttrValue("highlight", "yes");
+  state.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
+  views.RepaintTree();
   return 1;
 }
 
-std::int32_t CProjectModel::PublishTick() {
+std::int32_t Publisher::PublishNextNode(CXmlNode* node) {
+  if (node == nullptr) return 0;
+  CXmlNode* next = publishCursor.Next(
+      *node, state.publishEpoch,
+      [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; }, IsContentNode);
+  if (next == nullptr) return 0;
+  paths.FindEnclosingApplication(next, state.activeApplication);
+  state.currentNode = next;
+  services.propertyManager->ClearValues();
+  ReadConfigurations();
+  services.propertyManager->SetCurrentConfig(GetCurrentConfigName());
+  PublishNode(state.currentNode, false);
+  return 1;
+}
+
+std::int32_t Publisher::PublishTick() {
   // The worker publishes what it needs, and a nested tick would lose the search position.
-  if (inPublishTick || IsWorkerAlive() || walksHere > 0) return 0;
+  if (inPublishTick || services.build.IsWorkerAlive() || services.build.IsBuildingHere()) return 0;
   inPublishTick = true;
-  const std::uint64_t opened = projectEpoch;
-  CXmlNode* const notedNode = currentNode;
-  CXmlNode* const notedApplication = activeApplication;
+  const std::uint64_t opened = state.projectEpoch;
+  CXmlNode* const notedNode = state.currentNode;
+  CXmlNode* const notedApplication = state.activeApplication;
   if (notedNode != nullptr) {
-    propertyManager->BeginUpdate();
+    services.propertyManager->BeginUpdate();
     RenewPropState(*notedNode);
   }
   std::int32_t remains = 1;
   int published = 0;
-  while (published < kNodesPerTick && (remains = PublishNextNode(projectRoot.get())) != 0) {
+  while (published < kNodesPerTick && (remains = PublishNextNode(state.projectRoot.get())) != 0) {
     ++published;
   }
 
-  const std::uint64_t epoch = treeEpoch;
+  const std::uint64_t epoch = state.treeEpoch;
   // Restores even if the tree is finished: the user's next change belongs to the node that was
   // current.
   if (published > 0) RestoreCurrent(notedApplication, notedNode);
-  if (projectEpoch == opened) inPublishTick = false;
-  if (treeEpoch != epoch) {
-    if (notedNode != nullptr) propertyManager->EndUpdate();
+  if (state.projectEpoch == opened) inPublishTick = false;
+  if (state.treeEpoch != epoch) {
+    if (notedNode != nullptr) services.propertyManager->EndUpdate();
     return 0;
   }
   if (remains == 0) views.StopStepTimer();
-  if (currentNode != nullptr) RestorePropState(*currentNode);
-  propertyManager->EndUpdate();
+  if (state.currentNode != nullptr) RestorePropState(*state.currentNode);
+  services.propertyManager->EndUpdate();
   if (remains != 0) return 1;
 
-  PostHostCommand(TARN_CMD_OPTIONS_LOADED);
-  if (activeApplication != nullptr) {
-    SendHost(kMsgApplicationKnown, TextOf(activeApplication->GetAttrValue("Path")),
-             GetCurrentConfigName());
-    if (treeEpoch != epoch) return 0;
+  host.PostHostCommand(TARN_CMD_OPTIONS_LOADED);
+  if (state.activeApplication != nullptr) {
+    host.SendHost(kMsgApplicationKnown, TextOf(state.activeApplication->GetAttrValue("Path")),
+                  GetCurrentConfigName());
+    if (state.treeEpoch != epoch) return 0;
   }
   RunAutoDebugStep();
   return 0;
 }
 
-bool CProjectModel::HasUnpublished() {
+bool Publisher::HasUnpublished() {
   return publishCursor.Next(
-             *projectRoot, publishEpoch,
+             *state.projectRoot, state.publishEpoch,
              [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
              IsContentNode) != nullptr;
 }
 
-bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
+bool Publisher::PublishFor(std::chrono::milliseconds time) {
   using Clock = std::chrono::steady_clock;
   if (!CanPublishAside()) return true;
   const Clock::time_point start = Clock::now();
@@ -381,7 +393,7 @@ bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
   PublishAside([&] {
     bool published = false;
     while (remains && Clock::now() - start < time) {
-      remains = PublishNextNode(projectRoot.get()) != 0;
+      remains = PublishNextNode(state.projectRoot.get()) != 0;
       published = published || remains;
     }
     return published;
@@ -389,8 +401,8 @@ bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
   return !remains;
 }
 
-bool CProjectModel::PublishChildren(CXmlNode* parent) {
-  if (parent == nullptr || walksHere > 0 || !CanPublishAside()) return false;
+bool Publisher::PublishChildren(CXmlNode* parent) {
+  if (parent == nullptr || services.build.IsBuildingHere() || !CanPublishAside()) return false;
   std::vector<CXmlNode*> unpublished;
   for (CXmlNode* const child : parent->GetChildren()) {
     const bool isDue = IsContentNode(*child) && FindStoredValues(*child) == nullptr;
@@ -404,60 +416,38 @@ bool CProjectModel::PublishChildren(CXmlNode* parent) {
   return true;
 }
 
-bool CProjectModel::CanPublishAside() const {
-  return isOpen && !IsWorkerAlive() && !inPublishTick;
+bool Publisher::CanPublishAside() const {
+  return state.isOpen && !services.build.IsWorkerAlive() && !inPublishTick;
 }
 
 // Runs `publish`, which returns true if it published anything, and then restores the current node.
-void CProjectModel::PublishAside(const std::function<bool()>& publish) {
-  CXmlNode* const notedNode = currentNode;
-  CXmlNode* const notedApplication = activeApplication;
-  propertyManager->BeginUpdate();
+void Publisher::PublishAside(const std::function<bool()>& publish) {
+  CXmlNode* const notedNode = state.currentNode;
+  CXmlNode* const notedApplication = state.activeApplication;
+  services.propertyManager->BeginUpdate();
   if (notedNode != nullptr) RenewPropState(*notedNode);
   const bool published = publish();
-  const std::uint64_t epoch = treeEpoch;
+  const std::uint64_t epoch = state.treeEpoch;
   if (published) RestoreCurrent(notedApplication, notedNode);
-  if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
-  propertyManager->EndUpdate();
+  if (state.treeEpoch == epoch && state.currentNode != nullptr)
+    RestorePropState(*state.currentNode);
+  services.propertyManager->EndUpdate();
 }
 
-void CProjectModel::PublishSubtree(CXmlNode& node) {
-  CXmlNode* const notedApplication = activeApplication;
+void Publisher::PublishSubtree(CXmlNode& node) {
+  CXmlNode* const notedApplication = state.activeApplication;
   bool published = false;
   while (PublishNextNode(&node)) published = true;
   if (!published) return;
-  activeApplication = notedApplication;
-  currentNode = nullptr;
+  state.activeApplication = notedApplication;
+  state.currentNode = nullptr;
 }
 
 // Loads `node` into the property manager again after other nodes were published.
-void CProjectModel::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
-  activeApplication = application;
-  currentNode = nullptr;
+void Publisher::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
+  state.activeApplication = application;
+  state.currentNode = nullptr;
   SetCurrentNode(node);
-}
-
-// The active application's path may be queried at any time, even before it is published again.
-void CProjectModel::MakeActivePathAbsolute() {
-  if (activeApplication == nullptr) return;
-  std::string path;
-  if (MakeAbsolutePath(TextOf(activeApplication->GetAttrValue("Path")), path, nullptr)) {
-    activeApplication->SetAttrValue("Path", path);
-  }
-}
-
-void CProjectModel::ResetNodeCache(CXmlNode& node, bool ownOnly) {
-  if (!ownOnly) {
-    StripForSave(node, false);
-    MakeActivePathAbsolute();
-    return;
-  }
-  if (CXmlNode* stored = FindStoredValues(node)) node.RemoveChild(stored);
-  for (int i = 0; i < node.GetChildCount(); ++i) {
-    CXmlNode* child = node.GetChild(i);
-    if (IsContentNode(*child)) ResetNodeCache(*child, true);
-  }
-  NoteUnpublished();
 }
 
 }  // namespace tarn

@@ -1,6 +1,8 @@
 // Saving the tree: which files are written, with what content, and how files that can't be written
 // are handled. WholeSave.cpp has the atomic save of all files.
 
+#include "project/TreeSaver.h"
+
 #include <algorithm>
 #include <set>
 
@@ -9,7 +11,6 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "widgets/Dialogs.h"
 
 namespace tarn {
@@ -37,12 +38,12 @@ void NameActive(CXmlNode& root, const NodeTypes& types) {
 
 // Renders all files before writing the first: writing sends messages, and changes that handlers
 // make to the tree must not get into the files.
-std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
+std::int32_t TreeSaver::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
-  if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  if (!paths.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   std::vector<PendingFile> pending;
   CollectTreeFiles(node, absolute, pending);
-  const bool isHeld = editLock.IsHeldFor(projectPath);
+  const bool isHeld = protection.Lock().IsHeldFor(state.projectPath);
   if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
     RefuseFiles(pending, refusal);
   } else {
@@ -52,7 +53,7 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
       for (PendingFile& file : pending) SavePendingFile(file, pending);
     }
   }
-  if (!isHeld) editLock.Release();
+  if (!isHeld) protection.Lock().Release();
   const bool isSaved = std::all_of(pending.begin(), pending.end(),
                                    [](const PendingFile& file) { return file.isSaved; });
   if (isSaving && !isSaved) KeepUnsaved(pending);
@@ -60,7 +61,7 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
 }
 
 // Prepares reloading the project with the content that could not be written as unsaved changes.
-void CProjectModel::KeepUnsaved(const std::vector<PendingFile>& pending) {
+void TreeSaver::KeepUnsaved(const std::vector<PendingFile>& pending) {
   unsaved = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, guard});
   for (const PendingFile& file : pending) {
     // If two elements have the same file, the first was written and the second was saved as a copy.
@@ -74,24 +75,25 @@ void CProjectModel::KeepUnsaved(const std::vector<PendingFile>& pending) {
 // Acquires the project lock and prepares the files. Returns why nothing may be written, or an empty
 // string. Releases the lock while the user is asked about files outside the project's folder, so
 // that no other program has to wait; references may lead anywhere.
-std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
-  const bool isHeld = editLock.IsHeldFor(projectPath);
+std::string TreeSaver::PlanFiles(std::vector<PendingFile>& pending) {
+  const bool isHeld = protection.Lock().IsHeldFor(state.projectPath);
   std::set<std::string> refused;
   while (true) {
-    const bool isTaken = editLock.Take(projectPath);
+    const bool isTaken = protection.Lock().Take(state.projectPath);
     PrepareFiles(pending);
-    if (!isTaken && !editLock.GetHolder().empty()) {
-      return "another program is changing the project (" + editLock.GetHolder() + ")";
+    if (!isTaken && !protection.Lock().GetHolder().empty()) {
+      return "another program is changing the project (" + protection.Lock().GetHolder() + ")";
     }
-    if (!isTaken) return editLock.GetProblem();
+    if (!isTaken) return protection.Lock().GetProblem();
     const auto asked = std::find_if(pending.begin(), pending.end(), [&](const PendingFile& file) {
       return !refused.contains(file.plan.absolute) && !DescribeOutside(file.plan).empty();
     });
     if (asked == pending.end()) break;
-    if (!isHeld) editLock.Release();
+    if (!isHeld) protection.Lock().Release();
     const std::string& target = asked->plan.absolute;
     const std::string question = target + ": " + DescribeOutside(asked->plan) + ".\n\nWrite it?";
-    const bool isAllowed = AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord));
+    const bool isAllowed =
+        AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord));
     (isAllowed ? mayWriteOutside : refused).insert(target);
   }
   for (PendingFile& file : pending) {
@@ -103,22 +105,25 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
 }
 
 // Returns why the file needs the user's consent, or an empty string if it may be written.
-std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
+std::string TreeSaver::DescribeOutside(const SavePlan& plan) const {
   const std::string& path = plan.absolute;
-  if (!plan.isNeeded || writesOutside || mayWriteOutside.contains(path)) return {};
-  return trust.IsGiven() ? std::string() : ProjectFolder(files, projectPath).WhyOutside(path);
+  if (!plan.isNeeded || protection.MayWriteOutside() || mayWriteOutside.contains(path)) return {};
+  return protection.GetTrust().IsGiven() ? std::string()
+                                         : ProjectFolder(files, state.projectPath).WhyOutside(path);
 }
 
-void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
+void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
   const FileSaver saver(files, guard, types);
   // A file that was never saved must not re-create a moved folder either.
-  const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
+  const bool isGone =
+      guard.TextOf(state.projectPath) != nullptr && !files.Exists(state.projectFolder);
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
     const std::string& target = file.plan.absolute;
-    if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
-      file.plan.problem = "the folder " + projectFolder + " does not exist";
+    if (isGone && file.plan.problem.empty() &&
+        target.starts_with(AddSeparator(state.projectFolder))) {
+      file.plan.problem = "the folder " + state.projectFolder + " does not exist";
     }
     // An option of the application may name any file as its own.
     if (file.plan.problem.empty() && guard.TextOf(target) == nullptr) {
@@ -136,22 +141,22 @@ void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   }
 }
 
-std::vector<FileText> CProjectModel::MakeFileTexts() {
+std::vector<FileText> TreeSaver::MakeFileTexts() {
   std::vector<FileText> texts;
-  if (!isOpen) return texts;
+  if (!state.isOpen) return texts;
   CXmlNode copy;
-  copy.CopyFrom(*projectRoot);
-  StripSubtree(copy, true);
+  copy.CopyFrom(*state.projectRoot);
+  derived.StripSubtree(copy, true);
   std::vector<PendingFile> pending;
-  CollectTreeFiles(copy, projectPath, pending);
+  CollectTreeFiles(copy, state.projectPath, pending);
   for (PendingFile& file : pending) texts.push_back({file.absolute, std::move(file.text)});
   return texts;
 }
 
 // Collects the files of the subtree, parts before their owners. Returns the index of the node's own
 // file.
-std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& absolute,
-                                            std::vector<PendingFile>& pending) {
+std::size_t TreeSaver::CollectTreeFiles(CXmlNode& node, const std::string& absolute,
+                                        std::vector<PendingFile>& pending) {
   PendingFile own;
   own.absolute = absolute;
   NameActive(node, types);
@@ -168,10 +173,10 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& a
     // The part has no file: its children stay in this one.
     if (path.empty()) continue;
     std::string relative;
-    MakeRelativePath(path, relative, nullptr);
+    paths.MakeRelativePath(path, relative, nullptr);
     part.SetAttrValue("Extern", relative);
     std::string partFile;
-    MakeAbsolutePath(path, partFile, nullptr);
+    paths.MakeAbsolutePath(path, partFile, nullptr);
     own.parts.push_back(CollectTreeFiles(part, partFile, pending));
     // The owner's file contains only the part's attributes.
     aside.push_back({&part, {}, part.GetValue()});
@@ -191,7 +196,7 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& a
   return pending.size() - 1;
 }
 
-void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending) {
+void TreeSaver::SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending) {
   const std::string& target = file.plan.absolute;
   // If two elements have the same file, only one can be written.
   for (const PendingFile* other = pending.data(); other != &file; ++other) {
@@ -210,12 +215,12 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
     LoseNothing(file, file.plan.problem);
   } else if (const FileAccess access =
                  GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
-             !ReportFileAccess(access, *output, target)) {
+             !ReportFileAccess(access, *services.output, target)) {
     // ReportFileAccess has already logged the error.
     KeepElsewhere(file, access.reason.place + ": " + access.reason.text);
   } else if (const Status written = WriteTreeFile(file.plan); !written) {
     if (written.GetError().code == ErrorCode::ReadOnly) {
-      output->WriteMessage(kRowReadOnly, {target});
+      services.output->WriteMessage(kRowReadOnly, {target});
     }
     LoseNothing(file, written.GetError().text);
   }
@@ -223,44 +228,44 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
 
 // If there is a conflict, changes made here were dropped in favor of the file's content. The backup
 // keeps that content, which the next save may overwrite.
-void CProjectModel::ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports) {
+void TreeSaver::ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports) {
   if (plan.conflicts.empty()) return;
   static_cast<void>(FileSaver(files, guard, types).KeepOther(plan, reports.emplace_back()));
 }
 
-Status CProjectModel::WriteTreeFile(const SavePlan& plan) {
+Status TreeSaver::WriteTreeFile(const SavePlan& plan) {
   SavedFile report;
   const Status written = FileSaver(files, guard, types).Write(plan, report);
   if (!written) return written;
-  SetDamageOf(plan.absolute, {});
+  protection.SetDamageOf(plan.absolute, {});
   if (!report.ToLines().empty()) savedFiles.push_back(std::move(report));
   return {};
 }
 
 // Saves the content of a file that could not be written to a different path, and reports that.
-void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) {
+void TreeSaver::KeepElsewhere(PendingFile& file, const std::string& reason) {
   file.isSaved = false;
   SavedFile report;
   report.path = file.plan.absolute;
   report.problem = reason;
   report.isOutside = file.isOutside;
   const std::string beside =
-      file.isOutside ? JoinPath(projectFolder, FileNameOf(report.path)) : report.path;
-  report.copy = guard.Rescue(beside, file.plan.own, dataPath);
+      file.isOutside ? JoinPath(state.projectFolder, FileNameOf(report.path)) : report.path;
+  report.copy = guard.Rescue(beside, file.plan.own, services.dataPath);
   if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles.push_back(std::move(report));
 }
 
 // Same as `KeepElsewhere()`, but also logs the error.
-void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
+void TreeSaver::LoseNothing(PendingFile& file, const std::string& reason) {
   KeepElsewhere(file, reason);
-  output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
+  services.output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
 // Writes nothing. A project that stays open still has everything; otherwise saves the contents in
 // the user's data folder.
-void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
-                                const std::string& place) {
+void TreeSaver::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
+                            const std::string& place) {
   const bool isOutside = std::any_of(pending.begin(), pending.end(), [&](const PendingFile& file) {
     return file.isOutside && file.plan.absolute == place;
   });
@@ -275,7 +280,7 @@ void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::st
     if (isOther && isSaving && isOutside) continue;
     report.problem = isOther ? place + ": " + reason : reason;
     if (!isSaving) {
-      report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+      report.copy = guard.RescueTo(services.dataPath, report.path, file.plan.own);
       if (report.copy.empty()) report.problem += "; no copy could be written either";
     }
     savedFiles.push_back(std::move(report));

@@ -1,11 +1,12 @@
 // Storing changed values from the property manager in the tree, and removing them again.
 
+#include "project/NodeOptions.h"
+
 #include <tarn/commands.h>
 
 #include "patterns/Parser.h"
 #include "platform/text/Text.h"
 #include "project/MergeOptions.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
@@ -72,25 +73,26 @@ std::string ConfigOfSection(const std::string& section, const std::string& curre
 
 }  // namespace
 
-std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) {
+std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
   const std::string keyText =
-      changedKey.empty() ? propertyManager->GetChangedProperty() : changedKey;
+      changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
   if (keyText.empty()) return 0;
-  CXmlNode* node = GetCurrentNode();
+  CXmlNode* node = state.GetCurrentNode();
   if (node == nullptr) return 0;
-  NoteModified();
+  state.NoteModified();
   OptionKey key = KeyForStoring(keyText);
   if (key.set.empty()) key.set = node->GetName();
   if (EqualNoCase(key.set, node->NameView()) && EqualNoCase(key.section, kGeneralSection) &&
       (EqualNoCase(key.property, "Type") || EqualNoCase(key.property, "Header"))) {
     return ChangeNodeIdentity(
-        *node, key.property, propertyManager->GetPropertyValue(key.set, key.section, key.property));
+        *node, key.property,
+        services.propertyManager->GetPropertyValue(key.set, key.section, key.property));
   }
 
   auto changed = CXmlNode::CreateNode("Options");
-  const std::string config = ConfigOfSection(key.section, GetCurrentConfigName());
+  const std::string config = ConfigOfSection(key.section, publisher.GetCurrentConfigName());
   auto value = std::make_unique<CXmlNode>();
-  value->Load(propertyManager->GetConfigText(config, key.set, key.section, key.property),
+  value->Load(services.propertyManager->GetConfigText(config, key.set, key.section, key.property),
               g_xmlParseInfo);
   changed->AppendChild(std::move(value));
   CXmlNode* old = node->FindChild("Options");
@@ -98,14 +100,14 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   // At the same position: a damaged file may have two, of which the first is the effective one.
   node->InsertChildBefore(std::move(changed), old);
   if (old != nullptr) node->RemoveChild(old);
-  ForgetKeptTexts();
+  state.ForgetKeptTexts();
 
-  if (creatingProject == 0 && activeApplication != nullptr &&
-      (types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0) {
-    if (isDefaultProject != 0) {
-      ClearDefaultApplicationItems();
+  if (state.creatingProject == 0 && state.activeApplication != nullptr &&
+      (types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0) {
+    if (state.isDefaultProject != 0) {
+      editor.ClearDefaultApplicationItems();
     } else {
-      PostHostCommand(TARN_CMD_AUTO_DEBUG);
+      host.PostHostCommand(TARN_CMD_AUTO_DEBUG);
     }
   }
   return 1;
@@ -113,7 +115,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
 
 // Returns true if `typeName` is a valid element name that is read back as a node, and the node
 // could still be where it is.
-bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName) const {
+bool NodeOptions::CanBecome(const CXmlNode& node, const std::string& typeName) const {
   CXmlNode probe;
   probe.SetName(typeName);
   constexpr std::uint32_t kPlace = kTypeProject | kTypeApplication | kTypeExtern;
@@ -125,70 +127,71 @@ bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName)
 }
 
 // Changing a node's type or label invalidates everything derived from it.
-std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
-                                               const std::string& value) {
+std::int32_t NodeOptions::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
+                                             const std::string& value) {
   const bool isType = EqualNoCase(property, "Type");
   if (isType && !CanBecome(node, value)) return 0;
   const TreeUpdate update(views);
   if (isType) {
     node.SetName(value);
   } else {
-    const char* active = projectRoot->GetAttrValue("ActiveApp");
+    const char* active = state.projectRoot->GetAttrValue("ActiveApp");
     const char* oldHeader = node.GetAttrValue("Header");
     const bool namesActive = (types.FlagsOf(node) & kTypeApplication) != 0 &&
-                             node.GetParent() == projectRoot.get() && active != nullptr &&
+                             node.GetParent() == state.projectRoot.get() && active != nullptr &&
                              oldHeader != nullptr && EqualNoCase(active, oldHeader);
-    if (namesActive) projectRoot->SetAttrValue("ActiveApp", value);
+    if (namesActive) state.projectRoot->SetAttrValue("ActiveApp", value);
     node.SetAttrValue("Header", value);
   }
-  StripForSave(node, true);
-  MakeActivePathAbsolute();
+  derived.StripForSave(node, true);
+  derived.MakeActivePathAbsolute();
   return 1;
 }
 
-std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
-  if (!CanStartOperation()) return 0;
+std::int32_t NodeOptions::ResetStoredProperty(const std::string& changedKey) {
+  if (!services.build.CanStartOperation()) return 0;
   const std::string keyText =
-      changedKey.empty() ? propertyManager->GetChangedProperty() : changedKey;
-  CXmlNode* node = GetCurrentNode();
+      changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
+  CXmlNode* node = state.GetCurrentNode();
   if (node == nullptr) return 0;
   const OptionKey key = KeyForResetting(keyText);
   CXmlNode* options = node->FindChild("Options");
-  CXmlNode* config = ChildByHeader(options, ConfigOfSection(key.section, GetCurrentConfigName()));
+  CXmlNode* config =
+      ChildByHeader(options, ConfigOfSection(key.section, publisher.GetCurrentConfigName()));
   CXmlNode* set = ChildByHeader(config, key.set);
   CXmlNode* section = ChildByHeader(set, key.section);
   if (section == nullptr) return 1;
   if (!key.property.empty()) {
-    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) NoteModified();
+    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) state.NoteModified();
   } else {
     for (int i = section->GetChildCount() - 1; i >= 0; --i) {
-      if (RemoveIfRemovable(*section, section->GetChild(i))) NoteModified();
+      if (RemoveIfRemovable(*section, section->GetChild(i))) state.NoteModified();
     }
   }
   // Removes ancestors that became empty, except for the topmost.
   if (section->GetChildCount() == 0) set->RemoveChild(section);
   if (set->GetChildCount() == 0) config->RemoveChild(set);
   if (config->GetChildCount() == 0) options->RemoveChild(config);
-  ForgetKeptTexts();
+  state.ForgetKeptTexts();
   return 1;
 }
 
-std::int32_t CProjectModel::ResetNodeOptions(CXmlNode* node) {
-  if (!CanStartOperation()) return 0;
-  if (node == nullptr) node = GetCurrentNode();
+std::int32_t NodeOptions::ResetNodeOptions(CXmlNode* node) {
+  if (!services.build.CanStartOperation()) return 0;
+  if (node == nullptr) node = state.GetCurrentNode();
   if (node == nullptr) return 0;
-  NoteModified();
+  state.NoteModified();
   if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
-  propertyManager->BeginUpdate();
-  RenewPropState(*node);
+  services.propertyManager->BeginUpdate();
+  publisher.RenewPropState(*node);
   {
     const TreeUpdate update(views);
-    ResetNodeCache(*node, false);
+    derived.ResetNodeCache(*node, false);
     // The property manager still has the values that were just removed.
-    const std::uint64_t epoch = treeEpoch;
-    SetCurrentNode(node);
-    if (treeEpoch == epoch) RestorePropState(*node);
-    propertyManager->EndUpdate();
+    const std::uint64_t epoch = state.treeEpoch;
+    publisher.SetCurrentNode(node);
+    if (state.treeEpoch == epoch) publisher.RestorePropState(*node);
+    services.propertyManager->EndUpdate();
   }
   return 1;
 }

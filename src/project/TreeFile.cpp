@@ -4,14 +4,14 @@
 // A tree is split into files at the direct children of a file's root: the content of a child with
 // an `Extern` file is stored there, and the parent's file has only its attributes.
 
+#include "project/TreeLoader.h"
+
 #include <algorithm>
+#include <utility>
 
 #include "output/MessageTable.h"
-#include "platform/files/RelativeName.h"
-#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/StructureCheck.h"
 #include "project/TreeText.h"
 #include "xml/XmlDamage.h"
@@ -81,90 +81,45 @@ void DropStoredValues(CXmlNode& node) {
 
 }  // namespace
 
-std::int32_t CProjectModel::MakeAbsolutePath(const std::string& path, std::string& result,
-                                             const char* baseFolder) const {
-  if (path.empty()) return 0;
-  const std::string base = baseFolder == nullptr ? projectFolder : baseFolder;
-  result = IsRelativePath(path) ? files.Canonical(JoinPath(base, path)) : ToNativeSeparators(path);
-  return 1;
+std::int32_t TreeLoader::LoadProjectFile(const ReplacedFiles* replacedFiles) {
+  const std::uint64_t opened = state.projectEpoch;
+  // A handler of a log message may open another project while this one is being read.
+  std::vector<std::string> outer = std::exchange(loadingFiles, {});
+  const ReplacedFiles* const outerReplaced = std::exchange(replaced, replacedFiles);
+  const std::int32_t loaded = LoadTreeFile(*state.projectRoot, state.projectPath);
+  if (loaded && state.projectEpoch == opened) CheckActiveApplication();
+  loadingFiles = std::move(outer);
+  replaced = outerReplaced;
+  return loaded;
 }
 
-std::int32_t CProjectModel::MakeRelativePath(const std::string& path, std::string& result,
-                                             const char* baseFolder) const {
-  if (path.empty()) return 0;
-  const std::string base = baseFolder == nullptr ? projectFolder : baseFolder;
-  std::string relative = IsRelativePath(path) ? path : RelativeNameOnDisk(files, base, path);
-  result = relative.empty() ? path : std::move(relative);
-  return 1;
-}
-
-CXmlNode* CProjectModel::FindPathOwner(const CXmlNode& node) const {
-  for (CXmlNode* owner = node.GetParent(); owner != nullptr; owner = owner->GetParent()) {
-    if ((types.FlagsOf(*owner) & (kTypeApplication | kTypeProject)) != 0) return owner;
-  }
-  return nullptr;
-}
-
-std::string CProjectModel::PathBaseOf(const CXmlNode& node) const {
-  return FolderOfOwner(FindPathOwner(node));
-}
-
-std::string CProjectModel::PathBaseBelow(const CXmlNode& parent) const {
-  const bool ownsPaths = (types.FlagsOf(parent) & (kTypeApplication | kTypeProject)) != 0;
-  return FolderOfOwner(ownsPaths ? &parent : FindPathOwner(parent));
-}
-
-std::string CProjectModel::FolderOfOwner(const CXmlNode* owner) const {
-  const char* path = owner == nullptr ? nullptr : owner->GetAttrValue("Path");
-  if (path == nullptr) return {};
-  // An application that was never published still has its path as stored in the file.
+std::int32_t TreeLoader::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
-  MakeAbsolutePath(path, absolute, nullptr);
-  return FolderOf(absolute);
-}
-
-void CProjectModel::FindEnclosingApplication(CXmlNode* node, CXmlNode*& found) const {
-  for (; node != nullptr; node = node->GetParent()) {
-    if ((types.FlagsOf(*node) & kTypeApplication) != 0) {
-      found = node;
-      return;
-    }
-  }
-}
-
-std::string CProjectModel::GlobalsFileOf(const CXmlNode& application) const {
-  const char* path = application.GetAttrValue("Path");
-  if (path == nullptr || *path == '\0') return {};
-  const char* config = application.GetAttrValue("Config");
-  return WithoutExtension(path) + "-Globals." + (config == nullptr ? kStandardConfig : config) +
-         ".xml";
-}
-
-std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
-  std::string absolute;
-  if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  if (!paths.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   // A file that references one of its ancestors would be read forever.
   if (std::find(loadingFiles.begin(), loadingFiles.end(), absolute) != loadingFiles.end()) {
-    output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
+    services.output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
     return 0;
   }
   if (loadingFiles.empty()) repeatedReads = {};
   if (!repeatedReads.Allows(files.Canonical(absolute))) {
     if (repeatedReads.IsFirstRefusal()) {
-      output->WriteMessage(kRowCannotRead, {absolute}, "the project refers to its files too often");
+      services.output->WriteMessage(kRowCannotRead, {absolute},
+                                    "the project refers to its files too often");
     }
     return 0;
   }
-  const std::uint64_t epoch = treeEpoch;
+  const std::uint64_t epoch = state.treeEpoch;
   const bool isReplaced = replaced != nullptr && replaced->Find(absolute) != nullptr;
-  const bool isThere = isReplaced || CheckFileAccess(files, absolute, kMustExist, *output) != 0;
-  if (!isThere || treeEpoch != epoch) return 0;
+  const bool isThere =
+      isReplaced || CheckFileAccess(files, absolute, kMustExist, *services.output) != 0;
+  if (!isThere || state.treeEpoch != epoch) return 0;
   // A read-only project is opened anyway; the log says that it cannot be saved. A file that can't
   // be read is reported below.
   if (!isReplaced && !onlyReads && files.CanRead(absolute)) {
-    CheckFileAccess(files, absolute, kMustBeWritable, *output);
+    CheckFileAccess(files, absolute, kMustBeWritable, *services.output);
   }
-  if (treeEpoch != epoch) return 0;
+  if (state.treeEpoch != epoch) return 0;
 
   loadingFiles.push_back(absolute);
   const std::int32_t done = LoadTreeText(node, absolute) ? LoadExternChildren(node, epoch) : 0;
@@ -172,8 +127,8 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   return done;
 }
 
-std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& absolute) {
-  const std::uint64_t epoch = treeEpoch;
+std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolute) {
+  const std::uint64_t epoch = state.treeEpoch;
   const std::string* const own = replaced == nullptr ? nullptr : replaced->Find(absolute);
   const Result<std::string> text =
       own == nullptr ? files.ReadWholeFile(absolute) : Result<std::string>(*own);
@@ -182,12 +137,12 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
       guard.NoteRead(absolute, {}, true);
       FileDamage unread{absolute, 0, "reading the file failed: " + text.GetError().text};
       unread.isUnread = true;
-      SetDamageOf(absolute, {unread});
+      protection.SetDamageOf(absolute, {unread});
       // The root still has the attributes of the previous project.
-      if (&node == projectRoot.get()) node.Clear();
+      if (&node == state.projectRoot.get()) node.Clear();
       return 1;
     }
-    output->WriteMessage(kRowCannotRead, {absolute}, text.GetError().text);
+    services.output->WriteMessage(kRowCannotRead, {absolute}, text.GetError().text);
     return 0;
   }
   const BareElement bare(node);
@@ -201,41 +156,29 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   // A parse that failed part-way may have put elements in wrong positions.
   bool hasName = true;
   if (isWellFormed) {
-    hasName = bare.CheckName(node, &node == projectRoot.get(), types, collector);
+    hasName = bare.CheckName(node, &node == state.projectRoot.get(), types, collector);
     StructureCheck(types, collector, [this](const std::string& fileName) {
       std::string file;
-      return MakeAbsolutePath(fileName, file, nullptr) ? files.Canonical(file) : fileName;
+      return paths.MakeAbsolutePath(fileName, file, nullptr) ? files.Canonical(file) : fileName;
     }).CheckFile(node, loadingFiles);
   }
   std::vector<FileDamage> found = collector.Collect(absolute);
   // Damage kept in the tree is not necessarily written back to the same position.
   guard.NoteRead(absolute, *text, !isWhole || !found.empty());
   if (own != nullptr) guard.TakeOver(replaced->former, absolute);
-  SetDamageOf(absolute, std::move(found));
+  protection.SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
-  if (&node != projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
-  if (!isWellFormed) output->WriteMessage(kRowMalformedXml, {absolute});
-  return treeEpoch == epoch ? 1 : 0;
-}
-
-// Logged rather than sent as messages: hosts can query the damage.
-void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDamage> found) {
-  std::erase_if(damage, [&](const FileDamage& each) { return each.file == absolute; });
-  for (FileDamage& each : found) AddDamage(std::move(each));
-}
-
-void CProjectModel::AddDamage(FileDamage found) {
-  output->AddOutput(found.ToString());
-  // The placeholder project contains nothing of the user's.
-  if (isDefaultProject == 0) damage.push_back(std::move(found));
+  if (&node != state.projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
+  if (!isWellFormed) services.output->WriteMessage(kRowMalformedXml, {absolute});
+  return state.treeEpoch == epoch ? 1 : 0;
 }
 
 // The project file lists its applications and names the active one by its label. If no listed
 // application has that label, a line was lost. The label may be the one in the project file or the
 // one in the application's own file.
-void CProjectModel::CheckActiveApplication() {
-  const std::string active = TextOf(projectRoot->GetAttrValue("ActiveApp"));
-  const std::string* const text = guard.TextOf(projectPath);
+void TreeLoader::CheckActiveApplication() {
+  const std::string active = TextOf(state.projectRoot->GetAttrValue("ActiveApp"));
+  const std::string* const text = guard.TextOf(state.projectPath);
   const auto isListedIn = [&](const CXmlNode& root) {
     const auto children = root.GetChildren();
     return std::any_of(children.begin(), children.end(), [&](const CXmlNode* child) {
@@ -243,36 +186,37 @@ void CProjectModel::CheckActiveApplication() {
              EqualNoCase(TextOf(child->GetAttrValue("Header")), active);
     });
   };
-  if (active.empty() || text == nullptr || isListedIn(*projectRoot)) return;
+  if (active.empty() || text == nullptr || isListedIn(*state.projectRoot)) return;
   CXmlNode written;
   DamageCollector collector(*text);
   ReadTree(*text, written, collector);
   if (isListedIn(written)) return;
   const std::size_t start = std::min(text->find('<' + written.GetName()), text->size());
-  AddDamage({projectPath, 1 + CountLineEnds(*text, 0, start),
-             "the application \"" + active + "\", which is the active one, is missing", true});
-  guard.NoteDamaged(projectPath);
+  protection.AddDamage({state.projectPath, 1 + CountLineEnds(*text, 0, start),
+                        "the application \"" + active + "\", which is the active one, is missing",
+                        true});
+  guard.NoteDamaged(state.projectPath);
 }
 
 // An application's path is where it was read from, whatever its file says: it may have been moved
 // or be shared with a project in another folder.
-void CProjectModel::SetReference(CXmlNode& node, const std::string& fileName) {
+void TreeLoader::SetReference(CXmlNode& node, const std::string& fileName) {
   node.SetAttrValue("Path", fileName);
   node.SetAttrValue("Extern", fileName);
 }
 
-std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
+std::int32_t TreeLoader::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
   std::int32_t result = 1;
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
     if ((types.FlagsOf(child) & kTypeExtern) == 0) continue;
     const std::string fileName = TextOf(child.GetAttrValue("Extern"));
     if (fileName.empty()) {
-      output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
-                           "the project file has no path for it");
+      services.output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
+                                    "the project file has no path for it");
     }
-    const bool isLoaded = treeEpoch == epoch && LoadTreeFile(child, fileName);
-    if (treeEpoch != epoch) return 0;
+    const bool isLoaded = state.treeEpoch == epoch && LoadTreeFile(child, fileName);
+    if (state.treeEpoch != epoch) return 0;
     if (isLoaded) {
       SetReference(child, fileName);
     } else {
@@ -280,47 +224,6 @@ std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epo
     }
   }
   return result;
-}
-
-void CProjectModel::MakeAttributeRelative(CXmlNode& node, const char* name) {
-  const char* path = node.GetAttrValue(name);
-  if (path == nullptr || *path == '\0') return;
-  const std::string base = PathBaseOf(node);
-  std::string relative;
-  if (MakeRelativePath(path, relative, base.empty() ? nullptr : base.c_str())) {
-    node.SetAttrValue(name, relative);
-  }
-}
-
-void CProjectModel::StripForSave(CXmlNode& node, bool dropDependencies) {
-  StripSubtree(node, dropDependencies);
-  NoteUnpublished();
-}
-
-void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
-  // Children first: their paths are relative to a path that must still be absolute.
-  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
-    CXmlNode* child = node.GetChild(i);
-    const std::string_view name = child->NameView();
-    if (name == "PropState" || name == "#CDATA" || name == "Info" ||
-        (dropDependencies && name == "Dependencies")) {
-      ForgetPointersInto(*child);
-      node.RemoveChild(child);
-    } else {
-      StripSubtree(*child, dropDependencies);
-    }
-  }
-  for (const char* name : {"TranslateTool", "ListingFile", "Exclude", "LinkExclude", "DBIFile",
-                           "Info", "Desc", "LastBuilt", "highlight"}) {
-    if (CXmlAttr* attribute = node.GetAttr(name)) node.RemoveAttr(attribute);
-  }
-  MakeAttributeRelative(node, "Path");
-  MakeAttributeRelative(node, "OutputFile");
-  if ((types.FlagsOf(node) & kTypeExtern) == 0) return;
-  std::string relative;
-  if (MakeRelativePath(TextOf(node.GetAttrValue("Extern")), relative, nullptr)) {
-    node.SetAttrValue("Extern", relative);
-  }
 }
 
 }  // namespace tarn

@@ -1,10 +1,8 @@
 // Changes to the tree's structure, and to which of its nodes are active.
 
-#include "platform/paths/Paths.h"
-#include "platform/text/Text.h"
-#include "project/ProjectModel.h"
+#include "project/TreeEditor.h"
+
 #include "project/TreeSearch.h"
-#include "project/WorkerControl.h"
 
 namespace tarn {
 
@@ -25,150 +23,95 @@ void ForgetDerived(CXmlNode& node) {
 
 }  // namespace
 
-CXmlNode* CProjectModel::GetCurrentNode() {
-  if (CXmlNode* selected = views.GetSelectedNode()) return selected;
-  // A build traverses the nodes without selecting them.
-  if (IsWorkerAlive() && worker->notedNode != nullptr) return worker->notedNode;
-  if (walksHere > 0 && notedHere != nullptr) return notedHere;
-  if (currentNode != nullptr) return currentNode;
-  if (activeApplication != nullptr) return activeApplication;
-  return projectRoot.get();
-}
-
-std::int32_t CProjectModel::SetActiveApplication(CXmlNode* application) {
-  if (!CanStartOperation()) return 0;
-  if (application == nullptr || (types.FlagsOf(*application) & kTypeApplication) == 0) return 0;
-  CXmlNode* present = nullptr;
-  FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), present);
-  if (present != nullptr) {
-    if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
-    if (present != application) NoteModified();
-  }
-  application->SetAttrValue("highlight", "yes");
-  projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
-  views.RepaintTree();
-  return 1;
-}
-
-void CProjectModel::ClearDefaultApplicationItems() {
-  if (!CanStartOperation()) return;
-  if (isDefaultProject != 0 && activeApplication != nullptr) {
+void TreeEditor::ClearDefaultApplicationItems() {
+  if (!services.build.CanStartOperation()) return;
+  if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
     const TreeUpdate update(views);
-    RemoveContentChildren(*activeApplication);
+    state.RemoveContentChildren(*state.activeApplication);
   }
-  RunAutoDebugStep();
+  publisher.RunAutoDebugStep();
 }
 
-bool CProjectModel::CanContain(const CXmlNode* parent, const CXmlNode* child) const {
-  if (parent == nullptr || child == nullptr) return false;
-  const std::uint32_t above = types.FlagsOf(*parent);
-  const std::uint32_t below = types.FlagsOf(*child);
-  if ((above & kTypeIsLeaf) != 0) return false;
-  if ((above & kTypeProject) != 0) return (below & kTypeApplication) != 0;
-  const bool builds = (above & kTypeBuild) != 0;
-  const bool debugs = (above & kTypeDebug) != 0;
-  if (builds && (below & kTypeInBuild) == 0) return debugs && (below & kTypeInDebug) != 0;
-  if (debugs && (below & kTypeDebug) == 0) return builds && (below & kTypeInBuild) != 0;
-  return true;
-}
-
-CXmlNode* CProjectModel::FindItem(const char* itemname) {
-  if (itemname == nullptr) return GetCurrentNode();
+CXmlNode* TreeEditor::FindItem(const char* itemname) {
+  if (itemname == nullptr) return state.GetCurrentNode();
   CXmlNode* found = nullptr;
   if (*itemname == '\0') return found;
-  FindTreeNode(itemname, "Path", projectRoot.get(), found);
-  if (found == nullptr) FindTreeNode(itemname, "Header", projectRoot.get(), found);
+  FindTreeNode(itemname, "Path", state.projectRoot.get(), found);
+  if (found == nullptr) FindTreeNode(itemname, "Header", state.projectRoot.get(), found);
   return found;
 }
 
-std::int32_t CProjectModel::RemoveItem(const char* itemname) {
-  if (!CanStartOperation()) return 0;
+std::int32_t TreeEditor::RemoveItem(const char* itemname) {
+  if (!services.build.CanStartOperation()) return 0;
   CXmlNode* const node = FindItem(itemname);
   if (node == nullptr) return 0;
   CXmlNode* const holder = node->GetParent();
-  NoteModified();
-  std::uint64_t epoch = treeEpoch;
+  state.NoteModified();
+  std::uint64_t epoch = state.treeEpoch;
   if (holder == nullptr) {
-    if (currentNode == node) currentNode = nullptr;
+    if (state.currentNode == node) state.currentNode = nullptr;
   } else {
     const TreeUpdate update(views, UpdateScope::Told);
-    FreeSubtree(*holder, node);
+    state.FreeSubtree(*holder, node);
     views.TellUpdated(*holder);
     // Otherwise a node with the same name would be selected for a moment.
     if (views.GetSelectedNode() == nullptr) views.SelectTreeNode(holder);
-    epoch = treeEpoch;
+    epoch = state.treeEpoch;
   }
-  if (treeEpoch == epoch) SetCurrentNode(holder);
-  RunAutoDebugStep();
+  if (state.treeEpoch == epoch) publisher.SetCurrentNode(holder);
+  publisher.RunAutoDebugStep();
   return 1;
 }
 
-std::int32_t CProjectModel::CopyNode(CXmlNode* node) {
-  if (!CanStartOperation()) return 0;
-  if (node == nullptr) node = GetCurrentNode();
+std::int32_t TreeEditor::CopyNode(CXmlNode* node) {
+  if (!services.build.CanStartOperation()) return 0;
+  if (node == nullptr) node = state.GetCurrentNode();
   if (node == nullptr) return 0;
   clipboardNode = std::make_unique<CXmlNode>();
   clipboardNode->CopyFrom(*node);
   // The copy may be pasted into an application in a different folder.
-  MakePathsAbsolute(*clipboardNode, PathBaseOf(*node));
+  paths.MakePathsAbsolute(*clipboardNode, paths.PathBaseOf(*node));
   return 1;
-}
-
-void CProjectModel::MakePathsAbsolute(CXmlNode& node, const std::string& base) const {
-  for (const char* name : {"Path", "Extern"}) {
-    std::string full;
-    const char* path = node.GetAttrValue(name);
-    if (path == nullptr || !MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str())) {
-      continue;
-    }
-    node.SetAttrValue(name, full);
-  }
-  const bool ownsPaths = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
-  const char* path = node.GetAttrValue("Path");
-  const std::string below = ownsPaths && path != nullptr ? FolderOf(path) : base;
-  for (int i = 0; i < node.GetChildCount(); ++i) {
-    if (IsContentNode(*node.GetChild(i))) MakePathsAbsolute(*node.GetChild(i), below);
-  }
 }
 
 // Pastes a copy of the clipboard at the target without selecting it. Returns nullptr if the types
 // forbid it.
-CXmlNode* CProjectModel::Paste(CXmlNode* target) {
+CXmlNode* TreeEditor::Paste(CXmlNode* target) {
   const bool isBefore = target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0;
   CXmlNode* const holder = isBefore ? target->GetParent() : target;
-  if (!CanContain(holder, clipboardNode.get())) return nullptr;
+  if (!types.CanContain(holder, clipboardNode.get())) return nullptr;
   auto copy = std::make_unique<CXmlNode>();
   copy->CopyFrom(*clipboardNode);
   ForgetDerived(*copy);
-  ResetNodeCache(*copy, true);
-  NoteModified();
+  derived.ResetNodeCache(*copy, true);
+  state.NoteModified();
   return AttachNode(*holder, std::move(copy), Opens::No, isBefore ? target : nullptr);
 }
 
-std::int32_t CProjectModel::PasteNode(CXmlNode* target) {
-  if (!CanStartOperation()) return 0;
-  CXmlNode* const copy = Paste(target == nullptr ? GetCurrentNode() : target);
+std::int32_t TreeEditor::PasteNode(CXmlNode* target) {
+  if (!services.build.CanStartOperation()) return 0;
+  CXmlNode* const copy = Paste(target == nullptr ? state.GetCurrentNode() : target);
   if (copy == nullptr) return 0;
-  SetCurrentNode(copy);
+  publisher.SetCurrentNode(copy);
   return 1;
 }
 
-void CProjectModel::MoveNode(CXmlNode* node, CXmlNode* target) {
-  if (node == nullptr || !CanStartOperation()) return;
+void TreeEditor::MoveNode(CXmlNode* node, CXmlNode* target) {
+  if (node == nullptr || !services.build.CanStartOperation()) return;
   for (const CXmlNode* above = target; above != nullptr; above = above->GetParent()) {
     if (above == node) return;
   }
   const TreeUpdate update(views);
-  NoteModified();
+  state.NoteModified();
   if (!CopyNode(node)) return;
-  CXmlNode* const copy = Paste(target == nullptr ? GetCurrentNode() : target);
+  CXmlNode* const copy = Paste(target == nullptr ? state.GetCurrentNode() : target);
   if (copy == nullptr) return;
-  if (CXmlNode* parent = node->GetParent()) FreeSubtree(*parent, node);
-  SetCurrentNode(copy);
+  if (CXmlNode* parent = node->GetParent()) state.FreeSubtree(*parent, node);
+  publisher.SetCurrentNode(copy);
 }
 
-CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
-                                    const CXmlNode* before) {
+CXmlNode* TreeEditor::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
+                                 const CXmlNode* before) {
   CXmlNode* attached = nullptr;
   std::uint64_t epoch = 0;
   {
@@ -176,57 +119,10 @@ CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> 
     if (opens == Opens::Yes) parent.SetAttrValue("sate", "32");
     attached = parent.InsertChildBefore(std::move(node), before);
     views.TellUpdated(parent);
-    NoteTreeChange();
-    epoch = treeEpoch;
+    state.NoteTreeChange();
+    epoch = state.treeEpoch;
   }
-  return treeEpoch == epoch ? attached : nullptr;
-}
-
-void CProjectModel::RemoveAllChildren(CXmlNode& node) {
-  for (int i = node.GetChildCount() - 1; i >= 0; --i) FreeSubtree(node, node.GetChild(i));
-}
-
-void CProjectModel::RemoveContentChildren(CXmlNode& node) {
-  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
-    CXmlNode* child = node.GetChild(i);
-    if (IsContentNode(*child)) FreeSubtree(node, child);
-  }
-}
-
-void CProjectModel::FreeSubtree(CXmlNode& parent, CXmlNode* node) {
-  ForgetPointersInto(*node);
-  parent.RemoveChild(node);
-  NoteTreeChange();
-}
-
-void CProjectModel::ForgetPointersInto(const CXmlNode& node) {
-  views.ForgetNode(node);
-  buildRecords.Forget(node);
-  const auto liesBelow = [&node](const CXmlNode* pointer) {
-    while (pointer != nullptr && pointer != &node) pointer = pointer->GetParent();
-    return pointer != nullptr;
-  };
-  for (CXmlNode** pointer : {&currentNode, &activeApplication, &walkApplication}) {
-    if (*pointer != nullptr && liesBelow(*pointer)) *pointer = nullptr;
-  }
-  if (liesBelow(notedHere)) notedHere = nullptr;
-  if (!IsWorkerAlive()) return;
-  if (liesBelow(worker->notedNode)) worker->notedNode = nullptr;
-  // A build that started in this subtree has lost its tree.
-  if (liesBelow(worker->node)) ++treeEpoch;
-}
-
-void CProjectModel::NoteTreeChange() {
-  ++treeEpoch;
-  NoteUnpublished();
-}
-
-void CProjectModel::NoteUnpublished() {
-  ++publishEpoch;
-  ++outputEpoch;
-  toolCommands.Invalidate();
-  ForgetKeptTexts();
-  fileTimes.Forget();  // also invalidates what a build prefetched
+  return state.treeEpoch == epoch ? attached : nullptr;
 }
 
 }  // namespace tarn

@@ -48,4 +48,9 @@ CXmlNode* FindStoredValues(const CXmlNode& node) {
   return nullptr;
 }
 
+bool IsAtOrBelow(const CXmlNode* node, const CXmlNode& top) {
+  while (node != nullptr && node != &top) node = node->GetParent();
+  return node != nullptr;
+}
+
 }  // namespace tarn

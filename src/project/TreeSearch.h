@@ -19,4 +19,7 @@ void FindTreeNode(const char* value, const char* attrName, CXmlNode* start, CXml
 // Returns the node's cached option values, or nullptr if it is not published.
 CXmlNode* FindStoredValues(const CXmlNode& node);
 
+// Returns true if `node` is `top` or one of its descendants; false for nullptr.
+bool IsAtOrBelow(const CXmlNode* node, const CXmlNode& top);
+
 }  // namespace tarn

@@ -1,13 +1,14 @@
 // Atomic save: writes all files of a project or none.
 
+#include "project/TreeSaver.h"
+
 #include <algorithm>
 
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
-void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
+void TreeSaver::SaveAllPending(std::vector<PendingFile>& pending) {
   const FileSaver saver(files, guard, types);
   std::vector<FileBytes> list;
   std::vector<SavedFile> reports;
@@ -28,7 +29,7 @@ void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
       fail(file.plan.problem);
     } else if (const FileAccess access =
                    GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
-               !ReportFileAccess(access, *output, target)) {
+               !ReportFileAccess(access, *services.output, target)) {
       fail(access.reason.place + ": " + access.reason.text);
     } else if (const Status kept = saver.KeepOther(file.plan, reports.emplace_back()); !kept) {
       fail(kept.GetError().text);
@@ -43,7 +44,7 @@ void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
   }
   for (const PendingFile& file : pending) {
     guard.NoteWritten(file.plan.absolute, file.plan.text);
-    if (file.plan.isNeeded) SetDamageOf(file.plan.absolute, {});
+    if (file.plan.isNeeded) protection.SetDamageOf(file.plan.absolute, {});
   }
   for (SavedFile& each : reports) {
     if (!each.ToLines().empty()) savedFiles.push_back(std::move(each));

@@ -153,7 +153,8 @@ void CProjectWnd::LoadViewConfig(const std::string& fileName) {
     }
   }
   ShowDependencyPicture();
-  tree.AddMarkerImages(LoadBitmap(files, ResourcePath(model->configFolder, "marker.bmp")));
+  tree.AddMarkerImages(
+      LoadBitmap(files, ResourcePath(model->Services().configFolder, "marker.bmp")));
   tree.SetShowInfo(viewSizes);
 }
 
@@ -171,8 +172,8 @@ void CProjectWnd::ShowDependencyPicture() {
   if (!viewDeps) {
     tree.RemoveImage(kDependencies);
   } else if (model != nullptr) {
-    tree.AddImage(kDependencies,
-                  LoadBitmap(files, ResourcePath(model->configFolder, "dependencies.bmp")));
+    tree.AddImage(kDependencies, LoadBitmap(files, ResourcePath(model->Services().configFolder,
+                                                                "dependencies.bmp")));
   }
 }
 
@@ -252,8 +253,9 @@ void CProjectWnd::StopStepTimer() {
 
 void CProjectWnd::OnTimer(int timerId) {
   const DispatchPtr held(keeper);
-  if (timerId != kStepTimer || model == nullptr || model->IsPublishingSuspended()) return;
-  model->PublishTick();
+  if (timerId != kStepTimer || model == nullptr || model->Publishing().IsPublishingSuspended())
+    return;
+  model->Publishing().PublishTick();
 }
 
 }  // namespace tarn

@@ -39,7 +39,8 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
     case kXmlTreeDrop:
       CloseNameEditor();
       if (model != nullptr) {
-        model->MoveNode(reinterpret_cast<CXmlNode*>(wParam), reinterpret_cast<CXmlNode*>(lParam));
+        model->Editor().MoveNode(reinterpret_cast<CXmlNode*>(wParam),
+                                 reinterpret_cast<CXmlNode*>(lParam));
       }
       break;
     case kXmlTreeRename:
@@ -49,7 +50,7 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
       OnKey(static_cast<int>(wParam));
       break;
     case kXmlTreeReorder:
-      if (model != nullptr) model->NoteReordered();
+      if (model != nullptr) model->State().NoteReordered();
       break;
     default:
       break;
@@ -102,7 +103,7 @@ void CProjectWnd::OnRename(const std::string& name) {
   const WindowHandle own = GetHandle();
   propertyManager->SetPropertyValue(type, "General", "Header", name);
   if (!IsWindow(own) || model == nullptr) return;
-  model->StoreChangedProperty(type + ".General.Header");
+  model->Options().StoreChangedProperty(type + ".General.Header");
   if (!IsWindow(own)) return;
   const bool isAlive = tree.GetCurrentNode() == node;
   tree.SetSelectedLabel(name);
@@ -112,8 +113,8 @@ void CProjectWnd::OnRename(const std::string& name) {
 
 void CProjectWnd::OnKey(int key) {
   if (model == nullptr) return;
-  if (key == kKeyInsert) model->AddExistingItem(nullptr, nullptr);
-  if (key == kKeyDelete) model->RemoveItem(nullptr);
+  if (key == kKeyInsert) model->Items().AddExistingItem(nullptr, nullptr);
+  if (key == kKeyDelete) model->Editor().RemoveItem(nullptr);
 }
 
 bool CProjectWnd::OnContextMenu(Point screen) {
@@ -134,7 +135,7 @@ void CProjectWnd::OnDropFiles(const std::vector<std::string>& paths) {
   const WindowHandle own = GetHandle();
   for (const std::string& path : paths) {
     if (!IsWindow(own) || model == nullptr) return;
-    model->AddExistingItem(path.c_str(), nullptr);
+    model->Items().AddExistingItem(path.c_str(), nullptr);
   }
 }
 

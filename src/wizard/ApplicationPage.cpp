@@ -59,7 +59,7 @@ bool IsYes(const CXmlNode& node, const char* name) {
 
 // A control without an image isn't shown, so an empty image is used if the installation has none.
 std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
-  const std::string path = surroundings.model.configFolder + "resources/target.bmp";
+  const std::string path = surroundings.model.Services().configFolder + "resources/target.bmp";
   auto bitmap = LoadBitmap(surroundings.files, path);
   return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}, {}});
 }
@@ -113,7 +113,7 @@ void CApplicationPage::ShowTargets() {
 
 void CApplicationPage::FillTypes() {
   auto& list = *FindControl<CComboBox>(kIdType);
-  for (const CXmlNode* type : surroundings.model.types.GetRoot().GetChildren()) {
+  for (const CXmlNode* type : surroundings.model.Types().GetRoot().GetChildren()) {
     if (IsYes(*type, "Application")) list.AddString(TextOf(type->GetAttrValue("Header")), type);
   }
   if (application.typeHeader.empty()) {
@@ -212,7 +212,7 @@ void CApplicationPage::TakeFields(NewApplication& wanted) const {
 std::string CApplicationPage::FindFinishProblem() {
   NewApplication wanted = application;
   TakeFields(wanted);
-  return surroundings.model.FindApplicationProblem(wanted);
+  return surroundings.model.Items().FindApplicationProblem(wanted);
 }
 
 void CApplicationPage::OnWizardFinish() {

@@ -8,12 +8,12 @@ CProjectWizard::CProjectWizard(const std::string& title, WindowHandle askedWindo
                                const WizardSurroundings& surroundings)
     : CPropertySheet(title, askedWindow), page(surroundings) {
   SetPage(page);
-  const std::string picture = surroundings.model.configFolder + "resources/wizard.bmp";
+  const std::string picture = surroundings.model.Services().configFolder + "resources/wizard.bmp";
   SetHeaderBitmap(LoadBitmap(surroundings.files, picture));
 }
 
 bool ProjectWizardMaker::AskNewApplication(NewApplication& application) {
-  CProjectWizard wizard("Project New", surroundings.model.mainframeHandle, surroundings);
+  CProjectWizard wizard("Project New", surroundings.model.Services().mainframeHandle, surroundings);
   wizard.page.application = application;
   if (wizard.DoModal() != kSheetFinish) return false;
   application = std::move(wizard.page.application);

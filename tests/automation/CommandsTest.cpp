@@ -39,10 +39,11 @@ struct Scene {
   std::string Command(std::int32_t id) { return world.Call("Command", {id}); }
   std::string Enabled(std::int32_t id) { return world.Call("EnableCommand", {id}); }
   CProjectModel& Model() { return *world.Manager().GetModel(); }
+  Builder& GetBuilder() { return *world.Manager().GetBuilder(); }
   // Processes the worker's tasks until it has finished.
   void EndWorker() {
     EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil(
-        [this] { return !Model().IsWorkerAlive(); }, std::chrono::seconds(20)));
+        [this] { return !GetBuilder().IsWorkerAlive(); }, std::chrono::seconds(20)));
   }
   std::string Shape() {
     std::string text;
@@ -113,7 +114,7 @@ TEST_F(Commands, AreEnabledByTheStateOfTheProject) {
   std::string whileBuilding;
   std::string whileStopping;
   world.host.actions[kMsgToolSucceeded] = [&] {
-    if (Model().GetBuildState() != StateBuilding || !whileBuilding.empty()) return;
+    if (GetBuilder().GetBuildState() != StateBuilding || !whileBuilding.empty()) return;
     whileBuilding = disabled() + "none";
     EXPECT_EQ(Command(TARN_CMD_STOP), "1");
     whileStopping = disabled();
@@ -201,9 +202,9 @@ TEST_F(Commands, AskWhichFilesOrWhatApplication) {
 TEST_F(Commands, ConfigurationsAreAddedAndChosenByTheNameOfTheOptionsWindow) {
   Open();
   EXPECT_EQ(Command(TARN_CMD_ADD_CONFIGURATION), "1");
-  EXPECT_EQ(Model().GetCurrentConfigName(), "Standard");
+  EXPECT_EQ(Model().Publishing().GetCurrentConfigName(), "Standard");
   EXPECT_EQ(Command(TARN_CMD_SELECT_CONFIGURATION), "1");
-  EXPECT_EQ(Model().GetCurrentConfigName(), "Debug");
+  EXPECT_EQ(Model().Publishing().GetCurrentConfigName(), "Debug");
   EXPECT_THAT(world.TakeLines(), Contains("ApplicationActivated /p/demo.tapp Debug"));
 }
 
@@ -273,12 +274,13 @@ TEST_F(Commands, ABuildThatTheHostRefusesCostsNothing) {
   Open();
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "kept"}), "1");
   world.Call("ReportMessage", {"said before"});
-  const int lines = Model().output->GetRoot().GetChildCount();
+  const int lines = Model().Services().output->GetRoot().GetChildCount();
   world.host.answers[kMsgBuildStarting] = 0;
   EXPECT_EQ(world.Call("PrologCommand", {TARN_CMD_BUILD_ALL}), "0");
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 0u);
   EXPECT_EQ(world.components.Properties().holds, 0);
-  EXPECT_EQ(Model().output->GetRoot().GetChildCount(), lines) << "the log of the build before";
+  EXPECT_EQ(Model().Services().output->GetRoot().GetChildCount(), lines)
+      << "the log of the build before";
   EXPECT_EQ(Enabled(TARN_CMD_STOP) + world.Call("GetPropertyValue", {"C", "Build", "Flag"}),
             "0'kept'");
   EXPECT_EQ(world.Call("ProjectSave"), "1");

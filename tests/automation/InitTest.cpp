@@ -312,7 +312,7 @@ TEST(Init, WithoutATemporaryFolderThereIsNoLogFileAndMessagesAreSavedAtOnce) {
     ManagerWorld world;
     if (fails) world.disk.FailOn("reserve", "", ErrorCode::ReadOnly);
     ASSERT_EQ(world.Init(), "1");
-    const CBuildOutput& output = *world.Manager().GetModel()->output;
+    const CBuildOutput& output = *world.Manager().GetModel()->Services().output;
     EXPECT_EQ(output.GetLogFile().empty(), fails);
     EXPECT_EQ(output.GetFlags(), fails ? 33u | 16u : 2u);
     EXPECT_EQ(output.GetLogFile().find("/tmp/$opj"), fails ? std::string::npos : 0u);

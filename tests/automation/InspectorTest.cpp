@@ -24,7 +24,7 @@ class Inspector : public ::testing::Test {
     world.disk.AddFile("/user/profile.ini",
                        "[Corvane\\app\\Import]\nInterpreter=/no/perl\nSeconds=7\n");
     EXPECT_EQ(world.Init(), "1");
-    EXPECT_EQ(world.Manager().GetModel()->importSeconds, 7);
+    EXPECT_EQ(world.Manager().GetModel()->Services().importSeconds, 7);
   }
 
   std::string Ask(DispatchId id, std::initializer_list<Variant> arguments = {}) {

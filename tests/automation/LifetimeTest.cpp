@@ -19,7 +19,7 @@ TEST(Lifetime, CleanWithdrawsTheObjectAndTheLastReleaseEndsIt) {
   Watched world;
   ASSERT_EQ(world.Init(), "1");
   ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
-  const std::string log = world.Manager().GetModel()->output->GetLogFile();
+  const std::string log = world.Manager().GetModel()->Services().output->GetLogFile();
   world.disk.AddFile(log, "<Messages />");
   EXPECT_FALSE(world.IsGone());
   EXPECT_EQ(world.Call("Clean"), "1");

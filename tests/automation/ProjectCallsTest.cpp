@@ -226,7 +226,7 @@ TEST_F(ProjectCalls, ASavedValueReachesTheProjectAndASetOneDoesNot) {
 TEST_F(ProjectCalls, ANodeIsFoundByItsFullPathBeforeAnythingIsPublished) {
   ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
   CProjectModel& model = *world.Manager().GetModel();
-  ASSERT_TRUE(model.HasUnpublished());
+  ASSERT_TRUE(model.Publishing().HasUnpublished());
   EXPECT_EQ(world.Call("SelectNode", {"/p/main.c"}), "1");
   EXPECT_EQ(TextOf(model.GetCurrentNode()->GetAttrValue("Header")), "main.c");
 }

@@ -56,7 +56,8 @@ class Windowed : public Watched {
     }
   }
   CProjectModel& Model() { return *Manager().GetModel(); }
-  CProjectWnd& Window() { return *static_cast<CProjectWnd*>(Model().views.project); }
+  Builder& GetBuilder() { return *Manager().GetBuilder(); }
+  CProjectWnd& Window() { return *static_cast<CProjectWnd*>(Model().Services().views.project); }
   CXmlTreeCtrl& Tree() { return Window().GetTree(); }
   CXmlNode* Node(const char* header) {
     return Model().GetProjectRoot().FindDescendantByAttr("Header", header);
@@ -101,7 +102,7 @@ class Windowed : public Watched {
     host.actions[kMsgCommand] = host.actions[kMsgAnnounceWindow];
   }
   void LetBuildEnd() {
-    MessageLoop::ForCurrentThread()->PumpUntil([&] { return !Model().IsWorkerAlive(); },
+    MessageLoop::ForCurrentThread()->PumpUntil([&] { return !GetBuilder().IsWorkerAlive(); },
                                                std::chrono::seconds(20));
     Pump();
   }
@@ -174,12 +175,12 @@ const UserAct kUserActs[] = {
     {"properties", [](Windowed& w) { w.Window().GetToolBar().NotifyButton(32776); }},
     {"dependencies",
      [](Windowed& w) {
-       w.Model().ForgetCurrentNode();
+       w.Model().State().ForgetCurrentNode();
        SendWindowMessage(w.Window().GetHandle(), kMsgCommand, 32774, 0);
      }},
     {"publishing",
      [](Windowed& w) {
-       w.Model().ResetNodeCache(w.Model().GetProjectRoot(), false);
+       w.Model().Derived().ResetNodeCache(w.Model().GetProjectRoot(), false);
        w.Window().StartStepTimer();
        w.clock.Advance(std::chrono::milliseconds(10));
      }},
@@ -221,8 +222,8 @@ const HostAct kHostActs[] = {
      [](Windowed& w) {
        w.Call("AddExistingItem", {"/p/inner.c", NullableText()});
      }},
-    {"move", [](Windowed& w) { w.Model().MoveNode(w.Node("b.c"), w.Node("Other")); }},
-    {"reset the options", [](Windowed& w) { w.Model().ResetNodeOptions(nullptr); }},
+    {"move", [](Windowed& w) { w.Model().Editor().MoveNode(w.Node("b.c"), w.Node("Other")); }},
+    {"reset the options", [](Windowed& w) { w.Model().Options().ResetNodeOptions(nullptr); }},
     {"records",
      [](Windowed& w) {
        w.Call("SetBuildInfo", {"", "<I><F Header='/p/demo.elf' ><D Header='x.c' /></F></I>"});
@@ -254,7 +255,7 @@ TEST(WindowEvents, WhateverAHostDoesInsideAnEventTheWindowShowsTheTreeThatThereI
         wasDone = world.WasDone();
         world.host.actions.clear();
         world.LetBuildEnd();
-        EXPECT_EQ(world.Model().GetBuildState() == StateBuilding, false) << name;
+        EXPECT_EQ(world.GetBuilder().GetBuildState() == StateBuilding, false) << name;
         world.ExpectShown(name);
         world.Call("ProjectSave");
         Windowed::Pump();
@@ -304,7 +305,7 @@ TEST(WindowEvents, WhateverAHostDoesInTheMiddleOfAGestureTheWindowShowsTheTreeTh
        }},
       {"publishing", "main.c",
        [](Windowed& w) {
-         w.Model().ResetNodeCache(w.Model().GetProjectRoot(), false);
+         w.Model().Derived().ResetNodeCache(w.Model().GetProjectRoot(), false);
          w.Window().StartStepTimer();
        },
        [](Windowed& w) { w.clock.Advance(std::chrono::milliseconds(10)); }},
@@ -344,7 +345,7 @@ class WindowedBuild : public Windowed {
     EXPECT_EQ(Call("Command", {TARN_CMD_BUILD_ALL}), "2");
     EXPECT_TRUE(
         tool->loop->PumpUntil([&] { return tool->isRunning.load(); }, std::chrono::seconds(20)));
-    EXPECT_TRUE(Model().IsWorkerAlive());
+    EXPECT_TRUE(GetBuilder().IsWorkerAlive());
     TakeLines();
   }
   void LetToolEnd() {
@@ -371,10 +372,10 @@ TEST(WindowEvents, EventsBesideABuildLeaveItsTreeAlone) {
     world.Start();
     user.act(world);
     Windowed::Pump();
-    EXPECT_TRUE(world.Model().IsWorkerAlive()) << user.name;
+    EXPECT_TRUE(world.GetBuilder().IsWorkerAlive()) << user.name;
     world.LetToolEnd();
     world.LetBuildEnd();
-    EXPECT_EQ(world.Model().GetBuildState(), StateSucceeded) << user.name;
+    EXPECT_EQ(world.GetBuilder().GetBuildState(), StateSucceeded) << user.name;
     EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 3u) << user.name;
     EXPECT_EQ(world.Shown(), user.shownBesideABuild) << user.name;
     world.ExpectShown(user.name);

@@ -36,7 +36,7 @@ class WizardSession : public ::testing::Test {
     };
     const std::string answer = world->Call("AddNewItem", {NullableText(), "Application"});
     if (!world->manager) return answer;
-    MessageLoop::ForCurrentThread()->PumpUntil([this] { return !Model().IsWorkerAlive(); },
+    MessageLoop::ForCurrentThread()->PumpUntil([this] { return !GetBuilder().IsWorkerAlive(); },
                                                std::chrono::seconds(20));
     std::string text = answer + (Model().IsDefaultProject() ? " default:" : ":");
     for (const CXmlNode* child : Model().GetProjectRoot().GetChildren()) {
@@ -45,6 +45,7 @@ class WizardSession : public ::testing::Test {
     return text;
   }
   CProjectModel& Model() { return *world->Manager().GetModel(); }
+  Builder& GetBuilder() { return *world->Manager().GetBuilder(); }
 
  public:
   std::unique_ptr<ManagerWorld> world;

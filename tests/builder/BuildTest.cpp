@@ -67,7 +67,7 @@ TEST(Build, AFailureLeavesTheSiblingsBehindItAlone) {
   EXPECT_THAT(lines, Contains("OutputInvalid \"\" -1"));
   EXPECT_THAT(lines, Contains("WorkerEnded 0 /tmp/log.xml"));
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c"));
-  EXPECT_EQ(world.model->GetBuildState(), StateFailed);
+  EXPECT_EQ(world.builder->GetBuildState(), StateFailed);
 }
 
 TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
@@ -95,7 +95,7 @@ TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
     world.TakeRuns();
     // Built by another program, and reported as it is now.
     world.Touch("/p/a.o");
-    world.model->SetBuildInfo(
+    world.builder->Information().SetBuildInfo(
         "", ("<I><F Header=\"/p/a.o\" Infos=\"\" Date=\"" +
              std::to_string(world.disk.ModifiedOf("/p/a.o").value_or(0)) + "\" /></I>")
                 .c_str());
@@ -134,7 +134,7 @@ TEST(Build, AStopBetweenTwoToolsEndsTheWalk) {
   BuildWorld world;
   world.Open();
   world.host.actions[kMsgLogLine] = [&world] {
-    if (world.host.lines.back().find("b.c") != std::string::npos) world.model->RequestStop();
+    if (world.host.lines.back().find("b.c") != std::string::npos) world.builder->RequestStop();
   };
   EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("WorkerEnded 0 /tmp/log.xml"));
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c"));
@@ -148,10 +148,10 @@ TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {
   world.Open();
   world.host.actions[kMsgToolSucceeded] = [&world] {
     EXPECT_EQ(world.model->CloseProject(), 0);
-    EXPECT_EQ(world.model->SelectConfiguration("Other"), 0);
-    world.model->RequestStop();
+    EXPECT_EQ(world.model->Options().SelectConfiguration("Other"), 0);
+    world.builder->RequestStop();
     EXPECT_EQ(world.model->CloseProject(), 0) << "a stop request must not free the tree";
-    EXPECT_EQ(world.model->BuildHere(), 0);
+    EXPECT_EQ(world.builder->BuildHere(), 0);
   };
   world.Build(kWorkerBuildAll);
   EXPECT_NE(world.Node("a.c"), nullptr);
@@ -163,15 +163,15 @@ TEST(Build, TheNextBuildMayStartInsideTheMessageThatEndsOne) {
   world.Open();
   int ends = 0;
   world.host.actions[kMsgWorkerEnded] = [&] {
-    if (++ends < 3) world.model->StartBuildThread(kWorkerRebuildAll);
+    if (++ends < 3) world.builder->StartBuildThread(kWorkerRebuildAll);
   };
-  world.model->StartBuildThread(kWorkerBuildAll);
+  world.builder->StartBuildThread(kWorkerBuildAll);
   EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil([&] { return ends == 3; },
                                                          std::chrono::seconds(20)));
   EXPECT_EQ(world.TakeRuns().size(), 12u);
 }
 
-TEST(Build, AModelThatDiesWaitsForItsWorker) {
+TEST(Build, ABuilderThatDiesWaitsForItsWorker) {
   BuildWorld world;
   world.Open();
   std::atomic<bool> isRunning = false;
@@ -180,22 +180,22 @@ TEST(Build, AModelThatDiesWaitsForItsWorker) {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     return 1;
   };
-  world.model->StartBuildThread(kWorkerBuildAll);
+  world.builder->StartBuildThread(kWorkerBuildAll);
   MessageLoop::ForCurrentThread()->PumpUntil([&] { return isRunning.load(); },
                                              std::chrono::seconds(20));
-  world.model.reset();
+  world.builder.reset();
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
 }
 
 TEST(Build, BuildingOnTheHostsThreadWritesNoEndAndChangesNoState) {
   BuildWorld world;
   world.Open();
-  EXPECT_EQ(world.model->BuildHere(), 1);
-  EXPECT_EQ(world.model->GetBuildState(), StateIdle);
+  EXPECT_EQ(world.builder->BuildHere(), 1);
+  EXPECT_EQ(world.builder->GetBuildState(), StateIdle);
   EXPECT_THAT(world.host.LinesOf(kMsgWorkerEnded), IsEmpty());
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"));
-  world.model->RequestStop();
-  EXPECT_EQ(world.model->BuildHere(), 0)
+  world.builder->RequestStop();
+  EXPECT_EQ(world.builder->BuildHere(), 0)
       << "a stop asked for while idle holds until a worker starts";
 }
 

@@ -69,13 +69,13 @@ void BuildWorld::Report(const std::string& product) {
   std::string record = "<I><F Header=\"" + product + "\" Infos=\"made\" Date=\"" +
                        ToDecimal(disk.ModifiedOf(product).value_or(0)) + "\" >";
   if (!EndsWithNoCase(product, ".elf")) record += dependencies;
-  model->SetBuildInfo("", (record + "</F></I>").c_str());
+  builder->Information().SetBuildInfo("", (record + "</F></I>").c_str());
 }
 
 std::vector<std::string> BuildWorld::Build(std::int32_t command) {
   bool ended = false;
   host.actions[kMsgWorkerEnded] = [&ended] { ended = true; };
-  model->StartBuildThread(command);
+  builder->StartBuildThread(command);
   MessageLoop::ForCurrentThread()->PumpUntil([&] { return ended; }, std::chrono::seconds(20));
   host.actions.erase(kMsgWorkerEnded);
   return host.TakeLines();

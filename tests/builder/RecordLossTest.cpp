@@ -13,8 +13,8 @@ constexpr const char* kState = "/p/demo.tstate";
 constexpr const char* kProject = "demo.tprj";
 
 void OpenState(BuildWorld& world) {
-  world.model->OpenBuildState(kState);
-  while (!world.model->RestoreFor(std::chrono::seconds(1))) {
+  world.builder->Information().OpenBuildState(kState);
+  while (!world.builder->Information().RestoreFor(std::chrono::seconds(1))) {
   }
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "builder/BuildWorld.h"
+#include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
 
 namespace tarn::test {
@@ -43,22 +44,23 @@ class StressWorld : public ProjectWorld {
   // One round of everything that a host may call during a build.
   void Disturb(int round) {
     const std::string product = "/p/f" + std::to_string(round % kFiles) + ".o";
-    model->SetBuildInfo("", ("<I><F Header=\"" + product + "\" Infos=\"i\" Date=\"" +
-                             ToDecimal(disk.ModifiedOf(product).value_or(0)) +
-                             "\" ><D Header=\"/p/h.h\" /></F></I>")
-                                .c_str());
-    model->ReportMessage("from the host");
+    builder->Information().SetBuildInfo(
+        "",
+        ("<I><F Header=\"" + product + "\" Infos=\"i\" Date=\"" +
+         ToDecimal(disk.ModifiedOf(product).value_or(0)) + "\" ><D Header=\"/p/h.h\" /></F></I>")
+            .c_str());
+    model->Host().ReportMessage("from the host");
     std::string list;
-    model->CollectLinkFiles(list, Application(), true, Application(), ",");
-    model->CollectDebugFiles(list, Application(), Application(), ",");
-    model->GetDynamicCommands(TARN_CMD_LIST_TOOLS);
-    model->GetSymbolInfo("main");
-    model->GetCurrentConfigName();
-    model->GetBuildState();
+    CollectLinkFiles(model->Types(), list, Application(), true, Application(), ",");
+    CollectDebugFiles(list, Application(), Application(), ",");
+    model->Publishing().GetDynamicCommands(TARN_CMD_LIST_TOOLS);
+    model->Services().views.GetSymbolInfo("main");
+    model->Publishing().GetCurrentConfigName();
+    builder->GetBuildState();
     propertyManager.GetPropertyValue("C", "Build", "OutputFile");
     model->SetCurrentNode(model->GetProjectRoot().GetChild(0));
-    model->PublishTick();
-    if (model->IsWorkerAlive()) {
+    model->Publishing().PublishTick();
+    if (builder->IsWorkerAlive()) {
       EXPECT_EQ(model->CloseProject(), 0);
     }
   }
@@ -68,16 +70,16 @@ TEST(WorkerStress, AHostThatIsBusyBesideABuildMeetsNoRace) {
   StressWorld world;
   bool ended = false;
   world.host.actions[kMsgWorkerEnded] = [&ended] { ended = true; };
-  ASSERT_EQ(world.model->StartBuildThread(kWorkerBuildAll), 1);
+  ASSERT_EQ(world.builder->StartBuildThread(kWorkerBuildAll), 1);
   int round = 0;
   while (!ended && round < 100'000) {
     world.Disturb(round++);
-    world.model->ServeWorker();
+    world.builder->ServeWorker();
     MessageLoop::ForCurrentThread()->Pump();
   }
   ASSERT_TRUE(ended);
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), kFiles + 1u);
-  EXPECT_EQ(world.model->GetBuildState(), StateSucceeded);
+  EXPECT_EQ(world.builder->GetBuildState(), StateSucceeded);
   EXPECT_GT(round, 10);
 }
 

@@ -22,15 +22,15 @@ class ApplyChange : public ::testing::Test {
     world.AddFile("/p/other.tapp",
                   "\n<Application Header=\"other\" ><Group Header=\"O\" /></Application>");
     ASSERT_EQ(world.OpenDemo(), 1);
-    before = world.model->MakeFileTexts();
+    before = world.model->Saver().MakeFileTexts();
   }
 
   std::string Tree() { return ProjectWorld::Labels(world.model->GetProjectRoot()); }
   void Replace(const std::string& path, std::string_view from, std::string_view to) {
     world.AddFile(path, ReplaceAll(world.FileText(path), from, to));
   }
-  Lines Undo() { return world.model->ApplyChange(after, before); }
-  Lines Redo() { return world.model->ApplyChange(before, after); }
+  Lines Undo() { return world.model->Lifecycle().ApplyChange(after, before); }
+  Lines Redo() { return world.model->Lifecycle().ApplyChange(before, after); }
 
   ProjectWorld world;
   Texts before, after;
@@ -38,13 +38,13 @@ class ApplyChange : public ::testing::Test {
 
 TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
   const std::string old = world.FileText("/p/demo.tapp");
-  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
-  after = world.model->MakeFileTexts();
+  ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
+  after = world.model->Saver().MakeFileTexts();
   EXPECT_EQ(Undo(), Lines());
   EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
-  EXPECT_FALSE(world.model->HasUnsaved()) << "it is as it was saved";
+  EXPECT_FALSE(world.model->State().HasUnsaved()) << "it is as it was saved";
   EXPECT_EQ(Redo(), Lines());
-  EXPECT_TRUE(world.model->HasUnsaved());
+  EXPECT_TRUE(world.model->State().HasUnsaved());
   EXPECT_EQ(Tree(), "demo[G[c.c] b.c]");
   EXPECT_EQ(world.FileText("/p/demo.tapp"), old);
   ASSERT_EQ(world.model->SaveProject(), 1);
@@ -65,8 +65,8 @@ TEST_F(ApplyChange, TheCurrentNodeStaysOrIsTheProject) {
     return TextOf(world.model->GetCurrentNode()->GetAttrValue("Header"));
   };
   world.model->SetCurrentNode(root.FindDescendant("Group"));
-  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
-  after = world.model->MakeFileTexts();
+  ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
+  after = world.model->Saver().MakeFileTexts();
   world.model->SetCurrentNode(root.FindDescendant("Group"));
   EXPECT_EQ(Undo(), Lines());
   EXPECT_EQ(label(), "G");
@@ -88,15 +88,18 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
     const char* tree;
     Lines problems;
   } rows[] = {
-      {"a node, not saved", [&] { world.model->RemoveItem("b.c"); }, "demo[G[a.c c.c]]", {}},
+      {"a node, not saved",
+       [&] { world.model->Editor().RemoveItem("b.c"); },
+       "demo[G[a.c c.c]]",
+       {}},
       {"a label, on the disk", [&] { edit("\"b.c\"", "\"x.c\""); }, "demo[G[a.c c.c] x.c]", {}},
       {"the group is renamed", [&] { edit("\"G\"", "\"H\""); }, "demo[H[a.c c.c] b.c]", {}},
       {"the group is gone",
-       [&] { world.model->RemoveItem("G"); },
+       [&] { world.model->Editor().RemoveItem("G"); },
        "demo[b.c]",
        {"/p/demo.tapp: G has changed since"}},
       {"the application is gone",
-       [&] { world.model->RemoveItem("demo"); },
+       [&] { world.model->Editor().RemoveItem("demo"); },
        "",
        {"/p/demo.tapp is no longer part of the project"}},
       {"the host says no",
@@ -106,8 +109,8 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
-    after = world.model->MakeFileTexts();
+    ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
+    after = world.model->Saver().MakeFileTexts();
     row.meanwhile();
     EXPECT_EQ(Undo(), row.problems);
     EXPECT_EQ(Tree(), row.tree);
@@ -120,8 +123,8 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
 
 // An undo records what the disk had, so a save merges changes made by another program.
 TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
-  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
-  after = world.model->MakeFileTexts();
+  ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
+  after = world.model->Saver().MakeFileTexts();
   ASSERT_EQ(world.model->SaveProject(), 1);
   Replace("/p/demo.tapp", "\"b.c\"", "\"x.c\"");
   EXPECT_EQ(Undo(), Lines());
@@ -132,11 +135,11 @@ TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
 
 TEST_F(ApplyChange, AnApplicationThatWasTakenOutComesBackWithAllThatWasNotSaved) {
   const auto remove = [this] {
-    before = world.model->MakeFileTexts();
-    ASSERT_EQ(world.model->RemoveItem("demo"), 1);
-    after = world.model->MakeFileTexts();
+    before = world.model->Saver().MakeFileTexts();
+    ASSERT_EQ(world.model->Editor().RemoveItem("demo"), 1);
+    after = world.model->Saver().MakeFileTexts();
   };
-  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
+  ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
   remove();
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_EQ(Undo(), Lines());

@@ -62,11 +62,11 @@ TEST(BuildInfo, AReportReachesTheLastNodeOfItsOutput) {
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
     world.Application()->SetAttrValue("OutputFile", "app.elf");
     const std::string report = "<I><F Header=\"" + std::string(row.output) + "\" Date=\"7\" /></I>";
-    EXPECT_EQ(world.model->SetBuildInfo("", report.c_str()), 1) << row.name;
+    EXPECT_EQ(world.builder->Information().SetBuildInfo("", report.c_str()), 1) << row.name;
     EXPECT_EQ(LabelsOfBuilt(world.model->GetProjectRoot()), row.reached) << row.name;
     // Neither nodes of another application nor records without a node are found.
     world.model->CloseProject();
-    EXPECT_EQ(world.model->SetBuildInfo("", report.c_str()), 0) << row.name;
+    EXPECT_EQ(world.builder->Information().SetBuildInfo("", report.c_str()), 0) << row.name;
   }
 }
 
@@ -106,14 +106,14 @@ TEST(BuildInfo, ARecordIsShownAtItsNode) {
     SetMessageText(kRowLabelDate, "date");
     world.AddDemo("<C Header=\"m\" OutputFile=\"a.o\" " + std::string(row.node) + "/>");
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
-    world.model->SetBuildInfo(
+    world.builder->Information().SetBuildInfo(
         "", ("<I><F Header=\"a.o\" " + std::string(row.record) + "/></I>").c_str());
     const CXmlNode& node = *world.Node("m");
     EXPECT_STREQ(node.GetAttrValue("Info"), row.info) << row.name;
     EXPECT_STREQ(node.GetAttrValue("LastBuilt"), row.lastBuilt) << row.name;
     EXPECT_STREQ(node.GetAttrValue("Desc"), row.desc) << row.name;
     // A stale node says so and keeps its date.
-    EXPECT_EQ(world.model->RecordBuildInfo(world.Node("m"), nullptr, nullptr), 1);
+    EXPECT_EQ(world.builder->Information().RecordBuildInfo(world.Node("m"), nullptr, nullptr), 1);
     EXPECT_STREQ(node.GetAttrValue("Info"), " ") << row.name;
     EXPECT_STREQ(node.GetAttrValue("LastBuilt"), row.lastBuilt) << row.name;
     EXPECT_EQ(std::string(row.desc).rfind(node.GetAttrValue("Desc"), 0), 0u) << row.name;
@@ -126,7 +126,7 @@ TEST(BuildInfo, DependenciesAreReplacedAndGetTheTypesOfTheirFiles) {
   world.AddDemo("<C Header=\"m\" OutputFile=\"a.o\" /><C Header=\"n\" OutputFile=\"b.o\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
   const auto report = [&](const char* text) {
-    world.model->SetBuildInfo("", text);
+    world.builder->Information().SetBuildInfo("", text);
     CXmlDisplayOptions options = g_xmlDisplayOptions;
     options.newline = false;
     const CXmlNode* list = world.Node("m")->FindChild("Dependencies");
@@ -162,10 +162,10 @@ TEST(BuildInfo, AReportFindsAnOutputThatWasChangedSinceTheLastOne) {
   ASSERT_EQ(world.OpenDemo(), 1);
   for (const char* output : {"one.o", "two.o"}) {
     properties.defaults["C.Build.OutputFile"] = output;
-    world.model->ResetNodeCache(*world.Node("m"), false);
+    world.model->Derived().ResetNodeCache(*world.Node("m"), false);
     world.model->PublishAll();
     const std::string date = output;
-    world.model->SetBuildInfo(
+    world.builder->Information().SetBuildInfo(
         "", ("<I><F Header=\"/p/" + date + "\" Date=\"" + date + "\" /></I>").c_str());
     EXPECT_STREQ(world.Node("m")->GetAttrValue("LastBuilt"), output);
   }

@@ -80,20 +80,20 @@ TEST(Damage, EachLossIsNamedWithItsLine) {
   };
   for (const DamageRow& row : rows) {
     EditedWorld world;
-    world.model->SetDamageProtection(true);
+    world.model->Protection().SetDamageProtection(true);
     world.AddFile(kTwo, row.text);
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
     Lines expected;
     for (const std::string_view line : Split(row.damage, '\n')) {
       expected.push_back(kTwo + std::string(line));
     }
-    EXPECT_EQ(ToLines(world.model->GetDamage()), expected) << row.name;
+    EXPECT_EQ(ToLines(world.model->Protection().GetDamage()), expected) << row.name;
     for (const std::string& line : expected) {
       EXPECT_NE(world.LogText().find(line), std::string::npos) << row.name << world.LogText();
     }
-    EXPECT_EQ(world.model->IsDamageHeld(), !expected.empty()) << row.name;
+    EXPECT_EQ(world.model->Protection().IsDamageHeld(), !expected.empty()) << row.name;
     EXPECT_EQ(world.model->CloseProject(), 1) << row.name;
-    EXPECT_TRUE(world.model->GetDamage().empty()) << row.name;
+    EXPECT_TRUE(world.model->Protection().GetDamage().empty()) << row.name;
   }
 }
 
@@ -101,32 +101,32 @@ TEST(Damage, AFileThatBreaksOffWhileItIsReadIsNamed) {
   EditedWorld world;
   Fail("read", kTwo, ErrorCode::Io)(world);
   ASSERT_EQ(world.OpenDemo(), 1);
-  ASSERT_EQ(world.model->GetDamage().size(), 1U);
-  EXPECT_THAT(world.model->GetDamage()[0].ToString(),
+  ASSERT_EQ(world.model->Protection().GetDamage().size(), 1U);
+  EXPECT_THAT(world.model->Protection().GetDamage()[0].ToString(),
               ::testing::StartsWith("/p/two.tapp: reading the file failed"));
 }
 
 TEST(Damage, ProtectedFilesAreNeitherBuiltNorWritten) {
   EditedWorld world;
   world.AddFile(kTwo, File("<?x?><C Header=\"two.c\" />"));
-  world.model->SetDamageProtection(true);
+  world.model->Protection().SetDamageProtection(true);
   ASSERT_EQ(world.OpenDemo(), 1);
   const Lines before = world.Files();
   world.Edit();
   EXPECT_EQ(world.model->SaveProject(), 0);
   EXPECT_TRUE(world.model->IsModified());
-  EXPECT_EQ(world.model->StartBuildThread(kWorkerBuildAll), 0);
-  EXPECT_EQ(world.model->BuildHere(), 0);
+  EXPECT_EQ(world.builder->StartBuildThread(kWorkerBuildAll), 0);
+  EXPECT_EQ(world.builder->BuildHere(), 0);
   EXPECT_EQ(world.model->CloseProject(), 1);
   EXPECT_EQ(world.Files(), before);
 
   // If the user agrees, content that was not read is kept in the backup.
   ASSERT_EQ(world.OpenDemo(), 1);
   world.Edit();
-  world.model->SetDamageProtection(false);
+  world.model->Protection().SetDamageProtection(false);
   EXPECT_EQ(world.model->SaveProject(), 1);
   EXPECT_THAT(world.FileText("/p/two.tapp.bak"), ::testing::HasSubstr("<?x?>"));
-  EXPECT_TRUE(world.model->GetDamage().empty());
+  EXPECT_TRUE(world.model->Protection().GetDamage().empty());
 }
 
 TEST(Damage, ALongListEndsWithARemark) {
@@ -135,8 +135,8 @@ TEST(Damage, ALongListEndsWithARemark) {
   EditedWorld world;
   world.AddFile(kTwo, File(text));
   ASSERT_EQ(world.OpenDemo(), 1);
-  ASSERT_EQ(world.model->GetDamage().size(), DamageCollector::kMaxDamage + 1);
-  EXPECT_EQ(world.model->GetDamage().back().ToString(),
+  ASSERT_EQ(world.model->Protection().GetDamage().size(), DamageCollector::kMaxDamage + 1);
+  EXPECT_EQ(world.model->Protection().GetDamage().back().ToString(),
             "/p/two.tapp:103: more damage, from here on");
 }
 

@@ -165,11 +165,11 @@ TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
     EXPECT_EQ(world.OpenDemo(), 0) << row.name;
     EXPECT_EQ(world.Heard(), row.heard) << row.name;
     EXPECT_FALSE(world.model->IsOpen()) << row.name;
-    EXPECT_FALSE(world.model->IsOpenAs("/p/demo.tprj")) << row.name;
+    EXPECT_FALSE(world.model->Paths().IsOpenAs("/p/demo.tprj")) << row.name;
     EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj") << row.name;
     EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp"}), "Project")
         << row.name;
-    EXPECT_EQ(world.model->PublishTick(), 0) << row.name;
+    EXPECT_EQ(world.model->Publishing().PublishTick(), 0) << row.name;
     world.Touch();
     world.model->SaveProject();
     world.model->CloseProject();

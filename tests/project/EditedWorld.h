@@ -47,7 +47,7 @@ class EditedWorld : public ProjectWorld {
     for (CXmlNode* node : {&model->GetProjectRoot(), Node("one"), Node("two")}) {
       if (node == nullptr) continue;
       model->SetCurrentNode(node);
-      model->StoreChangedProperty("Build.Tool");
+      model->Options().StoreChangedProperty("Build.Tool");
     }
     host.TakeLines();
   }

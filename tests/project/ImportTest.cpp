@@ -46,8 +46,8 @@ class ScriptLauncher final : public ProcessLauncher {
 class Import : public ::testing::Test {
  protected:
   Import() {
-    world.model->applicationPath = "/app dir/";
-    world.model->launcher = &launcher;
+    world.model->Services().applicationPath = "/app dir/";
+    world.model->Services().launcher = &launcher;
     world.disk.AddFile("/app dir/bin/k418/perl.exe", "");
     world.disk.AddFile("/app dir/bin/k418/k418.pl", "");
     world.AddDemo("");
@@ -121,16 +121,16 @@ TEST_F(Import, WhatCannotStartCountsAsDone) {
 }
 
 TEST_F(Import, WithoutAnInterpreterOrAScriptTheUserHearsWhatIsMissing) {
-  world.model->importProgram = "/no/such/perl";
-  EXPECT_EQ(world.model->MissingImportProgram(), "/no/such/perl");
+  world.model->Services().importProgram = "/no/such/perl";
+  EXPECT_EQ(world.model->Import().MissingImportProgram(), "/no/such/perl");
   EXPECT_EQ(OpenOld(), 1);
   EXPECT_EQ(
       world.LogText(),
       "Old projects are converted by a script that needs /no/such/perl, which was not found.\n"
       "row 6 /p/old.tprj\n");
   EXPECT_THAT(user.lines, ElementsAre());
-  world.model->importProgram.clear();
-  EXPECT_EQ(world.model->MissingImportProgram(), "");
+  world.model->Services().importProgram.clear();
+  EXPECT_EQ(world.model->Import().MissingImportProgram(), "");
   world.disk.Erase("/app dir/bin/k418/k418.pl");
   EXPECT_EQ(OpenOld(), 0);
   EXPECT_THAT(user.lines, ElementsAre("show: row 6 /app dir/bin/k418/k418.pl   [Tarn Project]"));
@@ -138,7 +138,7 @@ TEST_F(Import, WithoutAnInterpreterOrAScriptTheUserHearsWhatIsMissing) {
 }
 
 TEST_F(Import, AnotherInterpreterIsTakenIfTheUserWantsOne) {
-  world.model->importProgram = "sh";
+  world.model->Services().importProgram = "sh";
   EXPECT_EQ(OpenOld(), 1);
   ASSERT_EQ(launcher.calls.size(), 1u);
   EXPECT_THAT(launcher.calls.front(), ::testing::HasSubstr("/sh <-I/app dir/bin/k418>"));

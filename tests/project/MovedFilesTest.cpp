@@ -62,14 +62,14 @@ class MovedFiles : public ::testing::Test {
     world->disk.Erase("/p/app/one.tapp");
     world->AddFile("/p/demo.tprj", Project(""));
   }
-  void Add() { ASSERT_EQ(world->model->AddExistingItem("/p/app/new.c", nullptr), 1); }
+  void Add() { ASSERT_EQ(world->model->Items().AddExistingItem("/p/app/new.c", nullptr), 1); }
 
   std::string Paths() {
     return ProjectWorld::Show(world->model->GetProjectRoot(), {"Header", "Path"});
   }
   Lines Reported() {
     Lines lines;
-    for (const SavedFile& each : world->model->GetSavedFiles()) {
+    for (const SavedFile& each : world->model->Saver().GetSavedFiles()) {
       for (std::string& line : each.ToLines()) lines.push_back(std::move(line));
     }
     return lines;
@@ -175,15 +175,15 @@ TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
 TEST_F(MovedFiles, AFileOutsideThatIsRefusedLeavesACopyInTheProject) {
   world->AddFile("/q/two.tapp", "\n<Application Header=\"two\" />");
   world->model->SetCurrentNode(&world->model->GetProjectRoot());
-  ASSERT_EQ(world->model->AddExistingItem("/q/two.tapp", nullptr), 1);
-  world->model->AllowOutside(true);
+  ASSERT_EQ(world->model->Items().AddExistingItem("/q/two.tapp", nullptr), 1);
+  world->model->Protection().AllowOutside(true);
   ASSERT_EQ(world->model->SaveProject(), 1);
-  world->model->AllowOutside(false);
+  world->model->Protection().AllowOutside(false);
   const std::string before = world->FileText("/q/two.tapp");
   world->components.Properties().defaults[".Build.Tool"] = "edited";
   for (const char* label : {"one", "two"}) {
     world->model->SetCurrentNode(world->Node(label));
-    world->model->StoreChangedProperty("Build.Tool");
+    world->model->Options().StoreChangedProperty("Build.Tool");
   }
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(world->model->SaveProject(), 0);
@@ -220,9 +220,9 @@ TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
     application.applicationName = "fresh";
     return true;
   };
-  world->model->views.wizard = &wizard;
+  world->model->Services().views.wizard = &wizard;
   world->model->SetCurrentNode(&world->model->GetProjectRoot());
-  ASSERT_EQ(world->model->AddNewItem(nullptr, "Application"), 1);
+  ASSERT_EQ(world->model->Items().AddNewItem(nullptr, "Application"), 1);
   world->disk.Erase("/p");
   EXPECT_EQ(world->model->SaveProject(), 0);
   EXPECT_FALSE(world->disk.Exists("/p"));
@@ -233,27 +233,27 @@ TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
 
 // The other version is backed up even if the file keeps it.
 TEST_F(MovedFiles, WhatWasRemovedHereAndChangedThereLeavesACopy) {
-  ASSERT_EQ(world->model->RemoveItem("b.c"), 1);
+  ASSERT_EQ(world->model->Editor().RemoveItem("b.c"), 1);
   world->AddFile("/p/app/one.tapp", Application("app", ".\\c.c", "..\\a.c"));
   EXPECT_EQ(world->model->SaveProject(), 1);
   EXPECT_EQ(world->FileText("/p/app/one.tapp.orig"), Application("app", ".\\c.c", "..\\a.c"));
-  ASSERT_EQ(world->model->GetSavedFiles().size(), 1u);
-  EXPECT_EQ(world->model->GetSavedFiles()[0].copy, "/p/app/one.tapp.orig");
-  EXPECT_EQ(world->model->GetSavedFiles()[0].conflicts.size(), 1u);
+  ASSERT_EQ(world->model->Saver().GetSavedFiles().size(), 1u);
+  EXPECT_EQ(world->model->Saver().GetSavedFiles()[0].copy, "/p/app/one.tapp.orig");
+  EXPECT_EQ(world->model->Saver().GetSavedFiles()[0].conflicts.size(), 1u);
 }
 
 TEST_F(MovedFiles, ASharedApplicationDoesNotShowWhoSavedIt) {
   world->AddFile("/q/q.tprj",
                  "\n<Project Header=\"q\" ActiveApp=\"one\" >\n\t<Application Header=\"one\" "
                  "Extern=\"..\\p\\app\\one.tapp\" Path=\"..\\p\\app\\one.tapp\" />\n</Project>");
-  world->model->AllowOutside(true);
+  world->model->Protection().AllowOutside(true);
   const auto save = [this](const char* project, const char* tool) {
     ASSERT_EQ(world->model->OpenProject(project, 0), 1);
     world->Touch();
     if (tool != nullptr) {
       world->components.Properties().defaults[".Build.Tool"] = tool;
       world->model->SetCurrentNode(world->Node("one"));
-      world->model->StoreChangedProperty("Build.Tool");
+      world->model->Options().StoreChangedProperty("Build.Tool");
     }
     ASSERT_EQ(world->model->SaveProject(), 1);
   };
@@ -270,7 +270,7 @@ TEST_F(MovedFiles, ASharedApplicationDoesNotShowWhoSavedIt) {
 TEST_F(MovedFiles, TheFileNamesAnActiveApplicationThatIsThere) {
   world->AddFile("/p/two.tapp", "\n<Application Header=\"two\" />");
   world->model->SetCurrentNode(&world->model->GetProjectRoot());
-  ASSERT_EQ(world->model->AddExistingItem("/p/two.tapp", nullptr), 1);
+  ASSERT_EQ(world->model->Items().AddExistingItem("/p/two.tapp", nullptr), 1);
   const auto active = [this] {
     CXmlNode root;
     root.Load(world->FileText("/p/demo.tprj").c_str(), g_xmlParseInfo);
@@ -280,7 +280,7 @@ TEST_F(MovedFiles, TheFileNamesAnActiveApplicationThatIsThere) {
   ASSERT_EQ(world->model->SaveProject(), 1);
   EXPECT_EQ(active(), "two");
   for (const auto& [removed, remains] : {std::pair{"two", "one"}, std::pair{"one", "(none)"}}) {
-    ASSERT_EQ(world->model->RemoveItem(removed), 1);
+    ASSERT_EQ(world->model->Editor().RemoveItem(removed), 1);
     ASSERT_EQ(world->model->SaveProject(), 1);
     EXPECT_EQ(active(), remains);
   }

@@ -70,7 +70,7 @@ TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {
     AnsweringUser answers(world.host.Handle());
     answers.okCancel = {row.ok};
     row.prepare(world);
-    EXPECT_EQ(world.model->NewProject("/p/new.tprj"), row.result) << row.name;
+    EXPECT_EQ(world.model->Items().NewProject("/p/new.tprj"), row.result) << row.name;
     EXPECT_EQ(answers.lines, row.asked) << row.name;
     EXPECT_EQ(world.Heard(), row.heard) << row.name;
     Lines files = {"/p/demo.tprj old"};
@@ -135,7 +135,7 @@ TEST(OpenProject, TheActiveApplicationIsTheOneThatTheFileMeans) {
     EXPECT_EQ(world.model->OpenProject(row.path, 0), row.result) << row.name;
     const CXmlNode* active = world.model->GetActiveApplication();
     EXPECT_STREQ(active == nullptr ? "none" : active->GetAttrValue("n"), row.active) << row.name;
-    EXPECT_EQ(world.model->GetCurrentConfigName(), "Standard") << row.name;
+    EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Standard") << row.name;
   }
 }
 
@@ -146,7 +146,7 @@ TEST(OpenProject, AChangedProjectWithoutApplicationsIsSavedBeforeAnotherIsOpened
   world.AddDemo("");
   ASSERT_EQ(world.model->OpenProject("/p/empty.tprj", 0), 1);
   world.components.Properties().SetPropertyValue("Project", "General", "Header", "new");
-  ASSERT_EQ(world.model->StoreChangedProperty("General.Header"), 1);
+  ASSERT_EQ(world.model->Options().StoreChangedProperty("General.Header"), 1);
   ASSERT_EQ(world.OpenDemo(), 1);
   EXPECT_EQ(world.FileText("/p/empty.tprj"), "\n<Project Header=\"new\" Path=\".\\empty.tprj\" />");
 }

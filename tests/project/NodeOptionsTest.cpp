@@ -58,7 +58,7 @@ TEST(NodeOptions, AChangedValueIsStoredUnderTheRightConfigurationAndSet) {
     FakePropertyManager& properties = world.components.Properties();
     properties.changedProperty = "C.Load.DBIFile";
     properties.TakeCalls();
-    EXPECT_EQ(world.model->StoreChangedProperty(row.key), 1) << row.key;
+    EXPECT_EQ(world.model->Options().StoreChangedProperty(row.key), 1) << row.key;
     EXPECT_THAT(properties.CallsOf("GetConfigText"),
                 ElementsAre("GetConfigText " + std::string(row.asked)))
         << row.key;
@@ -74,7 +74,7 @@ TEST(NodeOptions, OptionsKeepTheirOrder) {
   ASSERT_EQ(world.OpenDemo(), 1);
   CXmlNode& application = *world.Application();
   world.model->SetCurrentNode(&application);
-  ASSERT_EQ(world.model->StoreChangedProperty("Build.Tool"), 1);
+  ASSERT_EQ(world.model->Options().StoreChangedProperty("Build.Tool"), 1);
   EXPECT_THAT(Flat(application.FindChild("Options")), ::testing::HasSubstr("Standard"));
   EXPECT_EQ(application.GetChild(2)->GetChildCount(), 1);
 }
@@ -83,7 +83,7 @@ TEST(NodeOptions, NothingChangedStoresNothing) {
   ProjectWorld world;
   world.AddDemo("");
   ASSERT_EQ(world.OpenDemo(), 1);
-  EXPECT_EQ(world.model->StoreChangedProperty(""), 0);
+  EXPECT_EQ(world.model->Options().StoreChangedProperty(""), 0);
   EXPECT_FALSE(world.model->IsModified());
 }
 
@@ -95,26 +95,26 @@ TEST(NodeOptions, AValueStoredTwiceStandsOnceAndIsUsedAtOnce) {
   world.model->SetCurrentNode(world.Node("m"));
   for (const char* value : {"cc", "gcc"}) {
     properties.SetPropertyValue("C", "Build", "TranslateTool", value);
-    EXPECT_EQ(world.model->StoreChangedProperty("Build.TranslateTool"), 1);
+    EXPECT_EQ(world.model->Options().StoreChangedProperty("Build.TranslateTool"), 1);
   }
   EXPECT_EQ(Flat(world.Node("m")->FindChild("Options")),
             "<Options><Opt Header=\"Standard\" ><Set Header=\"C\" ><Sec Header=\"Build\" ><Prop "
             "Header=\"TranslateTool\" Removable=\"Yes\" Value=\"gcc\" /></Sec></Set></Opt>"
             "</Options>");
   const auto publish = [&] {
-    world.model->ResetNodeCache(*world.Node("m"), true);
+    world.model->Derived().ResetNodeCache(*world.Node("m"), true);
     world.model->PublishAll();
     return ProjectWorld::Show(*world.Node("m"), {"TranslateTool", "Marker"});
   };
   EXPECT_EQ(publish(), "C(TranslateTool=gcc Marker=0)");
 
   // A different configuration has none of the values; the first one still has them.
-  EXPECT_EQ(world.model->SelectConfiguration("Debug"), 1);
+  EXPECT_EQ(world.model->Options().SelectConfiguration("Debug"), 1);
   EXPECT_EQ(publish(), "C(TranslateTool= Marker=-1)");
-  EXPECT_EQ(world.model->SelectConfiguration("STANDARD"), 1);
+  EXPECT_EQ(world.model->Options().SelectConfiguration("STANDARD"), 1);
   EXPECT_EQ(publish(), "C(TranslateTool=gcc Marker=0)");
 
-  EXPECT_EQ(world.model->ResetNodeOptions(world.Node("m")), 1);
+  EXPECT_EQ(world.model->Options().ResetNodeOptions(world.Node("m")), 1);
   EXPECT_EQ(publish(), "C(TranslateTool= Marker=-1)");
 }
 
@@ -142,9 +142,9 @@ TEST(NodeOptions, AValueIsInheritedFromTheApplicationDownwards) {
   // Resets to the inherited value.
   world.model->SetCurrentNode(world.Node("own"));
   world.Node("own")->FindDescendant("Prop")->SetAttrValue("Removable", "");
-  EXPECT_EQ(world.model->ResetStoredProperty("C.Build.TranslateTool"), 1);
+  EXPECT_EQ(world.model->Options().ResetStoredProperty("C.Build.TranslateTool"), 1);
   EXPECT_EQ(Flat(world.Node("own")->FindChild("Options")), "<Options/>");
-  world.model->ResetNodeCache(*world.Application(), true);
+  world.model->Derived().ResetNodeCache(*world.Application(), true);
   world.model->PublishAll();
   EXPECT_STREQ(world.Node("own")->GetAttrValue("TranslateTool"), "group");
 }
@@ -192,7 +192,7 @@ TEST(NodeOptions, AResetTakesOnlyWhatItNamesAndWhatBecomesEmpty) {
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Application()->SetAttrValue("Config", row.config);
     world.model->SetCurrentNode(world.Node("m"));
-    EXPECT_EQ(world.model->ResetStoredProperty(row.key), 1) << row.name;
+    EXPECT_EQ(world.model->Options().ResetStoredProperty(row.key), 1) << row.name;
     EXPECT_EQ(PropertiesOf(*world.Node("m")->FindChild("Options")), row.left) << row.name;
     EXPECT_EQ(world.model->IsModified(), row.modified) << row.name;
   }
@@ -264,7 +264,7 @@ TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
     ProjectWorld world;
     world.AddDemo("<C Header=\"m\" />");
     RecordingProjectWindow window;
-    world.model->views.project = &window;
+    world.model->Services().views.project = &window;
     ASSERT_EQ(world.OpenDemo(), 1);
     world.model->PublishAll();
     CXmlNode* node = world.Node(row.node);
@@ -273,7 +273,8 @@ TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
                                                    row.value);
     window.TakeCalls();
     const bool isTaken = row.tree != nullptr;
-    EXPECT_EQ(world.model->StoreChangedProperty("General." + std::string(row.property)), isTaken)
+    EXPECT_EQ(world.model->Options().StoreChangedProperty("General." + std::string(row.property)),
+              isTaken)
         << row.name;
     const std::string same = "Project(ActiveApp=demo)[Application(Header=demo)[C(Header=m)]]";
     EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp"}),
@@ -298,7 +299,7 @@ TEST(NodeOptions, AnEmptyAnswerOfThePropertyManagerLosesNothing) {
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->SetCurrentNode(world.Node("m"));
   world.components.Properties().defaults[".Build.Tool"] = "v";
-  ASSERT_EQ(world.model->StoreChangedProperty("Build.Tool"), 1);
+  ASSERT_EQ(world.model->Options().StoreChangedProperty("Build.Tool"), 1);
   world.Node("m")->FindChild("Options")->AppendChild(std::make_unique<CXmlNode>());
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_EQ(PropertiesOf(*world.Node("m")->FindChild("Options")), "Tool");
@@ -311,34 +312,34 @@ TEST(NodeOptions, ConfigurationsAreAddedAndChosen) {
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->PublishAll();
   FakePropertyManager& properties = world.components.Properties();
-  EXPECT_EQ(world.model->AddConfiguration(), 0) << "no name";
-  EXPECT_EQ(world.model->SelectConfiguration(""), 0) << "no name";
+  EXPECT_EQ(world.model->Options().AddConfiguration(), 0) << "no name";
+  EXPECT_EQ(world.model->Options().SelectConfiguration(""), 0) << "no name";
   EXPECT_FALSE(world.model->IsModified());
   for (const char* name : {"Debug", "Release"}) {
     properties.newConfigName = name;
     properties.TakeCalls();
-    EXPECT_EQ(world.model->AddConfiguration(), 1);
+    EXPECT_EQ(world.model->Options().AddConfiguration(), 1);
     EXPECT_EQ(properties.CallsOf("GetNewConfigName").size(), 2u);
   }
   EXPECT_EQ(Flat(world.Application()->FindChild("Configs")),
             "<Configs><Config Header=\"Debug\" Desc=\"Debug\" /><Config Header=\"Release\" "
             "Desc=\"Release\" /></Configs>");
-  EXPECT_EQ(world.model->GetCurrentConfigName(), "Standard");
+  EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Standard");
 
   world.model->SetCurrentNode(world.Node("m"));
   world.host.TakeLines();
-  EXPECT_EQ(world.model->SelectConfiguration("Debug"), 1);
-  EXPECT_EQ(world.model->GetCurrentConfigName(), "Debug");
+  EXPECT_EQ(world.model->Options().SelectConfiguration("Debug"), 1);
+  EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Debug");
   EXPECT_EQ(properties.currentConfig, "Debug");
   EXPECT_EQ(properties.holds, 0);
   EXPECT_EQ(world.host.TakeLines().back(), "ApplicationActivated /p/demo.tapp Debug");
   EXPECT_EQ(world.Node("m")->GetAttr("LastBuilt"), nullptr);
-  EXPECT_FALSE(world.model->HasUnpublished());
+  EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_EQ(world.model->GetCurrentNode(), world.Node("m"));
-  EXPECT_EQ(world.model->GlobalsFileOf(*world.Application()), "/p/demo-Globals.Debug.xml");
+  EXPECT_EQ(world.model->Paths().GlobalsFileOf(*world.Application()), "/p/demo-Globals.Debug.xml");
 
   ASSERT_EQ(world.model->SaveProject(), 1);
-  EXPECT_EQ(world.model->GetCurrentConfigName(), "Debug");
+  EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Debug");
   EXPECT_EQ(Flat(world.Application()->FindChild("Configs")->GetChild(1)),
             "<Config Header=\"Release\" />");
 }
@@ -358,7 +359,7 @@ TEST(NodeOptions, TheHostHearsOfAChangeOfAnApplicationThatAsksForIt) {
       return count;
     };
     posted();
-    EXPECT_EQ(world.model->StoreChangedProperty("Build.Tool"), 1);
+    EXPECT_EQ(world.model->Options().StoreChangedProperty("Build.Tool"), 1);
     EXPECT_EQ(posted(), 1u) << isDefault;
     EXPECT_EQ(world.Node("m") == nullptr, isDefault);
   }

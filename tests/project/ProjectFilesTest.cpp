@@ -94,7 +94,7 @@ TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->PublishAll();
   world.components.Properties().newConfigName = "Debug|x";
-  ASSERT_EQ(world.model->AddConfiguration(), 1);
+  ASSERT_EQ(world.model->Options().AddConfiguration(), 1);
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_EQ(world.disk.BytesOf("/p/demo.tprj"),
             "\r\n<Project Header=\"demo\" Project=\"Yes\" Path=\".\\demo.tprj\" "
@@ -150,7 +150,7 @@ TEST(ProjectFiles, AProjectFromElsewhereOpensAndKeepsItsNames) {
   EXPECT_EQ(world.FileText("/p/app/demo.tapp"), application);
   world.disk.Erase("/tmp/log.xml");
   EXPECT_EQ(world.disk.AllFiles(), files);
-  EXPECT_TRUE(world.model->IsOpenAs("/P/DEMO.tprj"));
+  EXPECT_TRUE(world.model->Paths().IsOpenAs("/P/DEMO.tprj"));
 }
 
 }  // namespace

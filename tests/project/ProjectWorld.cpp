@@ -34,17 +34,18 @@ ProjectWorld::ProjectWorld() {
         row, row == kRowProjectWord ? "Tarn Project" : "row " + std::to_string(row) + " %s %s %s");
   }
   model = std::make_unique<CProjectModel>(disk);
-  model->output = &output;
-  model->propertyManager = &propertyManager;
-  model->toolManager = &toolManager;
-  model->mainframeHandle = host.Handle();
-  model->configFilePath = "/app/config/projectmanager.config";
-  model->configFolder = "/app/config/";
-  model->examplesFolder = "/app/examples/";
-  model->dataPath = "/data";
+  builder = std::make_unique<Builder>(*model);
+  model->Services().output = &output;
+  model->Services().propertyManager = &propertyManager;
+  model->Services().toolManager = &toolManager;
+  model->Services().mainframeHandle = host.Handle();
+  model->Services().configFilePath = "/app/config/projectmanager.config";
+  model->Services().configFolder = "/app/config/";
+  model->Services().examplesFolder = "/app/examples/";
+  model->Services().dataPath = "/data";
   CXmlNode types;
   types.Load(kTypes, g_xmlParseInfo);
-  for (int i = 0; i < types.GetChildCount(); ++i) model->types.Add(*types.GetChild(i));
+  for (int i = 0; i < types.GetChildCount(); ++i) model->Services().types.Add(*types.GetChild(i));
 }
 
 void ProjectWorld::AddFile(const std::string& path, std::string_view text) {
@@ -68,7 +69,7 @@ void ProjectWorld::AddDemo(std::string_view content) {
 
 void ProjectWorld::Touch() {
   // The type does not exist, so the change is refused.
-  model->StoreChangedProperty("General.Type");
+  model->Options().StoreChangedProperty("General.Type");
 }
 
 CXmlNode* ProjectWorld::Application(int index) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "builder/Builder.h"
 #include "output/BuildOutput.h"
 #include "platform/automation/ClassRegistry.h"
 #include "project/ProjectModel.h"
@@ -51,6 +52,7 @@ class ProjectWorld {
   CPropertyManagerDriver propertyManager;
   CToolManagerDriver toolManager;
   std::unique_ptr<CProjectModel> model;
+  std::unique_ptr<Builder> builder;
 };
 
 }  // namespace tarn::test

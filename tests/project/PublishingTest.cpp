@@ -78,13 +78,13 @@ TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
   EXPECT_EQ(properties.GetPropertyValue("C", "Build", "Tool"), "group");
   EXPECT_THAT(world.host.TakeLines(),
               ElementsAre("PaneCaption m.c Local Settings 4005", "CurrentNodeChanged /p/m.c 0"));
-  EXPECT_EQ(world.model->GetDynamicCommands(TARN_CMD_LIST_TOOLS),
+  EXPECT_EQ(world.model->Publishing().GetDynamicCommands(TARN_CMD_LIST_TOOLS),
             "\r\n<Tools>\r\n\t<T Header=\"lint\" Id=\"33059\" />\r\n\t<T Header=\"fmt\" "
             "Id=\"33060\" />\r\n</Tools>");
 
   // Loading the current node costs nothing; a published one costs one read of its text.
   properties.TakeCalls();
-  world.model->LoadNodeOptions(world.Node("m.c"), false);
+  world.model->Publishing().LoadNodeOptions(world.Node("m.c"), false);
   EXPECT_THAT(ShortCalls(properties), ElementsAre());
   world.model->SetCurrentNode(world.Node("g"));
   EXPECT_THAT(ShortCalls(properties),
@@ -102,7 +102,7 @@ TEST(Publishing, ABracketComesBackFromAKeptText) {
   ASSERT_EQ(world.OpenDemo(), 1);
   FindStoredValues(*world.Application())->SetValue("a[1\xA7\xC3");
   world.components.Properties().TakeCalls();
-  world.model->PublishNode(world.Application(), false);
+  world.model->Publishing().PublishNode(world.Application(), false);
   EXPECT_THAT(world.components.Properties().TakeCalls(),
               ElementsAre("ReadValuesFromText a[1]\xC3"));
   EXPECT_STREQ(FindStoredValues(*world.Application())->ValueText(), "a[1\xA7\xC3");
@@ -176,7 +176,7 @@ TEST(Publishing, AttributesAreWrittenAlsoWhenEmptyButForTwo) {
       {"C.Build.LinkExclude", "No"},     {"C.Build.OutputFile", "m.o"},
       {"C.Build.ListingFile", "/m.lst"}, {"C.Load.DBIFile", "m.dbi"},
       {"C.Load.LoadExclude", "Yes"}};
-  world.model->ResetNodeCache(*world.Node("m"), true);
+  world.model->Derived().ResetNodeCache(*world.Node("m"), true);
   world.model->PublishAll();
   EXPECT_EQ(show(),
             "C(TranslateTool=cc Exclude=Yes LinkExclude=No OutputFile=/p/m.o ListingFile=/m.lst "
@@ -190,7 +190,7 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   for (int i = 0; i < 23; ++i) nodes += "<C Header=\"n" + ToDecimal(i) + "\" />";
   world.AddDemo(nodes);
   RecordingProjectWindow window;
-  world.model->views.project = &window;
+  world.model->Services().views.project = &window;
   ASSERT_EQ(world.OpenDemo(), 1);
   EXPECT_THAT(window.TakeCalls(),
               ElementsAre("SetProjectRoot", "RepaintWindow", "StartStepTimer", "RepaintTree",
@@ -202,7 +202,7 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   for (int i = 0; i < 4; ++i) {
     properties.TakeCalls();
     world.host.TakeLines();
-    const std::int32_t remains = world.model->PublishTick();
+    const std::int32_t remains = world.model->Publishing().PublishTick();
     Lines defined;
     for (const std::string& call : properties.CallsOf("SetPropertyValue")) {
       const std::size_t label = call.find("General Header ");
@@ -239,12 +239,12 @@ TEST(Publishing, TheDefaultProjectIsReadyWhenItsOpenEnds) {
   ProjectWorld world;
   world.AddDemo("<C Header=\"left\" /><Options />");
   RecordingProjectWindow window;
-  world.model->views.project = &window;
+  world.model->Services().views.project = &window;
   ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", 1), 1);
   EXPECT_EQ(world.host.TakeLines()[0], "PaneCaption Local Settings 4005");
-  EXPECT_FALSE(world.model->HasUnpublished());
+  EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_THAT(window.TakeCalls(), ::testing::Not(::testing::Contains("SetProjectRoot")));
-  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/app/examples/");
+  EXPECT_EQ(world.model->State().lastBrowseFolder, "/app/examples/");
   // The project keeps its options and no files.
   world.Touch();
   ASSERT_EQ(world.model->CloseProject(), 1);

@@ -26,30 +26,33 @@ const Act kInnerActs[] = {
     {"open a default", [](EditedWorld& world) { world.model->OpenProject("/p/next.tprj", 1); }},
     {"open what is missing", [](EditedWorld& world) { world.model->OpenProject("/x.tprj", 0); }},
     {"save", [](EditedWorld& world) { world.model->SaveProject(); }},
-    {"new", [](EditedWorld& world) { world.model->NewProject("/p/new.tprj"); }},
-    {"remove", [](EditedWorld& world) { world.model->RemoveItem("one.c"); }},
-    {"remove the current node", [](EditedWorld& world) { world.model->RemoveItem(nullptr); }},
-    {"remove an application", [](EditedWorld& world) { world.model->RemoveItem("one"); }},
-    {"add", [](EditedWorld& world) { world.model->AddExistingItem("/p/in.c", nullptr); }},
-    {"build", [](EditedWorld& world) { world.model->StartBuildThread(kWorkerBuildAll); }},
-    {"build here", [](EditedWorld& world) { world.model->BuildHere(); }},
+    {"new", [](EditedWorld& world) { world.model->Items().NewProject("/p/new.tprj"); }},
+    {"remove", [](EditedWorld& world) { world.model->Editor().RemoveItem("one.c"); }},
+    {"remove the current node",
+     [](EditedWorld& world) { world.model->Editor().RemoveItem(nullptr); }},
+    {"remove an application", [](EditedWorld& world) { world.model->Editor().RemoveItem("one"); }},
+    {"add", [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/in.c", nullptr); }},
+    {"build", [](EditedWorld& world) { world.builder->StartBuildThread(kWorkerBuildAll); }},
+    {"build here", [](EditedWorld& world) { world.builder->BuildHere(); }},
     {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
     {"select the project",
      [](EditedWorld& world) { world.model->SetCurrentNode(&world.model->GetProjectRoot()); }},
-    {"store", [](EditedWorld& world) { world.model->StoreChangedProperty("Build.Tool"); }},
-    {"rename", [](EditedWorld& world) { world.model->StoreChangedProperty("General.Header"); }},
-    {"reset", [](EditedWorld& world) { world.model->ResetNodeOptions(nullptr); }},
+    {"store",
+     [](EditedWorld& world) { world.model->Options().StoreChangedProperty("Build.Tool"); }},
+    {"rename",
+     [](EditedWorld& world) { world.model->Options().StoreChangedProperty("General.Header"); }},
+    {"reset", [](EditedWorld& world) { world.model->Options().ResetNodeOptions(nullptr); }},
     {"configure",
      [](EditedWorld& world) {
-       world.model->AddConfiguration();
-       world.model->SelectConfiguration("Debug");
+       world.model->Options().AddConfiguration();
+       world.model->Options().SelectConfiguration("Debug");
      }},
     {"publish", [](EditedWorld& world) { world.model->PublishAll(); }},
-    {"tick", [](EditedWorld& world) { world.model->PublishTick(); }},
-    {"clear", [](EditedWorld& world) { world.model->ClearDefaultApplicationItems(); }},
+    {"tick", [](EditedWorld& world) { world.model->Publishing().PublishTick(); }},
+    {"clear", [](EditedWorld& world) { world.model->Editor().ClearDefaultApplicationItems(); }},
     {"report",
      [](EditedWorld& world) {
-       world.model->SetBuildInfo(
+       world.builder->Information().SetBuildInfo(
            "", "<I><F Header=\"\" Infos=\"i\" Date=\"1\" ><D Header=\"a.c\" /></F></I>");
      }},
 };
@@ -61,24 +64,27 @@ const Act kOuterActs[] = {
     {"close", [](EditedWorld& world) { world.model->CloseProject(); }},
     {"publish",
      [](EditedWorld& world) {
-       while (world.model->PublishTick()) {
+       while (world.model->Publishing().PublishTick()) {
        }
      }},
     {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("one.c")); }},
-    {"configure", [](EditedWorld& world) { world.model->SelectConfiguration("Debug"); }},
-    {"reset", [](EditedWorld& world) { world.model->ResetNodeOptions(world.Node("two")); }},
-    {"add", [](EditedWorld& world) { world.model->AddExistingItem("/p/new.c", nullptr); }},
+    {"configure", [](EditedWorld& world) { world.model->Options().SelectConfiguration("Debug"); }},
+    {"reset",
+     [](EditedWorld& world) { world.model->Options().ResetNodeOptions(world.Node("two")); }},
+    {"add", [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/new.c", nullptr); }},
     {"add an application",
-     [](EditedWorld& world) { world.model->AddExistingItem("/p/n.tapp", "Application"); }},
-    {"new group", [](EditedWorld& world) { world.model->AddNewItem(nullptr, "Group"); }},
-    {"remove", [](EditedWorld& world) { world.model->RemoveItem("two.c"); }},
+     [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/n.tapp", "Application"); }},
+    {"new group", [](EditedWorld& world) { world.model->Items().AddNewItem(nullptr, "Group"); }},
+    {"remove", [](EditedWorld& world) { world.model->Editor().RemoveItem("two.c"); }},
     {"paste",
      [](EditedWorld& world) {
-       world.model->CopyNode(world.Node("one.c"));
-       world.model->PasteNode(world.Node("two"));
+       world.model->Editor().CopyNode(world.Node("one.c"));
+       world.model->Editor().PasteNode(world.Node("two"));
      }},
     {"move",
-     [](EditedWorld& world) { world.model->MoveNode(world.Node("one.c"), world.Node("two")); }},
+     [](EditedWorld& world) {
+       world.model->Editor().MoveNode(world.Node("one.c"), world.Node("two"));
+     }},
 };
 
 // A window that sends messages when it is refilled at the end of a change, as toolkit windows do.
@@ -134,15 +140,15 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
           world.host.actions[message] = act;
           RefillingWindow window;
           window.onRefill = act;
-          if (message == kRefill) world.model->views.project = &window;
+          if (message == kRefill) world.model->Services().views.project = &window;
           outer.run(world);
-          world.model->views.project = nullptr;
+          world.model->Services().views.project = nullptr;
           world.host.actions.clear();
-          world.model->StopAndWait();
+          world.builder->StopAndWait();
 
           // Afterwards, the tree in memory is as valid as the model says, and every earlier change
           // is in a file if it is not in the tree.
-          world.model->mainframeHandle = world.host.Handle();
+          world.model->Services().mainframeHandle = world.host.Handle();
           world.model->PublishAll();
           EXPECT_EQ(world.model->CloseProject(), 1);
           EXPECT_EQ(world.components.Properties().holds, 0);
@@ -219,7 +225,7 @@ TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
       heard.emplace_back(Trim(line.substr(0, line.rfind(' '))));
     }
     EXPECT_EQ(heard, row.heard) << row.name;
-    EXPECT_TRUE(world.model->IsOpenAs(row.project)) << row.name;
+    EXPECT_TRUE(world.model->Paths().IsOpenAs(row.project)) << row.name;
     EXPECT_FALSE(world.model->IsModified()) << row.name;
   }
 }

@@ -169,7 +169,7 @@ TEST(SaveFailure, WhatWasNotSavedIsInMemoryAndTriedAgain) {
       EXPECT_EQ(world.model->SaveProject(), 0);
       EXPECT_TRUE(world.model->IsModified());
       EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
-      EXPECT_FALSE(world.model->GetSavedFiles().empty());
+      EXPECT_FALSE(world.model->Saver().GetSavedFiles().empty());
     }
     Repair(world);
     EXPECT_EQ(world.model->SaveProject(), 1);
@@ -236,7 +236,7 @@ TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
   ASSERT_EQ(world.OpenDemo(), 1);
   world.components.Properties().defaults[".Build.Tool"] = "edited";
   world.model->SetCurrentNode(world.Application(0));
-  world.model->StoreChangedProperty("Build.Tool");
+  world.model->Options().StoreChangedProperty("Build.Tool");
   EXPECT_EQ(world.model->CloseProject(), 1);
   const Lines files = world.Files();
   EXPECT_THAT(files, ::testing::Contains("/p/one.tapp.unsaved new"));
@@ -257,7 +257,7 @@ TEST(SaveFailure, AnApplicationIsSavedWhereItWasReadWhateverItsFileSays) {
     world.components.Properties().defaults[".Build.Tool"] = "edited";
     world.model->PublishAll();
     world.model->SetCurrentNode(world.Application(0));
-    world.model->StoreChangedProperty("Build.Tool");
+    world.model->Options().StoreChangedProperty("Build.Tool");
     EXPECT_EQ(world.model->SaveProject(), 1);
     EXPECT_THAT(world.FileText("/p/one.tapp"), ::testing::HasSubstr("edited"));
     EXPECT_THAT(world.FileText("/p/demo.tprj"), ::testing::HasSubstr("Extern=\".\\one.tapp\""));

@@ -125,7 +125,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
     EditedWorld world;
     world.AddFile(row.file, row.text);
     ASSERT_EQ(world.OpenDemo(), 1);
-    EXPECT_EQ(ToText(world.model->GetDamage(), row.file), row.damage);
+    EXPECT_EQ(ToText(world.model->Protection().GetDamage(), row.file), row.damage);
     world.Edit();
     world.model->SaveProject();
     EXPECT_EQ(world.FileText(row.file + ".bak"), row.damage.empty() ? "(none)" : row.text);
@@ -143,15 +143,15 @@ TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
     SCOPED_TRACE(row.name);
     EditedWorld world;
     world.AddFile(row.file, row.text);
-    world.model->SetDamageProtection(true);
+    world.model->Protection().SetDamageProtection(true);
     EXPECT_EQ(world.OpenDemo(), 0);
-    EXPECT_TRUE(world.model->GetDamage().empty());
+    EXPECT_TRUE(world.model->Protection().GetDamage().empty());
     world.AddNext();
     EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 1), 1);  // opened in place of the
                                                                 // placeholder
-    EXPECT_EQ(ToText(world.model->GetFailedDamage(), row.file), row.damage);
+    EXPECT_EQ(ToText(world.model->Protection().GetFailedDamage(), row.file), row.damage);
     EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 0), 1);
-    EXPECT_TRUE(world.model->GetFailedDamage().empty());
+    EXPECT_TRUE(world.model->Protection().GetFailedDamage().empty());
   }
 }
 
@@ -161,12 +161,12 @@ TEST(Structure, AnApplicationThatIsAddedMayBeOfAnotherType) {
   world.AddFile("/p/auto.tapp", "<AutoApp Header='auto' ></AutoApp>");
   world.AddFile("/p/group.tapp", "<Group Header='group' ></Group>");
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  ASSERT_EQ(world.model->AddExistingItem("/p/auto.tapp", nullptr), 1);
+  ASSERT_EQ(world.model->Items().AddExistingItem("/p/auto.tapp", nullptr), 1);
   EXPECT_EQ(world.Node("auto")->NameView(), "AutoApp");
-  EXPECT_TRUE(world.model->GetDamage().empty());
+  EXPECT_TRUE(world.model->Protection().GetDamage().empty());
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  ASSERT_EQ(world.model->AddExistingItem("/p/group.tapp", nullptr), 1);
-  EXPECT_EQ(ToText(world.model->GetDamage(), "/p/group.tapp"),
+  ASSERT_EQ(world.model->Items().AddExistingItem("/p/group.tapp", nullptr), 1);
+  EXPECT_EQ(ToText(world.model->Protection().GetDamage(), "/p/group.tapp"),
             ":1: the root is <Group>, the project names <Application>");
 }
 
@@ -179,7 +179,7 @@ TEST(Structure, ANodeWithContentBecomesNoLeaf) {
     world.model->SetCurrentNode(node);
     world.components.Properties().SetPropertyValue(node->GetName().c_str(), "General", "Type",
                                                    "Header");
-    world.model->StoreChangedProperty("General.Type");
+    world.model->Options().StoreChangedProperty("General.Type");
     EXPECT_EQ(node->NameView(), name);
   }
 }
@@ -191,7 +191,7 @@ TEST(Structure, ConflictMarksAreNamedInAValueAndNotInAComment) {
                                   "<C Header='\n========\n=======x\n|||||||' />"));
   ASSERT_EQ(world.OpenDemo(), 1);
   const std::string conflict = ": a merge conflict that was not resolved";
-  EXPECT_EQ(ToText(world.model->GetDamage(), kOne),
+  EXPECT_EQ(ToText(world.model->Protection().GetDamage(), kOne),
             ":3" + conflict + "\n:5" + conflict + "\n:7" + conflict);
 }
 

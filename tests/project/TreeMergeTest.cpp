@@ -238,7 +238,7 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
     CXmlNode tree;
     ASSERT_TRUE(ReadWholeTree(row.base, base)) << row.base;
     ASSERT_TRUE(ReadWholeTree(row.tree, tree)) << row.tree;
-    MakeStable(base, tree, world.model->types);
+    MakeStable(base, tree, world.model->Types());
     EXPECT_EQ(WriteTree(tree, {}), row.written);
   }
 }

@@ -22,7 +22,7 @@ class TreeOperations : public ::testing::Test {
   TreeOperations() {
     world.AddDemo(kContent);
     for (const char* file : {"/p/main.c", "/p/led.c"}) world.AddFile(file, "x");
-    world.model->views.wizard = &wizard;
+    world.model->Services().views.wizard = &wizard;
   }
   void Open() {
     ASSERT_EQ(world.OpenDemo(), 1);
@@ -63,7 +63,7 @@ TEST_F(TreeOperations, AnItemGoesWhereItsTypeMayStand) {
   for (const auto& row : rows) {
     Open();
     Select(row.selected);
-    EXPECT_EQ(world.model->AddExistingItem(row.path, row.type), 1) << row.name;
+    EXPECT_EQ(world.model->Items().AddExistingItem(row.path, row.type), 1) << row.name;
     EXPECT_EQ(Shape(), row.shape) << row.name;
     EXPECT_EQ(world.Node(row.label)->GetName(), row.element) << row.name;
     world.model->CloseProject();
@@ -74,17 +74,17 @@ TEST_F(TreeOperations, AnItemGoesWhereItsTypeMayStand) {
 TEST_F(TreeOperations, AMissingFileIsMadeEmptyAndAnExistingOneKept) {
   Open();
   Select("Other");
-  EXPECT_EQ(world.model->AddExistingItem("/p/sub.c", nullptr), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/sub.c", nullptr), 1);
   EXPECT_EQ(world.FileText("/p/sub.c"), "");
   Select("Other");
   world.AddFile("/p/full.c", "full");
-  EXPECT_EQ(world.model->AddExistingItem("/p/full.c", nullptr), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/full.c", nullptr), 1);
   EXPECT_EQ(world.FileText("/p/full.c"), "full");
   Select("Other");
-  EXPECT_EQ(world.model->AddExistingItem("/nowhere/x.c", nullptr), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/nowhere/x.c", nullptr), 1);
   EXPECT_EQ(world.LogText(), "row 7 /nowhere/x.c\n");
   EXPECT_STREQ(world.Node("Other")->GetAttrValue("sate"), "32");
-  EXPECT_EQ(world.model->AddExistingItem("/p/a\nb.c", nullptr), 0);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/a\nb.c", nullptr), 0);
 }
 
 TEST_F(TreeOperations, AnApplicationIsAddedToTheProjectOnceWhateverIsSelected) {
@@ -93,16 +93,17 @@ TEST_F(TreeOperations, AnApplicationIsAddedToTheProjectOnceWhateverIsSelected) {
                 "Path=\".\\b.c\" /></Application>");
   Open();
   Select("main.c");
-  EXPECT_EQ(world.model->AddExistingItem("/p/boot", "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/boot", "Application"), 1);
   EXPECT_EQ(ProjectWorld::Show(*world.Application(1), {"Header", "Path", "Extern"}),
             "Application(Header=boot Path=/p/boot.tapp Extern=/p/boot.tapp)[C(Header=b.c "
             "Path=.\\b.c)]");
   EXPECT_STREQ(world.model->GetProjectRoot().GetAttrValue("ActiveApp"), "boot");
   EXPECT_EQ(world.model->GetActiveApplication(), world.Application(1));
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  EXPECT_EQ(world.model->AddExistingItem("/p/../p/BOOT.tapp", "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/../p/BOOT.tapp", "Application"), 1);
   EXPECT_EQ(world.Application(2), nullptr);
-  EXPECT_EQ(world.model->SetActiveApplication(world.Node("main.c")), 0) << "no application";
+  EXPECT_EQ(world.model->Publishing().SetActiveApplication(world.Node("main.c")), 0)
+      << "no application";
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_STREQ(world.model->GetProjectRoot().GetAttrValue("ActiveApp"), "boot");
   EXPECT_NE(world.Application(1), nullptr);
@@ -115,17 +116,17 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
       "<Kit Application='Yes' Extern='Yes' Path='Yes' Build='Yes' Extension='kapp;tapp' "
       "Header='Kit' />",
       g_xmlParseInfo);
-  world.model->types.Add(type);
+  world.model->Services().types.Add(type);
   for (const char* file : {"/p/a.TAPP", "/p/b.kapp", "/p/c.kapp"}) world.AddFile(file, "\n<Kit />");
   Open();
   for (const char* path : {"/p/a.TAPP", "/p/b.kapp", "/p/c"}) {
     world.model->SetCurrentNode(&world.model->GetProjectRoot());
-    EXPECT_EQ(world.model->AddExistingItem(path, "Kit"), 1) << path;
+    EXPECT_EQ(world.model->Items().AddExistingItem(path, "Kit"), 1) << path;
   }
   EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Extern"}),
             "Project[Application(Extern=/p/demo.tapp)[Group[C C] Group] Kit(Extern=/p/a.TAPP) "
             "Kit(Extern=/p/b.kapp) Kit(Extern=/p/c.kapp)]");
-  EXPECT_EQ(world.model->AddExistingItem("/p/sub/d.x", "Kit"), 0);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/sub/d.x", "Kit"), 0);
   // A new application whose extension differs from the type's is accepted without a question.
   wizard.fill = [](NewApplication& form) {
     form.createNewProject = true;
@@ -133,7 +134,7 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
     form.applicationName = "boot";
     return true;
   };
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Kit"), 1);
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Kit"), 1);
   EXPECT_EQ(ProjectWorld::Show(*world.Application(), {"Extern"}), "Kit(Extern=/new/boot.tapp)");
   EXPECT_THAT(wizard.lines,
               ElementsAre("/p/sub/ d.x 'Kit' this project", "/p/ Application0 'Kit' this project"));
@@ -143,7 +144,7 @@ TEST_F(TreeOperations, AnApplicationFileThatCannotBeReadIsNotOverwritten) {
   world.AddFile("/p/boot.tapp", "\n<Application><C Header=\"b.c\" /></Application>");
   Open();
   world.disk.FailOn("read", "/p/boot.tapp", ErrorCode::CannotOpen);
-  EXPECT_EQ(world.model->AddExistingItem("/p/boot.tapp", "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/boot.tapp", "Application"), 1);
   world.disk.ClearFailures();
   world.model->SaveProject();
   EXPECT_EQ(world.FileText("/p/boot.tapp"), "\n<Application><C Header=\"b.c\" /></Application>");
@@ -153,13 +154,13 @@ TEST_F(TreeOperations, TheDialogOffersWhatMayStandThere) {
   Open();
   Select("Other");
   user.files = {{"/p/x.c", "/p/y.h"}, {"/p/x.c"}};
-  EXPECT_EQ(world.model->BrowseAndAddFiles(), 1);
-  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/p");
-  EXPECT_EQ(world.model->AddExistingItem(nullptr, nullptr), 1);
-  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/p/x.c");
-  EXPECT_EQ(world.model->BrowseAndAddFiles(), 0);
+  EXPECT_EQ(world.model->Items().BrowseAndAddFiles(), 1);
+  EXPECT_EQ(world.model->State().lastBrowseFolder, "/p");
+  EXPECT_EQ(world.model->Items().AddExistingItem(nullptr, nullptr), 1);
+  EXPECT_EQ(world.model->State().lastBrowseFolder, "/p/x.c");
+  EXPECT_EQ(world.model->Items().BrowseAndAddFiles(), 0);
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  EXPECT_EQ(world.model->BrowseAndAddFiles(), 0);
+  EXPECT_EQ(world.model->Items().BrowseAndAddFiles(), 0);
   const std::string files = "files: row 4 %s %s %s (*.c;*.h;*.hpp)|*.c;*.h;*.hpp|";
   EXPECT_THAT(user.lines, ElementsAre(files + " in /p/", files + " in /p", files + " in /p/x.c",
                                       "files: row 5 %s %s %s (*.tapp)|*.tapp| in /p/x.c"));
@@ -169,13 +170,13 @@ TEST_F(TreeOperations, ASourceListReplacesTheContentOfADebuggedApplication) {
   constexpr const char* kTarget = "<DebugApp Application='Yes' Path='Yes' Debug='Yes' />";
   CXmlNode type;
   type.Load(kTarget, g_xmlParseInfo);
-  world.model->types.Add(type);
+  world.model->Services().types.Add(type);
   Open();
-  EXPECT_EQ(world.model->AddExistingItem("a.c", "DebugSrcFiles"), 0)
+  EXPECT_EQ(world.model->Items().AddExistingItem("a.c", "DebugSrcFiles"), 0)
       << "an application that builds";
   world.Application()->SetName("DebugApp");
-  EXPECT_EQ(world.model->AddExistingItem("", "DebugSrcFiles"), 0);
-  EXPECT_EQ(world.model->AddExistingItem("a.c\r\nb \"x\".c\nc\\\n", "debugsrcfiles"), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("", "DebugSrcFiles"), 0);
+  EXPECT_EQ(world.model->Items().AddExistingItem("a.c\r\nb \"x\".c\nc\\\n", "debugsrcfiles"), 1);
   EXPECT_EQ(
       ProjectWorld::Show(*world.Application(), {"Path", "Header", "Marker", "sate"}),
       "DebugApp(Path=/p/demo.tapp Header=demo)[NodeText(Path=c\\ Header=c\\ Marker=-1 sate=2) "
@@ -186,8 +187,8 @@ TEST_F(TreeOperations, ASourceListReplacesTheContentOfADebuggedApplication) {
 
 TEST_F(TreeOperations, TheDefaultProjectHoldsOneFile) {
   ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", 1), 1);
-  EXPECT_EQ(world.model->AddExistingItem("/p/a.c", nullptr), 1);
-  EXPECT_EQ(world.model->AddExistingItem("/p/b.c", nullptr), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/a.c", nullptr), 1);
+  EXPECT_EQ(world.model->Items().AddExistingItem("/p/b.c", nullptr), 1);
   EXPECT_EQ(Shape(), "demo[b.c]");
 }
 
@@ -196,17 +197,17 @@ TEST_F(TreeOperations, RemovingPrefersThePathAndTheLastMatch) {
   world.Node("led.c")->AddChild("Dependencies")->AddChild("D")->AddAttr("Path", "/p/main.c");
   world.Node("Other")->SetAttrValue("Header", "/p/main.c");
   Select("main.c");
-  EXPECT_EQ(world.model->RemoveItem("/p/MAIN.C"), 1);
+  EXPECT_EQ(world.model->Editor().RemoveItem("/p/MAIN.C"), 1);
   EXPECT_EQ(Shape(), "demo[Sources[led.c] /p/main.c]");
   EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("Sources"));
   Select("led.c");
-  EXPECT_EQ(world.model->RemoveItem("Sources"), 1) << "with the current node below it";
+  EXPECT_EQ(world.model->Editor().RemoveItem("Sources"), 1) << "with the current node below it";
   EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Application());
-  EXPECT_EQ(world.model->RemoveItem("nothing"), 0);
-  EXPECT_EQ(world.model->RemoveItem(""), 0);
+  EXPECT_EQ(world.model->Editor().RemoveItem("nothing"), 0);
+  EXPECT_EQ(world.model->Editor().RemoveItem(""), 0);
   EXPECT_TRUE(world.model->IsModified());
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  EXPECT_EQ(world.model->RemoveItem(nullptr), 1) << "the root stays";
+  EXPECT_EQ(world.model->Editor().RemoveItem(nullptr), 1) << "the root stays";
   EXPECT_EQ(Shape(), "demo[/p/main.c]");
 }
 
@@ -217,7 +218,8 @@ TEST_F(TreeOperations, TypesSayWhatMayStandWhere) {
       "<NBD InBuild='Yes' Debug='Yes'/></Types>";
   CXmlNode types;
   types.Load(kTypes, g_xmlParseInfo);
-  for (int i = 0; i < types.GetChildCount(); ++i) world.model->types.Add(*types.GetChild(i));
+  for (int i = 0; i < types.GetChildCount(); ++i)
+    world.model->Services().types.Add(*types.GetChild(i));
   const struct {
     const char* parent;
     const char* children;  // those it may contain, out of A B BD D N NB ND NBD
@@ -228,10 +230,11 @@ TEST_F(TreeOperations, TypesSayWhatMayStandWhere) {
     const auto parent = CXmlNode::CreateNode(row.parent);
     for (const char* name : {"A", "B", "BD", "D", "N", "NB", "ND", "NBD"}) {
       const auto child = CXmlNode::CreateNode(name);
-      if (world.model->CanContain(parent.get(), child.get())) allowed += std::string(name) + " ";
+      if (world.model->Types().CanContain(parent.get(), child.get()))
+        allowed += std::string(name) + " ";
     }
     EXPECT_EQ(allowed, row.children) << row.parent;
-    EXPECT_FALSE(world.model->CanContain(parent.get(), nullptr));
+    EXPECT_FALSE(world.model->Types().CanContain(parent.get(), nullptr));
   }
 }
 
@@ -239,14 +242,14 @@ TEST_F(TreeOperations, ACopyIsANodeOfItsNewPlace) {
   world.AddFile("/q/boot.tapp", "\n<Application Header=\"boot\" />");
   Open();
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  ASSERT_EQ(world.model->AddExistingItem("/q/boot.tapp", "Application"), 1);
+  ASSERT_EQ(world.model->Items().AddExistingItem("/q/boot.tapp", "Application"), 1);
   CXmlNode* led = world.Node("led.c");
   led->SetAttrValue("Path", ".\\led.c");  // like a node that was never published
   led->SetAttrValue("LastBuilt", "5");
   led->AddChild("PropState", "x");
   led->AddChild("Dependencies");
-  ASSERT_EQ(world.model->CopyNode(world.Node("Sources")), 1);
-  ASSERT_EQ(world.model->PasteNode(world.Application(1)), 1);
+  ASSERT_EQ(world.model->Editor().CopyNode(world.Node("Sources")), 1);
+  ASSERT_EQ(world.model->Editor().PasteNode(world.Application(1)), 1);
   const CXmlNode* copy = world.Node("led.c");
   ASSERT_NE(copy, led);
   EXPECT_STREQ(copy->GetAttrValue("Path"), "/p/led.c");
@@ -254,24 +257,24 @@ TEST_F(TreeOperations, ACopyIsANodeOfItsNewPlace) {
   for (const char* part : {"PropState", "Dependencies", "#CDATA"}) {
     EXPECT_EQ(copy->FindChild(part), nullptr) << part;
   }
-  ASSERT_EQ(world.model->CopyNode(world.Node("main.c")), 1);
-  ASSERT_EQ(world.model->PasteNode(led), 1) << "in front of a leaf";
+  ASSERT_EQ(world.model->Editor().CopyNode(world.Node("main.c")), 1);
+  ASSERT_EQ(world.model->Editor().PasteNode(led), 1) << "in front of a leaf";
   EXPECT_EQ(ProjectWorld::Labels(*world.Application(0)), "Sources[main.c main.c led.c] Other");
 }
 
 TEST_F(TreeOperations, AMoveLosesNothing) {
   Open();
   Select("led.c");
-  world.model->MoveNode(world.Node("led.c"), world.Node("Other"));
+  world.model->Editor().MoveNode(world.Node("led.c"), world.Node("Other"));
   EXPECT_EQ(Shape(), "demo[Sources[main.c] Other[led.c]]");
   EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("led.c"));
   const std::string before = Shape();
-  world.model->MoveNode(world.Node("Other"), world.Node("led.c"));
-  world.model->MoveNode(world.Node("Other"), world.Node("Other"));
-  world.model->MoveNode(world.Application(), world.Node("Other"));
+  world.model->Editor().MoveNode(world.Node("Other"), world.Node("led.c"));
+  world.model->Editor().MoveNode(world.Node("Other"), world.Node("Other"));
+  world.model->Editor().MoveNode(world.Application(), world.Node("Other"));
   EXPECT_EQ(Shape(), before) << "into itself";
   ASSERT_EQ(world.model->SaveProject(), 1);
-  world.model->MoveNode(world.Node("led.c"), &world.model->GetProjectRoot());
+  world.model->Editor().MoveNode(world.Node("led.c"), &world.model->GetProjectRoot());
   EXPECT_EQ(Shape(), before) << "where the types refuse it";
   EXPECT_TRUE(world.model->IsModified());
 }
@@ -279,13 +282,13 @@ TEST_F(TreeOperations, AMoveLosesNothing) {
 TEST_F(TreeOperations, AFolderIsKeptByASaveThoughItChangesNothing) {
   Open();
   Select("main.c");
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "group"), 1);
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "group"), 1);
   EXPECT_FALSE(world.model->IsModified());
   EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("New Folder"));
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_NE(world.Node("New Folder"), nullptr);
   ASSERT_EQ(world.model->CloseProject(), 1);
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Group"), 0) << "in no project";
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Group"), 0) << "in no project";
 }
 
 TEST_F(TreeOperations, ANewApplicationIsRefusedWithoutATrace) {
@@ -305,7 +308,7 @@ TEST_F(TreeOperations, ANewApplicationIsRefusedWithoutATrace) {
       form.applicationName = row.applicationName;
       return true;
     };
-    EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << row.name;
+    EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 0) << row.name;
     EXPECT_EQ(Shape(), before) << row.name;
   }
   EXPECT_THAT(wizard.lines, Contains("/p/ Application0 'Application' this project"));
@@ -321,9 +324,9 @@ TEST_F(TreeOperations, ANewApplicationJoinsTheProject) {
     form.configName = "Debug";
     return form.applicationName == "Application1";
   };
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 1);
   EXPECT_EQ(world.FileText("/p/Application1.tapp"), "(none)");
-  EXPECT_EQ(world.model->GetCurrentConfigName(), "Debug");
+  EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Debug");
   const std::vector<std::string> lines = world.host.TakeLines();
   EXPECT_THAT(lines, Contains("RunScript script 0"));
   EXPECT_EQ(lines.back(), "CreationEnded Tarn Project 0");
@@ -341,16 +344,17 @@ TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
     return true;
   };
   world.AddFile("/new/boot.tapp", "precious");
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "not to be overwritten";
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 0) << "not to be overwritten";
   EXPECT_EQ(world.FileText("/new/boot.tapp"), "precious");
   EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj");
   user.okCancel = {true, true};
   world.disk.FailOn("write", "/new/boot.tapp", ErrorCode::NoSpace);
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "nor lost to a full disk";
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 0)
+      << "nor lost to a full disk";
   EXPECT_EQ(world.FileText("/new/boot.tapp"), "precious");
   world.disk.ClearFailures();
   world.host.TakeLines();
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 1);
   EXPECT_EQ(world.FileText("/new/boot.tapp"),
             "\n<Application Header=\"boot\" Extern=\"/new/boot.tapp\" Path=\"/new/boot.tapp\" />");
   EXPECT_EQ(world.FileText("/new/boot.tapp.orig"), "precious");
@@ -382,9 +386,10 @@ TEST_F(TreeOperations, OnlyWhatTheCreationItselfAddsIsNotDebugged) {
   };
   // An action of the host while the old project is being closed.
   world.host.actions[kMsgProjectClosing] = [this] {
-    EXPECT_EQ(world.model->RemoveItem("led.c"), 1);
+    EXPECT_EQ(world.model->Editor().RemoveItem("led.c"), 1);
   };
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "demo.tapp is there already";
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 0)
+      << "demo.tapp is there already";
   MessageLoop::ForCurrentThread()->PumpUntil([] { return false; }, std::chrono::milliseconds(5));
   EXPECT_THAT(world.host.LinesOf(kMsgCommand), ElementsAre("273 33475 0"));
 }
@@ -392,7 +397,7 @@ TEST_F(TreeOperations, OnlyWhatTheCreationItselfAddsIsNotDebugged) {
 TEST_F(TreeOperations, AWizardThatIsCancelledLeavesTheDefaultMarkAsItWas) {
   Open();
   ASSERT_EQ(world.model->CloseProject(), 1);
-  EXPECT_EQ(world.model->NewProject(nullptr), 0);
+  EXPECT_EQ(world.model->Items().NewProject(nullptr), 0);
   EXPECT_FALSE(world.model->IsDefaultProject());
   EXPECT_THAT(wizard.lines, ElementsAre("/app/examples/ Application0 '' new project"));
 }
@@ -407,12 +412,12 @@ TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
     form.wizardPath = tool;
     return true;
   };
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 1);
   EXPECT_THAT(world.components.Tools().CallsOf("RunTool"), ElementsAre());
   runsTool = true;
   RecordingToolkit toolkit;
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
-  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 1);
   ASSERT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
   EXPECT_THAT(world.components.Tools().CallsOf("RunTool").front(),
               ::testing::StartsWith("RunTool /app/config/cobbler.xml \"\" <Values>"));

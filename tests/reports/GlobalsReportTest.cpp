@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "project/ProjectModel.h"
+#include "project/ProjectViews.h"
 #include "reports/GlobalsReportWnd.h"
 #include "reports/ReportDefinition.h"
 #include "reports/ReportWorld.h"
@@ -272,15 +272,15 @@ TEST_F(Globals, AMenuThatOutlivesTheWindowDoesNothing) {
             "Icon 20 | Name 80 | Definition 400 | -File 248 | -Line 40");
 }
 
-TEST_F(Globals, TheModelFindsSymbolsInTheLoadedTree) {
-  CProjectModel model(disk);
-  EXPECT_EQ(model.GetSymbolInfo("main"), "");
-  model.views.globals = window.get();
-  EXPECT_EQ(model.GetSymbolInfo("main"), "");
+TEST_F(Globals, TheViewsFindSymbolsInTheLoadedTree) {
+  ProjectViews views;
+  EXPECT_EQ(views.GetSymbolInfo("main"), "");
+  views.globals = window.get();
+  EXPECT_EQ(views.GetSymbolInfo("main"), "");
   disk.AddFile("/a.xml", "<g><f Header='main' DeclLine='7'/></g>");
-  model.views.LoadGlobals("/a.xml");
-  EXPECT_EQ(model.GetSymbolInfo("MAIN"), "\r\n<f Header=\"main\" DeclLine=\"7\" />");
-  EXPECT_EQ(model.GetSymbolInfo("other"), "");
+  views.LoadGlobals("/a.xml");
+  EXPECT_EQ(views.GetSymbolInfo("MAIN"), "\r\n<f Header=\"main\" DeclLine=\"7\" />");
+  EXPECT_EQ(views.GetSymbolInfo("other"), "");
 }
 
 }  // namespace

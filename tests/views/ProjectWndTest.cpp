@@ -31,7 +31,7 @@ class ProjectWindow : public ::testing::Test {
                                 "/app/config/resources/dependencies.bmp"}) {
       world.disk.AddFile(picture, TinyBitmap(18, 18));
     }
-    world.disk.AddFile(world.model->configFilePath,
+    world.disk.AddFile(world.model->Services().configFilePath,
                        "<Config><Types><Project /><Application /><Group /><C /></Types>"
                        "<PopupMenus><Sources /><Files /></PopupMenus></Config>");
     auto& defaults = world.components.Properties().defaults;
@@ -43,15 +43,15 @@ class ProjectWindow : public ::testing::Test {
   }
   ~ProjectWindow() override {
     window->ForgetModel();
-    world.model->views = {};
+    world.model->Services().views = {};
   }
 
   void Create() {
     window = std::make_unique<CProjectWnd>(world.disk, settings, *world.model,
                                            world.propertyManager, world.host.Handle());
-    world.model->views.project = window.get();
+    world.model->Services().views.project = window.get();
     window->Create(kStylePopup, {0, 0, 300, 400}, nullptr, 0);
-    window->LoadViewConfig(world.model->configFilePath);
+    window->LoadViewConfig(world.model->Services().configFilePath);
   }
   void Open() {
     ASSERT_EQ(world.OpenDemo(), 1);
@@ -154,11 +154,11 @@ TEST_F(ProjectWindow, TheTreeFollowsTheProject) {
 TEST_F(ProjectWindow, RemovalOfTheSelectedNodeByAnyRoadLeavesNoPointer) {
   const std::function<void()> roads[] = {
       [&] { Key(kKeyDelete); },
-      [&] { world.model->RemoveItem("Sources"); },
-      [&] { world.model->RemoveItem(".\\main.c"); },
+      [&] { world.model->Editor().RemoveItem("Sources"); },
+      [&] { world.model->Editor().RemoveItem(".\\main.c"); },
       [&] { world.model->CloseProject(); },
       [&] { world.model->SaveProject(); },
-      [&] { world.model->MoveNode(world.Node("Sources"), world.Node("Other")); },
+      [&] { world.model->Editor().MoveNode(world.Node("Sources"), world.Node("Other")); },
   };
   for (const auto& road : roads) {
     Open();
@@ -223,7 +223,7 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
       {"a report about another file",
        [&](CXmlNode& main) {
          world.Node("led.c")->SetAttrValue("OutputFile", "/p/led.o");
-         world.model->SetBuildInfo(
+         world.builder->Information().SetBuildInfo(
              nullptr,
              "<Files><File Header=\"/p/led.o\" Date=\"0\"><F Header=\"x.h\"/></File></Files>");
          EXPECT_NE(world.Node("led.c")->FindChild("Dependencies"), nullptr);
@@ -237,7 +237,7 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
        },
        "led.c in Sources"},
       {"removed", [&](CXmlNode&) { Key(kKeyDelete); }, "Sources in demo"},
-      {"moved", [&](CXmlNode& main) { world.model->MoveNode(&main, world.Node("Third")); },
+      {"moved", [&](CXmlNode& main) { world.model->Editor().MoveNode(&main, world.Node("Third")); },
        "main.c in Third"},
   };
   for (const auto& row : rows) {
@@ -300,15 +300,15 @@ TEST_F(ProjectWindow, HelpModeIsArmedByTheBarAndSpentByAClick) {
 
 TEST_F(ProjectWindow, PublishingRunsOnItsTimerAndHoldsTheOptions) {
   ASSERT_EQ(world.OpenDemo(), 1);
-  EXPECT_TRUE(world.model->HasUnpublished());
+  EXPECT_TRUE(world.model->Publishing().HasUnpublished());
   EXPECT_EQ(world.components.Properties().holds, 1);
-  world.model->SetPublishingSuspended(true);
+  world.model->Publishing().SetPublishingSuspended(true);
   clock.Advance(std::chrono::milliseconds(50));
-  EXPECT_TRUE(world.model->HasUnpublished());
-  world.model->SetPublishingSuspended(false);
+  EXPECT_TRUE(world.model->Publishing().HasUnpublished());
+  world.model->Publishing().SetPublishingSuspended(false);
   clock.Advance(std::chrono::milliseconds(10));
   clock.Advance(std::chrono::milliseconds(10));
-  EXPECT_FALSE(world.model->HasUnpublished());
+  EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_EQ(world.components.Properties().holds, 0);
 }
 
@@ -325,7 +325,7 @@ TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {
       [&] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
       [&] { OpenMenu(); },
       [&] { window->GetToolBar().NotifyButton(32776); },
-      [&] { world.model->RemoveItem("main.c"); },
+      [&] { world.model->Editor().RemoveItem("main.c"); },
       [&] { Key(kKeyDown); },
   };
   for (const auto& event : events) {
@@ -335,7 +335,7 @@ TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {
          {std::uint32_t{kMsgCommand}, std::uint32_t{kMsgShowPopupMenu},
           std::uint32_t{kMsgCurrentNodeChanged}}) {
       world.host.actions[message] = [&] {
-        world.model->views = {};
+        world.model->Services().views = {};
         window->DestroyWindow();
       };
     }

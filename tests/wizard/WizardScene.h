@@ -16,7 +16,7 @@ class WizardScene {
   WizardScene() {
     CXmlNode program;
     program.Load("<Program Application='YES' Header='Program' />", g_xmlParseInfo);
-    world.model->types.Add(program);
+    world.model->Services().types.Add(program);
     world.disk.AddFile(
         "/app/targets/chips.xml",
         "<Targets Header='Chips'>"
@@ -52,7 +52,7 @@ class WizardScene {
            "', tool '" + application.wizardPath + (application.useCobbler ? "' runs" : "'");
   }
   // Sets the window whose user is asked.
-  void SetAsked(WindowHandle window) { world.model->mainframeHandle = window; }
+  void SetAsked(WindowHandle window) { world.model->Services().mainframeHandle = window; }
   void SetTool(const char* value) { settings.WriteProfile("Project", "UseCobbler", value); }
   std::string Profile() const {
     return settings.ReadProfile("Project", "UseCobbler", "none") + " " +

@@ -10,14 +10,14 @@
 
 namespace tarn {
 
-class CProjectModel;
+class Builder;
 
-// State shared by the worker thread and the model. Everything except `alive` is set before the
+// State shared by the worker thread and the builder. Everything except `alive` is set before the
 // thread starts and afterwards, unless noted otherwise, accessed only by tasks that the worker
 // posts to the main thread.
 struct WorkerControl {
   std::shared_ptr<MessageLoop> loop;  // of the main thread
-  CProjectModel* model = nullptr;
+  Builder* builder = nullptr;
   CXmlNode* node = nullptr;  // root of the build
   bool isBuild = true;       // a build walk rather than a single tool
   CXmlNode* notedApplication = nullptr;

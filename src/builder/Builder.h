@@ -1,0 +1,117 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "builder/BuildCommands.h"
+#include "builder/BuildInformation.h"
+#include "builder/StaleVerdict.h"
+#include "project/BuildControl.h"
+#include "project/ProjectModel.h"
+#include "widgets/MessageLoop.h"
+
+namespace tarn {
+
+class BuildWalk;
+struct WorkerControl;
+
+// Builds the project of a model: synchronously, or on a single worker thread. One per model.
+//
+// Calling sequence: construct it after the model, which it registers with (see BuildControl), and
+// destroy it first. StartBuildThread or BuildHere starts a build; CanStartOperation and the queries
+// of the worker tell other operations whether one is running.
+//
+// Threads: everything runs on the main thread (the one that created the builder), except where the
+// worker is mentioned; see BuildWorker.cpp. Errors: operations return 1 if done and 0 if not; the
+// reasons are in the log.
+class Builder : public IBuildControl {
+ public:
+  // `projectModel` is borrowed.
+  explicit Builder(CProjectModel& projectModel);
+  // Requests a running worker to stop and runs its posted tasks until it has ended.
+  ~Builder();
+  Builder(const Builder&) = delete;
+  Builder& operator=(const Builder&) = delete;
+
+  CProjectModel& GetModel() { return model; }
+  BuildInformation& Information() { return information; }
+
+  // Run on the calling thread until done, and return 1 on success. A null node means the current
+  // one.
+  std::int32_t BuildNode(CXmlNode* node, std::int32_t mode);
+  std::int32_t TranslateNode(CXmlNode* node);
+  std::int32_t RunToolOnNode(CXmlNode* node, const std::string& tool);
+  // Builds the current node synchronously on the calling thread. Returns 0 also while a worker is
+  // running.
+  std::int32_t BuildHere();
+  // Returns true if the node and its descendants are up to date. Checks the files again unless a
+  // build is running.
+  bool IsNodeUpToDate(CXmlNode* node);
+  // Returns why `node` itself, regardless of its children, is out of date; the reason is None if it
+  // is up to date. Uses cached file times; see ForgetFileTimes.
+  StaleVerdict ExamineNode(CXmlNode& node);
+
+  // Starts a worker for a BuildMode, a WorkerCommand or a dynamic command. Returns 0 if another
+  // operation is running, the project is protected because of damage, or no thread can be created.
+  // The host is notified of the end with kMsgWorkerEnded.
+  std::int32_t StartBuildThread(std::int32_t command);
+  // Requests the running build to stop. Thread-safe, like GetBuildState.
+  void RequestStop();
+  std::int32_t GetBuildState();
+  // Returns true if called from a task of the worker, which is blocked until the task returns.
+  bool IsInWorkerStep() const;
+  // Returns true if the worker can't end before the caller returns: the caller runs inside a task
+  // of the worker, or inside a host's handler of a message sent by a running tool.
+  bool IsWorkerWaiting() const;
+  // Runs the task that a worker has posted, if there is one and none is running.
+  void ServeWorker();
+  // Requests a running worker to stop and runs its tasks until it has ended. The host receives no
+  // more messages from it.
+  void StopAndWait();
+  // Runs `work` on the main thread after the running worker has sent its last message.
+  void RunAfterWorker(std::function<void()> work);
+  // Records that the running walk itself is about to select this node, so that the selection isn't
+  // taken for one by the user.
+  void NoteChosenByWalk(const CXmlNode& node);
+
+  // IBuildControl implementation.
+  std::int32_t CanStartOperation() override;
+  bool IsWorkerAlive() const override;
+  bool IsBuildingHere() const override { return walksHere > 0; }
+  CXmlNode* GetNotedNode() override;
+  void NoteSelected(CXmlNode* node) override;
+  void NotePublished(CXmlNode& node) override;
+  void NoteUnpublished() override;
+  void ForgetNode(const CXmlNode& node) override;
+  void RestoreRecords(CXmlNode& application) override;
+  void CloseJournal() override;
+
+ private:
+  void RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch);
+  std::int32_t RunWalkHere(BuildWalk& walk);
+  void EndUnstartedWorker(const std::string& reason);
+  static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
+  bool EndWorker();
+
+  CProjectModel& model;
+  ProjectServices& services;
+  ProjectState& state;
+  BuildInformation information;
+
+  std::mutex buildLock;  // guards buildState only
+  std::int32_t buildState = StateIdle;
+  std::int32_t buildCommand = 0;
+  std::shared_ptr<MessageLoop> loop;  // of the main thread
+  std::shared_ptr<WorkerControl> worker;
+  CXmlNode* notedHere = nullptr;  // current node at the start of a synchronous build
+  int walksHere = 0;              // number of nested synchronous builds
+  std::unique_ptr<BuildWalk> workerWalk;
+};
+
+// Returns the name of a BuildMode in messages.
+std::string GetOperationText(std::int32_t mode);
+
+}  // namespace tarn

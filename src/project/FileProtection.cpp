@@ -1,0 +1,77 @@
+#include "project/FileProtection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "output/MessageTable.h"
+#include "platform/text/Text.h"
+#include "widgets/Dialogs.h"
+
+namespace tarn {
+
+FileProtection::FileProtection(ProjectServices& projectServices, const ProjectState& projectState,
+                               const ProjectPaths& projectPaths)
+    : services(projectServices),
+      files(projectServices.files),
+      state(projectState),
+      paths(projectPaths),
+      guard(files),
+      trust(files),
+      editLock(files, trust) {}
+
+void FileProtection::BeginOpen(bool isOther) {
+  if (isOther) guard.ForgetAll();
+  Forget();
+  // After a failure, the placeholder project is opened; it must not clear the damage.
+  if (!state.IsDefaultProject()) failedDamage.clear();
+}
+
+void FileProtection::KeepFailedDamage() {
+  if (!state.IsDefaultProject()) failedDamage = std::exchange(damage, {});
+}
+
+void FileProtection::Forget() {
+  guard.Forget();
+  damage.clear();
+}
+
+// Logged rather than sent as messages: hosts can query the damage.
+void FileProtection::SetDamageOf(const std::string& absolute, std::vector<FileDamage> found) {
+  std::erase_if(damage, [&](const FileDamage& each) { return each.file == absolute; });
+  for (FileDamage& each : found) AddDamage(std::move(each));
+}
+
+void FileProtection::AddDamage(FileDamage found) {
+  services.output->AddOutput(found.ToString());
+  // The placeholder project contains nothing of the user's.
+  if (state.isDefaultProject == 0) damage.push_back(std::move(found));
+}
+
+std::vector<FileText> FileProtection::GetBaseTexts() const {
+  std::vector<FileText> texts;
+  for (const auto& [path, text] : guard.GetKnown()) texts.push_back({path, text});
+  return texts;
+}
+
+bool FileProtection::MayOverwrite(const std::string& path) const {
+  const std::string question =
+      FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{path});
+  return AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord));
+}
+
+bool FileProtection::PutAsideReplaced(const std::string& path) {
+  std::string copy;
+  CopyReason reason = CopyReason::None;
+  Status kept = files.CheckWritable(path);
+  if (files.IsFolder(path)) kept = Error{ErrorCode::NotAFile, "it is a folder", path};
+  if (kept) kept = guard.PutAside(path, copy, reason);
+  if (!kept) {
+    services.output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
+    return false;
+  }
+  // Not a message to the host: the user was asked before.
+  if (!copy.empty()) services.output->AddOutput("The file that was replaced is kept as " + copy);
+  return true;
+}
+
+}  // namespace tarn

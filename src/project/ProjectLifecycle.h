@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/files/FileTexts.h"
+#include "project/DerivedData.h"
+#include "project/FileProtection.h"
+#include "project/HostLink.h"
+#include "project/Importer.h"
+#include "project/ProjectPaths.h"
+#include "project/ProjectServices.h"
+#include "project/ProjectState.h"
+#include "project/Publisher.h"
+#include "project/ReplacedFiles.h"
+#include "project/TreeLoader.h"
+#include "project/TreeSaver.h"
+
+namespace tarn {
+
+// The parts that opening and closing a project puts to work.
+struct LifecycleParts {
+  ProjectServices& services;
+  ProjectState& state;
+  const ProjectPaths& paths;
+  HostLink& host;
+  FileProtection& protection;
+  DerivedData& derived;
+  TreeLoader& loader;
+  TreeSaver& saver;
+  Publisher& publisher;
+  Importer& importer;
+};
+
+// Opens, closes, saves and creates projects. A save is a close followed by an open. Borrows
+// everything; main thread only. Errors are reported to the log; a handler of a message may open or
+// close a project in the meantime, and the operation then ends with 0.
+class ProjectLifecycle {
+ public:
+  explicit ProjectLifecycle(const LifecycleParts& parts)
+      : services(parts.services),
+        files(parts.services.files),
+        types(parts.services.types),
+        views(parts.services.views),
+        state(parts.state),
+        paths(parts.paths),
+        host(parts.host),
+        protection(parts.protection),
+        guard(parts.protection.Guard()),
+        derived(parts.derived),
+        loader(parts.loader),
+        saver(parts.saver),
+        publisher(parts.publisher),
+        importer(parts.importer) {}
+
+  // Opens a project after closing the current one. A null `path` asks the user; a file that is not
+  // a *.tprj is imported. A nonzero `isDefault` opens the placeholder project. Returns 0 if a
+  // close, a build or the user prevents the open, if the file can't be read, and if a handler
+  // opened or closed a project in the meantime.
+  std::int32_t OpenProject(const char* path, std::int32_t isDefault);
+  // Asks the host for consent, saves a modified project unless it is protected because of damage,
+  // and frees the tree. Returns 0 if the host refuses or a build is running. Files that could not
+  // be saved do not prevent the close; see TreeSaver::GetSavedFiles.
+  std::int32_t CloseProject();
+  // Saves the project by closing and reopening it. If some files could not be written, reopens it
+  // with their content as unsaved changes and returns 0.
+  std::int32_t SaveProject();
+  // Writes an empty project file without opening it. Backs up a file that it replaces.
+  std::int32_t CreateProjectFile(const std::string& path, std::int32_t askOverwrite);
+
+  // Applies a change of these files to the open project, in memory only (ApplyChange.cpp); see
+  // CProjectInspector. Returns the reasons for a failure; empty on success.
+  std::vector<std::string> ApplyChange(const std::vector<FileText>& before,
+                                       const std::vector<FileText>& after);
+  // The next project is opened from `texts` instead of its files, as unsaved changes: a later save
+  // merges them with the files as they are by then. `bases` are the contents on which the changes
+  // were made; a new file has none.
+  void StageFiles(const std::vector<FileText>& texts, const std::vector<FileText>& bases);
+
+ private:
+  std::int32_t LoadProject(std::uint64_t opened);
+  bool AnnounceApplications(std::uint64_t opened);
+  bool MakeOptionsReady(std::uint64_t opened);
+  void DiscardTree();
+  void WriteAndEmpty();
+  void ReportSave();
+  std::string AskForProject();
+  // Returns 1 even if the converted project could not be opened.
+  std::int32_t ImportOldProject(const std::string& path);
+  std::vector<std::string> MergeChange(const std::vector<FileText>& before,
+                                       const std::vector<FileText>& after, ReplacedFiles& result);
+  bool Reload(const std::string& path, const ReplacedFiles& texts);
+  bool HoldsWhatIsSaved();
+
+  ProjectServices& services;
+  FileSystem& files;
+  const NodeTypes& types;
+  const ProjectViews& views;
+  ProjectState& state;
+  const ProjectPaths& paths;
+  HostLink& host;
+  FileProtection& protection;
+  FileGuard& guard;
+  DerivedData& derived;
+  TreeLoader& loader;
+  TreeSaver& saver;
+  Publisher& publisher;
+  Importer& importer;
+  std::unique_ptr<ReplacedFiles> staged;  // for the next open
+};
+
+}  // namespace tarn
