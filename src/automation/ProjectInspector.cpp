@@ -251,7 +251,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetSharedOutputs>("GetSharedOutputs", TARN_INS_GET_SHARED_OUTPUTS,
                                    {"application"}),
       Method<&I::SetTrustedFolders>("SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"folders"}),
-      Method<&I::SetStateFolder>("SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"folder"}),
+      Method<&I::SetStateFolder>("SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"folders"}),
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}),
       Method<&I::CheckScript>("CheckScript", TARN_INS_CHECK_SCRIPT, {"path"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", TARN_INS_SET_NEW_PROJECT_FOLDER,
@@ -568,10 +568,10 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
   return 1;
 }
 
-std::int32_t CProjectInspector::SetStateFolder(const char* folder) {
+std::int32_t CProjectInspector::SetStateFolder(const char* folders) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SetStateFolder(TextOf(folder));
+  model->SetStateFolder(TextOf(folders));
   return 1;
 }
 

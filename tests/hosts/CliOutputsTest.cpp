@@ -159,6 +159,11 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
       {"Build.ListingFile", "app.tapp.orig2", "app.tapp.orig2", "src/a.c"},
       {"Linker.MapFile", "demo.tprj", "demo.tprj"},
       {"Linker.MapFile", "../settings/state/trusted", "settings/state/trusted"},
+      {"Linker.MapFile", "../settings/user/registry.ini", "settings/user/registry.ini"},
+      {"Linker.MapFile", ".git/config", ".git/config"},
+      {"Build.OutputFile", "sub/.Hg/hgrc", "sub/.Hg/hgrc", "src/a.c"},
+      {"Build.OutputFile", "control/x.o", "control/x.o", "src/a.c"},
+      {"C.Compiler.Extra", "-Wa,-adhlns=.svn/wc.db", ".svn/wc.db"},
       {"Linker.Extra", "-Wl,-Map=app.tapp", "app.tapp"},
       {"C.Compiler.Extra", "-Wa,-adhlns=demo.tlog", "demo.tlog"},
   };
@@ -166,6 +171,8 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
   project.Trust();
   project.Out({"build"});
   fs::create_symlink("demo.tstate", project.PathOf("link.o"));
+  project.Edit(".git/config", "[core]");
+  fs::create_directory_symlink(".git", project.PathOf("control"));
   for (const auto& row : rows) {
     SCOPED_TRACE(row.option + std::string(" = ") + row.value);
     std::vector<std::string> change{"options", "set"};
