@@ -104,6 +104,8 @@ class PlanMaker : public TemplateValues {
         return spelledFolder;
       case OwnName::Item:
         return item;
+      case OwnName::ItemName:
+        return FileNameOf(item);
       case OwnName::LinkTime:
         return isLinkTime ? "Yes" : "";
     }
@@ -119,7 +121,9 @@ class PlanMaker : public TemplateValues {
       if (isMade) break;
       const std::vector<std::string> words = ExpandArguments(command, job.disk).words;
       isMade = std::any_of(words.begin(), words.end(), asks);
-      if (rule.isForArguments) AddByProductsOf(rule, command.folder, words);
+      if (!rule.isForArguments) continue;
+      if (isMade || rule.with.empty()) AddByProductsOf(rule, command.folder, words);
+      isMade = false;
     }
     if (!isMade) return;
     for (const std::string& path : Paths({rule.file})) AddByProduct(path);
@@ -140,14 +144,10 @@ class PlanMaker : public TemplateValues {
       plan.byProducts.push_back(Spelled(path));
       return;
     }
-    const std::string start = Spelled(path.substr(0, path.size() - 1));
-    const std::string above = FolderOf(start);
+    plan.byProductStarts.push_back(Spelled(path.substr(0, path.size() - 1)));
     if (job.disk == nullptr) return;
-    const auto list = job.disk->ListFolder(above);
-    if (!list) return;
-    for (const FolderEntry& entry : *list) {
-      std::string full = JoinPath(above, entry.name);
-      if (!entry.isFolder && full.starts_with(start)) plan.byProducts.push_back(std::move(full));
+    for (std::string& each : FindFilesThatStart(*job.disk, plan.byProductStarts.back())) {
+      plan.byProducts.push_back(std::move(each));
     }
   }
 
@@ -379,6 +379,18 @@ class NoValues : public TemplateValues {
 
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job) {
   return PlanMaker(tool, job).Make();
+}
+
+std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start) {
+  std::vector<std::string> paths;
+  const std::string folder = FolderOf(start);
+  const auto list = disk.ListFolder(folder);
+  if (!list) return paths;
+  for (const FolderEntry& entry : *list) {
+    std::string path = JoinPath(folder, entry.name);
+    if (!entry.isFolder && path.starts_with(start)) paths.push_back(std::move(path));
+  }
+  return paths;
 }
 
 std::string BaseFolderOf(const OptionValues& values, const std::string& fallback,

@@ -47,7 +47,8 @@ struct ToolPlan {
   std::string sizeFile;
   std::string globals;  // empty if the tool produces none
   std::vector<std::string> products;
-  std::vector<std::string> byProducts;  // files that a run may produce
+  std::vector<std::string> byProducts;       // files that a run may produce
+  std::vector<std::string> byProductStarts;  // beginnings of paths of further such files
   // Products that contain names generated at random by the programs, and the patterns of these
   // names.
   std::vector<std::pair<std::string, std::vector<std::string>>> randomNames;
@@ -67,6 +68,9 @@ struct ToolPlan {
 // Expands a definition for a job. Never fails: errors are listed in the plan's `problems`. Starts
 // no process and writes nothing.
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);
+
+// Returns the files whose absolute paths start so. Returns none if their folder can't be listed.
+std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start);
 
 // Returns the folder that relative names in a node's options refer to, or `fallback` if the values
 // do not specify it.

@@ -21,7 +21,8 @@ constexpr std::string_view kShippedMessages = "messages.tools";
 // Reads the elements of one tool; the first error is available from Error().
 class ToolReader : public ElementReader {
  public:
-  explicit ToolReader(const NamedMessageRules& messages) : knownMessages(messages) {}
+  ToolReader(const NamedMessageRules& messages, const NamedHarmlessFlags& harmless)
+      : knownMessages(messages), knownHarmless(harmless) {}
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
@@ -30,7 +31,8 @@ class ToolReader : public ElementReader {
         {"Name",     "Title",       "Hint",         "Extensions",     "Messages",     "Output",
          "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
-         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays"});
+         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
+         "Harmless", "LoadsFrom"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -45,6 +47,8 @@ class ToolReader : public ElementReader {
     tool->reads = SplitOptionList(Text(node, "Reads"));
     tool->runs = ReadPatterns(Text(node, "Runs"));
     tool->strays = ReadPatterns(Text(node, "Strays"));
+    tool->loadsFrom = SplitOptionList(Text(node, "LoadsFrom"));
+    ReadHarmless(Text(node, "Harmless"));
     for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
       const std::size_t space = std::min(entry.find(' '), entry.size());
       tool->loads.push_back(
@@ -97,6 +101,17 @@ class ToolReader : public ElementReader {
         tool->messages.push_back(found->second);
       } else if (missingMessages.empty()) {
         missingMessages = name;
+      }
+    }
+  }
+
+  void ReadHarmless(const std::string& names) {
+    for (const std::string& name : SplitWords(names)) {
+      const auto found = knownHarmless.find(name);
+      if (found == knownHarmless.end()) {
+        Fail("no Harmless is named " + name);
+      } else {
+        tool->harmless.Add(found->second);
       }
     }
   }
@@ -319,6 +334,7 @@ class ToolReader : public ElementReader {
   }
 
   const NamedMessageRules& knownMessages;
+  const NamedHarmlessFlags& knownHarmless;
   std::string missingMessages;
   std::unique_ptr<ToolDefinition> tool;
 };
@@ -341,28 +357,32 @@ void ParseFile(const DefinitionFile& file, ParsedFile& parsed, ReadDefinitions& 
   if (into.lostFile.empty()) into.lostFile = fault;
 }
 
-void ReadMessageLists(const ParsedFile& file, ReadDefinitions& into) {
+// Reads all elements of this name, which are lists that tools refer to.
+template <class Reader, class Lists>
+void ReadLists(const ParsedFile& file, const char* element, Lists& lists,
+               std::vector<std::string>& errors) {
   for (const CXmlNode* child : file.root.GetChildren()) {
-    if (child->NameView() != "Messages") continue;
-    MessageRulesReader reader;
-    auto rules = reader.ReadList(*child);
+    if (child->NameView() != element) continue;
+    Reader reader;
+    auto list = reader.ReadList(*child);
     const std::string name = TextOf(child->GetAttrValue("Name"));
     if (reader.Error().empty()) {
-      into.messages[name] = std::move(rules);
+      lists[name] = std::move(list);
     } else {
-      into.errors.push_back(file.name + ": messages " + name + ": " + reader.Error());
+      errors.push_back(file.name + ": " + FoldCase(element) + " " + name + ": " + reader.Error());
     }
   }
 }
 
 void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessages& leftOut) {
   for (const CXmlNode* child : file.root.GetChildren()) {
-    if (child->GetType() != XmlElement || child->NameView() == "Messages") continue;
-    if (child->NameView() != "Tool") {
+    const std::string_view name = child->NameView();
+    if (child->GetType() != XmlElement || name == "Messages" || name == "Harmless") continue;
+    if (name != "Tool") {
       into.errors.push_back(file.name + ": unknown element " + child->GetName());
       continue;
     }
-    ToolReader reader(into.messages);
+    ToolReader reader(into.messages, into.harmless);
     auto tool = reader.Read(*child);
     if (!reader.Error().empty()) {
       into.errors.push_back(file.name + ": " + tool->name + ": " + reader.Error());
@@ -392,7 +412,10 @@ ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
   ReadDefinitions read;
   std::vector<ParsedFile> parsed(files.size());
   for (std::size_t i = 0; i < files.size(); ++i) ParseFile(files[i], parsed[i], read);
-  for (const ParsedFile& file : parsed) ReadMessageLists(file, read);
+  for (const ParsedFile& file : parsed) {
+    ReadLists<MessageRulesReader>(file, "Messages", read.messages, read.errors);
+    ReadLists<HarmlessFlagsReader>(file, "Harmless", read.harmless, read.errors);
+  }
   ToolsWithoutMessages leftOut;
   for (const ParsedFile& file : parsed) ReadTools(file, read, leftOut);
   const bool hasShippedFile = std::any_of(files.begin(), files.end(), [](const auto& file) {

@@ -16,11 +16,13 @@ struct DefinitionFile {
   std::string text;
 };
 
+using NamedHarmlessFlags = std::map<std::string, HarmlessFlags, std::less<>>;
 using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRules>, std::less<>>;
 
 // Result of reading definition files.
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
+  NamedHarmlessFlags harmless;
   NamedMessageRules messages;       // if two lists have the same name, the later one wins
   std::vector<std::string> errors;  // usually "file: tool: what is wrong"
   std::string lostFile;             // the first error that lost a whole file; empty if none

@@ -51,22 +51,28 @@ class Expander {
 
  private:
   void Add(const std::string& word) {
-    const bool isPassedOn =
-        word.size() > 3 && word.starts_with("-W") && (word[3] == ',' || word[3] == '-');
-    if (isPassedOn) {
+    // Programs that arguments are passed on to don't interpret these flags.
+    const bool isCompilers = receiver == ' ' && splitReceiver == ' ';
+    if (isCompilers && PassesParts(word)) {
+      splitReceiver = word[2];
       for (const std::string_view part : Split(std::string_view(word).substr(3), ',')) {
-        receiver = word[2];
         if (!part.empty()) Add(std::string(part));
       }
-      receiver = ' ';
+      splitReceiver = ' ';
     } else if (word.starts_with('@') && word.size() > 1 && AddResponse(word.substr(1))) {
       return;
-    } else if (word == "-Xlinker" || word == "-Xassembler" || word == "-Xpreprocessor") {
+    } else if (isCompilers &&
+               (word == "-Xlinker" || word == "-Xassembler" || word == "-Xpreprocessor")) {
       receiver = word[2];
     } else {
       given.words.push_back(word);
-      given.receivers += std::exchange(receiver, ' ');
+      const char next = std::exchange(receiver, ' ');
+      given.receivers += splitReceiver == ' ' ? next : splitReceiver;
     }
+  }
+
+  static bool PassesParts(const std::string& word) {
+    return word.size() > 3 && word.starts_with("-W") && (word[3] == ',' || word[3] == '-');
   }
 
   // Reads each file once, so that files that refer to each other don't cause an endless loop.
@@ -85,7 +91,8 @@ class Expander {
   const ToolCommand& command;
   FileSystem* const disk;
   GivenArguments given;
-  char receiver = ' ';  // of the next word
+  char receiver = ' ';       // of the next word
+  char splitReceiver = ' ';  // of the words in a flag like "-Wl,a,b", and in files that they name
 };
 
 }  // namespace

@@ -118,13 +118,16 @@ class AccessFinder {
       AddWrite(path);
     }
     const GivenArguments given = ExpandArguments(command, world_.files);
+    isChecked_ = !tool_.harmless.IsEmpty() && TakesOptions(*command.rule);
     for (std::size_t i = 0; i < given.words.size(); ++i) {
-      AddWord(given.words, i);
+      AddCode(given, i);
+      AddFiles(given.words, i);
       if (LacksValue(given, i)) AddUnknownWrite(given, i);
     }
     // Flags that pass arguments on, which `words` no longer contains.
     for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
-      if (command.arguments[i].starts_with("-W")) AddStray(command.arguments, i);
+      const std::string& word = command.arguments[i];
+      if (word.starts_with("-W") && IsStray(command.arguments, i)) AddStray(word);
     }
   }
 
@@ -159,9 +162,58 @@ class AccessFinder {
     if (!found.empty()) access_.programs.push_back(AbsolutePath(world_.files, folder_, found));
   }
 
-  void AddWord(const std::vector<std::string>& words, std::size_t at) {
+  // An entry for exactly this argument is more certain than patterns that it happens to fit.
+  void AddCode(const GivenArguments& given, std::size_t at) {
+    const auto& words = given.words;
     const std::string& word = words[at];
-    AddStray(words, at);
+    const FlagFit fit = FitOf(given, at);
+    AddFolderOfCode(words, at);
+    if (IsFlag(word) &&
+        (LoadsCode(words, at) || (fit != FlagFit::Whole && FitsPattern(tool_.runs, words, at)))) {
+      access_.code.push_back("code with the argument " + word);
+    } else if (fit != FlagFit::Whole && IsStray(words, at)) {
+      AddStray(word);
+    } else if (fit == FlagFit::None) {
+      access_.code.push_back("the tool with the argument " + word);
+    }
+  }
+
+  // Arguments of a link get into a makefile with link-time optimization. A response file that can't
+  // be read may exist as soon as another tool has written it.
+  FlagFit FitOf(const GivenArguments& given, std::size_t at) const {
+    const std::string& word = given.words[at];
+    if (!isChecked_) return FlagFit::Start;
+    const bool isUnsafe = std::any_of(word.begin(), word.end(), [this](char c) {
+      const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+      const bool isForShell = c == '$' || c == '`' || c == '\'';
+      return isControl || (isForShell && !tool_.libraries.empty());
+    });
+    if (isUnsafe || (word.size() > 1 && word.front() == '@')) return FlagFit::None;
+    return word.starts_with('-') ? tool_.harmless.Find(given, at) : FlagFit::Start;
+  }
+
+  void AddFolderOfCode(const std::vector<std::string>& words, std::size_t at) {
+    const std::string* const flag = FindFlag(tool_.loadsFrom, words[at]);
+    if (flag == nullptr) return;
+    for (const std::string& folder : ValuesOf({*flag}, Pair(words, at))) {
+      access_.programs.push_back(AbsolutePath(world_.files, folder_, folder));
+    }
+  }
+
+  static bool TakesOptions(const StepRule& step) {
+    return std::any_of(step.arguments.begin(), step.arguments.end(), [](const ArgumentRule& rule) {
+      return !rule.value.GetOptionMacros().empty() || !rule.list.GetOptionMacros().empty();
+    });
+  }
+
+  // Returns the argument and the next one, which may be its value.
+  static std::vector<std::string> Pair(const std::vector<std::string>& words, std::size_t at) {
+    const auto first = words.begin() + static_cast<std::ptrdiff_t>(at);
+    return {first, words.end() - first > 2 ? first + 2 : words.end()};
+  }
+
+  void AddFiles(const std::vector<std::string>& words, std::size_t at) {
+    const std::string& word = words[at];
     if (!IsFlag(word)) {
       // After a flag, the word may be the flag's value.
       if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) {
@@ -169,7 +221,6 @@ class AccessFinder {
       }
       return;
     }
-    if (RunsCode(words, at)) access_.code.push_back("code with the argument " + word);
     // The name of a file may start with a dash, too.
     if (at > 0 && IsWritingFlag(words[at - 1])) AddUnlessInput(word, true);
     if (Reads(word)) return;
@@ -184,9 +235,12 @@ class AccessFinder {
     }
   }
 
-  void AddStray(const std::vector<std::string>& words, std::size_t at) {
-    if (!FitsPattern(tool_.strays, words, at) || IsOwn(words[at])) return;
-    access_.code.push_back("the tool with the argument " + words[at] +
+  bool IsStray(const std::vector<std::string>& words, std::size_t at) const {
+    return FitsPattern(tool_.strays, words, at) && !IsOwn(words[at]);
+  }
+
+  void AddStray(const std::string& word) {
+    access_.code.push_back("the tool with the argument " + word +
                            ", which writes files of other names");
   }
 
@@ -235,13 +289,10 @@ class AccessFinder {
     if (!IsInput(path)) AddWrite(path, isCertain);
   }
 
-  bool RunsCode(const std::vector<std::string>& words, std::size_t at) const {
-    if (FitsPattern(tool_.runs, words, at)) return true;
-    const auto first = words.begin() + static_cast<std::ptrdiff_t>(at);
-    const std::vector<std::string> near(first, std::min(first + 2, words.end()));
+  bool LoadsCode(const std::vector<std::string>& words, std::size_t at) const {
     return std::any_of(tool_.loads.begin(), tool_.loads.end(), [&](const LoadRule& rule) {
-      if (!first->starts_with(rule.flag)) return false;
-      const std::vector<std::string> values = ValuesOf({rule.flag}, near);
+      if (!words[at].starts_with(rule.flag)) return false;
+      const std::vector<std::string> values = ValuesOf({rule.flag}, Pair(words, at));
       return std::any_of(values.begin(), values.end(), [&](const std::string& value) {
         const std::string path = AbsolutePath(world_.files, folder_, rule.place + value);
         return HasSeparator(value) || world_.files->Exists(path);
@@ -253,8 +304,9 @@ class AccessFinder {
   const ToolDefinition& tool_;
   const ToolJob& job_;
   std::vector<std::string> reads_;
-  std::string output_;  // of the run
-  std::string folder_;  // working folder of the current command
+  std::string output_;      // of the run
+  std::string folder_;      // working folder of the current command
+  bool isChecked_ = false;  // its flags must be known as harmless
   RunAccess access_;
   std::unordered_map<std::string, std::size_t> writes_;  // indexes in access_.writes, by path
 };

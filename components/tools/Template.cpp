@@ -7,7 +7,7 @@ namespace tarn::tools {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, OwnName>, 8> kOwnNames{{
+constexpr std::array<std::pair<std::string_view, OwnName>, 9> kOwnNames{{
     {"File", OwnName::File},
     {"Output", OwnName::Output},
     {"OutputBase", OwnName::OutputBase},
@@ -15,6 +15,7 @@ constexpr std::array<std::pair<std::string_view, OwnName>, 8> kOwnNames{{
     {"Rules", OwnName::Rules},
     {"Folder", OwnName::Folder},
     {"Item", OwnName::Item},
+    {"ItemName", OwnName::ItemName},
     {"LinkTime", OwnName::LinkTime},
 }};
 

@@ -10,7 +10,7 @@
 namespace tarn::tools {
 
 // Names that a definition may use in addition to options: $(File) and so on.
-enum class OwnName { File, Output, OutputBase, Listing, Rules, Folder, Item, LinkTime };
+enum class OwnName { File, Output, OutputBase, Listing, Rules, Folder, Item, ItemName, LinkTime };
 
 // Source of the values for a template's macros.
 class TemplateValues {

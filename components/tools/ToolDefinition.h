@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "components/tools/HarmlessFlags.h"
 #include "components/tools/MessageRules.h"
 #include "components/tools/ResponseFile.h"
 #include "components/tools/SizeReport.h"
@@ -125,9 +126,11 @@ struct ArgumentPatterns {
 
 // Files that a run may produce and nothing needs.
 struct ByProductRule {
-  Template file;  // a "*" at the end of a path stands for the rest of the names in the folder
+  // A "*" at the end of a path stands for the rest of the names in the folder.
+  Template file;
   std::vector<std::string> with;  // prefixes of arguments that request it; empty: always
-  // For each argument that names a file; $(Item) is its path without the extension.
+  // For each argument that names a file: $(Item) is its path without the extension, $(ItemName) the
+  // last part of it.
   bool isForArguments = false;
 };
 
@@ -167,6 +170,8 @@ struct ToolDefinition {
   ArgumentPatterns runs;    // make a program run or load code chosen by the caller
   ArgumentPatterns strays;  // make a program write files whose names it invents
   std::vector<LoadRule> loads;
+  std::vector<std::string> loadsFrom;  // name a folder that the program loads code from
+  HarmlessFlags harmless;              // empty: all that the rules above don't describe are
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
   HelperRule helpers;

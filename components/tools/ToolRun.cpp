@@ -322,6 +322,12 @@ std::vector<std::string> ToolRun::FindProducts() const {
 // Excludes files older than the run, which need not have been produced by the tool.
 std::vector<std::string> ToolRun::FindByProducts() const {
   std::vector<std::string> made = plan.byProducts;
+  for (const std::string& start : plan.byProductStarts) {
+    for (std::string& path : FindFilesThatStart(*world.files, start)) {
+      const bool isKnown = std::find(made.begin(), made.end(), path) != made.end();
+      if (!isKnown) made.push_back(std::move(path));
+    }
+  }
   made.push_back(plan.rules);
   made.push_back(plan.furtherRules);
   std::erase_if(made, [this](const std::string& path) {

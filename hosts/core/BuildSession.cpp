@@ -15,6 +15,7 @@
 #include "hosts/core/ProjectTree.h"
 #include "hosts/core/SharedProducts.h"
 #include "platform/paths/Paths.h"
+#include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
 #include "xml/XmlNode.h"
@@ -179,7 +180,7 @@ Status BuildSession::AttachComponents() {
   }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
   inspector.ProtectDamaged(!acceptsAllDamage);
-  inspector.SetStateFolder(folders.state);
+  inspector.SetStateFolder(folders.state + "\n" + SettingsFolders::FromEnvironment().user);
   trust.Refresh();
   return {};
 }

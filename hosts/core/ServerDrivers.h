@@ -201,9 +201,10 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t SetTrustedFolders(const std::string& lines) {
     return InvokeLong(TARN_INS_SET_TRUSTED_FOLDERS, {lines});
   }
-  // Protects the folder of the host's own state from being used for outputs.
-  std::int32_t SetStateFolder(const std::string& folder) {
-    return InvokeLong(TARN_INS_SET_STATE_FOLDER, {folder});
+  // Protects the folders of the host's own state and settings, one per line, from being used for
+  // outputs.
+  std::int32_t SetStateFolder(const std::string& lines) {
+    return InvokeLong(TARN_INS_SET_STATE_FOLDER, {lines});
   }
   // Returns the operations refused for lack of trust since the last call, one per line.
   std::string TakeRefusedWishes() { return InvokeText(TARN_INS_TAKE_REFUSED_WISHES, {}); }

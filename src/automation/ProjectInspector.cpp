@@ -255,7 +255,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetSharedOutputs>("GetSharedOutputs", TARN_INS_GET_SHARED_OUTPUTS,
                                    {"application"}),
       Method<&I::SetTrustedFolders>("SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"folders"}),
-      Method<&I::SetStateFolder>("SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"folder"}),
+      Method<&I::SetStateFolder>("SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"folders"}),
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}),
       Method<&I::CheckScript>("CheckScript", TARN_INS_CHECK_SCRIPT, {"path"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", TARN_INS_SET_NEW_PROJECT_FOLDER,
@@ -582,10 +582,10 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
   return 1;
 }
 
-std::int32_t CProjectInspector::SetStateFolder(const char* folder) {
+std::int32_t CProjectInspector::SetStateFolder(const char* folders) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->Services().stateFolder = TextOf(folder);
+  model->Services().stateFolder = TextOf(folders);
   return 1;
 }
 

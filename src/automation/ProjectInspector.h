@@ -123,10 +123,10 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // and scripts and write outside their folders. Without this call there is no limit. The paths
   // must be absolute and without symbolic links. Returns 0 before Attach().
   std::int32_t SetTrustedFolders(const char* folders);
-  // Sets the folder where the host stores its data for the user, such as the trusted folders. An
-  // output of a project in this folder is refused, even if the project is trusted. The path must be
-  // absolute; empty for no folder. Returns 0 before Attach().
-  std::int32_t SetStateFolder(const char* folder);
+  // Sets the folders where the host stores its data for the user, such as the trusted folders, one
+  // per line. An output of a project in them is refused, even if the project is trusted. The paths
+  // must be absolute; empty for no folder. Returns 0 before Attach().
+  std::int32_t SetStateFolder(const char* folders);
   // Returns the actions of the project that were refused for lack of trust since the last call, one
   // per line: "write /x/y".
   std::string TakeRefusedWishes();

@@ -20,7 +20,8 @@ constexpr const char* kIsSource = "is a source of the project";
 constexpr const char* kIsDependency = "is a dependency of files of the project";
 constexpr const char* kIsProjectFile = "is a file of the project itself";
 constexpr const char* kIsOwn = "has a name that only Tarn's own files have";
-constexpr const char* kIsState = "is where Tarn stores the user's state";
+constexpr const char* kIsState = "is where Tarn stores the user's state and settings";
+constexpr const char* kIsControl = "is where a version control system stores its data";
 constexpr const char* kIsOutside =
     "is outside the project's folder, and its present content was not written by a build of this "
     "project";
@@ -34,6 +35,18 @@ constexpr std::string_view kOwnExtensions[] = {".tprj", ".tapp", ".tstate", ".tl
 constexpr std::string_view kCopyExtensions[] = {".bak", ".orig", ".unsaved"};
 // Replacements for the project's own extension.
 constexpr const char* kStoredExtensions[] = {".tstate", ".undo.tstate", ".tlog", kLockExtension};
+
+// Names of the folders, and of a file that replaces one. A tool of the system runs programs that
+// its configuration there names.
+constexpr std::string_view kControlNames[] = {".git", ".hg", ".svn", ".bzr"};
+
+bool IsControlPath(std::string_view path) {
+  for (const std::string_view part : Split(path, '/')) {
+    const auto isSame = [part](std::string_view name) { return EqualNoCase(name, part); };
+    if (std::any_of(std::begin(kControlNames), std::end(kControlNames), isSame)) return true;
+  }
+  return false;
+}
 
 bool HasOwnName(const std::string& path) {
   const std::string extension = ExtensionOf(path);
@@ -97,7 +110,9 @@ const char* OutputGuard::FindOwnReason(const std::string& path) {
   FileSystem& files = model_.GetFiles();
   if (HasOwnName(path)) return kIsOwn;
   if (files.ExamineLink(path) && HasOwnName(files.ResolveLinks(path))) return kIsOwn;
-  return PlaceOf(path).isState ? kIsState : nullptr;
+  const Place place = PlaceOf(path);
+  if (place.isControl || IsControlPath(path)) return kIsControl;
+  return place.isState ? kIsState : nullptr;
 }
 
 const BuildRecord* OutputGuard::FindRecord(const CXmlNode& node) const {
@@ -179,9 +194,12 @@ bool OutputGuard::LooksLikeSource(const NamedOutput& output) const {
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
   FileSystem& files = model_.GetFiles();
   const auto find = [&](const std::string& place) {
-    const std::string& state = model_.Services().stateFolder;
-    const bool isState = !state.empty() && LeadsInto(files, state, place);
-    return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState};
+    bool isState = false;
+    for (const std::string_view state : Split(model_.Services().stateFolder, '\n')) {
+      isState |= !state.empty() && LeadsInto(files, std::string(state), place);
+    }
+    return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState,
+                 IsControlPath(files.ResolveLinks(place))};
   };
   // Deleting a link removes the link itself, but a tool writes through it.
   if (files.ExamineLink(path)) return find(path);

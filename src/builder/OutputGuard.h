@@ -56,7 +56,8 @@ class OutputGuard {
  private:
   struct Place {
     bool isOutside = false;  // of the project's folder
-    bool isState = false;    // in the folder for per-user state of hosts
+    bool isState = false;    // in a folder for per-user state or settings of hosts
+    bool isControl = false;  // in a folder of a version control system
   };
 
   using Identity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode

@@ -1,6 +1,7 @@
 // Files that must not be treated as outputs, although a project may name any file as one.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -159,6 +160,11 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
       {"Build.ListingFile", "app.tapp.orig2", "app.tapp.orig2", "src/a.c"},
       {"Linker.MapFile", "demo.tprj", "demo.tprj"},
       {"Linker.MapFile", "../settings/state/trusted", "settings/state/trusted"},
+      {"Linker.MapFile", "../settings/user/registry.ini", "settings/user/registry.ini"},
+      {"Linker.MapFile", ".git/config", ".git/config"},
+      {"Build.OutputFile", "sub/.Hg/hgrc", "sub/.Hg/hgrc", "src/a.c"},
+      {"Build.OutputFile", "control/x.o", "control/x.o", "src/a.c"},
+      {"C.Compiler.Extra", "-Wa,-adhlns=.svn/wc.db", ".svn/wc.db"},
       {"Linker.Extra", "-Wl,-Map=app.tapp", "app.tapp"},
       {"C.Compiler.Extra", "-Wa,-adhlns=demo.tlog", "demo.tlog"},
   };
@@ -166,6 +172,8 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
   project.Trust();
   project.Out({"build"});
   fs::create_symlink("demo.tstate", project.PathOf("link.o"));
+  project.Edit(".git/config", "[core]");
+  fs::create_directory_symlink(".git", project.PathOf("control"));
   for (const auto& row : rows) {
     SCOPED_TRACE(row.option + std::string(" = ") + row.value);
     std::vector<std::string> change{"options", "set"};
@@ -247,6 +255,37 @@ TEST(CliOutputs, CleanDeletesWhatWasMadeAndNothingElse) {
   EXPECT_TRUE(Has(project.Out({"build"}), "Built 4 files"));
 }
 
+// A link that generates code invents names, and one compiler uses the working folder.
+TEST(CliOutputs, CleanDeletesFurtherFilesThatCompilersWrite) {
+  const struct {
+    const char* toolchain;
+    const char* compiler;
+    const char* linker;
+    const char* made;
+    const char* needs;
+  } rows[] = {
+      {"host-gcc", "-flto", "-flto --coverage", "build/Standard/app.wpa.gcno", "/usr/bin/gcc"},
+      {"host-gcc", "-flto", "-flto --coverage", "build/Standard/app.ltrans0.ltrans.gcno",
+       "/usr/bin/gcc"},
+      {"avr-gcc", "-save-temps", "", "a.i", "/usr/bin/avr-gcc"},
+      {"avr-gcc", "-save-temps", "", "a.s", "/usr/bin/avr-gcc"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.made);
+    if (access(row.needs, X_OK) != 0) continue;
+    CliProject project;
+    project.Out({"options", "set", "Target.Toolchain", row.toolchain});
+    if (*row.toolchain == 'a') project.Out({"options", "set", "Target.Device", "atmega328p"});
+    project.Out({"options", "set", "C.Compiler.Extra", "--", row.compiler});
+    if (*row.linker != '\0') project.Out({"options", "set", "Linker.Extra", "--", row.linker});
+    const auto before = FilesOf(project);
+    project.Out({"build"});
+    EXPECT_TRUE(project.Exists(row.made));
+    project.Out({"clean"});
+    EXPECT_EQ(FilesOf(project), before);
+  }
+}
+
 // A compiler cache that hard-links its files into the build makes them read-only.
 TEST(CliOutputs, AReadOnlyOutputIsReplacedAndDeletedIfABuildMadeIt) {
   CliProject project;
@@ -284,6 +323,8 @@ TEST(CliOutputs, WhatAnArgumentWritesIsNotWrittenOverASource) {
       {"C.Compiler.Extra", "-Wa,--M=src/c.c"},
       {"C.Compiler.Extra", "-Wa,-MD,src/c.c"},
       {"C.Compiler.Extra", "-time=src/c.c"},
+      {"C.Compiler.Extra", "-ftest-coverage -fprofile-note=src/c.c"},
+      {"C.Compiler.Extra", "-ftest-coverage --profile-note=src/c.c"},
       // The compiler adds the source.
       {"C.Compiler.Extra", "-Wp,-aux-info"},
       {"C.Compiler.Extra", "-Xpreprocessor -MF"},

@@ -138,6 +138,35 @@ const struct Row {
          if (name == "PATH") value = ".:" + value;
        }
      }},
+    {"specifications in a root of the project", "run the tool with the argument -specs", kExtra,
+     "--sysroot=sr -specs=evil.specs", "",
+     [](Hostile& h) {
+       h.AddSpecs("sr/lib/evil.specs");
+       h.AddSpecs("sr/usr/lib/evil.specs");
+     }},
+    {"a root of the project for a device", "run ", kExtra, "--sysroot=sr", "",
+     [](Hostile& h) {
+       h.Set("Target.Toolchain", "avr-gcc");
+       h.Set("Target.Device", "evil");
+       h.AddSpecs("sr/lib/device-specs/specs-evil");
+     },
+     "", false, "/usr/bin/avr-gcc"},
+    {"a command in a makefile of the compiler", "run the tool with the argument -frandom-seed=$",
+     "Linker.Extra", "-flto=2 '-frandom-seed=$$(shell touch %ran)'", "",
+     [](Hostile& h) { h.Set(kExtra, "-flto"); }},
+    {"notes for coverage", "run the tool with the argument -fprofile-note", kExtra,
+     "-ftest-coverage -fprofile-note=%note"},
+    {"a file of a passed-on flag", "run the tool with the argument -Wp", kExtra, "-Wp -o,%new", "",
+     [](Hostile& h) { h.Set("Target.Toolchain", "sdcc-mcs51"); }, "", false, "/usr/bin/sdcc"},
+    {"flags of a linker in a response file", "run code with the argument -plugin", "Linker.Extra",
+     "-Wl,@more", "", [](Hostile& h) { h.project.Write("more", "--as-needed -plugin ./p.so\n"); }},
+    {"an intermediate file in the working folder", "write ", kExtra, "-save-temps", "",
+     [](Hostile& h) {
+       h.Set("Target.Toolchain", "avr-gcc");
+       h.Set("Target.Device", "atmega328p");
+       h.AddLink("a.i");
+     },
+     "a.i", true, "/usr/bin/avr-gcc"},
     {"an output outside", "write ", kOutput, "%new/a.o", kNode},
     {"an output that climbs out", "write ", kOutput, "../../../../../../..%a.o", kNode},
     {"outputs in a folder that is a link", "write ", kExtra, "-Os", "",
@@ -149,7 +178,8 @@ const struct Row {
     {"a listing outside", "write ", "Build.ListingFile", "%a.lst", kNode},
     {"a map outside", "write ", "Linker.MapFile", "%map"},
     {"a map in an argument", "write ", "Linker.Extra", "-Wl,-Map=%map"},
-    {"an abbreviated argument of the linker", "write ", "Linker.Extra", "-Wl,--dependency-f,%deps"},
+    {"an abbreviated argument of the linker", "run the tool with the argument --dependency-f",
+     "Linker.Extra", "-Wl,--dependency-f,%deps"},
     {"a listing in an argument", "write ", kExtra, "-Wa,-adhlns=%list"},
     {"declarations in an argument", "write ", kExtra, "-aux-info %info"},
     {"a dump of the compiler", "run the tool with the argument -fdump-tree", kExtra,
@@ -316,11 +346,15 @@ TEST(CliTrust, AProjectThatStaysInsideIsNotAskedAbout) {
   project.Out(
       {"options", "set", "C.Compiler.Extra", "--",
        "-Os -I../inc -Iinc -include src/a.h -DROOT=\"/usr/share\" -isystem /usr/include @more "
-       "-ffile-prefix-map=/usr=. -Wa,--fatal-warnings -march=native"});
+       "-ffile-prefix-map=/usr=. -Wa,--fatal-warnings -march=native -isysroot / "
+       "-dA -dp -dP -dD --coverage -fno-common -fstack-usage --param max-unroll-times=4 "
+       "-Wno-unused -Wp,-DPASSED"});
   project.Out({"options", "set", "Linker.Extra", "--",
                "-Wl,-Map=build/x.map -Wl,--start-group build/Standard/app.obj/c.o -Wl,--end-group "
                "-L/usr/lib -lm -Wl,-rpath,/usr/lib -Wl,--defsym=top=0x20 -T src/a.ld "
-               "-Wl,-plugin-opt=-pass-through=-lc"});
+               "-Wl,-plugin-opt=-pass-through=-lc --coverage -Wl,-Bstatic -Wl,-Bdynamic "
+               "-Wl,-Bsymbolic-functions -Wl,-x -Wl,-R,/usr/lib -Wl,-z,relro "
+               "-Wl,-dynamic-linker,/lib64/ld-linux-x86-64.so.2 --sysroot=/"});
   project.Out({"options", "set", "Linker.MapFile", "build/y.map"});
   project.environment.emplace_back("TARN_LAUNCHER", "env");
   const auto answer = project.Run({"build"});

@@ -55,6 +55,9 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
       {R"(<Tool Name="t"><Step Program="p"/><Globals Format="dwarf" File="g"/></Tool>)",
        "t: Globals needs an Output"},
       {"<Tule/>", "unknown element Tule"},
+      {R"(<Tool Name="a" Harmless="none"><Step Program="p"/></Tool>)",
+       "a: no Harmless is named none"},
+      {R"(<Harmless Name="a"><Flags For="Loader"/></Harmless>)", "harmless a: For can't be Loader"},
   };
   const std::string good =
       R"(<Messages Name="fine"/>)"

@@ -80,15 +80,17 @@ class FakeLauncher : public ProcessLauncher {
   std::queue<PlayedProgram> programs;
 };
 
-// A tool manager with an in-memory disk, simulated programs and the shipped messages, and a node of
+// A tool manager with an in-memory disk, simulated programs and the shipped lists, and a node of
 // a project in /p.
 class ToolManagerFixture {
  public:
   explicit ToolManagerFixture(const std::string& definitions) {
     disk.AddFile("/app/config/tools/test.tools", definitions);
-    const std::string messages = "config/tools/messages.tools";
-    disk.AddFile("/app/" + messages,
-                 tarn::testing::ReadBytes(tarn::testing::SourcePath("share/" + messages)));
+    for (const std::string list : {"messages", "harmless"}) {
+      const std::string name = "config/tools/" + list + ".tools";
+      disk.AddFile("/app/" + name,
+                   tarn::testing::ReadBytes(tarn::testing::SourcePath("share/" + name)));
+    }
     ToolWorld world{&launcher, &disk,
                     [](std::string_view name) {
                       return name.find("none") == name.npos ? "/bin/" + std::string(name) : "";
