@@ -293,7 +293,13 @@ std::int32_t CProjectModel::CloseProject() {
   propertyManager->ProjectClosing();
   propertyManager->EndUpdate();
   ReportSave();
-  return projectEpoch == closed ? 1 : 0;
+  const std::unique_ptr<ReplacedFiles> kept = std::exchange(unsaved, nullptr);
+  if (projectEpoch != closed) return 0;
+  if (kept == nullptr) return 1;
+  isSaving = false;
+  const std::string path = projectPath;
+  Reload(path, *kept);
+  return 0;
 }
 
 // Writes the files of the open project and frees its tree. No other open or close can run while
@@ -339,24 +345,23 @@ std::int32_t CProjectModel::SaveProject() {
     AddLogLine(kDamageHeld);
     return 0;
   }
-  // Rewrites files that were deleted since the load.
-  bool isMissing = isOpen && !files.Exists(projectPath);
+  // Rewrites files that were deleted since the load. Those that can't be read any more are
+  // reported, and the project stays open.
+  const auto isLost = [this](const std::string& file) {
+    return !files.Examine(file) || !files.CanRead(file);
+  };
+  bool isMissing = isOpen && isLost(projectPath);
   for (int i = 0; isOpen && i < projectRoot->GetChildCount(); ++i) {
     std::string file;
     const char* path = projectRoot->GetChild(i)->GetAttrValue("Extern");
-    if (MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file)) isMissing = true;
+    if (MakeAbsolutePath(TextOf(path), file, nullptr) && isLost(file)) isMissing = true;
   }
   if (shapeChanged || isMissing) NoteModified();
   isSaving = true;
   const std::int32_t closed = CloseProject();
   isSaving = false;
-  const std::unique_ptr<ReplacedFiles> kept = std::exchange(unsaved, nullptr);
   if (!closed) return 0;
   const std::string path = projectPath;
-  if (kept != nullptr) {
-    Reload(path, *kept);
-    return 0;
-  }
   OpenProject(path.c_str(), 0);
   return 1;
 }
