@@ -82,6 +82,16 @@ std::vector<NamedOutput> FindWritten(const std::string& access) {
   return written;
 }
 
+std::vector<std::string> FindRead(const std::string& access) {
+  std::vector<std::string> read;
+  const auto list = SplitFileTexts(access);
+  if (!list) return read;
+  for (const auto& [kind, text] : *list) {
+    if (kind == "read" && !text.empty()) read.push_back(text);
+  }
+  return read;
+}
+
 std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {
   const std::string& path = output.path;
   const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);

@@ -25,6 +25,8 @@ struct NamedOutput {
 
 // Returns the files that a run writes, parsed from the reply of the tool manager's GetAccess.
 std::vector<NamedOutput> FindWritten(const std::string& access);
+// Same, but the paths that its arguments may name as files to read.
+std::vector<std::string> FindRead(const std::string& access);
 
 // Prevents a build from deleting or overwriting files that are not build products, because a
 // project may name any file as an output. Protects the files the project consists of, files that
