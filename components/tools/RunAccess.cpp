@@ -73,6 +73,7 @@ class AccessFinder {
     AddWrite(FolderOf(plan.globals), false);
     AddWrite(FolderOf(plan.outputOnDisk), false);
     if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
+    access_.reads = plan.depends;
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     NameOptions();
     return std::move(access_);
@@ -119,6 +120,7 @@ class AccessFinder {
     }
     const GivenArguments given = ExpandArguments(command, world_.files);
     isChecked_ = !tool_.harmless.IsEmpty() && TakesOptions(*command.rule);
+    AddReads(given.words);
     for (std::size_t i = 0; i < given.words.size(); ++i) {
       AddCode(given, i);
       AddFiles(given.words, i);
@@ -129,6 +131,19 @@ class AccessFinder {
       const std::string& word = command.arguments[i];
       if (word.starts_with("-W") && IsStray(command.arguments, i)) AddStray(word);
     }
+  }
+
+  // Arguments "@file" that were expanded are no longer among the words.
+  void AddReads(const std::vector<std::string>& words) {
+    const auto add = [this](std::string_view name) {
+      std::string path = AbsolutePath(world_.files, folder_, name);
+      const bool isFile = path != "/dev/null" && !world_.files->IsFolder(path);
+      if (isFile) access_.reads.push_back(std::move(path));
+    };
+    for (const std::string& word : words) {
+      if (word.starts_with('@')) add(std::string_view(word).substr(1));
+    }
+    for (const std::string& value : ValuesOf(tool_.reads, words)) add(value);
   }
 
   // A launcher from the environment is the user's own choice.
@@ -321,7 +336,8 @@ RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, cons
 std::string RunAccessText(const RunAccess& access) {
   std::vector<FileText> list;
   for (const auto& [kind, entries] :
-       {std::pair("code", &access.code), std::pair("program", &access.programs)}) {
+       {std::pair("code", &access.code), std::pair("program", &access.programs),
+        std::pair("read", &access.reads)}) {
     for (const std::string& each : *entries) list.push_back({kind, each});
   }
   for (const FileWrite& each : access.writes) {

@@ -23,6 +23,7 @@ struct RunAccess {
   std::vector<std::string> code;
   std::vector<std::string> programs;  // named by the definition, as found on this system
   std::vector<FileWrite> writes;      // without duplicates
+  std::vector<std::string> reads;     // absolute paths that may name files to read
 };
 
 // Errs on the side of reporting a write: an argument containing a file path counts as one, unless
@@ -31,8 +32,9 @@ struct RunAccess {
 RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
                         const ToolJob& job);
 
-// Serializes each entry as JoinFileTexts writes a file, with "code", "program" or "write" as its
-// path, and "option" after a write that an option names. Names are preserved byte for byte.
+// Serializes each entry as JoinFileTexts writes a file, with "code", "program", "write" or
+// "read" as its path, and "option" after a write that an option names. Names are preserved byte for
+// byte.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

@@ -21,7 +21,7 @@ bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
     } else if (lock.GetError().code == ErrorCode::Busy) {
       holder = lock.GetError().text;
       return false;
-    } else if (lock.GetError().code == ErrorCode::NotAFile) {
+    } else if (!NeedsNoLock(lock.GetError())) {
       problem = path + " can't be locked: " + lock.GetError().text;
       return false;
     }

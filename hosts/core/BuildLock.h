@@ -18,9 +18,10 @@ class BuildLock {
       : files(fileSystem), inspector(inspectorDriver) {}
 
   // Tries to take the lock. Returns false if another process holds it or a part of it; GetHolder()
-  // then names that process. Also returns false, with GetProblem() set, if something other than a
-  // lock file is in its place: a wait is pointless then. Pass `mayLeave` = false for an untrusted
-  // project: nothing may be written outside its folder, so applications there are not locked.
+  // then names that process. Also returns false, with GetProblem() set, if no process can have
+  // it, as if something other than a lock file is in its place: a wait is pointless then. Pass
+  // `mayLeave` = false for an untrusted project: nothing may be written outside its folder, so
+  // applications there are not locked.
   bool Try(const std::string& projectPath, bool mayLeave);
   void Release();
   // Call this after a different project was opened: the next Try() queries its applications again.

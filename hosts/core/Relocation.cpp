@@ -336,7 +336,8 @@ bool Relocation::IsOtherNameOf(const std::string& path, const std::vector<std::s
 void Relocation::AddCandidates(MovedPath& moved) {
   const std::vector<std::string>& named = index_.Find(FileNameOf(moved.oldPath));
   for (const std::string& each : named) {
-    if (!IsOtherNameOf(each, named) && !IsUsed(moved.file, each)) moved.candidates.push_back(each);
+    const bool isOther = IsOtherNameOf(each, named) || IsUsed(moved.file, each);
+    if (!isOther && files_.Examine(each)) moved.candidates.push_back(each);
   }
   const auto rank = [&moved](const std::string& path) {
     const bool isExact = FileNameOf(path) == FileNameOf(moved.oldPath);

@@ -27,6 +27,9 @@ Status Relocation::CheckMove(const std::string& configurationFile) {
     if (isFile && (IsSameName(files_, to_, project_) || typeOf(from_) != typeOf(to_))) {
       return Error{ErrorCode::InvalidName, "is a different kind of file", to_};
     }
+    if (!each.newPath.empty() && !files_.Examine(each.newPath)) {
+      return Error{ErrorCode::NotAFile, "is not a regular file", each.newPath};
+    }
     if (!each.newPath.empty() && IsUsed(each.file, each.newPath)) {
       return Error{ErrorCode::AlreadyExists, "is already in the project", each.newPath};
     }

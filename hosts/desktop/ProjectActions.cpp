@@ -297,9 +297,10 @@ bool ProjectActions::Leave() {
   KeepEditors();
   session.TakeLogLines();
   if (!session.HasProject()) return true;
-  if (session.Manager().ProjectClose() == 0) return false;
+  const bool isClosed = session.Manager().ProjectClose() != 0;
   const SaveReport report = session.TakeSaveReport();
   TellWhatIsNotSaved(report);
+  if (!isClosed) return false;
   saves.ShowConflictsNow(report);
   return true;
 }

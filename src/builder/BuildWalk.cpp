@@ -456,10 +456,22 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   return sources;
 }
 
-// Returns true, after logging the reason, if a source is a pipe or a device: a tool would wait for
+// Returns the headers that the node's last run has read.
+std::vector<std::string> HeadersOf(const CXmlNode& node) {
+  std::vector<std::string> headers;
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->NameView() != "Dependencies") continue;
+    for (const CXmlNode* each : child->GetChildren()) {
+      headers.push_back(TextOf(each->GetAttrValue("Header")));
+    }
+  }
+  return headers;
+}
+
+// Returns true, after logging the reason, if a file is a pipe or a device: a tool would wait for
 // a program that writes to it, possibly forever.
-bool BuildWalk::HasUnusableSource(const CXmlNode& node) {
-  for (const std::string& path : SourcesOf(node)) {
+bool BuildWalk::HasUnusableInput(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
     if (model.GetFiles().Examine(path)) continue;
     const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
     if (text || text.GetError().code != ErrorCode::NotAFile) continue;
@@ -509,9 +521,12 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
-  if (HasUnusableSource(node)) return LostTree() || Return(false, false);
+  if (HasUnusableInput(SourcesOf(node))) return LostTree() || Return(false, false);
   request.access =
       model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
+  if (HasUnusableInput(FindRead(request.access)) || HasUnusableInput(HeadersOf(node))) {
+    return LostTree() || Return(false, false);
+  }
   if (IsUntrusted(request)) return LostTree() || Return(false, false);
   if (!usesGivenTool) {
     if (IsKept(node, request)) return LostTree() || Return(false, false);

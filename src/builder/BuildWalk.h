@@ -123,7 +123,7 @@ class BuildWalk {
   bool IsUntrusted(const WalkRequest& request);
   bool IsKept(const CXmlNode& node, const WalkRequest& request);
   std::vector<std::string> SourcesOf(const CXmlNode& node) const;
-  bool HasUnusableSource(const CXmlNode& node);
+  bool HasUnusableInput(const std::vector<std::string>& paths);
   void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "builder/BuildRecords.h"
@@ -25,8 +26,10 @@ constexpr const char* kIsControl = "is where a version control system stores its
 constexpr const char* kIsOutside =
     "is outside the project's folder, and its present content was not written by a build of this "
     "project";
-constexpr const char* kIsUnmade =
+constexpr const char* kIsUnmadeSource =
     "looks like a source, and no build of this project made it (delete it if it is not needed)";
+constexpr const char* kIsUnmade =
+    "no build of this project made it (delete it if it is not needed)";
 constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
 
 // Files that the server and its hosts write next to a project. Backups may have a number appended.
@@ -48,15 +51,30 @@ bool IsControlPath(std::string_view path) {
   return false;
 }
 
+// Usual extensions of what tools make. Without a record of its run, such a file may be replaced, so
+// that a build continues after the records were lost.
+constexpr std::string_view kProductExtensions[] = {".o",   ".obj", ".rel", ".lst", ".map", ".d",
+                                                   ".elf", ".axf", ".out", ".exe", ".a",   ".lib"};
+// Same, but only of applications: those of single files are rather images that sources include.
+constexpr std::string_view kImageExtensions[] = {".hex", ".ihx", ".bin", ".s19", ".srec"};
+
+bool Contains(std::span<const std::string_view> list, const std::string& wanted) {
+  return std::any_of(list.begin(), list.end(),
+                     [&](std::string_view each) { return EqualNoCase(each, wanted); });
+}
+
+bool IsObjectOrArchive(std::string_view bytes) {
+  return bytes.starts_with(
+             "\x7f"
+             "ELF") ||
+         bytes.starts_with("!<arch>");
+}
+
 bool HasOwnName(const std::string& path) {
   const std::string extension = ExtensionOf(path);
   const std::size_t last = extension.find_last_not_of("0123456789");
   const std::string copy = extension.substr(0, last == extension.npos ? 0 : last + 1);
-  const auto has = [](const auto& list, const std::string& wanted) {
-    return std::any_of(std::begin(list), std::end(list),
-                       [&](std::string_view each) { return EqualNoCase(each, wanted); });
-  };
-  return has(kOwnExtensions, extension) || has(kCopyExtensions, copy);
+  return Contains(kOwnExtensions, extension) || Contains(kCopyExtensions, copy);
 }
 
 std::string Describe(const NamedOutput& output, const std::string& reason) {
@@ -77,6 +95,16 @@ std::vector<NamedOutput> FindWritten(const std::string& access) {
   return written;
 }
 
+std::vector<std::string> FindRead(const std::string& access) {
+  std::vector<std::string> read;
+  const auto list = SplitFileTexts(access);
+  if (!list) return read;
+  for (const auto& [kind, text] : *list) {
+    if (kind == "read" && !text.empty()) read.push_back(text);
+  }
+  return read;
+}
+
 std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {
   const std::string& path = output.path;
   const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
@@ -88,10 +116,11 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (const char* reason = status ? FindReason(path, *status) : nullptr) {
     return Describe(output, reason);
   }
-  if (status && !HasRecord(node, path) && LooksLikeSource(output)) {
-    return Describe(output, kIsUnmade);
+  if (!isRefused && (model_.Protection().MayWriteOutside() || !PlaceOf(path).isOutside)) {
+    const bool isUnmade = status && !HasRecord(node, path);
+    const char* const reason = isUnmade ? FindUnmadeReason(node, output) : nullptr;
+    return reason == nullptr ? std::string() : Describe(output, reason);
   }
-  if (!isRefused && (model_.Protection().MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
   const ProjectFolder folder(model_.GetFiles(), model_.GetProjectPath());
   const std::string wayOut = folder.DescribeWayOut(path);
   return Describe(output, (wayOut.empty() ? "" : wayOut + ", which ") +
@@ -182,13 +211,18 @@ bool OutputGuard::HasRecord(const CXmlNode& node, const std::string& path) const
   return IsMade(node, path, [](const FileVersion&) { return true; }) || IsRecorded(path);
 }
 
-bool OutputGuard::LooksLikeSource(const NamedOutput& output) const {
-  if (output.option.empty()) return false;
+const char* OutputGuard::FindUnmadeReason(const CXmlNode& node, const NamedOutput& output) const {
+  if (output.option.empty()) return nullptr;
   const CXmlNode* const type = model_.Extensions().Find(output.path);
   const bool isLeaf = type != nullptr && (model_.Types().FlagsOf(*type) & kTypeIsLeaf) != 0;
-  if (!isLeaf) return false;
+  const std::string extension = ExtensionOf(output.path);
+  const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
+  const bool isUsual = Contains(kProductExtensions, extension) ||
+                       (isApplication && Contains(kImageExtensions, extension));
+  if (isUsual && !isLeaf) return nullptr;
   const Result<std::string> text = model_.GetFiles().ReadWholeFile(output.path);
-  return !text || text->find('\0') == text->npos;
+  if (isLeaf) return !text || text->find('\0') == text->npos ? kIsUnmadeSource : nullptr;
+  return text && IsObjectOrArchive(*text) ? nullptr : kIsUnmade;
 }
 
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {

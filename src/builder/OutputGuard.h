@@ -26,13 +26,14 @@ struct NamedOutput {
 
 // Returns the files that a run writes, parsed from the reply of the tool manager's GetAccess.
 std::vector<NamedOutput> FindWritten(const std::string& access);
+// Same, but the paths that its arguments may name as files to read.
+std::vector<std::string> FindRead(const std::string& access);
 
 // Prevents a build from deleting or overwriting files that are not build products, because a
 // project may name any file as an output. Protects the files the project consists of, files that
 // Tarn itself stores, and those that no build made: outside the project's folder all of them,
-// inside those that look like sources, because before the first build it is unknown what a source
-// includes. Valid for one walk
-// over an unchanged tree. Borrows the model; main thread only.
+// inside those that don't look like products, because before the first build it is unknown what a
+// source includes. Valid for one walk over an unchanged tree. Borrows the model; main thread only.
 class OutputGuard {
  public:
   OutputGuard(CProjectModel& projectModel, BuildRecords& buildRecords)
@@ -40,7 +41,7 @@ class OutputGuard {
 
   // Returns a log line saying why the output file named by the node must not be touched. Returns an
   // empty string if it may be: if it does not exist, if a recorded run made exactly this version,
-  // or if it is in the project's folder, nothing needs it, and it doesn't look like a source.
+  // or if it is in the project's folder, nothing needs it, and it looks like a product.
   // Respects the model's consent to write outside the folder; if the project is not trusted,
   // nothing outside may be touched.
   std::string WhyKept(const CXmlNode& node, const NamedOutput& output);
@@ -76,10 +77,12 @@ class OutputGuard {
   void Collect(const CXmlNode& node, const std::string& folder);
   void Protect(const char* path, const std::string& folder, const char* reason);
   const char* FindReason(const std::string& path, const FileStatus& status);
-  // Returns true if an option names this existing file as an output, and it has the extension of a
-  // node type and no zero byte, which archives and objects have. By-products are not meant: some
-  // compilers write assembler files next to the object.
-  bool LooksLikeSource(const NamedOutput& output) const;
+  // Returns why an existing file without a record is the user's rather than a product, or nullptr.
+  // Files with the extension of a node type are, except for those with a zero byte, which archives
+  // and objects have, and other files whose extension is unusual for a product of the node, except
+  // for objects and archives. By-products, which no option names, are not meant: some compilers
+  // write assembler files next to the object.
+  const char* FindUnmadeReason(const CXmlNode& node, const NamedOutput& output) const;
   bool HasRecord(const CXmlNode& node, const std::string& path) const;
 
   CProjectModel& model_;

@@ -73,7 +73,6 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   if (!disk) {
     // The existing file can't be read and may contain another program's changes.
     plan.problem = disk.GetError().text;
-    plan.isNeeded = known == nullptr || plan.text != *known;
     return plan;
   }
   plan.isNeeded = !HoldSameTree(plan.text, *disk);

@@ -235,7 +235,13 @@ std::int32_t ProjectLifecycle::CloseProject() {
   services.propertyManager->ProjectClosing();
   services.propertyManager->EndUpdate();
   ReportSave();
-  return state.projectEpoch == closed ? 1 : 0;
+  const std::unique_ptr<ReplacedFiles> kept = saver.TakeUnsaved();
+  if (state.projectEpoch != closed) return 0;
+  if (kept == nullptr) return 1;
+  saver.SetSaving(false);
+  const std::string path = state.projectPath;
+  Reload(path, *kept);
+  return 0;
 }
 
 // Writes the files of the open project and frees its tree. No other open or close can run while
@@ -281,25 +287,23 @@ std::int32_t ProjectLifecycle::SaveProject() {
     host.AddLogLine(kDamageHeld);
     return 0;
   }
-  // Rewrites files that were deleted since the load.
-  bool isMissing = state.isOpen && !files.Exists(state.projectPath);
+  // Rewrites files that were deleted since the load. Those that can't be read any more are
+  // reported, and the project stays open.
+  const auto isLost = [this](const std::string& file) {
+    return !files.Examine(file) || !files.CanRead(file);
+  };
+  bool isMissing = state.isOpen && isLost(state.projectPath);
   for (int i = 0; state.isOpen && i < state.projectRoot->GetChildCount(); ++i) {
     std::string file;
     const char* path = state.projectRoot->GetChild(i)->GetAttrValue("Extern");
-    if (paths.MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file))
-      isMissing = true;
+    if (paths.MakeAbsolutePath(TextOf(path), file, nullptr) && isLost(file)) isMissing = true;
   }
   if (state.shapeChanged || isMissing) state.NoteModified();
   saver.SetSaving(true);
   const std::int32_t closed = CloseProject();
   saver.SetSaving(false);
-  const std::unique_ptr<ReplacedFiles> kept = saver.TakeUnsaved();
   if (!closed) return 0;
   const std::string path = state.projectPath;
-  if (kept != nullptr) {
-    Reload(path, *kept);
-    return 0;
-  }
   OpenProject(path.c_str(), 0);
   return 1;
 }

@@ -60,9 +60,10 @@ class ProjectLifecycle {
   // close, a build or the user prevents the open, if the file can't be read, and if a handler
   // opened or closed a project in the meantime.
   std::int32_t OpenProject(const char* path, std::int32_t isDefault);
-  // Asks the host for consent, saves a modified project unless it is protected because of damage,
-  // and frees the tree. Returns 0 if the host refuses or a build is running. Files that could not
-  // be saved do not prevent the close; see TreeSaver::GetSavedFiles.
+  // Asks the host, saves a modified project unless damage protects it, and frees the tree. Returns
+  // 0 if the host refuses, if a build is running, and if not even a copy of a file could be
+  // written, which reopens the project. Saved copies don't prevent the close; see
+  // TreeSaver::GetSavedFiles.
   std::int32_t CloseProject();
   // Saves the project by closing and reopening it. If some files could not be written, reopens it
   // with their content as unsaved changes and returns 0.

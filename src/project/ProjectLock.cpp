@@ -22,16 +22,11 @@ bool ProjectLock::TakeWithin(const std::string& projectPath,
     holder = taken.GetError().text.empty() ? "unknown process" : taken.GetError().text;
     return false;
   }
-  if (!taken && taken.GetError().code == ErrorCode::NotAFile) {
+  if (!taken && !NeedsNoLock(taken.GetError())) {
     problem = path + " can't be locked: " + taken.GetError().text;
     return false;
   }
-  if (taken) {
-    lock = std::move(*taken);
-  } else if (taken.GetError().code != ErrorCode::ReadOnly) {
-    problem =
-        path + " can't be locked, so other programs are not kept out: " + taken.GetError().text;
-  }
+  if (taken) lock = std::move(*taken);
   heldFor = projectPath;
   return true;
 }

@@ -9,9 +9,8 @@
 
 namespace tarn {
 
-// Exclusive right of one process to change the files of a project. Ends with the process. If no
-// lock can be created in the project's folder, the project is used without one, except if something
-// other than a lock file has its name. Borrows everything;
+// Exclusive right of one process to change the files of a project. Ends with the process. A
+// project whose folder is missing or can't be written is used without a lock. Borrows everything;
 // main thread only.
 class ProjectLock {
  public:
@@ -19,16 +18,15 @@ class ProjectLock {
       : files(fileSystem), trust(projectTrust) {}
 
   // Acquires the lock for the project unless it is held already, releasing one held for a different
-  // project. Returns false if another process holds it, or with GetProblem() set if something else,
-  // such as a symbolic link, is in the place of the lock file.
+  // project. Returns false if another process holds it, or with GetProblem() set if it can't be
+  // locked for another reason, such as a symbolic link in the place of the lock file.
   bool TryTake(const std::string& projectPath) { return TakeWithin(projectPath, {}); }
   // Same, but retries for several seconds.
   bool Take(const std::string& projectPath);
   void Release();
   bool IsHeldFor(const std::string& projectPath) const { return heldFor == projectPath; }
 
-  // Why no lock protects the project from other processes; empty if one does, and if the project
-  // can't be changed here anyway.
+  // Why no process can have the lock; empty if the last attempt succeeded or found a holder.
   const std::string& GetProblem() const { return problem; }
   // Description of the process that held the lock at the last failure; empty if GetProblem() is the
   // reason.

@@ -56,7 +56,10 @@ std::int32_t TreeSaver::SaveTreeFile(CXmlNode& node, const std::string& fileName
   if (!isHeld) protection.Lock().Release();
   const bool isSaved = std::all_of(pending.begin(), pending.end(),
                                    [](const PendingFile& file) { return file.isSaved; });
-  if (isSaving && !isSaved) KeepUnsaved(pending);
+  const bool isLost = std::any_of(savedFiles.begin(), savedFiles.end(), [](const SavedFile& each) {
+    return !each.problem.empty() && each.copy.empty();
+  });
+  if (!isSaved && (isSaving || isLost)) KeepUnsaved(pending);
   return isSaved ? 1 : 0;
 }
 
@@ -262,8 +265,8 @@ void TreeSaver::LoseNothing(PendingFile& file, const std::string& reason) {
   services.output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
-// Writes nothing. A project that stays open still has everything; otherwise saves the contents in
-// the user's data folder.
+// Writes none of the files. Saves their contents next to them or, after an attempt at all or none,
+// in the user's data folder if the project doesn't stay open.
 void TreeSaver::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
                             const std::string& place) {
   const bool isOutside = std::any_of(pending.begin(), pending.end(), [&](const PendingFile& file) {
@@ -279,8 +282,9 @@ void TreeSaver::RefuseFiles(std::vector<PendingFile>& pending, const std::string
     // The file itself is fine, and it is not the one the user could consent to.
     if (isOther && isSaving && isOutside) continue;
     report.problem = isOther ? place + ": " + reason : reason;
-    if (!isSaving) {
-      report.copy = guard.RescueTo(services.dataPath, report.path, file.plan.own);
+    if (!isSaving || !savesWhole) {
+      report.copy = savesWhole ? guard.RescueTo(services.dataPath, report.path, file.plan.own)
+                               : guard.Rescue(report.path, file.plan.own, services.dataPath);
       if (report.copy.empty()) report.problem += "; no copy could be written either";
     }
     savedFiles.push_back(std::move(report));

@@ -144,6 +144,37 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
   }
 }
 
+// A tool would wait for another program to write to the pipe.
+TEST(CliFiles, NoToolReadsAPipe) {
+  const struct {
+    const char* pipe;
+    std::vector<std::string> options;
+  } rows[] = {
+      {"chip.ld", {"Linker.Script", "chip.ld"}},
+      {"chip.ld", {"--", "Linker.Extra", "-T chip.ld"}},
+      {"more.args", {"Linker.Extra", "@more.args"}},
+      {"more.args", {"C.Compiler.Extra", "@more.args"}},
+      {"src/a.h", {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.pipe + std::string(" ") + (row.options.empty() ? "" : row.options.back()));
+    CliProject project;
+    project.Trust();
+    project.Out({"build"});
+    if (!row.options.empty()) {
+      std::vector<std::string> words{"options", "set"};
+      words.insert(words.end(), row.options.begin(), row.options.end());
+      project.Out(words);
+    }
+    Put(Instead::Pipe, project.PathOf(row.pipe));
+    const auto answer = project.RunProgram("timeout", {"20", TARN_PROGRAM, "build"});
+    EXPECT_EQ(answer.code, 1);
+    EXPECT_TRUE(Has(answer.out, std::string(row.pipe) + " can't be read: not a regular file; " +
+                                    "the tool is not run"))
+        << answer.out << answer.err;
+  }
+}
+
 TEST(CliFiles, ALogThatLacksMessagesIsTold) {
   CliProject project;
   project.Out({"build"});

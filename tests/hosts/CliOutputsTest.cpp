@@ -82,6 +82,14 @@ TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
       {"Build.ListingFile", "src/part.c", "src/part.c", "mine", true, "src/a.c"},
       {"Linker.MapFile", "notes.txt", "notes.txt", "mine", true},
       {"Linker.Extra", "-Wl,-Map=part.c", "part.c", "mine", true},
+      {"Linker.MapFile", "chip.icf", "chip.icf", "place in ROM", true},
+      {"Linker.MapFile", "image", "image", std::string("\x7f\0", 2), true},
+      {"Build.OutputFile", "rom.bin", "rom.bin", "included by a source", true, "src/a.c"},
+      {"Build.OutputFile", "fw.bin", "fw.bin", "from a clone", false},
+      {"Build.OutputFile", "fw", "fw",
+       "\x7f"
+       "ELF from a clone",
+       false},
       {"Build.OutputFile", "src/a.o", "src/a.o", "from a clone", false, "src/a.c"},
       {"Build.OutputFile", "app.elf", "app.elf", "from a clone", false},
       {"Build.OutputFile", "c.a", "c.a", std::string("\x7f\0", 2), false, "src/c.c"},
@@ -100,7 +108,7 @@ TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
       const auto answer = project.Run({command});
       const bool isClean = *command == 'c';  // deletes only outputs and listings
       EXPECT_EQ(answer.code, row.isKept && !isClean ? 1 : 0) << answer.out << answer.err;
-      EXPECT_EQ(Has(answer.out, "looks like a source"),
+      EXPECT_EQ(Has(answer.out, "no build of this project made it"),
                 row.isKept && (!isClean || *row.option == 'B'))
           << answer.out;
       EXPECT_EQ(project.Exists(row.file) && project.Read(row.file) == row.text, row.isKept);

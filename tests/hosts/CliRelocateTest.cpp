@@ -64,6 +64,14 @@ TEST(CliRelocate, AFileThatANamedFolderLacksIsNamedThere) {
   EXPECT_FALSE(Has(answer.err, "src/b.c")) << answer.err;
 }
 
+TEST(CliRelocate, APipeIsNoPlaceOfAFile) {
+  CliProject project;
+  fs::create_directory(project.PathOf("moved"));
+  fs::rename(project.PathOf("src/a.c"), project.PathOf("../a.c"));
+  ASSERT_EQ(mkfifo(project.PathOf("moved/a.c").c_str(), 0666), 0);
+  project.ExpectRefusal({"relocate"}, 1, "src/a.c was not found");
+}
+
 TEST(CliRelocate, LinksAreNotFollowed) {
   CliProject project;
   const CliProject other;
@@ -120,7 +128,9 @@ TEST(CliRelocate, WhatANodeCanNotBecomeIsRefused) {
       {"src", "src/sub", "src/sub/a.c is already in the project"},
       {"app.tapp", "src/a.c", "src/a.c is a different kind of file"},
       {"app.tapp", "src", "src is a folder, not a file"},
+      {"src/a.c", "pipe.c", "pipe.c is not a regular file"},
   };
+  ASSERT_EQ(mkfifo(project.PathOf("pipe.c").c_str(), 0666), 0);
   for (const auto& row : rows) {
     project.ExpectRefusal({"relocate", row.from, row.to}, 2,
                           row.said + std::string("; nothing was changed."));

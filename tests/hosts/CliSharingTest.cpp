@@ -1,6 +1,7 @@
 // Projects that are shared by several people and programs.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -29,6 +30,31 @@ TEST(CliSharing, AnEditWaitsForAnother) {
                          });
   EXPECT_TRUE(Has(answer.out, "Waiting for another program")) << answer.out;
   EXPECT_TRUE(Has(answer.out, "\nadded src/d.c\n")) << answer.out;
+}
+
+// Runs the program as a user who may write the folder, but not open the lock file.
+TEST(CliSharing, NothingIsChangedWithoutTheLock) {
+  CliProject project;
+  project.Write("src/d.c", "");
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  const fs::path root = fs::path(project.PathOf("..")).lexically_normal();
+  fs::permissions(root, fs::perms::all);
+  for (const auto& each : fs::recursive_directory_iterator(root)) {
+    if (!each.is_symlink()) fs::permissions(each.path(), fs::perms(0666), fs::perm_options::add);
+    if (each.is_directory()) fs::permissions(each.path(), fs::perms::all);
+  }
+  fs::permissions(project.PathOf("demo.tlock"), fs::perms::none);
+  const std::string before = project.Read("app.tapp");
+  for (const char* command : {"add src/d.c", "undo", "build"}) {
+    std::vector<std::string> words{"--reuid=65534", "--regid=65534", "--clear-groups",
+                                   TARN_PROGRAM};
+    for (std::string& word : Words(command)) words.push_back(std::move(word));
+    const bool isRoot = geteuid() == 0;
+    const auto answer = isRoot ? project.RunProgram("setpriv", words) : project.Run(Words(command));
+    EXPECT_EQ(answer.code, 3) << command;
+    EXPECT_TRUE(Has(answer.err, "/demo.tlock can't be locked: Permission denied")) << answer.err;
+    EXPECT_EQ(project.Read("app.tapp"), before);
+  }
 }
 
 // Only the added line changes in the project's files.

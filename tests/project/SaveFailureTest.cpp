@@ -180,36 +180,56 @@ TEST(SaveFailure, WhatWasNotSavedIsInMemoryAndTriedAgain) {
   }
 }
 
+// The project is read again at the end of a save.
+TEST(SaveFailure, AnUnchangedProjectThatCanNoLongerBeReadStaysOpen) {
+  for (const std::string file : {"/p/demo.tprj", "/p/two.tapp"}) {
+    EditedWorld world;
+    ASSERT_EQ(world.OpenDemo(), 1);
+    MakeFolderOf(file)(world);
+    EXPECT_EQ(world.model->SaveProject(), 0) << file;
+    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
+    ASSERT_EQ(world.model->GetSavedFiles().size(), 1U);
+    EXPECT_EQ(world.model->GetSavedFiles()[0].path, file);
+    EXPECT_EQ(world.model->GetSavedFiles()[0].problem, "failed in memory with code 4");
+    world.disk.Erase(file);
+    EXPECT_EQ(world.model->SaveProject(), 1);
+    EXPECT_TRUE(world.model->IsOpen());
+    EXPECT_TRUE(world.disk.BytesOf(file).has_value());
+  }
+}
+
 // No location is writable, so the tree is the only place with the user's work.
-TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
-  EditedWorld world;
-  ASSERT_EQ(world.OpenDemo(), 1);
-  world.Edit();
-  for (const char* file : {"one.tapp", "demo.tprj"}) {
-    for (const std::string folder : {"/p/", "/data/"}) {
-      for (const char* suffix : {"", ".unsaved"}) {
-        world.disk.FailOn("write", folder + file + suffix, ErrorCode::NoSpace);
+TEST(SaveFailure, ASaveOrCloseThatFindsNoPlaceAtAllKeepsTheTree) {
+  for (const bool isSave : {false, true}) {
+    EditedWorld world;
+    ASSERT_EQ(world.OpenDemo(), 1);
+    world.Edit();
+    for (const char* file : {"one.tapp", "demo.tprj"}) {
+      for (const std::string folder : {"/p/", "/data/"}) {
+        for (const char* suffix : {"", ".unsaved"}) {
+          world.disk.FailOn("write", folder + file + suffix, ErrorCode::NoSpace);
+        }
       }
     }
-  }
-  EXPECT_EQ(world.model->SaveProject(), 0);
-  const Lines reopened = world.Heard();
-  EXPECT_EQ(Lines(reopened.begin(), reopened.begin() + 3),
-            (Lines{"ProjectClosing", "row 9 /p/one.tapp: failed in memory with code 6",
-                   "row 9 /p/demo.tprj: failed in memory with code 6"}));
-  EXPECT_EQ(Lines(reopened.end() - 6, reopened.end()), kReopened);
-  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old"}));
-  EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
-  EXPECT_TRUE(world.model->IsModified());
+    EXPECT_EQ(isSave ? world.model->SaveProject() : world.model->CloseProject(), 0);
+    const Lines reopened = world.Heard();
+    EXPECT_EQ(Lines(reopened.begin(), reopened.begin() + 3),
+              (Lines{"ProjectClosing", "row 9 /p/one.tapp: failed in memory with code 6",
+                     "row 9 /p/demo.tprj: failed in memory with code 6"}));
+    EXPECT_EQ(Lines(reopened.end() - 6, reopened.end()), kReopened);
+    EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old"}));
+    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
+    EXPECT_TRUE(world.model->IsModified());
 
-  // There is space again: everything is saved, and the log does not mention the earlier failure.
-  world.disk.ClearFailures();
-  world.host.TakeLines();
-  EXPECT_EQ(world.model->SaveProject(), 1);
-  Lines heard = {"ProjectClosing"};
-  heard.insert(heard.end(), kReopened.begin(), kReopened.end());
-  EXPECT_EQ(world.Heard(), heard);
-  EXPECT_EQ(world.Files(), Lines());
+    // There is space again: everything is saved, and the log does not mention the earlier failure.
+    world.disk.ClearFailures();
+    world.host.TakeLines();
+    EXPECT_EQ(world.model->SaveProject(), 1);
+    Lines heard = {"ProjectClosing"};
+    heard.insert(heard.end(), kReopened.begin(), kReopened.end());
+    EXPECT_EQ(world.Heard(), heard);
+    EXPECT_EQ(world.Files(), Lines());
+  }
 }
 
 TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {

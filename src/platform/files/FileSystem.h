@@ -204,7 +204,8 @@ class FileSystem {
   // Does not block: fails with Busy, and with the holder's process in the error's text, while
   // another process or object holds it. The lock of a dead process is free. Fails with NotAFile,
   // and with the target in the error's text, for a symbolic link, which is not followed, and for
-  // anything else that is not a regular file.
+  // anything else that is not a regular file. Fails with ReadOnly only if nothing in the folder can
+  // be written, with NotFound if there is no folder.
   virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/,
                                                     LockPurpose /*purpose*/) {
     return std::make_unique<FileLock>();

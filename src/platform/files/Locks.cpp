@@ -30,4 +30,8 @@ std::string FindLockPath(FileSystem& files, const std::string& projectPath, cons
   return {};
 }
 
+bool NeedsNoLock(const Error& error) {
+  return error.code == ErrorCode::ReadOnly || error.code == ErrorCode::NotFound;
+}
+
 }  // namespace tarn

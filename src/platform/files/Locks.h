@@ -21,4 +21,8 @@ Result<std::unique_ptr<FileLock>> WaitForLock(FileSystem& files, const std::stri
 std::string FindLockPath(FileSystem& files, const std::string& projectPath, const std::string& file,
                          bool mayLeave);
 
+// Returns true if the lock can't be taken because there is nothing to protect: the folder is
+// missing or can't be written.
+bool NeedsNoLock(const Error& error);
+
 }  // namespace tarn

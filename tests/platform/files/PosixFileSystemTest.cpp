@@ -184,6 +184,33 @@ TEST_F(PosixFileSystemTest, ALockHoldsButWritesNoFileOfOthers) {
   EXPECT_FALSE(files.TryLock(scratch / "link.tlock", LockPurpose::Edit));
 }
 
+// The umask of the first user must not exclude the others, who could then change the same files.
+TEST_F(PosixFileSystemTest, ALockHasThePermissionsOfItsFolder) {
+  const struct {
+    mode_t folder, before, lock;  // `before`: of an existing lock file
+  } rows[] = {
+      {0755, 0, 0644},  {0775, 0, 0664},    {02775, 0, 0664},   {0777, 0, 0666},
+      {01777, 0, 0644}, {0775, 0644, 0664}, {0755, 0600, 0600},
+  };
+  const mode_t umaskBefore = umask(022);
+  for (const auto& row : rows) {
+    const std::string folder = scratch / "shared";
+    std::filesystem::create_directory(folder);
+    ASSERT_EQ(chmod(folder.c_str(), row.folder), 0);
+    const std::string lock = folder + "/p.tlock";
+    if (row.before != 0) {
+      scratch.Write("shared/p.tlock", "");
+      ASSERT_EQ(chmod(lock.c_str(), row.before), 0);
+    }
+    EXPECT_TRUE(files.TryLock(lock, LockPurpose::Edit));
+    struct stat made {};
+    ASSERT_EQ(stat(lock.c_str(), &made), 0);
+    EXPECT_EQ(made.st_mode & 07777, row.lock) << std::oct << row.folder << " " << row.before;
+    std::filesystem::remove_all(folder);
+  }
+  umask(umaskBefore);
+}
+
 TEST_F(PosixFileSystemTest, TimesBeforeTheEpochRoundDown) {
   scratch.Write("old", "12345");
   const timespec times[2] = {{-5, 900'000'000}, {-5, 900'000'000}};

@@ -11,6 +11,7 @@
 
 #include "platform/files/posix/AtomicWrite.h"
 #include "platform/files/posix/PosixError.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn::posix {
 
@@ -55,7 +56,6 @@ bool IsOurs(int file) {
 
 // The text is only informative, so a full disk does no harm.
 void WriteOwner(int file, LockPurpose purpose) {
-  if (!IsOurs(file)) return;
   std::string owner = kOwnerPrefix + std::to_string(getpid());
   owner.resize(kOwnerLength - 1, ' ');
   (void)(pwrite(file, (owner + "\n").data(), kOwnerLength, OwnerPlace(purpose)) > 0);
@@ -65,9 +65,47 @@ void WriteOwner(int file, LockPurpose purpose) {
 Error OpenErrorOf(int number, const std::string& name) {
   std::error_code failure;
   const std::filesystem::path target = std::filesystem::read_symlink(name, failure);
-  if (failure) return ErrorOf(number, name);
+  if (failure) {
+    Error error = ErrorOf(number, name);
+    // In a writable folder, others can change the project at the same time.
+    const bool isWritable = faccessat(AT_FDCWD, FolderOf(name).c_str(), W_OK, AT_EACCESS) == 0;
+    if (error.code == ErrorCode::ReadOnly && isWritable) error.code = ErrorCode::Io;
+    return error;
+  }
   return {ErrorCode::NotAFile,
           "it is a symbolic link to " + target.string() + ", which is not followed", name};
+}
+
+// Makes the lock file writable for all who can write its folder, and so replace the project's
+// files, regardless of the umask of the user who created it. Users share files of a sticky folder
+// by their permissions only.
+void AdmitUsersOfFolder(int file, const std::string& name) {
+  struct stat own {};
+  struct stat folder {};
+  if (fstat(file, &own) != 0 || stat(FolderOf(name).c_str(), &folder) != 0) return;
+  if ((folder.st_mode & S_ISVTX) != 0) return;
+  if (geteuid() == 0 && own.st_uid == 0 && folder.st_uid != 0) {
+    (void)!fchown(file, folder.st_uid, static_cast<gid_t>(-1));
+  }
+  mode_t mode = own.st_mode & 0777;
+  const auto hasGroup = [&] {
+    return own.st_gid == folder.st_gid || fchown(file, static_cast<uid_t>(-1), folder.st_gid) == 0;
+  };
+  if ((folder.st_mode & S_IWGRP) != 0 && hasGroup()) mode |= S_IRGRP | S_IWGRP;
+  if ((folder.st_mode & S_IWOTH) != 0) mode |= S_IROTH | S_IWOTH;
+  if (mode != (own.st_mode & 0777)) (void)fchmod(file, mode);
+}
+
+// Opens the lock file, or creates it. The permissions of a file that exists are extended later.
+Descriptor OpenOrCreate(const std::string& name) {
+  constexpr int kHow = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  while (true) {
+    Descriptor file(Retry([&] { return open(name.c_str(), kHow); }));
+    if (file || errno != ENOENT) return file;
+    file = Descriptor(Retry([&] { return open(name.c_str(), kHow | O_CREAT | O_EXCL, 0666); }));
+    if (file) AdmitUsersOfFolder(file.Get(), name);
+    if (file || errno != EEXIST) return file;
+  }
 }
 
 // The file may have been removed or replaced between open() and the lock.
@@ -84,9 +122,7 @@ bool IsStillNamed(const std::string& name, int file) {
 // file open elsewhere.
 Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name, LockPurpose purpose) {
   for (;;) {
-    Descriptor file(Retry([&] {
-      return open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
-    }));
+    Descriptor file = OpenOrCreate(name);
     if (!file) return OpenErrorOf(errno, name);
     struct stat status {};
     if (fstat(file.Get(), &status) != 0) return ErrorOf(errno, name);
@@ -104,7 +140,10 @@ Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name, LockPurpo
       return ErrorOf(ErrorCode::Busy, ReadOwner(file.Get(), purpose), name);
     }
     if (!IsStillNamed(name, file.Get())) continue;
-    WriteOwner(file.Get(), purpose);
+    if (IsOurs(file.Get())) {
+      AdmitUsersOfFolder(file.Get(), name);
+      WriteOwner(file.Get(), purpose);
+    }
     return std::unique_ptr<FileLock>(std::make_unique<HeldLock>(std::move(file)));
   }
 }
