@@ -60,22 +60,83 @@ int SelectConfiguration(CommandContext& context, const ApplicationEntry& applica
   return context.SaveProject();
 }
 
-}  // namespace
-
-int RunConfig(CommandContext& context) {
+int RunList(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
-  if (context.Asked().command == "config list") return ListConfigurations(context, chosen);
+  return ListConfigurations(context, chosen);
+}
+
+// Applies `change` to the chosen application, by default the active one.
+int RunChange(CommandContext& context, int (*change)(CommandContext&, const ApplicationEntry&)) {
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   if (chosen.empty()) {
     context.Complain("This project has no application.");
     return kExitUsage;
   }
   const auto active = std::find_if(chosen.begin(), chosen.end(),
                                    [](const ApplicationEntry& each) { return each.active; });
-  const ApplicationEntry& application = active == chosen.end() ? chosen.front() : *active;
-  return context.Asked().command == "config add" ? AddConfiguration(context, application)
-                                                 : SelectConfiguration(context, application);
+  return change(context, active == chosen.end() ? chosen.front() : *active);
+}
+
+void DeclareChange(CommandArguments& arguments, Invocation& asked, const char* word) {
+  arguments.Positional(word, asked.name, "Name of the configuration").Required();
+  arguments.AddProjectAndApp();
+  arguments.AddEditing();
+}
+
+}  // namespace
+
+CommandSpec ConfigCommand() {
+  return {
+      .name = "config",
+      .group = CommandGroup::Settings,
+      .help = "Show, add and select configurations",
+  };
+}
+
+CommandSpec ConfigListCommand() {
+  return {
+      .name = "config list",
+      .help = "Show the configurations",
+      .declare = [](CommandArguments& arguments, Invocation&) { arguments.AddProjectAndApp(); },
+      .run = RunList,
+  };
+}
+
+CommandSpec ConfigAddCommand() {
+  return {
+      .name = "config add",
+      .help = "Add a configuration",
+      .examples = {{"tarn config add Debug", "with the current options"},
+                   {"tarn config add Debug --from Fast", "with the options of another one"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            DeclareChange(arguments, asked, "NAME");
+            const Argument from =
+                arguments
+                    .Option("--from", asked.from, "CONFIG",
+                            "Copy the options of this configuration instead of the current one")
+                    .NotEmpty();
+            arguments.Flag("--empty", asked.empty, "Copy no options").Excludes(from);
+          },
+      .run = [](CommandContext& context) { return RunChange(context, AddConfiguration); },
+  };
+}
+
+CommandSpec ConfigSelectCommand() {
+  return {
+      .name = "config select",
+      .help = "Select the active configuration",
+      .examples = {{"tarn config select Debug", "until another one is selected"}},
+      .access = ProjectAccess::Edit,
+      .declare = [](CommandArguments& arguments,
+                    Invocation& asked) { DeclareChange(arguments, asked, "CONFIG"); },
+      .run = [](CommandContext& context) { return RunChange(context, SelectConfiguration); },
+  };
 }
 
 }  // namespace tarn::host

@@ -126,9 +126,47 @@ int ExportSarif(CommandContext& context) {
 
 }  // namespace
 
-int RunExport(CommandContext& context) {
-  return context.Asked().command == "export sarif" ? ExportSarif(context)
-                                                   : ExportCompileCommands(context);
+CommandSpec ExportCommand() {
+  return {
+      .name = "export",
+      .group = CommandGroup::Integration,
+      .help = "Write files for editors and other tools",
+  };
+}
+
+CommandSpec ExportCompileCommandsCommand() {
+  return {
+      .name = "export compile-commands",
+      .help = "How each source is compiled, for clangd and similar tools",
+      .examples = {{"tarn export compile-commands", "in all configurations"},
+                   {"tarn export compile-commands -c Debug -o -", "only one, to standard output"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.AddProjectAndApp();
+            arguments
+                .Option("-c,--config", asked.configurations, "CONFIG",
+                        "Only this configuration; may be repeated")
+                .NotEmpty();
+            arguments.AddOutput("compile_commands.json next to the project");
+            arguments.AddDamagedOk();
+          },
+      .run = ExportCompileCommands,
+  };
+}
+
+CommandSpec ExportSarifCommand() {
+  return {
+      .name = "export sarif",
+      .help = "Findings of the last build, as SARIF 2.1.0",
+      .examples = {{"tarn export sarif -o findings.sarif", "to this file"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation&) {
+            arguments.AddProject();
+            arguments.AddOutput("the project's name with .sarif, next to it");
+            arguments.AddDamagedOk();
+          },
+      .run = ExportSarif,
+  };
 }
 
 }  // namespace tarn::host

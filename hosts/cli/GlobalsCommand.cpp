@@ -72,8 +72,6 @@ const ApplicationEntry* Choose(const std::vector<ApplicationEntry>& chosen) {
   return found;
 }
 
-}  // namespace
-
 int RunGlobals(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
@@ -107,6 +105,32 @@ int RunGlobals(CommandContext& context) {
   for (const Symbol& symbol : symbols) list.push_back(ToJson(symbol));
   PrintJson(context, {{"application", application->label}, {"file", file}, {"symbols", list}});
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec GlobalsCommand() {
+  return {
+      .name = "globals",
+      .group = CommandGroup::Building,
+      .help = "List the global symbols of an application",
+      .examples = {{"tarn globals --name 'uart_*'", "matching symbols, with file and line"},
+                   {"tarn globals --file timer.c --sort file", "symbols of a source file"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.AddProjectAndApp("Use this application instead of the active one");
+            arguments.AddConfiguration();
+            constexpr const char* kPattern = "PATTERN";
+            arguments.Option("--name", asked.namePattern, kPattern,
+                             "Only symbols matching PATTERN, e.g. uart_*");
+            arguments.Option("--file", asked.filePattern, kPattern,
+                             "Only symbols declared in files matching PATTERN");
+            arguments
+                .Option("--sort", asked.sortColumn, "COLUMN", "Sort by name, definition or file")
+                .OneOf({"name", "definition", "file"});
+          },
+      .run = RunGlobals,
+  };
 }
 
 }  // namespace tarn::host

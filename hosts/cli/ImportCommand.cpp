@@ -145,10 +145,29 @@ int Import::Run() {
   return IsOpen() ? Report() : Fail(context.ShowResolved(project) + " can't be opened.");
 }
 
-}  // namespace
-
 int RunImport(CommandContext& context) {
   return Import(context).Run();
+}
+
+}  // namespace
+
+CommandSpec ImportCommand() {
+  return {
+      .name = "import",
+      .group = CommandGroup::Files,
+      .help = "Import a project in the old format",
+      .examples = {{"tarn import blinky.prj", "create blinky.tprj from it"},
+                   {"tarn import --yes all.stw", "all projects of a workspace, again"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments
+                .Positional("OLD", asked.older,
+                            "Project (*.prj) or workspace (*.stw) in the old format")
+                .Required();
+            arguments.Flag("-y,--yes", asked.yes, "Replace an existing project");
+          },
+      .run = RunImport,
+  };
 }
 
 }  // namespace tarn::host

@@ -18,10 +18,12 @@ enum ExitCode : int {
   kExitReaderGone = 141,
 };
 
+struct CommandSpec;
+
 // The parsed command line.
 struct Invocation {
-  std::string command;  // words joined by a space, e.g. "options set"
-  std::string project;  // file or folder; empty: the current folder
+  const CommandSpec* command = nullptr;  // not null after parsing
+  std::string project;                   // file or folder; empty: the current folder
 
   std::string application;    // --app
   std::string configuration;  // --config

@@ -143,6 +143,8 @@ void PrintJson(CommandContext& context, nlohmann::json document) {
       document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace), DocumentFormat::Json);
 }
 
+namespace {
+
 int RunLog(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
@@ -163,6 +165,31 @@ int RunLog(CommandContext& context) {
   }
   for (const LogEntry& entry : entries) PrintEntry(context, entry);
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec LogCommand() {
+  return {
+      .name = "log",
+      .group = CommandGroup::Building,
+      .help = "Show the log of the last build",
+      .examples = {{"tarn log", "messages with file and line"},
+                   {"tarn log --follow", "also those of builds elsewhere, as they arrive"},
+                   {"tarn log --xml", "the log file itself, for message.xslt for example"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.AddProject();
+            const Argument xml = arguments.Flag("--xml", asked.xml, "Print the log file unchanged");
+            xml.Excludes(arguments.Find("--json"));
+            arguments
+                .Flag("-f,--follow", asked.follow, "Keep printing the output of further builds")
+                .Excludes(xml);
+            arguments.Flag("--until-end", asked.untilEnd, "Follow until the next build ends")
+                .Excludes(xml);
+          },
+      .run = RunLog,
+  };
 }
 
 }  // namespace tarn::host

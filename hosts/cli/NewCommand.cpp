@@ -137,8 +137,6 @@ void TrustNewProject(CommandContext& context, const std::string& folder) {
                  Printable(error.text) + ".");
 }
 
-}  // namespace
-
 int RunNew(CommandContext& context) {
   if (context.Asked().name.empty()) {
     context.Complain("A project needs a name.");
@@ -170,6 +168,46 @@ int RunNew(CommandContext& context) {
   const std::string folder = ShellWord(context.Show(project.folder));
   context.Out().PrintLine("Run `tarn build " + folder + "` to build it.");
   return kExitDone;
+}
+
+void Declare(CommandArguments& arguments, Invocation& asked) {
+  arguments
+      .Positional("NAME", asked.name, "Folder and name of the project, e.g. blinky or work/blinky")
+      .Required();
+  const Argument compiler = arguments
+                                .Option("--compiler", asked.compiler, "COMPILER",
+                                        "Compiler to use; see `tarn options list`")
+                                .NotEmpty();
+  const Argument target =
+      arguments
+          .Option("--target", asked.target, "MCU",
+                  "Microcontroller to use; also sets the compiler; see `tarn targets`")
+          .NotEmpty()
+          .Excludes(compiler);
+  arguments.Option("--type", asked.type, "NAME", "Type of the application")
+      .NotEmpty()
+      .Needs(target);
+  arguments
+      .Option("-c,--config", asked.configuration, "NAME", "Configuration to use; may be a new one")
+      .NotEmpty()
+      .Needs(target);
+  arguments.Flag("--git", asked.git,
+                 "Add .gitignore and .gitattributes even outside a git repository");
+}
+
+}  // namespace
+
+CommandSpec NewCommand() {
+  return {
+      .name = "new",
+      .group = CommandGroup::Files,
+      .help = "Create a project",
+      .examples = {{"tarn new blinky", "a project in the folder blinky"},
+                   {"tarn new work/blinky --compiler sdcc-mcs51", "with a different compiler"},
+                   {"tarn new blinky --target ATmega328P", "for a microcontroller"}},
+      .declare = Declare,
+      .run = RunNew,
+  };
 }
 
 }  // namespace tarn::host

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "hosts/cli/CommandSpec.h"
 #include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
 #include "hosts/core/BuildSession.h"
@@ -112,6 +113,7 @@ class CommandContext {
   void WriteRecord(EditRecord& record);
 
  private:
+  ProjectAccess Access() const { return asked.command->access; }
   void ShowDefinitionErrors();
   // Printed even with --quiet, but not during completion, where it would disturb the shell's
   // command line.

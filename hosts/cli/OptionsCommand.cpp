@@ -232,18 +232,100 @@ int OptionQuery::List() {
   return kExitDone;
 }
 
-}  // namespace
-
-int RunOptions(CommandContext& context) {
+int RunQuery(CommandContext& context, int (OptionQuery::*query)()) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   if (const int code = context.ChooseNode(); code != kExitDone) return code;
-  OptionQuery query(context);
-  const std::string& command = context.Asked().command;
-  if (command == "options get") return query.Get();
-  if (command == "options set") return query.Set();
-  if (command == "options reset") return query.Reset();
-  if (command == "options explain") return query.Explain();
-  return query.List();
+  OptionQuery of(context);
+  return (of.*query)();
+}
+
+void DeclareOption(CommandArguments& arguments, Invocation& asked) {
+  arguments.Positional("OPTION", asked.key, "SECTION.NAME or SET.SECTION.NAME").Required();
+}
+
+void DeclareNode(CommandArguments& arguments) {
+  arguments.AddProjectAndApp();
+  arguments.AddConfiguration();
+  arguments.AddNode();
+}
+
+void DeclareQuery(CommandArguments& arguments, Invocation& asked) {
+  DeclareOption(arguments, asked);
+  DeclareNode(arguments);
+}
+
+}  // namespace
+
+CommandSpec OptionsCommand() {
+  return {
+      .name = "options",
+      .group = CommandGroup::Settings,
+      .help = "Read and change options",
+  };
+}
+
+CommandSpec OptionsListCommand() {
+  return {
+      .name = "options list",
+      .help = "Show all options with their values",
+      .examples = {{"tarn options list -n src/uart.c", "options of one file"}},
+      .declare = [](CommandArguments& arguments, Invocation&) { DeclareNode(arguments); },
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::List); },
+  };
+}
+
+CommandSpec OptionsGetCommand() {
+  return {
+      .name = "options get",
+      .help = "Print the value of an option",
+      .examples = {{"tarn options get Build.OutputFile", "path of the program"}},
+      .declare = DeclareQuery,
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Get); },
+  };
+}
+
+CommandSpec OptionsSetCommand() {
+  return {
+      .name = "options set",
+      .help = "Set an option",
+      .examples = {{"tarn options set Compiler.Defines 'FAST;LEVEL=2'", "for the application"},
+                   {"tarn options set -n src/uart.c -- Compiler.Extra -O3",
+                    "-- for a leading dash"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            DeclareOption(arguments, asked);
+            arguments.Positional("VALUE", asked.value, "The new value; may be empty").Required();
+            DeclareNode(arguments);
+            arguments.AddEditing();
+          },
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Set); },
+  };
+}
+
+CommandSpec OptionsResetCommand() {
+  return {
+      .name = "options reset",
+      .help = "Reset an option to the inherited value",
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            DeclareQuery(arguments, asked);
+            arguments.AddEditing();
+          },
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Reset); },
+  };
+}
+
+CommandSpec OptionsExplainCommand() {
+  return {
+      .name = "options explain",
+      .help = "Explain where the value of an option comes from",
+      .examples = {{"tarn options explain Compiler.Optimize -n src/uart.c",
+                    "each place that sets it"}},
+      .declare = DeclareQuery,
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Explain); },
+  };
 }
 
 }  // namespace tarn::host

@@ -61,10 +61,7 @@ void TellWhatIsLeft(CommandContext& context, ClassStore& store) {
                  Printable(*left));
 }
 
-}  // namespace
-
-int RunRegister(CommandContext& context) {
-  const bool adds = context.Asked().command == "register";
+int RunRegister(CommandContext& context, bool adds) {
   ClassStore& store = ClassStore::Native();
   store.SetScope(context.Asked().forAll ? ClassScope::Machine : ClassScope::User);
   const std::string folder = TargetsFolder(context);
@@ -96,6 +93,34 @@ int RunRegister(CommandContext& context) {
   }
   if (!adds) TellWhatIsLeft(context, store);
   return kExitDone;
+}
+
+void Declare(CommandArguments& arguments, Invocation& asked) {
+  arguments.Flag("--system", asked.forAll, "For all users of this computer");
+}
+
+}  // namespace
+
+CommandSpec RegisterCommand() {
+  return {
+      .name = "register",
+      .group = CommandGroup::Integration,
+      .help = "Register this installation's server",
+      .examples = {{"tarn register", "for this user"},
+                   {"tarn register --system", "for all users; as root"}},
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunRegister(context, true); },
+  };
+}
+
+CommandSpec UnregisterCommand() {
+  return {
+      .name = "unregister",
+      .group = CommandGroup::Integration,
+      .help = "Unregister this installation's server",
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunRegister(context, false); },
+  };
 }
 
 }  // namespace tarn::host

@@ -206,10 +206,34 @@ int Relocating::Run() {
   return Report(relocation);
 }
 
-}  // namespace
-
 int RunRelocate(CommandContext& context) {
   return Relocating(context).Run();
+}
+
+}  // namespace
+
+CommandSpec RelocateCommand() {
+  return {
+      .name = "relocate",
+      .group = CommandGroup::Files,
+      .help = "Find application files and sources that have moved",
+      .examples = {{"tarn relocate --dry-run", "show where the missing files seem to be"},
+                   {"tarn relocate --below ..", "search for them below another folder"},
+                   {"tarn relocate src firmware/src", "a folder that was moved"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.AddProject();
+            arguments.Positional("OLD", asked.older, "File or folder that has moved").NotEmpty();
+            arguments.Positional("NEW", asked.name, "Its new location").NotEmpty();
+            arguments
+                .Option("--below", asked.below, "DIR",
+                        "Search this folder instead of the project's")
+                .NotEmpty();
+            arguments.Flag("--dry-run", asked.dryRun, "Show the moves without changing anything");
+            arguments.AddWriting();
+          },
+      .run = RunRelocate,
+  };
 }
 
 }  // namespace tarn::host

@@ -65,8 +65,6 @@ void PrintRow(CommandContext& context, const ReportRow& row, bool isFiltered) {
   context.Out().PrintLine(DisplayEntry(row.entry, context.StartFolder(), context.Out()));
 }
 
-}  // namespace
-
 // With --warnings a warning affects the exit code, as an error does with --errors.
 int RunReport(CommandContext& context) {
   std::string project;
@@ -90,6 +88,25 @@ int RunReport(CommandContext& context) {
   }
   if (asked.json) PrintJson(context, document);
   return hasFound ? kExitBuildFailed : kExitDone;
+}
+
+}  // namespace
+
+CommandSpec ReportCommand() {
+  return {
+      .name = "report",
+      .group = CommandGroup::Building,
+      .help = "Show the errors and warnings of the last build",
+      .examples = {{"tarn report --errors", "what prevents it from being built"},
+                   {"tarn report --warnings --json", "as JSON; exit code 1 if there are any"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.AddProject();
+            arguments.Flag("--errors", asked.errors, "Show only errors");
+            arguments.Flag("--warnings", asked.warnings, "Show only warnings; with --errors, both");
+          },
+      .run = RunReport,
+  };
 }
 
 }  // namespace tarn::host

@@ -71,8 +71,6 @@ const char* WordOf(ScriptEnd end) {
   return end == ScriptEnd::Done ? "succeeded" : "failed";
 }
 
-}  // namespace
-
 int RunScript(CommandContext& context) {
   // Read first, because opening the project changes the working folder.
   std::string script = context.Asked().script;
@@ -111,6 +109,28 @@ int RunScript(CommandContext& context) {
                         {"lines", display.GetLines()}});
   }
   return exitCode;
+}
+
+}  // namespace
+
+CommandSpec RunCommand() {
+  return {
+      .name = "run",
+      .group = CommandGroup::Integration,
+      .help = "Run a Lua script on a project",
+      .examples = {{"tarn run release.lua", "on the project in the current folder"}},
+      .access = ProjectAccess::Script,
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.Positional("FILE", asked.script, "The script, e.g. release.lua").Required();
+            arguments.AddProjectAndApp();
+            arguments.AddConfiguration();
+            arguments.AddVerbose("Show every command of its builds");
+            arguments.AddDamagedOk();
+            arguments.AddOutsideOk();
+          },
+      .run = RunScript,
+  };
 }
 
 }  // namespace tarn::host

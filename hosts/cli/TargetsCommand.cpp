@@ -146,6 +146,8 @@ int CheckTargetFiles(CommandContext& context, const std::string& list) {
   return kExitCannotOpen;
 }
 
+namespace {
+
 int RunTargets(CommandContext& context) {
   if (const int code = context.StartSession(); code != kExitDone) return code;
   const std::string list = context.Session().Inspector().GetTargets();
@@ -160,6 +162,27 @@ int RunTargets(CommandContext& context) {
     PrintList(context, targets);
   }
   return problem;
+}
+
+}  // namespace
+
+CommandSpec TargetsCommand() {
+  return {
+      .name = "targets",
+      .group = CommandGroup::Settings,
+      .help = "List the available microcontrollers",
+      .examples = {{"tarn targets --family AVR", "all targets of a family"},
+                   {"tarn targets ATmega328P", "details of one target"},
+                   {"tarn targets usb", "targets that mention it"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            arguments.Positional("TEXT", asked.text,
+                                 "Text to search for in target, family or description");
+            arguments.Option("--family", asked.family, "FAMILY", "Only this family, e.g. AVR")
+                .NotEmpty();
+          },
+      .run = RunTargets,
+  };
 }
 
 }  // namespace tarn::host

@@ -71,8 +71,6 @@ int Revoke(CommandContext& context, TrustedFolders& trusted, const std::string& 
   return kExitDone;
 }
 
-}  // namespace
-
 int RunTrust(CommandContext& context) {
   const HostFolders folders = HostFolders::FromEnvironment(context.Files());
   TrustedFolders trusted(context.Files(), folders.state);
@@ -85,6 +83,33 @@ int RunTrust(CommandContext& context) {
   Report(context, folder, (wasTrusted ? "already trusted: " : "trusted: ") + folder, true,
          !wasTrusted);
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec TrustCommand() {
+  return {
+      .name = "trust",
+      .group = CommandGroup::Integration,
+      .help = "Let projects in a folder run programs and write outside it",
+      .examples = {{"tarn trust", "the current folder and everything below it"},
+                   {"tarn trust --list", "show what is trusted"},
+                   {"tarn trust --revoke vendor", "stop trusting this folder"}},
+      .declare =
+          [](CommandArguments& arguments, Invocation& asked) {
+            const Argument path =
+                arguments
+                    .Positional("PROJECT", asked.project,
+                                "Folder, with everything below it, or that of a project file")
+                    .NotEmpty();
+            const Argument revoke =
+                arguments.Flag("--revoke", asked.revoke, "Stop trusting the folder");
+            arguments.Flag("--list", asked.list, "Show the trusted folders")
+                .Excludes(path)
+                .Excludes(revoke);
+          },
+      .run = RunTrust,
+  };
 }
 
 }  // namespace tarn::host

@@ -5,6 +5,8 @@
 #include <sstream>
 #include <vector>
 
+#include "hosts/cli/CommandSpec.h"
+
 namespace tarn::host {
 namespace {
 
@@ -28,7 +30,7 @@ TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
   const Answer build = Parse({"build", "--config", "Release", "demo", "-v", "--app=blinky"});
   ASSERT_TRUE(build.parsed.invocation) << build.err;
   const Invocation& asked = *build.parsed.invocation;
-  EXPECT_EQ(asked.command, "build");
+  EXPECT_STREQ(asked.command->name, "build");
   EXPECT_EQ(asked.project + "," + asked.configuration + "," + asked.application,
             "demo,Release,blinky");
   EXPECT_TRUE(asked.verbose);
@@ -38,7 +40,7 @@ TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
   const Answer safe =
       Parse({"options", "set", "--node", "src/a.c", "--", "Build.X", "-O2", "p.tprj"});
   ASSERT_TRUE(safe.parsed.invocation) << safe.err;
-  EXPECT_EQ(safe.parsed.invocation->command, "options set");
+  EXPECT_STREQ(safe.parsed.invocation->command->name, "options set");
   EXPECT_EQ(safe.parsed.invocation->key + "," + safe.parsed.invocation->value + "," +
                 safe.parsed.invocation->project + "," + safe.parsed.invocation->node,
             "Build.X,-O2,p.tprj,src/a.c");
