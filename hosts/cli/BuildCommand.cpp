@@ -153,11 +153,11 @@ int RunBuild(CommandContext& context, BuildWork work) {
   return exitCode;
 }
 
-void Declare(CommandArguments& arguments, Invocation& asked) {
+void Declare(CommandArguments& arguments) {
   arguments.AddProjectAndApp();
   arguments.AddConfiguration();
   arguments.AddVerbose("Show every command and its output");
-  arguments.Flag("--no-wait", asked.noWait,
+  arguments.Flag("--no-wait", arguments.Common().noWait,
                  "Fail (exit code 3) if another build of the project is running");
   arguments.AddDamagedOk();
   arguments.AddTrust();

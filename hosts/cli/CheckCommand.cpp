@@ -76,7 +76,7 @@ CommandSpec CheckCommand() {
       .examples = {{"tarn check", "the project in the current folder"},
                    {"tarn check --json", "as JSON, for programs"}},
       .declare =
-          [](CommandArguments& arguments, Invocation&) {
+          [](CommandArguments& arguments) {
             arguments.AddProjectAndApp("Check only this application");
             arguments.AddConfiguration();
           },

@@ -93,12 +93,6 @@ void CommandArguments::AddNode() {
       .NotEmpty();
 }
 
-void CommandArguments::AddOutput(const std::string& usual) {
-  Option("-o,--output", asked.output, "FILE",
-         "File to write, - for standard output; default: " + usual)
-      .NotEmpty();
-}
-
 void CommandArguments::AddVerbose(const char* help) {
   Flag("-v,--verbose", asked.verbose, help).Excludes(Find("--quiet"));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <any>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,7 +38,20 @@ class Argument {
 // that are passed, which must live as long as the parser.
 class CommandArguments {
  public:
-  CommandArguments(CLI::App& command, Invocation& invocation) : app(command), asked(invocation) {}
+  CommandArguments(CLI::App& command, Invocation& invocation)
+      : app(command), asked(invocation), own(std::make_shared<std::any>()) {}
+
+  // The values that several commands have.
+  Invocation& Common() { return asked; }
+  // The values that only this command has, in a struct of its file. Created by the first call; a
+  // command has one such struct.
+  template <class Options>
+  Options& Own() {
+    if (!own->has_value()) own->emplace<Options>();
+    return std::any_cast<Options&>(*own);
+  }
+  // The same values, for the invocation.
+  std::shared_ptr<const std::any> ShareOwn() const { return own; }
 
   Argument Positional(const std::string& name, std::string& value, const std::string& help);
   // A positional argument that may be repeated.
@@ -59,7 +74,6 @@ class CommandArguments {
   void AddProjectAndApp(const char* help = "Use only this application");
   void AddConfiguration();
   void AddNode();
-  void AddOutput(const std::string& usual);
   void AddVerbose(const char* help);
   // For commands that build, clean, change the project's files, or export the whole project.
   void AddDamagedOk();
@@ -73,6 +87,7 @@ class CommandArguments {
  private:
   CLI::App& app;
   Invocation& asked;
+  std::shared_ptr<std::any> own;
 };
 
 // Returns true if almost every command has this option, so that it is listed after a command's own

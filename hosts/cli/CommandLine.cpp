@@ -56,10 +56,13 @@ class Grammar {
       command->require_subcommand(1);
       return;
     }
-    command->callback([this, &spec] { invocation.command = &spec; });
     CommandArguments arguments(*command, invocation);
     if (spec.hasDisplayOptions) arguments.AddDisplay();
-    if (spec.declare != nullptr) spec.declare(arguments, invocation);
+    if (spec.declare != nullptr) spec.declare(arguments);
+    command->callback([this, &spec, own = arguments.ShareOwn()] {
+      invocation.command = &spec;
+      invocation.own = own;
+    });
   }
 
   CLI::App app;

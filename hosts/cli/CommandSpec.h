@@ -8,7 +8,6 @@ namespace tarn::host {
 
 class CommandArguments;
 class CommandContext;
-struct Invocation;
 
 // Heading under which the program's help lists a command.
 enum class CommandGroup {
@@ -41,9 +40,8 @@ struct CommandSpec {
   // False if the peer of the command is a program, so that --quiet, --json and --no-color don't
   // apply.
   bool hasDisplayOptions = true;
-  // Declares the arguments and options; parsing stores their values in the invocation. Null if
-  // there are none.
-  void (*declare)(CommandArguments& arguments, Invocation& asked) = nullptr;
+  // Declares the arguments and options. Null if there are none.
+  void (*declare)(CommandArguments& arguments) = nullptr;
   // Runs the command and returns the exit code. Null if the command only has subcommands.
   int (*run)(CommandContext& context) = nullptr;
 };

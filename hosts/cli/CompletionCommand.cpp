@@ -13,6 +13,10 @@ namespace tarn::host {
 
 namespace {
 
+struct CompleteOptions {
+  std::string kind;  // of the names
+};
+
 struct KindWord {
   ValueKind kind;
   const char* word;
@@ -101,7 +105,7 @@ int RunMan(CommandContext& context) {
 }
 
 int RunComplete(CommandContext& context) {
-  const auto kind = KindOfWord(context.Asked().name);
+  const auto kind = KindOfWord(context.Own<CompleteOptions>().kind);
   if (!kind) return kExitUsage;
   const bool isOfProject = *kind != ValueKind::Target && *kind != ValueKind::Family;
   const int code = isOfProject ? context.OpenProject() : context.StartSession();
@@ -170,8 +174,9 @@ CommandSpec CompleteCommand() {
       .help = "List names that a shell can complete",
       .access = ProjectAccess::Complete,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
-            arguments.Positional("KIND", asked.name, "").Required();
+          [](CommandArguments& arguments) {
+            CompleteOptions& own = arguments.Own<CompleteOptions>();
+            arguments.Positional("KIND", own.kind, "").Required();
             arguments.AddProjectAndApp();
           },
       .run = RunComplete,

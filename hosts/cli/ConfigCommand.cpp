@@ -13,6 +13,12 @@ namespace tarn::host {
 
 namespace {
 
+struct ConfigOptions {
+  std::string name;
+  std::string from;    // --from
+  bool empty = false;  // --empty
+};
+
 int ListConfigurations(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
   nlohmann::json document = nlohmann::json::array();
   for (const ApplicationEntry& application : chosen) {
@@ -33,9 +39,9 @@ int ListConfigurations(CommandContext& context, const std::vector<ApplicationEnt
 }
 
 int AddConfiguration(CommandContext& context, const ApplicationEntry& application) {
-  NewConfiguration wanted{context.Asked().name, {}};
-  if (context.Asked().empty) wanted.from = "";
-  if (!context.Asked().from.empty()) wanted.from = context.Asked().from;
+  NewConfiguration wanted{context.Own<ConfigOptions>().name, {}};
+  if (context.Own<ConfigOptions>().empty) wanted.from = "";
+  if (!context.Own<ConfigOptions>().from.empty()) wanted.from = context.Own<ConfigOptions>().from;
   const Status added = AddConfiguration(context.Session(), wanted, &application);
   if (added) return context.SaveProject();
   const Error& error = added.GetError();
@@ -46,7 +52,7 @@ int AddConfiguration(CommandContext& context, const ApplicationEntry& applicatio
 }
 
 int SelectConfiguration(CommandContext& context, const ApplicationEntry& application) {
-  const std::string& name = context.Asked().name;
+  const std::string& name = context.Own<ConfigOptions>().name;
   const std::string known = FindConfiguration(application, name);
   if (known.empty()) {
     context.Complain(application.label + " has no configuration \"" + name + "\"." +
@@ -81,8 +87,9 @@ int RunChange(CommandContext& context, int (*change)(CommandContext&, const Appl
   return change(context, active == chosen.end() ? chosen.front() : *active);
 }
 
-void DeclareChange(CommandArguments& arguments, Invocation& asked, const char* word) {
-  arguments.Positional(word, asked.name, "Name of the configuration").Required();
+void DeclareChange(CommandArguments& arguments, const char* word) {
+  arguments.Positional(word, arguments.Own<ConfigOptions>().name, "Name of the configuration")
+      .Required();
   arguments.AddProjectAndApp();
   arguments.AddEditing();
 }
@@ -101,7 +108,7 @@ CommandSpec ConfigListCommand() {
   return {
       .name = "config list",
       .help = "Show the configurations",
-      .declare = [](CommandArguments& arguments, Invocation&) { arguments.AddProjectAndApp(); },
+      .declare = [](CommandArguments& arguments) { arguments.AddProjectAndApp(); },
       .run = RunList,
   };
 }
@@ -114,14 +121,15 @@ CommandSpec ConfigAddCommand() {
                    {"tarn config add Debug --from Fast", "with the options of another one"}},
       .access = ProjectAccess::Edit,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
-            DeclareChange(arguments, asked, "NAME");
+          [](CommandArguments& arguments) {
+            ConfigOptions& own = arguments.Own<ConfigOptions>();
+            DeclareChange(arguments, "NAME");
             const Argument from =
                 arguments
-                    .Option("--from", asked.from, "CONFIG",
+                    .Option("--from", own.from, "CONFIG",
                             "Copy the options of this configuration instead of the current one")
                     .NotEmpty();
-            arguments.Flag("--empty", asked.empty, "Copy no options").Excludes(from);
+            arguments.Flag("--empty", own.empty, "Copy no options").Excludes(from);
           },
       .run = [](CommandContext& context) { return RunChange(context, AddConfiguration); },
   };
@@ -133,8 +141,7 @@ CommandSpec ConfigSelectCommand() {
       .help = "Select the active configuration",
       .examples = {{"tarn config select Debug", "until another one is selected"}},
       .access = ProjectAccess::Edit,
-      .declare = [](CommandArguments& arguments,
-                    Invocation& asked) { DeclareChange(arguments, asked, "CONFIG"); },
+      .declare = [](CommandArguments& arguments) { DeclareChange(arguments, "CONFIG"); },
       .run = [](CommandContext& context) { return RunChange(context, SelectConfiguration); },
   };
 }

@@ -18,6 +18,14 @@ namespace tarn::host {
 
 namespace {
 
+struct EditOptions {
+  std::vector<std::string> words;  // files or nodes
+  std::string node;                // NODE of rename
+  std::string name;                // NAME of rename, APP of select
+  std::string target;              // add --to
+  bool create = false;             // add --create
+};
+
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
 
@@ -57,7 +65,9 @@ class Edit {
   };
 
   Edit(CommandContext& commandContext, const Rule& commandRule)
-      : context(commandContext), rule(commandRule), words(commandContext.Asked().words) {}
+      : context(commandContext),
+        rule(commandRule),
+        words(commandContext.Own<EditOptions>().words) {}
 
   int Run();
 
@@ -91,7 +101,7 @@ class Edit {
   int Report();
 
   CommandContext& context;
-  const Rule& rule;
+  const Rule rule;
   std::vector<std::string> words;
   std::string project;
   CreatedFiles created;
@@ -118,8 +128,9 @@ int Edit::Run() {
 // The project may be omitted, so the first argument is interpreted according to its value.
 int Edit::TakeWords() {
   const Invocation& asked = context.Asked();
+  const EditOptions& own = context.Own<EditOptions>();
   if (!asked.project.empty()) words.insert(words.begin(), asked.project);
-  for (const std::string& word : {asked.node, asked.name}) {
+  for (const std::string& word : {own.node, own.name}) {
     if (!word.empty()) words.push_back(word);
   }
   const bool hasProject = words.size() > rule.least && (!rule.more || IsProject(words.front()));
@@ -166,7 +177,7 @@ int Edit::AddOne(const std::string& file) {
   if (const std::string why = context.WhyUnusable(path); !why.empty()) {
     return Fail(context.ShowFailure(path, "added", why) + ".");
   }
-  if (isMissing && (isApplication || !context.Asked().create)) {
+  if (isMissing && (isApplication || !context.Own<EditOptions>().create)) {
     return Fail(context.Show(path) + " does not exist." +
                 (isApplication ? "" : " Use --create to create an empty one."));
   }
@@ -207,14 +218,15 @@ int Edit::SelectTarget() {
   for (const ApplicationEntry& each : chosen) {
     if (wanted == nullptr || each.active) wanted = &each;
   }
-  const std::string& target = context.Asked().target;
+  const std::string& target = context.Own<EditOptions>().target;
   if (wanted != nullptr && !context.Session().Inspector().SelectApplication(wanted->path)) {
     return Fail(wanted->label + " can't be found.");
   }
   if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
   const bool isGroupName = target.find(kSeparator) == std::string::npos;
-  if (context.Asked().create && isGroupName && context.SelectNode(target, context.Scope()) == 0) {
+  if (context.Own<EditOptions>().create && isGroupName &&
+      context.SelectNode(target, context.Scope()) == 0) {
     return MakeGroup(target);
   }
   return FindNode(target);
@@ -314,13 +326,18 @@ int Edit::Report() {
   return kExitDone;
 }
 
+constexpr const char* kNodeHelp = "Path or label, prefixed with APP/ where needed";
+
 // The command itself interprets its arguments, because the leading project may be omitted.
-void DeclareNodes(CommandArguments& arguments) {
+void DeclareEdit(CommandArguments& arguments) {
   arguments.AddProjectAndApp("Search for NODE in this application");
   arguments.AddEditing();
 }
 
-constexpr const char* kNodeHelp = "Path or label, prefixed with APP/ where needed";
+void DeclareNodes(CommandArguments& arguments) {
+  DeclareEdit(arguments);
+  arguments.Positional("NODE", arguments.Own<EditOptions>().words, kNodeHelp).RequiredByCommand();
+}
 
 }  // namespace
 
@@ -333,21 +350,20 @@ CommandSpec AddCommand() {
                    {"tarn add . src/*.c --to Sources", "to a group"}},
       .access = ProjectAccess::Edit,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
             arguments.AddProjectAndApp("Add to this application");
             arguments
-                .Positional("FILE", asked.words, "File to add; the extension determines its type")
+                .Positional("FILE", own.words, "File to add; the extension determines its type")
                 .RequiredByCommand();
-            arguments
-                .Option("--to", asked.target, "NODE", "Group or application to add the files to")
+            arguments.Option("--to", own.target, "NODE", "Group or application to add the files to")
                 .NotEmpty();
-            arguments.Flag("--create", asked.create, "Create missing files and a missing group");
+            arguments.Flag("--create", own.create, "Create missing files and a missing group");
             arguments.AddEditing();
           },
       .run =
           [](CommandContext& context) {
-            static constexpr Edit::Rule kRule = {1, true, "FILE...", &Edit::Add};
-            return Edit(context, kRule).Run();
+            return Edit(context, {1, true, "FILE...", &Edit::Add}).Run();
           },
   };
 }
@@ -359,15 +375,10 @@ CommandSpec RemoveCommand() {
       .help = "Remove files, groups or applications from a project",
       .examples = {{"tarn remove . src/uart.c", "the file itself is kept"}},
       .access = ProjectAccess::Edit,
-      .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
-            DeclareNodes(arguments);
-            arguments.Positional("NODE", asked.words, kNodeHelp).RequiredByCommand();
-          },
+      .declare = DeclareNodes,
       .run =
           [](CommandContext& context) {
-            static constexpr Edit::Rule kRule = {1, true, "NODE...", &Edit::Remove};
-            return Edit(context, kRule).Run();
+            return Edit(context, {1, true, "NODE...", &Edit::Remove}).Run();
           },
   };
 }
@@ -380,19 +391,17 @@ CommandSpec MoveCommand() {
       .examples = {{"tarn move . src/uart.c Drivers", "to another group"}},
       .access = ProjectAccess::Edit,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
+          [](CommandArguments& arguments) {
             DeclareNodes(arguments);
-            arguments.Positional("NODE", asked.words, kNodeHelp).RequiredByCommand();
             // Only for the help: the arguments before it consume all values.
             arguments
-                .Positional("TARGET", asked.target,
+                .Positional("TARGET", arguments.Own<EditOptions>().target,
                             "Destination: a group, an application, or a file to insert before")
                 .RequiredByCommand();
           },
       .run =
           [](CommandContext& context) {
-            static constexpr Edit::Rule kRule = {2, true, "NODE... TARGET", &Edit::Move};
-            return Edit(context, kRule).Run();
+            return Edit(context, {2, true, "NODE... TARGET", &Edit::Move}).Run();
           },
   };
 }
@@ -405,15 +414,15 @@ CommandSpec RenameCommand() {
       .examples = {{"tarn rename . blinky flasher", "change the label of a node"}},
       .access = ProjectAccess::Edit,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
-            DeclareNodes(arguments);
-            arguments.Positional("NODE", asked.node, kNodeHelp).RequiredByCommand();
-            arguments.Positional("NAME", asked.name, "New label").RequiredByCommand();
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
+            DeclareEdit(arguments);
+            arguments.Positional("NODE", own.node, kNodeHelp).RequiredByCommand();
+            arguments.Positional("NAME", own.name, "New label").RequiredByCommand();
           },
       .run =
           [](CommandContext& context) {
-            static constexpr Edit::Rule kRule = {2, false, "NODE NAME", &Edit::Rename};
-            return Edit(context, kRule).Run();
+            return Edit(context, {2, false, "NODE NAME", &Edit::Rename}).Run();
           },
   };
 }
@@ -426,15 +435,15 @@ CommandSpec SelectCommand() {
       .examples = {{"tarn select . boot", "set the active application"}},
       .access = ProjectAccess::Edit,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
             arguments.AddProject();
-            arguments.Positional("APP", asked.name, "Label of the application").RequiredByCommand();
+            arguments.Positional("APP", own.name, "Label of the application").RequiredByCommand();
             arguments.AddEditing();
           },
       .run =
           [](CommandContext& context) {
-            static constexpr Edit::Rule kRule = {1, false, "APP", &Edit::SelectApplication};
-            return Edit(context, kRule).Run();
+            return Edit(context, {1, false, "APP", &Edit::SelectApplication}).Run();
           },
   };
 }

@@ -17,6 +17,12 @@ namespace tarn::host {
 
 namespace {
 
+struct LogOptions {
+  bool xml = false;
+  bool follow = false;
+  bool untilEnd = false;
+};
+
 const char* WordOf(LogKind kind) {
   switch (kind) {
     case LogKind::Error:
@@ -100,7 +106,7 @@ int FollowLog(CommandContext& context, const std::string& project) {
       PrintEntry(context, entry);
       isEnd = isEnd || ends(entry);
     }
-    if (isNews && isEnd && context.Asked().untilEnd) return kExitDone;
+    if (isNews && isEnd && context.Own<LogOptions>().untilEnd) return kExitDone;
     isNews = true;
   } while (pause.Wait(kFollowPause));
   return kExitInterrupted;
@@ -149,12 +155,12 @@ int RunLog(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
   context.ShowDamageOf(project);
-  if (context.Asked().follow || context.Asked().untilEnd) {
+  if (context.Own<LogOptions>().follow || context.Own<LogOptions>().untilEnd) {
     return FollowLog(context, project);
   }
   std::string log;
   if (const int code = context.ReadLog(project, log); code != kExitDone) return code;
-  if (context.Asked().xml) {
+  if (context.Own<LogOptions>().xml) {
     context.Out().PrintDocument(log, DocumentFormat::Xml);
     return kExitDone;
   }
@@ -178,14 +184,14 @@ CommandSpec LogCommand() {
                    {"tarn log --follow", "also those of builds elsewhere, as they arrive"},
                    {"tarn log --xml", "the log file itself, for message.xslt for example"}},
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
+          [](CommandArguments& arguments) {
+            LogOptions& own = arguments.Own<LogOptions>();
             arguments.AddProject();
-            const Argument xml = arguments.Flag("--xml", asked.xml, "Print the log file unchanged");
+            const Argument xml = arguments.Flag("--xml", own.xml, "Print the log file unchanged");
             xml.Excludes(arguments.Find("--json"));
-            arguments
-                .Flag("-f,--follow", asked.follow, "Keep printing the output of further builds")
+            arguments.Flag("-f,--follow", own.follow, "Keep printing the output of further builds")
                 .Excludes(xml);
-            arguments.Flag("--until-end", asked.untilEnd, "Follow until the next build ends")
+            arguments.Flag("--until-end", own.untilEnd, "Follow until the next build ends")
                 .Excludes(xml);
           },
       .run = RunLog,

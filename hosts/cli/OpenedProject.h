@@ -22,6 +22,11 @@ class CommandContext {
   CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem);
 
   const Invocation& Asked() const { return asked; }
+  // The values that only this command has, in the struct that its declaration filled.
+  template <class Options>
+  const Options& Own() const {
+    return asked.Own<Options>();
+  }
   Console& Out() { return console; }
   FileSystem& Files() { return files; }
   // The user's working folder; opening a project changes that of the process.

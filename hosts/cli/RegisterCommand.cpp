@@ -12,6 +12,10 @@ namespace tarn::host {
 
 namespace {
 
+struct RegisterOptions {
+  bool forAll = false;  // --system
+};
+
 constexpr const char* kServerClass = "TarnProjectManager.ProjectManager";
 
 std::string WordOf(ClassScope scope) {
@@ -24,9 +28,10 @@ std::string TargetsFolder(CommandContext& context) {
 }
 
 int ComplainOf(CommandContext& context, const char* what, bool adds, const Error& failure) {
-  context.Complain(std::string(what) + " can't be " + (adds ? "registered" : "unregistered") +
-                   ": " + failure.place + ": " + failure.text +
-                   (context.Asked().forAll ? ". --system requires root privileges." : ""));
+  context.Complain(
+      std::string(what) + " can't be " + (adds ? "registered" : "unregistered") + ": " +
+      failure.place + ": " + failure.text +
+      (context.Own<RegisterOptions>().forAll ? ". --system requires root privileges." : ""));
   return kExitCannotOpen;
 }
 
@@ -63,7 +68,7 @@ void TellWhatIsLeft(CommandContext& context, ClassStore& store) {
 
 int RunRegister(CommandContext& context, bool adds) {
   ClassStore& store = ClassStore::Native();
-  store.SetScope(context.Asked().forAll ? ClassScope::Machine : ClassScope::User);
+  store.SetScope(context.Own<RegisterOptions>().forAll ? ClassScope::Machine : ClassScope::User);
   const std::string folder = TargetsFolder(context);
   TargetPackages targets(context.Files(), store.GetPath(), folder);
   const auto before = store.FindLibraryInScope(kServerClass);
@@ -76,7 +81,7 @@ int RunRegister(CommandContext& context, bool adds) {
   const std::vector<std::string> targetsAfter = targets.ListRegistered();
   if (context.Asked().json) {
     PrintJson(context, {{"class", kServerClass},
-                        {"scope", context.Asked().forAll ? "system" : "user"},
+                        {"scope", context.Own<RegisterOptions>().forAll ? "system" : "user"},
                         {"registered", after.has_value()},
                         {"library", after.value_or("")},
                         {"targets", targetsAfter},
@@ -95,8 +100,9 @@ int RunRegister(CommandContext& context, bool adds) {
   return kExitDone;
 }
 
-void Declare(CommandArguments& arguments, Invocation& asked) {
-  arguments.Flag("--system", asked.forAll, "For all users of this computer");
+void Declare(CommandArguments& arguments) {
+  arguments.Flag("--system", arguments.Own<RegisterOptions>().forAll,
+                 "For all users of this computer");
 }
 
 }  // namespace

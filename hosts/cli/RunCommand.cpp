@@ -13,6 +13,10 @@ namespace tarn::host {
 
 namespace {
 
+struct RunOptions {
+  std::string script;  // file
+};
+
 // Shows a running script to the user.
 class ScriptDisplay {
  public:
@@ -73,9 +77,9 @@ const char* WordOf(ScriptEnd end) {
 
 int RunScript(CommandContext& context) {
   // Read first, because opening the project changes the working folder.
-  std::string script = context.Asked().script;
+  std::string script = context.Own<RunOptions>().script;
   if (IsRelativePath(script)) script = JoinPath(context.StartFolder(), script);
-  const auto text = context.Files().ReadWholeFile(context.Asked().script);
+  const auto text = context.Files().ReadWholeFile(context.Own<RunOptions>().script);
   if (!text) {
     context.Complain("The script " + context.ShowFailure(script, "read", text.GetError().text));
     return kExitUsage;
@@ -91,7 +95,7 @@ int RunScript(CommandContext& context) {
   session.Prepare();
 
   ScriptDisplay display(context);
-  const ScriptOutcome outcome = session.RunScript(*text, context.Asked().script);
+  const ScriptOutcome outcome = session.RunScript(*text, context.Own<RunOptions>().script);
   context.Out().ClearProgress();
   display.ShowLog();
   const bool isRefused = session.HasRefusedDamage() || !context.ShowRefused().empty();
@@ -121,8 +125,9 @@ CommandSpec RunCommand() {
       .examples = {{"tarn run release.lua", "on the project in the current folder"}},
       .access = ProjectAccess::Script,
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
-            arguments.Positional("FILE", asked.script, "The script, e.g. release.lua").Required();
+          [](CommandArguments& arguments) {
+            RunOptions& own = arguments.Own<RunOptions>();
+            arguments.Positional("FILE", own.script, "The script, e.g. release.lua").Required();
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
             arguments.AddVerbose("Show every command of its builds");

@@ -58,7 +58,7 @@ CommandSpec ServeCommand() {
       .help = "Let an editor control projects (JSON-RPC on stdio)",
       .hasDisplayOptions = false,
       .declare =
-          [](CommandArguments& arguments, Invocation&) {
+          [](CommandArguments& arguments) {
             arguments.AddTrust();  // the client passes everything else in messages
           },
       .run = RunServe,

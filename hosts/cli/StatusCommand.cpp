@@ -128,7 +128,7 @@ CommandSpec StatusCommand() {
       .help = "Explain what is out of date and why",
       .examples = {{"tarn status --json", "as JSON, for programs"}},
       .declare =
-          [](CommandArguments& arguments, Invocation&) {
+          [](CommandArguments& arguments) {
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
           },

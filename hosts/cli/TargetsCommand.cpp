@@ -12,6 +12,11 @@ namespace tarn::host {
 
 namespace {
 
+struct TargetsOptions {
+  std::string text;  // to search for
+  std::string family;
+};
+
 bool IsOf(const TargetEntry& target, const std::string& family) {
   return std::any_of(target.families.begin(), target.families.end(),
                      [&family](const std::string& each) { return EqualNoCase(each, family); });
@@ -104,8 +109,8 @@ std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& 
 
 // Keeps only the requested targets. Returns 0, or an exit code after printing the error.
 int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
-  const std::string& family = context.Asked().family;
-  const std::string& text = context.Asked().text;
+  const std::string& family = context.Own<TargetsOptions>().family;
+  const std::string& text = context.Own<TargetsOptions>().text;
   if (targets.empty()) {
     context.Complain(
         "No targets are registered. Run `tarn register` to register those of this installation.");
@@ -175,10 +180,11 @@ CommandSpec TargetsCommand() {
                    {"tarn targets ATmega328P", "details of one target"},
                    {"tarn targets usb", "targets that mention it"}},
       .declare =
-          [](CommandArguments& arguments, Invocation& asked) {
-            arguments.Positional("TEXT", asked.text,
+          [](CommandArguments& arguments) {
+            TargetsOptions& own = arguments.Own<TargetsOptions>();
+            arguments.Positional("TEXT", own.text,
                                  "Text to search for in target, family or description");
-            arguments.Option("--family", asked.family, "FAMILY", "Only this family, e.g. AVR")
+            arguments.Option("--family", own.family, "FAMILY", "Only this family, e.g. AVR")
                 .NotEmpty();
           },
       .run = RunTargets,

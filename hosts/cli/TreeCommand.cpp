@@ -94,7 +94,7 @@ CommandSpec TreeCommand() {
       .group = CommandGroup::Building,
       .help = "Show applications, groups and files",
       .declare =
-          [](CommandArguments& arguments, Invocation&) {
+          [](CommandArguments& arguments) {
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
           },

@@ -143,7 +143,7 @@ int RunUndo(CommandContext& context, bool isUndo) {
   return kExitDone;
 }
 
-void Declare(CommandArguments& arguments, Invocation&) {
+void Declare(CommandArguments& arguments) {
   arguments.AddProject();
   arguments.AddEditing();
 }

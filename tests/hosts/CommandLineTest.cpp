@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hosts/cli/CommandSpec.h"
+#include "hosts/cli/OptionArguments.h"
 
 namespace tarn::host {
 namespace {
@@ -41,8 +42,9 @@ TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
       Parse({"options", "set", "--node", "src/a.c", "--", "Build.X", "-O2", "p.tprj"});
   ASSERT_TRUE(safe.parsed.invocation) << safe.err;
   EXPECT_STREQ(safe.parsed.invocation->command->name, "options set");
-  EXPECT_EQ(safe.parsed.invocation->key + "," + safe.parsed.invocation->value + "," +
-                safe.parsed.invocation->project + "," + safe.parsed.invocation->node,
+  const auto& arguments = safe.parsed.invocation->Own<OptionArguments>();
+  EXPECT_EQ(arguments.key + "," + arguments.value + "," + safe.parsed.invocation->project + "," +
+                safe.parsed.invocation->node,
             "Build.X,-O2,p.tprj,src/a.c");
 }
 
