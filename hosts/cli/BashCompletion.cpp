@@ -94,7 +94,7 @@ std::string Describe(const CommandEntry& command) {
   for (const ArgumentEntry& each : command.arguments) {
     AddWord(arguments, ScriptWord(each.kind) + (each.repeated ? "..." : ""));
   }
-  return "    " + ShellQuoted(WordsOf(command)) + ")\n      commands=" + ShellQuoted(commands) +
+  return "    " + ShellQuoted(command.Name()) + ")\n      commands=" + ShellQuoted(commands) +
          "\n      flags=" + ShellQuoted(flags) + "\n      values=" + ShellQuoted(values) +
          "\n      arguments=" + ShellQuoted(arguments) + " ;;\n";
 }

@@ -12,11 +12,6 @@ namespace tarn::host {
 
 namespace {
 
-BuildWork WorkOf(const std::string& command) {
-  if (command == "rebuild") return BuildWork::Rebuild;
-  return command == "clean" ? BuildWork::Clean : BuildWork::Build;
-}
-
 int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefused) {
   if (isRefused) return kExitCannotOpen;
   const bool isKept = context.Session().GetStateProblem().empty();
@@ -116,17 +111,16 @@ int LockBuild(CommandContext& context) {
                       "Interrupted while waiting for another build.");
 }
 
-BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
+BuildRequest RequestOf(CommandContext& context, BuildWork work,
+                       const std::vector<ApplicationEntry>& chosen) {
   BuildRequest request;
-  request.work = WorkOf(context.Asked().command);
+  request.work = work;
   const bool isOne = !context.Asked().application.empty() && !chosen.empty();
   if (isOne) request.application = chosen.front().path;
   return request;
 }
 
-}  // namespace
-
-int RunBuild(CommandContext& context) {
+int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
   const Interrupts interrupts([&session] { session.RequestStop(); }, STDOUT_FILENO);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
@@ -136,7 +130,7 @@ int RunBuild(CommandContext& context) {
     if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   }
   if (const int code = LockBuild(context); code != kExitDone) return code;
-  const BuildRequest request = RequestOf(context, chosen);
+  const BuildRequest request = RequestOf(context, work, chosen);
   session.Prepare();
   RemarkState(context);
 
@@ -157,6 +151,55 @@ int RunBuild(CommandContext& context) {
   const int exitCode = ExitCodeOf(context, outcome, !refused.empty());
   if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode, refused);
   return exitCode;
+}
+
+void Declare(CommandArguments& arguments) {
+  arguments.AddProjectAndApp();
+  arguments.AddConfiguration();
+  arguments.AddVerbose("Show every command and its output");
+  arguments.Flag("--no-wait", arguments.Common().noWait,
+                 "Fail (exit code 3) if another build of the project is running");
+  arguments.AddDamagedOk();
+  arguments.AddTrust();
+}
+
+}  // namespace
+
+CommandSpec BuildCommand() {
+  return {
+      .name = "build",
+      .group = CommandGroup::Building,
+      .help = "Build what is out of date",
+      .examples = {{"tarn build", "the project in the current folder"},
+                   {"tarn build blinky --config Debug", "a different project and configuration"},
+                   {"tarn build --app boot -v", "one application, showing its commands"}},
+      .access = ProjectAccess::Build,
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Build); },
+  };
+}
+
+CommandSpec RebuildCommand() {
+  return {
+      .name = "rebuild",
+      .group = CommandGroup::Building,
+      .help = "Rebuild everything",
+      .examples = {{"tarn rebuild --config Debug", "everything in a configuration"}},
+      .access = ProjectAccess::Build,
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Rebuild); },
+  };
+}
+
+CommandSpec CleanCommand() {
+  return {
+      .name = "clean",
+      .group = CommandGroup::Building,
+      .help = "Delete what was built",
+      .access = ProjectAccess::Build,
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Clean); },
+  };
 }
 
 }  // namespace tarn::host

@@ -51,8 +51,6 @@ void PrintFindings(CommandContext& context, const std::vector<Finding>& findings
       findings.empty() ? "No findings" : CountText(static_cast<int>(findings.size()), "finding"));
 }
 
-}  // namespace
-
 int RunCheck(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
@@ -66,6 +64,24 @@ int RunCheck(CommandContext& context) {
     PrintFindings(context, findings);
   }
   return findings.empty() ? kExitDone : kExitBuildFailed;
+}
+
+}  // namespace
+
+CommandSpec CheckCommand() {
+  return {
+      .name = "check",
+      .group = CommandGroup::Building,
+      .help = "Find mistakes and missing items in a project",
+      .examples = {{"tarn check", "the project in the current folder"},
+                   {"tarn check --json", "as JSON, for programs"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            arguments.AddProjectAndApp("Check only this application");
+            arguments.AddConfiguration();
+          },
+      .run = RunCheck,
+  };
 }
 
 }  // namespace tarn::host

@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "hosts/cli/CommandNotes.h"
+#include "hosts/cli/CommandArguments.h"
+#include "hosts/cli/CommandList.h"
+#include "hosts/cli/ProgramNotes.h"
 
 namespace tarn::host {
 
@@ -71,6 +73,12 @@ std::string CommandEntry::Title(const std::string& separator) const {
   return text;
 }
 
+std::string CommandEntry::Name() const {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
 std::string CommandEntry::Usage() const {
   std::string text = Title();
   if (!children.empty()) text += words.empty() ? " COMMAND [PROJECT]" : " COMMAND";
@@ -94,9 +102,9 @@ CommandEntry DescribeCommand(const CLI::App& app) {
   for (const CLI::App* child : app.get_subcommands({})) {
     if (!child->get_group().empty()) entry.children.push_back(DescribeCommand(*child));
   }
-  const CommandNote& note = NoteOf(entry.Title());
-  entry.group = note.group;
-  entry.examples = note.examples;
+  const CommandSpec* const spec = FindCommand(entry.Name());
+  entry.group = spec == nullptr ? CommandGroup::None : spec->group;
+  entry.examples = spec == nullptr ? ProgramExamples() : spec->examples;
   return entry;
 }
 

@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/cli/CommandSpec.h"
+
 namespace CLI {
 class App;
 }
@@ -42,12 +44,14 @@ struct FlagEntry {
 struct CommandEntry {
   std::vector<std::string> words;  // after "tarn": {"options", "set"}; empty for the program
   std::string help;                // one sentence without full stop
-  std::string group;               // heading under which the program lists it
+  CommandGroup group = CommandGroup::None;
   std::vector<ArgumentEntry> arguments;
   std::vector<FlagEntry> flags;
   std::vector<CommandEntry> children;
   std::vector<std::pair<std::string, std::string>> examples;  // line, what it does
 
+  // Returns "options set"; an empty string for the program.
+  std::string Name() const;
   // "tarn options set OPTION VALUE [PROJECT] [options]"
   std::string Usage() const;
   // Returns "tarn options set", joined by `separator`.

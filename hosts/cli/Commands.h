@@ -2,35 +2,13 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "hosts/cli/CommandArguments.h"
+#include "hosts/cli/CommandList.h"
 #include "hosts/cli/OpenedProject.h"
 #include "hosts/core/TargetEntry.h"
 
+// What the files of the commands need.
 namespace tarn::host {
-
-// The commands of the program. Each returns the exit code.
-int RunBuild(CommandContext& context);       // build, rebuild, clean
-int RunStatus(CommandContext& context);      // status
-int RunCheck(CommandContext& context);       // check
-int RunTree(CommandContext& context);        // tree
-int RunOptions(CommandContext& context);     // options get, set, reset, explain, list
-int RunConfig(CommandContext& context);      // config list, add, select
-int RunGlobals(CommandContext& context);     // globals
-int RunLog(CommandContext& context);         // log
-int RunReport(CommandContext& context);      // report
-int RunNew(CommandContext& context);         // new
-int RunImport(CommandContext& context);      // import
-int RunCompletion(CommandContext& context);  // completion bash, zsh, fish
-int RunMan(CommandContext& context);         // man
-int RunComplete(CommandContext& context);    // complete
-int RunEdit(CommandContext& context);        // add, remove, move, rename, select
-int RunUndo(CommandContext& context);        // undo, redo
-int RunRelocate(CommandContext& context);    // relocate
-int RunExport(CommandContext& context);      // export compile-commands, sarif
-int RunScript(CommandContext& context);      // run
-int RunTargets(CommandContext& context);     // targets
-int RunTrust(CommandContext& context);       // trust
-int RunServe(CommandContext& context);       // serve
-int RunRegister(CommandContext& context);    // register, unregister
 
 // Prints a JSON document, to which damage of the project is added as "damage"; bytes that are not
 // UTF-8 are replaced.

@@ -13,6 +13,10 @@ namespace tarn::host {
 
 namespace {
 
+struct CompleteOptions {
+  std::string kind;  // of the names
+};
+
 struct KindWord {
   ValueKind kind;
   const char* word;
@@ -87,13 +91,10 @@ std::optional<ValueKind> KindOfWord(const std::string& word) {
   return std::nullopt;
 }
 
-int RunCompletion(CommandContext& context) {
-  const std::string& command = context.Asked().command;
-  const CommandEntry program = DescribeCommandLine();
-  context.Out().PrintDocument(command == "completion bash"  ? MakeBashCompletion(program)
-                              : command == "completion zsh" ? MakeZshCompletion(program)
-                                                            : MakeFishCompletion(program),
-                              DocumentFormat::Lines);
+namespace {
+
+int PrintScript(CommandContext& context, std::string (*make)(const CommandEntry&)) {
+  context.Out().PrintDocument(make(DescribeCommandLine()), DocumentFormat::Lines);
   return kExitDone;
 }
 
@@ -104,7 +105,7 @@ int RunMan(CommandContext& context) {
 }
 
 int RunComplete(CommandContext& context) {
-  const auto kind = KindOfWord(context.Asked().name);
+  const auto kind = KindOfWord(context.Own<CompleteOptions>().kind);
   if (!kind) return kExitUsage;
   const bool isOfProject = *kind != ValueKind::Target && *kind != ValueKind::Family;
   const int code = isOfProject ? context.OpenProject() : context.StartSession();
@@ -113,6 +114,73 @@ int RunComplete(CommandContext& context) {
        isOfProject ? NamesOf(context, *kind) : CatalogueNames(context, *kind))
     context.Out().PrintLine(name);
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec CompletionCommand() {
+  return {
+      .name = "completion",
+      .group = CommandGroup::Integration,
+      .help = "Print a shell completion script",
+  };
+}
+
+CommandSpec CompletionBashCommand() {
+  return {
+      .name = "completion bash",
+      .help = "A script for bash",
+      .examples = {{". <(tarn completion bash)", "for this shell"}},
+      .hasDisplayOptions = false,
+      .run = [](CommandContext& context) { return PrintScript(context, MakeBashCompletion); },
+  };
+}
+
+CommandSpec CompletionZshCommand() {
+  return {
+      .name = "completion zsh",
+      .help = "A script for zsh",
+      .examples = {{"tarn completion zsh > ~/.zfunc/_tarn",
+                    "into a folder in fpath, before compinit"}},
+      .hasDisplayOptions = false,
+      .run = [](CommandContext& context) { return PrintScript(context, MakeZshCompletion); },
+  };
+}
+
+CommandSpec CompletionFishCommand() {
+  return {
+      .name = "completion fish",
+      .help = "A script for fish",
+      .examples = {{"tarn completion fish | source", "for this shell"}},
+      .hasDisplayOptions = false,
+      .run = [](CommandContext& context) { return PrintScript(context, MakeFishCompletion); },
+  };
+}
+
+// For the build and the completion scripts; hidden from users.
+CommandSpec ManCommand() {
+  return {
+      .name = "man",
+      .group = CommandGroup::Hidden,
+      .help = "Print the manual page",
+      .run = RunMan,
+  };
+}
+
+CommandSpec CompleteCommand() {
+  return {
+      .name = "complete",
+      .group = CommandGroup::Hidden,
+      .help = "List names that a shell can complete",
+      .access = ProjectAccess::Complete,
+      .declare =
+          [](CommandArguments& arguments) {
+            CompleteOptions& own = arguments.Own<CompleteOptions>();
+            arguments.Positional("KIND", own.kind, "").Required();
+            arguments.AddProjectAndApp();
+          },
+      .run = RunComplete,
+  };
 }
 
 }  // namespace tarn::host

@@ -13,6 +13,12 @@ namespace tarn::host {
 
 namespace {
 
+struct ConfigOptions {
+  std::string name;
+  std::string from;    // --from
+  bool empty = false;  // --empty
+};
+
 int ListConfigurations(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
   nlohmann::json document = nlohmann::json::array();
   for (const ApplicationEntry& application : chosen) {
@@ -33,9 +39,9 @@ int ListConfigurations(CommandContext& context, const std::vector<ApplicationEnt
 }
 
 int AddConfiguration(CommandContext& context, const ApplicationEntry& application) {
-  NewConfiguration wanted{context.Asked().name, {}};
-  if (context.Asked().empty) wanted.from = "";
-  if (!context.Asked().from.empty()) wanted.from = context.Asked().from;
+  NewConfiguration wanted{context.Own<ConfigOptions>().name, {}};
+  if (context.Own<ConfigOptions>().empty) wanted.from = "";
+  if (!context.Own<ConfigOptions>().from.empty()) wanted.from = context.Own<ConfigOptions>().from;
   const Status added = AddConfiguration(context.Session(), wanted, &application);
   if (added) return context.SaveProject();
   const Error& error = added.GetError();
@@ -46,7 +52,7 @@ int AddConfiguration(CommandContext& context, const ApplicationEntry& applicatio
 }
 
 int SelectConfiguration(CommandContext& context, const ApplicationEntry& application) {
-  const std::string& name = context.Asked().name;
+  const std::string& name = context.Own<ConfigOptions>().name;
   const std::string known = FindConfiguration(application, name);
   if (known.empty()) {
     context.Complain(application.label + " has no configuration \"" + name + "\"." +
@@ -60,22 +66,84 @@ int SelectConfiguration(CommandContext& context, const ApplicationEntry& applica
   return context.SaveProject();
 }
 
-}  // namespace
-
-int RunConfig(CommandContext& context) {
+int RunList(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
-  if (context.Asked().command == "config list") return ListConfigurations(context, chosen);
+  return ListConfigurations(context, chosen);
+}
+
+// Applies `change` to the chosen application, by default the active one.
+int RunChange(CommandContext& context, int (*change)(CommandContext&, const ApplicationEntry&)) {
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   if (chosen.empty()) {
     context.Complain("This project has no application.");
     return kExitUsage;
   }
   const auto active = std::find_if(chosen.begin(), chosen.end(),
                                    [](const ApplicationEntry& each) { return each.active; });
-  const ApplicationEntry& application = active == chosen.end() ? chosen.front() : *active;
-  return context.Asked().command == "config add" ? AddConfiguration(context, application)
-                                                 : SelectConfiguration(context, application);
+  return change(context, active == chosen.end() ? chosen.front() : *active);
+}
+
+void DeclareChange(CommandArguments& arguments, const char* word) {
+  arguments.Positional(word, arguments.Own<ConfigOptions>().name, "Name of the configuration")
+      .Required();
+  arguments.AddProjectAndApp();
+  arguments.AddEditing();
+}
+
+}  // namespace
+
+CommandSpec ConfigCommand() {
+  return {
+      .name = "config",
+      .group = CommandGroup::Settings,
+      .help = "Show, add and select configurations",
+  };
+}
+
+CommandSpec ConfigListCommand() {
+  return {
+      .name = "config list",
+      .help = "Show the configurations",
+      .declare = [](CommandArguments& arguments) { arguments.AddProjectAndApp(); },
+      .run = RunList,
+  };
+}
+
+CommandSpec ConfigAddCommand() {
+  return {
+      .name = "config add",
+      .help = "Add a configuration",
+      .examples = {{"tarn config add Debug", "with the current options"},
+                   {"tarn config add Debug --from Fast", "with the options of another one"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            ConfigOptions& own = arguments.Own<ConfigOptions>();
+            DeclareChange(arguments, "NAME");
+            const Argument from =
+                arguments
+                    .Option("--from", own.from, "CONFIG",
+                            "Copy the options of this configuration instead of the current one")
+                    .NotEmpty();
+            arguments.Flag("--empty", own.empty, "Copy no options").Excludes(from);
+          },
+      .run = [](CommandContext& context) { return RunChange(context, AddConfiguration); },
+  };
+}
+
+CommandSpec ConfigSelectCommand() {
+  return {
+      .name = "config select",
+      .help = "Select the active configuration",
+      .examples = {{"tarn config select Debug", "until another one is selected"}},
+      .access = ProjectAccess::Edit,
+      .declare = [](CommandArguments& arguments) { DeclareChange(arguments, "CONFIG"); },
+      .run = [](CommandContext& context) { return RunChange(context, SelectConfiguration); },
+  };
 }
 
 }  // namespace tarn::host

@@ -1,10 +1,10 @@
 #include <tarn/commands.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/CreatedFiles.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
@@ -18,22 +18,16 @@ namespace tarn::host {
 
 namespace {
 
+struct EditOptions {
+  std::vector<std::string> words;  // files or nodes
+  std::string node;                // NODE of rename
+  std::string name;                // NAME of rename, APP of select
+  std::string target;              // add --to
+  bool create = false;             // add --create
+};
+
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
-
-// The number of arguments of a command, without the project.
-struct EditWords {
-  const char* command;
-  std::size_t least;
-  bool more;  // may be followed by any number of others
-  const char* usage;
-};
-
-constexpr EditWords kEditWords[] = {
-    {"add", 1, true, "FILE..."},         {"remove", 1, true, "NODE..."},
-    {"move", 2, true, "NODE... TARGET"}, {"rename", 2, false, "NODE NAME"},
-    {"select", 1, false, "APP"},
-};
 
 void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
                     std::vector<std::string>& labels) {
@@ -59,54 +53,37 @@ std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string&
   return {};
 }
 
-// The empty files created by a command. The destructor removes them again unless Keep() is called,
-// because nothing refers to them then.
-class CreatedFiles {
- public:
-  CreatedFiles() = default;
-  CreatedFiles(const CreatedFiles&) = delete;
-  CreatedFiles& operator=(const CreatedFiles&) = delete;
-  ~CreatedFiles() {
-    std::error_code ignored;
-    for (const std::string& path : paths) {
-      // Another program may have written to it in the meantime.
-      if (std::filesystem::is_empty(path, ignored)) std::filesystem::remove(path, ignored);
-    }
-  }
-
-  // Call this before the file is created.
-  void Expect(const std::string& path) {
-    std::error_code ignored;
-    // A dangling link belongs to the user.
-    const auto status = std::filesystem::symlink_status(path, ignored);
-    if (!std::filesystem::exists(status)) paths.push_back(path);
-  }
-  void Keep() { paths.clear(); }
-
- private:
-  std::vector<std::string> paths;
-};
-
 // One command that changes the tree. Nothing is written unless all of it succeeds.
 class Edit {
  public:
-  explicit Edit(CommandContext& commandContext)
-      : context(commandContext), words(commandContext.Asked().words) {}
+  // The number of arguments of a command, without the project, and what it does.
+  struct Rule {
+    std::size_t least;
+    bool more;  // may be followed by any number of others
+    const char* usage;
+    int (Edit::*perform)();
+  };
+
+  Edit(CommandContext& commandContext, const Rule& commandRule)
+      : context(commandContext),
+        rule(commandRule),
+        words(commandContext.Own<EditOptions>().words) {}
 
   int Run();
 
- private:
-  int TakeWords();
-  bool IsProject(const std::string& word) const;
-  int Perform();
+  // What the commands do with the open project.
   int Add();
-  int AddOne(const std::string& file);
-  int SelectTarget();
-  int MakeGroup(const std::string& label);
   int Remove();
   int Move();
   int Rename();
   int SelectApplication();
+
+ private:
+  int TakeWords();
+  bool IsProject(const std::string& word) const;
+  int AddOne(const std::string& file);
+  int SelectTarget();
+  int MakeGroup(const std::string& label);
 
   int FindNode(const std::string& key) { return context.FindNode(key, context.Scope()); }
   std::string TreeText() { return context.Session().Inspector().GetTree(); }
@@ -124,6 +101,7 @@ class Edit {
   int Report();
 
   CommandContext& context;
+  const Rule rule;
   std::vector<std::string> words;
   std::string project;
   CreatedFiles created;
@@ -139,7 +117,7 @@ int Edit::Run() {
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   // Publishing makes paths absolute, so that each file has a single name.
   context.Session().Inspector().PublishAll();
-  if (const int code = Perform(); code != kExitDone) return code;
+  if (const int code = (this->*rule.perform)(); code != kExitDone) return code;
   if (!done.empty()) {
     if (const int code = context.SaveProject(); code != kExitDone) return code;
   }
@@ -147,34 +125,23 @@ int Edit::Run() {
   return Report();
 }
 
-int Edit::Perform() {
-  const std::string& command = context.Asked().command;
-  if (command == "add") return Add();
-  if (command == "remove") return Remove();
-  if (command == "move") return Move();
-  if (command == "rename") return Rename();
-  return SelectApplication();
-}
-
 // The project may be omitted, so the first argument is interpreted according to its value.
 int Edit::TakeWords() {
-  const std::string& command = context.Asked().command;
-  const auto* row =
-      std::find_if(std::begin(kEditWords), std::end(kEditWords),
-                   [&command](const EditWords& each) { return command == each.command; });
   const Invocation& asked = context.Asked();
+  const EditOptions& own = context.Own<EditOptions>();
   if (!asked.project.empty()) words.insert(words.begin(), asked.project);
-  for (const std::string& word : {asked.node, asked.name}) {
+  for (const std::string& word : {own.node, own.name}) {
     if (!word.empty()) words.push_back(word);
   }
-  const bool hasProject = words.size() > row->least && (!row->more || IsProject(words.front()));
+  const bool hasProject = words.size() > rule.least && (!rule.more || IsProject(words.front()));
   if (hasProject) {
     project = words.front();
     words.erase(words.begin());
   }
-  const bool isRight = row->more ? words.size() >= row->least : words.size() == row->least;
+  const bool isRight = rule.more ? words.size() >= rule.least : words.size() == rule.least;
   if (isRight) return kExitDone;
-  return Fail("Wrong number of arguments. Usage: tarn " + command + " [PROJECT] " + row->usage,
+  const std::string command = asked.command->name;
+  return Fail("Wrong number of arguments. Usage: tarn " + command + " [PROJECT] " + rule.usage,
               {"See `tarn " + command + " --help`."});
 }
 
@@ -210,7 +177,7 @@ int Edit::AddOne(const std::string& file) {
   if (const std::string why = context.WhyUnusable(path); !why.empty()) {
     return Fail(context.ShowFailure(path, "added", why) + ".");
   }
-  if (isMissing && (isApplication || !context.Asked().create)) {
+  if (isMissing && (isApplication || !context.Own<EditOptions>().create)) {
     return Fail(context.Show(path) + " does not exist." +
                 (isApplication ? "" : " Use --create to create an empty one."));
   }
@@ -251,14 +218,15 @@ int Edit::SelectTarget() {
   for (const ApplicationEntry& each : chosen) {
     if (wanted == nullptr || each.active) wanted = &each;
   }
-  const std::string& target = context.Asked().target;
+  const std::string& target = context.Own<EditOptions>().target;
   if (wanted != nullptr && !context.Session().Inspector().SelectApplication(wanted->path)) {
     return Fail(wanted->label + " can't be found.");
   }
   if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
   const bool isGroupName = target.find(kSeparator) == std::string::npos;
-  if (context.Asked().create && isGroupName && context.SelectNode(target, context.Scope()) == 0) {
+  if (context.Own<EditOptions>().create && isGroupName &&
+      context.SelectNode(target, context.Scope()) == 0) {
     return MakeGroup(target);
   }
   return FindNode(target);
@@ -358,10 +326,126 @@ int Edit::Report() {
   return kExitDone;
 }
 
+constexpr const char* kNodeHelp = "Path or label, prefixed with APP/ where needed";
+
+// The command itself interprets its arguments, because the leading project may be omitted.
+void DeclareEdit(CommandArguments& arguments) {
+  arguments.AddProjectAndApp("Search for NODE in this application");
+  arguments.AddEditing();
+}
+
+void DeclareNodes(CommandArguments& arguments) {
+  DeclareEdit(arguments);
+  arguments.Positional("NODE", arguments.Own<EditOptions>().words, kNodeHelp).RequiredByCommand();
+}
+
 }  // namespace
 
-int RunEdit(CommandContext& context) {
-  return Edit(context).Run();
+CommandSpec AddCommand() {
+  return {
+      .name = "add",
+      .group = CommandGroup::Files,
+      .help = "Add files or applications",
+      .examples = {{"tarn add blinky.tprj src/uart.c src/uart.h", "to the active application"},
+                   {"tarn add . src/*.c --to Sources", "to a group"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
+            arguments.AddProjectAndApp("Add to this application");
+            arguments
+                .Positional("FILE", own.words, "File to add; the extension determines its type")
+                .RequiredByCommand();
+            arguments.Option("--to", own.target, "NODE", "Group or application to add the files to")
+                .NotEmpty();
+            arguments.Flag("--create", own.create, "Create missing files and a missing group");
+            arguments.AddEditing();
+          },
+      .run =
+          [](CommandContext& context) {
+            return Edit(context, {1, true, "FILE...", &Edit::Add}).Run();
+          },
+  };
+}
+
+CommandSpec RemoveCommand() {
+  return {
+      .name = "remove",
+      .group = CommandGroup::Files,
+      .help = "Remove files, groups or applications from a project",
+      .examples = {{"tarn remove . src/uart.c", "the file itself is kept"}},
+      .access = ProjectAccess::Edit,
+      .declare = DeclareNodes,
+      .run =
+          [](CommandContext& context) {
+            return Edit(context, {1, true, "NODE...", &Edit::Remove}).Run();
+          },
+  };
+}
+
+CommandSpec MoveCommand() {
+  return {
+      .name = "move",
+      .group = CommandGroup::Files,
+      .help = "Move files or groups within a project",
+      .examples = {{"tarn move . src/uart.c Drivers", "to another group"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            DeclareNodes(arguments);
+            // Only for the help: the arguments before it consume all values.
+            arguments
+                .Positional("TARGET", arguments.Own<EditOptions>().target,
+                            "Destination: a group, an application, or a file to insert before")
+                .RequiredByCommand();
+          },
+      .run =
+          [](CommandContext& context) {
+            return Edit(context, {2, true, "NODE... TARGET", &Edit::Move}).Run();
+          },
+  };
+}
+
+CommandSpec RenameCommand() {
+  return {
+      .name = "rename",
+      .group = CommandGroup::Files,
+      .help = "Change the label of a file, group or application",
+      .examples = {{"tarn rename . blinky flasher", "change the label of a node"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
+            DeclareEdit(arguments);
+            arguments.Positional("NODE", own.node, kNodeHelp).RequiredByCommand();
+            arguments.Positional("NAME", own.name, "New label").RequiredByCommand();
+          },
+      .run =
+          [](CommandContext& context) {
+            return Edit(context, {2, false, "NODE NAME", &Edit::Rename}).Run();
+          },
+  };
+}
+
+CommandSpec SelectCommand() {
+  return {
+      .name = "select",
+      .group = CommandGroup::Files,
+      .help = "Set the active application",
+      .examples = {{"tarn select . boot", "set the active application"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
+            arguments.AddProject();
+            arguments.Positional("APP", own.name, "Label of the application").RequiredByCommand();
+            arguments.AddEditing();
+          },
+      .run =
+          [](CommandContext& context) {
+            return Edit(context, {1, false, "APP", &Edit::SelectApplication}).Run();
+          },
+  };
 }
 
 }  // namespace tarn::host

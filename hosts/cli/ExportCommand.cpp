@@ -15,6 +15,11 @@ namespace tarn::host {
 
 namespace {
 
+struct ExportOptions {
+  std::string output;                       // "-" for the standard output
+  std::vector<std::string> configurations;  // --config, may be repeated
+};
+
 constexpr const char* kCompileCommandsName = "compile_commands.json";
 
 // Writes a document to the file of --output, by default to `usualPath`, and reports that it
@@ -22,17 +27,17 @@ constexpr const char* kCompileCommandsName = "compile_commands.json";
 template <typename Json>
 int WriteDocument(CommandContext& context, const Json& document, const std::string& usualPath,
                   std::size_t count, const char* noun) {
-  const Invocation& asked = context.Asked();
+  const std::string& output = context.Own<ExportOptions>().output;
   // A partially read project must not replace an export of the whole project.
-  if (asked.output != "-") {
+  if (output != "-") {
     if (const int code = context.CheckDamage(); code != kExitDone) return code;
   }
   const std::string text = document.dump(2, ' ', false, Json::error_handler_t::replace);
-  if (asked.output == "-") {
+  if (output == "-") {
     context.Out().PrintDocument(text, DocumentFormat::Json);
     return kExitDone;
   }
-  std::string path = asked.output.empty() ? usualPath : asked.output;
+  std::string path = output.empty() ? usualPath : output;
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   // Editors reload the file each time it changes, so it is not written if its content is up to
   // date.
@@ -44,9 +49,9 @@ int WriteDocument(CommandContext& context, const Json& document, const std::stri
       return kExitCannotOpen;
     }
   }
-  if (asked.json) {
+  if (context.Asked().json) {
     PrintJson(context, {{"file", path}, {"count", count}, {"changed", !isCurrent}});
-  } else if (!asked.quiet) {
+  } else if (!context.Asked().quiet) {
     context.Out().PrintLine((isCurrent ? "unchanged " : "wrote ") + context.Show(path) + "  (" +
                             CountText(static_cast<int>(count), noun) + ")");
   }
@@ -60,7 +65,7 @@ int CheckConfigurations(CommandContext& context, const std::vector<ApplicationEn
   for (const ApplicationEntry& each : chosen) {
     known.insert(known.end(), each.configurations.begin(), each.configurations.end());
   }
-  for (const std::string& name : context.Asked().configurations) {
+  for (const std::string& name : context.Own<ExportOptions>().configurations) {
     const bool isKnown = std::any_of(known.begin(), known.end(),
                                      [&name](const auto& each) { return EqualNoCase(each, name); });
     if (isKnown) continue;
@@ -76,8 +81,8 @@ int ExportCompileCommands(CommandContext& context) {
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   if (const int code = CheckConfigurations(context, chosen); code != kExitDone) return code;
-  const CompileCommandList list = CollectCompileCommands(context.Session(), context.Files(), chosen,
-                                                         context.Asked().configurations);
+  const CompileCommandList list = CollectCompileCommands(
+      context.Session(), context.Files(), chosen, context.Own<ExportOptions>().configurations);
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   for (const CompileCommand& each : list.commands) {
     document.push_back({{"directory", each.directory},
@@ -124,11 +129,56 @@ int ExportSarif(CommandContext& context) {
                        document["runs"][0]["results"].size(), "finding");
 }
 
+void DeclareOutput(CommandArguments& arguments, const std::string& usual) {
+  arguments
+      .Option("-o,--output", arguments.Own<ExportOptions>().output, "FILE",
+              "File to write, - for standard output; default: " + usual)
+      .NotEmpty();
+}
+
 }  // namespace
 
-int RunExport(CommandContext& context) {
-  return context.Asked().command == "export sarif" ? ExportSarif(context)
-                                                   : ExportCompileCommands(context);
+CommandSpec ExportCommand() {
+  return {
+      .name = "export",
+      .group = CommandGroup::Integration,
+      .help = "Write files for editors and other tools",
+  };
+}
+
+CommandSpec ExportCompileCommandsCommand() {
+  return {
+      .name = "export compile-commands",
+      .help = "How each source is compiled, for clangd and similar tools",
+      .examples = {{"tarn export compile-commands", "in all configurations"},
+                   {"tarn export compile-commands -c Debug -o -", "only one, to standard output"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            arguments.AddProjectAndApp();
+            arguments
+                .Option("-c,--config", arguments.Own<ExportOptions>().configurations, "CONFIG",
+                        "Only this configuration; may be repeated")
+                .NotEmpty();
+            DeclareOutput(arguments, "compile_commands.json next to the project");
+            arguments.AddDamagedOk();
+          },
+      .run = ExportCompileCommands,
+  };
+}
+
+CommandSpec ExportSarifCommand() {
+  return {
+      .name = "export sarif",
+      .help = "Findings of the last build, as SARIF 2.1.0",
+      .examples = {{"tarn export sarif -o findings.sarif", "to this file"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            arguments.AddProject();
+            DeclareOutput(arguments, "the project's name with .sarif, next to it");
+            arguments.AddDamagedOk();
+          },
+      .run = ExportSarif,
+  };
 }
 
 }  // namespace tarn::host

@@ -10,6 +10,12 @@ namespace tarn::host {
 
 namespace {
 
+struct GlobalsOptions {
+  std::string namePattern;  // --name
+  std::string filePattern;  // --file
+  std::string sortColumn = "name";
+};
+
 struct Symbol {
   std::string name;
   std::string definition;
@@ -24,7 +30,7 @@ Symbol ToSymbol(const CXmlNode& row) {
 
 // A file matches by its displayed path or by its full path.
 bool IsWanted(CommandContext& context, const Symbol& symbol) {
-  const Invocation& asked = context.Asked();
+  const GlobalsOptions& asked = context.Own<GlobalsOptions>();
   const bool isName = asked.namePattern.empty() || FitsPattern(symbol.name, asked.namePattern);
   return isName && (asked.filePattern.empty() || FitsPattern(symbol.file, asked.filePattern) ||
                     FitsPattern(context.Show(symbol.file), asked.filePattern));
@@ -72,8 +78,6 @@ const ApplicationEntry* Choose(const std::vector<ApplicationEntry>& chosen) {
   return found;
 }
 
-}  // namespace
-
 int RunGlobals(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
@@ -83,8 +87,8 @@ int RunGlobals(CommandContext& context) {
     context.Complain("This project has no application.");
     return kExitUsage;
   }
-  const auto globals = ParseXml(
-      context.Session().Inspector().GetGlobals(application->path, context.Asked().sortColumn));
+  const auto globals = ParseXml(context.Session().Inspector().GetGlobals(
+      application->path, context.Own<GlobalsOptions>().sortColumn));
   const std::string file = AttributeOf(globals.get(), "File");
   if (AttributeOf(globals.get(), "Found") != "Yes") {
     const std::string reason = AttributeOf(globals.get(), "Reason");
@@ -107,6 +111,32 @@ int RunGlobals(CommandContext& context) {
   for (const Symbol& symbol : symbols) list.push_back(ToJson(symbol));
   PrintJson(context, {{"application", application->label}, {"file", file}, {"symbols", list}});
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec GlobalsCommand() {
+  return {
+      .name = "globals",
+      .group = CommandGroup::Building,
+      .help = "List the global symbols of an application",
+      .examples = {{"tarn globals --name 'uart_*'", "matching symbols, with file and line"},
+                   {"tarn globals --file timer.c --sort file", "symbols of a source file"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            GlobalsOptions& own = arguments.Own<GlobalsOptions>();
+            arguments.AddProjectAndApp("Use this application instead of the active one");
+            arguments.AddConfiguration();
+            constexpr const char* kPattern = "PATTERN";
+            arguments.Option("--name", own.namePattern, kPattern,
+                             "Only symbols matching PATTERN, e.g. uart_*");
+            arguments.Option("--file", own.filePattern, kPattern,
+                             "Only symbols declared in files matching PATTERN");
+            arguments.Option("--sort", own.sortColumn, "COLUMN", "Sort by name, definition or file")
+                .OneOf({"name", "definition", "file"});
+          },
+      .run = RunGlobals,
+  };
 }
 
 }  // namespace tarn::host

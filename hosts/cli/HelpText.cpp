@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "hosts/cli/CommandNotes.h"
+#include "hosts/cli/ProgramNotes.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -57,7 +57,7 @@ std::string TermOf(const FlagEntry& flag) {
   return flag.value.empty() ? term : term + " " + flag.value;
 }
 
-TextTable RowsOf(const std::vector<CommandEntry>& commands, const std::string* group) {
+TextTable RowsOf(const std::vector<CommandEntry>& commands, const CommandGroup* group) {
   TextTable rows;
   for (const CommandEntry& each : commands) {
     if (group == nullptr || each.group == *group) rows.emplace_back(each.words.back(), each.help);
@@ -75,10 +75,11 @@ std::string CommandSections(const CommandEntry& command) {
     widest = std::max(widest, each.words.back().size());
   }
   std::string text;
-  for (const std::string& group : CommandGroups()) {
+  for (const CommandGroup group : {CommandGroup::Building, CommandGroup::Files,
+                                   CommandGroup::Settings, CommandGroup::Integration}) {
     TextTable rows = RowsOf(command.children, &group);
     for (auto& [name, help] : rows) name.resize(widest, ' ');
-    text += Section(group, rows, kWidestTerm);
+    text += Section(HeadingOf(group), rows, kWidestTerm);
   }
   return text;
 }

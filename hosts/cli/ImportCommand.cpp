@@ -15,6 +15,11 @@ namespace tarn::host {
 
 namespace {
 
+struct ImportOptions {
+  std::string older;  // file in the old format
+  bool yes = false;
+};
+
 constexpr std::string_view kProjectExtension = ".tprj";
 
 // One import. Also acts as the user to whom the server's questions and messages are directed.
@@ -34,7 +39,7 @@ class Import final : private DialogResponder {
 
  private:
   static std::string FullPath(CommandContext& context) {
-    const std::string& path = context.Asked().older;
+    const std::string& path = context.Own<ImportOptions>().older;
     return context.Files().Canonical(IsRelativePath(path) ? JoinPath(context.StartFolder(), path)
                                                           : path);
   }
@@ -59,7 +64,7 @@ class Import final : private DialogResponder {
 };
 
 bool Import::AskOkCancel(const std::string& text, const std::string&) {
-  if (context.Asked().yes) return true;
+  if (context.Own<ImportOptions>().yes) return true;
   isDeclined = true;
   // Without a terminal there is no user to reply.
   if (isatty(STDIN_FILENO) != 1) return false;
@@ -145,10 +150,30 @@ int Import::Run() {
   return IsOpen() ? Report() : Fail(context.ShowResolved(project) + " can't be opened.");
 }
 
-}  // namespace
-
 int RunImport(CommandContext& context) {
   return Import(context).Run();
+}
+
+}  // namespace
+
+CommandSpec ImportCommand() {
+  return {
+      .name = "import",
+      .group = CommandGroup::Files,
+      .help = "Import a project in the old format",
+      .examples = {{"tarn import blinky.prj", "create blinky.tprj from it"},
+                   {"tarn import --yes all.stw", "all projects of a workspace, again"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            ImportOptions& own = arguments.Own<ImportOptions>();
+            arguments
+                .Positional("OLD", own.older,
+                            "Project (*.prj) or workspace (*.stw) in the old format")
+                .Required();
+            arguments.Flag("-y,--yes", own.yes, "Replace an existing project");
+          },
+      .run = RunImport,
+  };
 }
 
 }  // namespace tarn::host

@@ -17,6 +17,12 @@ namespace tarn::host {
 
 namespace {
 
+struct LogOptions {
+  bool xml = false;
+  bool follow = false;
+  bool untilEnd = false;
+};
+
 const char* WordOf(LogKind kind) {
   switch (kind) {
     case LogKind::Error:
@@ -100,7 +106,7 @@ int FollowLog(CommandContext& context, const std::string& project) {
       PrintEntry(context, entry);
       isEnd = isEnd || ends(entry);
     }
-    if (isNews && isEnd && context.Asked().untilEnd) return kExitDone;
+    if (isNews && isEnd && context.Own<LogOptions>().untilEnd) return kExitDone;
     isNews = true;
   } while (pause.Wait(kFollowPause));
   return kExitInterrupted;
@@ -143,16 +149,18 @@ void PrintJson(CommandContext& context, nlohmann::json document) {
       document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace), DocumentFormat::Json);
 }
 
+namespace {
+
 int RunLog(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
   context.ShowDamageOf(project);
-  if (context.Asked().follow || context.Asked().untilEnd) {
+  if (context.Own<LogOptions>().follow || context.Own<LogOptions>().untilEnd) {
     return FollowLog(context, project);
   }
   std::string log;
   if (const int code = context.ReadLog(project, log); code != kExitDone) return code;
-  if (context.Asked().xml) {
+  if (context.Own<LogOptions>().xml) {
     context.Out().PrintDocument(log, DocumentFormat::Xml);
     return kExitDone;
   }
@@ -163,6 +171,31 @@ int RunLog(CommandContext& context) {
   }
   for (const LogEntry& entry : entries) PrintEntry(context, entry);
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec LogCommand() {
+  return {
+      .name = "log",
+      .group = CommandGroup::Building,
+      .help = "Show the log of the last build",
+      .examples = {{"tarn log", "messages with file and line"},
+                   {"tarn log --follow", "also those of builds elsewhere, as they arrive"},
+                   {"tarn log --xml", "the log file itself, for message.xslt for example"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            LogOptions& own = arguments.Own<LogOptions>();
+            arguments.AddProject();
+            const Argument xml = arguments.Flag("--xml", own.xml, "Print the log file unchanged");
+            xml.Excludes(arguments.Find("--json"));
+            arguments.Flag("-f,--follow", own.follow, "Keep printing the output of further builds")
+                .Excludes(xml);
+            arguments.Flag("--until-end", own.untilEnd, "Follow until the next build ends")
+                .Excludes(xml);
+          },
+      .run = RunLog,
+  };
 }
 
 }  // namespace tarn::host

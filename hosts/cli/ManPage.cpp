@@ -1,6 +1,7 @@
 #include "hosts/cli/ManPage.h"
 
-#include "hosts/cli/CommandNotes.h"
+#include "hosts/cli/CommandArguments.h"
+#include "hosts/cli/ProgramNotes.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

@@ -17,7 +17,7 @@ namespace {
 // `NAME` creates the project in a folder of that name; `FOLDER/NAME` creates it below FOLDER. An
 // existing folder that is empty or contains only sources is used.
 NewProject PlanOf(CommandContext& context) {
-  std::string path = context.Asked().name;
+  std::string path = context.Own<NewOptions>().name;
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   NewProject project;
   project.folder = context.Files().Canonical(path);
@@ -35,9 +35,9 @@ constexpr const char* kFirstDevice = "atmega328p";
 
 // Returns 0, or an exit code after printing the error.
 int CheckCompiler(CommandContext& context) {
-  if (context.Asked().compiler.empty()) return kExitDone;
+  if (context.Own<NewOptions>().compiler.empty()) return kExitDone;
   const std::string problem = context.Session().Options().CheckValue(
-      "Application", "Target", "Toolchain", context.Asked().compiler);
+      "Application", "Target", "Toolchain", context.Own<NewOptions>().compiler);
   if (problem.empty()) return kExitDone;
   context.Complain("Unknown compiler: " + problem);
   return kExitUsage;
@@ -48,7 +48,7 @@ int CheckCompiler(CommandContext& context) {
 int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   if (const int code = context.OpenProject(projectFile); code != kExitDone) return code;
   ProjectManagerDriver& manager = context.Session().Manager();
-  std::string compiler = context.Asked().compiler;
+  std::string compiler = context.Own<NewOptions>().compiler;
   if (compiler.empty()) compiler = manager.GetPropertyValue("Application", "Target", "Toolchain");
   manager.SavePropertyValue("Application", "Target", "Toolchain", compiler);
   if (!context.Session().Options().CheckValue("Application", "Target", "Device", "").empty()) {
@@ -75,12 +75,12 @@ int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProje
                  const NewProject& project, std::vector<std::string>& made) {
   auto files = staging.CollectFor(staged.folder, project.folder);
   const Result<bool> git = IsInGitRepository(context.Files(), project.folder);
-  if (!git && !context.Asked().git) {
+  if (!git && !context.Own<NewOptions>().git) {
     const Error& error = git.GetError();
     context.Complain(context.ShowFailure(error.place, "examined", error.text));
     return kExitCannotOpen;
   }
-  if (files && (context.Asked().git || *git)) {
+  if (files && (context.Own<NewOptions>().git || *git)) {
     const std::vector<NewFile> added = MakeGitFiles(project.folder);
     files->insert(files->begin(), added.rbegin(), added.rend());
   }
@@ -119,8 +119,9 @@ int StageAndPlace(CommandContext& context, const NewProject& project,
   }
   NewProject staged = project;
   staged.folder = JoinPath(staging.GetPath(), project.name);
-  int code = context.Asked().target.empty() ? MakeProject(context, staged)
-                                            : MakeProjectForTarget(context, staged, project);
+  int code = context.Own<NewOptions>().target.empty()
+                 ? MakeProject(context, staged)
+                 : MakeProjectForTarget(context, staged, project);
   if (code == kExitDone) code = PlaceProject(context, staging, staged, project, made);
   context.Session().Manager().ProjectClose();
   context.Files().SetCurrentFolder(context.StartFolder());
@@ -137,10 +138,8 @@ void TrustNewProject(CommandContext& context, const std::string& folder) {
                  Printable(error.text) + ".");
 }
 
-}  // namespace
-
 int RunNew(CommandContext& context) {
-  if (context.Asked().name.empty()) {
+  if (context.Own<NewOptions>().name.empty()) {
     context.Complain("A project needs a name.");
     return kExitUsage;
   }
@@ -170,6 +169,46 @@ int RunNew(CommandContext& context) {
   const std::string folder = ShellWord(context.Show(project.folder));
   context.Out().PrintLine("Run `tarn build " + folder + "` to build it.");
   return kExitDone;
+}
+
+void Declare(CommandArguments& arguments) {
+  NewOptions& own = arguments.Own<NewOptions>();
+  arguments
+      .Positional("NAME", own.name, "Folder and name of the project, e.g. blinky or work/blinky")
+      .Required();
+  const Argument compiler = arguments
+                                .Option("--compiler", own.compiler, "COMPILER",
+                                        "Compiler to use; see `tarn options list`")
+                                .NotEmpty();
+  const Argument target =
+      arguments
+          .Option("--target", own.target, "MCU",
+                  "Microcontroller to use; also sets the compiler; see `tarn targets`")
+          .NotEmpty()
+          .Excludes(compiler);
+  arguments.Option("--type", own.type, "NAME", "Type of the application").NotEmpty().Needs(target);
+  arguments
+      .Option("-c,--config", arguments.Common().configuration, "NAME",
+              "Configuration to use; may be a new one")
+      .NotEmpty()
+      .Needs(target);
+  arguments.Flag("--git", own.git,
+                 "Add .gitignore and .gitattributes even outside a git repository");
+}
+
+}  // namespace
+
+CommandSpec NewCommand() {
+  return {
+      .name = "new",
+      .group = CommandGroup::Files,
+      .help = "Create a project",
+      .examples = {{"tarn new blinky", "a project in the folder blinky"},
+                   {"tarn new work/blinky --compiler sdcc-mcs51", "with a different compiler"},
+                   {"tarn new blinky --target ATmega328P", "for a microcontroller"}},
+      .declare = Declare,
+      .run = RunNew,
+  };
 }
 
 }  // namespace tarn::host

@@ -70,8 +70,8 @@ class Creation final : private DialogResponder {
 int Creation::RunSheet(CPropertySheet& sheet) {
   if (!WizardForm::Fits(sheet)) return kSheetCancel;
   WizardChoices choices;
-  choices.target = context.Asked().target;
-  if (!context.Asked().type.empty()) choices.typeHeader = context.Asked().type;
+  choices.target = context.Own<NewOptions>().target;
+  if (!context.Own<NewOptions>().type.empty()) choices.typeHeader = context.Own<NewOptions>().type;
   choices.applicationName = staged.name;
   choices.location = staged.folder;
   choices.createNewProject = true;
@@ -92,7 +92,7 @@ int Creation::ExplainRefusal() {
   std::string hint = SuggestionText(refusal->value, refusal->choices);
   const bool isUnknown = !refusal->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
-    hint = refusal->value == context.Asked().target
+    hint = refusal->value == context.Own<NewOptions>().target
                ? " See `tarn targets`."
                : " Expected one of: " + Listed(refusal->choices) + ".";
   }

@@ -1,9 +1,20 @@
 #pragma once
 
+#include <string>
+
 #include "hosts/cli/OpenedProject.h"
 #include "hosts/core/ProjectTemplate.h"
 
 namespace tarn::host {
+
+// The values that only `tarn new` has.
+struct NewOptions {
+  std::string name;  // NAME or FOLDER/NAME
+  std::string compiler;
+  std::string target;  // microcontroller
+  std::string type;    // of the application
+  bool git = false;
+};
 
 // Creates a project for the microcontroller of --target by filling in the wizard for new
 // applications, and adds a first source file if the application has sources. The files are created

@@ -2,7 +2,6 @@
 
 #include <tarn/commands.h>
 
-#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <set>
@@ -26,20 +25,10 @@ namespace tarn::host {
 
 namespace {
 
-constexpr std::string_view kBuildingCommands[] = {"build", "rebuild", "clean"};
-constexpr std::string_view kEditingCommands[] = {
-    "options set", "options reset", "config add", "config select", "add", "remove",
-    "move",        "rename",        "select",     "undo",          "redo"};
-
 // Changes by other programs take far less time.
 constexpr std::chrono::seconds kLongestWait(30);
 constexpr std::chrono::seconds kSilentWait(1);
 constexpr std::chrono::milliseconds kBetweenTries(10);
-
-template <std::size_t Count>
-bool Contains(const std::string_view (&commands)[Count], const std::string& command) {
-  return std::find(std::begin(commands), std::end(commands), command) != std::end(commands);
-}
 
 }  // namespace
 
@@ -149,13 +138,14 @@ int CommandContext::StartSession() {
 
 int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
-  const bool isEdit = Contains(kEditingCommands, asked.command);
+  const ProjectAccess access = Access();
+  const bool isEdit = access == ProjectAccess::Edit;
   Session().Inspector().AllowOutside(asked.outsideOk);
   if (asked.trust) Session().Trust().TrustAll();
   // All or nothing, so that a failed command can simply be repeated.
   Session().Inspector().SaveAllOrNone(true);
   // A script may change the project.
-  Session().Inspector().OpenForReading(!isEdit && asked.command != "run");
+  Session().Inspector().OpenForReading(!isEdit && access != ProjectAccess::Script);
   if (isEdit) {
     if (const int code = LockEdits(path); code != kExitDone) return code;
   }
@@ -170,12 +160,12 @@ int CommandContext::OpenProject(const std::string& path) {
   ShowDefinitionErrors();
   ShowDamage(Session().GetDamage());
   if (HasUnread(damage)) {
-    if (asked.command != "complete") Complain(kUnreadRefusal);
+    if (access != ProjectAccess::Complete) Complain(kUnreadRefusal);
     return kExitCannotOpen;
   }
   if (asked.damagedOk) Session().AcceptAllDamage();
   if (isEdit) openedFiles = ReadProjectFiles(Session().Inspector());
-  const bool isChange = isEdit || Contains(kBuildingCommands, asked.command);
+  const bool isChange = isEdit || access == ProjectAccess::Build;
   return isChange ? CheckDamage() : int{kExitDone};
 }
 
@@ -219,13 +209,13 @@ void CommandContext::ShowDamageOf(const std::string& path) {
 
 // Printed even with --quiet, because the build may not do what the definitions intend.
 void CommandContext::ShowDefinitionErrors() {
-  if (asked.command == "complete") return;
+  if (Access() == ProjectAccess::Complete) return;
   for (const std::string& line : Session().GetDefinitionErrors()) Complain(Printable(line));
 }
 
 void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
   damage = std::move(found);
-  if (damage.empty() || asked.command == "complete") return;
+  if (damage.empty() || Access() == ProjectAccess::Complete) return;
   for (const DamageEntry& each : damage) {
     console.PrintError(Printable(DescribeDamage(each, Show(each.file))));
   }

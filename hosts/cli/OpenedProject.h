@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "hosts/cli/CommandSpec.h"
 #include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
 #include "hosts/core/BuildSession.h"
@@ -21,6 +22,11 @@ class CommandContext {
   CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem);
 
   const Invocation& Asked() const { return asked; }
+  // The values that only this command has, in the struct that its declaration filled.
+  template <class Options>
+  const Options& Own() const {
+    return asked.Own<Options>();
+  }
   Console& Out() { return console; }
   FileSystem& Files() { return files; }
   // The user's working folder; opening a project changes that of the process.
@@ -112,6 +118,7 @@ class CommandContext {
   void WriteRecord(EditRecord& record);
 
  private:
+  ProjectAccess Access() const { return asked.command->access; }
   void ShowDefinitionErrors();
   // Printed even with --quiet, but not during completion, where it would disturb the shell's
   // command line.

@@ -5,6 +5,7 @@
 #include "components/values/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/OptionArguments.h"
 #include "hosts/core/OptionTable.h"
 #include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
@@ -56,7 +57,7 @@ class OptionQuery {
 
 // Finds the requested option. Returns 0, or an exit code after printing the error.
 int OptionQuery::Identify() {
-  const std::string& asked = context.Asked().key;
+  const std::string& asked = context.Own<OptionArguments>().key;
   if (!ParseOptionKey(asked, key)) {
     context.Complain("\"" + asked + "\" is not an option name. Use SECTION.NAME, e.g. " +
                      "Build.OutputFile, or SET.SECTION.NAME.");
@@ -76,7 +77,7 @@ int OptionQuery::Get() {
     context.Out().PrintDocument(ValueText(), DocumentFormat::Lines);
     return kExitDone;
   }
-  PrintJson(context, {{"option", context.Asked().key},
+  PrintJson(context, {{"option", context.Own<OptionArguments>().key},
                       {"value", ValueText()},
                       {"raw", RawText()},
                       {"origin", session.Options().GetOrigin(key.set, key.section, key.name)}});
@@ -86,14 +87,14 @@ int OptionQuery::Get() {
 int OptionQuery::Set() {
   if (const int code = Identify(); code != kExitDone) return code;
   const std::string set = SetToChange();
-  const std::string& value = context.Asked().value;
+  const std::string& value = context.Own<OptionArguments>().value;
   const std::string problem = session.Options().CheckValue(set, key.section, key.name, value);
   if (!problem.empty()) {
-    context.Complain(context.Asked().key + ": " + problem);
+    context.Complain(context.Own<OptionArguments>().key + ": " + problem);
     return kExitUsage;
   }
   if (session.Manager().SavePropertyValue(set, key.section, key.name, value) == 0) {
-    context.Complain(context.Asked().key + " can't be stored.");
+    context.Complain(context.Own<OptionArguments>().key + " can't be stored.");
     return kExitUsage;
   }
   return context.SaveProject();
@@ -103,11 +104,13 @@ int OptionQuery::Reset() {
   if (const int code = Identify(); code != kExitDone) return code;
   const std::string set = SetToChange();
   if (definition && !definition->removable) {
-    context.Complain(context.Asked().key + " always has its own value; set a different one.");
+    context.Complain(context.Own<OptionArguments>().key +
+                     " always has its own value; set a different one.");
     return kExitUsage;
   }
   if (session.Options().GetOrigin(set, key.section, key.name) != "own") {
-    context.Remark(context.Asked().key + " isn't set here, so there is nothing to reset.");
+    context.Remark(context.Own<OptionArguments>().key +
+                   " isn't set here, so there is nothing to reset.");
     return kExitDone;
   }
   session.Manager().ResetPropertyValue(set, key.section, key.name);
@@ -149,7 +152,7 @@ int OptionQuery::Explain() {
                       {"counts", each.counts},
                       {"value", each.value}});
   }
-  nlohmann::json document = {{"option", context.Asked().key},
+  nlohmann::json document = {{"option", context.Own<OptionArguments>().key},
                              {"value", ValueText()},
                              {"raw", RawText()},
                              {"stored", levels}};
@@ -163,7 +166,8 @@ int OptionQuery::Explain() {
 
 void OptionQuery::PrintExplanation(const std::vector<StoredValue>& stored) {
   Console& out = context.Out();
-  out.PrintLine(out.Dye(Paint::Bold, context.Asked().key) + " = " + Printable(ValueText()));
+  out.PrintLine(out.Dye(Paint::Bold, context.Own<OptionArguments>().key) + " = " +
+                Printable(ValueText()));
   if (RawText() != ValueText()) out.PrintLine("  written as " + Printable(RawText()));
   const auto last = std::find_if(stored.rbegin(), stored.rend(),
                                  [](const StoredValue& each) { return each.counts; });
@@ -232,18 +236,104 @@ int OptionQuery::List() {
   return kExitDone;
 }
 
-}  // namespace
-
-int RunOptions(CommandContext& context) {
+int RunQuery(CommandContext& context, int (OptionQuery::*query)()) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   if (const int code = context.ChooseNode(); code != kExitDone) return code;
-  OptionQuery query(context);
-  const std::string& command = context.Asked().command;
-  if (command == "options get") return query.Get();
-  if (command == "options set") return query.Set();
-  if (command == "options reset") return query.Reset();
-  if (command == "options explain") return query.Explain();
-  return query.List();
+  OptionQuery of(context);
+  return (of.*query)();
+}
+
+void DeclareOption(CommandArguments& arguments) {
+  std::string& key = arguments.Own<OptionArguments>().key;
+  arguments.Positional("OPTION", key, "SECTION.NAME or SET.SECTION.NAME").Required();
+}
+
+void DeclareNode(CommandArguments& arguments) {
+  arguments.AddProjectAndApp();
+  arguments.AddConfiguration();
+  arguments.AddNode();
+}
+
+void DeclareQuery(CommandArguments& arguments) {
+  DeclareOption(arguments);
+  DeclareNode(arguments);
+}
+
+}  // namespace
+
+CommandSpec OptionsCommand() {
+  return {
+      .name = "options",
+      .group = CommandGroup::Settings,
+      .help = "Read and change options",
+  };
+}
+
+CommandSpec OptionsListCommand() {
+  return {
+      .name = "options list",
+      .help = "Show all options with their values",
+      .examples = {{"tarn options list -n src/uart.c", "options of one file"}},
+      .declare = DeclareNode,
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::List); },
+  };
+}
+
+CommandSpec OptionsGetCommand() {
+  return {
+      .name = "options get",
+      .help = "Print the value of an option",
+      .examples = {{"tarn options get Build.OutputFile", "path of the program"}},
+      .declare = DeclareQuery,
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Get); },
+  };
+}
+
+CommandSpec OptionsSetCommand() {
+  return {
+      .name = "options set",
+      .help = "Set an option",
+      .examples = {{"tarn options set Compiler.Defines 'FAST;LEVEL=2'", "for the application"},
+                   {"tarn options set -n src/uart.c -- Compiler.Extra -O3",
+                    "-- for a leading dash"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            DeclareOption(arguments);
+            arguments
+                .Positional("VALUE", arguments.Own<OptionArguments>().value,
+                            "The new value; may be empty")
+                .Required();
+            DeclareNode(arguments);
+            arguments.AddEditing();
+          },
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Set); },
+  };
+}
+
+CommandSpec OptionsResetCommand() {
+  return {
+      .name = "options reset",
+      .help = "Reset an option to the inherited value",
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            DeclareQuery(arguments);
+            arguments.AddEditing();
+          },
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Reset); },
+  };
+}
+
+CommandSpec OptionsExplainCommand() {
+  return {
+      .name = "options explain",
+      .help = "Explain where the value of an option comes from",
+      .examples = {{"tarn options explain Compiler.Optimize -n src/uart.c",
+                    "each place that sets it"}},
+      .declare = DeclareQuery,
+      .run = [](CommandContext& context) { return RunQuery(context, &OptionQuery::Explain); },
+  };
 }
 
 }  // namespace tarn::host

@@ -12,6 +12,10 @@ namespace tarn::host {
 
 namespace {
 
+struct RegisterOptions {
+  bool forAll = false;  // --system
+};
+
 constexpr const char* kServerClass = "TarnProjectManager.ProjectManager";
 
 std::string WordOf(ClassScope scope) {
@@ -24,9 +28,10 @@ std::string TargetsFolder(CommandContext& context) {
 }
 
 int ComplainOf(CommandContext& context, const char* what, bool adds, const Error& failure) {
-  context.Complain(std::string(what) + " can't be " + (adds ? "registered" : "unregistered") +
-                   ": " + failure.place + ": " + failure.text +
-                   (context.Asked().forAll ? ". --system requires root privileges." : ""));
+  context.Complain(
+      std::string(what) + " can't be " + (adds ? "registered" : "unregistered") + ": " +
+      failure.place + ": " + failure.text +
+      (context.Own<RegisterOptions>().forAll ? ". --system requires root privileges." : ""));
   return kExitCannotOpen;
 }
 
@@ -61,12 +66,9 @@ void TellWhatIsLeft(CommandContext& context, ClassStore& store) {
                  Printable(*left));
 }
 
-}  // namespace
-
-int RunRegister(CommandContext& context) {
-  const bool adds = context.Asked().command == "register";
+int RunRegister(CommandContext& context, bool adds) {
   ClassStore& store = ClassStore::Native();
-  store.SetScope(context.Asked().forAll ? ClassScope::Machine : ClassScope::User);
+  store.SetScope(context.Own<RegisterOptions>().forAll ? ClassScope::Machine : ClassScope::User);
   const std::string folder = TargetsFolder(context);
   TargetPackages targets(context.Files(), store.GetPath(), folder);
   const auto before = store.FindLibraryInScope(kServerClass);
@@ -79,7 +81,7 @@ int RunRegister(CommandContext& context) {
   const std::vector<std::string> targetsAfter = targets.ListRegistered();
   if (context.Asked().json) {
     PrintJson(context, {{"class", kServerClass},
-                        {"scope", context.Asked().forAll ? "system" : "user"},
+                        {"scope", context.Own<RegisterOptions>().forAll ? "system" : "user"},
                         {"registered", after.has_value()},
                         {"library", after.value_or("")},
                         {"targets", targetsAfter},
@@ -96,6 +98,35 @@ int RunRegister(CommandContext& context) {
   }
   if (!adds) TellWhatIsLeft(context, store);
   return kExitDone;
+}
+
+void Declare(CommandArguments& arguments) {
+  arguments.Flag("--system", arguments.Own<RegisterOptions>().forAll,
+                 "For all users of this computer");
+}
+
+}  // namespace
+
+CommandSpec RegisterCommand() {
+  return {
+      .name = "register",
+      .group = CommandGroup::Integration,
+      .help = "Register this installation's server",
+      .examples = {{"tarn register", "for this user"},
+                   {"tarn register --system", "for all users; as root"}},
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunRegister(context, true); },
+  };
+}
+
+CommandSpec UnregisterCommand() {
+  return {
+      .name = "unregister",
+      .group = CommandGroup::Integration,
+      .help = "Unregister this installation's server",
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunRegister(context, false); },
+  };
 }
 
 }  // namespace tarn::host

@@ -11,6 +11,13 @@ namespace tarn::host {
 
 namespace {
 
+struct RelocateOptions {
+  std::string older;  // OLD
+  std::string newer;  // NEW
+  std::string below;
+  bool dryRun = false;
+};
+
 // Returns the label of the step in the undo record.
 std::string LabelOf(const Relocation& relocation) {
   std::vector<std::string> moved;
@@ -47,16 +54,17 @@ class Relocating {
 
 // Accepts PROJECT, OLD NEW, or PROJECT OLD NEW.
 void Relocating::TakeWords() {
-  const Invocation& asked = context.Asked();
-  if (asked.older.empty()) {
-    project = asked.project;
-  } else if (asked.name.empty()) {
-    from = asked.project;
-    to = asked.older;
+  const std::string& first = context.Asked().project;
+  const RelocateOptions& own = context.Own<RelocateOptions>();
+  if (own.older.empty()) {
+    project = first;
+  } else if (own.newer.empty()) {
+    from = first;
+    to = own.older;
   } else {
-    project = asked.project;
-    from = asked.older;
-    to = asked.name;
+    project = first;
+    from = own.older;
+    to = own.newer;
   }
 }
 
@@ -74,7 +82,7 @@ int Relocating::Fail(const Error& error) const {
 
 int Relocating::Search(Relocation& relocation) {
   if (from.empty()) {
-    const std::string& below = context.Asked().below;
+    const std::string& below = context.Own<RelocateOptions>().below;
     const Status searched = relocation.Search(below.empty() ? FolderOf(project) : FullPath(below));
     return searched ? int{kExitDone} : Fail(searched.GetError());
   }
@@ -107,7 +115,7 @@ int Relocating::Write(Relocation& relocation) {
                      ". Use --outside-ok to change it anyway.");
     return kExitCannotOpen;
   }
-  if (context.Asked().dryRun) return kExitDone;
+  if (context.Own<RelocateOptions>().dryRun) return kExitDone;
   std::vector<FileText> before;
   for (const FileText& each : *texts) {
     if (const auto text = context.Files().ReadWholeFile(each.path)) {
@@ -193,7 +201,7 @@ int Relocating::Report(const Relocation& relocation) const {
 int Relocating::Run() {
   TakeWords();
   if (const int code = context.LocateProject(project, project); code != kExitDone) return code;
-  if (!from.empty() && !context.Asked().below.empty()) {
+  if (!from.empty() && !context.Own<RelocateOptions>().below.empty()) {
     context.Complain("--below is for a search; OLD NEW specifies the new location without one.");
     return kExitUsage;
   }
@@ -206,10 +214,34 @@ int Relocating::Run() {
   return Report(relocation);
 }
 
-}  // namespace
-
 int RunRelocate(CommandContext& context) {
   return Relocating(context).Run();
+}
+
+}  // namespace
+
+CommandSpec RelocateCommand() {
+  return {
+      .name = "relocate",
+      .group = CommandGroup::Files,
+      .help = "Find application files and sources that have moved",
+      .examples = {{"tarn relocate --dry-run", "show where the missing files seem to be"},
+                   {"tarn relocate --below ..", "search for them below another folder"},
+                   {"tarn relocate src firmware/src", "a folder that was moved"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            RelocateOptions& own = arguments.Own<RelocateOptions>();
+            arguments.AddProject();
+            arguments.Positional("OLD", own.older, "File or folder that has moved").NotEmpty();
+            arguments.Positional("NEW", own.newer, "Its new location").NotEmpty();
+            arguments
+                .Option("--below", own.below, "DIR", "Search this folder instead of the project's")
+                .NotEmpty();
+            arguments.Flag("--dry-run", own.dryRun, "Show the moves without changing anything");
+            arguments.AddWriting();
+          },
+      .run = RunRelocate,
+  };
 }
 
 }  // namespace tarn::host

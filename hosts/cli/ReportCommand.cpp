@@ -9,6 +9,11 @@ namespace tarn::host {
 
 namespace {
 
+struct ReportOptions {
+  bool errors = false;
+  bool warnings = false;
+};
+
 struct ReportRow {
   LogEntry entry;
   std::string help;
@@ -41,7 +46,7 @@ const char* SeverityOf(const ReportRow& row) {
   return "note";
 }
 
-bool IsWanted(const ReportRow& row, const Invocation& asked) {
+bool IsWanted(const ReportRow& row, const ReportOptions& asked) {
   if (!asked.errors && !asked.warnings) return true;
   return (asked.errors && row.entry.kind == LogKind::Error) ||
          (asked.warnings && row.entry.kind == LogKind::Warning);
@@ -65,8 +70,6 @@ void PrintRow(CommandContext& context, const ReportRow& row, bool isFiltered) {
   context.Out().PrintLine(DisplayEntry(row.entry, context.StartFolder(), context.Out()));
 }
 
-}  // namespace
-
 // With --warnings a warning affects the exit code, as an error does with --errors.
 int RunReport(CommandContext& context) {
   std::string project;
@@ -75,21 +78,41 @@ int RunReport(CommandContext& context) {
   if (const int code = context.ReadLog(project, log); code != kExitDone) return code;
   if (const int code = context.StartSession(); code != kExitDone) return code;
   context.ShowDamageOf(project);
-  const Invocation& asked = context.Asked();
+  const ReportOptions& asked = context.Own<ReportOptions>();
   const bool isFiltered = asked.errors || asked.warnings;
   bool hasFound = false;
   nlohmann::json document = nlohmann::json::array();
   for (const ReportRow& row : RowsOf(context.Session().Inspector().GetReport(log))) {
     if (!IsWanted(row, asked)) continue;
     hasFound = hasFound || isFiltered || row.entry.kind == LogKind::Error;
-    if (asked.json) {
+    if (context.Asked().json) {
       document.push_back(ToJson(row));
     } else {
       PrintRow(context, row, isFiltered);
     }
   }
-  if (asked.json) PrintJson(context, document);
+  if (context.Asked().json) PrintJson(context, document);
   return hasFound ? kExitBuildFailed : kExitDone;
+}
+
+}  // namespace
+
+CommandSpec ReportCommand() {
+  return {
+      .name = "report",
+      .group = CommandGroup::Building,
+      .help = "Show the errors and warnings of the last build",
+      .examples = {{"tarn report --errors", "what prevents it from being built"},
+                   {"tarn report --warnings --json", "as JSON; exit code 1 if there are any"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            ReportOptions& own = arguments.Own<ReportOptions>();
+            arguments.AddProject();
+            arguments.Flag("--errors", own.errors, "Show only errors");
+            arguments.Flag("--warnings", own.warnings, "Show only warnings; with --errors, both");
+          },
+      .run = RunReport,
+  };
 }
 
 }  // namespace tarn::host

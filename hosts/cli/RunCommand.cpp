@@ -13,6 +13,10 @@ namespace tarn::host {
 
 namespace {
 
+struct RunOptions {
+  std::string script;  // file
+};
+
 // Shows a running script to the user.
 class ScriptDisplay {
  public:
@@ -71,13 +75,11 @@ const char* WordOf(ScriptEnd end) {
   return end == ScriptEnd::Done ? "succeeded" : "failed";
 }
 
-}  // namespace
-
 int RunScript(CommandContext& context) {
   // Read first, because opening the project changes the working folder.
-  std::string script = context.Asked().script;
+  std::string script = context.Own<RunOptions>().script;
   if (IsRelativePath(script)) script = JoinPath(context.StartFolder(), script);
-  const auto text = context.Files().ReadWholeFile(context.Asked().script);
+  const auto text = context.Files().ReadWholeFile(context.Own<RunOptions>().script);
   if (!text) {
     context.Complain("The script " + context.ShowFailure(script, "read", text.GetError().text));
     return kExitUsage;
@@ -93,7 +95,7 @@ int RunScript(CommandContext& context) {
   session.Prepare();
 
   ScriptDisplay display(context);
-  const ScriptOutcome outcome = session.RunScript(*text, context.Asked().script);
+  const ScriptOutcome outcome = session.RunScript(*text, context.Own<RunOptions>().script);
   context.Out().ClearProgress();
   display.ShowLog();
   const bool isRefused = session.HasRefusedDamage() || !context.ShowRefused().empty();
@@ -111,6 +113,29 @@ int RunScript(CommandContext& context) {
                         {"lines", display.GetLines()}});
   }
   return exitCode;
+}
+
+}  // namespace
+
+CommandSpec RunCommand() {
+  return {
+      .name = "run",
+      .group = CommandGroup::Integration,
+      .help = "Run a Lua script on a project",
+      .examples = {{"tarn run release.lua", "on the project in the current folder"}},
+      .access = ProjectAccess::Script,
+      .declare =
+          [](CommandArguments& arguments) {
+            RunOptions& own = arguments.Own<RunOptions>();
+            arguments.Positional("FILE", own.script, "The script, e.g. release.lua").Required();
+            arguments.AddProjectAndApp();
+            arguments.AddConfiguration();
+            arguments.AddVerbose("Show every command of its builds");
+            arguments.AddDamagedOk();
+            arguments.AddOutsideOk();
+          },
+      .run = RunScript,
+  };
 }
 
 }  // namespace tarn::host

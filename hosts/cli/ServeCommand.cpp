@@ -34,8 +34,6 @@ int ExitCodeOf(ServerEnd end) {
   return end == ServerEnd::Asked ? 0 : 1;
 }
 
-}  // namespace
-
 int RunServe(CommandContext& context) {
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   const Descriptor input(STDIN_FILENO, nothing);
@@ -49,6 +47,22 @@ int RunServe(CommandContext& context) {
   RpcServer server(context.Files(), input.Get(), output.Get(), context.Asked().trust);
   const Interrupts interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
+}
+
+}  // namespace
+
+CommandSpec ServeCommand() {
+  return {
+      .name = "serve",
+      .group = CommandGroup::Integration,
+      .help = "Let an editor control projects (JSON-RPC on stdio)",
+      .hasDisplayOptions = false,
+      .declare =
+          [](CommandArguments& arguments) {
+            arguments.AddTrust();  // the client passes everything else in messages
+          },
+      .run = RunServe,
+  };
 }
 
 }  // namespace tarn::host

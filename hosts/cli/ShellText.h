@@ -18,13 +18,6 @@ void ForEachCommand(const CommandEntry& command, OnCommand&& onCommand) {
   for (const CommandEntry& each : command.children) ForEachCommand(each, onCommand);
 }
 
-// Returns "options set"; an empty string for the program.
-inline std::string WordsOf(const CommandEntry& command) {
-  std::string text;
-  for (const std::string& word : command.words) text += (text.empty() ? "" : " ") + word;
-  return text;
-}
-
 // Appends a word to a list separated by spaces.
 inline void AddWord(std::string& list, const std::string& word) {
   list += (list.empty() ? "" : " ") + word;

@@ -90,8 +90,6 @@ std::string DescribeState(const CommandContext& context, const StateKeeper& stat
   return fault + ", so everything is treated as not built.";
 }
 
-}  // namespace
-
 int RunStatus(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
@@ -119,6 +117,23 @@ int RunStatus(CommandContext& context) {
   }
   if (!problem.empty()) context.Complain(problem);
   return problem.empty() ? kExitDone : kExitBuildFailed;
+}
+
+}  // namespace
+
+CommandSpec StatusCommand() {
+  return {
+      .name = "status",
+      .group = CommandGroup::Building,
+      .help = "Explain what is out of date and why",
+      .examples = {{"tarn status --json", "as JSON, for programs"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            arguments.AddProjectAndApp();
+            arguments.AddConfiguration();
+          },
+      .run = RunStatus,
+  };
 }
 
 }  // namespace tarn::host

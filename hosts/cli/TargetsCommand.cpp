@@ -12,6 +12,11 @@ namespace tarn::host {
 
 namespace {
 
+struct TargetsOptions {
+  std::string text;  // to search for
+  std::string family;
+};
+
 bool IsOf(const TargetEntry& target, const std::string& family) {
   return std::any_of(target.families.begin(), target.families.end(),
                      [&family](const std::string& each) { return EqualNoCase(each, family); });
@@ -104,8 +109,8 @@ std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& 
 
 // Keeps only the requested targets. Returns 0, or an exit code after printing the error.
 int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
-  const std::string& family = context.Asked().family;
-  const std::string& text = context.Asked().text;
+  const std::string& family = context.Own<TargetsOptions>().family;
+  const std::string& text = context.Own<TargetsOptions>().text;
   if (targets.empty()) {
     context.Complain(
         "No targets are registered. Run `tarn register` to register those of this installation.");
@@ -146,6 +151,8 @@ int CheckTargetFiles(CommandContext& context, const std::string& list) {
   return kExitCannotOpen;
 }
 
+namespace {
+
 int RunTargets(CommandContext& context) {
   if (const int code = context.StartSession(); code != kExitDone) return code;
   const std::string list = context.Session().Inspector().GetTargets();
@@ -160,6 +167,28 @@ int RunTargets(CommandContext& context) {
     PrintList(context, targets);
   }
   return problem;
+}
+
+}  // namespace
+
+CommandSpec TargetsCommand() {
+  return {
+      .name = "targets",
+      .group = CommandGroup::Settings,
+      .help = "List the available microcontrollers",
+      .examples = {{"tarn targets --family AVR", "all targets of a family"},
+                   {"tarn targets ATmega328P", "details of one target"},
+                   {"tarn targets usb", "targets that mention it"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            TargetsOptions& own = arguments.Own<TargetsOptions>();
+            arguments.Positional("TEXT", own.text,
+                                 "Text to search for in target, family or description");
+            arguments.Option("--family", own.family, "FAMILY", "Only this family, e.g. AVR")
+                .NotEmpty();
+          },
+      .run = RunTargets,
+  };
 }
 
 }  // namespace tarn::host

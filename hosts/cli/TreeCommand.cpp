@@ -63,8 +63,6 @@ nlohmann::json ToJson(const CXmlNode& node) {
   return entry;
 }
 
-}  // namespace
-
 int RunTree(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
@@ -86,6 +84,22 @@ int RunTree(CommandContext& context) {
     if (wanted) PrintApplication(context, *node, entry);
   }
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec TreeCommand() {
+  return {
+      .name = "tree",
+      .group = CommandGroup::Building,
+      .help = "Show applications, groups and files",
+      .declare =
+          [](CommandArguments& arguments) {
+            arguments.AddProjectAndApp();
+            arguments.AddConfiguration();
+          },
+      .run = RunTree,
+  };
 }
 
 }  // namespace tarn::host

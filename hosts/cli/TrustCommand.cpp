@@ -11,6 +11,11 @@ namespace tarn::host {
 
 namespace {
 
+struct TrustOptions {
+  bool list = false;
+  bool revoke = false;
+};
+
 int Refuse(CommandContext& context, const Error& error) {
   context.Complain(context.ShowResolved(error.place) + ": " + Printable(error.text) + ".");
   return kExitCannotOpen;
@@ -37,7 +42,7 @@ std::string FindFolder(CommandContext& context, const TrustedFolders& trusted) {
   if (EqualNoCase(ExtensionOf(path), ".tprj") && context.Files().Examine(path)) {
     path = FolderOf(context.Files().ResolveLinks(path));
   }
-  const bool isListed = context.Asked().revoke && trusted.Find(path) == path;
+  const bool isListed = context.Own<TrustOptions>().revoke && trusted.Find(path) == path;
   if (isListed || context.Files().IsFolder(path)) return context.Files().ResolveLinks(path);
   if (const std::string why = context.WhyUnusable(path); !why.empty()) {
     context.Complain(context.ShowFailure(path, "trusted", why) + ".");
@@ -71,20 +76,46 @@ int Revoke(CommandContext& context, TrustedFolders& trusted, const std::string& 
   return kExitDone;
 }
 
-}  // namespace
-
 int RunTrust(CommandContext& context) {
   const HostFolders folders = HostFolders::FromEnvironment(context.Files());
   TrustedFolders trusted(context.Files(), folders.state);
-  if (context.Asked().list) return ListFolders(context, trusted);
+  if (context.Own<TrustOptions>().list) return ListFolders(context, trusted);
   const std::string folder = FindFolder(context, trusted);
   if (folder.empty()) return kExitUsage;
-  if (context.Asked().revoke) return Revoke(context, trusted, folder);
+  if (context.Own<TrustOptions>().revoke) return Revoke(context, trusted, folder);
   const bool wasTrusted = !trusted.Find(folder).empty();
   if (const Status added = trusted.Add(folder); !added) return Refuse(context, added.GetError());
   Report(context, folder, (wasTrusted ? "already trusted: " : "trusted: ") + folder, true,
          !wasTrusted);
   return kExitDone;
+}
+
+}  // namespace
+
+CommandSpec TrustCommand() {
+  return {
+      .name = "trust",
+      .group = CommandGroup::Integration,
+      .help = "Let projects in a folder run programs and write outside it",
+      .examples = {{"tarn trust", "the current folder and everything below it"},
+                   {"tarn trust --list", "show what is trusted"},
+                   {"tarn trust --revoke vendor", "stop trusting this folder"}},
+      .declare =
+          [](CommandArguments& arguments) {
+            TrustOptions& own = arguments.Own<TrustOptions>();
+            const Argument path =
+                arguments
+                    .Positional("PROJECT", arguments.Common().project,
+                                "Folder, with everything below it, or that of a project file")
+                    .NotEmpty();
+            const Argument revoke =
+                arguments.Flag("--revoke", own.revoke, "Stop trusting the folder");
+            arguments.Flag("--list", own.list, "Show the trusted folders")
+                .Excludes(path)
+                .Excludes(revoke);
+          },
+      .run = RunTrust,
+  };
 }
 
 }  // namespace tarn::host

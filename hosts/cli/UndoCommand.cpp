@@ -97,10 +97,7 @@ int RefuseRecord(CommandContext& context, const Error& error, bool isUndo) {
   return kExitCannotOpen;
 }
 
-}  // namespace
-
-int RunUndo(CommandContext& context) {
-  const bool isUndo = context.Asked().command == "undo";
+int RunUndo(CommandContext& context, bool isUndo) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
   if (const int code = context.StartSession(); code != kExitDone) return code;
@@ -144,6 +141,36 @@ int RunUndo(CommandContext& context) {
   Report(context, isDone ? way + ": " + label : "\"" + label + "\" is already " + way, names,
          record);
   return kExitDone;
+}
+
+void Declare(CommandArguments& arguments) {
+  arguments.AddProject();
+  arguments.AddEditing();
+}
+
+}  // namespace
+
+CommandSpec UndoCommand() {
+  return {
+      .name = "undo",
+      .group = CommandGroup::Files,
+      .help = "Undo the last change that a command made to a project",
+      .examples = {{"tarn undo", "the last add, options set or similar"}},
+      .access = ProjectAccess::Edit,
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunUndo(context, true); },
+  };
+}
+
+CommandSpec RedoCommand() {
+  return {
+      .name = "redo",
+      .group = CommandGroup::Files,
+      .help = "Redo a change that was undone",
+      .access = ProjectAccess::Edit,
+      .declare = Declare,
+      .run = [](CommandContext& context) { return RunUndo(context, false); },
+  };
 }
 
 }  // namespace tarn::host

@@ -5,6 +5,9 @@
 #include <sstream>
 #include <vector>
 
+#include "hosts/cli/CommandSpec.h"
+#include "hosts/cli/OptionArguments.h"
+
 namespace tarn::host {
 namespace {
 
@@ -28,7 +31,7 @@ TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
   const Answer build = Parse({"build", "--config", "Release", "demo", "-v", "--app=blinky"});
   ASSERT_TRUE(build.parsed.invocation) << build.err;
   const Invocation& asked = *build.parsed.invocation;
-  EXPECT_EQ(asked.command, "build");
+  EXPECT_STREQ(asked.command->name, "build");
   EXPECT_EQ(asked.project + "," + asked.configuration + "," + asked.application,
             "demo,Release,blinky");
   EXPECT_TRUE(asked.verbose);
@@ -38,9 +41,10 @@ TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
   const Answer safe =
       Parse({"options", "set", "--node", "src/a.c", "--", "Build.X", "-O2", "p.tprj"});
   ASSERT_TRUE(safe.parsed.invocation) << safe.err;
-  EXPECT_EQ(safe.parsed.invocation->command, "options set");
-  EXPECT_EQ(safe.parsed.invocation->key + "," + safe.parsed.invocation->value + "," +
-                safe.parsed.invocation->project + "," + safe.parsed.invocation->node,
+  EXPECT_STREQ(safe.parsed.invocation->command->name, "options set");
+  const auto& arguments = safe.parsed.invocation->Own<OptionArguments>();
+  EXPECT_EQ(arguments.key + "," + arguments.value + "," + safe.parsed.invocation->project + "," +
+                safe.parsed.invocation->node,
             "Build.X,-O2,p.tprj,src/a.c");
 }
 

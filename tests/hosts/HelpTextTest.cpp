@@ -6,7 +6,6 @@
 #include <set>
 
 #include "hosts/cli/CommandLine.h"
-#include "hosts/cli/CommandNotes.h"
 #include "hosts/cli/ManPage.h"
 #include "platform/text/Text.h"
 
@@ -90,8 +89,8 @@ TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
       ::testing::internal::GetCapturedStdout();
       EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << line;
       EXPECT_EQ(parsed.exitCode, kExitDone) << line;
-      const std::string ran = parsed.invocation ? "tarn " + parsed.invocation->command : "";
-      const bool isOwn = command.words.empty() || ran == command.Title();
+      const std::string ran = parsed.invocation ? parsed.invocation->command->name : "";
+      const bool isOwn = command.words.empty() || ran == command.Name();
       EXPECT_TRUE(isOwn) << line << " shows " << ran;
     }
   });
