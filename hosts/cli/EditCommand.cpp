@@ -279,7 +279,7 @@ int Edit::Rename() {
   const std::string& key = words[0];
   const std::string& label = words[1];
   if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
-    return Fail("That is not a valid name for a node.");
+    return Fail("\"" + Printable(label) + "\" is not a valid name for a node.");
   }
   for (const ApplicationEntry& each : ListApplications(context.Session().Inspector())) {
     if (EqualNoCase(each.label, label)) {

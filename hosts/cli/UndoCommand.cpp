@@ -6,6 +6,7 @@
 #include "hosts/cli/EditRecord.h"
 #include "platform/files/KeptCopy.h"
 #include "platform/files/ProjectFolder.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -64,6 +65,15 @@ int WriteDirectly(CommandContext& context, const std::string& project, const Fil
   context.ShowDamageOf(project);
   if (const int code = context.CheckDamage(); code != kExitDone) return code;
   if (const int code = KeepDamaged(context, changes); code != kExitDone) return code;
+  // A file that the change brings back may be in a folder that was removed in the meantime.
+  for (const FileChange& each : changes) {
+    if (each.before || !each.after) continue;
+    const std::string folder = FolderOf(each.path);
+    if (const Status made = context.Files().CreateFolders(folder); !made) {
+      context.Complain(context.ShowFailure(folder, "created", made.GetError().text) + ".");
+      return kExitCannotOpen;
+    }
+  }
   const Status written = context.Files().WriteFiles(AsBytes(TextsAfter(changes)));
   if (written) return kExitDone;
   const Error& error = written.GetError();
@@ -112,7 +122,12 @@ int RunUndo(CommandContext& context, bool isUndo) {
   // Checks that the record is writable before files are changed; otherwise the next undo would
   // offer the same step again.
   if (const Status written = record.Write(); !written) {
-    return RefuseRecord(context, written.GetError(), isUndo);
+    context.Complain("The record of changes " +
+                     context.ShowFailure(written.GetError().place,
+                                         "written, and nothing was changed",
+                                         written.GetError().text) +
+                     ".");
+    return kExitCannotOpen;
   }
   // A change may concern another file only, which could then no longer fit the project.
   if (const auto text = context.Files().ReadWholeFile(project); !text) {

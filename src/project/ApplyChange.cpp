@@ -141,7 +141,7 @@ std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileTex
       if (disk) result.former.NoteRead(each.path, *disk, false);
     }
     CXmlNode tree;
-    if (!ReadWholeTree(text, tree)) problems.push_back(each.path + " can't be read");
+    if (!ReadWholeTree(text, tree)) problems.push_back(each.path + " is damaged");
   }
   return problems;
 }

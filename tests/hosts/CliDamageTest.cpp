@@ -99,6 +99,15 @@ TEST(CliDamage, LookingWorksAndNamesThePlaces) {
   EXPECT_EQ(document["damage"][0]["text"], "stray text \"left over\"");
 }
 
+TEST(CliDamage, AConflictMarkerIsNoTypeOfNode) {
+  CliProject project;
+  std::string text = project.Read("app.tapp");
+  project.Write("app.tapp", text.insert(text.find("<C Header=\"b.c\""), "\n<<<<<<< HEAD\n"));
+  const auto answer = project.Run({"check"});
+  EXPECT_TRUE(Has(answer.out + answer.err, "merge conflict")) << answer.out;
+  EXPECT_FALSE(Has(answer.out, "is not a type")) << answer.out;
+}
+
 TEST(CliDamage, WhatWasNotReadIsCopiedBeforeTheFileIsWritten) {
   CliProject project;
   std::string text = project.Read("app.tapp");

@@ -78,6 +78,7 @@ TEST(CliEdit, OfTwoApplicationsWithOneLabelNoneIsSelected) {
   project.Write("src/app.tapp", "<Application Header=\"app\" />");
   project.Out({"add", "src/app.tapp"});
   project.ExpectRefusal({"select", "app"}, 2, "`tarn rename app.tapp NAME`");
+  project.ExpectRefusal({"rename", "app.tapp", "a&quot;"}, 2, "\"a&quot;\" is not a valid name");
   project.Out({"rename", "app.tapp", "first"});
   EXPECT_EQ(project.Out({"select", "app"}), "selected app\n");
 }

@@ -146,6 +146,21 @@ TEST(CliUndo, AnApplicationWhoseFileWasDeletedComesBackWhole) {
   }
 }
 
+TEST(CliUndo, AnApplicationWhoseFolderWasRemovedComesBack) {
+  CliProject project;
+  fs::create_directory(project.PathOf("lib"));
+  project.Write("lib/lib.tapp",
+                "\n<Application Header=\"lib\" Extern=\".\\lib\\lib.tapp\" "
+                "Path=\".\\lib\\lib.tapp\" />");
+  project.Out({"add", "lib/lib.tapp"});
+  project.Out({"remove", "lib"});
+  const std::string before = project.Read("lib/lib.tapp");
+  fs::remove_all(project.PathOf("lib"));
+  project.Out({"undo"});
+  EXPECT_EQ(project.Read("lib/lib.tapp"), before);
+  EXPECT_TRUE(Has(project.Out({"tree"}), "lib"));
+}
+
 TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
   const struct {
     const char* name;
@@ -230,7 +245,9 @@ TEST(CliUndo, NothingIsUndoneByARecordThatCanNotBeWritten) {
       Has(project.Run({"add", "src/e.c"}).err, "The data for `tarn undo` can't be written"));
   const std::string before = FilesOf(project);
   project.ExpectRefusal({"undo"}, 3,
-                        std::string(kRecord) + " can't be used: the file is read-only.");
+                        std::string(kRecord) +
+                            " can't be written, and nothing was changed: the file is "
+                            "read-only.");
   EXPECT_EQ(FilesOf(project), before);
 }
 

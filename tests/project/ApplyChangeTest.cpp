@@ -159,7 +159,7 @@ TEST_F(ApplyChange, ATextThatIsNoFileOfAProjectIsRefused) {
   after = before;
   for (const char* text : {"", "<Application", "<Application><C></Application>", "x"}) {
     after.front().text = text;
-    EXPECT_EQ(Redo(), Lines{before.front().path + " can't be read"}) << text;
+    EXPECT_EQ(Redo(), Lines{before.front().path + " is damaged"}) << text;
     EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
   }
 }

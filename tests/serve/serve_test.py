@@ -721,6 +721,40 @@ class Saves(ServeTest):
         self.assertEqual(self.problems(client), [])
         self.assertIn('"c.c"', self.read("app.tapp"))
 
+    def test_what_is_not_saved_without_the_lock_is_copied(self):
+        client = self.open()
+        before = self.read("app.tapp")
+        lock = self.project.path("demo.tlock")
+        if os.path.exists(lock):
+            os.remove(lock)
+        os.mkdir(lock)
+        self.add(client, "src/c.c")
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertRegex("\n".join(self.problems(client)[0]["problems"]),
+                         "/app.tapp can't be saved: .*demo.tlock can't be locked: Is a "
+                         "directory; the unsaved content is in .*/app.tapp.unsaved")
+        self.assertEqual(self.read("app.tapp"), before)
+        self.assertIn('"c.c"', self.read("app.tapp.unsaved"))
+        os.rmdir(lock)
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertEqual(self.problems(client), [])
+        self.assertIn('"c.c"', self.read("app.tapp"))
+
+    def test_an_unchanged_project_that_can_not_be_read_stays_open(self):
+        client = self.open()
+        for name in ("demo.tprj", "app.tapp"):
+            path = self.project.path(name)
+            os.rename(path, path + ".kept")
+            os.mkfifo(path)
+            self.assertEqual(client.call("ProjectSave"), 1)
+            self.assertIn(path + " can't be saved: not a regular file",
+                          "\n".join(self.problems(client)[0]["problems"]))
+            os.remove(path)
+            os.rename(path + ".kept", path)
+        self.add(client, "src/c.c")
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertIn('"c.c"', self.read("app.tapp"))
+
     def test_a_project_that_was_moved_away_is_not_made_again(self):
         client = self.open()
         self.add(client, "src/c.c")

@@ -29,6 +29,8 @@ void NodeCheck::Check(std::size_t number) {
 void NodeCheck::CheckType(const CheckedNode& node) {
   const std::string type = node.node->GetName();
   if (scope.types.empty() || scope.types.contains(FoldCase(type))) return;
+  // The parser takes a conflict marker for the start of an element, and reports it as damage.
+  if (type.starts_with('<')) return;
   Finding& finding = scope.Add(FindingKind::UnknownType, node);
   finding.subject = type;
   finding.detail = finding.node.empty() ? "it" : finding.node;
