@@ -188,9 +188,9 @@ TEST(SaveFailure, AnUnchangedProjectThatCanNoLongerBeReadStaysOpen) {
     MakeFolderOf(file)(world);
     EXPECT_EQ(world.model->SaveProject(), 0) << file;
     EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
-    ASSERT_EQ(world.model->GetSavedFiles().size(), 1U);
-    EXPECT_EQ(world.model->GetSavedFiles()[0].path, file);
-    EXPECT_EQ(world.model->GetSavedFiles()[0].problem, "failed in memory with code 4");
+    ASSERT_EQ(world.model->Saver().GetSavedFiles().size(), 1U);
+    EXPECT_EQ(world.model->Saver().GetSavedFiles()[0].path, file);
+    EXPECT_EQ(world.model->Saver().GetSavedFiles()[0].problem, "failed in memory with code 4");
     world.disk.Erase(file);
     EXPECT_EQ(world.model->SaveProject(), 1);
     EXPECT_TRUE(world.model->IsOpen());
