@@ -221,8 +221,11 @@ const char* OutputGuard::FindUnmadeReason(const CXmlNode& node, const NamedOutpu
                        (isApplication && Contains(kImageExtensions, extension));
   if (isUsual && !isLeaf) return nullptr;
   const Result<std::string> text = model_.GetFiles().ReadWholeFile(output.path);
-  if (isLeaf) return !text || text->find('\0') == text->npos ? kIsUnmadeSource : nullptr;
-  return text && IsObjectOrArchive(*text) ? nullptr : kIsUnmade;
+  const bool isBinary = text && text->find('\0') != text->npos;
+  if (isLeaf) return isBinary ? nullptr : kIsUnmadeSource;
+  // A linker that was killed leaves a part of a program, without its header.
+  const bool isPart = text && (text->empty() || (isBinary && extension.empty()));
+  return isPart || (text && IsObjectOrArchive(*text)) ? nullptr : kIsUnmade;
 }
 
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {

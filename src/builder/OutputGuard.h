@@ -80,8 +80,8 @@ class OutputGuard {
   // Returns why an existing file without a record is the user's rather than a product, or nullptr.
   // Files with the extension of a node type are, except for those with a zero byte, which archives
   // and objects have, and other files whose extension is unusual for a product of the node, except
-  // for objects and archives. By-products, which no option names, are not meant: some compilers
-  // write assembler files next to the object.
+  // for objects and archives, empty files, and binary ones without an extension. By-products, which
+  // no option names, are not meant: some compilers write assembler files next to the object.
   const char* FindUnmadeReason(const CXmlNode& node, const NamedOutput& output) const;
   bool HasRecord(const CXmlNode& node, const std::string& path) const;
 

@@ -83,7 +83,7 @@ TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
       {"Linker.MapFile", "notes.txt", "notes.txt", "mine", true},
       {"Linker.Extra", "-Wl,-Map=part.c", "part.c", "mine", true},
       {"Linker.MapFile", "chip.icf", "chip.icf", "place in ROM", true},
-      {"Linker.MapFile", "image", "image", std::string("\x7f\0", 2), true},
+      {"Linker.MapFile", "image.dat", "image.dat", std::string("\x7f\0", 2), true},
       {"Build.OutputFile", "rom.bin", "rom.bin", "included by a source", true, "src/a.c"},
       {"Build.OutputFile", "fw.bin", "fw.bin", "from a clone", false},
       {"Build.OutputFile", "fw", "fw",
