@@ -32,7 +32,7 @@ class ToolReader : public ElementReader {
          "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
-         "Harmless", "LoadsFrom"});
+         "Harmless", "LoadsFrom",   "LoadsNextTo"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -48,6 +48,7 @@ class ToolReader : public ElementReader {
     tool->runs = ReadPatterns(Text(node, "Runs"));
     tool->strays = ReadPatterns(Text(node, "Strays"));
     tool->loadsFrom = SplitOptionList(Text(node, "LoadsFrom"));
+    tool->loadsNextTo = SplitOptionList(Text(node, "LoadsNextTo"));
     ReadHarmless(Text(node, "Harmless"));
     for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
       const std::size_t space = std::min(entry.find(' '), entry.size());

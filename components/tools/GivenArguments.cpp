@@ -76,11 +76,12 @@ class Expander {
   }
 
   // Reads each file once, so that files that refer to each other don't cause an endless loop.
+  // Returns false for further mentions: they may be for another program.
   bool AddResponse(const std::string& name) {
     if (disk == nullptr) return false;
     std::string path = AbsolutePath(disk, command.folder, name);
     auto& known = given.responseFiles;
-    if (std::find(known.begin(), known.end(), path) != known.end()) return true;
+    if (std::find(known.begin(), known.end(), path) != known.end()) return false;
     const auto text = disk->ReadWholeFile(path);
     if (!text) return false;
     known.push_back(std::move(path));

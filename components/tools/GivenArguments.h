@@ -12,7 +12,8 @@ namespace tarn::tools {
 // The arguments of a command in the form in which they reach the programs that interpret them.
 struct GivenArguments {
   // Without the arguments of a launcher. "-Wl,a,b", "-Wl-a,b" and "-Xlinker a" are replaced with
-  // the arguments they pass on, and "@file" with the words in the file if it can be read.
+  // the arguments they pass on, and "@file" with the words in the file if it can be read and was
+  // not named before.
   std::vector<std::string> words;
   // For each word, the letter of the program that the compiler passes it on to: "a"ssembler,
   // "l"inker or "p"reprocessor. A space if the compiler itself interprets it.

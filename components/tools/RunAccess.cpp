@@ -75,6 +75,7 @@ class AccessFinder {
     if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
     access_.reads = plan.depends;
     for (const ToolCommand& command : plan.commands) AddCommand(command);
+    for (const std::string& each : tool_.helpers.programs) AddProgram(each);
     NameOptions();
     return std::move(access_);
   }
@@ -183,6 +184,7 @@ class AccessFinder {
     const std::string& word = words[at];
     const FlagFit fit = FitOf(given, at);
     AddFolderOfCode(words, at);
+    AddCodeNextTo(word);
     if (IsFlag(word) &&
         (LoadsCode(words, at) || (fit != FlagFit::Whole && FitsPattern(tool_.runs, words, at)))) {
       access_.code.push_back("code with the argument " + word);
@@ -194,7 +196,8 @@ class AccessFinder {
   }
 
   // Arguments of a link get into a makefile with link-time optimization. A response file that can't
-  // be read may exist as soon as another tool has written it.
+  // be read may exist as soon as another tool has written it, and one that is named twice may be
+  // for two programs.
   FlagFit FitOf(const GivenArguments& given, std::size_t at) const {
     const std::string& word = given.words[at];
     if (!isChecked_) return FlagFit::Start;
@@ -212,6 +215,18 @@ class AccessFinder {
     if (flag == nullptr) return;
     for (const std::string& folder : ValuesOf({*flag}, Pair(words, at))) {
       access_.programs.push_back(AbsolutePath(world_.files, folder_, folder));
+    }
+  }
+
+  void AddCodeNextTo(const std::string& word) {
+    if (word.empty() || word.front() == '-') return;
+    const std::string file = AbsolutePath(world_.files, folder_, word);
+    // Unlike in WithoutExtension, the whole of a name like ".o" is an extension.
+    const std::size_t dot = file.rfind('.');
+    const bool isExtension = dot != file.npos && dot >= file.size() - FileNameOf(file).size();
+    for (const std::string& extension : tool_.loadsNextTo) {
+      const std::string path = file.substr(0, isExtension ? dot : file.size()) + extension;
+      if (world_.files->Exists(path)) access_.code.push_back("commands from the file " + path);
     }
   }
 

@@ -171,7 +171,9 @@ struct ToolDefinition {
   ArgumentPatterns strays;  // make a program write files whose names it invents
   std::vector<LoadRule> loads;
   std::vector<std::string> loadsFrom;  // name a folder that the program loads code from
-  HarmlessFlags harmless;              // empty: all that the rules above don't describe are
+  // Extensions of files with commands that the program looks for next to those that arguments name.
+  std::vector<std::string> loadsNextTo;
+  HarmlessFlags harmless;  // empty: all that the rules above don't describe are
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
   HelperRule helpers;

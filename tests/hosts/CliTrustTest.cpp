@@ -138,6 +138,13 @@ const struct Row {
          if (name == "PATH") value = ".:" + value;
        }
      }},
+    {"an assembler on such a path", "run ", kExtra, "-Os", "",
+     [](Hostile& h) {
+       h.AddTrap("as");
+       for (auto& [name, value] : h.project.environment) {
+         if (name == "PATH") value = ".:" + value;
+       }
+     }},
     {"specifications in a root of the project", "run the tool with the argument -specs", kExtra,
      "--sysroot=sr -specs=evil.specs", "",
      [](Hostile& h) {
@@ -154,6 +161,18 @@ const struct Row {
     {"a command in a makefile of the compiler", "run the tool with the argument -frandom-seed=$",
      "Linker.Extra", "-flto=2 '-frandom-seed=$$(shell touch %ran)'", "",
      [](Hostile& h) { h.Set(kExtra, "-flto"); }},
+    // This link fails in a way that leaves the commands out.
+    {"commands next to an object", "run commands from the file ", "Linker.Extra",
+     "-Wl,--no-gc-sections", "",
+     [](Hostile& h) {
+       h.Set("Target.Toolchain", "avr-gcc");
+       h.Set("Target.Device", "atmega328p");
+       h.project.Write("src/c.c", "int none(void); int c(void) { return none(); }\n");
+       h.project.Edit(kObjects + "c.c.rpo", "M c.c\nD " + h.project.PathOf("") +
+                                                "\nA '-wrapper' '" + h.project.PathOf("trap.sh") +
+                                                "' '-c' 'src/c.c'\nO none\n");
+     },
+     "", true, "/usr/bin/avr-gcc"},
     {"notes for coverage", "run the tool with the argument -fprofile-note", kExtra,
      "-ftest-coverage -fprofile-note=%note"},
     {"a file of a passed-on flag", "run the tool with the argument -Wp", kExtra, "-Wp -o,%new", "",

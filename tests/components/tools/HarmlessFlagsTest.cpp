@@ -67,7 +67,7 @@ TEST(HarmlessFlags, TheShippedListsContainNoDangerousFlag) {
        "-fdiagnostics-format=sarif-file "
        "-fdiagnostics-format=json-file -fdiagnostics-add-output=x -fmodules-ts -fmodule-header "
        "-fwpa "
-       "-fltrans-output-list=x -fresolution=x -fanalyzer-dump=x -fself-test=x "
+       "-fltrans-output-list=x -fresolution=x -fanalyzer-dump=x -fself-test=x -frepo "
        "-mllvm -Xclang -no-canonical-prefixes --sysr=x -gnatO -fada-spec-parent=x -"},
       {"gcc", 'l',
        "-plugin --plugin=x -plugin-opt=x -error-handling-script=x --error-h=x -c -mri-script=x "
