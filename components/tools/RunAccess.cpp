@@ -121,6 +121,7 @@ class AccessFinder {
     }
     const GivenArguments given = ExpandArguments(command, world_.files);
     isChecked_ = !tool_.harmless.IsEmpty() && TakesOptions(*command.rule);
+    usesMakefile_ = !tool_.libraries.empty() && AsksForLinkTime(given.words);
     AddReads(given.words);
     for (std::size_t i = 0; i < given.words.size(); ++i) {
       AddCode(given, i);
@@ -195,16 +196,22 @@ class AccessFinder {
     }
   }
 
-  // Arguments of a link get into a makefile with link-time optimization. A response file that can't
-  // be read may exist as soon as another tool has written it, and one that is named twice may be
-  // for two programs.
+  // A link with link-time optimization in parallel writes its arguments to a makefile.
+  static bool AsksForLinkTime(const std::vector<std::string>& words) {
+    return std::any_of(words.begin(), words.end(), [](const std::string& word) {
+      return word.starts_with('-') && word.find("lto") != word.npos;
+    });
+  }
+
+  // A response file that can't be read may exist as soon as another tool has written it, and one
+  // that is named twice may be for two programs.
   FlagFit FitOf(const GivenArguments& given, std::size_t at) const {
     const std::string& word = given.words[at];
     if (!isChecked_) return FlagFit::Start;
     const bool isUnsafe = std::any_of(word.begin(), word.end(), [this](char c) {
       const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
       const bool isForShell = c == '$' || c == '`' || c == '\'';
-      return isControl || (isForShell && !tool_.libraries.empty());
+      return isControl || (isForShell && usesMakefile_);
     });
     if (isUnsafe || (word.size() > 1 && word.front() == '@')) return FlagFit::None;
     return word.starts_with('-') ? tool_.harmless.Find(given, at) : FlagFit::Start;
@@ -334,9 +341,10 @@ class AccessFinder {
   const ToolDefinition& tool_;
   const ToolJob& job_;
   std::vector<std::string> reads_;
-  std::string output_;      // of the run
-  std::string folder_;      // working folder of the current command
-  bool isChecked_ = false;  // its flags must be known as harmless
+  std::string output_;         // of the run
+  std::string folder_;         // working folder of the current command
+  bool isChecked_ = false;     // its flags must be known as harmless
+  bool usesMakefile_ = false;  // the current command may pass its words to make
   RunAccess access_;
   std::unordered_map<std::string, std::size_t> writes_;  // indexes in access_.writes, by path
 };
