@@ -223,8 +223,10 @@ const char* OutputGuard::FindUnmadeReason(const CXmlNode& node, const NamedOutpu
   const Result<std::string> text = model_.GetFiles().ReadWholeFile(output.path);
   const bool isBinary = text && text->find('\0') != text->npos;
   if (isLeaf) return isBinary ? nullptr : kIsUnmadeSource;
-  // A linker that was killed leaves a part of a program, without its header.
-  const bool isPart = text && (text->empty() || (isBinary && extension.empty()));
+  // A linker that was killed leaves a part of a program, without its header. A program without an
+  // extension may have any content, but next to the project file it may be a user's script.
+  const bool isApart = isApplication && FolderOf(output.path) != FolderOf(model_.GetProjectPath());
+  const bool isPart = text && (text->empty() || (extension.empty() && (isBinary || isApart)));
   return isPart || (text && IsObjectOrArchive(*text)) ? nullptr : kIsUnmade;
 }
 
