@@ -11,7 +11,7 @@
 
 namespace tarn {
 
-// Converts projects in older formats (Import.cpp). A conversion script writes a project in the
+// Converts projects in older formats. A conversion script writes a project in the
 // current format next to the old file. Borrows everything; main thread only. Errors are shown to
 // the user.
 class Importer {

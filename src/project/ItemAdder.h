@@ -34,7 +34,7 @@ struct ItemAdderParts {
   NodeOptions& options;
 };
 
-// Adds existing files and applications to the tree (AddItems.cpp), and creates new applications,
+// Adds existing files and applications to the tree (ItemAdder.cpp), and creates new applications,
 // folders and projects (NewItem.cpp). Borrows everything; main thread only. Operations return 1 if
 // done and 0 if not, and report errors to the log.
 class ItemAdder {

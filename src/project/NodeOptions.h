@@ -14,7 +14,7 @@
 
 namespace tarn {
 
-// Options that the nodes store (StoredOptions.cpp), and the configurations of an application
+// Options that the nodes store, and the configurations of an application
 // (Configurations.cpp, CopyConfiguration.cpp). Borrows everything; main thread only. Operations
 // return 1 if done and 0 if not.
 class NodeOptions {

@@ -16,7 +16,7 @@
 namespace tarn {
 
 // Loads nodes into the property manager, which holds one at a time, and publishes them: computes
-// their option values and writes what others need of them to the nodes (Publishing.cpp). Decides
+// their option values and writes what others need of them to the nodes. Decides
 // which node and which application are current.
 //
 // Calling sequence: NoteOpened after a project was opened; then nodes are published one by one as

@@ -11,7 +11,7 @@
 
 namespace tarn {
 
-// Removes, copies and moves nodes of the tree (TreeOperations.cpp), with a clipboard of one
+// Removes, copies and moves nodes of the tree, with a clipboard of one
 // subtree. Borrows everything; main thread only. Operations return 1 if done and 0 if not, also
 // while a build is running.
 class TreeEditor {

@@ -13,7 +13,7 @@
 
 namespace tarn {
 
-// Reads the files of a project into its tree (TreeFile.cpp). Borrows everything; main thread only.
+// Reads the files of a project into its tree. Borrows everything; main thread only.
 // Errors are reported to the log, and damage to the file protection. A handler of a log message may
 // change the tree or open another project; the functions detect that and return 0.
 class TreeLoader {

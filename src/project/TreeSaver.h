@@ -18,7 +18,7 @@
 
 namespace tarn {
 
-// Writes the tree to the files of the project (SaveFiles.cpp): as many as possible, or all or none
+// Writes the tree to the files of the project: as many as possible, or all or none
 // (WholeSave.cpp). Follows files that another program moved (FollowParts.cpp). FileSaver prepares
 // and writes the single file.
 //

@@ -1,4 +1,4 @@
-// Reading project and application files, and resolving the paths in them. SaveFiles.cpp writes
+// Reading project and application files, and resolving the paths in them. TreeSaver.cpp writes
 // them.
 //
 // A tree is split into files at the direct children of a file's root: the content of a child with
