@@ -32,8 +32,9 @@ class ToolReader : public ElementReader {
          "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
-         "Harmless", "LoadsFrom",   "LoadsNextTo"});
+         "Harmless", "LoadsFrom",   "LoadsNextTo",  "Early"});
     tool->name = Text(node, "Name");
+    tool->isEarly = IsYes(node, "Early");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
     tool->hint = Text(node, "Hint");

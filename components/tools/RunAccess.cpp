@@ -277,6 +277,7 @@ class AccessFinder {
   }
 
   void AddStray(const std::string& word) {
+    access_.writesUnknownFiles = true;
     access_.code.push_back("the tool with the argument " + word +
                            ", which writes files of other names");
   }
@@ -313,6 +314,7 @@ class AccessFinder {
 
   // A preprocessor takes the source that follows for the name, a linker anything.
   void AddUnknownWrite(const GivenArguments& given, std::size_t at) {
+    access_.writesUnknownFiles = true;
     access_.code.push_back("the tool with the argument " + given.words[at] +
                            ", which writes a file of an unknown name");
     if (given.receivers[at] != 'p') return;

@@ -24,6 +24,7 @@ struct RunAccess {
   std::vector<std::string> programs;  // named by the definition, as found on this system
   std::vector<FileWrite> writes;      // without duplicates
   std::vector<std::string> reads;     // absolute paths that may name files to read
+  bool writesUnknownFiles = false;    // also writes files whose names it invents
 };
 
 // Errs on the side of reporting a write: an argument containing a file path counts as one, unless

@@ -138,6 +138,8 @@ struct ByProductRule {
 struct ToolDefinition {
   std::string name;
   bool isProgram = false;         // a plain path without a definition
+  // Reads only the files that its rules list, and writes only those that its plan names.
+  bool isEarly = false;
   std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
   std::string hint;                     // how to install a missing program

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <unordered_set>
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/DefinitionReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/MessageFile.h"
+#include "components/tools/OwnedJob.h"
 #include "components/tools/RunAccess.h"
 #include "components/tools/ToolRun.h"
 #include "components/tools/UsedFiles.h"
@@ -20,48 +20,6 @@
 namespace tarn::tools {
 
 namespace {
-
-// A job together with the values it points to.
-struct OwnedJob {
-  OptionValues values;
-  ToolJob job;
-
-  OwnedJob(const ToolWorld& world, const char* files, const char* options)
-      : values(OptionValues::FromText(TextOf(options))) {
-    job.values = &values;
-    job.disk = world.files;
-    job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder(), job.disk);
-    job.environmentLauncher = world.environment("TARN_LAUNCHER");
-    std::vector<std::string> listed = SplitFileList(TextOf(files));
-    for (std::string& file : listed) file = AbsolutePath(job.disk, job.baseFolder, file);
-    AddFiles(listed);
-  }
-  OwnedJob(const OwnedJob&) = delete;
-  OwnedJob& operator=(const OwnedJob&) = delete;
-
- private:
-  void AddFiles(const std::vector<std::string>& listed) {
-    const std::unordered_set<std::string> names(listed.begin(), listed.end());
-    std::unordered_set<std::string> seen;
-    for (const std::string& file : listed) {
-      std::string name = SpelledPath(job.disk, file);
-      // A similar name that is also listed belongs to a different file, which does not exist yet.
-      if (name != file && names.contains(name)) name = file;
-      // An archive may be listed repeatedly on purpose: a linker searches it at each position.
-      if (!seen.insert(name).second && !IsArchive(name)) {
-        job.repeated.push_back(std::move(name));
-        continue;
-      }
-      if (name != file) job.respelled.push_back(name);
-      job.files.push_back(std::move(name));
-    }
-  }
-
-  static bool IsArchive(const std::string& name) {
-    const std::string extension = ExtensionOf(name);
-    return EqualNoCase(extension, ".a") || EqualNoCase(extension, ".lib");
-  }
-};
 
 // `isPart`: the only file of the run is not a source, so the run is identified by its output.
 std::string StartText(const std::string& tool, const char* files, const ToolPlan& plan,
@@ -129,6 +87,13 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::RefreshTools>("RefreshTools", TARN_TOOL_REFRESH_TOOLS, {}),
       Method<&ToolManager::GetAccess>("GetAccess", TARN_TOOL_GET_ACCESS,
                                       {"tool", "files", "options"}),
+      Method<&ToolManager::SetJobs>("SetJobs", TARN_TOOL_SET_JOBS, {"count"}),
+      Method<&ToolManager::GetJobs>("GetJobs", TARN_TOOL_GET_JOBS, {}),
+      Method<&ToolManager::PrepareTool>("PrepareTool", TARN_TOOL_PREPARE_TOOL,
+                                        {"tool", "files", "options"}),
+      Method<&ToolManager::AwaitTool>("AwaitTool", TARN_TOOL_AWAIT_TOOL,
+                                      {"tool", "files", "options"}),
+      Method<&ToolManager::DropTools>("DropTools", TARN_TOOL_DROP_TOOLS, {}),
   });
   return table;
 }
@@ -182,8 +147,34 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
   return isDone ? 1 : 0;
 }
 
+std::int32_t ToolManager::SetJobs(std::int32_t count) {
+  early.SetJobs(count);
+  return 1;
+}
+
+std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const char* options) {
+  auto definition = FindTool(TextOf(tool));
+  if (!definition || !definition->isEarly) return 0;
+  auto run = std::make_unique<EarlyRun>(world, helpers, std::move(definition),
+                                        EarlyRun::KeyOf(tool, files, options), files, options,
+                                        MostMessages());
+  return run->MayRunEarly() && early.Start(std::move(run)) ? 1 : 0;
+}
+
+std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const char* options) {
+  return early.IsGood(EarlyRun::KeyOf(tool, files, options), MostMessages()) ? 1 : 0;
+}
+
+std::int32_t ToolManager::DropTools() {
+  early.Drop();
+  return 1;
+}
+
 bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
                           ToolMessages& messages) {
+  if (const auto ended = early.Take(EarlyRun::KeyOf(toolName.c_str(), files, options))) {
+    return Deliver(*ended, toolName, files, messages);
+  }
   OwnedJob owned(world, files, options);
   const auto definition = FindTool(toolName);
   if (!definition) {
@@ -197,20 +188,40 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
   ToolRun run(world, running, helpers, *definition, owned.job, MostMessages());
-  const bool isPart = owned.job.files.size() == 1 && !run.Plan().output.empty() &&
-                      !Tools()->HasExtension(ExtensionOf(owned.job.files.front()));
-  TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan(), isPart), 0);
-  const bool isDone = run.Run();
+  TellStart(toolName, files, owned.job, run.Plan());
+  bool isDone = false;
+  {
+    const EarlyRuns::Turn turn(early);
+    isDone = run.Run();
+  }
   CountMessages(run.GetLog().GetRetained());
   messages = run.TakeMessages();
-  if (isDone && run.Record()) {
-    const std::lock_guard guard(lock);
-    records += BuildRecordText(*run.Record());
-    if (owned.job.files.size() == 1) {
-      sources[run.Plan().outputOnDisk].insert(owned.job.files.front());
-    }
-  }
+  if (isDone) Keep(run, owned.job);
   return isDone;
+}
+
+bool ToolManager::Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
+                          ToolMessages& messages) {
+  TellStart(toolName, files, ended.Job(), ended.Run().Plan());
+  CountMessages(ended.Run().GetLog().GetRetained());
+  messages = ended.Run().TakeMessages();
+  if (ended.HasSucceeded()) Keep(ended.Run(), ended.Job());
+  return ended.HasSucceeded();
+}
+
+void ToolManager::TellStart(const std::string& toolName, const char* files, const ToolJob& job,
+                            const ToolPlan& plan) {
+  const bool isPart = job.files.size() == 1 && !plan.output.empty() &&
+                      !Tools()->HasExtension(ExtensionOf(job.files.front()));
+  TellFrame(kMsgToolStarted, StartText(toolName, files, plan, isPart), 0);
+}
+
+// Stores the record of a successful run.
+void ToolManager::Keep(const ToolRun& run, const ToolJob& job) {
+  if (!run.Record()) return;
+  const std::lock_guard guard(lock);
+  records += BuildRecordText(*run.Record());
+  if (job.files.size() == 1) sources[run.Plan().outputOnDisk].insert(job.files.front());
 }
 
 std::size_t ToolManager::MostMessages() {
@@ -348,10 +359,12 @@ std::string ToolManager::TakeBuildInformation() {
 
 void ToolManager::StopTools() {
   running.Stop();
+  early.Stop();
 }
 
 void ToolManager::ResumeTools() {
   running.Resume();
+  early.Resume();
 }
 
 std::string ToolManager::MissingProgram(const char* tool) {

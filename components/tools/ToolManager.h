@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "components/tools/EarlyRuns.h"
 #include "components/tools/HelperFinder.h"
 #include "components/tools/RunningTools.h"
 #include "components/tools/ToolMessage.h"
@@ -46,6 +47,24 @@ class ToolManager : public DispatchObject<ToolManager> {
   // are written to `messageFile` before the call returns; null discards them.
   std::int32_t RunTool(const char* tool, const char* files, const char* options,
                        const char* messageFile);
+  // Early runs: the caller announces runs in the order in which it will request them, and they run
+  // at the same time, in advance. RunTool then returns the result of such a run, with its messages
+  // and notifications, as if it had run at that time.
+  //
+  // Sets the number of tools that may run at the same time; 1, the default, disables early runs.
+  // Always returns 1.
+  std::int32_t SetJobs(std::int32_t count);
+  std::int32_t GetJobs() { return early.GetJobs(); }
+  // Starts a run early. Returns 0 if it can't: its result could depend on when it runs, or another
+  // early run writes the same file. Returns immediately.
+  std::int32_t PrepareTool(const char* tool, const char* files, const char* options);
+  // Waits for the early run with these arguments. Returns 1 if RunTool will return its result.
+  // Otherwise, because the run failed or its inputs have changed since, removes what it wrote, and
+  // RunTool runs the tool. Returns 0 also if there is no such run.
+  std::int32_t AwaitTool(const char* tool, const char* files, const char* options);
+  // Stops the early runs that were not requested, and removes what they wrote. Always returns 1.
+  std::int32_t DropTools();
+
   // Returns an element with one child per tool for the extension (including its dot).
   std::string GetToolsForExtension(const char* extension);
 
@@ -89,6 +108,12 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Runs the tool and appends its messages, including errors in the plan. Returns true on success.
   bool Execute(const std::string& toolName, const char* files, const char* options,
                ToolMessages& messages);
+  // Same for a run that has already ended.
+  bool Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
+               ToolMessages& messages);
+  void TellStart(const std::string& toolName, const char* files, const ToolJob& job,
+                 const ToolPlan& plan);
+  void Keep(const ToolRun& run, const ToolJob& job);
   // Returns why some of these outputs must not be linked, and replaces the others with the names of
   // their sources if these are known. Clears the recorded sources.
   std::vector<std::string> TakeConflicts(std::vector<std::string>& repeated);
@@ -100,6 +125,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   const ToolWorld world;
   RunningTools running;
   HelperFinder helpers;
+  EarlyRuns early;
 
   std::mutex lock;  // guards the members below; not held while calling out
   std::shared_ptr<const ToolSet> tools = std::make_shared<ToolSet>();

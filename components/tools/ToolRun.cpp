@@ -111,6 +111,18 @@ bool ToolRun::RemoveEarlier() {
   return true;
 }
 
+void ToolRun::RemoveResults() {
+  if (startTime == 0) return;
+  std::vector<std::string> made = FindProducts();
+  made.push_back(plan.outputOnDisk);
+  for (std::string& path : FindByProducts()) made.push_back(std::move(path));
+  for (const std::string& path : made) {
+    const bool isInput = std::find(job.files.begin(), job.files.end(), path) != job.files.end();
+    const auto status = isInput ? std::nullopt : world.files->ExamineExactly(path);
+    if (status && status->changed >= startTime) static_cast<void>(world.files->RemoveOwnFile(path));
+  }
+}
+
 bool ToolRun::RunCommand(const ToolCommand& command) {
   if (running.IsStopping()) return log.AddPlain("stopped"), false;
   log.AddPlain(Shortened(CommandLine(command)));

@@ -32,6 +32,10 @@ class ToolRun {
   ToolMessages TakeMessages() { return log.Take(); }
   // The record of a successful run with an output; nullopt otherwise.
   const std::optional<BuildRecord>& Record() const { return record; }
+  // Time at which the run started, on the file system's clock; 0 if it didn't start.
+  std::int64_t GetStartTime() const { return startTime; }
+  // Removes the files that the run has written, for a run whose result is not used.
+  void RemoveResults();
 
  private:
   bool Prepare();

@@ -156,6 +156,7 @@ int RunBuild(CommandContext& context, BuildWork work) {
 void Declare(CommandArguments& arguments) {
   arguments.AddProjectAndApp();
   arguments.AddConfiguration();
+  arguments.AddJobs();
   arguments.AddVerbose("Show every command and its output");
   arguments.Flag("--no-wait", arguments.Common().noWait,
                  "Fail (exit code 3) if another build of the project is running");

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "hosts/cli/CommandEntry.h"
+#include "hosts/core/Jobs.h"
 
 namespace tarn::host {
 
@@ -26,6 +27,11 @@ Argument Argument::NotEmpty() const {
 
 Argument Argument::OneOf(const std::vector<std::string>& values) const {
   option->check(CLI::IsMember(values));
+  return *this;
+}
+
+Argument Argument::Between(int least, int most) const {
+  option->check(CLI::Range(least, most));
   return *this;
 }
 
@@ -91,6 +97,10 @@ void CommandArguments::AddConfiguration() {
 void CommandArguments::AddNode() {
   Option("-n,--node", asked.node, "NODE", "File, group or application, by path or label")
       .NotEmpty();
+}
+
+void CommandArguments::AddJobs() {
+  Option("-j,--jobs", asked.jobs, "N", "Run up to N tools at the same time").Between(1, kMaxJobs);
 }
 
 void CommandArguments::AddVerbose(const char* help) {

@@ -27,6 +27,8 @@ class Argument {
   // Rejects an empty value, which a script may pass from an unset variable.
   Argument NotEmpty() const;
   Argument OneOf(const std::vector<std::string>& values) const;
+  // Accepts only a number in this range.
+  Argument Between(int least, int most) const;
   Argument Excludes(Argument other) const;
   Argument Needs(Argument other) const;
 
@@ -74,6 +76,7 @@ class CommandArguments {
   void AddProjectAndApp(const char* help = "Use only this application");
   void AddConfiguration();
   void AddNode();
+  void AddJobs();
   void AddVerbose(const char* help);
   // For commands that build, clean, change the project's files, or export the whole project.
   void AddDamagedOk();

@@ -30,6 +30,7 @@ struct Invocation {
   std::string application;    // --app
   std::string configuration;  // --config
   std::string node;           // --node: path or label
+  std::string jobs;           // --jobs: a valid number; empty: the default
   bool json = false;
   bool quiet = false;
   bool verbose = false;

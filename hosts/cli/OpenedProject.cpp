@@ -13,6 +13,7 @@
 #include "hosts/cli/EditRecord.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/ChangeLabel.h"
+#include "hosts/core/Jobs.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/NewConfiguration.h"
 #include "hosts/core/ProjectFile.h"
@@ -130,10 +131,20 @@ int CommandContext::StartSession() {
   if (isStarted) return kExitDone;
   const Status started = Session().Start();
   isStarted = static_cast<bool>(started);
-  if (started) return kExitDone;
+  if (started) {
+    SetJobs();
+    return kExitDone;
+  }
   Complain("This installation is incomplete: " + started.GetError().place + ": " +
            started.GetError().text + ". Reinstall it, or set TARN_ROOT to its share folder.");
   return kExitCannotOpen;
+}
+
+void CommandContext::SetJobs() {
+  std::string problem;
+  const int count = asked.jobs.empty() ? DefaultJobs(&problem) : ParseJobs(asked.jobs);
+  if (!problem.empty()) Remark(Printable(problem));
+  Session().Tools().SetJobs(count);
 }
 
 int CommandContext::OpenProject(const std::string& path) {

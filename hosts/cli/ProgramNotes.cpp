@@ -50,6 +50,7 @@ const TextTable& EnvironmentTexts() {
       {"TARN_ROOT",
        "Folder of the installed data, instead of ../share/tarn relative to the program."},
       {"TARN_SETTINGS", "One folder for all settings and user data."},
+      {"TARN_JOBS", "Number of tools to run at the same time; default: one for each processor."},
       {"TARN_LAUNCHER", "Command to prefix to compilers, such as ccache."},
       {"XDG_CONFIG_HOME", "Location of the user's settings; default: ~/.config."},
       {"XDG_DATA_HOME", "Location of the user's data folder; default: ~/.local/share."},

@@ -130,6 +130,7 @@ CommandSpec RunCommand() {
             arguments.Positional("FILE", own.script, "The script, e.g. release.lua").Required();
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
+            arguments.AddJobs();
             arguments.AddVerbose("Show every command of its builds");
             arguments.AddDamagedOk();
             arguments.AddOutsideOk();

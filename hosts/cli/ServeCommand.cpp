@@ -3,6 +3,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/core/Interrupts.h"
+#include "hosts/core/Jobs.h"
 #include "hosts/serve/RpcServer.h"
 
 namespace tarn::host {
@@ -44,7 +45,8 @@ int RunServe(CommandContext& context) {
         "`tarn serve` communicates over standard input and output; one of them is closed.");
     return kExitUsage;
   }
-  RpcServer server(context.Files(), input.Get(), output.Get(), context.Asked().trust);
+  RpcServer server(context.Files(), input.Get(), output.Get(), context.Asked().trust,
+                   ParseJobs(context.Asked().jobs));
   const Interrupts interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
 }
@@ -59,6 +61,7 @@ CommandSpec ServeCommand() {
       .hasDisplayOptions = false,
       .declare =
           [](CommandArguments& arguments) {
+            arguments.AddJobs();
             arguments.AddTrust();  // the client passes everything else in messages
           },
       .run = RunServe,

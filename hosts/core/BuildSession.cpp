@@ -9,6 +9,7 @@
 #include <set>
 
 #include "hosts/core/BuildInputs.h"
+#include "hosts/core/Jobs.h"
 #include "hosts/core/Printable.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/ProjectTemplate.h"
@@ -172,6 +173,7 @@ Status BuildSession::AttachComponents() {
   if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
   tools.InitTools(folders.application, folders.data, frame.GetHandle());
   if (const Status called = StatusOf(tools, kToolsClass); !called) return called;
+  tools.SetJobs(DefaultJobs());
   manager.InitToolManager(tools.GetDispatch());
   if (const Status called = StatusOf(manager, kManagerClass); !called) return called;
   if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;

@@ -282,6 +282,8 @@ class ToolManagerDriver : public COleDispatchDriver {
   // Stops all running tools without waiting; new runs fail until ResumeTools.
   void StopTools() { InvokeHelper(TARN_TOOL_STOP_TOOLS, {}); }
   void ResumeTools() { InvokeHelper(TARN_TOOL_RESUME_TOOLS, {}); }
+  // Sets the number of tools that may run at the same time.
+  void SetJobs(std::int32_t count) { InvokeHelper(TARN_TOOL_SET_JOBS, {count}); }
   // Returns the tool's first program that is not installed; an empty string if there is none.
   std::string MissingProgram(const std::string& tool) {
     return InvokeText(TARN_TOOL_MISSING_PROGRAM, {tool});

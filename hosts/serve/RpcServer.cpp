@@ -128,11 +128,13 @@ bool AsksForStop(const RpcRequest& request) {
 
 }  // namespace
 
-RpcServer::RpcServer(FileSystem& fileSystem, int input, int output, bool trustsEveryProject)
+RpcServer::RpcServer(FileSystem& fileSystem, int input, int output, bool trustsEveryProject,
+                     int jobs)
     : files(fileSystem),
       channel(input, output, MessageLoop::ForCurrentThread(), [this] { stopper.Stop(); }),
       questions(channel),
-      trustsAll(trustsEveryProject) {}
+      trustsAll(trustsEveryProject),
+      jobsWanted(jobs) {}
 
 RpcServer::~RpcServer() {
   // Destroyed while the channel still exists; its last notifications have no recipient any more.
@@ -313,6 +315,7 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   }
   session->SetWaitEnd([this] { return channel.HasRequest(AsksForStop); });
   if (given[3] == true) session->AcceptAllDamage();
+  if (jobsWanted > 0) session->SetJobs(jobsWanted);
   if (trustsAll || given[4] == true) session->Trust().TrustAll();
   session->onRefused = [this](const std::vector<std::string>& wishes) {
     channel.Send(MakeRpcNotification(

@@ -25,8 +25,8 @@ enum class ServerEnd {
 class RpcServer {
  public:
   // The descriptors are borrowed. `trustsAll`: trust every project, like the option `trust` of
-  // `initialize`.
-  RpcServer(FileSystem& fileSystem, int input, int output, bool trustsAll = false);
+  // `initialize`. `jobs`: number of tools that may run at the same time; 0 is the default.
+  RpcServer(FileSystem& fileSystem, int input, int output, bool trustsAll = false, int jobs = 0);
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();
@@ -59,6 +59,7 @@ class RpcServer {
   std::vector<MethodInfo> methods;
   std::atomic<bool> interrupted = false;
   const bool trustsAll;
+  const int jobsWanted;
   bool isShutDown = false;
   bool exitAsked = false;
 };

@@ -66,6 +66,7 @@ class ServedSession {
   // Called after a damaged project was opened.
   std::function<void()> onDamaged;
   SessionTrust& Trust() { return session.Trust(); }
+  void SetJobs(int count) { session.Tools().SetJobs(count); }
   // Returns the folder of the open project; an empty string if there is none.
   std::string GetProjectFolder() const;
   // Called with the operations refused to a build because the project is not trusted, if the build

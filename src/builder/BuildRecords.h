@@ -74,6 +74,8 @@ class BuildRecords {
                        const std::vector<std::string>& sources, std::uint64_t signature);
   // Called after the run. If it failed, the output is treated as unknown.
   void EndRun(const CXmlNode& node, RunSnapshot snapshot, bool succeeded);
+  // Forgets the runs that have begun, whose results are not used.
+  void AbandonRuns() { running_.clear(); }
   // Processes a report about the node's output. Without a run since the previous report, it came
   // from elsewhere, and the node is unbound.
   void TakeReport(const CXmlNode& node, const BuildReport& report);

@@ -17,6 +17,8 @@ namespace {
 constexpr std::size_t kMaxNodesAhead = 512;
 constexpr std::uint64_t kNeverEpoch = UINT64_MAX;
 constexpr unsigned kStepsPerLook = 16;
+// Number of nodes that are up to date and that one look ahead passes.
+constexpr std::size_t kMaxSkipped = 64;
 
 // Returns the later time; nullopt if either is nullopt.
 std::optional<std::int64_t> Later(const std::optional<std::int64_t>& a,
@@ -66,7 +68,10 @@ BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
       information(projectBuilder.Information()),
       guard(model, information.GetBuildRecords()),
       asksForTimes(examinesElsewhere),
-      treeEpoch(state.treeEpoch) {}
+      treeEpoch(state.treeEpoch) {
+  CToolManagerDriver* const tools = model.Services().toolManager;
+  if (tools != nullptr) runsAhead.SetJobs(tools->GetJobs());
+}
 
 void BuildWalk::SetApplication(CXmlNode* node) {
   CXmlNode* application = information.GetWalkApplication();
@@ -116,7 +121,19 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
       return request;
     }
   }
+  if (runsAhead.HasAny() || request.own != nullptr) DropAhead(request);
   return request;
+}
+
+// Drops all early runs, for example after a failure: the walk does not reach their nodes, or needs
+// different runs.
+void BuildWalk::DropAhead(WalkRequest& request) {
+  request.own.reset();
+  runsAhead.Clear();
+  information.GetBuildRecords().AbandonRuns();
+  if (model.Services().toolManager == nullptr) return;
+  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
+  request.dropsEarly = true;
 }
 
 // Runs one stage of the top frame. The explicit stack of frames replaces recursion, so that the
@@ -253,6 +270,7 @@ bool BuildWalk::StartNode(Frame& frame) {
       (void)model.GetFiles().RemoveFile(database);
     }
     repeated = information.FindRepeatedNodes(node);
+    if (runsAhead.IsEnabled()) runsAhead.Begin(model.Types(), node, repeated);
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
@@ -272,7 +290,8 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
   CXmlNode* child = frame.children[frame.next++];
   if (repeated.contains(child)) return true;
   const auto output = ahead.TakeGood(*child, information.GetFileTimes().GetEpoch());
-  if (output && builder.GetBuildState() != StateStopRequested) {
+  const bool isAhead = runsAhead.HasAny() && runsAhead.Has(*child);
+  if (output && !isAhead && builder.GetBuildState() != StateStopRequested) {
     frame.newestOutput = Later(frame.newestOutput, output);
     return true;
   }
@@ -284,7 +303,7 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
   // A file that was just built may be newer than its time indicates, given its resolution.
-  if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node)) {
+  if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead.Has(node)) {
     Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck(),
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
     staleness.IgnoreUnbuildable();
@@ -413,12 +432,12 @@ bool BuildWalk::Clean(CXmlNode& node) {
   return result;
 }
 
-// Returns true, after logging the reason, if the tool would overwrite a file that is not a product
-// of this project.
-bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
+// Returns the files that the run writes, with those that the node names.
+std::vector<NamedOutput> BuildWalk::FindOutputs(const CXmlNode& node,
+                                                const std::string& access) const {
   // The tool manager spells its paths as on disk. Looking up another spelling of a file that does
   // not exist yet costs a scan of its folder.
-  std::vector<NamedOutput> made = FindWritten(request.access);
+  std::vector<NamedOutput> made = FindWritten(access);
   for (NamedOutput& named : OutputsOf(node)) {
     const bool isKnown = std::any_of(made.begin(), made.end(), [&](const NamedOutput& each) {
       return each.isCertain && each.path == named.path;
@@ -427,21 +446,27 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
     named.path = model.GetFiles().NameOnDisk(named.path);
     made.push_back(std::move(named));
   }
-  std::string why;
-  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) {
-    why = made[i].isCertain ? guard.WhyKept(node, made[i]) : guard.WhyOwn(made[i]);
+  return made;
+}
+
+// Returns why the tool would overwrite a file that is not a product of this project; an empty
+// string if it doesn't.
+std::string BuildWalk::FindKept(const CXmlNode& node, const std::vector<NamedOutput>& outputs) {
+  for (const NamedOutput& each : outputs) {
+    std::string why = each.isCertain ? guard.WhyKept(node, each) : guard.WhyOwn(each);
+    if (!why.empty()) return why;
   }
-  if (!why.empty()) {
-    model.Host().AddBuildNotice(LineKind::Error, why + "; the tool is not run");
-    return true;
-  }
-  // The tool manager has no records of earlier runs and does not touch read-only files.
-  for (const NamedOutput& each : made) {
+  return {};
+}
+
+// Removes read-only outputs of earlier runs. The tool manager has no records of these and does not
+// touch read-only files.
+void BuildWalk::RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs) {
+  for (const NamedOutput& each : outputs) {
     const bool isInTheWay = each.isCertain && model.GetFiles().ExamineExactly(each.path) &&
                             model.GetFiles().IsReadOnly(each.path);
     if (isInTheWay) (void)guard.Remove(node, each.path);
   }
-  return false;
 }
 
 // Returns the files that the node's tool is given: the source, or the parts of an application.
@@ -468,18 +493,16 @@ std::vector<std::string> HeadersOf(const CXmlNode& node) {
   return headers;
 }
 
-// Returns true, after logging the reason, if a file is a pipe or a device: a tool would wait for
-// a program that writes to it, possibly forever.
-bool BuildWalk::HasUnusableInput(const std::vector<std::string>& paths) {
+// Returns why a file can't be read, such as a pipe or a device: a tool would wait for a program
+// that writes to it, possibly forever.
+std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) const {
   for (const std::string& path : paths) {
     if (model.GetFiles().Examine(path)) continue;
     const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
     if (text || text.GetError().code != ErrorCode::NotAFile) continue;
-    model.Host().AddBuildNotice(LineKind::Error, path + " can't be read: " + text.GetError().text +
-                                                     "; the tool is not run");
-    return true;
+    return path + " can't be read: " + text.GetError().text;
   }
-  return false;
+  return {};
 }
 
 // A linker that is given a file twice reports duplicate definitions without naming the cause.
@@ -492,18 +515,28 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   }
 }
 
-// Returns true, after logging the reason, if the run needs the user's trust and the project is not
-// trusted.
-bool BuildWalk::IsUntrusted(const WalkRequest& request) {
-  ProjectTrust& trust = model.Protection().GetTrust();
-  if (!trust.IsWithheld()) return false;
-  const std::string wish = FindUntrusted(trust, request.tool, request.access);
-  if (wish.empty()) return false;
-  trust.Refuse(wish);
-  model.Host().AddBuildNotice(
-      LineKind::Error,
-      "the project wants to " + wish + ", and its folder is not trusted; the tool is not run");
-  return true;
+BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& request) {
+  const auto isUnusable = [this](const std::vector<std::string>& paths, std::string& why) {
+    why = FindUnusableInput(paths);
+    return !why.empty();
+  };
+  std::string why;
+  if (isUnusable(SourcesOf(node), why)) return {why, {}};
+  request.access =
+      model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
+  if (isUnusable(FindRead(request.access), why) || isUnusable(HeadersOf(node), why)) {
+    return {why, {}};
+  }
+  const ProjectTrust& trust = model.Protection().GetTrust();
+  if (trust.IsWithheld()) {
+    std::string wish = FindUntrusted(trust, request.tool, request.access);
+    if (!wish.empty()) {
+      return {"the project wants to " + wish + ", and its folder is not trusted", std::move(wish)};
+    }
+  }
+  if (usesGivenTool) return {};
+  request.outputs = FindOutputs(node, request.access);
+  return {FindKept(node, request.outputs), {}};
 }
 
 bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
@@ -521,15 +554,21 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
-  if (HasUnusableInput(SourcesOf(node))) return LostTree() || Return(false, false);
-  request.access =
-      model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
-  if (HasUnusableInput(FindRead(request.access)) || HasUnusableInput(HeadersOf(node))) {
-    return LostTree() || Return(false, false);
+  request.own = runsAhead.Take(node);
+  const bool isAhead = request.own != nullptr && request.own->tool == request.tool &&
+                       request.own->files == request.files &&
+                       request.own->options == request.options;
+  if (request.own != nullptr && !isAhead) DropAhead(request);
+  if (!isAhead) {
+    const Obstacle obstacle = FindObstacle(node, request);
+    if (!obstacle.text.empty()) {
+      if (!obstacle.wish.empty()) model.Protection().GetTrust().Refuse(obstacle.wish);
+      model.Host().AddBuildNotice(LineKind::Error, obstacle.text + "; the tool is not run");
+      return LostTree() || Return(false, false);
+    }
   }
-  if (IsUntrusted(request)) return LostTree() || Return(false, false);
   if (!usesGivenTool) {
-    if (IsKept(node, request)) return LostTree() || Return(false, false);
+    RemoveReadOnly(node, request.outputs);
     WarnOfSameFiles(node);
     if (LostTree()) return true;
     model.Services().output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
@@ -544,27 +583,111 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
     (void)model.GetFiles().RemoveScratchFile(messageFile);
   }
   request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
-  request.snapshot = BeginRun(node, request);
+  isRecorded = isAhead;
+  if (!isAhead) BeginOwnRun(node, request);
+  LookAhead(frame, request);
   request.kind = WalkRequest::Kind::RunTool;
   frame.stage = Stage::Tool;
   return false;
 }
 
 // Only runs of the node's own tool are recorded as producing its output.
-RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request) {
+std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const std::string& tool,
+                                               const std::string& files,
+                                               const std::string& options) {
   const std::string output = TextOf(node.GetAttrValue("OutputFile"));
-  isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
-               information.GetWalkApplication() != nullptr;
-  if (!isRecorded) return {};
+  if (output.empty() || tool != TextOf(node.GetAttrValue("TranslateTool")) ||
+      information.GetWalkApplication() == nullptr) {
+    return std::nullopt;
+  }
   return information.GetBuildRecords().BeginRun(
       node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, SourcesOf(node),
-      information.GetToolCommands().SignatureOf(request.tool, request.files, request.options));
+      information.GetToolCommands().SignatureOf(tool, files, options));
+}
+
+void BuildWalk::BeginOwnRun(const CXmlNode& node, WalkRequest& request) {
+  std::optional<RunSnapshot> snapshot =
+      BeginRun(node, request.tool, request.files, request.options);
+  isRecorded = snapshot.has_value();
+  request.snapshot = snapshot ? std::move(*snapshot) : RunSnapshot();
+}
+
+// Plans runs of the nodes that follow, if the tool of this one can be started early, too.
+void BuildWalk::LookAhead(Frame& frame, WalkRequest& request) {
+  if (!runsAhead.IsEnabled() || usesGivenTool || !runsAhead.Reach(*frame.node)) return;
+  const bool isLeaf = frame.children.empty();
+  if (request.own == nullptr && (!isLeaf || !isRecorded)) return;
+  std::size_t skipped = 0;
+  while (CXmlNode* const node = runsAhead.GetNext()) {
+    if (!IsStale(frame, *node)) {
+      runsAhead.Skip();
+      if (++skipped == kMaxSkipped) break;
+      continue;
+    }
+    std::shared_ptr<RunAhead> run = PlanEarly(*node);
+    if (run == nullptr) {
+      runsAhead.Block();
+      break;
+    }
+    request.early.push_back(run);
+    runsAhead.Add(std::move(run));
+  }
+  if (request.own != nullptr || request.early.empty()) return;
+  request.own = std::make_shared<RunAhead>(RunAhead{frame.node, request.tool, request.files,
+                                                    request.options, std::move(request.snapshot)});
+  request.early.insert(request.early.begin(), request.own);
+}
+
+// Returns true if the walk is going to run a tool when it reaches the node.
+bool BuildWalk::IsStale(const Frame& frame, CXmlNode& node) {
+  std::string tool, files;
+  if (!GetToolInput(model.Types(), node, tool, files)) return false;
+  if (frame.mode != ModeBuild) return true;
+  Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck());
+  staleness.IgnoreUnbuildable();
+  return !staleness.IsUpToDate(&node);
+}
+
+// Returns the run of a node's tool; null if it has to wait until the walk reaches the node.
+std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
+  const CXmlNode* const values = FindStoredValues(node);
+  const bool isLeaf = std::none_of(node.GetChildren().begin(), node.GetChildren().end(),
+                                   [](const CXmlNode* each) { return IsContentNode(*each); });
+  if (values == nullptr || !isLeaf) return nullptr;
+  WalkRequest request;
+  request.options = values->ValueText();
+  GetToolInput(model.Types(), node, request.tool, request.files);
+  if (!FindObstacle(node, request).text.empty()) return nullptr;
+  std::optional<RunSnapshot> snapshot =
+      BeginRun(node, request.tool, request.files, request.options);
+  if (!snapshot) return nullptr;
+  RemoveReadOnly(node, request.outputs);
+  return std::make_shared<RunAhead>(RunAhead{&node, std::move(request.tool),
+                                             std::move(request.files), std::move(request.options),
+                                             std::move(*snapshot)});
+}
+
+void DropEarlyRuns(WalkRequest& request) {
+  if (!request.dropsEarly) return;
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  tools.DropTools();
 }
 
 bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
+  DropEarlyRuns(request);
   CToolManagerDriver tools;
   tools.AttachDispatch(request.toolManager.Get(), true);
-  request.snapshot.TakeBefore(files);
+  for (const std::shared_ptr<RunAhead>& run : request.early) {
+    run->snapshot.TakeBefore(files);
+    run->isStarted = tools.PrepareTool(run->tool, run->files, run->options) != 0;
+    if (!run->isStarted) break;
+  }
+  const bool isAhead = request.own != nullptr;
+  if (isAhead) request.snapshot = std::move(request.own->snapshot);
+  const bool isGood = isAhead && request.own->isStarted &&
+                      tools.AwaitTool(request.tool, request.files, request.options) != 0;
+  if (!isGood) request.snapshot.TakeBefore(files);
   const bool isDone =
       tools.RunTool(request.tool, request.files, request.options,
                     request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
@@ -573,6 +696,7 @@ bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
 }
 
 void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
+  runsAhead.RemoveUnstarted();
   toolSucceeded = success;
   runSnapshot = std::move(snapshot);
 }

@@ -15,6 +15,7 @@
 #include "builder/NodesAhead.h"
 #include "builder/OutputGuard.h"
 #include "builder/RunSnapshot.h"
+#include "builder/RunsAhead.h"
 #include "builder/Staleness.h"
 #include "platform/automation/Variant.h"
 
@@ -34,17 +35,27 @@ struct WalkRequest {
   std::string tool;
   std::string files;
   std::string options;
-  std::string access;  // reply of the tool manager's GetAccess for this run
+  std::string access;                // reply of the tool manager's GetAccess for this run
+  std::vector<NamedOutput> outputs;  // what the run writes
   NullableText messageFile;
 
   // Must be taken around the run of the tool.
   RunSnapshot snapshot;
+  // Runs to start before this one, in this order; the first may be this one.
+  std::vector<std::shared_ptr<RunAhead>> early;
+  // This run, if it was or is to be started early.
+  std::shared_ptr<RunAhead> own;
+  // With any kind: early runs of the tool manager are not going to be requested; drop them first.
+  bool dropsEarly = false;
 
   FileTimes::Inquiry inquiry;
 };
 
-// Runs the requested tool with its snapshot on the calling thread. Returns true if it succeeded.
+// Starts the early runs of the request, and runs its tool with its snapshot on the calling thread.
+// Returns true if the tool succeeded.
 bool RunRequestedTool(WalkRequest& request, FileSystem& files);
+// Drops the early runs of the tool manager if the request asks for it.
+void DropEarlyRuns(WalkRequest& request);
 
 // A resumable build: a depth-first traversal, children before their node, that runs the tool of
 // every stale node. Everything that accesses the tree, the log, the views or the property manager
@@ -117,19 +128,34 @@ class BuildWalk {
   bool EnterNextChild(Frame& frame);
   bool DoOwnWork(Frame& frame, WalkRequest& request);
   bool RequestTool(Frame& frame, WalkRequest& request);
+  void LookAhead(Frame& frame, WalkRequest& request);
+  bool IsStale(const Frame& frame, CXmlNode& node);
+  std::shared_ptr<RunAhead> PlanEarly(CXmlNode& node);
+  void BeginOwnRun(const CXmlNode& node, WalkRequest& request);
+  void DropAhead(WalkRequest& request);
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
-  bool IsUntrusted(const WalkRequest& request);
-  bool IsKept(const CXmlNode& node, const WalkRequest& request);
+  // Why a tool must not be run.
+  struct Obstacle {
+    std::string text;  // for the log; empty if there is none
+    std::string wish;  // what an untrusted project wants to do
+  };
+  // Completes the request with the accesses and outputs of the run, and returns what prevents it.
+  Obstacle FindObstacle(const CXmlNode& node, WalkRequest& request);
+  std::string FindKept(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
+  std::vector<NamedOutput> FindOutputs(const CXmlNode& node, const std::string& access) const;
+  void RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
   std::vector<std::string> SourcesOf(const CXmlNode& node) const;
-  bool HasUnusableInput(const std::vector<std::string>& paths);
+  std::string FindUnusableInput(const std::vector<std::string>& paths) const;
   void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;
   bool AskForTimes(Frame& frame, WalkRequest& request);
   bool IsUpToDate(const Frame& frame, Staleness& staleness) const;
-  RunSnapshot BeginRun(const CXmlNode& node, const WalkRequest& request);
+  // Returns nullopt if the run isn't recorded.
+  std::optional<RunSnapshot> BeginRun(const CXmlNode& node, const std::string& tool,
+                                      const std::string& files, const std::string& options);
   std::optional<std::int64_t> NewestOutputOf(const Frame& frame) const;
   // Finishes the top frame and returns to its parent.
   bool Return(bool success, bool isGood);
@@ -161,6 +187,7 @@ class BuildWalk {
   unsigned stepCount = 0;
   std::unordered_set<const CXmlNode*> repeated;  // nodes whose source is listed again later
   NodesAhead ahead;
+  RunsAhead runsAhead;
   std::size_t nodesAhead = 512;  // number of nodes to prefetch file times for
   std::optional<Clock::time_point> currentDeadline;
 };

@@ -182,6 +182,7 @@ void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
       request.inquiry.Examine(disk, BuildWalk::Clock::now() + kLookTime);
     }
   } while (request.kind != WalkRequest::Kind::Done);
+  DropEarlyRuns(request);
 
   bool succeeded = false;
   std::string logFile;
@@ -245,7 +246,10 @@ std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
   ++walksHere;
   for (;;) {
     WalkRequest request = walk.Advance(std::nullopt);
-    if (request.kind != WalkRequest::Kind::RunTool) break;
+    if (request.kind != WalkRequest::Kind::RunTool) {
+      DropEarlyRuns(request);
+      break;
+    }
     const bool isDone = RunRequestedTool(request, services.files);
     walk.TakeToolResult(isDone, std::move(request.snapshot));
   }

@@ -41,4 +41,22 @@ std::string CToolManagerDriver::GetAccess(TextArgument tool, TextArgument files,
   return InvokeText(TARN_TOOL_GET_ACCESS, {tool, files, options});
 }
 
+std::int32_t CToolManagerDriver::GetJobs() {
+  return InvokeLong(TARN_TOOL_GET_JOBS, {});
+}
+
+std::int32_t CToolManagerDriver::PrepareTool(TextArgument tool, TextArgument files,
+                                             TextArgument options) {
+  return InvokeLong(TARN_TOOL_PREPARE_TOOL, {tool, files, options});
+}
+
+std::int32_t CToolManagerDriver::AwaitTool(TextArgument tool, TextArgument files,
+                                           TextArgument options) {
+  return InvokeLong(TARN_TOOL_AWAIT_TOOL, {tool, files, options});
+}
+
+std::int32_t CToolManagerDriver::DropTools() {
+  return InvokeLong(TARN_TOOL_DROP_TOOLS, {});
+}
+
 }  // namespace tarn

@@ -43,6 +43,21 @@ class CToolManagerDriver : public COleDispatchDriver {
   // "program", "write" and "maybe" (paths). Returns an empty string if the component doesn't
   // support this.
   std::string GetAccess(TextArgument tool, TextArgument files, TextArgument options);
+
+  // Early runs, optional as well: a component without them returns 0 from each function, and every
+  // tool runs when RunTool() requests it.
+  //
+  // Returns the number of tools that may run at the same time; less than 2 if there are no early
+  // runs.
+  std::int32_t GetJobs();
+  // Starts a run that RunTool() will request later, with the same arguments and in the same order
+  // as the runs that were started so far. Returns 0 if the run can't start early.
+  std::int32_t PrepareTool(TextArgument tool, TextArgument files, TextArgument options);
+  // Waits for the end of an early run. Returns nonzero if RunTool() will return its result, and 0
+  // if it will run the tool.
+  std::int32_t AwaitTool(TextArgument tool, TextArgument files, TextArgument options);
+  // Stops the early runs that RunTool() did not request, and removes their outputs.
+  std::int32_t DropTools();
 };
 
 }  // namespace tarn

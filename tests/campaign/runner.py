@@ -16,6 +16,7 @@ from campaign.interrupted import PARTS, run_interrupted
 from campaign.rounds import FAKE_COMPILER, run_kills, run_pairs, run_state
 from campaign.sharing import run_git, run_races
 from campaign.stops import TOOL, run_stops
+from campaign.transcripts import run_jobs
 from campaign.world import Tally, World
 
 PORTION = 25  # edits or rounds per seed and folder; enough to reproduce a fault
@@ -54,7 +55,7 @@ def run_portion(options):
             run_edits(world, firmware, chance, options.count, tally, options)
         else:
             edits = Edits(world, firmware, chance)
-            run = {"pairs": run_pairs, "kills": run_kills}[options.campaign]
+            run = {"pairs": run_pairs, "kills": run_kills, "jobs": run_jobs}[options.campaign]
             run(world, firmware, edits, chance, options.count, tally, options)
     if options.keep:
         print(f"{options.campaign} --seed {options.seed}: {folder}", flush=True)
@@ -125,6 +126,7 @@ SABOTEURS = (
     ("interrupted", "untold reason", "exec 2>/dev/null"),
     ("races", "lost update", '[ "$1" != add ] || [ $((count % 3)) != 0 ] || exit 0'),
     ("stops", "survivor", "setsid sleep 9 >/dev/null 2>&1 &"),
+    ("jobs", "other transcript", '[ "$TARN_JOBS" != 8 ] || echo more'),
     ("git", "noise", '[ "$1" != add ] || echo >>fw.tprj'),
 )
 

@@ -1,0 +1,112 @@
+#include "components/tools/EarlyRun.h"
+
+#include <algorithm>
+
+#include "components/tools/RunAccess.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::tools {
+
+namespace {
+
+bool Contains(const std::vector<std::string>& list, const std::string& text) {
+  return std::find(list.begin(), list.end(), text) != list.end();
+}
+
+std::vector<std::string> WrittenBy(const ToolPlan& plan) {
+  std::vector<std::string> written = plan.products;
+  for (const std::string& path :
+       {plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules, plan.globals}) {
+    if (!path.empty()) written.push_back(path);
+  }
+  return written;
+}
+
+}  // namespace
+
+EarlyRun::EarlyRun(const ToolWorld& machine, HelperFinder& helpers,
+                   std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
+                   const char* files, const char* options, std::size_t mostMessages)
+    : world(machine),
+      definition(std::move(toolDefinition)),
+      key(std::move(runKey)),
+      owned(machine, files, options),
+      run(machine, running, helpers, *definition, owned.job, mostMessages),
+      most(mostMessages),
+      claims(WrittenBy(run.Plan())) {
+  // Compilers derive the names of by-products from that of the output.
+  claims.push_back(WithoutExtension(run.Plan().outputOnDisk));
+}
+
+std::string EarlyRun::KeyOf(const char* tool, const char* files, const char* options) {
+  std::string key;
+  for (const char* text : {tool, files, options}) {
+    key += TextOf(text);
+    key += '\0';
+  }
+  return key;
+}
+
+bool EarlyRun::MayRunEarly() const {
+  const ToolPlan& plan = run.Plan();
+  const bool isPlain = definition->isEarly && plan.problems.empty() && !plan.outputOnDisk.empty() &&
+                       !plan.rules.empty() && !plan.commands.empty();
+  if (!isPlain || owned.job.files.size() != 1 || !owned.job.repeated.empty()) return false;
+  const RunAccess access = FindRunAccess(world, *definition, plan, owned.job);
+  return !access.writesUnknownFiles &&
+         std::all_of(access.writes.begin(), access.writes.end(), [this](const FileWrite& each) {
+           return !each.isCertain || Contains(claims, each.path);
+         });
+}
+
+void EarlyRun::Execute() {
+  hasSucceeded = run.Run();
+}
+
+bool EarlyRun::IsGood(std::size_t mostMessages) {
+  if (!hasSucceeded || !run.Record()) return false;
+  // With a different limit, the run might have retained different messages.
+  const bool isLimited = run.GetLog().GetRetained() >= std::min(most, mostMessages);
+  if (most != mostMessages && isLimited) return false;
+  const BuildRecord& record = *run.Record();
+  std::vector<std::string> read = owned.job.files;
+  read.insert(read.end(), record.dependencies.begin(), record.dependencies.end());
+  const bool isUnchanged = std::all_of(
+      read.begin(), read.end(), [this](const std::string& path) { return IsUnchanged(path); });
+  const auto exists = [this](const std::string& path) {
+    return world.files->ExamineExactly(path).has_value();
+  };
+  return isUnchanged && !std::any_of(record.missing.begin(), record.missing.end(), exists) &&
+         !IsShadowed(read);
+}
+
+bool EarlyRun::IsUnchanged(const std::string& path) const {
+  const auto status = world.files->ExamineExactly(path);
+  return status && (status->changed == 0 || status->changed < run.GetStartTime());
+}
+
+// Returns true if a file that was created during or after the run, in a folder in which headers are
+// looked up, has the name of one that was read.
+bool EarlyRun::IsShadowed(const std::vector<std::string>& read) const {
+  std::vector<std::string> folders = run.Record()->search;
+  for (const std::string& path : read) {
+    std::string folder = FolderOf(path);
+    if (!Contains(folders, folder)) folders.push_back(std::move(folder));
+  }
+  for (const std::string& folder : folders) {
+    const auto status = world.files->ExamineFolder(folder);
+    if (!status || status->changed < run.GetStartTime()) continue;
+    for (const std::string& path : read) {
+      for (const std::string& other : folders) {
+        const std::string start = AddSeparator(other);
+        if (other == folder || !path.starts_with(start)) continue;
+        const std::string candidate = JoinPath(folder, path.substr(start.size()));
+        if (world.files->ExamineExactly(candidate) && !IsUnchanged(candidate)) return true;
+      }
+    }
+  }
+  return false;
+}
+
+}  // namespace tarn::tools

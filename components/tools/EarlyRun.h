@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "components/tools/OwnedJob.h"
+#include "components/tools/RunningTools.h"
+#include "components/tools/ToolRun.h"
+
+namespace tarn::tools {
+
+// A tool run together with everything that it borrows, for a run that starts before its turn. It
+// may be executed on any thread, by one at a time.
+class EarlyRun {
+ public:
+  // `machine` and `helpers` are borrowed.
+  EarlyRun(const ToolWorld& machine, HelperFinder& helpers,
+           std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
+           const char* files, const char* options, std::size_t mostMessages);
+  EarlyRun(const EarlyRun&) = delete;
+  EarlyRun& operator=(const EarlyRun&) = delete;
+
+  // Identifies the tool, the files and the options of a run.
+  static std::string KeyOf(const char* tool, const char* files, const char* options);
+  const std::string& Key() const { return key; }
+
+  // Returns true if the run's result can't depend on when it runs, apart from changes that IsGood
+  // detects: the definition permits early runs of the tool, its inputs are reported, and it writes
+  // only files that the plan names.
+  bool MayRunEarly() const;
+  // Files that the run writes, and the common beginning of their names.
+  const std::vector<std::string>& Claims() const { return claims; }
+
+  void Execute();
+  // Thread-safe.
+  void Stop() { running.Stop(); }
+  // Returns true if the run succeeded and none of the files that it read, or would have read if
+  // they existed, has changed since it started.
+  bool IsGood(std::size_t mostMessages);
+  // Removes the files that the run has written.
+  void RemoveResults() { run.RemoveResults(); }
+
+  bool HasSucceeded() const { return hasSucceeded; }
+  const ToolJob& Job() const { return owned.job; }
+  ToolRun& Run() { return run; }
+
+ private:
+  bool IsUnchanged(const std::string& path) const;
+  bool IsShadowed(const std::vector<std::string>& read) const;
+
+  const ToolWorld& world;
+  const std::shared_ptr<const ToolDefinition> definition;
+  const std::string key;
+  OwnedJob owned;
+  RunningTools running;
+  ToolRun run;
+  const std::size_t most;
+  std::vector<std::string> claims;
+  bool hasSucceeded = false;
+};
+
+}  // namespace tarn::tools

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "components/tools/EarlyRun.h"
+
+namespace tarn::tools {
+
+// Runs that start before a build reaches them, on threads of their own, at most a given number at
+// the same time. Each retains its messages and its record until it is taken; a run that is never
+// taken leaves nothing behind.
+//
+// Calling sequence for a run: Start, IsGood, Take. These and Drop are called by one thread at a
+// time, all other functions by any. None sends messages.
+class EarlyRuns {
+ public:
+  EarlyRuns() = default;
+  EarlyRuns(const EarlyRuns&) = delete;
+  EarlyRuns& operator=(const EarlyRuns&) = delete;
+  ~EarlyRuns();
+
+  // Sets the number of tools that may run at the same time, including those for which a Turn
+  // exists; 1 or less disables early runs.
+  void SetJobs(int count);
+  int GetJobs();
+
+  // Queues a run. Returns false if early runs are disabled or stopped, if no thread can be created,
+  // or if another run that has not been taken writes one of the same files.
+  bool Start(std::unique_ptr<EarlyRun> run);
+  // Waits until the run with this key has ended. Returns true if it succeeded and its result is
+  // what the same run would produce now, given the limit for messages that now applies; otherwise
+  // removes the run and its results. Returns false if there is no such run.
+  bool IsGood(const std::string& key, std::size_t mostMessages);
+  // Removes a run that has ended and returns it; null if there is none with this key.
+  std::unique_ptr<EarlyRun> Take(const std::string& key);
+  // Stops all runs, waits for their end and removes their results.
+  void Drop();
+
+  // Stops all runs and starts no more until Resume. Returns immediately.
+  void Stop();
+  void Resume();
+
+  // Reserves one of the jobs for a tool that runs now. Waits for early runs if all jobs are in use.
+  class Turn {
+   public:
+    explicit Turn(EarlyRuns& list);
+    ~Turn();
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+   private:
+    EarlyRuns& runs;
+  };
+
+ private:
+  enum class State { Queued, Running, Ended };
+  struct Entry {
+    std::unique_ptr<EarlyRun> run;
+    State state = State::Queued;
+  };
+  using Entries = std::list<Entry>;
+
+  Entries::iterator Find(const std::string& key);
+  Entries::iterator FindQueued();
+  bool MayStart() const;
+  bool EnsureThread();
+  void RunQueued();
+
+  std::mutex lock;  // guards everything below; not held while a tool runs
+  std::condition_variable changed;
+  int jobs = 1;
+  int running = 0;       // early runs
+  int turns = 0;         // tools that run now
+  int waitingTurns = 0;  // tools that wait for their turn
+  bool isStopping = false;
+  bool isEnding = false;
+  Entries entries;  // in the order of Start
+  std::vector<std::thread> threads;
+};
+
+}  // namespace tarn::tools

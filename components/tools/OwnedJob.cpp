@@ -1,0 +1,48 @@
+#include "components/tools/OwnedJob.h"
+
+#include <unordered_set>
+
+#include "components/tools/FileList.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::tools {
+
+namespace {
+
+bool IsArchive(const std::string& name) {
+  const std::string extension = ExtensionOf(name);
+  return EqualNoCase(extension, ".a") || EqualNoCase(extension, ".lib");
+}
+
+void AddFiles(ToolJob& job, const std::vector<std::string>& listed) {
+  const std::unordered_set<std::string> names(listed.begin(), listed.end());
+  std::unordered_set<std::string> seen;
+  for (const std::string& file : listed) {
+    std::string name = SpelledPath(job.disk, file);
+    // A similar name that is also listed belongs to a different file, which does not exist yet.
+    if (name != file && names.contains(name)) name = file;
+    // An archive may be listed repeatedly on purpose: a linker searches it at each position.
+    if (!seen.insert(name).second && !IsArchive(name)) {
+      job.repeated.push_back(std::move(name));
+      continue;
+    }
+    if (name != file) job.respelled.push_back(name);
+    job.files.push_back(std::move(name));
+  }
+}
+
+}  // namespace
+
+OwnedJob::OwnedJob(const ToolWorld& world, const char* files, const char* options)
+    : values(OptionValues::FromText(TextOf(options))) {
+  job.values = &values;
+  job.disk = world.files;
+  job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder(), job.disk);
+  job.environmentLauncher = world.environment("TARN_LAUNCHER");
+  std::vector<std::string> listed = SplitFileList(TextOf(files));
+  for (std::string& file : listed) file = AbsolutePath(job.disk, job.baseFolder, file);
+  AddFiles(job, listed);
+}
+
+}  // namespace tarn::tools
