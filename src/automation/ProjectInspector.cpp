@@ -406,7 +406,7 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* app
   CXmlNode* start = scope.empty() ? &model->GetProjectRoot() : FindApplication(*model, scope);
   if (start == nullptr) return 0;
   if (*key == '\0') return model->SetCurrentNode(start), 1;
-  const NodeSearch search(*model, static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder());
+  const NodeSearch search(*model, model->GetFiles().CurrentFolder());
   const std::vector<CXmlNode*> found = search.FindNumbered(*start, key);
   if (found.size() == 1) model->SetCurrentNode(found.front());
   return static_cast<std::int32_t>(found.size());
@@ -458,8 +458,8 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
 }
 
 std::string CProjectInspector::GetMissedSelection() {
-  const auto* const object = static_cast<CProjectManager*>(manager.Get());
-  const std::optional<std::string> key = object == nullptr ? std::nullopt : object->GetMissedKey();
+  if (Model() == nullptr) return {};
+  const auto key = static_cast<CProjectManager*>(manager.Get())->GetSelection()->GetMissedKey();
   return key ? "\"" + *key + "\"" : std::string();
 }
 
@@ -599,7 +599,7 @@ std::string CProjectInspector::TakeRefusedWishes() {
 
 std::string CProjectInspector::CheckScript(const char* path) {
   auto* object = static_cast<CProjectManager*>(manager.Get());
-  return Model() == nullptr ? std::string() : object->CheckScript(TextOf(path));
+  return Model() == nullptr ? std::string() : object->GetFileCalls()->CheckScript(TextOf(path));
 }
 
 std::string CProjectInspector::GetFileTexts() {
@@ -708,7 +708,7 @@ std::string CProjectInspector::MissingImportProgram() {
 std::string CProjectInspector::GetTargets() {
   if (Model() == nullptr) return {};
   const auto* object = static_cast<CProjectManager*>(manager.Get());
-  return DescribeTargets(*object->GetTargetCatalogue().Read());
+  return DescribeTargets(*object->GetInstallation().GetTargetCatalogue().Read());
 }
 
 std::string CProjectInspector::GetLogFile() {
