@@ -1,0 +1,267 @@
+// The part of a build walk that deletes outputs and runs tools, with the checks before each run.
+
+#include <algorithm>
+
+#include "builder/BuildWalk.h"
+#include "builder/LinkFiles.h"
+#include "builder/SameFiles.h"
+#include "builder/TrustCheck.h"
+#include "output/MessageTable.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+// Returns the outputs named by the node's own options.
+std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
+  std::vector<NamedOutput> outputs;
+  for (const auto& [attribute, option] : {std::pair("OutputFile", "Build.OutputFile"),
+                                          std::pair("ListingFile", "Build.ListingFile")}) {
+    const std::string path = TextOf(node.GetAttrValue(attribute));
+    if (!path.empty()) outputs.push_back({path, option});
+  }
+  return outputs;
+}
+
+// Returns the headers that the node's last run has read.
+std::vector<std::string> HeadersOf(const CXmlNode& node) {
+  std::vector<std::string> headers;
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->NameView() != "Dependencies") continue;
+    for (const CXmlNode* each : child->GetChildren()) {
+      headers.push_back(TextOf(each->GetAttrValue("Header")));
+    }
+  }
+  return headers;
+}
+
+}  // namespace
+
+bool BuildWalk::Clean(CXmlNode& node) {
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    builder.NoteChosenByWalk(node);
+    model.SetCurrentNode(&node);
+    if (LostTree()) return false;
+  }
+  bool result = true;
+  bool isLeft = false;  // the next clean may be able to delete it
+  std::vector<NamedOutput> made = OutputsOf(node);
+  for (NamedOutput& each : made) each.path = model.GetFiles().NameOnDisk(each.path);
+  // Hosts without a journal only clean the files that nodes name.
+  if (information.GetBuildRecords().HasJournal()) {
+    for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
+  }
+  for (const NamedOutput& named : made) {
+    const std::string& path = named.path;
+    if (!model.GetFiles().Exists(path)) continue;
+    // A file whose name differs in letter case is not the tool's output.
+    const std::optional<FileStatus> status = model.GetFiles().Examine(path);
+    if (status && status->otherSpelling) continue;
+    if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
+      if (model.Protection().GetTrust().RefusesWrite(path)) {
+        model.Protection().GetTrust().Refuse(model.Protection().GetTrust().WishFor("delete", path));
+        isLeft = true;
+      }
+      model.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
+      if (LostTree()) return false;
+      continue;
+    }
+    const Status removed = guard.Remove(node, path);
+    information.GetFileTimes().Forget();
+    if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
+    result = false;
+    isLeft = true;
+    model.Host().AddBuildNotice(LineKind::Error,
+                                path + " can't be deleted: " + removed.GetError().text);
+    if (LostTree()) return false;
+  }
+  if (information.GetWalkApplication() != nullptr && !isLeft) {
+    information.GetBuildRecords().Drop(
+        node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")),
+        TextOf(node.GetAttrValue("OutputFile")));
+  }
+  return result;
+}
+
+// Returns true, after logging the reason, if the tool would overwrite a file that is not a product
+// of this project.
+bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
+  // The tool manager spells its paths as on disk. Looking up another spelling of a file that does
+  // not exist yet costs a scan of its folder.
+  std::vector<NamedOutput> made = FindWritten(request.access);
+  for (NamedOutput& named : OutputsOf(node)) {
+    const bool isKnown = std::any_of(made.begin(), made.end(), [&](const NamedOutput& each) {
+      return each.isCertain && each.path == named.path;
+    });
+    if (isKnown) continue;
+    named.path = model.GetFiles().NameOnDisk(named.path);
+    made.push_back(std::move(named));
+  }
+  std::string why;
+  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) {
+    why = made[i].isCertain ? guard.WhyKept(node, made[i]) : guard.WhyOwn(made[i]);
+  }
+  if (!why.empty()) {
+    model.Host().AddBuildNotice(LineKind::Error, why + "; the tool is not run");
+    return true;
+  }
+  // The tool manager has no records of earlier runs and does not touch read-only files.
+  for (const NamedOutput& each : made) {
+    const bool isInTheWay = each.isCertain && model.GetFiles().ExamineExactly(each.path) &&
+                            model.GetFiles().IsReadOnly(each.path);
+    if (isInTheWay) (void)guard.Remove(node, each.path);
+  }
+  return false;
+}
+
+// Returns the files that the node's tool is given: the source, or the parts of an application.
+std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
+  std::vector<std::string> sources;
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.Types(), &node, true, &node,
+                    [&](const char* part) { sources.emplace_back(part); });
+  } else {
+    sources.push_back(TextOf(node.GetAttrValue("Path")));
+  }
+  return sources;
+}
+
+// Returns true, after logging the reason, if a file is a pipe or a device: a tool would wait for
+// a program that writes to it, possibly forever.
+bool BuildWalk::HasUnusableInput(const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    if (model.GetFiles().Examine(path)) continue;
+    const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
+    if (text || text.GetError().code != ErrorCode::NotAFile) continue;
+    model.Host().AddBuildNotice(LineKind::Error, path + " can't be read: " + text.GetError().text +
+                                                     "; the tool is not run");
+    return true;
+  }
+  return false;
+}
+
+// A linker that is given a file twice reports duplicate definitions without naming the cause.
+void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
+  if ((model.Types().FlagsOf(node) & kTypeApplication) == 0) return;
+  for (const auto& [first, second] : FindSameFiles(model.GetFiles(), node)) {
+    model.Host().AddBuildNotice(
+        LineKind::Warning, first + " and " + second + " are the same file, which is built twice");
+    if (LostTree()) return;
+  }
+}
+
+// Returns true, after logging the reason, if the run needs the user's trust and the project is not
+// trusted.
+bool BuildWalk::IsUntrusted(const WalkRequest& request) {
+  ProjectTrust& trust = model.Protection().GetTrust();
+  if (!trust.IsWithheld()) return false;
+  const std::string wish = FindUntrusted(trust, request.tool, request.access);
+  if (wish.empty()) return false;
+  trust.Refuse(wish);
+  model.Host().AddBuildNotice(
+      LineKind::Error,
+      "the project wants to " + wish + ", and its folder is not trusted; the tool is not run");
+  return true;
+}
+
+bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
+  CXmlNode& node = *frame.node;
+  if (model.Services().toolManager == nullptr) return Return(false, false);
+  const CXmlNode* values = FindStoredValues(node);
+  if (values == nullptr) values = model.Publishing().LoadNodeOptions(&node, true);
+  if (LostTree()) return true;
+  if (values == nullptr) return Return(false, false);
+  request.options = values->ValueText();
+
+  const bool hasTool = GetToolInput(model.Types(), node, request.tool, request.files);
+  if (usesGivenTool) {
+    request.tool = givenTool;
+  } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
+    return Return(true, false);
+  }
+  if (HasUnusableInput(SourcesOf(node))) return LostTree() || Return(false, false);
+  request.access =
+      model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
+  if (HasUnusableInput(FindRead(request.access)) || HasUnusableInput(HeadersOf(node))) {
+    return LostTree() || Return(false, false);
+  }
+  if (IsUntrusted(request)) return LostTree() || Return(false, false);
+  if (!usesGivenTool) {
+    if (IsKept(node, request)) return LostTree() || Return(false, false);
+    WarnOfSameFiles(node);
+    if (LostTree()) return true;
+    model.Services().output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
+    if (LostTree()) return true;
+    folderBefore = model.GetFiles().CurrentFolder();
+    model.GetFiles().SetCurrentFolder(state.projectFolder);
+  }
+  const std::string& logFile = model.Services().output->GetLogFile();
+  if (!logFile.empty()) {
+    messageFile = logFile + "t.xml";
+    request.messageFile = messageFile;
+    (void)model.GetFiles().RemoveScratchFile(messageFile);
+  }
+  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
+  request.snapshot = BeginRun(node, request);
+  request.kind = WalkRequest::Kind::RunTool;
+  frame.stage = Stage::Tool;
+  return false;
+}
+
+// Only runs of the node's own tool are recorded as producing its output.
+RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request) {
+  const std::string output = TextOf(node.GetAttrValue("OutputFile"));
+  isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
+               information.GetWalkApplication() != nullptr;
+  if (!isRecorded) return {};
+  return information.GetBuildRecords().BeginRun(
+      node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, SourcesOf(node),
+      information.GetToolCommands().SignatureOf(request.tool, request.files, request.options));
+}
+
+bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  request.snapshot.TakeBefore(files);
+  const bool isDone =
+      tools.RunTool(request.tool, request.files, request.options,
+                    request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
+  request.snapshot.TakeAfter(files);
+  return isDone;
+}
+
+void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
+  toolSucceeded = success;
+  runSnapshot = std::move(snapshot);
+}
+
+void BuildWalk::FinishTool(Frame& frame) {
+  nodesAhead = 1;
+  if (isRecorded)
+    information.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+  if (toolSucceeded) {
+    const bool isApplication = (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
+    if (order && isApplication) built.push_back(frame.node);
+    model.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+  }
+  LeaveTool();
+  if (!LostTree()) Return(toolSucceeded, false);
+}
+
+// Cleanup after a tool run, even if the tree was freed.
+void BuildWalk::LeaveTool() {
+  information.GetFileTimes().Forget();  // the tool may have written any file
+  if (!messageFile.empty()) {
+    model.Services().output->MergeToolFile(messageFile);
+    (void)model.GetFiles().RemoveScratchFile(messageFile);
+  }
+  messageFile.clear();
+  if (!folderBefore.empty()) model.GetFiles().SetCurrentFolder(folderBefore);
+  folderBefore.clear();
+  model.Services().output->SaveLog();
+  model.Services().output->UpdateReport();
+}
+
+}  // namespace tarn
