@@ -34,7 +34,7 @@ bool HostFileCalls::RefusesIniFile(const std::string& path) {
   const std::string whole = WholePath(path);
   ProjectTrust& trust = model.Protection().GetTrust();
   if (model.Protection().MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
-  trust.Refuse(trust.WishFor("write", whole));
+  trust.Refuse(trust.RequestFor(TrustRequestKind::Write, whole));
   model.Services().output->WriteMessage(
       kRowCannotSave, {whole}, "it is outside the folder of the project, which is not trusted");
   return true;
@@ -68,8 +68,9 @@ std::string HostFileCalls::CheckScript(const std::string& path) {
   const std::string whole = WholePath(path);
   ProjectTrust& trust = model.Protection().GetTrust();
   if (!trust.RefusesProgram(whole)) return {};
-  trust.Refuse("run the script " + whole);
-  return "the project wants to run the script " + whole + ", and its folder is not trusted";
+  const TrustRequest request{TrustRequestKind::Script, whole};
+  trust.Refuse(request);
+  return "the project wants to " + Describe(request) + ", and its folder is not trusted";
 }
 
 std::int32_t HostFileCalls::ExecuteScript(const std::string& path) {

@@ -118,7 +118,9 @@ std::string CProjectInspector::TakeRefusedWishes() {
   CProjectModel* model = Model();
   std::string lines;
   if (model == nullptr) return lines;
-  for (const std::string& each : model->Protection().GetTrust().TakeRefused()) lines += each + "\n";
+  for (const TrustRequest& each : model->Protection().GetTrust().TakeRefused()) {
+    lines += ToLine(each) + "\n";
+  }
   return lines;
 }
 

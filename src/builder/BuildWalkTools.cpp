@@ -61,7 +61,8 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (status && status->otherSpelling) continue;
     if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
       if (model.Protection().GetTrust().RefusesWrite(path)) {
-        model.Protection().GetTrust().Refuse(model.Protection().GetTrust().WishFor("delete", path));
+        ProjectTrust& trust = model.Protection().GetTrust();
+        trust.Refuse(trust.RequestFor(TrustRequestKind::Delete, path));
         isLeft = true;
       }
       model.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
@@ -157,12 +158,12 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
 bool BuildWalk::IsUntrusted(const WalkRequest& request) {
   ProjectTrust& trust = model.Protection().GetTrust();
   if (!trust.IsWithheld()) return false;
-  const std::string wish = FindUntrusted(trust, request.tool, request.access);
-  if (wish.empty()) return false;
-  trust.Refuse(wish);
-  model.Host().AddBuildNotice(
-      LineKind::Error,
-      "the project wants to " + wish + ", and its folder is not trusted; the tool is not run");
+  const auto wish = FindUntrusted(trust, request.tool, request.access);
+  if (!wish) return false;
+  trust.Refuse(*wish);
+  model.Host().AddBuildNotice(LineKind::Error, "the project wants to " + Describe(*wish) +
+                                                   ", and its folder is not trusted; the tool is "
+                                                   "not run");
   return true;
 }
 

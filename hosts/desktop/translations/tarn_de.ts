@@ -1381,6 +1381,22 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>The answer can&apos;t be saved: %1: %2</source>
         <translation>Die Antwort kann nicht gespeichert werden: %1: %2</translation>
     </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1.</source>
+        <translation>Dieses Projekt möchte ein Werkzeug mit dem Argument %1 ausführen.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes files of other names.</source>
+        <translation>Dieses Projekt möchte ein Werkzeug mit dem Argument %1 ausführen, das Dateien mit anderen Namen schreibt.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes a file of an unknown name.</source>
+        <translation>Dieses Projekt möchte ein Werkzeug mit dem Argument %1 ausführen, das eine Datei mit unbekanntem Namen schreibt.</translation>
+    </message>
+    <message>
+        <source>This project wants to run commands from the file %1.</source>
+        <translation>Dieses Projekt möchte Befehle aus der Datei %1 ausführen.</translation>
+    </message>
 </context>
 <context>
     <name>WelcomePage</name>

@@ -1381,6 +1381,22 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>The answer can&apos;t be saved: %1: %2</source>
         <translation>Impossible d’enregistrer la réponse&#xa0;: %1&#xa0;: %2</translation>
     </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1.</source>
+        <translation>Ce projet veut exécuter un outil avec l’argument %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes files of other names.</source>
+        <translation>Ce projet veut exécuter un outil avec l’argument %1, qui écrit des fichiers d’autres noms.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes a file of an unknown name.</source>
+        <translation>Ce projet veut exécuter un outil avec l’argument %1, qui écrit un fichier de nom inconnu.</translation>
+    </message>
+    <message>
+        <source>This project wants to run commands from the file %1.</source>
+        <translation>Ce projet veut exécuter des commandes du fichier %1.</translation>
+    </message>
 </context>
 <context>
     <name>WelcomePage</name>
