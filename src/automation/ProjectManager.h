@@ -72,7 +72,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   DispatchResult Invoke(DispatchId id, std::span<const Variant> arguments,
                         Variant& result) override;
 
-  // All return nullptr before Init().
+  // The pointers are null before Init().
   CProjectModel* GetModel() { return model.get(); }
   Builder* GetBuilder() { return builder.get(); }
   CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
