@@ -72,7 +72,7 @@ class AccessFinder {
     // These files are written by Tarn itself, which replaces links or refuses to follow them.
     AddWrite(FolderOf(plan.globals), false);
     AddWrite(FolderOf(plan.outputOnDisk), false);
-    if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
+    if (tool_.isProgram) AddRequest(TrustRequestKind::Tool, tool_.name);
     access_.reads = plan.depends;
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& each : tool_.helpers.programs) AddProgram(each);
@@ -164,14 +164,18 @@ class AccessFinder {
       if (isPlain) {
         AddProgram(launcher.front());
       } else if (isChosen && !isUsers) {
-        access_.code.push_back("the launcher " + JoinWords(launcher));
+        AddRequest(TrustRequestKind::Launcher, JoinWords(launcher));
       }
     }
     if (!command.rule->program.GetOptionMacros().empty()) {
-      access_.code.push_back("the program " + program);
+      AddRequest(TrustRequestKind::Program, program);
     } else {
       AddProgram(program);
     }
+  }
+
+  void AddRequest(TrustRequestKind kind, const std::string& subject) {
+    access_.code.push_back({kind, subject});
   }
 
   void AddProgram(const std::string& name) {
@@ -188,11 +192,11 @@ class AccessFinder {
     AddCodeNextTo(word);
     if (IsFlag(word) &&
         (LoadsCode(words, at) || (fit != FlagFit::Whole && FitsPattern(tool_.runs, words, at)))) {
-      access_.code.push_back("code with the argument " + word);
+      AddRequest(TrustRequestKind::CodeArgument, word);
     } else if (fit != FlagFit::Whole && IsStray(words, at)) {
       AddStray(word);
     } else if (fit == FlagFit::None) {
-      access_.code.push_back("the tool with the argument " + word);
+      AddRequest(TrustRequestKind::Argument, word);
     }
   }
 
@@ -233,7 +237,7 @@ class AccessFinder {
     const bool isExtension = dot != file.npos && dot >= file.size() - FileNameOf(file).size();
     for (const std::string& extension : tool_.loadsNextTo) {
       const std::string path = file.substr(0, isExtension ? dot : file.size()) + extension;
-      if (world_.files->Exists(path)) access_.code.push_back("commands from the file " + path);
+      if (world_.files->Exists(path)) AddRequest(TrustRequestKind::CommandFile, path);
     }
   }
 
@@ -278,8 +282,7 @@ class AccessFinder {
 
   void AddStray(const std::string& word) {
     access_.writesUnknownFiles = true;
-    access_.code.push_back("the tool with the argument " + word +
-                           ", which writes files of other names");
+    AddRequest(TrustRequestKind::StrayArgument, word);
   }
 
   // Returns true for the output and for a file of the kind that the tool is for.
@@ -315,8 +318,7 @@ class AccessFinder {
   // A preprocessor takes the source that follows for the name, a linker anything.
   void AddUnknownWrite(const GivenArguments& given, std::size_t at) {
     access_.writesUnknownFiles = true;
-    access_.code.push_back("the tool with the argument " + given.words[at] +
-                           ", which writes a file of an unknown name");
+    AddRequest(TrustRequestKind::NamelessArgument, given.words[at]);
     if (given.receivers[at] != 'p') return;
     for (const std::string& file : job_.files) AddWrite(file);
   }
@@ -360,9 +362,11 @@ RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, cons
 
 std::string RunAccessText(const RunAccess& access) {
   std::vector<FileText> list;
+  for (const TrustRequest& each : access.code) {
+    list.push_back({std::string(IdentifierOf(each.kind)), each.subject});
+  }
   for (const auto& [kind, entries] :
-       {std::pair("code", &access.code), std::pair("program", &access.programs),
-        std::pair("read", &access.reads)}) {
+       {std::pair("program", &access.programs), std::pair("read", &access.reads)}) {
     for (const std::string& each : *entries) list.push_back({kind, each});
   }
   for (const FileWrite& each : access.writes) {

@@ -5,6 +5,7 @@
 
 #include "components/tools/CommandBuilder.h"
 #include "components/tools/ToolWorld.h"
+#include "platform/files/TrustRequest.h"
 
 namespace tarn::tools {
 
@@ -18,9 +19,7 @@ struct FileWrite {
 // Accesses that a tool run would make because of its node's options, so that the caller can decide
 // if their project may do so.
 struct RunAccess {
-  // Code that does not come from the installed definition, as words that follow "run": "the
-  // launcher ./x.sh".
-  std::vector<std::string> code;
+  std::vector<TrustRequest> code;     // code that does not come from the installed definition
   std::vector<std::string> programs;  // named by the definition, as found on this system
   std::vector<FileWrite> writes;      // without duplicates
   std::vector<std::string> reads;     // absolute paths that may name files to read
@@ -33,9 +32,9 @@ struct RunAccess {
 RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
                         const ToolJob& job);
 
-// Serializes each entry as JoinFileTexts writes a file, with "code", "program", "write" or
-// "read" as its path, and "option" after a write that an option names. Names are preserved byte for
-// byte.
+// Serializes each entry as JoinFileTexts writes a file, with the identifier of the request,
+// "program", "write" or "read" as its path, and "option" after a write that an option names. Names
+// are preserved byte for byte.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

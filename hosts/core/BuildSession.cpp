@@ -1,35 +1,21 @@
 #include "hosts/core/BuildSession.h"
 
 #include <tarn/commands.h>
-#include <tarn/methods.h>
 
 #include <algorithm>
 #include <chrono>
 #include <iterator>
-#include <set>
 
 #include "hosts/core/BuildInputs.h"
-#include "hosts/core/Jobs.h"
 #include "hosts/core/Printable.h"
 #include "hosts/core/ProjectFile.h"
-#include "hosts/core/ProjectTemplate.h"
-#include "hosts/core/ProjectTree.h"
 #include "hosts/core/SharedProducts.h"
-#include "platform/paths/Paths.h"
-#include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
-#include "xml/XmlDamage.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
 
 namespace {
-
-constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
-constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
-constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
-
-// Start of the server's log line about a backup copy.
 
 // The command for a whole project, and the one for the current application.
 struct WorkCommands {
@@ -43,45 +29,6 @@ constexpr WorkCommands kWorkCommands[] = {
     {BuildWork::Rebuild, TARN_CMD_REBUILD_ALL, TARN_CMD_REBUILD_NODE},
     {BuildWork::Clean, TARN_CMD_CLEAN_ALL, TARN_CMD_CLEAN_NODE},
 };
-
-// Returns true if the call changes the current node.
-bool ChangesCurrentNode(std::string_view method, std::span<const Variant> arguments) {
-  if (EqualNoCase(method, "RemoveItem")) return !arguments.empty() && !arguments[0].AsText();
-  return EqualNoCase(method, "SavePropertyValue") || EqualNoCase(method, "ResetPropertyValue");
-}
-
-Status Attach(COleDispatchDriver& driver, const char* classId) {
-  std::string reason;
-  const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
-  // The reason starts with the class name; drop it.
-  if (!object) return Error{ErrorCode::NotFound, reason.substr(reason.find(": ") + 2), classId};
-  driver.AttachDispatch(object.Get(), true);
-  return {};
-}
-
-// Parses a line "place: text".
-Error ToError(const std::string& line) {
-  const std::size_t end = line.find(": ");
-  if (end == std::string::npos) return {ErrorCode::NotFound, line, {}};
-  return {ErrorCode::NotFound, line.substr(end + 2), line.substr(0, end)};
-}
-
-// Describes why the server can't start with a configuration file.
-Error DescribeConfigFile(FileSystem& files, const std::string& path) {
-  CXmlNode root;
-  const auto text = files.ReadWholeFile(path);
-  if (!text && text.GetError().code != ErrorCode::NotFound) return text.GetError();
-  const std::string fault = text ? LoadWhole(root, *text, XmlTexts::None, path) : std::string();
-  if (!fault.empty()) return ToError(fault);
-  return {ErrorCode::NotFound, "the configuration file is missing or damaged", path};
-}
-
-// Status of the driver's last call.
-Status StatusOf(const COleDispatchDriver& driver, const char* classId) {
-  const DispatchResult last = driver.LastResult();
-  if (last || last.status == DispatchStatus::WrongType) return {};
-  return Error{ErrorCode::NotFound, last.text, classId};
-}
 
 }  // namespace
 
@@ -99,19 +46,12 @@ const char* WordOf(BuildEnd end) {
   return "refused";
 }
 
-DispatchPtr InspectorDriver::GetPropertyManager() {
-  if (GetDispatch() == nullptr) return {};
-  Variant result;
-  if (!GetDispatch()->Invoke(TARN_PM_COMMAND, {}, result)) return {};
-  return result.GetKind() == Variant::Kind::Object ? result.AsObject() : DispatchPtr();
-}
-
 BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders)
-    : frame(mainFrame),
-      files(fileSystem),
-      folders(std::move(hostFolders)),
+    : ServerConnection(fileSystem, std::move(hostFolders)),
+      frame(mainFrame),
       loop(MessageLoop::ForCurrentThread()),
       trust(fileSystem, inspector, folders.state),
+      damage(inspector, fileSystem),
       state(manager, inspector, tools),
       log(fileSystem, mainFrame.GetHandle()),
       scripts(*this),
@@ -131,10 +71,17 @@ BuildSession::~BuildSession() {
 }
 
 void BuildSession::AnswerMessages() {
-  frame.Answer(kMsgToolSucceeded, [this](const HostEvent&) { return OnToolSucceeded(); });
+  frame.Answer(kMsgToolSucceeded, [this](const HostEvent&) {
+    state.TakeBuildInformation();
+    return std::intptr_t{1};
+  });
   frame.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
   frame.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
-  frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) { return OnWorkerEnded(event); });
+  frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) {
+    workerEnded = true;
+    workerSucceeded = event.wParam != 0;
+    return std::intptr_t{1};
+  });
   frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
     return OnProjectChanged(event.lParam == 0 ? event.text : std::string());
   });
@@ -152,39 +99,12 @@ void BuildSession::AnswerMessages() {
 }
 
 Status BuildSession::Start() {
-  // An error is ignored: projects can be opened and built without the folder.
-  (void)files.CreateFolders(folders.data);
-  if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
   logLines.clear();
-  if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
-    // If nothing was logged, the cause is the configuration file.
-    if (!logLines.empty()) return ToError(TakeLogLines().front());
-    return DescribeConfigFile(files, folders.ConfigFile(files));
-  }
-  // Creates the placeholder project if no installed one was copied. If this fails, closing a
-  // project simply leaves no project open.
-  (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));
-  if (Status attached = AttachComponents(); !attached) return attached;
-  const std::string problem = inspector.GetInstallationProblem();
-  return problem.empty() ? Status() : ToError(problem);
-}
-
-Status BuildSession::AttachComponents() {
-  if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
-  tools.InitTools(folders.application, folders.data, frame.GetHandle());
-  if (const Status called = StatusOf(tools, kToolsClass); !called) return called;
-  tools.SetJobs(DefaultJobs());
-  manager.InitToolManager(tools.GetDispatch());
-  if (const Status called = StatusOf(manager, kManagerClass); !called) return called;
-  if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
-  if (inspector.Attach(manager.GetDispatch()) == 0) {
-    return Error{ErrorCode::NotFound, "it belongs to another server", kInspectorClass};
-  }
-  options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
-  inspector.ProtectDamaged(!acceptsAllDamage);
-  inspector.SetStateFolder(folders.state + "\n" + SettingsFolders::FromEnvironment().user);
+  Status created = CreateServer(frame.GetHandle(), [this] { return TakeLogLines(); });
+  if (!created) return created;
+  damage.ProtectAll();
   trust.Refresh();
-  return {};
+  return CheckInstallation();
 }
 
 Status BuildSession::Open(const std::string& path) {
@@ -203,56 +123,9 @@ Status BuildSession::Open(const std::string& path) {
 void BuildSession::Adopt(const std::string& openedPath) {
   projectPath = openedPath;
   isOtherProject = false;
-  const bool isAccepted = acceptsAllDamage || openedPath == acceptedProject;
-  inspector.ProtectDamaged(!isAccepted || HasUnread(GetDamage()));
+  damage.SetProject(openedPath);
+  damage.ProtectProject();
   state.SetProject(openedPath);
-}
-
-bool BuildSession::IsDamageHeld() {
-  const std::vector<DamageEntry> damage = GetDamage();
-  const bool isAccepted = acceptsAllDamage || (HasProject() && projectPath == acceptedProject);
-  return isAccepted ? HasUnread(damage) : !damage.empty();
-}
-
-void BuildSession::AcceptDamage() {
-  acceptedProject = projectPath;
-  inspector.ProtectDamaged(HasUnread(GetDamage()));
-}
-
-void BuildSession::AcceptAllDamage() {
-  acceptsAllDamage = true;
-  inspector.ProtectDamaged(HasUnread(GetDamage()));
-}
-
-bool BuildSession::RefusesChange() {
-  if (!IsDamageHeld()) return false;
-  hasRefusedDamage = true;
-  return true;
-}
-
-std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
-  const bool isChange = ChangesProject(method, arguments) || ReplacesFile(method, arguments);
-  if (isChange && RefusesChange()) return kDamageRefusal;
-  // Selection methods return the same result whether or not they found a node.
-  if (!ChangesCurrentNode(method, arguments)) return {};
-  const std::string missed = inspector.GetMissedSelection();
-  return missed.empty()
-             ? std::string()
-             : std::string(method) + ": there is no node " + missed +
-                   " to select, and a different one is still current. Select a node first.";
-}
-
-// Returns true if the call creates a new project over the open one, or over a damaged file of it.
-bool BuildSession::ReplacesFile(std::string_view method, std::span<const Variant> arguments) {
-  const bool isNamed = !arguments.empty() && arguments[0].AsText().has_value();
-  if (!EqualNoCase(method, "ProjectNew") || !isNamed) return false;
-  const std::string file = files.Canonical(ToNativeSeparators(*arguments[0].AsText()));
-  const auto isThis = [&](const std::string& path) {
-    return EqualNoCase(files.Canonical(path), file);
-  };
-  const std::vector<DamageEntry> damage = GetDamage();
-  return isThis(projectPath) || std::any_of(damage.begin(), damage.end(),
-                                            [&](const auto& each) { return isThis(each.file); });
 }
 
 void BuildSession::Prepare() {
@@ -279,7 +152,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
-  if (RefusesChange()) return {};
+  if (damage.RefusesChange()) return {};
   if (!stopRequested && FollowProject() && LockBuild()) {
     if (state.IsOutdated()) state.Restore();
     isRunning = true;
@@ -351,6 +224,7 @@ bool BuildSession::FollowProject() {
   if (otherProject.empty()) return false;
   isOtherProject = false;
   projectPath = otherProject;
+  damage.SetProject(projectPath);
   state.SetProject(projectPath);
   Prepare();
   return true;
@@ -455,18 +329,7 @@ void BuildSession::JudgeGaps(const BuildRequest& request) {
   const bool hasEnded = outcome.end == BuildEnd::Succeeded || outcome.end == BuildEnd::Failed;
   if (!hasEnded || stopRequested || request.work == BuildWork::Clean) return;
   outcome.gaps = FindGaps(request.application);
-  if (!ReportGaps(outcome.gaps)) outcome.end = BuildEnd::Failed;
-}
-
-bool BuildSession::ReportGaps(const BuildGaps& gaps) {
-  for (const BuildGap& gap : gaps.gaps) {
-    manager.ReportMessage(DescribeGap(gap, [](const std::string& path) { return path; }));
-  }
-  return !gaps.HasFatal();
-}
-
-BuildGaps BuildSession::FindGaps(const std::string& application) {
-  return ParseBuildGaps(inspector.GetBuildGaps(), application);
+  if (!ReportGaps(outcome.gaps, manager)) outcome.end = BuildEnd::Failed;
 }
 
 // Executes commands posted at the end of a build. If the build has changed options, everything is
@@ -499,11 +362,6 @@ void BuildSession::ClearTicker(std::int32_t id) {
   KillWindowTimer(frame.GetHandle(), id);
 }
 
-std::intptr_t BuildSession::OnToolSucceeded() {
-  state.TakeBuildInformation();
-  return 1;
-}
-
 std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   const auto element = ParseXml(event.text);
   ToolStart start;
@@ -526,15 +384,10 @@ std::intptr_t BuildSession::OnToolEnded(const HostEvent& event) {
   return 1;
 }
 
-std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
-  workerEnded = true;
-  workerSucceeded = event.wParam != 0;
-  return 1;
-}
-
 std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
   otherProject = path;
+  damage.LeaveProject();
   buildLock.ForgetPaths();
   // The server clears its log together with the project.
   static_cast<void>(log.Keep());
@@ -558,72 +411,6 @@ void BuildSession::KeepLog() {
   if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
 }
 
-int BuildSession::CountWork(const BuildRequest& request) {
-  const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
-  const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
-    return each.path == request.application;
-  });
-  std::size_t count = 0;
-  for (const ApplicationStatus& each : status) {
-    const bool isUsed =
-        chosen != status.end() &&
-        std::find(chosen->uses.begin(), chosen->uses.end(), each.label) != chosen->uses.end();
-    const bool isChosen = request.application.empty() || each.path == request.application;
-    // Applications used by others are brought up to date even by a rebuild.
-    const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
-    if (!isCounted) continue;
-    for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;
-  }
-  return static_cast<int>(count + (request.work == BuildWork::Rebuild ? CountInputs(request) : 0));
-}
-
-std::size_t BuildSession::CountInputs(const BuildRequest& request) {
-  std::size_t count = 0;
-  const std::string lines = inspector.GetBuildInputs();
-  for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
-    const bool wanted = request.application.empty() || each.application == request.application;
-    if (wanted) count += each.outputs.size();
-  }
-  return count;
-}
-
-std::vector<ApplicationStatus> BuildSession::GetStatus(std::string* problem) {
-  const std::string status = inspector.GetStatus();
-  if (problem != nullptr) *problem = ParseStatusProblem(status);
-  return ParseStatus(status);
-}
-
-std::string BuildSession::FindCommandProblem(const std::string& application,
-                                             const std::string& output) {
-  const auto input = ParseXml(inspector.GetToolInput(application, output));
-  if (input == nullptr) return {};
-  const CXmlNode* const values = input->FindChild("#CDATA");
-  const std::vector<std::string> problems = SplitLines(
-      tools.GetCommandProblems(AttributeOf(input.get(), "Tool"), AttributeOf(input.get(), "Files"),
-                               values == nullptr ? "" : values->GetValue()));
-  return problems.empty() ? std::string() : problems.front();
-}
-
-std::vector<ApplicationSummary> BuildSession::GetSummaries() {
-  std::vector<ApplicationSummary> list;
-  for (const ApplicationEntry& each : ListApplications(inspector)) {
-    list.push_back({each.label, inspector.GetBuildInfos(each.path, each.output)});
-  }
-  return list;
-}
-
-std::string BuildSession::FindMissingProgram(const std::vector<ApplicationStatus>& status) {
-  std::set<std::string> asked;
-  for (const ApplicationStatus& application : status) {
-    for (const StaleNode& node : application.stale) {
-      if (node.tool.empty() || !asked.insert(node.tool).second) continue;
-      std::string program = tools.MissingProgram(node.tool);
-      if (!program.empty()) return program;
-    }
-  }
-  return {};
-}
-
 std::vector<std::string> BuildSession::TakeLogLines() {
   std::vector<std::string> lines;
   lines.swap(logLines);
@@ -635,11 +422,11 @@ SaveReport BuildSession::TakeSaveReport() {
   return ParseSaveReport(inspector.GetSaveReport());
 }
 
-std::vector<std::string> BuildSession::GetDefinitionErrors() {
-  std::vector<std::string> lines = SplitLines(options.GetDefinitionErrors());
-  for (std::string& line : SplitLines(tools.GetDefinitionErrors()))
-    lines.push_back(std::move(line));
-  return lines;
+bool ReportGaps(const BuildGaps& gaps, ProjectManagerDriver& manager) {
+  for (const BuildGap& gap : gaps.gaps) {
+    manager.ReportMessage(DescribeGap(gap, [](const std::string& path) { return path; }));
+  }
+  return !gaps.HasFatal();
 }
 
 }  // namespace tarn::host

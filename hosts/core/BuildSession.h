@@ -5,33 +5,22 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "hosts/core/BuildGaps.h"
 #include "hosts/core/BuildLock.h"
-#include "hosts/core/Damage.h"
-#include "hosts/core/HostFolders.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/LogKeeper.h"
 #include "hosts/core/MainFrame.h"
-#include "hosts/core/ProjectStatus.h"
 #include "hosts/core/SaveReport.h"
-#include "hosts/core/ServerDrivers.h"
+#include "hosts/core/ServerConnection.h"
+#include "hosts/core/SessionDamage.h"
 #include "hosts/core/SessionScripts.h"
 #include "hosts/core/SessionTrust.h"
 #include "hosts/core/StateKeeper.h"
 
 namespace tarn::host {
-
-enum class BuildWork { Build, Rebuild, Clean };
-
-struct BuildRequest {
-  BuildWork work = BuildWork::Build;
-  std::string application;  // path; empty: the whole project
-};
 
 enum class BuildEnd {
   Succeeded,
@@ -52,11 +41,6 @@ struct BuildOutcome {
   std::string problem = {};  // why nothing could be built, if no tool reported it
 };
 
-struct ApplicationSummary {
-  std::string label;
-  std::string infos;
-};
-
 // The inputs and outputs of a tool that is being started.
 struct ToolStart {
   std::string tool;
@@ -74,16 +58,14 @@ class BuildObserver {
   virtual void OnToolEnded(bool success, const std::vector<LogEntry>& messages) = 0;
 };
 
-// The life of one project in a host: the server with its components, the project, its builds and
-// the state stored next to it. One session per frame; all functions on the main thread, except
+// The life of one project in a host: the connection to the server, the project, its builds and the
+// state stored next to it. One session per frame; all functions on the main thread, except
 // RequestStop.
 //
 // Typical use: Start, Open, choose a configuration, Prepare, Run.
-class BuildSession {
+class BuildSession : public ServerConnection {
  public:
   BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders);
-  BuildSession(const BuildSession&) = delete;
-  BuildSession& operator=(const BuildSession&) = delete;
   ~BuildSession();
 
   // Creates the server and its components. On error the text describes the fault of the
@@ -122,14 +104,6 @@ class BuildSession {
   // Waits for a build that was started directly by a command, and stores its tools' messages.
   // Returns Refused immediately if no build is running.
   BuildEnd AwaitBuild();
-  // Returns what a build of the application with this label or path would leave out; an empty key
-  // means the whole project. All options must have been published.
-  BuildGaps FindGaps(const std::string& application);
-  // Adds the gaps to the log. Returns false if one of them is fatal.
-  bool ReportGaps(const BuildGaps& gaps);
-  // Returns the number of tools that a build would run now. Expensive: the server checks every
-  // file.
-  int CountWork(const BuildRequest& request);
   // Ends a running build or script as soon as possible; a build ends once its tools have exited.
   // May be called from any thread, but not from a signal handler.
   void RequestStop();
@@ -170,87 +144,48 @@ class BuildSession {
   // Called before a script that the server sends; may be empty.
   std::function<void()> beforeScript;
 
-  // Returns the outdated nodes, including reasons that only the host can find. `problem`, if given,
-  // receives the reason if the applications can't be built at all.
-  std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
-  // Returns why the tool for this output can't be run, such as a required option that is not set;
-  // an empty string if it can.
-  std::string FindCommandProblem(const std::string& application, const std::string& output);
-  // Returns the applications, each with its tool's summary of the output; empty if there is none.
-  std::vector<ApplicationSummary> GetSummaries();
-  // Returns a program that a tool needs and that is not installed; an empty string if none is
-  // missing.
-  std::string FindMissingProgram(const std::vector<ApplicationStatus>& status);
-
-  // --- Projects whose files were damaged when they were read ---
-
-  std::vector<DamageEntry> GetDamage() { return ParseDamage(inspector.GetDamage()); }
-  // Like GetDamage(), but for the project that could not be opened.
-  std::vector<DamageEntry> GetFailedDamage() { return ParseDamage(inspector.GetFailedDamage()); }
-  // Returns true if the open project is damaged and the user has not agreed to continue with what
-  // could be read. Run then refuses to build, and the server saves nothing.
-  bool IsDamageHeld();
-  // Records the user's consent, for the open project or for all projects opened from now on.
-  void AcceptDamage();
-  void AcceptAllDamage();
-  // Returns true if a change must be refused because of damage, and records the refusal.
-  bool RefusesChange();
-  // Returns why this server method can't be called now; an empty string if it can.
-  std::string CheckCall(std::string_view method, std::span<const Variant> arguments);
-  // Returns true if a build or a call was refused because of damage since the session began.
-  bool HasRefusedDamage() const { return hasRefusedDamage; }
+  // Damage of the project's files. Run refuses to build a project whose damage is held.
+  SessionDamage& Damage() { return damage; }
+  // Shortcuts; see SessionDamage.
+  std::vector<DamageEntry> GetDamage() { return damage.Get(); }
+  std::vector<DamageEntry> GetFailedDamage() { return damage.GetFailed(); }
+  bool IsDamageHeld() { return damage.IsHeld(); }
+  void AcceptAllDamage() { damage.AcceptAll(); }
+  bool HasRefusedDamage() const { return damage.HasRefused(); }
 
   // Returns the lines logged outside of builds since the last call.
   std::vector<std::string> TakeLogLines();
   // Returns the report of the last save, and drops the log lines written since then.
   SaveReport TakeSaveReport();
-  // Returns the errors in option and tool definition files, one per line; empty if there are none.
-  std::vector<std::string> GetDefinitionErrors();
   // Why the state couldn't be written after the last build; empty if it could.
   const std::string& GetStateProblem() const { return stateProblem; }
 
   // Returns true if the open project is the one whose state is stored.
   bool HasProject() const { return !projectPath.empty() && !isOtherProject; }
   const std::string& GetProjectPath() const { return projectPath; }
-  const HostFolders& GetFolders() const { return folders; }
-  ProjectManagerDriver& Manager() { return manager; }
-  InspectorDriver& Inspector() { return inspector; }
-  ToolManagerDriver& Tools() { return tools; }
-  OptionsDriver& Options() { return options; }
   StateKeeper& State() { return state; }
   SessionTrust& Trust() { return trust; }
 
  private:
   void AnswerMessages();
-  std::intptr_t OnToolSucceeded();
   std::intptr_t OnToolStarted(const HostEvent& event);
   std::intptr_t OnToolEnded(const HostEvent& event);
-  std::intptr_t OnWorkerEnded(const HostEvent& event);
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
-  std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   // Shows the build's findings about the project itself.
   void ShowNotices();
   void WaitForWorker();
-  bool ReplacesFile(std::string_view method, std::span<const Variant> arguments);
   bool RefusesSharedOutputs(const BuildRequest& request);
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);
-  Status AttachComponents();
 
   MainFrame& frame;
-  FileSystem& files;
-  HostFolders folders;
   std::shared_ptr<MessageLoop> loop;
 
-  // Members are released in reverse order: the manager uses the tools until it is destroyed.
-  ToolManagerDriver tools;
-  ProjectManagerDriver manager;
-  InspectorDriver inspector;
-  OptionsDriver options;
   SessionTrust trust;
+  SessionDamage damage;
   StateKeeper state;
   LogKeeper log;
 
@@ -264,9 +199,6 @@ class BuildSession {
   std::string otherProject;  // empty: the placeholder project
   std::vector<std::string> logLines;
   std::string stateProblem;
-  bool acceptsAllDamage = false;
-  std::string acceptedProject;  // whose damage the user has accepted
-  bool hasRefusedDamage = false;
 
   std::atomic<bool> stopRequested = false;
   bool isRunning = false;
@@ -276,5 +208,8 @@ class BuildSession {
   BuildObserver* watcher = nullptr;
   BuildOutcome outcome;
 };
+
+// Adds the gaps to the server's log. Returns false if one of them is fatal.
+bool ReportGaps(const BuildGaps& gaps, ProjectManagerDriver& manager);
 
 }  // namespace tarn::host

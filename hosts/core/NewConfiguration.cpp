@@ -38,7 +38,7 @@ std::string FindConfiguration(const ApplicationEntry& application, const std::st
 
 Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
                         const ApplicationEntry* application) {
-  if (session.RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
+  if (session.Damage().RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
   const std::optional<ApplicationEntry> active =
       application == nullptr ? FindActive(session) : std::nullopt;
   if (active) application = &*active;

@@ -33,13 +33,13 @@ FoundApplication SessionScripts::Find(const std::string& application) {
 
 std::string SessionScripts::CheckCall(const std::string& method,
                                       const std::vector<Variant>& arguments) {
-  return session.CheckCall(method, arguments);
+  return session.Damage().CheckCall(method, arguments);
 }
 
 ScriptBuild SessionScripts::Build(const std::string& work,
                                   const std::optional<std::string>& application) {
   ScriptBuild refused;
-  refused.problem = session.CheckCall("ProjectBuild", {});
+  refused.problem = session.Damage().CheckCall("ProjectBuild", {});
   if (!refused.problem.empty()) return refused;
   BuildRequest request{WorkOf(work), {}};
   if (application) {

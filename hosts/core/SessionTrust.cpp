@@ -33,12 +33,18 @@ bool SessionTrust::IsTrusted(const std::string& folder) const {
   return trustsAll_ || !list_.Find(folder).empty();
 }
 
-std::vector<std::string> SessionTrust::TakeRefused() {
-  std::vector<std::string> wishes;
+std::vector<TrustRequest> SessionTrust::TakeRequests() {
+  std::vector<TrustRequest> requests;
   const std::string lines = inspector_.TakeRefusedWishes();
   for (const std::string_view line : Split(lines, '\n')) {
-    if (!line.empty()) wishes.emplace_back(line);
+    if (auto request = ParseTrustRequest(line)) requests.push_back(std::move(*request));
   }
+  return requests;
+}
+
+std::vector<std::string> SessionTrust::TakeRefused() {
+  std::vector<std::string> wishes;
+  for (const TrustRequest& each : TakeRequests()) wishes.push_back(Describe(each));
   return wishes;
 }
 

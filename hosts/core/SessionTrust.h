@@ -5,6 +5,7 @@
 
 #include "hosts/core/ServerDrivers.h"
 #include "hosts/core/TrustedFolders.h"
+#include "platform/files/TrustRequest.h"
 
 namespace tarn::host {
 
@@ -23,7 +24,9 @@ class SessionTrust {
   // Adds the folder to the user's list and passes the list to the server.
   Status Trust(const std::string& folder);
   bool IsTrusted(const std::string& folder) const;
-  // Returns the requests refused since the last call, like "write /x/y".
+  // Returns the requests refused since the last call.
+  std::vector<TrustRequest> TakeRequests();
+  // Like TakeRequests(), but returns words that follow "The project wants to ": "write /x/y".
   std::vector<std::string> TakeRefused();
 
   TrustedFolders& List() { return list_; }

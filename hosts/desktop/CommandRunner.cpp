@@ -400,8 +400,9 @@ bool CommandRunner::JudgeGaps() {
   const bool isApplication = building == TARN_CMD_BUILD_APPLICATION;
   if (isCleaning || !session.HasProject() || (!isApplication && !IsOfProject(building)))
     return true;
-  return session.ReportGaps(
-      session.FindGaps(isApplication ? session.Manager().GetSelectedApplication() : ""));
+  return ReportGaps(
+      session.FindGaps(isApplication ? session.Manager().GetSelectedApplication() : ""),
+      session.Manager());
 }
 
 // Stores the results before the tree that they belong to is deleted.

@@ -32,7 +32,7 @@ void DamageNotice::Follow() {
 }
 
 void DamageNotice::Accept() {
-  session.AcceptDamage();
+  session.Damage().Accept();
   banner.hide();
 }
 

@@ -157,7 +157,6 @@ void TextEditor::Show(QDialog* dialog, const std::function<QString()>& result) {
 ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString& baseFolder,
                        QWidget* parent)
     : QDialog(parent) {
-  const bool isPaths = row.kind == OptionKind::Paths;
   setWindowTitle(ToQt(row.definition.label));
   list = new QListWidget(this);
   list->setAccessibleName(windowTitle());
@@ -167,6 +166,25 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
   for (const std::string& entry : SplitList(FromQt(text))) list->addItem(MakeEntry(ToQt(entry)));
   if (list->count() > 0) list->setCurrentRow(0);
 
+  auto* const buttons = MakeButtons(row.kind == OptionKind::Paths, baseFolder);
+  auto* const box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  QObject::connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  QObject::connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* const hint =
+      new QLabel(tr("%1 stands for the inherited value.").arg(QString(kInherited)), this);
+  hint->setForegroundRole(QPalette::PlaceholderText);
+  auto* const middle = new QHBoxLayout;
+  middle->addWidget(list, 1);
+  middle->addLayout(buttons);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addLayout(middle, 1);
+  layout->addWidget(hint);
+  layout->addWidget(box);
+  resize(kListSize);
+}
+
+// Creates the buttons next to the list.
+QLayout* ListDialog::MakeButtons(bool isPaths, const QString& baseFolder) {
   auto* const buttons = new QVBoxLayout;
   const auto addButton = [&](const QString& label, auto action) {
     auto* const button = new QPushButton(label, this);
@@ -209,21 +227,7 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
   };
   QObject::connect(list, &QListWidget::currentRowChanged, this, refresh);
   refresh();
-
-  auto* const box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  QObject::connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  QObject::connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  auto* const hint =
-      new QLabel(tr("%1 stands for the inherited value.").arg(QString(kInherited)), this);
-  hint->setForegroundRole(QPalette::PlaceholderText);
-  auto* const middle = new QHBoxLayout;
-  middle->addWidget(list, 1);
-  middle->addLayout(buttons);
-  auto* const layout = new QVBoxLayout(this);
-  layout->addLayout(middle, 1);
-  layout->addWidget(hint);
-  layout->addWidget(box);
-  resize(kListSize);
+  return buttons;
 }
 
 QString ListDialog::GetText() const {

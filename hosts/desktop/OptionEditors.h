@@ -71,6 +71,8 @@ class ListDialog : public QDialog {
   QString GetText() const;
 
  private:
+  QLayout* MakeButtons(bool isPaths, const QString& baseFolder);
+
   QListWidget* list = nullptr;
 };
 

@@ -100,6 +100,18 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   // Placed below the grid, so that no row moves when a build begins.
   layout->addWidget(notice);
 
+  ConnectGrid();
+  refreshTimer.setSingleShot(true);
+  refreshTimer.setInterval(kRefreshMs);
+  connect(&refreshTimer, &QTimer::timeout, this, [this] { Refresh(); });
+  setFocusProxy(grid);
+  SetTabOrder();
+  MakeActions();
+  RestoreLayout();
+  ShowState();
+}
+
+void OptionsWindow::ConnectGrid() {
   grid->Model().onChange = [this](OptionRow row, const QString& value) {
     return Change(row, value);
   };
@@ -119,10 +131,9 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   grid->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(grid, &QWidget::customContextMenuRequested, this,
           [this](const QPoint& place) { ShowMenu(place); });
-  refreshTimer.setSingleShot(true);
-  refreshTimer.setInterval(kRefreshMs);
-  connect(&refreshTimer, &QTimer::timeout, this, [this] { Refresh(); });
-  setFocusProxy(grid);
+}
+
+void OptionsWindow::SetTabOrder() {
   QWidget* before = configurations;
   for (QWidget* const next :
        {static_cast<QWidget*>(addConfiguration), static_cast<QWidget*>(sets),
@@ -130,9 +141,6 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
     setTabOrder(before, next);
     before = next;
   }
-  MakeActions();
-  RestoreLayout();
-  ShowState();
 }
 
 // Destroying the children must not trigger callbacks any more.

@@ -63,6 +63,8 @@ class OptionsWindow : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  void ConnectGrid();
+  void SetTabOrder();
   void MakeActions();
   QWidget* MakeHead();
   void Refresh();

@@ -15,25 +15,33 @@ TrustNotice::TrustNotice(QWidget& parentWindow, BuildSession& buildSession, Bann
   banner_.onSecond = [this] { Hide(); };
 }
 
-QString TrustNotice::Describe(const std::string& wish) {
-  const std::pair<const char*, QString> texts[] = {
-      {"run the launcher ", tr("This project wants to run the launcher %1.")},
-      {"run the tool ", tr("This project wants to run the tool %1.")},
-      {"run the script ", tr("This project wants to run the script %1.")},
-      {"run code with the argument ",
+QString TrustNotice::DescribeRequest(const TrustRequest& request) {
+  const std::pair<TrustRequestKind, QString> texts[] = {
+      {TrustRequestKind::Launcher, tr("This project wants to run the launcher %1.")},
+      {TrustRequestKind::Tool, tr("This project wants to run the tool %1.")},
+      {TrustRequestKind::Script, tr("This project wants to run the script %1.")},
+      {TrustRequestKind::CodeArgument,
        tr("This project wants to run its own code through the argument %1.")},
-      {"run ", tr("This project wants to run %1.")},
-      {"write ", tr("This project wants to write %1.")},
-      {"delete ", tr("This project wants to delete %1.")},
+      {TrustRequestKind::Argument, tr("This project wants to run a tool with the argument %1.")},
+      {TrustRequestKind::StrayArgument,
+       tr("This project wants to run a tool with the argument %1, which writes files of other "
+          "names.")},
+      {TrustRequestKind::NamelessArgument, tr("This project wants to run a tool with the argument "
+                                              "%1, which writes a file of an unknown "
+                                              "name.")},
+      {TrustRequestKind::CommandFile, tr("This project wants to run commands from the file %1.")},
+      {TrustRequestKind::Write, tr("This project wants to write %1.")},
+      {TrustRequestKind::Delete, tr("This project wants to delete %1.")},
   };
-  for (const auto& [start, text] : texts) {
-    if (wish.starts_with(start)) return text.arg(ToQt(wish.substr(std::string(start).size())));
+  const QString subject = ToQt(request.subject);
+  for (const auto& [kind, text] : texts) {
+    if (kind == request.kind) return text.arg(subject);
   }
-  return ToQt(wish);
+  return tr("This project wants to run %1.").arg(subject);
 }
 
 void TrustNotice::Follow() {
-  const std::vector<std::string> wishes = session_.Trust().TakeRefused();
+  const std::vector<TrustRequest> wishes = session_.Trust().TakeRequests();
   if (wishes.empty()) {
     Hide();
     return;
@@ -41,7 +49,7 @@ void TrustNotice::Follow() {
   folder_ = FolderOf(session_.GetProjectPath());
   const int more = static_cast<int>(wishes.size()) - 1;
   const QString rest = more > 0 ? tr(" %n more request(s) in the log.", nullptr, more) : "";
-  banner_.Tell(Describe(wishes.front()) + rest + ' ' +
+  banner_.Tell(DescribeRequest(wishes.front()) + rest + ' ' +
                tr("Do you trust the folder %1?").arg(ToQt(folder_)));
 }
 

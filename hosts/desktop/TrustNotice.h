@@ -33,7 +33,7 @@ class TrustNotice {
   std::function<void()> onTrusted;
 
  private:
-  static QString Describe(const std::string& wish);
+  static QString DescribeRequest(const TrustRequest& request);
   void Trust();
 
   QWidget& window_;

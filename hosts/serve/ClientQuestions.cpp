@@ -2,8 +2,8 @@
 
 #include "hosts/core/WizardForm.h"
 #include "hosts/serve/Binding.h"
-#include "hosts/serve/MessageNames.h"
 #include "platform/text/Text.h"
+#include "widgets/HostMessageNames.h"
 
 namespace tarn::host {
 

@@ -192,7 +192,7 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
                                    Variant& result) {
   // In a batch, nothing else has processed builds that have ended in the meantime.
   KeepResults();
-  if (std::string refusal = session.CheckCall(method.name, arguments); !refusal.empty()) {
+  if (std::string refusal = session.Damage().CheckCall(method.name, arguments); !refusal.empty()) {
     return {DispatchStatus::Failed, std::move(refusal), -1};
   }
   const bool isCommand = method.name == "Command";
@@ -265,7 +265,7 @@ Result<ProjectStep> ServedSession::Go(Status (ProjectHistory::*way)(), const std
   KeepResults();
   if (!hasProject) return Error{ErrorCode::NotFound, "No project is open.", {}};
   if (isBuilding) return Error{ErrorCode::Busy, "A build is running.", {}};
-  if (session.RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
+  if (session.Damage().RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
   TakeStep();
   const auto& steps = word == "undo" ? GetUndoSteps() : GetRedoSteps();
   if (steps.empty()) {
@@ -358,7 +358,7 @@ void ServedSession::Attend() {
 
 void ServedSession::CarryOut(std::uint32_t command) {
   const Variant number(static_cast<std::int32_t>(command));
-  if (!session.CheckCall("Command", std::span(&number, 1)).empty()) return;
+  if (!session.Damage().CheckCall("Command", std::span(&number, 1)).empty()) return;
   if (!IsBuildCommand(command)) {
     session.Manager().Command(command);
     return;

@@ -58,7 +58,7 @@ class ServedSession {
   // Returns what was lost when the open project was read.
   std::vector<DamageEntry> GetDamage() { return session.GetDamage(); }
   std::vector<std::string> GetDefinitionErrors() { return session.GetDefinitionErrors(); }
-  void AcceptDamage() { session.AcceptDamage(); }
+  void AcceptDamage() { session.Damage().Accept(); }
   // Returns the report of the last save: files that other programs had changed, or that could not
   // be written.
   SaveReport GetSaveReport() { return ParseSaveReport(session.Inspector().GetSaveReport()); }

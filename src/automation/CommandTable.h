@@ -5,8 +5,9 @@
 
 namespace tarn {
 
-class CProjectManager;
+class CommandActions;
 
+// Condition for a command to be enabled.
 enum class EnableRule {
   Always,
   UserProject,  // not in the default project, which is used when none is open
@@ -26,24 +27,15 @@ struct CommandRow {
   CommandKind kind;
   const char* name;  // for the documentation: suggested menu text
   const char* help;  // and a description of one or more sentences
-  std::int32_t (*action)(CProjectManager& manager, std::uint32_t id);
+  std::int32_t (*action)(CommandActions& actions, std::uint32_t id);
   std::uint32_t last = 0;  // last id of a range; 0 for a single command
 
-  // Condition for a command to be enabled.
   std::uint32_t LastId() const { return last == 0 ? id : last; }
 
   // All commands, ordered by id.
   static std::span<const CommandRow> Table();
   // Returns nullptr if the id isn't a command. Linear search.
   static const CommandRow* Find(std::uint32_t id);
-
- private:
-  template <void (CProjectManager::*Member)()>
-  static std::int32_t Do(CProjectManager& manager, std::uint32_t id);
-  template <std::int32_t Work>
-  static std::int32_t StartBuild(CProjectManager& manager, std::uint32_t id);
-  template <bool KeepsOutputs>
-  static std::int32_t Apply(CProjectManager& manager, std::uint32_t id);
 };
 
 }  // namespace tarn

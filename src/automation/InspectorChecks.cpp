@@ -48,18 +48,14 @@ std::string CProjectInspector::GetBuildProblem() {
 std::string CProjectInspector::GetInstallationProblem() {
   const CProjectModel* model = Model();
   if (model == nullptr) return {};
-  auto& object = *static_cast<CProjectManager*>(manager.Get());
-  if (!object.GetConfigurationProblem().empty()) return object.GetConfigurationProblem();
+  const Installation& installation =
+      static_cast<CProjectManager*>(manager.Get())->GetInstallation();
+  if (!installation.GetProblem().empty()) return installation.GetProblem();
   if (!model->Services().output->GetMessageProblem().empty())
     return model->Services().output->GetMessageProblem();
   const std::string types = DescribeMissingTypes(model->Types());
-  return types.empty() ? object.FindDefinitionProblem()
+  return types.empty() ? FindDefinitionProblem(model->Services())
                        : model->Services().configFilePath + ": " + types;
-}
-
-std::string CProjectManager::FindDefinitionProblem() {
-  const std::string options = propertyManager->InvokeText(TARN_OPT_GET_DEFINITION_PROBLEM, {});
-  return options.empty() ? toolManager->InvokeText(TARN_TOOL_GET_DEFINITION_PROBLEM, {}) : options;
 }
 
 }  // namespace tarn

@@ -45,7 +45,7 @@ std::string CProjectInspector::GetGlobals(const char* application, const char* c
   const CXmlNode* node = key.empty() ? model->GetActiveApplication() : FindApplication(*model, key);
   if (node == nullptr) return {};
   const std::string path = model->Paths().GlobalsFileOf(*node);
-  FileSystem& files = static_cast<CProjectManager*>(manager.Get())->GetFiles();
+  FileSystem& files = model->GetFiles();
   const Result<std::string> text = files.ReadWholeFile(path);
   CXmlNode globals;
   globals.SetName("Globals");
@@ -63,14 +63,15 @@ std::string CProjectInspector::GetGlobals(const char* application, const char* c
 }
 
 std::string CProjectInspector::GetReport(const char* log) {
-  if (Model() == nullptr) return {};
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
   CXmlNode root;
   CXmlParseInfo info;
   root.Load(TextOf(log), info);
   CXmlNode rows;
   rows.SetName("Report");
   const auto definition = WithoutPictures(MakeOutputDefinition({}));
-  COutputReport report(static_cast<CProjectManager*>(manager.Get())->GetFiles(), 0, *definition);
+  COutputReport report(model->GetFiles(), 0, *definition);
   WriteRows(report, root, nullptr, rows);
   return rows.ToString(g_xmlDisplayOptions);
 }

@@ -128,7 +128,7 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // must be absolute; empty for no folder. Returns 0 before Attach().
   std::int32_t SetStateFolder(const char* folders);
   // Returns the actions of the project that were refused for lack of trust since the last call, one
-  // per line: "write /x/y".
+  // per line; see `TrustRequest.h`.
   std::string TakeRefusedWishes();
   // Returns the reason why the script at this path isn't trusted to run; an empty string if it may
   // run.

@@ -2,7 +2,6 @@
 
 #include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
-#include "project/TreeSearch.h"
 
 namespace tarn {
 
@@ -11,24 +10,22 @@ ServerPlatform ServerPlatform::Native() {
           RunningObjectTable::Native()};
 }
 
-CProjectManager::CProjectManager(const ServerPlatform& serverPlatform) : platform(serverPlatform) {}
+CProjectManager::CProjectManager(const ServerPlatform& serverPlatform)
+    : platform(serverPlatform), installation(serverPlatform.files, serverPlatform.settings) {}
 
 CProjectManager::~CProjectManager() {
   if (activeObjectToken != 0) platform.runningObjects.RevokeActiveObject(activeObjectToken);
   // A running worker uses all other members until it has finished.
   if (builder) builder->StopAndWait();
-  ReleaseWindows();
+  if (windows) windows->Detach();
   if (output) output->DeleteLogFile();
   output.reset();
-  logView.reset();
-  reportView.reset();
   propertyManager.reset();
   toolManager.reset();
+  commands.reset();
   builder.reset();
   model.reset();
-  projectWindow.reset();
-  classWindow.reset();
-  globalsWindow.reset();
+  windows.reset();
 }
 
 void CProjectManager::OnFinalRelease() {
@@ -37,7 +34,7 @@ void CProjectManager::OnFinalRelease() {
     model->Host().ForgetHost();
     // The manager may be deleted inside an event of the window, and no reference delays that any
     // more.
-    if (projectWindow) projectWindow->ForgetModel();
+    if (windows) windows->DetachProjectWindow();
     builder->RunAfterWorker([this] { delete this; });
     return;
   }
@@ -51,26 +48,30 @@ DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> a
   return DispatchObject::Invoke(id, arguments, result);
 }
 
+// A handler may have opened another project in the meantime, which then stays open.
+void CProjectManager::OpenDefaultProject() {
+  if (!model->IsOpen()) model->OpenProject(installation.GetDefaultProject().c_str(), 1);
+}
+
 std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
   if (!model) return 0;
-  missedKey.reset();
+  selection->Reset();
   const std::string path = TextOf(projectPath);
   if (model->Paths().IsOpenAs(path)) return 0;
-  const bool isDefault =
-      !path.empty() && EqualNoCase(model->Paths().FullProjectPath(path), defaultProjectPath);
+  const bool isDefault = !path.empty() && EqualNoCase(model->Paths().FullProjectPath(path),
+                                                      installation.GetDefaultProject());
   if (!model->CloseProject()) return 0;
   if (model->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
-  // A handler may have opened another project in the meantime, which then stays open.
-  if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
+  OpenDefaultProject();
   return 0;
 }
 
 std::int32_t CProjectManager::ProjectClose() {
   if (!model) return 0;
-  missedKey.reset();
+  selection->Reset();
   const bool wasDefault = model->IsDefaultProject();
   if (!model->CloseProject() || wasDefault) return 0;
-  model->OpenProject(defaultProjectPath.c_str(), 1);
+  model->OpenProject(installation.GetDefaultProject().c_str(), 1);
   return 1;
 }
 
@@ -81,15 +82,16 @@ std::int32_t CProjectManager::ProjectSave() {
 }
 
 std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
-  missedKey.reset();
-  if (!model || !model->CloseProject()) return 0;
+  if (!model) return 0;
+  selection->Reset();
+  if (!model->CloseProject()) return 0;
   if (model->Items().NewProject(projectPath)) return 1;
-  if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
+  OpenDefaultProject();
   return 0;
 }
 
 std::int32_t CProjectManager::ProjectBuild() {
-  return builder && !RefusesBuild() ? builder->BuildHere() : 0;
+  return builder && !commands->RefusesBuild() ? builder->BuildHere() : 0;
 }
 
 std::int32_t CProjectManager::GetPropertyWindow() {
@@ -98,34 +100,42 @@ std::int32_t CProjectManager::GetPropertyWindow() {
 
 std::int32_t CProjectManager::SelectApplication(const char* header) {
   if (!model) return 0;
-  CXmlNode* found = nullptr;
-  FindTreeNode(header, "Header", &model->GetProjectRoot(), found);
-  Select(found, header);
+  selection->SelectByHeader(header);
   return 1;
 }
 
 std::int32_t CProjectManager::SelectNode(const char* path) {
   if (!model) return 0;
-  CXmlNode* found = nullptr;
-  FindChildNode(path, "Path", model->GetActiveApplication(), found);
-  if (found == nullptr && model->Publishing().PublishChildren(model->GetActiveApplication())) {
-    FindChildNode(path, "Path", model->GetActiveApplication(), found);
-  }
-  Select(found, path);
+  selection->SelectByPath(path);
   return 1;
 }
 
-void CProjectManager::Select(CXmlNode* found, const char* key) {
-  model->SetCurrentNode(found);
-  missedKey.reset();
-  if (found != nullptr) return;
-  missedKey = TextOf(key);
-  nodeInstead = model->GetCurrentNode();
+std::int32_t CProjectManager::GetProjectWindow() {
+  return windows ? windows->ShowProjectWindow() : 0;
 }
 
-std::optional<std::string> CProjectManager::GetMissedKey() const {
-  const bool isStill = missedKey && model && model->GetCurrentNode() == nodeInstead;
-  return isStill ? missedKey : std::nullopt;
+std::int32_t CProjectManager::GetOutputWindow() {
+  return windows ? windows->ShowOutputWindow() : 0;
+}
+
+std::int32_t CProjectManager::GetReportWindow() {
+  return windows ? windows->GetReportWindow() : 0;
+}
+
+std::int32_t CProjectManager::Command(std::uint32_t id) {
+  return commands ? commands->Run(id) : 1;
+}
+
+std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
+  return commands ? commands->Enable(id) : 1;
+}
+
+std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
+  return commands ? commands->Prolog(id) : 1;
+}
+
+std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
+  return commands ? commands->Epilog(id) : 1;
 }
 
 std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* itemType) {

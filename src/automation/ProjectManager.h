@@ -2,27 +2,25 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 
+#include "automation/HostFileCalls.h"
+#include "automation/Installation.h"
+#include "automation/ManagerWindows.h"
+#include "automation/NodeSelection.h"
+#include "automation/ProjectCommands.h"
 #include "automation/ServerLock.h"
 #include "builder/Builder.h"
 #include "drivers/PropertyManagerDriver.h"
 #include "drivers/ToolManagerDriver.h"
 #include "output/BuildOutput.h"
-#include "output/OutputEdit.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/DispatchTable.h"
 #include "platform/automation/RunningObjects.h"
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
 #include "project/ProjectModel.h"
-#include "reports/ClassWnd.h"
-#include "reports/GlobalsReportWnd.h"
-#include "reports/OutputReportWnd.h"
-#include "views/ProjectWnd.h"
 #include "wizard/ProjectWizard.h"
-#include "wizard/TargetCatalogue.h"
 
 namespace tarn {
 
@@ -36,10 +34,16 @@ struct ServerPlatform {
   static ServerPlatform Native();
 };
 
-struct CommandRow;
-
-// Automation object that a host creates and controls. It creates and connects the child objects,
-// loads the configuration and forwards each call to the child that implements it.
+// Automation object that a host creates and controls. It creates and connects the parts, and
+// forwards each call to the part that implements it:
+//
+//   Installation     folders, configuration file, default project
+//   CProjectModel    the project, with its parts
+//   Builder          builds
+//   ProjectCommands  commands of menus
+//   ManagerWindows   windows
+//   NodeSelection    nodes that the host selects by a key
+//   HostFileCalls    INI files and scripts
 //
 // Reference-counted; destroyed by its final release. Calling sequence: the host calls Init() first,
 // on the thread that makes all other calls too, and Clean() before its last Release(). Between the
@@ -68,27 +72,13 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   DispatchResult Invoke(DispatchId id, std::span<const Variant> arguments,
                         Variant& result) override;
 
-  // Both return nullptr before Init().
+  // The pointers are null before Init().
   CProjectModel* GetModel() { return model.get(); }
   Builder* GetBuilder() { return builder.get(); }
   CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
-  // Returns the catalogue of the targets registered on this system, or else those of the
-  // installation.
-  TargetCatalogue GetTargetCatalogue() const {
-    return {platform.files, platform.settings, applicationPath + "targets"};
-  }
-  // Returns the folder against which relative paths of a caller are resolved.
-  std::string GetCurrentFolder() const { return platform.files.CurrentFolder(); }
-  FileSystem& GetFiles() const { return platform.files; }
-  // Returns the first fault of the configuration file as "FILE:LINE: description"; an empty string
-  // if there is none.
-  const std::string& GetConfigurationProblem() const { return configurationProblem; }
-  // Returns the last argument of SelectNode() or SelectApplication() if no node was found and the
-  // node that was current then still is; nullopt otherwise.
-  std::optional<std::string> GetMissedKey() const;
-  // Returns a description of what is missing in the current definitions of options and tools; an
-  // empty string if nothing is.
-  std::string FindDefinitionProblem();
+  const NodeSelection* GetSelection() const { return selection.get(); }
+  HostFileCalls* GetFileCalls() { return fileCalls.get(); }
+  const Installation& GetInstallation() const { return installation; }
 
   // --- Dispatch methods; return 1 on success and 0 on failure unless documented otherwise ---
 
@@ -123,10 +113,10 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::int32_t ProjectBuild();
   // Returns the handle of the options window.
   std::int32_t GetPropertyWindow();
-  // Makes the node with this label current. Always returns 1; see GetMissedKey().
+  // Makes the node with this label current. Always returns 1; see NodeSelection.
   std::int32_t SelectApplication(const char* header);
   // Makes the node of the active application with this path current, after publishing the
-  // application's nodes if necessary. Always returns 1; see GetMissedKey().
+  // application's nodes if necessary. Always returns 1; see NodeSelection.
   std::int32_t SelectNode(const char* path);
   // Adds an existing file to the project. If `itemType` is null, the type is determined by the file
   // extension.
@@ -147,13 +137,13 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // Returns the output files of the active application in the same format.
   std::string GetSelectedFilesList(const char* separator);
 
-  // Windows.cpp. Return the window handle, 0 if the window doesn't exist; the first two also offer
+  // Return the window handle, 0 if the window doesn't exist; the first two also offer
   // the windows to the host for docking.
   std::int32_t GetProjectWindow();
   std::int32_t GetOutputWindow();
   std::int32_t GetReportWindow();
 
-  // Commands.cpp. Calling sequence for commands that run in the background: PrologCommand(), which
+  // Calling sequence for commands that run in the background: PrologCommand(), which
   // returns 0 if the command is refused; Command(), which returns 2 if the work continues in the
   // background; EpilogCommand() after its end. EnableCommand() returns 0 if the command is
   // currently disabled, and 1 for ids that aren't commands.
@@ -208,88 +198,38 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // Sends the contents of a script file to the host, which runs it. Returns 0 if the file doesn't
   // exist or the project isn't trusted to run it.
   std::int32_t ExecuteScript(const char* scriptPath);
-  // Not part of the dispatch interface. Returns the reason why the script may not run, as its
-  // project isn't trusted; an empty string if it may.
-  std::string CheckScript(const std::string& path);
 
  protected:
   // If called inside a task of the worker, destruction is delayed until the worker has finished.
   void OnFinalRelease() override;
 
  private:
-  friend struct CommandRow;
-
   // First member, so that it is destroyed last: the destructor runs entirely inside the library.
   const ServerLock lock;
-
-  // Windows.cpp: called by Init() and by the destructor.
-  void CreateOutputViews();
-  void CreateWindows();
-  // After this call the windows use neither the model nor the drivers nor the build output.
-  void ReleaseWindows();
-  // Offers a window to the host for docking.
-  void Announce(CWnd* window, const char* title, int id) const;
 
   // Steps of Init().
   //
   // Returns false if there is no such component; the host receives the reason as a log line.
-  bool CreateComponent(COleDispatchDriver& driver, const char* progId);
-  bool ChooseConfigFile(const std::string& root);
-  void NameLogFile();
-  void MakeWizard();
-  bool LoadConfiguration();
-  bool RefusesBuild();
-  bool RefusesIniFile(const std::string& path);
-  void SendMenus(const CXmlNode& configuration);
-  void ChooseProfileKey();
-  void ReadImportSettings();
-  void SeedDefaultProject();
-  // Returns the name of the application folder, which is the key for settings; an empty string for
-  // the standard one.
-  std::string OwnFolderName() const;
-  std::string FindConfigFile(const char* file) const;
+  bool CreateComponent(COleDispatchDriver& driver, const char* progId, WindowHandle mainframe);
+  void CreateOutput(WindowHandle mainframe);
+  void CreateModel(WindowHandle mainframe);
 
-  // Makes the node `found` by a search for `key` current, or records that nothing was found.
-  void Select(CXmlNode* found, const char* key);
-
-  // Actions of commands.
-  std::int32_t StartWorker(std::int32_t command);
-  std::int32_t RunNodeTool(std::uint32_t id);
-  void ApplyOptionChange(bool keepsOutputs);
-  void ResetProperty();
-  void ShowNodeOptions();
-  void ShowApplicationOptions();
-  void OpenListing(CXmlNode* node);
-  void RunOpenCommand();
-  void OpenCurrentFile();
-  void ShowCurrentFile();
-  void AnnounceActiveApplication();
-  void StopPublishing();
-  void ReloadOptions(CXmlNode& node);
+  // Opens the default project, unless another one is open.
+  void OpenDefaultProject();
 
   ServerPlatform platform;
+  Installation installation;
   std::unique_ptr<CBuildOutput> output;
   std::unique_ptr<CPropertyManagerDriver> propertyManager;
   std::unique_ptr<CToolManagerDriver> toolManager;
   std::unique_ptr<CProjectModel> model;
   std::unique_ptr<Builder> builder;
-  std::unique_ptr<COutputEdit> logView;
-  std::unique_ptr<COutputReportWnd> reportView;
-  std::unique_ptr<CProjectWnd> projectWindow;
-  std::unique_ptr<CClassWnd> classWindow;
-  std::unique_ptr<CGlobalsReportWnd> globalsWindow;
   std::unique_ptr<ProjectWizardMaker> wizard;
-  std::string configFolder;
-  std::string defaultProjectPath;
+  std::unique_ptr<ProjectCommands> commands;
+  std::unique_ptr<NodeSelection> selection;
+  std::unique_ptr<HostFileCalls> fileCalls;
+  std::unique_ptr<ManagerWindows> windows;
   std::uint32_t activeObjectToken = 0;
-  WindowHandle mainframeHandle = 0;
-  std::string applicationPath;  // ends in a separator
-  std::string dataPath;
-  std::string configFilePath;
-  std::string configurationProblem;
-  bool rerunAfterBuild = false;
-  std::optional<std::string> missedKey;   // search that found no node
-  const CXmlNode* nodeInstead = nullptr;  // node current at that time; only compared
 };
 
 }  // namespace tarn

@@ -1,18 +1,13 @@
-// Calls that give the host access to stored settings: option values and the machine-wide registry.
+// Dispatch methods for settings: option values, the registry, INI files; and for scripts.
 
 #include "automation/ProjectManager.h"
-#include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
-#include "platform/settings/IniFile.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
 
 namespace tarn {
 
 namespace {
-
-// Capacity of a caller's buffer of 260 bytes without the terminating zero.
-constexpr std::size_t kLongestIniValue = 259;
 
 std::string KeyOf(const char* set, const char* section, const char* property) {
   return TextOf(set) + "." + TextOf(section) + "." + TextOf(property);
@@ -26,13 +21,6 @@ std::int32_t CProjectManager::ReadDefsFromFile(const char* set, const char* file
   return propertyManager->ReadDefsFromFile(set, file);
 }
 
-// Resolves a name that isn't an existing file against the configuration folder, without checking
-// that the result exists.
-std::string CProjectManager::FindConfigFile(const char* file) const {
-  const std::string name = TextOf(file);
-  return platform.files.Exists(name) ? name : configFolder + name;
-}
-
 std::int32_t CProjectManager::ReadConfigFromFile(const char* config, const char* set,
                                                  const char* section, const char* property,
                                                  const char* file) {
@@ -40,13 +28,14 @@ std::int32_t CProjectManager::ReadConfigFromFile(const char* config, const char*
   if (file == nullptr) {
     return propertyManager->ReadConfigFromFile(config, set, section, property, file);
   }
-  return propertyManager->ReadConfigFromFile(config, set, section, property, FindConfigFile(file));
+  return propertyManager->ReadConfigFromFile(config, set, section, property,
+                                             installation.FindConfigFile(file));
 }
 
 std::int32_t CProjectManager::UpdateCurNodeConfig(const char* set, const char* file) {
   if (!model) return 1;
   model->Extensions().Forget();
-  propertyManager->ReadDefsFromFile(set, FindConfigFile(file));
+  propertyManager->ReadDefsFromFile(set, installation.FindConfigFile(file));
   return 1;
 }
 
@@ -108,56 +97,18 @@ std::string CProjectManager::GetCurConfig() {
 }
 
 std::string CProjectManager::ReadRegistryValue(const char* key, const char* name) {
-  const std::string own = OwnFolderName();
-  const std::string base =
-      own.empty() ? std::string("Software\\Corvane\\Tarn7\\") : "Software\\Corvane\\" + own + "\\";
-  return platform.settings.ReadRegistry(base + TextOf(key), TextOf(name)).value_or(std::string());
+  return installation.ReadRegistryValue(key, name);
 }
 
 std::string CProjectManager::ReadIniValue(const char* section, const char* key,
                                           const char* iniPath) {
-  if (!model) return {};
-  const Result<std::string> text = platform.files.ReadWholeFile(TextOf(iniPath));
-  if (!text || section == nullptr || key == nullptr) return {};
-  std::string value = IniFile(*text).Read(section, key).value_or(std::string());
-  if (value.size() > kLongestIniValue) value.resize(kLongestIniValue);
-  return value;
+  return fileCalls ? fileCalls->ReadIniValue(section, key, iniPath) : std::string();
 }
 
-// Returns true if an untrusted project requests access to a file outside its folder. The refusal is
-// logged.
-bool CProjectManager::RefusesIniFile(const std::string& path) {
-  const std::string folder = platform.files.CurrentFolder();
-  const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
-  ProjectTrust& trust = model->Protection().GetTrust();
-  if (model->Protection().MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
-  trust.Refuse(trust.WishFor("write", whole));
-  output->WriteMessage(kRowCannotSave, {whole},
-                       "it is outside the folder of the project, which is not trusted");
-  return true;
-}
-
-// A null value removes the key, a null key removes the whole section.
 std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key, const char* value,
                                             const char* iniPath) {
-  if (!model) return 0;
-  const std::string path = TextOf(iniPath);
-  if (path.empty() || section == nullptr) return 1;
-  if (RefusesIniFile(path)) return 1;
-  GetFileAccess(platform.files, path, kMustBeWritable | kCreateFolder);
-  const Result<std::string> text = platform.files.ReadWholeFile(path);
-  const bool isNew = !text && text.GetError().code == ErrorCode::NotFound;
-  IniFile store = text ? IniFile(*text) : IniFile();
-  Status saved = text || isNew ? Status() : Status(text.GetError());
-  if (saved && key == nullptr) {
-    store.RemoveSection(section);
-  } else if (saved && value == nullptr) {
-    store.Remove(section, key);
-  } else if (saved && !store.Write(section, key, value)) {
-    saved = Error{ErrorCode::InvalidName, "it has no form for that value", path};
-  }
-  if (saved) saved = platform.files.WriteWholeFile(path, store.ToText());
-  if (!saved) output->WriteMessage(kRowCannotSave, {path}, saved.GetError().text);
+  if (!fileCalls) return 0;
+  fileCalls->WriteIniValue(section, key, value, iniPath);
   return 1;
 }
 
@@ -176,26 +127,8 @@ std::string CProjectManager::GetSelectedDBI() {
   return debugFile;
 }
 
-std::string CProjectManager::CheckScript(const std::string& path) {
-  const std::string folder = platform.files.CurrentFolder();
-  const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
-  ProjectTrust& trust = model->Protection().GetTrust();
-  if (!trust.RefusesProgram(whole)) return {};
-  trust.Refuse("run the script " + whole);
-  return "the project wants to run the script " + whole + ", and its folder is not trusted";
-}
-
 std::int32_t CProjectManager::ExecuteScript(const char* scriptPath) {
-  if (!model) return 0;
-  const std::string path = TextOf(scriptPath);
-  if (const std::string refusal = CheckScript(path); !refusal.empty()) {
-    model->Host().AddLogError(refusal);
-    return 0;
-  }
-  const Result<std::string> script = platform.files.ReadWholeFile(path);
-  if (!script) return script.GetError().code == ErrorCode::Io ? 1 : 0;
-  model->Host().SendHost(kMsgRunScript, *script, 0);
-  return 1;
+  return fileCalls ? fileCalls->ExecuteScript(TextOf(scriptPath)) : 0;
 }
 
 }  // namespace tarn

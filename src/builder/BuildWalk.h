@@ -18,6 +18,7 @@
 #include "builder/RunsAhead.h"
 #include "builder/Staleness.h"
 #include "platform/automation/Variant.h"
+#include "platform/files/TrustRequest.h"
 
 namespace tarn {
 
@@ -138,8 +139,8 @@ class BuildWalk {
   bool Clean(CXmlNode& node);
   // Why a tool must not be run.
   struct Obstacle {
-    std::string text;  // for the log; empty if there is none
-    std::string wish;  // what an untrusted project wants to do
+    std::string text;                  // for the log; empty if there is none
+    std::optional<TrustRequest> wish;  // what an untrusted project wants to do
   };
   // Completes the request with the accesses and outputs of the run, and returns what prevents it.
   Obstacle FindObstacle(const CXmlNode& node, WalkRequest& request);

@@ -4,17 +4,20 @@
 
 namespace tarn {
 
-std::string FindUntrusted(const ProjectTrust& trust, const std::string& tool,
-                          const std::string& access) {
+std::optional<TrustRequest> FindUntrusted(const ProjectTrust& trust, const std::string& tool,
+                                          const std::string& access) {
   const auto list = SplitFileTexts(access);
-  if (!list || list->empty()) return "run the tool " + tool;
+  if (!list || list->empty()) return TrustRequest{TrustRequestKind::Tool, tool};
   for (const auto& [kind, text] : *list) {
-    if (kind == "code") return "run " + text;
-    if (kind == "program" && trust.RefusesProgram(text)) return "run " + text;
-    if ((kind == "write" || kind == "maybe") && trust.RefusesWrite(text))
-      return trust.WishFor("write", text);
+    if (kind == "write" || kind == "maybe") {
+      if (trust.RefusesWrite(text)) return trust.RequestFor(TrustRequestKind::Write, text);
+    } else if (kind == "program") {
+      if (trust.RefusesProgram(text)) return TrustRequest{TrustRequestKind::Run, text};
+    } else if (const auto code = FindTrustRequestKind(kind)) {
+      return TrustRequest{*code, text};
+    }
   }
-  return {};
+  return std::nullopt;
 }
 
 }  // namespace tarn

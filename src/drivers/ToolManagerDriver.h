@@ -39,9 +39,9 @@ class CToolManagerDriver : public COleDispatchDriver {
   std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
                            TextArgument candidates);
   // Returns everything that the run would access because of its options, in the format of
-  // JoinFileTexts, with the kind of access in place of a path: "code" (words that follow "run"),
-  // "program", "write" and "maybe" (paths). Returns an empty string if the component doesn't
-  // support this.
+  // JoinFileTexts, with the kind of access in place of a path: identifiers of requests (see
+  // TrustRequest), "program", "write" and "maybe" (paths). Returns an empty string if the component
+  // doesn't support this.
   std::string GetAccess(TextArgument tool, TextArgument files, TextArgument options);
 
   // Early runs, optional as well: a component without them returns 0 from each function, and every

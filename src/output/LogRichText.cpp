@@ -1,5 +1,8 @@
 #include "output/LogRichText.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "output/LogLink.h"
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
@@ -16,8 +19,23 @@ constexpr const char* kHead =
 // Indexes into the colour table of the header.
 enum LineColor { kRed = 1, kBlack = 2, kBlue = 3 };
 
-// Icon numbers for the kinds of lines.
-enum LineIcon { kIconPlain = 0, kIconWarning = 1, kIconError = 2, kIconHeading = 5 };
+// Appearance of the kinds of lines, by the icon number of the message.
+struct LineStyle {
+  int icon;
+  LineColor color;
+  bool isLink;  // to the position that the message names
+  const char* before;
+  const char* after;
+};
+
+constexpr LineStyle kStyles[] = {
+    {0, kBlack, false, " ", ""},                  // plain text
+    {1, kBlue, true, "", ""},                     // warning
+    {2, kRed, true, "", ""},                      // error
+    {5, kBlack, false, " \\b  \\par ", " \\b0"},  // heading
+};
+constexpr LineStyle kOtherStyle = {-1, kBlack, false, "\\ulnone ", ""};
+constexpr int kIconPlain = 0;
 
 std::string ColorWord(LineColor color) {
   return "\\cf" + std::to_string(static_cast<int>(color));
@@ -47,23 +65,16 @@ Line ToLine(const CXmlNode& message) {
 std::string MakeLogRichText(const CXmlNode& message, PlaceLinks places) {
   const Line line = ToLine(message);
   const std::string text = ReplaceAll(line.text, "\\", "\\\\");
-  switch (line.icon) {
-    case kIconPlain:
-      return kHead + ColorWord(kBlack) + " " + text + " \\par }";
-    case kIconWarning:
-      return kHead + Link(MakeLinkTarget(message), kBlue, text);
-    case kIconError:
-      return kHead + Link(MakeLinkTarget(message), kRed, text);
-    case kIconHeading:
-      return kHead + ColorWord(kBlack) + " \\b  \\par " + text + " \\b0 \\par }";
-    default:
-      break;
-  }
-  if (!TextOf(message.GetAttrValue("File")).empty()) {
+  const auto* const found = std::ranges::find(kStyles, line.icon, &LineStyle::icon);
+  const bool isKnown = found != std::end(kStyles);
+  const LineStyle& style = isKnown ? *found : kOtherStyle;
+  if (style.isLink) return kHead + Link(MakeLinkTarget(message), style.color, text);
+  if (!isKnown && !TextOf(message.GetAttrValue("File")).empty()) {
     const bool hasLine = places == PlaceLinks::WithLine;
-    return kHead + Link(hasLine ? MakePlaceTarget(message) : MakeFileTarget(message), kBlack, text);
+    return kHead +
+           Link(hasLine ? MakePlaceTarget(message) : MakeFileTarget(message), style.color, text);
   }
-  return kHead + ColorWord(kBlack) + "\\ulnone " + text + " \\par }";
+  return kHead + ColorWord(style.color) + style.before + text + style.after + " \\par }";
 }
 
 }  // namespace tarn

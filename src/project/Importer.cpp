@@ -15,6 +15,8 @@ namespace tarn {
 
 namespace {
 
+constexpr ImportFormat kFormats[] = {{"*.prj", kRowFilterPrj}, {"*.stw", kRowFilterStw}};
+
 constexpr const char* kInterpreter = "perl";
 
 // Exit codes of the script.
@@ -53,6 +55,10 @@ std::string FailureText(std::int32_t exitCode, const std::string& path) {
 }
 
 }  // namespace
+
+std::span<const ImportFormat> ImportFormats() {
+  return kFormats;
+}
 
 bool Importer::Convert(const std::string& path, std::string& newFile) {
   const std::string oldFile = paths.FullProjectPath(path);

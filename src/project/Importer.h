@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "project/FileProtection.h"
@@ -11,9 +12,18 @@
 
 namespace tarn {
 
-// Converts projects in older formats. A conversion script writes a project in the
-// current format next to the old file. Borrows everything; main thread only. Errors are shown to
-// the user.
+// File format that can be imported.
+struct ImportFormat {
+  const char* pattern;  // "*.prj"
+  int messageRow;       // its description in the message table
+};
+
+// Returns all formats, in the order in which a user is offered them. The conversion script has to
+// recognise each.
+std::span<const ImportFormat> ImportFormats();
+
+// Converts projects in older formats. A conversion script writes a project in the current
+// format next to the old file. Borrows everything; main thread only. Errors are shown to the user.
 class Importer {
  public:
   Importer(ProjectServices& projectServices, const ProjectState& projectState,

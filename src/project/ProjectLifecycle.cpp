@@ -40,12 +40,12 @@ class Holding {
 
 std::string ProjectLifecycle::AskForProject() {
   FileQuestion question;
-  for (const auto& [row, pattern] :
-       {std::pair{kRowProjectWord, "*.tprj"}, std::pair{kRowFilterPrj, "*.prj"},
-        std::pair{kRowFilterStw, "*.stw"}}) {
+  const auto offer = [&question](const std::string& pattern, int row) {
     question.filter += FormatMessageText(
         "%s (%s)|%s|", std::vector<std::string>{GetMessageText(row), pattern, pattern});
-  }
+  };
+  offer("*.tprj", kRowProjectWord);
+  for (const ImportFormat& each : ImportFormats()) offer(each.pattern, each.messageRow);
   question.filter += "|";
   if (state.isDefaultProject == 0) question.folder = state.projectFolder;
   const std::vector<std::string> chosen = ChooseFiles(services.mainframeHandle, question);

@@ -33,16 +33,14 @@ bool ProjectTrust::RefusesProgram(const std::string& path) const {
   return IsWithheld() && ProjectFolder(files_, project_).Holds(path);
 }
 
-std::string ProjectTrust::WishFor(const char* verb, const std::string& path) const {
+TrustRequest ProjectTrust::RequestFor(TrustRequestKind kind, const std::string& path) const {
   const std::string wayOut = ProjectFolder(files_, project_).DescribeWayOut(path);
-  return std::string(verb) + " " + path + (wayOut.empty() ? "" : " (" + wayOut + ")");
+  return {kind, path + (wayOut.empty() ? "" : " (" + wayOut + ")")};
 }
 
-// Requests are passed on as lines, so line feeds are escaped.
-void ProjectTrust::Refuse(const std::string& text) {
-  const std::string wish = ReplaceAll(text, "\n", "\\x0a");
-  if (std::find(refused_.begin(), refused_.end(), wish) == refused_.end()) {
-    refused_.push_back(wish);
+void ProjectTrust::Refuse(const TrustRequest& request) {
+  if (std::find(refused_.begin(), refused_.end(), request) == refused_.end()) {
+    refused_.push_back(request);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
+#include "platform/files/TrustRequest.h"
 
 namespace tarn {
 
@@ -33,14 +34,14 @@ class ProjectTrust {
   // Returns true if trust is withheld and the program or script at `path` is inside the folder.
   bool RefusesProgram(const std::string& path) const;
 
-  // Describes a request to write or delete a path: "write /x/y", including the link through which
-  // it leaves the folder.
-  std::string WishFor(const char* verb, const std::string& path) const;
+  // Returns the request to write or delete a path. Its subject includes the link through which the
+  // path leaves the folder.
+  TrustRequest RequestFor(TrustRequestKind kind, const std::string& path) const;
 
-  // Records a refused request of the project, such as "write /x/y".
-  void Refuse(const std::string& text);
+  // Records a refused request of the project.
+  void Refuse(const TrustRequest& request);
   // Returns and clears the refused requests, without duplicates.
-  std::vector<std::string> TakeRefused() { return std::exchange(refused_, {}); }
+  std::vector<TrustRequest> TakeRefused() { return std::exchange(refused_, {}); }
 
  private:
   // Caches whether the project is trusted, after a change of either.
@@ -51,7 +52,7 @@ class ProjectTrust {
   std::string project_;
   std::optional<std::vector<std::string>> trusted_;
   bool isGiven_ = false;
-  std::vector<std::string> refused_;
+  std::vector<TrustRequest> refused_;
 };
 
 }  // namespace tarn

@@ -135,7 +135,7 @@ TEST_F(Commands, DoWhatTheirMenuSays) {
   } rows[] = {
       {"nothing that is known", kUnknownCommand, "1", {}, "main.c"},
       {"open the listing", TARN_CMD_OPEN_LISTING, "1", {"OpenFileAtLine /p/demo.lst 0"}, "main.c"},
-      {"the node's own open command", TARN_CMD_OPEN_BY_TYPE, "1", {"273 33039 0"}, "main.c"},
+      {"the node's own open command", TARN_CMD_OPEN_BY_TYPE, "1", {"Command 33039 0"}, "main.c"},
       {"open the file", TARN_CMD_OPEN_FILE, "1", {"OpenFileAtLine /p/main.c 0"}, "main.c"},
       {"show the file", TARN_CMD_SHOW_FILE, "1", {"OpenFile /p/main.c -1"}, "main.c"},
       {"activate what is no application", TARN_CMD_SET_ACTIVE_APPLICATION, "1", {}, "main.c"},
@@ -292,7 +292,7 @@ TEST_F(Commands, ARerunIsPostedOnceAndTakenBackByTheNextBuild) {
   EXPECT_EQ(Command(TARN_CMD_REBUILD_AFTERWARDS), "0");
   EXPECT_EQ(world.Call("EpilogCommand", {TARN_CMD_BUILD_ALL}), "0");
   MessageLoop::ForCurrentThread()->Pump();
-  EXPECT_THAT(world.TakeLines(), ElementsAre("273 33030 0", "273 33041 0"));
+  EXPECT_THAT(world.TakeLines(), ElementsAre("Command 33030 0", "Command 33041 0"));
   EXPECT_EQ(world.Call("PrologCommand", {TARN_CMD_REBUILD_ALL}), "1");
   EXPECT_EQ(world.Call("EpilogCommand", {TARN_CMD_REBUILD_ALL}), "1");
 }

@@ -220,8 +220,8 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   const std::string shown = ", PaneCaption n22 Local Settings 4005, CurrentNodeChanged \"\" 0";
   EXPECT_THAT(ticks, ElementsAre("1 10 Tarn Project 'demo'..n13" + shown, "1 10 n12..n3" + shown,
                                  "0 3 n2..n0" + shown +
-                                     ", ApplicationKnown /p/demo.tapp Standard, 273 33054 0",
-                                 "0 0 , ApplicationKnown /p/demo.tapp Standard, 273 33054 0"));
+                                     ", ApplicationKnown /p/demo.tapp Standard, Command 33054 0",
+                                 "0 0 , ApplicationKnown /p/demo.tapp Standard, Command 33054 0"));
   EXPECT_THAT(window.TakeCalls(), ::testing::Contains("StopStepTimer"));
 }
 

@@ -391,7 +391,7 @@ TEST_F(TreeOperations, OnlyWhatTheCreationItselfAddsIsNotDebugged) {
   EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 0)
       << "demo.tapp is there already";
   MessageLoop::ForCurrentThread()->PumpUntil([] { return false; }, std::chrono::milliseconds(5));
-  EXPECT_THAT(world.host.LinesOf(kMsgCommand), ElementsAre("273 33475 0"));
+  EXPECT_THAT(world.host.LinesOf(kMsgCommand), ElementsAre("Command 33475 0"));
 }
 
 TEST_F(TreeOperations, AWizardThatIsCancelledLeavesTheDefaultMarkAsItWas) {

@@ -14,8 +14,26 @@ from rpc_client import Client, Ended, Project, RpcError, frame, is_running, wait
 PROGRAM = os.path.abspath(sys.argv[1])
 SOURCE_DIR = os.path.abspath(sys.argv[2])
 
-APPLY, REBUILD, BUILD, CLEAN = 0x8106, 0x8111, 0x8112, 0x8113
-BUILD_NODE, STOP = 0x8115, 0x811C
+
+
+def read_numbers(header):
+    """Reads the constants of a public header."""
+    with open(os.path.join(SOURCE_DIR, "include/tarn", header), encoding="utf-8") as source:
+        return {name: int(value, 0) for name, value in
+                re.findall(r"^  (TARN_\w+)\s*=\s*(\w+)", source.read(), re.MULTILINE)}
+
+
+COMMANDS = read_numbers("commands.h")
+MESSAGES = read_numbers("automation.h")
+APPLY = COMMANDS["TARN_CMD_APPLY_OPTION_AND_REBUILD"]
+REBUILD = COMMANDS["TARN_CMD_REBUILD_ALL"]
+BUILD = COMMANDS["TARN_CMD_BUILD_ALL"]
+CLEAN = COMMANDS["TARN_CMD_CLEAN_ALL"]
+BUILD_NODE = COMMANDS["TARN_CMD_BUILD_NODE"]
+STOP = COMMANDS["TARN_CMD_STOP"]
+STOP_PUBLISHING = COMMANDS["TARN_CMD_STOP_PUBLISHING"]
+BUILD_STARTING = MESSAGES["TARN_MSG_BUILD_STARTING"]
+PROJECT_CLOSING = MESSAGES["TARN_MSG_PROJECT_CLOSING"]
 INITIALIZE = {"jsonrpc": "2.0", "id": 1, "method": "initialize", "params": {}}
 EXIT = {"jsonrpc": "2.0", "method": "exit"}
 
@@ -250,7 +268,7 @@ class Calls(ServeTest):
         self.assertEqual(self.errors(
             client, ("initialize", {}), ("GetCurConfig", None), ("getcurconfig", []),
             ("rpc.discover", []), ("Command", ["x"]), ("Command", [None]), ("Command", []),
-            ("Command", {"Command": 0x8137}), ("Command", {"command": 0x8137}),
+            ("Command", {"Command": STOP_PUBLISHING}), ("Command", {"command": STOP_PUBLISHING}),
             ("ProjectOpen", ["a\0b"]), ("ProjectOpen", [5]), ("InitToolManager", [None]),
             ("SelectNode", [None]), ("ReportMessage", ["x", "y"])),
             [-32600, None, -32601, -32601, -32602, -32602, -32602, None, -32602, -32602, -32602,
@@ -331,8 +349,7 @@ class Questions(ServeTest):
         refused.clear()
         self.assertEqual(self.build(client)[0], 1)
         self.assertEqual([(method, params["number"]) for method, params in client.questions],
-                         [("host/ask", 0x8016), ("host/ask", 0x8016), ("host/ask", 0x800C),
-                          ("host/ask", 0x800C)])
+                         [("host/ask", PROJECT_CLOSING)] * 2 + [("host/ask", BUILD_STARTING)] * 2)
 
     def test_a_late_answer_counts_and_holds_up_what_came_behind(self):
         client = self.start(initialize=False)
@@ -479,7 +496,7 @@ class Scripts(ServeTest):
         self.project.slow_compiler()
         client = self.open()
         for _ in range(2):  # the first stop must not affect the tools of the second build
-            self.run_script(client, "tarn.PrologCommand(0x8111)\ntarn.Command(0x8111)\n")
+            self.run_script(client, f"tarn.PrologCommand({REBUILD})\ntarn.Command({REBUILD})\n")
             child = self.project.wait_child()
             self.assertEqual(client.call("Command", STOP), 1)
             wait_gone(child, 2)
@@ -826,7 +843,7 @@ class Trust(ServeTest):
         self.project.write("trap.sh", "#!/bin/sh\ntouch ran\nexec \"$@\"\n")
         os.chmod(self.project.path("trap.sh"), 0o755)
         client.call("SavePropertyValue", "Application", "Build", "Launcher", "./trap.sh")
-        client.call("Command", 0x8106)
+        client.call("Command", APPLY)
         self.assertFalse(client.call("project/trusted")["trusted"])
         return client
 

@@ -6,6 +6,8 @@
 #include <span>
 #include <utility>
 
+#include "widgets/HostMessageNames.h"
+
 namespace tarn::test {
 
 namespace {
@@ -22,38 +24,9 @@ constexpr std::array kTextSecond{kMsgAnnounceWindow,       kMsgCreateToolbar, kM
                                  kMsgApplicationKnown};
 constexpr std::array kAddressFirst{kMsgAnnounceWindow, kMsgShowPopupMenu};
 
-struct NamedMessage {
-  HostMessage message;
-  const char* name;
-};
-constexpr NamedMessage kNames[] = {
-    {kMsgAnnounceWindow, "AnnounceWindow"},
-    {kMsgCreationEnded, "CreationEnded"},
-    {kMsgOpenFileAtLine, "OpenFileAtLine"},
-    {kMsgRunScript, "RunScript"},
-    {kMsgCreateToolbar, "CreateToolbar"},
-    {kMsgBuildStarting, "BuildStarting"},
-    {kMsgWorkerEnded, "WorkerEnded"},
-    {kMsgOpenFile, "OpenFile"},
-    {kMsgApplicationActivated, "ApplicationActivated"},
-    {kMsgCurrentNodeChanged, "CurrentNodeChanged"},
-    {kMsgShowPopupMenu, "ShowPopupMenu"},
-    {kMsgAddMainMenu, "AddMainMenu"},
-    {kMsgProjectOpened, "ProjectOpened"},
-    {kMsgProjectClosing, "ProjectClosing"},
-    {kMsgProjectCreated, "ProjectCreated"},
-    {kMsgToolSucceeded, "ToolSucceeded"},
-    {kMsgPaneCaption, "PaneCaption"},
-    {kMsgLogLine, "LogLine"},
-    {kMsgOutputInvalid, "OutputInvalid"},
-    {kMsgApplicationKnown, "ApplicationKnown"},
-    {kMsgShowHelp, "ShowHelp"},
-};
-
 std::string NameOf(std::uint32_t message) {
-  const auto isIt = [&](const NamedMessage& each) { return each.message == message; };
-  const auto found = std::find_if(std::begin(kNames), std::end(kNames), isIt);
-  return found == std::end(kNames) ? std::to_string(message) : found->name;
+  const std::string_view name = NameOfHostMessage(message);
+  return name.empty() ? std::to_string(message) : std::string(name);
 }
 
 bool IsAmong(std::span<const HostMessage> messages, std::uint32_t message) {

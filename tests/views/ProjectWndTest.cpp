@@ -114,15 +114,17 @@ TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
     const char* shape = "demo[Sources[main.c led.c] Other]";
   } rows[] = {
       {"left double click on a file", "led.c",
-       [this] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); }, "273 33039 0"},
+       [this] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
+       "Command 33039 0"},
       {"middle double click on a file", "led.c",
-       [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("led.c")); }, "273 33040 0"},
+       [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("led.c")); },
+       "Command 33040 0"},
       {"middle double click where no command stands", "Other",
-       [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("Other")); }, "273 0 0"},
+       [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("Other")); }, "Command 0 0"},
       {"context menu of a file", "led.c", [this] { OpenMenu(); }, "ShowPopupMenu * Files"},
       {"context menu of a type without one", "Other", [this] { OpenMenu(); }, ""},
       {"tool bar: properties", "led.c", [this] { window->GetToolBar().NotifyButton(32776); },
-       "273 33035 0"},
+       "Command 33035 0"},
       {"a key without a meaning", "led.c", [this] { Key(kKeyF2); }, ""},
       {"Shift and Up", "led.c", [this] { Key(kKeyUp, true); },
        "PaneCaption demo Local Settings 4005\nCurrentNodeChanged /p/demo.tapp 0\nPaneCaption "

@@ -5,6 +5,10 @@
 
 #include "platform/text/Text.h"
 
+// Marks a text for lupdate, which recognises the macro by its name. The desktop host translates
+// these texts; everything else shows them as they are.
+#define QT_TRANSLATE_NOOP(context, text) text
+
 namespace tarn::host {
 
 namespace {
@@ -18,44 +22,72 @@ struct KindRow {
 };
 
 constexpr KindRow kKinds[] = {
-    {FindingKind::Damage, "damage", "Damage", "%2", false},
-    {FindingKind::MissingPath, "missing-path", "Nodes without a file", "%1 does not name a file",
+    {FindingKind::Damage, "damage", QT_TRANSLATE_NOOP("Findings", "Damage"), "%2", false},
+    {FindingKind::MissingPath, "missing-path",
+     QT_TRANSLATE_NOOP("Findings", "Nodes without a file"),
+     QT_TRANSLATE_NOOP("Findings", "%1 does not name a file"), false},
+    {FindingKind::MissingFile, "missing-file", QT_TRANSLATE_NOOP("Findings", "Missing files"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is missing"), true},
+    {FindingKind::MissingFolder, "missing-folder", QT_TRANSLATE_NOOP("Findings", "Missing folders"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is missing"), true},
+    {FindingKind::MissingLibrary, "missing-library",
+     QT_TRANSLATE_NOOP("Findings", "Missing libraries"),
+     QT_TRANSLATE_NOOP("Findings",
+                       "the library %1 was found neither in the library folders nor among the "
+                       "compiler's libraries"),
      false},
-    {FindingKind::MissingFile, "missing-file", "Missing files", "%1 is missing", true},
-    {FindingKind::MissingFolder, "missing-folder", "Missing folders", "%1 is missing", true},
-    {FindingKind::MissingLibrary, "missing-library", "Missing libraries",
-     "the library %1 was found neither in the library folders nor among the compiler's libraries",
-     false},
-    {FindingKind::NotAFile, "not-a-file", "Not a file", "%1 is not a file", true},
-    {FindingKind::NotAFolder, "not-a-folder", "Not a folder", "%1 is not a folder", true},
-    {FindingKind::UnreadableFile, "unreadable-file", "Unreadable files", "%1 can't be read", true},
-    {FindingKind::LetterCase, "letter-case", "Letter case", "%1 is spelled %2 on disk", true},
-    {FindingKind::DuplicateFile, "duplicate-file", "Duplicate files", "%1 is listed more than once",
+    {FindingKind::NotAFile, "not-a-file", QT_TRANSLATE_NOOP("Findings", "Not a file"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is not a file"), true},
+    {FindingKind::NotAFolder, "not-a-folder", QT_TRANSLATE_NOOP("Findings", "Not a folder"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is not a folder"), true},
+    {FindingKind::UnreadableFile, "unreadable-file",
+     QT_TRANSLATE_NOOP("Findings", "Unreadable files"),
+     QT_TRANSLATE_NOOP("Findings", "%1 can't be read"), true},
+    {FindingKind::LetterCase, "letter-case", QT_TRANSLATE_NOOP("Findings", "Letter case"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is spelled %2 on disk"), true},
+    {FindingKind::DuplicateFile, "duplicate-file", QT_TRANSLATE_NOOP("Findings", "Duplicate files"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is listed more than once"), true},
+    {FindingKind::SameFile, "same-file", QT_TRANSLATE_NOOP("Findings", "Files with several names"),
+     QT_TRANSLATE_NOOP("Findings", "%1 and %2 are the same file, which is built twice"), true},
+    {FindingKind::DuplicateOutput, "duplicate-output",
+     QT_TRANSLATE_NOOP("Findings", "Duplicate outputs"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is also the output of %2"), true},
+    {FindingKind::DuplicateLabel, "duplicate-label",
+     QT_TRANSLATE_NOOP("Findings", "Duplicate labels"),
+     QT_TRANSLATE_NOOP("Findings",
+                       "the labels of the applications %1 and %2 differ only in letter case"),
      true},
-    {FindingKind::SameFile, "same-file", "Files with several names",
-     "%1 and %2 are the same file, which is built twice", true},
-    {FindingKind::DuplicateOutput, "duplicate-output", "Duplicate outputs",
-     "%1 is also the output of %2", true},
-    {FindingKind::DuplicateLabel, "duplicate-label", "Duplicate labels",
-     "the labels of the applications %1 and %2 differ only in letter case", true},
-    {FindingKind::ApplicationCycle, "application-cycle", "Dependency cycles",
-     "applications that use each other's outputs can't be built: %1", false},
-    {FindingKind::UnreachableDrive, "unreachable-drive", "Unreachable drives",
-     "%1 is on a drive that is not mapped", true},
+    {FindingKind::ApplicationCycle, "application-cycle",
+     QT_TRANSLATE_NOOP("Findings", "Dependency cycles"),
+     QT_TRANSLATE_NOOP("Findings", "applications that use each other's outputs can't be built: %1"),
+     false},
+    {FindingKind::UnreachableDrive, "unreachable-drive",
+     QT_TRANSLATE_NOOP("Findings", "Unreachable drives"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is on a drive that is not mapped"), true},
     // Not shortened, because that would hide the problem.
-    {FindingKind::AbsolutePath, "absolute-path", "Absolute paths", "%1 is an absolute path", false},
-    {FindingKind::UnknownOption, "unknown-option", "Unknown options",
-     "no definition contains the option %1", false},
-    {FindingKind::UnknownConfiguration, "unknown-configuration", "Unknown configurations",
-     "options are stored for the configuration %1, which the application does not have", false},
-    {FindingKind::InvalidValue, "invalid-value", "Invalid values", "%1: %2", false},
-    {FindingKind::UnknownType, "unknown-type", "Unknown node types",
-     "%1 is not a type in the configuration file, so %2 is not built", false},
-    {FindingKind::UnknownTool, "unknown-tool", "Unknown tools",
-     "no definition contains the tool %1", false},
-    {FindingKind::MissingProgram, "missing-program", "Missing programs",
-     "%1 is not installed; it is needed by %2", false},
-    {FindingKind::DefinitionError, "definition-error", "Errors in definitions", "%2", false},
+    {FindingKind::AbsolutePath, "absolute-path", QT_TRANSLATE_NOOP("Findings", "Absolute paths"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is an absolute path"), false},
+    {FindingKind::UnknownOption, "unknown-option", QT_TRANSLATE_NOOP("Findings", "Unknown options"),
+     QT_TRANSLATE_NOOP("Findings", "no definition contains the option %1"), false},
+    {FindingKind::UnknownConfiguration, "unknown-configuration",
+     QT_TRANSLATE_NOOP("Findings", "Unknown configurations"),
+     QT_TRANSLATE_NOOP(
+         "Findings",
+         "options are stored for the configuration %1, which the application does not have"),
+     false},
+    {FindingKind::InvalidValue, "invalid-value", QT_TRANSLATE_NOOP("Findings", "Invalid values"),
+     "%1: %2", false},
+    {FindingKind::UnknownType, "unknown-type", QT_TRANSLATE_NOOP("Findings", "Unknown node types"),
+     QT_TRANSLATE_NOOP("Findings",
+                       "%1 is not a type in the configuration file, so %2 is not built"),
+     false},
+    {FindingKind::UnknownTool, "unknown-tool", QT_TRANSLATE_NOOP("Findings", "Unknown tools"),
+     QT_TRANSLATE_NOOP("Findings", "no definition contains the tool %1"), false},
+    {FindingKind::MissingProgram, "missing-program",
+     QT_TRANSLATE_NOOP("Findings", "Missing programs"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is not installed; it is needed by %2"), false},
+    {FindingKind::DefinitionError, "definition-error",
+     QT_TRANSLATE_NOOP("Findings", "Errors in definitions"), "%2", false},
 };
 
 const KindRow& RowOf(FindingKind kind) {
@@ -71,6 +103,10 @@ const char* IdentifierOf(FindingKind kind) {
 
 const char* HeadingOf(FindingKind kind) {
   return RowOf(kind).heading;
+}
+
+const char* SentenceOf(FindingKind kind) {
+  return RowOf(kind).text;
 }
 
 std::span<const FindingKind> AllFindingKinds() {

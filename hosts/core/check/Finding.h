@@ -53,6 +53,9 @@ struct Finding {
 const char* IdentifierOf(FindingKind kind);
 // Returns the English heading of a group of findings, such as "Missing files".
 const char* HeadingOf(FindingKind kind);
+// Returns the English sentence of a kind, in which %1 stands for the subject and %2 for the detail.
+// It begins with a small letter.
+const char* SentenceOf(FindingKind kind);
 // Returns all kinds in display order.
 std::span<const FindingKind> AllFindingKinds();
 

@@ -472,7 +472,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Fehlende Bibliotheken</translation>
     </message>
     <message>
-        <source>The library %1 was found neither in the library folders nor among the compiler&apos;s libraries</source>
+        <source>the library %1 was found neither in the library folders nor among the compiler&apos;s libraries</source>
         <translation>Die Bibliothek %1 wurde weder in den Bibliotheksordnern noch unter den Bibliotheken des Compilers gefunden</translation>
     </message>
     <message>
@@ -520,7 +520,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Unbekannte Optionen</translation>
     </message>
     <message>
-        <source>No definition contains the option %1</source>
+        <source>no definition contains the option %1</source>
         <translation>Keine Definition enthält die Option %1</translation>
     </message>
     <message>
@@ -540,7 +540,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Unbekannte Werkzeuge</translation>
     </message>
     <message>
-        <source>No definition contains the tool %1</source>
+        <source>no definition contains the tool %1</source>
         <translation>Keine Definition enthält das Werkzeug %1</translation>
     </message>
     <message>
@@ -584,7 +584,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Doppelte Bezeichnungen</translation>
     </message>
     <message>
-        <source>The labels of the applications %1 and %2 differ only in letter case</source>
+        <source>the labels of the applications %1 and %2 differ only in letter case</source>
         <translation>Die Bezeichnungen der Anwendungen %1 und %2 unterscheiden sich nur in der Groß- und Kleinschreibung</translation>
     </message>
     <message>
@@ -592,7 +592,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Zyklische Abhängigkeiten</translation>
     </message>
     <message>
-        <source>Applications that use each other&apos;s outputs can&apos;t be built: %1</source>
+        <source>applications that use each other&apos;s outputs can&apos;t be built: %1</source>
         <translation>Anwendungen, die gegenseitig ihre Ausgaben verwenden, können nicht erstellt werden: %1</translation>
     </message>
     <message>
@@ -608,7 +608,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Unbekannte Konfigurationen</translation>
     </message>
     <message>
-        <source>Options are stored for the configuration %1, which the application does not have</source>
+        <source>options are stored for the configuration %1, which the application does not have</source>
         <translation>Es sind Optionen für die Konfiguration %1 gespeichert, die es in der Anwendung nicht gibt</translation>
     </message>
     <message>
@@ -1380,6 +1380,22 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>The answer can&apos;t be saved: %1: %2</source>
         <translation>Die Antwort kann nicht gespeichert werden: %1: %2</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1.</source>
+        <translation>Dieses Projekt möchte ein Werkzeug mit dem Argument %1 ausführen.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes files of other names.</source>
+        <translation>Dieses Projekt möchte ein Werkzeug mit dem Argument %1 ausführen, das Dateien mit anderen Namen schreibt.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes a file of an unknown name.</source>
+        <translation>Dieses Projekt möchte ein Werkzeug mit dem Argument %1 ausführen, das eine Datei mit unbekanntem Namen schreibt.</translation>
+    </message>
+    <message>
+        <source>This project wants to run commands from the file %1.</source>
+        <translation>Dieses Projekt möchte Befehle aus der Datei %1 ausführen.</translation>
     </message>
 </context>
 <context>

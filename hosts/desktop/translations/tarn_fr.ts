@@ -472,7 +472,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Bibliothèques manquantes</translation>
     </message>
     <message>
-        <source>The library %1 was found neither in the library folders nor among the compiler&apos;s libraries</source>
+        <source>the library %1 was found neither in the library folders nor among the compiler&apos;s libraries</source>
         <translation>La bibliothèque %1 est introuvable, tant dans les dossiers de bibliothèques que parmi celles du compilateur</translation>
     </message>
     <message>
@@ -520,7 +520,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Options inconnues</translation>
     </message>
     <message>
-        <source>No definition contains the option %1</source>
+        <source>no definition contains the option %1</source>
         <translation>Aucune définition ne contient l’option %1</translation>
     </message>
     <message>
@@ -540,7 +540,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Outils inconnus</translation>
     </message>
     <message>
-        <source>No definition contains the tool %1</source>
+        <source>no definition contains the tool %1</source>
         <translation>Aucune définition ne contient l’outil %1</translation>
     </message>
     <message>
@@ -584,7 +584,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Libellés en double</translation>
     </message>
     <message>
-        <source>The labels of the applications %1 and %2 differ only in letter case</source>
+        <source>the labels of the applications %1 and %2 differ only in letter case</source>
         <translation>Les libellés des applications %1 et %2 ne diffèrent que par la casse</translation>
     </message>
     <message>
@@ -592,7 +592,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Dépendances circulaires</translation>
     </message>
     <message>
-        <source>Applications that use each other&apos;s outputs can&apos;t be built: %1</source>
+        <source>applications that use each other&apos;s outputs can&apos;t be built: %1</source>
         <translation>Impossible de générer des applications qui utilisent mutuellement leurs fichiers de sortie&#xa0;: %1</translation>
     </message>
     <message>
@@ -608,7 +608,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Configurations inconnues</translation>
     </message>
     <message>
-        <source>Options are stored for the configuration %1, which the application does not have</source>
+        <source>options are stored for the configuration %1, which the application does not have</source>
         <translation>Des options sont enregistrées pour la configuration %1, qui n’existe pas dans l’application</translation>
     </message>
     <message>
@@ -1380,6 +1380,22 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>The answer can&apos;t be saved: %1: %2</source>
         <translation>Impossible d’enregistrer la réponse&#xa0;: %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1.</source>
+        <translation>Ce projet veut exécuter un outil avec l’argument %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes files of other names.</source>
+        <translation>Ce projet veut exécuter un outil avec l’argument %1, qui écrit des fichiers d’autres noms.</translation>
+    </message>
+    <message>
+        <source>This project wants to run a tool with the argument %1, which writes a file of an unknown name.</source>
+        <translation>Ce projet veut exécuter un outil avec l’argument %1, qui écrit un fichier de nom inconnu.</translation>
+    </message>
+    <message>
+        <source>This project wants to run commands from the file %1.</source>
+        <translation>Ce projet veut exécuter des commandes du fichier %1.</translation>
     </message>
 </context>
 <context>

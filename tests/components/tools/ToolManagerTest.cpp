@@ -326,11 +326,11 @@ TEST(ToolManager, TheFrameHearsOfStartAndEndAndMayCallBack) {
   const WindowHandle window = RegisterWindow(frame);
   tools.manager->InitTools("/app", "/data", window);
   EXPECT_TRUE(tools.Run("plain", "\"/p/a.c\""));
-  EXPECT_EQ(
-      frame.lines,
-      "36609 <Tool Name=\"plain\" Files=\"&quot;/p/a.c&quot;\" Output=\"\" Command=\"p\"/> 0\n"
-      "36610 " +
-          tools.Messages() + " 1\n");
+  EXPECT_EQ(frame.lines,
+            "ToolStarted <Tool Name=\"plain\" Files=\"&quot;/p/a.c&quot;\" Output=\"\" "
+            "Command=\"p\"/> 0\n"
+            "ToolEnded " +
+                tools.Messages() + " 1\n");
   UnregisterWindow(window);
 }
 

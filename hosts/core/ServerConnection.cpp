@@ -1,0 +1,188 @@
+#include "hosts/core/ServerConnection.h"
+
+#include <tarn/methods.h>
+
+#include <algorithm>
+#include <set>
+
+#include "hosts/core/BuildInputs.h"
+#include "hosts/core/Jobs.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/ProjectFile.h"
+#include "hosts/core/ProjectTemplate.h"
+#include "hosts/core/ProjectTree.h"
+#include "platform/paths/Paths.h"
+#include "platform/settings/Settings.h"
+#include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
+constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
+constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
+
+Status Attach(COleDispatchDriver& driver, const char* classId) {
+  std::string reason;
+  const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
+  // The reason starts with the class name; drop it.
+  if (!object) return Error{ErrorCode::NotFound, reason.substr(reason.find(": ") + 2), classId};
+  driver.AttachDispatch(object.Get(), true);
+  return {};
+}
+
+// Parses a line "place: text".
+Error ToError(const std::string& line) {
+  const std::size_t end = line.find(": ");
+  if (end == std::string::npos) return {ErrorCode::NotFound, line, {}};
+  return {ErrorCode::NotFound, line.substr(end + 2), line.substr(0, end)};
+}
+
+// Describes why the server can't start with a configuration file.
+Error DescribeConfigFile(FileSystem& files, const std::string& path) {
+  CXmlNode root;
+  const auto text = files.ReadWholeFile(path);
+  if (!text && text.GetError().code != ErrorCode::NotFound) return text.GetError();
+  const std::string fault = text ? LoadWhole(root, *text, XmlTexts::None, path) : std::string();
+  if (!fault.empty()) return ToError(fault);
+  return {ErrorCode::NotFound, "the configuration file is missing or damaged", path};
+}
+
+// Status of the driver's last call.
+Status StatusOf(const COleDispatchDriver& driver, const char* classId) {
+  const DispatchResult last = driver.LastResult();
+  if (last || last.status == DispatchStatus::WrongType) return {};
+  return Error{ErrorCode::NotFound, last.text, classId};
+}
+
+}  // namespace
+
+DispatchPtr InspectorDriver::GetPropertyManager() {
+  if (GetDispatch() == nullptr) return {};
+  Variant result;
+  if (!GetDispatch()->Invoke(TARN_INS_GET_PROPERTY_MANAGER, {}, result)) return {};
+  return result.GetKind() == Variant::Kind::Object ? result.AsObject() : DispatchPtr();
+}
+
+ServerConnection::ServerConnection(FileSystem& fileSystem, HostFolders hostFolders)
+    : files(fileSystem), folders(std::move(hostFolders)) {}
+
+Status ServerConnection::CreateServer(WindowHandle host,
+                                      const std::function<std::vector<std::string>()>& takeLines) {
+  // An error is ignored: projects can be opened and built without the folder.
+  (void)files.CreateFolders(folders.data);
+  if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
+  if (manager.Init(folders.application, folders.data, host) == 0) {
+    // If nothing was logged, the cause is the configuration file.
+    const std::vector<std::string> lines = takeLines();
+    if (!lines.empty()) return ToError(lines.front());
+    return DescribeConfigFile(files, folders.ConfigFile(files));
+  }
+  // Creates the placeholder project if no installed one was copied. If this fails, closing a
+  // project simply leaves no project open.
+  (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));
+  return AttachComponents(host);
+}
+
+Status ServerConnection::AttachComponents(WindowHandle host) {
+  if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
+  tools.InitTools(folders.application, folders.data, host);
+  if (const Status called = StatusOf(tools, kToolsClass); !called) return called;
+  tools.SetJobs(DefaultJobs());
+  manager.InitToolManager(tools.GetDispatch());
+  if (const Status called = StatusOf(manager, kManagerClass); !called) return called;
+  if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
+  if (inspector.Attach(manager.GetDispatch()) == 0) {
+    return Error{ErrorCode::NotFound, "it belongs to another server", kInspectorClass};
+  }
+  options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
+  inspector.SetStateFolder(folders.state + "\n" + SettingsFolders::FromEnvironment().user);
+  return {};
+}
+
+Status ServerConnection::CheckInstallation() {
+  const std::string problem = inspector.GetInstallationProblem();
+  return problem.empty() ? Status() : ToError(problem);
+}
+
+int ServerConnection::CountWork(const BuildRequest& request) {
+  const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
+  const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
+    return each.path == request.application;
+  });
+  std::size_t count = 0;
+  for (const ApplicationStatus& each : status) {
+    const bool isUsed =
+        chosen != status.end() &&
+        std::find(chosen->uses.begin(), chosen->uses.end(), each.label) != chosen->uses.end();
+    const bool isChosen = request.application.empty() || each.path == request.application;
+    // Applications used by others are brought up to date even by a rebuild.
+    const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
+    if (!isCounted) continue;
+    for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;
+  }
+  return static_cast<int>(count + (request.work == BuildWork::Rebuild ? CountInputs(request) : 0));
+}
+
+std::size_t ServerConnection::CountInputs(const BuildRequest& request) {
+  std::size_t count = 0;
+  const std::string lines = inspector.GetBuildInputs();
+  for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
+    const bool wanted = request.application.empty() || each.application == request.application;
+    if (wanted) count += each.outputs.size();
+  }
+  return count;
+}
+
+std::vector<ApplicationStatus> ServerConnection::GetStatus(std::string* problem) {
+  const std::string status = inspector.GetStatus();
+  if (problem != nullptr) *problem = ParseStatusProblem(status);
+  return ParseStatus(status);
+}
+
+std::string ServerConnection::FindCommandProblem(const std::string& application,
+                                                 const std::string& output) {
+  const auto input = ParseXml(inspector.GetToolInput(application, output));
+  if (input == nullptr) return {};
+  const CXmlNode* const values = input->FindChild("#CDATA");
+  const std::vector<std::string> problems = SplitLines(
+      tools.GetCommandProblems(AttributeOf(input.get(), "Tool"), AttributeOf(input.get(), "Files"),
+                               values == nullptr ? "" : values->GetValue()));
+  return problems.empty() ? std::string() : problems.front();
+}
+
+std::vector<ApplicationSummary> ServerConnection::GetSummaries() {
+  std::vector<ApplicationSummary> list;
+  for (const ApplicationEntry& each : ListApplications(inspector)) {
+    list.push_back({each.label, inspector.GetBuildInfos(each.path, each.output)});
+  }
+  return list;
+}
+
+std::string ServerConnection::FindMissingProgram(const std::vector<ApplicationStatus>& status) {
+  std::set<std::string> asked;
+  for (const ApplicationStatus& application : status) {
+    for (const StaleNode& node : application.stale) {
+      if (node.tool.empty() || !asked.insert(node.tool).second) continue;
+      std::string program = tools.MissingProgram(node.tool);
+      if (!program.empty()) return program;
+    }
+  }
+  return {};
+}
+
+BuildGaps ServerConnection::FindGaps(const std::string& application) {
+  return ParseBuildGaps(inspector.GetBuildGaps(), application);
+}
+
+std::vector<std::string> ServerConnection::GetDefinitionErrors() {
+  std::vector<std::string> lines = SplitLines(options.GetDefinitionErrors());
+  for (std::string& line : SplitLines(tools.GetDefinitionErrors()))
+    lines.push_back(std::move(line));
+  return lines;
+}
+
+}  // namespace tarn::host

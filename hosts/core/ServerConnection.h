@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hosts/core/BuildGaps.h"
+#include "hosts/core/HostFolders.h"
+#include "hosts/core/ProjectStatus.h"
+#include "hosts/core/ServerDrivers.h"
+
+namespace tarn::host {
+
+enum class BuildWork { Build, Rebuild, Clean };
+
+struct BuildRequest {
+  BuildWork work = BuildWork::Build;
+  std::string application;  // path; empty: the whole project
+};
+
+struct ApplicationSummary {
+  std::string label;
+  std::string infos;
+};
+
+// The server of a host with its components, and queries about the open project that need several
+// of them. Main thread only.
+//
+// Calling sequence: CreateServer(), then everything else. Before it, all calls return 0 or an empty
+// string.
+class ServerConnection {
+ public:
+  // `fileSystem` is borrowed and must outlive this object.
+  ServerConnection(FileSystem& fileSystem, HostFolders hostFolders);
+  ServerConnection(const ServerConnection&) = delete;
+  ServerConnection& operator=(const ServerConnection&) = delete;
+
+  // Creates the server and its components. `host` receives the server's messages; `takeLines`
+  // returns the lines of the log that it has received. On error the text describes the fault of the
+  // installation.
+  Status CreateServer(WindowHandle host,
+                      const std::function<std::vector<std::string>()>& takeLines);
+  // Returns the fault of the installation that prevents builds, if there is one.
+  Status CheckInstallation();
+
+  const HostFolders& GetFolders() const { return folders; }
+  ProjectManagerDriver& Manager() { return manager; }
+  InspectorDriver& Inspector() { return inspector; }
+  ToolManagerDriver& Tools() { return tools; }
+  OptionsDriver& Options() { return options; }
+
+  // Returns what a build of the application with this label or path would leave out; an empty key
+  // means the whole project. All options must have been published.
+  BuildGaps FindGaps(const std::string& application);
+  // Returns the number of tools that a build would run now. Expensive: the server checks every
+  // file.
+  int CountWork(const BuildRequest& request);
+  // Returns the outdated nodes, including reasons that only the host can find. `problem`, if given,
+  // receives the reason if the applications can't be built at all.
+  std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
+  // Returns why the tool for this output can't be run, such as a required option that is not set;
+  // an empty string if it can.
+  std::string FindCommandProblem(const std::string& application, const std::string& output);
+  // Returns the applications, each with its tool's summary of the output; empty if there is none.
+  std::vector<ApplicationSummary> GetSummaries();
+  // Returns a program that a tool needs and that is not installed; an empty string if none is
+  // missing.
+  std::string FindMissingProgram(const std::vector<ApplicationStatus>& status);
+  // Returns the errors in option and tool definition files, one per line; empty if there are none.
+  std::vector<std::string> GetDefinitionErrors();
+
+ protected:
+  FileSystem& files;
+  HostFolders folders;
+
+  // Members are released in reverse order: the manager uses the tools until it is destroyed.
+  ToolManagerDriver tools;
+  ProjectManagerDriver manager;
+  InspectorDriver inspector;
+  OptionsDriver options;
+
+ private:
+  Status AttachComponents(WindowHandle host);
+  std::size_t CountInputs(const BuildRequest& request);
+};
+
+}  // namespace tarn::host

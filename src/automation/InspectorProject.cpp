@@ -1,0 +1,186 @@
+// Files of the project: contents, changes, damage, locks, saving, and trust.
+
+#include <string_view>
+#include <vector>
+
+#include "automation/ProjectInspector.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+std::string DamageText(const std::vector<FileDamage>& damage) {
+  CXmlNode list;
+  list.SetName("Damage");
+  for (const FileDamage& each : damage) {
+    CXmlNode& place = *list.AddChild("Place");
+    place.AddAttr("File", each.file);
+    place.AddAttr("Line", std::to_string(each.line));
+    place.AddAttr("Text", each.what);
+    if (each.isUnread) place.AddAttr("Unread", "Yes");
+  }
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+}  // namespace
+
+std::int32_t CProjectInspector::GetChangeCount() {
+  const CProjectModel* model = Model();
+  return model == nullptr ? 0 : static_cast<std::int32_t>(model->State().changeCount & 0x7FFFFFFF);
+}
+
+std::string CProjectInspector::GetDamage() {
+  const CProjectModel* model = Model();
+  return model == nullptr ? std::string() : DamageText(model->Protection().GetDamage());
+}
+
+std::string CProjectInspector::GetFailedDamage() {
+  const CProjectModel* model = Model();
+  return model == nullptr ? std::string() : DamageText(model->Protection().GetFailedDamage());
+}
+
+std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Protection().SetDamageProtection(protect != 0);
+  return 1;
+}
+
+std::string CProjectInspector::TryLockProject(const char* path) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return "no project manager";
+  const bool isTaken = model->Protection().TryTakeEdits(TextOf(path));
+  const std::string problem = model->Protection().GetEditProblem();
+  if (!problem.empty()) model->Host().SendHost(kMsgLogLine, problem, 0);
+  if (isTaken) return {};
+  return problem.empty() ? model->Protection().GetEditor() : problem;
+}
+
+std::int32_t CProjectInspector::UnlockProject() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Protection().ReleaseEdits();
+  return 1;
+}
+
+std::string CProjectInspector::GetSaveReport() {
+  const CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  CXmlNode list;
+  list.SetName("Save");
+  for (const SavedFile& each : model->Saver().GetSavedFiles()) each.AddTo(list);
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+std::int32_t CProjectInspector::SaveAllOrNone(std::int32_t wanted) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Saver().SaveAllOrNone(wanted != 0);
+  return 1;
+}
+
+std::int32_t CProjectInspector::OpenForReading(std::int32_t wanted) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Loader().OpenForReading(wanted != 0);
+  return 1;
+}
+
+std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Protection().AllowOutside(allow != 0);
+  return 1;
+}
+
+std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  std::vector<std::string> list;
+  const std::string lines = TextOf(folders);
+  for (const std::string_view each : Split(lines, '\n')) {
+    if (!each.empty()) list.emplace_back(each);
+  }
+  model->Protection().GetTrust().LimitTo(std::move(list));
+  return 1;
+}
+
+std::int32_t CProjectInspector::SetStateFolder(const char* folders) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Services().stateFolder = TextOf(folders);
+  return 1;
+}
+
+std::string CProjectInspector::TakeRefusedWishes() {
+  CProjectModel* model = Model();
+  std::string lines;
+  if (model == nullptr) return lines;
+  for (const TrustRequest& each : model->Protection().GetTrust().TakeRefused()) {
+    lines += ToLine(each) + "\n";
+  }
+  return lines;
+}
+
+std::string CProjectInspector::CheckScript(const char* path) {
+  auto* object = static_cast<CProjectManager*>(manager.Get());
+  return Model() == nullptr ? std::string() : object->GetFileCalls()->CheckScript(TextOf(path));
+}
+
+std::string CProjectInspector::GetFileTexts() {
+  CProjectModel* model = Model();
+  if (model == nullptr || model->IsDefaultProject()) return {};
+  return JoinFileTexts(model->Saver().MakeFileTexts());
+}
+
+std::string CProjectInspector::ApplyChange(const char* before, const char* after) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return "no project manager";
+  const auto from = SplitFileTexts(TextOf(before));
+  const auto to = SplitFileTexts(TextOf(after));
+  if (!from || !to) return "the description of the change is damaged";
+  std::string lines;
+  for (const std::string& each : model->Lifecycle().ApplyChange(*from, *to)) {
+    lines += (lines.empty() ? "" : "\n") + each;
+  }
+  return lines;
+}
+
+std::string CProjectInspector::GetBaseTexts() {
+  const CProjectModel* model = Model();
+  if (model == nullptr || model->IsDefaultProject()) return {};
+  return JoinFileTexts(model->Protection().GetBaseTexts());
+}
+
+std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* bases) {
+  CProjectModel* model = Model();
+  const auto changed = SplitFileTexts(TextOf(texts));
+  const auto former = SplitFileTexts(TextOf(bases));
+  if (model == nullptr || !changed || !former) return 0;
+  model->Lifecycle().StageFiles(*changed, *former);
+  return 1;
+}
+
+std::int32_t CProjectInspector::SetNewProjectFolder(const char* folder) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  const std::string wanted = ToNativeSeparators(TextOf(folder));
+  if (!wanted.empty()) model->Services().examplesFolder = AddSeparator(wanted);
+  return 1;
+}
+
+std::int32_t CProjectInspector::IsModified() {
+  const CProjectModel* model = Model();
+  return model != nullptr && !model->IsDefaultProject() && model->State().HasUnsaved() ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::DropChanges() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->State().DropChanges();
+  return 1;
+}
+
+}  // namespace tarn

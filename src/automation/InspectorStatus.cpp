@@ -1,0 +1,242 @@
+// What a build would do: nodes that are out of date, inputs and outputs of tools.
+
+#include <vector>
+
+#include "automation/ApplicationSearch.h"
+#include "automation/BuildGaps.h"
+#include "automation/ProjectInspector.h"
+#include "builder/ApplicationOrder.h"
+#include "builder/LinkFiles.h"
+#include "builder/OutputIndex.h"
+#include "builder/Staleness.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+const char* NameOf(StaleReason reason) {
+  switch (reason) {
+    case StaleReason::None:
+      return "";
+    case StaleReason::NoOutputName:
+      return "no-output-name";
+    case StaleReason::OutputMissing:
+      return "output-missing";
+    case StaleReason::NeverBuilt:
+      return "never-built";
+    case StaleReason::OutputChanged:
+      return "output-changed";
+    case StaleReason::PartMissing:
+      return "part-missing";
+    case StaleReason::PartNewer:
+      return "part-newer";
+    case StaleReason::SourceMissing:
+      return "source-missing";
+    case StaleReason::SourceNewer:
+      return "source-newer";
+    case StaleReason::SourceRenamed:
+      return "source-renamed";
+    case StaleReason::DependencyMissing:
+      return "dependency-missing";
+    case StaleReason::DependencyNewer:
+      return "dependency-newer";
+    case StaleReason::CommandChanged:
+      return "command-changed";
+    case StaleReason::RunFailed:
+      return "run-failed";
+    case StaleReason::SourceChanged:
+      return "source-changed";
+    case StaleReason::DependencyChanged:
+      return "dependency-changed";
+    case StaleReason::ProgramChanged:
+      return "program-changed";
+    case StaleReason::ChangedDuringRun:
+      return "changed-during-run";
+    case StaleReason::Shadowed:
+      return "shadowed";
+    case StaleReason::UnknownTest:
+      return "unknown-test";
+  }
+  return "";
+}
+
+void CopyAttribute(const CXmlNode& from, const char* name, CXmlNode& to, const char* as) {
+  to.AddAttr(as, TextOf(from.GetAttrValue(name)));
+}
+
+// Visits the nodes below an application that take part in its build, in build order.
+template <class OnNode>
+void ForEachBuiltNode(const NodeTypes& types, const std::unordered_set<const CXmlNode*>& repeated,
+                      CXmlNode& node, const OnNode& onNode) {
+  const bool isBuildable = (types.FlagsOf(node) & kTypeBuild) != 0 && !repeated.contains(&node);
+  if (!isBuildable || IsExactlyYes(node, "Exclude")) return;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child)) ForEachBuiltNode(types, repeated, child, onNode);
+  }
+  const char* tool = node.GetAttrValue("TranslateTool");
+  if (tool != nullptr && *tool != '\0') onNode(node);
+}
+
+template <class OnNode>
+void ForEachBuiltNode(Builder& builder, CXmlNode& application, const OnNode& onNode) {
+  ForEachBuiltNode(builder.GetModel().Types(), builder.Information().FindRepeatedNodes(application),
+                   application, onNode);
+}
+
+// Adds rows for build gaps: those of the application itself, or those below it.
+void AddGaps(const NodeTypes& types, const CXmlNode& application, bool isItself, CXmlNode& entry) {
+  FindBuildGaps(types, application, [&](const BuildGap& gap) {
+    if ((&gap.node == &application) != isItself) return;
+    CXmlNode& row = *entry.AddChild("Node");
+    CopyAttribute(gap.node, "Header", row, "Header");
+    CopyAttribute(gap.node, "Path", row, "Path");
+    CopyAttribute(gap.node, "OutputFile", row, "OutputFile");
+    row.AddAttr("Reason", gap.reason);
+  });
+}
+
+// Considers only applications whose status has been determined.
+bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
+  for (const CXmlNode* entry : status.GetChildren()) {
+    if (TextOf(entry->GetAttrValue("Path")) != TextOf(application.GetAttrValue("Path"))) continue;
+    if (entry->FindChild("Node") != nullptr) return true;
+  }
+  return false;
+}
+
+// Adds the reason of an outdated node. A file that can't be examined only seems to be missing.
+void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
+  const Result<bool> exists =
+      verdict.file.empty() ? Result<bool>(true) : files.CheckExists(verdict.file);
+  row.AddAttr("Reason", exists ? NameOf(verdict.reason) : "unreadable");
+  row.AddAttr("File", verdict.file);
+  if (!exists) row.AddAttr("Detail", exists.GetError().text);
+}
+
+// Adds the status of an application. The applications that it uses are listed by label, in build
+// order.
+void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& application,
+               CXmlNode& status) {
+  CProjectModel& model = builder.GetModel();
+  CXmlNode& entry = *status.AddChild("Application");
+  CopyAttribute(application, "Header", entry, "Header");
+  CopyAttribute(application, "Path", entry, "Path");
+  const char* config = application.GetAttrValue("Config");
+  entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
+  if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
+  AddGaps(model.Types(), application, false, entry);
+  bool partsAreStale = false;
+  for (const CXmlNode* used : order.GetUsed(application)) {
+    CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
+    partsAreStale = partsAreStale || HasStaleNodes(status, *used);
+  }
+  ForEachBuiltNode(builder, application, [&](CXmlNode& node) {
+    const StaleVerdict verdict = builder.ExamineNode(node);
+    const bool waitsForParts = !verdict && &node == &application && partsAreStale;
+    if (!verdict && !waitsForParts) return;
+    partsAreStale = true;
+    CXmlNode& row = *entry.AddChild("Node");
+    CopyAttribute(node, "Header", row, "Header");
+    CopyAttribute(node, "Path", row, "Path");
+    CopyAttribute(node, "OutputFile", row, "OutputFile");
+    CopyAttribute(node, "TranslateTool", row, "Tool");
+    if (verdict) {
+      AddReason(model.GetFiles(), verdict, row);
+    } else {
+      row.AddAttr("Reason", "parts-stale");
+      row.AddAttr("File", "");
+    }
+  });
+  AddGaps(model.Types(), application, true, entry);
+}
+
+}  // namespace
+
+std::string CProjectInspector::GetStatus() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().ForgetFileTimes();
+  CXmlNode status;
+  status.SetName("Status");
+  const ApplicationOrder order(model->Types(), model->Services().toolManager,
+                               model->GetProjectRoot());
+  for (CXmlNode* application : order.GetAll())
+    AddStatus(*GetBuilder(), order, *application, status);
+  if (!order.GetProblem().empty()) status.AddAttr("Problem", order.GetProblem());
+  return status.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::GetBuildInputs() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  std::string lines;
+  ForEachApplication(*model, [&](CXmlNode& application) {
+    lines += "A " + TextOf(application.GetAttrValue("Path")) + "\n";
+    ForEachBuiltNode(*GetBuilder(), application, [&](CXmlNode& node) {
+      if (FindStoredValues(node) == nullptr) return;
+      lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
+    });
+  });
+  return lines;
+}
+
+std::string CProjectInspector::GetSharedOutputs(const char* application) {
+  CProjectModel* model = Model();
+  const std::string wanted = TextOf(application);
+  std::string lines;
+  if (model == nullptr) return lines;
+  const CXmlNode* const only = wanted.empty() ? nullptr : FindApplication(*model, wanted);
+  const auto isWanted = [&](const CXmlNode& node) { return wanted.empty() || &node == only; };
+  const auto add = [&](const SharedOutput& each) {
+    if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
+  };
+  std::vector<CXmlNode*> applications;
+  ForEachApplication(*model, [&](CXmlNode& node) {
+    applications.push_back(&node);
+    if (!isWanted(node)) return;
+    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) add(each);
+  });
+  if (applications.size() < 2) return lines;
+  FindOutputsOfSeveral(
+      applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
+        if (isWanted(first) || isWanted(second)) add(each);
+      });
+  return lines;
+}
+
+std::string CProjectInspector::GetToolInput(const char* application, const char* outputFile) {
+  CProjectModel* model = Model();
+  if (model == nullptr || application == nullptr || outputFile == nullptr) return {};
+  CXmlNode* const owner = FindApplication(*model, application);
+  const CXmlNode* node =
+      owner == nullptr ? nullptr : GetBuilder()->Information().FindNodeByOutput(*owner, outputFile);
+  const CXmlNode* values = node == nullptr ? nullptr : FindStoredValues(*node);
+  if (values == nullptr) return {};
+  std::string tool;
+  std::string files;
+  tarn::GetToolInput(model->Types(), *node, tool, files);
+  CXmlNode input;
+  input.SetName("Input");
+  input.AddAttr("Tool", tool);
+  input.AddAttr("Files", files);
+  input.AddCData(values->ValueText());
+  return input.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::TakeBuildNotices() {
+  CProjectModel* model = Model();
+  CXmlNode list;
+  list.SetName("Notices");
+  if (model == nullptr) return {};
+  for (const HostLink::BuildNotice& each : model->Host().TakeBuildNotices()) {
+    CXmlNode& notice = *list.AddChild("Notice");
+    notice.AddAttr("Kind", each.kind == LineKind::Error ? "error" : "warning");
+    notice.AddAttr("Text", each.text);
+  }
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+}  // namespace tarn

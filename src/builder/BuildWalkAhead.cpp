@@ -1,0 +1,85 @@
+// The part of a build walk that starts the tools of the nodes that follow.
+
+#include <algorithm>
+
+#include "builder/BuildWalk.h"
+#include "builder/LinkFiles.h"
+#include "builder/Staleness.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+// Number of nodes that are up to date and that one look ahead passes.
+constexpr std::size_t kMaxSkipped = 64;
+
+}  // namespace
+
+// Plans runs of the nodes that follow, if the tool of this one can be started early, too.
+void BuildWalk::LookAhead(Frame& frame, WalkRequest& request) {
+  if (!runsAhead.IsEnabled() || usesGivenTool || !runsAhead.Reach(*frame.node)) return;
+  const bool isLeaf = frame.children.empty();
+  if (request.own == nullptr && (!isLeaf || !isRecorded)) return;
+  std::size_t skipped = 0;
+  while (CXmlNode* const node = runsAhead.GetNext()) {
+    if (!IsStale(frame, *node)) {
+      runsAhead.Skip();
+      if (++skipped == kMaxSkipped) break;
+      continue;
+    }
+    std::shared_ptr<RunAhead> run = PlanEarly(*node);
+    if (run == nullptr) {
+      runsAhead.Block();
+      break;
+    }
+    request.early.push_back(run);
+    runsAhead.Add(std::move(run));
+  }
+  if (request.own != nullptr || request.early.empty()) return;
+  request.own = std::make_shared<RunAhead>(RunAhead{frame.node, request.tool, request.files,
+                                                    request.options, std::move(request.snapshot)});
+  request.early.insert(request.early.begin(), request.own);
+}
+
+// Returns true if the walk is going to run a tool when it reaches the node.
+bool BuildWalk::IsStale(const Frame& frame, CXmlNode& node) {
+  std::string tool, files;
+  if (!GetToolInput(model.Types(), node, tool, files)) return false;
+  if (frame.mode != ModeBuild) return true;
+  Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck());
+  staleness.IgnoreUnbuildable();
+  return !staleness.IsUpToDate(&node);
+}
+
+// Returns the run of a node's tool; null if it has to wait until the walk reaches the node.
+std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
+  const CXmlNode* const values = FindStoredValues(node);
+  const bool isLeaf = std::none_of(node.GetChildren().begin(), node.GetChildren().end(),
+                                   [](const CXmlNode* each) { return IsContentNode(*each); });
+  if (values == nullptr || !isLeaf) return nullptr;
+  WalkRequest request;
+  request.options = values->ValueText();
+  GetToolInput(model.Types(), node, request.tool, request.files);
+  if (!FindObstacle(node, request).text.empty()) return nullptr;
+  std::optional<RunSnapshot> snapshot =
+      BeginRun(node, request.tool, request.files, request.options);
+  if (!snapshot) return nullptr;
+  RemoveReadOnly(node, request.outputs);
+  return std::make_shared<RunAhead>(RunAhead{&node, std::move(request.tool),
+                                             std::move(request.files), std::move(request.options),
+                                             std::move(*snapshot)});
+}
+
+// Drops all early runs, for example after a failure: the walk does not reach their nodes, or needs
+// different runs.
+void BuildWalk::DropAhead(WalkRequest& request) {
+  request.own.reset();
+  runsAhead.Clear();
+  information.GetBuildRecords().AbandonRuns();
+  if (model.Services().toolManager == nullptr) return;
+  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
+  request.dropsEarly = true;
+}
+
+}  // namespace tarn

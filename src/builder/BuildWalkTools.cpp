@@ -1,0 +1,318 @@
+// The part of a build walk that deletes outputs and runs tools, with the checks before each run.
+
+#include <algorithm>
+
+#include "builder/BuildWalk.h"
+#include "builder/LinkFiles.h"
+#include "builder/SameFiles.h"
+#include "builder/TrustCheck.h"
+#include "output/MessageTable.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+// Returns the outputs named by the node's own options.
+std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
+  std::vector<NamedOutput> outputs;
+  for (const auto& [attribute, option] : {std::pair("OutputFile", "Build.OutputFile"),
+                                          std::pair("ListingFile", "Build.ListingFile")}) {
+    const std::string path = TextOf(node.GetAttrValue(attribute));
+    if (!path.empty()) outputs.push_back({path, option});
+  }
+  return outputs;
+}
+
+// Returns the headers that the node's last run has read.
+std::vector<std::string> HeadersOf(const CXmlNode& node) {
+  std::vector<std::string> headers;
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->NameView() != "Dependencies") continue;
+    for (const CXmlNode* each : child->GetChildren()) {
+      headers.push_back(TextOf(each->GetAttrValue("Header")));
+    }
+  }
+  return headers;
+}
+
+}  // namespace
+
+bool BuildWalk::Clean(CXmlNode& node) {
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    builder.NoteChosenByWalk(node);
+    model.SetCurrentNode(&node);
+    if (LostTree()) return false;
+  }
+  bool result = true;
+  bool isLeft = false;  // the next clean may be able to delete it
+  std::vector<NamedOutput> made = OutputsOf(node);
+  for (NamedOutput& each : made) each.path = model.GetFiles().NameOnDisk(each.path);
+  // Hosts without a journal only clean the files that nodes name.
+  if (information.GetBuildRecords().HasJournal()) {
+    for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
+  }
+  for (const NamedOutput& named : made) {
+    const std::string& path = named.path;
+    if (!model.GetFiles().Exists(path)) continue;
+    // A file whose name differs in letter case is not the tool's output.
+    const std::optional<FileStatus> status = model.GetFiles().Examine(path);
+    if (status && status->otherSpelling) continue;
+    if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
+      if (model.Protection().GetTrust().RefusesWrite(path)) {
+        ProjectTrust& trust = model.Protection().GetTrust();
+        trust.Refuse(trust.RequestFor(TrustRequestKind::Delete, path));
+        isLeft = true;
+      }
+      model.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
+      if (LostTree()) return false;
+      continue;
+    }
+    const Status removed = guard.Remove(node, path);
+    information.GetFileTimes().Forget();
+    if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
+    result = false;
+    isLeft = true;
+    model.Host().AddBuildNotice(LineKind::Error,
+                                path + " can't be deleted: " + removed.GetError().text);
+    if (LostTree()) return false;
+  }
+  if (information.GetWalkApplication() != nullptr && !isLeft) {
+    information.GetBuildRecords().Drop(
+        node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")),
+        TextOf(node.GetAttrValue("OutputFile")));
+  }
+  return result;
+}
+
+// Returns the files that the run writes, with those that the node names.
+std::vector<NamedOutput> BuildWalk::FindOutputs(const CXmlNode& node,
+                                                const std::string& access) const {
+  // The tool manager spells its paths as on disk. Looking up another spelling of a file that does
+  // not exist yet costs a scan of its folder.
+  std::vector<NamedOutput> made = FindWritten(access);
+  for (NamedOutput& named : OutputsOf(node)) {
+    const bool isKnown = std::any_of(made.begin(), made.end(), [&](const NamedOutput& each) {
+      return each.isCertain && each.path == named.path;
+    });
+    if (isKnown) continue;
+    named.path = model.GetFiles().NameOnDisk(named.path);
+    made.push_back(std::move(named));
+  }
+  return made;
+}
+
+// Returns why the tool would overwrite a file that is not a product of this project; an empty
+// string if it doesn't.
+std::string BuildWalk::FindKept(const CXmlNode& node, const std::vector<NamedOutput>& outputs) {
+  for (const NamedOutput& each : outputs) {
+    std::string why = each.isCertain ? guard.WhyKept(node, each) : guard.WhyOwn(each);
+    if (!why.empty()) return why;
+  }
+  return {};
+}
+
+// Removes read-only outputs of earlier runs. The tool manager has no records of these and does not
+// touch read-only files.
+void BuildWalk::RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs) {
+  for (const NamedOutput& each : outputs) {
+    const bool isInTheWay = each.isCertain && model.GetFiles().ExamineExactly(each.path) &&
+                            model.GetFiles().IsReadOnly(each.path);
+    if (isInTheWay) (void)guard.Remove(node, each.path);
+  }
+}
+
+// Returns the files that the node's tool is given: the source, or the parts of an application.
+std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
+  std::vector<std::string> sources;
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.Types(), &node, true, &node,
+                    [&](const char* part) { sources.emplace_back(part); });
+  } else {
+    sources.push_back(TextOf(node.GetAttrValue("Path")));
+  }
+  return sources;
+}
+
+// Returns why a file can't be read, such as a pipe or a device: a tool would wait for a program
+// that writes to it, possibly forever.
+std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) const {
+  for (const std::string& path : paths) {
+    if (model.GetFiles().Examine(path)) continue;
+    const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
+    if (text || text.GetError().code != ErrorCode::NotAFile) continue;
+    return path + " can't be read: " + text.GetError().text;
+  }
+  return {};
+}
+
+// A linker that is given a file twice reports duplicate definitions without naming the cause.
+void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
+  if ((model.Types().FlagsOf(node) & kTypeApplication) == 0) return;
+  for (const auto& [first, second] : FindSameFiles(model.GetFiles(), node)) {
+    model.Host().AddBuildNotice(
+        LineKind::Warning, first + " and " + second + " are the same file, which is built twice");
+    if (LostTree()) return;
+  }
+}
+
+BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& request) {
+  const auto isUnusable = [this](const std::vector<std::string>& paths, std::string& why) {
+    why = FindUnusableInput(paths);
+    return !why.empty();
+  };
+  std::string why;
+  if (isUnusable(SourcesOf(node), why)) return {why, std::nullopt};
+  request.access =
+      model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
+  if (isUnusable(FindRead(request.access), why) || isUnusable(HeadersOf(node), why)) {
+    return {why, std::nullopt};
+  }
+  const ProjectTrust& trust = model.Protection().GetTrust();
+  if (trust.IsWithheld()) {
+    const auto wish = FindUntrusted(trust, request.tool, request.access);
+    if (wish) {
+      return {"the project wants to " + Describe(*wish) + ", and its folder is not trusted", wish};
+    }
+  }
+  if (usesGivenTool) return {};
+  request.outputs = FindOutputs(node, request.access);
+  return {FindKept(node, request.outputs), std::nullopt};
+}
+
+bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
+  CXmlNode& node = *frame.node;
+  if (model.Services().toolManager == nullptr) return Return(false, false);
+  const CXmlNode* values = FindStoredValues(node);
+  if (values == nullptr) values = model.Publishing().LoadNodeOptions(&node, true);
+  if (LostTree()) return true;
+  if (values == nullptr) return Return(false, false);
+  request.options = values->ValueText();
+
+  const bool hasTool = GetToolInput(model.Types(), node, request.tool, request.files);
+  if (usesGivenTool) {
+    request.tool = givenTool;
+  } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
+    return Return(true, false);
+  }
+  request.own = runsAhead.Take(node);
+  const bool isAhead = request.own != nullptr && request.own->tool == request.tool &&
+                       request.own->files == request.files &&
+                       request.own->options == request.options;
+  if (request.own != nullptr && !isAhead) DropAhead(request);
+  if (!isAhead) {
+    const Obstacle obstacle = FindObstacle(node, request);
+    if (!obstacle.text.empty()) {
+      if (obstacle.wish) model.Protection().GetTrust().Refuse(*obstacle.wish);
+      model.Host().AddBuildNotice(LineKind::Error, obstacle.text + "; the tool is not run");
+      return LostTree() || Return(false, false);
+    }
+  }
+  if (!usesGivenTool) {
+    RemoveReadOnly(node, request.outputs);
+    WarnOfSameFiles(node);
+    if (LostTree()) return true;
+    model.Services().output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
+    if (LostTree()) return true;
+    folderBefore = model.GetFiles().CurrentFolder();
+    model.GetFiles().SetCurrentFolder(state.projectFolder);
+  }
+  const std::string& logFile = model.Services().output->GetLogFile();
+  if (!logFile.empty()) {
+    messageFile = logFile + "t.xml";
+    request.messageFile = messageFile;
+    (void)model.GetFiles().RemoveScratchFile(messageFile);
+  }
+  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
+  isRecorded = isAhead;
+  if (!isAhead) BeginOwnRun(node, request);
+  LookAhead(frame, request);
+  request.kind = WalkRequest::Kind::RunTool;
+  frame.stage = Stage::Tool;
+  return false;
+}
+
+// Only runs of the node's own tool are recorded as producing its output.
+std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const std::string& tool,
+                                               const std::string& files,
+                                               const std::string& options) {
+  const std::string output = TextOf(node.GetAttrValue("OutputFile"));
+  if (output.empty() || tool != TextOf(node.GetAttrValue("TranslateTool")) ||
+      information.GetWalkApplication() == nullptr) {
+    return std::nullopt;
+  }
+  return information.GetBuildRecords().BeginRun(
+      node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, SourcesOf(node),
+      information.GetToolCommands().SignatureOf(tool, files, options));
+}
+
+void BuildWalk::BeginOwnRun(const CXmlNode& node, WalkRequest& request) {
+  std::optional<RunSnapshot> snapshot =
+      BeginRun(node, request.tool, request.files, request.options);
+  isRecorded = snapshot.has_value();
+  request.snapshot = snapshot ? std::move(*snapshot) : RunSnapshot();
+}
+
+void DropEarlyRuns(WalkRequest& request) {
+  if (!request.dropsEarly) return;
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  tools.DropTools();
+}
+
+bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
+  DropEarlyRuns(request);
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  for (const std::shared_ptr<RunAhead>& run : request.early) {
+    run->snapshot.TakeBefore(files);
+    run->isStarted = tools.PrepareTool(run->tool, run->files, run->options) != 0;
+    if (!run->isStarted) break;
+  }
+  const bool isAhead = request.own != nullptr;
+  if (isAhead) request.snapshot = std::move(request.own->snapshot);
+  const bool isGood = isAhead && request.own->isStarted &&
+                      tools.AwaitTool(request.tool, request.files, request.options) != 0;
+  if (!isGood) request.snapshot.TakeBefore(files);
+  const bool isDone =
+      tools.RunTool(request.tool, request.files, request.options,
+                    request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
+  request.snapshot.TakeAfter(files);
+  return isDone;
+}
+
+void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
+  runsAhead.RemoveUnstarted();
+  toolSucceeded = success;
+  runSnapshot = std::move(snapshot);
+}
+
+void BuildWalk::FinishTool(Frame& frame) {
+  nodesAhead = 1;
+  if (isRecorded)
+    information.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+  if (toolSucceeded) {
+    const bool isApplication = (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
+    if (order && isApplication) built.push_back(frame.node);
+    model.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+  }
+  LeaveTool();
+  if (!LostTree()) Return(toolSucceeded, false);
+}
+
+// Cleanup after a tool run, even if the tree was freed.
+void BuildWalk::LeaveTool() {
+  information.GetFileTimes().Forget();  // the tool may have written any file
+  if (!messageFile.empty()) {
+    model.Services().output->MergeToolFile(messageFile);
+    (void)model.GetFiles().RemoveScratchFile(messageFile);
+  }
+  messageFile.clear();
+  if (!folderBefore.empty()) model.GetFiles().SetCurrentFolder(folderBefore);
+  folderBefore.clear();
+  model.Services().output->SaveLog();
+  model.Services().output->UpdateReport();
+}
+
+}  // namespace tarn
