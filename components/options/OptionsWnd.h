@@ -32,7 +32,7 @@ class OptionsWnd : public CWnd {
 
   CReportControl& GetReport() { return *report; }
   // Returns the text below the report: help, or the reason why a value was rejected.
-  const std::string& GetNote() const { return note.GetWindowText(); }
+  const std::string& GetNote() const { return note.GetControlText(); }
 
  protected:
   bool OnCreate() override;

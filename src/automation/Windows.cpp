@@ -22,11 +22,11 @@ std::int32_t HandleOf(const CWnd* window) {
 
 void CProjectManager::CreateOutputViews() {
   logView = std::make_unique<COutputEdit>(platform.files, mainframeHandle);
-  logView->SetWindowText(output->GetViewTitle());
+  logView->SetControlText(output->GetViewTitle());
   logView->Create(kStylePopup, {}, nullptr, 0);
   reportView = std::make_unique<COutputReportWnd>(platform.files, mainframeHandle);
   reportView->SetDefinition(*MakeOutputDefinition(output->GetConfigFolder()));
-  reportView->SetWindowText(output->GetViewTitle());
+  reportView->SetControlText(output->GetViewTitle());
   reportView->Create(kStylePopup, {}, nullptr, 0);
   output->SetViews(logView.get(), reportView.get());
 }

@@ -126,7 +126,7 @@ void CWnd::EnableWindow(bool enable) {
   if (peer) peer->OnEnabled();
 }
 
-void CWnd::SetWindowText(const std::string& newText) {
+void CWnd::SetControlText(const std::string& newText) {
   if (newText == windowText) return;
   windowText = newText;
   if (peer) peer->OnTextChanged();

@@ -48,7 +48,7 @@ std::string_view CXmlAttr::ValueView() const {
 }
 
 void CXmlAttr::SetValue(XmlArg text) {
-  ReplaceText(value, text.View());
+  AssignText(value, text.View());
 }
 
 CXmlAttr* CXmlNode::GetAttr(XmlArg attrName) const {
@@ -199,7 +199,7 @@ void CXmlNode::SetName(XmlArg text) {
 }
 
 void CXmlNode::SetValue(XmlArg text) {
-  ReplaceText(value, text.View());
+  AssignText(value, text.View());
 }
 
 // --- Children ---

@@ -195,7 +195,7 @@ TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
 
 TEST_F(XmlTreeTest, WhatIsClosedStaysClosedWhenSiblingsChangePlaces) {
   tree.SelectNode(Node("H"));
-  tree.Expand(*tree.GetRootItem()->GetFirstChild(), false);
+  tree.Expand(*tree.GetRootItem()->GetFirstChildItem(), false);
   Press(kKeyUp, true);
   EXPECT_EQ(TreeText(tree), "P{H{c.c{D{d.h e.h}}} *G(a.c b.c)}");
 }
@@ -243,7 +243,7 @@ TEST_F(XmlTreeTest, HelpIsSpentByTheNextClickWhateverItHits) {
   EXPECT_FALSE(helpAt({40, At("a.c").y})) << "indent";
   for (const int x : {At("a.c").x, At("a.c").x - 10, 250}) {
     EXPECT_TRUE(helpAt({x, At("a.c").y})) << x;
-    EXPECT_EQ(tip.GetTitle() + ": " + tip.GetWindowText(), "a.c: About a");
+    EXPECT_EQ(tip.GetTitle() + ": " + tip.GetControlText(), "a.c: About a");
     EXPECT_EQ(tip.GetFrameStyle(), 6);
     clock.Advance(std::chrono::milliseconds(4999));
     EXPECT_TRUE(tip.IsVisible());
@@ -299,12 +299,12 @@ TEST_F(XmlTreeTest, ImagesHideAndShowWholeSubtrees) {
   EXPECT_EQ(mirror.Text(), TreeText(tree));
   EXPECT_EQ(tree.GetImageList()->GetCount(), 5);
   EXPECT_EQ(tree.GetRootItem()->GetImage(), 0);
-  EXPECT_EQ(tree.GetRootItem()->GetFirstChild()->GetSelectedImage(), 1);
+  EXPECT_EQ(tree.GetRootItem()->GetFirstChildItem()->GetSelectedImage(), 1);
 }
 
 TEST_F(XmlTreeTest, ViewStateIsWrittenIntoEveryShownNodeAndComesBack) {
   tree.SelectNode(Node("c.c"));
-  tree.Expand(*tree.GetRootItem()->GetFirstChild(), false);
+  tree.Expand(*tree.GetRootItem()->GetFirstChildItem(), false);
   tree.SaveViewState();
   EXPECT_EQ(tree.GetSelectedLabel(), "c.c");
   std::string states;
