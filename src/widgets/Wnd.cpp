@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/threads/PerThread.h"
 #include "widgets/HostMessages.h"
 #include "widgets/Toolkit.h"
 
@@ -20,8 +21,7 @@ struct ThreadWindows {
 };
 
 ThreadWindows& OfThread() {
-  thread_local ThreadWindows windows;
-  return windows;
+  return PerThread<ThreadWindows>::Get();
 }
 
 }  // namespace
