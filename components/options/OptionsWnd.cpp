@@ -4,6 +4,7 @@
 #include "components/values/ValuesText.h"
 #include "platform/text/Text.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::options {
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,7 +9,10 @@
 #include "widgets/ReportControl.h"
 #include "widgets/Static.h"
 #include "widgets/Wnd.h"
-#include "xml/XmlNode.h"
+
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::options {
 

@@ -7,6 +7,7 @@
 #include "platform/text/Text.h"
 #include "widgets/Dialogs.h"
 #include "widgets/Toolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -10,6 +10,7 @@
 #include "platform/text/Text.h"
 #include "support/ManualClock.h"
 #include "views/TreeOwner.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

@@ -11,6 +11,7 @@
 #include "components/tools/libdw/DebugEntry.h"
 #include "components/tools/libdw/DeclarationText.h"
 #include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::tools {
 
