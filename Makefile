@@ -38,6 +38,7 @@ check:
 	scripts/check-format
 	scripts/check-layers
 	scripts/check-headers
+	scripts/check-port
 	scripts/check-package
 	scripts/check-translations
 	cmake --preset debug

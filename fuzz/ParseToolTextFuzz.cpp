@@ -13,6 +13,7 @@
 #include "output/BuildOutput.h"
 #include "patterns/Parser.h"
 #include "support/MemoryFileSystem.h"
+#include "xml/XmlNode.h"
 
 namespace {
 

@@ -73,7 +73,7 @@ void Print(const char* step, Heart& heart) {
 }
 
 void Build(IdeWindow& window) {
-  window.Commands().Run(tarn::TARN_CMD_BUILD_ALL);
+  window.Commands().Run(TARN_CMD_BUILD_ALL);
   if (!window.Commands().IsBuilding()) throw std::runtime_error("the build doesn't start");
   RunUntil([&] { return !window.Commands().IsBuilding(); });
 }

@@ -21,6 +21,7 @@
 #include "widgets/RichTextCtrl.h"
 #include "widgets/qt/QtToolkit.h"
 #include "widgets/qt/WidgetPeer.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

@@ -12,6 +12,7 @@
 #include "bench/Ratios.h"
 #include "output/BuildOutput.h"
 #include "output/MessageTable.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

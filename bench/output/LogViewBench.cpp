@@ -9,6 +9,7 @@
 
 #include "bench/Ratios.h"
 #include "output/OutputEdit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

@@ -242,11 +242,11 @@ void Measure(const Project& project, bool withTools, Times& times) {
   times.report.push_back(host.Report() / count);
   for (int i = 0; i < kWalks; ++i) {
     const double floor = host.StatEachFile();
-    times.walkRatio.push_back(host.Run(tarn::TARN_CMD_BUILD_ALL) / floor);
+    times.walkRatio.push_back(host.Run(TARN_CMD_BUILD_ALL) / floor);
   }
   if (host.tools.seconds > 0) throw std::runtime_error("a tool ran");
   if (!withTools) return;
-  const double seconds = host.Run(tarn::TARN_CMD_REBUILD_ALL);
+  const double seconds = host.Run(TARN_CMD_REBUILD_ALL);
   times.tool.push_back((seconds - host.tools.seconds) / count);
 }
 

@@ -10,6 +10,7 @@
 
 #include "bench/Ratios.h"
 #include "views/XmlTreeCtrl.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

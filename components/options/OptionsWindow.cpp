@@ -68,7 +68,7 @@ std::int32_t PropertyManager::ShowOptions(std::int32_t) {
 std::int32_t PropertyManager::GetPropertyWindow() {
   if (!window) {
     window = std::make_unique<OptionsWnd>(*this, frame);
-    window->SetWindowText("Options");
+    window->SetControlText("Options");
     window->Create(kStylePopup, {}, nullptr, 0);
   }
   return window->GetHandle();

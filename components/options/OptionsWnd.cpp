@@ -4,6 +4,7 @@
 #include "components/values/ValuesText.h"
 #include "platform/text/Text.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::options {
 
@@ -156,7 +157,7 @@ void OptionsWnd::Refill() {
 
 void OptionsWnd::Rebuild(const CXmlNode& definitions) {
   report->RemoveAllRecords();
-  note.SetWindowText({});
+  note.SetControlText({});
   for (const CXmlNode* set : definitions.GetChildren()) {
     for (const CXmlNode* section : set->GetChildren()) {
       auto record = std::make_unique<CReportRecord>();
@@ -226,7 +227,7 @@ void OptionsWnd::OnEdited(int row) {
   if (problem.empty()) return SendCommand(record->command);
   item.SetOwnCaption(record->shown);
   report->Populate();
-  note.SetWindowText(problem);
+  note.SetControlText(problem);
 }
 
 void OptionsWnd::Reset(int row) {
@@ -237,7 +238,7 @@ void OptionsWnd::Reset(int row) {
   const char* const name = record->name.c_str();
   if (manager.GetOrigin(set, section, name) != "own") return;
   if (manager.ResetChangedProperty(set, section, name) != 0) return SendCommand(kResetCommand);
-  note.SetWindowText("Options can't be changed now.");
+  note.SetControlText("Options can't be changed now.");
 }
 
 std::intptr_t OptionsWnd::OnMessage(std::uint32_t message, std::intptr_t wParam, std::intptr_t) {
@@ -246,7 +247,7 @@ std::intptr_t OptionsWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
     OnEdited(notice->row);
   } else if (message == kMsgReportSelection) {
     const Record* const record = RecordAt(report->GetFocusedRow());
-    note.SetWindowText(record == nullptr ? std::string() : record->help);
+    note.SetControlText(record == nullptr ? std::string() : record->help);
   }
   return 0;
 }

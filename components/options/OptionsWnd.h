@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,7 +9,10 @@
 #include "widgets/ReportControl.h"
 #include "widgets/Static.h"
 #include "widgets/Wnd.h"
-#include "xml/XmlNode.h"
+
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::options {
 
@@ -32,7 +36,7 @@ class OptionsWnd : public CWnd {
 
   CReportControl& GetReport() { return *report; }
   // Returns the text below the report: help, or the reason why a value was rejected.
-  const std::string& GetNote() const { return note.GetWindowText(); }
+  const std::string& GetNote() const { return note.GetControlText(); }
 
  protected:
   bool OnCreate() override;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::tools {
 

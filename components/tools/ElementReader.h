@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "xml/XmlNode.h"
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::tools {
 

@@ -6,6 +6,7 @@
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::tools {
 

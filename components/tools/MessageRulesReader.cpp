@@ -1,5 +1,7 @@
 #include "components/tools/MessageRulesReader.h"
 
+#include "xml/XmlNode.h"
+
 namespace tarn::tools {
 
 std::shared_ptr<const MessageRules> MessageRulesReader::ReadList(const CXmlNode& node) {

@@ -1,4 +1,4 @@
-// Replaces DebugSymbols.cpp if the library for reading debug information is not available.
+// Replaces libdw/DebugSymbols.cpp if the library for reading debug information is not available.
 
 #include "components/tools/DebugSymbols.h"
 

@@ -37,7 +37,11 @@ std::string SpelledPath(FileSystem* disk, const std::string& path, bool* isExact
 std::string SpelledOutput(FileSystem* disk, const std::string& path, const std::string& folder,
                           const std::string& spelled) {
   const std::string prefix = AddSeparator(folder);
-  if (path.starts_with(prefix)) return AddSeparator(spelled) + path.substr(prefix.size());
+  if (path.starts_with(prefix)) {
+    const std::string rest = path.substr(prefix.size());
+    const bool isMapped = HasDrive(folder) && !HasDrive(spelled);
+    return AddSeparator(spelled) + (isMapped ? ToNativeSeparators(rest) : rest);
+  }
   return InSpelledFolder(disk, path);
 }
 

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -240,15 +241,6 @@ std::vector<std::string_view> Components(std::string_view path) {
   return parts;
 }
 
-bool HasRootFolder(std::string_view path) {
-  return !path.empty() &&
-         (path[0] == '/' || path[0] == '\\' || (path.size() > 1 && path[1] == ':'));
-}
-
-bool HasDriveLetter(std::string_view path) {
-  return path.size() > 1 && path[1] == ':';
-}
-
 std::string ResolveValue(const MacroSource& source, const FoundValue& value, std::string* error,
                          std::string* missing, bool isSplit) {
   std::string text;
@@ -289,10 +281,9 @@ std::string UniquePath(std::string_view path, std::string_view folder) {
   const std::vector<std::string_view> base = Components(folder);
   std::size_t common = 0;
   std::string text;
-  if (HasRootFolder(path)) {
-    const bool sameRoot =
-        HasRootFolder(folder) && HasDriveLetter(path) == HasDriveLetter(folder) &&
-        (!HasDriveLetter(path) || EqualNoCase(path.substr(0, 1), folder.substr(0, 1)));
+  if (!IsRelativePath(path)) {
+    const bool sameRoot = !IsRelativePath(folder) && HasDrive(path) == HasDrive(folder) &&
+                          (!HasDrive(path) || EqualNoCase(path.substr(0, 1), folder.substr(0, 1)));
     if (sameRoot) {
       while (common < base.size() && common + 1 < target.size() && base[common] == target[common]) {
         ++common;
@@ -308,7 +299,7 @@ std::string UniquePath(std::string_view path, std::string_view folder) {
     } else {
       if (target[i].starts_with("__")) text += '_';
       text += target[i];
-      if (i == 0 && HasDriveLetter(path)) text.pop_back();
+      if (i == 0 && HasDrive(path)) text.pop_back();
     }
     if (i + 1 < target.size()) text += '/';
   }

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/BuildReporter.h"
@@ -122,7 +120,7 @@ BuildRequest RequestOf(CommandContext& context, BuildWork work,
 
 int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
-  const Interrupts interrupts([&session] { session.RequestStop(); }, STDOUT_FILENO);
+  const Interrupts interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
   const Invocation& asked = context.Asked();

@@ -8,6 +8,7 @@
 #include "hosts/cli/ManPage.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/OptionTable.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

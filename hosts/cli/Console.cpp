@@ -1,12 +1,10 @@
 #include "hosts/cli/Console.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 
 #include "hosts/core/Printable.h"
+#include "hosts/core/Terminal.h"
 
 namespace tarn::host {
 
@@ -14,12 +12,6 @@ namespace {
 
 constexpr std::string_view kEraseLine = "\r\033[K";
 constexpr int kUsualWidth = 80;
-
-int TerminalWidth() {
-  winsize size{};
-  const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : kUsualWidth;
-}
 
 std::string_view Environment(const char* name) {
   const char* value = std::getenv(name);
@@ -60,10 +52,10 @@ std::string_view CutToWidth(std::string_view text, int columns) {
 
 ConsoleStyle ConsoleStyle::OfStandardOutput(bool noColor) {
   ConsoleStyle style;
-  const bool isTerminal = isatty(STDOUT_FILENO) == 1;
+  const bool isTerminal = IsOutputTerminal();
   style.redraws = isTerminal && Environment("TERM") != "dumb";
   style.color = style.redraws && !noColor && Environment("NO_COLOR").empty();
-  style.width = TerminalWidth;
+  style.width = [] { return TerminalWidth().value_or(kUsualWidth); };
   return style;
 }
 

@@ -5,6 +5,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Wildcards.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -7,6 +5,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/ShellText.h"
+#include "hosts/core/Terminal.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "widgets/Dialogs.h"
@@ -67,7 +66,7 @@ bool Import::AskOkCancel(const std::string& text, const std::string&) {
   if (context.Own<ImportOptions>().yes) return true;
   isDeclined = true;
   // Without a terminal there is no user to reply.
-  if (isatty(STDIN_FILENO) != 1) return false;
+  if (!IsInputTerminal()) return false;
   context.Out().ShowQuestion(Printable(text) + " [y/N]");
   std::string answer;
   std::getline(std::cin, answer);

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <chrono>
 #include <condition_variable>
 #include <ctime>
@@ -90,7 +88,7 @@ int FollowLog(CommandContext& context, const std::string& project) {
                    " has written a log yet; waiting for one.");
   }
   Pause pause;
-  const Interrupts interrupts([&pause] { pause.End(); }, STDOUT_FILENO);
+  const Interrupts interrupts([&pause] { pause.End(); }, WatchedOutput::Standard);
   const std::string closings[] = {MessageTextOf(context.Files(), kBuildSucceededRow),
                                   MessageTextOf(context.Files(), kBuildFailedRow)};
   const auto ends = [&closings](const LogEntry& entry) {

@@ -21,6 +21,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

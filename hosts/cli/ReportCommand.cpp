@@ -4,6 +4,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/core/ProjectFile.h"
 #include "xml/StrictText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

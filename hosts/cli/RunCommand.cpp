@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/BuildReporter.h"
@@ -85,7 +83,7 @@ int RunScript(CommandContext& context) {
     return kExitUsage;
   }
   BuildSession& session = context.Session();
-  const Interrupts interrupts([&session] { session.RequestStop(); }, STDOUT_FILENO);
+  const Interrupts interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   if (!session.Inspector().CheckScript(script).empty()) {
     context.ShowRefused();

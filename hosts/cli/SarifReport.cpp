@@ -8,6 +8,7 @@
 #include "platform/files/FileSystem.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "platform/time/CivilTime.h"
 
 namespace tarn::host {
 
@@ -107,12 +108,9 @@ class ResultList {
 };
 
 std::string UtcText(std::int64_t seconds) {
-  const auto time = static_cast<std::time_t>(seconds);
-  std::tm parts{};
+  const std::optional<std::tm> parts = ToUtcTime(seconds);
   char text[32] = "";
-  if (gmtime_r(&time, &parts) != nullptr) {
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
-  }
+  if (parts) std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &*parts);
   return text;
 }
 

@@ -1,34 +1,14 @@
-#include <fcntl.h>
-#include <unistd.h>
+#include <memory>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/core/Interrupts.h"
 #include "hosts/core/Jobs.h"
+#include "hosts/serve/ByteChannel.h"
 #include "hosts/serve/RpcServer.h"
 
 namespace tarn::host {
 
 namespace {
-
-// Moves one of the standard descriptors to a number that is not inherited by tools and not written
-// to by other code of this process; `replacement` takes its place. -1 on error.
-class Descriptor {
- public:
-  Descriptor(int standard, int replacement)
-      : descriptor(fcntl(standard, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
-    if (replacement >= 0) dup2(replacement, standard);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (descriptor >= 0) close(descriptor);
-  }
-
-  int Get() const { return descriptor; }
-
- private:
-  int descriptor;
-};
 
 int ExitCodeOf(ServerEnd end) {
   if (end == ServerEnd::Interrupted) return kExitInterrupted;
@@ -36,16 +16,13 @@ int ExitCodeOf(ServerEnd end) {
 }
 
 int RunServe(CommandContext& context) {
-  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
-  const Descriptor input(STDIN_FILENO, nothing);
-  const Descriptor output(STDOUT_FILENO, STDERR_FILENO);
-  if (nothing >= 0) close(nothing);
-  if (input.Get() < 0 || output.Get() < 0) {
+  const std::unique_ptr<ByteChannel> streams = TakeStandardStreams();
+  if (!streams) {
     context.Complain(
         "`tarn serve` communicates over standard input and output; one of them is closed.");
     return kExitUsage;
   }
-  RpcServer server(context.Files(), input.Get(), output.Get(), context.Asked().trust,
+  RpcServer server(context.Files(), *streams, context.Asked().trust,
                    ParseJobs(context.Asked().jobs));
   const Interrupts interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());

@@ -4,6 +4,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/core/LogEntry.h"
 #include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -5,11 +5,14 @@
 #include <exception>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/core/Interrupts.h"
 #include "hosts/core/LargePages.h"
+#include "hosts/core/Terminal.h"
 
 namespace {
 
@@ -27,7 +30,10 @@ int JudgeOutput(Console& console, int code) {
 }
 
 int Run(int argc, char** argv, Console& console) {
-  const auto parsed = tarn::host::ParseCommandLine(argc, argv);
+  const std::vector<std::string> words = tarn::host::ProgramArguments(argc, argv);
+  std::vector<const char*> arguments;
+  for (const std::string& word : words) arguments.push_back(word.c_str());
+  const auto parsed = tarn::host::ParseCommandLine(argc, arguments.data());
   if (!parsed.invocation) return parsed.exitCode;
   console.SetStyle(tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
   CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());

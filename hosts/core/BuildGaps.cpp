@@ -4,6 +4,7 @@
 
 #include "hosts/core/LogEntry.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -10,6 +10,7 @@
 
 #include "hosts/core/LogEntry.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

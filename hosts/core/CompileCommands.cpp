@@ -11,6 +11,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/process/Process.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -8,6 +8,7 @@
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ServerDrivers.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -10,19 +10,24 @@ namespace tarn::host {
 // its reader is gone or the file would become too large.
 void KeepRunningOnFailedWrites();
 
-// Signal handling with self-pipe: during the lifetime of the object, the first interrupt (Ctrl-C, a
-// request to terminate, a closed terminal) calls a function on a separate thread; the second one
-// ends the process immediately. At most one instance at a time.
+// Output whose reader may disappear.
+enum class WatchedOutput { None, Standard };
+
+// Handler for interrupts of the user (here: signals, with a self-pipe), supplied by the port.
+// During the lifetime of the object, the first interrupt (Ctrl-C, a request to terminate, a closed
+// terminal) calls a function on a separate thread; the second one ends the process immediately. At
+// most one instance at a time.
 class Interrupts {
  public:
   // Exit code of a process that was ended by the second interrupt.
   static constexpr int kExitCode = 130;
 
   // Throws std::system_error if no thread or descriptor is available.
-  explicit Interrupts(std::function<void()> onInterrupt) : Interrupts(std::move(onInterrupt), -1) {}
-  // Like the first constructor, but also treats a closed reading end of `output` (a pipe or socket)
-  // as an interrupt. Other kinds of files never trigger this.
-  Interrupts(std::function<void()> onInterrupt, int output);
+  explicit Interrupts(std::function<void()> onInterrupt)
+      : Interrupts(std::move(onInterrupt), WatchedOutput::None) {}
+  // Like the first constructor, but also treats a closed reading end of the output (a pipe or
+  // socket) as an interrupt. Other kinds of files never trigger this.
+  Interrupts(std::function<void()> onInterrupt, WatchedOutput watched);
   Interrupts(const Interrupts&) = delete;
   Interrupts& operator=(const Interrupts&) = delete;
   ~Interrupts();

@@ -5,6 +5,7 @@
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

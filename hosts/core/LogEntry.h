@@ -1,9 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "xml/XmlNode.h"
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::host {
 

@@ -3,6 +3,7 @@
 #include "hosts/core/HostFolders.h"
 #include "hosts/core/LogEntry.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -6,6 +6,7 @@
 #include "components/values/ValuesText.h"
 #include "hosts/core/LogEntry.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -8,6 +8,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlEntities.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

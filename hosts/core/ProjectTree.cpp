@@ -7,6 +7,7 @@
 #include "hosts/core/ServerDrivers.h"
 #include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
@@ -76,6 +77,8 @@ std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector) {
 }
 
 ProjectTree::ProjectTree(const std::string& xml) : root(ParseXml(xml)) {}
+
+ProjectTree::~ProjectTree() = default;
 
 std::vector<ApplicationEntry> ProjectTree::GetApplications() const {
   std::vector<ApplicationEntry> list;

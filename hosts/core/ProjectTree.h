@@ -7,7 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "xml/XmlNode.h"
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::host {
 
@@ -41,6 +43,9 @@ std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector);
 class ProjectTree {
  public:
   explicit ProjectTree(const std::string& xml);
+  ProjectTree(const ProjectTree&) = delete;
+  ProjectTree& operator=(const ProjectTree&) = delete;
+  ~ProjectTree();
 
   // Returns the root of the project; nullptr if no tree was returned.
   const CXmlNode* GetRoot() const { return root.get(); }

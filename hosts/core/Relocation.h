@@ -12,7 +12,10 @@
 #include "hosts/core/FileIndex.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/FileTexts.h"
-#include "xml/XmlNode.h"
+
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::host {
 

@@ -8,6 +8,7 @@
 #include "hosts/core/ProjectTree.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -1,6 +1,7 @@
 #include "hosts/core/ToolCommand.h"
 
 #include "hosts/core/LogEntry.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

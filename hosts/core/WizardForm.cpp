@@ -35,7 +35,8 @@ bool IsTarget(const CTreeItem& item) {
 // The catalogue is below a single root item.
 void CollectTargets(const CTreeItem& family, const std::string& path,
                     std::vector<Target>& targets) {
-  for (CTreeItem* item = family.GetFirstChild(); item != nullptr; item = item->GetNextSibling()) {
+  for (CTreeItem* item = family.GetFirstChildItem(); item != nullptr;
+       item = item->GetNextSiblingItem()) {
     const std::string own = path + item->GetText();
     if (IsTarget(*item)) targets.push_back({own, item});
     CollectTargets(*item, own + "/", targets);
@@ -78,8 +79,8 @@ WizardProposals WizardForm::Read() const {
     if (each.item == selected) proposals.target = each.path;
     proposals.targets.push_back(std::move(each.path));
   }
-  proposals.applicationName = page.FindControl<CEdit>(kName)->GetWindowText();
-  proposals.location = page.FindControl<CEdit>(kLocation)->GetWindowText();
+  proposals.applicationName = page.FindControl<CEdit>(kName)->GetControlText();
+  proposals.location = page.FindControl<CEdit>(kLocation)->GetControlText();
   proposals.createNewProject = page.FindControl<CButton>(kNewProject)->IsChecked();
   proposals.mayJoinProject = page.FindControl<CButton>(kIntoProject)->IsEnabled();
   proposals.launchTool = page.FindControl<CButton>(kLaunchTool)->IsChecked();

@@ -7,6 +7,7 @@
 #include "hosts/desktop/EditorTabs.h"
 #include "platform/text/Text.h"
 #include "widgets/qt/QtText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -11,6 +11,7 @@
 #include "hosts/desktop/CodeEditor.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

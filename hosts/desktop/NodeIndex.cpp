@@ -6,6 +6,7 @@
 #include "hosts/core/ProjectTree.h"
 #include "platform/paths/Paths.h"
 #include "widgets/qt/QtText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

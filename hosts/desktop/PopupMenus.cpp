@@ -3,8 +3,12 @@
 #include <QMenu>
 
 #include "hosts/core/LogEntry.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
+
+PopupMenus::PopupMenus() = default;
+PopupMenus::~PopupMenus() = default;
 
 void PopupMenus::Load(FileSystem& files, const std::string& configFile) {
   const Result<std::string> text = files.ReadWholeFile(configFile);

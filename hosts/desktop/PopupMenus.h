@@ -6,13 +6,21 @@
 
 #include "hosts/desktop/ServerMenus.h"
 #include "platform/files/FileSystem.h"
-#include "xml/XmlNode.h"
+
+namespace tarn {
+class CXmlNode;
+}
 
 namespace tarn::host {
 
 // The popup menus that the server requests by name, as defined in its configuration file.
 class PopupMenus {
  public:
+  PopupMenus();
+  PopupMenus(const PopupMenus&) = delete;
+  PopupMenus& operator=(const PopupMenus&) = delete;
+  ~PopupMenus();
+
   // Loads the definitions; there are no menus if the file can't be read.
   void Load(FileSystem& files, const std::string& configFile);
   bool Has(const std::string& name) const { return Find(name) != nullptr; }

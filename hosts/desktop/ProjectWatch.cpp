@@ -4,6 +4,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "widgets/qt/QtText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -14,6 +14,7 @@
 #include "hosts/core/ServerDrivers.h"
 #include "platform/paths/Paths.h"
 #include "widgets/qt/QtText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -14,6 +14,7 @@
 #include "hosts/core/ServerDrivers.h"
 #include "widgets/qt/QtText.h"
 #include "widgets/qt/WidgetPeer.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

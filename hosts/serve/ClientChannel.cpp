@@ -1,28 +1,18 @@
 #include "hosts/serve/ClientChannel.h"
 
-#include <fcntl.h>
-#include <limits.h>
-#include <poll.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <system_error>
 
 namespace tarn::host {
 
 namespace {
 
 // Interval at which a thread waiting for the client to read checks if waiting still makes sense.
-constexpr int kLookAround = 100;  // milliseconds
+constexpr std::chrono::milliseconds kLookAround{100};
 // How long a client that has closed its side may leave the output unread. Shutting down takes some
 // time as well, and must be done within two seconds.
-constexpr int kPatience = 1000;  // milliseconds
+constexpr std::chrono::milliseconds kPatience{1000};
 
 constexpr std::size_t kReadSize = 64 * 1024;
-constexpr char kWordQuit = 'q';
-constexpr char kWordGoOn = 'g';
 
 RpcMessage ToMessage(FrameProblem problem) {
   if (problem == FrameProblem::TooLong) {
@@ -40,30 +30,16 @@ RpcMessage ToMessage(FrameProblem problem) {
 
 }  // namespace
 
-ClientChannel::ClientChannel(int inputDescriptor, int outputDescriptor,
-                             std::shared_ptr<MessageLoop> hostLoop, EndHandler onEnd)
-    : input(inputDescriptor),
-      output(outputDescriptor),
-      loop(std::move(hostLoop)),
-      tellEnd(std::move(onEnd)) {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
-    throw std::system_error(errno, std::generic_category(), "no pipe");
-  }
-  wakeRead = ends[0];
-  wakeWrite = ends[1];
+ClientChannel::ClientChannel(ByteChannel& byteChannel, std::shared_ptr<MessageLoop> hostLoop,
+                             EndHandler onEnd)
+    : bytes(byteChannel), loop(std::move(hostLoop)), tellEnd(std::move(onEnd)) {
   reader = std::thread([this] { ReadLoop(); });
 }
 
 ClientChannel::~ClientChannel() {
-  WakeReader(kWordQuit);
+  closing = true;
+  bytes.Wake();
   reader.join();
-  close(wakeRead);
-  close(wakeWrite);
-}
-
-void ClientChannel::WakeReader(char word) {
-  [[maybe_unused]] const auto written = write(wakeWrite, &word, 1);
 }
 
 void ClientChannel::Abandon() {
@@ -104,21 +80,17 @@ std::optional<RpcMessage> ClientChannel::Take() {
     waitingSize -= messages.front().size;
     messages.pop_front();
   }
-  if (wasFull) WakeReader(kWordGoOn);
+  if (wasFull) bytes.Wake();
   return taken;
 }
 
 void ClientChannel::ReadLoop() {
   for (;;) {
     const bool reads = !inputEnded && !IsFull();
-    pollfd watched[] = {{wakeRead, POLLIN, 0}, {reads ? input : -1, POLLIN, 0}, {output, 0, 0}};
-    if (poll(watched, std::size(watched), -1) < 0 && errno != EINTR) return;
-    if (watched[0].revents != 0) {
-      char word = 0;
-      if (read(wakeRead, &word, 1) == 1 && word == kWordQuit) return;
-    }
-    if ((watched[2].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) return Abandon();
-    if (watched[1].revents == 0 || ReadSome()) continue;
+    const ByteChannel::Events events = bytes.Wait(reads);
+    if (closing) return;
+    if (events.isBroken) return Abandon();
+    if (!events.hasInput || ReadSome()) continue;
     inputEnded = true;
     if (!exitSeen) tellEnd();
     loop->Wake();
@@ -126,11 +98,11 @@ void ClientChannel::ReadLoop() {
 }
 
 bool ClientChannel::ReadSome() {
-  char bytes[kReadSize];
-  const ssize_t count = read(input, bytes, sizeof bytes);
-  if (count < 0) return errno == EINTR || errno == EAGAIN;
-  if (count == 0) return false;
-  frames.Feed({bytes, static_cast<std::size_t>(count)});
+  char chunk[kReadSize];
+  const std::optional<std::size_t> count = bytes.Read(chunk, sizeof chunk);
+  if (!count) return true;
+  if (*count == 0) return false;
+  frames.Feed({chunk, *count});
   while (const std::optional<Frame> frame = frames.Next()) TakeFrame(*frame);
   return true;
 }
@@ -178,13 +150,11 @@ void ClientChannel::Enqueue(RpcMessage message, std::size_t size) {
 
 // Called before each chunk that is written without blocking.
 bool ClientChannel::WaitToWrite() {
-  int waited = 0;
+  std::chrono::milliseconds waited{0};
   while (!gone && waited < kPatience) {
-    pollfd watched{output, POLLOUT, 0};
-    const int ready = poll(&watched, 1, kLookAround);
-    if (ready < 0 && errno != EINTR) break;
-    if (ready > 0 && (watched.revents & POLLOUT) != 0) return true;
-    if (ready > 0) break;
+    const ByteChannel::WriteState state = bytes.WaitToWrite(kLookAround);
+    if (state == ByteChannel::WriteState::Ready) return true;
+    if (state == ByteChannel::WriteState::Broken) break;
     if (inputEnded) waited += kLookAround;
   }
   gone = true;
@@ -192,13 +162,12 @@ bool ClientChannel::WaitToWrite() {
 }
 
 void ClientChannel::Send(const nlohmann::json& document) {
-  const std::string bytes = ToFrame(document);
-  std::string_view left = bytes;
+  const std::string frame = ToFrame(document);
+  std::string_view left = frame;
   while (!left.empty() && WaitToWrite()) {
-    const ssize_t count = write(output, left.data(), std::min<std::size_t>(left.size(), PIPE_BUF));
-    if (count >= 0) {
-      left.remove_prefix(static_cast<std::size_t>(count));
-    } else if (errno != EINTR && errno != EAGAIN) {
+    if (const std::optional<std::size_t> count = bytes.Write(left)) {
+      left.remove_prefix(*count);
+    } else {
       gone = true;
     }
   }

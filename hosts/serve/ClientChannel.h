@@ -11,13 +11,14 @@
 #include <string_view>
 #include <thread>
 
+#include "hosts/serve/ByteChannel.h"
 #include "hosts/serve/FrameReader.h"
 #include "hosts/serve/RpcMessage.h"
 #include "widgets/MessageLoop.h"
 
 namespace tarn::host {
 
-// Connection to the client over two descriptors.
+// Connection to the client.
 //
 // A separate thread reads, so that a disconnect is detected no matter what the main thread is
 // doing, and so that a client that writes a lot before it reads can't cause a deadlock. The reader
@@ -29,10 +30,9 @@ class ClientChannel {
   // Notification from the reader thread; called on that thread.
   using EndHandler = std::function<void()>;
 
-  // The descriptors are borrowed. `onEnd` is called when the input has ended without an exit
+  // `byteChannel` is borrowed. `onEnd` is called when the input has ended without an exit
   // request, or when the other end of the output was closed; it may be called twice.
-  ClientChannel(int inputDescriptor, int outputDescriptor, std::shared_ptr<MessageLoop> hostLoop,
-                EndHandler onEnd);
+  ClientChannel(ByteChannel& byteChannel, std::shared_ptr<MessageLoop> hostLoop, EndHandler onEnd);
   ClientChannel(const ClientChannel&) = delete;
   ClientChannel& operator=(const ClientChannel&) = delete;
   ~ClientChannel();
@@ -67,7 +67,6 @@ class ClientChannel {
   void TakeFrame(const Frame& frame);
   void TakeAnswer(RpcAnswer answer);
   void Enqueue(RpcMessage message, std::size_t size);
-  void WakeReader(char word);
   bool IsFull() const;
   bool WaitToWrite();
 
@@ -76,12 +75,9 @@ class ClientChannel {
     std::size_t size = 0;  // of its frame
   };
 
-  const int input;
-  const int output;
+  ByteChannel& bytes;
   const std::shared_ptr<MessageLoop> loop;
   const EndHandler tellEnd;
-  int wakeRead = -1;
-  int wakeWrite = -1;
 
   mutable std::mutex lock;
   std::deque<Waiting> messages;
@@ -90,6 +86,7 @@ class ClientChannel {
 
   std::atomic<bool> inputEnded = false;
   std::atomic<bool> gone = false;
+  std::atomic<bool> closing = false;
   FrameReader frames;       // reader thread only
   bool exitSeen = false;    // reader thread only
   std::int64_t lastId = 0;  // main thread only

@@ -139,7 +139,7 @@ int ClientQuestions::RunSheet(CPropertySheet& sheet) {
   const std::optional<WizardRefusal> refusal = form.Fill(choices);
   const std::string problem = refusal ? refusal->text : sheet.GetPage()->FindFinishProblem();
   if (problem.empty()) return kSheetFinish;
-  ShowMessage(problem, sheet.GetWindowText());
+  ShowMessage(problem, sheet.GetControlText());
   return kSheetCancel;
 }
 

@@ -128,10 +128,9 @@ bool AsksForStop(const RpcRequest& request) {
 
 }  // namespace
 
-RpcServer::RpcServer(FileSystem& fileSystem, int input, int output, bool trustsEveryProject,
-                     int jobs)
+RpcServer::RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsEveryProject, int jobs)
     : files(fileSystem),
-      channel(input, output, MessageLoop::ForCurrentThread(), [this] { stopper.Stop(); }),
+      channel(bytes, MessageLoop::ForCurrentThread(), [this] { stopper.Stop(); }),
       questions(channel),
       trustsAll(trustsEveryProject),
       jobsWanted(jobs) {}

@@ -24,9 +24,9 @@ enum class ServerEnd {
 // there are none, the thread's message loop runs.
 class RpcServer {
  public:
-  // The descriptors are borrowed. `trustsAll`: trust every project, like the option `trust` of
-  // `initialize`. `jobs`: number of tools that may run at the same time; 0 is the default.
-  RpcServer(FileSystem& fileSystem, int input, int output, bool trustsAll = false, int jobs = 0);
+  // `bytes` is the borrowed connection. `trustsAll`: trust every project, like the option `trust`
+  // of `initialize`. `jobs`: number of tools that may run at the same time; 0 is the default.
+  RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsAll = false, int jobs = 0);
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();

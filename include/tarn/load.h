@@ -1,6 +1,7 @@
 // Finds and loads one of Tarn's libraries: either the library that a class is registered with, or
-// the one at a given path. Header-only. Requires POSIX and only the C library (plus -ldl where that
-// is separate). A loaded library is never unloaded.
+// the one at a given path. Header-only. Requires only the C library (plus -ldl where that is
+// separate); tarn/posix/system.h has what depends on the system. A loaded library is never
+// unloaded.
 //
 //   const TarnAutomation* tarn = TarnLoad(TARN_PROJECT_MANAGER, reason, sizeof reason);
 //
@@ -10,15 +11,11 @@
 #ifndef TARN_LOAD_H
 #define TARN_LOAD_H
 
-#include <dlfcn.h>
-#include <pwd.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <strings.h>
-#include <sys/types.h>
 #include <tarn/automation.h>
-#include <unistd.h>
+#include <tarn/posix/system.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -58,11 +55,11 @@ static inline const TarnAutomation* TarnLoadFrom(const char* path, char* reason,
                                                  size_t reasonSize) {
   TarnGetAutomationFunction get = NULL;
   const TarnAutomation* operations = NULL;
-  void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  void* library = TarnOpenLibrary(path);
   // ISO C has no conversion from an object pointer to a function pointer.
-  if (library != NULL) *(void**)&get = dlsym(library, "TarnGetAutomation");
+  if (library != NULL) *(void**)&get = TarnFindFunction(library, "TarnGetAutomation");
   if (get == NULL) {
-    const char* text = dlerror();
+    const char* text = TarnLibraryFailure();
     TarnJoin(reason, reasonSize, text != NULL ? text : "no library of Tarn", "", "");
     return NULL;
   }
@@ -85,6 +82,16 @@ static inline char* TarnTrim(char* text) {
   return text;
 }
 
+// Returns 1 if the strings are equal, ignoring the case of ASCII letters.
+static inline int TarnIsSameName(const char* a, const char* b) {
+  for (;; ++a, ++b) {
+    const char left = (char)(*a >= 'A' && *a <= 'Z' ? *a + ('a' - 'A') : *a);
+    const char right = (char)(*b >= 'A' && *b <= 'Z' ? *b + ('a' - 'A') : *b);
+    if (left != right) return 0;
+    if (left == '\0') return 1;
+  }
+}
+
 // Reads a value from an INI file; the first definition wins. Returns 0 if the value is missing or
 // does not fit.
 static inline int TarnReadValue(const char* file, const char* section, const char* name,
@@ -100,8 +107,8 @@ static inline int TarnReadValue(const char* file, const char* section, const cha
     if (end == NULL || *start == ';') continue;
     *end = '\0';
     if (*start == '[') {
-      isInside = strcasecmp(TarnTrim(start + 1), section) == 0;
-    } else if (isInside && strcasecmp(TarnTrim(start), name) == 0) {
+      isInside = TarnIsSameName(TarnTrim(start + 1), section);
+    } else if (isInside && TarnIsSameName(TarnTrim(start), name)) {
       isFound = TarnJoin(value, size, TarnTrim(end + 1), "", "");
     }
   }
@@ -113,20 +120,15 @@ static inline int TarnReadValue(const char* file, const char* section, const cha
 // directory.
 static inline void TarnRegistryFile(int ofMachine, char* file, size_t size) {
   const char* root = getenv("TARN_SETTINGS");
-  const char* config = getenv("XDG_CONFIG_HOME");
-  const char* home = getenv("HOME");
-  const struct passwd* user = NULL;
   if (root != NULL && *root != '\0') {
     TarnJoin(file, size, root, ofMachine ? "/machine" : "/user", "/registry.ini");
   } else if (ofMachine) {
-    TarnJoin(file, size, "/etc/tarn", "/registry.ini", "");
-  } else if (config != NULL && *config == '/') {
-    TarnJoin(file, size, config, "/tarn", "/registry.ini");
+    TarnJoin(file, size, TarnMachineFolder(), "/registry.ini", "");
   } else {
-    if (home == NULL || *home != '/') user = getpwuid(geteuid());
-    if (user != NULL) home = user->pw_dir;
+    const char* rest = NULL;
+    const char* folder = TarnUserFolder(&rest);
     *file = '\0';
-    if (home != NULL) TarnJoin(file, size, home, "/.config/tarn", "/registry.ini");
+    if (folder != NULL) TarnJoin(file, size, folder, rest, "/registry.ini");
   }
 }
 
@@ -153,7 +155,7 @@ static inline int TarnFindLibrary(const char* classId, char* path, size_t size) 
   } else if (!TarnReadClass("", classId, "CLSID", id, sizeof id)) {
     return 0;
   }
-  return TarnReadClass("CLSID\\", id, "InprocServer", path, size) && *path == '/';
+  return TarnReadClass("CLSID\\", id, "InprocServer", path, size) && TarnIsAbsolutePath(path);
 }
 
 // Loads the library that a class, named by ProgID or class id, is registered with. If the class is
@@ -167,8 +169,8 @@ static inline const TarnAutomation* TarnLoad(const char* classId, char* reason, 
   }
   if (TarnJoin(server, sizeof server, classId, "", "")) {
     server[strcspn(server, "./")] = '\0';
-    TarnJoin(path, sizeof path, "lib", server, ".so");
-    if (dlopen(path, RTLD_NOW | RTLD_LOCAL) != NULL) return TarnLoadFrom(path, reason, reasonSize);
+    TarnJoin(path, sizeof path, TARN_LIBRARY_PREFIX, server, TARN_LIBRARY_SUFFIX);
+    if (TarnOpenLibrary(path) != NULL) return TarnLoadFrom(path, reason, reasonSize);
   }
   TarnJoin(reason, reasonSize, classId, " isn't registered; `tarn register` does it", "");
   return NULL;

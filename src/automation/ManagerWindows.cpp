@@ -26,11 +26,11 @@ ManagerWindows::ManagerWindows(FileSystem& fileSystem, Settings& userSettings,
 void ManagerWindows::CreateOutputViews(CBuildOutput& buildOutput) {
   output = &buildOutput;
   logView = std::make_unique<COutputEdit>(files, host);
-  logView->SetWindowText(output->GetViewTitle());
+  logView->SetControlText(output->GetViewTitle());
   logView->Create(kStylePopup, {}, nullptr, 0);
   reportView = std::make_unique<COutputReportWnd>(files, host);
   reportView->SetDefinition(*MakeOutputDefinition(output->GetConfigFolder()));
-  reportView->SetWindowText(output->GetViewTitle());
+  reportView->SetControlText(output->GetViewTitle());
   reportView->Create(kStylePopup, {}, nullptr, 0);
   output->SetViews(logView.get(), reportView.get());
 }

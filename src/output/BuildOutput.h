@@ -4,15 +4,17 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "output/LogFile.h"
 #include "output/OutputViews.h"
 #include "patterns/LineShape.h"
 #include "platform/files/FileSystem.h"
 #include "widgets/MessageLoop.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 class LineRecogniser;
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "xml/StrictText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

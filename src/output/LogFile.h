@@ -5,9 +5,10 @@
 #include <string>
 
 #include "platform/files/FileSystem.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Keeps a log file up to date with a tree whose top element only gains children at its end.
 //

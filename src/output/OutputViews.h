@@ -2,14 +2,14 @@
 
 #include <cstdint>
 
-#include "xml/XmlNode.h"
-
 // Interfaces of the two views of the build output. The windows implement them, and so can any other
 // observer of a build. CBuildOutput also works without views.
 //
 // Both are called on the main thread. The nodes are borrowed for the duration of the call: a view
 // copies what it shows, since the next reset destroys the tree.
 namespace tarn {
+
+class CXmlNode;
 
 // Running log: one line for each element that is added.
 class ILogView {

@@ -8,6 +8,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
+#include "xml/XmlNode.h"
 
 // Conversion of unparsed tool output into log messages.
 namespace tarn {

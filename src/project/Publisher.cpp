@@ -178,8 +178,12 @@ void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   if (state.activeApplication != nullptr)
     base = FolderOf(TextOf(state.activeApplication->GetAttrValue("Path")));
   const char* baseFolder = base.empty() ? nullptr : base.c_str();
-  paths.MakeAbsolutePath(outputFile, outputFile, baseFolder);
-  paths.MakeAbsolutePath(listingFile, listingFile, baseFolder);
+  for (std::string* const file : {&outputFile, &listingFile}) {
+    // Options mix separators; tools and build records have one spelling of a path.
+    if (paths.MakeAbsolutePath(*file, *file, baseFolder) != 0) {
+      *file = services.files.Canonical(*file);
+    }
+  }
   node.SetAttrValue("TranslateTool", translateTool);
   node.SetAttrValue("Exclude", exclude);
   node.SetAttrValue("LinkExclude", linkExclude);

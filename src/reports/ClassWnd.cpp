@@ -61,7 +61,7 @@ void CClassWnd::OnSize(Size size) {
 }
 
 std::shared_ptr<const Bitmap> CClassWnd::LoadPicture(const std::string& name) const {
-  return LoadBitmap(files, JoinPath(pictureFolder, name + ".bmp"));
+  return ReadBitmapFile(files, JoinPath(pictureFolder, name + ".bmp"));
 }
 
 void CClassWnd::CreateImages() {

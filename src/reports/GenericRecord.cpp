@@ -6,6 +6,7 @@
 
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "reports/GenericItem.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Row created from an element, with a cell for each column; the value is the attribute with the
 // column's name.

@@ -7,6 +7,7 @@
 #include "platform/text/Text.h"
 #include "widgets/Dialogs.h"
 #include "widgets/Toolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -130,7 +131,7 @@ bool CGenericReport::CreateColumn(const CXmlNode& column, int index) {
 }
 
 int CGenericReport::AddPictures(const char* path) {
-  std::shared_ptr<const Bitmap> bitmap = LoadBitmap(files, ToNativeSeparators(path));
+  std::shared_ptr<const Bitmap> bitmap = ReadBitmapFile(files, ToNativeSeparators(path));
   if (bitmap == nullptr) return CReportColumn::kNoIcon;
   if (imageList == nullptr) {
     const int side = bitmap->size.height;

@@ -1,5 +1,7 @@
 #include "reports/GlobalsReport.h"
 
+#include "xml/XmlNode.h"
+
 namespace tarn {
 
 CGlobalsReport::CGlobalsReport(FileSystem& fileSystem, WindowHandle host,

@@ -9,7 +9,7 @@ namespace tarn {
 void CEditName::CommitEdit() {
   const CWnd* const tree = GetParent();
   if (tree == nullptr || tree->GetParent() == nullptr) return;
-  const std::string name = GetWindowText();
+  const std::string name = GetControlText();
   SendWindowMessage(tree->GetParent()->GetHandle(), kXmlTreeRename,
                     reinterpret_cast<std::intptr_t>(name.c_str()), 0);
 }

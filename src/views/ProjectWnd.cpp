@@ -154,7 +154,7 @@ void CProjectWnd::LoadViewConfig(const std::string& fileName) {
   }
   ShowDependencyPicture();
   tree.AddMarkerImages(
-      LoadBitmap(files, ResourcePath(model->Services().configFolder, "marker.bmp")));
+      ReadBitmapFile(files, ResourcePath(model->Services().configFolder, "marker.bmp")));
   tree.SetShowInfo(viewSizes);
 }
 
@@ -163,7 +163,7 @@ void CProjectWnd::LoadTypePictures(const CXmlNode& types) {
     const CXmlNode& type = *types.GetChild(i);
     if (type.GetType() != XmlElement) continue;
     const std::string path = TypeProperty(type, "Icon");
-    if (!path.empty()) tree.AddImage(type.GetName(), LoadBitmap(files, path));
+    if (!path.empty()) tree.AddImage(type.GetName(), ReadBitmapFile(files, path));
   }
 }
 
@@ -172,8 +172,8 @@ void CProjectWnd::ShowDependencyPicture() {
   if (!viewDeps) {
     tree.RemoveImage(kDependencies);
   } else if (model != nullptr) {
-    tree.AddImage(kDependencies, LoadBitmap(files, ResourcePath(model->Services().configFolder,
-                                                                "dependencies.bmp")));
+    tree.AddImage(kDependencies, ReadBitmapFile(files, ResourcePath(model->Services().configFolder,
+                                                                    "dependencies.bmp")));
   }
 }
 

@@ -4,9 +4,10 @@
 #include <string>
 
 #include "widgets/Menu.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Popup menu created from a description: a `Menu` element whose child elements are the entries. An
 // entry with child elements is a submenu. Main thread only.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "xml/XmlNode.h"
+
 namespace tarn {
 
 namespace {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,9 +10,10 @@
 #include "views/XmlTreeMessages.h"
 #include "widgets/TipWindow.h"
 #include "widgets/TreeCtrl.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Image of the elements with a given name.
 struct CXmlTreeImage {

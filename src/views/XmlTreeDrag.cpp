@@ -3,6 +3,7 @@
 
 #include "views/XmlTreeCtrl.h"
 #include "widgets/Toolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

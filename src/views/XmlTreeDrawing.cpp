@@ -5,6 +5,7 @@
 #include "platform/text/Text.h"
 #include "views/XmlTreeCtrl.h"
 #include "widgets/Toolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

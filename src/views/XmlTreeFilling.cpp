@@ -8,6 +8,7 @@
 
 #include "platform/text/Text.h"
 #include "views/XmlTreeCtrl.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

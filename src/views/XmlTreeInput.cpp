@@ -6,6 +6,7 @@
 #include "platform/text/Text.h"
 #include "views/XmlTreeCtrl.h"
 #include "widgets/Toolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -90,7 +91,8 @@ bool CXmlTreeCtrl::OnItemKey(const KeyEvent& event) {
 void CXmlTreeCtrl::ReorderSelected(bool upwards) {
   const CTreeItem* const item = GetSelectedItem();
   if (item == nullptr) return;
-  const CTreeItem* const sibling = upwards ? item->GetPreviousSibling() : item->GetNextSibling();
+  const CTreeItem* const sibling =
+      upwards ? item->GetPreviousSibling() : item->GetNextSiblingItem();
   const CTreeItem* const above = item->GetParent();
   if (sibling == nullptr || above == nullptr) return;
   CXmlNode* const siblingNode = NodeOf(*sibling);

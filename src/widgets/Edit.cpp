@@ -11,7 +11,7 @@ void CEdit::SetReadOnly(bool readOnly) {
 }
 
 void CEdit::SetSelection(TextRange range) {
-  range = range.Within(GetWindowText().size());
+  range = range.Within(GetControlText().size());
   if (range == GetSelection()) return;
   selection = range;
   if (EditPeer* drawing = Drawing()) drawing->OnSelectionChanged();
@@ -25,7 +25,7 @@ void CEdit::NotifyTextEdited(const std::string& newText, TextRange newSelection)
 }
 
 void CEdit::NotifySelected(TextRange range) {
-  selection = range.Within(GetWindowText().size());
+  selection = range.Within(GetControlText().size());
 }
 
 bool CEdit::OnCreate() {

@@ -30,10 +30,10 @@ class CEdit : public CWnd {
   // Overrides the read-only bit of the style. The program can still change the text.
   void SetReadOnly(bool readOnly);
 
-  TextRange GetSelection() const { return selection.Within(GetWindowText().size()); }
+  TextRange GetSelection() const { return selection.Within(GetControlText().size()); }
   // Clamped to the length of the text.
   void SetSelection(TextRange range);
-  void SelectAll() { SetSelection({0, GetWindowText().size()}); }
+  void SelectAll() { SetSelection({0, GetControlText().size()}); }
 
   // --- Called by the toolkit ---
 

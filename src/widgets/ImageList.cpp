@@ -42,7 +42,7 @@ std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes) {
   return Read(std::move(bytes));
 }
 
-std::shared_ptr<const Bitmap> LoadBitmap(FileSystem& files, const std::string& path) {
+std::shared_ptr<const Bitmap> ReadBitmapFile(FileSystem& files, const std::string& path) {
   Result<std::string> bytes = files.ReadWholeFile(path);
   if (!bytes) return nullptr;
   std::shared_ptr<Bitmap> bitmap = Read(std::move(*bytes));

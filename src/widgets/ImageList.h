@@ -18,7 +18,7 @@ struct Bitmap {
 
 // Return null if the bytes are not a bitmap or the bitmap has no pixels.
 std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes);
-std::shared_ptr<const Bitmap> LoadBitmap(FileSystem& files, const std::string& path);
+std::shared_ptr<const Bitmap> ReadBitmapFile(FileSystem& files, const std::string& path);
 
 // Magenta, drawn as transparent.
 inline constexpr Color kTransparentColor = 0xFF00FF;

@@ -46,7 +46,7 @@ bool CPropertyPage::OnCreate() {
   controls.clear();
   for (const ControlRow& row : layout.controls) {
     CWnd& control = *controls.emplace_back(MakeControl(row));
-    control.SetWindowText(row.text);
+    control.SetControlText(row.text);
     control.Create(kStyleChild | kStyleVisible | row.style, row.rect, this, row.id);
   }
   OnInitDialog();

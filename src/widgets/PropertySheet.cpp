@@ -13,7 +13,7 @@ constexpr int kButtonsHeight = 48;
 
 CPropertySheet::CPropertySheet(const std::string& caption, WindowHandle askedWindow)
     : ownerWindow(askedWindow) {
-  SetWindowText(caption);
+  SetControlText(caption);
 }
 
 void CPropertySheet::EnableFinish(bool enable) {

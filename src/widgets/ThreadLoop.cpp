@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/threads/PerThread.h"
 #include "widgets/WindowTable.h"
 
 namespace tarn {
@@ -34,7 +35,7 @@ std::shared_ptr<ThreadLoop> ThreadLoop::Current() {
     ended->closed = true;
     return ended;
   }
-  thread_local LoopOwner owner;
+  LoopOwner& owner = PerThread<LoopOwner>::Get();
   if (!owner.loop) {
     owner.loop = std::make_shared<ThreadLoop>();
     currentLoop = owner.loop.get();

@@ -23,7 +23,7 @@ void CTipWindow::ShowTip(std::string newTitle, const std::string& newText, Point
                          std::chrono::milliseconds delay, std::chrono::milliseconds newDuration) {
   Hide();
   title = std::move(newTitle);
-  SetWindowText(newText);
+  SetControlText(newText);
   duration = newDuration;
   const Size size = Measure();
   MoveWindow({point.x, point.y, point.x + size.width, point.y + size.height});
@@ -60,7 +60,7 @@ Size CTipWindow::Measure() const {
   Font titleFont = GetFont();
   titleFont.isBold = true;
   Size size = toolkit.MeasureText(titleFont, title);
-  for (const std::string_view line : Split(GetWindowText(), '\n')) {
+  for (const std::string_view line : Split(GetControlText(), '\n')) {
     const Size measured = toolkit.MeasureText(GetFont(), line);
     size.width = std::max(size.width, measured.width);
     size.height += lineSpace + measured.height;

@@ -171,7 +171,7 @@ void CTreeCtrl::FillRows() const {
   if (areRowsValid) return;
   areRowsValid = true;
   rows.clear();
-  for (CTreeItem* item = top.GetFirstChild(); item != nullptr; item = item->GetNextVisible()) {
+  for (CTreeItem* item = top.GetFirstChildItem(); item != nullptr; item = item->GetNextVisible()) {
     item->row = static_cast<int>(rows.size());
     rows.push_back(item);
   }

@@ -45,8 +45,8 @@ class CTreeItem {
   // The parent, a child or a sibling; null if there is none. A top-level item has no parent.
   CTreeItem* GetParent() const { return parent == nullptr || parent->isTop ? nullptr : parent; }
   CTreeItem* GetChild(int at) const;
-  CTreeItem* GetFirstChild() const { return GetChild(0); }
-  CTreeItem* GetNextSibling() const;
+  CTreeItem* GetFirstChildItem() const { return GetChild(0); }
+  CTreeItem* GetNextSiblingItem() const;
   CTreeItem* GetPreviousSibling() const;
   int GetChildCount() const { return static_cast<int>(children.size()); }
   bool HasChildren() const { return !children.empty(); }
@@ -163,7 +163,7 @@ class CTreeCtrl : public CWnd {
   void DeleteAllItems();
   // Returns whether the item changed.
   bool SetItem(CTreeItem& item, std::string_view label, int image, int selectedImage);
-  CTreeItem* GetRootItem() const { return top.GetFirstChild(); }
+  CTreeItem* GetRootItem() const { return top.GetFirstChildItem(); }
   int GetItemCount(const CTreeItem* above) const;
   // Returns null if `at` is out of range.
   CTreeItem* GetItemAt(const CTreeItem* above, int at) const;

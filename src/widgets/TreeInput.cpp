@@ -171,7 +171,7 @@ bool CTreeCtrl::OnKeyDown(const KeyEvent& event) {
       break;
     case kKeyRight:
       if (selected->IsExpanded()) {
-        target = selected->GetFirstChild();
+        target = selected->GetFirstChildItem();
       } else {
         Expand(*selected, true);
       }

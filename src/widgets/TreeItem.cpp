@@ -6,7 +6,7 @@ CTreeItem* CTreeItem::GetChild(int at) const {
   return at >= 0 && at < GetChildCount() ? children[static_cast<std::size_t>(at)].get() : nullptr;
 }
 
-CTreeItem* CTreeItem::GetNextSibling() const {
+CTreeItem* CTreeItem::GetNextSiblingItem() const {
   return parent == nullptr ? nullptr : parent->GetChild(index + 1);
 }
 
@@ -27,7 +27,7 @@ bool CTreeItem::IsBelow(const CTreeItem& other) const {
 }
 
 CTreeItem* CTreeItem::GetNextVisible() const {
-  return isExpanded ? GetFirstChild() : NextBehindSubtree();
+  return isExpanded ? GetFirstChildItem() : NextBehindSubtree();
 }
 
 CTreeItem* CTreeItem::GetPreviousVisible() const {
@@ -38,12 +38,12 @@ CTreeItem* CTreeItem::GetPreviousVisible() const {
 }
 
 CTreeItem* CTreeItem::GetNext() const {
-  return HasChildren() ? GetFirstChild() : NextBehindSubtree();
+  return HasChildren() ? GetFirstChildItem() : NextBehindSubtree();
 }
 
 CTreeItem* CTreeItem::NextBehindSubtree() const {
   for (const CTreeItem* item = this; item != nullptr; item = item->parent) {
-    if (CTreeItem* const next = item->GetNextSibling()) return next;
+    if (CTreeItem* const next = item->GetNextSiblingItem()) return next;
   }
   return nullptr;
 }

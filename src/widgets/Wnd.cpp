@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/threads/PerThread.h"
 #include "widgets/HostMessages.h"
 #include "widgets/Toolkit.h"
 
@@ -20,8 +21,7 @@ struct ThreadWindows {
 };
 
 ThreadWindows& OfThread() {
-  thread_local ThreadWindows windows;
-  return windows;
+  return PerThread<ThreadWindows>::Get();
 }
 
 }  // namespace
@@ -126,7 +126,7 @@ void CWnd::EnableWindow(bool enable) {
   if (peer) peer->OnEnabled();
 }
 
-void CWnd::SetWindowText(const std::string& newText) {
+void CWnd::SetControlText(const std::string& newText) {
   if (newText == windowText) return;
   windowText = newText;
   if (peer) peer->OnTextChanged();

@@ -129,15 +129,15 @@ class CWnd : public WindowTarget {
   void MoveWindow(const Rect& newRect);
   // Converts client coordinates to screen coordinates.
   Point ClientToScreen(Point point) const;
-  // ShowWindow, EnableWindow, SetWindowText and SetFont notify the peer of a change, but fire no
+  // ShowWindow, EnableWindow, SetControlText and SetFont notify the peer of a change, but fire no
   // event.
   void ShowWindow(bool show);
   // The window's own state; it may still be hidden by a parent.
   bool IsVisible() const { return isVisible; }
   void EnableWindow(bool enable);
   bool IsEnabled() const { return isEnabled; }
-  void SetWindowText(const std::string& newText);
-  const std::string& GetWindowText() const { return windowText; }
+  void SetControlText(const std::string& newText);
+  const std::string& GetControlText() const { return windowText; }
   void SetFont(const Font& newFont);
   const Font& GetFont() const { return windowFont; }
   // Takes the keyboard focus: the previous focus window of the thread gets OnKillFocus(), then this

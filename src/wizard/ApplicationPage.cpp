@@ -60,7 +60,7 @@ bool IsYes(const CXmlNode& node, const char* name) {
 // A control without an image isn't shown, so an empty image is used if the installation has none.
 std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
   const std::string path = surroundings.model.Services().configFolder + "resources/target.bmp";
-  auto bitmap = LoadBitmap(surroundings.files, path);
+  auto bitmap = ReadBitmapFile(surroundings.files, path);
   return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}, {}});
 }
 
@@ -75,8 +75,8 @@ CApplicationPage::CApplicationPage(const WizardSurroundings& wizardSurroundings)
 }
 
 void CApplicationPage::OnInitDialog() {
-  FindControl<CEdit>(kIdName)->SetWindowText(application.applicationName);
-  FindControl<CEdit>(kIdLocation)->SetWindowText(application.location);
+  FindControl<CEdit>(kIdName)->SetControlText(application.applicationName);
+  FindControl<CEdit>(kIdLocation)->SetControlText(application.location);
   const bool isNew = application.createNewProject;
   FindControl<CButton>(isNew ? kIdNewProject : kIdIntoProject)->SetCheck(true);
   ShowTargets();
@@ -134,7 +134,7 @@ bool CApplicationPage::WantsTool() const {
 
 void CApplicationPage::OnTargetSelected() {
   auto& description = *FindControl<CStatic>(kIdDescription);
-  description.SetWindowText("");
+  description.SetControlText("");
   const CXmlNode* const target = targetTree.GetCurrentNode();
   if (target == nullptr) return;
   application.useCobbler = WantsTool();
@@ -143,7 +143,7 @@ void CApplicationPage::OnTargetSelected() {
   launch.EnableWindow(false);
 
   TargetDescription told = DescribeTarget(*target);
-  description.SetWindowText(told.text);
+  description.SetControlText(told.text);
   if (told.datasheet) {
     auto& link = *FindControl<CHyperlinkCtrl>(kIdDatasheet);
     if (!told.datasheet->empty()) link.SetAddress(*told.datasheet);
@@ -166,7 +166,7 @@ void CApplicationPage::OnTypeChosen() {
   typeBuilds = IsYes(*type, "Build");
   if (typeBuilds) {
     auto& name = *FindControl<CEdit>(kIdName);
-    name.SetWindowText(WithoutExtension(name.GetWindowText()));
+    name.SetControlText(WithoutExtension(name.GetControlText()));
   }
   OnTargetSelected();
 }
@@ -182,7 +182,7 @@ void CApplicationPage::OnBrowse() {
   std::string folder;
   std::string name;
   if (typeBuilds) {
-    folder = ChooseFolder(asked, {FindControl<CEdit>(kIdLocation)->GetWindowText()});
+    folder = ChooseFolder(asked, {FindControl<CEdit>(kIdLocation)->GetControlText()});
   } else {
     const std::vector<std::string> chosen = ChooseFiles(asked, {kProgramFilter, {}, false});
     if (!chosen.empty()) {
@@ -192,8 +192,8 @@ void CApplicationPage::OnBrowse() {
   }
   // The sheet may have been closed while the dialog was open.
   if (folder.empty() || !IsCreated()) return;
-  FindControl<CEdit>(kIdLocation)->SetWindowText(folder);
-  if (!name.empty()) FindControl<CEdit>(kIdName)->SetWindowText(name);
+  FindControl<CEdit>(kIdLocation)->SetControlText(folder);
+  if (!name.empty()) FindControl<CEdit>(kIdName)->SetControlText(name);
 }
 
 std::intptr_t CApplicationPage::OnMessage(std::uint32_t message, std::intptr_t wParam,
@@ -204,8 +204,8 @@ std::intptr_t CApplicationPage::OnMessage(std::uint32_t message, std::intptr_t w
 }
 
 void CApplicationPage::TakeFields(NewApplication& wanted) const {
-  wanted.applicationName = FindControl<CEdit>(kIdName)->GetWindowText();
-  wanted.location = FindControl<CEdit>(kIdLocation)->GetWindowText();
+  wanted.applicationName = FindControl<CEdit>(kIdName)->GetControlText();
+  wanted.location = FindControl<CEdit>(kIdLocation)->GetControlText();
   wanted.createNewProject = FindControl<CButton>(kIdNewProject)->IsChecked();
 }
 

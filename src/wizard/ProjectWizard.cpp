@@ -9,7 +9,7 @@ CProjectWizard::CProjectWizard(const std::string& title, WindowHandle askedWindo
     : CPropertySheet(title, askedWindow), page(surroundings) {
   SetPage(page);
   const std::string picture = surroundings.model.Services().configFolder + "resources/wizard.bmp";
-  SetHeaderBitmap(LoadBitmap(surroundings.files, picture));
+  SetHeaderBitmap(ReadBitmapFile(surroundings.files, picture));
 }
 
 bool ProjectWizardMaker::AskNewApplication(NewApplication& application) {

@@ -7,9 +7,10 @@
 
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // File of target descriptions that is registered or installed.
 struct TargetPackage {

@@ -1,6 +1,7 @@
 #include "xml/XmlNode.h"
 
 #include <algorithm>
+#include <atomic>
 #include <new>
 
 #include "xml/XmlPages.h"
@@ -13,9 +14,9 @@ static_assert(sizeof(void*) != 8 || (sizeof(CXmlNode) == 56 && sizeof(CXmlAttr) 
 
 namespace {
 
-// Attributes that are added to an existing node are allocated in pages of the thread that adds
-// them: a node usually gets several in a row, and a lookup traverses them in order. The pages are
-// small because one remaining attribute keeps a whole page allocated.
+// Attributes that are added to an existing node are allocated in common pages: a node usually gets
+// several in a row, and a lookup traverses them in order. The pages are small because one remaining
+// attribute keeps a whole page allocated.
 constexpr std::size_t kLatePage = 4096;
 
 // Header stored before such an attribute.
@@ -23,9 +24,17 @@ struct alignas(CXmlAttr) LateHead {
   std::uint16_t pageOffset;
 };
 
-XmlPages& LatePages() {
-  thread_local XmlPages pages(kLatePage);
-  return pages;
+// Allocates a block for such an attribute. All threads use the same pages; one that finds them
+// taken by another thread allocates a separate block instead of waiting.
+XmlPages::Place TakeLate(std::size_t bytes) {
+  static constinit std::atomic_flag inUse;
+  // Never destroyed: objects with static storage duration may change trees until the process ends.
+  static XmlPages& common = *new XmlPages(kLatePage);
+  if (inUse.test_and_set(std::memory_order_acquire)) return XmlPages(0).Take(bytes);
+  struct Release {
+    ~Release() { inUse.clear(std::memory_order_release); }
+  } const release;
+  return common.Take(bytes);
 }
 
 }  // namespace
@@ -48,7 +57,7 @@ std::string_view CXmlAttr::ValueView() const {
 }
 
 void CXmlAttr::SetValue(XmlArg text) {
-  ReplaceText(value, text.View());
+  AssignText(value, text.View());
 }
 
 CXmlAttr* CXmlNode::GetAttr(XmlArg attrName) const {
@@ -104,8 +113,7 @@ void CXmlNode::CopyAttrs(const CXmlNode& source) {
 CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
   // The value is stored directly after the record, in the same allocation.
   const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
-  const XmlPages::Place page =
-      LatePages().Take(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);
+  const XmlPages::Place page = TakeLate(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);
   void* memory = new (page.memory) LateHead{page.offset} + 1;
   char* place = static_cast<char*>(memory) + sizeof(CXmlAttr) + 1;
   std::copy(text.begin(), text.end(), place);
@@ -199,7 +207,7 @@ void CXmlNode::SetName(XmlArg text) {
 }
 
 void CXmlNode::SetValue(XmlArg text) {
-  ReplaceText(value, text.View());
+  AssignText(value, text.View());
 }
 
 // --- Children ---

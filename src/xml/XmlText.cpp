@@ -18,7 +18,7 @@ void FreeOwnText(const char* text) {
   ::operator delete(const_cast<char*>(text - 1));
 }
 
-void ReplaceText(const char*& text, std::string_view newText) {
+void AssignText(const char*& text, std::string_view newText) {
   const std::string_view old = TextView(text);
   if (old == newText) return;
   newText = newText.substr(0, newText.find('\0'));

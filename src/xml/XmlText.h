@@ -26,7 +26,7 @@ inline const char* EmptyText() {
 const char* NewText(std::string_view text);
 void FreeOwnText(const char* text);
 // Replaces the string `text` by a copy of `newText`, which may be a part of the old string.
-void ReplaceText(const char*& text, std::string_view newText);
+void AssignText(const char*& text, std::string_view newText);
 
 inline unsigned char TextMark(const char* text) {
   return static_cast<unsigned char>(text[-1]);

@@ -191,8 +191,8 @@ TEST_F(Commands, AskWhichFilesOrWhatApplication) {
   std::string proposed;
   user.useSheet = [&proposed](CPropertySheet& sheet) {
     const WizardUser shown(sheet);
-    proposed = shown.Control<CEdit>(kIdLocation).GetWindowText() + " " +
-               shown.Control<CEdit>(kIdName).GetWindowText();
+    proposed = shown.Control<CEdit>(kIdLocation).GetControlText() + " " +
+               shown.Control<CEdit>(kIdName).GetControlText();
     return kSheetCancel;
   };
   EXPECT_EQ(Command(TARN_CMD_NEW_APPLICATION), "1");

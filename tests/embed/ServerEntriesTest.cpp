@@ -8,7 +8,6 @@
 
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/ServerLibrary.h"
-#include "platform/modules/Modules.h"
 #include "support/Surroundings.h"
 
 namespace tarn::test {
@@ -35,9 +34,9 @@ class ServerEntries : public ::testing::Test {
     return code ? *code : -1;
   }
   static std::int32_t GetClassObject(const char* classId, IClassFactory** factory) {
-    const auto entry = FindModuleEntry(TARN_SERVER, "DllGetClassObject");
+    const auto entry = FindClassObjectEntry(TARN_SERVER);
     EXPECT_TRUE(entry) << entry.GetError().text;
-    return entry ? reinterpret_cast<GetClassObjectEntry*>(*entry)(classId, factory) : -1;
+    return entry ? (*entry)(classId, factory) : -1;
   }
 };
 

@@ -9,6 +9,7 @@
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
 #include "wizard/TargetCatalogue.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 namespace {

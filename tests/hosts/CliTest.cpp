@@ -191,6 +191,19 @@ TEST(Cli, RebuildRunsEverythingAndCleanTakesItAway) {
   EXPECT_TRUE(Has(project.Run({"build"}).out, "Built 4 files"));
 }
 
+TEST(Cli, AProjectOnAMappedDriveIsBuiltOnce) {
+  CliProject project;
+  project.Write(
+      "settings/user/registry.ini",
+      "[Drives]\nQ=" + std::filesystem::path(project.PathOf("src")).parent_path().string());
+  project.Point("TARN_SETTINGS", "settings");
+  const std::string built = project.Out({"build", "Q:\\demo.tprj"});
+  EXPECT_TRUE(built.starts_with("[1/4]")) << built;
+  EXPECT_FALSE(Has(project.Read("demo.tlog"), "No such file")) << project.Read("demo.tlog");
+  const std::string again = project.Out({"build", "Q:\\demo.tprj"});
+  EXPECT_TRUE(again.starts_with("Nothing to do (")) << again;
+}
+
 TEST(Cli, ADamagedStateCostsARebuildAndNothingElse) {
   CliProject project;
   ASSERT_EQ(project.Run({"build"}).code, 0);

@@ -75,6 +75,7 @@ TEST(ScriptStrings, AnswerAsTheOriginalsDo) {
   const char* const expressions[] = {
       "string.find('hello world', 'wor')",
       "string.find('a.b', '.', 2, true)",
+      "string.find('aaabaaab', 'aab', 4), string.find('ababac', 'abac'), string.find('aab', 'ab')",
       "string.find('a.b', '', 4), string.find('a.b', '', 5)",
       "string.find('abc', 'b', -1), string.find('abc', 'b', -9), string.find('', '^')",
       "string.find('  x = 12;', '(%w+)%s*=%s*(%d+)')",

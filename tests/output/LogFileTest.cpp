@@ -9,6 +9,7 @@
 #include "output/MessageTable.h"
 #include "support/MemoryFileSystem.h"
 #include "support/Surroundings.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

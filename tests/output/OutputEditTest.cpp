@@ -10,6 +10,7 @@
 #include "support/MemoryFileSystem.h"
 #include "support/RecordingToolkit.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

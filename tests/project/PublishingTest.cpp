@@ -183,6 +183,19 @@ TEST(Publishing, AttributesAreWrittenAlsoWhenEmptyButForTwo) {
             "DBIFile=m.dbi LoadExclude=Yes Marker=-1)");
 }
 
+// Tools report paths with the separators of their root; a record under another spelling is lost.
+TEST(Publishing, OutputPathsHaveTheSeparatorsOfTheirDrive) {
+  ProjectWorld world;
+  world.AddDemo("<C Header=\"m\" />");
+  world.disk.MapDrive('c', "/p");
+  world.components.Properties().defaults = {{"C.Build.OutputFile", "C:\\p\\demo/out/./m.o"},
+                                            {"C.Build.ListingFile", "/p//out\\m.lst"}};
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.model->PublishAll();
+  EXPECT_EQ(ProjectWorld::Show(*world.Node("m"), {"OutputFile", "ListingFile"}),
+            "C(OutputFile=C:\\p\\demo\\out\\m.o ListingFile=/p/out/m.lst)");
+}
+
 // 23 nodes below the application, 25 in total; the application is published by the open.
 TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   ProjectWorld world;

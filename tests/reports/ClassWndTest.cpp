@@ -34,8 +34,8 @@ class ClassView : public ::testing::Test {
     const CTreeItem* item = window->GetTree().GetRootItem();
     if (item == nullptr) return text;
     text = item->GetText();
-    for (const CTreeItem* child = item->GetFirstChild(); child != nullptr;
-         child = child->GetNextSibling()) {
+    for (const CTreeItem* child = item->GetFirstChildItem(); child != nullptr;
+         child = child->GetNextSiblingItem()) {
       text += " ." + child->GetText();
     }
     return text;

@@ -187,7 +187,7 @@ TEST_F(ProjectWindow, NamesAreEditedInPlace) {
   const Rect label = Tree().GetNodeTextRect(*world.Node("Other"));
   EXPECT_EQ(editor->GetRect(),
             (Rect{label.left - 1, label.top - 1, label.right + 101, label.bottom + 1}));
-  EXPECT_EQ(editor->GetWindowText(), "");
+  EXPECT_EQ(editor->GetControlText(), "");
 
   // Escape and loss of the keyboard focus keep the old name.
   editor->NotifyKey({kKeyEscape, false, false});
@@ -279,7 +279,7 @@ TEST_F(ProjectWindow, TheSwitchesAreKeptAndChangeWhatIsShown) {
   window->GetToolBar().NotifyDropDown(32772);
   // An item without children was saved as collapsed.
   EXPECT_EQ(Shown(), without);
-  EXPECT_EQ(Tree().GetRow(3)->GetFirstChild()->GetText(), "Dependencies");
+  EXPECT_EQ(Tree().GetRow(3)->GetFirstChildItem()->GetText(), "Dependencies");
   window->GetToolBar().NotifyDropDown(32772);
   EXPECT_FALSE(Tree().IsShowInfo());
   EXPECT_EQ(settings.ReadProfile("Project", "ViewDeps", ""), "TRUE");

@@ -8,6 +8,7 @@
 #include "platform/text/Text.h"
 #include "support/ManualClock.h"
 #include "views/XmlTreeFixture.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {
@@ -132,7 +133,7 @@ TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
 
 TEST_F(XmlTreeTest, WhatIsClosedStaysClosedWhenSiblingsChangePlaces) {
   tree.SelectNode(Node("H"));
-  tree.Expand(*tree.GetRootItem()->GetFirstChild(), false);
+  tree.Expand(*tree.GetRootItem()->GetFirstChildItem(), false);
   Press(kKeyUp, true);
   EXPECT_EQ(TreeText(tree), "P{H{c.c{D{d.h e.h}}} *G(a.c b.c)}");
 }
@@ -180,7 +181,7 @@ TEST_F(XmlTreeTest, HelpIsSpentByTheNextClickWhateverItHits) {
   EXPECT_FALSE(helpAt({40, At("a.c").y})) << "indent";
   for (const int x : {At("a.c").x, At("a.c").x - 10, 250}) {
     EXPECT_TRUE(helpAt({x, At("a.c").y})) << x;
-    EXPECT_EQ(tip.GetTitle() + ": " + tip.GetWindowText(), "a.c: About a");
+    EXPECT_EQ(tip.GetTitle() + ": " + tip.GetControlText(), "a.c: About a");
     EXPECT_EQ(tip.GetFrameStyle(), 6);
     clock.Advance(std::chrono::milliseconds(4999));
     EXPECT_TRUE(tip.IsVisible());

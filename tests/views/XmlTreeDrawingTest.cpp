@@ -78,7 +78,7 @@ TEST(XmlTreeDrawingTest, AnItemIsMarkerLabelAndInformation) {
     tree.SetShowInfo(row.showInfo);
     tree.SetSelectedLabel(row.isSelected ? "a&b" : "P");
     tree.SetXmlRoot(root.get());
-    const CTreeItem& item = *tree.GetRootItem()->GetFirstChild();
+    const CTreeItem& item = *tree.GetRootItem()->GetFirstChildItem();
     Lines steps;
     for (const DrawingStep& step : tree.DrawItem(item)) {
       steps.push_back(std::visit(StepText{tree.GetMarkerImages()}, step));

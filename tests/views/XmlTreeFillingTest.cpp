@@ -61,12 +61,12 @@ TEST_F(XmlTreeTest, ImagesHideAndShowWholeSubtrees) {
   EXPECT_EQ(mirror.Text(), TreeText(tree));
   EXPECT_EQ(tree.GetImageList()->GetCount(), 5);
   EXPECT_EQ(tree.GetRootItem()->GetImage(), 0);
-  EXPECT_EQ(tree.GetRootItem()->GetFirstChild()->GetSelectedImage(), 1);
+  EXPECT_EQ(tree.GetRootItem()->GetFirstChildItem()->GetSelectedImage(), 1);
 }
 
 TEST_F(XmlTreeTest, ViewStateIsWrittenIntoEveryShownNodeAndComesBack) {
   tree.SelectNode(Node("c.c"));
-  tree.Expand(*tree.GetRootItem()->GetFirstChild(), false);
+  tree.Expand(*tree.GetRootItem()->GetFirstChildItem(), false);
   tree.SaveViewState();
   EXPECT_EQ(tree.GetSelectedLabel(), "c.c");
   std::string states;

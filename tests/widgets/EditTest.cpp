@@ -14,7 +14,7 @@ class TellingEdit : public CEdit {
   std::vector<int> keys;
 
  protected:
-  void OnTextEdited() override { edits.push_back(GetWindowText()); }
+  void OnTextEdited() override { edits.push_back(GetControlText()); }
   bool OnKeyDown(const KeyEvent& event) override {
     keys.push_back(event.key);
     return event.key == kKeyEnter;
@@ -42,11 +42,11 @@ TEST(EditTest, TheUsersTextComesInOnceAndIsNotToldBack) {
   edit.NotifyTextEdited("before it stands", {});
   edit.Create(kEditAutoScroll, {0, 0, 80, 20}, nullptr, 326);
   EXPECT_FALSE(edit.IsMultiLine());
-  edit.SetWindowText("blink");
+  edit.SetControlText("blink");
   edit.SelectAll();
   edit.SelectAll();
   edit.NotifyTextEdited("b", {1, 1});
-  EXPECT_EQ(edit.GetWindowText(), "b");
+  EXPECT_EQ(edit.GetControlText(), "b");
   EXPECT_EQ(edit.edits, std::vector<std::string>{"b"});
   EXPECT_EQ(toolkit.TakeLines(), (std::vector<std::string>{"text", "selection"}));
   EXPECT_TRUE(edit.NotifyKey({kKeyEnter}));
@@ -64,10 +64,10 @@ TEST(EditTest, AReadOnlyEditKeepsItsText) {
   EXPECT_TRUE(edit.IsReadOnly());
   EXPECT_TRUE(edit.IsMultiLine());
   edit.NotifyTextEdited("x", {});
-  EXPECT_EQ(edit.GetWindowText(), "");
+  EXPECT_EQ(edit.GetControlText(), "");
   edit.SetReadOnly(false);
   edit.NotifyTextEdited("x", {});
-  EXPECT_EQ(edit.GetWindowText(), "x");
+  EXPECT_EQ(edit.GetControlText(), "x");
   EXPECT_EQ(toolkit.TakeLines(), (std::vector<std::string>{"read only", "read only"}));
 }
 
@@ -78,14 +78,14 @@ TEST(EditTest, ASelectionNeverReachesBeyondTheText) {
   };
   TellingEdit edit;
   edit.Create(0, {}, nullptr, 1);
-  edit.SetWindowText("12345");
+  edit.SetControlText("12345");
   for (const Row& row :
        {Row{{1, 3}, {1, 3}}, Row{{4, 900}, {4, 5}}, Row{{7, 9}, {5, 5}}, Row{{3, 1}, {3, 3}}}) {
     edit.NotifySelected(row.wanted);
     EXPECT_EQ(edit.GetSelection(), row.kept) << row.wanted.start << ' ' << row.wanted.end;
   }
   edit.SetSelection({2, 5});
-  edit.SetWindowText("123");
+  edit.SetControlText("123");
   EXPECT_EQ(edit.GetSelection(), (TextRange{2, 3}));
 }
 

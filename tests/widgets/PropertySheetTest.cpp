@@ -38,7 +38,7 @@ class Page : public CPropertyPage {
  protected:
   void OnInitDialog() override {
     lines.push_back("init");
-    FindControl<CEdit>(2)->SetWindowText("proposed");
+    FindControl<CEdit>(2)->SetControlText("proposed");
     SetHeader("Title", "Subtitle");
   }
   void OnSetActive() override {
@@ -47,7 +47,7 @@ class Page : public CPropertyPage {
   }
   void OnControl(int controlId) override { lines.push_back("used " + std::to_string(controlId)); }
   void OnWizardFinish() override {
-    lines.push_back("finish " + FindControl<CEdit>(2)->GetWindowText());
+    lines.push_back("finish " + FindControl<CEdit>(2)->GetControlText());
   }
 
  private:
@@ -143,10 +143,10 @@ TEST_F(PropertySheet, ItsControlsAreThoseOfTheTableEachTimeAnew) {
   std::string seen;
   user.useSheet = [&](CPropertySheet& shown) {
     const CPropertyPage& body = *shown.GetPage();
-    seen = shown.GetWindowText() + "/" + body.GetHeaderTitle() + "/" + body.GetHeaderSubtitle();
+    seen = shown.GetControlText() + "/" + body.GetHeaderTitle() + "/" + body.GetHeaderSubtitle();
     for (const CWnd* control : body.GetChildren()) {
       seen += " " + std::to_string(control->GetId()) + KindOf(*control) + ":" +
-              control->GetWindowText();
+              control->GetControlText();
       EXPECT_EQ(control->GetRect(), kRows[control->GetId() - 1].rect);
       EXPECT_TRUE(control->IsVisible());
     }

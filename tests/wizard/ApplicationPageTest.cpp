@@ -45,13 +45,13 @@ class User : public WizardUser {
     const auto& box = Control<CButton>(kIdLaunchTool);
     const auto& link = Control<CHyperlinkCtrl>(kIdDatasheet);
     std::string text = types.GetText(types.GetCurSel()) + ": " +
-                       Control<CEdit>(kIdName).GetWindowText() + " @ " +
-                       Control<CEdit>(kIdLocation).GetWindowText();
+                       Control<CEdit>(kIdName).GetControlText() + " @ " +
+                       Control<CEdit>(kIdLocation).GetControlText();
     text += Control<CButton>(kIdNewProject).IsChecked() ? ", new" : ", join";
     text += Control<CButton>(kIdIntoProject).IsEnabled() ? "" : " only";
     text +=
         std::string(", tool ") + (box.IsChecked() ? "x" : "-") + (box.IsEnabled() ? "" : " off");
-    text += ", '" + Control<CStatic>(kIdDescription).GetWindowText() + "'";
+    text += ", '" + Control<CStatic>(kIdDescription).GetControlText() + "'";
     return text + ", " + link.GetAddress() + (link.IsEnabled() ? "" : " off");
   }
 };
@@ -275,7 +275,7 @@ TEST_F(ApplicationPageTest, TheDatasheetOpensOutsideOfTheSystem) {
 TEST_F(ApplicationPageTest, ItsTitleSaysWhatBecomesOfTheApplication) {
   std::vector<std::string> titles;
   const auto note = [&titles](CPropertySheet& sheet) {
-    titles.push_back(sheet.GetWindowText() + ": " + sheet.GetPage()->GetHeaderTitle() + ", " +
+    titles.push_back(sheet.GetControlText() + ": " + sheet.GetPage()->GetHeaderTitle() + ", " +
                      sheet.GetPage()->GetHeaderSubtitle());
     return kSheetCancel;
   };

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/MemoryFileSystem.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

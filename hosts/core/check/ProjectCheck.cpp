@@ -6,6 +6,7 @@
 #include "hosts/core/check/NodeCheck.h"
 #include "hosts/core/check/OptionCheck.h"
 #include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 

@@ -101,7 +101,7 @@ void Raise(const IdeWindow& window, const char* dock) {
 }
 
 void Build(IdeWindow& window) {
-  window.Commands().Run(tarn::TARN_CMD_BUILD_ALL);
+  window.Commands().Run(TARN_CMD_BUILD_ALL);
   WaitUntil([&] { return !window.Commands().IsBuilding(); }, "the end of a build");
 }
 
@@ -143,7 +143,7 @@ void TakeWizard(IdeWindow& window, const Photographer& camera) {
     }
     if (QWidget* const dialog = QApplication::activeModalWidget()) dialog->close();
   });
-  window.Commands().Run(tarn::TARN_CMD_NEW_APPLICATION);
+  window.Commands().Run(TARN_CMD_NEW_APPLICATION);
   if (!failure.empty()) throw std::runtime_error(failure);
 }
 

@@ -1,12 +1,13 @@
 #include "platform/automation/ClassRegistry.h"
 
-#include <unistd.h>
-
 #include <exception>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "platform/automation/ServerLibrary.h"
 #include "platform/modules/Modules.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -81,9 +82,11 @@ std::string ClassRegistry::LibraryOf(std::string_view classId) {
   const std::string_view server = classId.substr(0, classId.find('.'));
   // Only a plain name may select a file of the module folder.
   const bool isPlain = !server.empty() && server.size() != classId.size() &&
-                       server.find('/') == std::string_view::npos;
-  std::string beside = isPlain ? moduleFolder + "/" + ModuleFileName(std::string(server)) : "";
-  if (isPlain && access(beside.c_str(), F_OK) == 0) return beside;
+                       server.find_first_of("/\\") == std::string_view::npos;
+  std::string beside =
+      isPlain ? moduleFolder + kSeparator + ModuleFileName(std::string(server)) : "";
+  std::error_code ignored;
+  if (isPlain && std::filesystem::exists(beside, ignored)) return beside;
   const auto registered =
       registeredClasses == nullptr ? std::nullopt : registeredClasses->FindLibrary(classId);
   return registered ? *registered : beside;
@@ -95,14 +98,13 @@ IClassFactory* ClassRegistry::LoadFactory(std::string_view classId, std::string&
     error = "no such class";
     return nullptr;
   }
-  const Result<void*> entry = FindModuleEntry(libraryPath, "DllGetClassObject");
+  const Result<GetClassObjectEntry*> entry = FindClassObjectEntry(libraryPath);
   if (!entry) {
     error = entry.GetError().text;
     return nullptr;
   }
   IClassFactory* factory = nullptr;
-  const std::int32_t code =
-      reinterpret_cast<GetClassObjectEntry*>(*entry)(std::string(classId).c_str(), &factory);
+  const std::int32_t code = (*entry)(std::string(classId).c_str(), &factory);
   if (code == 0 && factory != nullptr) return factory;
   error = libraryPath + " has no such class";
   return nullptr;

@@ -56,7 +56,7 @@ std::optional<std::string> LibraryIn(const Registries& registries, std::string_v
   const auto classId = ClassIdIn(registries, name);
   if (!classId) return std::nullopt;
   auto path = ReadFirst(registries, ClassKey(*classId), "InprocServer");
-  return path && path->starts_with(kSeparator) ? path : std::nullopt;
+  return path && !IsRelativePath(*path) ? path : std::nullopt;
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ bool ClassStore::Edit(const std::function<bool(IniFile& store)>& edit) {
 
 bool ClassStore::AddTypeLibrary(const ServerIdentity& server, const std::string& libraryPath) {
   return Edit([&](IniFile& store) {
-    return libraryPath.starts_with(kSeparator) &&
+    return !IsRelativePath(libraryPath) &&
            WriteValues(store, TypeLibraryKey(server),
                        {{"@", server.typeLibraryName}, {"Library", libraryPath}}) &&
            WriteValues(store, InterfaceKey(server),
@@ -88,7 +88,7 @@ bool ClassStore::AddTypeLibrary(const ServerIdentity& server, const std::string&
 
 bool ClassStore::AddServerClass(const ServerIdentity& server, const std::string& libraryPath) {
   return Edit([&](IniFile& store) {
-    return libraryPath.starts_with(kSeparator) &&
+    return !IsRelativePath(libraryPath) &&
            WriteValues(store, KeyOf({server.progId}),
                        {{"@", server.className}, {"CLSID", server.classId}}) &&
            WriteValues(store, ClassKey(server.classId),

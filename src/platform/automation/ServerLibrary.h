@@ -21,6 +21,11 @@ class IClassFactory;
 using GetClassObjectEntry = std::int32_t(const char* classId, IClassFactory** factory);
 using PlainServerEntry = std::int32_t();
 
+// Loads the library and returns its entry that creates class factories. The only place that knows
+// the entry's name: where the system's own loader claims DllGetClassObject() for another signature,
+// a port exports this one under another name. Fails like FindModuleEntry().
+Result<GetClassObjectEntry*> FindClassObjectEntry(const std::string& libraryPath);
+
 // Loads the library, calls one of the entry points without arguments and returns its result.
 Result<std::int32_t> CallServerEntry(const std::string& libraryPath, const char* name);
 

@@ -55,7 +55,7 @@ std::string RelativeNameOnDisk(FileSystem& files, const std::string& folder,
   const std::string from = files.Canonical(folder);
   const std::string to = files.Canonical(path);
   std::string relative = RelativeDiskPath(from, to);
-  if (!from.starts_with(kSeparator) || IsNetworkPath(from)) return relative;
+  if (IsRelativePath(from) || HasDrive(from) || IsNetworkPath(from)) return relative;
   const bool staysInside = !relative.starts_with("..");
   const bool keepsSteps = HasParentStep(from) || HasParentStep(to);
   if (relative.empty() || (staysInside && !keepsSteps)) return relative;

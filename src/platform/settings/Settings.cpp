@@ -1,8 +1,5 @@
 #include "platform/settings/Settings.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 
@@ -16,12 +13,6 @@ namespace {
 
 // Capacity of a caller's buffer of 260 bytes without the terminating zero.
 constexpr std::size_t kLongestRegistryValue = 259;
-
-// An environment variable is used only if it is an absolute path.
-std::string UserFolder(const char* variable, std::string_view belowHome) {
-  const std::string base = TextOf(std::getenv(variable));
-  return JoinPath(base.starts_with(kSeparator) ? base : JoinPath(HomeFolder(), belowHome), "tarn");
-}
 
 std::string WithoutOuterBackslashes(std::string_view key) {
   while (key.starts_with('\\')) key.remove_prefix(1);
@@ -44,16 +35,6 @@ std::string ProfileFile(const SettingsFolders& folders) {
 
 }  // namespace
 
-std::string HomeFolder() {
-  const std::string home = TextOf(std::getenv("HOME"));
-  if (home.starts_with(kSeparator)) return home;
-  passwd entry{};
-  passwd* found = nullptr;
-  std::string buffer(16384, '\0');
-  getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
-  return found == nullptr ? "/" : TextOf(found->pw_dir);
-}
-
 SettingsFolders SettingsFolders::FromEnvironment() {
   std::string root = TextOf(std::getenv("TARN_SETTINGS"));
   if (!root.empty()) {
@@ -62,9 +43,7 @@ SettingsFolders SettingsFolders::FromEnvironment() {
     return {JoinPath(root, "machine"), JoinPath(root, "user"), JoinPath(root, "data"),
             JoinPath(root, "state")};
   }
-  return {"/etc/tarn", UserFolder("XDG_CONFIG_HOME", ".config"),
-          UserFolder("XDG_DATA_HOME", ".local/share"),
-          UserFolder("XDG_STATE_HOME", ".local/state")};
+  return OfSystem();
 }
 
 std::string RegistryFileIn(const std::string& folder) {

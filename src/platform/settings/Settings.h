@@ -13,7 +13,7 @@
 
 namespace tarn {
 
-// The user's home folder; the root of the disk if there is none.
+// The user's home folder; the root of the disk if there is none. Supplied by the port.
 std::string HomeFolder();
 
 // Locations of the system's and the user's settings. The environment variable `TARN_SETTINGS` moves
@@ -26,6 +26,8 @@ struct SettingsFolders {
 
   // Reads the environment of the process.
   static SettingsFolders FromEnvironment();
+  // Returns the folders that apply without `TARN_SETTINGS`. Supplied by the port.
+  static SettingsFolders OfSystem();
 };
 
 // Path of the registry file in one of these folders.

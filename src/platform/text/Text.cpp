@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/time/CivilTime.h"
+
 namespace tarn {
 
 namespace {
@@ -153,15 +155,18 @@ std::string FormatMessageText(std::string_view format, std::span<const std::stri
 std::string FormatLocalTime(std::int64_t seconds) {
   // Cache of the last result: tools write many files in the same second, and these are displayed
   // consecutively.
-  thread_local std::pair<std::int64_t, std::string> last;
-  if (last.first == seconds && !last.second.empty()) return last.second;
-  const auto time = static_cast<std::time_t>(seconds);
-  std::tm parts{};
-  if (localtime_r(&time, &parts) == nullptr) return {};
-  char buffer[128];
-  const std::size_t length = std::strftime(buffer, sizeof buffer, "%x %X", &parts);
-  last = {seconds, std::string(buffer, length)};
-  return last.second;
+  struct LastText {
+    std::int64_t seconds;
+    std::size_t length;
+    char text[128];
+  };
+  static thread_local constinit LastText last = {};
+  if (last.seconds == seconds && last.length > 0) return {last.text, last.length};
+  const std::optional<std::tm> parts = ToLocalTime(seconds);
+  if (!parts) return {};
+  last.seconds = seconds;
+  last.length = std::strftime(last.text, sizeof last.text, "%x %X", &*parts);
+  return {last.text, last.length};
 }
 
 }  // namespace tarn

@@ -65,7 +65,7 @@ class ButtonWidgetPeer : public WidgetPeer<ButtonPeer, QAbstractButton> {
   }
 
   void OnTextChanged() override {
-    if (widget != nullptr) widget->setText(ToQtLabel(button.GetWindowText()));
+    if (widget != nullptr) widget->setText(ToQtLabel(button.GetControlText()));
   }
   void OnCheckChanged() override {
     if (widget == nullptr || button.GetKind() == ButtonKind::Push) return;
@@ -131,7 +131,7 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
 
   void OnTextChanged() override {
     if (widget == nullptr || kind != StaticKind::Label) return;
-    widget->setText(ToQt(window.GetWindowText()));
+    widget->setText(ToQt(window.GetControlText()));
     Fit();
   }
   void OnMoved() override {
@@ -200,7 +200,7 @@ class HyperlinkPeer : public WidgetPeer<WindowPeer, LinkLabel> {
   }
 
   void OnTextChanged() override {
-    if (widget != nullptr) widget->setText(ToQt(window.GetWindowText()));
+    if (widget != nullptr) widget->setText(ToQt(window.GetControlText()));
   }
   void OnFontChanged() override {
     if (widget == nullptr) return;

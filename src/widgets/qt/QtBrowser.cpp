@@ -181,7 +181,7 @@ class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {
 
   void OnTextChanged() override {
     WidgetPeer::OnTextChanged();
-    if (widget != nullptr) widget->setAccessibleName(ToQt(browser.GetWindowText()));
+    if (widget != nullptr) widget->setAccessibleName(ToQt(browser.GetControlText()));
   }
   void OnNavigate() override {
     if (widget != nullptr) widget->Show(ToQt(browser.GetAddress()));

@@ -111,13 +111,13 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
   void OnTextChanged() override {
     if (widget == nullptr) return;
     const QScopedValueRollback<bool> own(isShowing, true);
-    SetText(*widget, ToQt(edit.GetWindowText()));
+    SetText(*widget, ToQt(edit.GetControlText()));
     OnSelectionChanged();
   }
   void OnSelectionChanged() override {
     if (widget == nullptr) return;
     const QScopedValueRollback<bool> own(isShowing, true);
-    const std::string& text = edit.GetWindowText();
+    const std::string& text = edit.GetControlText();
     const TextRange range = edit.GetSelection();
     Select(*widget, {ToQtPosition(text, range.start), ToQtPosition(text, range.end)});
   }
@@ -128,13 +128,13 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
  private:
   void OnEdited() {
     if (isShowing) return;
-    const std::string text = WithChange(edit.GetWindowText(), TextOf(*widget));
+    const std::string text = WithChange(edit.GetControlText(), TextOf(*widget));
     edit.NotifyTextEdited(text, SelectedBytes(text));
   }
   void OnSelected() {
     // A selection signal that precedes its text change is reported together with that.
-    if (isShowing || TextOf(*widget) != ToQt(edit.GetWindowText())) return;
-    edit.NotifySelected(SelectedBytes(edit.GetWindowText()));
+    if (isShowing || TextOf(*widget) != ToQt(edit.GetControlText())) return;
+    edit.NotifySelected(SelectedBytes(edit.GetControlText()));
   }
   TextRange SelectedBytes(const std::string& text) const {
     const Selected range = SelectionOf(*widget);

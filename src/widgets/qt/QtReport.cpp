@@ -128,7 +128,7 @@ class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
   }
   void OnTextChanged() override {
     WidgetPeer::OnTextChanged();
-    if (widget != nullptr) widget->view->setAccessibleName(ToQt(report.GetWindowText()));
+    if (widget != nullptr) widget->view->setAccessibleName(ToQt(report.GetControlText()));
   }
   // The images may have been replaced by ones of another size.
   void OnInvalidated() override {

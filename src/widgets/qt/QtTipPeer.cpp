@@ -60,7 +60,7 @@ std::vector<TipWidget::Line> TipWidget::Lines() const {
   QFont bold = font();
   bold.setBold(true);
   std::vector<Line> lines = {{ToQt(tip.GetTitle()), bold}};
-  for (const std::string_view line : Split(tip.GetWindowText(), '\n')) {
+  for (const std::string_view line : Split(tip.GetControlText(), '\n')) {
     lines.push_back({ToQt(line), font()});
   }
   return lines;
@@ -120,7 +120,7 @@ void QtTipPeer::OnShown() {
   // The parent may have moved since the position was set.
   if (tip.IsVisible()) QtTipPeer::OnMoved();
   widget->setAccessibleName(ToQt(tip.GetTitle()));
-  widget->setAccessibleDescription(ToQt(tip.GetWindowText()));
+  widget->setAccessibleDescription(ToQt(tip.GetControlText()));
   widget->setVisible(tip.IsVisible());
 }
 

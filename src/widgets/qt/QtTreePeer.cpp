@@ -30,7 +30,7 @@ void QtTreePeer::OnMoved() {
 
 void QtTreePeer::OnTextChanged() {
   WidgetPeer::OnTextChanged();
-  if (widget != nullptr) widget->setAccessibleName(ToQt(tree.GetWindowText()));
+  if (widget != nullptr) widget->setAccessibleName(ToQt(tree.GetControlText()));
 }
 
 // The images may have been replaced by ones of another size.

@@ -54,9 +54,9 @@ void NameFields(const CPropertyPage& page) {
   for (const CWnd* const each : page.GetChildren()) {
     QWidget* const widget = WidgetOf(*each);
     if (const auto* const text = dynamic_cast<const CStatic*>(each)) {
-      if (text->GetKind() == StaticKind::Label) label = ToQt(text->GetWindowText());
+      if (text->GetKind() == StaticKind::Label) label = ToQt(text->GetControlText());
     } else if (widget != nullptr && widget->accessibleName().isEmpty()) {
-      if (dynamic_cast<const CControl*>(each) == nullptr || each->GetWindowText().empty()) {
+      if (dynamic_cast<const CControl*>(each) == nullptr || each->GetControlText().empty()) {
         widget->setAccessibleName(label);
       }
     }

@@ -85,7 +85,7 @@ class WidgetPeer : public Base {
   }
   void OnTextChanged() override {
     if (widget != nullptr && window.GetParent() == nullptr) {
-      widget->setWindowTitle(ToQt(window.GetWindowText()));
+      widget->setWindowTitle(ToQt(window.GetControlText()));
     }
   }
   void OnFontChanged() override {

@@ -50,31 +50,31 @@ class EditPeerTest : public ::testing::TestWithParam<std::uint32_t> {
 
 TEST_P(EditPeerTest, UserAndSystemEditTheSameText) {
   // Invalid UTF-8 is preserved as long as the user does not edit it.
-  edit.SetWindowText("\xFF \xC3\xA4 end");
-  EXPECT_EQ(Shown(), ToQt(edit.GetWindowText()));
+  edit.SetControlText("\xFF \xC3\xA4 end");
+  EXPECT_EQ(Shown(), ToQt(edit.GetControlText()));
   EXPECT_EQ(edit.edits, 0);
   edit.SetSelection({2, 4});
   QTest::keyClicks(field, QStringLiteral("new"));
-  EXPECT_EQ(edit.GetWindowText(), "\xFF new end");
+  EXPECT_EQ(edit.GetControlText(), "\xFF new end");
   EXPECT_EQ(edit.GetSelection(), (TextRange{5, 5}));
   EXPECT_EQ(edit.edits, 3);
   QTest::keyClick(field, Qt::Key_Left, Qt::ShiftModifier);
   EXPECT_EQ(edit.GetSelection(), (TextRange{4, 5}));
   QTest::keyClick(field, Qt::Key_Backspace);
-  EXPECT_EQ(edit.GetWindowText(), "\xFF ne end");
+  EXPECT_EQ(edit.GetControlText(), "\xFF ne end");
 
   edit.SetReadOnly(true);
   QTest::keyClicks(field, QStringLiteral("x"));
-  EXPECT_EQ(edit.GetWindowText(), "\xFF ne end");
+  EXPECT_EQ(edit.GetControlText(), "\xFF ne end");
 
   edit.SetReadOnly(false);
-  edit.SetWindowText("5\xC2\xA0MHz");
+  edit.SetControlText("5\xC2\xA0MHz");
   QTest::keyClick(field, Qt::Key_End);
   QTest::keyClicks(field, QStringLiteral("x"));
-  EXPECT_EQ(edit.GetWindowText(), "5\xC2\xA0MHzx");
+  EXPECT_EQ(edit.GetControlText(), "5\xC2\xA0MHzx");
   EXPECT_EQ(edit.GetSelection(), (TextRange{7, 7}));
 
-  edit.SetWindowText(std::string(100'000, 'x'));
+  edit.SetControlText(std::string(100'000, 'x'));
   EXPECT_EQ(Shown().size(), 100'000);
 }
 
@@ -83,10 +83,10 @@ TEST_P(EditPeerTest, KeysGoThroughTheWindowFirst) {
     QTest::keyClick(field, key);
   }
   EXPECT_EQ(edit.keys, (std::vector<int>{kKeyEnter, kKeyEscape, kKeyTab, kKeyTab}));
-  edit.SetWindowText("");
+  edit.SetControlText("");
   edit.usedKey = kKeyEnter;
   QTest::keyClick(field, Qt::Key_Return);
-  EXPECT_EQ(edit.GetWindowText(), "");
+  EXPECT_EQ(edit.GetControlText(), "");
 }
 
 TEST_P(EditPeerTest, MayEndInItsOwnEvents) {

@@ -466,7 +466,7 @@ TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
                "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 2 1\"><rect "
                "width=\"2\" height=\"1\" fill=\"#00ff00\"/></svg>");
   CImageList drawn({2, 1});
-  ASSERT_EQ(drawn.Add(LoadBitmap(FileSystem::Native(), folder / "a.bmp")), 0);
+  ASSERT_EQ(drawn.Add(ReadBitmapFile(FileSystem::Native(), folder / "a.bmp")), 0);
   EXPECT_EQ(cache.Get(drawn, 0, 2).toImage().pixelColor(0, 0), QColor(Qt::red));
   const QImage sharp = cache.Get(drawn, 1, 2).toImage();
   EXPECT_EQ(sharp.size(), QSize(4, 2));

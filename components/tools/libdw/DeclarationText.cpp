@@ -1,9 +1,9 @@
-#include "components/tools/DeclarationText.h"
+#include "components/tools/libdw/DeclarationText.h"
 
 #include <cstdint>
 #include <string_view>
 
-#include "components/tools/DebugEntry.h"
+#include "components/tools/libdw/DebugEntry.h"
 
 namespace tarn::tools {
 

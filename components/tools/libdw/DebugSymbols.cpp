@@ -8,9 +8,10 @@
 #include <unordered_set>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/DebugEntry.h"
-#include "components/tools/DeclarationText.h"
+#include "components/tools/libdw/DebugEntry.h"
+#include "components/tools/libdw/DeclarationText.h"
 #include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::tools {
 

@@ -79,7 +79,8 @@ void KeepRunningOnFailedWrites() {
   signal(SIGXFSZ, SIG_IGN);
 }
 
-Interrupts::Interrupts(std::function<void()> onInterrupt, int output) {
+Interrupts::Interrupts(std::function<void()> onInterrupt, WatchedOutput watched) {
+  const int output = watched == WatchedOutput::Standard ? STDOUT_FILENO : -1;
   int ends[2] = {-1, -1};
   if (pipe2(ends, O_CLOEXEC) != 0) {
     throw std::system_error(errno, std::generic_category(), "no pipe for interrupts");

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarn::host {
+
+// Standard streams and arguments of this process. Supplied by the port.
+
+// True if a user can reply on standard input.
+bool IsInputTerminal();
+bool IsOutputTerminal();
+// Columns of the terminal on standard output; nullopt if unknown. Changes when a window is resized.
+std::optional<int> TerminalWidth();
+// Returns the arguments of the process, program name first, in the encoding of all other strings.
+// `argc` and `argv` are those of main().
+std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
+
+}  // namespace tarn::host

@@ -1,0 +1,114 @@
+#include "hosts/serve/posix/DescriptorChannel.h"
+
+#include <fcntl.h>
+#include <limits.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <system_error>
+
+namespace tarn::host {
+
+namespace {
+
+// Moves one of the standard descriptors to a number that is not inherited by tools and not written
+// to by other code of this process; `replacement` takes its place. -1 on error.
+class MovedDescriptor {
+ public:
+  MovedDescriptor(int standard, int replacement)
+      : descriptor(fcntl(standard, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    if (replacement >= 0) dup2(replacement, standard);
+  }
+  MovedDescriptor(const MovedDescriptor&) = delete;
+  MovedDescriptor& operator=(const MovedDescriptor&) = delete;
+  ~MovedDescriptor() {
+    if (descriptor >= 0) close(descriptor);
+  }
+
+  int Get() const { return descriptor; }
+
+ private:
+  const int descriptor;
+};
+
+// The owned descriptors; a base class, so that they outlive the channel over them.
+struct StandardDescriptors {
+  explicit StandardDescriptors(int nothing)
+      : movedInput(STDIN_FILENO, nothing), movedOutput(STDOUT_FILENO, STDERR_FILENO) {}
+
+  MovedDescriptor movedInput;
+  MovedDescriptor movedOutput;
+};
+
+class StandardChannel : private StandardDescriptors, public DescriptorChannel {
+ public:
+  explicit StandardChannel(int nothing)
+      : StandardDescriptors(nothing), DescriptorChannel(movedInput.Get(), movedOutput.Get()) {}
+
+  bool IsOpen() const { return movedInput.Get() >= 0 && movedOutput.Get() >= 0; }
+};
+
+}  // namespace
+
+DescriptorChannel::DescriptorChannel(int inputDescriptor, int outputDescriptor)
+    : input(inputDescriptor), output(outputDescriptor) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
+    throw std::system_error(errno, std::generic_category(), "no pipe");
+  }
+  wakeRead = ends[0];
+  wakeWrite = ends[1];
+}
+
+DescriptorChannel::~DescriptorChannel() {
+  close(wakeRead);
+  close(wakeWrite);
+}
+
+ByteChannel::Events DescriptorChannel::Wait(bool forInput) {
+  pollfd watched[] = {{wakeRead, POLLIN, 0}, {forInput ? input : -1, POLLIN, 0}, {output, 0, 0}};
+  if (poll(watched, std::size(watched), -1) < 0) return {false, errno != EINTR};
+  if (watched[0].revents != 0) {
+    char words[64];
+    [[maybe_unused]] const auto count = read(wakeRead, words, sizeof words);
+  }
+  return {watched[1].revents != 0, (watched[2].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0};
+}
+
+void DescriptorChannel::Wake() {
+  const char word = 'w';
+  [[maybe_unused]] const auto written = write(wakeWrite, &word, 1);
+}
+
+std::optional<std::size_t> DescriptorChannel::Read(char* bytes, std::size_t size) {
+  const ssize_t count = read(input, bytes, size);
+  if (count < 0 && (errno == EINTR || errno == EAGAIN)) return std::nullopt;
+  return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+
+ByteChannel::WriteState DescriptorChannel::WaitToWrite(std::chrono::milliseconds limit) {
+  pollfd watched{output, POLLOUT, 0};
+  const int ready = poll(&watched, 1, static_cast<int>(limit.count()));
+  if (ready < 0) return errno == EINTR ? WriteState::Full : WriteState::Broken;
+  if (ready == 0) return WriteState::Full;
+  return (watched.revents & POLLOUT) != 0 ? WriteState::Ready : WriteState::Broken;
+}
+
+std::optional<std::size_t> DescriptorChannel::Write(std::string_view bytes) {
+  // A ready pipe accepts this many bytes without blocking.
+  const ssize_t count = write(output, bytes.data(), std::min<std::size_t>(bytes.size(), PIPE_BUF));
+  if (count >= 0) return static_cast<std::size_t>(count);
+  return errno == EINTR || errno == EAGAIN ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
+std::unique_ptr<ByteChannel> TakeStandardStreams() {
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  auto channel = std::make_unique<StandardChannel>(nothing);
+  if (nothing >= 0) close(nothing);
+  return channel->IsOpen() ? std::move(channel) : nullptr;
+}
+
+}  // namespace tarn::host
