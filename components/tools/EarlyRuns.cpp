@@ -106,6 +106,7 @@ bool EarlyRuns::IsGood(const std::string& key, std::size_t mostMessages) {
   const bool isGood = entry->run->IsGood(mostMessages);
   if (!isGood) entry->run->RemoveResults();
   hold.lock();
+  entry->isGood = isGood;
   if (!isGood) entries.erase(entry);
   return isGood;
 }
@@ -113,7 +114,7 @@ bool EarlyRuns::IsGood(const std::string& key, std::size_t mostMessages) {
 std::unique_ptr<EarlyRun> EarlyRuns::Take(const std::string& key) {
   const std::lock_guard guard(lock);
   const auto entry = Find(key);
-  if (entry == entries.end() || entry->state != State::Ended) return nullptr;
+  if (entry == entries.end() || !entry->isGood) return nullptr;
   std::unique_ptr<EarlyRun> run = std::move(entry->run);
   entries.erase(entry);
   return run;

@@ -38,7 +38,7 @@ class EarlyRuns {
   // what the same run would produce now, given the limit for messages that now applies; otherwise
   // removes the run and its results. Returns false if there is no such run.
   bool IsGood(const std::string& key, std::size_t mostMessages);
-  // Removes a run that has ended and returns it; null if there is none with this key.
+  // Removes a run that IsGood has accepted, and returns it; null if there is none with this key.
   std::unique_ptr<EarlyRun> Take(const std::string& key);
   // Stops all runs, waits for their end and removes their results.
   void Drop();
@@ -64,6 +64,7 @@ class EarlyRuns {
   struct Entry {
     std::unique_ptr<EarlyRun> run;
     State state = State::Queued;
+    bool isGood = false;  // IsGood returned true
   };
   using Entries = std::list<Entry>;
 

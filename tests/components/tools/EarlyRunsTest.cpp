@@ -1,0 +1,147 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <thread>
+
+#include "components/tools/ToolManager.h"
+#include "components/values/OptionValues.h"
+#include "platform/text/Text.h"
+#include "support/Surroundings.h"
+
+namespace tarn::tools {
+namespace {
+
+using ::testing::HasSubstr;
+
+// A compiler that copies its source to its output after a pause that the source names, and that
+// counts how many of its kind run at the same time.
+constexpr const char* kCompiler =
+    "out=$1 src=$2 dir=$3\n"
+    "touch \"$dir/run.$$\"; set -- \"$dir\"/run.*; echo $# >> \"$dir/counts\"\n"
+    "read pause < \"$src\"; sleep \"$pause\"\n"
+    "if grep -q bad \"$src\"; then echo \"$src:1: error: bad\"; rm \"$dir/run.$$\"; exit 1; fi\n"
+    "echo \"$src:1: warning: odd\"\ncp \"$src\" \"$out\"; echo \"o: $src $dir/h\" > \"$out.d\"\n"
+    "rm \"$dir/run.$$\"\n";
+
+// Early runs by threads of a tool manager with real processes.
+class EarlyRunsThread : public ::testing::Test {
+ protected:
+  EarlyRunsThread() {
+    folder.Write(
+        "config/tools/t.tools",
+        "<T><Tool Name=\"cc\" Early=\"Yes\" Messages=\"m\" Output=\"$(Build.OutputFile)\" "
+        "Rules=\"$(Output).d\"><Step Program=\"/bin/sh\"><Arg V=\"" +
+            folder / "cc.sh" + "\"/><Arg V=\"$(Output)\"/><Arg V=\"$(File)\"/><Arg V=\"" +
+            folder.Path() +
+            "\"/></Step></Tool><Tool Name=\"late\"><Step Program=\"/bin/true\"/></Tool>"
+            "<Messages Name=\"m\"><Rule Kind=\"error\" Pattern=\"error\"/></Messages></T>");
+    folder.Write("cc.sh", kCompiler);
+    folder.Write("h", "");
+    values.Put("Application", "General", "ApplicationDir", folder.Path() + "/");
+    manager->InitTools(folder.Path().c_str(), "", 0);
+    manager->SetJobs(3);
+  }
+  ~EarlyRunsThread() override { manager->Release(); }
+
+  bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
+  std::string FileOf(const std::string& name) { return "\"" + folder / name + ".c\""; }
+  std::string OptionsOf(const std::string& name) {
+    values.Put("", "Build", "OutputFile", name + ".o");
+    return values.ToText();
+  }
+  bool Prepare(const std::string& name, const char* tool = "cc") {
+    return manager->PrepareTool(tool, FileOf(name).c_str(), OptionsOf(name).c_str()) != 0;
+  }
+  bool Await(const std::string& name) {
+    return manager->AwaitTool("cc", FileOf(name).c_str(), OptionsOf(name).c_str()) != 0;
+  }
+  bool Run(const std::string& name) {
+    return manager->RunTool("cc", FileOf(name).c_str(), OptionsOf(name).c_str(),
+                            (folder / "m.xml").c_str()) != 0;
+  }
+  std::string Counts() const { return testing::ReadBytes(folder / "counts"); }
+
+  const testing::ScratchFolder folder;
+  OptionValues values{"C"};
+  ToolManager* const manager = new ToolManager(ToolWorld::Native());
+};
+
+TEST_F(EarlyRunsThread, ResultsWaitUntilTheyAreRequestedInAnyOrder) {
+  std::vector<std::string> names;
+  for (int i = 0; i < 12; ++i) {
+    names.push_back("s" + std::to_string(i));
+    folder.Write(names.back() + ".c", i % 3 == 0 ? "0.2\n" : "0\n");
+    EXPECT_TRUE(Prepare(names.back()));
+  }
+  EXPECT_FALSE(Prepare("s3")) << "its output is already being made";
+  for (const std::string& name : names) {
+    EXPECT_TRUE(Await(name)) << name;
+    EXPECT_TRUE(Run(name));
+    EXPECT_THAT(testing::ReadBytes(folder / "m.xml"), HasSubstr(name + ".c:1: warning: odd"));
+    EXPECT_THAT(manager->TakeBuildInformation(), HasSubstr(folder / name + ".o"));
+  }
+  std::set<std::string> counts;
+  for (const std::string& line : SplitLines(Counts())) counts.insert(line);
+  EXPECT_TRUE(counts.contains("3")) << Counts();
+  EXPECT_FALSE(counts.contains("4")) << Counts();
+  EXPECT_FALSE(Await("s1")) << "a result is delivered once";
+}
+
+TEST_F(EarlyRunsThread, AResultThatIsNotWhatARunWouldMakeNowIsRemoved) {
+  const struct {
+    const char* name;
+    const char* source;
+    std::function<void()> change;
+  } rows[] = {
+      {"failed", "0 bad\n", [] {}},
+      {"source", "0\n", [this] { folder.Write("source.c", "0 x\n"); }},
+      {"header", "0\n", [this] { folder.Write("h", "new"); }},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    folder.Write(std::string(row.name) + ".c", row.source);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ASSERT_TRUE(Prepare(row.name));
+    while (Exists("run") || Counts().empty()) std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    row.change();
+    EXPECT_FALSE(Await(row.name));
+    EXPECT_FALSE(Exists(std::string(row.name) + ".o"));
+    EXPECT_EQ(Run(row.name), row.source == std::string("0\n"));
+  }
+}
+
+TEST_F(EarlyRunsThread, NothingIsLeftOfDroppedAndStoppedRuns) {
+  for (const char* name : {"a", "b", "c", "d"}) {
+    folder.Write(std::string(name) + ".c", name == std::string("a") ? "0\n" : "30\n");
+    ASSERT_TRUE(Prepare(name));
+  }
+  ASSERT_TRUE(Await("a"));
+  manager->DropTools();
+  for (const char* name : {"a", "b", "c", "d"}) EXPECT_FALSE(Exists(std::string(name) + ".o"));
+  ASSERT_TRUE(Prepare("b"));
+  std::thread stopper([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    manager->StopTools();
+  });
+  EXPECT_FALSE(Await("b"));
+  EXPECT_FALSE(Run("b"));
+  stopper.join();
+  EXPECT_FALSE(Prepare("b")) << "until tools are resumed";
+  manager->ResumeTools();
+  folder.Write("b.c", "0\n");
+  EXPECT_TRUE(Prepare("b"));
+}
+
+TEST_F(EarlyRunsThread, OtherToolsWaitForTheirTurn) {
+  folder.Write("a.c", "0\n");
+  EXPECT_FALSE(Prepare("a", "late"));
+  EXPECT_FALSE(Prepare("a", "unknown"));
+  manager->SetJobs(1);
+  EXPECT_FALSE(Prepare("a"));
+  EXPECT_TRUE(Run("a"));
+}
+
+}  // namespace
+}  // namespace tarn::tools
