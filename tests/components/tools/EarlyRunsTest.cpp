@@ -28,14 +28,14 @@ constexpr const char* kCompiler =
 class EarlyRunsThread : public ::testing::Test {
  protected:
   EarlyRunsThread() {
-    folder.Write(
-        "config/tools/t.tools",
-        "<T><Tool Name=\"cc\" Early=\"Yes\" Messages=\"m\" Output=\"$(Build.OutputFile)\" "
-        "Rules=\"$(Output).d\"><Step Program=\"/bin/sh\"><Arg V=\"" +
-            folder / "cc.sh" + "\"/><Arg V=\"$(Output)\"/><Arg V=\"$(File)\"/><Arg V=\"" +
-            folder.Path() +
-            "\"/></Step></Tool><Tool Name=\"late\"><Step Program=\"/bin/true\"/></Tool>"
-            "<Messages Name=\"m\"><Rule Kind=\"error\" Pattern=\"error\"/></Messages></T>");
+    folder.Write("config/tools/t.tools",
+                 "<T><Tool Name=\"cc\" Early=\"Yes\" Messages=\"m\" Output=\"$(Build.OutputFile)\" "
+                 "Rules=\"$(Output).d\"><Step Program=\"/bin/sh\"><Arg V=\"" +
+                     folder / "cc.sh" + "\"/><Arg V=\"$(Output)\"/><Arg V=\"$(File)\"/><Arg V=\"" +
+                     folder.Path() +
+                     "\"/></Step></Tool><Tool Name=\"late\"><Step Program=\"/bin/true\"/></Tool>"
+                     "<Messages Name=\"m\"><Line Template=\"^{SPECFILE}:{SPECLINE}: {SPECERROR}: "
+                     "{SPECMESSAGE}\"/></Messages></T>");
     folder.Write("cc.sh", kCompiler);
     folder.Write("h", "");
     values.Put("Application", "General", "ApplicationDir", folder.Path() + "/");
