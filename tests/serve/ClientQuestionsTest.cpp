@@ -20,8 +20,8 @@ class Connection {
  public:
   explicit Connection(std::vector<std::string> clientAnswers) : answers(std::move(clientAnswers)) {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
-    bytes = std::make_unique<DescriptorChannel>(ends[0], ends[0]);
-    channel = std::make_unique<ClientChannel>(*bytes, MessageLoop::ForCurrentThread(), [] {});
+    connection = std::make_unique<DescriptorChannel>(ends[0], ends[0]);
+    channel = std::make_unique<ClientChannel>(*connection, MessageLoop::ForCurrentThread(), [] {});
     questions = std::make_unique<ClientQuestions>(*channel);
     questions->SetAnswered(ClientQuestions::Names());
     SetDialogResponder(frame.GetHandle(), questions.get());
@@ -77,7 +77,7 @@ class Connection {
   int ends[2] = {-1, -1};
   const std::vector<std::string> answers;
   std::vector<json> asked;  // owned by the client thread until it has ended
-  std::unique_ptr<DescriptorChannel> bytes;
+  std::unique_ptr<DescriptorChannel> connection;
   std::unique_ptr<ClientChannel> channel;
   std::unique_ptr<ClientQuestions> questions;
   std::thread client;

@@ -7,6 +7,7 @@
 
 #include "support/TreeMirror.h"
 #include "views/XmlTreeCtrl.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 
