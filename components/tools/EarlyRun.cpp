@@ -54,10 +54,12 @@ bool EarlyRun::MayRunEarly() const {
                        !plan.rules.empty() && !plan.commands.empty();
   if (!isPlain || owned.job.files.size() != 1 || !owned.job.repeated.empty()) return false;
   const RunAccess access = FindRunAccess(world, *definition, plan, owned.job);
+  // A flag that follows a flag that names a file counts as a name, too.
+  const auto isDeclared = [this](const FileWrite& each) {
+    return !each.isCertain || Contains(claims, each.path) || FileNameOf(each.path).starts_with('-');
+  };
   return !access.writesUnknownFiles &&
-         std::all_of(access.writes.begin(), access.writes.end(), [this](const FileWrite& each) {
-           return !each.isCertain || Contains(claims, each.path);
-         });
+         std::all_of(access.writes.begin(), access.writes.end(), isDeclared);
 }
 
 void EarlyRun::Execute() {
@@ -86,22 +88,27 @@ bool EarlyRun::IsUnchanged(const std::string& path) const {
   return status && (status->changed == 0 || status->changed < run.GetStartTime());
 }
 
-// Returns true if a file that was created during or after the run, in a folder in which headers are
-// looked up, has the name of one that was read.
+// Returns true if a name may lead to a different file now than when the run looked it up: an entry
+// was added to or removed from a folder with files that were read, or a file that was created since
+// is found before one of them. The run itself adds entries to the folders of its output.
 bool EarlyRun::IsShadowed(const std::vector<std::string>& read) const {
   std::vector<std::string> folders = run.Record()->search;
   for (const std::string& path : read) {
     std::string folder = FolderOf(path);
     if (!Contains(folders, folder)) folders.push_back(std::move(folder));
   }
+  const auto isIn = [](const std::string& path, const std::string& folder) {
+    return path.starts_with(AddSeparator(folder));
+  };
   for (const std::string& folder : folders) {
     const auto status = world.files->ExamineFolder(folder);
     if (!status || status->changed < run.GetStartTime()) continue;
+    const bool isOwn = isIn(run.Plan().outputOnDisk, folder);
     for (const std::string& path : read) {
+      if (!isOwn && isIn(path, folder)) return true;
       for (const std::string& other : folders) {
-        const std::string start = AddSeparator(other);
-        if (other == folder || !path.starts_with(start)) continue;
-        const std::string candidate = JoinPath(folder, path.substr(start.size()));
+        if (other == folder || !isIn(path, other)) continue;
+        const std::string candidate = JoinPath(folder, path.substr(AddSeparator(other).size()));
         if (world.files->ExamineExactly(candidate) && !IsUnchanged(candidate)) return true;
       }
     }

@@ -55,7 +55,8 @@ bool BuildWalk::IsStale(const Frame& frame, CXmlNode& node) {
 // Returns the run of a node's tool; null if it has to wait until the walk reaches the node.
 std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
   const CXmlNode* const values = FindStoredValues(node);
-  const bool isLeaf = std::none_of(node.GetChildren().begin(), node.GetChildren().end(),
+  const std::vector<CXmlNode*> children = node.GetChildren();
+  const bool isLeaf = std::none_of(children.begin(), children.end(),
                                    [](const CXmlNode* each) { return IsContentNode(*each); });
   if (values == nullptr || !isLeaf) return nullptr;
   WalkRequest request;

@@ -38,6 +38,7 @@ class EarlyRunsThread : public ::testing::Test {
                      "{SPECMESSAGE}\"/></Messages></T>");
     folder.Write("cc.sh", kCompiler);
     folder.Write("h", "");
+    folder.Write("counts", "");
     values.Put("Application", "General", "ApplicationDir", folder.Path() + "/");
     manager->InitTools(folder.Path().c_str(), "", 0);
     manager->SetJobs(3);
@@ -60,6 +61,8 @@ class EarlyRunsThread : public ::testing::Test {
     return manager->RunTool("cc", FileOf(name).c_str(), OptionsOf(name).c_str(),
                             (folder / "m.xml").c_str()) != 0;
   }
+  // A file that was written in the same tick of the clock as a run starts counts as changed since.
+  static void AwaitTick() { std::this_thread::sleep_for(std::chrono::milliseconds(20)); }
   std::string Counts() const { return testing::ReadBytes(folder / "counts"); }
 
   const testing::ScratchFolder folder;
@@ -72,8 +75,9 @@ TEST_F(EarlyRunsThread, ResultsWaitUntilTheyAreRequestedInAnyOrder) {
   for (int i = 0; i < 12; ++i) {
     names.push_back("s" + std::to_string(i));
     folder.Write(names.back() + ".c", i % 3 == 0 ? "0.2\n" : "0\n");
-    EXPECT_TRUE(Prepare(names.back()));
   }
+  AwaitTick();
+  for (const std::string& name : names) EXPECT_TRUE(Prepare(name));
   EXPECT_FALSE(Prepare("s3")) << "its output is already being made";
   for (const std::string& name : names) {
     EXPECT_TRUE(Await(name)) << name;
@@ -101,10 +105,11 @@ TEST_F(EarlyRunsThread, AResultThatIsNotWhatARunWouldMakeNowIsRemoved) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     folder.Write(std::string(row.name) + ".c", row.source);
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    AwaitTick();
     ASSERT_TRUE(Prepare(row.name));
-    while (Exists("run") || Counts().empty()) std::this_thread::yield();
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    const std::size_t before = Counts().size();
+    while (Counts().size() == before) std::this_thread::yield();
+    AwaitTick();
     row.change();
     EXPECT_FALSE(Await(row.name));
     EXPECT_FALSE(Exists(std::string(row.name) + ".o"));
@@ -115,8 +120,9 @@ TEST_F(EarlyRunsThread, AResultThatIsNotWhatARunWouldMakeNowIsRemoved) {
 TEST_F(EarlyRunsThread, NothingIsLeftOfDroppedAndStoppedRuns) {
   for (const char* name : {"a", "b", "c", "d"}) {
     folder.Write(std::string(name) + ".c", name == std::string("a") ? "0\n" : "30\n");
-    ASSERT_TRUE(Prepare(name));
   }
+  AwaitTick();
+  for (const char* name : {"a", "b", "c", "d"}) ASSERT_TRUE(Prepare(name));
   ASSERT_TRUE(Await("a"));
   manager->DropTools();
   for (const char* name : {"a", "b", "c", "d"}) EXPECT_FALSE(Exists(std::string(name) + ".o"));
