@@ -224,6 +224,15 @@ Result<std::string> FollowLinks(std::string name) {
   return ErrorOf(ELOOP, name);
 }
 
+// Returns true if the folder has the sticky bit, and this process may not replace or remove the
+// file in it. Found out in advance, because a second name of such a file can't be removed either.
+bool IsKeptBySticky(const std::string& folder, const struct stat& file) {
+  struct stat info {};
+  if (stat(folder.c_str(), &info) != 0 || (info.st_mode & S_ISVTX) == 0) return false;
+  const uid_t user = geteuid();
+  return user != 0 && user != file.st_uid && user != info.st_uid;
+}
+
 // A file that has been written under a temporary name, ready to be renamed to the target.
 class Replacement {
  public:
@@ -282,8 +291,15 @@ Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& tar
   if (exists && !S_ISREG(old.st_mode)) {
     return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
   }
-  if (exists && IsReadOnlyName(*place, old.st_mode)) {
-    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", target);
+  if (exists) {
+    Status writable = CheckWritableName(*place, old.st_mode, target);
+    if (writable && IsKeptBySticky(FolderToOpen(*place), old)) {
+      writable = ErrorOf(ErrorCode::ReadOnly,
+                         "it belongs to another user, and so does its folder, in which only the "
+                         "owner of a file may replace it",
+                         target);
+    }
+    if (!writable) return writable.GetError();
   }
   // No other user may read the content before the new file has the mode of the old one.
   Result<std::unique_ptr<TemporaryFile>> temporary =
@@ -314,11 +330,14 @@ bool WriteAll(int file, std::string_view bytes, off_t offset) {
   return true;
 }
 
-bool IsReadOnlyName(const std::string& name, mode_t mode) {
-  if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return true;
+Status CheckWritableName(const std::string& name, mode_t mode, const std::string& place) {
+  if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+    return ErrorOf(ErrorCode::ReadOnly, S_ISDIR(mode) ? "read-only" : "the file is read-only",
+                   place);
+  }
+  if (faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) == 0) return {};
   // Any other error occurs again, with its reason, when the file is written.
-  return faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0 &&
-         CodeOf(errno) == ErrorCode::ReadOnly;
+  return CodeOf(errno) == ErrorCode::ReadOnly ? Status(ErrorOf(errno, place)) : Status();
 }
 
 Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind kind) {

@@ -44,8 +44,8 @@ Result<std::string> CreateReserved(const std::string& folder, std::string_view p
 // reason in errno.
 bool WriteAll(int file, std::string_view bytes, off_t offset = -1);
 
-// Returns true if the mode has no write bit or the OS denies write access. (The OS denies root
-// nothing, so its check alone is not enough.)
-bool IsReadOnlyName(const std::string& name, mode_t mode);
+// Fails with ReadOnly if the mode has no write bit, or with the OS's reason if it denies write
+// access. (The OS denies root nothing, so its check alone is not enough.) `place` is for the error.
+Status CheckWritableName(const std::string& name, mode_t mode, const std::string& place);
 
 }  // namespace tarn::posix
