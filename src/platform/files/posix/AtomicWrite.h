@@ -40,6 +40,10 @@ Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t m
 // Creates an empty file with an unused name in `folder` and returns its name.
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix);
 
+// Removes the user's files named `prefix`, the digits of CreateReserved, and an extension, if the
+// process that created the name is gone.
+void RemoveAbandonedNames(const std::string& folder, std::string_view prefix);
+
 // Writes all bytes at `offset` (-1: at the current position). On error returns false with the
 // reason in errno.
 bool WriteAll(int file, std::string_view bytes, off_t offset = -1);

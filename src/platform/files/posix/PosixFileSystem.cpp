@@ -220,7 +220,7 @@ Status PosixFileSystem::CheckWritable(const std::string& path) {
     return 0;
   };
   if (const Result<int> found = names.Try(path, look); !found) return found.GetError();
-  return isReadOnly ? ErrorOf(ErrorCode::ReadOnly, "read-only", path) : Status();
+  return writable;
 }
 
 bool PosixFileSystem::IsReadOnly(const std::string& path) {
@@ -488,6 +488,7 @@ Result<std::string> PosixFileSystem::ReserveName(const std::string& folder,
   if (separated) return ErrorOf(ErrorCode::InvalidName, "a prefix holds no separator", first);
   const Result<std::string> place = names.LocateOrCreate(first);
   if (!place) return place.GetError();
+  posix::RemoveAbandonedNames(FolderOf(*place), prefix);
   return posix::CreateReserved(FolderOf(*place), prefix);
 }
 
