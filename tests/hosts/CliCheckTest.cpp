@@ -62,6 +62,17 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
       {"Linker.Libraries=m;nowhere", "",
        "Missing libraries\n  app.tapp:3: the library nowhere was found neither in the library "
        "folders nor among the compiler's libraries (Linker.Libraries)\n"},
+      // Other folders next to the compiler's are not searched by the linker.
+      {"Linker.Libraries=:git-sh-setup", "",
+       "Missing libraries\n  app.tapp:3: the library :git-sh-setup was found neither in the "
+       "library "
+       "folders nor among the compiler's libraries (Linker.Libraries)\n"},
+      // The output of an application, outside of the library folders.
+      {"<Section Header=\"Build\" ><Property Header=\"OutputFile\" Value=\"libself.a\" /></Section>"
+       "<Section Header=\"Linker\" ><Property Header=\"Libraries\" Value=\"self\" /></Section>",
+       "",
+       "Missing libraries\n  app.tapp:3: the library self was found neither in the library "
+       "folders nor among the compiler's libraries (Linker.Libraries)\n"},
       {"", Node("C", ".\\SRC\\c.c"),
        "Letter case\n  app.tapp:5: SRC/c.c is spelled src/c.c on disk\n"},
       {"Directories.Include=Src", "",
