@@ -117,6 +117,16 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
       {"", "<Header Path=\"\" />",
        "Nodes without a file\n  app.tapp:5: <Header> does not name a file\n"},
       {"", "<Group Header=\"n\" />", ""},
+      {"", "",
+       "Leftover applications\n  app.tapp: former/app.tapp is not part of the project, but may "
+       "have "
+       "changes that app.tapp lacks\n",
+       [](CliProject& project) {
+         for (const char* folder : {"former", "more"}) fs::create_directory(project.PathOf(folder));
+         project.Write("former/app.tapp", Application("", ""));
+         project.Write("former/other.tapp", "<Application Header=\"other\" />");
+         project.Write("more/app.tapp", "<Application Header=\"more\" />");
+       }},
       {"", Node("C", ".\\lnk\\b.c"),
        "Files with several names\n  app.tapp:5: src/b.c and lnk/b.c are the same file, which is "
        "built twice\n",

@@ -38,6 +38,8 @@ constexpr KindRow kKinds[] = {
      "%1 is also the output of %2", true},
     {FindingKind::DuplicateLabel, "duplicate-label", "Duplicate labels",
      "the labels of the applications %1 and %2 differ only in letter case", true},
+    {FindingKind::LeftoverApplication, "leftover-application", "Leftover applications",
+     "%1 is not part of the project, but may have changes that %2 lacks", true},
     {FindingKind::ApplicationCycle, "application-cycle", "Dependency cycles",
      "applications that use each other's outputs can't be built: %1", false},
     {FindingKind::UnreachableDrive, "unreachable-drive", "Unreachable drives",
