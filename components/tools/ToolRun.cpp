@@ -60,10 +60,19 @@ bool ToolRun::Run() {
     const std::string text = "is listed more than once; it is linked once";
     log.Add({Severity::Warning, name + ": warning: " + text, text, name, {}});
   }
-  for (const ToolCommand& command : plan.commands) {
-    if (!RunCommand(command)) return false;
+  const bool isDone =
+      std::ranges::all_of(plan.commands,
+                          [this](const ToolCommand& command) { return RunCommand(command); }) &&
+      CollectRecord();
+  if (!isDone) RemoveLeft();
+  return isDone;
+}
+
+// Removes what a failed run has left next to its output: no record of a run will mention it.
+void ToolRun::RemoveLeft() const {
+  for (const std::string& path : FindByProducts()) {
+    static_cast<void>(world.files->RemoveScratchFile(path));
   }
-  return CollectRecord();
 }
 
 // Creates the folders of the output files and removes the dependency files of earlier runs.

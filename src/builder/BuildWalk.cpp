@@ -410,6 +410,10 @@ bool BuildWalk::Clean(CXmlNode& node) {
         node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")),
         TextOf(node.GetAttrValue("OutputFile")));
   }
+  const bool isApplication = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
+  if (isApplication && information.GetBuildRecords().HasJournal()) {
+    result = CleanRemoved(node) && result;
+  }
   return result;
 }
 
@@ -579,8 +583,11 @@ void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
 
 void BuildWalk::FinishTool(Frame& frame) {
   nodesAhead = 1;
-  if (isRecorded)
+  if (isRecorded) {
+    // The record of the former run is lost, and with it what else that run has made.
+    if (!toolSucceeded && !LostTree()) RemoveByProducts(*frame.node);
     information.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+  }
   if (toolSucceeded) {
     const bool isApplication = (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
     if (order && isApplication) built.push_back(frame.node);
@@ -588,6 +595,34 @@ void BuildWalk::FinishTool(Frame& frame) {
   }
   LeaveTool();
   if (!LostTree()) Return(toolSucceeded, false);
+}
+
+void BuildWalk::RemoveByProducts(const CXmlNode& node) {
+  if (!information.GetBuildRecords().HasJournal()) return;
+  for (const std::string& path : guard.FindByProducts(node)) {
+    if (guard.WhyKept(node, {path, {}}).empty()) (void)guard.Remove(node, path);
+  }
+}
+
+// Deletes the files of sources that were removed from the application. Returns false, after logging
+// the reason, if that fails.
+bool BuildWalk::CleanRemoved(const CXmlNode& application) {
+  bool result = true;
+  for (const OutputGuard::Removed& each : guard.FindRemoved(application)) {
+    bool isLeft = false;
+    for (const std::string& path : each.files) {
+      const Status removed = model.GetFiles().RemoveFile(path);
+      if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
+      isLeft = true;
+      model.Host().AddBuildNotice(LineKind::Error,
+                                  path + " can't be deleted: " + removed.GetError().text);
+      if (LostTree()) return false;
+    }
+    if (!isLeft) information.GetBuildRecords().DropRecord(each.record);
+    result = result && !isLeft;
+  }
+  information.GetFileTimes().Forget();
+  return result;
 }
 
 // Cleanup after a tool run, even if the tree was freed.

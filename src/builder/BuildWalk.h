@@ -120,6 +120,8 @@ class BuildWalk {
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
+  bool CleanRemoved(const CXmlNode& application);
+  void RemoveByProducts(const CXmlNode& node);
   bool IsUntrusted(const WalkRequest& request);
   bool IsKept(const CXmlNode& node, const WalkRequest& request);
   std::vector<std::string> SourcesOf(const CXmlNode& node) const;
