@@ -66,7 +66,8 @@ BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
       information(projectBuilder.Information()),
       guard(model, information.GetBuildRecords()),
       asksForTimes(examinesElsewhere),
-      treeEpoch(state.treeEpoch) {}
+      treeEpoch(state.treeEpoch),
+      pipes(model.GetFiles()) {}
 
 void BuildWalk::SetApplication(CXmlNode* node) {
   CXmlNode* application = information.GetWalkApplication();
@@ -472,6 +473,18 @@ std::vector<std::string> HeadersOf(const CXmlNode& node) {
   return headers;
 }
 
+// Returns the headers that the node's tool is known to read. Before its first run these are not
+// reported, so that only one that it couldn't read is searched for.
+std::vector<std::string> BuildWalk::HeadersToCome(const CXmlNode& node,
+                                                  const std::vector<std::string>& folders) {
+  std::vector<std::string> headers = HeadersOf(node);
+  const bool isApplication = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
+  if (!headers.empty() || isApplication) return headers;
+  std::string pipe = pipes.Find(TextOf(node.GetAttrValue("Path")), folders);
+  if (!pipe.empty()) headers.push_back(std::move(pipe));
+  return headers;
+}
+
 // Returns true, after logging the reason, if a file is a pipe or a device: a tool would wait for
 // a program that writes to it, possibly forever.
 bool BuildWalk::HasUnusableInput(const std::vector<std::string>& paths) {
@@ -528,7 +541,8 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   if (HasUnusableInput(SourcesOf(node))) return LostTree() || Return(false, false);
   request.access =
       model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
-  if (HasUnusableInput(FindRead(request.access)) || HasUnusableInput(HeadersOf(node))) {
+  const std::vector<std::string> read = FindRead(request.access);
+  if (HasUnusableInput(read) || HasUnusableInput(HeadersToCome(node, read))) {
     return LostTree() || Return(false, false);
   }
   if (IsUntrusted(request)) return LostTree() || Return(false, false);

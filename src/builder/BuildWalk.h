@@ -14,6 +14,7 @@
 #include "builder/FileTimes.h"
 #include "builder/NodesAhead.h"
 #include "builder/OutputGuard.h"
+#include "builder/PipeCheck.h"
 #include "builder/RunSnapshot.h"
 #include "builder/Staleness.h"
 #include "platform/automation/Variant.h"
@@ -125,6 +126,8 @@ class BuildWalk {
   bool IsUntrusted(const WalkRequest& request);
   bool IsKept(const CXmlNode& node, const WalkRequest& request);
   std::vector<std::string> SourcesOf(const CXmlNode& node) const;
+  std::vector<std::string> HeadersToCome(const CXmlNode& node,
+                                         const std::vector<std::string>& folders);
   bool HasUnusableInput(const std::vector<std::string>& paths);
   void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;
@@ -162,6 +165,7 @@ class BuildWalk {
   std::uint64_t publishedEpoch = 0;    // epoch in which everything below the start is published
   unsigned stepCount = 0;
   std::unordered_set<const CXmlNode*> repeated;  // nodes whose source is listed again later
+  PipeCheck pipes;
   NodesAhead ahead;
   std::size_t nodesAhead = 512;  // number of nodes to prefetch file times for
   std::optional<Clock::time_point> currentDeadline;

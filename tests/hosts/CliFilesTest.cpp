@@ -149,18 +149,23 @@ TEST(CliFiles, NoToolReadsAPipe) {
   const struct {
     const char* pipe;
     std::vector<std::string> options;
+    bool isFirst = false;  // the first build
   } rows[] = {
       {"chip.ld", {"Linker.Script", "chip.ld"}},
       {"chip.ld", {"--", "Linker.Extra", "-T chip.ld"}},
       {"more.args", {"Linker.Extra", "@more.args"}},
       {"more.args", {"C.Compiler.Extra", "@more.args"}},
       {"src/a.h", {}},
+      {"src/a.h", {}, true},
+      {"inc/deep.h", {"Directories.Include", "inc"}, true},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.pipe + std::string(" ") + (row.options.empty() ? "" : row.options.back()));
     CliProject project;
     project.Trust();
-    project.Out({"build"});
+    if (!row.isFirst) project.Out({"build"});
+    if (row.isFirst) project.Write("src/a.h", "#include <deep.h>\nint a(void);\n");
+    fs::create_directory(project.PathOf("inc"));
     if (!row.options.empty()) {
       std::vector<std::string> words{"options", "set"};
       words.insert(words.end(), row.options.begin(), row.options.end());
