@@ -894,6 +894,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Redo: %1</source>
         <translation>Wiederholen: %1</translation>
     </message>
+    <message>
+        <source>&amp;Save copies...</source>
+        <translation>&amp;Kopien speichern …</translation>
+    </message>
+    <message>
+        <source>Folder for the copies</source>
+        <translation>Ordner für die Kopien</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>

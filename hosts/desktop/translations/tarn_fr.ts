@@ -894,6 +894,14 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>Redo: %1</source>
         <translation>Rétablir&#xa0;: %1</translation>
     </message>
+    <message>
+        <source>&amp;Save copies...</source>
+        <translation>Enregistrer des &amp;copies…</translation>
+    </message>
+    <message>
+        <source>Folder for the copies</source>
+        <translation>Dossier pour les copies</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
