@@ -205,5 +205,43 @@ TEST(CliSharing, ANewProjectIsAsTheFirstSaveLeavesIt) {
   EXPECT_TRUE(Has(said, "created p/.gitignore\ncreated p/.gitattributes\n")) << said;
 }
 
+TEST(CliSharing, VersionControlMayMergeElementsInsteadOfLines) {
+  const std::string base =
+      "\r\n<Application Header=\"app\" >\r\n\t<C Header=\"a.c\" />\r\n</Application>";
+  const auto add = [](const std::string& text, const char* name) {
+    std::string more = text;
+    more.insert(more.rfind("\r\n</"), "\r\n\t<C Header=\"" + std::string(name) + "\" />");
+    return more;
+  };
+  const struct {
+    const char* name;
+    std::string base, ours, theirs;
+    int code;
+    std::vector<const char*> merged, said;
+  } rows[] = {
+      {"neighbours", base, add(base, "x.c"), add(base, "y.c"), 0, {"a.c", "x.c", "y.c"}, {}},
+      {"both rename",
+       base,
+       ReplaceAll(base, "\"app\"", "\"one\""),
+       ReplaceAll(base, "\"app\"", "\"two\""),
+       1,
+       {"\"one\""},
+       {"OURS is kept", "Header"}},
+      {"damaged", base, base, "<Application", 3, {"\"app\""}, {"theirs is damaged"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    CliProject project;
+    project.Write("base", row.base);
+    project.Write("ours", row.ours);
+    project.Write("theirs", row.theirs);
+    const auto answer = project.Run({"merge-file", "base", "ours", "theirs"});
+    EXPECT_EQ(answer.code, row.code) << answer.err;
+    for (const char* part : row.merged) EXPECT_TRUE(Has(project.Read("ours"), part)) << part;
+    for (const char* part : row.said) EXPECT_TRUE(Has(answer.err, part)) << answer.err;
+    EXPECT_EQ(row.said.empty(), answer.err.empty()) << answer.err;
+  }
+}
+
 }  // namespace
 }  // namespace tarn::host
