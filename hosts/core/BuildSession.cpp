@@ -28,8 +28,6 @@ constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
 constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
 constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
 
-// Start of the server's log line about a backup copy.
-
 // The command for a whole project, and the one for the current application.
 struct WorkCommands {
   BuildWork work;
@@ -256,6 +254,27 @@ bool BuildSession::ReplacesFile(std::string_view method, std::span<const Variant
 void BuildSession::Prepare() {
   inspector.PublishAll();
   state.Restore();
+}
+
+bool BuildSession::TryLockBuild() {
+  const std::string& path = GetOpenPath();
+  return path.empty() || buildLock.Try(path, trust.IsTrusted(FolderOf(path)));
+}
+
+std::string BuildSession::LockForCommand() {
+  if (LockBuild()) {
+    if (isOtherProject || !state.IsOutdated()) return {};
+    inspector.NoteCurrentNode();  // restoring changes it
+    state.Restore();
+    inspector.SelectNotedNode();
+    return {};
+  }
+  return GetLockProblem().empty() ? "interrupted while waiting for another build"
+                                  : GetLockProblem();
+}
+
+void BuildSession::UnlockUnlessBuilding() {
+  if (manager.EnableCommand(TARN_CMD_STOP) == 0) KeepState();
 }
 
 bool BuildSession::LockBuild() {

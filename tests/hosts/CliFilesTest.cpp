@@ -102,6 +102,11 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        3,
        {"/compile_commands.json can't be written: ", notAFile}},
       {"app-Globals.Standard.xml", Instead::Loop, {"globals"}, 3, {"can't be read: ", loop}},
+      {"demo.tlock",
+       Instead::Pipe,
+       {"run", "build.lua"},
+       1,
+       {"build.lua:1: ", "/demo.tlock can't be locked: ", notAFile}},
       {"x.lua", Instead::Folder, {"run", "x.lua"}, 2, {"/x.lua can't be read: ", notAFile}},
       {"old.prj", Instead::Loop, {"import", "old.prj"}, 3, {"/old.prj can't be read: ", loop}},
       {"build", Instead::Loop, {"build"}, 1, {"/build/Standard/", loop}},
@@ -135,6 +140,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
     }
     if (std::string(row.path).starts_with("settings")) project.Point("TARN_SETTINGS", "settings");
     if (row.path == std::string("src/x.a")) project.Out({"add", "--create", row.path});
+    project.Write("build.lua", "tarn.Command(0x8112)");
     Put(row.what, project.PathOf(row.path));
     const auto answer = project.Run(row.words);
     EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
