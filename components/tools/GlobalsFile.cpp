@@ -55,14 +55,15 @@ std::string GlobalsText(std::vector<GlobalSymbol> symbols) {
 }
 
 ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
-                              const std::string& program, const std::string& folder) {
+                              const std::string& program, const std::string& folder,
+                              const std::vector<std::string>& otherFolders) {
   ToolMessage said;
   auto bytes = files.ReadWholeFile(program);
   if (!bytes) {
     said.text = program + ": " + bytes.GetError().text;
     return said;
   }
-  GlobalSymbols found = ReadDebugSymbols(*bytes, folder);
+  GlobalSymbols found = ReadDebugSymbols(*bytes, folder, otherFolders);
   if (!found.problem.empty()) said.text = "the list of globals: " + found.problem;
   if (found.isUnable) return said;
   Status done;

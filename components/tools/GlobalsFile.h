@@ -15,10 +15,11 @@ std::string GlobalsText(std::vector<GlobalSymbol> symbols);
 
 // Writes the symbols of the linked `program`, read from its debug information, to the file at
 // `path`. Leaves the file alone if it is up to date, and removes it if there are no symbols,
-// because the list of an earlier program would lead to wrong lines. Relative names in the debug
-// information are resolved against `folder`. Returns the problem found, a warning if the file can't
-// be written; its text is empty on success.
+// because the list of an earlier program would lead to wrong lines. For relative names in the debug
+// information, see ReadDebugSymbols. Returns the problem found, a warning if the file can't be
+// written; its text is empty on success.
 ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
-                              const std::string& program, const std::string& folder);
+                              const std::string& program, const std::string& folder,
+                              const std::vector<std::string>& otherFolders = {});
 
 }  // namespace tarn::tools

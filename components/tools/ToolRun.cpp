@@ -31,6 +31,16 @@ std::string Shortened(std::string line) {
   return line;
 }
 
+// Adds the folder of a file and some above it, without duplicates.
+void AddFoldersAbove(const std::string& path, std::vector<std::string>& folders) {
+  constexpr int kMostLevels = 8;
+  std::string folder = FolderOf(path);
+  for (int level = 0; level < kMostLevels && !FileNameOf(folder).empty(); ++level) {
+    if (std::ranges::find(folders, folder) == folders.end()) folders.push_back(folder);
+    folder = FolderOf(folder);
+  }
+}
+
 }  // namespace
 
 ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
@@ -50,10 +60,19 @@ bool ToolRun::Run() {
     const std::string text = "is listed more than once; it is linked once";
     log.Add({Severity::Warning, name + ": warning: " + text, text, name, {}});
   }
-  for (const ToolCommand& command : plan.commands) {
-    if (!RunCommand(command)) return false;
+  const bool isDone =
+      std::ranges::all_of(plan.commands,
+                          [this](const ToolCommand& command) { return RunCommand(command); }) &&
+      CollectRecord();
+  if (!isDone) RemoveLeft();
+  return isDone;
+}
+
+// Removes what a failed run has left next to its output: no record of a run will mention it.
+void ToolRun::RemoveLeft() const {
+  for (const std::string& path : FindByProducts()) {
+    static_cast<void>(world.files->RemoveScratchFile(path));
   }
-  return CollectRecord();
 }
 
 // Creates the folders of the output files and removes the dependency files of earlier runs.
@@ -300,7 +319,7 @@ bool ToolRun::CollectRecord() {
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
   if (!SettleRandomNames()) return false;
-  WriteGlobals();
+  WriteGlobals(found.dependencies);
   found.products = FindProducts();
   found.byProducts = FindByProducts();
   record = std::move(found);
@@ -367,10 +386,17 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
 }
 
 // Problems with the list of globals don't fail the run.
-void ToolRun::WriteGlobals() {
+void ToolRun::WriteGlobals(const std::vector<std::string>& libraries) {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
+  // The sources of a library are relative to the folder of its application, in or above its own.
+  std::vector<std::string> folders;
+  for (const std::vector<std::string>* list : {&job.files, &libraries}) {
+    for (const std::string& path : *list) {
+      if (path.ends_with(".a")) AddFoldersAbove(path, folders);
+    }
+  }
   ToolMessage said =
-      UpdateGlobalsFile(*world.files, plan.globals, plan.outputOnDisk, job.baseFolder);
+      UpdateGlobalsFile(*world.files, plan.globals, plan.outputOnDisk, job.baseFolder, folders);
   if (!said.text.empty()) log.Add(std::move(said));
 }
 

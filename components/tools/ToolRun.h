@@ -64,9 +64,10 @@ class ToolRun {
   bool FailRules(const std::string& problem);
   std::string ReadInfos();
   bool SettleRandomNames();
-  void WriteGlobals();
+  void WriteGlobals(const std::vector<std::string>& libraries);
   std::vector<std::string> FindProducts() const;
   std::vector<std::string> FindByProducts() const;
+  void RemoveLeft() const;
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
                bool isErrorStream);
 

@@ -45,6 +45,7 @@ namespace tarn::host {
   COMMAND(UndoCommand)                  \
   COMMAND(RedoCommand)                  \
   COMMAND(RelocateCommand)              \
+  COMMAND(MergeFileCommand)             \
   COMMAND(ExportCommand)                \
   COMMAND(ExportCompileCommandsCommand) \
   COMMAND(ExportSarifCommand)           \

@@ -195,8 +195,9 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context.Show(path) + " can't be added.");
   }
   if (isMissing && !context.Files().Exists(path)) {
-    return Fail(context.ShowResolved(path) + " can't be created:",
-                context.Session().TakeLogLines());
+    context.Complain(context.ShowResolved(path) + " can't be created:",
+                     context.Session().TakeLogLines());
+    return kExitCannotOpen;
   }
   if (TreeText() == before) {
     context.Remark(context.Show(path) + " is already in the project.");

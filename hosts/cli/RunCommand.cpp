@@ -22,12 +22,16 @@ class ScriptDisplay {
       : context(commandContext), session(commandContext.Session()) {
     session.Scripts().onLine = [this](const std::string& line) { ShowLine(line); };
     session.Scripts().runBuild = [this](const BuildRequest& request) { return Build(request); };
+    session.onLockWait = [this](const std::string& holder) {
+      context.Remark("Waiting for another build of this project (" + holder + ") to finish ...");
+    };
   }
   ScriptDisplay(const ScriptDisplay&) = delete;
   ScriptDisplay& operator=(const ScriptDisplay&) = delete;
   ~ScriptDisplay() {
     session.Scripts().onLine = {};
     session.Scripts().runBuild = {};
+    session.onLockWait = {};
   }
 
   // Prints the server's messages since the last call, e.g. about a file that it couldn't write.
@@ -61,7 +65,7 @@ class ScriptDisplay {
   std::vector<std::string> lines;
 };
 
-// A refused operation was not carried out, even if the script ignored that.
+// A refused operation or a failed save was not carried out, even if the script ignored that.
 int ExitCodeOf(ScriptEnd end, bool wasRefused) {
   if (wasRefused) return kExitCannotOpen;
   if (end == ScriptEnd::Stopped) return kExitInterrupted;
@@ -71,6 +75,17 @@ int ExitCodeOf(ScriptEnd end, bool wasRefused) {
 const char* WordOf(ScriptEnd end) {
   if (end == ScriptEnd::Stopped) return "interrupted";
   return end == ScriptEnd::Done ? "succeeded" : "failed";
+}
+
+// Closes the project, which stores what could not be saved in a copy, and reports both.
+void KeepUnsaved(CommandContext& context) {
+  context.Session().Manager().ProjectClose();
+  const SaveReport report = context.Session().TakeSaveReport();
+  std::vector<std::string> lines;
+  for (const std::string& line : report.problems) lines.push_back(Printable(line));
+  if (report.isOutside) lines.emplace_back("Use --outside-ok to write it anyway.");
+  context.Complain(
+      lines.empty() ? "The project couldn't be saved." : "The project couldn't be saved:", lines);
 }
 
 int RunScript(CommandContext& context) {
@@ -97,17 +112,20 @@ int RunScript(CommandContext& context) {
   context.Out().ClearProgress();
   display.ShowLog();
   const bool isRefused = session.HasRefusedDamage() || !context.ShowRefused().empty();
-  const int exitCode = ExitCodeOf(outcome.end, isRefused);
+  const bool isUnsaved = session.Scripts().HasFailedSave();
+  const int exitCode = ExitCodeOf(outcome.end, isRefused || isUnsaved);
   const std::vector<std::string> error = SplitLines(outcome.error);
   if (!error.empty()) context.Complain(error.front(), {error.begin() + 1, error.end()});
   if (session.HasRefusedDamage()) {
     context.Complain(std::string(kDamageRefusal) +
                      " Use --damaged-ok to continue with what was read.");
   }
+  if (isUnsaved) KeepUnsaved(context);
   if (context.Asked().json) {
-    PrintJson(context, {{"result", WordOf(outcome.end)},
+    const bool isDone = outcome.end == ScriptEnd::Done && isUnsaved;
+    PrintJson(context, {{"result", isDone ? WordOf(ScriptEnd::Failed) : WordOf(outcome.end)},
                         {"exitCode", exitCode},
-                        {"error", outcome.error},
+                        {"error", isDone ? context.GetLastComplaint() : outcome.error},
                         {"lines", display.GetLines()}});
   }
   return exitCode;

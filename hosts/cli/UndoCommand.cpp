@@ -1,9 +1,11 @@
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/EditRecord.h"
+#include "hosts/core/LogEntry.h"
 #include "platform/files/KeptCopy.h"
 #include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
@@ -27,6 +29,42 @@ void Report(CommandContext& context, const std::string& line, const std::vector<
   } else if (!context.Asked().quiet) {
     context.Out().PrintLine(line);
   }
+}
+
+// Returns the files of the applications that a version of the project file refers to, by label.
+std::map<std::string, std::string> ApplicationFiles(FileSystem& files, const std::string& project,
+                                                    const std::string& text) {
+  std::map<std::string, std::string> found;
+  const auto root = ParseXml(text);
+  if (root == nullptr) return found;
+  for (const CXmlNode* child : root->GetChildren()) {
+    const std::string path = ToNativeSeparators(AttributeOf(child, "Extern"));
+    if (path.empty()) continue;
+    found[AttributeOf(child, "Header")] =
+        files.Canonical(IsRelativePath(path) ? JoinPath(FolderOf(project), path) : path);
+  }
+  return found;
+}
+
+// Returns the changes with the paths that the files of applications have now. The step that
+// relocates one records a single path, but the user may have moved the file back in the meantime.
+FileChanges FollowFiles(FileSystem& files, const std::string& project, FileChanges changes) {
+  const auto own =
+      std::ranges::find_if(changes, [&](const FileChange& each) { return each.path == project; });
+  if (own == changes.end() || !own->before || !own->after) return changes;
+  const auto present = ApplicationFiles(files, project, *own->before);
+  const auto target = ApplicationFiles(files, project, *own->after);
+  for (const auto& [label, from] : present) {
+    const auto other = target.find(label);
+    if (other == target.end() || other->second == from) continue;
+    for (FileChange& each : changes) {
+      if (files.Exists(each.path)) continue;
+      const std::string place = each.path == from ? other->second : from;
+      const bool isThis = each.path == from || each.path == other->second;
+      if (isThis && files.Exists(place)) each.path = place;
+    }
+  }
+  return changes;
 }
 
 // Returns true if the files have the recorded content from before the change. Then they can be
@@ -134,7 +172,8 @@ int RunUndo(CommandContext& context, bool isUndo) {
     context.Complain(context.ShowFailure(project, "read", text.GetError().text) + ".");
     return kExitCannotOpen;
   }
-  const FileChanges changes = isUndo ? Reverse(step->changes) : step->changes;
+  const FileChanges changes =
+      FollowFiles(context.Files(), project, isUndo ? Reverse(step->changes) : step->changes);
   const std::string label = Printable(step->label);
   const std::string way = isUndo ? "undone" : "redone";
   bool isDone = true;

@@ -1,11 +1,24 @@
 #include "hosts/core/BuildLock.h"
 
+#include <tarn/commands.h>
+
+#include <algorithm>
+#include <array>
 #include <set>
 
 #include "hosts/core/ProjectTree.h"
 #include "platform/files/Locks.h"
 
 namespace tarn::host {
+
+bool StartsTools(std::uint32_t command) {
+  constexpr std::array kBuildCommands = {TARN_CMD_REBUILD_ALL,    TARN_CMD_BUILD_ALL,
+                                         TARN_CMD_CLEAN_ALL,      TARN_CMD_REBUILD_NODE,
+                                         TARN_CMD_BUILD_NODE,     TARN_CMD_CLEAN_NODE,
+                                         TARN_CMD_TRANSLATE_NODE, TARN_CMD_BUILD_APPLICATION};
+  const bool isTool = command >= TARN_CMD_FIRST_TOOL && command <= TARN_CMD_LAST_TOOL;
+  return isTool || std::ranges::find(kBuildCommands, command) != kBuildCommands.end();
+}
 
 // Takes all locks or none, so that two processes can't deadlock.
 bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +9,9 @@
 #include "platform/files/FileSystem.h"
 
 namespace tarn::host {
+
+// Returns true if this command runs tools of the project, or removes their outputs.
+bool StartsTools(std::uint32_t command);
 
 // Prevents other processes from building in the same project at the same time, or in a different
 // project that shares an application with it. Folders without write permission are not locked. Not
@@ -24,6 +28,7 @@ class BuildLock {
   // applications there are not locked.
   bool Try(const std::string& projectPath, bool mayLeave);
   void Release();
+  bool IsHeld() const { return !held.empty(); }
   // Call this after a different project was opened: the next Try() queries its applications again.
   void ForgetPaths() { paths.clear(); }
   const std::string& GetHolder() const { return holder; }

@@ -133,6 +133,27 @@ void BuildSession::Prepare() {
   state.Restore();
 }
 
+bool BuildSession::TryLockBuild() {
+  const std::string& path = GetOpenPath();
+  return path.empty() || buildLock.Try(path, trust.IsTrusted(FolderOf(path)));
+}
+
+std::string BuildSession::LockForCommand() {
+  if (LockBuild()) {
+    if (isOtherProject || !state.IsOutdated()) return {};
+    inspector.NoteCurrentNode();  // restoring changes it
+    state.Restore();
+    inspector.SelectNotedNode();
+    return {};
+  }
+  return GetLockProblem().empty() ? "interrupted while waiting for another build"
+                                  : GetLockProblem();
+}
+
+void BuildSession::UnlockUnlessBuilding() {
+  if (manager.EnableCommand(TARN_CMD_STOP) == 0) KeepState();
+}
+
 bool BuildSession::LockBuild() {
   constexpr std::chrono::milliseconds kBetweenTries(50);
   const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };

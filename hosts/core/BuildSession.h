@@ -85,13 +85,20 @@ class BuildSession : public ServerConnection {
   // Takes the build lock (see BuildLock). Returns false if another process holds it; GetLockHolder
   // then names that process; or if it can't be taken at all; GetLockProblem is then not empty.
   // EndWork and KeepState release the lock.
-  bool TryLockBuild() { return buildLock.Try(projectPath, trust.IsTrusted(FolderOf(projectPath))); }
+  bool TryLockBuild();
+  bool IsBuildLocked() const { return buildLock.IsHeld(); }
   const std::string& GetLockHolder() const { return buildLock.GetHolder(); }
   const std::string& GetLockProblem() const { return buildLock.GetProblem(); }
   // Waits for the build lock. Returns false if a stop was requested in the meantime, if
   // `endsLockWait` returned true, or if it can't be taken (GetLockProblem).
   bool LockBuild();
   void UnlockBuild() { buildLock.Release(); }
+  // Waits for the build lock before a command of a script. Returns why the command can't be
+  // executed; an empty string if it can.
+  std::string LockForCommand();
+  // Stores the results of a command, and releases the build lock unless the command is running in
+  // the background.
+  void UnlockUnlessBuilding();
   // Called once per wait, with the process that holds the lock; may be empty.
   std::function<void(const std::string& holder)> onLockWait;
   // Called during a wait each time the message loop wakes; returning true ends the wait. May be
@@ -163,6 +170,10 @@ class BuildSession : public ServerConnection {
   // Returns true if the open project is the one whose state is stored.
   bool HasProject() const { return !projectPath.empty() && !isOtherProject; }
   const std::string& GetProjectPath() const { return projectPath; }
+  // Returns the path of the project that is open now, which a script may have opened; empty if it
+  // is the placeholder project.
+  const std::string& GetOpenPath() const { return isOtherProject ? otherProject : projectPath; }
+  bool HoldsFile(const std::string& path) const { return files.Exists(path); }
   StateKeeper& State() { return state; }
   SessionTrust& Trust() { return trust; }
 

@@ -27,8 +27,8 @@ constexpr GitFile kFiles[] = {
      ".tarn-*\n"},
     {".gitattributes",
      "# Tarn writes these with CR LF, and keeps LF where a file has it\n"
-     "*.tprj text eol=crlf\n"
-     "*.tapp text eol=crlf\n"},
+     "*.tprj text eol=crlf merge=tarn\n"
+     "*.tapp text eol=crlf merge=tarn\n"},
 };
 
 }  // namespace

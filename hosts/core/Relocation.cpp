@@ -84,6 +84,32 @@ std::string WriteLike(const std::string& model, const std::string& absolute,
   return model.find('\\') == model.npos ? ReplaceAll(written, "\\", "/") : written;
 }
 
+// An entry of an option as a path with macros: "$(General.ApplicationDir)src/$(Config.Name)/x.ld".
+struct OptionPath {
+  std::string lead;  // macro for the folder that relative paths are relative to; may be empty
+  std::string path;  // "src"
+  std::string rest;  // "/$(Config.Name)/x.ld"; the path is then that of a folder
+};
+
+OptionPath SplitOptionPath(std::string_view entry) {
+  OptionPath found;
+  for (const std::string_view macro :
+       {"$(General.ApplicationDir)", "$(Application.General.ApplicationDir)"}) {
+    if (!EqualNoCase(entry.substr(0, macro.size()), macro)) continue;
+    std::size_t end = macro.size();
+    while (end < entry.size() && IsSeparator(entry[end])) ++end;
+    found.lead = entry.substr(0, end);
+    break;
+  }
+  entry.remove_prefix(found.lead.size());
+  std::size_t end = entry.find('$');
+  while (end != entry.npos && end > 0 && !IsSeparator(entry[end - 1])) --end;
+  if (end != entry.npos && end > 0) --end;  // without the separator
+  found.path = entry.substr(0, end);
+  if (end != entry.npos) found.rest = entry.substr(end);
+  return found;
+}
+
 }  // namespace
 
 std::string MapPath(const std::string& path, const std::string& from, const std::string& to) {
@@ -260,18 +286,20 @@ void Relocation::CheckOption(const std::string& value, const Document& document)
   std::vector<MovedPath> moves;
   for (const std::string_view each : Split(value, ';')) {
     std::string part(Trim(each));
-    const std::string former = Resolve(document.oldFolder, part);
-    const std::string present = Resolve(document.newFolder, part);
-    const bool isPath = !part.empty() && part.find('$') == part.npos;
-    if (isPath && !files_.Exists(present)) {
+    const OptionPath split = SplitOptionPath(part);
+    const std::string former = Resolve(document.oldFolder, split.path);
+    const std::string present = Resolve(document.newFolder, split.path);
+    if (!split.path.empty() && !files_.Exists(present)) {
       const bool stays = former != present && files_.Exists(former);
       const auto places = stays ? std::vector<std::string>{former} : Follow(former);
       if (places.size() == 1) {
         MovedPath& moved = moves.emplace_back();
         moved.oldPath = stays ? present : former;
         moved.newPath = places.front();
-        part = WriteLike(part, moved.newPath,
-                         RelativeNameOnDisk(files_, document.newFolder, moved.newPath));
+        const std::string written =
+            WriteLike(split.path, moved.newPath,
+                      RelativeNameOnDisk(files_, document.newFolder, moved.newPath));
+        part = (IsRelativePath(written) ? split.lead : std::string()) + written + split.rest;
       }
     }
     parts.push_back(std::move(part));

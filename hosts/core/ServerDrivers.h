@@ -181,6 +181,11 @@ class InspectorDriver : public COleDispatchDriver {
   std::string ApplyChange(const std::string& before, const std::string& after) {
     return InvokeText(TARN_INS_APPLY_CHANGE, {before, after});
   }
+  // Merges two versions of a file; see ProjectInspector.h for the result.
+  std::string MergeTexts(const std::string& base, const std::string& theirs,
+                         const std::string& ours) {
+    return InvokeText(TARN_INS_MERGE_TEXTS, {base, theirs, ours});
+  }
   // Sets the folder proposed for a new project; only while no project is open.
   std::int32_t SetNewProjectFolder(const std::string& folder) {
     return InvokeLong(TARN_INS_SET_NEW_PROJECT_FOLDER, {folder});

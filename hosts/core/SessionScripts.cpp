@@ -1,12 +1,20 @@
 #include "hosts/core/SessionScripts.h"
 
+#include <cstdint>
+#include <utility>
+
 #include "hosts/core/BuildSession.h"
 #include "hosts/core/NewConfiguration.h"
 #include "hosts/core/ProjectTree.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
 namespace {
+
+// Item type of a list of sources, which are not resolved.
+constexpr const char* kSourceList = "DebugSrcFiles";
 
 BuildWork WorkOf(const std::string& work) {
   if (work == "rebuild") return BuildWork::Rebuild;
@@ -31,9 +39,44 @@ FoundApplication SessionScripts::Find(const std::string& application) {
                          [](const std::string& path) { return path; });
 }
 
-std::string SessionScripts::CheckCall(const std::string& method,
-                                      const std::vector<Variant>& arguments) {
-  return session.Damage().CheckCall(method, arguments);
+// The server would resolve these paths in the folder of the selected application, or not at all.
+void SessionScripts::ResolvePath(Variant& argument) {
+  const NullableText path = argument.AsText();
+  const std::string& project = session.GetOpenPath();
+  if (!path || path->empty() || project.empty() || !IsRelativePath(*path)) return;
+  argument = Variant(JoinPath(FolderOf(project), ToNativeSeparators(*path)));
+}
+
+std::string SessionScripts::PrepareCall(const std::string& method,
+                                        std::vector<Variant>& arguments) {
+  std::string refusal = session.Damage().CheckCall(method, arguments);
+  if (!refusal.empty()) return refusal;
+  const bool isList = arguments.size() > 1 &&
+                      EqualNoCase(arguments[1].AsText().value_or(std::string()), kSourceList);
+  if (method == "AddExistingItem" && !arguments.empty() && !isList) ResolvePath(arguments[0]);
+  if (method == "SelectNode" && !arguments.empty()) {
+    Variant resolved = arguments[0];
+    ResolvePath(resolved);
+    if (session.HoldsFile(resolved.AsText().value_or(std::string()))) arguments[0] = resolved;
+  }
+  const bool isCommand = method == "Command" && !arguments.empty();
+  const bool startsTools = isCommand
+                               ? StartsTools(static_cast<std::uint32_t>(arguments[0].AsLong()))
+                               : method == "ProjectBuild";
+  if (!startsTools || session.IsBuildLocked()) return {};
+  refusal = session.LockForCommand();
+  hasLocked = refusal.empty();
+  return refusal;
+}
+
+void SessionScripts::OnCalled(const std::string& method) {
+  if (std::exchange(hasLocked, false)) session.UnlockUnlessBuilding();
+  if (!method.starts_with("Project")) return;
+  if (!ParseSaveReport(session.Inspector().GetSaveReport()).problems.empty()) {
+    hasFailedSave = true;
+  } else if (method == "ProjectSave") {
+    hasFailedSave = false;
+  }
 }
 
 ScriptBuild SessionScripts::Build(const std::string& work,

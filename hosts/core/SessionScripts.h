@@ -32,12 +32,16 @@ class SessionScripts : private ScriptHost {
   void RequestStop() { runner.RequestStop(); }
   // Withdraws a stop request that was meant for a build.
   void ForgetStop() { runner.ForgetStop(); }
+  // Returns true if a script's changes could not be saved, and a later save did not include them.
+  bool HasFailedSave() const { return hasFailedSave; }
 
  private:
   FoundApplication Find(const std::string& application);
+  void ResolvePath(Variant& argument);
 
   void ShowLine(const std::string& line) override;
-  std::string CheckCall(const std::string& method, const std::vector<Variant>& arguments) override;
+  std::string PrepareCall(const std::string& method, std::vector<Variant>& arguments) override;
+  void OnCalled(const std::string& method) override;
   ScriptBuild Build(const std::string& work,
                     const std::optional<std::string>& application) override;
   std::string WaitForBuild() override;
@@ -47,6 +51,8 @@ class SessionScripts : private ScriptHost {
 
   BuildSession& session;
   ScriptRunner runner{this};
+  bool hasFailedSave = false;
+  bool hasLocked = false;  // the call that is being made has taken the build lock
 };
 
 }  // namespace tarn::host

@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
 #include <algorithm>
@@ -18,6 +19,7 @@
 #include "hosts/desktop/RecentMenu.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/RelocateDialog.h"
+#include "platform/files/KeptCopy.h"
 #include "platform/paths/Paths.h"
 #include "widgets/qt/QtText.h"
 
@@ -182,8 +184,15 @@ bool ProjectActions::IsFree() {
 }
 
 bool ProjectActions::Load(const std::string& path) {
-  const Status opened = runner.Open(path);
-  TellWhatIsNotSaved(session.TakeSaveReport());
+  Status opened = runner.Open(path);
+  SaveReport report = session.TakeSaveReport();
+  // The present project could not be closed.
+  while (!opened && !report.problems.empty() && HasUnsaved()) {
+    if (!MayDropUnsaved(report)) return false;
+    opened = runner.Open(path);
+    report = session.TakeSaveReport();
+  }
+  TellWhatIsNotSaved(report);
   if (opened) return true;
   if (OffersToRelocate(path, opened.GetError().text)) return true;
   if (files.Exists(path)) return false;
@@ -297,11 +306,47 @@ bool ProjectActions::Leave() {
   KeepEditors();
   session.TakeLogLines();
   if (!session.HasProject()) return true;
-  const bool isClosed = session.Manager().ProjectClose() != 0;
+  while (session.Manager().ProjectClose() == 0) {
+    const SaveReport report = session.TakeSaveReport();
+    if (report.problems.empty() || !MayDropUnsaved(report)) return false;
+  }
   const SaveReport report = session.TakeSaveReport();
   TellWhatIsNotSaved(report);
-  if (!isClosed) return false;
   saves.ShowConflictsNow(report);
+  return true;
+}
+
+// Asks the user about changes that could not be written anywhere. Returns true if they have been
+// dropped, possibly after copies of the files were saved in a folder.
+bool ProjectActions::MayDropUnsaved(const SaveReport& report) {
+  std::string text;
+  for (const std::string& line : report.problems) text += "\n" + line;
+  QMessageBox box(QMessageBox::Warning, tr("Tarn"),
+                  tr("The project's changes could not be saved.") + "\n" + ToQt(text),
+                  QMessageBox::Discard | QMessageBox::Cancel, &window);
+  box.setObjectName("unsaved");
+  const QPushButton* const save = box.addButton(tr("&Save copies..."), QMessageBox::ActionRole);
+  box.setDefaultButton(QMessageBox::Cancel);
+  const int answer = box.exec();
+  const bool isDropped =
+      box.clickedButton() == save ? SaveCopies() : answer == QMessageBox::Discard;
+  if (isDropped) session.Inspector().DropChanges();
+  return isDropped;
+}
+
+// Saves copies of the project's files, as they would be written, in a folder that the user chooses.
+bool ProjectActions::SaveCopies() {
+  const QString folder = QFileDialog::getExistingDirectory(
+      &window, tr("Folder for the copies"),
+      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  if (folder.isEmpty()) return false;
+  for (const FileText& each : ReadProjectFiles(session.Inspector())) {
+    std::string copy = JoinPath(FromQt(folder), FileNameOf(each.path));
+    if (const Status kept = KeepCopy(files, copy, each.text, ".unsaved", copy); !kept) {
+      Warn(window, ToQt(copy), kept.GetError().text);
+      return false;
+    }
+  }
   return true;
 }
 

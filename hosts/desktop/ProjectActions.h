@@ -91,6 +91,8 @@ class ProjectActions : public QObject {
   Status OpenStaged(const std::string& path, const std::vector<FileText>& texts,
                     const std::vector<FileText>& bases);
   bool OffersToRelocate(const std::string& path, const std::string& reason);
+  bool MayDropUnsaved(const SaveReport& report);
+  bool SaveCopies();
   void TellWhatIsNotSaved(const SaveReport& report);
   void Reload();
   Status TakeFromDisk();

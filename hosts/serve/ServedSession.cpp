@@ -2,8 +2,6 @@
 
 #include <tarn/commands.h>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 
 #include "hosts/core/check/ProjectCheck.h"
@@ -17,17 +15,8 @@ namespace {
 // Longer than killed tools take to exit.
 constexpr std::chrono::milliseconds kEndTime(1'500);
 
-// The commands that start the worker and can be checked in advance with EnableCommand.
-constexpr std::array kBuildCommands = {
-    TARN_CMD_REBUILD_ALL, TARN_CMD_BUILD_ALL,  TARN_CMD_CLEAN_ALL,      TARN_CMD_REBUILD_NODE,
-    TARN_CMD_BUILD_NODE,  TARN_CMD_CLEAN_NODE, TARN_CMD_TRANSLATE_NODE, TARN_CMD_BUILD_APPLICATION};
-
 bool IsWhole(std::uint32_t command) {
   return command == TARN_CMD_BUILD_ALL || command == TARN_CMD_REBUILD_ALL;
-}
-
-bool IsBuildCommand(std::uint32_t command) {
-  return std::find(kBuildCommands.begin(), kBuildCommands.end(), command) != kBuildCommands.end();
 }
 
 }  // namespace
@@ -155,7 +144,10 @@ void ServedSession::OnRunScript(const HostEvent& event) {
   if (stopper.IsStopped()) return;
   const bool isInner = session.Scripts().IsRunning();
   if (!isInner && !isBuilding) {
-    if (!PrepareBuild()) return;
+    if (!PrepareBuild()) {
+      if (!session.GetLockProblem().empty()) TellLine(session.GetLockProblem());
+      return;
+    }
     BeginWork();
   }
   const ScriptOutcome ended = session.Scripts().Run(event.text, "");
@@ -201,12 +193,14 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   if ((isCommand || method.name == "PrologCommand") && !arguments.empty()) {
     command = static_cast<std::uint32_t>(arguments.front().AsLong());
   }
-  if ((buildsHere || IsBuildCommand(command)) && !PrepareBuild()) {
+  if ((buildsHere || StartsTools(command)) && !PrepareBuild()) {
+    const std::string& problem = session.GetLockProblem();
+    if (!problem.empty()) return {DispatchStatus::Failed, problem, -1};
     result = Variant(std::int32_t{0});
     return {};
   }
   if ((isCommand || buildsHere) && !isBuilding) BeginWork();
-  if (IsBuildCommand(command) && !isBuilding) isWhole = IsWhole(command);
+  if (StartsTools(command) && !isBuilding) isWhole = IsWhole(command);
   const DispatchPtr manager(session.Manager().GetDispatch());
   DispatchResult outcome = manager->Invoke(method.id, arguments, result);
   if (isCommand) NoteCommand(command);
@@ -359,7 +353,7 @@ void ServedSession::Attend() {
 void ServedSession::CarryOut(std::uint32_t command) {
   const Variant number(static_cast<std::int32_t>(command));
   if (!session.Damage().CheckCall("Command", std::span(&number, 1)).empty()) return;
-  if (!IsBuildCommand(command)) {
+  if (!StartsTools(command)) {
     session.Manager().Command(command);
     return;
   }

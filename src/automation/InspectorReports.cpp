@@ -1,10 +1,15 @@
 // Contents of the reports, for hosts without windows.
 
+#include <iterator>
 #include <memory>
+#include <vector>
 
 #include "automation/ApplicationSearch.h"
 #include "automation/ProjectInspector.h"
+#include "platform/files/FileTexts.h"
 #include "platform/text/Text.h"
+#include "project/TreeMerge.h"
+#include "project/TreeText.h"
 #include "reports/GlobalsReport.h"
 #include "reports/OutputReport.h"
 #include "reports/ReportDefinition.h"
@@ -74,6 +79,25 @@ std::string CProjectInspector::GetReport(const char* log) {
   COutputReport report(model->GetFiles(), 0, *definition);
   WriteRows(report, root, nullptr, rows);
   return rows.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::MergeTexts(const char* base, const char* theirs, const char* ours) {
+  const struct {
+    const char* name;
+    std::string text;
+  } sides[] = {{"base", TextOf(base)}, {"theirs", TextOf(theirs)}, {"ours", TextOf(ours)}};
+  CXmlNode trees[std::size(sides)];
+  for (std::size_t i = 0; i < std::size(sides); ++i) {
+    if (!ReadWholeTree(sides[i].text, trees[i])) {
+      return JoinFileTexts(std::vector<FileText>{{"damaged", sides[i].name}});
+    }
+  }
+  const MergedTree merged = MergeTrees(trees[0], trees[1], trees[2]);
+  const bool isOurs = IsSameTree(*merged.root, trees[2]);
+  std::vector<FileText> list = {
+      {"text", isOurs ? sides[2].text : WriteTree(*merged.root, sides[2].text)}};
+  for (const TreeConflict& each : merged.conflicts) list.push_back({each.place, each.what});
+  return JoinFileTexts(list);
 }
 
 }  // namespace tarn

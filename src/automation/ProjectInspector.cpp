@@ -57,6 +57,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::AllowOutside>("AllowOutside", TARN_INS_ALLOW_OUTSIDE, {"allow"}),
       Method<&I::GetApplications>("GetApplications", TARN_INS_GET_APPLICATIONS, {}),
       Method<&I::ApplyChange>("ApplyChange", TARN_INS_APPLY_CHANGE, {"before", "after"}),
+      Method<&I::MergeTexts>("MergeTexts", TARN_INS_MERGE_TEXTS, {"base", "theirs", "ours"}),
       Method<&I::GetBaseTexts>("GetBaseTexts", TARN_INS_GET_BASE_TEXTS, {}),
       Method<&I::StageFileTexts>("StageFileTexts", TARN_INS_STAGE_FILE_TEXTS, {"texts", "bases"}),
       Method<&I::IsModified>("IsModified", TARN_INS_IS_MODIFIED, {}),

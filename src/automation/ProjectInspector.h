@@ -111,6 +111,12 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // the project is closed and opened again. Returns an empty string on success, else a line for
   // each reason, for example a node that has changed since; the project is unchanged then.
   std::string ApplyChange(const char* before, const char* after);
+  // Merges two versions of a project or application file, given the contents that both were made
+  // from. Returns a list of strings (JoinFileTexts): "text" with the merged content, in the
+  // formatting of `ours`, then for each conflict its place and what has changed; `ours` is kept
+  // there. Returns only "damaged" with "base", "theirs" or "ours" if that one can't be read
+  // completely. Needs no project.
+  std::string MergeTexts(const char* base, const char* theirs, const char* ours);
   // If 1, the next projects are opened for reading: files that can't be written are expected and
   // not logged. Returns 0 before Attach().
   std::int32_t OpenForReading(std::int32_t wanted);

@@ -492,6 +492,15 @@ void BuildRecordStore::Drop(std::size_t record) {
   dropped_.emplace_back(records_[record].application, versions_[records_[record].output].path);
 }
 
+std::vector<std::size_t> BuildRecordStore::RecordsOf(std::string_view application) const {
+  std::vector<std::size_t> found;
+  for (const auto& [key, record] : index_) {
+    if (key.application == application) found.push_back(record);
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
 void BuildRecordStore::SetSignature(std::size_t record, std::uint64_t signature) {
   if (records_[record].signature == signature) return;
   records_[record].signature = signature;

@@ -127,6 +127,8 @@ class BuildRecordStore {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   // Returns the index of a record, or kNone. The index is valid until Load.
   std::size_t Find(std::string_view application, std::string_view output) const;
+  // Returns the indices of the records of an application, in their order. Linear in all records.
+  std::vector<std::size_t> RecordsOf(std::string_view application) const;
   // Returns the application and output of a record.
   std::pair<std::string, std::string> KeyText(std::size_t record) const {
     const Key key = KeyOf(records_[record]);

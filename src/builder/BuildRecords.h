@@ -101,6 +101,8 @@ class BuildRecords {
   void Withdraw(const CXmlNode& node, StaleVerdict why);
   // Deletes the record of an output that was deleted on purpose.
   void Drop(const CXmlNode& node, std::string_view application, std::string_view output);
+  // Same, for a record that no node is bound to.
+  void DropRecord(std::size_t record) { store_.Drop(record); }
   // See BuildRecordStore.
   void SetSignature(const Bound& bound, std::uint64_t signature);
   ShadowCheck& Shadows() { return shadows_; }

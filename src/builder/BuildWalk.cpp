@@ -55,7 +55,8 @@ BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
       information(projectBuilder.Information()),
       guard(model, information.GetBuildRecords()),
       asksForTimes(examinesElsewhere),
-      treeEpoch(state.treeEpoch) {
+      treeEpoch(state.treeEpoch),
+      pipes(model.GetFiles()) {
   CToolManagerDriver* const tools = model.Services().toolManager;
   if (tools != nullptr) runsAhead.SetJobs(tools->GetJobs());
 }

@@ -14,6 +14,7 @@
 #include "builder/FileTimes.h"
 #include "builder/NodesAhead.h"
 #include "builder/OutputGuard.h"
+#include "builder/PipeCheck.h"
 #include "builder/RunSnapshot.h"
 #include "builder/RunsAhead.h"
 #include "builder/Staleness.h"
@@ -137,6 +138,8 @@ class BuildWalk {
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
+  bool CleanRemoved(const CXmlNode& application);
+  void RemoveByProducts(const CXmlNode& node);
   // Why a tool must not be run.
   struct Obstacle {
     std::string text;                  // for the log; empty if there is none
@@ -149,6 +152,8 @@ class BuildWalk {
   void RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
   std::vector<std::string> SourcesOf(const CXmlNode& node) const;
   std::string FindUnusableInput(const std::vector<std::string>& paths) const;
+  std::vector<std::string> HeadersToCome(const CXmlNode& node,
+                                         const std::vector<std::string>& folders);
   void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;
@@ -187,6 +192,7 @@ class BuildWalk {
   std::uint64_t publishedEpoch = 0;    // epoch in which everything below the start is published
   unsigned stepCount = 0;
   std::unordered_set<const CXmlNode*> repeated;  // nodes whose source is listed again later
+  PipeCheck pipes;
   NodesAhead ahead;
   RunsAhead runsAhead;
   std::size_t nodesAhead = 512;  // number of nodes to prefetch file times for

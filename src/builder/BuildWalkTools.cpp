@@ -83,6 +83,10 @@ bool BuildWalk::Clean(CXmlNode& node) {
         node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")),
         TextOf(node.GetAttrValue("OutputFile")));
   }
+  const bool isApplication = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
+  if (isApplication && information.GetBuildRecords().HasJournal()) {
+    result = CleanRemoved(node) && result;
+  }
   return result;
 }
 
@@ -135,6 +139,18 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   return sources;
 }
 
+// Returns the headers that the node's tool is known to read. Before its first run these are not
+// reported, so that only one that it couldn't read is searched for.
+std::vector<std::string> BuildWalk::HeadersToCome(const CXmlNode& node,
+                                                  const std::vector<std::string>& folders) {
+  std::vector<std::string> headers = HeadersOf(node);
+  const bool isApplication = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
+  if (!headers.empty() || isApplication) return headers;
+  std::string pipe = pipes.Find(TextOf(node.GetAttrValue("Path")), folders);
+  if (!pipe.empty()) headers.push_back(std::move(pipe));
+  return headers;
+}
+
 // Returns why a file can't be read, such as a pipe or a device: a tool would wait for a program
 // that writes to it, possibly forever.
 std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) const {
@@ -166,7 +182,8 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& r
   if (isUnusable(SourcesOf(node), why)) return {why, std::nullopt};
   request.access =
       model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
-  if (isUnusable(FindRead(request.access), why) || isUnusable(HeadersOf(node), why)) {
+  const std::vector<std::string> read = FindRead(request.access);
+  if (isUnusable(read, why) || isUnusable(HeadersToCome(node, read), why)) {
     return {why, std::nullopt};
   }
   const ProjectTrust& trust = model.Protection().GetTrust();
@@ -290,8 +307,11 @@ void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
 
 void BuildWalk::FinishTool(Frame& frame) {
   nodesAhead = 1;
-  if (isRecorded)
+  if (isRecorded) {
+    // The record of the former run is lost, and with it what else that run has made.
+    if (!toolSucceeded && !LostTree()) RemoveByProducts(*frame.node);
     information.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+  }
   if (toolSucceeded) {
     const bool isApplication = (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
     if (order && isApplication) built.push_back(frame.node);
@@ -299,6 +319,34 @@ void BuildWalk::FinishTool(Frame& frame) {
   }
   LeaveTool();
   if (!LostTree()) Return(toolSucceeded, false);
+}
+
+void BuildWalk::RemoveByProducts(const CXmlNode& node) {
+  if (!information.GetBuildRecords().HasJournal()) return;
+  for (const std::string& path : guard.FindByProducts(node)) {
+    if (guard.WhyKept(node, {path, {}}).empty()) (void)guard.Remove(node, path);
+  }
+}
+
+// Deletes the files of sources that were removed from the application. Returns false, after logging
+// the reason, if that fails.
+bool BuildWalk::CleanRemoved(const CXmlNode& application) {
+  bool result = true;
+  for (const OutputGuard::Removed& each : guard.FindRemoved(application)) {
+    bool isLeft = false;
+    for (const std::string& path : each.files) {
+      const Status removed = model.GetFiles().RemoveFile(path);
+      if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
+      isLeft = true;
+      model.Host().AddBuildNotice(LineKind::Error,
+                                  path + " can't be deleted: " + removed.GetError().text);
+      if (LostTree()) return false;
+    }
+    if (!isLeft) information.GetBuildRecords().DropRecord(each.record);
+    result = result && !isLeft;
+  }
+  information.GetFileTimes().Forget();
+  return result;
 }
 
 // Cleanup after a tool run, even if the tree was freed.

@@ -188,6 +188,39 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
   return paths;
 }
 
+bool OutputGuard::IsUnchangedProduct(BuildRecord::Number version) {
+  const std::string path(records_.Store().PathOf(version));
+  const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
+  const bool isSame = status && !model_.GetFiles().ExamineLink(path) &&
+                      IsSameVersion(records_.Store().Version(version).status, *status);
+  return isSame && FindReason(path, *status) == nullptr && FindOwnReason(path) == nullptr &&
+         (!PlaceOf(path).isOutside || !model_.Protection().GetTrust().IsWithheld());
+}
+
+std::vector<OutputGuard::Removed> OutputGuard::FindRemoved(const CXmlNode& application) {
+  const BuildRecordStore& store = records_.Store();
+  const std::string own = TextOf(application.GetAttrValue("Path"));
+  const std::vector<std::size_t> all = store.RecordsOf(own);
+  // An application is linked from the outputs of its sources.
+  const std::string output = TextOf(application.GetAttrValue("OutputFile"));
+  std::vector<Removed> found;
+  for (const std::size_t record : all) {
+    const BuildRecord& each = store.Get(record);
+    if (each.sources != 1 || store.PathOf(each.output) == output) continue;
+    const std::string source(store.PathOf(each.inputs.front()));
+    FindReason(source, {});  // collects the paths
+    if (paths_.contains(source) || store.Find(own, source) != BuildRecordStore::kNone) continue;
+    std::vector<BuildRecord::Number> made = each.byProducts;
+    made.push_back(each.output);
+    Removed& removed = found.emplace_back();
+    removed.record = record;
+    for (const BuildRecord::Number version : made) {
+      if (IsUnchangedProduct(version)) removed.files.emplace_back(store.PathOf(version));
+    }
+  }
+  return found;
+}
+
 // A cache that hard-links its files into builds also changes their times.
 Status OutputGuard::Remove(const CXmlNode& node, const std::string& path) {
   FileSystem& files = model_.GetFiles();

@@ -50,6 +50,14 @@ class OutputGuard {
   // Returns the paths of the other files that the node's last run produced, such as a map or a
   // dependency file, if they are unchanged since the run and not part of the project itself.
   std::vector<std::string> FindByProducts(const CXmlNode& node);
+  // The files of a source that was removed from its application.
+  struct Removed {
+    std::size_t record = BuildRecordStore::kNone;
+    std::vector<std::string> files;  // that still are as the run has made them
+  };
+  // Returns the records of runs on sources that the application no longer has, in whatever
+  // configuration they were made.
+  std::vector<Removed> FindRemoved(const CXmlNode& application);
   // Removes a file that WhyKept does not protect. Removes it even if it is read-only, provided that
   // the node's last run made it: compilers and their wrappers may create such files.
   Status Remove(const CXmlNode& node, const std::string& path);
@@ -63,6 +71,7 @@ class OutputGuard {
 
   using Identity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
 
+  bool IsUnchangedProduct(BuildRecord::Number version);
   const BuildRecord* FindRecord(const CXmlNode& node) const;
   // Returns true if a recorded run on the node made the file at this path and `test` accepts its
   // version.

@@ -13,6 +13,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileSaver.h"
+#include "project/MovedText.h"
 #include "project/TreeText.h"
 
 namespace tarn {
@@ -118,13 +119,41 @@ std::vector<std::string> ProjectLifecycle::ApplyChange(const std::vector<FileTex
   return {isBack ? "the project can't be read after the change" : "another project was opened"};
 }
 
+// If another program has moved an application since the change, as its label shows, adapts both
+// versions of its file to the new location.
+void ProjectLifecycle::FollowMove(FileText& text, std::vector<FileText>& bases,
+                                  const ReplacedFiles& present) const {
+  const auto base = std::ranges::find(bases, text.path, &FileText::path);
+  if (base == bases.end() || present.Find(text.path) != nullptr || files.Exists(text.path)) return;
+  CXmlNode root;
+  if (!ReadWholeTree(base->text, root)) return;
+  const std::string* place = nullptr;
+  for (const auto& [path, content] : present.texts) {
+    CXmlNode other;
+    const bool isSame =
+        Find(bases, path) == nullptr && ReadWholeTree(content, other) &&
+        other.GetName() == root.GetName() &&
+        EqualNoCase(TextOf(other.GetAttrValue("Header")), TextOf(root.GetAttrValue("Header")));
+    if (isSame && place != nullptr) return;  // it could be either
+    if (isSame) place = &path;
+  }
+  if (place == nullptr) return;
+  const std::string from = FolderOf(text.path);
+  const std::string to = FolderOf(*place);
+  base->text = MoveText(files, base->text, from, to);
+  text.text = MoveText(files, text.text, from, to);
+  base->path = text.path = *place;
+}
+
 // Merges the changed files into `result`, which holds the contents of the current project.
 std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileText>& before,
                                                        const std::vector<FileText>& after,
                                                        ReplacedFiles& result) {
   std::vector<std::string> problems;
-  for (const FileText& each : after) {
-    const std::string* const base = Find(before, each.path);
+  std::vector<FileText> bases = before;
+  for (FileText each : after) {
+    FollowMove(each, bases, result);
+    const std::string* const base = Find(bases, each.path);
     const bool isPresent = result.Find(each.path) != nullptr;
     std::string& text = result.texts[each.path];
     if (isPresent) {

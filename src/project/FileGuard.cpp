@@ -62,6 +62,7 @@ void FileGuard::Forget() {
 void FileGuard::ForgetAll() {
   Forget();
   last.clear();
+  rescued.clear();
 }
 
 Status FileGuard::PutAside(const std::string& path, std::string& copy, CopyReason& reason) {
@@ -95,6 +96,22 @@ std::string FileGuard::Rescue(const std::string& path, std::string_view bytes,
   std::string copy;
   if (KeepCopy(files, path, bytes, ".unsaved", copy)) return copy;
   return RescueTo(spare, path, bytes);
+}
+
+void FileGuard::NoteRescued(const std::string& path, const std::string& copy,
+                            std::string_view bytes) {
+  if (!copy.empty()) rescued[path][copy] = bytes;
+}
+
+void FileGuard::RemoveRescued(const std::string& path) {
+  const auto found = rescued.find(path);
+  if (found == rescued.end()) return;
+  for (const auto& [copy, bytes] : found->second) {
+    const Result<std::string> present = files.ReadWholeFile(copy);
+    // If it can't be removed, the user has one copy too many.
+    if (present && *present == bytes) static_cast<void>(files.RemoveFile(copy));
+  }
+  rescued.erase(found);
 }
 
 std::string FileGuard::RescueTo(const std::string& spare, const std::string& path,

@@ -57,6 +57,13 @@ class FileGuard {
   // name in the folder `spare`. Never overwrites an earlier copy. Returns the name of the copy, or
   // an empty string if both attempts failed.
   std::string Rescue(const std::string& path, std::string_view bytes, const std::string& spare);
+  // Records that `copy` has content of the file that is also in memory: it is superseded by the
+  // next save of the file.
+  void NoteRescued(const std::string& path, const std::string& copy, std::string_view bytes);
+  // Removes the copies of a file that has been saved, except those that were changed since.
+  void RemoveRescued(const std::string& path);
+  // The content in memory is discarded: the copies are no longer superseded.
+  void KeepRescued() { rescued.clear(); }
   // Same as `Rescue()`, but uses the folder `spare` only.
   std::string RescueTo(const std::string& spare, const std::string& path, std::string_view bytes);
 
@@ -65,6 +72,7 @@ class FileGuard {
   std::map<std::string, std::string> known;  // path -> bytes
   std::map<std::string, std::string> last;   // contents recorded before the last Forget
   std::map<std::string, std::string> forms;  // as read, for files taken over
+  std::map<std::string, std::map<std::string, std::string>> rescued;  // path -> copy -> bytes
   std::set<std::string> damagedFiles;
   std::set<std::string> untouchable;
 };

@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/files/RelativeName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ChildPairs.h"
+#include "project/MovedText.h"
 #include "project/TreeText.h"
 
 namespace tarn {
@@ -48,34 +48,6 @@ std::vector<std::string> FindNewReferences(const CXmlNode& before, const CXmlNod
     if (pairs.SourceOf(i) == ChildPairs::kNone && !reference.empty()) added.push_back(reference);
   }
   return added;
-}
-
-// Adapts relative paths of existing files to a different folder, so that they refer to the same
-// files.
-void MovePaths(FileSystem& files, CXmlNode& node, const std::string& from, const std::string& to) {
-  for (CXmlNode* child : node.GetChildren()) {
-    if (!IsContentNode(*child)) continue;
-    const std::string path = TextOf(child->GetAttrValue("Path"));
-    const std::string absolute = files.Canonical(JoinPath(from, path));
-    if (!path.empty() && IsRelativePath(path) && files.Exists(absolute)) {
-      const std::string relative = RelativeNameOnDisk(files, to, absolute);
-      child->SetAttrValue("Path", relative.empty() ? absolute : relative);
-    }
-    MovePaths(files, *child, from, to);
-  }
-}
-
-// Returns the content of an application file as adapted to a different folder. Sources that were
-// moved along with it keep their paths.
-std::string MoveText(FileSystem& files, const std::string& text, const std::string& from,
-                     const std::string& to) {
-  CXmlNode root;
-  if (from == to || !ReadWholeTree(text, root)) return text;
-  const std::string path = TextOf(root.GetAttrValue("Path"));
-  // Its paths are not relative to its location.
-  if (!path.empty() && path != ReferenceOf(root)) return text;
-  MovePaths(files, root, from, to);
-  return WriteTree(root, text);
 }
 
 void CollectPaths(const CXmlNode& node, std::set<std::string>& paths) {

@@ -251,7 +251,11 @@ void ProjectLifecycle::WriteAndEmpty() {
   saver.ClearSavedFiles();
   const bool mustSave = state.isOpen && state.modified != 0 && !protection.IsDamageHeld();
   if (state.isOpen) derived.StripForSave(*state.projectRoot, true);
-  if (mustSave) saver.SaveTreeFile(*state.projectRoot, state.projectPath);
+  if (mustSave) {
+    saver.SaveTreeFile(*state.projectRoot, state.projectPath);
+  } else {
+    guard.KeepRescued();
+  }
   services.output->SaveLog();
   services.output->UpdateReport();
   services.build.CloseJournal();

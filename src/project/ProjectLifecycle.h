@@ -92,6 +92,7 @@ class ProjectLifecycle {
   std::int32_t ImportOldProject(const std::string& path);
   std::vector<std::string> MergeChange(const std::vector<FileText>& before,
                                        const std::vector<FileText>& after, ReplacedFiles& result);
+  void FollowMove(FileText& text, std::vector<FileText>& bases, const ReplacedFiles& present) const;
   bool Reload(const std::string& path, const ReplacedFiles& texts);
   bool HoldsWhatIsSaved();
 

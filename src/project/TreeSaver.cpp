@@ -213,7 +213,7 @@ void TreeSaver::SavePendingFile(PendingFile& file, const std::vector<PendingFile
   }
   if (!file.plan.isNeeded) {
     ReportUnneeded(file.plan, savedFiles);
-    guard.NoteWritten(target, file.plan.text);
+    NoteSaved(file.plan);
   } else if (!file.plan.problem.empty()) {
     LoseNothing(file, file.plan.problem);
   } else if (const FileAccess access =
@@ -229,6 +229,12 @@ void TreeSaver::SavePendingFile(PendingFile& file, const std::vector<PendingFile
   }
 }
 
+// The file has the content in memory, unless a part of it was dropped because of a conflict.
+void TreeSaver::NoteSaved(const SavePlan& plan) {
+  guard.NoteWritten(plan.absolute, plan.text);
+  if (plan.conflicts.empty()) guard.RemoveRescued(plan.absolute);
+}
+
 // If there is a conflict, changes made here were dropped in favor of the file's content. The backup
 // keeps that content, which the next save may overwrite.
 void TreeSaver::ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports) {
@@ -240,6 +246,7 @@ Status TreeSaver::WriteTreeFile(const SavePlan& plan) {
   SavedFile report;
   const Status written = FileSaver(files, guard, types).Write(plan, report);
   if (!written) return written;
+  NoteSaved(plan);
   protection.SetDamageOf(plan.absolute, {});
   if (!report.ToLines().empty()) savedFiles.push_back(std::move(report));
   return {};
@@ -255,6 +262,7 @@ void TreeSaver::KeepElsewhere(PendingFile& file, const std::string& reason) {
   const std::string beside =
       file.isOutside ? JoinPath(state.projectFolder, FileNameOf(report.path)) : report.path;
   report.copy = guard.Rescue(beside, file.plan.own, services.dataPath);
+  if (isSaving) guard.NoteRescued(report.path, report.copy, file.plan.own);
   if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles.push_back(std::move(report));
 }
@@ -285,6 +293,7 @@ void TreeSaver::RefuseFiles(std::vector<PendingFile>& pending, const std::string
     if (!isSaving || !savesWhole) {
       report.copy = savesWhole ? guard.RescueTo(services.dataPath, report.path, file.plan.own)
                                : guard.Rescue(report.path, file.plan.own, services.dataPath);
+      if (isSaving) guard.NoteRescued(report.path, report.copy, file.plan.own);
       if (report.copy.empty()) report.problem += "; no copy could be written either";
     }
     savedFiles.push_back(std::move(report));

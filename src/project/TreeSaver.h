@@ -83,6 +83,7 @@ class TreeSaver {
   void PrepareFiles(std::vector<PendingFile>& pending);
   std::string DescribeOutside(const SavePlan& plan) const;
   Status WriteTreeFile(const SavePlan& plan);
+  void NoteSaved(const SavePlan& plan);
   void ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports);
   void KeepElsewhere(PendingFile& file, const std::string& reason);
   void LoseNothing(PendingFile& file, const std::string& reason);

@@ -43,7 +43,7 @@ void TreeSaver::SaveAllPending(std::vector<PendingFile>& pending) {
     return;
   }
   for (const PendingFile& file : pending) {
-    guard.NoteWritten(file.plan.absolute, file.plan.text);
+    NoteSaved(file.plan);
     if (file.plan.isNeeded) protection.SetDamageOf(file.plan.absolute, {});
   }
   for (SavedFile& each : reports) {

@@ -134,6 +134,26 @@ TEST_F(UserActionsTest, ClosingTellsWhereTheChangesOfAProjectAreThatCantBeSaved)
   EXPECT_EQ(testing::ReadBytes(path + ".unsaved").find("led.c"), std::string::npos);
 }
 
+// The names of copies would be too long.
+TEST_F(UserActionsTest, ChangesThatCanBeWrittenNowhereMayBeDiscarded) {
+  const std::string name = std::string(245, 'n') + ".tapp";
+  const std::string attributes = "Header=\"n\" Extern=\"" + name + "\" Path=\"" + name + "\"";
+  const std::string text = "<Application " + attributes + " ><Group Header=\"g\" /></Application>";
+  std::filesystem::create_directory(folder / "long");
+  folder.Write("long/" + name, text);
+  folder.Write("long/demo.tprj",
+               "<Project Header=\"demo\" ><Application " + attributes + " /></Project>");
+  window->OpenPaths({folder / "long/demo.tprj"});
+  window->Session().Inspector().SelectNodeByKey("g");
+  ASSERT_TRUE(Choose("Remove"));
+  std::filesystem::permissions(folder / ("long/" + name), std::filesystem::perms::owner_read);
+  EXPECT_TRUE(Answer(QMessageBox::Cancel, [&] { window->close(); }));
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_TRUE(Answer(QMessageBox::Discard, [&] { window->close(); }));
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(testing::ReadBytes(folder / ("long/" + name)), text);
+}
+
 TEST_F(UserActionsTest, WhatStandsInAnEditorIsWhatIsBuilt) {
   window->OpenPaths({folder / "blinky/src/main.c"});
   window->Editors().Current()->insert("#error mine\n");

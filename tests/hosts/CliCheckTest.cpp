@@ -62,6 +62,17 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
       {"Linker.Libraries=m;nowhere", "",
        "Missing libraries\n  app.tapp:3: the library nowhere was found neither in the library "
        "folders nor among the compiler's libraries (Linker.Libraries)\n"},
+      // Other folders next to the compiler's are not searched by the linker.
+      {"Linker.Libraries=:git-sh-setup", "",
+       "Missing libraries\n  app.tapp:3: the library :git-sh-setup was found neither in the "
+       "library "
+       "folders nor among the compiler's libraries (Linker.Libraries)\n"},
+      // The output of an application, outside of the library folders.
+      {"<Section Header=\"Build\" ><Property Header=\"OutputFile\" Value=\"libself.a\" /></Section>"
+       "<Section Header=\"Linker\" ><Property Header=\"Libraries\" Value=\"self\" /></Section>",
+       "",
+       "Missing libraries\n  app.tapp:3: the library self was found neither in the library "
+       "folders nor among the compiler's libraries (Linker.Libraries)\n"},
       {"", Node("C", ".\\SRC\\c.c"),
        "Letter case\n  app.tapp:5: SRC/c.c is spelled src/c.c on disk\n"},
       {"Directories.Include=Src", "",
@@ -106,6 +117,16 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
       {"", "<Header Path=\"\" />",
        "Nodes without a file\n  app.tapp:5: <Header> does not name a file\n"},
       {"", "<Group Header=\"n\" />", ""},
+      {"", "",
+       "Leftover applications\n  app.tapp: former/app.tapp is not part of the project, but may "
+       "have "
+       "changes that app.tapp lacks\n",
+       [](CliProject& project) {
+         for (const char* folder : {"former", "more"}) fs::create_directory(project.PathOf(folder));
+         project.Write("former/app.tapp", Application("", ""));
+         project.Write("former/other.tapp", "<Application Header=\"other\" />");
+         project.Write("more/app.tapp", "<Application Header=\"more\" />");
+       }},
       {"", Node("C", ".\\lnk\\b.c"),
        "Files with several names\n  app.tapp:5: src/b.c and lnk/b.c are the same file, which is "
        "built twice\n",

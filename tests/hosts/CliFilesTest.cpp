@@ -102,6 +102,11 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        3,
        {"/compile_commands.json can't be written: ", notAFile}},
       {"app-Globals.Standard.xml", Instead::Loop, {"globals"}, 3, {"can't be read: ", loop}},
+      {"demo.tlock",
+       Instead::Pipe,
+       {"run", "build.lua"},
+       1,
+       {"build.lua:1: ", "/demo.tlock can't be locked: ", notAFile}},
       {"x.lua", Instead::Folder, {"run", "x.lua"}, 2, {"/x.lua can't be read: ", notAFile}},
       {"old.prj", Instead::Loop, {"import", "old.prj"}, 3, {"/old.prj can't be read: ", loop}},
       {"build", Instead::Loop, {"build"}, 1, {"/build/Standard/", loop}},
@@ -135,6 +140,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
     }
     if (std::string(row.path).starts_with("settings")) project.Point("TARN_SETTINGS", "settings");
     if (row.path == std::string("src/x.a")) project.Out({"add", "--create", row.path});
+    project.Write("build.lua", "tarn.Command(0x8112)");
     Put(row.what, project.PathOf(row.path));
     const auto answer = project.Run(row.words);
     EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
@@ -149,18 +155,23 @@ TEST(CliFiles, NoToolReadsAPipe) {
   const struct {
     const char* pipe;
     std::vector<std::string> options;
+    bool isFirst = false;  // the first build
   } rows[] = {
       {"chip.ld", {"Linker.Script", "chip.ld"}},
       {"chip.ld", {"--", "Linker.Extra", "-T chip.ld"}},
       {"more.args", {"Linker.Extra", "@more.args"}},
       {"more.args", {"C.Compiler.Extra", "@more.args"}},
       {"src/a.h", {}},
+      {"src/a.h", {}, true},
+      {"inc/deep.h", {"Directories.Include", "inc"}, true},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.pipe + std::string(" ") + (row.options.empty() ? "" : row.options.back()));
     CliProject project;
     project.Trust();
-    project.Out({"build"});
+    if (!row.isFirst) project.Out({"build"});
+    if (row.isFirst) project.Write("src/a.h", "#include <deep.h>\nint a(void);\n");
+    fs::create_directory(project.PathOf("inc"));
     if (!row.options.empty()) {
       std::vector<std::string> words{"options", "set"};
       words.insert(words.end(), row.options.begin(), row.options.end());

@@ -29,5 +29,32 @@ TEST(CliGlobals, ABuildOfTheExampleLeavesTheListOfItsSymbols) {
   EXPECT_EQ(project.Out({"build", "example"}).substr(0, 13), "Nothing to do");
 }
 
+// Both applications have a file of this name below their folder.
+TEST(CliGlobals, ALibrarysFilesAreThoseOfItsApplication) {
+  CliProject project;
+  std::filesystem::create_directories(project.PathOf("lib/src"));
+  project.Write("lib/src/a.c", "int core(void);\n\nint core(void) { return 1; }\n");
+  project.Write("lib/core.tapp",
+                "<Application Header=\"core\" ><C Header=\"a.c\" Path=\".\\src\\a.c\" />"
+                "</Application>");
+  project.Write("src/b.c",
+                "int a(void);\nint core(void);\nint main(void) { return a() - core(); }\n");
+  project.Out({"add", "lib/core.tapp"});
+  const auto set = [&](const char* application, const char* option, const char* value) {
+    project.Out({"options", "set", "-a", application, option, value});
+  };
+  set("core", "Target.Toolchain", "host-gcc");
+  set("core", "Target.Product", "library");
+  set("core", "Build.OutputFile", "build/libcore.a");
+  set("app", "Linker.LibraryPaths", "lib/build");
+  set("app", "Linker.Libraries", "core");
+  project.Out({"build"});
+  EXPECT_EQ(project.Out({"globals", "-a", "app", "--sort", "file"}),
+            "core  lib/src/a.c:3  int core(void)\n"
+            "a     src/a.c:2      int a(void)\n"
+            "main  src/b.c:3      int main(void)\n"
+            "c     src/c.c:1      int c(void)\n");
+}
+
 }  // namespace
 }  // namespace tarn::host

@@ -391,6 +391,23 @@ TEST(CliOutputs, DependenciesAreKnownWhateverTheUsersOptions) {
   EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
 }
 
+TEST(CliOutputs, CleanRemovesWhatFailedRunsAndRemovedSourcesHaveLeft) {
+  CliProject project;
+  project.Trust();
+  project.Out({"options", "set", "C.Compiler.Extra", "--", "-save-temps=obj -fstack-usage"});
+  project.Out({"build"});
+  project.Write("build/notes", "");
+  project.Out({"remove", "src/c.c"});
+  project.Edit("src/a.c", "#include \"a.h\"\nint a(void) { return missing; }\n");
+  EXPECT_EQ(project.Run({"build"}).code, 1);
+  project.Out({"clean"});
+  std::set<std::string> left;
+  for (const auto& each : fs::recursive_directory_iterator(project.PathOf("build"))) {
+    if (!each.is_directory()) left.insert(each.path().filename());
+  }
+  EXPECT_EQ(left, std::set<std::string>{"notes"});
+}
+
 TEST(CliOutputs, AVariableThatTheCompilerReadsCountsAsAnOption) {
   CliProject project;
   for (const char* folder : {"one", "two"}) fs::create_directory(project.PathOf(folder));

@@ -46,6 +46,13 @@ TEST(CliRelocate, AMovedApplicationIsFoundAndItsSourcesStay) {
   project.ExpectRefusal({"build"}, 3, "can't be opened");
   EXPECT_TRUE(Has(project.Out({"relocate"}), "app.tapp -> apps/app.tapp\n"));
   EXPECT_EQ(project.Run({"build"}).code, 0);
+  for (const char* command : {"undo", "redo"}) {
+    const bool isBack = command == std::string("undo");
+    fs::rename(project.PathOf(isBack ? "apps/app.tapp" : "app.tapp"),
+               project.PathOf(isBack ? "app.tapp" : "apps/app.tapp"));
+    project.Out({command});
+    EXPECT_EQ(project.Run({"build"}).code, 0) << command;
+  }
   const std::string text = project.Read("demo.tprj") + project.Read("apps/app.tapp");
   setAndReset();
   EXPECT_EQ(project.Read("demo.tprj") + project.Read("apps/app.tapp"), text)

@@ -1,4 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "hosts/CliProject.h"
 
@@ -81,6 +86,45 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
   EXPECT_EQ(project.Run({"run", "t.lua", "none.tprj"}).code, 3);
   const auto json = project.Run({"run", "t.lua", "--json"});
   EXPECT_TRUE(Has(json.out, "\"result\": \"succeeded\"")) << json.out;
+}
+
+TEST(CliRun, AFailedSaveIsAnErrorWithACopyOfWhatWasNotSaved) {
+  CliProject project;
+  project.Trust();
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0444), 0);
+  for (const char* const more : {"", "tarn.ProjectClose()\n", "error('enough')\n"}) {
+    project.Write("t.lua",
+                  "tarn.SavePropertyValue('Application', 'Compiler', 'Defines', 'LATE')\n"
+                  "tarn.ProjectSave()\n" +
+                      std::string(more));
+    const auto run = project.Run({"run", "t.lua"});
+    EXPECT_EQ(run.code, 3) << more << run.err;
+    EXPECT_TRUE(Has(run.err,
+                    "app.tapp can't be saved: the file is read-only; the unsaved content"
+                    " is in "))
+        << more << run.err;
+    const std::size_t place = run.err.rfind(" is in ") + 7;
+    const std::string copy = run.err.substr(place, run.err.find('\n', place) - place);
+    std::ifstream file(copy);
+    EXPECT_TRUE(Has(std::string(std::istreambuf_iterator<char>(file), {}), "LATE")) << copy;
+  }
+}
+
+TEST(CliRun, RelativePathsAreRelativeToTheProjectsFolder) {
+  CliProject project;
+  project.Trust();
+  project.Write("sub/other.tapp", "<Application Header=\"other\" />");
+  ASSERT_EQ(project.Run({"add", "sub/other.tapp"}).code, 0);
+  project.Write("t.lua",
+                "tarn.SelectApplication('other')\n"
+                "print(tarn.AddExistingItem('src/c.c', nil))\n"
+                "tarn.SelectNode('src/c.c')\n"
+                "tarn.SavePropertyValue('C', 'Compiler', 'Defines', 'HERE')\n"
+                "tarn.ProjectSave()\n");
+  EXPECT_EQ(project.Out({"run", "t.lua"}), "1\n");
+  EXPECT_TRUE(Has(project.Read("sub/other.tapp"), "Path=\"..\\src\\c.c\""));
+  EXPECT_TRUE(Has(project.Read("sub/other.tapp") + project.Read("app.tapp"), "HERE"));
+  EXPECT_FALSE(project.Exists("sub/src/c.c"));
 }
 
 // A script may close and replace the project of the host that runs it.

@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <set>
+#include <utility>
 
 #include "hosts/CliProject.h"
 #include "platform/files/FileSystem.h"
@@ -32,28 +34,71 @@ TEST(CliSharing, AnEditWaitsForAnother) {
   EXPECT_TRUE(Has(answer.out, "\nadded src/d.c\n")) << answer.out;
 }
 
-// Runs the program as a user who may write the folder, but not open the lock file.
-TEST(CliSharing, NothingIsChangedWithoutTheLock) {
-  CliProject project;
-  project.Write("src/d.c", "");
-  project.Out({"options", "set", "Compiler.Defines", "X"});
+// Gives every user access to the project.
+void OpenToAll(const CliProject& project) {
   const fs::path root = fs::path(project.PathOf("..")).lexically_normal();
   fs::permissions(root, fs::perms::all);
   for (const auto& each : fs::recursive_directory_iterator(root)) {
     if (!each.is_symlink()) fs::permissions(each.path(), fs::perms(0666), fs::perm_options::add);
     if (each.is_directory()) fs::permissions(each.path(), fs::perms::all);
   }
+}
+
+// Runs the program as a user without special rights, if this process may do that.
+CliProject::Answer RunAsOther(CliProject& project, const char* command) {
+  if (geteuid() != 0) return project.Run(Words(command));
+  std::vector<std::string> words{"--reuid=65534", "--regid=65534", "--clear-groups", TARN_PROGRAM};
+  for (std::string& word : Words(command)) words.push_back(std::move(word));
+  return project.RunProgram("setpriv", words);
+}
+
+TEST(CliSharing, NothingIsChangedWithoutTheLock) {
+  CliProject project;
+  project.Write("src/d.c", "");
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  OpenToAll(project);
   fs::permissions(project.PathOf("demo.tlock"), fs::perms::none);
   const std::string before = project.Read("app.tapp");
   for (const char* command : {"add src/d.c", "undo", "build"}) {
-    std::vector<std::string> words{"--reuid=65534", "--regid=65534", "--clear-groups",
-                                   TARN_PROGRAM};
-    for (std::string& word : Words(command)) words.push_back(std::move(word));
-    const bool isRoot = geteuid() == 0;
-    const auto answer = isRoot ? project.RunProgram("setpriv", words) : project.Run(Words(command));
+    const auto answer = RunAsOther(project, command);
     EXPECT_EQ(answer.code, 3) << command;
     EXPECT_TRUE(Has(answer.err, "/demo.tlock can't be locked: Permission denied")) << answer.err;
     EXPECT_EQ(project.Read("app.tapp"), before);
+  }
+}
+
+TEST(CliSharing, AnotherUserLearnsTheReason) {
+  const struct {
+    const char* name;
+    std::function<void(const CliProject&)> prepare;
+    const char* command;
+    const char* said;
+  } rows[] = {
+      {"record of another user",
+       [](const CliProject& project) {
+         fs::permissions(project.PathOf("demo.undo.tstate"), fs::perms(0644));
+       },
+       "undo", "demo.undo.tstate can't be written, and nothing was changed: Permission denied"},
+      {"sticky folder",
+       [](const CliProject& project) { fs::permissions(project.PathOf(""), fs::perms(01777)); },
+       "rename app.tapp other", "it belongs to another user, and so does its folder"},
+      {"folder of another user",
+       [](const CliProject& project) { fs::permissions(project.PathOf("src"), fs::perms(0755)); },
+       "add --create src/new.c", "src/new.c can't be created:\n"},
+  };
+  if (geteuid() != 0) GTEST_SKIP() << "only root may act as another user";
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    CliProject project;
+    project.Out({"options", "set", "Compiler.Defines", "X"});
+    OpenToAll(project);
+    row.prepare(project);
+    const auto answer = RunAsOther(project, row.command);
+    EXPECT_EQ(answer.code, 3) << answer.out;
+    EXPECT_TRUE(Has(answer.err, row.said)) << answer.err;
+    for (const auto& each : fs::directory_iterator(project.PathOf(""))) {
+      EXPECT_FALSE(Has(each.path().filename(), ".tarn-")) << each.path();
+    }
   }
 }
 
@@ -158,6 +203,44 @@ TEST(CliSharing, ANewProjectIsAsTheFirstSaveLeavesIt) {
   fs::create_directory(project.PathOf(".git"));
   const std::string said = project.Out({"new", "p"});
   EXPECT_TRUE(Has(said, "created p/.gitignore\ncreated p/.gitattributes\n")) << said;
+}
+
+TEST(CliSharing, VersionControlMayMergeElementsInsteadOfLines) {
+  const std::string base =
+      "\r\n<Application Header=\"app\" >\r\n\t<C Header=\"a.c\" />\r\n</Application>";
+  const auto add = [](const std::string& text, const char* name) {
+    std::string more = text;
+    more.insert(more.rfind("\r\n</"), "\r\n\t<C Header=\"" + std::string(name) + "\" />");
+    return more;
+  };
+  const struct {
+    const char* name;
+    std::string base, ours, theirs;
+    int code;
+    std::vector<const char*> merged, said;
+  } rows[] = {
+      {"neighbours", base, add(base, "x.c"), add(base, "y.c"), 0, {"a.c", "x.c", "y.c"}, {}},
+      {"both rename",
+       base,
+       ReplaceAll(base, "\"app\"", "\"one\""),
+       ReplaceAll(base, "\"app\"", "\"two\""),
+       1,
+       {"\"one\""},
+       {"OURS is kept", "Header"}},
+      {"damaged", base, base, "<Application", 3, {"\"app\""}, {"theirs is damaged"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    CliProject project;
+    project.Write("base", row.base);
+    project.Write("ours", row.ours);
+    project.Write("theirs", row.theirs);
+    const auto answer = project.Run({"merge-file", "base", "ours", "theirs"});
+    EXPECT_EQ(answer.code, row.code) << answer.err;
+    for (const char* part : row.merged) EXPECT_TRUE(Has(project.Read("ours"), part)) << part;
+    for (const char* part : row.said) EXPECT_TRUE(Has(answer.err, part)) << answer.err;
+    EXPECT_EQ(row.said.empty(), answer.err.empty()) << answer.err;
+  }
 }
 
 }  // namespace

@@ -136,6 +136,11 @@ TEST(Relocation, OptionsFollowTheFolders) {
        "src/inc;/p/src/inc/sub",
        "lib/inc;/p/lib/inc/sub",
        {"/p/src/inc -> /p/lib/inc", "/p/src/inc/sub -> /p/lib/inc/sub"}},
+      {"with macros",
+       {"/p/lib/inc/a.h"},
+       "src/inc/$(Config.Name)/a.h;$(General.ApplicationDir)src/inc;src/x$(X)",
+       "lib/inc/$(Config.Name)/a.h;$(General.ApplicationDir)lib/inc;lib/x$(X)",
+       {"/p/src/inc -> /p/lib/inc", "/p/src -> /p/lib"}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);

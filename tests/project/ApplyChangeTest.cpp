@@ -133,6 +133,25 @@ TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
   EXPECT_EQ(world.FileText("/p/demo.tapp.orig"), "(none)");
 }
 
+TEST_F(ApplyChange, AnApplicationThatHasMovedSinceIsFollowed) {
+  for (const char* name : {"/p/a.c", "/p/b.c", "/p/c.c"}) world.AddFile(name, "");
+  ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
+  after = world.model->Saver().MakeFileTexts();
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  ASSERT_EQ(world.model->CloseProject(), 1);
+  Replace("/p/demo.tapp", "Path=\".\\", "Path=\"..\\");
+  Replace("/p/demo.tapp", "..\\demo.tapp", ".\\sub\\demo.tapp");
+  Replace("/p/demo.tapp", "Extern=\".\\demo", "Extern=\".\\sub\\demo");
+  Replace("/p/demo.tprj", ".\\demo.tapp", ".\\sub\\demo.tapp");
+  world.AddFile("/p/sub/demo.tapp", world.FileText("/p/demo.tapp"));
+  world.disk.Erase("/p/demo.tapp");
+  ASSERT_EQ(world.OpenDemo(), 1);
+  EXPECT_EQ(Undo(), Lines());
+  EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_NE(world.FileText("/p/sub/demo.tapp").find("Path=\"..\\a.c\""), std::string::npos);
+}
+
 TEST_F(ApplyChange, AnApplicationThatWasTakenOutComesBackWithAllThatWasNotSaved) {
   const auto remove = [this] {
     before = world.model->Saver().MakeFileTexts();

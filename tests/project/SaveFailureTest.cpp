@@ -232,6 +232,38 @@ TEST(SaveFailure, ASaveOrCloseThatFindsNoPlaceAtAllKeepsTheTree) {
   }
 }
 
+TEST(SaveFailure, ACopyThatALaterSaveSupersedesIsRemoved) {
+  const struct {
+    const char* name;
+    std::function<void(EditedWorld&)> between;
+    Lines left;
+  } rows[] = {
+      {"saved", [](EditedWorld&) {}, {}},
+      {"copy changed", Write("/p/two.tapp.unsaved", "mine"), {"/p/two.tapp.unsaved = mine"}},
+      {"read again",
+       [](EditedWorld& world) {
+         world.model->State().DropChanges();
+         world.model->CloseProject();
+         ASSERT_EQ(world.OpenDemo(), 1);
+         world.Edit();
+       },
+       {"/p/two.tapp.unsaved new"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    EditedWorld world;
+    ASSERT_EQ(world.OpenDemo(), 1);
+    world.Edit();
+    world.disk.FailOn("write", "/p/two.tapp", ErrorCode::NoSpace);
+    world.model->SaveProject();
+    EXPECT_THAT(world.Files(), ::testing::Contains("/p/two.tapp.unsaved new"));
+    world.disk.ClearFailures();
+    row.between(world);
+    EXPECT_EQ(world.model->SaveProject(), 1);
+    EXPECT_EQ(world.Files(), row.left);
+  }
+}
+
 TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
   EditedWorld world;
   ASSERT_EQ(world.OpenDemo(), 1);

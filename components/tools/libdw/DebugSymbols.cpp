@@ -11,6 +11,7 @@
 #include "components/tools/libdw/DebugEntry.h"
 #include "components/tools/libdw/DeclarationText.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::tools {
@@ -88,10 +89,54 @@ bool HasPlainDebugSections(Elf* elf) {
   return true;
 }
 
+// Returns the number of functions and variables of the unit whose names are in the lines of `text`
+// that declare them.
+int CountDeclarations(Dwarf_Die& unit, std::string_view text) {
+  constexpr int kMostLooked = 16;
+  const std::vector<std::string_view> lines = Split(text, '\n');
+  const std::string source = TextAttribute(unit, DW_AT_name);
+  int looked = 0;
+  int count = 0;
+  ForEachChild(unit, [&](Dwarf_Die& entry) {
+    const int tag = dwarf_tag(&entry);
+    if (tag != DW_TAG_subprogram && tag != DW_TAG_variable) return;
+    const std::string name = NameOf(entry);
+    int line = 0;
+    const bool isPlaced = !name.empty() && dwarf_decl_line(&entry, &line) == 0 && line > 0 &&
+                          FileNameOf(TextOf(dwarf_decl_file(&entry))) == FileNameOf(source);
+    if (!isPlaced || ++looked > kMostLooked) return;
+    const auto index = static_cast<std::size_t>(line) - 1;
+    if (index < lines.size() && lines[index].find(name) != std::string_view::npos) ++count;
+  });
+  return count;
+}
+
+// Returns the folder to which the names in a unit are relative.
+std::string FindBaseFolder(Dwarf_Die& unit, const std::vector<std::string>& folders) {
+  FileSystem& files = FileSystem::Native();
+  const std::string source = TextAttribute(unit, DW_AT_name);
+  std::vector<std::string> holding;
+  for (const std::string& each : folders) {
+    if (files.Examine(AbsolutePath(&files, each, source))) holding.push_back(each);
+  }
+  if (holding.empty()) return folders.front();
+  std::string best = holding.front();
+  int most = -1;
+  for (const std::string& each : holding) {
+    if (holding.size() == 1) break;
+    const auto text = files.ReadWholeFile(AbsolutePath(&files, each, source));
+    const int count = text ? CountDeclarations(unit, *text) : 0;
+    if (count <= most) continue;
+    most = count;
+    best = each;
+  }
+  return best;
+}
+
 class SymbolCollector {
  public:
-  SymbolCollector(GlobalSymbols& into, NameSet zeroNames, const std::string& base)
-      : found(into), namesAtZero(std::move(zeroNames)), baseFolder(base) {}
+  SymbolCollector(GlobalSymbols& into, NameSet zeroNames, std::vector<std::string> bases)
+      : found(into), namesAtZero(std::move(zeroNames)), baseFolders(std::move(bases)) {}
 
   void AddUnit(Dwarf_Die& unit) {
     if (!IsWhole(unit)) {
@@ -101,7 +146,7 @@ class SymbolCollector {
     isC = IsC(unit);
     folder = TextAttribute(unit, DW_AT_comp_dir);
     // Compilers that hide the project's location store a folder that is already part of the names.
-    if (IsRelativePath(folder)) folder = baseFolder;
+    if (IsRelativePath(folder)) folder = FindBaseFolder(unit, baseFolders);
     scopes.clear();
     paths.clear();
     AddChildren(unit, "", 0);
@@ -212,7 +257,7 @@ class SymbolCollector {
 
   GlobalSymbols& found;
   const NameSet namesAtZero;
-  const std::string& baseFolder;
+  const std::vector<std::string> baseFolders;
   NameSet seen;
   bool isDamaged = false;
 
@@ -233,7 +278,8 @@ constexpr const char* kDamaged = "parts are missing, the debug information is da
 
 }  // namespace
 
-GlobalSymbols ReadDebugSymbols(std::string& program, const std::string& baseFolder) {
+GlobalSymbols ReadDebugSymbols(std::string& program, const std::string& baseFolder,
+                               const std::vector<std::string>& otherFolders) {
   GlobalSymbols found;
   elf_version(EV_CURRENT);
   const std::unique_ptr<Elf, Closer> elf(elf_memory(program.data(), program.size()));
@@ -244,7 +290,9 @@ GlobalSymbols ReadDebugSymbols(std::string& program, const std::string& baseFold
   }
   const std::unique_ptr<Dwarf, Closer> dwarf(dwarf_begin_elf(elf.get(), DWARF_C_READ, nullptr));
   if (!dwarf) return found;
-  SymbolCollector collector(found, NamesAtZero(elf.get()), baseFolder);
+  std::vector<std::string> folders{baseFolder};
+  folders.insert(folders.end(), otherFolders.begin(), otherFolders.end());
+  SymbolCollector collector(found, NamesAtZero(elf.get()), std::move(folders));
   Dwarf_CU* unit = nullptr;
   Dwarf_Die top;
   int answer = 0;

@@ -22,6 +22,7 @@ enum class FindingKind {
   SameFile,
   DuplicateOutput,
   DuplicateLabel,
+  LeftoverApplication,
   ApplicationCycle,
   UnreachableDrive,
   AbsolutePath,

@@ -225,11 +225,17 @@ bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
   const auto isWanted = [&](const std::string& path) {
     return std::find(wanted.begin(), wanted.end(), FileNameOf(path)) != wanted.end();
   };
+  // The linker searches only these folders for the library of another application.
+  const std::vector<std::string> own = OwnLibraryFoldersOf(node);
   for (const auto& output : scope.outputs) {
-    if (isWanted(output.first)) return true;
+    const auto isItsFolder = [&](const std::string& folder) {
+      return AddSeparator(folder) == AddSeparator(FolderOf(output.first));
+    };
+    if (isWanted(output.first) && std::ranges::any_of(own, isItsFolder)) return true;
   }
-  const std::vector<std::string> folders = LibraryFoldersOf(node);
+  std::vector<std::string> folders = CompilerFoldersOf(node);
   if (folders.empty()) return true;  // the compiler is not installed, so its libraries are unknown
+  folders.insert(folders.end(), own.begin(), own.end());
   for (const std::string& folder : folders) {
     for (const std::string& file : wanted) {
       if (scope.files.Exists(JoinPath(folder, file))) return true;
@@ -238,16 +244,34 @@ bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
   return false;
 }
 
-std::vector<std::string> OptionCheck::LibraryFoldersOf(const CheckedNode& node) {
+std::vector<std::string> OptionCheck::CompilerFoldersOf(const CheckedNode& node) {
   const auto tool = scope.tools.find(FoldCase(AttributeOf(node.application, "TranslateTool")));
   if (tool == scope.tools.end() || tool->second.programs.empty()) return {};
-  std::vector<std::string> folders = FoldersBeside(tool->second.programs.front());
-  if (folders.empty()) return {};
+  return FoldersBeside(tool->second.programs.front());
+}
+
+std::vector<std::string> OptionCheck::OwnLibraryFoldersOf(const CheckedNode& node) {
+  std::vector<std::string> folders;
   const std::string own = scope.ValuesOf(node).Get("", "Linker", "LibraryPaths");
   for (const std::string_view each : Split(own, ';')) {
     if (!Trim(each).empty()) folders.push_back(scope.OptionPath(node, std::string(Trim(each))));
   }
   return folders;
+}
+
+// Returns the targets that a compiler installation has folders for; only that of the program if it
+// is named after one, as in "avr-gcc" or in the file that "gcc" is a link to.
+std::vector<std::string> OptionCheck::TargetsOf(const std::string& program,
+                                                const std::string& library) {
+  std::vector<std::string> targets;
+  const auto entries = scope.files.ListFolder(JoinPath(library, "gcc"));
+  if (!entries) return targets;
+  const std::string file = FileNameOf(scope.files.ResolveLinks(program));
+  for (const FolderEntry& each : *entries) {
+    if (file.starts_with(each.name + "-")) return {each.name};
+    targets.push_back(each.name);
+  }
+  return targets;
 }
 
 // Returns the library folders of a compiler installation: the folders up to a few levels below the
@@ -271,13 +295,18 @@ std::vector<std::string> OptionCheck::FoldersBeside(const std::string& program) 
     return folders;
   };
   const std::string library = JoinPath(prefix, "lib");
-  const std::vector<std::string> targets = below({library});
+  std::vector<std::string> targets;
+  std::vector<std::string> runtimes;
+  for (const std::string& name : TargetsOf(path, library)) {
+    targets.push_back(JoinPath(library, name));
+    runtimes.push_back(JoinPath(JoinPath(library, "gcc"), name));
+  }
   const std::vector<std::string> nested = named(targets, "lib");
   std::vector<std::vector<std::string>> all = {
       {library},
       targets,
       nested,
-      below(below({JoinPath(library, "gcc")})),
+      below(runtimes),
       below(named({JoinPath(prefix, "share/sdcc")}, "lib"))};
   for (const std::string& folder : nested) {
     if (scope.files.IsFolder(folder)) all.push_back(below({folder}));

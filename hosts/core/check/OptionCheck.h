@@ -35,7 +35,9 @@ class OptionCheck {
   static bool IsResolvable(const Stored& stored);
   void CheckLibraries(const Stored& stored);
   bool HasLibrary(const CheckedNode& node, const std::string& name);
-  std::vector<std::string> LibraryFoldersOf(const CheckedNode& node);
+  std::vector<std::string> CompilerFoldersOf(const CheckedNode& node);
+  std::vector<std::string> OwnLibraryFoldersOf(const CheckedNode& node);
+  std::vector<std::string> TargetsOf(const std::string& program, const std::string& library);
   std::vector<std::string> FoldersBeside(const std::string& program);
 
   CheckScope& scope;

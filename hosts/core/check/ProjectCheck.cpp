@@ -55,6 +55,7 @@ void ProjectCheck::Complete() {
   nodeCheck->Finish();
   CheckDefinitions();
   CheckDamage();
+  CheckLeftovers();
   findings = std::move(scope->findings);
   std::stable_sort(findings.begin(), findings.end(),
                    [](const Finding& a, const Finding& b) { return a.kind < b.kind; });

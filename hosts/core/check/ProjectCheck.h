@@ -41,6 +41,7 @@ class ProjectCheck {
   void Begin();
   void CheckDefinitions();
   void CheckDamage();
+  void CheckLeftovers();
   void Complete();
 
   BuildSession& session;

@@ -245,8 +245,12 @@ int Print(lua_State* lua) {
 bool ScriptState::Call() noexcept {
   budget.HoldClock();
   try {
-    problem = Host() == nullptr ? std::string() : Host()->CheckCall(method->name, arguments);
-    if (problem.empty()) CallServer();
+    const std::string name = method->name;  // a script that this one calls replaces `method`
+    problem = Host() == nullptr ? std::string() : Host()->PrepareCall(name, arguments);
+    if (problem.empty()) {
+      CallServer();
+      if (Host() != nullptr) Host()->OnCalled(name);
+    }
   } catch (const std::exception& failure) {
     problem = method->name + ": " + failure.what();
   }

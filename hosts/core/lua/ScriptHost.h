@@ -30,10 +30,11 @@ class ScriptHost {
 
   // Shows a line printed by a script. The line is logged separately.
   virtual void ShowLine(const std::string& line) = 0;
-  // Returns why the server's method can't be called now, which is raised as an error in the script;
-  // an empty string if it can.
-  virtual std::string CheckCall(const std::string& method,
-                                const std::vector<Variant>& arguments) = 0;
+  // Prepares a call of the server's method: resolves relative paths in `arguments`. Returns why it
+  // can't be called now, which is raised as an error in the script; an empty string if it can.
+  virtual std::string PrepareCall(const std::string& method, std::vector<Variant>& arguments) = 0;
+  // Called after the server's method has returned.
+  virtual void OnCalled(const std::string& method) = 0;
   // Builds, waits for the end, and stores the tools' messages. `work` is "build", "rebuild" or
   // "clean"; `application` is a label or a path, or nullopt for the whole project.
   virtual ScriptBuild Build(const std::string& work,

@@ -619,6 +619,14 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <source>%1 does not name a file</source>
         <translation>%1 verweist auf keine Datei</translation>
     </message>
+    <message>
+        <source>Leftover applications</source>
+        <translation>Übrig gebliebene Anwendungen</translation>
+    </message>
+    <message>
+        <source>%1 is not part of the project, but may have changes that %2 lacks</source>
+        <translation>%1 gehört nicht zum Projekt, kann aber Änderungen enthalten, die %2 fehlen</translation>
+    </message>
 </context>
 <context>
     <name>FindingsPane</name>
@@ -885,6 +893,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Redo: %1</source>
         <translation>Wiederholen: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Save copies...</source>
+        <translation>&amp;Kopien speichern …</translation>
+    </message>
+    <message>
+        <source>Folder for the copies</source>
+        <translation>Ordner für die Kopien</translation>
     </message>
 </context>
 <context>

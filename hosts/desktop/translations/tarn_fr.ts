@@ -619,6 +619,14 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <source>%1 does not name a file</source>
         <translation>%1 ne désigne aucun fichier</translation>
     </message>
+    <message>
+        <source>Leftover applications</source>
+        <translation>Applications oubliées</translation>
+    </message>
+    <message>
+        <source>%1 is not part of the project, but may have changes that %2 lacks</source>
+        <translation>%1 ne fait pas partie du projet, mais peut contenir des modifications absentes de %2</translation>
+    </message>
 </context>
 <context>
     <name>FindingsPane</name>
@@ -885,6 +893,14 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>Redo: %1</source>
         <translation>Rétablir&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Save copies...</source>
+        <translation>Enregistrer des &amp;copies…</translation>
+    </message>
+    <message>
+        <source>Folder for the copies</source>
+        <translation>Dossier pour les copies</translation>
     </message>
 </context>
 <context>

@@ -89,6 +89,22 @@ TEST_F(PosixFileSystemTest, EveryLastingWriteRemovesWhatKilledWritesLeft) {
   }
 }
 
+TEST_F(PosixFileSystemTest, ANameIsAbandonedIfItsProcessIsGone) {
+  scratch.Write("$opj.xml", "");
+  const std::string own = *files.ReserveName(scratch.Path(), "$opj");
+  const pid_t child = fork();
+  if (child == 0) {
+    const auto name = files.ReserveName(scratch.Path(), "$opj");
+    if (name) (void)files.WriteScratchFile(*name + ".xml", "left");
+    _exit(0);
+  }
+  ASSERT_EQ(waitpid(child, nullptr, 0), child);
+  ASSERT_TRUE(files.WriteScratchFile(own + ".xml", "own"));
+  ASSERT_TRUE(files.ReserveName(scratch.Path(), "$opj"));
+  EXPECT_TRUE(files.Exists(own + ".xml"));
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 5U);
+}
+
 TEST_F(PosixFileSystemTest, FilesThatBelongTogetherAreWrittenAllOrNone) {
   scratch.Write("a", "old");
   ASSERT_EQ(chmod((scratch / "a").c_str(), 0640), 0);

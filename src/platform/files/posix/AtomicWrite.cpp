@@ -38,6 +38,8 @@ constexpr std::size_t kProcessDigits = 6;
 constexpr std::size_t kDigits = 16;
 // A write takes far less time, even in a process that was suspended for a while.
 constexpr std::time_t kAbandonedSeconds = 600;
+// A process may be idle for long, and it may run in a container, where its id is unknown here.
+constexpr std::time_t kForgottenSeconds = 7 * 24 * 3600;
 
 std::string Hexadecimal(std::uint64_t number, std::size_t count) {
   std::string digits(count, '0');
@@ -171,36 +173,50 @@ bool IsRunning(pid_t id) {
   return status[state + 2] != 'Z' && status[state + 2] != 'X';
 }
 
+// Returns whether the digits name a process of this system that has ended.
+bool IsProcessGone(std::string_view digits) {
+  if (!digits.starts_with(MachineDigits())) return false;
+  const std::string process(digits.substr(kMachineDigits, kProcessDigits));
+  return !IsRunning(static_cast<pid_t>(std::strtol(process.c_str(), nullptr, 16)));
+}
+
 // Returns whether a temporary file with these digits no longer belongs to a running process. For a
 // file from another system, or from before a reboot, only its age counts: the time of the last
 // status change, since a file that got a second name may have been written long ago.
 bool IsAbandoned(std::string_view digits, const struct stat& info) {
   const bool isOld = info.st_ctime + kAbandonedSeconds < std::time(nullptr);
-  if (!digits.starts_with(MachineDigits())) return isOld;
-  const std::string process(digits.substr(kMachineDigits, kProcessDigits));
-  const auto id = static_cast<pid_t>(std::strtol(process.c_str(), nullptr, 16));
-  return isOld || !IsRunning(id);
+  return isOld || IsProcessGone(digits);
 }
 
-// Removes temporary files that killed processes have left in the folder. Errors are ignored: the
-// next durable write tries again.
-void RemoveAbandoned(const std::string& folder) {
+// Removes the regular files of a folder whose names are the prefix, digits and a rest, if
+// `isAbandoned(digits, rest, status)` returns true. Errors are ignored.
+template <class IsAbandoned>
+void RemoveNamed(const std::string& folder, std::string_view prefix,
+                 const IsAbandoned& isAbandoned) {
   const auto close = [](DIR* open) { closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
   if (!entries) return;
   while (const dirent* entry = readdir(entries.get())) {
     const std::string_view name = entry->d_name;
-    if (!name.starts_with(kTemporaryPrefix)) continue;
-    const std::string_view digits = name.substr(kTemporaryPrefix.size());
-    const bool isOurs =
-        digits.size() == kDigits && digits.find_first_not_of("0123456789abcdef") == digits.npos;
+    if (!name.starts_with(prefix) || name.size() < prefix.size() + kDigits) continue;
+    const std::string_view digits = name.substr(prefix.size(), kDigits);
+    if (digits.find_first_not_of("0123456789abcdef") != digits.npos) continue;
     const std::string path = JoinPath(folder, name);
     struct stat info {};
-    if (isOurs && lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
-        IsAbandoned(digits, info)) {
+    if (lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+        isAbandoned(digits, name.substr(prefix.size() + kDigits), info)) {
       unlink(path.c_str());
     }
   }
+}
+
+// Removes temporary files that killed processes have left in the folder; if that fails, the next
+// durable write tries again.
+void RemoveAbandoned(const std::string& folder) {
+  RemoveNamed(folder, kTemporaryPrefix,
+              [](std::string_view digits, std::string_view rest, const struct stat& info) {
+                return rest.empty() && IsAbandoned(digits, info);
+              });
 }
 
 // Flushes the new names of a folder to disk and removes abandoned files. An error here does not
@@ -222,6 +238,15 @@ Result<std::string> FollowLinks(std::string name) {
     name = text.starts_with('/') ? text : AddSeparator(FolderOf(name)) + text;
   }
   return ErrorOf(ELOOP, name);
+}
+
+// Returns true if the folder has the sticky bit, and this process may not replace or remove the
+// file in it. Found out in advance, because a second name of such a file can't be removed either.
+bool IsKeptBySticky(const std::string& folder, const struct stat& file) {
+  struct stat info {};
+  if (stat(folder.c_str(), &info) != 0 || (info.st_mode & S_ISVTX) == 0) return false;
+  const uid_t user = geteuid();
+  return user != 0 && user != file.st_uid && user != info.st_uid;
 }
 
 // A file that has been written under a temporary name, ready to be renamed to the target.
@@ -282,8 +307,15 @@ Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& tar
   if (exists && !S_ISREG(old.st_mode)) {
     return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
   }
-  if (exists && IsReadOnlyName(*place, old.st_mode)) {
-    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", target);
+  if (exists) {
+    Status writable = CheckWritableName(*place, old.st_mode, target);
+    if (writable && IsKeptBySticky(FolderToOpen(*place), old)) {
+      writable = ErrorOf(ErrorCode::ReadOnly,
+                         "it belongs to another user, and so does its folder, in which only the "
+                         "owner of a file may replace it",
+                         target);
+    }
+    if (!writable) return writable.GetError();
   }
   // No other user may read the content before the new file has the mode of the old one.
   Result<std::unique_ptr<TemporaryFile>> temporary =
@@ -314,11 +346,14 @@ bool WriteAll(int file, std::string_view bytes, off_t offset) {
   return true;
 }
 
-bool IsReadOnlyName(const std::string& name, mode_t mode) {
-  if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return true;
+Status CheckWritableName(const std::string& name, mode_t mode, const std::string& place) {
+  if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+    return ErrorOf(ErrorCode::ReadOnly, S_ISDIR(mode) ? "read-only" : "the file is read-only",
+                   place);
+  }
+  if (faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) == 0) return {};
   // Any other error occurs again, with its reason, when the file is written.
-  return faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0 &&
-         CodeOf(errno) == ErrorCode::ReadOnly;
+  return CodeOf(errno) == ErrorCode::ReadOnly ? Status(ErrorOf(errno, place)) : Status();
 }
 
 Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind kind) {
@@ -367,6 +402,16 @@ Result<std::string> CreateReserved(const std::string& folder, std::string_view p
   Result<NewFile> created = OpenNew(AddSeparator(folder).append(prefix), S_IRUSR | S_IWUSR);
   if (!created) return created.GetError();
   return std::move(created->name);
+}
+
+void RemoveAbandonedNames(const std::string& folder, std::string_view prefix) {
+  RemoveNamed(folder, prefix,
+              [](std::string_view digits, std::string_view rest, const struct stat& info) {
+                const bool isOld = info.st_ctime + kForgottenSeconds < std::time(nullptr);
+                const bool isHere = digits.starts_with(MachineDigits());
+                return rest.starts_with('.') && info.st_uid == geteuid() &&
+                       (isHere ? IsProcessGone(digits) : isOld);
+              });
 }
 
 }  // namespace tarn::posix

@@ -40,12 +40,16 @@ Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t m
 // Creates an empty file with an unused name in `folder` and returns its name.
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix);
 
+// Removes the user's files named `prefix`, the digits of CreateReserved, and an extension, if the
+// process that created the name is gone.
+void RemoveAbandonedNames(const std::string& folder, std::string_view prefix);
+
 // Writes all bytes at `offset` (-1: at the current position). On error returns false with the
 // reason in errno.
 bool WriteAll(int file, std::string_view bytes, off_t offset = -1);
 
-// Returns true if the mode has no write bit or the OS denies write access. (The OS denies root
-// nothing, so its check alone is not enough.)
-bool IsReadOnlyName(const std::string& name, mode_t mode);
+// Fails with ReadOnly if the mode has no write bit, or with the OS's reason if it denies write
+// access. (The OS denies root nothing, so its check alone is not enough.) `place` is for the error.
+Status CheckWritableName(const std::string& name, mode_t mode, const std::string& place);
 
 }  // namespace tarn::posix

@@ -212,15 +212,15 @@ bool PosixFileSystem::CanRead(const std::string& path) {
 }
 
 Status PosixFileSystem::CheckWritable(const std::string& path) {
-  bool isReadOnly = true;
-  const auto look = [&isReadOnly](const char* name) {
+  Status writable;
+  const auto look = [&](const char* name) {
     struct stat info {};
     if (stat(name, &info) != 0) return -1;
-    isReadOnly = posix::IsReadOnlyName(name, info.st_mode);
+    writable = posix::CheckWritableName(name, info.st_mode, path);
     return 0;
   };
   if (const Result<int> found = names.Try(path, look); !found) return found.GetError();
-  return isReadOnly ? ErrorOf(ErrorCode::ReadOnly, "read-only", path) : Status();
+  return writable;
 }
 
 bool PosixFileSystem::IsReadOnly(const std::string& path) {
@@ -347,9 +347,8 @@ Status PosixFileSystem::RemoveNamed(const std::string& name, const std::string& 
   if (lstat(name.c_str(), &info) != 0) return ErrorOf(errno, path);
   if (!S_ISLNK(info.st_mode)) {
     if (!S_ISREG(info.st_mode)) return NotAFile(path);
-    if (readOnly == ReadOnly::Refused && posix::IsReadOnlyName(name, info.st_mode)) {
-      return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
-    }
+    const Status writable = posix::CheckWritableName(name, info.st_mode, path);
+    if (readOnly == ReadOnly::Refused && !writable) return writable;
   }
   if (unlink(name.c_str()) != 0) return ErrorOf(errno, path);
   return {};
@@ -489,6 +488,7 @@ Result<std::string> PosixFileSystem::ReserveName(const std::string& folder,
   if (separated) return ErrorOf(ErrorCode::InvalidName, "a prefix holds no separator", first);
   const Result<std::string> place = names.LocateOrCreate(first);
   if (!place) return place.GetError();
+  posix::RemoveAbandonedNames(FolderOf(*place), prefix);
   return posix::CreateReserved(FolderOf(*place), prefix);
 }
 

@@ -52,6 +52,8 @@ class PosixFileSystem : public FileSystem {
   std::string CurrentFolder() override;
   bool SetCurrentFolder(const std::string& path) override;
   std::string TemporaryFolder() override;
+  // Also removes files that are named after such a name of a process that is gone, with an
+  // extension added.
   Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) override;
 
  private:
