@@ -139,8 +139,7 @@ class AccessFinder {
   void AddReads(const std::vector<std::string>& words) {
     const auto add = [this](std::string_view name) {
       std::string path = AbsolutePath(world_.files, folder_, name);
-      const bool isFile = path != "/dev/null" && !world_.files->IsFolder(path);
-      if (isFile) access_.reads.push_back(std::move(path));
+      if (path != "/dev/null") access_.reads.push_back(std::move(path));
     };
     for (const std::string& word : words) {
       if (word.starts_with('@')) add(std::string_view(word).substr(1));
@@ -233,7 +232,8 @@ class AccessFinder {
     const bool isExtension = dot != file.npos && dot >= file.size() - FileNameOf(file).size();
     for (const std::string& extension : tool_.loadsNextTo) {
       const std::string path = file.substr(0, isExtension ? dot : file.size()) + extension;
-      if (world_.files->Exists(path)) access_.code.push_back("commands from the file " + path);
+      const bool isThere = world_.files->ExamineExactly(path) || world_.files->IsSpecial(path);
+      if (isThere) access_.code.push_back("commands from the file " + path);
     }
   }
 

@@ -453,6 +453,7 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   } else {
     sources.push_back(TextOf(node.GetAttrValue("Path")));
   }
+  for (std::string& each : sources) each = model.GetFiles().NameOnDisk(each);
   return sources;
 }
 
@@ -472,9 +473,11 @@ std::vector<std::string> HeadersOf(const CXmlNode& node) {
 // a program that writes to it, possibly forever.
 bool BuildWalk::HasUnusableInput(const std::vector<std::string>& paths) {
   for (const std::string& path : paths) {
-    if (model.GetFiles().Examine(path)) continue;
+    // The arguments of tools also contain words that only look like the name of a file. Searching
+    // for other spellings of them would list the folder for each run.
+    if (!model.GetFiles().IsSpecial(path)) continue;
     const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
-    if (text || text.GetError().code != ErrorCode::NotAFile) continue;
+    if (text) continue;
     model.Host().AddBuildNotice(LineKind::Error, path + " can't be read: " + text.GetError().text +
                                                      "; the tool is not run");
     return true;

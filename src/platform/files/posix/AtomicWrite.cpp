@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <utility>
@@ -182,9 +183,12 @@ bool IsAbandoned(std::string_view digits, const struct stat& info) {
   return isOld || !IsRunning(id);
 }
 
-// Removes temporary files that killed processes have left in the folder. Errors are ignored: the
-// next durable write tries again.
+// Removes temporary files that killed processes have left in the folder, once in this process: a
+// build writes its log several times a second. Errors are ignored: the next process tries again.
 void RemoveAbandoned(const std::string& folder) {
+  static std::mutex lock;
+  static std::set<std::string> done;
+  if (const std::lock_guard guard(lock); !done.insert(folder).second) return;
   const auto close = [](DIR* open) { closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
   if (!entries) return;
