@@ -81,10 +81,10 @@ class AccessFinder {
   }
 
  private:
-  void AddWrite(const std::string& path, bool isCertain = true) {
+  void AddWrite(const std::string& path, bool isCertain = true, const std::string& argument = {}) {
     if (path.empty()) return;
     const auto [found, isNew] = writes_.try_emplace(path, access_.writes.size());
-    if (isNew) access_.writes.push_back({path, {}, false});
+    if (isNew) access_.writes.push_back({path, {}, argument, false});
     access_.writes[found->second].isCertain |= isCertain;
   }
 
@@ -108,8 +108,9 @@ class AccessFinder {
     }
   }
 
-  void AddValue(std::string_view value, bool isCertain) {
-    if (!value.empty()) AddWrite(AbsolutePath(world_.files, folder_, value), isCertain);
+  void AddValue(std::string_view value, bool isCertain, const std::string& argument) {
+    if (value.empty()) return;
+    AddWrite(AbsolutePath(world_.files, folder_, value), isCertain, argument);
   }
 
   void AddCommand(const ToolCommand& command) {
@@ -196,9 +197,17 @@ class AccessFinder {
   }
 
   // A link with link-time optimization in parallel writes its arguments to a makefile.
-  static bool AsksForLinkTime(const std::vector<std::string>& words) {
-    return std::any_of(words.begin(), words.end(), [](const std::string& word) {
-      return word.starts_with('-') && word.find("lto") != word.npos;
+  bool AsksForLinkTime(const std::vector<std::string>& words) const {
+    return std::any_of(words.begin(), words.end(), [this](const std::string& word) {
+      return FindFlag(tool_.linkTime, word) != nullptr;
+    });
+  }
+
+  bool IsUnsafe(const std::string& word) const {
+    return std::any_of(word.begin(), word.end(), [this](char c) {
+      const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+      const bool isForShell = c == '$' || c == '`' || c == '\'';
+      return isControl || (isForShell && usesMakefile_);
     });
   }
 
@@ -254,21 +263,21 @@ class AccessFinder {
     if (!IsFlag(word)) {
       // After a flag, the word may be the flag's value.
       if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) {
-        AddUnlessInput(word, FindFlag(tool_.writes, words[at - 1]) != nullptr);
+        AddUnlessInput(word, FindFlag(tool_.writes, words[at - 1]) != nullptr, words[at - 1]);
       }
       return;
     }
     // The name of a file may start with a dash, too.
-    if (at > 0 && IsWritingFlag(words[at - 1])) AddUnlessInput(word, true);
+    if (at > 0 && IsWritingFlag(words[at - 1])) AddUnlessInput(word, true, words[at - 1]);
     if (Reads(word)) return;
     const std::string_view text = word;
     const std::string* const flag = FindFlag(tool_.writes, text);
     if (const std::size_t equals = text.find('='); equals != text.npos) {
-      AddValue(text.substr(equals + 1), flag != nullptr);
+      AddValue(text.substr(equals + 1), flag != nullptr, word);
     } else if (flag != nullptr) {
-      AddValue(text.substr(flag->size()), true);
+      AddValue(text.substr(flag->size()), true, word);
     } else if (const std::size_t slash = text.find('/'); slash != text.npos) {
-      AddValue(text.substr(slash), false);
+      AddValue(text.substr(slash), false, word);
     }
   }
 
@@ -321,9 +330,9 @@ class AccessFinder {
 
   bool Reads(const std::string& flag) const { return FindFlag(reads_, flag) != nullptr; }
 
-  void AddUnlessInput(const std::string& word, bool isCertain) {
+  void AddUnlessInput(const std::string& word, bool isCertain, const std::string& argument) {
     const std::string path = AbsolutePath(world_.files, folder_, word);
-    if (!IsInput(path)) AddWrite(path, isCertain);
+    if (!IsInput(path)) AddWrite(path, isCertain, argument);
   }
 
   bool LoadsCode(const std::vector<std::string>& words, std::size_t at) const {
@@ -366,6 +375,7 @@ std::string RunAccessText(const RunAccess& access) {
   for (const FileWrite& each : access.writes) {
     list.push_back({each.isCertain ? "write" : "maybe", each.path});
     if (!each.option.empty()) list.push_back({"option", each.option});
+    if (!each.argument.empty()) list.push_back({"argument", each.argument});
   }
   // Ensures that the result is not empty even if the run accesses nothing.
   list.push_back({"end", {}});
