@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "components/tools/CarriedOptions.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
 #include "platform/files/FileTexts.h"
@@ -74,6 +75,7 @@ class AccessFinder {
     AddWrite(FolderOf(plan.outputOnDisk), false);
     if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
     access_.reads = plan.depends;
+    AddCarried(plan);
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& each : tool_.helpers.programs) AddProgram(each);
     NameOptions();
@@ -122,18 +124,40 @@ class AccessFinder {
     }
     const GivenArguments given = ExpandArguments(command, world_.files);
     isChecked_ = !tool_.harmless.IsEmpty() && TakesOptions(*command.rule);
-    usesMakefile_ = !tool_.libraries.empty() && AsksForLinkTime(given.words);
+    usesMakefile_ = hasCarriers_ || (!tool_.carriers.empty() && AsksForLinkTime(given.words));
     AddReads(given.words);
-    for (std::size_t i = 0; i < given.words.size(); ++i) {
-      AddCode(given, i);
-      AddFiles(given.words, i);
-      if (LacksValue(given, i)) AddUnknownWrite(given, i);
-    }
+    AddArguments(given);
     // Flags that pass arguments on, which `words` no longer contains.
     for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
       const std::string& word = command.arguments[i];
       if (word.starts_with("-W") && IsStray(command.arguments, i)) AddStray(word);
     }
+  }
+
+  void AddArguments(const GivenArguments& given) {
+    for (std::size_t i = 0; i < given.words.size(); ++i) {
+      AddCode(given, i);
+      AddFiles(given.words, i);
+      if (LacksValue(given, i)) AddUnknownWrite(given, i);
+    }
+  }
+
+  // Options that the inputs of a link carry have the same effects as its arguments.
+  void AddCarried(const ToolPlan& plan) {
+    const std::vector<CarriedOptions> found = FindCarriedOptions(tool_, plan, *world_.files);
+    hasCarriers_ = !found.empty();
+    if (!hasCarriers_) return;
+    folder_ = plan.commands.front().folder;
+    isChecked_ = usesMakefile_ = true;
+    for (const CarriedOptions& each : found) {
+      source_ = ", which is in the file " + each.path;
+      if (!each.isReadable) access_.code.push_back("code" + source_);
+      if (IsUnsafe(each.path)) access_.code.push_back("the tool with the file " + each.path);
+      ToolCommand command;
+      command.arguments = each.words;
+      AddArguments(ExpandArguments(command, nullptr));
+    }
+    source_.clear();
   }
 
   // Arguments "@file" that were expanded are no longer among the words.
@@ -188,11 +212,11 @@ class AccessFinder {
     AddCodeNextTo(word);
     if (IsFlag(word) &&
         (LoadsCode(words, at) || (fit != FlagFit::Whole && FitsPattern(tool_.runs, words, at)))) {
-      access_.code.push_back("code with the argument " + word);
+      access_.code.push_back("code with the argument " + word + source_);
     } else if (fit != FlagFit::Whole && IsStray(words, at)) {
       AddStray(word);
     } else if (fit == FlagFit::None) {
-      access_.code.push_back("the tool with the argument " + word);
+      access_.code.push_back("the tool with the argument " + word + source_);
     }
   }
 
@@ -216,12 +240,7 @@ class AccessFinder {
   FlagFit FitOf(const GivenArguments& given, std::size_t at) const {
     const std::string& word = given.words[at];
     if (!isChecked_) return FlagFit::Start;
-    const bool isUnsafe = std::any_of(word.begin(), word.end(), [this](char c) {
-      const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
-      const bool isForShell = c == '$' || c == '`' || c == '\'';
-      return isControl || (isForShell && usesMakefile_);
-    });
-    if (isUnsafe || (word.size() > 1 && word.front() == '@')) return FlagFit::None;
+    if (IsUnsafe(word) || (word.size() > 1 && word.front() == '@')) return FlagFit::None;
     return word.starts_with('-') ? tool_.harmless.Find(given, at) : FlagFit::Start;
   }
 
@@ -354,6 +373,8 @@ class AccessFinder {
   std::string folder_;         // working folder of the current command
   bool isChecked_ = false;     // its flags must be known as harmless
   bool usesMakefile_ = false;  // the current command may pass its words to make
+  bool hasCarriers_ = false;   // an input carries options
+  std::string source_;         // end of messages about arguments that a file carries
   RunAccess access_;
   std::unordered_map<std::string, std::size_t> writes_;  // indexes in access_.writes, by path
 };
