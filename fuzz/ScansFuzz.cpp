@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "components/tools/CarriedOptions.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
 #include "components/tools/ThinArchive.h"
@@ -34,6 +35,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static_cast<void>(tarn::FindTestedNames(scans));
   }
   CheckNames(tarn::tools::ReadThinArchive(text), size);
+  tarn::tools::CarriedOptions carried;
+  tarn::tools::ReadCarriedOptions({{".gnu.lto_", ".opts"}}, text, carried);
   tarn::tools::ToolCommand command;
   command.arguments = tarn::tools::SplitWords(text);
   const auto given = tarn::tools::ExpandArguments(command, nullptr);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <utility>
 
 #include "components/tools/ElementReader.h"
 #include "components/tools/FileList.h"
@@ -32,7 +33,7 @@ class ToolReader : public ElementReader {
          "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
-         "Harmless", "LoadsFrom",   "LoadsNextTo",  "Early"});
+         "Harmless", "LoadsFrom",   "LoadsNextTo",  "Early",          "Carries"});
     tool->name = Text(node, "Name");
     tool->isEarly = IsYes(node, "Early");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
@@ -51,10 +52,9 @@ class ToolReader : public ElementReader {
     tool->loadsFrom = SplitOptionList(Text(node, "LoadsFrom"));
     tool->loadsNextTo = SplitOptionList(Text(node, "LoadsNextTo"));
     ReadHarmless(Text(node, "Harmless"));
-    for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
-      const std::size_t space = std::min(entry.find(' '), entry.size());
-      tool->loads.push_back(
-          {entry.substr(0, space), entry.substr(std::min(space + 1, entry.size()))});
+    for (auto& [flag, place] : ReadPairs(Text(node, "Loads"))) tool->loads.push_back({flag, place});
+    for (auto& [sections, options] : ReadPairs(Text(node, "Carries"))) {
+      tool->carriers.push_back({sections, options});
     }
     constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
     tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
@@ -87,6 +87,16 @@ class ToolReader : public ElementReader {
 
   Template Filled(const CXmlNode& node, const char* attribute) {
     return Parse(Text(node, attribute));
+  }
+
+  // Splits entries separated by ";" at their first space.
+  static std::vector<std::pair<std::string, std::string>> ReadPairs(const std::string& list) {
+    std::vector<std::pair<std::string, std::string>> pairs;
+    for (const std::string& entry : SplitOptionList(list)) {
+      const std::size_t space = std::min(entry.find(' '), entry.size());
+      pairs.emplace_back(entry.substr(0, space), entry.substr(std::min(space + 1, entry.size())));
+    }
+    return pairs;
   }
 
   void ReadExtensions(const std::string& list) {

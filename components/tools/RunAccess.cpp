@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "components/tools/CarriedOptions.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
 #include "platform/files/FileTexts.h"
@@ -74,6 +75,7 @@ class AccessFinder {
     AddWrite(FolderOf(plan.outputOnDisk), false);
     if (tool_.isProgram) AddRequest(TrustRequestKind::Tool, tool_.name);
     access_.reads = plan.depends;
+    AddCarried(plan);
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& each : tool_.helpers.programs) AddProgram(each);
     NameOptions();
@@ -81,10 +83,10 @@ class AccessFinder {
   }
 
  private:
-  void AddWrite(const std::string& path, bool isCertain = true) {
+  void AddWrite(const std::string& path, bool isCertain = true, const std::string& argument = {}) {
     if (path.empty()) return;
     const auto [found, isNew] = writes_.try_emplace(path, access_.writes.size());
-    if (isNew) access_.writes.push_back({path, {}, false});
+    if (isNew) access_.writes.push_back({path, {}, argument, false});
     access_.writes[found->second].isCertain |= isCertain;
   }
 
@@ -108,8 +110,9 @@ class AccessFinder {
     }
   }
 
-  void AddValue(std::string_view value, bool isCertain) {
-    if (!value.empty()) AddWrite(AbsolutePath(world_.files, folder_, value), isCertain);
+  void AddValue(std::string_view value, bool isCertain, const std::string& argument) {
+    if (value.empty()) return;
+    AddWrite(AbsolutePath(world_.files, folder_, value), isCertain, argument);
   }
 
   void AddCommand(const ToolCommand& command) {
@@ -121,13 +124,9 @@ class AccessFinder {
     }
     const GivenArguments given = ExpandArguments(command, world_.files);
     isChecked_ = !tool_.harmless.IsEmpty() && TakesOptions(*command.rule);
-    usesMakefile_ = !tool_.libraries.empty() && AsksForLinkTime(given.words);
+    usesMakefile_ = hasCarriers_ || (!tool_.carriers.empty() && AsksForLinkTime(given.words));
     AddReads(given.words);
-    for (std::size_t i = 0; i < given.words.size(); ++i) {
-      AddCode(given, i);
-      AddFiles(given.words, i);
-      if (LacksValue(given, i)) AddUnknownWrite(given, i);
-    }
+    AddArguments(given);
     // Flags that pass arguments on, which `words` no longer contains.
     for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
       const std::string& word = command.arguments[i];
@@ -135,12 +134,38 @@ class AccessFinder {
     }
   }
 
+  void AddArguments(const GivenArguments& given) {
+    for (std::size_t i = 0; i < given.words.size(); ++i) {
+      AddCode(given, i);
+      AddFiles(given.words, i);
+      if (LacksValue(given, i)) AddUnknownWrite(given, i);
+    }
+  }
+
+  // Options that the inputs of a link carry have the same effects as its arguments.
+  void AddCarried(const ToolPlan& plan) {
+    const std::vector<CarriedOptions> found = FindCarriedOptions(tool_, plan, *world_.files);
+    hasCarriers_ = !found.empty();
+    if (!hasCarriers_) return;
+    folder_ = plan.commands.front().folder;
+    isChecked_ = usesMakefile_ = true;
+    for (const CarriedOptions& each : found) {
+      source_ = ", which is in the file " + each.path;
+      if (!each.isReadable) AddRequest(TrustRequestKind::Run, "code" + source_);
+      if (IsUnsafe(each.path))
+        AddRequest(TrustRequestKind::Run, "the tool with the file " + each.path);
+      ToolCommand command;
+      command.arguments = each.words;
+      AddArguments(ExpandArguments(command, nullptr));
+    }
+    source_.clear();
+  }
+
   // Arguments "@file" that were expanded are no longer among the words.
   void AddReads(const std::vector<std::string>& words) {
     const auto add = [this](std::string_view name) {
       std::string path = AbsolutePath(world_.files, folder_, name);
-      const bool isFile = path != "/dev/null" && !world_.files->IsFolder(path);
-      if (isFile) access_.reads.push_back(std::move(path));
+      if (path != "/dev/null") access_.reads.push_back(std::move(path));
     };
     for (const std::string& word : words) {
       if (word.starts_with('@')) add(std::string_view(word).substr(1));
@@ -192,18 +217,26 @@ class AccessFinder {
     AddCodeNextTo(word);
     if (IsFlag(word) &&
         (LoadsCode(words, at) || (fit != FlagFit::Whole && FitsPattern(tool_.runs, words, at)))) {
-      AddRequest(TrustRequestKind::CodeArgument, word);
+      AddRequest(TrustRequestKind::CodeArgument, word + source_);
     } else if (fit != FlagFit::Whole && IsStray(words, at)) {
       AddStray(word);
     } else if (fit == FlagFit::None) {
-      AddRequest(TrustRequestKind::Argument, word);
+      AddRequest(TrustRequestKind::Argument, word + source_);
     }
   }
 
   // A link with link-time optimization in parallel writes its arguments to a makefile.
-  static bool AsksForLinkTime(const std::vector<std::string>& words) {
-    return std::any_of(words.begin(), words.end(), [](const std::string& word) {
-      return word.starts_with('-') && word.find("lto") != word.npos;
+  bool AsksForLinkTime(const std::vector<std::string>& words) const {
+    return std::any_of(words.begin(), words.end(), [this](const std::string& word) {
+      return FindFlag(tool_.linkTime, word) != nullptr;
+    });
+  }
+
+  bool IsUnsafe(const std::string& word) const {
+    return std::any_of(word.begin(), word.end(), [this](char c) {
+      const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+      const bool isForShell = c == '$' || c == '`' || c == '\'';
+      return isControl || (isForShell && usesMakefile_);
     });
   }
 
@@ -212,12 +245,7 @@ class AccessFinder {
   FlagFit FitOf(const GivenArguments& given, std::size_t at) const {
     const std::string& word = given.words[at];
     if (!isChecked_) return FlagFit::Start;
-    const bool isUnsafe = std::any_of(word.begin(), word.end(), [this](char c) {
-      const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
-      const bool isForShell = c == '$' || c == '`' || c == '\'';
-      return isControl || (isForShell && usesMakefile_);
-    });
-    if (isUnsafe || (word.size() > 1 && word.front() == '@')) return FlagFit::None;
+    if (IsUnsafe(word) || (word.size() > 1 && word.front() == '@')) return FlagFit::None;
     return word.starts_with('-') ? tool_.harmless.Find(given, at) : FlagFit::Start;
   }
 
@@ -237,7 +265,8 @@ class AccessFinder {
     const bool isExtension = dot != file.npos && dot >= file.size() - FileNameOf(file).size();
     for (const std::string& extension : tool_.loadsNextTo) {
       const std::string path = file.substr(0, isExtension ? dot : file.size()) + extension;
-      if (world_.files->Exists(path)) AddRequest(TrustRequestKind::CommandFile, path);
+      const bool isThere = world_.files->ExamineExactly(path) || world_.files->IsSpecial(path);
+      if (isThere) AddRequest(TrustRequestKind::CommandFile, path);
     }
   }
 
@@ -258,21 +287,21 @@ class AccessFinder {
     if (!IsFlag(word)) {
       // After a flag, the word may be the flag's value.
       if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) {
-        AddUnlessInput(word, FindFlag(tool_.writes, words[at - 1]) != nullptr);
+        AddUnlessInput(word, FindFlag(tool_.writes, words[at - 1]) != nullptr, words[at - 1]);
       }
       return;
     }
     // The name of a file may start with a dash, too.
-    if (at > 0 && IsWritingFlag(words[at - 1])) AddUnlessInput(word, true);
+    if (at > 0 && IsWritingFlag(words[at - 1])) AddUnlessInput(word, true, words[at - 1]);
     if (Reads(word)) return;
     const std::string_view text = word;
     const std::string* const flag = FindFlag(tool_.writes, text);
     if (const std::size_t equals = text.find('='); equals != text.npos) {
-      AddValue(text.substr(equals + 1), flag != nullptr);
+      AddValue(text.substr(equals + 1), flag != nullptr, word);
     } else if (flag != nullptr) {
-      AddValue(text.substr(flag->size()), true);
+      AddValue(text.substr(flag->size()), true, word);
     } else if (const std::size_t slash = text.find('/'); slash != text.npos) {
-      AddValue(text.substr(slash), false);
+      AddValue(text.substr(slash), false, word);
     }
   }
 
@@ -325,9 +354,9 @@ class AccessFinder {
 
   bool Reads(const std::string& flag) const { return FindFlag(reads_, flag) != nullptr; }
 
-  void AddUnlessInput(const std::string& word, bool isCertain) {
+  void AddUnlessInput(const std::string& word, bool isCertain, const std::string& argument) {
     const std::string path = AbsolutePath(world_.files, folder_, word);
-    if (!IsInput(path)) AddWrite(path, isCertain);
+    if (!IsInput(path)) AddWrite(path, isCertain, argument);
   }
 
   bool LoadsCode(const std::vector<std::string>& words, std::size_t at) const {
@@ -349,6 +378,8 @@ class AccessFinder {
   std::string folder_;         // working folder of the current command
   bool isChecked_ = false;     // its flags must be known as harmless
   bool usesMakefile_ = false;  // the current command may pass its words to make
+  bool hasCarriers_ = false;   // an input carries options
+  std::string source_;         // end of messages about arguments that a file carries
   RunAccess access_;
   std::unordered_map<std::string, std::size_t> writes_;  // indexes in access_.writes, by path
 };
@@ -372,6 +403,7 @@ std::string RunAccessText(const RunAccess& access) {
   for (const FileWrite& each : access.writes) {
     list.push_back({each.isCertain ? "write" : "maybe", each.path});
     if (!each.option.empty()) list.push_back({"option", each.option});
+    if (!each.argument.empty()) list.push_back({"named-by", each.argument});
   }
   // Ensures that the result is not empty even if the run accesses nothing.
   list.push_back({"end", {}});

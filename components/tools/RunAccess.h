@@ -13,6 +13,7 @@ namespace tarn::tools {
 struct FileWrite {
   std::string path;       // absolute
   std::string option;     // the option whose value names it, as "Linker.MapFile"; may be empty
+  std::string argument;   // the argument that names it; empty if the definition does
   bool isCertain = true;  // false: the argument may just as well name a file to read
 };
 
@@ -33,8 +34,8 @@ RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, cons
                         const ToolJob& job);
 
 // Serializes each entry as JoinFileTexts writes a file, with the identifier of the request,
-// "program", "write" or "read" as its path, and "option" after a write that an option names. Names
-// are preserved byte for byte.
+// "program", "write", "maybe" or "read" as its path, and "option" or "named-by" after a write that
+// an option or an argument names. Names are preserved byte for byte.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

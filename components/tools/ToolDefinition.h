@@ -117,6 +117,12 @@ struct LoadRule {
   std::string place;  // inserted before the name by the program: "device-specs/specs-"
 };
 
+// Sections of object files with which the program has code compiled.
+struct CarrierRule {
+  std::string sections;  // beginning of their names
+  std::string options;   // rest of the name of the section with the options for compiling
+};
+
 // Arguments, described by their beginnings or, unless they are flags, by their endings.
 struct ArgumentPatterns {
   std::vector<std::string> flags;
@@ -175,6 +181,7 @@ struct ToolDefinition {
   std::vector<std::string> loadsFrom;  // name a folder that the program loads code from
   // Extensions of files with commands that the program looks for next to those that arguments name.
   std::vector<std::string> loadsNextTo;
+  std::vector<CarrierRule> carriers;
   HarmlessFlags harmless;  // empty: all that the rules above don't describe are
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;

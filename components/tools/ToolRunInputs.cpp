@@ -59,7 +59,8 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   }
   if (!plan.rules.empty() && !ReadRules(found.search, names)) return false;
   if (!plan.furtherRules.empty()) ReadFurtherRules(found, names);
-  if (LeavesCodeToTheLink(tool, words)) AddAssembledFiles(found, names);
+  const bool isCompiler = tool.carriers.empty();
+  if (isCompiler && LeavesCodeToTheLink(tool, words)) AddAssembledFiles(found, names);
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
   for (const std::string& name : job.respelled) seen.erase(name);
   for (std::string& name : names) {

@@ -40,12 +40,6 @@ class ItemValue : public TemplateValues {
   const std::string& item;
 };
 
-// A name that starts with a colon is a file name.
-std::vector<std::string> FileNames(const LibraryRule& rule, const std::string& name) {
-  if (name.front() == ':') return {name.substr(1)};
-  return SplitOptionList(rule.file.Fill(ItemValue(name)));
-}
-
 bool IsText(std::string_view bytes) {
   return bytes.substr(0, 4096).find('\0') == bytes.npos && !bytes.starts_with("!<");
 }
@@ -144,7 +138,7 @@ class LookupFinder {
                   const std::vector<std::string>& folders) {
     Lookup lookup{{}, true};
     for (const std::string& each : folders) {
-      for (const std::string& file : FileNames(rule, name)) {
+      for (const std::string& file : LibraryFileNames(rule, name)) {
         lookup.places.push_back(AbsolutePath(&disk, each, file));
       }
     }
@@ -344,6 +338,12 @@ class NameSet {
 };
 
 }  // namespace
+
+// A name that starts with a colon is a file name.
+std::vector<std::string> LibraryFileNames(const LibraryRule& rule, const std::string& name) {
+  if (name.starts_with(':')) return {name.substr(1)};
+  return SplitOptionList(rule.file.Fill(ItemValue(name)));
+}
 
 ReadFiles FindReadFiles(const ToolDefinition& tool, const ToolPlan& plan,
                         const std::vector<std::string>& files, FileSystem& disk) {

@@ -14,6 +14,9 @@ struct ReadFiles {
   std::vector<std::string> missing;  // files that would be read instead if they existed
 };
 
+// Returns the names of the files in which a program searches for a library.
+std::vector<std::string> LibraryFileNames(const LibraryRule& rule, const std::string& name);
+
 // Call this after the run. Excludes files that the run writes.
 ReadFiles FindReadFiles(const ToolDefinition& tool, const ToolPlan& plan,
                         const std::vector<std::string>& files, FileSystem& disk);

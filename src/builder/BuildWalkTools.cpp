@@ -136,6 +136,7 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   } else {
     sources.push_back(TextOf(node.GetAttrValue("Path")));
   }
+  for (std::string& each : sources) each = model.GetFiles().NameOnDisk(each);
   return sources;
 }
 
@@ -155,9 +156,11 @@ std::vector<std::string> BuildWalk::HeadersToCome(const CXmlNode& node,
 // that writes to it, possibly forever.
 std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) const {
   for (const std::string& path : paths) {
-    if (model.GetFiles().Examine(path)) continue;
+    // The arguments of tools also contain words that only look like the name of a file. Searching
+    // for other spellings of them would list the folder for each run.
+    if (!model.GetFiles().IsSpecial(path)) continue;
     const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
-    if (text || text.GetError().code != ErrorCode::NotAFile) continue;
+    if (text) continue;
     return path + " can't be read: " + text.GetError().text;
   }
   return {};

@@ -51,23 +51,26 @@ bool IsControlPath(std::string_view path) {
   return false;
 }
 
-// Usual extensions of what tools make. Without a record of its run, such a file may be replaced, so
-// that a build continues after the records were lost.
-constexpr std::string_view kProductExtensions[] = {".o",   ".obj", ".rel", ".lst", ".map", ".d",
-                                                   ".elf", ".axf", ".out", ".exe", ".a",   ".lib"};
+// Usual extensions of what options name. Without a record of its run, such a file may be replaced,
+// so that a build continues after the records were lost.
+constexpr std::string_view kOutputExtensions[] = {".o",   ".obj", ".rel", ".a",  ".lib",
+                                                  ".elf", ".axf", ".out", ".exe"};
 // Same, but only of applications: those of single files are rather images that sources include.
 constexpr std::string_view kImageExtensions[] = {".hex", ".ihx", ".bin", ".s19", ".srec"};
+constexpr std::string_view kReportExtensions[] = {".lst", ".map", ".d"};
+constexpr const char* kOutputOption = "Build.OutputFile";
+
+// Returns false for an empty file.
+bool IsText(std::string_view bytes) {
+  return !bytes.empty() && std::none_of(bytes.begin(), bytes.end(), [](char c) {
+    const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+    return isControl && std::string_view("\t\n\f\r").find(c) == std::string_view::npos;
+  });
+}
 
 bool Contains(std::span<const std::string_view> list, const std::string& wanted) {
   return std::any_of(list.begin(), list.end(),
                      [&](std::string_view each) { return EqualNoCase(each, wanted); });
-}
-
-bool IsObjectOrArchive(std::string_view bytes) {
-  return bytes.starts_with(
-             "\x7f"
-             "ELF") ||
-         bytes.starts_with("!<arch>");
 }
 
 bool HasOwnName(const std::string& path) {
@@ -79,7 +82,9 @@ bool HasOwnName(const std::string& path) {
 
 std::string Describe(const NamedOutput& output, const std::string& reason) {
   const std::string option = output.option.empty() ? "" : " by the option " + output.option;
-  return output.path + " is named as an output" + option + ", but " + reason;
+  const std::string argument = output.argument.empty() ? "" : " by the argument " + output.argument;
+  return output.path + " is named as an output" + (option.empty() ? argument : option) + ", but " +
+         reason;
 }
 
 }  // namespace
@@ -89,8 +94,9 @@ std::vector<NamedOutput> FindWritten(const std::string& access) {
   const auto list = SplitFileTexts(access);
   if (!list) return written;
   for (const auto& [kind, text] : *list) {
-    if (kind == "write" || kind == "maybe") written.push_back({text, {}, kind == "write"});
+    if (kind == "write" || kind == "maybe") written.push_back({text, {}, {}, kind == "write"});
     if (kind == "option" && !written.empty()) written.back().option = text;
+    if (kind == "named-by" && !written.empty()) written.back().argument = text;
   }
   return written;
 }
@@ -245,22 +251,27 @@ bool OutputGuard::HasRecord(const CXmlNode& node, const std::string& path) const
 }
 
 const char* OutputGuard::FindUnmadeReason(const CXmlNode& node, const NamedOutput& output) const {
-  if (output.option.empty()) return nullptr;
+  const bool isByProduct = output.option.empty() && output.argument.empty();
+  if (isByProduct || LooksLikeProduct(node, output)) return nullptr;
   const CXmlNode* const type = model_.Extensions().Find(output.path);
   const bool isLeaf = type != nullptr && (model_.Types().FlagsOf(*type) & kTypeIsLeaf) != 0;
+  return isLeaf ? kIsUnmadeSource : kIsUnmade;
+}
+
+bool OutputGuard::LooksLikeProduct(const CXmlNode& node, const NamedOutput& output) const {
   const std::string extension = ExtensionOf(output.path);
+  const bool isOutput = output.option == kOutputOption;
   const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
-  const bool isUsual = Contains(kProductExtensions, extension) ||
-                       (isApplication && Contains(kImageExtensions, extension));
-  if (isUsual && !isLeaf) return nullptr;
+  if (!extension.empty()) {
+    if (!isOutput) return Contains(kReportExtensions, extension);
+    return Contains(kOutputExtensions, extension) ||
+           (isApplication && Contains(kImageExtensions, extension));
+  }
+  const bool isApart = FolderOf(output.path) != FolderOf(model_.GetProjectPath());
+  if (!isApplication || (isOutput && isApart)) return isApplication;
+  // A linker that was killed leaves an empty file or a part of a program.
   const Result<std::string> text = model_.GetFiles().ReadWholeFile(output.path);
-  const bool isBinary = text && text->find('\0') != text->npos;
-  if (isLeaf) return isBinary ? nullptr : kIsUnmadeSource;
-  // A linker that was killed leaves a part of a program, without its header. A program without an
-  // extension may have any content, but next to the project file it may be a user's script.
-  const bool isApart = isApplication && FolderOf(output.path) != FolderOf(model_.GetProjectPath());
-  const bool isPart = text && (text->empty() || (extension.empty() && (isBinary || isApart)));
-  return isPart || (text && IsObjectOrArchive(*text)) ? nullptr : kIsUnmade;
+  return text && !IsText(*text);
 }
 
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {

@@ -19,9 +19,10 @@ class CProjectModel;
 
 // A file that a tool run writes.
 struct NamedOutput {
-  std::string path;       // absolute, spelled as on disk
-  std::string option;     // the option that names it, such as "Linker.MapFile"; empty if unknown
-  bool isCertain = true;  // false: the tool may only read it
+  std::string path;    // absolute, spelled as on disk
+  std::string option;  // the option that names it, such as "Linker.MapFile"; empty if unknown
+  std::string argument = {};  // the argument that names it, if any
+  bool isCertain = true;      // false: the tool may only read it
 };
 
 // Returns the files that a run writes, parsed from the reply of the tool manager's GetAccess.
@@ -87,11 +88,14 @@ class OutputGuard {
   void Protect(const char* path, const std::string& folder, const char* reason);
   const char* FindReason(const std::string& path, const FileStatus& status);
   // Returns why an existing file without a record is the user's rather than a product, or nullptr.
-  // Files with the extension of a node type are, except for those with a zero byte, which archives
-  // and objects have, and other files whose extension is unusual for a product of the node, except
-  // for objects and archives, empty files, and binary ones without an extension. By-products, which
-  // no option names, are not meant: some compilers write assembler files next to the object.
+  // By-products, which neither an option nor an argument names, always are products: some compilers
+  // write assembler files next to the object.
   const char* FindUnmadeReason(const CXmlNode& node, const NamedOutput& output) const;
+  // Returns true if the extension is a usual one for what the option names: an object, library or
+  // program for the output, also an image for that of an application, and a listing, map or
+  // dependency file for anything else. An application also writes files without an extension, but
+  // only as its output to a subfolder if a text is in its place: that may be the user's script.
+  bool LooksLikeProduct(const CXmlNode& node, const NamedOutput& output) const;
   bool HasRecord(const CXmlNode& node, const std::string& path) const;
 
   CProjectModel& model_;

@@ -76,6 +76,7 @@ TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
     std::string text;
     bool isKept;
     const char* node = "";
+    const char* more = "";  // content of a response file
   } rows[] = {
       {"Build.OutputFile", "src/a.h", "src/a.h", "int a(void);", true, "src/a.c"},
       {"Build.ListingFile", "src/a.h", "src/a.h", "int a(void);", true, "src/a.c"},
@@ -85,6 +86,12 @@ TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
       {"Linker.MapFile", "chip.icf", "chip.icf", "place in ROM", true},
       {"Linker.MapFile", "image.dat", "image.dat", std::string("\x7f\0", 2), true},
       {"Build.OutputFile", "rom.bin", "rom.bin", "included by a source", true, "src/a.c"},
+      {"Build.OutputFile", "x.map", "x.map", "included by a source", true},
+      {"Build.OutputFile", "run", "run", "#!/bin/sh", true},
+      {"C.Compiler.Extra", "@more", "info.txt", "mine", true, "", "-aux-info info.txt"},
+      {"C.Compiler.Extra", "@more", "part.c", "mine", true, "", "-Wa,-adhlns=part.c"},
+      {"Linker.Extra", "@more", "notes.txt", "mine", true, "", "-Wl,-Map,notes.txt"},
+      {"Linker.Extra", "@more", "x.map", "from a clone", false, "", "-Wl,-Map,x.map"},
       {"Build.OutputFile", "fw.bin", "fw.bin", "from a clone", false},
       {"Build.OutputFile", "fw", "fw",
        "\x7f"
@@ -104,6 +111,7 @@ TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
     change.insert(change.end(), {"--", row.option, row.value});
     project.Out(change);
     project.Write(row.file, row.text);
+    project.Write("more", row.more);
     for (const char* command : {"build", "clean", "rebuild"}) {
       const auto answer = project.Run({command});
       const bool isClean = *command == 'c';  // deletes only outputs and listings

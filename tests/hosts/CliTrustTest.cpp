@@ -67,6 +67,17 @@ struct Hostile {
       if (each.path().extension() != ".o") AddLink(kObjects + each.path().filename().string());
     }
   }
+  // Adds an object that has the linker compile with options that run code.
+  void AddBytecode() {
+    project.Write("e.c", "int e(void) { return 1; }\nint main(void) { return e(); }\n");
+    project.Write("opts", "'-O2' '-flto=2' '-mstack-protector-guard-symbol=$(shell touch " +
+                              Outside("ran") + ")'" + std::string(1, '\0'));
+    ASSERT_EQ(project.RunProgram("gcc", {"-c", "-O2", "-flto", "e.c", "-o", "e.o"}).code, 0);
+    project.RunProgram("objcopy", {"--update-section", ".gnu.lto_.opts=opts", "e.o"});
+    project.RunProgram("ar", {"qcs", "libe.a", "e.o"});
+    project.RunProgram("ar", {"qcsT", "thin/libe.a", "e.o"});
+    Set("Linker.Extra", "-Wl,-z,muldefs");
+  }
   void AddAssembly() {
     Set("Target.Toolchain", "sdcc-mcs51");
     for (const char* name : {"src/z.asm", "z.asm"}) project.Write(name, " .area CSEG\n");
@@ -88,6 +99,8 @@ struct Hostile {
 constexpr const char* kExtra = "C.Compiler.Extra";
 constexpr const char* kOutput = "Build.OutputFile";
 constexpr const char* kNode = "src/a.c";
+constexpr const char* kFromObject =
+    "run the tool with the argument -mstack-protector-guard-symbol=$";
 
 const struct Row {
   const char* name;
@@ -173,6 +186,29 @@ const struct Row {
                                                 "' '-c' 'src/c.c'\nO none\n");
      },
      "", true, "/usr/bin/avr-gcc"},
+    {"an object with options of a compiler", kFromObject, "Linker.Extra", "-Wl,-z,muldefs e.o", "",
+     [](Hostile& h) { h.AddBytecode(); }},
+    {"a library with such an object", kFromObject, "Linker.Libraries", "e", "",
+     [](Hostile& h) {
+       h.AddBytecode();
+       h.Set("Linker.LibraryPaths", ".");
+       h.Set("Linker.Extra", "-Wl,-u,e,-z,muldefs");
+     }},
+    {"a linker script among the objects that names it", kFromObject, "Build.OutputFile", "i.o",
+     kNode,
+     [](Hostile& h) {
+       h.AddBytecode();
+       h.project.Write("src/a.c", "GROUP(/*\"*/ \"e.o\" AS_NEEDED(-lm)) /* \" */\n");
+       h.Set("Compiler.Extra", "-E -P", kNode);
+     }},
+    {"an assembler source that makes it", kFromObject, kExtra, "-O1", "",
+     [](Hostile& h) {
+       h.AddBytecode();
+       h.project.RunProgram("gcc", {"-S", "-O2", "-flto", "e.c", "-o", "src/e.s"});
+       h.project.Write("src/e.s", ".section .gnu.lto_.opts,\"e\"\n.incbin \"opts\"\n" +
+                                      h.project.Read("src/e.s"));
+       h.project.Out({"add", "src/e.s"});
+     }},
     {"notes for coverage", "run the tool with the argument -fprofile-note", kExtra,
      "-ftest-coverage -fprofile-note=%note"},
     {"a file of a passed-on flag", "run the tool with the argument -Wp", kExtra, "-Wp -o,%new", "",

@@ -104,6 +104,9 @@ class FileSystem {
   // Absolute target of a symbolic link, with the links in the target's own path resolved as far as
   // it exists. Returns `path` if it is not a link.
   virtual std::string ReadLink(const std::string& path) { return path; }
+  // Returns true if something of exactly this name exists that is neither a regular file nor a
+  // folder, such as a pipe or a device.
+  virtual bool IsSpecial(const std::string& /*path*/) { return false; }
   // Batch version of Examine() with the same results. Returns the results of the first paths, as
   // many as could be examined before `deadline`, but at least one unless `paths` is empty. Faster
   // than single calls if the files are in few folders. No path may be null.

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <utility>
@@ -210,9 +211,12 @@ void RemoveNamed(const std::string& folder, std::string_view prefix,
   }
 }
 
-// Removes temporary files that killed processes have left in the folder; if that fails, the next
-// durable write tries again.
+// Removes temporary files that killed processes have left in the folder, once in this process: a
+// build writes its log several times a second. If that fails, the next process tries again.
 void RemoveAbandoned(const std::string& folder) {
+  static std::mutex lock;
+  static std::set<std::string> done;
+  if (const std::lock_guard guard(lock); !done.insert(folder).second) return;
   RemoveNamed(folder, kTemporaryPrefix,
               [](std::string_view digits, std::string_view rest, const struct stat& info) {
                 return rest.empty() && IsAbandoned(digits, info);

@@ -90,6 +90,13 @@ Result<bool> PosixFileSystem::CheckExists(const std::string& path) {
   return ErrorOf(ErrorCode::Io, error.text, path);
 }
 
+bool PosixFileSystem::IsSpecial(const std::string& path) {
+  struct stat info {};
+  const Result<std::string> name = names.ToNative(path);
+  return name && stat(name->c_str(), &info) == 0 && !S_ISREG(info.st_mode) &&
+         !S_ISDIR(info.st_mode);
+}
+
 bool PosixFileSystem::IsFolder(const std::string& path) {
   struct stat info {};
   return names.Try(path, [&info](const char* name) { return stat(name, &info); }) &&

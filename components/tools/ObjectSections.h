@@ -1,0 +1,21 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace tarn::tools {
+
+// Called with the name and the content of a section.
+using SectionReader = std::function<void(std::string_view name, std::string_view content)>;
+
+// Returns true for an archive, thin or not.
+bool IsArchive(std::string_view bytes);
+
+bool IsThinArchive(std::string_view bytes);
+
+// Calls the reader for each section of an ELF file, or of all members of an archive, which must be
+// ELF files. Returns false if the bytes are anything else, and for an archive with a symbol table
+// that refers to anything but the start of a member, so that no section can hide. Linear.
+bool ForEachSection(std::string_view bytes, const SectionReader& read);
+
+}  // namespace tarn::tools
