@@ -143,7 +143,7 @@ struct ByProductRule {
 // All rules for one tool. Templates are expanded for each run, see CommandBuilder.h.
 struct ToolDefinition {
   std::string name;
-  bool isProgram = false;         // a plain path without a definition
+  bool isProgram = false;  // a plain path without a definition
   // Reads only the files that its rules list, and writes only those that its plan names.
   bool isEarly = false;
   std::uint64_t fingerprint = 0;  // of the element that defines it
