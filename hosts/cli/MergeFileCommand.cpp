@@ -4,6 +4,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "platform/files/FileTexts.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn::host {
 
@@ -16,7 +17,11 @@ struct MergeFileOptions {
 // Returns the exit code that version control expects of a merge driver: 0 if the file is merged, 1
 // if it has conflicts.
 int RunMergeFile(CommandContext& context) {
-  const MergeFileOptions& own = context.Own<MergeFileOptions>();
+  // Starting the server changes the working folder.
+  MergeFileOptions own = context.Own<MergeFileOptions>();
+  for (std::string* path : {&own.base, &own.ours, &own.theirs}) {
+    if (IsRelativePath(*path)) *path = JoinPath(context.StartFolder(), *path);
+  }
   if (const int code = context.StartSession(); code != kExitDone) return code;
   std::vector<std::string> texts;
   for (const std::string& path : {own.base, own.theirs, own.ours}) {
