@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "components/tools/CarriedOptions.h"
+#include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
 #include "platform/files/FileTexts.h"
@@ -388,7 +389,9 @@ class AccessFinder {
 
 RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
                         const ToolJob& job) {
-  return AccessFinder(world, tool, job).Find(plan);
+  RunAccess access = AccessFinder(world, tool, job).Find(plan);
+  access.searched = SearchFolders(job.disk, tool, plan);
+  return access;
 }
 
 std::string RunAccessText(const RunAccess& access) {
@@ -397,7 +400,8 @@ std::string RunAccessText(const RunAccess& access) {
     list.push_back({std::string(IdentifierOf(each.kind)), each.subject});
   }
   for (const auto& [kind, entries] :
-       {std::pair("program", &access.programs), std::pair("read", &access.reads)}) {
+       {std::pair("program", &access.programs), std::pair("read", &access.reads),
+        std::pair("search", &access.searched)}) {
     for (const std::string& each : *entries) list.push_back({kind, each});
   }
   for (const FileWrite& each : access.writes) {

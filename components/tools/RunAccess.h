@@ -25,6 +25,7 @@ struct RunAccess {
   std::vector<FileWrite> writes;      // without duplicates
   std::vector<std::string> reads;     // absolute paths that may name files to read
   bool writesUnknownFiles = false;    // also writes files whose names it invents
+  std::vector<std::string> searched;  // folders searched for headers, in order
 };
 
 // Errs on the side of reporting a write: an argument containing a file path counts as one, unless
@@ -34,8 +35,8 @@ RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, cons
                         const ToolJob& job);
 
 // Serializes each entry as JoinFileTexts writes a file, with the identifier of the request,
-// "program", "write", "maybe" or "read" as its path, and "option" or "named-by" after a write that
-// an option or an argument names. Names are preserved byte for byte.
+// "program", "write", "maybe", "read" or "search" as its path, and "option" or "named-by" after a
+// write that an option or an argument names. Names are preserved byte for byte.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

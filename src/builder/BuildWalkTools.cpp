@@ -185,8 +185,8 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& r
   if (isUnusable(SourcesOf(node), why)) return {why, std::nullopt};
   request.access =
       model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
-  const std::vector<std::string> read = FindRead(request.access);
-  if (isUnusable(read, why) || isUnusable(HeadersToCome(node, read), why)) {
+  if (isUnusable(FindAccessed(request.access, "read"), why) ||
+      isUnusable(HeadersToCome(node, FindAccessed(request.access, "search")), why)) {
     return {why, std::nullopt};
   }
   const ProjectTrust& trust = model.Protection().GetTrust();

@@ -101,14 +101,14 @@ std::vector<NamedOutput> FindWritten(const std::string& access) {
   return written;
 }
 
-std::vector<std::string> FindRead(const std::string& access) {
-  std::vector<std::string> read;
+std::vector<std::string> FindAccessed(const std::string& access, std::string_view wanted) {
+  std::vector<std::string> paths;
   const auto list = SplitFileTexts(access);
-  if (!list) return read;
+  if (!list) return paths;
   for (const auto& [kind, text] : *list) {
-    if (kind == "read" && !text.empty()) read.push_back(text);
+    if (kind == wanted && !text.empty()) paths.push_back(text);
   }
-  return read;
+  return paths;
 }
 
 std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {

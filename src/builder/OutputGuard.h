@@ -27,8 +27,9 @@ struct NamedOutput {
 
 // Returns the files that a run writes, parsed from the reply of the tool manager's GetAccess.
 std::vector<NamedOutput> FindWritten(const std::string& access);
-// Same, but the paths that its arguments may name as files to read.
-std::vector<std::string> FindRead(const std::string& access);
+// Returns the paths of another kind: "read" for those that its arguments may name as files to read,
+// "search" for the folders that are searched for headers.
+std::vector<std::string> FindAccessed(const std::string& access, std::string_view wanted);
 
 // Prevents a build from deleting or overwriting files that are not build products, because a
 // project may name any file as an output. Protects the files the project consists of, files that
