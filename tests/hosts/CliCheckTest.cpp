@@ -118,7 +118,7 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "Nodes without a file\n  app.tapp:5: <Header> does not name a file\n"},
       {"", "<Group Header=\"n\" />", ""},
       {"", "",
-       "Leftover applications\n  app.tapp: former/app.tapp is not part of the project, but may "
+       "Leftover applications\n  demo.tprj:2: former/app.tapp is not part of the project, but may "
        "have "
        "changes that app.tapp lacks\n",
        [](CliProject& project) {

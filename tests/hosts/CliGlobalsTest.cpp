@@ -52,8 +52,7 @@ TEST(CliGlobals, ALibrarysFilesAreThoseOfItsApplication) {
   EXPECT_EQ(project.Out({"globals", "-a", "app", "--sort", "file"}),
             "core  lib/src/a.c:3  int core(void)\n"
             "a     src/a.c:2      int a(void)\n"
-            "main  src/b.c:3      int main(void)\n"
-            "c     src/c.c:1      int c(void)\n");
+            "main  src/b.c:3      int main(void)\n");
 }
 
 }  // namespace

@@ -113,6 +113,7 @@ TEST(CliRun, AFailedSaveIsAnErrorWithACopyOfWhatWasNotSaved) {
 TEST(CliRun, RelativePathsAreRelativeToTheProjectsFolder) {
   CliProject project;
   project.Trust();
+  std::filesystem::create_directory(project.PathOf("sub"));
   project.Write("sub/other.tapp", "<Application Header=\"other\" />");
   ASSERT_EQ(project.Run({"add", "sub/other.tapp"}).code, 0);
   project.Write("t.lua",

@@ -210,7 +210,7 @@ TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   world->AddFile("/p/gone/one.tapp", Application("gone", "..\\app\\b.c", "..\\a.c"));
   EXPECT_EQ(world->model->SaveProject(), 1);
   EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
-  EXPECT_EQ(Files(), (Lines{"/data/one.tapp.unsaved", "/p/demo.tprj", "/p/gone/one.tapp"}));
+  EXPECT_EQ(Files(), (Lines{"/p/demo.tprj", "/p/gone/one.tapp"}));
 }
 
 // A file that never existed must not re-create the folder either.
