@@ -10,6 +10,7 @@
 #include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
