@@ -183,12 +183,9 @@ bool IsAbandoned(std::string_view digits, const struct stat& info) {
   return isOld || !IsRunning(id);
 }
 
-// Removes temporary files that killed processes have left in the folder, once in this process: a
-// build writes its log several times a second. Errors are ignored: the next process tries again.
+// Removes temporary files that killed processes have left in the folder. Errors are ignored: the
+// next durable write tries again.
 void RemoveAbandoned(const std::string& folder) {
-  static std::mutex lock;
-  static std::set<std::string> done;
-  if (const std::lock_guard guard(lock); !done.insert(folder).second) return;
   const auto close = [](DIR* open) { closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
   if (!entries) return;
@@ -207,13 +204,22 @@ void RemoveAbandoned(const std::string& folder) {
   }
 }
 
+// Returns true for the first write of a file of the program in this process. A build replaces its
+// log several times a second; listing the folder each time would take longer than the write.
+bool IsFirstOwnWrite(const std::string& target) {
+  static std::mutex lock;
+  static std::set<std::string> known;
+  const std::lock_guard guard(lock);
+  return known.insert(target).second;
+}
+
 // Flushes the new names of a folder to disk and removes abandoned files. An error here does not
 // fail the write: the new file is in place, and at worst a crash brings back the complete old one.
-void FinishFolder(const std::string& folder) {
+void FinishFolder(const std::string& folder, bool removesAbandoned = true) {
   const Descriptor opened(
       Retry([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (opened) (void)fsync(opened.Get());
-  RemoveAbandoned(folder);
+  if (removesAbandoned) RemoveAbandoned(folder);
 }
 
 // End of a chain of symbolic links, which need not exist.
@@ -329,7 +335,9 @@ Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind k
   const Result<std::unique_ptr<Replacement>> ready = Replacement::Prepare(target, bytes, kind);
   if (!ready) return ready.GetError();
   if (!(*ready)->TakeName()) return ErrorOf(errno, target);
-  if (kind != FileKind::Scratch) FinishFolder((*ready)->GetFolder());
+  if (kind != FileKind::Scratch) {
+    FinishFolder((*ready)->GetFolder(), kind == FileKind::User || IsFirstOwnWrite(target));
+  }
   return {};
 }
 
