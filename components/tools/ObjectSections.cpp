@@ -109,7 +109,7 @@ class Archive {
     for (std::size_t at = kArchive.size(); at < bytes_.size();) {
       const std::string_view header = bytes_.substr(at, kHeader);
       const auto size = header.size() < kHeader ? std::nullopt : ToNumber(header.substr(48, 10));
-      if (!size || !header.ends_with("`\n") || *size > bytes_.size()) return false;
+      if (!size || !header.ends_with("`\n")) return false;
       const std::string_view name = header.substr(0, header.find(' '));
       const bool isTable = name == "/" || name == "/SYM64/" || name == "//";
       if (!isTable) starts_.insert(at);

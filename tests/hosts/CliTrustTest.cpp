@@ -75,7 +75,6 @@ struct Hostile {
     ASSERT_EQ(project.RunProgram("gcc", {"-c", "-O2", "-flto", "e.c", "-o", "e.o"}).code, 0);
     project.RunProgram("objcopy", {"--update-section", ".gnu.lto_.opts=opts", "e.o"});
     project.RunProgram("ar", {"qcs", "libe.a", "e.o"});
-    project.RunProgram("ar", {"qcsT", "thin/libe.a", "e.o"});
     Set("Linker.Extra", "-Wl,-z,muldefs");
   }
   void AddAssembly() {
@@ -420,6 +419,26 @@ TEST(CliTrust, AProjectThatStaysInsideIsNotAskedAbout) {
   const auto refused = project.Run({"build"});
   EXPECT_EQ(refused.code, 3);
   EXPECT_TRUE(Has(refused.err, "run code with the argument -plugin-opt=./run.sh")) << refused.err;
+}
+
+// Prebuilt objects of link-time optimization are ordinary, too.
+TEST(CliTrust, LinkTimeOptimizationNeedsNoTrustByItself) {
+  for (const char* prefix : {"", "avr-"}) {
+    Hostile hostile;
+    CliProject& project = hostile.project;
+    const std::string compiler = prefix + std::string("gcc");
+    if (access(("/usr/bin/" + compiler).c_str(), X_OK) != 0) continue;
+    if (*prefix != '\0') hostile.Set("Target.Toolchain", compiler);
+    if (*prefix != '\0') hostile.Set("Target.Device", "atmega328p");
+    project.Write("e.c", "int e(void) { return 1; }\n");
+    project.RunProgram(compiler, {"-c", "-O2", "-flto", "-ffat-lto-objects", "e.c", "-o", "e.o"});
+    fs::create_directory(project.PathOf("thin"));
+    project.RunProgram(prefix + std::string("ar"), {"qcsT", "thin/libe.a", "e.o"});
+    hostile.Set(kExtra, "-flto");
+    hostile.Set("Linker.Extra", "-flto -Lthin -le -Wl,-allow-multiple-definition");
+    const auto answer = project.Run({"build"});
+    EXPECT_EQ(answer.code, 0) << answer.out << answer.err;
+  }
 }
 
 TEST(CliTrust, TheListHoldsFoldersWithAllBelowThem) {

@@ -211,25 +211,31 @@ void RemoveNamed(const std::string& folder, std::string_view prefix,
   }
 }
 
-// Removes temporary files that killed processes have left in the folder, once in this process: a
-// build writes its log several times a second. If that fails, the next process tries again.
+// Removes temporary files that killed processes have left in the folder; if that fails, the next
+// durable write tries again.
 void RemoveAbandoned(const std::string& folder) {
-  static std::mutex lock;
-  static std::set<std::string> done;
-  if (const std::lock_guard guard(lock); !done.insert(folder).second) return;
   RemoveNamed(folder, kTemporaryPrefix,
               [](std::string_view digits, std::string_view rest, const struct stat& info) {
                 return rest.empty() && IsAbandoned(digits, info);
               });
 }
 
+// Returns true for the first write of a file of the program in this process. A build replaces its
+// log several times a second; listing the folder each time would take longer than the write.
+bool IsFirstOwnWrite(const std::string& target) {
+  static std::mutex lock;
+  static std::set<std::string> known;
+  const std::lock_guard guard(lock);
+  return known.insert(target).second;
+}
+
 // Flushes the new names of a folder to disk and removes abandoned files. An error here does not
 // fail the write: the new file is in place, and at worst a crash brings back the complete old one.
-void FinishFolder(const std::string& folder) {
+void FinishFolder(const std::string& folder, bool removesAbandoned = true) {
   const Descriptor opened(
       Retry([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (opened) (void)fsync(opened.Get());
-  RemoveAbandoned(folder);
+  if (removesAbandoned) RemoveAbandoned(folder);
 }
 
 // End of a chain of symbolic links, which need not exist.
@@ -364,7 +370,9 @@ Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind k
   const Result<std::unique_ptr<Replacement>> ready = Replacement::Prepare(target, bytes, kind);
   if (!ready) return ready.GetError();
   if (!(*ready)->TakeName()) return ErrorOf(errno, target);
-  if (kind != FileKind::Scratch) FinishFolder((*ready)->GetFolder());
+  if (kind != FileKind::Scratch) {
+    FinishFolder((*ready)->GetFolder(), kind == FileKind::User || IsFirstOwnWrite(target));
+  }
   return {};
 }
 

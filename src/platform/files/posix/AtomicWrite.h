@@ -19,7 +19,8 @@ namespace tarn::posix {
 //   Scratch  need not survive a crash; replaces a link
 //
 // Each durable write also removes temporary files that killed processes have left in the folder: a
-// file `.tarn-` with 16 digits whose process is gone, or that has not changed for ten minutes.
+// file `.tarn-` with 16 digits whose process is gone, or that has not changed for ten minutes. Own
+// files, such as a log, are replaced often: only the first write of each in a process does so.
 enum class FileKind { User, Own, Scratch };
 
 // Atomically replaces or creates `target`: writes a temporary file next to it, fsyncs it (except
