@@ -45,6 +45,8 @@ class EarlyRun {
   bool HasSucceeded() const { return hasSucceeded; }
   const ToolJob& Job() const { return owned.job; }
   ToolRun& Run() { return run; }
+  // Constant, also while the run is executed.
+  const ToolPlan& Plan() const { return run.Plan(); }
 
  private:
   bool IsUnchanged(const std::string& path) const;

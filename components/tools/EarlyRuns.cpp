@@ -92,6 +92,12 @@ void EarlyRuns::RunQueued() {
   }
 }
 
+const EarlyRun* EarlyRuns::Get(const std::string& key) {
+  const std::lock_guard guard(lock);
+  const auto entry = Find(key);
+  return entry == entries.end() ? nullptr : entry->run.get();
+}
+
 bool EarlyRuns::IsGood(const std::string& key, std::size_t mostMessages) {
   std::unique_lock hold(lock);
   const auto entry = Find(key);

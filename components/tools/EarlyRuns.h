@@ -34,6 +34,9 @@ class EarlyRuns {
   // Queues a run. Returns false if early runs are disabled or stopped, if no thread can be created,
   // or if another run that has not been taken writes one of the same files.
   bool Start(std::unique_ptr<EarlyRun> run);
+  // Returns the run with this key, which may not have ended; null if there is none. Valid until
+  // IsGood, Take or Drop.
+  const EarlyRun* Get(const std::string& key);
   // Waits until the run with this key has ended. Returns true if it succeeded and its result is
   // what the same run would produce now, given the limit for messages that now applies; otherwise
   // removes the run and its results. Returns false if there is no such run.

@@ -340,7 +340,7 @@ class AccessFinder {
     if (receiver != 'l' && receiver != 'p') return false;
     const std::string& word = given.words[at];
     const std::string* const flag = FindFlag(tool_.writes, word);
-    if (flag == nullptr || word.find('=') != word.npos) return false;
+    if (flag == nullptr || Reads(word) || word.find('=') != word.npos) return false;
     if (flag->size() == 2 && word.size() > 2) return false;  // the name follows: "-oname"
     return at + 1 == given.words.size() || given.receivers[at + 1] != receiver;
   }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/DefinitionReader.h"
@@ -162,7 +163,15 @@ std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const
 }
 
 std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const char* options) {
-  return early.IsGood(EarlyRun::KeyOf(tool, files, options), MostMessages()) ? 1 : 0;
+  const std::string key = EarlyRun::KeyOf(tool, files, options);
+  const EarlyRun* const run = early.Get(key);
+  if (run == nullptr) return 0;
+  TellStart(TextOf(tool), files, key, run->Job(), run->Plan());
+  {
+    const std::lock_guard guard(lock);
+    told = key;
+  }
+  return early.IsGood(key, MostMessages()) ? 1 : 0;
 }
 
 std::int32_t ToolManager::DropTools() {
@@ -172,7 +181,8 @@ std::int32_t ToolManager::DropTools() {
 
 bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
                           ToolMessages& messages) {
-  if (const auto ended = early.Take(EarlyRun::KeyOf(toolName.c_str(), files, options))) {
+  const std::string key = EarlyRun::KeyOf(toolName.c_str(), files, options);
+  if (const auto ended = early.Take(key)) {
     return Deliver(*ended, toolName, files, messages);
   }
   OwnedJob owned(world, files, options);
@@ -188,7 +198,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
   ToolRun run(world, running, helpers, *definition, owned.job, MostMessages());
-  TellStart(toolName, files, owned.job, run.Plan());
+  TellStart(toolName, files, key, owned.job, run.Plan());
   bool isDone = false;
   {
     const EarlyRuns::Turn turn(early);
@@ -202,15 +212,19 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
 
 bool ToolManager::Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
                           ToolMessages& messages) {
-  TellStart(toolName, files, ended.Job(), ended.Run().Plan());
+  TellStart(toolName, files, ended.Key(), ended.Job(), ended.Plan());
   CountMessages(ended.Run().GetLog().GetRetained());
   messages = ended.Run().TakeMessages();
   if (ended.HasSucceeded()) Keep(ended.Run(), ended.Job());
   return ended.HasSucceeded();
 }
 
-void ToolManager::TellStart(const std::string& toolName, const char* files, const ToolJob& job,
-                            const ToolPlan& plan) {
+void ToolManager::TellStart(const std::string& toolName, const char* files, const std::string& key,
+                            const ToolJob& job, const ToolPlan& plan) {
+  {
+    const std::lock_guard guard(lock);
+    if (std::exchange(told, {}) == key) return;
+  }
   const bool isPart = job.files.size() == 1 && !plan.output.empty() &&
                       !Tools()->HasExtension(ExtensionOf(job.files.front()));
   TellFrame(kMsgToolStarted, StartText(toolName, files, plan, isPart), 0);

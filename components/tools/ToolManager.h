@@ -58,7 +58,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Starts a run early. Returns 0 if it can't: its result could depend on when it runs, or another
   // early run writes the same file. Returns immediately.
   std::int32_t PrepareTool(const char* tool, const char* files, const char* options);
-  // Waits for the early run with these arguments. Returns 1 if RunTool will return its result.
+  // Notifies the frame of the start of the early run with these arguments, and waits for its end.
+  // Returns 1 if RunTool will return its result.
   // Otherwise, because the run failed or its inputs have changed since, removes what it wrote, and
   // RunTool runs the tool. Returns 0 also if there is no such run.
   std::int32_t AwaitTool(const char* tool, const char* files, const char* options);
@@ -111,8 +112,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Same for a run that has already ended.
   bool Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
                ToolMessages& messages);
-  void TellStart(const std::string& toolName, const char* files, const ToolJob& job,
-                 const ToolPlan& plan);
+  // Notifies the frame of the start of a run, unless that was done when it was awaited.
+  void TellStart(const std::string& toolName, const char* files, const std::string& key,
+                 const ToolJob& job, const ToolPlan& plan);
   void Keep(const ToolRun& run, const ToolJob& job);
   // Returns why some of these outputs must not be linked, and replaces the others with the names of
   // their sources if these are known. Clears the recorded sources.
@@ -133,6 +135,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   WindowHandle frame = 0;
   std::string records;
   std::size_t messagesOfBuild = 0;  // since RefreshTools, which is called before each build
+  std::string told;                 // key of the early run of whose start the frame was notified
   // Sources translated to each output since the last link.
   std::map<std::string, std::set<std::string>> sources;
 };

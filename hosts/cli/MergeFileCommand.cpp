@@ -67,9 +67,8 @@ CommandSpec MergeFileCommand() {
   return {
       .name = "merge-file",
       .group = CommandGroup::Integration,
-      .help = "Merge two versions of a project or application file, for version control",
-      .examples = {{"git config merge.tarn.driver 'tarn merge-file %O %A %B'",
-                    "for files with merge=tarn in .gitattributes"}},
+      .help = "Merge two versions of a file of a project, for version control",
+      .examples = {{"tarn merge-file base.tapp ours.tapp theirs.tapp", "as git calls it"}},
       .declare =
           [](CommandArguments& arguments) {
             MergeFileOptions& own = arguments.Own<MergeFileOptions>();

@@ -156,6 +156,7 @@ def stale_reasons(world):
 
 def run_kills(world, firmware, edits, random, rounds, tally, options):
     """After a kill only those tools run again whose run had not ended, or just ended."""
+    world.jobs = 1  # with more, results that wait for their turn are lost, too
     world.build()
     for number in range(rounds):
         change(firmware, edits, random, 5)

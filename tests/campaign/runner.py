@@ -52,6 +52,7 @@ def run_portion(options):
         firmware = Firmware(world, options.toolchain, chance)
         firmware.create()
         if options.campaign == "edits":
+            world.jobs = (1, 8)[options.seed % 2]
             run_edits(world, firmware, chance, options.count, tally, options)
         else:
             edits = Edits(world, firmware, chance)

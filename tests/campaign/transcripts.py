@@ -33,11 +33,8 @@ def untimed(text):
 
 def transcript(world, words, jobs):
     """What a build said and left behind, apart from times."""
-    os.environ["TARN_JOBS"] = str(jobs)
-    try:
-        run = world.tarn(*words)
-    finally:
-        del os.environ["TARN_JOBS"]
+    world.jobs = jobs
+    run = world.tarn(*words)
     log = read(os.path.join(world.project, "fw.tlog"))
     report = world.tarn("report", "--json")
     status = world.tarn("status", "--json")

@@ -60,6 +60,7 @@ class World:
         self.log = os.path.join(root, "runs.log")
         self.compilers = {name: shutil.which(name) for name in compilers}
         self.revision = 0
+        self.jobs = None  # number of tools at the same time; default: that of the program
         self.path = os.path.join(root, "bin")
         os.makedirs(self.project)
         open(self.log, "w").close()
@@ -79,8 +80,11 @@ class World:
             os.replace(target + ".new", target)
 
     def environment(self):
-        return dict(os.environ, PATH=self.path + os.pathsep + os.environ["PATH"], LC_ALL="C",
-                    TARN_ROOT=self.share, TARN_SETTINGS=os.path.join(self.root, "settings"))
+        found = dict(os.environ, PATH=self.path + os.pathsep + os.environ["PATH"], LC_ALL="C",
+                     TARN_ROOT=self.share, TARN_SETTINGS=os.path.join(self.root, "settings"))
+        if self.jobs is not None:
+            found["TARN_JOBS"] = str(self.jobs)
+        return found
 
     def records(self):
         """What the compilers have recorded so far, as lists of words."""

@@ -27,7 +27,7 @@ TEST(CliLinks, NothingIsWrittenWhereAPlantedLinkLeads) {
       {"compile_commands.json", {"export", "compile-commands"}, 3},
       {"chosen.json", {"export", "compile-commands", "-o", "chosen.json"}, 3},
       {"demo.sarif", {"export", "sarif"}, 3},
-      {"src/new.c", {"add", "--create", "src/new.c"}, 2},
+      {"src/new.c", {"add", "--create", "src/new.c"}, 3},
       {"demo.tlock", {"build"}, 3},
       {"demo.tlock", {"build", "--no-wait"}, 3},
       {"app.tlock", {"build"}, 3},

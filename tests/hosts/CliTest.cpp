@@ -193,7 +193,7 @@ TEST(Cli, RebuildRunsEverythingAndCleanTakesItAway) {
 
 TEST(Cli, AProjectOnAMappedDriveIsBuiltOnce) {
   CliProject project;
-  project.Write(
+  project.Edit(
       "settings/user/registry.ini",
       "[Drives]\nQ=" + std::filesystem::path(project.PathOf("src")).parent_path().string());
   project.Point("TARN_SETTINGS", "settings");

@@ -3,6 +3,7 @@
 #include "components/tools/MessageLog.h"
 #include "platform/text/Text.h"
 #include "tests/components/tools/FakeLauncher.h"
+#include "widgets/HostMessageNames.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::tools {
@@ -309,8 +310,8 @@ class RecordingFrame : public WindowTarget {
  public:
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) override {
-    lines += std::to_string(message) + ' ' + reinterpret_cast<const char*>(wParam) + ' ' +
-             std::to_string(lParam) + '\n';
+    lines += std::string(NameOfHostMessage(message)) + ' ' + reinterpret_cast<const char*>(wParam) +
+             ' ' + std::to_string(lParam) + '\n';
     // A handler may call back; a lock held while the message is sent would cause a deadlock here.
     if (manager != nullptr) lines += WithoutRun(manager->TakeBuildInformation());
     return 1;
