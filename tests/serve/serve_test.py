@@ -448,6 +448,8 @@ class Stops(ServeTest):
                 with self.subTest(name, build_here=build_here):
                     self.setUp()
                     self.project.slow_compiler()
+                    # The first source is built before the compiler of the second starts.
+                    self.project.environment["TARN_JOBS"] = "1"
                     client = self.open()
                     if build_here:
                         client.post("ProjectBuild", [])
