@@ -5,7 +5,7 @@ import re
 import shutil
 
 from campaign.changes import EditFailed
-from campaign.edits import BREAKING, KINDS, WEIGHTS, Edits
+from campaign.edits import BREAKING, KINDS, WEIGHTS
 
 JOBS = (1, 2, 8)
 
@@ -62,9 +62,9 @@ def difference(one, other):
     return None
 
 
-def run_jobs(world, firmware, random, count, tally, options):
+def run_jobs(world, firmware, edits, random, count, tally, options):
     """Makes `count` edits. After each, the same state is built with each number of jobs."""
-    edits = Edits(world, firmware, random, options.strict)
+    world.build()
     mending = False
     for step in range(count):
         place = f"--toolchain {options.toolchain} --seed {options.seed} step {step}"
