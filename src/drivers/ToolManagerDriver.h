@@ -53,8 +53,8 @@ class CToolManagerDriver : public COleDispatchDriver {
   // Starts a run that RunTool() will request later, with the same arguments and in the same order
   // as the runs that were started so far. Returns 0 if the run can't start early.
   std::int32_t PrepareTool(TextArgument tool, TextArgument files, TextArgument options);
-  // Notifies the frame of the start of an early run and waits for its end. Returns nonzero if RunTool() will return its result, and 0
-  // if it will run the tool.
+  // Notifies the frame of the start of an early run and waits for its end. Returns nonzero if
+  // RunTool() will return its result, and 0 if it will run the tool.
   std::int32_t AwaitTool(TextArgument tool, TextArgument files, TextArgument options);
   // Stops the early runs that RunTool() did not request, and removes their outputs.
   std::int32_t DropTools();
