@@ -1,4 +1,4 @@
-// What a build would do: nodes that are out of date, inputs and outputs of tools.
+// Status of the nodes before a build: which are out of date and why, inputs and outputs of tools.
 
 #include <vector>
 
