@@ -34,14 +34,14 @@ constexpr double kLongestPauseMs = 100;
 class Heart {
  public:
   Heart() {
-    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { Beat(); });
-    timer.start(0);
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Beat(); });
+    timer_.start(0);
   }
   // Returns the longest pause since the last call.
   double TakeLongestMs() {
     Beat();
-    const double result = longest;
-    longest = 0;
+    const double result = longest_;
+    longest_ = 0;
     return result;
   }
 
@@ -53,13 +53,13 @@ class Heart {
   }
   void Beat() {
     const double now = NowMs();
-    longest = std::max(longest, now - last);
-    last = now;
+    longest_ = std::max(longest_, now - last_);
+    last_ = now;
   }
 
-  QTimer timer;
-  double last = NowMs();
-  double longest = 0;
+  QTimer timer_;
+  double last_ = NowMs();
+  double longest_ = 0;
 };
 
 void RunUntil(const std::function<bool()>& done) {

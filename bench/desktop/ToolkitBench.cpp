@@ -84,8 +84,8 @@ class PlainModel : public QAbstractItemModel {
   explicit PlainModel(const CXmlNode& project) {
     auto child = std::make_unique<PlainNode>();
     Fill(*child, project);
-    child->above = &root;
-    root.children.push_back(std::move(child));
+    child->above = &root_;
+    root_.children.push_back(std::move(child));
   }
 
   QModelIndex index(int row, int column, const QModelIndex& parent) const override {
@@ -95,7 +95,7 @@ class PlainModel : public QAbstractItemModel {
   }
   QModelIndex parent(const QModelIndex& child) const override {
     PlainNode* const above = At(child).above;
-    return above == nullptr || above == &root ? QModelIndex() : createIndex(above->row, 0, above);
+    return above == nullptr || above == &root_ ? QModelIndex() : createIndex(above->row, 0, above);
   }
   int rowCount(const QModelIndex& parent) const override {
     return static_cast<int>(At(parent).children.size());
@@ -117,10 +117,10 @@ class PlainModel : public QAbstractItemModel {
     }
   }
   const PlainNode& At(const QModelIndex& index) const {
-    return index.isValid() ? *static_cast<const PlainNode*>(index.internalPointer()) : root;
+    return index.isValid() ? *static_cast<const PlainNode*>(index.internalPointer()) : root_;
   }
 
-  PlainNode root;
+  PlainNode root_;
 };
 
 std::unique_ptr<CXmlNode> MakeProject() {
@@ -273,20 +273,20 @@ class PlainTable : public QAbstractTableModel {
  public:
   explicit PlainTable(const std::vector<LogLine>& shownLines) {
     for (const LogLine& line : shownLines) {
-      rows.push_back({QString::fromStdString(line.text), QString::fromStdString(line.target)});
+      rows_.push_back({QString::fromStdString(line.text), QString::fromStdString(line.target)});
     }
   }
   int rowCount(const QModelIndex& parent) const override {
-    return parent.isValid() ? 0 : static_cast<int>(rows.size());
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
   }
   int columnCount(const QModelIndex&) const override { return 2; }
   QVariant data(const QModelIndex& index, int role) const override {
     if (role != Qt::DisplayRole) return {};
-    return rows[static_cast<std::size_t>(index.row())][index.column()];
+    return rows_[static_cast<std::size_t>(index.row())][index.column()];
   }
 
  private:
-  std::vector<std::array<QString, 2>> rows;
+  std::vector<std::array<QString, 2>> rows_;
 };
 
 void MeasureReport(const std::vector<LogLine>& lines, Times& ours, Times& bare) {

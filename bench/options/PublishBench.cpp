@@ -44,20 +44,20 @@ struct Node {
 class Publisher {
  public:
   Publisher() : configFile(std::string(TARN_SOURCE_DIR) + "/share/config/projectmanager.config") {
-    driver.AttachDispatch(&manager, false);
-    driver.InvokeLong(TARN_OPT_INIT_OPTIONS, {"/usr/share/tarn/", "/tmp/", 0, 1});
-    driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", configFile});
+    driver_.AttachDispatch(&manager_, false);
+    driver_.InvokeLong(TARN_OPT_INIT_OPTIONS, {"/usr/share/tarn/", "/tmp/", 0, 1});
+    driver_.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", configFile_});
   }
 
   std::string Publish(const Node& node, const std::string* parentText,
                       std::initializer_list<const char*> options) {
     Prepare(parentText);
     Describe(node);
-    for (const char* text : options) driver.InvokeLong(TARN_OPT_APPLY_OPTIONS, {"Debug", text});
-    std::string text = driver.InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {"", "", ""});
+    for (const char* text : options) driver_.InvokeLong(TARN_OPT_APPLY_OPTIONS, {"Debug", text});
+    std::string text = driver_.InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {"", "", ""});
     for (const auto& [section, property] : kRead) {
       benchmark::DoNotOptimize(
-          driver.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {node.type, section, property}));
+          driver_.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {node.type, section, property}));
     }
     return text;
   }
@@ -69,27 +69,27 @@ class Publisher {
       {"Load", "LoadExclude"}};
 
   void Prepare(const std::string* parentText) {
-    driver.InvokeHelper(TARN_OPT_CLEAR_VALUES, {});
-    driver.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {kConfigs});
-    driver.InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {"Debug"});
+    driver_.InvokeHelper(TARN_OPT_CLEAR_VALUES, {});
+    driver_.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {kConfigs});
+    driver_.InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {"Debug"});
     if (parentText == nullptr) return;
-    driver.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {*parentText});
-    driver.InvokeHelper(TARN_OPT_END_PARENT_LEVEL, {});
-    driver.InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
+    driver_.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {*parentText});
+    driver_.InvokeHelper(TARN_OPT_END_PARENT_LEVEL, {});
+    driver_.InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
   }
 
   void Set(const Node& node, const std::string& property, const std::string& value) {
-    driver.InvokeLong(TARN_OPT_SET_PROPERTY_VALUE, {node.type, "General", property, value});
+    driver_.InvokeLong(TARN_OPT_SET_PROPERTY_VALUE, {node.type, "General", property, value});
   }
 
   void Describe(const Node& node) {
-    driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {node.type, configFile});
+    driver_.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {node.type, configFile_});
     Set(node, "Header", node.name + ".c");
     if (!node.path.empty()) Set(node, "Path", ".\\src\\" + node.name + ".c");
     Set(node, "Marker", "-1");
     Set(node, "OutputFile", ".\\build\\Debug\\" + node.name + ".o");
     Set(node, "sate", "32");
-    if (driver.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {node.type, "General", "Path"}).empty())
+    if (driver_.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {node.type, "General", "Path"}).empty())
       return;
     const std::string kind = std::string_view(node.type) == "C" ? "Node" : "Application";
     Set(node, "Path", node.path);
@@ -100,9 +100,9 @@ class Publisher {
     Set(node, kind + "Ext", ".c");
   }
 
-  std::string configFile;
-  tarn::options::PropertyManager manager;
-  tarn::COleDispatchDriver driver;
+  std::string configFile_;
+  tarn::options::PropertyManager manager_;
+  tarn::COleDispatchDriver driver_;
 };
 
 void PublishProject(benchmark::State& state) {

@@ -79,10 +79,10 @@ class TailWriter {
   }
 
  private:
-  const std::string closing = "\r\n</Messages>";
-  const std::string path;
-  const std::string tail;
-  off_t keep = 0;
+  const std::string closing_ = "\r\n</Messages>";
+  const std::string path_;
+  const std::string tail_;
+  off_t keep_ = 0;
 };
 
 void FloorAppendByName(benchmark::State& state) {

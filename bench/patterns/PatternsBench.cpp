@@ -60,11 +60,11 @@ const Lines kLines[] = {
 
 class Own {
  public:
-  explicit Own(const char* pattern) : expression(pattern) {}
-  bool Match(const std::string& line) { return expression.Match(line.c_str()); }
+  explicit Own(const char* pattern) : expression_(pattern) {}
+  bool Match(const std::string& line) { return expression_.Match(line.c_str()); }
 
  private:
-  CRegularExpression expression;
+  CRegularExpression expression_;
 };
 
 class Pcre {
@@ -92,8 +92,8 @@ class Pcre {
     void operator()(pcre2_code* freed) const { pcre2_code_free(freed); }
     void operator()(pcre2_match_data* freed) const { pcre2_match_data_free(freed); }
   };
-  std::unique_ptr<pcre2_code, Free> code;
-  std::unique_ptr<pcre2_match_data, Free> data;
+  std::unique_ptr<pcre2_code, Free> code_;
+  std::unique_ptr<pcre2_match_data, Free> data_;
 };
 
 class PcreJit : public Pcre {
@@ -103,8 +103,8 @@ class PcreJit : public Pcre {
 
 class Re2 {
  public:
-  explicit Re2(const char* pattern) : expression(pattern, Options()) {
-    if (!expression.ok()) std::abort();
+  explicit Re2(const char* pattern) : expression_(pattern, Options()) {
+    if (!expression_.ok()) std::abort();
   }
   bool Match(const std::string& line) {
     return expression.Match(line, 0, line.size(), RE2::UNANCHORED, groups.data(),
@@ -117,8 +117,8 @@ class Re2 {
     options.set_dot_nl(true);
     return options;
   }
-  RE2 expression;
-  std::array<re2::StringPiece, 10> groups;
+  RE2 expression_;
+  std::array<re2::StringPiece, 10> groups_;
 };
 
 class Standard {
@@ -127,8 +127,8 @@ class Standard {
   bool Match(const std::string& line) { return std::regex_search(line, groups, expression); }
 
  private:
-  std::regex expression;
-  std::smatch groups;
+  std::regex expression_;
+  std::smatch groups_;
 };
 
 // --- The work ---
@@ -152,7 +152,7 @@ class Recognition {
   }
 
  private:
-  std::vector<std::unique_ptr<Engine>> engines;
+  std::vector<std::unique_ptr<Engine>> engines_;
 };
 
 template <class Engine>

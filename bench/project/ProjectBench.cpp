@@ -134,7 +134,7 @@ tarn::DispatchPtr Create(const char* name) {
 // One host with the project open.
 class Host {
  public:
-  explicit Host(const Project& opened) : project(opened) {
+  explicit Host(const Project& opened) : project_(opened) {
     manager.AttachDispatch(Create("TarnProjectManager.ProjectManager").Get(), true);
     inspector.AttachDispatch(Create("TarnProjectManager.ProjectInspector").Get(), true);
     frame.Answer(tarn::kMsgWorkerEnded, [this](const tarn::host::HostEvent& event) {
@@ -157,10 +157,10 @@ class Host {
     lines = inspector.GetBuildInputs();
     const auto inputs = tarn::host::ParseBuildInputs(lines);
     for (const std::string_view each : inputs.at(0).outputs) outputs.emplace_back(each);
-    const auto expected = static_cast<std::size_t>(project.count) + 1;
+    const auto expected = static_cast<std::size_t>(project_.count) + 1;
     if (outputs.size() != expected) throw std::runtime_error("not all is published");
     fs::create_directories(fs::path(outputs.front()).parent_path());
-    for (int i = 0; i < project.count; ++i) {
+    for (int i = 0; i < project_.count; ++i) {
       tools.outputs[project.SourceAt(i)] = outputs[static_cast<std::size_t>(i)];
     }
     tools.outputs[outputs.front()] = outputs.back();  // the link
@@ -175,7 +175,7 @@ class Host {
                       std::to_string(info.st_mtim.tv_sec) + "\" >";
     const bool isFile = i + 1 < outputs.size();
     for (int each = 0; isFile && each < kHeadersPerFile; ++each) {
-      xml += "<D Header=\"" + project.HeaderAt(static_cast<int>(i) * 7 + each) + "\" />";
+      xml += "<D Header=\"" + project_.HeaderAt(static_cast<int>(i) * 7 + each) + "\" />";
     }
     return xml + "</F></I>";
   }
@@ -193,14 +193,14 @@ class Host {
 
   double Run(std::uint32_t command) {
     const auto loop = tarn::MessageLoop::ForCurrentThread();
-    ended = false;
+    ended_ = false;
     if (manager.PrologCommand(command) == 0) throw std::runtime_error("refused");
     const double seconds = SecondsOf([&] {
       manager.Command(command);
       while (!ended) loop->PumpUntil([this] { return ended; }, std::chrono::seconds(1));
     });
     manager.EpilogCommand(command);
-    if (!succeeded) throw std::runtime_error("the build failed");
+    if (!succeeded_) throw std::runtime_error("the build failed");
     return seconds;
   }
 
@@ -221,14 +221,14 @@ class Host {
   StandInTools tools;
 
  private:
-  const Project& project;
-  tarn::host::MainFrame frame;
-  tarn::host::ProjectManagerDriver manager;
-  tarn::host::InspectorDriver inspector;
-  std::string lines;
-  std::vector<std::string> outputs;  // of all files; the last one is the application's
-  bool ended = false;
-  bool succeeded = false;
+  const Project& project_;
+  tarn::host::MainFrame frame_;
+  tarn::host::ProjectManagerDriver manager_;
+  tarn::host::InspectorDriver inspector_;
+  std::string lines_;
+  std::vector<std::string> outputs_;  // of all files; the last one is the application's
+  bool ended_ = false;
+  bool succeeded_ = false;
 };
 
 struct Times {

@@ -59,17 +59,17 @@ std::uint64_t AddToDigest(std::uint64_t digest, const std::string& path,
 }  // namespace
 
 void DefinitionReader::ReportFor(const std::string& path, std::string_view what) {
-  if (errors.size() < kMaxErrors) errors.push_back(path + ": " + std::string(what));
+  if (errors_.size() < kMaxErrors) errors_.push_back(path + ": " + std::string(what));
 }
 
 void DefinitionReader::Report(std::string_view what) {
-  ReportFor(chain.empty() ? std::string() : chain.back(),
-            place.empty() ? std::string(what) : place + ": " + std::string(what));
+  ReportFor(chain_.empty() ? std::string() : chain_.back(),
+            place_.empty() ? std::string(what) : place_ + ": " + std::string(what));
 }
 
 void DefinitionReader::ReportLoss(const std::string& fault) {
-  if (errors.size() < kMaxErrors) errors.push_back(fault);
-  if (lostFile.empty()) lostFile = fault;
+  if (errors_.size() < kMaxErrors) errors_.push_back(fault);
+  if (lostFile_.empty()) lostFile_ = fault;
 }
 
 std::uint64_t DefinitionReader::DigestOf(FileSystem& files, const std::vector<std::string>& paths) {
@@ -81,9 +81,9 @@ std::uint64_t DefinitionReader::DigestOf(FileSystem& files, const std::vector<st
 }
 
 bool DefinitionReader::ReadFile(const std::string& path) {
-  const Result<std::string> text = files.ReadWholeFile(path);
-  paths.push_back(path);
-  digest = AddToDigest(digest, path, text);
+  const Result<std::string> text = files_.ReadWholeFile(path);
+  paths_.push_back(path);
+  digest_ = AddToDigest(digest_, path, text);
   if (!text) {
     ReportLoss(path + ": can't be read: " + text.GetError().text);
     return false;
@@ -93,7 +93,7 @@ bool DefinitionReader::ReadFile(const std::string& path) {
 }
 
 void DefinitionReader::ReadText(const std::string& text, const std::string& path) {
-  chain.push_back(path);
+  chain_.push_back(path);
   CXmlNode root;
   const std::string fault = LoadWhole(root, text, XmlTexts::None, path);
   if (!fault.empty()) {
@@ -107,12 +107,12 @@ void DefinitionReader::ReadText(const std::string& text, const std::string& path
       if (child->NameView() == "OptionSets") ReadSets(*child);
     }
   }
-  chain.pop_back();
+  chain_.pop_back();
 }
 
 void DefinitionReader::ReadSets(const CXmlNode& node) {
   for (const CXmlNode* child : node.GetChildren()) {
-    place.clear();
+    place_.clear();
     if (child->GetType() != XmlElement) continue;
     if (child->NameView() == "Include") {
       ReadInclude(*child);
@@ -122,7 +122,7 @@ void DefinitionReader::ReadSets(const CXmlNode& node) {
       Report("<" + child->GetName() + "> is not allowed here; expected Include or Set");
     }
   }
-  place.clear();
+  place_.clear();
 }
 
 void DefinitionReader::ReadInclude(const CXmlNode& node) {
@@ -130,12 +130,12 @@ void DefinitionReader::ReadInclude(const CXmlNode& node) {
   const std::string name = AttributeOf(node, "File");
   if (name.empty()) return Report("Include without File");
   std::string path = ToNativeSeparators(name);
-  if (IsRelativePath(path)) path = JoinPath(FolderOf(chain.back()), path);
-  path = files.Canonical(path);
-  if (std::find(chain.begin(), chain.end(), path) != chain.end()) {
+  if (IsRelativePath(path)) path = JoinPath(FolderOf(chain_.back()), path);
+  path = files_.Canonical(path);
+  if (std::find(chain_.begin(), chain_.end(), path) != chain_.end()) {
     return Report("includes itself via " + name);
   }
-  if (chain.size() >= kMaxDepth || ++filesRead > kMaxFiles) {
+  if (chain_.size() >= kMaxDepth || ++filesRead_ > kMaxFiles) {
     return Report("too many files include each other; " + name + " is skipped");
   }
   ReadFile(path);
@@ -143,7 +143,7 @@ void DefinitionReader::ReadInclude(const CXmlNode& node) {
 
 void DefinitionReader::ReadSet(const CXmlNode& node) {
   const std::string header = AttributeOf(node, "Header");
-  place = "set " + header;
+  place_ = "set " + header;
   CheckAttributes(node, "Header Label Help");
   std::vector<std::string> sets;
   for (const std::string_view name : Split(header, ';')) {
@@ -151,13 +151,13 @@ void DefinitionReader::ReadSet(const CXmlNode& node) {
   }
   if (sets.empty()) return Report("Set without Header");
   for (const std::string& name : sets) {
-    SetDefinition& set = definitions.Set(name);
+    SetDefinition& set = definitions_.Set(name);
     if (node.GetAttr("Label") != nullptr) set.label = AttributeOf(node, "Label");
     if (node.GetAttr("Help") != nullptr) set.help = AttributeOf(node, "Help");
   }
   for (const CXmlNode* child : node.GetChildren()) {
     if (child->GetType() != XmlElement) continue;
-    place = "set " + header;
+    place_ = "set " + header;
     if (child->NameView() == "Section") {
       ReadSection(*child, sets);
     } else {
@@ -170,15 +170,15 @@ void DefinitionReader::ReadSection(const CXmlNode& node, const std::vector<std::
   const std::string header = AttributeOf(node, "Header");
   CheckAttributes(node, "Header Label Help");
   if (header.empty()) return Report("Section without Header");
-  const std::string setPlace = place;
+  const std::string setPlace = place_;
   for (const std::string& name : sets) {
-    SectionDefinition& section = Definitions::Section(definitions.Set(name), header);
+    SectionDefinition& section = Definitions::Section(definitions_.Set(name), header);
     if (node.GetAttr("Label") != nullptr) section.label = AttributeOf(node, "Label");
     if (node.GetAttr("Help") != nullptr) section.help = AttributeOf(node, "Help");
   }
   for (const CXmlNode* child : node.GetChildren()) {
     if (child->GetType() != XmlElement) continue;
-    place = setPlace + ", " + header;
+    place_ = setPlace + ", " + header;
     if (child->NameView() == "Property") {
       ReadProperty(*child, sets, header);
     } else {
@@ -191,23 +191,23 @@ void DefinitionReader::ReadProperty(const CXmlNode& node, const std::vector<std:
                                     const std::string& section) {
   const std::string header = AttributeOf(node, "Header");
   if (header.empty()) return Report("Property without Header");
-  place += "." + header;
+  place_ += "." + header;
   if (header.find('.') != std::string::npos || section.find('.') != std::string::npos) {
     return Report("a name must not contain a full stop; the property is skipped");
   }
   CheckAttributes(node,
                   "Header Type Default Label Help Removable KeepsOutputs Shown Enabled Min Max");
-  const std::size_t errorsBefore = errors.size();
+  const std::size_t errorsBefore = errors_.size();
   for (const std::string& name : sets) {
-    SectionDefinition& part = Definitions::Section(definitions.Set(name), section);
-    FillProperty(node, definitions.Property(part, header));
+    SectionDefinition& part = Definitions::Section(definitions_.Set(name), section);
+    FillProperty(node, definitions_.Property(part, header));
     // Reports a fault once instead of once for each set the property belongs to.
-    if (errors.size() > errorsBefore && name != sets.back()) errors.resize(errorsBefore);
+    if (errors_.size() > errorsBefore && name != sets.back()) errors_.resize(errorsBefore);
   }
 }
 
 void DefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& property) {
-  property.origin = chain.back();
+  property.origin = chain_.back();
   const auto take = [&node](std::string_view name, std::string& to) {
     if (node.GetAttr(name) != nullptr) to = AttributeOf(node, name);
   };
@@ -309,7 +309,7 @@ void DefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& 
 }
 
 void DefinitionReader::CheckDefaults() {
-  for (const auto& set : definitions.Sets()) {
+  for (const auto& set : definitions_.Sets()) {
     for (const auto& section : set->sections) {
       for (const auto& property : section->properties) CheckDefault(set->name, *property);
     }

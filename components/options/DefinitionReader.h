@@ -19,7 +19,7 @@ namespace tarn::options {
 class DefinitionReader {
  public:
   DefinitionReader(FileSystem& fileSystem, Definitions& target)
-      : files(fileSystem), definitions(target) {}
+      : files_(fileSystem), definitions_(target) {}
 
   // Returns false if the file can't be read.
   bool ReadFile(const std::string& path);
@@ -29,17 +29,17 @@ class DefinitionReader {
   void CheckDefaults();
 
   // All files that were read or could not be read.
-  const std::vector<std::string>& FilesRead() const { return paths; }
+  const std::vector<std::string>& FilesRead() const { return paths_; }
   // Digest of the contents read, and of the contents that the files have now. Equal digests mean
   // that nothing changed.
-  std::uint64_t GetDigest() const { return digest; }
+  std::uint64_t GetDigest() const { return digest_; }
   static std::uint64_t DigestOf(FileSystem& files, const std::vector<std::string>& paths);
 
   // Returns one line per fault, "file: what".
-  const std::vector<std::string>& Errors() const { return errors; }
+  const std::vector<std::string>& Errors() const { return errors_; }
   // Returns the first fault that lost a file or the rest of one, formatted like a line of Errors;
   // empty if there is none.
-  const std::string& LostFile() const { return lostFile; }
+  const std::string& LostFile() const { return lostFile_; }
 
  private:
   void ReadSets(const CXmlNode& node);
@@ -59,15 +59,15 @@ class DefinitionReader {
   void ReportLoss(const std::string& fault);
   void ReportFor(const std::string& path, std::string_view what);
 
-  FileSystem& files;
-  Definitions& definitions;
-  std::vector<std::string> chain;  // files being read, innermost last
-  std::string place;               // current position, for messages
-  std::size_t filesRead = 0;
-  std::vector<std::string> paths;  // all files, including unreadable ones
-  std::uint64_t digest = 0;
-  std::vector<std::string> errors;
-  std::string lostFile;
+  FileSystem& files_;
+  Definitions& definitions_;
+  std::vector<std::string> chain_;  // files being read, innermost last
+  std::string place_;               // current position, for messages
+  std::size_t filesRead_ = 0;
+  std::vector<std::string> paths_;  // all files, including unreadable ones
+  std::uint64_t digest_ = 0;
+  std::vector<std::string> errors_;
+  std::string lostFile_;
 };
 
 }  // namespace tarn::options

@@ -83,7 +83,7 @@ std::string PropertyDefinition::RawDefault() const {
 }
 
 SetDefinition& Definitions::Set(std::string_view name) {
-  return FindOrAdd(sets, name);
+  return FindOrAdd(sets_, name);
 }
 
 SectionDefinition& Definitions::Section(SetDefinition& set, std::string_view name) {
@@ -94,7 +94,7 @@ PropertyDefinition& Definitions::Property(SectionDefinition& section, std::strin
   const std::size_t count = section.properties.size();
   PropertyDefinition& property = FindOrAdd(section.properties, name);
   if (section.properties.size() == count) return property;
-  const SetDefinition* every = FindPart(sets, kEverySet);
+  const SetDefinition* every = FindPart(sets_, kEverySet);
   const SectionDefinition* from = every ? FindPart(every->sections, section.name) : nullptr;
   const PropertyDefinition* model = from ? FindPart(from->properties, name) : nullptr;
   if (model != nullptr && model != &property) property = *model;
@@ -104,33 +104,33 @@ PropertyDefinition& Definitions::Property(SectionDefinition& section, std::strin
 }
 
 void Definitions::Clear() {
-  sets.clear();
+  sets_.clear();
   Index();
 }
 
 void Definitions::Index() {
-  everySet = keys.AddSet(kEverySet);
-  entries.assign(1, {});
-  entryOfKey.clear();
-  definedKeys.clear();
-  defaults.clear();
-  for (const auto& set : sets) {
+  everySet_ = keys_.AddSet(kEverySet);
+  entries_.assign(1, {});
+  entryOfKey_.clear();
+  definedKeys_.clear();
+  defaults_.clear();
+  for (const auto& set : sets_) {
     for (const auto& section : set->sections) {
       for (const auto& property : section->properties) {
-        const KeyId key = keys.AddKey(set->name, section->name, property->name);
-        if (key >= entryOfKey.size()) entryOfKey.resize(key + 1);
-        entryOfKey[key] = static_cast<std::uint32_t>(entries.size());
-        entries.push_back({property.get(), property->RawDefault()});
-        definedKeys.push_back(key);
+        const KeyId key = keys_.AddKey(set->name, section->name, property->name);
+        if (key >= entryOfKey_.size()) entryOfKey_.resize(key + 1);
+        entryOfKey_[key] = static_cast<std::uint32_t>(entries_.size());
+        entries_.push_back({property.get(), property->RawDefault()});
+        definedKeys_.push_back(key);
       }
     }
   }
 }
 
 const Definitions::Entry* Definitions::FindEntry(SetId set, PropertyId property) const {
-  for (const SetId candidate : {set, everySet}) {
-    const KeyId key = keys.FindKey(candidate, property);
-    if (key < entryOfKey.size() && entryOfKey[key] != 0) return &entries[entryOfKey[key]];
+  for (const SetId candidate : {set, everySet_}) {
+    const KeyId key = keys_.FindKey(candidate, property);
+    if (key < entryOfKey_.size() && entryOfKey_[key] != 0) return &entries_[entryOfKey_[key]];
   }
   return nullptr;
 }
@@ -146,21 +146,21 @@ const std::string* Definitions::FindDefault(SetId set, PropertyId property) cons
 }
 
 const Definitions::Defaults& Definitions::DefaultsFor(SetId set) {
-  const auto known = defaults.find(set);
-  if (known != defaults.end()) return known->second;
+  const auto known = defaults_.find(set);
+  if (known != defaults_.end()) return known->second;
   Defaults made;
-  for (const SetId from : {set, everySet}) {
-    for (const KeyId key : definedKeys) {
-      if (keys.Get(key).set != from) continue;
-      const PropertyId property = keys.Get(key).property;
+  for (const SetId from : {set, everySet_}) {
+    for (const KeyId key : definedKeys_) {
+      if (keys_.Get(key).set != from) continue;
+      const PropertyId property = keys_.Get(key).property;
       // Display settings of types are irrelevant to readers of a node's values.
-      if (EqualNoCase(keys.SectionName(property), "Internal")) continue;
+      if (EqualNoCase(keys_.SectionName(property), "Internal")) continue;
       const std::string* text = FindDefault(set, property);
-      if (!text->empty()) made.values.Set(keys.AddKey(set, property), *text);
+      if (!text->empty()) made.values.Set(keys_.AddKey(set, property), *text);
     }
   }
-  AppendElements(made.ready, keys, made.values.All(), 'd');
-  return defaults.emplace(set, std::move(made)).first->second;
+  AppendElements(made.ready, keys_, made.values.All(), 'd');
+  return defaults_.emplace(set, std::move(made)).first->second;
 }
 
 const ValueMap& Definitions::DefaultsOf(SetId set) {

@@ -93,7 +93,7 @@ struct SetDefinition {
 // query. Lookups take constant time.
 class Definitions {
  public:
-  explicit Definitions(KeyTable& keyTable) : keys(keyTable) {}
+  explicit Definitions(KeyTable& keyTable) : keys_(keyTable) {}
 
   // Return the element of this name, creating it if it is new.
   SetDefinition& Set(std::string_view name);
@@ -104,9 +104,9 @@ class Definitions {
   void Index();
   void Clear();
 
-  const std::vector<std::unique_ptr<SetDefinition>>& Sets() const { return sets; }
+  const std::vector<std::unique_ptr<SetDefinition>>& Sets() const { return sets_; }
   // Returns true if no property is defined. Valid after Index.
-  bool IsEmpty() const { return definedKeys.empty(); }
+  bool IsEmpty() const { return definedKeys_.empty(); }
 
   // Returns the effective definition of a property in a set, or nullptr.
   const PropertyDefinition* Find(SetId set, PropertyId property) const;
@@ -131,13 +131,13 @@ class Definitions {
   const Entry* FindEntry(SetId set, PropertyId property) const;
   const Defaults& DefaultsFor(SetId set);
 
-  KeyTable& keys;
-  SetId everySet = 0;
-  std::vector<std::unique_ptr<SetDefinition>> sets;
-  std::vector<Entry> entries;             // entries[0] is unused
-  std::vector<std::uint32_t> entryOfKey;  // 0 if none
-  std::vector<KeyId> definedKeys;         // in order of definition
-  std::unordered_map<SetId, Defaults> defaults;
+  KeyTable& keys_;
+  SetId everySet_ = 0;
+  std::vector<std::unique_ptr<SetDefinition>> sets_;
+  std::vector<Entry> entries_;             // entries[0] is unused
+  std::vector<std::uint32_t> entryOfKey_;  // 0 if none
+  std::vector<KeyId> definedKeys_;         // in order of definition
+  std::unordered_map<SetId, Defaults> defaults_;
 };
 
 }  // namespace tarn::options

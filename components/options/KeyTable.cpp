@@ -45,15 +45,15 @@ bool SameName(const std::string& known, std::string_view name) {
 
 }  // namespace
 
-NameTable::NameTable() : names(1), buckets(256) {}
+NameTable::NameTable() : names_(1), buckets_(256) {}
 
 std::uint32_t NameTable::Probe(std::uint64_t hash, std::string_view first, std::string_view second,
                                std::size_t& bucket) const {
-  const std::size_t mask = buckets.size() - 1;
+  const std::size_t mask = buckets_.size() - 1;
   for (bucket = static_cast<std::size_t>(hash) & mask;; bucket = (bucket + 1) & mask) {
-    const std::uint32_t id = buckets[bucket];
+    const std::uint32_t id = buckets_[bucket];
     if (id == 0) return 0;
-    const Name& name = names[id];
+    const Name& name = names_[id];
     if (name.hash == hash && SameName(name.first, first) && SameName(name.second, second)) {
       return id;
     }
@@ -69,37 +69,37 @@ std::uint32_t NameTable::FindOrAdd(std::string_view first, std::string_view seco
   const std::uint64_t hash = HashText(HashText(0, first), second);
   std::size_t bucket = 0;
   if (const std::uint32_t id = Probe(hash, first, second, bucket)) return id;
-  const auto id = static_cast<std::uint32_t>(names.size());
-  names.push_back({hash, std::string(first), std::string(second)});
-  buckets[bucket] = id;
-  if (names.size() * 2 > buckets.size()) Grow();
+  const auto id = static_cast<std::uint32_t>(names_.size());
+  names_.push_back({hash, std::string(first), std::string(second)});
+  buckets_[bucket] = id;
+  if (names_.size() * 2 > buckets_.size()) Grow();
   return id;
 }
 
 void NameTable::Grow() {
-  buckets.assign(buckets.size() * 2, 0);
-  const std::size_t mask = buckets.size() - 1;
-  for (std::uint32_t id = 1; id < names.size(); ++id) {
-    std::size_t bucket = static_cast<std::size_t>(names[id].hash) & mask;
-    while (buckets[bucket] != 0) bucket = (bucket + 1) & mask;
-    buckets[bucket] = id;
+  buckets_.assign(buckets_.size() * 2, 0);
+  const std::size_t mask = buckets_.size() - 1;
+  for (std::uint32_t id = 1; id < names_.size(); ++id) {
+    std::size_t bucket = static_cast<std::size_t>(names_[id].hash) & mask;
+    while (buckets_[bucket] != 0) bucket = (bucket + 1) & mask;
+    buckets_[bucket] = id;
   }
 }
 
-KeyTable::KeyTable() : general(1), keys(1) {}
+KeyTable::KeyTable() : general_(1), keys_(1) {}
 
 PropertyId KeyTable::AddProperty(std::string_view section, std::string_view property) {
-  const PropertyId id = properties.FindOrAdd(section, property);
-  if (id == general.size()) general.push_back(EqualNoCase(section, "General"));
+  const PropertyId id = properties_.FindOrAdd(section, property);
+  if (id == general_.size()) general_.push_back(EqualNoCase(section, "General"));
   return id;
 }
 
 KeyId KeyTable::AddKey(SetId set, PropertyId property) {
   if (const KeyId known = FindKey(set, property)) return known;
-  if (set >= bySet.size()) bySet.resize(set + 1);
-  if (property >= bySet[set].size()) bySet[set].resize(property + 1);
-  const auto key = static_cast<KeyId>(keys.size());
-  bySet[set][property] = key;
+  if (set >= bySet_.size()) bySet_.resize(set + 1);
+  if (property >= bySet_[set].size()) bySet_[set].resize(property + 1);
+  const auto key = static_cast<KeyId>(keys_.size());
+  bySet_[set][property] = key;
   KeyInfo info{set, property, IsGeneral(property), " s=\"", " "};
   AppendEscaped(info.start, SetName(set));
   info.start += "\" k=\"";
@@ -107,12 +107,12 @@ KeyId KeyTable::AddKey(SetId set, PropertyId property) {
   info.start += '"';
   AppendEscapedName(info.attribute, PropertyName(property));
   info.attribute += "=\"";
-  keys.push_back(std::move(info));
+  keys_.push_back(std::move(info));
   return key;
 }
 
 std::string KeyTable::KeyText(KeyId key) const {
-  const KeyInfo& info = keys[key];
+  const KeyInfo& info = keys_[key];
   return SetName(info.set) + "." + SectionName(info.property) + "." + PropertyName(info.property);
 }
 

@@ -26,16 +26,16 @@ class NameTable {
   NameTable();
   std::uint32_t Find(std::string_view first, std::string_view second) const;
   std::uint32_t FindOrAdd(std::string_view first, std::string_view second);
-  const Name& Get(std::uint32_t id) const { return names[id]; }
-  std::uint32_t GetCount() const { return static_cast<std::uint32_t>(names.size()) - 1; }
+  const Name& Get(std::uint32_t id) const { return names_[id]; }
+  std::uint32_t GetCount() const { return static_cast<std::uint32_t>(names_.size()) - 1; }
 
  private:
   std::uint32_t Probe(std::uint64_t hash, std::string_view first, std::string_view second,
                       std::size_t& bucket) const;
   void Grow();
 
-  std::vector<Name> names;             // [0] is unused
-  std::vector<std::uint32_t> buckets;  // size is a power of two; 0 means free
+  std::vector<Name> names_;             // [0] is unused
+  std::vector<std::uint32_t> buckets_;  // size is a power of two; 0 means free
 };
 
 // Properties of a key that do not depend on its value.
@@ -53,38 +53,38 @@ class KeyTable {
  public:
   KeyTable();
 
-  SetId FindSet(std::string_view name) const { return sets.Find(name, {}); }
-  SetId AddSet(std::string_view name) { return sets.FindOrAdd(name, {}); }
-  const std::string& SetName(SetId set) const { return sets.Get(set).first; }
+  SetId FindSet(std::string_view name) const { return sets_.Find(name, {}); }
+  SetId AddSet(std::string_view name) { return sets_.FindOrAdd(name, {}); }
+  const std::string& SetName(SetId set) const { return sets_.Get(set).first; }
 
   PropertyId FindProperty(std::string_view section, std::string_view property) const {
-    return properties.Find(section, property);
+    return properties_.Find(section, property);
   }
   PropertyId AddProperty(std::string_view section, std::string_view property);
-  const std::string& SectionName(PropertyId id) const { return properties.Get(id).first; }
-  const std::string& PropertyName(PropertyId id) const { return properties.Get(id).second; }
-  bool IsGeneral(PropertyId id) const { return general[id]; }
+  const std::string& SectionName(PropertyId id) const { return properties_.Get(id).first; }
+  const std::string& PropertyName(PropertyId id) const { return properties_.Get(id).second; }
+  bool IsGeneral(PropertyId id) const { return general_[id]; }
 
   KeyId FindKey(SetId set, PropertyId property) const {
-    if (set >= bySet.size() || property >= bySet[set].size()) return 0;
-    return bySet[set][property];
+    if (set >= bySet_.size() || property >= bySet_[set].size()) return 0;
+    return bySet_[set][property];
   }
   KeyId AddKey(SetId set, PropertyId property);
   KeyId AddKey(std::string_view set, std::string_view section, std::string_view property) {
     return AddKey(AddSet(set), AddProperty(section, property));
   }
-  const KeyInfo& Get(KeyId key) const { return keys[key]; }
+  const KeyInfo& Get(KeyId key) const { return keys_[key]; }
   // All key numbers are below this.
-  std::size_t GetKeyLimit() const { return keys.size(); }
+  std::size_t GetKeyLimit() const { return keys_.size(); }
   // Returns "set.section.property".
   std::string KeyText(KeyId key) const;
 
  private:
-  NameTable sets;
-  NameTable properties;
-  std::vector<bool> general;  // by property
-  std::vector<KeyInfo> keys;
-  std::vector<std::vector<KeyId>> bySet;  // by set and property
+  NameTable sets_;
+  NameTable properties_;
+  std::vector<bool> general_;  // by property
+  std::vector<KeyInfo> keys_;
+  std::vector<std::vector<KeyId>> bySet_;  // by set and property
 };
 
 }  // namespace tarn::options

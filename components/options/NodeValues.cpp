@@ -20,58 +20,58 @@ constexpr std::uint64_t IdOf(SetId set, PropertyId property, std::uint32_t layer
 }  // namespace
 
 NodeValues::NodeValues(KeyTable& keyTable, Definitions& definitionTable)
-    : keys(keyTable),
-      definitions(definitionTable),
-      nothing(std::make_shared<Snapshot>()),
-      valuesCache(kValuesTexts),
-      optionsCache(kOptionsTexts) {
-  below = nothing;
+    : keys_(keyTable),
+      definitions_(definitionTable),
+      nothing_(std::make_shared<Snapshot>()),
+      valuesCache_(kValuesTexts),
+      optionsCache_(kOptionsTexts) {
+  below_ = nothing_;
 }
 
 void NodeValues::NewLevel(std::shared_ptr<const Snapshot> inherited) {
-  hasPending = false;
-  ownSet = 0;
-  ++level;
-  ownKeys.clear();
-  applied.clear();
-  appliedOptions.clear();
-  below = std::move(inherited);
+  hasPending_ = false;
+  ownSet_ = 0;
+  ++level_;
+  ownKeys_.clear();
+  applied_.clear();
+  appliedOptions_.clear();
+  below_ = std::move(inherited);
 }
 
 void NodeValues::Clear() {
-  NewLevel(nothing);
+  NewLevel(nothing_);
 }
 
 void NodeValues::SetConfig(std::string_view name) {
-  config = name.empty() ? kStandard : name;
-  configIsSet = true;
+  config_ = name.empty() ? kStandard : name;
+  configIsSet_ = true;
 }
 
 bool NodeValues::ReadText(std::string_view text) {
   if (!HasRoot(text, "Values")) return false;
-  if (!hasPending && ownKeys.empty() && below == nothing && ownSet == 0) {
-    pending = text;
-    hasPending = true;
+  if (!hasPending_ && ownKeys_.empty() && below_ == nothing_ && ownSet_ == 0) {
+    pending_ = text;
+    hasPending_ = true;
     return true;
   }
   Settle();
-  Merge(*valuesCache.Get(text, [&] { return ParseValues(text, keys); }));
+  Merge(*valuesCache_.Get(text, [&] { return ParseValues(text, keys_); }));
   return true;
 }
 
 void NodeValues::Settle() {
-  if (!hasPending) return;
-  hasPending = false;
-  const auto parsed = valuesCache.Get(pending, [&] { return ParseValues(pending, keys); });
-  ownSet = parsed->ownSet;
-  below = parsed->below;
-  applied = parsed->applied;
+  if (!hasPending_) return;
+  hasPending_ = false;
+  const auto parsed = valuesCache_.Get(pending_, [&] { return ParseValues(pending_, keys_); });
+  ownSet_ = parsed->ownSet;
+  below_ = parsed->below;
+  applied_ = parsed->applied;
   for (const auto& [key, value] : parsed->own.All()) PutOwn(key, value, false);
-  if (!configIsSet && !parsed->config.empty()) config = parsed->config;
+  if (!configIsSet_ && !parsed->config.empty()) config_ = parsed->config;
 }
 
 void NodeValues::Merge(const ParsedValues& parsed) {
-  auto merged = std::make_shared<Snapshot>(*below);
+  auto merged = std::make_shared<Snapshot>(*below_);
   for (const SetId set : parsed.below->sets) {
     if (!merged->HasSet(set)) merged->sets.push_back(set);
   }
@@ -82,31 +82,31 @@ void NodeValues::Merge(const ParsedValues& parsed) {
   for (const auto& [key, value] : parsed.below->defaults.All()) merged->defaults.Set(key, value);
   merged->readyValues.clear();
   merged->readyDefaults.clear();
-  AppendElements(merged->readyValues, keys, merged->values.All(), 'i');
-  AppendElements(merged->readyDefaults, keys, merged->defaults.All(), 'd');
-  below = std::move(merged);
-  if (ownSet == 0) ownSet = parsed.ownSet;
+  AppendElements(merged->readyValues, keys_, merged->values.All(), 'i');
+  AppendElements(merged->readyDefaults, keys_, merged->defaults.All(), 'd');
+  below_ = std::move(merged);
+  if (ownSet_ == 0) ownSet_ = parsed.ownSet;
   for (const auto& [key, value] : parsed.own.All()) PutOwn(key, value, false);
 }
 
 void NodeValues::EnterSet(std::string_view name) {
   Settle();
-  if (ownSet == 0 && !name.empty()) ownSet = keys.AddSet(name);
+  if (ownSet_ == 0 && !name.empty()) ownSet_ = keys_.AddSet(name);
 }
 
 const std::string& NodeValues::OwnSet() {
   Settle();
-  return keys.SetName(ownSet);
+  return keys_.SetName(ownSet_);
 }
 
 std::string NodeValues::Place() {
   Settle();
-  std::string place = keys.SetName(ownSet);
+  std::string place = keys_.SetName(ownSet_);
   for (const char* name : {"Path", "Header"}) {
-    const PropertyId property = keys.FindProperty("General", name);
-    place.append("\n").append(Look(ownSet, property, OwnLayer).text);
-    for (const SetId set : below->sets) {
-      const std::string* const outer = below->values.Find(keys.FindKey(set, property));
+    const PropertyId property = keys_.FindProperty("General", name);
+    place.append("\n").append(Look(ownSet_, property, OwnLayer).text);
+    for (const SetId set : below_->sets) {
+      const std::string* const outer = below_->values.Find(keys_.FindKey(set, property));
       place.append("\n").append(outer == nullptr ? std::string_view() : *outer);
     }
   }
@@ -114,45 +114,45 @@ std::string NodeValues::Place() {
 }
 
 void NodeValues::PutOwn(KeyId key, std::string_view value, bool direct) {
-  if (key >= slots.size()) slots.resize(std::max<std::size_t>(key + 1, keys.GetKeyLimit()));
-  Slot& slot = slots[key];
-  if (slot.level != level) ownKeys.push_back(key);
-  slot.level = level;
+  if (key >= slots_.size()) slots_.resize(std::max<std::size_t>(key + 1, keys_.GetKeyLimit()));
+  Slot& slot = slots_[key];
+  if (slot.level != level_) ownKeys_.push_back(key);
+  slot.level = level_;
   slot.direct = direct;
   slot.value.assign(value);
 }
 
 SetId NodeValues::SetOf(std::string_view name) {
-  return name.empty() ? ownSet : keys.AddSet(name);
+  return name.empty() ? ownSet_ : keys_.AddSet(name);
 }
 
 void NodeValues::SetValue(std::string_view set, std::string_view section, std::string_view property,
                           std::string_view value) {
   Settle();
   const SetId setId = SetOf(set);
-  const PropertyId id = keys.AddProperty(section, property);
-  if (ownSet == 0 && keys.IsGeneral(id)) ownSet = setId;
-  PutOwn(keys.AddKey(setId, id), value, true);
+  const PropertyId id = keys_.AddProperty(section, property);
+  if (ownSet_ == 0 && keys_.IsGeneral(id)) ownSet_ = setId;
+  PutOwn(keys_.AddKey(setId, id), value, true);
 }
 
 void NodeValues::RemoveValue(std::string_view set, std::string_view section,
                              std::string_view property) {
   Settle();
-  const KeyId key = keys.AddKey(SetOf(set), keys.AddProperty(section, property));
+  const KeyId key = keys_.AddKey(SetOf(set), keys_.AddProperty(section, property));
   if (FindOwn(key) == nullptr) return;
-  slots[key].level = 0;
-  ownKeys.erase(std::find(ownKeys.begin(), ownKeys.end(), key));
+  slots_[key].level = 0;
+  ownKeys_.erase(std::find(ownKeys_.begin(), ownKeys_.end(), key));
 }
 
 void NodeValues::Apply(std::string_view forConfig, std::string_view text) {
   Settle();
-  const auto options = optionsCache.Get(text, [&] { return ParseStoredOptions(text, keys); });
+  const auto options = optionsCache_.Get(text, [&] { return ParseStoredOptions(text, keys_); });
   const std::uint64_t mark = MarkFor(*options, forConfig);
-  const std::size_t place = applied.size();
-  applied.push_back(mark);
+  const std::size_t place = applied_.size();
+  applied_.push_back(mark);
   // Kept even if already inherited, because they hold the values of other configurations.
-  appliedOptions.push_back(options);
-  if (place < below->applied.size() && below->applied[place] == mark) return;
+  appliedOptions_.push_back(options);
+  if (place < below_->applied.size() && below_->applied[place] == mark) return;
   ApplySome(*options, forConfig, {}, {}, {});
 }
 
@@ -168,11 +168,11 @@ void NodeValues::ApplySome(const StoredOptions& options, std::string_view forCon
     const bool isStandard = EqualNoCase(stored.name, kStandard);
     if (!isConfig && !isStandard) continue;
     for (const auto& [key, value] : stored.values) {
-      const KeyInfo& info = keys.Get(key);
+      const KeyInfo& info = keys_.Get(key);
       if (info.general ? !isStandard : !isConfig) continue;
-      if (matches(set, keys.SetName(info.set)) &&
-          matches(section, keys.SectionName(info.property)) &&
-          matches(property, keys.PropertyName(info.property))) {
+      if (matches(set, keys_.SetName(info.set)) &&
+          matches(section, keys_.SectionName(info.property)) &&
+          matches(property, keys_.PropertyName(info.property))) {
         PutOwn(key, value, false);
       }
     }
@@ -180,28 +180,28 @@ void NodeValues::ApplySome(const StoredOptions& options, std::string_view forCon
 }
 
 std::shared_ptr<const Snapshot> NodeValues::InheritedOfChildren() {
-  if (hasPending) {
-    const auto parsed = valuesCache.Get(pending, [&] { return ParseValues(pending, keys); });
+  if (hasPending_) {
+    const auto parsed = valuesCache_.Get(pending_, [&] { return ParseValues(pending_, keys_); });
     if (parsed->asInherited == nullptr) {
       parsed->asInherited =
-          Flatten(keys, parsed->ownSet, parsed->own.All(), parsed->applied, *parsed->below);
+          Flatten(keys_, parsed->ownSet, parsed->own.All(), parsed->applied, *parsed->below);
     }
-    if (!configIsSet && !parsed->config.empty()) config = parsed->config;
+    if (!configIsSet_ && !parsed->config.empty()) config_ = parsed->config;
     return parsed->asInherited;
   }
-  auto flat = Flatten(keys, ownSet, OwnValues(), applied, *below);
-  if (ownSet != 0 && !flat->HasDefaultsOf(ownSet)) {
-    flat->defaultSets.push_back(ownSet);
-    for (const auto& [key, value] : definitions.DefaultsOf(ownSet).All()) {
+  auto flat = Flatten(keys_, ownSet_, OwnValues(), applied_, *below_);
+  if (ownSet_ != 0 && !flat->HasDefaultsOf(ownSet_)) {
+    flat->defaultSets.push_back(ownSet_);
+    for (const auto& [key, value] : definitions_.DefaultsOf(ownSet_).All()) {
       flat->defaults.Set(key, value);
     }
-    flat->readyDefaults += definitions.ReadyDefaultsOf(ownSet);
+    flat->readyDefaults += definitions_.ReadyDefaultsOf(ownSet_);
   }
   return flat;
 }
 
 void NodeValues::EndParentLevel() {
-  if (!hasPending && ownKeys.empty() && ownSet == 0 && applied.empty()) return;
+  if (!hasPending_ && ownKeys_.empty() && ownSet_ == 0 && applied_.empty()) return;
   NewLevel(InheritedOfChildren());
 }
 
@@ -211,26 +211,26 @@ void NodeValues::BeginChildLevel() {
 
 std::vector<ValueMap::Value> NodeValues::OwnValues() const {
   std::vector<ValueMap::Value> own;
-  own.reserve(ownKeys.size());
-  for (const KeyId key : ownKeys) own.emplace_back(key, slots[key].value);
+  own.reserve(ownKeys_.size());
+  for (const KeyId key : ownKeys_) own.emplace_back(key, slots_[key].value);
   return own;
 }
 
 const std::string* NodeValues::FindOwn(KeyId key) const {
-  return key < slots.size() && slots[key].level == level ? &slots[key].value : nullptr;
+  return key < slots_.size() && slots_[key].level == level_ ? &slots_[key].value : nullptr;
 }
 
 const std::string* NodeValues::FindInherited(KeyId key) const {
-  const std::string* value = below->values.Find(key);
+  const std::string* value = below_->values.Find(key);
   if (value == nullptr) return nullptr;
-  const KeyInfo& info = keys.Get(key);
+  const KeyInfo& info = keys_.Get(key);
   // General values that an ancestor of the same type has for itself do not apply to this node.
-  const bool isOthers = info.general && info.set == ownSet && below->HasSet(ownSet);
+  const bool isOthers = info.general && info.set == ownSet_ && below_->HasSet(ownSet_);
   return isOthers ? nullptr : value;
 }
 
 FoundValue NodeValues::Look(SetId set, PropertyId property, std::uint32_t layer) const {
-  const KeyId key = keys.FindKey(set, property);
+  const KeyId key = keys_.FindKey(set, property);
   const std::string* text = layer <= OwnLayer ? FindOwn(key) : nullptr;
   if (text == nullptr && layer <= InheritedLayer) {
     text = FindInherited(key);
@@ -238,43 +238,43 @@ FoundValue NodeValues::Look(SetId set, PropertyId property, std::uint32_t layer)
   }
   if (text == nullptr && layer <= DefaultLayer) {
     layer = DefaultLayer;
-    text = below->defaults.Find(key);
-    if (text == nullptr) text = definitions.FindDefault(set, property);
+    text = below_->defaults.Find(key);
+    if (text == nullptr) text = definitions_.FindDefault(set, property);
     // An empty default is treated as missing, so that the search continues outwards.
     if (text != nullptr && text->empty()) text = nullptr;
   }
   if (text == nullptr) return {};
-  return {true, keys.IsGeneral(property), IdOf(set, property, layer), *text};
+  return {true, keys_.IsGeneral(property), IdOf(set, property, layer), *text};
 }
 
 FoundValue NodeValues::FindRaw(std::string_view set, std::string_view section,
                                std::string_view property) const {
-  const PropertyId id = keys.FindProperty(section, property);
-  if (!set.empty()) return id == 0 ? FoundValue() : Look(keys.FindSet(set), id, OwnLayer);
+  const PropertyId id = keys_.FindProperty(section, property);
+  if (!set.empty()) return id == 0 ? FoundValue() : Look(keys_.FindSet(set), id, OwnLayer);
   if (id != 0) {
-    FoundValue found = Look(ownSet, id, OwnLayer);
-    for (std::size_t i = 0; !found.found && i < below->sets.size(); ++i) {
-      found = Look(below->sets[i], id, OwnLayer);
+    FoundValue found = Look(ownSet_, id, OwnLayer);
+    for (std::size_t i = 0; !found.found && i < below_->sets.size(); ++i) {
+      found = Look(below_->sets[i], id, OwnLayer);
     }
     if (found.found) return found;
   }
   if (EqualNoCase(section, "Config") && EqualNoCase(property, "Name")) {
-    return {true, true, 0, config};
+    return {true, true, 0, config_};
   }
   if (EqualNoCase(section, "Install") && EqualNoCase(property, "ConfigFolder")) {
-    return {true, true, 0, configFolder};
+    return {true, true, 0, configFolder_};
   }
   return {};
 }
 
 SetId NodeValues::AnsweringSet(std::string_view set, PropertyId id) {
-  if (!set.empty()) return keys.FindSet(set);
+  if (!set.empty()) return keys_.FindSet(set);
   Settle();
-  if (Look(ownSet, id, OwnLayer).found) return ownSet;
-  for (const SetId outer : below->sets) {
+  if (Look(ownSet_, id, OwnLayer).found) return ownSet_;
+  for (const SetId outer : below_->sets) {
     if (Look(outer, id, OwnLayer).found) return outer;
   }
-  return ownSet;
+  return ownSet_;
 }
 
 FoundValue NodeValues::FindBelow(std::uint64_t id) const {
@@ -295,11 +295,11 @@ std::string NodeValues::Resolve(std::string_view set, std::string_view section,
   // Sets the value temporarily, so that a cycle through it is detected.
   std::string before;
   const bool hadOwn = GetOwn(set, section, property, before);
-  const KeyId key = keys.AddKey(SetOf(set), keys.AddProperty(section, property));
-  const bool direct = hadOwn && slots[key].direct;
+  const KeyId key = keys_.AddKey(SetOf(set), keys_.AddProperty(section, property));
+  const bool direct = hadOwn && slots_[key].direct;
   PutOwn(key, text, direct);
   std::string resolved = ResolveMacros(
-      *this, Look(keys.Get(key).set, keys.Get(key).property, OwnLayer), error, missing);
+      *this, Look(keys_.Get(key).set, keys_.Get(key).property, OwnLayer), error, missing);
   if (hadOwn) {
     PutOwn(key, before, direct);
   } else {
@@ -311,7 +311,8 @@ std::string NodeValues::Resolve(std::string_view set, std::string_view section,
 bool NodeValues::GetOwn(std::string_view set, std::string_view section, std::string_view property,
                         std::string& value) {
   Settle();
-  const std::string* own = FindOwn(keys.FindKey(SetOf(set), keys.FindProperty(section, property)));
+  const std::string* own =
+      FindOwn(keys_.FindKey(SetOf(set), keys_.FindProperty(section, property)));
   if (own != nullptr) value = *own;
   return own != nullptr;
 }
@@ -319,14 +320,14 @@ bool NodeValues::GetOwn(std::string_view set, std::string_view section, std::str
 Origin NodeValues::GetOrigin(std::string_view set, std::string_view section,
                              std::string_view property) {
   Settle();
-  const PropertyId id = keys.FindProperty(section, property);
+  const PropertyId id = keys_.FindProperty(section, property);
   if (id == 0) return Origin::None;
   const SetId setId = AnsweringSet(set, id);
-  const KeyId key = keys.FindKey(setId, id);
+  const KeyId key = keys_.FindKey(setId, id);
   if (FindOwn(key) != nullptr) return Origin::Own;
   if (FindInherited(key) != nullptr) return Origin::Inherited;
   const bool isDefined =
-      below->defaults.Find(key) != nullptr || definitions.Find(setId, id) != nullptr;
+      below_->defaults.Find(key) != nullptr || definitions_.Find(setId, id) != nullptr;
   return isDefined ? Origin::Definition : Origin::None;
 }
 

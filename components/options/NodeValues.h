@@ -38,10 +38,10 @@ class NodeValues : private MacroSource {
   // Sets the active configuration; "Standard" until one is set.
   void SetConfig(std::string_view name);
   // Returns the active configuration.
-  const std::string& GetConfig() const { return config; }
+  const std::string& GetConfig() const { return config_; }
 
   // Value of $(Install.ConfigFolder), including its trailing separator.
-  void SetConfigFolder(std::string folder) { configFolder = std::move(folder); }
+  void SetConfigFolder(std::string folder) { configFolder_ = std::move(folder); }
 
   // Sets the set of the current level unless it has one already.
   void EnterSet(std::string_view name);
@@ -121,26 +121,26 @@ class NodeValues : private MacroSource {
   std::vector<KeyId> AllKeys();
   bool IsRemovable(const KeyInfo& info) const;
 
-  KeyTable& keys;
-  Definitions& definitions;
-  std::string config = "Standard";
-  bool configIsSet = false;
-  std::string configFolder;
+  KeyTable& keys_;
+  Definitions& definitions_;
+  std::string config_ = "Standard";
+  bool configIsSet_ = false;
+  std::string configFolder_;
 
-  bool hasPending = false;
-  std::string pending;  // a values text that has not been parsed yet
-  SetId ownSet = 0;
-  std::uint32_t level = 1;
-  std::vector<Slot> slots;     // by key
-  std::vector<KeyId> ownKeys;  // in the order in which they were set
-  std::vector<std::uint64_t> applied;
-  std::vector<std::shared_ptr<StoredOptions>> appliedOptions;
-  std::shared_ptr<const Snapshot> below;  // never null
-  std::size_t lastTextSize = 0;
+  bool hasPending_ = false;
+  std::string pending_;  // a values text that has not been parsed yet
+  SetId ownSet_ = 0;
+  std::uint32_t level_ = 1;
+  std::vector<Slot> slots_;     // by key
+  std::vector<KeyId> ownKeys_;  // in the order in which they were set
+  std::vector<std::uint64_t> applied_;
+  std::vector<std::shared_ptr<StoredOptions>> appliedOptions_;
+  std::shared_ptr<const Snapshot> below_;  // never null
+  std::size_t lastTextSize_ = 0;
 
-  std::shared_ptr<const Snapshot> nothing;
-  TextCache<ParsedValues> valuesCache;
-  TextCache<StoredOptions> optionsCache;
+  std::shared_ptr<const Snapshot> nothing_;
+  TextCache<ParsedValues> valuesCache_;
+  TextCache<StoredOptions> optionsCache_;
 };
 
 }  // namespace tarn::options

@@ -24,105 +24,107 @@ std::int32_t PropertyManager::Switch(std::unordered_map<std::string, bool>& swit
                                      std::string key, bool on) {
   bool& present = switches[std::move(key)];
   if (std::exchange(present, on) != on) {
-    ++switchCount;
-    if (window) window->RefillSoon();
+    ++switchCount_;
+    if (window_) window_->RefillSoon();
   }
   return 1;
 }
 
 std::int32_t PropertyManager::HideProperty(const char* set, const char* section,
                                            const char* property, std::int32_t hide) {
-  return Switch(hidden, KeyOf(TextOf(set), TextOf(section), TextOf(property)), hide != 0);
+  return Switch(hidden_, KeyOf(TextOf(set), TextOf(section), TextOf(property)), hide != 0);
 }
 
 std::int32_t PropertyManager::EnableProperty(const char* set, const char* section,
                                              const char* property, std::int32_t enable) {
-  return Switch(disabled, KeyOf(TextOf(set), TextOf(section), TextOf(property)), enable == 0);
+  return Switch(disabled_, KeyOf(TextOf(set), TextOf(section), TextOf(property)), enable == 0);
 }
 
 std::int32_t PropertyManager::HideSection(const char* set, const char* section, std::int32_t hide) {
-  return Switch(hidden, KeyOf(TextOf(set), TextOf(section), {}), hide != 0);
+  return Switch(hidden_, KeyOf(TextOf(set), TextOf(section), {}), hide != 0);
 }
 
 std::int32_t PropertyManager::HideSet(const char* set, std::int32_t hide) {
-  return Switch(hidden, KeyOf(TextOf(set), {}, {}), hide != 0);
+  return Switch(hidden_, KeyOf(TextOf(set), {}, {}), hide != 0);
 }
 
 PropertyState PropertyManager::StateOf(const std::string& set, const std::string& section,
                                        const PropertyDefinition& property) {
-  const bool isHidden = IsOn(hidden, KeyOf(set, {}, {})) || IsOn(hidden, KeyOf(set, section, {})) ||
-                        IsOn(hidden, KeyOf(set, section, property.name));
-  const bool isDisabled = IsOn(disabled, KeyOf(set, section, property.name));
-  return {!isHidden && values.Holds(property.shown), !isDisabled && values.Holds(property.enabled)};
+  const bool isHidden = IsOn(hidden_, KeyOf(set, {}, {})) ||
+                        IsOn(hidden_, KeyOf(set, section, {})) ||
+                        IsOn(hidden_, KeyOf(set, section, property.name));
+  const bool isDisabled = IsOn(disabled_, KeyOf(set, section, property.name));
+  return {!isHidden && values_.Holds(property.shown),
+          !isDisabled && values_.Holds(property.enabled)};
 }
 
 // Does nothing for a host that has not requested the window: it displays options itself.
 std::int32_t PropertyManager::ShowOptions(std::int32_t) {
-  if (!window) return 0;
-  window->Refill();
-  window->ShowWindow(true);
-  window->SetFocus();
+  if (!window_) return 0;
+  window_->Refill();
+  window_->ShowWindow(true);
+  window_->SetFocus();
   return 1;
 }
 
 std::int32_t PropertyManager::GetPropertyWindow() {
-  if (!window) {
-    window = std::make_unique<OptionsWnd>(*this, frame);
-    window->SetControlText("Options");
-    window->Create(kStylePopup, {}, nullptr, 0);
+  if (!window_) {
+    window_ = std::make_unique<OptionsWnd>(*this, frame_);
+    window_->SetControlText("Options");
+    window_->Create(kStylePopup, {}, nullptr, 0);
   }
-  return window->GetHandle();
+  return window_->GetHandle();
 }
 
 void PropertyManager::BeginUpdate() {
-  ++updates;
+  ++updates_;
 }
 
 void PropertyManager::EndUpdate() {
   // Callers may release without a hold, so the count must not become negative.
-  if (updates > 0) --updates;
-  if (window && updates == 0) window->RefillSoon();
+  if (updates_ > 0) --updates_;
+  if (window_ && updates_ == 0) window_->RefillSoon();
 }
 
 std::string PropertyManager::GetPropState() {
-  return propState;
+  return propState_;
 }
 
 void PropertyManager::SetPropState(const char* state) {
-  propState = TextOf(state);
+  propState_ = TextOf(state);
 }
 
 std::string PropertyManager::GetNewConfigName() {
-  return newConfigName;
+  return newConfigName_;
 }
 
 void PropertyManager::SetNewConfigName(const char* name) {
-  newConfigName = TextOf(name);
+  newConfigName_ = TextOf(name);
 }
 
 std::string PropertyManager::GetChangedProperty() {
-  return changedProperty;
+  return changedProperty_;
 }
 
 // Includes the configuration, so that a change can't be undone in a different one.
 std::string PropertyManager::NodeKey() {
-  return FoldCase(values.GetConfig()) + "\n" + values.Place();
+  return FoldCase(values_.GetConfig()) + "\n" + values_.Place();
 }
 
 std::int32_t PropertyManager::ChangeByUser(const char* set, const char* section,
                                            const char* property, std::optional<std::string> value) {
   // While nodes are being published, the node held may differ from the one the user sees.
-  if (updates > 0 || TextOf(property).empty()) return 0;
+  if (updates_ > 0 || TextOf(property).empty()) return 0;
   ValueChange change{NodeKey(),
-                     set == nullptr || *set == '\0' ? values.OwnSet() : set,
+                     set == nullptr || *set == '\0' ? values_.OwnSet() : set,
                      TextOf(section),
                      TextOf(property),
                      {},
                      std::move(value)};
   std::string before;
-  if (values.GetOwn(change.set, change.section, change.property, before)) change.before = before;
+  if (values_.GetOwn(change.set, change.section, change.property, before)) change.before = before;
   TakeOver(change, change.after);
-  undo.Add(std::move(change));
+  undo_.Add(std::move(change));
   return 1;
 }
 
@@ -138,34 +140,34 @@ std::int32_t PropertyManager::ResetChangedProperty(const char* set, const char* 
 
 void PropertyManager::TakeOver(const ValueChange& change, const std::optional<std::string>& value) {
   if (value) {
-    values.SetValue(change.set, change.section, change.property, *value);
+    values_.SetValue(change.set, change.section, change.property, *value);
   } else {
-    values.RemoveValue(change.set, change.section, change.property);
+    values_.RemoveValue(change.set, change.section, change.property);
   }
-  changedProperty = change.Key();
+  changedProperty_ = change.Key();
 }
 
 std::string PropertyManager::Undo() {
-  const ValueChange* change = updates > 0 ? nullptr : undo.Undo(NodeKey());
+  const ValueChange* change = updates_ > 0 ? nullptr : undo_.Undo(NodeKey());
   if (change == nullptr) return {};
   TakeOver(*change, change->before);
   return change->Key();
 }
 
 std::string PropertyManager::Redo() {
-  const ValueChange* change = updates > 0 ? nullptr : undo.Redo(NodeKey());
+  const ValueChange* change = updates_ > 0 ? nullptr : undo_.Redo(NodeKey());
   if (change == nullptr) return {};
   TakeOver(*change, change->after);
   return change->Key();
 }
 
 std::string PropertyManager::GetUndoProperty() {
-  const ValueChange* change = undo.NextUndo(NodeKey());
+  const ValueChange* change = undo_.NextUndo(NodeKey());
   return change == nullptr ? std::string() : change->Key();
 }
 
 std::string PropertyManager::GetRedoProperty() {
-  const ValueChange* change = undo.NextRedo(NodeKey());
+  const ValueChange* change = undo_.NextRedo(NodeKey());
   return change == nullptr ? std::string() : change->Key();
 }
 

@@ -72,29 +72,29 @@ class OptionsWnd::Record : public CReportRecord {
 
 class OptionsWnd::Report : public CReportControl {
  public:
-  explicit Report(OptionsWnd& optionsWindow) : window(optionsWindow) {}
+  explicit Report(OptionsWnd& optionsWindow) : window_(optionsWindow) {}
 
  protected:
   bool OnKeyDown(const KeyEvent& event) override {
     if (event.key != kKeyDelete) return CReportControl::OnKeyDown(event);
-    window.Reset(GetFocusedRow());
+    window_.Reset(GetFocusedRow());
     return true;
   }
 
  private:
-  OptionsWnd& window;
+  OptionsWnd& window_;
 };
 
 OptionsWnd::OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame)
-    : manager(propertyManager), frame(mainFrame), report(std::make_unique<Report>(*this)) {
+    : manager_(propertyManager), frame_(mainFrame), report_(std::make_unique<Report>(*this)) {
   const auto addColumn = [this](int index, const char* caption, int width, bool isWide) {
-    return report->AddColumn(std::make_unique<CReportColumn>(index, caption, width, isWide,
-                                                             CReportColumn::kNoIcon, false, true));
+    return report_->AddColumn(std::make_unique<CReportColumn>(index, caption, width, isWide,
+                                                              CReportColumn::kNoIcon, false, true));
   };
   addColumn(kName, "Option", 140, true)->SetTreeColumn(true);
   addColumn(kValue, "Value", 140, true)->SetEditable(true);
   addColumn(kSource, "From", 70, false);
-  report->AllowEdit(true);
+  report_->AllowEdit(true);
 }
 
 OptionsWnd::~OptionsWnd() {
@@ -102,17 +102,17 @@ OptionsWnd::~OptionsWnd() {
 }
 
 bool OptionsWnd::OnCreate() {
-  if (!report->Create(kStyleChild | kStyleVisible, {}, this, kReportId)) return false;
-  if (!note.Create(kStyleChild | kStyleVisible, {}, this, kNoteId)) return false;
-  report->ShowWindow(true);
-  note.ShowWindow(true);
+  if (!report_->Create(kStyleChild | kStyleVisible, {}, this, kReportId)) return false;
+  if (!note_.Create(kStyleChild | kStyleVisible, {}, this, kNoteId)) return false;
+  report_->ShowWindow(true);
+  note_.ShowWindow(true);
   LayOut({GetRect().Width(), GetRect().Height()});
   Refill();
   return true;
 }
 
 void OptionsWnd::OnDestroy() {
-  report->RemoveAllRecords();
+  report_->RemoveAllRecords();
 }
 
 void OptionsWnd::OnSize(Size size) {
@@ -121,43 +121,44 @@ void OptionsWnd::OnSize(Size size) {
 
 void OptionsWnd::LayOut(Size size) {
   const int edge = size.height > 2 * kNoteHeight ? size.height - kNoteHeight : size.height;
-  report->MoveWindow({0, 0, size.width, edge});
-  note.MoveWindow({0, edge, size.width, size.height});
+  report_->MoveWindow({0, 0, size.width, edge});
+  note_.MoveWindow({0, edge, size.width, size.height});
 }
 
 void OptionsWnd::RefillSoon() {
-  if (!IsCreated() || isTimerSet) return;
+  if (!IsCreated() || isTimerSet_) return;
   SetTimer(kTimer, kSoon);
-  isTimerSet = true;
+  isTimerSet_ = true;
 }
 
 void OptionsWnd::OnTimer(int) {
   KillTimer(kTimer);
-  isTimerSet = false;
+  isTimerSet_ = false;
   Refill();
 }
 
 // While values are held, the current node may not be the one shown; the release calls this again.
 void OptionsWnd::Refill() {
-  if (manager.IsHeld()) return;
-  const std::string& set = manager.GetOwnSet();
-  const std::string definitions = set.empty() ? std::string() : manager.ListProperties(set.c_str());
-  if (definitions != layout) {
-    layout = definitions;
+  if (manager_.IsHeld()) return;
+  const std::string& set = manager_.GetOwnSet();
+  const std::string definitions =
+      set.empty() ? std::string() : manager_.ListProperties(set.c_str());
+  if (definitions != layout_) {
+    layout_ = definitions;
     CXmlNode root;
     CXmlParseInfo parseInfo;
-    if (!layout.empty()) root.Load(layout, parseInfo);
+    if (!layout_.empty()) root.Load(layout_, parseInfo);
     Rebuild(root);
   }
-  for (int i = 0; i < report->GetRecords().GetCount(); ++i) {
-    UpdateValues(report->GetRecords().GetAt(i)->GetChildren());
+  for (int i = 0; i < report_->GetRecords().GetCount(); ++i) {
+    UpdateValues(report_->GetRecords().GetAt(i)->GetChildren());
   }
-  report->Populate();
+  report_->Populate();
 }
 
 void OptionsWnd::Rebuild(const CXmlNode& definitions) {
-  report->RemoveAllRecords();
-  note.SetControlText({});
+  report_->RemoveAllRecords();
+  note_.SetControlText({});
   for (const CXmlNode* set : definitions.GetChildren()) {
     for (const CXmlNode* section : set->GetChildren()) {
       auto record = std::make_unique<CReportRecord>();
@@ -168,7 +169,7 @@ void OptionsWnd::Rebuild(const CXmlNode& definitions) {
         record->GetChildren().Add(std::make_unique<Record>(
             Attribute(*set, "Header"), Attribute(*section, "Header"), *property));
       }
-      if (record->HasChildren()) report->AddRecord(std::move(record));
+      if (record->HasChildren()) report_->AddRecord(std::move(record));
     }
   }
 }
@@ -178,13 +179,13 @@ std::string OptionsWnd::CaptionOf(const Record& record) {
   const char* const set = record.set.c_str();
   const char* const section = record.section.c_str();
   const char* const name = record.name.c_str();
-  const std::string label = manager.GetPropertyStringValue(set, section, name);
-  const bool isWritten = manager.GetOrigin(set, section, name) == "own" &&
-                         label == manager.GetPropertyValue(set, section, name);
+  const std::string label = manager_.GetPropertyStringValue(set, section, name);
+  const bool isWritten = manager_.GetOrigin(set, section, name) == "own" &&
+                         label == manager_.GetPropertyValue(set, section, name);
   if (!isWritten) return label;
   CXmlNode stored;
   CXmlParseInfo parseInfo;
-  stored.Load(manager.GetConfigText("", set, section, name), parseInfo);
+  stored.Load(manager_.GetConfigText("", set, section, name), parseInfo);
   const CXmlNode* const property = stored.FindDescendantByAttr("Header", name);
   return property == nullptr ? label : Unescape(Attribute(*property, "Value"));
 }
@@ -194,18 +195,18 @@ void OptionsWnd::UpdateValues(CReportRecords& records) {
     auto& record = static_cast<Record&>(*records.GetAt(i));
     record.shown = CaptionOf(record);
     record.GetItem(kValue)->SetOwnCaption(record.shown);
-    record.GetItem(kSource)->SetOwnCaption(
-        WordOf(manager.GetOrigin(record.set.c_str(), record.section.c_str(), record.name.c_str())));
+    record.GetItem(kSource)->SetOwnCaption(WordOf(
+        manager_.GetOrigin(record.set.c_str(), record.section.c_str(), record.name.c_str())));
   }
 }
 
 OptionsWnd::Record* OptionsWnd::RecordAt(int row) const {
-  const CReportRow* const found = report->GetRows().GetAt(row);
+  const CReportRow* const found = report_->GetRows().GetAt(row);
   return found == nullptr ? nullptr : dynamic_cast<Record*>(found->GetRecord());
 }
 
 void OptionsWnd::SendCommand(const std::string& command) {
-  PostWindowMessage(frame, kMsgCommand, std::atoi(command.c_str()), 0);
+  PostWindowMessage(frame_, kMsgCommand, std::atoi(command.c_str()), 0);
   RefillSoon();
 }
 
@@ -219,15 +220,15 @@ void OptionsWnd::OnEdited(int row) {
   const char* const set = record->set.c_str();
   const char* const section = record->section.c_str();
   const char* const name = record->name.c_str();
-  std::string problem = manager.CheckValue(set, section, name, value.c_str());
+  std::string problem = manager_.CheckValue(set, section, name, value.c_str());
   if (problem.empty() && !record->isEnabled) problem = "Another option disables this one.";
-  if (problem.empty() && manager.SetChangedProperty(set, section, name, value.c_str()) == 0) {
+  if (problem.empty() && manager_.SetChangedProperty(set, section, name, value.c_str()) == 0) {
     problem = "Options can't be changed now.";
   }
   if (problem.empty()) return SendCommand(record->command);
   item.SetOwnCaption(record->shown);
-  report->Populate();
-  note.SetControlText(problem);
+  report_->Populate();
+  note_.SetControlText(problem);
 }
 
 void OptionsWnd::Reset(int row) {
@@ -236,9 +237,9 @@ void OptionsWnd::Reset(int row) {
   const char* const set = record->set.c_str();
   const char* const section = record->section.c_str();
   const char* const name = record->name.c_str();
-  if (manager.GetOrigin(set, section, name) != "own") return;
-  if (manager.ResetChangedProperty(set, section, name) != 0) return SendCommand(kResetCommand);
-  note.SetControlText("Options can't be changed now.");
+  if (manager_.GetOrigin(set, section, name) != "own") return;
+  if (manager_.ResetChangedProperty(set, section, name) != 0) return SendCommand(kResetCommand);
+  note_.SetControlText("Options can't be changed now.");
 }
 
 std::intptr_t OptionsWnd::OnMessage(std::uint32_t message, std::intptr_t wParam, std::intptr_t) {
@@ -246,8 +247,8 @@ std::intptr_t OptionsWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
   if (message == kMsgReportEdit) {
     OnEdited(notice->row);
   } else if (message == kMsgReportSelection) {
-    const Record* const record = RecordAt(report->GetFocusedRow());
-    note.SetControlText(record == nullptr ? std::string() : record->help);
+    const Record* const record = RecordAt(report_->GetFocusedRow());
+    note_.SetControlText(record == nullptr ? std::string() : record->help);
   }
   return 0;
 }

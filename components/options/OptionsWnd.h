@@ -34,9 +34,9 @@ class OptionsWnd : public CWnd {
   // Schedules a Refill on the message loop; further calls before it runs have no effect.
   void RefillSoon();
 
-  CReportControl& GetReport() { return *report; }
+  CReportControl& GetReport() { return *report_; }
   // Returns the text below the report: help, or the reason why a value was rejected.
-  const std::string& GetNote() const { return note.GetControlText(); }
+  const std::string& GetNote() const { return note_.GetControlText(); }
 
  protected:
   bool OnCreate() override;
@@ -60,12 +60,12 @@ class OptionsWnd : public CWnd {
   void Reset(int row);
   void SendCommand(const std::string& command);
 
-  PropertyManager& manager;
-  const WindowHandle frame;
-  std::unique_ptr<CReportControl> report;
-  CStatic note{StaticKind::Label};
-  std::string layout;  // definitions from which the rows were made
-  bool isTimerSet = false;
+  PropertyManager& manager_;
+  const WindowHandle frame_;
+  std::unique_ptr<CReportControl> report_;
+  CStatic note_{StaticKind::Label};
+  std::string layout_;  // definitions from which the rows were made
+  bool isTimerSet_ = false;
 };
 
 }  // namespace tarn::options

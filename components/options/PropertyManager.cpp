@@ -36,22 +36,22 @@ std::string Lines(const std::vector<std::string>& lines) {
 }  // namespace
 
 PropertyManager::PropertyManager(FileSystem& fileSystem)
-    : files(fileSystem), definitions(keys), values(keys, definitions) {
-  definitions.Index();
+    : files_(fileSystem), definitions_(keys_), values_(keys_, definitions_) {
+  definitions_.Index();
 }
 
 std::int32_t PropertyManager::InitOptions(const char*, const char*, std::int32_t mainFrame,
                                           std::int32_t) {
-  frame = mainFrame;
+  frame_ = mainFrame;
   return 1;
 }
 
 void PropertyManager::ProjectClosing() {
   ClearValues();
-  undo.Clear();
-  configurations.clear();
-  configurationsText.clear();
-  valueErrors.clear();
+  undo_.Clear();
+  configurations_.clear();
+  configurationsText_.clear();
+  valueErrors_.clear();
 }
 
 // --- Definitions ---
@@ -59,74 +59,77 @@ void PropertyManager::ProjectClosing() {
 std::int32_t PropertyManager::ReadDefsFromFile(const char* set, const char* file) {
   const std::string_view path = View(file);
   if (View(set).empty()) {
-    lastDefinitionFile = path;
-    if (std::find(definitionFiles.begin(), definitionFiles.end(), path) == definitionFiles.end()) {
-      definitionFiles.emplace_back(path);
+    lastDefinitionFile_ = path;
+    if (std::find(definitionFiles_.begin(), definitionFiles_.end(), path) ==
+        definitionFiles_.end()) {
+      definitionFiles_.emplace_back(path);
     }
-    values.SetConfigFolder(AddSeparator(FolderOf(definitionFiles.front())));
+    values_.SetConfigFolder(AddSeparator(FolderOf(definitionFiles_.front())));
     return ReadAllDefinitions() ? 1 : 0;
   }
   // Called for each published node, so a file that was read before must cost nothing.
-  if (path != lastDefinitionFile) {
-    lastDefinitionFile = path;
-    if (std::find(definitionFiles.begin(), definitionFiles.end(), path) == definitionFiles.end()) {
-      definitionFiles.emplace_back(path);
+  if (path != lastDefinitionFile_) {
+    lastDefinitionFile_ = path;
+    if (std::find(definitionFiles_.begin(), definitionFiles_.end(), path) ==
+        definitionFiles_.end()) {
+      definitionFiles_.emplace_back(path);
       ReadAllDefinitions();
     }
   }
-  values.EnterSet(set);
+  values_.EnterSet(set);
   return 1;
 }
 
 bool PropertyManager::ReadAllDefinitions() {
-  DefinitionReader reader(files, definitions);
-  definitions.Clear();
+  DefinitionReader reader(files_, definitions_);
+  definitions_.Clear();
   bool lastIsRead = false;
-  for (const std::string& file : definitionFiles) {
+  for (const std::string& file : definitionFiles_) {
     const bool isRead = reader.ReadFile(file);
-    if (file == lastDefinitionFile) lastIsRead = isRead;
+    if (file == lastDefinitionFile_) lastIsRead = isRead;
   }
   reader.CheckDefaults();
-  definitions.Index();
-  definitionErrors = reader.Errors();
-  lostDefinitions = reader.LostFile();
-  filesRead = reader.FilesRead();
-  digest = reader.GetDigest();
+  definitions_.Index();
+  definitionErrors_ = reader.Errors();
+  lostDefinitions_ = reader.LostFile();
+  filesRead_ = reader.FilesRead();
+  digest_ = reader.GetDigest();
   return lastIsRead;
 }
 
 std::int32_t PropertyManager::RefreshDefinitions() {
-  if (definitionFiles.empty() || DefinitionReader::DigestOf(files, filesRead) == digest) return 0;
+  if (definitionFiles_.empty() || DefinitionReader::DigestOf(files_, filesRead_) == digest_)
+    return 0;
   ReadAllDefinitions();
   return 1;
 }
 
 std::string PropertyManager::ListProperties(const char* set) {
   return ListDefinitions(
-      definitions, View(set),
+      definitions_, View(set),
       [this](const std::string& name, const std::string& section,
              const PropertyDefinition& property) { return StateOf(name, section, property); });
 }
 
 std::string PropertyManager::GetDefinitionErrors() {
-  return Lines(definitionErrors) + Lines(valueErrors);
+  return Lines(definitionErrors_) + Lines(valueErrors_);
 }
 
 std::string PropertyManager::GetDefinitionProblem() {
-  if (!lostDefinitions.empty() || !definitions.IsEmpty()) return lostDefinitions;
-  return lastDefinitionFile + ": no options are defined";
+  if (!lostDefinitions_.empty() || !definitions_.IsEmpty()) return lostDefinitions_;
+  return lastDefinitionFile_ + ": no options are defined";
 }
 
 std::string PropertyManager::CheckValue(const char* set, const char* section, const char* property,
                                         const char* value) {
-  const std::string& ownSet = View(set).empty() ? values.OwnSet() : TextOf(set);
+  const std::string& ownSet = View(set).empty() ? values_.OwnSet() : TextOf(set);
   const PropertyDefinition* definition =
-      definitions.Find(keys.FindSet(ownSet), keys.FindProperty(View(section), View(property)));
+      definitions_.Find(keys_.FindSet(ownSet), keys_.FindProperty(View(section), View(property)));
   if (definition == nullptr) return {};
   std::string error;
   std::string missing;
   const std::string resolved =
-      values.Resolve(ownSet, View(section), View(property), View(value), &error, &missing);
+      values_.Resolve(ownSet, View(section), View(property), View(value), &error, &missing);
   if (!error.empty()) return "The value can't be resolved: " + error + ".";
   if (!missing.empty() && Trim(resolved).empty())
     return "A value is required; there is no default.";
@@ -138,38 +141,38 @@ std::string PropertyManager::CheckValue(const char* set, const char* section, co
 std::int32_t PropertyManager::ReadConfigFromFile(const char* config, const char* set,
                                                  const char* section, const char* property,
                                                  const char* file) {
-  const Result<std::string> text = files.ReadWholeFile(TextOf(file));
+  const Result<std::string> text = files_.ReadWholeFile(TextOf(file));
   if (!text) return 0;
   if (!HasRoot(*text, "Config") && !HasRoot(*text, "Options")) return 0;
-  const std::string_view name = View(config).empty() ? values.GetConfig() : View(config);
-  values.ApplySome(*ParseStoredOptions(*text, keys), name, View(set), View(section),
-                   View(property));
+  const std::string_view name = View(config).empty() ? values_.GetConfig() : View(config);
+  values_.ApplySome(*ParseStoredOptions(*text, keys_), name, View(set), View(section),
+                    View(property));
   return 1;
 }
 
 std::int32_t PropertyManager::ReadValuesFromText(const char* text) {
-  if (values.ReadText(View(text))) return 1;
+  if (values_.ReadText(View(text))) return 1;
   if (HasRoot(View(text), "ProjectsConfigs")) {
     ReadConfigurations(text);
     return 1;
   }
   if (!HasRoot(View(text), "Config") && !HasRoot(View(text), "Options")) return 0;
-  values.ApplySome(*ParseStoredOptions(View(text), keys), values.GetConfig(), {}, {}, {});
+  values_.ApplySome(*ParseStoredOptions(View(text), keys_), values_.GetConfig(), {}, {}, {});
   return 1;
 }
 
 void PropertyManager::ReadConfigurations(const char* text) {
-  configurationsAreCurrent = true;
-  if (configurationsText == text) return;
-  configurationsText = text;
-  configurations.clear();
+  configurationsAreCurrent_ = true;
+  if (configurationsText_ == text) return;
+  configurationsText_ = text;
+  configurations_.clear();
   CXmlNode root;
   CXmlParseInfo parseInfo;
-  root.Load(configurationsText, parseInfo);
+  root.Load(configurationsText_, parseInfo);
   for (const CXmlNode* list : root.GetChildren()) {
     for (const CXmlNode* child : list->GetChildren()) {
       const char* header = child->GetAttrValue("Header");
-      if (header != nullptr && *header != '\0') configurations.emplace_back(header);
+      if (header != nullptr && *header != '\0') configurations_.emplace_back(header);
     }
   }
 }
@@ -177,43 +180,43 @@ void PropertyManager::ReadConfigurations(const char* text) {
 std::string PropertyManager::GetPropertyValue(const char* set, const char* section,
                                               const char* property) {
   std::string error;
-  std::string value = values.Get(View(set), View(section), View(property), &error);
+  std::string value = values_.Get(View(set), View(section), View(property), &error);
   if (!error.empty()) NoteError(Joined({set, section, property}), error);
   return value;
 }
 
 void PropertyManager::NoteError(std::string_view name, std::string_view error) {
   std::string line = std::string(name) + ": " + std::string(error);
-  if (valueErrors.size() >= kMaxValueErrors) return;
-  if (std::find(valueErrors.begin(), valueErrors.end(), line) != valueErrors.end()) return;
-  valueErrors.push_back(std::move(line));
+  if (valueErrors_.size() >= kMaxValueErrors) return;
+  if (std::find(valueErrors_.begin(), valueErrors_.end(), line) != valueErrors_.end()) return;
+  valueErrors_.push_back(std::move(line));
 }
 
 std::string PropertyManager::GetPropertyStringValue(const char* set, const char* section,
                                                     const char* property) {
   std::string value = GetPropertyValue(set, section, property);
-  const PropertyId id = keys.FindProperty(View(section), View(property));
-  const PropertyDefinition* definition = definitions.Find(values.AnsweringSet(View(set), id), id);
+  const PropertyId id = keys_.FindProperty(View(section), View(property));
+  const PropertyDefinition* definition = definitions_.Find(values_.AnsweringSet(View(set), id), id);
   return definition == nullptr ? value : DisplayText(*definition, value);
 }
 
 std::int32_t PropertyManager::SetPropertyValue(const char* set, const char* section,
                                                const char* property, const char* value) {
-  values.SetValue(View(set), View(section), View(property), View(value));
+  values_.SetValue(View(set), View(section), View(property), View(value));
   return 1;
 }
 
 std::string PropertyManager::GetConfigText(const char* config, const char* set, const char* section,
                                            const char* property) {
-  return values.ConfigText(View(config), View(set), View(section), View(property));
+  return values_.ConfigText(View(config), View(set), View(section), View(property));
 }
 
 std::string PropertyManager::GetValuesAsText(const char*, const char*, const char*) {
-  return values.ToText();
+  return values_.ToText();
 }
 
 std::string PropertyManager::GetOrigin(const char* set, const char* section, const char* property) {
-  switch (values.GetOrigin(View(set), View(section), View(property))) {
+  switch (values_.GetOrigin(View(set), View(section), View(property))) {
     case Origin::Own:
       return "own";
     case Origin::Inherited:
@@ -227,35 +230,35 @@ std::string PropertyManager::GetOrigin(const char* set, const char* section, con
 }
 
 std::int32_t PropertyManager::ApplyOptions(const char* config, const char* text) {
-  values.Apply(View(config), View(text));
+  values_.Apply(View(config), View(text));
   return 1;
 }
 
 void PropertyManager::ClearValues() {
-  values.Clear();
-  changedProperty.clear();
-  configurationsAreCurrent = false;
-  if (window) window->RefillSoon();
+  values_.Clear();
+  changedProperty_.clear();
+  configurationsAreCurrent_ = false;
+  if (window_) window_->RefillSoon();
 }
 
 void PropertyManager::EndParentLevel() {
-  values.EndParentLevel();
+  values_.EndParentLevel();
 }
 
 void PropertyManager::BeginChildLevel() {
-  values.BeginChildLevel();
+  values_.BeginChildLevel();
 }
 
 void PropertyManager::SetCurrentConfig(const char* config) {
-  values.SetConfig(View(config));
+  values_.SetConfig(View(config));
   // If nothing was read before this call, the application has no configurations.
-  if (configurationsAreCurrent) return;
-  configurations.clear();
-  configurationsText.clear();
+  if (configurationsAreCurrent_) return;
+  configurations_.clear();
+  configurationsText_.clear();
 }
 
 std::string PropertyManager::ListConfigurations() {
-  return Lines(configurations);
+  return Lines(configurations_);
 }
 
 }  // namespace tarn::options

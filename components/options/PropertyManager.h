@@ -65,7 +65,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   void BeginChildLevel();
   void SetCurrentConfig(const char* config);
   // Empty if no node is held.
-  const std::string& GetOwnSet() { return values.OwnSet(); }
+  const std::string& GetOwnSet() { return values_.OwnSet(); }
   std::string ListConfigurations();
 
   // --- The options window ---
@@ -75,12 +75,12 @@ class PropertyManager : public DispatchObject<PropertyManager> {
                               std::int32_t enable);
   std::int32_t HideSection(const char* set, const char* section, std::int32_t hide);
   std::int32_t HideSet(const char* set, std::int32_t hide);
-  std::int32_t GetSwitchCount() { return switchCount; }
+  std::int32_t GetSwitchCount() { return switchCount_; }
   std::int32_t ShowOptions(std::int32_t frame);
   std::int32_t GetPropertyWindow();
   void BeginUpdate();
   void EndUpdate();
-  bool IsHeld() const { return updates > 0; }
+  bool IsHeld() const { return updates_ > 0; }
   std::string GetPropState();
   void SetPropState(const char* state);
   // Reloads the definitions if their files have changed; returns 1 if so. The caller has to
@@ -109,33 +109,33 @@ class PropertyManager : public DispatchObject<PropertyManager> {
                         const PropertyDefinition& property);
   void NoteError(std::string_view name, std::string_view error);
 
-  FileSystem& files;
-  KeyTable keys;
-  Definitions definitions;
-  NodeValues values;
-  UndoList undo;
+  FileSystem& files_;
+  KeyTable keys_;
+  Definitions definitions_;
+  NodeValues values_;
+  UndoList undo_;
 
-  std::vector<std::string> definitionFiles;  // files passed to ReadDefsFromFile
-  std::string lastDefinitionFile;
-  std::vector<std::string> filesRead;  // definitionFiles and the files they include
-  std::uint64_t digest = 0;            // of their contents
-  std::vector<std::string> definitionErrors;
-  std::string lostDefinitions;
-  std::vector<std::string> valueErrors;  // macro cycles found, each reported once
+  std::vector<std::string> definitionFiles_;  // files passed to ReadDefsFromFile
+  std::string lastDefinitionFile_;
+  std::vector<std::string> filesRead_;  // definitionFiles and the files they include
+  std::uint64_t digest_ = 0;            // of their contents
+  std::vector<std::string> definitionErrors_;
+  std::string lostDefinitions_;
+  std::vector<std::string> valueErrors_;  // macro cycles found, each reported once
 
-  std::string configurationsText;
-  std::vector<std::string> configurations;
-  bool configurationsAreCurrent = false;
+  std::string configurationsText_;
+  std::vector<std::string> configurations_;
+  bool configurationsAreCurrent_ = false;
 
-  std::unordered_map<std::string, bool> hidden;    // by lower-case "set", "set.section", ...
-  std::unordered_map<std::string, bool> disabled;  // by lower-case "set.section.property"
-  std::int32_t switchCount = 0;                    // changes of `hidden` and `disabled`
-  std::int32_t updates = 0;
-  std::string propState;
-  std::string newConfigName;
-  std::string changedProperty;
-  WindowHandle frame = 0;
-  std::unique_ptr<OptionsWnd> window;  // created on request of a host
+  std::unordered_map<std::string, bool> hidden_;    // by lower-case "set", "set.section", ...
+  std::unordered_map<std::string, bool> disabled_;  // by lower-case "set.section.property"
+  std::int32_t switchCount_ = 0;                    // changes of `hidden` and `disabled`
+  std::int32_t updates_ = 0;
+  std::string propState_;
+  std::string newConfigName_;
+  std::string changedProperty_;
+  WindowHandle frame_ = 0;
+  std::unique_ptr<OptionsWnd> window_;  // created on request of a host
 };
 
 }  // namespace tarn::options

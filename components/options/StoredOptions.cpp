@@ -83,51 +83,51 @@ std::uint64_t MarkFor(const StoredOptions& options, std::string_view config) {
 }
 
 StoredWriter::StoredWriter(std::string_view config) {
-  text = "<Config Header=\"";
-  AppendEscaped(text, config);
-  text += "\">";
+  text_ = "<Config Header=\"";
+  AppendEscaped(text_, config);
+  text_ += "\">";
 }
 
 void StoredWriter::Value(std::string_view set, std::string_view section, std::string_view property,
                          std::string_view value, bool removable) {
-  if (!setOpen || set != openSet) {
+  if (!setOpen_ || set != openSet_) {
     CloseSet();
-    text += "<Set Header=\"";
-    AppendEscaped(text, set);
-    text += "\">";
-    setOpen = true;
-    openSet = set;
+    text_ += "<Set Header=\"";
+    AppendEscaped(text_, set);
+    text_ += "\">";
+    setOpen_ = true;
+    openSet_ = set;
   }
-  if (!sectionOpen || section != openSection) {
+  if (!sectionOpen_ || section != openSection_) {
     CloseSection();
-    text += "<Section Header=\"";
-    AppendEscaped(text, section);
-    text += "\">";
-    sectionOpen = true;
-    openSection = section;
+    text_ += "<Section Header=\"";
+    AppendEscaped(text_, section);
+    text_ += "\">";
+    sectionOpen_ = true;
+    openSection_ = section;
   }
-  text += "<Property Header=\"";
-  AppendEscaped(text, property);
-  text += removable ? "\" Removable=\"Yes\" Value=\"" : "\" Value=\"";
-  AppendEscaped(text, value);
-  text += "\" />";
+  text_ += "<Property Header=\"";
+  AppendEscaped(text_, property);
+  text_ += removable ? "\" Removable=\"Yes\" Value=\"" : "\" Value=\"";
+  AppendEscaped(text_, value);
+  text_ += "\" />";
 }
 
 void StoredWriter::CloseSection() {
-  if (sectionOpen) text += "</Section>";
-  sectionOpen = false;
+  if (sectionOpen_) text_ += "</Section>";
+  sectionOpen_ = false;
 }
 
 void StoredWriter::CloseSet() {
   CloseSection();
-  if (setOpen) text += "</Set>";
-  setOpen = false;
+  if (setOpen_) text_ += "</Set>";
+  setOpen_ = false;
 }
 
 std::string StoredWriter::Finish() {
   CloseSet();
-  text += "</Config>";
-  return std::move(text);
+  text_ += "</Config>";
+  return std::move(text_);
 }
 
 }  // namespace tarn::options

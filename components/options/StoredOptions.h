@@ -52,11 +52,11 @@ class StoredWriter {
   void CloseSection();
   void CloseSet();
 
-  std::string text;
-  bool setOpen = false;
-  bool sectionOpen = false;
-  std::string openSet;
-  std::string openSection;
+  std::string text_;
+  bool setOpen_ = false;
+  bool sectionOpen_ = false;
+  std::string openSet_;
+  std::string openSection_;
 };
 
 }  // namespace tarn::options

@@ -11,25 +11,25 @@ constexpr std::size_t kMaxChanges = 1000;
 }  // namespace
 
 void UndoList::Add(ValueChange change) {
-  std::erase_if(changes, [&](const Entry& entry) {
+  std::erase_if(changes_, [&](const Entry& entry) {
     return entry.undone && entry.change.node == change.node;
   });
-  if (changes.size() >= kMaxChanges) changes.erase(changes.begin());
-  changes.push_back({std::move(change), false});
+  if (changes_.size() >= kMaxChanges) changes_.erase(changes_.begin());
+  changes_.push_back({std::move(change), false});
 }
 
 const ValueChange* UndoList::NextUndo(const std::string& node) const {
-  const auto last = std::find_if(changes.rbegin(), changes.rend(), [&](const Entry& entry) {
+  const auto last = std::find_if(changes_.rbegin(), changes_.rend(), [&](const Entry& entry) {
     return !entry.undone && entry.change.node == node;
   });
-  return last == changes.rend() ? nullptr : &last->change;
+  return last == changes_.rend() ? nullptr : &last->change;
 }
 
 const ValueChange* UndoList::NextRedo(const std::string& node) const {
-  const auto first = std::find_if(changes.begin(), changes.end(), [&](const Entry& entry) {
+  const auto first = std::find_if(changes_.begin(), changes_.end(), [&](const Entry& entry) {
     return entry.undone && entry.change.node == node;
   });
-  return first == changes.end() ? nullptr : &first->change;
+  return first == changes_.end() ? nullptr : &first->change;
 }
 
 const ValueChange* UndoList::Undo(const std::string& node) {
@@ -41,7 +41,7 @@ const ValueChange* UndoList::Redo(const std::string& node) {
 }
 
 const ValueChange* UndoList::Mark(const ValueChange* change, bool undone) {
-  for (Entry& entry : changes) {
+  for (Entry& entry : changes_) {
     if (&entry.change == change) entry.undone = undone;
   }
   return change;

@@ -31,7 +31,7 @@ class UndoList {
   // Return the change that Undo or Redo would return, without marking it.
   const ValueChange* NextUndo(const std::string& node) const;
   const ValueChange* NextRedo(const std::string& node) const;
-  void Clear() { changes.clear(); }
+  void Clear() { changes_.clear(); }
 
  private:
   struct Entry {
@@ -40,7 +40,7 @@ class UndoList {
   };
   const ValueChange* Mark(const ValueChange* change, bool undone);
 
-  std::vector<Entry> changes;  // oldest first
+  std::vector<Entry> changes_;  // oldest first
 };
 
 }  // namespace tarn::options

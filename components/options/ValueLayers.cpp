@@ -34,42 +34,42 @@ std::string WithInherited(std::string_view text, std::string_view inherited) {
 class Parser : public ValuesSink {
  public:
   Parser(KeyTable& keyTable, ParsedValues& target, Snapshot& snapshot)
-      : keys(keyTable), parsed(target), below(snapshot) {}
+      : keys_(keyTable), parsed_(target), below_(snapshot) {}
 
   void OnHeader(const ValuesHeader& header) override {
-    if (!header.ownSet.empty()) parsed.ownSet = keys.AddSet(header.ownSet);
-    parsed.config = header.config;
-    parsed.applied = header.applied;
-    for (const std::string& set : header.outerSets) below.sets.push_back(keys.AddSet(set));
+    if (!header.ownSet.empty()) parsed_.ownSet = keys_.AddSet(header.ownSet);
+    parsed_.config = header.config;
+    parsed_.applied = header.applied;
+    for (const std::string& set : header.outerSets) below_.sets.push_back(keys_.AddSet(set));
   }
 
   void OnValue(ValueLayer layer, std::string_view set, std::string_view section,
                std::string_view property, std::string value) override {
-    const KeyId key = keys.AddKey(set, section, property);
-    if (layer == ValueLayer::Own) parsed.own.Set(key, std::move(value));
-    if (layer == ValueLayer::Inherited) below.values.Set(key, std::move(value));
+    const KeyId key = keys_.AddKey(set, section, property);
+    if (layer == ValueLayer::Own) parsed_.own.Set(key, std::move(value));
+    if (layer == ValueLayer::Inherited) below_.values.Set(key, std::move(value));
     if (layer != ValueLayer::Default) return;
-    const SetId setId = keys.Get(key).set;
-    if (!below.HasDefaultsOf(setId)) below.defaultSets.push_back(setId);
-    below.defaults.Set(key, std::move(value));
+    const SetId setId = keys_.Get(key).set;
+    if (!below_.HasDefaultsOf(setId)) below_.defaultSets.push_back(setId);
+    below_.defaults.Set(key, std::move(value));
   }
 
  private:
-  KeyTable& keys;
-  ParsedValues& parsed;
-  Snapshot& below;
+  KeyTable& keys_;
+  ParsedValues& parsed_;
+  Snapshot& below_;
 };
 
 }  // namespace
 
 void ValueMap::Set(KeyId key, std::string value) {
-  if (key >= places.size()) places.resize(key + 1);
-  if (places[key] != 0) {
-    values[places[key] - 1].second = std::move(value);
+  if (key >= places_.size()) places_.resize(key + 1);
+  if (places_[key] != 0) {
+    values_[places_[key] - 1].second = std::move(value);
     return;
   }
-  values.emplace_back(key, std::move(value));
-  places[key] = static_cast<std::uint32_t>(values.size());
+  values_.emplace_back(key, std::move(value));
+  places_[key] = static_cast<std::uint32_t>(values_.size());
 }
 
 bool Snapshot::HasSet(SetId set) const {

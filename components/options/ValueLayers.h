@@ -19,14 +19,14 @@ class ValueMap {
   void Set(KeyId key, std::string value);
   // Returns nullptr if there is no value. Borrowed until the map changes.
   const std::string* Find(KeyId key) const {
-    return key < places.size() && places[key] != 0 ? &values[places[key] - 1].second : nullptr;
+    return key < places_.size() && places_[key] != 0 ? &values_[places_[key] - 1].second : nullptr;
   }
   // All values, in insertion order.
-  const std::vector<Value>& All() const { return values; }
+  const std::vector<Value>& All() const { return values_; }
 
  private:
-  std::vector<Value> values;
-  std::vector<std::uint32_t> places;  // by key: index in `values` + 1
+  std::vector<Value> values_;
+  std::vector<std::uint32_t> places_;  // by key: index in `values` + 1
 };
 
 // Everything below a node's own values: the flattened values of its ancestors, and the defaults.
@@ -73,25 +73,25 @@ void AppendElements(std::string& to, const KeyTable& keys,
 template <class Parsed>
 class TextCache {
  public:
-  explicit TextCache(std::size_t size) : limit(size) {}
+  explicit TextCache(std::size_t size) : limit_(size) {}
 
   template <class Make>
   std::shared_ptr<Parsed> Get(std::string_view text, Make make) {
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      if (entries[i]->text != text) continue;
-      std::shared_ptr<Parsed> found = entries[i];
-      for (; i > 0; --i) entries[i].swap(entries[i - 1]);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      if (entries_[i]->text != text) continue;
+      std::shared_ptr<Parsed> found = entries_[i];
+      for (; i > 0; --i) entries_[i].swap(entries_[i - 1]);
       return found;
     }
-    if (entries.size() >= limit) entries.pop_back();
-    entries.insert(entries.begin(), make());
-    return entries.front();
+    if (entries_.size() >= limit_) entries_.pop_back();
+    entries_.insert(entries_.begin(), make());
+    return entries_.front();
   }
-  void Clear() { entries.clear(); }
+  void Clear() { entries_.clear(); }
 
  private:
-  std::size_t limit;
-  std::vector<std::shared_ptr<Parsed>> entries;  // most recently used first
+  std::size_t limit_;
+  std::vector<std::shared_ptr<Parsed>> entries_;  // most recently used first
 };
 
 }  // namespace tarn::options

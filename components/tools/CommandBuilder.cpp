@@ -30,59 +30,59 @@ bool IsAmong(const std::vector<std::string>& patterns, std::string_view word) {
 class PlanMaker : public TemplateValues {
  public:
   PlanMaker(const ToolDefinition& toolDefinition, const ToolJob& toolJob)
-      : tool(toolDefinition), job(toolJob), folder(toolJob.baseFolder) {}
+      : tool_(toolDefinition), job_(toolJob), folder_(toolJob.baseFolder) {}
 
   ToolPlan Make() {
-    spelledBase = SpelledPath(job.disk, folder);
-    spelledFolder = spelledBase;
-    plan.output = Path(tool.output);
-    plan.outputOnDisk = Spelled(plan.output);
-    plan.listing = Spelled(Path(tool.listing));
-    plan.rules = Spelled(Path(tool.rules));
-    plan.furtherRules = Spelled(Path(tool.furtherRules));
-    plan.sizeFile = Path(tool.size.file);
-    plan.globals = Spelled(Path(tool.globals.file));
-    plan.products = Paths(tool.products);
-    for (std::string& product : plan.products) product = Spelled(product);
-    for (const RandomNameRule& rule : tool.randomNames) {
+    spelledBase_ = SpelledPath(job_.disk, folder_);
+    spelledFolder_ = spelledBase_;
+    plan_.output = Path(tool_.output);
+    plan_.outputOnDisk = Spelled(plan_.output);
+    plan_.listing = Spelled(Path(tool_.listing));
+    plan_.rules = Spelled(Path(tool_.rules));
+    plan_.furtherRules = Spelled(Path(tool_.furtherRules));
+    plan_.sizeFile = Path(tool_.size.file);
+    plan_.globals = Spelled(Path(tool_.globals.file));
+    plan_.products = Paths(tool_.products);
+    for (std::string& product : plan_.products) product = Spelled(product);
+    for (const RandomNameRule& rule : tool_.randomNames) {
       for (const std::string& path : Paths({rule.file})) {
-        plan.randomNames.emplace_back(Spelled(path), rule.patterns);
+        plan_.randomNames.emplace_back(Spelled(path), rule.patterns);
       }
     }
-    plan.depends = Paths(tool.depends);
-    plan.variables = tool.variables;
-    plan.helpers = tool.helpers.programs;
-    plan.helperFiles = Pieces(tool.helpers.files, SplitOptionList);
-    for (const LibraryRule& rule : tool.libraries) {
+    plan_.depends = Paths(tool_.depends);
+    plan_.variables = tool_.variables;
+    plan_.helpers = tool_.helpers.programs;
+    plan_.helperFiles = Pieces(tool_.helpers.files, SplitOptionList);
+    for (const LibraryRule& rule : tool_.libraries) {
       for (std::string& name : Pieces(rule.implicit, SplitOptionList)) {
-        plan.implicitLibraries.push_back(std::move(name));
+        plan_.implicitLibraries.push_back(std::move(name));
       }
     }
-    plan.respelled = job.respelled;
-    for (const StepRule& step : tool.steps) {
-      folder = job.baseFolder;
-      relative = step.relativePaths;
+    plan_.respelled = job_.respelled;
+    for (const StepRule& step : tool_.steps) {
+      folder_ = job_.baseFolder;
+      relative_ = step.relativePaths;
       if (!Holds(step.conditions)) continue;
-      plan.commands.push_back(MakeCommand(step));
+      plan_.commands.push_back(MakeCommand(step));
     }
-    folder = job.baseFolder;
-    for (const ByProductRule& rule : tool.byProducts) AddByProducts(rule);
-    return std::move(plan);
+    folder_ = job_.baseFolder;
+    for (const ByProductRule& rule : tool_.byProducts) AddByProducts(rule);
+    return std::move(plan_);
   }
 
   std::string Own(OwnName name) const override {
-    return isSplitLater ? ProtectSeparators(OwnValue(name)) : OwnValue(name);
+    return isSplitLater_ ? ProtectSeparators(OwnValue(name)) : OwnValue(name);
   }
 
   std::string Option(const std::string& macro) const override {
     std::string circle;
     std::string missing;
-    std::string value = isSplitLater ? job.values->ResolveUnsplit(macro, &circle, &missing)
-                                     : job.values->Resolve(macro, &circle, &missing);
+    std::string value = isSplitLater_ ? job_.values->ResolveUnsplit(macro, &circle, &missing)
+                                      : job_.values->Resolve(macro, &circle, &missing);
     if (!circle.empty()) AddProblem(circle);
     if (!missing.empty()) {
       AddProblem("the option " + missing + " is not set in the configuration " +
-                 job.values->GetConfig() + ", and it has no default");
+                 job_.values->GetConfig() + ", and it has no default");
     }
     return value;
   }
@@ -91,23 +91,23 @@ class PlanMaker : public TemplateValues {
   std::string OwnValue(OwnName name) const {
     switch (name) {
       case OwnName::File:
-        return job.files.empty() ? std::string() : Shown(job.files.front(), true);
+        return job_.files.empty() ? std::string() : Shown(job_.files.front(), true);
       case OwnName::Output:
-        return Shown(plan.outputOnDisk);
+        return Shown(plan_.outputOnDisk);
       case OwnName::OutputBase:
-        return Shown(WithoutExtension(plan.outputOnDisk));
+        return Shown(WithoutExtension(plan_.outputOnDisk));
       case OwnName::Listing:
-        return Shown(plan.listing);
+        return Shown(plan_.listing);
       case OwnName::Rules:
-        return Shown(plan.rules);
+        return Shown(plan_.rules);
       case OwnName::Folder:
-        return spelledFolder;
+        return spelledFolder_;
       case OwnName::Item:
-        return item;
+        return item_;
       case OwnName::ItemName:
-        return FileNameOf(item);
+        return FileNameOf(item_);
       case OwnName::LinkTime:
-        return isLinkTime ? "Yes" : "";
+        return isLinkTime_ ? "Yes" : "";
     }
     return {};
   }
@@ -117,9 +117,9 @@ class PlanMaker : public TemplateValues {
       return FindFlag(rule.with, argument) != nullptr;
     };
     bool isMade = rule.with.empty() && !rule.isForArguments;
-    for (const ToolCommand& command : plan.commands) {
+    for (const ToolCommand& command : plan_.commands) {
       if (isMade) break;
-      const std::vector<std::string> words = ExpandArguments(command, job.disk).words;
+      const std::vector<std::string> words = ExpandArguments(command, job_.disk).words;
       isMade = std::any_of(words.begin(), words.end(), asks);
       if (!rule.isForArguments) continue;
       if (isMade || rule.with.empty()) AddByProductsOf(rule, command.folder, words);
@@ -133,47 +133,47 @@ class PlanMaker : public TemplateValues {
                        const std::vector<std::string>& words) {
     for (const std::string& word : words) {
       if (word.empty() || word.front() == '-') continue;
-      item = WithoutExtension(AbsolutePath(job.disk, workingFolder, word));
+      item_ = WithoutExtension(AbsolutePath(job_.disk, workingFolder, word));
       for (const std::string& path : Paths({rule.file})) AddByProduct(path);
     }
-    item.clear();
+    item_.clear();
   }
 
   void AddByProduct(const std::string& path) {
     if (!path.ends_with('*')) {
-      plan.byProducts.push_back(Spelled(path));
+      plan_.byProducts.push_back(Spelled(path));
       return;
     }
-    plan.byProductStarts.push_back(Spelled(path.substr(0, path.size() - 1)));
-    if (job.disk == nullptr) return;
-    for (std::string& each : FindFilesThatStart(*job.disk, plan.byProductStarts.back())) {
-      plan.byProducts.push_back(std::move(each));
+    plan_.byProductStarts.push_back(Spelled(path.substr(0, path.size() - 1)));
+    if (job_.disk == nullptr) return;
+    for (std::string& each : FindFilesThatStart(*job_.disk, plan_.byProductStarts.back())) {
+      plan_.byProducts.push_back(std::move(each));
     }
   }
 
   void AddProblem(const std::string& problem) const {
-    auto& problems = plan.problems;
+    auto& problems = plan_.problems;
     const bool isKnown = std::find(problems.begin(), problems.end(), problem) != problems.end();
     if (!isKnown) problems.push_back(problem);
   }
 
   std::string Path(const Template& text) const {
-    return AbsolutePath(job.disk, folder, text.Fill(*this));
+    return AbsolutePath(job_.disk, folder_, text.Fill(*this));
   }
 
   // Returns the name of an output file as the tool gets it.
   std::string Spelled(const std::string& path) const {
-    return SpelledOutput(job.disk, path, job.baseFolder, spelledBase);
+    return SpelledOutput(job_.disk, path, job_.baseFolder, spelledBase_);
   }
 
   // Returns a `path` argument as the step gets it.
   std::string SpelledArgument(const std::string& path, bool isSource) const {
     const std::string output = Spelled(path);
-    const auto& made = plan.products;
+    const auto& made = plan_.products;
     if (std::find(made.begin(), made.end(), output) != made.end()) return output;
     bool isExact = true;
-    std::string name = SpelledPath(job.disk, path, &isExact);
-    plan.hasInexactNames |= !isExact && !isSource;
+    std::string name = SpelledPath(job_.disk, path, &isExact);
+    plan_.hasInexactNames |= !isExact && !isSource;
     return name;
   }
 
@@ -181,7 +181,7 @@ class PlanMaker : public TemplateValues {
     std::vector<std::string> paths;
     for (const Template& text : texts) {
       for (const std::string& entry : Pieces(text, SplitOptionList)) {
-        paths.push_back(AbsolutePath(job.disk, folder, entry));
+        paths.push_back(AbsolutePath(job_.disk, folder_, entry));
       }
     }
     return paths;
@@ -191,9 +191,9 @@ class PlanMaker : public TemplateValues {
   std::vector<std::string> Pieces(const Template& text,
                                   std::vector<std::string> (*split)(std::string_view),
                                   const Template::Change& change = nullptr) const {
-    isSplitLater = true;
+    isSplitLater_ = true;
     std::vector<std::string> pieces = split(text.Fill(*this, change));
-    isSplitLater = false;
+    isSplitLater_ = false;
     for (std::string& piece : pieces) piece = RestoreSeparators(piece);
     return pieces;
   }
@@ -201,8 +201,8 @@ class PlanMaker : public TemplateValues {
   // Returns an absolute path as the step writes it. `mayClimb`: the project has it as a path
   // relative to itself, so it moves with the project even if it is outside the working folder.
   std::string Shown(const std::string& path, bool mayClimb = false) const {
-    if (!relative || path.empty()) return path;
-    if (path == spelledFolder) return ".";
+    if (!relative_ || path.empty()) return path;
+    if (path == spelledFolder_) return ".";
     const std::string way = RelativeTo(path);
     const std::size_t levels = LevelsUp(way);
     if (way.empty() || (levels > 0 && !(mayClimb && CanClimb(levels)))) return path;
@@ -211,12 +211,12 @@ class PlanMaker : public TemplateValues {
   }
 
   std::string RelativeTo(const std::string& path) const {
-    const std::string prefix = AddSeparator(spelledFolder);
+    const std::string prefix = AddSeparator(spelledFolder_);
     // A remaining ".." follows a symbolic link.
     if (FindParentStep(path) != std::string::npos) {
       return path.starts_with(prefix) ? path.substr(prefix.size()) : std::string();
     }
-    std::string way = ToNativeSeparators(RelativeDiskPath(spelledFolder, path));
+    std::string way = ToNativeSeparators(RelativeDiskPath(spelledFolder_, path));
     const std::string here = {'.', kSeparator};
     if (way.starts_with(here)) way.erase(0, here.size());
     return way;
@@ -234,12 +234,12 @@ class PlanMaker : public TemplateValues {
   // Returns true if the working folder is more than `levels` deep and ".." can be resolved
   // textually there; after a symbolic link it would lead elsewhere.
   bool CanClimb(std::size_t levels) const {
-    std::string above = spelledFolder;
+    std::string above = spelledFolder_;
     for (std::size_t i = 0; i < levels; ++i) above = FolderOf(above);
     if (above.empty() || FolderOf(above) == above || FolderOf(above).empty()) return false;
-    if (job.disk == nullptr) return true;
-    return job.disk->ResolveLinks(spelledFolder) ==
-           job.disk->ResolveLinks(above) + spelledFolder.substr(above.size());
+    if (job_.disk == nullptr) return true;
+    return job_.disk->ResolveLinks(spelledFolder_) ==
+           job_.disk->ResolveLinks(above) + spelledFolder_.substr(above.size());
   }
 
   bool Holds(const Condition& condition) const {
@@ -265,17 +265,17 @@ class PlanMaker : public TemplateValues {
   ToolCommand MakeCommand(const StepRule& step) {
     ToolCommand command;
     command.rule = &step;
-    if (!step.folder.IsEmpty()) folder = Path(step.folder);
-    spelledFolder = SpelledPath(job.disk, folder);
-    command.folder = spelledFolder;
+    if (!step.folder.IsEmpty()) folder_ = Path(step.folder);
+    spelledFolder_ = SpelledPath(job_.disk, folder_);
+    command.folder = spelledFolder_;
     command.program = step.program.Fill(*this);
-    isLinkTime = false;
+    isLinkTime_ = false;
     AddAllArguments(step, command);
-    if (!tool.linkTime.empty()) {
-      isLinkTime = LeavesCodeToTheLink(tool, ExpandArguments(command, job.disk).words);
-      if (isLinkTime) AddAllArguments(step, command);
+    if (!tool_.linkTime.empty()) {
+      isLinkTime_ = LeavesCodeToTheLink(tool_, ExpandArguments(command, job_.disk).words);
+      if (isLinkTime_) AddAllArguments(step, command);
     }
-    command.moves = std::exchange(moves, {});
+    command.moves = std::exchange(moves_, {});
     if (step.plainArguments) RefuseSpecial(command);
     if (step.hasLauncher) AddLauncher(step, command);
     for (const EnvironmentRule& rule : step.environment) {
@@ -286,7 +286,7 @@ class PlanMaker : public TemplateValues {
 
   void AddAllArguments(const StepRule& step, ToolCommand& command) {
     command.arguments.clear();
-    moves.clear();
+    moves_.clear();
     for (const ArgumentRule& rule : step.arguments) AddArguments(rule, command.arguments);
   }
 
@@ -298,25 +298,25 @@ class PlanMaker : public TemplateValues {
     }
     const bool isFiles = rule.source == ArgumentRule::Source::Files;
     for (std::string& entry :
-         isFiles ? std::vector<std::string>(job.files) : Pieces(rule.list, SplitOptionList)) {
-      item = std::move(entry);
+         isFiles ? std::vector<std::string>(job_.files) : Pieces(rule.list, SplitOptionList)) {
+      item_ = std::move(entry);
       AddArgument(rule, arguments);
     }
-    item.clear();
+    item_.clear();
   }
 
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
     const bool isFile = rule.source == ArgumentRule::Source::Files;
     const auto asPath = [this, isFile, &rule](const std::string& value) {
-      const std::string path = isSplitLater ? RestoreSeparators(value) : value;
+      const std::string path = isSplitLater_ ? RestoreSeparators(value) : value;
       const bool isOwn = isFile || IsRelativePath(ToNativeSeparators(path)) ||
-                         path.starts_with(AddSeparator(job.baseFolder));
-      const std::string full = AbsolutePath(job.disk, job.baseFolder, path);
+                         path.starts_with(AddSeparator(job_.baseFolder));
+      const std::string full = AbsolutePath(job_.disk, job_.baseFolder, path);
       std::string name = Shown(SpelledArgument(full, isFile), isOwn);
       if (name.find_first_of(rule.avoided) != std::string::npos) name = StandIn(name, full);
-      return isSplitLater ? ProtectSeparators(name) : name;
+      return isSplitLater_ ? ProtectSeparators(name) : name;
     };
-    const bool wasRelative = std::exchange(relative, relative || rule.isRelative);
+    const bool wasRelative = std::exchange(relative_, relative_ || rule.isRelative);
     const Template::Change change = rule.isPath ? Template::Change(asPath) : nullptr;
     if (rule.isWords) {
       for (std::string& word : Pieces(rule.value, SplitWords, change)) {
@@ -326,14 +326,14 @@ class PlanMaker : public TemplateValues {
     } else {
       arguments.push_back(rule.value.Fill(*this, change));
     }
-    relative = wasRelative;
+    relative_ = wasRelative;
   }
 
   // Returns the name of a temporary file in the working folder that the program writes instead of
   // `path`.
   std::string StandIn(const std::string& name, const std::string& path) {
     std::string scratch = ".tarn-" + HexText(HashBytes(name)) + ".tmp";
-    moves.emplace_back(JoinPath(spelledFolder, scratch), Spelled(path));
+    moves_.emplace_back(JoinPath(spelledFolder_, scratch), Spelled(path));
     return scratch;
   }
 
@@ -347,7 +347,7 @@ class PlanMaker : public TemplateValues {
   // Makes the launcher the program, and the actual program its first argument.
   void AddLauncher(const StepRule& step, ToolCommand& command) const {
     auto words = SplitWords(step.launcher.Fill(*this));
-    if (words.empty()) words = SplitWords(job.environmentLauncher);
+    if (words.empty()) words = SplitWords(job_.environmentLauncher);
     if (words.empty()) return;
     words.push_back(command.program);
     command.program = words.front();
@@ -355,17 +355,17 @@ class PlanMaker : public TemplateValues {
     command.arguments.insert(command.arguments.begin(), words.begin() + 1, words.end());
   }
 
-  const ToolDefinition& tool;
-  const ToolJob& job;
-  mutable ToolPlan plan;
-  std::string spelledBase;    // the base folder as spelled on disk
-  std::string folder;         // working folder of the current step
-  std::string spelledFolder;  // `folder` as spelled on disk
-  mutable bool isSplitLater = false;
-  bool isLinkTime = false;  // the current step enables link-time optimization
-  bool relative = false;    // of the current step
-  std::string item;         // of the current list
-  std::vector<std::pair<std::string, std::string>> moves;  // of the current step
+  const ToolDefinition& tool_;
+  const ToolJob& job_;
+  mutable ToolPlan plan_;
+  std::string spelledBase_;    // the base folder as spelled on disk
+  std::string folder_;         // working folder of the current step
+  std::string spelledFolder_;  // `folder` as spelled on disk
+  mutable bool isSplitLater_ = false;
+  bool isLinkTime_ = false;  // the current step enables link-time optimization
+  bool relative_ = false;    // of the current step
+  std::string item_;         // of the current list
+  std::vector<std::pair<std::string, std::string>> moves_;  // of the current step
 };
 
 // Values of unknown options.

@@ -23,10 +23,10 @@ constexpr std::string_view kShippedMessages = "messages.tools";
 class ToolReader : public ElementReader {
  public:
   ToolReader(const NamedMessageRules& messages, const NamedHarmlessFlags& harmless)
-      : knownMessages(messages), knownHarmless(harmless) {}
+      : knownMessages_(messages), knownHarmless_(harmless) {}
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
-    tool = std::make_unique<ToolDefinition>();
+    tool_ = std::make_unique<ToolDefinition>();
     CheckAttributes(
         node,
         {"Name",     "Title",       "Hint",         "Extensions",     "Messages",     "Output",
@@ -34,48 +34,49 @@ class ToolReader : public ElementReader {
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
          "Harmless", "LoadsFrom",   "LoadsNextTo",  "Early",          "Carries"});
-    tool->name = Text(node, "Name");
-    tool->isEarly = IsYes(node, "Early");
-    tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
-    tool->title = Text(node, "Title");
-    tool->hint = Text(node, "Hint");
-    tool->output = Filled(node, "Output");
-    tool->listing = Filled(node, "Listing");
-    tool->variables = SplitOptionList(Text(node, "Variables"));
-    tool->predefined = SplitOptionList(Text(node, "Predefined"));
-    tool->rules = Filled(node, "Rules");
-    tool->furtherRules = Filled(node, "FurtherRules");
-    tool->writes = SplitOptionList(Text(node, "Writes"));
-    tool->reads = SplitOptionList(Text(node, "Reads"));
-    tool->runs = ReadPatterns(Text(node, "Runs"));
-    tool->strays = ReadPatterns(Text(node, "Strays"));
-    tool->loadsFrom = SplitOptionList(Text(node, "LoadsFrom"));
-    tool->loadsNextTo = SplitOptionList(Text(node, "LoadsNextTo"));
+    tool_->name = Text(node, "Name");
+    tool_->isEarly = IsYes(node, "Early");
+    tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
+    tool_->title = Text(node, "Title");
+    tool_->hint = Text(node, "Hint");
+    tool_->output = Filled(node, "Output");
+    tool_->listing = Filled(node, "Listing");
+    tool_->variables = SplitOptionList(Text(node, "Variables"));
+    tool_->predefined = SplitOptionList(Text(node, "Predefined"));
+    tool_->rules = Filled(node, "Rules");
+    tool_->furtherRules = Filled(node, "FurtherRules");
+    tool_->writes = SplitOptionList(Text(node, "Writes"));
+    tool_->reads = SplitOptionList(Text(node, "Reads"));
+    tool_->runs = ReadPatterns(Text(node, "Runs"));
+    tool_->strays = ReadPatterns(Text(node, "Strays"));
+    tool_->loadsFrom = SplitOptionList(Text(node, "LoadsFrom"));
+    tool_->loadsNextTo = SplitOptionList(Text(node, "LoadsNextTo"));
     ReadHarmless(Text(node, "Harmless"));
-    for (auto& [flag, place] : ReadPairs(Text(node, "Loads"))) tool->loads.push_back({flag, place});
+    for (auto& [flag, place] : ReadPairs(Text(node, "Loads")))
+      tool_->loads.push_back({flag, place});
     for (auto& [sections, options] : ReadPairs(Text(node, "Carries"))) {
-      tool->carriers.push_back({sections, options});
+      tool_->carriers.push_back({sections, options});
     }
     constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
-    tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
-    tool->search = SplitOptionList(Text(node, "Search"));
-    tool->prefixedSearch = SplitOptionList(Text(node, "PrefixedSearch"));
-    tool->searchPrefix = SplitOptionList(Text(node, "SearchPrefix"));
-    tool->includes = SplitOptionList(Text(node, "Includes"));
-    tool->defines = SplitOptionList(Text(node, "Defines"));
-    tool->linkTime = SplitOptionList(Text(node, "LinkTime"));
-    tool->notLinkTime = SplitOptionList(Text(node, "NotLinkTime"));
-    if (tool->name.empty()) Fail("a tool has no Name");
+    tool_->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
+    tool_->search = SplitOptionList(Text(node, "Search"));
+    tool_->prefixedSearch = SplitOptionList(Text(node, "PrefixedSearch"));
+    tool_->searchPrefix = SplitOptionList(Text(node, "SearchPrefix"));
+    tool_->includes = SplitOptionList(Text(node, "Includes"));
+    tool_->defines = SplitOptionList(Text(node, "Defines"));
+    tool_->linkTime = SplitOptionList(Text(node, "LinkTime"));
+    tool_->notLinkTime = SplitOptionList(Text(node, "NotLinkTime"));
+    if (tool_->name.empty()) Fail("a tool has no Name");
     ReadExtensions(Text(node, "Extensions"));
     ReadChildren(node);
     ReadMessages(Text(node, "Messages"));
-    if (tool->steps.empty()) Fail("a tool has no Step");
-    return std::move(tool);
+    if (tool_->steps.empty()) Fail("a tool has no Step");
+    return std::move(tool_);
   }
 
   // Returns the first unknown message list that the tool refers to. Only meaningful if the tool has
   // no other error.
-  const std::string& MissingMessages() const { return missingMessages; }
+  const std::string& MissingMessages() const { return missingMessages_; }
 
  private:
   Template Parse(const std::string& text) {
@@ -101,29 +102,29 @@ class ToolReader : public ElementReader {
 
   void ReadExtensions(const std::string& list) {
     for (const std::string& entry : SplitOptionList(list)) {
-      tool->extensions.push_back(FoldCase(entry.front() == '.' ? entry : "." + entry));
+      tool_->extensions.push_back(FoldCase(entry.front() == '.' ? entry : "." + entry));
     }
   }
 
   // The tool's own lines come first in the list.
   void ReadMessages(const std::string& names) {
     for (const std::string& name : SplitWords(names)) {
-      const auto found = knownMessages.find(name);
-      if (found != knownMessages.end()) {
-        tool->messages.push_back(found->second);
-      } else if (missingMessages.empty()) {
-        missingMessages = name;
+      const auto found = knownMessages_.find(name);
+      if (found != knownMessages_.end()) {
+        tool_->messages.push_back(found->second);
+      } else if (missingMessages_.empty()) {
+        missingMessages_ = name;
       }
     }
   }
 
   void ReadHarmless(const std::string& names) {
     for (const std::string& name : SplitWords(names)) {
-      const auto found = knownHarmless.find(name);
-      if (found == knownHarmless.end()) {
+      const auto found = knownHarmless_.find(name);
+      if (found == knownHarmless_.end()) {
         Fail("no Harmless is named " + name);
       } else {
-        tool->harmless.Add(found->second);
+        tool_->harmless.Add(found->second);
       }
     }
   }
@@ -141,19 +142,19 @@ class ToolReader : public ElementReader {
     for (const CXmlNode* child : node.GetChildren()) {
       const std::string_view name = child->NameView();
       if (name == "Step") {
-        tool->steps.push_back(ReadStep(*child));
+        tool_->steps.push_back(ReadStep(*child));
       } else if (name == "Env") {
         environment.push_back(ReadEnvironment(*child));
       } else if (name == "Product") {
         ReadProduct(*child);
       } else if (name == "ByProduct") {
-        tool->byProducts.push_back(ReadByProduct(*child));
+        tool_->byProducts.push_back(ReadByProduct(*child));
       } else if (name == "Depend") {
-        tool->depends.push_back(ReadFile(*child));
+        tool_->depends.push_back(ReadFile(*child));
       } else if (name == "Libraries") {
-        tool->libraries.push_back(ReadLibraries(*child));
+        tool_->libraries.push_back(ReadLibraries(*child));
       } else if (name == "Helpers") {
-        tool->helpers = ReadHelpers(*child);
+        tool_->helpers = ReadHelpers(*child);
       } else if (name == "Size") {
         ReadSize(*child);
       } else if (name == "Globals") {
@@ -164,15 +165,15 @@ class ToolReader : public ElementReader {
         Fail("unknown element " + std::string(name));
       }
     }
-    if (!lines->IsEmpty()) tool->messages.push_back(std::move(lines));
-    for (StepRule& step : tool->steps) {
+    if (!lines->IsEmpty()) tool_->messages.push_back(std::move(lines));
+    for (StepRule& step : tool_->steps) {
       step.environment.insert(step.environment.begin(), environment.begin(), environment.end());
     }
   }
 
   void ReadProduct(const CXmlNode& node) {
     CheckAttributes(node, {"File", "RandomNames"});
-    tool->products.push_back(Filled(node, "File"));
+    tool_->products.push_back(Filled(node, "File"));
     std::vector<std::string> patterns = SplitOptionList(Text(node, "RandomNames"));
     for (const std::string& each : patterns) {
       if (each.find('?') == each.npos || each.front() == '?') {
@@ -180,7 +181,7 @@ class ToolReader : public ElementReader {
       }
     }
     if (!patterns.empty()) {
-      tool->randomNames.push_back({tool->products.back(), std::move(patterns)});
+      tool_->randomNames.push_back({tool_->products.back(), std::move(patterns)});
     }
   }
 
@@ -325,13 +326,13 @@ class ToolReader : public ElementReader {
     CheckAttributes(node, {"Format", "File"});
     constexpr std::array kFormats{SizeFormat::Sections, SizeFormat::SdccMap, SizeFormat::SdccAreas,
                                   SizeFormat::None};
-    tool->size.format = kFormats[Choose(node, "Format", {"sections", "sdcc-mem", "sdcc-areas"})];
-    tool->size.file = Filled(node, "File");
+    tool_->size.format = kFormats[Choose(node, "Format", {"sections", "sdcc-mem", "sdcc-areas"})];
+    tool_->size.file = Filled(node, "File");
     for (const CXmlNode* child : node.GetChildren()) {
       if (child->GetType() != XmlElement) continue;
       if (child->NameView() != "Sum") Fail("unknown element " + child->GetName() + " in Size");
       CheckAttributes(*child, {"Label", "Of", "SkipZero"});
-      tool->size.sums.push_back(
+      tool_->size.sums.push_back(
           {Text(*child, "Label"), SplitWords(Text(*child, "Of")), IsYes(*child, "SkipZero")});
     }
   }
@@ -339,16 +340,16 @@ class ToolReader : public ElementReader {
   void ReadGlobals(const CXmlNode& node) {
     CheckAttributes(node, {"Format", "File"});
     constexpr std::array kFormats{GlobalsRule::Format::Dwarf, GlobalsRule::Format::None};
-    tool->globals.format = kFormats[Choose(node, "Format", {"dwarf"})];
-    tool->globals.file = Filled(node, "File");
-    if (tool->globals.file.IsEmpty()) Fail("Globals has no File");
-    if (tool->output.IsEmpty()) Fail("Globals needs an Output");
+    tool_->globals.format = kFormats[Choose(node, "Format", {"dwarf"})];
+    tool_->globals.file = Filled(node, "File");
+    if (tool_->globals.file.IsEmpty()) Fail("Globals has no File");
+    if (tool_->output.IsEmpty()) Fail("Globals needs an Output");
   }
 
-  const NamedMessageRules& knownMessages;
-  const NamedHarmlessFlags& knownHarmless;
-  std::string missingMessages;
-  std::unique_ptr<ToolDefinition> tool;
+  const NamedMessageRules& knownMessages_;
+  const NamedHarmlessFlags& knownHarmless_;
+  std::string missingMessages_;
+  std::unique_ptr<ToolDefinition> tool_;
 };
 
 // Tools omitted because a message list is missing, by the name of that list.

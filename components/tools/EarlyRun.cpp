@@ -28,15 +28,15 @@ std::vector<std::string> WrittenBy(const ToolPlan& plan) {
 EarlyRun::EarlyRun(const ToolWorld& machine, HelperFinder& helpers,
                    std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
                    const char* files, const char* options, std::size_t mostMessages)
-    : world(machine),
-      definition(std::move(toolDefinition)),
-      key(std::move(runKey)),
-      owned(machine, files, options),
-      run(machine, running, helpers, *definition, owned.job, mostMessages),
-      most(mostMessages),
-      claims(WrittenBy(run.Plan())) {
+    : world_(machine),
+      definition_(std::move(toolDefinition)),
+      key_(std::move(runKey)),
+      owned_(machine, files, options),
+      run_(machine, running_, helpers, *definition_, owned_.job, mostMessages),
+      most_(mostMessages),
+      claims_(WrittenBy(run_.Plan())) {
   // Compilers derive the names of by-products from that of the output.
-  claims.push_back(WithoutExtension(run.Plan().outputOnDisk));
+  claims_.push_back(WithoutExtension(run_.Plan().outputOnDisk));
 }
 
 std::string EarlyRun::KeyOf(const char* tool, const char* files, const char* options) {
@@ -49,50 +49,51 @@ std::string EarlyRun::KeyOf(const char* tool, const char* files, const char* opt
 }
 
 bool EarlyRun::MayRunEarly() const {
-  const ToolPlan& plan = run.Plan();
-  const bool isPlain = definition->isEarly && plan.problems.empty() && !plan.outputOnDisk.empty() &&
-                       !plan.rules.empty() && !plan.commands.empty();
-  if (!isPlain || owned.job.files.size() != 1 || !owned.job.repeated.empty()) return false;
-  const RunAccess access = FindRunAccess(world, *definition, plan, owned.job);
+  const ToolPlan& plan = run_.Plan();
+  const bool isPlain = definition_->isEarly && plan.problems.empty() &&
+                       !plan.outputOnDisk.empty() && !plan.rules.empty() && !plan.commands.empty();
+  if (!isPlain || owned_.job.files.size() != 1 || !owned_.job.repeated.empty()) return false;
+  const RunAccess access = FindRunAccess(world_, *definition_, plan, owned_.job);
   // A flag that follows a flag that names a file counts as a name, too.
   const auto isDeclared = [this](const FileWrite& each) {
-    return !each.isCertain || Contains(claims, each.path) || FileNameOf(each.path).starts_with('-');
+    return !each.isCertain || Contains(claims_, each.path) ||
+           FileNameOf(each.path).starts_with('-');
   };
   return !access.writesUnknownFiles &&
          std::all_of(access.writes.begin(), access.writes.end(), isDeclared);
 }
 
 void EarlyRun::Execute() {
-  hasSucceeded = run.Run();
+  hasSucceeded_ = run_.Run();
 }
 
 bool EarlyRun::IsGood(std::size_t mostMessages) {
-  if (!hasSucceeded || !run.Record()) return false;
+  if (!hasSucceeded_ || !run_.Record()) return false;
   // With a different limit, the run might have retained different messages.
-  const bool isLimited = run.GetLog().GetRetained() >= std::min(most, mostMessages);
-  if (most != mostMessages && isLimited) return false;
-  const BuildRecord& record = *run.Record();
-  std::vector<std::string> read = owned.job.files;
+  const bool isLimited = run_.GetLog().GetRetained() >= std::min(most_, mostMessages);
+  if (most_ != mostMessages && isLimited) return false;
+  const BuildRecord& record = *run_.Record();
+  std::vector<std::string> read = owned_.job.files;
   read.insert(read.end(), record.dependencies.begin(), record.dependencies.end());
   const bool isUnchanged = std::all_of(
       read.begin(), read.end(), [this](const std::string& path) { return IsUnchanged(path); });
   const auto exists = [this](const std::string& path) {
-    return world.files->ExamineExactly(path).has_value();
+    return world_.files->ExamineExactly(path).has_value();
   };
   return isUnchanged && !std::any_of(record.missing.begin(), record.missing.end(), exists) &&
          !IsShadowed(read);
 }
 
 bool EarlyRun::IsUnchanged(const std::string& path) const {
-  const auto status = world.files->ExamineExactly(path);
-  return status && (status->changed == 0 || status->changed < run.GetStartTime());
+  const auto status = world_.files->ExamineExactly(path);
+  return status && (status->changed == 0 || status->changed < run_.GetStartTime());
 }
 
 // Returns true if a name may lead to a different file now than when the run looked it up: an entry
 // was added to or removed from a folder with files that were read, or a file that was created since
 // is found before one of them. The run itself adds entries to the folders of its output.
 bool EarlyRun::IsShadowed(const std::vector<std::string>& read) const {
-  std::vector<std::string> folders = run.Record()->search;
+  std::vector<std::string> folders = run_.Record()->search;
   for (const std::string& path : read) {
     std::string folder = FolderOf(path);
     if (!Contains(folders, folder)) folders.push_back(std::move(folder));
@@ -101,15 +102,15 @@ bool EarlyRun::IsShadowed(const std::vector<std::string>& read) const {
     return path.starts_with(AddSeparator(folder));
   };
   for (const std::string& folder : folders) {
-    const auto status = world.files->ExamineFolder(folder);
-    if (!status || status->changed < run.GetStartTime()) continue;
-    const bool isOwn = isIn(run.Plan().outputOnDisk, folder);
+    const auto status = world_.files->ExamineFolder(folder);
+    if (!status || status->changed < run_.GetStartTime()) continue;
+    const bool isOwn = isIn(run_.Plan().outputOnDisk, folder);
     for (const std::string& path : read) {
       if (!isOwn && isIn(path, folder)) return true;
       for (const std::string& other : folders) {
         if (other == folder || !isIn(path, other)) continue;
         const std::string candidate = JoinPath(folder, path.substr(AddSeparator(other).size()));
-        if (world.files->ExamineExactly(candidate) && !IsUnchanged(candidate)) return true;
+        if (world_.files->ExamineExactly(candidate) && !IsUnchanged(candidate)) return true;
       }
     }
   }

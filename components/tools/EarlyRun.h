@@ -24,43 +24,43 @@ class EarlyRun {
 
   // Identifies the tool, the files and the options of a run.
   static std::string KeyOf(const char* tool, const char* files, const char* options);
-  const std::string& Key() const { return key; }
+  const std::string& Key() const { return key_; }
 
   // Returns true if the run's result can't depend on when it runs, apart from changes that IsGood
   // detects: the definition permits early runs of the tool, its inputs are reported, and it writes
   // only files that the plan names.
   bool MayRunEarly() const;
   // Files that the run writes, and the common beginning of their names.
-  const std::vector<std::string>& Claims() const { return claims; }
+  const std::vector<std::string>& Claims() const { return claims_; }
 
   void Execute();
   // Thread-safe.
-  void Stop() { running.Stop(); }
+  void Stop() { running_.Stop(); }
   // Returns true if the run succeeded and none of the files that it read, or would have read if
   // they existed, has changed since it started.
   bool IsGood(std::size_t mostMessages);
   // Removes the files that the run has written.
-  void RemoveResults() { run.RemoveResults(); }
+  void RemoveResults() { run_.RemoveResults(); }
 
-  bool HasSucceeded() const { return hasSucceeded; }
-  const ToolJob& Job() const { return owned.job; }
-  ToolRun& Run() { return run; }
+  bool HasSucceeded() const { return hasSucceeded_; }
+  const ToolJob& Job() const { return owned_.job; }
+  ToolRun& Run() { return run_; }
   // Constant, also while the run is executed.
-  const ToolPlan& Plan() const { return run.Plan(); }
+  const ToolPlan& Plan() const { return run_.Plan(); }
 
  private:
   bool IsUnchanged(const std::string& path) const;
   bool IsShadowed(const std::vector<std::string>& read) const;
 
-  const ToolWorld& world;
-  const std::shared_ptr<const ToolDefinition> definition;
-  const std::string key;
-  OwnedJob owned;
-  RunningTools running;
-  ToolRun run;
-  const std::size_t most;
-  std::vector<std::string> claims;
-  bool hasSucceeded = false;
+  const ToolWorld& world_;
+  const std::shared_ptr<const ToolDefinition> definition_;
+  const std::string key_;
+  OwnedJob owned_;
+  RunningTools running_;
+  ToolRun run_;
+  const std::size_t most_;
+  std::vector<std::string> claims_;
+  bool hasSucceeded_ = false;
 };
 
 }  // namespace tarn::tools

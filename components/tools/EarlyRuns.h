@@ -59,7 +59,7 @@ class EarlyRuns {
     Turn& operator=(const Turn&) = delete;
 
    private:
-    EarlyRuns& runs;
+    EarlyRuns& runs_;
   };
 
  private:
@@ -77,16 +77,16 @@ class EarlyRuns {
   bool EnsureThread();
   void RunQueued();
 
-  std::mutex lock;  // guards everything below; not held while a tool runs
-  std::condition_variable changed;
-  int jobs = 1;
-  int running = 0;       // early runs
-  int turns = 0;         // tools that run now
-  int waitingTurns = 0;  // tools that wait for their turn
-  bool isStopping = false;
-  bool isEnding = false;
-  Entries entries;  // in the order of Start
-  std::vector<std::thread> threads;
+  std::mutex lock_;  // guards everything below; not held while a tool runs
+  std::condition_variable changed_;
+  int jobs_ = 1;
+  int running_ = 0;       // early runs
+  int turns_ = 0;         // tools that run now
+  int waitingTurns_ = 0;  // tools that wait for their turn
+  bool isStopping_ = false;
+  bool isEnding_ = false;
+  Entries entries_;  // in the order of Start
+  std::vector<std::thread> threads_;
 };
 
 }  // namespace tarn::tools

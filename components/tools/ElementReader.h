@@ -15,11 +15,11 @@ namespace tarn::tools {
 class ElementReader {
  public:
   // Returns the first error; empty if there was none.
-  const std::string& Error() const { return error; }
+  const std::string& Error() const { return error_; }
 
  protected:
   void Fail(const std::string& reason) {
-    if (error.empty()) error = reason;
+    if (error_.empty()) error_ = reason;
   }
 
   // Returns an empty string if the attribute is missing.
@@ -35,7 +35,7 @@ class ElementReader {
   void CheckAttributes(const CXmlNode& node, std::initializer_list<std::string_view> known);
 
  private:
-  std::string error;
+  std::string error_;
 };
 
 }  // namespace tarn::tools

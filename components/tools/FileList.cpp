@@ -35,43 +35,43 @@ class WordSplitter {
       }
     }
     EndWord();
-    return std::move(words);
+    return std::move(words_);
   }
 
  private:
   bool IsProtection(char c, char next) const {
-    if (c != '\\' || quote == '\'') return false;
-    return next == '"' || next == '\\' || (quote == '\0' && (next == '\'' || next == ' '));
+    if (c != '\\' || quote_ == '\'') return false;
+    return next == '"' || next == '\\' || (quote_ == '\0' && (next == '\'' || next == ' '));
   }
 
   void TakePlain(char c) {
-    if (quote == '\0' && IsSpace(c)) {
+    if (quote_ == '\0' && IsSpace(c)) {
       EndWord();
-    } else if (c == quote) {
-      quote = '\0';
-    } else if (quote == '\0' && (c == '"' || c == '\'')) {
-      quote = c;
-      isInWord = true;
+    } else if (c == quote_) {
+      quote_ = '\0';
+    } else if (quote_ == '\0' && (c == '"' || c == '\'')) {
+      quote_ = c;
+      isInWord_ = true;
     } else {
       Take(c);
     }
   }
 
   void Take(char c) {
-    word += c;
-    isInWord = true;
+    word_ += c;
+    isInWord_ = true;
   }
 
   void EndWord() {
-    if (isInWord) words.push_back(word);
-    word.clear();
-    isInWord = false;
+    if (isInWord_) words_.push_back(word_);
+    word_.clear();
+    isInWord_ = false;
   }
 
-  char quote = '\0';
-  bool isInWord = false;
-  std::string word;
-  std::vector<std::string> words;
+  char quote_ = '\0';
+  bool isInWord_ = false;
+  std::string word_;
+  std::vector<std::string> words_;
 };
 
 }  // namespace

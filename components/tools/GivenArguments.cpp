@@ -40,34 +40,34 @@ std::vector<std::string> SplitResponse(std::string_view text) {
 class Expander {
  public:
   Expander(const ToolCommand& toolCommand, FileSystem* fileSystem)
-      : command(toolCommand), disk(fileSystem) {}
+      : command_(toolCommand), disk_(fileSystem) {}
 
   GivenArguments Expand() {
-    for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
-      Add(command.arguments[i]);
+    for (std::size_t i = command_.launched; i < command_.arguments.size(); ++i) {
+      Add(command_.arguments[i]);
     }
-    return std::move(given);
+    return std::move(given_);
   }
 
  private:
   void Add(const std::string& word) {
     // Programs that arguments are passed on to don't interpret these flags.
-    const bool isCompilers = receiver == ' ' && splitReceiver == ' ';
+    const bool isCompilers = receiver_ == ' ' && splitReceiver_ == ' ';
     if (isCompilers && PassesParts(word)) {
-      splitReceiver = word[2];
+      splitReceiver_ = word[2];
       for (const std::string_view part : Split(std::string_view(word).substr(3), ',')) {
         if (!part.empty()) Add(std::string(part));
       }
-      splitReceiver = ' ';
+      splitReceiver_ = ' ';
     } else if (word.starts_with('@') && word.size() > 1 && AddResponse(word.substr(1))) {
       return;
     } else if (isCompilers &&
                (word == "-Xlinker" || word == "-Xassembler" || word == "-Xpreprocessor")) {
-      receiver = word[2];
+      receiver_ = word[2];
     } else {
-      given.words.push_back(word);
-      const char next = std::exchange(receiver, ' ');
-      given.receivers += splitReceiver == ' ' ? next : splitReceiver;
+      given_.words.push_back(word);
+      const char next = std::exchange(receiver_, ' ');
+      given_.receivers += splitReceiver_ == ' ' ? next : splitReceiver_;
     }
   }
 
@@ -78,22 +78,22 @@ class Expander {
   // Reads each file once, so that files that refer to each other don't cause an endless loop.
   // Returns false for further mentions: they may be for another program.
   bool AddResponse(const std::string& name) {
-    if (disk == nullptr) return false;
-    std::string path = AbsolutePath(disk, command.folder, name);
-    auto& known = given.responseFiles;
+    if (disk_ == nullptr) return false;
+    std::string path = AbsolutePath(disk_, command_.folder, name);
+    auto& known = given_.responseFiles;
     if (std::find(known.begin(), known.end(), path) != known.end()) return false;
-    const auto text = disk->ReadWholeFile(path);
+    const auto text = disk_->ReadWholeFile(path);
     if (!text) return false;
     known.push_back(std::move(path));
     for (const std::string& word : SplitResponse(*text)) Add(word);
     return true;
   }
 
-  const ToolCommand& command;
-  FileSystem* const disk;
-  GivenArguments given;
-  char receiver = ' ';       // of the next word
-  char splitReceiver = ' ';  // of the words in a flag like "-Wl,a,b", and in files that they name
+  const ToolCommand& command_;
+  FileSystem* const disk_;
+  GivenArguments given_;
+  char receiver_ = ' ';       // of the next word
+  char splitReceiver_ = ' ';  // of the words in a flag like "-Wl,a,b", and in files that they name
 };
 
 }  // namespace

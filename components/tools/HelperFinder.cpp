@@ -57,8 +57,8 @@ std::vector<std::string> HelperFinder::Find(const ToolWorld& world, const ToolDe
 }
 
 void HelperFinder::Forget() {
-  const std::lock_guard guard(lock);
-  answers.clear();
+  const std::lock_guard guard(lock_);
+  answers_.clear();
 }
 
 // Two threads may run the same query concurrently, which is harmless.
@@ -69,8 +69,8 @@ std::string HelperFinder::Ask(const ToolWorld& world, const ToolCommand& command
   std::vector<std::string> key{program, command.folder};
   key.insert(key.end(), arguments.begin(), arguments.end());
   {
-    const std::lock_guard guard(lock);
-    if (const auto known = answers.find(key); known != answers.end()) return known->second;
+    const std::lock_guard guard(lock_);
+    if (const auto known = answers_.find(key); known != answers_.end()) return known->second;
   }
   std::string answer;
   const auto started =
@@ -82,8 +82,8 @@ std::string HelperFinder::Ask(const ToolWorld& world, const ToolCommand& command
     if (exit.code != 0) answer.clear();
   }
   answer = Trim(std::string_view(answer).substr(0, answer.find('\n')));
-  const std::lock_guard guard(lock);
-  answers[std::move(key)] = answer;
+  const std::lock_guard guard(lock_);
+  answers_[std::move(key)] = answer;
   return answer;
 }
 

@@ -31,8 +31,8 @@ class HelperFinder {
   std::string Ask(const ToolWorld& world, const ToolCommand& command,
                   std::vector<std::string> arguments);
 
-  std::mutex lock;
-  std::map<std::vector<std::string>, std::string> answers;  // by program and arguments
+  std::mutex lock_;
+  std::map<std::vector<std::string>, std::string> answers_;  // by program and arguments
 };
 
 }  // namespace tarn::tools

@@ -25,7 +25,7 @@ ToolMessage MessageReader::Read(const std::string& line, bool isErrorStream) {
   message.text = line;
   ToolLine found;
   found.message = line;
-  for (const auto& rules : lists) {
+  for (const auto& rules : lists_) {
     const auto effect = rules->Recognise(line, found);
     if (!effect) continue;
     const std::string file = found.file.empty() ? "" : Absolute(found.file);
@@ -43,13 +43,13 @@ ToolMessage MessageReader::Read(const std::string& line, bool isErrorStream) {
 }
 
 std::string MessageReader::Absolute(const std::string& file) const {
-  const std::string full = IsRelativePath(file) ? JoinPath(folders.back(), file) : file;
-  return fileSystem == nullptr ? CanonicalPath(full) : fileSystem->Canonical(full);
+  const std::string full = IsRelativePath(file) ? JoinPath(folders_.back(), file) : file;
+  return fileSystem_ == nullptr ? CanonicalPath(full) : fileSystem_->Canonical(full);
 }
 
 void MessageReader::Change(FolderChange change, const std::string& folder) {
-  if (change == FolderChange::Enter && folders.size() < kMaxFolders) folders.push_back(folder);
-  if (change == FolderChange::Leave && folders.size() > 1) folders.pop_back();
+  if (change == FolderChange::Enter && folders_.size() < kMaxFolders) folders_.push_back(folder);
+  if (change == FolderChange::Leave && folders_.size() > 1) folders_.pop_back();
 }
 
 }  // namespace tarn::tools

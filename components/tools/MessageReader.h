@@ -17,7 +17,7 @@ class MessageReader {
   // `folder` until a line announces a different one. `disk` is borrowed and may be null, see
   // ToolPaths.h.
   MessageReader(const MessageRuleLists& ruleLists, std::string folder, FileSystem* disk = nullptr)
-      : lists(ruleLists), fileSystem(disk), folders{std::move(folder)} {}
+      : lists_(ruleLists), fileSystem_(disk), folders_{std::move(folder)} {}
 
   // `line` must have been cleaned with CleanLine. `isErrorStream`: the line is from the standard
   // error stream. Makes file names absolute.
@@ -27,9 +27,9 @@ class MessageReader {
   std::string Absolute(const std::string& file) const;
   void Change(FolderChange change, const std::string& folder);
 
-  const MessageRuleLists& lists;
-  FileSystem* fileSystem;
-  std::vector<std::string> folders;  // never empty
+  const MessageRuleLists& lists_;
+  FileSystem* fileSystem_;
+  std::vector<std::string> folders_;  // never empty
 };
 
 }  // namespace tarn::tools

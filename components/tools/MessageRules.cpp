@@ -20,8 +20,8 @@ const TemplateLanguage kMessageTemplates{kKeywords, true};
 
 std::optional<MessageRules::Effect> MessageRules::Recognise(const std::string& line,
                                                             ToolLine& found) const {
-  const std::lock_guard guard(lock);
-  for (MessageRule& rule : rules) {
+  const std::lock_guard guard(lock_);
+  for (MessageRule& rule : rules_) {
     if (rule.with && !rule.with->Match(line.c_str())) continue;
     if (!rule.shape.Recognise(line, found)) continue;
     if (rule.kind) found.kind = *rule.kind;

@@ -36,8 +36,8 @@ struct MessageRule {
 // The rules for one family of tools, in order. Thread-safe for queries once all rules are added.
 class MessageRules {
  public:
-  void Add(MessageRule rule) { rules.push_back(std::move(rule)); }
-  bool IsEmpty() const { return rules.empty(); }
+  void Add(MessageRule rule) { rules_.push_back(std::move(rule)); }
+  bool IsEmpty() const { return rules_.empty(); }
 
   // Properties of a matched line other than its parts.
   struct Effect {
@@ -48,8 +48,8 @@ class MessageRules {
   std::optional<Effect> Recognise(const std::string& line, ToolLine& found) const;
 
  private:
-  mutable std::mutex lock;  // a compiled pattern stores its last match
-  mutable std::vector<MessageRule> rules;
+  mutable std::mutex lock_;  // a compiled pattern stores its last match
+  mutable std::vector<MessageRule> rules_;
 };
 
 using MessageRuleLists = std::vector<std::shared_ptr<const MessageRules>>;

@@ -21,42 +21,44 @@ bool IsControl(char c) {
 // Scanner that reads the text once, character by character, without backtracking.
 class RuleReader {
  public:
-  explicit RuleReader(std::string_view ruleText) : text(ruleText) {}
+  explicit RuleReader(std::string_view ruleText) : text_(ruleText) {}
 
   RuleFile Read() {
-    while (at < text.size()) Step();
+    while (at_ < text_.size()) Step();
     EndWord();
-    return {std::move(names), FindProblem()};
+    return {std::move(names_), FindProblem()};
   }
 
  private:
   std::string FindProblem() const {
-    if (text.empty()) return "is empty";
-    if (std::any_of(text.begin(), text.end(), IsControl)) return "contains binary data";
-    if (!hasRule) return "has no rule";
-    const bool isCut = text.back() != '\n' || isContinued;
+    if (text_.empty()) return "is empty";
+    if (std::any_of(text_.begin(), text_.end(), IsControl)) return "contains binary data";
+    if (!hasRule_) return "has no rule";
+    const bool isCut = text_.back() != '\n' || isContinued_;
     return isCut ? "ends in the middle of a line" : std::string();
   }
 
-  char Peek(std::size_t ahead) const { return at + ahead < text.size() ? text[at + ahead] : '\0'; }
+  char Peek(std::size_t ahead) const {
+    return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0';
+  }
 
   void Step() {
-    const char c = text[at];
-    isContinued = false;
+    const char c = text_[at_];
+    isContinued_ = false;
     if (c == '\n') {
       EndWord();
-      isBehindColon = false;
-      ++at;
-    } else if (IsBlank(c) || (c == '\r' && (Peek(1) == '\n' || at + 1 == text.size()))) {
+      isBehindColon_ = false;
+      ++at_;
+    } else if (IsBlank(c) || (c == '\r' && (Peek(1) == '\n' || at_ + 1 == text_.size()))) {
       EndWord();
-      ++at;
+      ++at_;
     } else if (c == '#') {
       SkipComment();
     } else if (IsRuleColon(c)) {
-      word.clear();  // the last target
-      isBehindColon = true;
-      hasRule = true;
-      ++at;
+      word_.clear();  // the last target
+      isBehindColon_ = true;
+      hasRule_ = true;
+      ++at_;
     } else {
       TakeCharacter(c);
     }
@@ -66,23 +68,23 @@ class RuleReader {
   // so it is not the one after a drive letter. After the first such colon, colons are part of
   // names.
   bool IsRuleColon(char c) const {
-    if (c != ':' || isBehindColon) return false;
+    if (c != ':' || isBehindColon_) return false;
     const char next = Peek(1);
     return next == '\0' || next == '\n' || next == '\r' || IsBlank(next);
   }
 
   void SkipComment() {
     EndWord();
-    const std::size_t end = text.find('\n', at);
-    at = end == std::string_view::npos ? text.size() : end;
+    const std::size_t end = text_.find('\n', at_);
+    at_ = end == std::string_view::npos ? text_.size() : end;
   }
 
   void TakeCharacter(char c) {
     if (c == '\\') {
       TakeBackslashes();
     } else {
-      word += c;
-      at += c == '$' && Peek(1) == '$' ? 2 : 1;
+      word_ += c;
+      at_ += c == '$' && Peek(1) == '$' ? 2 : 1;
     }
   }
 
@@ -91,36 +93,36 @@ class RuleReader {
   // part of the name.
   void TakeBackslashes() {
     std::size_t count = 0;
-    while (Peek(count) == '\\' && at + count < text.size()) ++count;
+    while (Peek(count) == '\\' && at_ + count < text_.size()) ++count;
     const char next = Peek(count);
     const std::size_t lineEnd = next == '\n' ? 1 : next == '\r' && Peek(count + 1) == '\n' ? 2 : 0;
-    at += count;
+    at_ += count;
     if (lineEnd > 0 && count % 2 == 1) {
-      word.append(count / 2, '\\');
+      word_.append(count / 2, '\\');
       EndWord();
-      at += lineEnd;
-      isContinued = true;
+      at_ += lineEnd;
+      isContinued_ = true;
     } else if (IsBlank(next) || next == '#') {
-      word.append(count / 2, '\\');
-      if (count % 2 == 1) word += text[at++];
+      word_.append(count / 2, '\\');
+      if (count % 2 == 1) word_ += text_[at_++];
     } else {
-      word.append(count, '\\');
+      word_.append(count, '\\');
     }
   }
 
   void EndWord() {
-    if (isBehindColon && !word.empty() && seen.insert(word).second) names.push_back(word);
-    word.clear();
+    if (isBehindColon_ && !word_.empty() && seen_.insert(word_).second) names_.push_back(word_);
+    word_.clear();
   }
 
-  std::string_view text;
-  std::size_t at = 0;
-  bool isBehindColon = false;
-  bool hasRule = false;
-  bool isContinued = false;  // the last line ended in a backslash
-  std::string word;
-  std::vector<std::string> names;
-  std::unordered_set<std::string> seen;
+  std::string_view text_;
+  std::size_t at_ = 0;
+  bool isBehindColon_ = false;
+  bool hasRule_ = false;
+  bool isContinued_ = false;  // the last line ended in a backslash
+  std::string word_;
+  std::vector<std::string> names_;
+  std::unordered_set<std::string> seen_;
 };
 
 }  // namespace

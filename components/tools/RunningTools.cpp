@@ -3,31 +3,31 @@
 namespace tarn::tools {
 
 bool RunningTools::IsStopping() {
-  const std::lock_guard guard(lock);
-  return isStopping;
+  const std::lock_guard guard(lock_);
+  return isStopping_;
 }
 
 void RunningTools::Stop() {
-  const std::lock_guard guard(lock);
-  isStopping = true;
-  for (Process* process : processes) process->Stop(kGrace);
+  const std::lock_guard guard(lock_);
+  isStopping_ = true;
+  for (Process* process : processes_) process->Stop(kGrace);
 }
 
 void RunningTools::Resume() {
-  const std::lock_guard guard(lock);
-  isStopping = false;
+  const std::lock_guard guard(lock_);
+  isStopping_ = false;
 }
 
 // A stop may be requested after the process started but before it is added.
 void RunningTools::Add(Process& process) {
-  const std::lock_guard guard(lock);
-  processes.insert(&process);
-  if (isStopping) process.Stop(kGrace);
+  const std::lock_guard guard(lock_);
+  processes_.insert(&process);
+  if (isStopping_) process.Stop(kGrace);
 }
 
 void RunningTools::Remove(Process& process) {
-  const std::lock_guard guard(lock);
-  processes.erase(&process);
+  const std::lock_guard guard(lock_);
+  processes_.erase(&process);
 }
 
 }  // namespace tarn::tools

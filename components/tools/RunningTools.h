@@ -27,24 +27,24 @@ class RunningTools {
   void Add(Process& process);
   void Remove(Process& process);
 
-  std::mutex lock;
-  bool isStopping = false;
-  std::set<Process*> processes;
+  std::mutex lock_;
+  bool isStopping_ = false;
+  std::set<Process*> processes_;
 };
 
 // RAII registration of a process in the set.
 class RunningTool {
  public:
-  RunningTool(RunningTools& list, Process& started) : tools(list), process(started) {
-    tools.Add(process);
+  RunningTool(RunningTools& list, Process& started) : tools_(list), process_(started) {
+    tools_.Add(process_);
   }
-  ~RunningTool() { tools.Remove(process); }
+  ~RunningTool() { tools_.Remove(process_); }
   RunningTool(const RunningTool&) = delete;
   RunningTool& operator=(const RunningTool&) = delete;
 
  private:
-  RunningTools& tools;
-  Process& process;
+  RunningTools& tools_;
+  Process& process_;
 };
 
 }  // namespace tarn::tools

@@ -63,7 +63,7 @@ Template Template::Literal(std::string_view text) {
 
 std::vector<std::string> Template::GetOptionMacros() const {
   std::vector<std::string> macros;
-  for (const Piece& piece : pieces) {
+  for (const Piece& piece : pieces_) {
     if (piece.kind == Kind::Option) macros.push_back(piece.text);
   }
   return macros;
@@ -72,12 +72,12 @@ std::vector<std::string> Template::GetOptionMacros() const {
 bool Template::AddMacro(std::string_view macro, std::string& error) {
   const std::string_view name = macro.substr(2, macro.size() - 3);
   if (name.find('.') != std::string_view::npos) {
-    pieces.push_back({Kind::Option, OwnName::File, std::string(macro)});
+    pieces_.push_back({Kind::Option, OwnName::File, std::string(macro)});
     return true;
   }
   for (const auto& [ownName, value] : kOwnNames) {
     if (ownName != name) continue;
-    pieces.push_back({Kind::Own, value, {}});
+    pieces_.push_back({Kind::Own, value, {}});
     return true;
   }
   error = "unknown name " + std::string(macro);
@@ -86,13 +86,13 @@ bool Template::AddMacro(std::string_view macro, std::string& error) {
 
 void Template::AddText(std::string_view text) {
   if (text.empty()) return;
-  if (pieces.empty() || pieces.back().kind != Kind::Literal) pieces.emplace_back();
-  pieces.back().text.append(text);
+  if (pieces_.empty() || pieces_.back().kind != Kind::Literal) pieces_.emplace_back();
+  pieces_.back().text.append(text);
 }
 
 std::string Template::Fill(const TemplateValues& values, const Change& change) const {
   std::string text;
-  for (const Piece& piece : pieces) {
+  for (const Piece& piece : pieces_) {
     if (piece.kind == Kind::Literal) {
       text += piece.text;
       continue;

@@ -32,7 +32,7 @@ class Template {
   static Template Literal(std::string_view text);
 
   // Returns true for the empty template.
-  bool IsEmpty() const { return pieces.empty(); }
+  bool IsEmpty() const { return pieces_.empty(); }
   // Expands the template; `change`, if set, is applied to the value of each macro.
   using Change = std::function<std::string(const std::string&)>;
   std::string Fill(const TemplateValues& values, const Change& change = nullptr) const;
@@ -50,7 +50,7 @@ class Template {
   bool AddMacro(std::string_view macro, std::string& error);
   void AddText(std::string_view text);
 
-  std::vector<Piece> pieces;
+  std::vector<Piece> pieces_;
 };
 
 }  // namespace tarn::tools

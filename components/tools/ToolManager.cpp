@@ -102,28 +102,28 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
                                     std::int32_t frameWindow) {
   const std::string given = ToNativeSeparators(TextOf(applicationPath));
-  const std::string root = given.empty() ? InstalledDataFolder(*world.files) : given;
+  const std::string root = given.empty() ? InstalledDataFolder(*world_.files) : given;
   const std::string place = JoinPath(root, "config/tools");
-  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world.files, place);
-  const std::lock_guard guard(lock);
-  tools = std::move(read);
-  folder = place;
-  frame = frameWindow;
+  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world_.files, place);
+  const std::lock_guard guard(lock_);
+  tools_ = std::move(read);
+  folder_ = place;
+  frame_ = frameWindow;
   return 1;
 }
 
 std::int32_t ToolManager::RefreshTools() {
-  helpers.Forget();
+  helpers_.Forget();
   std::string place;
   {
-    const std::lock_guard guard(lock);
-    messagesOfBuild = 0;
-    place = folder;
+    const std::lock_guard guard(lock_);
+    messagesOfBuild_ = 0;
+    place = folder_;
   }
-  if (place.empty() || ToolSet::DigestOf(*world.files, place) == Tools()->GetDigest()) return 0;
-  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world.files, place);
-  const std::lock_guard guard(lock);
-  tools = std::move(read);
+  if (place.empty() || ToolSet::DigestOf(*world_.files, place) == Tools()->GetDigest()) return 0;
+  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world_.files, place);
+  const std::lock_guard guard(lock_);
+  tools_ = std::move(read);
   return 1;
 }
 
@@ -133,7 +133,7 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
   bool isDone = Execute(TextOf(tool), files, options, messages);
   std::string text = MessageFileText(messages);
   const bool isWanted = messageFile != nullptr && *messageFile != '\0';
-  const Status written = isWanted ? world.files->WriteScratchFile(messageFile, text) : Status();
+  const Status written = isWanted ? world_.files->WriteScratchFile(messageFile, text) : Status();
   if (!written) {
     // Fails the run, because otherwise its warnings would be lost: the next build finds nothing to
     // do.
@@ -149,43 +149,43 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
 }
 
 std::int32_t ToolManager::SetJobs(std::int32_t count) {
-  early.SetJobs(count);
+  early_.SetJobs(count);
   return 1;
 }
 
 std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const char* options) {
   auto definition = FindTool(TextOf(tool));
   if (!definition || !definition->isEarly) return 0;
-  auto run = std::make_unique<EarlyRun>(world, helpers, std::move(definition),
+  auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(definition),
                                         EarlyRun::KeyOf(tool, files, options), files, options,
                                         MostMessages());
-  return run->MayRunEarly() && early.Start(std::move(run)) ? 1 : 0;
+  return run->MayRunEarly() && early_.Start(std::move(run)) ? 1 : 0;
 }
 
 std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const char* options) {
   const std::string key = EarlyRun::KeyOf(tool, files, options);
-  const EarlyRun* const run = early.Get(key);
+  const EarlyRun* const run = early_.Get(key);
   if (run == nullptr) return 0;
   TellStart(TextOf(tool), files, key, run->Job(), run->Plan());
   {
-    const std::lock_guard guard(lock);
-    told = key;
+    const std::lock_guard guard(lock_);
+    told_ = key;
   }
-  return early.IsGood(key, MostMessages()) ? 1 : 0;
+  return early_.IsGood(key, MostMessages()) ? 1 : 0;
 }
 
 std::int32_t ToolManager::DropTools() {
-  early.Drop();
+  early_.Drop();
   return 1;
 }
 
 bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
                           ToolMessages& messages) {
   const std::string key = EarlyRun::KeyOf(toolName.c_str(), files, options);
-  if (const auto ended = early.Take(key)) {
+  if (const auto ended = early_.Take(key)) {
     return Deliver(*ended, toolName, files, messages);
   }
-  OwnedJob owned(world, files, options);
+  OwnedJob owned(world_, files, options);
   const auto definition = FindTool(toolName);
   if (!definition) {
     TellFrame(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
@@ -197,11 +197,11 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!owned.job.repeated.empty() || owned.job.files.size() != 1) {
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
-  ToolRun run(world, running, helpers, *definition, owned.job, MostMessages());
+  ToolRun run(world_, running_, helpers_, *definition, owned.job, MostMessages());
   TellStart(toolName, files, key, owned.job, run.Plan());
   bool isDone = false;
   {
-    const EarlyRuns::Turn turn(early);
+    const EarlyRuns::Turn turn(early_);
     isDone = run.Run();
   }
   CountMessages(run.GetLog().GetRetained());
@@ -222,8 +222,8 @@ bool ToolManager::Deliver(EarlyRun& ended, const std::string& toolName, const ch
 void ToolManager::TellStart(const std::string& toolName, const char* files, const std::string& key,
                             const ToolJob& job, const ToolPlan& plan) {
   {
-    const std::lock_guard guard(lock);
-    if (std::exchange(told, {}) == key) return;
+    const std::lock_guard guard(lock_);
+    if (std::exchange(told_, {}) == key) return;
   }
   const bool isPart = job.files.size() == 1 && !plan.output.empty() &&
                       !Tools()->HasExtension(ExtensionOf(job.files.front()));
@@ -233,30 +233,30 @@ void ToolManager::TellStart(const std::string& toolName, const char* files, cons
 // Stores the record of a successful run.
 void ToolManager::Keep(const ToolRun& run, const ToolJob& job) {
   if (!run.Record()) return;
-  const std::lock_guard guard(lock);
-  records += BuildRecordText(*run.Record());
-  if (job.files.size() == 1) sources[run.Plan().outputOnDisk].insert(job.files.front());
+  const std::lock_guard guard(lock_);
+  records_ += BuildRecordText(*run.Record());
+  if (job.files.size() == 1) sources_[run.Plan().outputOnDisk].insert(job.files.front());
 }
 
 std::size_t ToolManager::MostMessages() {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   const std::size_t left =
-      MessageLog::kMaxOfBuild - std::min(messagesOfBuild, MessageLog::kMaxOfBuild);
+      MessageLog::kMaxOfBuild - std::min(messagesOfBuild_, MessageLog::kMaxOfBuild);
   return std::max(left, MessageLog::kLeast);
 }
 
 void ToolManager::CountMessages(std::size_t retained) {
-  const std::lock_guard guard(lock);
-  messagesOfBuild += retained;
+  const std::lock_guard guard(lock_);
+  messagesOfBuild_ += retained;
 }
 
 // The outputs to be linked were produced by the runs since the last link.
 std::vector<std::string> ToolManager::TakeConflicts(std::vector<std::string>& repeated) {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   std::vector<std::string> conflicts;
   for (std::string& output : repeated) {
-    const auto found = sources.find(output);
-    if (found == sources.end()) continue;
+    const auto found = sources_.find(output);
+    if (found == sources_.end()) continue;
     if (found->second.size() < 2) {
       output = *found->second.begin();
       continue;
@@ -265,23 +265,23 @@ std::vector<std::string> ToolManager::TakeConflicts(std::vector<std::string>& re
     for (const std::string& source : found->second) text += (text.empty() ? "" : " and ") + source;
     conflicts.push_back(text + " have the same output file " + output);
   }
-  sources.clear();
+  sources_.clear();
   return conflicts;
 }
 
 void ToolManager::TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam) {
   WindowHandle window = 0;
   {
-    const std::lock_guard guard(lock);
-    window = frame;
+    const std::lock_guard guard(lock_);
+    window = frame_;
   }
   if (window == 0) return;
   SendWindowMessage(window, message, reinterpret_cast<std::intptr_t>(text.c_str()), lParam);
 }
 
 std::shared_ptr<const ToolSet> ToolManager::Tools() {
-  const std::lock_guard guard(lock);
-  return tools;
+  const std::lock_guard guard(lock_);
+  return tools_;
 }
 
 std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& name) {
@@ -289,7 +289,7 @@ std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& n
   if (const ToolDefinition* found = set->Find(name)) return {set, found};
   const std::string path = ToNativeSeparators(name);
   const bool isPath = path.find(kSeparator) != std::string::npos;
-  if (!isPath || world.findProgram(path).empty()) return nullptr;
+  if (!isPath || world_.findProgram(path).empty()) return nullptr;
   return std::make_shared<ToolDefinition>(DefinitionOfProgram(path, set->CommonMessages()));
 }
 
@@ -300,7 +300,7 @@ std::string ToolManager::GetToolsForExtension(const char* extension) {
 std::string ToolManager::GetCommandLines(const char* tool, const char* files, const char* options) {
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return "<Commands/>";
-  const OwnedJob owned(world, files, options);
+  const OwnedJob owned(world_, files, options);
   std::string macros;
   for (const std::string& each : definition->predefined) {
     macros.append(macros.empty() ? "" : ";") += each;
@@ -318,7 +318,7 @@ std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
                                             const char* options) {
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return {};
-  const OwnedJob owned(world, files, options);
+  const OwnedJob owned(world_, files, options);
   std::string lines;
   for (const std::string& each : MakePlan(*definition, owned.job).problems) lines += each + "\n";
   return lines;
@@ -327,8 +327,8 @@ std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
 std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return {};
-  const OwnedJob owned(world, files, options);
-  return HexText(HashCommands(world, MakePlan(*definition, owned.job)));
+  const OwnedJob owned(world_, files, options);
+  return HexText(HashCommands(world_, MakePlan(*definition, owned.job)));
 }
 
 std::string ToolManager::GetToolFingerprint(const char* tool) {
@@ -336,13 +336,13 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
   if (!definition) return {};
   std::string text = HexText(definition->fingerprint);
   for (const ToolProgram& program : ProgramsOf(*definition)) {
-    text += ' ' + world.findProgram(program.name);
+    text += ' ' + world_.findProgram(program.name);
   }
   for (const std::string& name : definition->helpers.programs) {
-    text += ' ' + world.findProgram(name);
+    text += ' ' + world_.findProgram(name);
   }
   for (const std::string& name : definition->variables) {
-    const std::string value = world.environment(name.c_str());
+    const std::string value = world_.environment(name.c_str());
     if (!value.empty()) text += ' ' + name + '=' + value;
   }
   return text;
@@ -352,11 +352,11 @@ std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const
                                       const char* candidates) {
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return {};
-  const OwnedJob owned(world, files, options);
+  const OwnedJob owned(world_, files, options);
   const ToolPlan plan = MakePlan(*definition, owned.job);
   std::string list;
   for (const std::string& file : FindUsedFiles(*definition, plan, owned.job.files,
-                                               SplitFileList(TextOf(candidates)), *world.files)) {
+                                               SplitFileList(TextOf(candidates)), *world_.files)) {
     list += (list.empty() ? "\"" : ",\"") + file + '"';
   }
   return list;
@@ -365,27 +365,27 @@ std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const
 std::string ToolManager::TakeBuildInformation() {
   std::string taken;
   {
-    const std::lock_guard guard(lock);
-    taken.swap(records);
+    const std::lock_guard guard(lock_);
+    taken.swap(records_);
   }
   return taken.empty() ? taken : "<I>" + taken + "</I>";
 }
 
 void ToolManager::StopTools() {
-  running.Stop();
-  early.Stop();
+  running_.Stop();
+  early_.Stop();
 }
 
 void ToolManager::ResumeTools() {
-  running.Resume();
-  early.Resume();
+  running_.Resume();
+  early_.Resume();
 }
 
 std::string ToolManager::MissingProgram(const char* tool) {
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return {};
   for (const ToolProgram& program : ProgramsOf(*definition)) {
-    if (!program.isOptional && world.findProgram(program.name).empty()) return program.name;
+    if (!program.isOptional && world_.findProgram(program.name).empty()) return program.name;
   }
   return {};
 }
@@ -393,9 +393,9 @@ std::string ToolManager::MissingProgram(const char* tool) {
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return RunAccessText({});
-  const OwnedJob owned(world, files, options);
+  const OwnedJob owned(world_, files, options);
   return RunAccessText(
-      FindRunAccess(world, *definition, MakePlan(*definition, owned.job), owned.job));
+      FindRunAccess(world_, *definition, MakePlan(*definition, owned.job), owned.job));
 }
 
 std::string ToolManager::ListTools() {

@@ -32,7 +32,7 @@ enum ToolFrameMessage : std::uint32_t {
 // Thread-safe; RunTool blocks until its tool has ended.
 class ToolManager : public DispatchObject<ToolManager> {
  public:
-  explicit ToolManager(ToolWorld machine) : world(std::move(machine)) {}
+  explicit ToolManager(ToolWorld machine) : world_(std::move(machine)) {}
 
   static const DispatchTable<ToolManager>& Table();
 
@@ -54,7 +54,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Sets the number of tools that may run at the same time; 1, the default, disables early runs.
   // Always returns 1.
   std::int32_t SetJobs(std::int32_t count);
-  std::int32_t GetJobs() { return early.GetJobs(); }
+  std::int32_t GetJobs() { return early_.GetJobs(); }
   // Starts a run early. Returns 0 if it can't: its result could depend on when it runs, or another
   // early run writes the same file. Returns immediately.
   std::int32_t PrepareTool(const char* tool, const char* files, const char* options);
@@ -124,20 +124,20 @@ class ToolManager : public DispatchObject<ToolManager> {
   void CountMessages(std::size_t retained);
   void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
 
-  const ToolWorld world;
-  RunningTools running;
-  HelperFinder helpers;
-  EarlyRuns early;
+  const ToolWorld world_;
+  RunningTools running_;
+  HelperFinder helpers_;
+  EarlyRuns early_;
 
-  std::mutex lock;  // guards the members below; not held while calling out
-  std::shared_ptr<const ToolSet> tools = std::make_shared<ToolSet>();
-  std::string folder;  // folder of the definitions; empty before InitTools
-  WindowHandle frame = 0;
-  std::string records;
-  std::size_t messagesOfBuild = 0;  // since RefreshTools, which is called before each build
-  std::string told;                 // key of the early run of whose start the frame was notified
+  std::mutex lock_;  // guards the members below; not held while calling out
+  std::shared_ptr<const ToolSet> tools_ = std::make_shared<ToolSet>();
+  std::string folder_;  // folder of the definitions; empty before InitTools
+  WindowHandle frame_ = 0;
+  std::string records_;
+  std::size_t messagesOfBuild_ = 0;  // since RefreshTools, which is called before each build
+  std::string told_;                 // key of the early run of whose start the frame was notified
   // Sources translated to each output since the last link.
-  std::map<std::string, std::set<std::string>> sources;
+  std::map<std::string, std::set<std::string>> sources_;
 };
 
 }  // namespace tarn::tools

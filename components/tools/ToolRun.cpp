@@ -45,23 +45,23 @@ void AddFoldersAbove(const std::string& path, std::vector<std::string>& folders)
 
 ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
                  const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages)
-    : world(machine),
-      running(runningTools),
-      helpers(helperFinder),
-      tool(definition),
-      job(toolJob),
-      plan(MakePlan(definition, toolJob)),
-      log(mostMessages) {}
+    : world_(machine),
+      running_(runningTools),
+      helpers_(helperFinder),
+      tool_(definition),
+      job_(toolJob),
+      plan_(MakePlan(definition, toolJob)),
+      log_(mostMessages) {}
 
 bool ToolRun::Run() {
-  for (const std::string& conflict : job.conflicts) log.AddError(conflict);
-  if (!job.conflicts.empty() || !Prepare()) return false;
-  for (const std::string& name : job.repeated) {
+  for (const std::string& conflict : job_.conflicts) log_.AddError(conflict);
+  if (!job_.conflicts.empty() || !Prepare()) return false;
+  for (const std::string& name : job_.repeated) {
     const std::string text = "is listed more than once; it is linked once";
-    log.Add({Severity::Warning, name + ": warning: " + text, text, name, {}});
+    log_.Add({Severity::Warning, name + ": warning: " + text, text, name, {}});
   }
   const bool isDone =
-      std::ranges::all_of(plan.commands,
+      std::ranges::all_of(plan_.commands,
                           [this](const ToolCommand& command) { return RunCommand(command); }) &&
       CollectRecord();
   if (!isDone) RemoveLeft();
@@ -71,44 +71,44 @@ bool ToolRun::Run() {
 // Removes what a failed run has left next to its output: no record of a run will mention it.
 void ToolRun::RemoveLeft() const {
   for (const std::string& path : FindByProducts()) {
-    static_cast<void>(world.files->RemoveScratchFile(path));
+    static_cast<void>(world_.files->RemoveScratchFile(path));
   }
 }
 
 // Creates the folders of the output files and removes the dependency files of earlier runs.
 bool ToolRun::Prepare() {
-  for (const std::string& problem : plan.problems) log.AddError(problem);
-  if (!plan.problems.empty()) return false;
+  for (const std::string& problem : plan_.problems) log_.AddError(problem);
+  if (!plan_.problems.empty()) return false;
   if (RefusesNames()) return false;
-  startTime = world.files->Clock();
-  std::vector<std::string> written{plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules,
-                                   plan.globals};
-  written.insert(written.end(), plan.products.begin(), plan.products.end());
+  startTime_ = world_.files->Clock();
+  std::vector<std::string> written{plan_.outputOnDisk, plan_.listing, plan_.rules,
+                                   plan_.furtherRules, plan_.globals};
+  written.insert(written.end(), plan_.products.begin(), plan_.products.end());
   for (const std::string& path : written) {
     const std::string folder = FolderOf(path);
     if (folder.empty()) continue;
-    const Status made = world.files->CreateNamedFolders(folder);
+    const Status made = world_.files->CreateNamedFolders(folder);
     if (!made) {
-      log.AddError("the folder " + folder + " can't be created: " + made.GetError().text);
+      log_.AddError("the folder " + folder + " can't be created: " + made.GetError().text);
       return false;
     }
   }
-  for (const std::string& rules : {plan.rules, plan.furtherRules}) {
-    if (!rules.empty()) static_cast<void>(world.files->RemoveScratchFile(rules));
+  for (const std::string& rules : {plan_.rules, plan_.furtherRules}) {
+    if (!rules.empty()) static_cast<void>(world_.files->RemoveScratchFile(rules));
   }
-  return plan.commands.empty() || RemoveEarlier();
+  return plan_.commands.empty() || RemoveEarlier();
 }
 
 // A tool could write a file with such a name, but it would not be found here.
 bool ToolRun::RefusesNames() {
-  std::vector<std::string> names = job.files;
-  names.push_back(plan.output);
+  std::vector<std::string> names = job_.files;
+  names.push_back(plan_.output);
   for (const std::string& name : names) {
     const bool hasControl = std::any_of(name.begin(), name.end(), [](char c) {
       return static_cast<unsigned char>(c) < ' ' || c == '\x7f';
     });
     if (!hasControl) continue;
-    log.AddError(CleanLine(name) + " can't be built: its name holds a control character");
+    log_.AddError(CleanLine(name) + " can't be built: its name holds a control character");
     return true;
   }
   return false;
@@ -117,54 +117,55 @@ bool ToolRun::RefusesNames() {
 // Removes the outputs of an earlier run: a tool that ends without an error and without an output
 // must not seem to have produced it, and some tools append to existing files.
 bool ToolRun::RemoveEarlier() {
-  std::vector<std::string> made{plan.outputOnDisk, plan.listing};
-  made.insert(made.end(), plan.products.begin(), plan.products.end());
+  std::vector<std::string> made{plan_.outputOnDisk, plan_.listing};
+  made.insert(made.end(), plan_.products.begin(), plan_.products.end());
   for (const std::string& path : made) {
-    const bool isInput = std::find(job.files.begin(), job.files.end(), path) != job.files.end();
-    if (path.empty() || isInput || !world.files->ExamineExactly(path)) continue;
-    const Status removed = world.files->RemoveFile(path);
+    const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
+    if (path.empty() || isInput || !world_.files->ExamineExactly(path)) continue;
+    const Status removed = world_.files->RemoveFile(path);
     if (removed) continue;
-    log.AddError(path + " can't be removed: " + removed.GetError().text);
+    log_.AddError(path + " can't be removed: " + removed.GetError().text);
     return false;
   }
   return true;
 }
 
 void ToolRun::RemoveResults() {
-  if (startTime == 0) return;
+  if (startTime_ == 0) return;
   std::vector<std::string> made = FindProducts();
-  made.push_back(plan.outputOnDisk);
+  made.push_back(plan_.outputOnDisk);
   for (std::string& path : FindByProducts()) made.push_back(std::move(path));
   for (const std::string& path : made) {
-    const bool isInput = std::find(job.files.begin(), job.files.end(), path) != job.files.end();
-    const auto status = isInput ? std::nullopt : world.files->ExamineExactly(path);
-    if (status && status->changed >= startTime) static_cast<void>(world.files->RemoveOwnFile(path));
+    const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
+    const auto status = isInput ? std::nullopt : world_.files->ExamineExactly(path);
+    if (status && status->changed >= startTime_)
+      static_cast<void>(world_.files->RemoveOwnFile(path));
   }
 }
 
 bool ToolRun::RunCommand(const ToolCommand& command) {
-  if (running.IsStopping()) return log.AddPlain("stopped"), false;
-  log.AddPlain(Shortened(CommandLine(command)));
+  if (running_.IsStopping()) return log_.AddPlain("stopped"), false;
+  log_.AddPlain(Shortened(CommandLine(command)));
   ProcessRequest request{command.program, command.arguments, command.environment, command.folder};
   std::string response;
   if (!WriteResponseFile(command, request, response)) return false;
   // A link of this name would redirect the program's output.
   for (const auto& [scratch, path] : command.moves) {
-    static_cast<void>(world.files->RemoveScratchFile(scratch));
+    static_cast<void>(world_.files->RemoveScratchFile(scratch));
   }
   const bool isDone = RunProcess(command, request);
-  if (!response.empty()) static_cast<void>(world.files->RemoveScratchFile(response));
+  if (!response.empty()) static_cast<void>(world_.files->RemoveScratchFile(response));
   return MoveResults(command, isDone);
 }
 
 // Moves files that the program wrote under a temporary name to their final paths.
 bool ToolRun::MoveResults(const ToolCommand& command, bool isDone) {
   for (const auto& [scratch, path] : command.moves) {
-    const auto bytes = world.files->ReadWholeFile(scratch);
+    const auto bytes = world_.files->ReadWholeFile(scratch);
     if (!bytes) continue;
-    static_cast<void>(world.files->RemoveScratchFile(scratch));
+    static_cast<void>(world_.files->RemoveScratchFile(scratch));
     if (!isDone) continue;
-    const Status written = world.files->WriteScratchFile(path, *bytes);
+    const Status written = world_.files->WriteScratchFile(path, *bytes);
     if (!written) isDone = Fail(command, path + ": " + written.GetError().text);
   }
   return isDone;
@@ -176,12 +177,12 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
   const StepRule& rule = *command.rule;
   const bool isNeeded = rule.response != ResponseStyle::None && command.arguments.size() > 1 &&
                         CommandLength(command.arguments) > rule.responseAbove;
-  if (!isNeeded || plan.output.empty()) return true;
-  const std::string file = plan.outputOnDisk + ".rsp";
+  if (!isNeeded || plan_.output.empty()) return true;
+  const std::string file = plan_.outputOnDisk + ".rsp";
   // A launcher and the program after it remain on the command line.
   const auto first = command.arguments.begin() + static_cast<std::ptrdiff_t>(command.launched);
   const std::string text = ResponseText(rule.response, {first, command.arguments.end()});
-  const Status written = world.files->WriteScratchFile(file, text);
+  const Status written = world_.files->WriteScratchFile(file, text);
   if (!written) return Fail(command, file + ": " + written.GetError().text);
   request.arguments.assign(command.arguments.begin(), first);
   request.arguments.push_back("@" + file);
@@ -190,18 +191,18 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
 }
 
 bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& request) {
-  errorsBefore = log.ErrorCount();
-  hasStatedError = false;
-  stepStart = log.GetPosition();
-  capturedBefore = captured.size();
-  auto started = world.launcher->Start(request);
+  errorsBefore_ = log_.ErrorCount();
+  hasStatedError_ = false;
+  stepStart_ = log_.GetPosition();
+  capturedBefore_ = captured_.size();
+  auto started = world_.launcher->Start(request);
   if (!started) {
     TellStartFailure(command, started.GetError());
     return command.rule->isOptional;
   }
   ProcessExit exit;
   {
-    const RunningTool entry(running, **started);
+    const RunningTool entry(running_, **started);
     ReadOutput(command, **started, exit);
   }
   return Judge(command, exit);
@@ -209,7 +210,7 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
 
 void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit) {
   LineAssembler lines[2];
-  MessageReader reader(tool.messages, command.folder, world.files);
+  MessageReader reader(tool_.messages, command.folder, world_.files);
   const auto onLine = [&](bool isErrorStream) {
     return [&, isErrorStream](std::string_view line) {
       AddLine(command, reader, line, isErrorStream);
@@ -217,7 +218,7 @@ void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessEx
   };
   exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
     if (command.rule->capturesSizes && !fromErrorStream) {
-      captured.append(text.substr(0, kMaxCaptured - std::min(kMaxCaptured, captured.size())));
+      captured_.append(text.substr(0, kMaxCaptured - std::min(kMaxCaptured, captured_.size())));
     } else {
       lines[fromErrorStream ? 1 : 0].Add(text, onLine(fromErrorStream));
     }
@@ -233,41 +234,42 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   ToolMessage message = reader.Read(clean, isErrorStream);
   // Complaints of an optional step must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
-  hasStatedError = hasStatedError || (message.failsStep && !command.rule->isOptional);
-  log.Add(std::move(message));
+  hasStatedError_ = hasStatedError_ || (message.failsStep && !command.rule->isOptional);
+  log_.Add(std::move(message));
 }
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
-  if (running.IsStopping()) return log.AddPlain("stopped"), false;
-  if (exit.code == 0 && !exit.signalled) return !hasStatedError;
+  if (running_.IsStopping()) return log_.AddPlain("stopped"), false;
+  if (exit.code == 0 && !exit.signalled) return !hasStatedError_;
   const std::string reason = exit.signalled
                                  ? "was ended by signal " + std::to_string(exit.code - 128)
                                  : "ended with exit code " + std::to_string(exit.code);
   // The tool's own messages are sufficient, unless none of them appears in the report.
-  if (log.ErrorCount() > errorsBefore && !exit.signalled) return false;
+  if (log_.ErrorCount() > errorsBefore_ && !exit.signalled) return false;
   if (!command.rule->isOptional) ReportLastLines();
   return Fail(command, reason);
 }
 
 // Explains a step that failed without an error message by its last output lines.
 void ToolRun::ReportLastLines() {
-  if (log.ErrorCount() > errorsBefore) return;
+  if (log_.ErrorCount() > errorsBefore_) return;
   LineAssembler lines;
   std::deque<std::string> last;
   const auto onLine = [&](std::string_view line) {
     if (std::string clean = CleanLine(line); !clean.empty()) last.push_back(std::move(clean));
     if (last.size() > MessageLog::kReportedLines) last.pop_front();
   };
-  lines.Add(std::string_view(captured).substr(std::min(capturedBefore, captured.size())), onLine);
+  lines.Add(std::string_view(captured_).substr(std::min(capturedBefore_, captured_.size())),
+            onLine);
   lines.Finish(onLine);
-  for (const std::string& line : last) log.AddPlain(line);
-  log.ReportLastLines(stepStart);
+  for (const std::string& line : last) log_.AddPlain(line);
+  log_.ReportLastLines(stepStart_);
 }
 
 bool ToolRun::Fail(const ToolCommand& command, const std::string& reason) {
   const std::string text = command.program + " " + reason;
-  if (command.rule->isOptional) return log.AddPlain(text), true;
-  return log.AddError(text), false;
+  if (command.rule->isOptional) return log_.AddPlain(text), true;
+  return log_.AddError(text), false;
 }
 
 void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
@@ -277,63 +279,63 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
     if (command.launched > 0) {
       text += ". It is meant to launch " + command.arguments[command.launched - 1] +
               "; the option Build.Launcher or the variable TARN_LAUNCHER specifies it";
-    } else if (!tool.hint.empty()) {
-      text += ". " + tool.hint;
+    } else if (!tool_.hint.empty()) {
+      text += ". " + tool_.hint;
     }
   } else {
     text += " can't be started: " + error.text;
   }
   if (command.rule->isOptional) {
-    log.AddPlain(text);
+    log_.AddPlain(text);
   } else {
-    log.AddError(text);
+    log_.AddError(text);
   }
 }
 
 // `reason` is an error from the OS; empty if the output does not exist.
 bool ToolRun::FailWithoutOutput(const std::string& reason) {
-  if (!log.HasErrors()) log.ReportLastLines(0);
-  log.AddError(
-      tool.name + " ended without an error, but " +
-      (reason.empty() ? "left no file " + plan.output : plan.output + " can't be read: " + reason));
+  if (!log_.HasErrors()) log_.ReportLastLines(0);
+  log_.AddError(tool_.name + " ended without an error, but " +
+                (reason.empty() ? "left no file " + plan_.output
+                                : plan_.output + " can't be read: " + reason));
   return false;
 }
 
 bool ToolRun::CollectRecord() {
-  if (plan.output.empty()) return true;
+  if (plan_.output.empty()) return true;
   // A file with a similar name is not the expected output.
-  auto status = world.files->ExamineExactly(plan.outputOnDisk);
+  auto status = world_.files->ExamineExactly(plan_.outputOnDisk);
   if (!status) {
-    const auto text = world.files->ReadWholeFile(plan.outputOnDisk);
+    const auto text = world_.files->ReadWholeFile(plan_.outputOnDisk);
     // The file exists if it can be read, even if a stat has failed.
-    if (text) status = world.files->ExamineExactly(plan.outputOnDisk);
+    if (text) status = world_.files->ExamineExactly(plan_.outputOnDisk);
     const bool isUnreadable = !text && text.GetError().code != ErrorCode::NotFound;
     if (!status) return FailWithoutOutput(isUnreadable ? text.GetError().text : "");
   }
   BuildRecord found;
-  found.output = plan.output;
+  found.output = plan_.output;
   found.infos = ReadInfos();
-  found.programs = ProgramsOf(world, plan);
+  found.programs = ProgramsOf(world_, plan_);
   if (!ReadDependencies(found)) return false;
   found.date = BringForward(found, *status);
-  found.command = HashCommands(world, plan);
-  found.hasInexactNames = plan.hasInexactNames;
+  found.command = HashCommands(world_, plan_);
+  found.hasInexactNames = plan_.hasInexactNames;
   if (!SettleRandomNames()) return false;
   WriteGlobals(found.dependencies);
   found.products = FindProducts();
   found.byProducts = FindByProducts();
-  record = std::move(found);
+  record_ = std::move(found);
   return true;
 }
 
 // Programs whose temporary files can't be named by an option use different names in each run.
 bool ToolRun::SettleRandomNames() {
-  for (const auto& [path, patterns] : plan.randomNames) {
-    auto text = world.files->ReadWholeFile(path);
+  for (const auto& [path, patterns] : plan_.randomNames) {
+    auto text = world_.files->ReadWholeFile(path);
     if (!text || !ReplaceRandomNames(*text, patterns)) continue;
-    const Status written = world.files->WriteScratchFile(path, *text);
+    const Status written = world_.files->WriteScratchFile(path, *text);
     if (written) continue;
-    log.AddError(path + " can't be written: " + written.GetError().text);
+    log_.AddError(path + " can't be written: " + written.GetError().text);
     return false;
   }
   return true;
@@ -341,29 +343,29 @@ bool ToolRun::SettleRandomNames() {
 
 // Returns everything that the run produced in addition to its output.
 std::vector<std::string> ToolRun::FindProducts() const {
-  std::vector<std::string> made = plan.products;
-  made.push_back(plan.listing);
-  made.push_back(plan.globals);
+  std::vector<std::string> made = plan_.products;
+  made.push_back(plan_.listing);
+  made.push_back(plan_.globals);
   std::erase_if(made, [this](const std::string& path) {
-    return path.empty() || !world.files->ExamineExactly(path);
+    return path.empty() || !world_.files->ExamineExactly(path);
   });
   return made;
 }
 
 // Excludes files older than the run, which need not have been produced by the tool.
 std::vector<std::string> ToolRun::FindByProducts() const {
-  std::vector<std::string> made = plan.byProducts;
-  for (const std::string& start : plan.byProductStarts) {
-    for (std::string& path : FindFilesThatStart(*world.files, start)) {
+  std::vector<std::string> made = plan_.byProducts;
+  for (const std::string& start : plan_.byProductStarts) {
+    for (std::string& path : FindFilesThatStart(*world_.files, start)) {
       const bool isKnown = std::find(made.begin(), made.end(), path) != made.end();
       if (!isKnown) made.push_back(std::move(path));
     }
   }
-  made.push_back(plan.rules);
-  made.push_back(plan.furtherRules);
+  made.push_back(plan_.rules);
+  made.push_back(plan_.furtherRules);
   std::erase_if(made, [this](const std::string& path) {
-    const auto status = path.empty() ? std::nullopt : world.files->ExamineExactly(path);
-    return !status || status->changed < startTime;
+    const auto status = path.empty() ? std::nullopt : world_.files->ExamineExactly(path);
+    return !status || status->changed < startTime_;
   });
   return made;
 }
@@ -372,39 +374,39 @@ std::vector<std::string> ToolRun::FindByProducts() const {
 // is not older than its inputs. Returns the output's time in seconds since 1970.
 std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& output) {
   std::pair<std::int64_t, std::int64_t> newest{output.modifiedSeconds, output.modifiedNanoseconds};
-  for (const std::vector<std::string>* paths : {&job.files, &made.dependencies}) {
+  for (const std::vector<std::string>* paths : {&job_.files, &made.dependencies}) {
     for (const std::string& path : *paths) {
-      const auto status = world.files->Examine(path);
+      const auto status = world_.files->Examine(path);
       if (!status) continue;
       newest = std::max(newest, {status->modifiedSeconds, status->modifiedNanoseconds});
     }
   }
   if (newest.first <= output.modifiedSeconds) return output.modifiedSeconds;
-  const Status set = world.files->SetModifiedTime(plan.outputOnDisk, newest.first, newest.second);
-  if (!set) log.AddPlain(made.output + ": " + set.GetError().text);
+  const Status set = world_.files->SetModifiedTime(plan_.outputOnDisk, newest.first, newest.second);
+  if (!set) log_.AddPlain(made.output + ": " + set.GetError().text);
   return set ? newest.first : output.modifiedSeconds;
 }
 
 // Problems with the list of globals don't fail the run.
 void ToolRun::WriteGlobals(const std::vector<std::string>& libraries) {
-  if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
+  if (tool_.globals.format == GlobalsRule::Format::None || plan_.globals.empty()) return;
   // The sources of a library are relative to the folder of its application, in or above its own.
   std::vector<std::string> folders;
-  for (const std::vector<std::string>* list : {&job.files, &libraries}) {
+  for (const std::vector<std::string>* list : {&job_.files, &libraries}) {
     for (const std::string& path : *list) {
       if (path.ends_with(".a")) AddFoldersAbove(path, folders);
     }
   }
   ToolMessage said =
-      UpdateGlobalsFile(*world.files, plan.globals, plan.outputOnDisk, job.baseFolder, folders);
-  if (!said.text.empty()) log.Add(std::move(said));
+      UpdateGlobalsFile(*world_.files, plan_.globals, plan_.outputOnDisk, job_.baseFolder, folders);
+  if (!said.text.empty()) log_.Add(std::move(said));
 }
 
 std::string ToolRun::ReadInfos() {
-  const SizeRule& rule = tool.size;
+  const SizeRule& rule = tool_.size;
   if (rule.format == SizeFormat::None) return {};
-  if (plan.sizeFile.empty()) return DescribeSizes(ReadSizes(rule.format, captured), rule.sums);
-  const auto text = world.files->ReadWholeFile(plan.sizeFile);
+  if (plan_.sizeFile.empty()) return DescribeSizes(ReadSizes(rule.format, captured_), rule.sums);
+  const auto text = world_.files->ReadWholeFile(plan_.sizeFile);
   return text ? DescribeSizes(ReadSizes(rule.format, *text), rule.sums) : std::string();
 }
 

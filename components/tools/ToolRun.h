@@ -21,19 +21,19 @@ class ToolRun {
   ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
           const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages);
 
-  const ToolPlan& Plan() const { return plan; }
+  const ToolPlan& Plan() const { return plan_; }
 
   // Runs the steps in order until one fails, and processes their results. Returns false if the tool
   // failed; the messages then say why.
   bool Run();
 
   // Messages of the run so far.
-  const MessageLog& GetLog() const { return log; }
-  ToolMessages TakeMessages() { return log.Take(); }
+  const MessageLog& GetLog() const { return log_; }
+  ToolMessages TakeMessages() { return log_.Take(); }
   // The record of a successful run with an output; nullopt otherwise.
-  const std::optional<BuildRecord>& Record() const { return record; }
+  const std::optional<BuildRecord>& Record() const { return record_; }
   // Time at which the run started, on the file system's clock; 0 if it didn't start.
-  std::int64_t GetStartTime() const { return startTime; }
+  std::int64_t GetStartTime() const { return startTime_; }
   // Removes the files that the run has written, for a run whose result is not used.
   void RemoveResults();
 
@@ -71,21 +71,21 @@ class ToolRun {
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
                bool isErrorStream);
 
-  const ToolWorld& world;
-  RunningTools& running;
-  HelperFinder& helpers;
-  const ToolDefinition& tool;
-  const ToolJob& job;
-  ToolPlan plan;
-  MessageLog log;
-  std::string captured;
-  std::int64_t startTime = 0;  // on the file system's clock
+  const ToolWorld& world_;
+  RunningTools& running_;
+  HelperFinder& helpers_;
+  const ToolDefinition& tool_;
+  const ToolJob& job_;
+  ToolPlan plan_;
+  MessageLog log_;
+  std::string captured_;
+  std::int64_t startTime_ = 0;  // on the file system's clock
   // State before the current or last step.
-  std::size_t errorsBefore = 0;
-  bool hasStatedError = false;  // the step printed an error that fails it
-  std::size_t stepStart = 0;    // its position in `log`
-  std::size_t capturedBefore = 0;
-  std::optional<BuildRecord> record;
+  std::size_t errorsBefore_ = 0;
+  bool hasStatedError_ = false;  // the step printed an error that fails it
+  std::size_t stepStart_ = 0;    // its position in `log`
+  std::size_t capturedBefore_ = 0;
+  std::optional<BuildRecord> record_;
 };
 
 }  // namespace tarn::tools

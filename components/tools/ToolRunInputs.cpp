@@ -42,33 +42,33 @@ std::vector<std::string_view> SplitAny(std::string_view text, std::string_view s
 
 // Unknown dependencies must be an error: without any, the output would never be stale again.
 bool ToolRun::ReadDependencies(BuildRecord& found) {
-  ReadFiles read = FindReadFiles(tool, plan, job.files, *world.files);
-  std::vector<std::string> names = job.respelled;
+  ReadFiles read = FindReadFiles(tool_, plan_, job_.files, *world_.files);
+  std::vector<std::string> names = job_.respelled;
   names.insert(names.end(), read.found.begin(), read.found.end());
   found.missing = std::move(read.missing);
   std::vector<std::string> words;
-  for (const ToolCommand& command : plan.commands) {
-    const GivenArguments given = ExpandArguments(command, world.files);
+  for (const ToolCommand& command : plan_.commands) {
+    const GivenArguments given = ExpandArguments(command, world_.files);
     words.insert(words.end(), given.words.begin(), given.words.end());
   }
-  found.definitions = ValuesOf(tool.defines, words);
-  found.search = SearchFolders(world.files, tool, plan);
+  found.definitions = ValuesOf(tool_.defines, words);
+  found.search = SearchFolders(world_.files, tool_, plan_);
   // A command without search folders still searches the folder of its source.
-  if (!tool.search.empty() && found.search.empty() && !job.files.empty()) {
-    found.search.push_back(FolderOf(job.files.front()));
+  if (!tool_.search.empty() && found.search.empty() && !job_.files.empty()) {
+    found.search.push_back(FolderOf(job_.files.front()));
   }
-  if (!plan.rules.empty() && !ReadRules(found.search, names)) return false;
-  if (!plan.furtherRules.empty()) ReadFurtherRules(found, names);
-  const bool isCompiler = tool.carriers.empty();
-  if (isCompiler && LeavesCodeToTheLink(tool, words)) AddAssembledFiles(found, names);
-  std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
-  for (const std::string& name : job.respelled) seen.erase(name);
+  if (!plan_.rules.empty() && !ReadRules(found.search, names)) return false;
+  if (!plan_.furtherRules.empty()) ReadFurtherRules(found, names);
+  const bool isCompiler = tool_.carriers.empty();
+  if (isCompiler && LeavesCodeToTheLink(tool_, words)) AddAssembledFiles(found, names);
+  std::unordered_set<std::string> seen(job_.files.begin(), job_.files.end());
+  for (const std::string& name : job_.respelled) seen.erase(name);
   for (std::string& name : names) {
     if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
   }
   // A file listed as a dependency need not be listed elsewhere as well.
   std::erase_if(found.programs, [&seen](const std::string& path) { return seen.contains(path); });
-  for (std::string& path : helpers.Find(world, tool, plan)) {
+  for (std::string& path : helpers_.Find(world_, tool_, plan_)) {
     if (seen.insert(path).second) found.programs.push_back(std::move(path));
   }
   return true;
@@ -76,16 +76,16 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
 
 // Base of the names in dependency files. A tool's conditions can leave it without any step.
 const std::string& ToolRun::RulesFolder() const {
-  return plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
+  return plan_.commands.empty() ? job_.baseFolder : plan_.commands.front().folder;
 }
 
 // A header of the toolchain is a dependency only if it is in a folder named by the command.
 bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
-  const auto text = world.files->ReadWholeFile(plan.rules);
+  const auto text = world_.files->ReadWholeFile(plan_.rules);
   if (!text) return FailRules("can't be read: " + text.GetError().text);
   const RuleFile rules = ReadRuleFile(*text);
   if (!rules.problem.empty()) return FailRules(rules.problem);
-  const ToolchainFolders toolchain(world, plan);
+  const ToolchainFolders toolchain(world_, plan_);
   const auto isBelow = [](const std::string& path, const std::string& folder) {
     return path.starts_with(AddSeparator(folder));
   };
@@ -93,8 +93,8 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
   for (const std::string& name : rules.names) {
     // Tools write names of this platform: a letter and a colon are the start of a plain name.
     const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
-    std::string path = AbsolutePath(world.files, RulesFolder(), isDriveless ? "./" + name : name);
-    if (HasOddCharacter(name) && !world.files->Examine(path)) {
+    std::string path = AbsolutePath(world_.files, RulesFolder(), isDriveless ? "./" + name : name);
+    if (HasOddCharacter(name) && !world_.files->Examine(path)) {
       return FailRules("names a file that can't be followed, rename it: " + name);
     }
     fileNames.insert(FoldCase(FileNameOf(path)));
@@ -106,7 +106,7 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
     if (isOwn) names.push_back(std::move(path));
   }
   // Compares the last component only, because a launcher may write the folders differently.
-  for (const std::string& source : job.files) {
+  for (const std::string& source : job_.files) {
     if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
       return FailRules("doesn't name the source " + source);
     }
@@ -121,21 +121,21 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
 void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names) {
   // Not every run produces this file, and searching for other spellings takes time proportional to
   // the size of the output folder.
-  if (!world.files->ExamineExactly(plan.furtherRules)) return;
-  const auto text = world.files->ReadWholeFile(plan.furtherRules);
+  if (!world_.files->ExamineExactly(plan_.furtherRules)) return;
+  const auto text = world_.files->ReadWholeFile(plan_.furtherRules);
   if (!text) return;
-  static_cast<void>(world.files->RemoveScratchFile(plan.furtherRules));
-  std::unordered_set<std::string> titles{FileNameOf(WithoutExtension(plan.output))};
-  for (const std::string& source : job.files) {
+  static_cast<void>(world_.files->RemoveScratchFile(plan_.furtherRules));
+  std::unordered_set<std::string> titles{FileNameOf(WithoutExtension(plan_.output))};
+  for (const std::string& source : job_.files) {
     titles.insert(FileNameOf(source));
     titles.insert(FileNameOf(WithoutExtension(source)));
   }
   for (const std::string& name : ReadRuleFile(*text).names) {
-    std::string path = AbsolutePath(world.files, RulesFolder(), name);
+    std::string path = AbsolutePath(world_.files, RulesFolder(), name);
     const bool isBetween =
         ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
-    if (isBetween || !world.files->ExamineExactly(path)) continue;
-    const bool isPart = tool.follows == Follow::Scripts && !IsRelativePath(name) &&
+    if (isBetween || !world_.files->ExamineExactly(path)) continue;
+    const bool isPart = tool_.follows == Follow::Scripts && !IsRelativePath(name) &&
                         !path.starts_with(AddSeparator(RulesFolder()));
     if (isPart) {
       found.programs.push_back(std::move(path));
@@ -166,9 +166,9 @@ void ToolRun::AddEarlier(const std::string& path, BuildRecord& found) const {
 void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const {
   std::vector<std::string> texts = found.definitions;
   bool hasCode = false;
-  for (const std::vector<std::string>* paths : {&job.files, &std::as_const(names)}) {
+  for (const std::vector<std::string>* paths : {&job_.files, &std::as_const(names)}) {
     for (const std::string& path : *paths) {
-      auto text = world.files->ReadWholeFile(path);
+      auto text = world_.files->ReadWholeFile(path);
       if (!text) continue;
       hasCode |= text->find("incbin") != text->npos || text->find(".include") != text->npos;
       texts.push_back(std::move(*text));
@@ -182,8 +182,8 @@ void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& na
     for (const std::string_view word : SplitAny(text, " \t\r\n\"'<>()[]{},;\\=")) {
       if (word.empty() || !tried.emplace(word).second) continue;
       for (const std::string& folder : folders) {
-        std::string path = AbsolutePath(world.files, folder, word);
-        if (!world.files->ExamineExactly(path)) continue;
+        std::string path = AbsolutePath(world_.files, folder, word);
+        if (!world_.files->ExamineExactly(path)) continue;
         AddEarlier(path, found);
         names.push_back(std::move(path));
       }
@@ -192,8 +192,8 @@ void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& na
 }
 
 bool ToolRun::FailRules(const std::string& problem) {
-  log.AddError(tool.name + " ended without an error, but its dependencies are unknown: " +
-               plan.rules + ' ' + problem);
+  log_.AddError(tool_.name + " ended without an error, but its dependencies are unknown: " +
+                plan_.rules + ' ' + problem);
   return false;
 }
 

@@ -66,19 +66,20 @@ std::uint64_t Digest(const std::vector<DefinitionFile>& definitions,
 
 std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
   auto set = std::make_unique<ToolSet>();
-  const std::vector<DefinitionFile> definitions = ReadTexts(files, folder, set->errors);
-  set->folder = folder;
-  set->digest = Digest(definitions, set->errors);
-  if (!set->errors.empty()) set->problem = set->errors.front();
+  const std::vector<DefinitionFile> definitions = ReadTexts(files, folder, set->errors_);
+  set->folder_ = folder;
+  set->digest_ = Digest(definitions, set->errors_);
+  if (!set->errors_.empty()) set->problem_ = set->errors_.front();
   ReadDefinitions read = ReadDefinitionFiles(definitions);
-  if (set->problem.empty() && !read.lostFile.empty()) {
-    set->problem = JoinPath(folder, read.lostFile);
+  if (set->problem_.empty() && !read.lostFile.empty()) {
+    set->problem_ = JoinPath(folder, read.lostFile);
   }
-  set->errors.insert(set->errors.end(), read.errors.begin(), read.errors.end());
-  set->messages = std::move(read.messages);
+  set->errors_.insert(set->errors_.end(), read.errors.begin(), read.errors.end());
+  set->messages_ = std::move(read.messages);
   for (auto& tool : read.tools) set->Take(std::move(tool));
   set->PrepareLists();
-  if (set->tools.empty() && set->problem.empty()) set->problem = folder + ": no tools are defined";
+  if (set->tools_.empty() && set->problem_.empty())
+    set->problem_ = folder + ": no tools are defined";
   return set;
 }
 
@@ -89,46 +90,46 @@ std::uint64_t ToolSet::DigestOf(FileSystem& files, const std::string& folder) {
 
 void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
   const auto isSame = [&](const auto& other) { return EqualNoCase(other->name, tool->name); };
-  const auto same = std::find_if(tools.begin(), tools.end(), isSame);
-  if (same != tools.end()) {
-    errors.push_back(tool->name + ": is defined twice; the later definition applies");
+  const auto same = std::find_if(tools_.begin(), tools_.end(), isSame);
+  if (same != tools_.end()) {
+    errors_.push_back(tool->name + ": is defined twice; the later definition applies");
     *same = std::move(tool);
   } else {
-    tools.push_back(std::move(tool));
+    tools_.push_back(std::move(tool));
   }
 }
 
 void ToolSet::PrepareLists() {
   std::map<std::string, std::size_t> counts;
-  for (const auto& tool : tools) {
-    byName[FoldCase(tool->name)] = tool.get();
+  for (const auto& tool : tools_) {
+    byName_[FoldCase(tool->name)] = tool.get();
     for (const std::string& extension : tool->extensions) {
-      if (counts[extension]++ < kMaxListed) listsByExtension[extension] += ToolElement(*tool, "");
+      if (counts[extension]++ < kMaxListed) listsByExtension_[extension] += ToolElement(*tool, "");
     }
   }
-  for (auto& [extension, list] : listsByExtension) {
+  for (auto& [extension, list] : listsByExtension_) {
     list.insert(0, "<Tools>").append("</Tools>");
   }
 }
 
 const ToolDefinition* ToolSet::Find(std::string_view name) const {
-  const auto found = byName.find(FoldCase(name));
-  return found == byName.end() ? nullptr : found->second;
+  const auto found = byName_.find(FoldCase(name));
+  return found == byName_.end() ? nullptr : found->second;
 }
 
 MessageRuleLists ToolSet::CommonMessages() const {
-  const auto found = messages.find("gcc");
-  return found == messages.end() ? MessageRuleLists() : MessageRuleLists{found->second};
+  const auto found = messages_.find("gcc");
+  return found == messages_.end() ? MessageRuleLists() : MessageRuleLists{found->second};
 }
 
 std::string ToolSet::ToolsForExtension(std::string_view extension) const {
-  const auto found = listsByExtension.find(FoldCase(extension));
-  return found == listsByExtension.end() ? "<Tools/>" : found->second;
+  const auto found = listsByExtension_.find(FoldCase(extension));
+  return found == listsByExtension_.end() ? "<Tools/>" : found->second;
 }
 
 std::string ToolSet::ListText() const {
   std::string text = "<Tools>";
-  for (const auto& tool : tools) {
+  for (const auto& tool : tools_) {
     std::string children;
     for (const std::string& extension : tool->extensions) {
       children += "<Extension" + XmlAttribute("Header", extension) + "/>";

@@ -25,7 +25,7 @@ class ToolSet {
   // Returns a digest of the names and contents of all definition files in a folder.
   static std::uint64_t DigestOf(FileSystem& files, const std::string& folder);
   // Returns the digest of the files that this set was loaded from.
-  std::uint64_t GetDigest() const { return digest; }
+  std::uint64_t GetDigest() const { return digest_; }
 
   // Returns nullptr if the tool does not exist. Ignores case.
   const ToolDefinition* Find(std::string_view name) const;
@@ -37,16 +37,16 @@ class ToolSet {
   std::string ToolsForExtension(std::string_view extension) const;
   // Returns true if a tool accepts files with this extension.
   bool HasExtension(std::string_view extension) const {
-    return listsByExtension.contains(FoldCase(extension));
+    return listsByExtension_.contains(FoldCase(extension));
   }
   // Returns the element that describes all tools.
   std::string ListText() const;
-  const std::vector<std::string>& Errors() const { return errors; }
+  const std::vector<std::string>& Errors() const { return errors_; }
   // Returns why tools may be missing: the folder or a file can't be read, or the folder defines no
   // tool. Empty if there is no known reason.
-  const std::string& Problem() const { return problem; }
+  const std::string& Problem() const { return problem_; }
   // Returns the folder that the tools were loaded from.
-  const std::string& Folder() const { return folder; }
+  const std::string& Folder() const { return folder_; }
 
   static constexpr std::size_t kMaxListed = 20;  // the number of commands available for them
 
@@ -54,14 +54,14 @@ class ToolSet {
   void Take(std::unique_ptr<ToolDefinition> tool);
   void PrepareLists();
 
-  std::vector<std::unique_ptr<ToolDefinition>> tools;
-  NamedMessageRules messages;
-  std::map<std::string, const ToolDefinition*, std::less<>> byName;  // by lower-case name
-  std::map<std::string, std::string, std::less<>> listsByExtension;  // serialized elements
-  std::vector<std::string> errors;
-  std::string problem;
-  std::string folder;
-  std::uint64_t digest = 0;
+  std::vector<std::unique_ptr<ToolDefinition>> tools_;
+  NamedMessageRules messages_;
+  std::map<std::string, const ToolDefinition*, std::less<>> byName_;  // by lower-case name
+  std::map<std::string, std::string, std::less<>> listsByExtension_;  // serialized elements
+  std::vector<std::string> errors_;
+  std::string problem_;
+  std::string folder_;
+  std::uint64_t digest_ = 0;
 };
 
 }  // namespace tarn::tools

@@ -65,9 +65,9 @@ std::string CleanLine(std::string_view line) {
 }
 
 void LineAssembler::Append(std::string_view text) {
-  const std::size_t taken = std::min(text.size(), kMaxLine - std::min(kMaxLine, line.size()));
-  line.append(text.substr(0, taken));
-  dropped += text.size() - taken;
+  const std::size_t taken = std::min(text.size(), kMaxLine - std::min(kMaxLine, line_.size()));
+  line_.append(text.substr(0, taken));
+  dropped_ += text.size() - taken;
 }
 
 }  // namespace tarn::tools

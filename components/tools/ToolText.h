@@ -37,22 +37,22 @@ class LineAssembler {
   // Handles the end of the stream: the rest is a line too, unless it is empty.
   template <class Handler>
   void Finish(const Handler& onLine) {
-    if (!line.empty() || dropped > 0) Flush(onLine);
+    if (!line_.empty() || dropped_ > 0) Flush(onLine);
   }
 
  private:
   template <class Handler>
   void Flush(const Handler& onLine) {
-    if (dropped > 0) line += " [" + std::to_string(dropped) + " more bytes]";
-    onLine(std::string_view(line));
-    line.clear();
-    dropped = 0;
+    if (dropped_ > 0) line_ += " [" + std::to_string(dropped_) + " more bytes]";
+    onLine(std::string_view(line_));
+    line_.clear();
+    dropped_ = 0;
   }
 
   void Append(std::string_view text);
 
-  std::string line;
-  std::size_t dropped = 0;
+  std::string line_;
+  std::size_t dropped_ = 0;
 };
 
 }  // namespace tarn::tools

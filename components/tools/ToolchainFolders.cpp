@@ -8,7 +8,7 @@
 namespace tarn::tools {
 
 ToolchainFolders::ToolchainFolders(const ToolWorld& world, const ToolPlan& plan)
-    : folders{"/usr/include/", "/usr/local/include/", "/usr/lib/", "/usr/lib64/"} {
+    : folders_{"/usr/include/", "/usr/local/include/", "/usr/lib/", "/usr/lib64/"} {
   for (const std::string& program : ProgramsOf(world, plan)) {
     AddInstallation(*world.files, program);
     AddInstallation(*world.files, world.files->ResolveLinks(program));
@@ -22,15 +22,15 @@ void ToolchainFolders::AddInstallation(FileSystem& files, const std::string& pro
   const std::string name = FileNameOf(program);
   const std::string target = name.substr(0, name.rfind('-'));
   for (const char* folder : {"lib/gcc", "lib64/gcc", "include"}) {
-    folders.push_back(AddSeparator(JoinPath(prefix, folder)));
+    folders_.push_back(AddSeparator(JoinPath(prefix, folder)));
   }
   if (target == name) return;
-  folders.push_back(AddSeparator(JoinPath(prefix, target)));
-  folders.push_back(AddSeparator(JoinPath(JoinPath(prefix, "lib"), target)));
+  folders_.push_back(AddSeparator(JoinPath(prefix, target)));
+  folders_.push_back(AddSeparator(JoinPath(JoinPath(prefix, "lib"), target)));
 }
 
 bool ToolchainFolders::Has(const std::string& path) const {
-  return std::any_of(folders.begin(), folders.end(),
+  return std::any_of(folders_.begin(), folders_.end(),
                      [&path](const std::string& each) { return path.starts_with(each); });
 }
 

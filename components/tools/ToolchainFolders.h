@@ -19,7 +19,7 @@ class ToolchainFolders {
  private:
   void AddInstallation(FileSystem& files, const std::string& program);
 
-  std::vector<std::string> folders;  // with trailing separators
+  std::vector<std::string> folders_;  // with trailing separators
 };
 
 }  // namespace tarn::tools

@@ -32,12 +32,12 @@ struct Lookup {
 // Only $(Item) is defined in the name of a library.
 class ItemValue : public TemplateValues {
  public:
-  explicit ItemValue(const std::string& value) : item(value) {}
-  std::string Own(OwnName name) const override { return name == OwnName::Item ? item : ""; }
+  explicit ItemValue(const std::string& value) : item_(value) {}
+  std::string Own(OwnName name) const override { return name == OwnName::Item ? item_ : ""; }
   std::string Option(const std::string&) const override { return {}; }
 
  private:
-  const std::string& item;
+  const std::string& item_;
 };
 
 bool IsText(std::string_view bytes) {
@@ -50,72 +50,72 @@ class LookupFinder {
   LookupFinder(const ToolDefinition& toolDefinition, const ToolPlan& toolPlan,
                const std::vector<std::string>& runFiles, FileSystem& fileSystem,
                bool isRunOver = false)
-      : tool(toolDefinition),
-        plan(toolPlan),
-        files(runFiles),
-        disk(fileSystem),
-        hasEnded(isRunOver),
-        own(runFiles.begin(), runFiles.end()) {}
+      : tool_(toolDefinition),
+        plan_(toolPlan),
+        files_(runFiles),
+        disk_(fileSystem),
+        hasEnded_(isRunOver),
+        own_(runFiles.begin(), runFiles.end()) {}
 
   // A linker script may name folders in which all libraries are searched, and further scripts may
   // be found there: repeats the search until it finds no more folders.
   std::vector<Lookup> Find() {
-    search = SearchFolders(&disk, tool, plan);
+    search_ = SearchFolders(&disk_, tool_, plan_);
     std::size_t known = 0;
     do {
-      known = scriptFolders.size();
-      lookups.clear();
-      followed.clear();
-      namedFolders.clear();
+      known = scriptFolders_.size();
+      lookups_.clear();
+      followed_.clear();
+      namedFolders_.clear();
       AddAll();
-    } while (scriptFolders.size() > known);
-    return std::move(lookups);
+    } while (scriptFolders_.size() > known);
+    return std::move(lookups_);
   }
 
  private:
   void AddAll() {
-    for (const ToolCommand& command : plan.commands) AddCommand(command);
-    for (const std::string& path : plan.depends) AddPath(path, true);
-    if (tool.follows == Follow::Includes || hasEnded) {
-      for (const std::string& file : files) FollowFile(file);
+    for (const ToolCommand& command : plan_.commands) AddCommand(command);
+    for (const std::string& path : plan_.depends) AddPath(path, true);
+    if (tool_.follows == Follow::Includes || hasEnded_) {
+      for (const std::string& file : files_) FollowFile(file);
     }
   }
 
   void AddCommand(const ToolCommand& command) {
-    folder = command.folder;
-    const GivenArguments given = ExpandArguments(command, &disk);
+    folder_ = command.folder;
+    const GivenArguments given = ExpandArguments(command, &disk_);
     for (const std::string& path : given.responseFiles) AddPath(path, true);
-    for (const LibraryRule& rule : tool.libraries) {
+    for (const LibraryRule& rule : tool_.libraries) {
       for (const std::string& each : ValuesOf(rule.folderFlags, given.words)) {
         if (std::string path = LibraryFolder(each); !path.empty()) {
-          namedFolders.push_back(std::move(path));
+          namedFolders_.push_back(std::move(path));
         }
       }
     }
-    for (const LibraryRule& rule : tool.libraries) {
+    for (const LibraryRule& rule : tool_.libraries) {
       for (const std::string& name : ValuesOf(rule.nameFlags, given.words)) {
         AddLibrary(rule, name, LibraryFolders());
       }
       // Among these, the toolchain's libraries precede those in the folders of scripts.
-      for (const std::string& name : plan.implicitLibraries) AddLibrary(rule, name, namedFolders);
+      for (const std::string& name : plan_.implicitLibraries) AddLibrary(rule, name, namedFolders_);
     }
-    for (const std::string& name : ValuesOf(tool.includes, given.words)) {
-      Lookup lookup{{AbsolutePath(&disk, folder, name)}, true};
-      for (const std::string& each : search)
-        lookup.places.push_back(AbsolutePath(&disk, each, name));
+    for (const std::string& name : ValuesOf(tool_.includes, given.words)) {
+      Lookup lookup{{AbsolutePath(&disk_, folder_, name)}, true};
+      for (const std::string& each : search_)
+        lookup.places.push_back(AbsolutePath(&disk_, each, name));
       Add(std::move(lookup));
     }
-    for (const std::string& each : ValuesOf(tool.helpers.folderFlags, given.words))
+    for (const std::string& each : ValuesOf(tool_.helpers.folderFlags, given.words))
       AddHelpers(each);
     AddWords(given.words);
   }
 
   // The folder is a prefix that need not end in a separator.
   void AddHelpers(const std::string& prefix) {
-    for (const auto* names : {&plan.helpers, &plan.helperFiles}) {
+    for (const auto* names : {&plan_.helpers, &plan_.helperFiles}) {
       for (const std::string& name : *names) {
-        const std::string path = AbsolutePath(&disk, folder, prefix + name);
-        Add({{path, AbsolutePath(&disk, AbsolutePath(&disk, folder, prefix), name)}, true});
+        const std::string path = AbsolutePath(&disk_, folder_, prefix + name);
+        Add({{path, AbsolutePath(&disk_, AbsolutePath(&disk_, folder_, prefix), name)}, true});
       }
     }
   }
@@ -124,13 +124,13 @@ class LookupFinder {
   // target's sysroot, which is empty by default.
   std::string LibraryFolder(std::string_view name) const {
     if (name.starts_with('=')) name.remove_prefix(1);
-    return name.empty() ? std::string() : AbsolutePath(&disk, folder, name);
+    return name.empty() ? std::string() : AbsolutePath(&disk_, folder_, name);
   }
 
   // Returns the folders in search order.
   std::vector<std::string> LibraryFolders() const {
-    std::vector<std::string> folders = namedFolders;
-    folders.insert(folders.end(), scriptFolders.begin(), scriptFolders.end());
+    std::vector<std::string> folders = namedFolders_;
+    folders.insert(folders.end(), scriptFolders_.begin(), scriptFolders_.end());
     return folders;
   }
 
@@ -139,7 +139,7 @@ class LookupFinder {
     Lookup lookup{{}, true};
     for (const std::string& each : folders) {
       for (const std::string& file : LibraryFileNames(rule, name)) {
-        lookup.places.push_back(AbsolutePath(&disk, each, file));
+        lookup.places.push_back(AbsolutePath(&disk_, each, file));
       }
     }
     Add(std::move(lookup));
@@ -148,7 +148,7 @@ class LookupFinder {
   void AddWords(const std::vector<std::string>& words) {
     for (std::size_t i = 0; i < words.size(); ++i) {
       const std::string& word = words[i];
-      if (const std::string* const flag = FindFlag(tool.writes, word)) {
+      if (const std::string* const flag = FindFlag(tool_.writes, word)) {
         if (*flag == word) ++i;
         continue;
       }
@@ -174,11 +174,11 @@ class LookupFinder {
   // Files named by arguments are also searched in the library folders.
   void AddName(std::string_view name) {
     if (name.empty()) return;
-    Lookup lookup{{AbsolutePath(&disk, folder, name)}, false};
-    if (own.contains(lookup.places.front())) return;
+    Lookup lookup{{AbsolutePath(&disk_, folder_, name)}, false};
+    if (own_.contains(lookup.places.front())) return;
     if (IsRelativePath(name)) {
       for (const std::string& each : LibraryFolders()) {
-        lookup.places.push_back(AbsolutePath(&disk, each, name));
+        lookup.places.push_back(AbsolutePath(&disk_, each, name));
       }
     }
     Add(std::move(lookup));
@@ -188,27 +188,27 @@ class LookupFinder {
 
   void Add(Lookup lookup) {
     if (lookup.places.empty()) return;
-    lookups.push_back(std::move(lookup));
-    if (tool.follows != Follow::Scripts) return;
-    const std::vector<std::string> places = lookups.back().places;
+    lookups_.push_back(std::move(lookup));
+    if (tool_.follows != Follow::Scripts) return;
+    const std::vector<std::string> places = lookups_.back().places;
     for (const std::string& place : places) FollowFile(place);
   }
 
   // Adds the files named in this one if it is a text.
   void FollowFile(const std::string& path) {
-    if (tool.follows == Follow::None || !followed.insert(path).second || IsOutput(path)) return;
+    if (tool_.follows == Follow::None || !followed_.insert(path).second || IsOutput(path)) return;
     const std::string extension = FoldCase(ExtensionOf(path));
-    if (extension == ".o" || extension == ".obj" || (extension == ".a" && !hasEnded)) return;
-    const auto status = disk.ExamineExactly(path);
+    if (extension == ".o" || extension == ".obj" || (extension == ".a" && !hasEnded_)) return;
+    const auto status = disk_.ExamineExactly(path);
     if (!status) return;
     if (extension == ".a") return FollowArchive(path, status->size);
     if (status->size > kMaxFollowed) return;
-    const auto text = disk.ReadWholeFile(path);
+    const auto text = disk_.ReadWholeFile(path);
     if (text && IsText(*text)) FollowText(*text, path);
   }
 
   void FollowText(std::string_view text, const std::string& path) {
-    if (tool.follows == Follow::Scripts) {
+    if (tool_.follows == Follow::Scripts) {
       const ScriptNames names = FindScriptNames(text);
       for (const std::string& name : names.folders) AddScriptFolder(name);
       for (const std::string& name : names.inputs) AddScriptInput(name, path);
@@ -219,11 +219,11 @@ class LookupFinder {
 
   // Adds the members of a thin archive, including those of nested archives.
   void FollowArchive(const std::string& path, std::uint64_t size) {
-    if (tool.follows != Follow::Scripts || size > kMaxArchive) return;
-    const auto bytes = disk.ReadWholeFile(path);
+    if (tool_.follows != Follow::Scripts || size > kMaxArchive) return;
+    const auto bytes = disk_.ReadWholeFile(path);
     if (!bytes) return;
     for (const std::string& name : ReadThinArchive(*bytes)) {
-      AddPath(AbsolutePath(&disk, FolderOf(path), name), true);
+      AddPath(AbsolutePath(&disk_, FolderOf(path), name), true);
     }
     if (bytes->size() <= kMaxFollowed && IsText(*bytes)) FollowText(*bytes, path);
   }
@@ -231,21 +231,21 @@ class LookupFinder {
   void AddScriptFolder(const std::string& name) {
     std::string path = LibraryFolder(name);
     const bool isKnown =
-        std::find(scriptFolders.begin(), scriptFolders.end(), path) != scriptFolders.end();
-    if (!path.empty() && !isKnown) scriptFolders.push_back(std::move(path));
+        std::find(scriptFolders_.begin(), scriptFolders_.end(), path) != scriptFolders_.end();
+    if (!path.empty() && !isKnown) scriptFolders_.push_back(std::move(path));
   }
 
   void AddScriptInput(const std::string& name, const std::string& script) {
     if (name.starts_with("-l") && name.size() > 2) {
-      for (const LibraryRule& rule : tool.libraries) {
+      for (const LibraryRule& rule : tool_.libraries) {
         AddLibrary(rule, name.substr(2), LibraryFolders());
       }
       return;
     }
-    Lookup lookup{{AbsolutePath(&disk, folder, name)}, true};
-    lookup.places.push_back(AbsolutePath(&disk, FolderOf(script), name));
+    Lookup lookup{{AbsolutePath(&disk_, folder_, name)}, true};
+    lookup.places.push_back(AbsolutePath(&disk_, FolderOf(script), name));
     for (const std::string& each : LibraryFolders()) {
-      lookup.places.push_back(AbsolutePath(&disk, each, name));
+      lookup.places.push_back(AbsolutePath(&disk_, each, name));
     }
     Add(std::move(lookup));
   }
@@ -253,31 +253,31 @@ class LookupFinder {
   // Adds every candidate, because the search order differs between programs. Files that are created
   // later are found through the names in the files read.
   void AddInclude(const std::string& name, const std::string& includer) {
-    std::vector<std::string> folders = search;
+    std::vector<std::string> folders = search_;
     folders.push_back(FolderOf(includer));
     for (const std::string& each : folders) {
-      const std::string path = AbsolutePath(&disk, each, name);
+      const std::string path = AbsolutePath(&disk_, each, name);
       AddPath(path, false);
       FollowFile(path);
     }
   }
 
   bool IsOutput(const std::string& path) const {
-    return path == plan.output || path == plan.outputOnDisk;
+    return path == plan_.output || path == plan_.outputOnDisk;
   }
 
-  const ToolDefinition& tool;
-  const ToolPlan& plan;
-  const std::vector<std::string>& files;
-  FileSystem& disk;
-  const bool hasEnded;  // also follow archives, which is too slow when searching for a build order
-  const std::unordered_set<std::string> own;  // the files of the run
-  std::vector<std::string> search;
-  std::string folder;                      // working folder of the current command
-  std::vector<std::string> namedFolders;   // library search folders of all commands so far
-  std::vector<std::string> scriptFolders;  // same, but named by linker scripts
-  std::unordered_set<std::string> followed;
-  std::vector<Lookup> lookups;
+  const ToolDefinition& tool_;
+  const ToolPlan& plan_;
+  const std::vector<std::string>& files_;
+  FileSystem& disk_;
+  const bool hasEnded_;  // also follow archives, which is too slow when searching for a build order
+  const std::unordered_set<std::string> own_;  // the files of the run
+  std::vector<std::string> search_;
+  std::string folder_;                      // working folder of the current command
+  std::vector<std::string> namedFolders_;   // library search folders of all commands so far
+  std::vector<std::string> scriptFolders_;  // same, but named by linker scripts
+  std::unordered_set<std::string> followed_;
+  std::vector<Lookup> lookups_;
 };
 
 // Returns everything that the run itself writes under a known name.
@@ -314,27 +314,27 @@ void Divide(const Lookup& lookup, FileSystem& disk, std::vector<std::string>& th
 // A set of file names, compared ignoring case, as in file lookups, and through symbolic links.
 class NameSet {
  public:
-  explicit NameSet(FileSystem& fileSystem) : disk(fileSystem) {}
+  explicit NameSet(FileSystem& fileSystem) : disk_(fileSystem) {}
 
   void Add(const std::string& path) {
-    names.insert(FoldCase(path));
-    folders[FoldCase(FileNameOf(path))].insert(FolderOf(path));
+    names_.insert(FoldCase(path));
+    folders_[FoldCase(FileNameOf(path))].insert(FolderOf(path));
   }
 
   bool Has(const std::string& path) const {
-    if (names.contains(FoldCase(path))) return true;
-    const auto found = folders.find(FoldCase(FileNameOf(path)));
-    if (found == folders.end()) return false;
-    const std::string real = FoldCase(disk.ResolveLinks(FolderOf(path)));
+    if (names_.contains(FoldCase(path))) return true;
+    const auto found = folders_.find(FoldCase(FileNameOf(path)));
+    if (found == folders_.end()) return false;
+    const std::string real = FoldCase(disk_.ResolveLinks(FolderOf(path)));
     return std::any_of(found->second.begin(), found->second.end(), [&](const std::string& each) {
-      return FoldCase(disk.ResolveLinks(each)) == real;
+      return FoldCase(disk_.ResolveLinks(each)) == real;
     });
   }
 
  private:
-  FileSystem& disk;
-  std::set<std::string> names;
-  std::map<std::string, std::set<std::string>> folders;  // by file name
+  FileSystem& disk_;
+  std::set<std::string> names_;
+  std::map<std::string, std::set<std::string>> folders_;  // by file name
 };
 
 }  // namespace

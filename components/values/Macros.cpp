@@ -74,26 +74,26 @@ std::string_view TakeCase(std::string_view& list) {
 class Resolver {
  public:
   Resolver(const MacroSource& from, std::string* errorText, std::string* missingName, bool isSplit)
-      : source(from), error(errorText), missing(missingName), protects(isSplit) {}
+      : source_(from), error_(errorText), missing_(missingName), protects_(isSplit) {}
 
   // Appends the expanded text. If it requires a value that an outer frame is resolving, returns
   // that value's frame, and all values in between expand to nothing.
   const Frame* Append(std::string_view text, const Frame& frame, std::string& to) {
-    if (nesting >= kMaxNesting) return Report("macros are nested too deeply"), nullptr;
-    ++nesting;
+    if (nesting_ >= kMaxNesting) return Report("macros are nested too deeply"), nullptr;
+    ++nesting_;
     const Frame* circle = AppendPieces(text, frame, to);
-    --nesting;
+    --nesting_;
     return circle;
   }
 
   const Frame* AppendValue(const FoundValue& value, std::string_view name, const Frame& outer,
                            std::string& to) {
     if (!value.found) return nullptr;
-    if (to.size() > kMaxLength || ++expansions > kMaxExpansions || outer.depth >= kMaxDepth) {
+    if (to.size() > kMaxLength || ++expansions_ > kMaxExpansions || outer.depth >= kMaxDepth) {
       return Report("$(" + CleanName(name) + ") expands too far"), nullptr;
     }
     if (value.literal || value.text.find('$') == std::string_view::npos) {
-      if (value.literal && protects) {
+      if (value.literal && protects_) {
         to += ProtectSeparators(value.text);
       } else {
         to += value.text;
@@ -115,9 +115,9 @@ class Resolver {
 
   // An empty value is not sufficient if a value is required.
   void CheckBlank(const FoundValue& value, std::string_view name, const Frame& outer) {
-    if (missing == nullptr || value.id == 0 || !Trim(value.text).empty()) return;
+    if (missing_ == nullptr || value.id == 0 || !Trim(value.text).empty()) return;
     std::string unused;
-    AppendValue(source.FindBelow(value.id), name, outer, unused);
+    AppendValue(source_.FindBelow(value.id), name, outer, unused);
   }
 
  private:
@@ -153,22 +153,22 @@ class Resolver {
   const Frame* ExpandName(std::string_view name, const Frame& frame, std::string& to) {
     if (EqualNoCase(name, "Inherited")) {
       if (!frame.isValue) return nullptr;
-      return AppendValue(source.FindBelow(frame.id), frame.name, frame, to);
+      return AppendValue(source_.FindBelow(frame.id), frame.name, frame, to);
     }
     if (EqualNoCase(name, "Required")) {
-      if (missing != nullptr && missing->empty()) *missing = CleanName(frame.name);
+      if (missing_ != nullptr && missing_->empty()) *missing_ = CleanName(frame.name);
       return nullptr;
     }
     const std::size_t first = name.find('.');
     if (first == std::string_view::npos) return nullptr;
     const std::size_t second = name.find('.', first + 1);
     if (second == std::string_view::npos) {
-      return AppendValue(source.FindRaw({}, name.substr(0, first), name.substr(first + 1)), name,
+      return AppendValue(source_.FindRaw({}, name.substr(0, first), name.substr(first + 1)), name,
                          frame, to);
     }
     return AppendValue(
-        source.FindRaw(name.substr(0, first), name.substr(first + 1, second - first - 1),
-                       name.substr(second + 1)),
+        source_.FindRaw(name.substr(0, first), name.substr(first + 1, second - first - 1),
+                        name.substr(second + 1)),
         name, frame, to);
   }
 
@@ -218,15 +218,15 @@ class Resolver {
   }
 
   void Report(std::string text) {
-    if (error != nullptr && error->empty()) *error = std::move(text);
+    if (error_ != nullptr && error_->empty()) *error_ = std::move(text);
   }
 
-  const MacroSource& source;
-  std::string* error;
-  std::string* missing;
-  const bool protects;
-  int expansions = 0;
-  int nesting = 0;
+  const MacroSource& source_;
+  std::string* error_;
+  std::string* missing_;
+  const bool protects_;
+  int expansions_ = 0;
+  int nesting_ = 0;
 };
 
 std::vector<std::string_view> Components(std::string_view path) {

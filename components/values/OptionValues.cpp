@@ -39,9 +39,9 @@ OptionValues OptionValues::FromText(std::string_view text) {
 std::string OptionValues::ToText() const {
   std::string text;
   ValuesWriter writer(text);
-  writer.Begin(header);
+  writer.Begin(header_);
   for (std::size_t layer = 0; layer < kLayers; ++layer) {
-    for (const Entry& entry : entries) {
+    for (const Entry& entry : entries_) {
       if (!entry.layers[layer]) continue;
       writer.Value(static_cast<ValueLayer>(layer), entry.set, entry.section, entry.property,
                    *entry.layers[layer]);
@@ -53,7 +53,7 @@ std::string OptionValues::ToText() const {
 
 void OptionValues::Put(std::string_view set, std::string_view section, std::string_view property,
                        std::string_view value) {
-  OnValue(ValueLayer::Own, set.empty() ? std::string_view(header.ownSet) : set, section, property,
+  OnValue(ValueLayer::Own, set.empty() ? std::string_view(header_.ownSet) : set, section, property,
           std::string(value));
 }
 
@@ -61,33 +61,34 @@ void OptionValues::OnValue(ValueLayer layer, std::string_view set, std::string_v
                            std::string_view property, std::string value) {
   const bool general = EqualNoCase(section, "General");
   // General values that an ancestor of the same type has for itself do not apply to this node.
-  if (layer == ValueLayer::Inherited && general && EqualNoCase(set, header.ownSet) &&
-      header.OwnSetIsOuter()) {
+  if (layer == ValueLayer::Inherited && general && EqualNoCase(set, header_.ownSet) &&
+      header_.OwnSetIsOuter()) {
     return;
   }
-  const auto [place, isNew] = index.try_emplace(KeyOf(set, section, property), entries.size());
+  const auto [place, isNew] = index_.try_emplace(KeyOf(set, section, property), entries_.size());
   if (isNew) {
-    entries.push_back({std::string(set), std::string(section), std::string(property), general, {}});
+    entries_.push_back(
+        {std::string(set), std::string(section), std::string(property), general, {}});
   }
-  entries[place->second].layers[static_cast<std::size_t>(layer)] = std::move(value);
+  entries_[place->second].layers[static_cast<std::size_t>(layer)] = std::move(value);
 }
 
 const OptionValues::Entry* OptionValues::FindEntry(std::string_view set, std::string_view section,
                                                    std::string_view property) const {
   const auto find = [&](std::string_view name) -> const Entry* {
-    const auto place = index.find(KeyOf(name, section, property));
-    return place == index.end() ? nullptr : &entries[place->second];
+    const auto place = index_.find(KeyOf(name, section, property));
+    return place == index_.end() ? nullptr : &entries_[place->second];
   };
   if (!set.empty()) return find(set);
-  const Entry* entry = find(header.ownSet);
-  for (std::size_t i = 0; entry == nullptr && i < header.outerSets.size(); ++i) {
-    entry = find(header.outerSets[i]);
+  const Entry* entry = find(header_.ownSet);
+  for (std::size_t i = 0; entry == nullptr && i < header_.outerSets.size(); ++i) {
+    entry = find(header_.outerSets[i]);
   }
   return entry;
 }
 
 FoundValue OptionValues::FromLayer(std::size_t entry, std::size_t layer) const {
-  const Entry& values = entries[entry];
+  const Entry& values = entries_[entry];
   for (; layer < kLayers; ++layer) {
     if (!values.layers[layer]) continue;
     return {true, values.literal, entry * kLayers + layer + 1, *values.layers[layer]};
@@ -98,10 +99,10 @@ FoundValue OptionValues::FromLayer(std::size_t entry, std::size_t layer) const {
 FoundValue OptionValues::FindRaw(std::string_view set, std::string_view section,
                                  std::string_view property) const {
   if (const Entry* entry = FindEntry(set, section, property)) {
-    return FromLayer(static_cast<std::size_t>(entry - entries.data()), 0);
+    return FromLayer(static_cast<std::size_t>(entry - entries_.data()), 0);
   }
   if (!IsConfigName(set, section, property)) return {};
-  return {true, true, 0, header.config};
+  return {true, true, 0, header_.config};
 }
 
 FoundValue OptionValues::FindBelow(std::uint64_t id) const {
@@ -116,7 +117,7 @@ const std::string* OptionValues::Find(std::string_view set, std::string_view sec
       if (value) return &*value;
     }
   }
-  return IsConfigName(set, section, property) ? &header.config : nullptr;
+  return IsConfigName(set, section, property) ? &header_.config : nullptr;
 }
 
 std::string OptionValues::Get(std::string_view set, std::string_view section,

@@ -26,7 +26,7 @@ namespace tarn {
 class OptionValues : private MacroSource, private ValuesSink {
  public:
   OptionValues() = default;
-  explicit OptionValues(std::string_view set) { header.ownSet = set; }
+  explicit OptionValues(std::string_view set) { header_.ownSet = set; }
 
   // Parses a values text, skipping malformed parts. An empty text has no values.
   static OptionValues FromText(std::string_view text);
@@ -34,11 +34,11 @@ class OptionValues : private MacroSource, private ValuesSink {
   // regardless of what the values contain.
   std::string ToText() const;
 
-  const std::string& GetOwnSet() const { return header.ownSet; }
-  const std::string& GetConfig() const { return header.config; }
-  void SetConfig(std::string_view name) { header.config = name; }
+  const std::string& GetOwnSet() const { return header_.ownSet; }
+  const std::string& GetConfig() const { return header_.config; }
+  void SetConfig(std::string_view name) { header_.config = name; }
   // Sets of the ancestors, innermost first.
-  const std::vector<std::string>& GetOuterSets() const { return header.outerSets; }
+  const std::vector<std::string>& GetOuterSets() const { return header_.outerSets; }
 
   // Sets an own value of the node; an empty `set` means its own set.
   void Put(std::string_view set, std::string_view section, std::string_view property,
@@ -66,7 +66,7 @@ class OptionValues : private MacroSource, private ValuesSink {
     std::array<std::optional<std::string>, 3> layers;  // by ValueLayer
   };
 
-  void OnHeader(const ValuesHeader& read) override { header = read; }
+  void OnHeader(const ValuesHeader& read) override { header_ = read; }
   void OnValue(ValueLayer layer, std::string_view set, std::string_view section,
                std::string_view property, std::string value) override;
   FoundValue FindRaw(std::string_view set, std::string_view section,
@@ -77,9 +77,9 @@ class OptionValues : private MacroSource, private ValuesSink {
                          std::string_view property) const;
   FoundValue FromLayer(std::size_t entry, std::size_t layer) const;
 
-  ValuesHeader header;
-  std::vector<Entry> entries;  // in the order of the text
-  std::unordered_map<std::string, std::size_t> index;
+  ValuesHeader header_;
+  std::vector<Entry> entries_;  // in the order of the text
+  std::unordered_map<std::string, std::size_t> index_;
 };
 
 }  // namespace tarn

@@ -240,62 +240,62 @@ bool ReadValuesText(std::string_view text, ValuesSink& sink) {
 }
 
 void ValuesWriter::Begin(const ValuesHeader& header) {
-  to += "<Values Set=\"";
-  AppendEscaped(to, header.ownSet);
-  to += "\" Outer=\"";
+  to_ += "<Values Set=\"";
+  AppendEscaped(to_, header.ownSet);
+  to_ += "\" Outer=\"";
   for (std::size_t i = 0; i < header.outerSets.size(); ++i) {
-    if (i > 0) to += ';';
-    AppendSetName(to, header.outerSets[i]);
+    if (i > 0) to_ += ';';
+    AppendSetName(to_, header.outerSets[i]);
   }
-  to += "\" Config=\"";
-  AppendEscaped(to, header.config);
-  to += "\" Applied=\"";
+  to_ += "\" Config=\"";
+  AppendEscaped(to_, header.config);
+  to_ += "\" Applied=\"";
   for (std::size_t i = 0; i < header.applied.size(); ++i) {
-    if (i > 0) to += ',';
+    if (i > 0) to_ += ',';
     char digits[16];
-    to.append(digits, std::to_chars(digits, digits + sizeof digits, header.applied[i], 16).ptr);
+    to_.append(digits, std::to_chars(digits, digits + sizeof digits, header.applied[i], 16).ptr);
   }
-  to += "\">";
+  to_ += "\">";
 }
 
 void ValuesWriter::Value(ValueLayer layer, std::string_view set, std::string_view section,
                          std::string_view property, std::string_view value) {
   // A property without a name can't be written, and is never read either.
   if (property.empty()) return;
-  if (!open || layer != openLayer || section != openSection || set != openSet) {
+  if (!open_ || layer != openLayer_ || section != openSection_ || set != openSet_) {
     Flush();
-    open = true;
-    openLayer = layer;
-    openSet.assign(set);
-    openSection.assign(section);
-    to += '<';
-    to += kLayerNames[static_cast<std::size_t>(layer)];
-    to += " s=\"";
-    AppendEscaped(to, set);
-    to += "\" k=\"";
-    AppendEscaped(to, section);
-    to += '"';
+    open_ = true;
+    openLayer_ = layer;
+    openSet_.assign(set);
+    openSection_.assign(section);
+    to_ += '<';
+    to_ += kLayerNames[static_cast<std::size_t>(layer)];
+    to_ += " s=\"";
+    AppendEscaped(to_, set);
+    to_ += "\" k=\"";
+    AppendEscaped(to_, section);
+    to_ += '"';
   }
-  to += ' ';
-  AppendEscapedName(to, property);
-  to += "=\"";
-  AppendEscaped(to, value);
-  to += '"';
+  to_ += ' ';
+  AppendEscapedName(to_, property);
+  to_ += "=\"";
+  AppendEscaped(to_, value);
+  to_ += '"';
 }
 
 void ValuesWriter::Ready(std::string_view elements) {
   Flush();
-  to += elements;
+  to_ += elements;
 }
 
 void ValuesWriter::Flush() {
-  if (open) to += "/>";
-  open = false;
+  if (open_) to_ += "/>";
+  open_ = false;
 }
 
 void ValuesWriter::End() {
   Flush();
-  to += "</Values>";
+  to_ += "</Values>";
 }
 
 }  // namespace tarn

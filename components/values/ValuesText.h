@@ -60,7 +60,7 @@ bool ReadValuesText(std::string_view text, ValuesSink& sink);
 // Writes a values text incrementally.
 class ValuesWriter {
  public:
-  explicit ValuesWriter(std::string& target) : to(target) {}
+  explicit ValuesWriter(std::string& target) : to_(target) {}
 
   // Calling sequence: Begin, any number of Value and Ready, End. Consecutive values of the same
   // layer, set and section share an element.
@@ -74,11 +74,11 @@ class ValuesWriter {
   void Flush();
 
  private:
-  std::string& to;
-  bool open = false;
-  ValueLayer openLayer = ValueLayer::Own;
-  std::string openSet;
-  std::string openSection;
+  std::string& to_;
+  bool open_ = false;
+  ValueLayer openLayer_ = ValueLayer::Own;
+  std::string openSet_;
+  std::string openSection_;
 };
 
 }  // namespace tarn

@@ -32,33 +32,33 @@ ReportDetail DetailOf(const Invocation& asked) {
 
 BuildReporter::BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
                              std::function<int()> countWork)
-    : console(output),
-      folder(std::move(startFolder)),
-      detail(reportDetail),
-      progress(std::move(countWork)) {}
+    : console_(output),
+      folder_(std::move(startFolder)),
+      detail_(reportDetail),
+      progress_(std::move(countWork)) {}
 
 void BuildReporter::OnToolStarted(const ToolStart& start) {
-  progress.OnToolStarted(start);
-  current = Printable(DisplayPath(progress.GetSubject(), folder));
-  if (detail < ReportDetail::Progress) return;
-  if (console.Redraws() && detail == ReportDetail::Progress) {
+  progress_.OnToolStarted(start);
+  current_ = Printable(DisplayPath(progress_.GetSubject(), folder_));
+  if (detail_ < ReportDetail::Progress) return;
+  if (console_.Redraws() && detail_ == ReportDetail::Progress) {
     OnTick();
   } else {
-    console.PrintLine("[" + std::to_string(progress.GetNumber()) + "/" +
-                      std::to_string(progress.GetTotal()) + "] " + current);
+    console_.PrintLine("[" + std::to_string(progress_.GetNumber()) + "/" +
+                       std::to_string(progress_.GetTotal()) + "] " + current_);
   }
 }
 
 void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messages) {
-  progress.OnToolEnded(success, messages);
+  progress_.OnToolEnded(success, messages);
   std::size_t skipped = 0;
   for (std::size_t i = 0; i < messages.size(); ++i) {
     const LogEntry& entry = messages[i];
-    if (IsProblem(entry)) diagnostics.push_back(entry);
+    if (IsProblem(entry)) diagnostics_.push_back(entry);
     const bool isLate = messages.size() - i <= kMostLines;
     if (IsWanted(entry, i == 0, !success && isLate)) {
       PrintSkipped(skipped);
-      console.PrintLine(DisplayEntry(entry, folder, console));
+      console_.PrintLine(DisplayEntry(entry, folder_, console_));
     } else if (!success && i > 0) {
       ++skipped;
     }
@@ -67,22 +67,23 @@ void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messa
 
 // Prints a hint in place of the omitted lines of a failed tool.
 void BuildReporter::PrintSkipped(std::size_t& count) {
-  if (count == 0 || detail == ReportDetail::Nothing) return;
-  console.PrintLine("(" + CountText(static_cast<int>(count), "line") + " omitted, see `tarn log`)");
+  if (count == 0 || detail_ == ReportDetail::Nothing) return;
+  console_.PrintLine("(" + CountText(static_cast<int>(count), "line") +
+                     " omitted, see `tarn log`)");
   count = 0;
 }
 
 // Decides whether a line of a tool is shown. Plain lines are shown if they belong to a problem: its
 // context, and the last lines of a failed tool. The first line is the command.
 bool BuildReporter::IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFailed) const {
-  if (detail == ReportDetail::Nothing) return false;
-  if (detail == ReportDetail::Everything || entry.kind != LogKind::Plain) return true;
+  if (detail_ == ReportDetail::Nothing) return false;
+  if (detail_ == ReportDetail::Everything || entry.kind != LogKind::Plain) return true;
   if (isFirst) return false;
   return isEndOfFailed || IsContext(entry);
 }
 
 BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& request) {
-  if (console.Redraws()) session.SetTicker(kProgressTimer, kProgressPeriod, [this] { OnTick(); });
+  if (console_.Redraws()) session.SetTicker(kProgressTimer, kProgressPeriod, [this] { OnTick(); });
   const BuildOutcome outcome = session.Run(request, this);
   session.ClearTicker(kProgressTimer);
   if (!outcome.problem.empty()) {
@@ -92,25 +93,25 @@ BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& req
 }
 
 void BuildReporter::OnTick() {
-  if (progress.GetNumber() == 0 || detail != ReportDetail::Progress) return;
-  std::string count = std::to_string(progress.GetNumber());
-  const std::string all = std::to_string(progress.GetTotal());
+  if (progress_.GetNumber() == 0 || detail_ != ReportDetail::Progress) return;
+  std::string count = std::to_string(progress_.GetNumber());
+  const std::string all = std::to_string(progress_.GetTotal());
   count.insert(0, all.size() - count.size(), ' ');
-  console.ShowProgress("[" + count + "/" + all + "] " + current + "  " + ClockText(GetElapsed()));
+  console_.ShowProgress("[" + count + "/" + all + "] " + current_ + "  " + ClockText(GetElapsed()));
 }
 
 void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
                            const std::vector<ApplicationSummary>& summaries) {
-  console.ClearProgress();
-  if (detail < ReportDetail::Progress) return;
+  console_.ClearProgress();
+  if (detail_ < ReportDetail::Progress) return;
   const std::string time = DurationText(GetElapsed());
   if (outcome.end != BuildEnd::Succeeded) {
-    console.PrintLine(console.Dye(Paint::Red, FailureText(outcome, work)) + " (" + time + ")");
+    console_.PrintLine(console_.Dye(Paint::Red, FailureText(outcome, work)) + " (" + time + ")");
     return;
   }
   for (const ApplicationSummary& each : summaries) {
     if (!each.infos.empty()) {
-      console.PrintLine(console.Dye(Paint::Bold, each.label) + "  " + Printable(each.infos));
+      console_.PrintLine(console_.Dye(Paint::Bold, each.label) + "  " + Printable(each.infos));
     }
   }
   const bool hasApplication = outcome.gaps.applications > 0 || outcome.toolsRun > 0;
@@ -118,7 +119,7 @@ void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
   if (work == BuildWork::Clean) text = "Cleaned";
   if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
   if (GetWarnings() > 0) text += ", " + CountText(GetWarnings(), "warning");
-  console.PrintLine(console.Dye(Paint::Green, text) + " (" + time + ")");
+  console_.PrintLine(console_.Dye(Paint::Green, text) + " (" + time + ")");
 }
 
 std::string BuildReporter::FailureText(const BuildOutcome& outcome, BuildWork work) const {
@@ -128,9 +129,9 @@ std::string BuildReporter::FailureText(const BuildOutcome& outcome, BuildWork wo
   std::vector<std::string> parts;
   if (GetErrors() > 0) parts.push_back(CountText(GetErrors(), "error"));
   if (GetWarnings() > 0) parts.push_back(CountText(GetWarnings(), "warning"));
-  if (progress.GetTotal() > 0) {
+  if (progress_.GetTotal() > 0) {
     parts.push_back(std::to_string(outcome.toolsRun) + " of " +
-                    CountText(progress.GetTotal(), "file") + " built");
+                    CountText(progress_.GetTotal(), "file") + " built");
   }
   for (std::size_t i = 0; i < parts.size(); ++i) text += (i == 0 ? ": " : ", ") + parts[i];
   return text;

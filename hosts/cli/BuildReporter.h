@@ -37,22 +37,22 @@ class BuildReporter : public BuildObserver {
   void Finish(const BuildOutcome& outcome, BuildWork work,
               const std::vector<ApplicationSummary>& summaries);
 
-  int GetErrors() const { return progress.GetErrors(); }
-  int GetWarnings() const { return progress.GetWarnings(); }
-  const std::vector<LogEntry>& GetDiagnostics() const { return diagnostics; }
-  std::chrono::milliseconds GetElapsed() const { return progress.GetElapsed(); }
+  int GetErrors() const { return progress_.GetErrors(); }
+  int GetWarnings() const { return progress_.GetWarnings(); }
+  const std::vector<LogEntry>& GetDiagnostics() const { return diagnostics_; }
+  std::chrono::milliseconds GetElapsed() const { return progress_.GetElapsed(); }
 
  private:
   bool IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFailed) const;
   void PrintSkipped(std::size_t& count);
   std::string FailureText(const BuildOutcome& outcome, BuildWork work) const;
 
-  Console& console;
-  const std::string folder;
-  const ReportDetail detail;
-  BuildProgress progress;
-  std::string current;  // displayed file or tool
-  std::vector<LogEntry> diagnostics;
+  Console& console_;
+  const std::string folder_;
+  const ReportDetail detail_;
+  BuildProgress progress_;
+  std::string current_;  // displayed file or tool
+  std::vector<LogEntry> diagnostics_;
 };
 
 }  // namespace tarn::host

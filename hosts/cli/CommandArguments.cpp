@@ -10,118 +10,118 @@
 namespace tarn::host {
 
 Argument Argument::Required() const {
-  option->required();
+  option_->required();
   return *this;
 }
 
 Argument Argument::RequiredByCommand() const {
-  option->group(kRequiredGroup);
+  option_->group(kRequiredGroup);
   return *this;
 }
 
 Argument Argument::NotEmpty() const {
-  option->check(CLI::Validator(
+  option_->check(CLI::Validator(
       [](std::string& text) { return text.empty() ? "needs a name" : std::string(); }, ""));
   return *this;
 }
 
 Argument Argument::OneOf(const std::vector<std::string>& values) const {
-  option->check(CLI::IsMember(values));
+  option_->check(CLI::IsMember(values));
   return *this;
 }
 
 Argument Argument::Between(int least, int most) const {
-  option->check(CLI::Range(least, most));
+  option_->check(CLI::Range(least, most));
   return *this;
 }
 
 Argument Argument::Excludes(Argument other) const {
-  option->excludes(other.option);
+  option_->excludes(other.option_);
   return *this;
 }
 
 Argument Argument::Needs(Argument other) const {
-  option->needs(other.option);
+  option_->needs(other.option_);
   return *this;
 }
 
 Argument CommandArguments::Positional(const std::string& name, std::string& value,
                                       const std::string& help) {
-  return Argument(*app.add_option(name, value, help));
+  return Argument(*app_.add_option(name, value, help));
 }
 
 Argument CommandArguments::Positional(const std::string& name, std::vector<std::string>& values,
                                       const std::string& help) {
-  return Argument(*app.add_option(name, values, help));
+  return Argument(*app_.add_option(name, values, help));
 }
 
 Argument CommandArguments::Option(const std::string& names, std::string& value,
                                   const std::string& type, const std::string& help) {
-  return Argument(*app.add_option(names, value, help)->type_name(type));
+  return Argument(*app_.add_option(names, value, help)->type_name(type));
 }
 
 Argument CommandArguments::Option(const std::string& names, std::vector<std::string>& values,
                                   const std::string& type, const std::string& help) {
-  return Argument(*app.add_option(names, values, help)->type_name(type)->allow_extra_args(false));
+  return Argument(*app_.add_option(names, values, help)->type_name(type)->allow_extra_args(false));
 }
 
 Argument CommandArguments::Flag(const std::string& names, bool& value, const std::string& help) {
-  return Argument(*app.add_flag(names, value, help));
+  return Argument(*app_.add_flag(names, value, help));
 }
 
 Argument CommandArguments::Find(const std::string& name) {
-  return Argument(*app.get_option(name));
+  return Argument(*app_.get_option(name));
 }
 
 void CommandArguments::AddDisplay() {
-  Flag("-q,--quiet", asked.quiet, "Print errors only");
-  Flag("--json", asked.json, "Print JSON");
-  Flag("--no-color", asked.noColor, "Disable colours (same as NO_COLOR)");
+  Flag("-q,--quiet", asked_.quiet, "Print errors only");
+  Flag("--json", asked_.json, "Print JSON");
+  Flag("--no-color", asked_.noColor, "Disable colours (same as NO_COLOR)");
 }
 
 void CommandArguments::AddProject() {
-  Positional("PROJECT", asked.project, "Project file (*.tprj), or a folder that contains one")
+  Positional("PROJECT", asked_.project, "Project file (*.tprj), or a folder that contains one")
       .NotEmpty();
 }
 
 void CommandArguments::AddProjectAndApp(const char* help) {
   AddProject();
-  Option("-a,--app", asked.application, "APP", help).NotEmpty();
+  Option("-a,--app", asked_.application, "APP", help).NotEmpty();
 }
 
 void CommandArguments::AddConfiguration() {
-  Option("-c,--config", asked.configuration, "CONFIG", "Use this configuration for this run only")
+  Option("-c,--config", asked_.configuration, "CONFIG", "Use this configuration for this run only")
       .NotEmpty();
 }
 
 void CommandArguments::AddNode() {
-  Option("-n,--node", asked.node, "NODE", "File, group or application, by path or label")
+  Option("-n,--node", asked_.node, "NODE", "File, group or application, by path or label")
       .NotEmpty();
 }
 
 void CommandArguments::AddJobs() {
-  Option("-j,--jobs", asked.jobs, "N", "Run up to N tools at the same time").Between(1, kMaxJobs);
+  Option("-j,--jobs", asked_.jobs, "N", "Run up to N tools at the same time").Between(1, kMaxJobs);
 }
 
 void CommandArguments::AddVerbose(const char* help) {
-  Flag("-v,--verbose", asked.verbose, help).Excludes(Find("--quiet"));
+  Flag("-v,--verbose", asked_.verbose, help).Excludes(Find("--quiet"));
 }
 
 void CommandArguments::AddDamagedOk() {
-  Flag("--damaged-ok", asked.damagedOk, "Continue with a project that could only be read in part");
+  Flag("--damaged-ok", asked_.damagedOk, "Continue with a project that could only be read in part");
 }
 
 void CommandArguments::AddTrust() {
-  Flag("--trust", asked.trust, "Trust the project for this run only; see `tarn help trust`");
+  Flag("--trust", asked_.trust, "Trust the project for this run only; see `tarn help trust`");
 }
 
 void CommandArguments::AddOutsideOk() {
   AddTrust();
-  Flag("--outside-ok", asked.outsideOk, "Also write applications outside the project's folder");
+  Flag("--outside-ok", asked_.outsideOk, "Also write applications outside the project's folder");
 }
 
 void CommandArguments::AddWriting() {
-  Flag("--no-wait", asked.noWait, "Fail (exit code 3) if another program is changing the project");
+  Flag("--no-wait", asked_.noWait, "Fail (exit code 3) if another program is changing the project");
   AddOutsideOk();
 }
 

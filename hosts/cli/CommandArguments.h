@@ -18,7 +18,7 @@ namespace tarn::host {
 // A declared argument or option, to set its further properties. Valid as long as its parser.
 class Argument {
  public:
-  explicit Argument(CLI::Option& declared) : option(&declared) {}
+  explicit Argument(CLI::Option& declared) : option_(&declared) {}
 
   Argument Required() const;
   // Describes the argument as required, for a command that checks it itself because the meaning of
@@ -33,7 +33,7 @@ class Argument {
   Argument Needs(Argument other) const;
 
  private:
-  CLI::Option* option;
+  CLI::Option* option_;
 };
 
 // Declares the arguments and options of one command. Parsing stores their values in the variables
@@ -41,19 +41,19 @@ class Argument {
 class CommandArguments {
  public:
   CommandArguments(CLI::App& command, Invocation& invocation)
-      : app(command), asked(invocation), own(std::make_shared<std::any>()) {}
+      : app_(command), asked_(invocation), own_(std::make_shared<std::any>()) {}
 
   // The values that several commands have.
-  Invocation& Common() { return asked; }
+  Invocation& Common() { return asked_; }
   // The values that only this command has, in a struct of its file. Created by the first call; a
   // command has one such struct.
   template <class Options>
   Options& Own() {
-    if (!own->has_value()) own->emplace<Options>();
-    return std::any_cast<Options&>(*own);
+    if (!own_->has_value()) own_->emplace<Options>();
+    return std::any_cast<Options&>(*own_);
   }
   // The same values, for the invocation.
-  std::shared_ptr<const std::any> ShareOwn() const { return own; }
+  std::shared_ptr<const std::any> ShareOwn() const { return own_; }
 
   Argument Positional(const std::string& name, std::string& value, const std::string& help);
   // A positional argument that may be repeated.
@@ -88,9 +88,9 @@ class CommandArguments {
   void AddEditing();
 
  private:
-  CLI::App& app;
-  Invocation& asked;
-  std::shared_ptr<std::any> own;
+  CLI::App& app_;
+  Invocation& asked_;
+  std::shared_ptr<std::any> own_;
 };
 
 // Returns true if almost every command has this option, so that it is listed after a command's own

@@ -25,16 +25,16 @@ class HelpFormatter : public CLI::FormatterBase {
 // The parser of all commands, which fills in the invocation.
 class Grammar {
  public:
-  Grammar() : app("Builds firmware projects.", "tarn") {
-    app.set_version_flag("--version", "tarn " TARN_VERSION, "Show the version");
-    app.set_help_flag("-h,--help", "Show this help");
-    app.formatter(std::make_shared<HelpFormatter>());
-    app.require_subcommand(1);
+  Grammar() : app_("Builds firmware projects.", "tarn") {
+    app_.set_version_flag("--version", "tarn " TARN_VERSION, "Show the version");
+    app_.set_help_flag("-h,--help", "Show this help");
+    app_.formatter(std::make_shared<HelpFormatter>());
+    app_.require_subcommand(1);
     for (const CommandSpec& each : Commands()) Add(each);
   }
 
-  CLI::App& App() { return app; }
-  Invocation& Result() { return invocation; }
+  CLI::App& App() { return app_; }
+  Invocation& Result() { return invocation_; }
 
   std::vector<std::string> CommandNames(const CLI::App& parent) const {
     std::vector<std::string> names;
@@ -49,24 +49,24 @@ class Grammar {
     const std::string name = spec.name;
     const std::size_t space = name.find(' ');
     const bool isNested = space != name.npos;
-    CLI::App* parent = isNested ? app.get_subcommand(name.substr(0, space)) : &app;
+    CLI::App* parent = isNested ? app_.get_subcommand(name.substr(0, space)) : &app_;
     CLI::App* command = parent->add_subcommand(isNested ? name.substr(space + 1) : name, spec.help);
     if (spec.group == CommandGroup::Hidden) command->group("");
     if (spec.run == nullptr) {
       command->require_subcommand(1);
       return;
     }
-    CommandArguments arguments(*command, invocation);
+    CommandArguments arguments(*command, invocation_);
     if (spec.hasDisplayOptions) arguments.AddDisplay();
     if (spec.declare != nullptr) spec.declare(arguments);
     command->callback([this, &spec, own = arguments.ShareOwn()] {
-      invocation.command = &spec;
-      invocation.own = own;
+      invocation_.command = &spec;
+      invocation_.own = own;
     });
   }
 
-  CLI::App app;
-  Invocation invocation;
+  CLI::App app_;
+  Invocation invocation_;
 };
 
 // Returns the error lines if the first words don't name a command; empty if they do.

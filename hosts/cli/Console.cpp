@@ -59,22 +59,22 @@ ConsoleStyle ConsoleStyle::OfStandardOutput(bool noColor) {
   return style;
 }
 
-ConsoleText::ConsoleText(std::string_view plain) : bytes(Printable(plain)) {}
+ConsoleText::ConsoleText(std::string_view plain) : bytes_(Printable(plain)) {}
 
 Console::Console(std::ostream& stream, ConsoleStyle consoleStyle, std::ostream& errorStream)
-    : out(stream), errors(errorStream), style(std::move(consoleStyle)) {}
+    : out_(stream), errors_(errorStream), style_(std::move(consoleStyle)) {}
 
 void Console::Write(std::string_view bytes) {
   errno = 0;
-  out << bytes << std::flush;
-  if (!out && failure == 0) failure = errno != 0 ? errno : EIO;
+  out_ << bytes << std::flush;
+  if (!out_ && failure_ == 0) failure_ = errno != 0 ? errno : EIO;
 }
 
 void Console::PrintLine(const ConsoleText& text) {
-  const std::string waiting = progress;
+  const std::string waiting = progress_;
   ClearProgress();
   Write(text.GetBytes() + '\n');
-  hasPrinted = true;
+  hasPrinted_ = true;
   if (!waiting.empty()) ShowProgress(waiting);
 }
 
@@ -84,7 +84,7 @@ void Console::PrintDocument(std::string_view text, DocumentFormat format) {
                       : format == DocumentFormat::Xml ? PrintableXml
                                                       : PrintableLines;
   Write(escape(text) + '\n');
-  hasPrinted = true;
+  hasPrinted_ = true;
 }
 
 void Console::Complain(std::string_view text, const std::vector<std::string>& more) {
@@ -94,32 +94,32 @@ void Console::Complain(std::string_view text, const std::vector<std::string>& mo
 
 void Console::PrintError(std::string_view text) {
   ClearProgress();
-  errors << Printable(text) << std::endl;
+  errors_ << Printable(text) << std::endl;
 }
 
 void Console::ShowQuestion(std::string_view text) {
   ClearProgress();
-  errors << "tarn: " << Printable(text) << ' ' << std::flush;
+  errors_ << "tarn: " << Printable(text) << ' ' << std::flush;
 }
 
 void Console::ShowProgress(std::string_view text) {
-  if (!style.redraws) return;
-  progress = Printable(text);
+  if (!style_.redraws) return;
+  progress_ = Printable(text);
   // One column is left free, because some terminals wrap after the last one.
-  const int columns = style.width ? style.width() - 1 : kUsualWidth;
-  Write(std::string(kEraseLine).append(CutToWidth(progress, columns)));
+  const int columns = style_.width ? style_.width() - 1 : kUsualWidth;
+  Write(std::string(kEraseLine).append(CutToWidth(progress_, columns)));
 }
 
 void Console::ClearProgress() {
-  if (progress.empty()) return;
-  progress.clear();
+  if (progress_.empty()) return;
+  progress_.clear();
   Write(kEraseLine);
 }
 
 ConsoleText Console::Dye(Paint paint, std::string_view text) const {
   ConsoleText dyed(text);
-  const std::string_view code = style.color ? CodeOf(paint) : std::string_view();
-  if (!code.empty()) dyed.bytes.insert(0, code).append("\033[0m");
+  const std::string_view code = style_.color ? CodeOf(paint) : std::string_view();
+  if (!code.empty()) dyed.bytes_.insert(0, code).append("\033[0m");
   return dyed;
 }
 

@@ -31,18 +31,18 @@ class ConsoleText {
   ConsoleText(const char* plain) : ConsoleText(std::string_view(plain)) {}
 
   ConsoleText& operator+=(const ConsoleText& more) {
-    bytes += more.bytes;
+    bytes_ += more.bytes_;
     return *this;
   }
   friend ConsoleText operator+(ConsoleText left, const ConsoleText& right) { return left += right; }
 
   // The bytes for the terminal.
-  const std::string& GetBytes() const { return bytes; }
+  const std::string& GetBytes() const { return bytes_; }
 
  private:
   friend class Console;
 
-  std::string bytes;
+  std::string bytes_;
 };
 
 // Format of machine-readable output; determines how a character is escaped.
@@ -56,7 +56,7 @@ class Console {
   // The streams are borrowed.
   Console(std::ostream& stream, ConsoleStyle consoleStyle, std::ostream& errorStream = std::cerr);
 
-  void SetStyle(ConsoleStyle consoleStyle) { style = std::move(consoleStyle); }
+  void SetStyle(ConsoleStyle consoleStyle) { style_ = std::move(consoleStyle); }
 
   // Prints a whole line above the progress line.
   void PrintLine(const ConsoleText& text);
@@ -77,20 +77,20 @@ class Console {
   // Returns the text in a colour if the output supports colours.
   ConsoleText Dye(Paint paint, std::string_view text) const;
   // True if a whole line was printed.
-  bool HasPrinted() const { return hasPrinted; }
-  bool Redraws() const { return style.redraws; }
+  bool HasPrinted() const { return hasPrinted_; }
+  bool Redraws() const { return style_.redraws; }
   // Error number of the first failed write to the output; 0 if there was none.
-  int GetFailure() const { return failure; }
+  int GetFailure() const { return failure_; }
 
  private:
   void Write(std::string_view bytes);
 
-  std::ostream& out;
-  std::ostream& errors;
-  ConsoleStyle style;
-  std::string progress;
-  bool hasPrinted = false;
-  int failure = 0;
+  std::ostream& out_;
+  std::ostream& errors_;
+  ConsoleStyle style_;
+  std::string progress_;
+  bool hasPrinted_ = false;
+  int failure_ = 0;
 };
 
 }  // namespace tarn::host

@@ -16,7 +16,7 @@ class CreatedFiles {
   CreatedFiles& operator=(const CreatedFiles&) = delete;
   ~CreatedFiles() {
     std::error_code ignored;
-    for (const std::string& path : paths) {
+    for (const std::string& path : paths_) {
       // Another program may have written to it in the meantime.
       if (std::filesystem::is_empty(path, ignored)) std::filesystem::remove(path, ignored);
     }
@@ -27,12 +27,12 @@ class CreatedFiles {
     std::error_code ignored;
     // A dangling link belongs to the user.
     const auto status = std::filesystem::symlink_status(path, ignored);
-    if (!std::filesystem::exists(status)) paths.push_back(path);
+    if (!std::filesystem::exists(status)) paths_.push_back(path);
   }
-  void Keep() { paths.clear(); }
+  void Keep() { paths_.clear(); }
 
  private:
-  std::vector<std::string> paths;
+  std::vector<std::string> paths_;
 };
 
 }  // namespace tarn::host

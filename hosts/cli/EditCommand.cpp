@@ -66,9 +66,9 @@ class Edit {
   };
 
   Edit(CommandContext& commandContext, const Rule& commandRule)
-      : context(commandContext),
-        rule(commandRule),
-        words(commandContext.Own<EditOptions>().words) {}
+      : context_(commandContext),
+        rule_(commandRule),
+        words_(commandContext.Own<EditOptions>().words) {}
 
   int Run();
 
@@ -86,128 +86,129 @@ class Edit {
   int SelectTarget();
   int MakeGroup(const std::string& label);
 
-  int FindNode(const std::string& key) { return context.FindNode(key, context.Scope()); }
-  std::string TreeText() { return context.Session().Inspector().GetTree(); }
+  int FindNode(const std::string& key) { return context_.FindNode(key, context_.Scope()); }
+  std::string TreeText() { return context_.Session().Inspector().GetTree(); }
   // Executes a command. Returns false if the tree has not changed.
   bool Change(std::uint32_t command) {
     const std::string before = TreeText();
-    context.Session().Manager().Command(command);
+    context_.Session().Manager().Command(command);
     return TreeText() != before;
   }
   int Fail(const std::string& text, const std::vector<std::string>& more = {}) {
-    context.Complain(text, more);
+    context_.Complain(text, more);
     return kExitUsage;
   }
-  void Note(const std::string& text) { done.push_back(text); }
+  void Note(const std::string& text) { done_.push_back(text); }
   int Report();
 
-  CommandContext& context;
-  const Rule rule;
-  std::vector<std::string> words;
-  std::string project;
-  CreatedFiles created;
-  std::vector<std::string> done;  // lines that report the changes
+  CommandContext& context_;
+  const Rule rule_;
+  std::vector<std::string> words_;
+  std::string project_;
+  CreatedFiles created_;
+  std::vector<std::string> done_;  // lines that report the changes
 };
 
 int Edit::Run() {
   if (const int code = TakeWords(); code != kExitDone) return code;
   std::string path;
-  if (const int code = context.LocateProject(project, path); code != kExitDone) return code;
-  if (const int code = context.OpenProject(path); code != kExitDone) return code;
+  if (const int code = context_.LocateProject(project_, path); code != kExitDone) return code;
+  if (const int code = context_.OpenProject(path); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
-  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  if (const int code = context_.ChooseApplications(chosen); code != kExitDone) return code;
   // Publishing makes paths absolute, so that each file has a single name.
-  context.Session().Inspector().PublishAll();
-  if (const int code = (this->*rule.perform)(); code != kExitDone) return code;
-  if (!done.empty()) {
-    if (const int code = context.SaveProject(); code != kExitDone) return code;
+  context_.Session().Inspector().PublishAll();
+  if (const int code = (this->*rule_.perform)(); code != kExitDone) return code;
+  if (!done_.empty()) {
+    if (const int code = context_.SaveProject(); code != kExitDone) return code;
   }
-  created.Keep();
+  created_.Keep();
   return Report();
 }
 
 // The project may be omitted, so the first argument is interpreted according to its value.
 int Edit::TakeWords() {
-  const Invocation& asked = context.Asked();
-  const EditOptions& own = context.Own<EditOptions>();
-  if (!asked.project.empty()) words.insert(words.begin(), asked.project);
+  const Invocation& asked = context_.Asked();
+  const EditOptions& own = context_.Own<EditOptions>();
+  if (!asked.project.empty()) words_.insert(words_.begin(), asked.project);
   for (const std::string& word : {own.node, own.name}) {
-    if (!word.empty()) words.push_back(word);
+    if (!word.empty()) words_.push_back(word);
   }
-  const bool hasProject = words.size() > rule.least && (!rule.more || IsProject(words.front()));
+  const bool hasProject = words_.size() > rule_.least && (!rule_.more || IsProject(words_.front()));
   if (hasProject) {
-    project = words.front();
-    words.erase(words.begin());
+    project_ = words_.front();
+    words_.erase(words_.begin());
   }
-  const bool isRight = rule.more ? words.size() >= rule.least : words.size() == rule.least;
+  const bool isRight = rule_.more ? words_.size() >= rule_.least : words_.size() == rule_.least;
   if (isRight) return kExitDone;
   const std::string command = asked.command->name;
-  return Fail("Wrong number of arguments. Usage: tarn " + command + " [PROJECT] " + rule.usage,
+  return Fail("Wrong number of arguments. Usage: tarn " + command + " [PROJECT] " + rule_.usage,
               {"See `tarn " + command + " --help`."});
 }
 
 bool Edit::IsProject(const std::string& word) const {
   if (EqualNoCase(ExtensionOf(word), kProjectExtension)) return true;
-  const std::string path = IsRelativePath(word) ? JoinPath(context.StartFolder(), word) : word;
-  if (!context.Files().IsFolder(path)) return false;
-  const FoundProject found = FindProject(context.Files(), word);
+  const std::string path = IsRelativePath(word) ? JoinPath(context_.StartFolder(), word) : word;
+  if (!context_.Files().IsFolder(path)) return false;
+  const FoundProject found = FindProject(context_.Files(), word);
   return !found.path.empty() || !found.choices.empty();
 }
 
 int Edit::Add() {
-  for (const std::string& file : words) {
+  for (const std::string& file : words_) {
     if (const int code = AddOne(file); code != kExitDone) return code;
   }
   return kExitDone;
 }
 
 int Edit::AddOne(const std::string& file) {
-  const std::string path = context.Files().Canonical(
-      IsRelativePath(file) ? JoinPath(context.StartFolder(), file) : file);
+  const std::string path = context_.Files().Canonical(
+      IsRelativePath(file) ? JoinPath(context_.StartFolder(), file) : file);
   const bool isApplication = EqualNoCase(ExtensionOf(path), kApplicationExtension);
-  if (context.Files().IsFolder(path)) {
-    return Fail(context.Show(path) + " is a folder. Specify the files in it.");
+  if (context_.Files().IsFolder(path)) {
+    return Fail(context_.Show(path) + " is a folder. Specify the files in it.");
   }
-  const std::string folder = FolderOf(context.Session().GetProjectPath());
+  const std::string folder = FolderOf(context_.Session().GetProjectPath());
   if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
-    return Fail(context.Show(path) + " can't be added: a project can't store &quot; or &slash;.");
+    return Fail(context_.Show(path) + " can't be added: a project can't store &quot; or &slash;.");
   }
-  const Result<bool> exists = context.Files().CheckExists(path);
-  if (!exists) return Fail(context.ShowFailure(path, "added", exists.GetError().text) + ".");
+  const Result<bool> exists = context_.Files().CheckExists(path);
+  if (!exists) return Fail(context_.ShowFailure(path, "added", exists.GetError().text) + ".");
   const bool isMissing = !*exists;
-  if (const std::string why = context.WhyUnusable(path); !why.empty()) {
-    return Fail(context.ShowFailure(path, "added", why) + ".");
+  if (const std::string why = context_.WhyUnusable(path); !why.empty()) {
+    return Fail(context_.ShowFailure(path, "added", why) + ".");
   }
-  if (isMissing && (isApplication || !context.Own<EditOptions>().create)) {
-    return Fail(context.Show(path) + " does not exist." +
+  if (isMissing && (isApplication || !context_.Own<EditOptions>().create)) {
+    return Fail(context_.Show(path) + " does not exist." +
                 (isApplication ? "" : " Use --create to create an empty one."));
   }
-  if (!isMissing && !context.Files().Examine(path)) {
-    const auto text = context.Files().ReadWholeFile(path);
-    if (!text) return Fail(context.ShowFailure(path, "added", text.GetError().text) + ".");
+  if (!isMissing && !context_.Files().Examine(path)) {
+    const auto text = context_.Files().ReadWholeFile(path);
+    if (!text) return Fail(context_.ShowFailure(path, "added", text.GetError().text) + ".");
   }
   // Applications are top-level nodes; everything else goes where the user specifies.
-  const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
+  const int code = isApplication ? FindNode(context_.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;
   const std::string before = TreeText();
-  if (isMissing) created.Expect(path);
-  if (context.Session().Manager().AddExistingItem(path) == 0) {
-    return Fail(context.Show(path) + " can't be added.");
+  if (isMissing) created_.Expect(path);
+  if (context_.Session().Manager().AddExistingItem(path) == 0) {
+    return Fail(context_.Show(path) + " can't be added.");
   }
-  if (isMissing && !context.Files().Exists(path)) {
-    context.Complain(context.ShowResolved(path) + " can't be created:",
-                     context.Session().TakeLogLines());
+  if (isMissing && !context_.Files().Exists(path)) {
+    context_.Complain(context_.ShowResolved(path) + " can't be created:",
+                      context_.Session().TakeLogLines());
     return kExitCannotOpen;
   }
   if (TreeText() == before) {
-    context.Remark(context.Show(path) + " is already in the project.");
+    context_.Remark(context_.Show(path) + " is already in the project.");
     return kExitDone;
   }
-  if (const auto parents = ParentsOfRepeated(context.Files(), TreeText(), path); !parents.empty()) {
-    return Fail(context.Show(path) + " is in \"" + Printable(parents.front()) +
+  if (const auto parents = ParentsOfRepeated(context_.Files(), TreeText(), path);
+      !parents.empty()) {
+    return Fail(context_.Show(path) + " is in \"" + Printable(parents.front()) +
                 "\" already. Use `tarn move` to move it.");
   }
-  Note("added " + context.Show(path));
+  Note("added " + context_.Show(path));
   return kExitDone;
 }
 
@@ -215,20 +216,20 @@ int Edit::AddOne(const std::string& file) {
 // application.
 int Edit::SelectTarget() {
   std::vector<ApplicationEntry> chosen;
-  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  if (const int code = context_.ChooseApplications(chosen); code != kExitDone) return code;
   const ApplicationEntry* wanted = nullptr;
   for (const ApplicationEntry& each : chosen) {
     if (wanted == nullptr || each.active) wanted = &each;
   }
-  const std::string& target = context.Own<EditOptions>().target;
-  if (wanted != nullptr && !context.Session().Inspector().SelectApplication(wanted->path)) {
+  const std::string& target = context_.Own<EditOptions>().target;
+  if (wanted != nullptr && !context_.Session().Inspector().SelectApplication(wanted->path)) {
     return Fail(wanted->label + " can't be found.");
   }
   if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
   const bool isGroupName = target.find(kSeparator) == std::string::npos;
-  if (context.Own<EditOptions>().create && isGroupName &&
-      context.SelectNode(target, context.Scope()) == 0) {
+  if (context_.Own<EditOptions>().create && isGroupName &&
+      context_.SelectNode(target, context_.Scope()) == 0) {
     return MakeGroup(target);
   }
   return FindNode(target);
@@ -236,7 +237,7 @@ int Edit::SelectTarget() {
 
 // Creates a group in the current node and makes it current.
 int Edit::MakeGroup(const std::string& label) {
-  if (!IsStorable(label) || !Change(TARN_CMD_NEW_GROUP) || !context.RenameCurrentNode(label)) {
+  if (!IsStorable(label) || !Change(TARN_CMD_NEW_GROUP) || !context_.RenameCurrentNode(label)) {
     return Fail("The group \"" + label + "\" can't be created.");
   }
   Note("created the group " + Printable(label));
@@ -244,7 +245,7 @@ int Edit::MakeGroup(const std::string& label) {
 }
 
 int Edit::Remove() {
-  for (const std::string& key : words) {
+  for (const std::string& key : words_) {
     if (const int code = FindNode(key); code != kExitDone) return code;
     if (!Change(TARN_CMD_REMOVE_NODE)) return Fail("\"" + key + "\" can't be removed.");
     Note("removed " + Printable(key));
@@ -255,19 +256,19 @@ int Edit::Remove() {
 // Cut and paste. If the paste fails, the node is missing from the tree, but not from the project's
 // files, because nothing is saved in this case.
 int Edit::Move() {
-  const std::string target = words.back();
-  words.pop_back();
-  for (const std::string& key : words) {
+  const std::string target = words_.back();
+  words_.pop_back();
+  for (const std::string& key : words_) {
     if (const int code = FindNode(key); code != kExitDone) return code;
-    context.Session().Manager().Command(TARN_CMD_COPY);
+    context_.Session().Manager().Command(TARN_CMD_COPY);
     if (!Change(TARN_CMD_REMOVE_NODE)) return Fail("\"" + key + "\" can't be moved.");
     // The target may be in a different application than the moved node.
-    const std::string& application = context.Scope();
-    const bool isInside = context.SelectNode(target, application) != 0;
-    if (!isInside && context.SelectNode(target, "") == 0) {
+    const std::string& application = context_.Scope();
+    const bool isInside = context_.SelectNode(target, application) != 0;
+    if (!isInside && context_.SelectNode(target, "") == 0) {
       return Fail("\"" + target + "\" was not found outside of \"" + key + "\".");
     }
-    const int code = context.FindNode(target, isInside ? application : "");
+    const int code = context_.FindNode(target, isInside ? application : "");
     if (code != kExitDone) return code;
     if (!Change(TARN_CMD_PASTE)) {
       return Fail("\"" + target + "\" can't contain \"" + key + "\".");
@@ -278,26 +279,26 @@ int Edit::Move() {
 }
 
 int Edit::Rename() {
-  const std::string& key = words[0];
-  const std::string& label = words[1];
+  const std::string& key = words_[0];
+  const std::string& label = words_[1];
   if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
     return Fail("\"" + Printable(label) + "\" is not a valid name for a node.");
   }
-  for (const ApplicationEntry& each : ListApplications(context.Session().Inspector())) {
+  for (const ApplicationEntry& each : ListApplications(context_.Session().Inspector())) {
     if (EqualNoCase(each.label, label)) {
       return Fail("The application \"" + each.label + "\" already exists.");
     }
   }
   if (const int code = FindNode(key); code != kExitDone) return code;
-  if (!context.RenameCurrentNode(label)) return Fail("\"" + key + "\" can't be renamed.");
+  if (!context_.RenameCurrentNode(label)) return Fail("\"" + key + "\" can't be renamed.");
   Note("renamed " + Printable(key) + " to " + Printable(label));
   return kExitDone;
 }
 
 int Edit::SelectApplication() {
-  const auto applications = ListApplications(context.Session().Inspector());
-  const FoundApplication found = context.FindApplication(applications, words.front());
-  const std::string label = found.entry ? found.entry->label : words.front();
+  const auto applications = ListApplications(context_.Session().Inspector());
+  const FoundApplication found = context_.FindApplication(applications, words_.front());
+  const std::string label = found.entry ? found.entry->label : words_.front();
   const auto isNamesake = [&label](const ApplicationEntry& each) {
     return EqualNoCase(each.label, label);
   };
@@ -305,25 +306,25 @@ int Edit::SelectApplication() {
     // The project identifies its active application by the label.
     const auto first = std::find_if(applications.begin(), applications.end(), isNamesake);
     return Fail("There are several applications \"" + label + "\". Rename one of them first: " +
-                "`tarn rename " + context.Show(first->path) + " NAME`");
+                "`tarn rename " + context_.Show(first->path) + " NAME`");
   }
   if (!found.entry) return Fail(found.problem);
   const ApplicationEntry& wanted = *found.entry;
   if (wanted.active) {
-    context.Remark(wanted.label + " is already the active application.");
+    context_.Remark(wanted.label + " is already the active application.");
     return kExitDone;
   }
-  context.Session().Inspector().SelectApplication(wanted.path);
+  context_.Session().Inspector().SelectApplication(wanted.path);
   if (!Change(TARN_CMD_SET_ACTIVE_APPLICATION)) return Fail(label + " can't be made active.");
   Note("selected " + Printable(wanted.label));
   return kExitDone;
 }
 
 int Edit::Report() {
-  if (context.Asked().json) {
-    PrintJson(context, {{"changes", done}});
-  } else if (!context.Asked().quiet) {
-    for (const std::string& line : done) context.Out().PrintLine(line);
+  if (context_.Asked().json) {
+    PrintJson(context_, {{"changes", done_}});
+  } else if (!context_.Asked().quiet) {
+    for (const std::string& line : done_) context_.Out().PrintLine(line);
   }
   return kExitDone;
 }

@@ -33,14 +33,14 @@ std::size_t SizeOf(const ProjectStep& step) {
 }  // namespace
 
 EditRecord::EditRecord(FileSystem& fileSystem, const std::string& projectPath)
-    : files(fileSystem), folder(FolderOf(projectPath)), recordPath(UndoPathOf(projectPath)) {
-  const auto text = files.ReadOwnFile(recordPath);
+    : files_(fileSystem), folder_(FolderOf(projectPath)), recordPath_(UndoPathOf(projectPath)) {
+  const auto text = files_.ReadOwnFile(recordPath_);
   if (!text) {
-    status = Error{text.GetError().code, text.GetError().text, recordPath};
+    status_ = Error{text.GetError().code, text.GetError().text, recordPath_};
   } else if (text->starts_with(kMagic) && !text->starts_with(kHead)) {
-    status = Error{ErrorCode::Unsupported, "another version of the program wrote it", recordPath};
+    status_ = Error{ErrorCode::Unsupported, "another version of the program wrote it", recordPath_};
   } else if (!Read(*text)) {
-    status = Error{ErrorCode::Io, "it is damaged", recordPath};
+    status_ = Error{ErrorCode::Io, "it is damaged", recordPath_};
   }
 }
 
@@ -61,39 +61,39 @@ bool EditRecord::Read(std::string_view text) {
     if (!before || !after) return false;
     for (auto* version : {&*before, &*after}) {
       for (FileText& file : *version) {
-        if (IsRelativePath(file.path)) file.path = JoinPath(folder, file.path);
+        if (IsRelativePath(file.path)) file.path = JoinPath(folder_, file.path);
       }
     }
     found.push_back({each->path, FindChanges(*before, *after)});
   }
   const int count = ParseDecimal(list->front().path.c_str());
   if (count < 0 || static_cast<std::size_t>(count) > found.size()) return false;
-  steps = std::move(found);
-  done = static_cast<std::size_t>(count);
+  steps_ = std::move(found);
+  done_ = static_cast<std::size_t>(count);
   return true;
 }
 
 void EditRecord::Add(ProjectStep step) {
-  steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(done), steps.end());
-  steps.push_back(std::move(step));
-  done = steps.size();
+  steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(done_), steps_.end());
+  steps_.push_back(std::move(step));
+  done_ = steps_.size();
 }
 
 // The next step in either direction is never dropped.
 void EditRecord::DropOldest() {
   std::size_t bytes = 0;
-  for (const ProjectStep& each : steps) bytes += SizeOf(each);
-  while (done > 1 && (steps.size() > kMostSteps || bytes > kMostBytes)) {
-    bytes -= SizeOf(steps.front());
-    steps.erase(steps.begin());
-    --done;
+  for (const ProjectStep& each : steps_) bytes += SizeOf(each);
+  while (done_ > 1 && (steps_.size() > kMostSteps || bytes > kMostBytes)) {
+    bytes -= SizeOf(steps_.front());
+    steps_.erase(steps_.begin());
+    --done_;
   }
 }
 
 Status EditRecord::Write() {
   DropOldest();
-  std::vector<FileText> list = {{ToDecimal(static_cast<std::int64_t>(done)), {}}};
-  for (const ProjectStep& each : steps) {
+  std::vector<FileText> list = {{ToDecimal(static_cast<std::int64_t>(done_)), {}}};
+  for (const ProjectStep& each : steps_) {
     std::vector<FileText> before = TextsBefore(each.changes);
     std::vector<FileText> after = TextsAfter(each.changes);
     for (auto* version : {&before, &after}) {
@@ -104,15 +104,15 @@ Status EditRecord::Write() {
     list.push_back({each.label, JoinFileTexts(versions)});
   }
   const std::string body = JoinFileTexts(list);
-  return files.WriteOwnFile(recordPath, std::string(kHead) + ChecksumOf(body) + "\n" + body);
+  return files_.WriteOwnFile(recordPath_, std::string(kHead) + ChecksumOf(body) + "\n" + body);
 }
 
 void EditRecord::Remove() {
-  if (!files.ExamineLink(recordPath)) static_cast<void>(files.RemoveFile(recordPath));
+  if (!files_.ExamineLink(recordPath_)) static_cast<void>(files_.RemoveFile(recordPath_));
 }
 
 std::string EditRecord::NameOf(const std::string& path) const {
-  const std::string start = AddSeparator(folder);
+  const std::string start = AddSeparator(folder_);
   return path.starts_with(start) ? path.substr(start.size()) : path;
 }
 

@@ -24,17 +24,17 @@ class EditRecord {
 
   // Success if the record was read; ErrorCode::NotFound if there is none; else why it can't be
   // used, with its path as `place`.
-  const Status& GetStatus() const { return status; }
+  const Status& GetStatus() const { return status_; }
 
   // Appends an applied step. Drops the undone steps, which can't be redone after that.
   void Add(ProjectStep step);
   // Return the next step to undo or redo; nullptr if there is none. The pointer is valid until the
   // next call that changes the record.
-  const ProjectStep* GetUndo() const { return done == 0 ? nullptr : &steps[done - 1]; }
-  const ProjectStep* GetRedo() const { return done == steps.size() ? nullptr : &steps[done]; }
+  const ProjectStep* GetUndo() const { return done_ == 0 ? nullptr : &steps_[done_ - 1]; }
+  const ProjectStep* GetRedo() const { return done_ == steps_.size() ? nullptr : &steps_[done_]; }
   // Record that the step of GetUndo() was undone, or that of GetRedo() redone.
-  void MoveBack() { --done; }
-  void MoveOn() { ++done; }
+  void MoveBack() { --done_; }
+  void MoveOn() { ++done_; }
 
   // Replaces the file atomically. Drops the oldest steps if there are too many or they are too
   // large.
@@ -47,12 +47,12 @@ class EditRecord {
   void DropOldest();
   std::string NameOf(const std::string& path) const;
 
-  FileSystem& files;
-  std::string folder;  // of the project
-  std::string recordPath;
-  Status status;
-  std::vector<ProjectStep> steps;
-  std::size_t done = 0;  // number of applied steps; the rest is undone
+  FileSystem& files_;
+  std::string folder_;  // of the project
+  std::string recordPath_;
+  Status status_;
+  std::vector<ProjectStep> steps_;
+  std::size_t done_ = 0;  // number of applied steps; the rest is undone
 };
 
 }  // namespace tarn::host

@@ -25,14 +25,14 @@ constexpr std::string_view kProjectExtension = ".tprj";
 class Import final : private DialogResponder {
  public:
   explicit Import(CommandContext& commandContext)
-      : context(commandContext),
-        older(FullPath(commandContext)),
-        project(WithExtension(older, std::string(kProjectExtension))) {
-    SetDialogResponder(context.Frame().GetHandle(), this);
+      : context_(commandContext),
+        older_(FullPath(commandContext)),
+        project_(WithExtension(older_, std::string(kProjectExtension))) {
+    SetDialogResponder(context_.Frame().GetHandle(), this);
   }
   Import(const Import&) = delete;
   Import& operator=(const Import&) = delete;
-  ~Import() { SetDialogResponder(context.Frame().GetHandle(), nullptr); }
+  ~Import() { SetDialogResponder(context_.Frame().GetHandle(), nullptr); }
 
   int Run();
 
@@ -54,99 +54,100 @@ class Import final : private DialogResponder {
   int Report() const;
   int Fail(const std::string& text) const;
 
-  CommandContext& context;
-  std::string older;
-  std::string project;  // path of the new project
-  bool isDeclined = false;
-  std::optional<std::string> failure;  // the server's message about it; may be empty
-  std::vector<std::string> lines;      // output of the script and the server
+  CommandContext& context_;
+  std::string older_;
+  std::string project_;  // path of the new project
+  bool isDeclined_ = false;
+  std::optional<std::string> failure_;  // the server's message about it; may be empty
+  std::vector<std::string> lines_;      // output of the script and the server
 };
 
 bool Import::AskOkCancel(const std::string& text, const std::string&) {
-  if (context.Own<ImportOptions>().yes) return true;
-  isDeclined = true;
+  if (context_.Own<ImportOptions>().yes) return true;
+  isDeclined_ = true;
   // Without a terminal there is no user to reply.
   if (!IsInputTerminal()) return false;
-  context.Out().ShowQuestion(Printable(text) + " [y/N]");
+  context_.Out().ShowQuestion(Printable(text) + " [y/N]");
   std::string answer;
   std::getline(std::cin, answer);
-  isDeclined = !EqualNoCase(Trim(answer), "y") && !EqualNoCase(Trim(answer), "yes");
-  return !isDeclined;
+  isDeclined_ = !EqualNoCase(Trim(answer), "y") && !EqualNoCase(Trim(answer), "yes");
+  return !isDeclined_;
 }
 
 // Later log lines refer to the placeholder project that the server opens instead.
 void Import::ShowMessage(const std::string& text, const std::string&) {
-  failure = text;
+  failure_ = text;
   TakeLines();
 }
 
 void Import::TakeLines() {
-  for (std::string& line : context.Session().TakeLogLines()) lines.push_back(std::move(line));
+  for (std::string& line : context_.Session().TakeLogLines()) lines_.push_back(std::move(line));
 }
 
 int Import::CheckFile() const {
-  if (EqualNoCase(ExtensionOf(older), kProjectExtension)) {
-    context.Complain(context.Show(older) + " needs no conversion.");
+  if (EqualNoCase(ExtensionOf(older_), kProjectExtension)) {
+    context_.Complain(context_.Show(older_) + " needs no conversion.");
     return kExitUsage;
   }
-  const auto text = context.Files().ReadWholeFile(older);
+  const auto text = context_.Files().ReadWholeFile(older_);
   if (text) return kExitDone;
   const Error& error = text.GetError();
-  context.Complain(error.code == ErrorCode::NotFound
-                       ? context.Show(older) + " does not exist."
-                       : context.ShowFailure(older, "read", error.text) + ".");
+  context_.Complain(error.code == ErrorCode::NotFound
+                        ? context_.Show(older_) + " does not exist."
+                        : context_.ShowFailure(older_, "read", error.text) + ".");
   return kExitCannotOpen;
 }
 
 bool Import::IsOpen() const {
-  const ProjectTree tree(context.Session().Inspector().GetTree());
-  return EqualNoCase(AttributeOf(tree.GetRoot(), "Path"), project);
+  const ProjectTree tree(context_.Session().Inspector().GetTree());
+  return EqualNoCase(AttributeOf(tree.GetRoot(), "Path"), project_);
 }
 
 int Import::Fail(const std::string& text) const {
-  context.Complain(text);
-  for (const std::string& line : lines) context.Complain(Printable(line));
+  context_.Complain(text);
+  for (const std::string& line : lines_) context_.Complain(Printable(line));
   return kExitCannotOpen;
 }
 
 int Import::Report() const {
-  if (context.Asked().json) {
-    PrintJson(context, {{"project", project}, {"remarks", lines}});
+  if (context_.Asked().json) {
+    PrintJson(context_, {{"project", project_}, {"remarks", lines_}});
     return kExitDone;
   }
-  if (context.Asked().quiet) return kExitDone;
-  for (const std::string& line : lines) context.Remark(Printable(line));
-  context.Out().PrintLine("created " + context.Show(project));
-  context.Out().PrintLine("Run `tarn build " + ShellWord(context.Show(project)) + "` to build it.");
+  if (context_.Asked().quiet) return kExitDone;
+  for (const std::string& line : lines_) context_.Remark(Printable(line));
+  context_.Out().PrintLine("created " + context_.Show(project_));
+  context_.Out().PrintLine("Run `tarn build " + ShellWord(context_.Show(project_)) +
+                           "` to build it.");
   return kExitDone;
 }
 
 int Import::Run() {
   if (const int code = CheckFile(); code != kExitDone) return code;
-  if (const int code = context.StartSession(); code != kExitDone) return code;
-  BuildSession& session = context.Session();
+  if (const int code = context_.StartSession(); code != kExitDone) return code;
+  BuildSession& session = context_.Session();
   if (const std::string missing = session.Inspector().MissingImportProgram(); !missing.empty()) {
-    context.Complain("Old projects are converted by a script that needs the program " + missing +
-                     ", which was not found.");
+    context_.Complain("Old projects are converted by a script that needs the program " + missing +
+                      ", which was not found.");
     return kExitToolMissing;
   }
   session.TakeLogLines();
   // Drops messages from the start-up, which are not about the conversion.
-  failure.reset();
-  session.Manager().ProjectOpen(older);
-  if (failure) {
-    const bool isNamed = failure->find(older) != std::string::npos;
-    const std::string text = context.Show(older) + " can't be converted";
-    return Fail(isNamed ? Printable(*failure)
-                        : text + (failure->empty() ? "." : ": " + Printable(*failure)));
+  failure_.reset();
+  session.Manager().ProjectOpen(older_);
+  if (failure_) {
+    const bool isNamed = failure_->find(older_) != std::string::npos;
+    const std::string text = context_.Show(older_) + " can't be converted";
+    return Fail(isNamed ? Printable(*failure_)
+                        : text + (failure_->empty() ? "." : ": " + Printable(*failure_)));
   }
-  if (isDeclined) {
-    context.Complain(context.Show(project) +
-                     " already exists and was not changed. Use --yes to replace it.");
+  if (isDeclined_) {
+    context_.Complain(context_.Show(project_) +
+                      " already exists and was not changed. Use --yes to replace it.");
     return kExitUsage;
   }
   TakeLines();
-  return IsOpen() ? Report() : Fail(context.ShowResolved(project) + " can't be opened.");
+  return IsOpen() ? Report() : Fail(context_.ShowResolved(project_) + " can't be opened.");
 }
 
 int RunImport(CommandContext& context) {

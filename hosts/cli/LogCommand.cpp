@@ -61,20 +61,20 @@ void PrintEntry(CommandContext& context, const LogEntry& entry) {
 class Pause {
  public:
   void End() {
-    const std::lock_guard guard(lock);
-    isEnded = true;
-    changed.notify_all();
+    const std::lock_guard guard(lock_);
+    isEnded_ = true;
+    changed_.notify_all();
   }
   // Returns false if the wait was ended by End().
   bool Wait(std::chrono::milliseconds time) {
-    std::unique_lock guard(lock);
-    return !changed.wait_for(guard, time, [this] { return isEnded; });
+    std::unique_lock guard(lock_);
+    return !changed_.wait_for(guard, time, [this] { return isEnded_; });
   }
 
  private:
-  std::mutex lock;
-  std::condition_variable changed;
-  bool isEnded = false;
+  std::mutex lock_;
+  std::condition_variable changed_;
+  bool isEnded_ = false;
 };
 
 constexpr std::chrono::milliseconds kFollowPause(100);

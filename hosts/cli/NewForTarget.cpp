@@ -33,12 +33,12 @@ class Creation final : private DialogResponder {
  public:
   Creation(CommandContext& commandContext, const NewProject& stagedProject,
            const NewProject& newProject)
-      : context(commandContext), staged(stagedProject), project(newProject) {
-    SetDialogResponder(context.Frame().GetHandle(), this);
+      : context_(commandContext), staged_(stagedProject), project_(newProject) {
+    SetDialogResponder(context_.Frame().GetHandle(), this);
   }
   Creation(const Creation&) = delete;
   Creation& operator=(const Creation&) = delete;
-  ~Creation() { SetDialogResponder(context.Frame().GetHandle(), nullptr); }
+  ~Creation() { SetDialogResponder(context_.Frame().GetHandle(), nullptr); }
 
   int Run();
 
@@ -49,63 +49,64 @@ class Creation final : private DialogResponder {
   int RunSheet(CPropertySheet& sheet) override;
 
   std::string Path(const char* extension) const {
-    return JoinPath(staged.folder, staged.name + extension);
+    return JoinPath(staged_.folder, staged_.name + extension);
   }
   // Messages show the folder of the finished project.
   void Note(const std::string& line) {
-    lines.push_back(ReplaceAll(line, staged.folder, project.folder));
+    lines_.push_back(ReplaceAll(line, staged_.folder, project_.folder));
   }
   int Fail(const std::string& text);
   int ExplainRefusal();
   void ChooseConfiguration();
   int AddFirstSource();
 
-  CommandContext& context;
-  const NewProject& staged;   // where it is created
-  const NewProject& project;  // where it will be moved
-  std::optional<WizardRefusal> refusal;
-  std::vector<std::string> lines;  // messages of the server
+  CommandContext& context_;
+  const NewProject& staged_;   // where it is created
+  const NewProject& project_;  // where it will be moved
+  std::optional<WizardRefusal> refusal_;
+  std::vector<std::string> lines_;  // messages of the server
 };
 
 int Creation::RunSheet(CPropertySheet& sheet) {
   if (!WizardForm::Fits(sheet)) return kSheetCancel;
   WizardChoices choices;
-  choices.target = context.Own<NewOptions>().target;
-  if (!context.Own<NewOptions>().type.empty()) choices.typeHeader = context.Own<NewOptions>().type;
-  choices.applicationName = staged.name;
-  choices.location = staged.folder;
+  choices.target = context_.Own<NewOptions>().target;
+  if (!context_.Own<NewOptions>().type.empty())
+    choices.typeHeader = context_.Own<NewOptions>().type;
+  choices.applicationName = staged_.name;
+  choices.location = staged_.folder;
   choices.createNewProject = true;
-  refusal = WizardForm(sheet).Fill(choices);
-  if (!refusal) {
+  refusal_ = WizardForm(sheet).Fill(choices);
+  if (!refusal_) {
     const std::string problem = sheet.GetPage()->FindFinishProblem();
-    if (!problem.empty()) refusal = WizardRefusal{problem, {}, {}};
+    if (!problem.empty()) refusal_ = WizardRefusal{problem, {}, {}};
   }
-  return refusal ? kSheetCancel : kSheetFinish;
+  return refusal_ ? kSheetCancel : kSheetFinish;
 }
 
 int Creation::Fail(const std::string& text) {
-  context.Complain(text, lines);
+  context_.Complain(text, lines_);
   return kExitCannotOpen;
 }
 
 int Creation::ExplainRefusal() {
-  std::string hint = SuggestionText(refusal->value, refusal->choices);
-  const bool isUnknown = !refusal->choices.empty();  // else it is ambiguous
+  std::string hint = SuggestionText(refusal_->value, refusal_->choices);
+  const bool isUnknown = !refusal_->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
-    hint = refusal->value == context.Own<NewOptions>().target
+    hint = refusal_->value == context_.Own<NewOptions>().target
                ? " See `tarn targets`."
-               : " Expected one of: " + Listed(refusal->choices) + ".";
+               : " Expected one of: " + Listed(refusal_->choices) + ".";
   }
-  context.Complain(Printable(refusal->text + hint));
+  context_.Complain(Printable(refusal_->text + hint));
   return kExitUsage;
 }
 
 // Must run before the target is chosen, because the target's script stores its options in the
 // active configuration.
 void Creation::ChooseConfiguration() {
-  const std::string& wanted = context.Asked().configuration;
+  const std::string& wanted = context_.Asked().configuration;
   if (wanted.empty()) return;
-  BuildSession& session = context.Session();
+  BuildSession& session = context_.Session();
   session.Options().SetNewConfigName(wanted);
   bool isKnown = false;
   for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
@@ -117,38 +118,38 @@ void Creation::ChooseConfiguration() {
 }
 
 int Creation::AddFirstSource() {
-  BuildSession& session = context.Session();
+  BuildSession& session = context_.Session();
   session.Inspector().PublishAll();
   const auto applications = ListApplications(session.Inspector());
   // An application that only downloads a finished program has no sources.
   if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
-  const std::string source = JoinPath(staged.folder, "src/main.c");
-  if (const Status written = WriteFirstSource(context.Files(), source); !written) {
-    return Fail(context.ShowFailure(source, "written", written.GetError().text));
+  const std::string source = JoinPath(staged_.folder, "src/main.c");
+  if (const Status written = WriteFirstSource(context_.Files(), source); !written) {
+    return Fail(context_.ShowFailure(source, "written", written.GetError().text));
   }
   session.Inspector().SelectApplication(applications.front().path);
   session.Manager().Command(TARN_CMD_NEW_GROUP);
-  context.RenameCurrentNode(kFirstGroup);
+  context_.RenameCurrentNode(kFirstGroup);
   session.Manager().AddExistingItem(source);
   return kExitDone;
 }
 
 int Creation::Run() {
-  BuildSession& session = context.Session();
+  BuildSession& session = context_.Session();
   const std::string targets = session.Inspector().GetTargets();
-  if (const int code = CheckTargetFiles(context, targets); code != kExitDone) return code;
+  if (const int code = CheckTargetFiles(context_, targets); code != kExitDone) return code;
   session.TakeLogLines();
   session.beforeScript = [this] { ChooseConfiguration(); };
   const bool isMade = session.Manager().AddNewItem() != 0;
   session.beforeScript = {};
-  if (refusal) return ExplainRefusal();
+  if (refusal_) return ExplainRefusal();
   for (const std::string& line : session.TakeLogLines()) Note(line);
-  if (!isMade) return Fail(context.Show(project.folder) + " can't be made a project.");
+  if (!isMade) return Fail(context_.Show(project_.folder) + " can't be made a project.");
   session.Adopt(Path(".tprj"));
   ChooseConfiguration();
   if (const int code = AddFirstSource(); code != kExitDone) return code;
-  if (const int code = context.SaveProject(); code != kExitDone) return code;
-  for (const std::string& line : lines) context.Remark(Printable(line));
+  if (const int code = context_.SaveProject(); code != kExitDone) return code;
+  for (const std::string& line : lines_) context_.Remark(Printable(line));
   return kExitDone;
 }
 

@@ -35,19 +35,19 @@ constexpr std::chrono::milliseconds kBetweenTries(10);
 }  // namespace
 
 CommandContext::CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem)
-    : asked(std::move(invocation)),
-      console(output),
-      files(fileSystem),
-      startFolder(fileSystem.CurrentFolder()) {}
+    : asked_(std::move(invocation)),
+      console_(output),
+      files_(fileSystem),
+      startFolder_(fileSystem.CurrentFolder()) {}
 
 std::string CommandContext::Show(const std::string& path) const {
-  return Printable(DisplayPath(path, startFolder));
+  return Printable(DisplayPath(path, startFolder_));
 }
 
 std::string CommandContext::ShowResolved(const std::string& path) const {
-  const std::string full = IsRelativePath(path) ? JoinPath(startFolder, path) : path;
-  if (FileNameOf(full).empty()) return Printable(files.ResolveLinks(full));
-  return Printable(RealName(files, full));
+  const std::string full = IsRelativePath(path) ? JoinPath(startFolder_, path) : path;
+  if (FileNameOf(full).empty()) return Printable(files_.ResolveLinks(full));
+  return Printable(RealName(files_, full));
 }
 
 std::string CommandContext::ShowFailure(const std::string& path, const std::string& action,
@@ -56,28 +56,28 @@ std::string CommandContext::ShowFailure(const std::string& path, const std::stri
 }
 
 std::string CommandContext::WhyUnusable(const std::string& path) const {
-  if (files.Exists(path)) return {};
-  const auto text = files.ReadWholeFile(path);
+  if (files_.Exists(path)) return {};
+  const auto text = files_.ReadWholeFile(path);
   const bool isName = text || text.GetError().code != ErrorCode::InvalidName;
   return isName ? std::string() : text.GetError().text;
 }
 
 void CommandContext::Complain(const std::string& text, const std::vector<std::string>& more) const {
-  lastComplaint = text;
-  for (const std::string& line : more) lastComplaint += "\n" + line;
-  console.Complain(text, more);
+  lastComplaint_ = text;
+  for (const std::string& line : more) lastComplaint_ += "\n" + line;
+  console_.Complain(text, more);
 }
 
 void CommandContext::Remark(const std::string& text) const {
-  if (!asked.quiet) Complain(text);
+  if (!asked_.quiet) Complain(text);
 }
 
 int CommandContext::LocateProject(std::string& path) {
-  return LocateProject(asked.project, path);
+  return LocateProject(asked_.project, path);
 }
 
 int CommandContext::LocateProject(const std::string& word, std::string& path) {
-  const FoundProject found = FindProject(files, word);
+  const FoundProject found = FindProject(files_, word);
   path = found.path;
   if (!path.empty()) return kExitDone;
   if (found.choices.empty()) {
@@ -93,10 +93,10 @@ int CommandContext::LocateProject(const std::string& word, std::string& path) {
 }
 
 BuildSession& CommandContext::Session() {
-  if (!session) {
-    session = std::make_unique<BuildSession>(frame, files, HostFolders::FromEnvironment(files));
+  if (!session_) {
+    session_ = std::make_unique<BuildSession>(frame_, files_, HostFolders::FromEnvironment(files_));
   }
-  return *session;
+  return *session_;
 }
 
 int CommandContext::OpenProject() {
@@ -116,7 +116,7 @@ int CommandContext::RefuseLog(const std::string& project, const Error& error) {
 
 int CommandContext::ReadLog(const std::string& project, std::string& text) {
   const std::string path = LogPathOf(project);
-  auto log = files.ReadOwnFile(path);
+  auto log = files_.ReadOwnFile(path);
   if (!log) return RefuseLog(project, log.GetError());
   text = std::move(*log);
   if (Trim(text).empty()) {
@@ -129,9 +129,9 @@ int CommandContext::ReadLog(const std::string& project, std::string& text) {
 }
 
 int CommandContext::StartSession() {
-  if (isStarted) return kExitDone;
+  if (isStarted_) return kExitDone;
   const Status started = Session().Start();
-  isStarted = static_cast<bool>(started);
+  isStarted_ = static_cast<bool>(started);
   if (started) {
     SetJobs();
     return kExitDone;
@@ -143,7 +143,7 @@ int CommandContext::StartSession() {
 
 void CommandContext::SetJobs() {
   std::string problem;
-  const int count = asked.jobs.empty() ? DefaultJobs(&problem) : ParseJobs(asked.jobs);
+  const int count = asked_.jobs.empty() ? DefaultJobs(&problem) : ParseJobs(asked_.jobs);
   if (!problem.empty()) Remark(Printable(problem));
   Session().Tools().SetJobs(count);
 }
@@ -152,8 +152,8 @@ int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
   const ProjectAccess access = Access();
   const bool isEdit = access == ProjectAccess::Edit;
-  Session().Inspector().AllowOutside(asked.outsideOk);
-  if (asked.trust) Session().Trust().TrustAll();
+  Session().Inspector().AllowOutside(asked_.outsideOk);
+  if (asked_.trust) Session().Trust().TrustAll();
   // All or nothing, so that a failed command can simply be repeated.
   Session().Inspector().SaveAllOrNone(true);
   // A script may change the project.
@@ -167,16 +167,16 @@ int CommandContext::OpenProject(const std::string& path) {
     Complain(ShowResolved(path) + " can't be opened" + (reasons.empty() ? "." : ":"), reasons);
     return kExitCannotOpen;
   }
-  hasOpened = true;
+  hasOpened_ = true;
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   ShowDefinitionErrors();
   ShowDamage(Session().GetDamage());
-  if (HasUnread(damage)) {
+  if (HasUnread(damage_)) {
     if (access != ProjectAccess::Complete) Complain(kUnreadRefusal);
     return kExitCannotOpen;
   }
-  if (asked.damagedOk) Session().AcceptAllDamage();
-  if (isEdit) openedFiles = ReadProjectFiles(Session().Inspector());
+  if (asked_.damagedOk) Session().AcceptAllDamage();
+  if (isEdit) openedFiles_ = ReadProjectFiles(Session().Inspector());
   const bool isChange = isEdit || access == ProjectAccess::Build;
   return isChange ? CheckDamage() : int{kExitDone};
 }
@@ -200,7 +200,7 @@ int CommandContext::LockEdits(const std::string& path) {
       return kExitCannotOpen;
     }
     const auto waited = std::chrono::steady_clock::now() - start;
-    if (asked.noWait || waited > kLongestWait) {
+    if (asked_.noWait || waited > kLongestWait) {
       Complain("Another program is changing this project (" + holder + ").");
       return kExitCannotOpen;
     }
@@ -213,9 +213,9 @@ int CommandContext::LockEdits(const std::string& path) {
 }
 
 void CommandContext::ShowDamageOf(const std::string& path) {
-  if ((!isStarted && !Session().Start()) || !Session().Open(path)) return;
-  hasOpened = true;
-  if (asked.damagedOk) Session().AcceptAllDamage();
+  if ((!isStarted_ && !Session().Start()) || !Session().Open(path)) return;
+  hasOpened_ = true;
+  if (asked_.damagedOk) Session().AcceptAllDamage();
   ShowDamage(Session().GetDamage());
 }
 
@@ -226,16 +226,16 @@ void CommandContext::ShowDefinitionErrors() {
 }
 
 void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
-  damage = std::move(found);
-  if (damage.empty() || Access() == ProjectAccess::Complete) return;
-  for (const DamageEntry& each : damage) {
-    console.PrintError(Printable(DescribeDamage(each, Show(each.file))));
+  damage_ = std::move(found);
+  if (damage_.empty() || Access() == ProjectAccess::Complete) return;
+  for (const DamageEntry& each : damage_) {
+    console_.PrintError(Printable(DescribeDamage(each, Show(each.file))));
   }
   Complain("Only part of the project was read: the locations above are damaged.");
 }
 
 bool CommandContext::MayWriteOutside(const std::string& project) {
-  return asked.outsideOk || asked.trust || Session().Trust().IsTrusted(FolderOf(project));
+  return asked_.outsideOk || asked_.trust || Session().Trust().IsTrusted(FolderOf(project));
 }
 
 std::vector<std::string> CommandContext::ShowRefused() {
@@ -251,7 +251,7 @@ std::vector<std::string> CommandContext::ShowRefused() {
 }
 
 int CommandContext::RefuseDamaged() {
-  if (HasUnread(damage)) {
+  if (HasUnread(damage_)) {
     Complain(kUnreadRefusal);
     return kExitCannotOpen;
   }
@@ -266,16 +266,16 @@ int CommandContext::CheckDamage() {
 
 int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
   chosen = ListApplications(Session().Inspector());
-  if (!asked.application.empty()) {
-    const FoundApplication found = FindApplication(chosen, asked.application);
+  if (!asked_.application.empty()) {
+    const FoundApplication found = FindApplication(chosen, asked_.application);
     if (!found.entry) {
       Complain(found.problem);
       return kExitUsage;
     }
     chosen = {*found.entry};
-    scope = found.entry->path;
+    scope_ = found.entry->path;
   }
-  return asked.configuration.empty() ? int{kExitDone} : SelectConfiguration(chosen);
+  return asked_.configuration.empty() ? int{kExitDone} : SelectConfiguration(chosen);
 }
 
 FoundApplication CommandContext::FindApplication(const std::vector<ApplicationEntry>& applications,
@@ -284,7 +284,7 @@ FoundApplication CommandContext::FindApplication(const std::vector<ApplicationEn
   FoundApplication found = host::FindApplication(applications, key, shorten);
   if (found.entry) return found;
   // Relative paths are resolved against the user's working folder.
-  const std::string path = files.Canonical(JoinPath(startFolder, key));
+  const std::string path = files_.Canonical(JoinPath(startFolder_, key));
   FoundApplication named = host::FindApplication(applications, path, shorten);
   return named.entry ? named : found;
 }
@@ -296,7 +296,7 @@ int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& app
   bool found = false;
   for (const ApplicationEntry& each : applications) {
     known.insert(known.end(), each.configurations.begin(), each.configurations.end());
-    const std::string name = FindConfiguration(each, asked.configuration);
+    const std::string name = FindConfiguration(each, asked_.configuration);
     if (name.empty()) {
       others.push_back(&each);
       continue;
@@ -304,17 +304,17 @@ int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& app
     found = true;
     if (EqualNoCase(name, each.configuration)) continue;
     SwitchTo(each, name);
-    switched.push_back(each);
+    switched_.push_back(each);
   }
   if (!selected.empty()) Session().Inspector().SelectNodeByKey(selected);
   for (const ApplicationEntry* each : others) {
     if (!found) break;
-    Remark("The application \"" + each->label + "\" has no configuration \"" + asked.configuration +
-           "\"; it keeps \"" + each->configuration + "\".");
+    Remark("The application \"" + each->label + "\" has no configuration \"" +
+           asked_.configuration + "\"; it keeps \"" + each->configuration + "\".");
   }
   if (found) return kExitDone;
-  Complain("Unknown configuration \"" + asked.configuration + "\"." +
-           SuggestionText(asked.configuration, known) +
+  Complain("Unknown configuration \"" + asked_.configuration + "\"." +
+           SuggestionText(asked_.configuration, known) +
            " See `tarn config list`; `tarn config add` adds one.");
   return kExitUsage;
 }
@@ -334,13 +334,14 @@ int CommandContext::ChooseNode() {
     if (wanted == nullptr || each.active) wanted = &each;
   }
   if (wanted != nullptr) Session().Inspector().SelectApplication(wanted->path);
-  if (asked.node.empty()) return kExitDone;
-  return FindNode(asked.node, scope);
+  if (asked_.node.empty()) return kExitDone;
+  return FindNode(asked_.node, scope_);
 }
 
 int CommandContext::SelectNodeIn(const std::string& key, const std::string& application) {
   // Relative paths are resolved against the user's working folder.
-  const std::string path = IsRelativePath(key) ? files.Canonical(JoinPath(startFolder, key)) : key;
+  const std::string path =
+      IsRelativePath(key) ? files_.Canonical(JoinPath(startFolder_, key)) : key;
   const int count = Session().Inspector().SelectNodeByKey(path, application);
   return count != 0 ? count : Session().Inspector().SelectNodeByKey(key, application);
 }
@@ -359,14 +360,14 @@ int CommandContext::FindNode(const std::string& key, const std::string& applicat
   const int count = SelectNode(key, application);
   if (count == 1) return kExitDone;
   const std::string place =
-      application.empty() ? "this project" : "the application " + asked.application;
+      application.empty() ? "this project" : "the application " + asked_.application;
   if (count == 0) {
     Complain("No file, group or application is called \"" + key + "\" in " + place + "." +
              SuggestionText(key, NodeNames(application)) + " See `tarn tree`.");
   } else {
     // Refused, because a guess could easily pick the wrong one.
     const bool isAnywhere = application.empty() && SelectNodeIn(key, "") != 0;
-    const bool isPath = files.Exists(files.Canonical(JoinPath(startFolder, key)));
+    const bool isPath = files_.Exists(files_.Canonical(JoinPath(startFolder_, key)));
     std::string advice;
     if (!isPath) advice = " Specify its path.";
     if (isAnywhere) advice += " APP/" + key + " is the one in an application.";
@@ -384,7 +385,7 @@ std::vector<std::string> CommandContext::NodeNames(const std::string& applicatio
   const std::function<void(const CXmlNode&)> collect = [&](const CXmlNode& node) {
     const std::string path = AttributeOf(&node, "Path");
     names.insert(AttributeOf(&node, "Header"));
-    names.insert(DisplayPath(path, startFolder));
+    names.insert(DisplayPath(path, startFolder_));
     for (const CXmlNode* child : node.GetChildren()) {
       if (ProjectTree::IsShown(*child)) collect(*child);
     }
@@ -406,9 +407,9 @@ bool CommandContext::RenameCurrentNode(const std::string& label) {
 
 int CommandContext::SaveProject() {
   RestoreConfigurations();
-  if (openedFiles.empty()) return SaveFiles();
+  if (openedFiles_.empty()) return SaveFiles();
   // Read before the save, which merges in changes by other programs.
-  const FileChanges changes = FindChanges(openedFiles, ReadProjectFiles(Session().Inspector()));
+  const FileChanges changes = FindChanges(openedFiles_, ReadProjectFiles(Session().Inspector()));
   const int code = SaveFiles();
   if (code == kExitDone) RecordEdit(Session().GetProjectPath(), DescribeChanges(changes), changes);
   return code;
@@ -417,7 +418,7 @@ int CommandContext::SaveProject() {
 void CommandContext::RecordEdit(const std::string& project, const std::string& label,
                                 const FileChanges& changes) {
   if (changes.empty()) return;
-  EditRecord record(files, project);
+  EditRecord record(files_, project);
   const Status& read = record.GetStatus();
   if (!read && read.GetError().code != ErrorCode::NotFound) {
     Remark("The changes before this one can't be undone: " + ShowResolved(read.GetError().place) +
@@ -436,8 +437,8 @@ void CommandContext::WriteRecord(EditRecord& record) {
 }
 
 void CommandContext::RestoreConfigurations() {
-  for (const ApplicationEntry& each : switched) SwitchTo(each, each.configuration);
-  switched.clear();
+  for (const ApplicationEntry& each : switched_) SwitchTo(each, each.configuration);
+  switched_.clear();
 }
 
 int CommandContext::SaveFiles() {

@@ -21,16 +21,16 @@ class CommandContext {
  public:
   CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem);
 
-  const Invocation& Asked() const { return asked; }
+  const Invocation& Asked() const { return asked_; }
   // The values that only this command has, in the struct that its declaration filled.
   template <class Options>
   const Options& Own() const {
-    return asked.Own<Options>();
+    return asked_.Own<Options>();
   }
-  Console& Out() { return console; }
-  FileSystem& Files() { return files; }
+  Console& Out() { return console_; }
+  FileSystem& Files() { return files_; }
   // The user's working folder; opening a project changes that of the process.
-  const std::string& StartFolder() const { return startFolder; }
+  const std::string& StartFolder() const { return startFolder_; }
   // Returns a path as the user would write it.
   std::string Show(const std::string& path) const;
   // Returns the full path, with links in its parent folders resolved; for files that can't be read
@@ -54,7 +54,7 @@ class CommandContext {
 
   BuildSession& Session();
   // The window that receives the server's messages and questions.
-  MainFrame& Frame() { return frame; }
+  MainFrame& Frame() { return frame_; }
   // Creates the server and its components, once. Returns 0, or an exit code after printing the
   // error.
   int StartSession();
@@ -74,7 +74,7 @@ class CommandContext {
   // otherwise; no-op if it can't be opened.
   void ShowDamageOf(const std::string& path);
   // The damage of the project that was opened, or that could not be opened.
-  const std::vector<DamageEntry>& GetDamage() const { return damage; }
+  const std::vector<DamageEntry>& GetDamage() const { return damage_; }
   // Refuses to continue with a damaged open project, unless the user agreed. Returns 0, or an exit
   // code after printing the error.
   int CheckDamage();
@@ -84,14 +84,14 @@ class CommandContext {
   // it. Returns them; empty if nothing was refused.
   std::vector<std::string> ShowRefused();
   // The last error that was printed.
-  const std::string& GetLastComplaint() const { return lastComplaint; }
+  const std::string& GetLastComplaint() const { return lastComplaint_; }
   // True if the project is open, or was opened to check for damage.
-  bool HasOpened() const { return hasOpened; }
+  bool HasOpened() const { return hasOpened_; }
   // Sets `chosen` to the application of --app, all of them without it, and activates the
   // configuration of --config. Returns 0, or an exit code after printing the error.
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
   // Path of the application of --app after ChooseApplications; empty without --app.
-  const std::string& Scope() const { return scope; }
+  const std::string& Scope() const { return scope_; }
   // Finds an application by a label or a path.
   FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
                                    const std::string& key) const;
@@ -119,7 +119,7 @@ class CommandContext {
   void WriteRecord(EditRecord& record);
 
  private:
-  ProjectAccess Access() const { return asked.command->access; }
+  ProjectAccess Access() const { return asked_.command->access; }
   void ShowDefinitionErrors();
   // Printed even with --quiet, but not during completion, where it would disturb the shell's
   // command line.
@@ -131,19 +131,19 @@ class CommandContext {
   int SelectConfiguration(const std::vector<ApplicationEntry>& applications);
   void SwitchTo(const ApplicationEntry& application, const std::string& configuration);
 
-  Invocation asked;
-  Console& console;
-  FileSystem& files;
-  std::string startFolder;
-  std::string scope;
-  MainFrame frame;
-  std::unique_ptr<BuildSession> session;
-  std::vector<DamageEntry> damage;
-  std::vector<FileText> openedFiles;  // of a project that is about to be changed
-  mutable std::string lastComplaint;
-  bool isStarted = false;
-  bool hasOpened = false;
-  std::vector<ApplicationEntry> switched;  // state before --config
+  Invocation asked_;
+  Console& console_;
+  FileSystem& files_;
+  std::string startFolder_;
+  std::string scope_;
+  MainFrame frame_;
+  std::unique_ptr<BuildSession> session_;
+  std::vector<DamageEntry> damage_;
+  std::vector<FileText> openedFiles_;  // of a project that is about to be changed
+  mutable std::string lastComplaint_;
+  bool isStarted_ = false;
+  bool hasOpened_ = false;
+  std::vector<ApplicationEntry> switched_;  // state before --config
 };
 
 }  // namespace tarn::host

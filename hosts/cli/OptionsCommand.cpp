@@ -18,12 +18,12 @@ namespace {
 class OptionQuery {
  public:
   explicit OptionQuery(CommandContext& commandContext)
-      : context(commandContext),
-        session(context.Session()),
-        table(session.Options().ListProperties("")),
-        values(OptionValues::FromText(session.Options().GetValuesAsText())) {
-    sets.push_back(values.GetOwnSet());
-    for (const std::string& outer : values.GetOuterSets()) sets.push_back(outer);
+      : context_(commandContext),
+        session_(context_.Session()),
+        table_(session_.Options().ListProperties("")),
+        values_(OptionValues::FromText(session_.Options().GetValuesAsText())) {
+    sets_.push_back(values_.GetOwnSet());
+    for (const std::string& outer : values_.GetOuterSets()) sets_.push_back(outer);
   }
 
   int Get();
@@ -35,90 +35,91 @@ class OptionQuery {
  private:
   int Identify();
   std::string ValueText() {
-    return session.Manager().GetPropertyValue(key.set, key.section, key.name);
+    return session_.Manager().GetPropertyValue(key_.set, key_.section, key_.name);
   }
   // Returns the set that receives a new value: the one in the key, else the one that defines the
   // option.
-  std::string SetToChange() const { return definition ? definition->set : key.set; }
+  std::string SetToChange() const { return definition_ ? definition_->set : key_.set; }
   std::string RawText() const;
   std::vector<StoredValue> CollectStored();
   void PrintExplanation(const std::vector<StoredValue>& stored);
   bool NeedsValue(const OptionDefinition& option, const std::string& value);
   nlohmann::json Describe(const OptionDefinition& option);
 
-  CommandContext& context;
-  BuildSession& session;
-  const OptionTable table;
-  const OptionValues values;
-  std::vector<std::string> sets;  // the node's own, then those of its ancestors
-  OptionKey key;
-  std::optional<OptionDefinition> definition;
+  CommandContext& context_;
+  BuildSession& session_;
+  const OptionTable table_;
+  const OptionValues values_;
+  std::vector<std::string> sets_;  // the node's own, then those of its ancestors
+  OptionKey key_;
+  std::optional<OptionDefinition> definition_;
 };
 
 // Finds the requested option. Returns 0, or an exit code after printing the error.
 int OptionQuery::Identify() {
-  const std::string& asked = context.Own<OptionArguments>().key;
-  if (!ParseOptionKey(asked, key)) {
-    context.Complain("\"" + asked + "\" is not an option name. Use SECTION.NAME, e.g. " +
-                     "Build.OutputFile, or SET.SECTION.NAME.");
+  const std::string& asked = context_.Own<OptionArguments>().key;
+  if (!ParseOptionKey(asked, key_)) {
+    context_.Complain("\"" + asked + "\" is not an option name. Use SECTION.NAME, e.g. " +
+                      "Build.OutputFile, or SET.SECTION.NAME.");
     return kExitUsage;
   }
-  definition = table.Find(key, key.set.empty() ? sets : std::vector<std::string>{key.set});
-  const bool isKnown = definition || values.Find(key.set, key.section, key.name) != nullptr;
+  definition_ = table_.Find(key_, key_.set.empty() ? sets_ : std::vector<std::string>{key_.set});
+  const bool isKnown = definition_ || values_.Find(key_.set, key_.section, key_.name) != nullptr;
   if (isKnown) return kExitDone;
-  context.Complain("Unknown option \"" + asked + "\"." +
-                   SuggestionText(asked, table.GetNames(sets)) + " See `tarn options list`.");
+  context_.Complain("Unknown option \"" + asked + "\"." +
+                    SuggestionText(asked, table_.GetNames(sets_)) + " See `tarn options list`.");
   return kExitUsage;
 }
 
 int OptionQuery::Get() {
   if (const int code = Identify(); code != kExitDone) return code;
-  if (!context.Asked().json) {
-    context.Out().PrintDocument(ValueText(), DocumentFormat::Lines);
+  if (!context_.Asked().json) {
+    context_.Out().PrintDocument(ValueText(), DocumentFormat::Lines);
     return kExitDone;
   }
-  PrintJson(context, {{"option", context.Own<OptionArguments>().key},
-                      {"value", ValueText()},
-                      {"raw", RawText()},
-                      {"origin", session.Options().GetOrigin(key.set, key.section, key.name)}});
+  PrintJson(context_,
+            {{"option", context_.Own<OptionArguments>().key},
+             {"value", ValueText()},
+             {"raw", RawText()},
+             {"origin", session_.Options().GetOrigin(key_.set, key_.section, key_.name)}});
   return kExitDone;
 }
 
 int OptionQuery::Set() {
   if (const int code = Identify(); code != kExitDone) return code;
   const std::string set = SetToChange();
-  const std::string& value = context.Own<OptionArguments>().value;
-  const std::string problem = session.Options().CheckValue(set, key.section, key.name, value);
+  const std::string& value = context_.Own<OptionArguments>().value;
+  const std::string problem = session_.Options().CheckValue(set, key_.section, key_.name, value);
   if (!problem.empty()) {
-    context.Complain(context.Own<OptionArguments>().key + ": " + problem);
+    context_.Complain(context_.Own<OptionArguments>().key + ": " + problem);
     return kExitUsage;
   }
-  if (session.Manager().SavePropertyValue(set, key.section, key.name, value) == 0) {
-    context.Complain(context.Own<OptionArguments>().key + " can't be stored.");
+  if (session_.Manager().SavePropertyValue(set, key_.section, key_.name, value) == 0) {
+    context_.Complain(context_.Own<OptionArguments>().key + " can't be stored.");
     return kExitUsage;
   }
-  return context.SaveProject();
+  return context_.SaveProject();
 }
 
 int OptionQuery::Reset() {
   if (const int code = Identify(); code != kExitDone) return code;
   const std::string set = SetToChange();
-  if (definition && !definition->removable) {
-    context.Complain(context.Own<OptionArguments>().key +
-                     " always has its own value; set a different one.");
+  if (definition_ && !definition_->removable) {
+    context_.Complain(context_.Own<OptionArguments>().key +
+                      " always has its own value; set a different one.");
     return kExitUsage;
   }
-  if (session.Options().GetOrigin(set, key.section, key.name) != "own") {
-    context.Remark(context.Own<OptionArguments>().key +
-                   " isn't set here, so there is nothing to reset.");
+  if (session_.Options().GetOrigin(set, key_.section, key_.name) != "own") {
+    context_.Remark(context_.Own<OptionArguments>().key +
+                    " isn't set here, so there is nothing to reset.");
     return kExitDone;
   }
-  session.Manager().ResetPropertyValue(set, key.section, key.name);
-  return context.SaveProject();
+  session_.Manager().ResetPropertyValue(set, key_.section, key_.name);
+  return context_.SaveProject();
 }
 
 std::string OptionQuery::RawText() const {
-  const std::string* raw = values.Find(key.set, key.section, key.name);
+  const std::string* raw = values_.Find(key_.set, key_.section, key_.name);
   return raw == nullptr ? std::string() : *raw;
 }
 
@@ -126,11 +127,11 @@ std::string OptionQuery::RawText() const {
 // each from the outermost level inwards.
 std::vector<StoredValue> OptionQuery::CollectStored() {
   std::vector<StoredValue> stored;
-  std::vector<std::string> asked = key.set.empty() ? sets : std::vector<std::string>{key.set};
+  std::vector<std::string> asked = key_.set.empty() ? sets_ : std::vector<std::string>{key_.set};
   std::reverse(asked.begin(), asked.end());
   for (const std::string& set : asked) {
     const std::vector<StoredValue> found =
-        ReadStoredValues(set, session.Inspector().ExplainOption(set, key.section, key.name));
+        ReadStoredValues(set, session_.Inspector().ExplainOption(set, key_.section, key_.name));
     stored.insert(stored.end(), found.begin(), found.end());
   }
   return stored;
@@ -139,7 +140,7 @@ std::vector<StoredValue> OptionQuery::CollectStored() {
 int OptionQuery::Explain() {
   if (const int code = Identify(); code != kExitDone) return code;
   const std::vector<StoredValue> stored = CollectStored();
-  if (!context.Asked().json) {
+  if (!context_.Asked().json) {
     PrintExplanation(stored);
     return kExitDone;
   }
@@ -152,28 +153,28 @@ int OptionQuery::Explain() {
                       {"counts", each.counts},
                       {"value", each.value}});
   }
-  nlohmann::json document = {{"option", context.Own<OptionArguments>().key},
+  nlohmann::json document = {{"option", context_.Own<OptionArguments>().key},
                              {"value", ValueText()},
                              {"raw", RawText()},
                              {"stored", levels}};
-  if (definition) {
-    document["default"] = definition->defaultValue;
-    document["definedIn"] = definition->file;
+  if (definition_) {
+    document["default"] = definition_->defaultValue;
+    document["definedIn"] = definition_->file;
   }
-  PrintJson(context, document);
+  PrintJson(context_, document);
   return kExitDone;
 }
 
 void OptionQuery::PrintExplanation(const std::vector<StoredValue>& stored) {
-  Console& out = context.Out();
-  out.PrintLine(out.Dye(Paint::Bold, context.Own<OptionArguments>().key) + " = " +
+  Console& out = context_.Out();
+  out.PrintLine(out.Dye(Paint::Bold, context_.Own<OptionArguments>().key) + " = " +
                 Printable(ValueText()));
   if (RawText() != ValueText()) out.PrintLine("  written as " + Printable(RawText()));
   const auto last = std::find_if(stored.rbegin(), stored.rend(),
                                  [](const StoredValue& each) { return each.counts; });
-  if (definition) {
-    out.PrintLine("  default: " + Printable(definition->defaultValue) + "  (" +
-                  context.Show(definition->file) + ")" +
+  if (definition_) {
+    out.PrintLine("  default: " + Printable(definition_->defaultValue) + "  (" +
+                  context_.Show(definition_->file) + ")" +
                   (last == stored.rend() ? "  <- effective" : ""));
   }
   for (const StoredValue& each : stored) {
@@ -186,7 +187,7 @@ void OptionQuery::PrintExplanation(const std::vector<StoredValue>& stored) {
 
 bool OptionQuery::NeedsValue(const OptionDefinition& option, const std::string& value) {
   return value.empty() &&
-         !session.Options().CheckValue(option.set, option.section, option.name, value).empty();
+         !session_.Options().CheckValue(option.set, option.section, option.name, value).empty();
 }
 
 nlohmann::json OptionQuery::Describe(const OptionDefinition& option) {
@@ -201,8 +202,8 @@ nlohmann::json OptionQuery::Describe(const OptionDefinition& option) {
       {"label", option.label},
       {"help", option.help},
       {"default", option.defaultValue},
-      {"value", session.Manager().GetPropertyValue(option.set, option.section, option.name)},
-      {"origin", session.Options().GetOrigin(option.set, option.section, option.name)}};
+      {"value", session_.Manager().GetPropertyValue(option.set, option.section, option.name)},
+      {"origin", session_.Options().GetOrigin(option.set, option.section, option.name)}};
   if (!choices.empty()) entry["choices"] = choices;
   return entry;
 }
@@ -210,16 +211,16 @@ nlohmann::json OptionQuery::Describe(const OptionDefinition& option) {
 int OptionQuery::List() {
   nlohmann::json document = nlohmann::json::array();
   std::string section;
-  for (const OptionDefinition& option : table.GetOf(sets.front())) {
+  for (const OptionDefinition& option : table_.GetOf(sets_.front())) {
     if (!option.shown) continue;
     const nlohmann::json entry = Describe(option);
-    if (context.Asked().json) {
+    if (context_.Asked().json) {
       document.push_back(entry);
       continue;
     }
     if (section != option.section) {
       section = option.section;
-      context.Out().PrintLine(context.Out().Dye(Paint::Bold, section));
+      context_.Out().PrintLine(context_.Out().Dye(Paint::Bold, section));
     }
     const std::string origin = entry["origin"];
     const bool isOwn = origin == "own";
@@ -229,10 +230,10 @@ int OptionQuery::List() {
                                                                     : "";
     std::string name = option.GetKey();
     if (name.size() < 26) name.resize(26, ' ');
-    context.Out().PrintLine("  " + name + "  " + Printable(std::string(entry["value"])) +
-                            context.Out().Dye(Paint::Dim, remark));
+    context_.Out().PrintLine("  " + name + "  " + Printable(std::string(entry["value"])) +
+                             context_.Out().Dye(Paint::Dim, remark));
   }
-  if (context.Asked().json) PrintJson(context, document);
+  if (context_.Asked().json) PrintJson(context_, document);
   return kExitDone;
 }
 

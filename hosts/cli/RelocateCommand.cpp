@@ -32,7 +32,7 @@ std::string LabelOf(const Relocation& relocation) {
 // missing.
 class Relocating {
  public:
-  explicit Relocating(CommandContext& commandContext) : context(commandContext) {}
+  explicit Relocating(CommandContext& commandContext) : context_(commandContext) {}
 
   int Run();
 
@@ -46,59 +46,59 @@ class Relocating {
   nlohmann::json ToJson(const MovedPath& moved) const;
   int Fail(const Error& error) const;
 
-  CommandContext& context;
-  std::string project;
-  std::string from, to;  // empty: search for everything that is missing
-  bool isChanged = false;
+  CommandContext& context_;
+  std::string project_;
+  std::string from_, to_;  // empty: search for everything that is missing
+  bool isChanged_ = false;
 };
 
 // Accepts PROJECT, OLD NEW, or PROJECT OLD NEW.
 void Relocating::TakeWords() {
-  const std::string& first = context.Asked().project;
-  const RelocateOptions& own = context.Own<RelocateOptions>();
+  const std::string& first = context_.Asked().project;
+  const RelocateOptions& own = context_.Own<RelocateOptions>();
   if (own.older.empty()) {
-    project = first;
+    project_ = first;
   } else if (own.newer.empty()) {
-    from = first;
-    to = own.older;
+    from_ = first;
+    to_ = own.older;
   } else {
-    project = first;
-    from = own.older;
-    to = own.newer;
+    project_ = first;
+    from_ = own.older;
+    to_ = own.newer;
   }
 }
 
 std::string Relocating::FullPath(const std::string& word) const {
-  std::string path = context.Files().Canonical(
-      IsRelativePath(word) ? JoinPath(context.StartFolder(), word) : word);
+  std::string path = context_.Files().Canonical(
+      IsRelativePath(word) ? JoinPath(context_.StartFolder(), word) : word);
   if (path.size() > 1 && path.ends_with(kSeparator)) path.pop_back();
   return path;
 }
 
 int Relocating::Fail(const Error& error) const {
-  context.Complain(context.ShowResolved(error.place) + ": " + Printable(error.text));
+  context_.Complain(context_.ShowResolved(error.place) + ": " + Printable(error.text));
   return kExitCannotOpen;
 }
 
 int Relocating::Search(Relocation& relocation) {
-  if (from.empty()) {
-    const std::string& below = context.Own<RelocateOptions>().below;
-    const Status searched = relocation.Search(below.empty() ? FolderOf(project) : FullPath(below));
+  if (from_.empty()) {
+    const std::string& below = context_.Own<RelocateOptions>().below;
+    const Status searched = relocation.Search(below.empty() ? FolderOf(project_) : FullPath(below));
     return searched ? int{kExitDone} : Fail(searched.GetError());
   }
-  to = FullPath(to);
-  const Result<bool> exists = context.Files().CheckExists(to);
+  to_ = FullPath(to_);
+  const Result<bool> exists = context_.Files().CheckExists(to_);
   if (!exists) return Fail(exists.GetError());
   if (!*exists) {
-    context.Complain(context.Show(to) + " does not exist.");
+    context_.Complain(context_.Show(to_) + " does not exist.");
     return kExitUsage;
   }
-  from = FullPath(from);
-  const Status moved = relocation.Move(from, to);
-  const std::string types = context.Session().GetFolders().ConfigFile(context.Files());
+  from_ = FullPath(from_);
+  const Status moved = relocation.Move(from_, to_);
+  const std::string types = context_.Session().GetFolders().ConfigFile(context_.Files());
   if (const Status fits = relocation.CheckMove(types); !fits) {
-    context.Complain(context.Show(fits.GetError().place) + " " + fits.GetError().text +
-                     "; nothing was changed.");
+    context_.Complain(context_.Show(fits.GetError().place) + " " + fits.GetError().text +
+                      "; nothing was changed.");
     return kExitUsage;
   }
   return moved ? int{kExitDone} : Fail(moved.GetError());
@@ -108,28 +108,28 @@ int Relocating::Write(Relocation& relocation) {
   const auto texts = relocation.MakeTexts();
   if (!texts) return Fail(texts.GetError());
   for (const FileText& each : *texts) {
-    if (context.MayWriteOutside(project)) break;
-    const std::string why = ProjectFolder(context.Files(), project).WhyOutside(each.path);
+    if (context_.MayWriteOutside(project_)) break;
+    const std::string why = ProjectFolder(context_.Files(), project_).WhyOutside(each.path);
     if (why.empty()) continue;
-    context.Complain(context.Show(each.path) + " is not changed because " + why +
-                     ". Use --outside-ok to change it anyway.");
+    context_.Complain(context_.Show(each.path) + " is not changed because " + why +
+                      ". Use --outside-ok to change it anyway.");
     return kExitCannotOpen;
   }
-  if (context.Own<RelocateOptions>().dryRun) return kExitDone;
+  if (context_.Own<RelocateOptions>().dryRun) return kExitDone;
   std::vector<FileText> before;
   for (const FileText& each : *texts) {
-    if (const auto text = context.Files().ReadWholeFile(each.path)) {
+    if (const auto text = context_.Files().ReadWholeFile(each.path)) {
       before.push_back({each.path, *text});
     }
   }
-  if (const Status written = context.Files().WriteFiles(AsBytes(*texts)); !written) {
+  if (const Status written = context_.Files().WriteFiles(AsBytes(*texts)); !written) {
     const Error& error = written.GetError();
-    context.Complain(
-        context.ShowFailure(error.place, "saved, and nothing was changed", error.text));
+    context_.Complain(
+        context_.ShowFailure(error.place, "saved, and nothing was changed", error.text));
     return kExitCannotOpen;
   }
-  isChanged = !texts->empty();
-  context.RecordEdit(project, LabelOf(relocation), FindChanges(before, *texts));
+  isChanged_ = !texts->empty();
+  context_.RecordEdit(project_, LabelOf(relocation), FindChanges(before, *texts));
   return kExitDone;
 }
 
@@ -148,69 +148,70 @@ nlohmann::json Relocating::ToJson(const MovedPath& moved) const {
 void Relocating::PrintMoves(const Relocation& relocation) const {
   for (const Error& each : relocation.GetUnread()) {
     if (relocation.IsComplete()) break;
-    context.Complain("The folder " +
-                     context.ShowFailure(each.place, "read, and was not searched", each.text) +
-                     ".");
+    context_.Complain("The folder " +
+                      context_.ShowFailure(each.place, "read, and was not searched", each.text) +
+                      ".");
   }
   for (const MovedPath& each : relocation.GetFound()) {
     // With OLD NEW, the file is missing at the path that the user specified.
-    const bool isMoved = !each.newPath.empty() || from.empty();
+    const bool isMoved = !each.newPath.empty() || from_.empty();
     const std::string former =
-        context.Show(isMoved ? each.oldPath : MapPath(each.oldPath, from, to));
+        context_.Show(isMoved ? each.oldPath : MapPath(each.oldPath, from_, to_));
     if (!each.newPath.empty()) {
-      if (context.Asked().quiet) continue;
+      if (context_.Asked().quiet) continue;
       const bool isOption = each.kind == MovedPath::Kind::Option;
-      context.Out().PrintLine((isOption ? "option " : "") + former + " -> " +
-                              context.Show(each.newPath));
+      context_.Out().PrintLine((isOption ? "option " : "") + former + " -> " +
+                               context_.Show(each.newPath));
     } else if (each.candidates.size() < 2) {
-      const bool isTaken = !each.candidates.empty() && from.empty();
-      context.Complain(
+      const bool isTaken = !each.candidates.empty() && from_.empty();
+      context_.Complain(
           former + " was not found" +
-          (isTaken ? "; " + context.Show(each.candidates.front()) + " could be a different file"
+          (isTaken ? "; " + context_.Show(each.candidates.front()) + " could be a different file"
                    : std::string()));
     } else {
       std::vector<std::string> list;
-      for (const std::string& path : each.candidates) list.push_back("  " + context.Show(path));
-      context.Complain(former + " could be one of several files:", list);
+      for (const std::string& path : each.candidates) list.push_back("  " + context_.Show(path));
+      context_.Complain(former + " could be one of several files:", list);
     }
   }
 }
 
 int Relocating::Report(const Relocation& relocation) const {
   const bool isComplete = relocation.IsComplete();
-  if (context.Asked().json) {
+  if (context_.Asked().json) {
     nlohmann::json list = nlohmann::json::array();
     for (const MovedPath& each : relocation.GetFound()) list.push_back(ToJson(each));
     nlohmann::json unread = nlohmann::json::array();
     for (const Error& each : relocation.GetUnread()) unread.push_back(each.place);
     PrintJson(
-        context,
-        {{"moves", list}, {"changed", isChanged}, {"complete", isComplete}, {"unread", unread}});
+        context_,
+        {{"moves", list}, {"changed", isChanged_}, {"complete", isComplete}, {"unread", unread}});
   } else {
     PrintMoves(relocation);
     const bool isNothing = relocation.GetFound().empty();
-    if (isNothing && !context.Asked().quiet) {
-      context.Out().PrintLine(from.empty() ? "Nothing is missing" : "None of it is in the project");
+    if (isNothing && !context_.Asked().quiet) {
+      context_.Out().PrintLine(from_.empty() ? "Nothing is missing"
+                                             : "None of it is in the project");
     }
     if (!isComplete)
-      context.Complain("Use `tarn relocate OLD NEW` to specify where a file or folder is.");
+      context_.Complain("Use `tarn relocate OLD NEW` to specify where a file or folder is.");
   }
   return isComplete ? kExitDone : kExitBuildFailed;
 }
 
 int Relocating::Run() {
   TakeWords();
-  if (const int code = context.LocateProject(project, project); code != kExitDone) return code;
-  if (!from.empty() && !context.Own<RelocateOptions>().below.empty()) {
-    context.Complain("--below is for a search; OLD NEW specifies the new location without one.");
+  if (const int code = context_.LocateProject(project_, project_); code != kExitDone) return code;
+  if (!from_.empty() && !context_.Own<RelocateOptions>().below.empty()) {
+    context_.Complain("--below is for a search; OLD NEW specifies the new location without one.");
     return kExitUsage;
   }
-  if (const int code = context.StartSession(); code != kExitDone) return code;
-  if (const int code = context.LockEdits(project); code != kExitDone) return code;
-  Relocation relocation(context.Files(), project);
+  if (const int code = context_.StartSession(); code != kExitDone) return code;
+  if (const int code = context_.LockEdits(project_); code != kExitDone) return code;
+  Relocation relocation(context_.Files(), project_);
   if (const int code = Search(relocation); code != kExitDone) return code;
   if (const int code = Write(relocation); code != kExitDone) return code;
-  context.Session().Inspector().UnlockProject();
+  context_.Session().Inspector().UnlockProject();
   return Report(relocation);
 }
 

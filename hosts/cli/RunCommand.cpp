@@ -19,50 +19,50 @@ struct RunOptions {
 class ScriptDisplay {
  public:
   explicit ScriptDisplay(CommandContext& commandContext)
-      : context(commandContext), session(commandContext.Session()) {
-    session.Scripts().onLine = [this](const std::string& line) { ShowLine(line); };
-    session.Scripts().runBuild = [this](const BuildRequest& request) { return Build(request); };
-    session.onLockWait = [this](const std::string& holder) {
-      context.Remark("Waiting for another build of this project (" + holder + ") to finish ...");
+      : context_(commandContext), session_(commandContext.Session()) {
+    session_.Scripts().onLine = [this](const std::string& line) { ShowLine(line); };
+    session_.Scripts().runBuild = [this](const BuildRequest& request) { return Build(request); };
+    session_.onLockWait = [this](const std::string& holder) {
+      context_.Remark("Waiting for another build of this project (" + holder + ") to finish ...");
     };
   }
   ScriptDisplay(const ScriptDisplay&) = delete;
   ScriptDisplay& operator=(const ScriptDisplay&) = delete;
   ~ScriptDisplay() {
-    session.Scripts().onLine = {};
-    session.Scripts().runBuild = {};
-    session.onLockWait = {};
+    session_.Scripts().onLine = {};
+    session_.Scripts().runBuild = {};
+    session_.onLockWait = {};
   }
 
   // Prints the server's messages since the last call, e.g. about a file that it couldn't write.
   void ShowLog() {
-    for (const std::string& line : session.TakeLogLines()) context.Complain(line);
+    for (const std::string& line : session_.TakeLogLines()) context_.Complain(line);
   }
-  const std::vector<std::string>& GetLines() const { return lines; }
+  const std::vector<std::string>& GetLines() const { return lines_; }
 
  private:
   void ShowLine(const std::string& line) {
-    if (context.Asked().json) {
-      lines.push_back(line);
+    if (context_.Asked().json) {
+      lines_.push_back(line);
     } else {
-      context.Out().PrintLine(Printable(line));
+      context_.Out().PrintLine(Printable(line));
     }
   }
 
   BuildOutcome Build(const BuildRequest& request) {
     ShowLog();
-    BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(context.Asked()),
-                           [&] { return session.CountWork(request); });
-    const BuildOutcome outcome = reporter.Watch(session, request);
+    BuildReporter reporter(context_.Out(), context_.StartFolder(), DetailOf(context_.Asked()),
+                           [&] { return session_.CountWork(request); });
+    const BuildOutcome outcome = reporter.Watch(session_, request);
     std::vector<ApplicationSummary> summaries;
-    if (outcome.toolsRun > 0) summaries = session.GetSummaries();
+    if (outcome.toolsRun > 0) summaries = session_.GetSummaries();
     reporter.Finish(outcome, request.work, summaries);
     return outcome;
   }
 
-  CommandContext& context;
-  BuildSession& session;
-  std::vector<std::string> lines;
+  CommandContext& context_;
+  BuildSession& session_;
+  std::vector<std::string> lines_;
 };
 
 // A refused operation or a failed save was not carried out, even if the script ignored that.

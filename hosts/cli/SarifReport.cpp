@@ -75,7 +75,7 @@ nlohmann::json LocationOf(const LogEntry& entry, const std::string& projectFolde
 // The results of a run, and the set of rules that they refer to.
 class ResultList {
  public:
-  explicit ResultList(std::string folder) : projectFolder(std::move(folder)) {}
+  explicit ResultList(std::string folder) : projectFolder_(std::move(folder)) {}
 
   void Add(const LogEntry& entry) {
     const char* level = LevelOf(entry);
@@ -87,7 +87,7 @@ class ResultList {
       result["ruleIndex"] = IndexOf(rule);
     }
     if (!entry.file.empty()) {
-      result["locations"] = nlohmann::json::array({LocationOf(entry, projectFolder)});
+      result["locations"] = nlohmann::json::array({LocationOf(entry, projectFolder_)});
     }
     results.push_back(std::move(result));
   }
@@ -104,7 +104,7 @@ class ResultList {
     return rules.size() - 1;
   }
 
-  std::string projectFolder;
+  std::string projectFolder_;
 };
 
 std::string UtcText(std::int64_t seconds) {

@@ -22,40 +22,40 @@ bool StartsTools(std::uint32_t command) {
 
 // Takes all locks or none, so that two processes can't deadlock.
 bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
-  if (!held.empty()) return true;
-  holder.clear();
-  problem.clear();
-  if (paths.empty()) paths = FindPaths(projectPath, mayLeave);
+  if (!held_.empty()) return true;
+  holder_.clear();
+  problem_.clear();
+  if (paths_.empty()) paths_ = FindPaths(projectPath, mayLeave);
   std::vector<std::unique_ptr<FileLock>> taken;
-  for (const std::string& path : paths) {
-    auto lock = files.TryLock(path, LockPurpose::Build);
+  for (const std::string& path : paths_) {
+    auto lock = files_.TryLock(path, LockPurpose::Build);
     if (lock) {
       taken.push_back(std::move(*lock));
     } else if (lock.GetError().code == ErrorCode::Busy) {
-      holder = lock.GetError().text;
+      holder_ = lock.GetError().text;
       return false;
     } else if (!NeedsNoLock(lock.GetError())) {
-      problem = path + " can't be locked: " + lock.GetError().text;
+      problem_ = path + " can't be locked: " + lock.GetError().text;
       return false;
     }
   }
-  held = std::move(taken);
+  held_ = std::move(taken);
   return true;
 }
 
 // Returns the paths in a fixed order, so that all processes lock in the same order.
 std::vector<std::string> BuildLock::FindPaths(const std::string& projectPath, bool mayLeave) {
-  std::set<std::string> found = {FindLockPath(files, projectPath, projectPath, mayLeave)};
-  for (const ApplicationEntry& each : ListApplications(inspector)) {
-    if (!each.path.empty()) found.insert(FindLockPath(files, projectPath, each.path, mayLeave));
+  std::set<std::string> found = {FindLockPath(files_, projectPath, projectPath, mayLeave)};
+  for (const ApplicationEntry& each : ListApplications(inspector_)) {
+    if (!each.path.empty()) found.insert(FindLockPath(files_, projectPath, each.path, mayLeave));
   }
   found.erase(std::string());
   return {found.begin(), found.end()};
 }
 
 void BuildLock::Release() {
-  held.clear();
-  paths.clear();
+  held_.clear();
+  paths_.clear();
 }
 
 }  // namespace tarn::host

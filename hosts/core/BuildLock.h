@@ -19,7 +19,7 @@ bool StartsTools(std::uint32_t command);
 class BuildLock {
  public:
   BuildLock(FileSystem& fileSystem, InspectorDriver& inspectorDriver)
-      : files(fileSystem), inspector(inspectorDriver) {}
+      : files_(fileSystem), inspector_(inspectorDriver) {}
 
   // Tries to take the lock. Returns false if another process holds it or a part of it; GetHolder()
   // then names that process. Also returns false, with GetProblem() set, if no process can have
@@ -28,21 +28,21 @@ class BuildLock {
   // applications there are not locked.
   bool Try(const std::string& projectPath, bool mayLeave);
   void Release();
-  bool IsHeld() const { return !held.empty(); }
+  bool IsHeld() const { return !held_.empty(); }
   // Call this after a different project was opened: the next Try() queries its applications again.
-  void ForgetPaths() { paths.clear(); }
-  const std::string& GetHolder() const { return holder; }
-  const std::string& GetProblem() const { return problem; }
+  void ForgetPaths() { paths_.clear(); }
+  const std::string& GetHolder() const { return holder_; }
+  const std::string& GetProblem() const { return problem_; }
 
  private:
   std::vector<std::string> FindPaths(const std::string& projectPath, bool mayLeave);
 
-  FileSystem& files;
-  InspectorDriver& inspector;
-  std::vector<std::unique_ptr<FileLock>> held;  // empty: not locked
-  std::vector<std::string> paths;               // set by the first Try
-  std::string holder;
-  std::string problem;
+  FileSystem& files_;
+  InspectorDriver& inspector_;
+  std::vector<std::unique_ptr<FileLock>> held_;  // empty: not locked
+  std::vector<std::string> paths_;               // set by the first Try
+  std::string holder_;
+  std::string problem_;
 };
 
 }  // namespace tarn::host

@@ -16,23 +16,23 @@ std::string SubjectOf(const ToolStart& start) {
 
 }  // namespace
 
-BuildProgress::BuildProgress(std::function<int()> countWork) : askCount(std::move(countWork)) {}
+BuildProgress::BuildProgress(std::function<int()> countWork) : askCount_(std::move(countWork)) {}
 
 void BuildProgress::OnToolStarted(const ToolStart& start) {
-  if (++number == 1 && askCount) total = askCount();
-  if (askCount) total = std::max(total, number);
-  subject = SubjectOf(start);
+  if (++number_ == 1 && askCount_) total_ = askCount_();
+  if (askCount_) total_ = std::max(total_, number_);
+  subject_ = SubjectOf(start);
 }
 
 void BuildProgress::OnToolEnded(bool, const std::vector<LogEntry>& messages) {
   for (const LogEntry& entry : messages) {
-    errors += entry.kind == LogKind::Error ? entry.count : 0;
-    warnings += entry.kind == LogKind::Warning ? entry.count : 0;
+    errors_ += entry.kind == LogKind::Error ? entry.count : 0;
+    warnings_ += entry.kind == LogKind::Warning ? entry.count : 0;
   }
 }
 
 std::chrono::milliseconds BuildProgress::GetElapsed() const {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started);
+  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started_);
 }
 
 }  // namespace tarn::host

@@ -23,23 +23,23 @@ class BuildProgress : public BuildObserver {
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
 
   // Number of the running tool, counted from 1; 0 before the first one.
-  int GetNumber() const { return number; }
+  int GetNumber() const { return number_; }
   // Total number of tools, never less than GetNumber(); 0 if unknown.
-  int GetTotal() const { return total; }
+  int GetTotal() const { return total_; }
   // The file that identifies the running tool, or the tool's name if there is none.
-  const std::string& GetSubject() const { return subject; }
-  int GetErrors() const { return errors; }
-  int GetWarnings() const { return warnings; }
+  const std::string& GetSubject() const { return subject_; }
+  int GetErrors() const { return errors_; }
+  int GetWarnings() const { return warnings_; }
   std::chrono::milliseconds GetElapsed() const;
 
  private:
-  std::function<int()> askCount;
-  const Clock::time_point started = Clock::now();
-  int number = 0;
-  int total = 0;
-  std::string subject;
-  int errors = 0;
-  int warnings = 0;
+  std::function<int()> askCount_;
+  const Clock::time_point started_ = Clock::now();
+  int number_ = 0;
+  int total_ = 0;
+  std::string subject_;
+  int errors_ = 0;
+  int warnings_ = 0;
 };
 
 }  // namespace tarn::host

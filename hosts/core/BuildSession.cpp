@@ -48,14 +48,14 @@ const char* WordOf(BuildEnd end) {
 
 BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders)
     : ServerConnection(fileSystem, std::move(hostFolders)),
-      frame(mainFrame),
-      loop(MessageLoop::ForCurrentThread()),
-      trust(fileSystem, inspector, folders.state),
-      damage(inspector, fileSystem),
-      state(manager, inspector, tools),
-      log(fileSystem, mainFrame.GetHandle()),
-      scripts(*this),
-      buildLock(fileSystem, inspector) {
+      frame_(mainFrame),
+      loop_(MessageLoop::ForCurrentThread()),
+      trust_(fileSystem, inspector, folders.state),
+      damage_(inspector, fileSystem),
+      state_(manager, inspector, tools),
+      log_(fileSystem, mainFrame.GetHandle()),
+      scripts_(*this),
+      buildLock_(fileSystem, inspector) {
   AnswerMessages();
 }
 
@@ -65,50 +65,50 @@ BuildSession::~BuildSession() {
         std::uint32_t{kMsgToolEnded}, std::uint32_t{kMsgWorkerEnded}, std::uint32_t{kMsgLogLine},
         std::uint32_t{kMsgCommand}, std::uint32_t{kMsgProjectOpened},
         std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgRunScript}}) {
-    frame.Answer(number, {});
+    frame_.Answer(number, {});
   }
   if (manager.GetDispatch() != nullptr) manager.Clean();
 }
 
 void BuildSession::AnswerMessages() {
-  frame.Answer(kMsgToolSucceeded, [this](const HostEvent&) {
-    state.TakeBuildInformation();
+  frame_.Answer(kMsgToolSucceeded, [this](const HostEvent&) {
+    state_.TakeBuildInformation();
     return std::intptr_t{1};
   });
-  frame.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
-  frame.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
-  frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) {
-    workerEnded = true;
-    workerSucceeded = event.wParam != 0;
+  frame_.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
+  frame_.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
+  frame_.Answer(kMsgWorkerEnded, [this](const HostEvent& event) {
+    workerEnded_ = true;
+    workerSucceeded_ = event.wParam != 0;
     return std::intptr_t{1};
   });
-  frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+  frame_.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
     return OnProjectChanged(event.lParam == 0 ? event.text : std::string());
   });
-  frame.Answer(kMsgProjectClosing, [this](const HostEvent&) { return OnProjectChanged({}); });
-  frame.Answer(kMsgRunScript, [this](const HostEvent& event) { return OnRunScript(event); });
-  frame.Answer(kMsgLogLine, [this](const HostEvent& event) {
-    logLines.push_back(event.text);
+  frame_.Answer(kMsgProjectClosing, [this](const HostEvent&) { return OnProjectChanged({}); });
+  frame_.Answer(kMsgRunScript, [this](const HostEvent& event) { return OnRunScript(event); });
+  frame_.Answer(kMsgLogLine, [this](const HostEvent& event) {
+    logLines_.push_back(event.text);
     return std::intptr_t{1};
   });
-  frame.Answer(kMsgCommand, [this](const HostEvent& event) {
+  frame_.Answer(kMsgCommand, [this](const HostEvent& event) {
     // Executed later, because the sender may be in the middle of an operation.
-    postedCommands.push_back(static_cast<std::uint32_t>(event.wParam));
+    postedCommands_.push_back(static_cast<std::uint32_t>(event.wParam));
     return std::intptr_t{1};
   });
 }
 
 Status BuildSession::Start() {
-  logLines.clear();
-  Status created = CreateServer(frame.GetHandle(), [this] { return TakeLogLines(); });
+  logLines_.clear();
+  Status created = CreateServer(frame_.GetHandle(), [this] { return TakeLogLines(); });
   if (!created) return created;
-  damage.ProtectAll();
-  trust.Refresh();
+  damage_.ProtectAll();
+  trust_.Refresh();
   return CheckInstallation();
 }
 
 Status BuildSession::Open(const std::string& path) {
-  logLines.clear();
+  logLines_.clear();
   if (manager.ProjectOpen(path) == 0) {
     std::string text;
     for (const std::string& line : TakeLogLines()) {
@@ -121,28 +121,28 @@ Status BuildSession::Open(const std::string& path) {
 }
 
 void BuildSession::Adopt(const std::string& openedPath) {
-  projectPath = openedPath;
-  isOtherProject = false;
-  damage.SetProject(openedPath);
-  damage.ProtectProject();
-  state.SetProject(openedPath);
+  projectPath_ = openedPath;
+  isOtherProject_ = false;
+  damage_.SetProject(openedPath);
+  damage_.ProtectProject();
+  state_.SetProject(openedPath);
 }
 
 void BuildSession::Prepare() {
   inspector.PublishAll();
-  state.Restore();
+  state_.Restore();
 }
 
 bool BuildSession::TryLockBuild() {
   const std::string& path = GetOpenPath();
-  return path.empty() || buildLock.Try(path, trust.IsTrusted(FolderOf(path)));
+  return path.empty() || buildLock_.Try(path, trust_.IsTrusted(FolderOf(path)));
 }
 
 std::string BuildSession::LockForCommand() {
   if (LockBuild()) {
-    if (isOtherProject || !state.IsOutdated()) return {};
+    if (isOtherProject_ || !state_.IsOutdated()) return {};
     inspector.NoteCurrentNode();  // restoring changes it
-    state.Restore();
+    state_.Restore();
     inspector.SelectNotedNode();
     return {};
   }
@@ -156,13 +156,13 @@ void BuildSession::UnlockUnlessBuilding() {
 
 bool BuildSession::LockBuild() {
   constexpr std::chrono::milliseconds kBetweenTries(50);
-  const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
+  const auto isOver = [this] { return stopRequested_ || (endsLockWait && endsLockWait()); };
   bool isWaiting = false;
   while (!TryLockBuild()) {
     if (!GetLockProblem().empty()) return false;
     if (!isWaiting && onLockWait) onLockWait(GetLockHolder());
     isWaiting = true;
-    loop->PumpUntil(isOver, kBetweenTries);
+    loop_->PumpUntil(isOver, kBetweenTries);
     if (isOver()) return false;
   }
   return true;
@@ -170,49 +170,49 @@ bool BuildSession::LockBuild() {
 
 BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* observer) {
   // A script that was started by a build can't build.
-  if (isRunning) return {};
-  outcome = {};
-  stateProblem.clear();
-  if (damage.RefusesChange()) return {};
-  if (!stopRequested && FollowProject() && LockBuild()) {
-    if (state.IsOutdated()) state.Restore();
-    isRunning = true;
+  if (isRunning_) return {};
+  outcome_ = {};
+  stateProblem_.clear();
+  if (damage_.RefusesChange()) return {};
+  if (!stopRequested_ && FollowProject() && LockBuild()) {
+    if (state_.IsOutdated()) state_.Restore();
+    isRunning_ = true;
     BeginWork(observer);
     const bool isDone = RefusesSharedOutputs(request) || RunCommand(SelectCommand(request));
-    if (!isDone && !stopRequested) ServePostedCommands();
-    isRunning = false;
+    if (!isDone && !stopRequested_) ServePostedCommands();
+    isRunning_ = false;
     ShowNotices();
     JudgeGaps(request);
     EndWork();
   } else {
-    outcome.problem = GetLockProblem();
+    outcome_.problem = GetLockProblem();
   }
-  if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
-  if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {
-    outcome.problem = ParseStatusProblem(inspector.GetStatus());
+  if (stopRequested_ && outcome_.end != BuildEnd::Succeeded) outcome_.end = BuildEnd::Stopped;
+  if (outcome_.end == BuildEnd::Failed && outcome_.toolsFailed == 0 && outcome_.problem.empty()) {
+    outcome_.problem = ParseStatusProblem(inspector.GetStatus());
   }
   // The definitions were read again; a build is impossible without them.
-  if (outcome.end == BuildEnd::Refused && outcome.problem.empty()) {
+  if (outcome_.end == BuildEnd::Refused && outcome_.problem.empty()) {
     const std::vector<std::string> errors = GetDefinitionErrors();
-    if (!errors.empty()) outcome.problem = errors.front();
+    if (!errors.empty()) outcome_.problem = errors.front();
   }
-  stopRequested = false;
-  if (!scripts.IsRunning()) scripts.ForgetStop();
-  logLines.clear();
-  return outcome;
+  stopRequested_ = false;
+  if (!scripts_.IsRunning()) scripts_.ForgetStop();
+  logLines_.clear();
+  return outcome_;
 }
 
 void BuildSession::BeginWork(BuildObserver* observer) {
-  watcher = observer;
-  outcome = {};
-  stateProblem.clear();
-  log.Forget();
+  watcher_ = observer;
+  outcome_ = {};
+  stateProblem_.clear();
+  log_.Forget();
   // The build is already running and can't be made to wait, so a failure to lock is ignored.
   static_cast<void>(TryLockBuild());
-  if (HasProject()) state.Open();
+  if (HasProject()) state_.Open();
   tools.ResumeTools();
-  trust.Refresh();
-  if (!isOtherProject) inspector.RefreshDefinitions();
+  trust_.Refresh();
+  if (!isOtherProject_) inspector.RefreshDefinitions();
 }
 
 void BuildSession::EndWork() {
@@ -221,48 +221,48 @@ void BuildSession::EndWork() {
 }
 
 void BuildSession::KeepState() {
-  watcher = nullptr;
-  const std::string problem = state.Finish();
-  if (!problem.empty()) stateProblem = problem;
+  watcher_ = nullptr;
+  const std::string problem = state_.Finish();
+  if (!problem.empty()) stateProblem_ = problem;
   UnlockBuild();
 }
 
 BuildEnd BuildSession::AwaitBuild() {
-  if (isRunning || manager.EnableCommand(TARN_CMD_STOP) == 0) return BuildEnd::Refused;
-  workerEnded = false;
-  workerSucceeded = false;
+  if (isRunning_ || manager.EnableCommand(TARN_CMD_STOP) == 0) return BuildEnd::Refused;
+  workerEnded_ = false;
+  workerSucceeded_ = false;
   WaitForWorker();
   EndWork();
-  logLines.clear();
-  const bool isStopped = stopRequested.exchange(false);
-  if (workerSucceeded) return BuildEnd::Succeeded;
+  logLines_.clear();
+  const bool isStopped = stopRequested_.exchange(false);
+  if (workerSucceeded_) return BuildEnd::Succeeded;
   return isStopped ? BuildEnd::Stopped : BuildEnd::Failed;
 }
 
 // Reads the state of the project that is open now. Returns false if there is none to build.
 bool BuildSession::FollowProject() {
-  if (!isOtherProject) return true;
-  if (otherProject.empty()) return false;
-  isOtherProject = false;
-  projectPath = otherProject;
-  damage.SetProject(projectPath);
-  state.SetProject(projectPath);
+  if (!isOtherProject_) return true;
+  if (otherProject_.empty()) return false;
+  isOtherProject_ = false;
+  projectPath_ = otherProject_;
+  damage_.SetProject(projectPath_);
+  state_.SetProject(projectPath_);
   Prepare();
   return true;
 }
 
 ScriptOutcome BuildSession::RunScript(const std::string& text, const std::string& name) {
-  outcome = {};
-  const ScriptOutcome ended = scripts.Run(text, name);
+  outcome_ = {};
+  const ScriptOutcome ended = scripts_.Run(text, name);
   AwaitBuild();
   KeepLog();  // including lines printed by the script after its last build
-  stopRequested = false;
+  stopRequested_ = false;
   return ended;
 }
 
 std::vector<std::uint32_t> BuildSession::TakePostedCommands() {
-  std::vector<std::uint32_t> commands(postedCommands.begin(), postedCommands.end());
-  postedCommands.clear();
+  std::vector<std::uint32_t> commands(postedCommands_.begin(), postedCommands_.end());
+  postedCommands_.clear();
   return commands;
 }
 
@@ -278,19 +278,19 @@ std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
 
 // Returns true if the sequence ends here; false if the server has posted a follow-up command.
 bool BuildSession::RunCommand(std::uint32_t command) {
-  workerEnded = false;
-  workerSucceeded = false;
+  workerEnded_ = false;
+  workerSucceeded_ = false;
   if (command == 0 || manager.PrologCommand(command) == 0) {
-    outcome.end = BuildEnd::Refused;
+    outcome_.end = BuildEnd::Refused;
     return true;
   }
-  postedCommands.clear();
-  logLines.clear();
+  postedCommands_.clear();
+  logLines_.clear();
   const bool isStarted = manager.Command(command) == 2;
   // A worker does nothing until it is waited for, so one that has already ended failed to start.
-  if (workerEnded && !logLines.empty()) outcome.problem = logLines.back();
+  if (workerEnded_ && !logLines_.empty()) outcome_.problem = logLines_.back();
   if (isStarted) WaitForWorker();
-  outcome.end = workerSucceeded ? BuildEnd::Succeeded : BuildEnd::Failed;
+  outcome_.end = workerSucceeded_ ? BuildEnd::Succeeded : BuildEnd::Failed;
   return manager.EpilogCommand(command) != 0;
 }
 
@@ -307,8 +307,8 @@ bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
     manager.ReportMessage(errors.back().text);
   }
   if (errors.empty()) return false;
-  if (watcher != nullptr) watcher->OnToolEnded(false, errors);
-  outcome.end = BuildEnd::Failed;
+  if (watcher_ != nullptr) watcher_->OnToolEnded(false, errors);
+  outcome_.end = BuildEnd::Failed;
   return true;
 }
 
@@ -316,7 +316,7 @@ void BuildSession::ShowNotices() {
   const auto list = ParseXml(inspector.TakeBuildNotices());
   if (list == nullptr || list->GetChildCount() == 0) return;
   // Even if no tool was run, this build has something to report.
-  if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
+  if (!isOtherProject_) log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
   std::vector<LogEntry> entries;
   for (const CXmlNode* each : list->GetChildren()) {
     const bool isError = AttributeOf(each, "Kind") == "error";
@@ -329,16 +329,16 @@ void BuildSession::ShowNotices() {
   }
   const bool hasError = std::ranges::any_of(
       entries, [](const LogEntry& each) { return each.kind == LogKind::Error; });
-  if (hasError && outcome.end == BuildEnd::Succeeded) outcome.end = BuildEnd::Failed;
-  if (watcher != nullptr) watcher->OnToolEnded(outcome.end == BuildEnd::Succeeded, entries);
+  if (hasError && outcome_.end == BuildEnd::Succeeded) outcome_.end = BuildEnd::Failed;
+  if (watcher_ != nullptr) watcher_->OnToolEnded(outcome_.end == BuildEnd::Succeeded, entries);
 }
 
 void BuildSession::WaitForWorker() {
   bool stopSent = false;
-  const auto somethingToDo = [&] { return workerEnded || (stopRequested && !stopSent); };
-  while (!workerEnded) {
-    loop->PumpUntil(somethingToDo, std::chrono::seconds(1));
-    if (workerEnded || !stopRequested || stopSent) continue;
+  const auto somethingToDo = [&] { return workerEnded_ || (stopRequested_ && !stopSent); };
+  while (!workerEnded_) {
+    loop_->PumpUntil(somethingToDo, std::chrono::seconds(1));
+    if (workerEnded_ || !stopRequested_ || stopSent) continue;
     stopSent = true;
     manager.Command(TARN_CMD_STOP);
     tools.StopTools();
@@ -347,18 +347,18 @@ void BuildSession::WaitForWorker() {
 
 // A build that succeeded has built everything, or reports what it left out.
 void BuildSession::JudgeGaps(const BuildRequest& request) {
-  const bool hasEnded = outcome.end == BuildEnd::Succeeded || outcome.end == BuildEnd::Failed;
-  if (!hasEnded || stopRequested || request.work == BuildWork::Clean) return;
-  outcome.gaps = FindGaps(request.application);
-  if (!ReportGaps(outcome.gaps, manager)) outcome.end = BuildEnd::Failed;
+  const bool hasEnded = outcome_.end == BuildEnd::Succeeded || outcome_.end == BuildEnd::Failed;
+  if (!hasEnded || stopRequested_ || request.work == BuildWork::Clean) return;
+  outcome_.gaps = FindGaps(request.application);
+  if (!ReportGaps(outcome_.gaps, manager)) outcome_.end = BuildEnd::Failed;
 }
 
 // Executes commands posted at the end of a build. If the build has changed options, everything is
 // built once more.
 void BuildSession::ServePostedCommands() {
-  loop->Pump();
+  loop_->Pump();
   std::deque<std::uint32_t> commands;
-  commands.swap(postedCommands);
+  commands.swap(postedCommands_);
   for (const std::uint32_t command : commands) {
     if (command == TARN_CMD_REBUILD_ALL) {
       RunCommand(command);
@@ -369,18 +369,18 @@ void BuildSession::ServePostedCommands() {
 }
 
 void BuildSession::RequestStop() {
-  scripts.RequestStop();
-  stopRequested = true;
-  loop->Wake();
+  scripts_.RequestStop();
+  stopRequested_ = true;
+  loop_->Wake();
 }
 
 void BuildSession::SetTicker(std::int32_t id, std::chrono::milliseconds period,
                              std::function<void()> onTick) {
-  SetWindowTimer(frame.GetHandle(), id, period, std::move(onTick));
+  SetWindowTimer(frame_.GetHandle(), id, period, std::move(onTick));
 }
 
 void BuildSession::ClearTicker(std::int32_t id) {
-  KillWindowTimer(frame.GetHandle(), id);
+  KillWindowTimer(frame_.GetHandle(), id);
 }
 
 std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
@@ -392,49 +392,49 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   start.command = AttributeOf(element.get(), "Command");
   start.subject = AttributeOf(element.get(), "Subject");
   // From here on tools run, so this build's log replaces the stored one.
-  log.Renew(inspector.GetLogFile());
-  if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
-  if (watcher != nullptr) watcher->OnToolStarted(start);
+  log_.Renew(inspector.GetLogFile());
+  if (!isOtherProject_) log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
+  if (watcher_ != nullptr) watcher_->OnToolStarted(start);
   return 1;
 }
 
 std::intptr_t BuildSession::OnToolEnded(const HostEvent& event) {
   const bool success = event.lParam != 0;
-  ++(success ? outcome.toolsRun : outcome.toolsFailed);
-  if (watcher != nullptr) watcher->OnToolEnded(success, ReadLogEntries(event.text));
+  ++(success ? outcome_.toolsRun : outcome_.toolsFailed);
+  if (watcher_ != nullptr) watcher_->OnToolEnded(success, ReadLogEntries(event.text));
   return 1;
 }
 
 std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
-  isOtherProject = true;
-  otherProject = path;
-  damage.LeaveProject();
-  buildLock.ForgetPaths();
+  isOtherProject_ = true;
+  otherProject_ = path;
+  damage_.LeaveProject();
+  buildLock_.ForgetPaths();
   // The server clears its log together with the project.
-  static_cast<void>(log.Keep());
-  log.Forget();
+  static_cast<void>(log_.Keep());
+  log_.Forget();
   return 1;
 }
 
 std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
   if (beforeScript) beforeScript();
-  const ScriptOutcome ended = scripts.Run(event.text, "");
+  const ScriptOutcome ended = scripts_.Run(event.text, "");
   // A script that started this one receives the failure as an error.
-  if (!ended.error.empty() && !scripts.IsRunning()) logLines.push_back(ended.error);
+  if (!ended.error.empty() && !scripts_.IsRunning()) logLines_.push_back(ended.error);
   return 1;
 }
 
 // Stores the log of the last build that ran a tool; an up-to-date build leaves the stored log
 // alone.
 void BuildSession::KeepLog() {
-  log.Renew(inspector.GetLogFile());
-  const Status written = log.Keep();
-  if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
+  log_.Renew(inspector.GetLogFile());
+  const Status written = log_.Keep();
+  if (!written) stateProblem_ = written.GetError().place + ": " + written.GetError().text;
 }
 
 std::vector<std::string> BuildSession::TakeLogLines() {
   std::vector<std::string> lines;
-  lines.swap(logLines);
+  lines.swap(logLines_);
   return lines;
 }
 

@@ -86,13 +86,13 @@ class BuildSession : public ServerConnection {
   // then names that process; or if it can't be taken at all; GetLockProblem is then not empty.
   // EndWork and KeepState release the lock.
   bool TryLockBuild();
-  bool IsBuildLocked() const { return buildLock.IsHeld(); }
-  const std::string& GetLockHolder() const { return buildLock.GetHolder(); }
-  const std::string& GetLockProblem() const { return buildLock.GetProblem(); }
+  bool IsBuildLocked() const { return buildLock_.IsHeld(); }
+  const std::string& GetLockHolder() const { return buildLock_.GetHolder(); }
+  const std::string& GetLockProblem() const { return buildLock_.GetProblem(); }
   // Waits for the build lock. Returns false if a stop was requested in the meantime, if
   // `endsLockWait` returned true, or if it can't be taken (GetLockProblem).
   bool LockBuild();
-  void UnlockBuild() { buildLock.Release(); }
+  void UnlockBuild() { buildLock_.Release(); }
   // Waits for the build lock before a command of a script. Returns why the command can't be
   // executed; an empty string if it can.
   std::string LockForCommand();
@@ -127,7 +127,7 @@ class BuildSession : public ServerConnection {
   // such application.
   std::uint32_t SelectCommand(const BuildRequest& request);
   // Number of tools that have ended since BeginWork.
-  const BuildOutcome& GetOutcome() const { return outcome; }
+  const BuildOutcome& GetOutcome() const { return outcome_; }
   // Call this before a call that may start tools, or before the first tool of a running build.
   // `observer` may be null; it receives events until EndWork.
   void BeginWork(BuildObserver* observer = nullptr);
@@ -138,7 +138,7 @@ class BuildSession : public ServerConnection {
   void KeepState();
   // Returns the commands that the server has posted since the last call.
   std::vector<std::uint32_t> TakePostedCommands();
-  bool HasPostedCommands() const { return !postedCommands.empty(); }
+  bool HasPostedCommands() const { return !postedCommands_.empty(); }
 
   // Calls `onTick` periodically while a build is running, until ClearTicker with the same id.
   void SetTicker(std::int32_t id, std::chrono::milliseconds period, std::function<void()> onTick);
@@ -147,35 +147,35 @@ class BuildSession : public ServerConnection {
   // Runs a script, waits for builds that it leaves running, and completes the log of the last
   // build. Changes to the project are saved only if the script saves them.
   ScriptOutcome RunScript(const std::string& text, const std::string& name);
-  SessionScripts& Scripts() { return scripts; }
+  SessionScripts& Scripts() { return scripts_; }
   // Called before a script that the server sends; may be empty.
   std::function<void()> beforeScript;
 
   // Damage of the project's files. Run refuses to build a project whose damage is held.
-  SessionDamage& Damage() { return damage; }
+  SessionDamage& Damage() { return damage_; }
   // Shortcuts; see SessionDamage.
-  std::vector<DamageEntry> GetDamage() { return damage.Get(); }
-  std::vector<DamageEntry> GetFailedDamage() { return damage.GetFailed(); }
-  bool IsDamageHeld() { return damage.IsHeld(); }
-  void AcceptAllDamage() { damage.AcceptAll(); }
-  bool HasRefusedDamage() const { return damage.HasRefused(); }
+  std::vector<DamageEntry> GetDamage() { return damage_.Get(); }
+  std::vector<DamageEntry> GetFailedDamage() { return damage_.GetFailed(); }
+  bool IsDamageHeld() { return damage_.IsHeld(); }
+  void AcceptAllDamage() { damage_.AcceptAll(); }
+  bool HasRefusedDamage() const { return damage_.HasRefused(); }
 
   // Returns the lines logged outside of builds since the last call.
   std::vector<std::string> TakeLogLines();
   // Returns the report of the last save, and drops the log lines written since then.
   SaveReport TakeSaveReport();
   // Why the state couldn't be written after the last build; empty if it could.
-  const std::string& GetStateProblem() const { return stateProblem; }
+  const std::string& GetStateProblem() const { return stateProblem_; }
 
   // Returns true if the open project is the one whose state is stored.
-  bool HasProject() const { return !projectPath.empty() && !isOtherProject; }
-  const std::string& GetProjectPath() const { return projectPath; }
+  bool HasProject() const { return !projectPath_.empty() && !isOtherProject_; }
+  const std::string& GetProjectPath() const { return projectPath_; }
   // Returns the path of the project that is open now, which a script may have opened; empty if it
   // is the placeholder project.
-  const std::string& GetOpenPath() const { return isOtherProject ? otherProject : projectPath; }
+  const std::string& GetOpenPath() const { return isOtherProject_ ? otherProject_ : projectPath_; }
   bool HoldsFile(const std::string& path) const { return files.Exists(path); }
-  StateKeeper& State() { return state; }
-  SessionTrust& Trust() { return trust; }
+  StateKeeper& State() { return state_; }
+  SessionTrust& Trust() { return trust_; }
 
  private:
   void AnswerMessages();
@@ -192,32 +192,32 @@ class BuildSession : public ServerConnection {
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);
 
-  MainFrame& frame;
-  std::shared_ptr<MessageLoop> loop;
+  MainFrame& frame_;
+  std::shared_ptr<MessageLoop> loop_;
 
-  SessionTrust trust;
-  SessionDamage damage;
-  StateKeeper state;
-  LogKeeper log;
+  SessionTrust trust_;
+  SessionDamage damage_;
+  StateKeeper state_;
+  LogKeeper log_;
 
-  SessionScripts scripts;
+  SessionScripts scripts_;
 
-  BuildLock buildLock;
+  BuildLock buildLock_;
 
-  std::string projectPath;
+  std::string projectPath_;
   // A script may have opened a different project, or reopened the same one.
-  bool isOtherProject = false;
-  std::string otherProject;  // empty: the placeholder project
-  std::vector<std::string> logLines;
-  std::string stateProblem;
+  bool isOtherProject_ = false;
+  std::string otherProject_;  // empty: the placeholder project
+  std::vector<std::string> logLines_;
+  std::string stateProblem_;
 
-  std::atomic<bool> stopRequested = false;
-  bool isRunning = false;
-  bool workerEnded = false;
-  bool workerSucceeded = false;
-  std::deque<std::uint32_t> postedCommands;
-  BuildObserver* watcher = nullptr;
-  BuildOutcome outcome;
+  std::atomic<bool> stopRequested_ = false;
+  bool isRunning_ = false;
+  bool workerEnded_ = false;
+  bool workerSucceeded_ = false;
+  std::deque<std::uint32_t> postedCommands_;
+  BuildObserver* watcher_ = nullptr;
+  BuildOutcome outcome_;
 };
 
 // Adds the gaps to the server's log. Returns false if one of them is fatal.

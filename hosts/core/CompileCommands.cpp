@@ -42,23 +42,23 @@ std::vector<ToolCommand> WithoutLaunchers(const std::string& xml) {
 class Collector {
  public:
   Collector(BuildSession& openSession, FileSystem& fileSystem, CompileCommandList& result)
-      : session(openSession), disk(fileSystem), list(result) {}
+      : session_(openSession), disk_(fileSystem), list_(result) {}
 
   // Applications are identified by their paths.
   void Switch(const std::string& application, const std::string& name) {
-    session.Inspector().SelectApplication(application);
-    session.Options().SetNewConfigName(name);
-    session.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
+    session_.Inspector().SelectApplication(application);
+    session_.Options().SetNewConfigName(name);
+    session_.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
   }
 
   void Collect(const std::string& application, const std::string& name) {
-    session.Inspector().PublishAll();
-    configuration = name;
+    session_.Inspector().PublishAll();
+    configuration_ = name;
     std::string ownOutput;  // output of the application itself, i.e. of the linker
-    for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
+    for (const ApplicationEntry& each : ListApplications(session_.Inspector())) {
       if (each.path == application) ownOutput = each.output;
     }
-    const std::string lines = session.Inspector().GetBuildInputs();
+    const std::string lines = session_.Inspector().GetBuildInputs();
     for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
       if (each.application != application) continue;
       for (const std::string_view made : each.outputs) {
@@ -70,7 +70,7 @@ class Collector {
 
  private:
   void AddNode(const std::string& application, const std::string& output) {
-    const OutputCommands made = GetOutputCommands(session, application, output);
+    const OutputCommands made = GetOutputCommands(session_, application, output);
     const std::vector<ToolCommand> commands = WithoutLaunchers(made.commands);
     for (const std::string& file : made.sources) AddFile(commands, file, output);
   }
@@ -78,15 +78,15 @@ class Collector {
   // If a tool has several steps, the one that receives the source file is used.
   void AddFile(const std::vector<ToolCommand>& commands, const std::string& file,
                const std::string& output) {
-    const std::string name = disk.NameOnDisk(disk.Canonical(file));
+    const std::string name = disk_.NameOnDisk(disk_.Canonical(file));
     for (const ToolCommand& command : commands) {
       const bool takesFile = std::any_of(command.arguments.begin(), command.arguments.end(),
                                          [&](const std::string& argument) {
                                            return AbsoluteIn(command.folder, argument) == name;
                                          });
       if (!takesFile) continue;
-      CompileCommand& entry = list.commands.emplace_back();
-      entry.configuration = configuration;
+      CompileCommand& entry = list_.commands.emplace_back();
+      entry.configuration = configuration_;
       entry.directory = command.folder;
       entry.file = name;
       entry.output = AbsoluteIn(command.folder, output);
@@ -97,7 +97,7 @@ class Collector {
   }
 
   std::string AbsoluteIn(const std::string& folder, const std::string& path) {
-    return disk.Canonical(IsRelativePath(path) ? JoinPath(folder, path) : path);
+    return disk_.Canonical(IsRelativePath(path) ? JoinPath(folder, path) : path);
   }
 
   std::string FullPathOf(const ToolCommand& command) {
@@ -106,14 +106,14 @@ class Collector {
         isPath ? AbsoluteIn(command.folder, command.program) : command.program;
     std::string path = FindProgram(program);
     if (!path.empty()) return path;
-    list.missingPrograms.insert(program);
+    list_.missingPrograms.insert(program);
     return program;
   }
 
-  BuildSession& session;
-  FileSystem& disk;
-  CompileCommandList& list;
-  std::string configuration;
+  BuildSession& session_;
+  FileSystem& disk_;
+  CompileCommandList& list_;
+  std::string configuration_;
 };
 
 }  // namespace

@@ -33,7 +33,7 @@ class Interrupts {
   ~Interrupts();
 
  private:
-  std::thread watcher;
+  std::thread watcher_;
 };
 
 }  // namespace tarn::host

@@ -62,43 +62,43 @@ std::size_t LengthOfPiece(std::string_view text, bool isInside, std::size_t want
 }  // namespace
 
 LogFollower::LogFollower(FileSystem& fileSystem, std::string logPath)
-    : files(fileSystem), path(std::move(logPath)) {}
+    : files_(fileSystem), path_(std::move(logPath)) {}
 
 LogFollower::News LogFollower::Take(std::int64_t now, std::size_t most) {
   News news;
-  if (taken == seen.size()) news.isOtherLog = Read(now);
-  const std::string_view rest = std::string_view(seen).substr(taken);
+  if (taken_ == seen_.size()) news.isOtherLog = Read(now);
+  const std::string_view rest = std::string_view(seen_).substr(taken_);
   if (rest.empty()) return news;
   const std::size_t length =
-      rest.size() <= most ? rest.size() : LengthOfPiece(rest, taken != 0, most);
+      rest.size() <= most ? rest.size() : LengthOfPiece(rest, taken_ != 0, most);
   const std::string piece(rest.substr(0, length));
-  news.entries = ReadLogEntries(taken == 0 ? piece : "<log>" + piece + "</log>");
-  taken += length;
-  news.hasMore = taken < seen.size();
+  news.entries = ReadLogEntries(taken_ == 0 ? piece : "<log>" + piece + "</log>");
+  taken_ += length;
+  news.hasMore = taken_ < seen_.size();
   return news;
 }
 
 bool LogFollower::Read(std::int64_t now) {
-  const std::optional<FileStatus> status = files.Examine(path);
-  if (!status || (isSettled && IsSame(*status))) return false;
-  const auto whole = files.ReadOwnFile(path);
+  const std::optional<FileStatus> status = files_.Examine(path_);
+  if (!status || (isSettled_ && IsSame(*status))) return false;
+  const auto whole = files_.ReadOwnFile(path_);
   const auto length = whole ? LengthWithoutEnd(*whole) : std::nullopt;
   if (!length) return false;
   std::string text = whole->substr(0, *length);
 
   // Two builds may write the same text; a log is not rewritten without a build, so a new time means
   // a new build.
-  const bool isLater = state && state->modifiedSeconds != status->modifiedSeconds;
-  const bool isOtherLog = !text.starts_with(seen) || (isLater && text == seen);
-  if (isOtherLog) taken = 0;
-  seen = std::move(text);
-  state = status;
-  isSettled = now - status->modifiedSeconds > kSettlingSeconds;
+  const bool isLater = state_ && state_->modifiedSeconds != status->modifiedSeconds;
+  const bool isOtherLog = !text.starts_with(seen_) || (isLater && text == seen_);
+  if (isOtherLog) taken_ = 0;
+  seen_ = std::move(text);
+  state_ = status;
+  isSettled_ = now - status->modifiedSeconds > kSettlingSeconds;
   return isOtherLog;
 }
 
 bool LogFollower::IsSame(const FileStatus& status) const {
-  return state && state->size == status.size && state->modifiedSeconds == status.modifiedSeconds;
+  return state_ && state_->size == status.size && state_->modifiedSeconds == status.modifiedSeconds;
 }
 
 }  // namespace tarn::host

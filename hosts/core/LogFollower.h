@@ -32,12 +32,12 @@ class LogFollower {
   bool Read(std::int64_t now);
   bool IsSame(const FileStatus& status) const;
 
-  FileSystem& files;
-  std::string path;
-  std::string seen;                 // content read so far, without the closing tag
-  std::size_t taken = 0;            // bytes of it that were returned
-  std::optional<FileStatus> state;  // status of the file at that time
-  bool isSettled = false;           // any later change would alter the modification time
+  FileSystem& files_;
+  std::string path_;
+  std::string seen_;                 // content read so far, without the closing tag
+  std::size_t taken_ = 0;            // bytes of it that were returned
+  std::optional<FileStatus> state_;  // status of the file at that time
+  bool isSettled_ = false;           // any later change would alter the modification time
 };
 
 }  // namespace tarn::host

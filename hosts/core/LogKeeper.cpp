@@ -18,47 +18,47 @@ constexpr int kPauseFactor = 20;
 }  // namespace
 
 LogKeeper::LogKeeper(FileSystem& fileSystem, WindowHandle timerWindow)
-    : files(fileSystem), window(timerWindow) {}
+    : files_(fileSystem), window_(timerWindow) {}
 
 LogKeeper::~LogKeeper() {
   StopTimer();
 }
 
 void LogKeeper::Follow(const std::string& log, const std::string& kept) {
-  if (!source.empty()) return;
-  source = log;
-  target = kept;
+  if (!source_.empty()) return;
+  source_ = log;
+  target_ = kept;
   OnTick();
 }
 
 void LogKeeper::Renew(const std::string& log) {
-  if (!source.empty() && !log.empty()) source = log;
+  if (!source_.empty() && !log.empty()) source_ = log;
 }
 
 void LogKeeper::Forget() {
   StopTimer();
-  source.clear();
-  copied.reset();
+  source_.clear();
+  copied_.reset();
 }
 
 Status LogKeeper::Keep() {
   StopTimer();
-  return source.empty() ? Status() : Copy();
+  return source_.empty() ? Status() : Copy();
 }
 
 // Readers recognise a new log by its modification time, so unchanged content is not written again.
 Status LogKeeper::Copy() {
-  const auto text = files.ReadWholeFile(source);
+  const auto text = files_.ReadWholeFile(source_);
   if (!text) {
     // The server removes its log with the project. A log that never appeared couldn't be written.
-    const bool isGone = copied && text.GetError().code == ErrorCode::NotFound;
-    return isGone ? Status() : Status(Error{text.GetError().code, text.GetError().text, source});
+    const bool isGone = copied_ && text.GetError().code == ErrorCode::NotFound;
+    return isGone ? Status() : Status(Error{text.GetError().code, text.GetError().text, source_});
   }
   const std::size_t hash = std::hash<std::string>()(*text);
-  if (copied == hash) return {};
+  if (copied_ == hash) return {};
   // The server's log has names and paths verbatim; the copy must be conforming XML.
-  const Status written = files.WriteOwnFile(target, MakeFileStrict(*text));
-  if (written) copied = hash;
+  const Status written = files_.WriteOwnFile(target_, MakeFileStrict(*text));
+  if (written) copied_ = hash;
   return written;
 }
 
@@ -72,11 +72,11 @@ void LogKeeper::OnTick() {
 }
 
 void LogKeeper::SetTimer(std::chrono::milliseconds period) {
-  SetWindowTimer(window, kLogTimer, period, [this] { OnTick(); });
+  SetWindowTimer(window_, kLogTimer, period, [this] { OnTick(); });
 }
 
 void LogKeeper::StopTimer() {
-  KillWindowTimer(window, kLogTimer);
+  KillWindowTimer(window_, kLogTimer);
 }
 
 }  // namespace tarn::host

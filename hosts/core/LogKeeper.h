@@ -39,11 +39,11 @@ class LogKeeper {
   void SetTimer(std::chrono::milliseconds period);
   void StopTimer();
 
-  FileSystem& files;
-  WindowHandle window;
-  std::string source;  // empty: none
-  std::string target;
-  std::optional<std::size_t> copied;  // hash of the last copy
+  FileSystem& files_;
+  WindowHandle window_;
+  std::string source_;  // empty: none
+  std::string target_;
+  std::optional<std::size_t> copied_;  // hash of the last copy
 };
 
 }  // namespace tarn::host

@@ -59,32 +59,32 @@ HostEvent MakeEvent(std::uint32_t message, std::intptr_t wParam, std::intptr_t l
 
 }  // namespace
 
-MainFrame::MainFrame() : handle(RegisterWindow(*this)) {}
+MainFrame::MainFrame() : handle_(RegisterWindow(*this)) {}
 
 MainFrame::~MainFrame() {
-  UnregisterWindow(handle);
+  UnregisterWindow(handle_);
 }
 
 void MainFrame::Answer(std::uint32_t number, Handler handler) {
   if (handler) {
-    handlers[number] = std::move(handler);
+    handlers_[number] = std::move(handler);
   } else {
-    handlers.erase(number);
+    handlers_.erase(number);
   }
 }
 
 void MainFrame::Watch(std::function<void(const HostEvent&)> onMessage) {
-  watcher = std::move(onMessage);
+  watcher_ = std::move(onMessage);
 }
 
 std::intptr_t MainFrame::OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                          std::intptr_t lParam) {
   try {
-    if (!watcher && !handlers.contains(message)) return 1;
+    if (!watcher_ && !handlers_.contains(message)) return 1;
     const HostEvent event = MakeEvent(message, wParam, lParam);
-    if (const auto watch = watcher) watch(event);
-    const auto found = handlers.find(message);
-    if (found == handlers.end()) return 1;
+    if (const auto watch = watcher_) watch(event);
+    const auto found = handlers_.find(message);
+    if (found == handlers_.end()) return 1;
     const Handler handler = found->second;  // copied, because it may replace itself while it runs
     return handler(event);
   } catch (const std::exception&) {

@@ -41,7 +41,7 @@ class MainFrame : private WindowTarget {
   MainFrame& operator=(const MainFrame&) = delete;
   ~MainFrame();
 
-  WindowHandle GetHandle() const { return handle; }
+  WindowHandle GetHandle() const { return handle_; }
 
   // Sets the handler of a message; an empty handler removes it. A handler may call the server again
   // and may set handlers.
@@ -54,9 +54,9 @@ class MainFrame : private WindowTarget {
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) override;
 
-  WindowHandle handle = 0;
-  std::map<std::uint32_t, Handler> handlers;
-  std::function<void(const HostEvent&)> watcher;
+  WindowHandle handle_ = 0;
+  std::map<std::uint32_t, Handler> handlers_;
+  std::function<void(const HostEvent&)> watcher_;
 };
 
 }  // namespace tarn::host

@@ -79,11 +79,11 @@ OptionTable::OptionTable(const std::string& xml) {
   const auto root = ParseXml(xml);
   if (root == nullptr) return;
   for (const CXmlNode* set : root->GetChildren()) {
-    setsDefined.push_back({AttributeOf(set, "Header"), AttributeOf(set, "Label")});
+    setsDefined_.push_back({AttributeOf(set, "Header"), AttributeOf(set, "Label")});
     for (const CXmlNode* section : set->GetChildren()) {
       for (const CXmlNode* property : section->GetChildren()) {
         if (property->NameView() != "Property") continue;
-        options.push_back(ReadProperty(setsDefined.back().name, *section, *property));
+        options_.push_back(ReadProperty(setsDefined_.back().name, *section, *property));
       }
     }
   }
@@ -92,7 +92,7 @@ OptionTable::OptionTable(const std::string& xml) {
 std::vector<OptionDefinition> OptionTable::GetOf(const std::string& set) const {
   std::vector<OptionDefinition> found;
   for (const char* source : {set.c_str(), kEverySet}) {
-    for (const OptionDefinition& option : options) {
+    for (const OptionDefinition& option : options_) {
       if (!EqualNoCase(option.set, source)) continue;
       const bool isKnown = std::any_of(found.begin(), found.end(), [&](const auto& each) {
         return IsSame(each, option.section, option.name);
@@ -121,7 +121,7 @@ std::optional<OptionDefinition> OptionTable::Find(const OptionKey& key,
 
 bool OptionTable::Names(const std::string& set, const std::string& section,
                         const std::string& name) const {
-  return std::any_of(options.begin(), options.end(), [&](const OptionDefinition& option) {
+  return std::any_of(options_.begin(), options_.end(), [&](const OptionDefinition& option) {
     return EqualNoCase(option.set, set) && IsSame(option, section, name);
   });
 }
@@ -134,7 +134,7 @@ std::vector<std::string> OptionTable::GetNames(const std::vector<std::string>& s
       if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
     }
   }
-  for (const OptionDefinition& option : options) {
+  for (const OptionDefinition& option : options_) {
     if (option.set != kEverySet) names.push_back(option.set + "." + option.GetKey());
   }
   return names;

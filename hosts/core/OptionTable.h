@@ -55,7 +55,7 @@ class OptionTable {
   explicit OptionTable(const std::string& xml);
 
   // The sets named in the definitions.
-  const std::vector<OptionSet>& GetSets() const { return setsDefined; }
+  const std::vector<OptionSet>& GetSets() const { return setsDefined_; }
   // Returns the options of a set, including those common to all sets, grouped by section.
   std::vector<OptionDefinition> GetOf(const std::string& set) const;
   // Returns the option from the first of the sets that has it.
@@ -68,8 +68,8 @@ class OptionTable {
   std::vector<std::string> GetNames(const std::vector<std::string>& sets) const;
 
  private:
-  std::vector<OptionSet> setsDefined;
-  std::vector<OptionDefinition> options;
+  std::vector<OptionSet> setsDefined_;
+  std::vector<OptionDefinition> options_;
 };
 
 }  // namespace tarn::host

@@ -17,7 +17,7 @@ namespace tarn::host {
 // the list starts again from empty.
 class ProblemList {
  public:
-  explicit ProblemList(FileSystem& fileSystem) : files(fileSystem) {}
+  explicit ProblemList(FileSystem& fileSystem) : files_(fileSystem) {}
 
   // Sets the project; an empty path means none.
   void SetProject(const std::string& projectPath);
@@ -40,18 +40,18 @@ class ProblemList {
   // Reads new entries of the log, about `most` bytes of it. Returns true if there are more.
   bool Follow(std::int64_t now, std::size_t most = std::string::npos);
   // The problems read so far. The list only grows until the log number changes.
-  const std::vector<LogEntry>& GetAll() const { return problems; }
-  int GetLogNumber() const { return logNumber; }
+  const std::vector<LogEntry>& GetAll() const { return problems_; }
+  int GetLogNumber() const { return logNumber_; }
 
  private:
   std::optional<Place> Step(bool isForward, std::int64_t now);
   void Clear();
 
-  FileSystem& files;
-  std::optional<LogFollower> log;
-  std::vector<LogEntry> problems;
-  int logNumber = 0;
-  std::optional<std::size_t> current;  // nullopt before the first step
+  FileSystem& files_;
+  std::optional<LogFollower> log_;
+  std::vector<LogEntry> problems_;
+  int logNumber_ = 0;
+  std::optional<std::size_t> current_;  // nullopt before the first step
 };
 
 }  // namespace tarn::host

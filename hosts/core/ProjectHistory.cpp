@@ -26,59 +26,59 @@ std::size_t SizeOf(const std::deque<ProjectStep>& steps) {
 }  // namespace
 
 bool ProjectHistory::Refresh() {
-  if (isGoing) return true;
-  seen = inspector.GetChangeCount();
-  std::vector<FileText> now = ReadProjectFiles(inspector);
-  const bool isSame = FindChanges(present, now).empty();
-  present = std::move(now);
+  if (isGoing_) return true;
+  seen_ = inspector_.GetChangeCount();
+  std::vector<FileText> now = ReadProjectFiles(inspector_);
+  const bool isSame = FindChanges(present_, now).empty();
+  present_ = std::move(now);
   return isSame;
 }
 
 void ProjectHistory::Clear() {
-  past.clear();
-  future.clear();
+  past_.clear();
+  future_.clear();
 }
 
 bool ProjectHistory::Note() {
-  if (isGoing || isBusy()) return false;
-  const std::int32_t now = inspector.GetChangeCount();
-  if (now == seen) return false;
-  seen = now;
-  std::vector<FileText> files = ReadProjectFiles(inspector);
-  FileChanges changes = FindChanges(present, files);
+  if (isGoing_ || isBusy_()) return false;
+  const std::int32_t now = inspector_.GetChangeCount();
+  if (now == seen_) return false;
+  seen_ = now;
+  std::vector<FileText> files = ReadProjectFiles(inspector_);
+  FileChanges changes = FindChanges(present_, files);
   if (changes.empty()) return false;
-  present = std::move(files);
+  present_ = std::move(files);
   Add(std::move(changes));
   return true;
 }
 
 void ProjectHistory::Add(FileChanges changes) {
   std::string label = DescribeChanges(changes);
-  past.push_back({std::move(label), std::move(changes)});
-  future.clear();
-  while (past.size() > kMostSteps || (past.size() > 1 && SizeOf(past) > kMostBytes)) {
-    past.pop_front();
+  past_.push_back({std::move(label), std::move(changes)});
+  future_.clear();
+  while (past_.size() > kMostSteps || (past_.size() > 1 && SizeOf(past_) > kMostBytes)) {
+    past_.pop_front();
   }
 }
 
 Status ProjectHistory::Change(const FileChanges& changes) {
   Note();
-  if (isGoing || isBusy()) return kBusy;
-  isGoing = true;
-  Status done = apply(changes);
-  isGoing = false;
+  if (isGoing_ || isBusy_()) return kBusy;
+  isGoing_ = true;
+  Status done = apply_(changes);
+  isGoing_ = false;
   Note();
   return done;
 }
 
 Status ProjectHistory::Go(Steps& from, Steps& to, bool isBack) {
   Note();
-  if (isGoing || isBusy()) return kBusy;
+  if (isGoing_ || isBusy_()) return kBusy;
   if (from.empty()) return {};
   const FileChanges& changes = from.back().changes;
-  isGoing = true;
-  Status done = apply(isBack ? Reverse(changes) : changes);
-  isGoing = false;
+  isGoing_ = true;
+  Status done = apply_(isBack ? Reverse(changes) : changes);
+  isGoing_ = false;
   Refresh();
   if (!done) return done;
   to.push_back(std::move(from.back()));

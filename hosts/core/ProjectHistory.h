@@ -29,7 +29,9 @@ class ProjectHistory {
   // While `isBusy` returns true, as during a build, nothing is recorded and undo is unavailable.
   ProjectHistory(InspectorDriver& inspectorDriver, Apply applyChanges,
                  std::function<bool()> isBusyNow)
-      : inspector(inspectorDriver), apply(std::move(applyChanges)), isBusy(std::move(isBusyNow)) {}
+      : inspector_(inspectorDriver),
+        apply_(std::move(applyChanges)),
+        isBusy_(std::move(isBusyNow)) {}
 
   // Takes the current state of the project as the base, after it was opened; existing steps are
   // preserved. Returns true if the project's content is unchanged.
@@ -45,31 +47,31 @@ class ProjectHistory {
   // Applies a change on behalf of the user and records it as a step. Fails with Busy while busy.
   Status Change(const FileChanges& changes);
   // The project's files as of the last step.
-  const std::vector<FileText>& GetFiles() const { return present; }
+  const std::vector<FileText>& GetFiles() const { return present_; }
 
-  bool CanUndo() const { return !past.empty() && !isBusy(); }
-  bool CanRedo() const { return !future.empty() && !isBusy(); }
+  bool CanUndo() const { return !past_.empty() && !isBusy_(); }
+  bool CanRedo() const { return !future_.empty() && !isBusy_(); }
   // The last element is the next step to be undone or redone.
-  const std::deque<ProjectStep>& GetUndoSteps() const { return past; }
-  const std::deque<ProjectStep>& GetRedoSteps() const { return future; }
+  const std::deque<ProjectStep>& GetUndoSteps() const { return past_; }
+  const std::deque<ProjectStep>& GetRedoSteps() const { return future_; }
   // Undo or redo one step. No-op if there is none; fail with Busy while busy. After an error the
   // step is still available.
-  Status Undo() { return Go(past, future, true); }
-  Status Redo() { return Go(future, past, false); }
+  Status Undo() { return Go(past_, future_, true); }
+  Status Redo() { return Go(future_, past_, false); }
 
  private:
   using Steps = std::deque<ProjectStep>;
 
   Status Go(Steps& from, Steps& to, bool isBack);
 
-  InspectorDriver& inspector;
-  const Apply apply;
-  const std::function<bool()> isBusy;
-  std::vector<FileText> present;
-  Steps past;
-  Steps future;
-  std::int32_t seen = 0;  // change count of `present`
-  bool isGoing = false;
+  InspectorDriver& inspector_;
+  const Apply apply_;
+  const std::function<bool()> isBusy_;
+  std::vector<FileText> present_;
+  Steps past_;
+  Steps future_;
+  std::int32_t seen_ = 0;  // change count of `present`
+  bool isGoing_ = false;
 };
 
 }  // namespace tarn::host

@@ -76,15 +76,15 @@ std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector) {
   return ProjectTree(inspector.GetApplications()).GetApplications();
 }
 
-ProjectTree::ProjectTree(const std::string& xml) : root(ParseXml(xml)) {}
+ProjectTree::ProjectTree(const std::string& xml) : root_(ParseXml(xml)) {}
 
 ProjectTree::~ProjectTree() = default;
 
 std::vector<ApplicationEntry> ProjectTree::GetApplications() const {
   std::vector<ApplicationEntry> list;
-  if (root == nullptr) return list;
-  const std::string active = AttributeOf(root.get(), "ActiveApp");
-  for (const CXmlNode* node : root->GetChildren()) {
+  if (root_ == nullptr) return list;
+  const std::string active = AttributeOf(root_.get(), "ActiveApp");
+  for (const CXmlNode* node : root_->GetChildren()) {
     if (!IsShown(*node)) continue;
     ApplicationEntry& entry = list.emplace_back();
     entry.label = AttributeOf(node, "Header");

@@ -48,7 +48,7 @@ class ProjectTree {
   ~ProjectTree();
 
   // Returns the root of the project; nullptr if no tree was returned.
-  const CXmlNode* GetRoot() const { return root.get(); }
+  const CXmlNode* GetRoot() const { return root_.get(); }
   std::vector<ApplicationEntry> GetApplications() const;
 
   // Returns true for nodes that a tree view shows: applications, groups and files; false for stored
@@ -56,7 +56,7 @@ class ProjectTree {
   static bool IsShown(const CXmlNode& node);
 
  private:
-  std::unique_ptr<CXmlNode> root;
+  std::unique_ptr<CXmlNode> root_;
 };
 
 }  // namespace tarn::host

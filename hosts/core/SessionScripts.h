@@ -27,13 +27,13 @@ class SessionScripts : private ScriptHost {
 
   // Runs a script. `name` is empty if the text was received in a message.
   ScriptOutcome Run(const std::string& text, const std::string& name);
-  bool IsRunning() const { return runner.IsRunning(); }
+  bool IsRunning() const { return runner_.IsRunning(); }
   // May be called from any thread.
-  void RequestStop() { runner.RequestStop(); }
+  void RequestStop() { runner_.RequestStop(); }
   // Withdraws a stop request that was meant for a build.
-  void ForgetStop() { runner.ForgetStop(); }
+  void ForgetStop() { runner_.ForgetStop(); }
   // Returns true if a script's changes could not be saved, and a later save did not include them.
-  bool HasFailedSave() const { return hasFailedSave; }
+  bool HasFailedSave() const { return hasFailedSave_; }
 
  private:
   FoundApplication Find(const std::string& application);
@@ -49,10 +49,10 @@ class SessionScripts : private ScriptHost {
   std::string AddConfiguration(const std::string& name,
                                const std::optional<std::string>& from) override;
 
-  BuildSession& session;
-  ScriptRunner runner{this};
-  bool hasFailedSave = false;
-  bool hasLocked = false;  // the call that is being made has taken the build lock
+  BuildSession& session_;
+  ScriptRunner runner_{this};
+  bool hasFailedSave_ = false;
+  bool hasLocked_ = false;  // the call that is being made has taken the build lock
 };
 
 }  // namespace tarn::host

@@ -67,12 +67,12 @@ bool IsKeyOf(const std::vector<Package>& packages, const std::string& key) {
 
 TargetPackages::TargetPackages(FileSystem& fileSystem, std::string registryFile,
                                std::string targetFolder)
-    : files(fileSystem), registry(std::move(registryFile)), folder(std::move(targetFolder)) {}
+    : files_(fileSystem), registry_(std::move(registryFile)), folder_(std::move(targetFolder)) {}
 
 Status TargetPackages::Register() {
-  const std::vector<Package> packages = FindPackages(files, folder);
-  return EditIniStore(files, registry, [&](IniFile& store) {
-    for (const std::string& key : KeysInFolder(store, folder)) {
+  const std::vector<Package> packages = FindPackages(files_, folder_);
+  return EditIniStore(files_, registry_, [&](IniFile& store) {
+    for (const std::string& key : KeysInFolder(store, folder_)) {
       if (!IsKeyOf(packages, key)) store.RemoveSection(key);
     }
     for (const Package& each : packages) {
@@ -83,16 +83,16 @@ Status TargetPackages::Register() {
 }
 
 Status TargetPackages::Unregister() {
-  return EditIniStore(files, registry, [&](IniFile& store) {
-    for (const std::string& key : KeysInFolder(store, folder)) store.RemoveSection(key);
+  return EditIniStore(files_, registry_, [&](IniFile& store) {
+    for (const std::string& key : KeysInFolder(store, folder_)) store.RemoveSection(key);
     return true;
   });
 }
 
 std::vector<std::string> TargetPackages::ListRegistered() const {
-  const IniFile store = ReadIniStore(files, registry);
+  const IniFile store = ReadIniStore(files_, registry_);
   std::vector<std::string> paths;
-  for (const std::string& key : KeysInFolder(store, folder)) {
+  for (const std::string& key : KeysInFolder(store, folder_)) {
     paths.push_back(store.Read(key, "XmlPath").value_or(""));
   }
   return paths;

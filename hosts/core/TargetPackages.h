@@ -26,9 +26,9 @@ class TargetPackages {
   std::vector<std::string> ListRegistered() const;
 
  private:
-  FileSystem& files;
-  std::string registry;
-  std::string folder;
+  FileSystem& files_;
+  std::string registry_;
+  std::string folder_;
 };
 
 }  // namespace tarn::host

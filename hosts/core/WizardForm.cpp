@@ -71,20 +71,20 @@ bool WizardForm::Fits(const CPropertySheet& sheet) {
 
 WizardProposals WizardForm::Read() const {
   WizardProposals proposals;
-  const auto& types = *page.FindControl<CComboBox>(kType);
+  const auto& types = *page_.FindControl<CComboBox>(kType);
   proposals.typeHeader = types.GetText(types.GetCurSel());
   for (int i = 0; i < types.GetCount(); ++i) proposals.typeHeaders.push_back(types.GetText(i));
-  const CTreeItem* const selected = page.FindControl<CTreeCtrl>(kTargetTree)->GetSelectedItem();
-  for (Target& each : TargetsOf(page)) {
+  const CTreeItem* const selected = page_.FindControl<CTreeCtrl>(kTargetTree)->GetSelectedItem();
+  for (Target& each : TargetsOf(page_)) {
     if (each.item == selected) proposals.target = each.path;
     proposals.targets.push_back(std::move(each.path));
   }
-  proposals.applicationName = page.FindControl<CEdit>(kName)->GetControlText();
-  proposals.location = page.FindControl<CEdit>(kLocation)->GetControlText();
-  proposals.createNewProject = page.FindControl<CButton>(kNewProject)->IsChecked();
-  proposals.mayJoinProject = page.FindControl<CButton>(kIntoProject)->IsEnabled();
-  proposals.launchTool = page.FindControl<CButton>(kLaunchTool)->IsChecked();
-  proposals.mayLaunchTool = page.FindControl<CButton>(kLaunchTool)->IsEnabled();
+  proposals.applicationName = page_.FindControl<CEdit>(kName)->GetControlText();
+  proposals.location = page_.FindControl<CEdit>(kLocation)->GetControlText();
+  proposals.createNewProject = page_.FindControl<CButton>(kNewProject)->IsChecked();
+  proposals.mayJoinProject = page_.FindControl<CButton>(kIntoProject)->IsEnabled();
+  proposals.launchTool = page_.FindControl<CButton>(kLaunchTool)->IsChecked();
+  proposals.mayLaunchTool = page_.FindControl<CButton>(kLaunchTool)->IsEnabled();
   return proposals;
 }
 
@@ -96,13 +96,13 @@ std::optional<WizardRefusal> WizardForm::Fill(const WizardChoices& choices) {
   if (!refusal && choices.createNewProject) refusal = ChooseProject(*choices.createNewProject);
   if (!refusal && choices.launchTool) refusal = ChooseTool(*choices.launchTool);
   if (refusal) return refusal;
-  Type(*page.FindControl<CEdit>(kName), choices.applicationName);
-  Type(*page.FindControl<CEdit>(kLocation), choices.location);
+  Type(*page_.FindControl<CEdit>(kName), choices.applicationName);
+  Type(*page_.FindControl<CEdit>(kLocation), choices.location);
   return std::nullopt;
 }
 
 std::optional<WizardRefusal> WizardForm::ChooseType(const std::string& typeHeader) {
-  auto& types = *page.FindControl<CComboBox>(kType);
+  auto& types = *page_.FindControl<CComboBox>(kType);
   if (types.GetText(types.GetCurSel()) == typeHeader) return std::nullopt;
   std::vector<std::string> known;
   for (int i = 0; i < types.GetCount(); ++i) {
@@ -115,10 +115,10 @@ std::optional<WizardRefusal> WizardForm::ChooseType(const std::string& typeHeade
 }
 
 std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target) {
-  auto& tree = *page.FindControl<CTreeCtrl>(kTargetTree);
+  auto& tree = *page_.FindControl<CTreeCtrl>(kTargetTree);
   std::vector<std::string> names;
   std::vector<Target> named;
-  for (Target& each : TargetsOf(page)) {
+  for (Target& each : TargetsOf(page_)) {
     // A full path is unambiguous.
     if (each.path == target) {
       tree.SelectItem(each.item);
@@ -142,14 +142,14 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
 }
 
 std::optional<WizardRefusal> WizardForm::ChooseProject(bool createNewProject) {
-  auto& button = *page.FindControl<CButton>(createNewProject ? kNewProject : kIntoProject);
+  auto& button = *page_.FindControl<CButton>(createNewProject ? kNewProject : kIntoProject);
   button.NotifyClicked();
   if (button.IsChecked()) return std::nullopt;
   return WizardRefusal{"No open project can contain an application of this type.", "false", {}};
 }
 
 std::optional<WizardRefusal> WizardForm::ChooseTool(bool launchTool) {
-  auto& box = *page.FindControl<CButton>(kLaunchTool);
+  auto& box = *page_.FindControl<CButton>(kLaunchTool);
   if (box.IsChecked() != launchTool) box.NotifyClicked();
   if (box.IsChecked() == launchTool) return std::nullopt;
   return WizardRefusal{"This target has no tool that generates the initial sources.", "true", {}};

@@ -45,7 +45,7 @@ struct WizardRefusal {
 // and performs the actions that a user could. Valid only for the duration of one RunSheet.
 class WizardForm {
  public:
-  explicit WizardForm(CPropertySheet& sheet) : page(*sheet.GetPage()) {}
+  explicit WizardForm(CPropertySheet& sheet) : page_(*sheet.GetPage()) {}
 
   // Returns true if the sheet is this wizard. All other functions require that.
   static bool Fits(const CPropertySheet& sheet);
@@ -61,7 +61,7 @@ class WizardForm {
   std::optional<WizardRefusal> ChooseProject(bool createNewProject);
   std::optional<WizardRefusal> ChooseTool(bool launchTool);
 
-  CPropertyPage& page;
+  CPropertyPage& page_;
 };
 
 }  // namespace tarn::host

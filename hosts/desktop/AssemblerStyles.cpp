@@ -54,18 +54,18 @@ bool IsRegister(std::string_view word) {
 
 class Styler {
  public:
-  explicit Styler(std::string_view source) : text(source) { styles.reserve(text.size()); }
+  explicit Styler(std::string_view source) : text_(source) { styles_.reserve(text_.size()); }
 
   std::string Run(bool isInComment) {
     if (isInComment) TakeBlockComment();
-    while (styles.size() < text.size()) TakeNext();
-    return std::move(styles);
+    while (styles_.size() < text_.size()) TakeNext();
+    return std::move(styles_);
   }
 
  private:
-  std::string_view Rest() const { return text.substr(styles.size()); }
+  std::string_view Rest() const { return text_.substr(styles_.size()); }
   void Take(std::size_t count, AssemblerStyle style) {
-    styles.append(std::min(count, text.size() - styles.size()), static_cast<char>(style));
+    styles_.append(std::min(count, text_.size() - styles_.size()), static_cast<char>(style));
   }
   // Returns the longest run of bytes from `from` on that satisfy `fits`.
   template <typename Fits>
@@ -80,8 +80,8 @@ class Styler {
     const std::string_view rest = Rest();
     const char c = rest.front();
     if (c == '\n') {
-      hasOperation = false;
-      lacksQuote = false;
+      hasOperation_ = false;
+      lacksQuote_ = false;
       Take(1, AssemblerStyle::Plain);
     } else if (c == ';' || rest.starts_with("//")) {
       Take(LengthOfLine(), AssemblerStyle::Comment);
@@ -90,7 +90,7 @@ class Styler {
       TakeBlockComment();
     } else if (c == '"' || c == '\'') {
       TakeString(c);
-    } else if ((c == '#' || c == '$') && !hasOperation) {
+    } else if ((c == '#' || c == '$') && !hasOperation_) {
       TakeControl(c);
     } else if (IsDigit(c) || (c == '$' && !Span(1, IsInWord).empty())) {
       TakeNumber();
@@ -115,12 +115,12 @@ class Styler {
     };
     const bool isCharacter = quote == '\'';
     std::size_t end = 1;
-    while (!(isCharacter && lacksQuote) && isInLine(end) && rest[end] != quote) {
+    while (!(isCharacter && lacksQuote_) && isInLine(end) && rest[end] != quote) {
       end += rest[end] == '\\' && isInLine(end + 1) ? 2 : 1;
     }
-    const bool isClosed = isInLine(end) && rest[end] == quote && !(isCharacter && lacksQuote);
+    const bool isClosed = isInLine(end) && rest[end] == quote && !(isCharacter && lacksQuote_);
     if (isCharacter && !isClosed) {
-      lacksQuote = true;
+      lacksQuote_ = true;
       end = rest.substr(1).starts_with('\\') ? 3 : 2;
       while (!isInLine(end - 1)) --end;
     }
@@ -138,23 +138,23 @@ class Styler {
       length = std::min({line.find(';'), line.find("//"), line.find("/*"), length});
     }
     Take(length, isControl ? AssemblerStyle::Preprocessor : AssemblerStyle::Comment);
-    hasOperation = true;
+    hasOperation_ = true;
   }
 
   void TakeNumber() {
     const std::size_t length = 1 + Span(1, IsInWord).size();
-    const bool isLabel = !hasOperation && Rest().substr(length).starts_with(':');
+    const bool isLabel = !hasOperation_ && Rest().substr(length).starts_with(':');
     Take(length, isLabel ? AssemblerStyle::Label : AssemblerStyle::Number);
   }
 
   void TakeWord() {
     const std::string_view word = Span(0, IsInWord);
-    if (!hasOperation) {
+    if (!hasOperation_) {
       Take(word.size(), StyleOfFirst(word));
       return;
     }
-    const bool isDefinition = isNamed && IsAmong(kDefinitions, word);
-    isNamed = false;
+    const bool isDefinition = isNamed_ && IsAmong(kDefinitions, word);
+    isNamed_ = false;
     Take(word.size(), isDefinition       ? AssemblerStyle::Directive
                       : IsRegister(word) ? AssemblerStyle::Register
                                          : AssemblerStyle::Plain);
@@ -164,20 +164,20 @@ class Styler {
   AssemblerStyle StyleOfFirst(std::string_view word) {
     const std::string_view behind = Rest().substr(word.size());
     if (behind.starts_with(':')) return AssemblerStyle::Label;
-    hasOperation = true;
-    isNamed = false;
+    hasOperation_ = true;
+    isNamed_ = false;
     if (word.front() == '.' || IsAmong(kDirectives, word)) return AssemblerStyle::Directive;
     const std::string_view blanks = Span(word.size(), [](char c) { return c == ' ' || c == '\t'; });
     const auto isWord = [](char c) { return IsInWord(c) || c == '='; };
-    isNamed = IsAmong(kDefinitions, Span(word.size() + blanks.size(), isWord));
-    return isNamed ? AssemblerStyle::Label : AssemblerStyle::Mnemonic;
+    isNamed_ = IsAmong(kDefinitions, Span(word.size() + blanks.size(), isWord));
+    return isNamed_ ? AssemblerStyle::Label : AssemblerStyle::Mnemonic;
   }
 
-  std::string_view text;
-  std::string styles;
-  bool hasOperation = false;  // seen in this line; operands follow
-  bool lacksQuote = false;    // no more single-quoted strings in this line
-  bool isNamed = false;       // the operation follows the name that it defines
+  std::string_view text_;
+  std::string styles_;
+  bool hasOperation_ = false;  // seen in this line; operands follow
+  bool lacksQuote_ = false;    // no more single-quoted strings in this line
+  bool isNamed_ = false;       // the operation follows the name that it defines
 };
 
 }  // namespace

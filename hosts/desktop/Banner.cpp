@@ -26,8 +26,8 @@ QString OneLine(const QString& text) {
 }  // namespace
 
 Banner::Banner(const QString& first, const QString& second, QWidget* parent)
-    : QFrame(parent), label(new QLabel(this)), accept(new QPushButton(first, this)) {
-  label->setWordWrap(true);
+    : QFrame(parent), label_(new QLabel(this)), accept_(new QPushButton(first, this)) {
+  label_->setWordWrap(true);
   auto* const picture = new QLabel(this);
   const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
   picture->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size, size));
@@ -35,19 +35,19 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
   row->setContentsMargins(10, 5, 8, 5);
   row->setSpacing(8);
   row->addWidget(picture);
-  row->addWidget(label, 1);
+  row->addWidget(label_, 1);
   auto* const refuse = new QPushButton(second, this);
-  for (QPushButton* const each : {accept, refuse}) {
+  for (QPushButton* const each : {accept_, refuse}) {
     each->setAutoDefault(false);
     row->addWidget(each);
   }
-  connect(accept, &QPushButton::clicked, this, [this] {
+  connect(accept_, &QPushButton::clicked, this, [this] {
     if (onFirst) onFirst();
   });
   connect(refuse, &QPushButton::clicked, this, [this] {
     if (onSecond) onSecond();
   });
-  connect(label, &QLabel::linkActivated, this, [this](const QString& link) {
+  connect(label_, &QLabel::linkActivated, this, [this](const QString& link) {
     if (onLink) onLink(link.toInt());
   });
   hide();
@@ -55,8 +55,8 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
 
 void Banner::Tell(const QString& said) {
   const QString text = OneLine(said);
-  label->setTextFormat(Qt::PlainText);
-  label->setText(text);
+  label_->setTextFormat(Qt::PlainText);
+  label_->setText(text);
   setAccessibleName(text);
   show();
 }
@@ -67,16 +67,16 @@ void Banner::TellWithLinks(const QString& said, const QStringList& links, const 
   for (const QString& each : links) {
     shown += QString("<a href=\"%1\">%2</a>").arg(shown.size()).arg(OneLine(each).toHtmlEscaped());
   }
-  label->setTextFormat(Qt::RichText);
-  label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-  label->setText(text.toHtmlEscaped() + ' ' + shown.join(", ") + after.toHtmlEscaped());
+  label_->setTextFormat(Qt::RichText);
+  label_->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+  label_->setText(text.toHtmlEscaped() + ' ' + shown.join(", ") + after.toHtmlEscaped());
   setAccessibleName(text + ' ' + links.join(", ") + after);
   show();
 }
 
 void Banner::SetReady(bool isReady, const QString& reason) {
-  accept->setEnabled(isReady);
-  accept->setToolTip(isReady ? QString() : reason);
+  accept_->setEnabled(isReady);
+  accept_->setToolTip(isReady ? QString() : reason);
 }
 
 void Banner::paintEvent(QPaintEvent*) {

@@ -29,8 +29,8 @@ class Banner : public QFrame {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QLabel* label = nullptr;
-  QPushButton* accept = nullptr;
+  QLabel* label_ = nullptr;
+  QPushButton* accept_ = nullptr;
 };
 
 }  // namespace tarn::host

@@ -88,7 +88,7 @@ Indentation UsualIndentation(const std::string& path) {
 }  // namespace
 
 CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
-    : files(fileSystem), path(std::move(filePath)), problems(new LineProblems(*this)) {
+    : files_(fileSystem), path_(std::move(filePath)), problems_(new LineProblems(*this)) {
   setUtf8(true);
   setFont(EditorFont());
   setMarginType(kNumberMargin, NumberMargin);
@@ -100,8 +100,8 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
   setFolding(PlainFoldStyle, kFoldMargin);
   setScrollWidth(1);
   setScrollWidthTracking(true);
-  setAccessibleName(ToQt(FileNameOf(path)));
-  connect(this, &QsciScintilla::textChanged, this, [this] { ++revision; });
+  setAccessibleName(ToQt(FileNameOf(path_)));
+  connect(this, &QsciScintilla::textChanged, this, [this] { ++revision_; });
   const auto fitNumbers = [this] {
     setMarginWidth(kNumberMargin, QString(QString::number(lines()).size() + 1, '9'));
   };
@@ -114,23 +114,23 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
 }
 
 Status CodeEditor::Load() {
-  const Result<std::string> read = files.ReadWholeFile(path);
+  const Result<std::string> read = files_.ReadWholeFile(path_);
   if (!read) return read.GetError();
-  known = LookAtDisk();
+  known_ = LookAtDisk();
   int line = 0;
   int column = 0;
   getCursorPosition(&line, &column);
   const auto top = static_cast<unsigned long>(SendScintilla(SCI_GETFIRSTVISIBLELINE));
   const QString text =
-      Decode(QByteArrayView(read->data(), static_cast<qsizetype>(read->size())), isUtf8);
-  hasMark = isUtf8 && read->starts_with(kMark);
+      Decode(QByteArrayView(read->data(), static_cast<qsizetype>(read->size())), isUtf8_);
+  hasMark_ = isUtf8_ && read->starts_with(kMark);
   setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
-  ShowIndentation(GuessIndentation(text, UsualIndentation(path)));
-  const std::vector<LineProblem> shown = problems->Take();
+  ShowIndentation(GuessIndentation(text, UsualIndentation(path_)));
+  const std::vector<LineProblem> shown = problems_->Take();
   Fill(text.toUtf8());
-  problems->Add(shown);
-  isInConflict = false;
-  base = HashBytes(*read);
+  problems_->Add(shown);
+  isInConflict_ = false;
+  base_ = HashBytes(*read);
   setCursorPosition(std::min(line, lines() - 1), column);
   SendScintilla(SCI_SETFIRSTVISIBLELINE, top);
   return {};
@@ -163,26 +163,27 @@ Status CodeEditor::Save() {
   if (!bytes) {
     return Error{
         ErrorCode::Io,
-        FromQt(tr("The text contains characters that the file's encoding can't represent.")), path};
+        FromQt(tr("The text contains characters that the file's encoding can't represent.")),
+        path_};
   }
-  if (const Status written = files.WriteWholeFile(path, *bytes); !written) return written;
-  known = LookAtDisk();
-  base = HashBytes(*bytes);
+  if (const Status written = files_.WriteWholeFile(path_, *bytes); !written) return written;
+  known_ = LookAtDisk();
+  base_ = HashBytes(*bytes);
   setModified(false);
   return {};
 }
 
 // Times are in milliseconds, because two versions written within a second often have the same size.
 CodeEditor::DiskState CodeEditor::LookAtDisk() const {
-  const QFileInfo file(ToQt(path));
+  const QFileInfo file(ToQt(path_));
   return {file.lastModified(), file.size()};
 }
 
 void CodeEditor::FollowDisk() {
   // A deleted file is not a conflict.
-  if (LookAtDisk() == known || !files.Exists(path)) return;
+  if (LookAtDisk() == known_ || !files_.Exists(path_)) return;
   if (isModified()) {
-    isInConflict = true;
+    isInConflict_ = true;
   } else {
     static_cast<void>(Load());
   }
@@ -192,15 +193,15 @@ UnsavedText CodeEditor::GetUnsaved() const {
   const auto length = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
   const auto* const bytes =
       static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
-  return {path, std::make_shared<const std::string>(bytes, length), base, isUtf8, hasMark};
+  return {path_, std::make_shared<const std::string>(bytes, length), base_, isUtf8_, hasMark_};
 }
 
 void CodeEditor::Restore(const UnsavedText& unsaved) {
   // Text typed in the meantime can be recovered with one undo.
   const bool isThere = isModified() || Load();
-  isInConflict = isThere && base != unsaved.base;
-  isUtf8 = unsaved.isUtf8;
-  hasMark = unsaved.hasMark;
+  isInConflict_ = isThere && base_ != unsaved.base;
+  isUtf8_ = unsaved.isUtf8;
+  hasMark_ = unsaved.hasMark;
   const auto size = static_cast<unsigned long>(unsaved.text->size());
   beginUndoAction();
   SendScintilla(SCI_TARGETWHOLEDOCUMENT);
@@ -210,9 +211,9 @@ void CodeEditor::Restore(const UnsavedText& unsaved) {
 }
 
 void CodeEditor::KeepMine() {
-  known = LookAtDisk();
-  if (const auto bytes = files.ReadWholeFile(path)) base = HashBytes(*bytes);
-  isInConflict = false;
+  known_ = LookAtDisk();
+  if (const auto bytes = files_.ReadWholeFile(path_)) base_ = HashBytes(*bytes);
+  isInConflict_ = false;
 }
 
 void CodeEditor::GoToLine(int line) {
@@ -299,7 +300,7 @@ void CodeEditor::changeEvent(QEvent* event) {
 bool CodeEditor::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QsciScintilla::viewportEvent(event);
   const auto& help = static_cast<const QHelpEvent&>(*event);
-  const QString text = problems->TextAt(help.pos());
+  const QString text = problems_->TextAt(help.pos());
   // The tip stays visible as long as the mouse is in the same line.
   const int height = textHeight(0);
   const QRect row(0, help.y() - height / 2, viewport()->width(), height);
@@ -331,7 +332,7 @@ void CodeEditor::dropEvent(QDropEvent* event) {
 }
 
 void CodeEditor::ChooseLexer() {
-  const std::string extension = SplitPath(path).extension;
+  const std::string extension = SplitPath(path_).extension;
   QsciLexer* chosen = nullptr;
   if (IsAnyOf(extension, {".c", ".h", ".cpp", ".cc", ".cxx", ".hpp", ".hh"})) {
     chosen = new QsciLexerCPP(this);
@@ -339,7 +340,7 @@ void CodeEditor::ChooseLexer() {
     chosen = new AssemblerLexer(this);
   } else if (IsAnyOf(extension, {".lua"})) {
     chosen = new QsciLexerLua(this);
-  } else if (IsMakefile(path)) {
+  } else if (IsMakefile(path_)) {
     chosen = new QsciLexerMakefile(this);
   } else if (IsAnyOf(extension,
                      {".tprj", ".tapp", ".xml", ".xslt", ".tools", ".options", ".config"})) {
@@ -392,7 +393,7 @@ void CodeEditor::Colour() {
   hit.setAlpha(kHitAlpha);
   setIndicatorForegroundColor(hit, kHitIndicator);
   setSelectionForegroundColor(colours.color(QPalette::HighlightedText));
-  problems->Colour();
+  problems_->Colour();
 }
 
 }  // namespace tarn::host

@@ -25,8 +25,8 @@ class CodeEditor : public QsciScintilla {
  public:
   CodeEditor(FileSystem& fileSystem, std::string filePath);
 
-  const std::string& GetPath() const { return path; }
-  bool IsUtf8() const { return isUtf8; }
+  const std::string& GetPath() const { return path_; }
+  bool IsUtf8() const { return isUtf8_; }
   QString GetText() const;
   // Loads the file and discards the current text; the cursor stays at its position.
   Status Load();
@@ -37,11 +37,11 @@ class CodeEditor : public QsciScintilla {
   // has changed since the text was derived from it, the editor is in conflict.
   void Restore(const UnsavedText& unsaved);
   // A counter that changes with each change of the text.
-  int GetRevision() const { return revision; }
+  int GetRevision() const { return revision_; }
   // Checks if the file has changed on disk since it was last read or written. If so, it is
   // reloaded, unless that would lose changes: then the editor is in conflict.
   void FollowDisk();
-  bool IsInConflict() const { return isInConflict; }
+  bool IsInConflict() const { return isInConflict_; }
   // Ends a conflict in favour of the editor's text, which the next save writes.
   void KeepMine();
   // Lines are counted from 1; a line beyond the end selects the last one.
@@ -52,7 +52,7 @@ class CodeEditor : public QsciScintilla {
   // shown in grey only if `areComplete`, i.e. if the macros decide the conditions.
   void SetMacros(const std::string& macros, bool areComplete);
   // Errors and warnings displayed in the text; their messages are shown in a tool tip.
-  LineProblems& Problems() { return *problems; }
+  LineProblems& Problems() { return *problems_; }
   // Called after a Ctrl+click, which has moved the cursor.
   std::function<void()> onFollowName;
 
@@ -89,15 +89,15 @@ class CodeEditor : public QsciScintilla {
   void ForEachHit(const QList<SearchHit>& hits,
                   const std::function<void(const SearchHit& hit, long start, long end)>& onHit);
 
-  FileSystem& files;
-  std::string path;
-  LineProblems* problems = nullptr;
-  bool isUtf8 = true;
-  bool hasMark = false;  // the file begins with a byte order mark, which is not part of the text
-  bool isInConflict = false;
-  int revision = 0;
-  std::uint64_t base = 0;  // hash of the file's bytes when last read or written
-  DiskState known;         // state of the file when last read or written
+  FileSystem& files_;
+  std::string path_;
+  LineProblems* problems_ = nullptr;
+  bool isUtf8_ = true;
+  bool hasMark_ = false;  // the file begins with a byte order mark, which is not part of the text
+  bool isInConflict_ = false;
+  int revision_ = 0;
+  std::uint64_t base_ = 0;  // hash of the file's bytes when last read or written
+  DiskState known_;         // state of the file when last read or written
 };
 
 }  // namespace tarn::host

@@ -61,30 +61,30 @@ constexpr std::chrono::milliseconds kOccupiedPause(100);
 
 CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
                              FileSystem& fileSystem)
-    : frame(mainFrame), session(buildSession), files(fileSystem) {
-  newsTimer.setInterval(kOccupiedPause);
-  connect(&newsTimer, &QTimer::timeout, this, [this] { TakeOptionsLoaded(); });
-  frame.Watch([this](const HostEvent& event) { OnMessage(event); });
+    : frame_(mainFrame), session_(buildSession), files_(fileSystem) {
+  newsTimer_.setInterval(kOccupiedPause);
+  connect(&newsTimer_, &QTimer::timeout, this, [this] { TakeOptionsLoaded(); });
+  frame_.Watch([this](const HostEvent& event) { OnMessage(event); });
   // Must run before everything else, because a script may build the project immediately.
-  frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+  frame_.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
     if (event.lParam != 0) {
-      session.LeaveProject();
-    } else if (!isOpening) {
-      session.Adopt(event.text);
+      session_.LeaveProject();
+    } else if (!isOpening_) {
+      session_.Adopt(event.text);
     }
     return std::intptr_t{1};
   });
 }
 
 CommandRunner::~CommandRunner() {
-  frame.Answer(kMsgProjectOpened, {});
-  frame.Watch({});
+  frame_.Answer(kMsgProjectOpened, {});
+  frame_.Watch({});
 }
 
 Status CommandRunner::Open(const std::string& path) {
-  isOpening = true;
-  Status opened = session.Open(path);
-  isOpening = false;
+  isOpening_ = true;
+  Status opened = session_.Open(path);
+  isOpening_ = false;
   if (onProjectChanged) onProjectChanged();
   return opened;
 }
@@ -93,8 +93,8 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   const std::string path = GetProjectPath();
   if (Status kept = KeepDamaged(texts); !kept) return kept;
   if (Status closed = Close(); !closed) return closed;
-  const Status written = files.WriteFiles(AsBytes(texts));
-  if (written) RemoveCopies(files, texts);
+  const Status written = files_.WriteFiles(AsBytes(texts));
+  if (written) RemoveCopies(files_, texts);
   const Status opened = Open(path);
   return written ? opened : written;
 }
@@ -102,9 +102,9 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
 // Ignores the notification of the placeholder project that the server opens after a close.
 Status CommandRunner::Close() {
   const std::string path = GetProjectPath();
-  isOpening = true;
-  const bool isClosed = session.Manager().ProjectClose() != 0;
-  isOpening = false;
+  isOpening_ = true;
+  const bool isClosed = session_.Manager().ProjectClose() != 0;
+  isOpening_ = false;
   return isClosed ? Status() : Error{ErrorCode::Io, "the project can't be closed now", path};
 }
 
@@ -113,49 +113,49 @@ Status CommandRunner::OpenWithChanges(const std::string& path, const std::string
   if (path == GetProjectPath()) {
     if (Status closed = Close(); !closed) return closed;
   }
-  session.Inspector().StageFileTexts(texts, bases);
+  session_.Inspector().StageFileTexts(texts, bases);
   Status opened = Open(path);
   // If this open was refused, they must not be used for a later one.
-  session.Inspector().StageFileTexts({}, {});
+  session_.Inspector().StageFileTexts({}, {});
   return opened;
 }
 
 // Backs up damaged files, because the part that could not be read exists only there.
 Status CommandRunner::KeepDamaged(const std::vector<FileText>& texts) {
   std::set<std::string> damaged;
-  for (const DamageEntry& each : session.GetDamage()) damaged.insert(each.file);
+  for (const DamageEntry& each : session_.GetDamage()) damaged.insert(each.file);
   for (const FileText& each : texts) {
     if (damaged.count(each.path) == 0) continue;
-    const auto present = files.ReadWholeFile(each.path);
+    const auto present = files_.ReadWholeFile(each.path);
     std::string copy;
     if (!present) return present.GetError();
     if (*present == each.text) continue;
-    if (Status kept = KeepCopy(files, each.path, *present, ".bak", copy); !kept) return kept;
+    if (Status kept = KeepCopy(files_, each.path, *present, ".bak", copy); !kept) return kept;
   }
   return {};
 }
 
 Status CommandRunner::Apply(const FileChanges& changes) {
-  isApplying = true;
-  const Status applied = ApplyChanges(session.Inspector(), changes);
-  isApplying = false;
-  if (std::exchange(isReadAgain, false) && onProjectChanged) onProjectChanged();
+  isApplying_ = true;
+  const Status applied = ApplyChanges(session_.Inspector(), changes);
+  isApplying_ = false;
+  if (std::exchange(isReadAgain_, false) && onProjectChanged) onProjectChanged();
   return applied;
 }
 
 void CommandRunner::SaveProject() {
-  if (!session.HasProject() || IsBuilding()) return;
-  KeepSelection([this] { session.Manager().ProjectSave(); });
+  if (!session_.HasProject() || IsBuilding()) return;
+  KeepSelection([this] { session_.Manager().ProjectSave(); });
 }
 
 // The server makes the active application current when it reloads a project, so the selection is
 // restored afterwards.
 void CommandRunner::KeepSelection(const std::function<void()>& work) {
-  const std::string chosen = currentPath;
-  const std::string application = session.Manager().GetSelectedApplication();
+  const std::string chosen = currentPath_;
+  const std::string application = session_.Manager().GetSelectedApplication();
   work();
-  if (chosen.empty() || chosen == currentPath || !session.HasProject()) return;
-  session.Inspector().SelectNodeByKey(chosen, application);
+  if (chosen.empty() || chosen == currentPath_ || !session_.HasProject()) return;
+  session_.Inspector().SelectNodeByKey(chosen, application);
 }
 
 bool CommandRunner::Builds(std::uint32_t command) {
@@ -165,9 +165,9 @@ bool CommandRunner::Builds(std::uint32_t command) {
 }
 
 bool CommandRunner::IsEnabled(std::uint32_t command) {
-  if (command == TARN_CMD_STOP) return IsBuilding() && !isStopAsked;
+  if (command == TARN_CMD_STOP) return IsBuilding() && !isStopAsked_;
   if (IsBuilding() && Builds(command)) return false;
-  return session.Manager().EnableCommand(command) != 0;
+  return session_.Manager().EnableCommand(command) != 0;
 }
 
 bool CommandRunner::MayRun(std::uint32_t command) {
@@ -185,25 +185,25 @@ void CommandRunner::Run(std::uint32_t command) {
     return;
   }
   if (!Builds(command)) {
-    session.Manager().Command(command);
+    session_.Manager().Command(command);
     const bool showsOptions =
         command == TARN_CMD_NODE_OPTIONS || command == TARN_CMD_APPLICATION_OPTIONS;
     if (showsOptions && onShowOptions) onShowOptions();
     return;
   }
-  repeatable = waiter ? 0 : command;
-  session.Inspector().NoteCurrentNode();
+  repeatable_ = waiter_ ? 0 : command;
+  session_.Inspector().NoteCurrentNode();
   Ask(command);
 }
 
 void CommandRunner::Repeat() {
-  if (repeatable != 0 && MayRun(repeatable)) Ask(repeatable);
+  if (repeatable_ != 0 && MayRun(repeatable_)) Ask(repeatable_);
 }
 
 void CommandRunner::Ask(std::uint32_t command) {
-  waiting = command;
-  isStopAsked = false;
-  progress.emplace(CounterFor(command, session));
+  waiting_ = command;
+  isStopAsked_ = false;
+  progress_.emplace(CounterFor(command, session_));
   if (onAsked) onAsked();
   Approach();
 }
@@ -212,10 +212,10 @@ void CommandRunner::Ask(std::uint32_t command) {
 // everything would be rebuilt, and they can be restored only into nodes whose options are
 // published.
 void CommandRunner::Approach() {
-  if (waiting == 0) return;
-  if (!session.TryLockBuild()) {
-    if (!session.GetLockProblem().empty()) {
-      waiting = 0;
+  if (waiting_ == 0) return;
+  if (!session_.TryLockBuild()) {
+    if (!session_.GetLockProblem().empty()) {
+      waiting_ = 0;
       TellEnd(BuildEnd::Refused);
       return;
     }
@@ -223,43 +223,43 @@ void CommandRunner::Approach() {
     QTimer::singleShot(kBetweenTries, this, [this] { Approach(); });
     return;
   }
-  if (isRestored && !isRestoring && session.State().IsOutdated()) isRestored = false;
-  if (!isRestored && session.PublishFor(kPieceTime)) RestoreState();
-  if (!isRestored || isRestoring) {
+  if (isRestored_ && !isRestoring_ && session_.State().IsOutdated()) isRestored_ = false;
+  if (!isRestored_ && session_.PublishFor(kPieceTime)) RestoreState();
+  if (!isRestored_ || isRestoring_) {
     QTimer::singleShot(0, this, [this] { Approach(); });
     return;
   }
-  Start(std::exchange(waiting, 0));
+  Start(std::exchange(waiting_, 0));
 }
 
 void CommandRunner::Start(std::uint32_t command) {
   // The build refers to the node that was current at the request.
-  const bool hasNode = IsOfProject(command) || session.Inspector().SelectNotedNode() != 0;
-  if (!hasNode || session.Manager().PrologCommand(command) == 0) {
+  const bool hasNode = IsOfProject(command) || session_.Inspector().SelectNotedNode() != 0;
+  if (!hasNode || session_.Manager().PrologCommand(command) == 0) {
     TellEnd(BuildEnd::Refused);
     return;
   }
-  session.BeginWork(&*progress);
-  building = command;
-  isUnkept = true;
-  isCleaning = command == TARN_CMD_CLEAN_ALL || command == TARN_CMD_CLEAN_NODE;
+  session_.BeginWork(&*progress_);
+  building_ = command;
+  isUnkept_ = true;
+  isCleaning_ = command == TARN_CMD_CLEAN_ALL || command == TARN_CMD_CLEAN_NODE;
   if (onStarted) onStarted();
   // The result is the same if the user has cancelled the start, but then there is nothing running
   // to be stopped.
-  const bool isRunning = session.Manager().Command(command) == 2 &&
-                         session.Manager().EnableCommand(TARN_CMD_STOP) != 0;
-  if (!isRunning && building == command) FinishBuild(BuildEnd::Refused);
+  const bool isRunning = session_.Manager().Command(command) == 2 &&
+                         session_.Manager().EnableCommand(TARN_CMD_STOP) != 0;
+  if (!isRunning && building_ == command) FinishBuild(BuildEnd::Refused);
 }
 
 BuildOutcome CommandRunner::RunAndWait(const BuildRequest& request) {
   if (IsBuilding()) return {};
-  const std::uint32_t command = session.SelectCommand(request);
+  const std::uint32_t command = session_.SelectCommand(request);
   if (command == 0) return {};
   return WaitFor([this, command] { Run(command); });
 }
 
 BuildEnd CommandRunner::AwaitBuild() {
-  if (waiter) return BuildEnd::Refused;
+  if (waiter_) return BuildEnd::Refused;
   return WaitFor([this] { TakeOver(); }).end;
 }
 
@@ -267,75 +267,75 @@ BuildEnd CommandRunner::AwaitBuild() {
 BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
   BuildOutcome outcome;
   QEventLoop loop;
-  waiter = [&](BuildEnd end) {
-    outcome = session.GetOutcome();
+  waiter_ = [&](BuildEnd end) {
+    outcome = session_.GetOutcome();
     outcome.end = end;
     loop.quit();
   };
   start();
   if (IsBuilding()) loop.exec();
-  waiter = {};
+  waiter_ = {};
   return outcome;
 }
 
 // Called before the first tool of a build started elsewhere, in the middle of a message. The extent
 // of the build is unknown.
 void CommandRunner::TakeOver() {
-  if (IsBuilding() || session.Manager().EnableCommand(TARN_CMD_STOP) == 0) return;
-  progress.emplace(std::function<int()>());
-  isStopAsked = false;
-  isCleaning = false;
-  isUnkept = session.HasProject();
-  repeatable = 0;
-  building = TARN_CMD_BUILD_ALL;
-  session.BeginWork(&*progress);
+  if (IsBuilding() || session_.Manager().EnableCommand(TARN_CMD_STOP) == 0) return;
+  progress_.emplace(std::function<int()>());
+  isStopAsked_ = false;
+  isCleaning_ = false;
+  isUnkept_ = session_.HasProject();
+  repeatable_ = 0;
+  building_ = TARN_CMD_BUILD_ALL;
+  session_.BeginWork(&*progress_);
   if (onAsked) onAsked();
   if (onStarted) onStarted();
 }
 
 // Deferred while the user is typing: the server refills its tree, which would abort the input.
 void CommandRunner::TakeOptionsLoaded() {
-  if (waiting == 0 && isOccupied && isOccupied()) {
-    newsTimer.start();
+  if (waiting_ == 0 && isOccupied && isOccupied()) {
+    newsTimer_.start();
     return;
   }
-  newsTimer.stop();
+  newsTimer_.stop();
   RestoreState();
-  session.Manager().Command(TARN_CMD_OPTIONS_LOADED);
+  session_.Manager().Command(TARN_CMD_OPTIONS_LOADED);
   if (onOptionsLoaded) onOptionsLoaded();
 }
 
 // The records of a large project are restored in small steps.
 void CommandRunner::RestoreState() {
-  if (isRestored) return;
-  isRestored = true;
-  isRestoring = true;
-  session.State().BeginRestore();
+  if (isRestored_) return;
+  isRestored_ = true;
+  isRestoring_ = true;
+  session_.State().BeginRestore();
   ContinueRestore();
 }
 
 void CommandRunner::ContinueRestore() {
-  if (!isRestoring) return;
-  isRestoring = session.State().ContinueRestore();
-  if (isRestoring) QTimer::singleShot(0, this, [this] { ContinueRestore(); });
+  if (!isRestoring_) return;
+  isRestoring_ = session_.State().ContinueRestore();
+  if (isRestoring_) QTimer::singleShot(0, this, [this] { ContinueRestore(); });
 }
 
 void CommandRunner::Stop() {
-  if (!IsBuilding() || isStopAsked) return;
-  if (std::exchange(waiting, 0) != 0) {
+  if (!IsBuilding() || isStopAsked_) return;
+  if (std::exchange(waiting_, 0) != 0) {
     TellEnd(BuildEnd::Stopped);
     return;
   }
-  isStopAsked = true;
-  session.Manager().Command(TARN_CMD_STOP);
-  session.Tools().StopTools();
+  isStopAsked_ = true;
+  session_.Manager().Command(TARN_CMD_STOP);
+  session_.Tools().StopTools();
 }
 
 void CommandRunner::FollowStop() {
-  if (building == 0 || isFinishing || isStopAsked) return;
-  if (session.Manager().EnableCommand(TARN_CMD_STOP) != 0) return;
-  isStopAsked = true;
-  session.Tools().StopTools();
+  if (building_ == 0 || isFinishing_ || isStopAsked_) return;
+  if (session_.Manager().EnableCommand(TARN_CMD_STOP) != 0) return;
+  isStopAsked_ = true;
+  session_.Tools().StopTools();
 }
 
 // The sender may be in the middle of an operation, so all reactions are deferred.
@@ -343,20 +343,20 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   if (event.number == kMsgCommand) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
   } else if (event.number == kMsgCurrentNodeChanged) {
-    currentPath = event.text;
+    currentPath_ = event.text;
   } else if (event.number == kMsgProjectClosing) {
     KeepResults();
     if (onProjectClosing) onProjectClosing();
   } else if (event.number == kMsgProjectOpened) {
-    isRestored = false;
-    isRestoring = false;
-    repeatable = 0;
-    newsTimer.stop();
-    if (std::exchange(waiting, 0) != 0) TellEnd(BuildEnd::Refused);
+    isRestored_ = false;
+    isRestoring_ = false;
+    repeatable_ = 0;
+    newsTimer_.stop();
+    if (std::exchange(waiting_, 0) != 0) TellEnd(BuildEnd::Refused);
     // The server also opens projects by itself: the wizard's, and the placeholder project.
-    if (isOpening) return;
-    if (isApplying) {
-      isReadAgain = true;
+    if (isOpening_) return;
+    if (isApplying_) {
+      isReadAgain_ = true;
       return;
     }
     QTimer::singleShot(0, this, [this] {
@@ -364,61 +364,61 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     });
   } else if (event.number == kMsgToolStarted) {
     TakeOver();
-  } else if (event.number == kMsgWorkerEnded && building != 0) {
+  } else if (event.number == kMsgWorkerEnded && building_ != 0) {
     // A build by another process, because of which this one was refused, is ignored.
     const bool isSuccess = event.wParam != 0;
     QTimer::singleShot(0, this, [this, isSuccess] {
-      FinishBuild(isSuccess     ? BuildEnd::Succeeded
-                  : isStopAsked ? BuildEnd::Stopped
-                                : BuildEnd::Failed);
+      FinishBuild(isSuccess      ? BuildEnd::Succeeded
+                  : isStopAsked_ ? BuildEnd::Stopped
+                                 : BuildEnd::Failed);
     });
   }
 }
 
 // Ends the build in several steps, because storing the results of a large build takes time.
 void CommandRunner::FinishBuild(BuildEnd end) {
-  if (building == 0 || isFinishing) return;
-  isFinishing = true;
+  if (building_ == 0 || isFinishing_) return;
+  isFinishing_ = true;
   if (end == BuildEnd::Succeeded && !JudgeGaps()) end = BuildEnd::Failed;
-  if (isUnkept) {
-    session.Manager().EpilogCommand(building);
-    session.KeepLog();
+  if (isUnkept_) {
+    session_.Manager().EpilogCommand(building_);
+    session_.KeepLog();
   }
   QTimer::singleShot(0, this, [this, end] {
-    if (std::exchange(isUnkept, false)) session.KeepState();
-    building = 0;
-    isFinishing = false;
+    if (std::exchange(isUnkept_, false)) session_.KeepState();
+    building_ = 0;
+    isFinishing_ = false;
     // The next build may be started elsewhere.
-    if (isStopAsked) session.Tools().ResumeTools();
-    session.TakeLogLines();  // shown in the log window
+    if (isStopAsked_) session_.Tools().ResumeTools();
+    session_.TakeLogLines();  // shown in the log window
     TellEnd(end);
   });
 }
 
 // Logs what a successful build left out. Returns false if an application can't be built.
 bool CommandRunner::JudgeGaps() {
-  const bool isApplication = building == TARN_CMD_BUILD_APPLICATION;
-  if (isCleaning || !session.HasProject() || (!isApplication && !IsOfProject(building)))
+  const bool isApplication = building_ == TARN_CMD_BUILD_APPLICATION;
+  if (isCleaning_ || !session_.HasProject() || (!isApplication && !IsOfProject(building_)))
     return true;
   return ReportGaps(
-      session.FindGaps(isApplication ? session.Manager().GetSelectedApplication() : ""),
-      session.Manager());
+      session_.FindGaps(isApplication ? session_.Manager().GetSelectedApplication() : ""),
+      session_.Manager());
 }
 
 // Stores the results before the tree that they belong to is deleted.
 void CommandRunner::KeepResults() {
-  if (!std::exchange(isUnkept, false)) return;
-  session.KeepState();
+  if (!std::exchange(isUnkept_, false)) return;
+  session_.KeepState();
 }
 
 void CommandRunner::TellEnd(BuildEnd end) {
-  session.UnlockBuild();  // also if the build never started
-  if (waiter) waiter(end);
+  session_.UnlockBuild();  // also if the build never started
+  if (waiter_) waiter_(end);
   if (onEnded) onEnded(end);
 }
 
 void CommandRunner::ServePosted() {
-  for (const std::uint32_t command : session.TakePostedCommands()) Run(command);
+  for (const std::uint32_t command : session_.TakePostedCommands()) Run(command);
 }
 
 }  // namespace tarn::host

@@ -46,7 +46,7 @@ class CommandRunner : public QObject {
   void SaveProject();
   // Returns an empty string if only the placeholder project is open.
   std::string GetProjectPath() const {
-    return session.HasProject() ? session.GetProjectPath() : "";
+    return session_.HasProject() ? session_.GetProjectPath() : "";
   }
   // Returns true if a command may start compilers.
   static bool Builds(std::uint32_t command);
@@ -69,17 +69,17 @@ class CommandRunner : public QObject {
   // its questions.
   void FollowStop();
   // True from the request of a build until its results have been stored.
-  bool IsBuilding() const { return building != 0 || waiting != 0; }
+  bool IsBuilding() const { return building_ != 0 || waiting_ != 0; }
   // True while a requested build waits for the options of the whole project to be published.
-  bool IsWaiting() const { return waiting != 0; }
+  bool IsWaiting() const { return waiting_ != 0; }
   // Returns the process whose build of the project is waited for; an empty string if there is none.
-  QString GetLockHolder() const { return QString::fromStdString(session.GetLockHolder()); }
-  bool IsStopping() const { return IsBuilding() && isStopAsked; }
+  QString GetLockHolder() const { return QString::fromStdString(session_.GetLockHolder()); }
+  bool IsStopping() const { return IsBuilding() && isStopAsked_; }
   // Returns true if the running or the last build is a clean.
-  bool IsCleaning() const { return isCleaning; }
+  bool IsCleaning() const { return isCleaning_; }
   // Progress of the running or the last build; nullptr before the first one. Re-created for each
   // build.
-  const BuildProgress* GetProgress() const { return progress ? &*progress : nullptr; }
+  const BuildProgress* GetProgress() const { return progress_ ? &*progress_ : nullptr; }
 
   // A build was requested; it has started; it has ended, which is also called if it never started.
   // Each may be empty.
@@ -121,27 +121,27 @@ class CommandRunner : public QObject {
   void TellEnd(BuildEnd end);
   void ServePosted();
 
-  MainFrame& frame;
-  BuildSession& session;
-  FileSystem& files;
-  std::optional<BuildProgress> progress;
-  std::function<void(BuildEnd end)> waiter;  // callback of a waiting script call
+  MainFrame& frame_;
+  BuildSession& session_;
+  FileSystem& files_;
+  std::optional<BuildProgress> progress_;
+  std::function<void(BuildEnd end)> waiter_;  // callback of a waiting script call
   // Command ids; 0 for none.
-  std::uint32_t waiting = 0;  // until the project is published
-  std::uint32_t building = 0;
-  std::uint32_t repeatable = 0;
-  bool isFinishing = false;
-  bool isUnkept = false;  // tools' messages are not stored yet
-  bool isCleaning = false;
-  bool isStopAsked = false;
-  bool isOpening = false;
-  bool isApplying = false;
-  bool isReadAgain = false;  // by the change being applied
-  std::string currentPath;   // file of the current node; empty if it has none
+  std::uint32_t waiting_ = 0;  // until the project is published
+  std::uint32_t building_ = 0;
+  std::uint32_t repeatable_ = 0;
+  bool isFinishing_ = false;
+  bool isUnkept_ = false;  // tools' messages are not stored yet
+  bool isCleaning_ = false;
+  bool isStopAsked_ = false;
+  bool isOpening_ = false;
+  bool isApplying_ = false;
+  bool isReadAgain_ = false;  // by the change being applied
+  std::string currentPath_;   // file of the current node; empty if it has none
   // Build records have been restored into the project, or are being restored.
-  bool isRestored = false;
-  bool isRestoring = false;
-  QTimer newsTimer;  // runs while notifications are deferred
+  bool isRestored_ = false;
+  bool isRestoring_ = false;
+  QTimer newsTimer_;  // runs while notifications are deferred
 };
 
 }  // namespace tarn::host

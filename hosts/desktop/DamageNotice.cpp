@@ -9,9 +9,9 @@
 namespace tarn::host {
 
 DamageNotice::DamageNotice(QWidget& parentWindow, BuildSession& buildSession, Banner& damageBanner)
-    : window(parentWindow), session(buildSession), banner(damageBanner) {
-  banner.onFirst = [this] { Accept(); };
-  banner.onSecond = [this] { banner.hide(); };
+    : window_(parentWindow), session_(buildSession), banner_(damageBanner) {
+  banner_.onFirst = [this] { Accept(); };
+  banner_.onSecond = [this] { banner_.hide(); };
 }
 
 QString DamageNotice::Describe(const std::vector<DamageEntry>& damage) {
@@ -23,40 +23,40 @@ QString DamageNotice::Describe(const std::vector<DamageEntry>& damage) {
 }
 
 void DamageNotice::Follow() {
-  const std::vector<DamageEntry> damage = session.GetDamage();
-  if (damage.empty() || !session.IsDamageHeld()) {
-    banner.hide();
+  const std::vector<DamageEntry> damage = session_.GetDamage();
+  if (damage.empty() || !session_.IsDamageHeld()) {
+    banner_.hide();
     return;
   }
-  banner.Tell(Describe(damage));
+  banner_.Tell(Describe(damage));
 }
 
 void DamageNotice::Accept() {
-  session.Damage().Accept();
-  banner.hide();
+  session_.Damage().Accept();
+  banner_.hide();
 }
 
 bool DamageNotice::MayGoOn() {
-  if (!session.IsDamageHeld()) return true;
-  if (HasUnread(session.GetDamage())) {
-    QMessageBox::warning(&window, tr("Tarn"), Describe(session.GetDamage()));
+  if (!session_.IsDamageHeld()) return true;
+  if (HasUnread(session_.GetDamage())) {
+    QMessageBox::warning(&window_, tr("Tarn"), Describe(session_.GetDamage()));
     return false;
   }
   const QString question = tr("%1\n\nBuild or save it without the unread parts? Before a file is "
                               "overwritten, it is copied to a file with .bak appended to its name.")
-                               .arg(Describe(session.GetDamage()));
-  if (QMessageBox::question(&window, tr("Tarn"), question) != QMessageBox::Yes) return false;
+                               .arg(Describe(session_.GetDamage()));
+  if (QMessageBox::question(&window_, tr("Tarn"), question) != QMessageBox::Yes) return false;
   Accept();
   return true;
 }
 
 bool DamageNotice::MayClose() {
-  if (!session.IsDamageHeld()) return true;
+  if (!session_.IsDamageHeld()) return true;
   const QString question = tr("%1\n\nSave the project's changes without the unread parts?")
-                               .arg(Describe(session.GetDamage()));
+                               .arg(Describe(session_.GetDamage()));
   const auto answer = QMessageBox::question(
-      &window, tr("Tarn"), question, QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
-      QMessageBox::Cancel);
+      &window_, tr("Tarn"), question,
+      QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel);
   if (answer == QMessageBox::Save) Accept();
   return answer == QMessageBox::Save || answer == QMessageBox::Discard;
 }

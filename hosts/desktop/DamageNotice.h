@@ -33,9 +33,9 @@ class DamageNotice {
   static QString Describe(const std::vector<DamageEntry>& damage);
   void Accept();
 
-  QWidget& window;
-  BuildSession& session;
-  Banner& banner;
+  QWidget& window_;
+  BuildSession& session_;
+  Banner& banner_;
 };
 
 }  // namespace tarn::host

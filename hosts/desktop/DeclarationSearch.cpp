@@ -30,14 +30,14 @@ const CXmlNode* FindGlobal(const CXmlNode& globals, const std::string& name,
 }  // namespace
 
 void DeclarationSearch::Go() {
-  CodeEditor* const editor = editors.Current();
+  CodeEditor* const editor = editors_.Current();
   if (editor == nullptr) return;
   int line = 0;
   int column = 0;
   editor->getCursorPosition(&line, &column);
   const QString name = editor->wordAtLineIndex(line, column);
   if (name.isEmpty()) {
-    bar.showMessage(tr("No identifier at the cursor"), kMessageMs);
+    bar_.showMessage(tr("No identifier at the cursor"), kMessageMs);
     return;
   }
   const auto globals = ParseXml(askGlobals ? askGlobals() : std::string());
@@ -48,10 +48,10 @@ void DeclarationSearch::Go() {
     return;
   }
   const bool isBuilt = AttributeOf(globals.get(), "Found") == "Yes";
-  bar.showMessage((isBuilt ? tr("No global named %1 found")
-                           : tr("No global named %1 found; build the project first"))
-                      .arg(name),
-                  kMessageMs);
+  bar_.showMessage((isBuilt ? tr("No global named %1 found")
+                            : tr("No global named %1 found; build the project first"))
+                       .arg(name),
+                   kMessageMs);
 }
 
 }  // namespace tarn::host

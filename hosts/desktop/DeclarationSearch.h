@@ -17,7 +17,7 @@ class DeclarationSearch {
 
  public:
   DeclarationSearch(EditorTabs& editorTabs, QStatusBar& statusBar)
-      : editors(editorTabs), bar(statusBar) {}
+      : editors_(editorTabs), bar_(statusBar) {}
 
   // Returns the known global symbols, as listed by the server (see InspectorDriver::GetGlobals).
   std::function<std::string()> askGlobals;
@@ -29,8 +29,8 @@ class DeclarationSearch {
   void Go();
 
  private:
-  EditorTabs& editors;
-  QStatusBar& bar;
+  EditorTabs& editors_;
+  QStatusBar& bar_;
 };
 
 }  // namespace tarn::host

@@ -21,33 +21,33 @@ class EditorArea : public QWidget {
   // Takes ownership of both widgets.
   EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget* parent);
 
-  FindBar& Finder() { return *findBar; }
+  FindBar& Finder() { return *findBar_; }
 
   // Banner above the editors, for messages about the whole project.
-  Banner& ProjectBanner() { return *projectBanner; }
+  Banner& ProjectBanner() { return *projectBanner_; }
   // Banner for damage of the project.
-  Banner& DamageBanner() { return *damageBanner; }
+  Banner& DamageBanner() { return *damageBanner_; }
   // Banner for operations that were refused because the project is not trusted.
-  Banner& TrustBanner() { return *trustBanner; }
+  Banner& TrustBanner() { return *trustBanner_; }
   // Banner for a journal that can't be written.
-  Banner& JournalBanner() { return *journalBanner; }
+  Banner& JournalBanner() { return *journalBanner_; }
   // Banner for the result of a save that merged other programs' changes.
-  Banner& SaveBanner() { return *saveBanner; }
+  Banner& SaveBanner() { return *saveBanner_; }
 
  private:
   // Shows the banner for an editor that is in conflict with its file.
   void ShowConflict();
   void ShowRefused(const QStringList& names);
 
-  EditorTabs& editors;
-  Banner* projectBanner = nullptr;
-  Banner* damageBanner = nullptr;
-  Banner* trustBanner = nullptr;
-  Banner* journalBanner = nullptr;
-  Banner* saveBanner = nullptr;
-  Banner* fileBanner = nullptr;
-  QStackedWidget* pages = nullptr;
-  FindBar* findBar = nullptr;
+  EditorTabs& editors_;
+  Banner* projectBanner_ = nullptr;
+  Banner* damageBanner_ = nullptr;
+  Banner* trustBanner_ = nullptr;
+  Banner* journalBanner_ = nullptr;
+  Banner* saveBanner_ = nullptr;
+  Banner* fileBanner_ = nullptr;
+  QStackedWidget* pages_ = nullptr;
+  FindBar* findBar_ = nullptr;
 };
 
 }  // namespace tarn::host

@@ -99,34 +99,35 @@ std::string ReadGivenMacros(const std::string& commands) {
 }
 
 EditorMacros::EditorMacros(BuildSession& buildSession, EditorTabs& editorTabs)
-    : session(buildSession), editors(editorTabs) {}
+    : session_(buildSession), editors_(editorTabs) {}
 
 void EditorMacros::Follow() {
-  CodeEditor* const editor = editors.Current();
-  if (editor == nullptr || !editor->HasConditions() || !session.HasProject()) return;
-  const std::string wanted = editor->GetPath() + '\n' + session.Manager().GetSelectedApplication() +
-                             '\n' + std::to_string(session.Inspector().GetChangeCount());
-  if (wanted != askedFor) {
-    askedFor = wanted;
-    areComplete.reset();
+  CodeEditor* const editor = editors_.Current();
+  if (editor == nullptr || !editor->HasConditions() || !session_.HasProject()) return;
+  const std::string wanted = editor->GetPath() + '\n' +
+                             session_.Manager().GetSelectedApplication() + '\n' +
+                             std::to_string(session_.Inspector().GetChangeCount());
+  if (wanted != askedFor_) {
+    askedFor_ = wanted;
+    areComplete_.reset();
     const std::string commands = CommandsFor(editor->GetPath());
-    macros = commands.empty() ? std::nullopt : std::optional(ReadGivenMacros(commands));
+    macros_ = commands.empty() ? std::nullopt : std::optional(ReadGivenMacros(commands));
   }
-  if (macros && (!areComplete || judgedChanges != editors.GetChangeCount())) Judge(*editor);
+  if (macros_ && (!areComplete_ || judgedChanges_ != editors_.GetChangeCount())) Judge(*editor);
 }
 
 void EditorMacros::Judge(CodeEditor& editor) {
-  judgedChanges = editors.GetChangeCount();
-  const bool isKnown = KnowsConditions(editor.GetText().toStdString(), *macros);
-  if (areComplete != isKnown) editor.SetMacros(*macros, isKnown);
-  areComplete = isKnown;
+  judgedChanges_ = editors_.GetChangeCount();
+  const bool isKnown = KnowsConditions(editor.GetText().toStdString(), *macros_);
+  if (areComplete_ != isKnown) editor.SetMacros(*macros_, isKnown);
+  areComplete_ = isKnown;
 }
 
 // Returns the commands for the source at `path`, or for the first source; an empty string if none
 // is known yet.
 std::string EditorMacros::CommandsFor(const std::string& path) {
-  const std::string application = session.Manager().GetSelectedApplication();
-  const std::string lines = session.Inspector().GetBuildInputs();
+  const std::string application = session_.Manager().GetSelectedApplication();
+  const std::string lines = session_.Inspector().GetBuildInputs();
   std::vector<std::string> outputs;
   for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
     if (each.application != application || each.outputs.empty()) continue;
@@ -136,13 +137,13 @@ std::string EditorMacros::CommandsFor(const std::string& path) {
   const std::string stem = SplitPath(path).title;
   for (const std::string& output : outputs) {
     if (!FileNameOf(output).starts_with(stem)) continue;
-    const OutputCommands made = GetOutputCommands(session, application, output);
+    const OutputCommands made = GetOutputCommands(session_, application, output);
     if (std::find(made.sources.begin(), made.sources.end(), path) != made.sources.end()) {
       return made.commands;
     }
   }
   return outputs.empty() ? std::string()
-                         : GetOutputCommands(session, application, outputs.front()).commands;
+                         : GetOutputCommands(session_, application, outputs.front()).commands;
 }
 
 }  // namespace tarn::host

@@ -35,18 +35,18 @@ class EditorMacros {
   void Follow();
   // Call this when all options are published: replies that were incomplete are requested again by
   // the next Follow.
-  void OnOptionsLoaded() { askedFor.clear(); }
+  void OnOptionsLoaded() { askedFor_.clear(); }
 
  private:
   std::string CommandsFor(const std::string& path);
   void Judge(CodeEditor& editor);
 
-  BuildSession& session;
-  EditorTabs& editors;
-  std::string askedFor;               // text, application and project state of the last query
-  std::optional<std::string> macros;  // its result; nullopt if not known yet
-  std::optional<bool> areComplete;    // as set in the editor; nullopt if not set
-  int judgedChanges = 0;              // text change count at that time
+  BuildSession& session_;
+  EditorTabs& editors_;
+  std::string askedFor_;               // text, application and project state of the last query
+  std::optional<std::string> macros_;  // its result; nullopt if not known yet
+  std::optional<bool> areComplete_;    // as set in the editor; nullopt if not set
+  int judgedChanges_ = 0;              // text change count at that time
 };
 
 }  // namespace tarn::host

@@ -21,12 +21,12 @@ class EditorStatus : public QWidget {
   void Follow();
   void Show();
 
-  EditorTabs& editors;
-  QLabel* place = nullptr;
-  QLabel* indentation = nullptr;
-  QLabel* lineEnds = nullptr;
-  QLabel* encoding = nullptr;
-  QMetaObject::Connection followed;
+  EditorTabs& editors_;
+  QLabel* place_ = nullptr;
+  QLabel* indentation_ = nullptr;
+  QLabel* lineEnds_ = nullptr;
+  QLabel* encoding_ = nullptr;
+  QMetaObject::Connection followed_;
 };
 
 }  // namespace tarn::host

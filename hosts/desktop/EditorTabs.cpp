@@ -16,8 +16,8 @@
 namespace tarn::host {
 
 EditorTabs::EditorTabs(FileSystem& fileSystem, QWidget* parent)
-    : QTabWidget(parent), files(fileSystem), watch(this) {
-  watch.onChanged = [this] { FollowDisk(); };
+    : QTabWidget(parent), files_(fileSystem), watch_(this) {
+  watch_.onChanged = [this] { FollowDisk(); };
   setDocumentMode(true);
   setTabsClosable(true);
   setMovable(true);
@@ -52,7 +52,7 @@ CodeEditor* EditorTabs::Find(const std::string& path) const {
 bool EditorTabs::OpenFile(const std::string& path, int line) {
   CodeEditor* editor = Find(path);
   if (editor == nullptr) {
-    editor = new CodeEditor(files, path);
+    editor = new CodeEditor(files_, path);
     if (!Load(*editor)) {
       delete editor;
       return false;
@@ -69,18 +69,18 @@ void EditorTabs::Add(CodeEditor& editor) {
   const int index = addTab(&editor, {});
   setTabToolTip(index, ToQt(editor.GetPath()));
   connect(&editor, &QsciScintilla::modificationChanged, this, [this] { ShowNames(); });
-  connect(&editor, &QsciScintilla::textChanged, this, [this] { ++changeCount; });
+  connect(&editor, &QsciScintilla::textChanged, this, [this] { ++changeCount_; });
   editor.onFollowName = [this] {
     if (onFollowName) onFollowName();
   };
-  zoom.Add(editor);
+  zoom_.Add(editor);
   if (onOpened) onOpened(editor);
 }
 
 void EditorTabs::OpenUnsaved(const UnsavedText& unsaved) {
   CodeEditor* editor = Find(unsaved.path);
   const bool isNew = editor == nullptr;
-  if (isNew) editor = new CodeEditor(files, unsaved.path);
+  if (isNew) editor = new CodeEditor(files_, unsaved.path);
   editor->Restore(unsaved);
   if (isNew) Add(*editor);
   setCurrentWidget(editor);
@@ -168,7 +168,7 @@ void EditorTabs::Restore(const QStringList& description, const std::vector<Unsav
                                    [&](const UnsavedText& each) { return each.path == path; });
     if (text != unsaved.end()) {
       OpenUnsaved(*text);
-    } else if (!files.Examine(path) || !OpenFile(path, 0)) {
+    } else if (!files_.Examine(path) || !OpenFile(path, 0)) {
       continue;
     }
     Current()->setCursorPosition(entry.section(':', 0, 0).toInt(),
@@ -199,7 +199,7 @@ void EditorTabs::tabRemoved(int index) {
 void EditorTabs::WatchFiles() {
   QStringList paths;
   for (int index = 0; index < count(); ++index) paths += ToQt(At(index)->GetPath());
-  watch.SetFiles(paths);
+  watch_.SetFiles(paths);
 }
 
 CodeEditor* EditorTabs::Current() const {

@@ -43,7 +43,7 @@ class EditorTabs : public QTabWidget {
   // Asks the user about each unsaved text. Returns false if the user cancels.
   bool MayCloseAll();
   // A counter that changes with each change of a text.
-  int GetChangeCount() const { return changeCount; }
+  int GetChangeCount() const { return changeCount_; }
   // Closes all tabs without asking; with `keepModified`, unsaved texts remain open.
   void CloseAll(bool keepModified);
   // Returns the open files and cursor positions, for Restore. Restore skips files that no longer
@@ -63,7 +63,7 @@ class EditorTabs : public QTabWidget {
   std::function<void(CodeEditor& editor)> onOpened;
   // Called when the user requests the declaration of the name at the cursor.
   std::function<void()> onFollowName;
-  EditorZoom& Zoom() { return zoom; }
+  EditorZoom& Zoom() { return zoom_; }
 
  protected:
   void tabInserted(int index) override;
@@ -81,10 +81,10 @@ class EditorTabs : public QTabWidget {
   void ShowNames();
   void WatchFiles();
 
-  FileSystem& files;
-  FileWatch watch;
-  EditorZoom zoom{*this};
-  int changeCount = 0;
+  FileSystem& files_;
+  FileWatch watch_;
+  EditorZoom zoom_{*this};
+  int changeCount_ = 0;
 };
 
 }  // namespace tarn::host

@@ -27,8 +27,8 @@ class EditorZoom : public QObject {
   QList<QAction*> MakeActions();
 
  private:
-  EditorTabs& editors;
-  int points = 0;
+  EditorTabs& editors_;
+  int points_ = 0;
 };
 
 }  // namespace tarn::host

@@ -11,29 +11,29 @@ constexpr int kPauseMs = 150;
 }  // namespace
 
 FileWatch::FileWatch(QObject* parent) : QObject(parent) {
-  pause.setSingleShot(true);
-  connect(&watcher, &QFileSystemWatcher::fileChanged, this, [this] { pause.start(kPauseMs); });
-  connect(&pause, &QTimer::timeout, this, [this] {
+  pause_.setSingleShot(true);
+  connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this] { pause_.start(kPauseMs); });
+  connect(&pause_, &QTimer::timeout, this, [this] {
     Renew();
     if (onChanged) onChanged();
   });
 }
 
 void FileWatch::SetFiles(const QStringList& paths) {
-  wanted = paths;
+  wanted_ = paths;
   QStringList gone;
-  for (const QString& path : watcher.files()) {
-    if (!wanted.contains(path)) gone += path;
+  for (const QString& path : watcher_.files()) {
+    if (!wanted_.contains(path)) gone += path;
   }
-  if (!gone.isEmpty()) watcher.removePaths(gone);
+  if (!gone.isEmpty()) watcher_.removePaths(gone);
   Renew();
 }
 
 // Watches files again that were replaced, because the watcher loses them.
 void FileWatch::Renew() {
-  const QStringList watched = watcher.files();
-  for (const QString& path : wanted) {
-    if (!watched.contains(path) && QFileInfo::exists(path)) watcher.addPath(path);
+  const QStringList watched = watcher_.files();
+  for (const QString& path : wanted_) {
+    if (!watched.contains(path) && QFileInfo::exists(path)) watcher_.addPath(path);
   }
 }
 

@@ -20,9 +20,9 @@ class FileWatch : public QObject {
  private:
   void Renew();
 
-  QFileSystemWatcher watcher;
-  QStringList wanted;
-  QTimer pause;
+  QFileSystemWatcher watcher_;
+  QStringList wanted_;
+  QTimer pause_;
 };
 
 }  // namespace tarn::host

@@ -34,24 +34,24 @@ QToolButton* IconButton(Qt::ArrowType arrow, const QString& tip, QWidget* parent
 
 FindBar::FindBar(EditorTabs& editorTabs, QWidget* parent)
     : QWidget(parent),
-      editors(editorTabs),
-      pattern(new SearchField(tr("Find"), this)),
-      replacement(new SearchField(tr("Replace with"), this)),
-      replaceRow(new QWidget(this)),
-      count(new QLabel(this)) {
+      editors_(editorTabs),
+      pattern_(new SearchField(tr("Find"), this)),
+      replacement_(new SearchField(tr("Replace with"), this)),
+      replaceRow_(new QWidget(this)),
+      count_(new QLabel(this)) {
   setObjectName("findBar");
-  pattern->setAccessibleName(tr("Text to find"));
-  replacement->setAccessibleName(tr("Replace with"));
-  count->setMinimumWidth(kCountWidth);
-  count->setTextFormat(Qt::PlainText);
+  pattern_->setAccessibleName(tr("Text to find"));
+  replacement_->setAccessibleName(tr("Replace with"));
+  count_->setMinimumWidth(kCountWidth);
+  count_->setTextFormat(Qt::PlainText);
   auto* const rows = new QVBoxLayout(this);
   rows->setContentsMargins(6, 4, 6, 4);
   rows->setSpacing(4);
   auto* const row = new QHBoxLayout;
-  row->addWidget(pattern, 1);
-  matchCase = AddSwitch("Aa", tr("Match case"));
-  wholeWord = AddSwitch("|ab|", tr("Whole words only"));
-  expression = AddSwitch(".*", tr("Regular expression"));
+  row->addWidget(pattern_, 1);
+  matchCase_ = AddSwitch("Aa", tr("Match case"));
+  wholeWord_ = AddSwitch("|ab|", tr("Whole words only"));
+  expression_ = AddSwitch(".*", tr("Regular expression"));
   QToolButton* const before = IconButton(Qt::UpArrow, tr("Previous match"), this);
   QToolButton* const next = IconButton(Qt::DownArrow, tr("Next match"), this);
   auto* const close = new QToolButton(this);
@@ -59,29 +59,29 @@ FindBar::FindBar(EditorTabs& editorTabs, QWidget* parent)
   close->setAutoRaise(true);
   close->setToolTip(tr("Close"));
   close->setAccessibleName(tr("Close"));
-  for (QWidget* const each : std::initializer_list<QWidget*>{matchCase, wholeWord, expression,
-                                                             before, next, count, close}) {
+  for (QWidget* const each : std::initializer_list<QWidget*>{matchCase_, wholeWord_, expression_,
+                                                             before, next, count_, close}) {
     row->addWidget(each);
   }
   rows->addLayout(row);
-  auto* const second = new QHBoxLayout(replaceRow);
+  auto* const second = new QHBoxLayout(replaceRow_);
   second->setContentsMargins(0, 0, 0, 0);
-  auto* const one = new QPushButton(tr("&Replace"), replaceRow);
-  auto* const all = new QPushButton(tr("Replace &all"), replaceRow);
-  second->addWidget(replacement, 1);
+  auto* const one = new QPushButton(tr("&Replace"), replaceRow_);
+  auto* const all = new QPushButton(tr("Replace &all"), replaceRow_);
+  second->addWidget(replacement_, 1);
   second->addWidget(one);
   second->addWidget(all);
-  rows->addWidget(replaceRow);
-  later.setSingleShot(true);
-  connect(&later, &QTimer::timeout, this, [this] { Search(kMostShown); });
-  connect(pattern, &QLineEdit::textChanged, this, [this] { Search(kMostShown); });
+  rows->addWidget(replaceRow_);
+  later_.setSingleShot(true);
+  connect(&later_, &QTimer::timeout, this, [this] { Search(kMostShown); });
+  connect(pattern_, &QLineEdit::textChanged, this, [this] { Search(kMostShown); });
   connect(before, &QToolButton::clicked, this, [this] { Find(false); });
   connect(next, &QToolButton::clicked, this, [this] { Find(true); });
   connect(close, &QToolButton::clicked, this, [this] { Close(); });
   connect(one, &QPushButton::clicked, this, [this] { Replace(); });
   connect(all, &QPushButton::clicked, this, [this] { ReplaceAll(); });
-  connect(&editors, &QTabWidget::currentChanged, this, [this] { Follow(); });
-  setFocusProxy(pattern);
+  connect(&editors_, &QTabWidget::currentChanged, this, [this] { Follow(); });
+  setFocusProxy(pattern_);
   hide();
 }
 
@@ -97,21 +97,21 @@ QToolButton* FindBar::AddSwitch(const QString& text, const QString& tip) {
 }
 
 void FindBar::Open(bool withReplacement) {
-  CodeEditor* const editor = editors.Current();
+  CodeEditor* const editor = editors_.Current();
   if (editor == nullptr) return;
   const QString selected = editor->selectedText();
-  replaceRow->setVisible(withReplacement);
+  replaceRow_->setVisible(withReplacement);
   show();
   Follow();
-  if (!selected.isEmpty() && !selected.contains('\n')) pattern->setText(selected);
-  pattern->selectAll();
-  pattern->setFocus();
+  if (!selected.isEmpty() && !selected.contains('\n')) pattern_->setText(selected);
+  pattern_->selectAll();
+  pattern_->setFocus();
 }
 
 void FindBar::Close() {
   hide();
-  result = {};
-  if (CodeEditor* const editor = editors.Current()) {
+  result_ = {};
+  if (CodeEditor* const editor = editors_.Current()) {
     editor->MarkHits({});
     editor->setFocus();
   }
@@ -119,82 +119,83 @@ void FindBar::Close() {
 
 // Switches to the editor that is current now.
 void FindBar::Follow() {
-  disconnect(followed);
-  disconnect(followedPlace);
-  CodeEditor* const editor = editors.Current();
+  disconnect(followed_);
+  disconnect(followedPlace_);
+  CodeEditor* const editor = editors_.Current();
   if (!isVisible()) return;
   if (editor == nullptr) {
     Close();
     return;
   }
-  followed = connect(editor, &QsciScintilla::textChanged, this, [this] { later.start(kPauseMs); });
-  followedPlace = connect(editor, &QsciScintilla::selectionChanged, this, [this] { ShowCount(); });
+  followed_ =
+      connect(editor, &QsciScintilla::textChanged, this, [this] { later_.start(kPauseMs); });
+  followedPlace_ = connect(editor, &QsciScintilla::selectionChanged, this, [this] { ShowCount(); });
   Search(kMostShown);
 }
 
 void FindBar::Search(qsizetype most) {
-  later.stop();
-  CodeEditor* const editor = editors.Current();
+  later_.stop();
+  CodeEditor* const editor = editors_.Current();
   if (editor == nullptr) return;
-  const SearchOptions options{pattern->text(), matchCase->isChecked(), wholeWord->isChecked(),
-                              expression->isChecked()};
-  result = SearchText(editor->GetText(), options, replacement->text(), most);
-  editor->MarkHits(isVisible() ? result.hits : QList<SearchHit>());
+  const SearchOptions options{pattern_->text(), matchCase_->isChecked(), wholeWord_->isChecked(),
+                              expression_->isChecked()};
+  result_ = SearchText(editor->GetText(), options, replacement_->text(), most);
+  editor->MarkHits(isVisible() ? result_.hits : QList<SearchHit>());
   ShowCount();
 }
 
 void FindBar::ShowCount() {
-  const CodeEditor* const editor = editors.Current();
-  const bool isNone = result.hits.isEmpty() && !pattern->text().isEmpty();
-  if (!result.problem.isEmpty() || editor == nullptr || pattern->text().isEmpty()) {
-    count->setText(result.problem);
-    count->setToolTip(result.problem);
+  const CodeEditor* const editor = editors_.Current();
+  const bool isNone = result_.hits.isEmpty() && !pattern_->text().isEmpty();
+  if (!result_.problem.isEmpty() || editor == nullptr || pattern_->text().isEmpty()) {
+    count_->setText(result_.problem);
+    count_->setToolTip(result_.problem);
     return;
   }
-  const QString all = QString::number(result.hits.size()) + (result.isCut ? "+" : "");
+  const QString all = QString::number(result_.hits.size()) + (result_.isCut ? "+" : "");
   const SearchHit selected = editor->Selection();
-  const auto at = std::find_if(result.hits.begin(), result.hits.end(), [&](const SearchHit& hit) {
+  const auto at = std::find_if(result_.hits.begin(), result_.hits.end(), [&](const SearchHit& hit) {
     return hit.start == selected.start && hit.length == selected.length;
   });
   if (isNone) {
-    count->setText(tr("Not found"));
-  } else if (at == result.hits.end()) {
-    count->setText(tr("%1 found").arg(all));
+    count_->setText(tr("Not found"));
+  } else if (at == result_.hits.end()) {
+    count_->setText(tr("%1 found").arg(all));
   } else {
-    count->setText(tr("%1 of %2").arg(at - result.hits.begin() + 1).arg(all));
+    count_->setText(tr("%1 of %2").arg(at - result_.hits.begin() + 1).arg(all));
   }
 }
 
 void FindBar::Find(bool isForward) {
-  CodeEditor* const editor = editors.Current();
+  CodeEditor* const editor = editors_.Current();
   if (editor == nullptr) return;
-  if (pattern->text().isEmpty()) {
+  if (pattern_->text().isEmpty()) {
     Open(false);
     return;
   }
   Search(kMostShown);
-  if (result.hits.isEmpty()) return;
+  if (result_.hits.isEmpty()) return;
   const SearchHit selected = editor->Selection();
   if (isForward) {
-    const auto next = std::find_if(result.hits.begin(), result.hits.end(), [&](const auto& hit) {
+    const auto next = std::find_if(result_.hits.begin(), result_.hits.end(), [&](const auto& hit) {
       return hit.start >= selected.start + selected.length;
     });
-    editor->Select(next == result.hits.end() ? result.hits.front() : *next);
+    editor->Select(next == result_.hits.end() ? result_.hits.front() : *next);
   } else {
     const auto before =
-        std::find_if(result.hits.rbegin(), result.hits.rend(),
+        std::find_if(result_.hits.rbegin(), result_.hits.rend(),
                      [&](const auto& hit) { return hit.start + hit.length <= selected.start; });
-    editor->Select(before == result.hits.rend() ? result.hits.back() : *before);
+    editor->Select(before == result_.hits.rend() ? result_.hits.back() : *before);
   }
   ShowCount();
 }
 
 void FindBar::Replace() {
-  CodeEditor* const editor = editors.Current();
+  CodeEditor* const editor = editors_.Current();
   if (editor == nullptr) return;
   Search(kMostShown);
   const SearchHit selected = editor->Selection();
-  for (const SearchHit& hit : result.hits) {
+  for (const SearchHit& hit : result_.hits) {
     if (hit.start != selected.start || hit.length != selected.length) continue;
     const qsizetype before = editor->GetText().size();
     editor->ReplaceHits({hit});
@@ -206,20 +207,20 @@ void FindBar::Replace() {
 }
 
 void FindBar::ReplaceAll() {
-  CodeEditor* const editor = editors.Current();
+  CodeEditor* const editor = editors_.Current();
   if (editor == nullptr) return;
   Search(std::numeric_limits<qsizetype>::max());
-  const qsizetype replaced = result.hits.size();
-  editor->ReplaceHits(result.hits);
+  const qsizetype replaced = result_.hits.size();
+  editor->ReplaceHits(result_.hits);
   Search(kMostShown);
-  count->setText(tr("%n replaced", nullptr, static_cast<int>(replaced)));
+  count_->setText(tr("%n replaced", nullptr, static_cast<int>(replaced)));
 }
 
 void FindBar::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (event->key() == Qt::Key_Escape) {
     Close();
-  } else if (isEnter && focusWidget() == replacement) {
+  } else if (isEnter && focusWidget() == replacement_) {
     Replace();
   } else if (isEnter) {
     Find((event->modifiers() & Qt::ShiftModifier) == 0);

@@ -40,18 +40,18 @@ class FindBar : public QWidget {
   void Replace();
   void ReplaceAll();
 
-  EditorTabs& editors;
-  QLineEdit* pattern = nullptr;
-  QLineEdit* replacement = nullptr;
-  QWidget* replaceRow = nullptr;
-  QToolButton* matchCase = nullptr;
-  QToolButton* wholeWord = nullptr;
-  QToolButton* expression = nullptr;
-  QLabel* count = nullptr;
-  QTimer later;  // delays the search while the user is typing
-  QMetaObject::Connection followed;
-  QMetaObject::Connection followedPlace;
-  SearchResult result;
+  EditorTabs& editors_;
+  QLineEdit* pattern_ = nullptr;
+  QLineEdit* replacement_ = nullptr;
+  QWidget* replaceRow_ = nullptr;
+  QToolButton* matchCase_ = nullptr;
+  QToolButton* wholeWord_ = nullptr;
+  QToolButton* expression_ = nullptr;
+  QLabel* count_ = nullptr;
+  QTimer later_;  // delays the search while the user is typing
+  QMetaObject::Connection followed_;
+  QMetaObject::Connection followedPlace_;
+  SearchResult result_;
 };
 
 }  // namespace tarn::host

@@ -28,7 +28,7 @@ class FindingsPane : public QWidget {
   void Start();
   // Aborts a check and empties the list, because the project was closed.
   void Clear();
-  bool IsChecking() const { return steps.isActive(); }
+  bool IsChecking() const { return steps_.isActive(); }
 
   // Returns true if the project can't be checked now, as during a build.
   std::function<bool()> isBusy;
@@ -41,14 +41,14 @@ class FindingsPane : public QWidget {
   void AddGroup(FindingKind kind);
   void Choose(const QTreeWidgetItem& item);
 
-  BuildSession& session;
-  FileSystem& files;
-  QTimer steps;
-  std::unique_ptr<ProjectCheck> check;
-  std::vector<Finding> findings;
-  std::string folder;  // of the project, with a separator at its end
-  QLabel* summary;
-  QTreeWidget* list;
+  BuildSession& session_;
+  FileSystem& files_;
+  QTimer steps_;
+  std::unique_ptr<ProjectCheck> check_;
+  std::vector<Finding> findings_;
+  std::string folder_;  // of the project, with a separator at its end
+  QLabel* summary_;
+  QTreeWidget* list_;
 };
 
 }  // namespace tarn::host

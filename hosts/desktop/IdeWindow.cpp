@@ -85,12 +85,12 @@ bool IsBreak(const QKeyEvent& event) {
 }  // namespace
 
 IdeWindow::IdeWindow(FileSystem& fileSystem)
-    : session(std::make_unique<BuildSession>(frame, fileSystem,
-                                             HostFolders::FromEnvironment(fileSystem))),
-      runner(std::make_unique<CommandRunner>(frame, *session, fileSystem)),
-      files(fileSystem),
-      dialogs(frame.GetHandle(), this),
-      editors(new EditorTabs(fileSystem, this)) {
+    : session_(std::make_unique<BuildSession>(frame_, fileSystem,
+                                              HostFolders::FromEnvironment(fileSystem))),
+      runner_(std::make_unique<CommandRunner>(frame_, *session_, fileSystem)),
+      files_(fileSystem),
+      dialogs_(frame_.GetHandle(), this),
+      editors_(new EditorTabs(fileSystem, this)) {
   setDockNestingEnabled(true);
   // The tree gets the full height because projects are deep; tool output needs width.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -99,8 +99,8 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setAcceptDrops(true);
   resize(kFirstSize);
   MakeMenuCommands();
-  surface = std::make_unique<ServerSurface>(*this, frame, menuCommands);
-  surface->onTree = [this](QWidget& tree) { return MakeTreeFilter(tree); };
+  surface_ = std::make_unique<ServerSurface>(*this, frame_, menuCommands_);
+  surface_->onTree = [this](QWidget& tree) { return MakeTreeFilter(tree); };
   AddCentre();
   AddStatusBar();
   AddProblems();
@@ -115,147 +115,150 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
 // window before the server that it queries. A window that is destroyed takes the focus away from
 // its fields, which may trigger callbacks.
 IdeWindow::~IdeWindow() {
-  recovery.reset();
-  journal.reset();
-  notices.reset();
-  project.reset();
-  frame.Answer(kMsgPaneCaption, {});
-  delete options;
-  delete findings;
-  runner.reset();
-  session.reset();
+  recovery_.reset();
+  journal_.reset();
+  notices_.reset();
+  project_.reset();
+  frame_.Answer(kMsgPaneCaption, {});
+  delete options_;
+  delete findings_;
+  runner_.reset();
+  session_.reset();
 }
 
 void IdeWindow::MakeMenuCommands() {
-  menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
-  menuCommands.run = [this](std::uint32_t command) {
+  menuCommands_.isEnabled = [this](std::uint32_t command) { return runner_->IsEnabled(command); };
+  menuCommands_.run = [this](std::uint32_t command) {
     // This command needs a name, which the options window asks for.
-    if (command == TARN_CMD_ADD_CONFIGURATION) return options->AddConfiguration();
-    runner->Run(command);
+    if (command == TARN_CMD_ADD_CONFIGURATION) return options_->AddConfiguration();
+    runner_->Run(command);
   };
-  menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
-  menuCommands.listConfigurations = [this] { return ListConfigurations(); };
-  menuCommands.chooseConfiguration = [this](const std::string& name) {
-    options->ChooseConfiguration(ToQt(name));
+  menuCommands_.listTools = [this] {
+    return ReadToolEntries(session_->Manager().GetToolCommands());
   };
-  menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
+  menuCommands_.listConfigurations = [this] { return ListConfigurations(); };
+  menuCommands_.chooseConfiguration = [this](const std::string& name) {
+    options_->ChooseConfiguration(ToQt(name));
+  };
+  menuCommands_.pictureFolder = FolderOf(session_->GetFolders().ConfigFile(files_));
 }
 
 // Creates the editors, and the welcome page shown while none is open.
 void IdeWindow::AddCentre() {
-  const std::string shared = HostFolders::FromEnvironment(files).application;
-  auto* const welcome = new WelcomePage(FindExamples(files, shared + "examples"),
+  const std::string shared = HostFolders::FromEnvironment(files_).application;
+  auto* const welcome = new WelcomePage(FindExamples(files_, shared + "examples"),
                                         ToQt(shared) + "config/resources/", this);
-  area = new EditorArea(*editors, *welcome, this);
-  setCentralWidget(area);
-  project = std::make_unique<ProjectActions>(*this, files, *session, *runner, *editors,
-                                             area->ProjectBanner(), area->DamageBanner(),
-                                             area->TrustBanner(), area->SaveBanner());
-  project->onShowFile = [this](const std::string& path) { OpenFile(path, 0); };
-  runner->mayChange = [this] { return project->MayChange(); };
-  project->onRecentChanged = [welcome] { welcome->FillRecent(); };
-  welcome->onOpen = [this] { project->Choose(); };
-  welcome->onNew = [this] { project->New(); };
-  welcome->onExample = [this](const Example& example) { project->OpenExample(example); };
-  welcome->onRecent = [this](const QString& path) { project->Open(FromQt(path)); };
+  area_ = new EditorArea(*editors_, *welcome, this);
+  setCentralWidget(area_);
+  project_ = std::make_unique<ProjectActions>(*this, files_, *session_, *runner_, *editors_,
+                                              area_->ProjectBanner(), area_->DamageBanner(),
+                                              area_->TrustBanner(), area_->SaveBanner());
+  project_->onShowFile = [this](const std::string& path) { OpenFile(path, 0); };
+  runner_->mayChange = [this] { return project_->MayChange(); };
+  project_->onRecentChanged = [welcome] { welcome->FillRecent(); };
+  welcome->onOpen = [this] { project_->Choose(); };
+  welcome->onNew = [this] { project_->New(); };
+  welcome->onExample = [this](const Example& example) { project_->OpenExample(example); };
+  welcome->onRecent = [this](const QString& path) { project_->Open(FromQt(path)); };
 }
 
 void IdeWindow::AddStatusBar() {
-  progress = new StatusProgress(*runner, this);
-  progress->onShowLog = [this] { surface->ShowLog(); };
-  statusBar()->addWidget(progress, 1);
-  notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
-  notices->onSelectionChanged = [this] { surface->RefreshToolBars(); };
-  notices->askLabel = [this] {
-    return session->Manager().GetPropertyValue({}, "General", "Header");
+  progress_ = new StatusProgress(*runner_, this);
+  progress_->onShowLog = [this] { surface_->ShowLog(); };
+  statusBar()->addWidget(progress_, 1);
+  notices_ = std::make_unique<ServerNotices>(frame_, files_, *statusBar());
+  notices_->onSelectionChanged = [this] { surface_->RefreshToolBars(); };
+  notices_->askLabel = [this] {
+    return session_->Manager().GetPropertyValue({}, "General", "Header");
   };
-  notices->isBuilding = [this] { return runner->IsBuilding(); };
-  notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
-  statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
+  notices_->isBuilding = [this] { return runner_->IsBuilding(); };
+  notices_->openText = [this](const std::string& path) { OpenFile(path, 0); };
+  statusBar()->addPermanentWidget(new EditorStatus(*editors_, this));
 }
 
 // Protects unsaved changes against a crash; journals of crashed windows are offered as soon as the
 // message loop runs.
 void IdeWindow::AddJournal() {
-  const std::string& folder = session->GetFolders().data;
+  const std::string& folder = session_->GetFolders().data;
   const std::string root = JoinPath(folder, "journal");
-  TakenJournals taken = TakeJournals(files, root);
-  journal = std::make_unique<JournalKeeper>(files, root, taken, *session, *editors,
-                                            area->JournalBanner());
-  journal->onTabsChanged = [this] { project->KeepEditors(); };
-  recovery = std::make_unique<CrashRecovery>(*this, files, *project, *editors, *journal,
-                                             JoinPath(folder, "rescued"), std::move(taken.left));
-  QTimer::singleShot(0, recovery.get(), [this] { recovery->Offer(); });
+  TakenJournals taken = TakeJournals(files_, root);
+  journal_ = std::make_unique<JournalKeeper>(files_, root, taken, *session_, *editors_,
+                                             area_->JournalBanner());
+  journal_->onTabsChanged = [this] { project_->KeepEditors(); };
+  recovery_ = std::make_unique<CrashRecovery>(*this, files_, *project_, *editors_, *journal_,
+                                              JoinPath(folder, "rescued"), std::move(taken.left));
+  QTimer::singleShot(0, recovery_.get(), [this] { recovery_->Offer(); });
 }
 
 // Creates the objects that navigate from diagnostics and symbols to source lines.
 void IdeWindow::AddProblems() {
   const auto open = [this](const std::string& path, int line) { OpenFile(path, line); };
-  problems = std::make_unique<ProblemNavigator>(files, *statusBar());
-  problems->open = open;
-  problemMarks = std::make_unique<ProblemMarks>(problems->GetList(), *editors);
-  macros = std::make_unique<EditorMacros>(*session, *editors);
-  declarations = std::make_unique<DeclarationSearch>(*editors, *statusBar());
-  declarations->askGlobals = [this] { return session->Inspector().GetGlobals({}, {}); };
-  declarations->open = open;
-  editors->onFollowName = [this] { declarations->Go(); };
+  problems_ = std::make_unique<ProblemNavigator>(files_, *statusBar());
+  problems_->open = open;
+  problemMarks_ = std::make_unique<ProblemMarks>(problems_->GetList(), *editors_);
+  macros_ = std::make_unique<EditorMacros>(*session_, *editors_);
+  declarations_ = std::make_unique<DeclarationSearch>(*editors_, *statusBar());
+  declarations_->askGlobals = [this] { return session_->Inspector().GetGlobals({}, {}); };
+  declarations_->open = open;
+  editors_->onFollowName = [this] { declarations_->Go(); };
 }
 
 // The server's menus are added after these.
 void IdeWindow::AddMenus() {
   QMenu* const file = menuBar()->addMenu(tr("&File"));
-  project->AddOpening(*file);
+  project_->AddOpening(*file);
   file->addSeparator();
-  file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
+  file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors_->SaveCurrent(); });
   file->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this,
-                  [this] { project->SaveAll(); });
+                  [this] { project_->SaveAll(); });
   // Explicit keys, because not all desktops define standard ones for these two.
-  file->addAction(tr("&Close file"), this, [this] { editors->CloseCurrent(); })
+  file->addAction(tr("&Close file"), this, [this] { editors_->CloseCurrent(); })
       ->setShortcuts({Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_F4});
   file->addSeparator();
   file->addAction(tr("&Quit"), Qt::CTRL | Qt::Key_Q, this, [this] { close(); });
-  editMenu = MakeEditMenu(*this, *editors, area->Finder(), *declarations);
-  project->AddHistory(*editMenu);
-  menuBar()->addMenu(editMenu);
-  panes.editor = [this] { return editors->Current(); };
-  menuBar()->addMenu(layout.MakeMenu({panes.Actions(), editors->Zoom().MakeActions()}));
+  editMenu_ = MakeEditMenu(*this, *editors_, area_->Finder(), *declarations_);
+  project_->AddHistory(*editMenu_);
+  menuBar()->addMenu(editMenu_);
+  panes_.editor = [this] { return editors_->Current(); };
+  menuBar()->addMenu(layout_.MakeMenu({panes_.Actions(), editors_->Zoom().MakeActions()}));
 }
 
 void IdeWindow::FollowBuilds() {
-  runner->onAsked = [this] { OnBuildAsked(); };
-  runner->onStarted = [this] { options->SetBuilding(true); };
-  runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
-  runner->onProjectChanged = [this] { OnProjectChanged(); };
-  runner->onOptionsLoaded = [this] { macros->OnOptionsLoaded(); };
-  runner->onProjectClosing = [this] { notices->Forget(); };
+  runner_->onAsked = [this] { OnBuildAsked(); };
+  runner_->onStarted = [this] { options_->SetBuilding(true); };
+  runner_->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
+  runner_->onProjectChanged = [this] { OnProjectChanged(); };
+  runner_->onOptionsLoaded = [this] { macros_->OnOptionsLoaded(); };
+  runner_->onProjectClosing = [this] { notices_->Forget(); };
   // A script's build must not block the window.
-  session->Scripts().runBuild = [this](const BuildRequest& request) {
-    return runner->RunAndWait(request);
+  session_->Scripts().runBuild = [this](const BuildRequest& request) {
+    return runner_->RunAndWait(request);
   };
-  session->Scripts().awaitBuild = [this] { return runner->AwaitBuild(); };
-  dialogs.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner->FollowStop(); }); };
+  session_->Scripts().awaitBuild = [this] { return runner_->AwaitBuild(); };
+  dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }
 
 void IdeWindow::AnswerMessages() {
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
-    frame.Answer(number, [this, number](const HostEvent& event) {
+    frame_.Answer(number, [this, number](const HostEvent& event) {
       // The message for a node's file contains no position.
       const int line = number == kMsgOpenFileAtLine ? LineOf(event.lParam) : 0;
       // Deferred: the sender is one of the server's windows in the middle of a click.
       QTimer::singleShot(0, this, [this, path = event.text, line] {
-        if (line > 0) problems->GoTo(path, line);
+        if (line > 0) problems_->GoTo(path, line);
         OpenFile(path, line);
       });
       return std::intptr_t{1};
     });
   }
   // The compilers must see the content of the editors, no matter how the build was started.
-  frame.Answer(kMsgBuildStarting,
-               [this](const HostEvent&) { return std::intptr_t{editors->SaveForBuild() ? 1 : 0}; });
+  frame_.Answer(kMsgBuildStarting, [this](const HostEvent&) {
+    return std::intptr_t{editors_->SaveForBuild() ? 1 : 0};
+  });
 }
 
 bool IdeWindow::Start() {
-  if (const Status started = session->Start(); !started) {
+  if (const Status started = session_->Start(); !started) {
     QMessageBox::critical(
         this, tr("Tarn"),
         tr("This installation is incomplete: %1")
@@ -264,25 +267,25 @@ bool IdeWindow::Start() {
   }
   // Placed after the server's menus.
   QMenu* const navigation = menuBar()->addMenu(tr("&Navigate"));
-  problems->AddActions(*navigation);
-  session->Manager().GetProjectWindow();
-  session->Manager().GetOutputWindow();
+  problems_->AddActions(*navigation);
+  session_->Manager().GetProjectWindow();
+  session_->Manager().GetOutputWindow();
   AddFindingsDock(*navigation);
-  surface->LoadPopups(files, session->GetFolders().ConfigFile(files));
-  layout.Restore();
+  surface_->LoadPopups(files_, session_->GetFolders().ConfigFile(files_));
+  layout_.Restore();
   AddJournal();
-  connect(&refreshTimer, &QTimer::timeout, this, [this] {
-    project->Note();
-    setWindowModified(project->HasUnsaved());
-    options->Look();
-    if (runner->IsBuilding()) {
-      problemMarks->Refresh();
+  connect(&refreshTimer_, &QTimer::timeout, this, [this] {
+    project_->Note();
+    setWindowModified(project_->HasUnsaved());
+    options_->Look();
+    if (runner_->IsBuilding()) {
+      problemMarks_->Refresh();
     } else {
-      macros->Follow();
+      macros_->Follow();
     }
-    surface->RefreshToolBars();
+    surface_->RefreshToolBars();
   });
-  refreshTimer.start(kRefreshMs);
+  refreshTimer_.start(kRefreshMs);
   QApplication::instance()->installEventFilter(this);
   return true;
 }
@@ -292,8 +295,8 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
   for (const std::string& path : paths) {
     if (!QFileInfo(ToQt(path)).isFile()) {
       missing += ToQt(path);
-    } else if (const std::string owner = ProjectOf(files, path); !owner.empty()) {
-      project->Open(owner);
+    } else if (const std::string owner = ProjectOf(files_, path); !owner.empty()) {
+      project_->Open(owner);
     } else {
       OpenFile(path, 0);
     }
@@ -305,32 +308,32 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
 }
 
 void IdeWindow::OnProjectChanged() {
-  const std::string path = runner->GetProjectPath();
-  problems->SetProject(path);
-  problemMarks->SetFolder(FolderOf(path));
-  problemMarks->Refresh();
+  const std::string path = runner_->GetProjectPath();
+  problems_->SetProject(path);
+  problemMarks_->SetFolder(FolderOf(path));
+  problemMarks_->Refresh();
   ShowTitle();
-  findings->Clear();
-  project->Follow();
-  options->OnNodeLoaded();
+  findings_->Clear();
+  project_->Follow();
+  options_->OnNodeLoaded();
 }
 
 void IdeWindow::OpenFile(const std::string& path, int line) {
   // A tool's message need not name a file.
   if (path.empty()) return;
   const std::string place =
-      IsRelativePath(path) ? JoinPath(FolderOf(session->GetProjectPath()), path) : path;
+      IsRelativePath(path) ? JoinPath(FolderOf(session_->GetProjectPath()), path) : path;
   // With a different spelling the file would be opened in a second editor.
-  if (editors->OpenFile(files.NameOnDisk(place), line)) editors->Current()->setFocus();
+  if (editors_->OpenFile(files_.NameOnDisk(place), line)) editors_->Current()->setFocus();
 }
 
 void IdeWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-    editors->FollowDisk();
-    project->Look();
+    editors_->FollowDisk();
+    project_->Look();
     // Another program may have built as well.
-    problemMarks->Refresh();
+    problemMarks_->Refresh();
   }
 }
 
@@ -351,28 +354,28 @@ void IdeWindow::dropEvent(QDropEvent* event) {
 void IdeWindow::closeEvent(QCloseEvent* event) {
   // The user is not asked again about what was agreed before the build was stopped.
   const bool isAgreed =
-      std::exchange(isClosing, false) && editors->GetChangeCount() == agreedChanges;
-  if (!isAgreed && !editors->MayCloseAll()) {
+      std::exchange(isClosing_, false) && editors_->GetChangeCount() == agreedChanges_;
+  if (!isAgreed && !editors_->MayCloseAll()) {
     event->ignore();
     return;
   }
   // The script's output would no longer be visible.
-  if (session->Scripts().IsRunning()) session->Scripts().RequestStop();
-  runner->Stop();
-  if (!runner->IsBuilding()) {
-    layout.Save();
-    options->KeepLayout();
-    if (project->Leave()) {
-      if (journal) journal->End();
+  if (session_->Scripts().IsRunning()) session_->Scripts().RequestStop();
+  runner_->Stop();
+  if (!runner_->IsBuilding()) {
+    layout_.Save();
+    options_->KeepLayout();
+    if (project_->Leave()) {
+      if (journal_) journal_->End();
       event->accept();
     } else {
       event->ignore();
     }
     return;
   }
-  isClosing = true;
-  agreedChanges = editors->GetChangeCount();
-  progress->Say(tr("Closing once the build has stopped..."));
+  isClosing_ = true;
+  agreedChanges_ = editors_->GetChangeCount();
+  progress_->Say(tr("Closing once the build has stopped..."));
   event->ignore();
 }
 
@@ -381,58 +384,58 @@ bool IdeWindow::eventFilter(QObject* watched, QEvent* event) {
       !IsBreak(static_cast<const QKeyEvent&>(*event))) {
     return QMainWindow::eventFilter(watched, event);
   }
-  menuCommands.run(TARN_CMD_STOP);
+  menuCommands_.run(TARN_CMD_STOP);
   return true;
 }
 
 void IdeWindow::AddOptionsDock() {
-  options = new OptionsWindow(*session, this);
-  layout.onReset = [this] { options->ResetLayout(); };
+  options_ = new OptionsWindow(*session_, this);
+  layout_.onReset = [this] { options_->ResetLayout(); };
   auto* const dock = new QDockWidget(tr("Options"), this);
   dock->setObjectName(QString("dock%1").arg(kOptionsPane));
-  dock->setWidget(options);
+  dock->setWidget(options_);
   addDockWidget(Qt::RightDockWidgetArea, dock);
   resizeDocks({dock}, {kFirstOptionsWidth}, Qt::Horizontal);
-  frame.Answer(kMsgPaneCaption, [this, dock](const HostEvent& event) {
+  frame_.Answer(kMsgPaneCaption, [this, dock](const HostEvent& event) {
     if (event.lParam != kOptionsPane) return std::intptr_t{1};
     dock->setWindowTitle(ToQt(event.text));
     dock->toggleViewAction()->setText(tr("Options"));
-    options->OnNodeLoaded();
+    options_->OnNodeLoaded();
     return std::intptr_t{1};
   });
-  runner->onShowOptions = [this, dock] {
+  runner_->onShowOptions = [this, dock] {
     dock->show();
     dock->raise();
-    options->setFocus();
+    options_->setFocus();
   };
 }
 
 // Hidden until the user starts a check.
 void IdeWindow::AddFindingsDock(QMenu& menu) {
-  findings = new FindingsPane(*session, files, this);
-  findings->isBusy = [this] { return runner->IsBuilding(); };
-  findings->onChosen = [this](const Finding& finding) {
+  findings_ = new FindingsPane(*session_, files_, this);
+  findings_->isBusy = [this] { return runner_->IsBuilding(); };
+  findings_->onChosen = [this](const Finding& finding) {
     if (finding.hasPlace) {
-      session->Inspector().SelectNodeByPlace(finding.place);
+      session_->Inspector().SelectNodeByPlace(finding.place);
     } else if (!finding.file.empty()) {
       OpenFile(finding.file, finding.line);
     }
   };
   auto* const dock = new QDockWidget(tr("Project check"), this);
   dock->setObjectName("dockFindings");
-  dock->setWidget(findings);
-  surface->AddBottomDock(*dock);
+  dock->setWidget(findings_);
+  surface_->AddBottomDock(*dock);
   dock->hide();
   menu.addAction(tr("&Check project"), this, [this, dock] {
     dock->show();
     dock->raise();
-    findings->setFocus();
-    findings->Start();
+    findings_->setFocus();
+    findings_->Start();
   });
 }
 
 std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
-  const ConfigurationList list = options->Configurations();
+  const ConfigurationList list = options_->Configurations();
   std::vector<ConfigurationEntry> entries;
   for (const std::string& name : list.names) {
     entries.push_back({name, EqualNoCase(name, list.current)});
@@ -443,7 +446,7 @@ std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
 void IdeWindow::RenameNode(QWidget& tree) {
   auto* const view = qobject_cast<QTreeView*>(QApplication::focusWidget());
   if (view == nullptr || (view != &tree && !tree.isAncestorOf(view))) return;
-  const std::string kind = NodeOptions(*session).GetKind();
+  const std::string kind = NodeOptions(*session_).GetKind();
   if (kind == "Application" || kind == "Group") {
     QKeyEvent open(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(view, &open);
@@ -458,21 +461,21 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   auto* const rename = new QShortcut(Qt::Key_F2, &tree);
   rename->setContext(Qt::WidgetWithChildrenShortcut);
   connect(rename, &QShortcut::activated, this, [this, &tree] { RenameNode(tree); });
-  runner->isOccupied = [watched = QPointer<QWidget>(&tree)] {
+  runner_->isOccupied = [watched = QPointer<QWidget>(&tree)] {
     const auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
     return field != nullptr && watched != nullptr && watched->isAncestorOf(field);
   };
-  const std::string shared = HostFolders::FromEnvironment(files).application;
+  const std::string shared = HostFolders::FromEnvironment(files_).application;
   auto* const filter = new TreeFilter(tree, ToQt(shared) + "config/resources/", this);
   filter->askNodes = [this] {
-    return IndexTree(session->Inspector().GetTree(),
-                     ToQt(AddSeparator(FolderOf(runner->GetProjectPath()))));
+    return IndexTree(session_->Inspector().GetTree(),
+                     ToQt(AddSeparator(FolderOf(runner_->GetProjectPath()))));
   };
   filter->onChosen = [this](const IndexedNode& node) {
-    session->Inspector().SelectNodeByPlace(node.place);
+    session_->Inspector().SelectNodeByPlace(node.place);
   };
-  editMenu->addSeparator();
-  QAction* const action = editMenu->addAction(tr("Find in pro&ject..."), filter, [filter] {
+  editMenu_->addSeparator();
+  QAction* const action = editMenu_->addAction(tr("Find in pro&ject..."), filter, [filter] {
     if (auto* const dock = qobject_cast<QDockWidget*>(filter->parentWidget())) {
       dock->show();
       dock->raise();
@@ -487,25 +490,25 @@ void IdeWindow::OnBuildAsked() {
   // A message would cover the progress of the build.
   statusBar()->clearMessage();
   // A value that is still being edited is included in the build, unless it has already started.
-  if (runner->IsWaiting()) options->FinishEditing();
-  area->ProjectBanner().SetReady(false, tr("The project is being built."));
-  progress->Begin(ToQt(FolderOf(session->GetProjectPath())));
+  if (runner_->IsWaiting()) options_->FinishEditing();
+  area_->ProjectBanner().SetReady(false, tr("The project is being built."));
+  progress_->Begin(ToQt(FolderOf(session_->GetProjectPath())));
 }
 
 void IdeWindow::OnBuildEnded(BuildEnd end) {
-  options->SetBuilding(false);
-  area->ProjectBanner().SetReady(true, {});
-  progress->End(end);
-  problemMarks->Refresh();
+  options_->SetBuilding(false);
+  area_->ProjectBanner().SetReady(true, {});
+  progress_->End(end);
+  problemMarks_->Refresh();
   // A build that was refused has no log.
-  const std::string& problem = session->GetLockProblem();
+  const std::string& problem = session_->GetLockProblem();
   if (!problem.empty()) statusBar()->showMessage(ToQt(problem));
-  project->AskForTrust();
-  if (isClosing) close();
+  project_->AskForTrust();
+  if (isClosing_) close();
 }
 
 void IdeWindow::ShowTitle() {
-  const QString path = ToQt(runner->GetProjectPath());
+  const QString path = ToQt(runner_->GetProjectPath());
   setWindowTitle(path.isEmpty() ? tr("Tarn")
                                 : tr("%1[*] - Tarn").arg(QFileInfo(path).completeBaseName()));
 }

@@ -48,16 +48,16 @@ class IdeWindow : public QMainWindow {
   // installation is broken.
   bool Start();
   // Opens a project in place of the current one. On error the user is informed.
-  void OpenProject(const std::string& path) { project->Open(path); }
+  void OpenProject(const std::string& path) { project_->Open(path); }
   // Opens projects and text files by absolute paths. The user is informed of those that can't be
   // opened.
   void OpenPaths(const std::vector<std::string>& paths);
   // Access for tests and the driver; owned by the window.
-  MainFrame& Frame() { return frame; }
-  CommandRunner& Commands() { return *runner; }
-  BuildSession& Session() { return *session; }
-  EditorTabs& Editors() { return *editors; }
-  OptionsWindow& Options() { return *options; }
+  MainFrame& Frame() { return frame_; }
+  CommandRunner& Commands() { return *runner_; }
+  BuildSession& Session() { return *session_; }
+  EditorTabs& Editors() { return *editors_; }
+  OptionsWindow& Options() { return *options_; }
 
  protected:
   // Asks about unsaved changes, then stops a running build and waits for its end.
@@ -90,32 +90,32 @@ class IdeWindow : public QMainWindow {
   void OnProjectChanged();
   void ShowTitle();
 
-  MainFrame frame;
-  std::unique_ptr<BuildSession> session;
-  std::unique_ptr<ServerNotices> notices;
-  std::unique_ptr<ProblemNavigator> problems;
-  std::unique_ptr<ProblemMarks> problemMarks;
-  std::unique_ptr<EditorMacros> macros;
-  std::unique_ptr<DeclarationSearch> declarations;
-  std::unique_ptr<CommandRunner> runner;
-  std::unique_ptr<ProjectActions> project;
-  std::unique_ptr<JournalKeeper> journal;  // null before Start
-  std::unique_ptr<CrashRecovery> recovery;
-  MenuCommands menuCommands;
-  std::unique_ptr<ServerSurface> surface;
-  FileSystem& files;
-  QtDialogs dialogs;  // shows the server's questions
-  WindowLayout layout{*this};
-  PaneCycle panes{*this};
-  EditorArea* area = nullptr;
-  QMenu* editMenu = nullptr;
-  EditorTabs* editors = nullptr;
-  OptionsWindow* options = nullptr;
-  FindingsPane* findings = nullptr;
-  StatusProgress* progress = nullptr;
-  QTimer refreshTimer;
-  bool isClosing = false;  // when the build has ended
-  int agreedChanges = 0;   // editors' change count when the user agreed to close
+  MainFrame frame_;
+  std::unique_ptr<BuildSession> session_;
+  std::unique_ptr<ServerNotices> notices_;
+  std::unique_ptr<ProblemNavigator> problems_;
+  std::unique_ptr<ProblemMarks> problemMarks_;
+  std::unique_ptr<EditorMacros> macros_;
+  std::unique_ptr<DeclarationSearch> declarations_;
+  std::unique_ptr<CommandRunner> runner_;
+  std::unique_ptr<ProjectActions> project_;
+  std::unique_ptr<JournalKeeper> journal_;  // null before Start
+  std::unique_ptr<CrashRecovery> recovery_;
+  MenuCommands menuCommands_;
+  std::unique_ptr<ServerSurface> surface_;
+  FileSystem& files_;
+  QtDialogs dialogs_;  // shows the server's questions
+  WindowLayout layout_{*this};
+  PaneCycle panes_{*this};
+  EditorArea* area_ = nullptr;
+  QMenu* editMenu_ = nullptr;
+  EditorTabs* editors_ = nullptr;
+  OptionsWindow* options_ = nullptr;
+  FindingsPane* findings_ = nullptr;
+  StatusProgress* progress_ = nullptr;
+  QTimer refreshTimer_;
+  bool isClosing_ = false;  // when the build has ended
+  int agreedChanges_ = 0;   // editors' change count when the user agreed to close
 };
 
 }  // namespace tarn::host

@@ -75,45 +75,45 @@ QString BrokenUp(QStringView message) {
 
 }  // namespace
 
-LineProblems::LineProblems(QsciScintilla& shownIn) : QObject(&shownIn), editor(shownIn) {
-  editor.setMarginType(kSymbolMargin, QsciScintilla::SymbolMargin);
-  editor.setMarginWidth(kSymbolMargin, kMarginWidth);
-  editor.setMarginMarkerMask(kSymbolMargin, 1 << kWarningMarker | 1 << kErrorMarker);
+LineProblems::LineProblems(QsciScintilla& shownIn) : QObject(&shownIn), editor_(shownIn) {
+  editor_.setMarginType(kSymbolMargin, QsciScintilla::SymbolMargin);
+  editor_.setMarginWidth(kSymbolMargin, kMarginWidth);
+  editor_.setMarginMarkerMask(kSymbolMargin, 1 << kWarningMarker | 1 << kErrorMarker);
   for (const int wave : {kWarningWave, kErrorWave}) {
-    editor.indicatorDefine(QsciScintilla::SquiggleLowIndicator, wave);
+    editor_.indicatorDefine(QsciScintilla::SquiggleLowIndicator, wave);
   }
-  connect(&editor, &Base::SCN_MODIFIED, this,
+  connect(&editor_, &Base::SCN_MODIFIED, this,
           [this](int position, int kind, const char*, int, int linesAdded) {
             if (linesAdded != 0) OnModified(position, kind, linesAdded);
           });
 }
 
 void LineProblems::Add(const std::vector<LineProblem>& more) {
-  const int last = std::max(0, editor.lines() - 1);
+  const int last = std::max(0, editor_.lines() - 1);
   for (const LineProblem& each : more) {
-    problems.push_back(each);
-    problems.back().line = std::clamp(each.line, 0, last);
-    Mark(problems.back());
+    problems_.push_back(each);
+    problems_.back().line = std::clamp(each.line, 0, last);
+    Mark(problems_.back());
   }
 }
 
 void LineProblems::Mark(const LineProblem& problem) {
   const auto line = static_cast<unsigned long>(problem.line);
-  const long shown = editor.SendScintilla(Base::SCI_MARKERGET, line);
+  const long shown = editor_.SendScintilla(Base::SCI_MARKERGET, line);
   if ((shown & 1 << kErrorMarker) != 0) return;
   if (problem.isError) {
-    editor.SendScintilla(Base::SCI_MARKERDELETE, line, long{kWarningMarker});
+    editor_.SendScintilla(Base::SCI_MARKERDELETE, line, long{kWarningMarker});
   } else if ((shown & 1 << kWarningMarker) != 0) {
     return;
   }
-  editor.SendScintilla(Base::SCI_MARKERADD, line,
-                       long{problem.isError ? kErrorMarker : kWarningMarker});
-  const long start = editor.SendScintilla(Base::SCI_GETLINEINDENTPOSITION, line);
-  const long end = editor.SendScintilla(Base::SCI_GETLINEENDPOSITION, line);
+  editor_.SendScintilla(Base::SCI_MARKERADD, line,
+                        long{problem.isError ? kErrorMarker : kWarningMarker});
+  const long start = editor_.SendScintilla(Base::SCI_GETLINEINDENTPOSITION, line);
+  const long end = editor_.SendScintilla(Base::SCI_GETLINEENDPOSITION, line);
   if (end <= start) return;
-  editor.SendScintilla(Base::SCI_SETINDICATORCURRENT, problem.isError ? kErrorWave : kWarningWave);
-  editor.SendScintilla(Base::SCI_INDICATORFILLRANGE, static_cast<unsigned long>(start),
-                       end - start);
+  editor_.SendScintilla(Base::SCI_SETINDICATORCURRENT, problem.isError ? kErrorWave : kWarningWave);
+  editor_.SendScintilla(Base::SCI_INDICATORFILLRANGE, static_cast<unsigned long>(start),
+                        end - start);
 }
 
 void LineProblems::Clear() {
@@ -121,52 +121,52 @@ void LineProblems::Clear() {
 }
 
 std::vector<LineProblem> LineProblems::Take() {
-  if (problems.empty()) return {};
+  if (problems_.empty()) return {};
   for (const int marker : {kWarningMarker, kErrorMarker}) {
-    editor.SendScintilla(Base::SCI_MARKERDELETEALL, marker);
+    editor_.SendScintilla(Base::SCI_MARKERDELETEALL, marker);
   }
   for (const int wave : {kWarningWave, kErrorWave}) {
-    editor.SendScintilla(Base::SCI_SETINDICATORCURRENT, wave);
-    editor.SendScintilla(Base::SCI_INDICATORCLEARRANGE, 0UL,
-                         editor.SendScintilla(Base::SCI_GETLENGTH));
+    editor_.SendScintilla(Base::SCI_SETINDICATORCURRENT, wave);
+    editor_.SendScintilla(Base::SCI_INDICATORCLEARRANGE, 0UL,
+                          editor_.SendScintilla(Base::SCI_GETLENGTH));
   }
-  return std::exchange(problems, {});
+  return std::exchange(problems_, {});
 }
 
 void LineProblems::Colour() {
-  const qreal ratio = editor.devicePixelRatioF();
-  editor.SendScintilla(Base::SCI_RGBAIMAGESETSCALE, static_cast<int>(100 * ratio));
-  editor.markerDefine(Symbol(false, ratio), kWarningMarker);
-  editor.markerDefine(Symbol(true, ratio), kErrorMarker);
-  editor.setIndicatorForegroundColor(ToTextColor(kWarningColor), kWarningWave);
-  editor.setIndicatorForegroundColor(ToTextColor(kErrorColor), kErrorWave);
+  const qreal ratio = editor_.devicePixelRatioF();
+  editor_.SendScintilla(Base::SCI_RGBAIMAGESETSCALE, static_cast<int>(100 * ratio));
+  editor_.markerDefine(Symbol(false, ratio), kWarningMarker);
+  editor_.markerDefine(Symbol(true, ratio), kErrorMarker);
+  editor_.setIndicatorForegroundColor(ToTextColor(kWarningColor), kWarningWave);
+  editor_.setIndicatorForegroundColor(ToTextColor(kErrorColor), kErrorWave);
 }
 
 // Mirrors how the component moves its markers, which carry no messages: text inserted at the start
 // of a line moves that line down, and deleted lines pass their markers to the line before.
 void LineProblems::OnModified(int position, int kind, int linesAdded) {
-  if (problems.empty()) return;
+  if (problems_.empty()) return;
   const auto start = static_cast<unsigned long>(position);
-  const auto line = static_cast<int>(editor.SendScintilla(Base::SCI_LINEFROMPOSITION, start));
+  const auto line = static_cast<int>(editor_.SendScintilla(Base::SCI_LINEFROMPOSITION, start));
   if ((kind & Base::SC_MOD_INSERTTEXT) != 0) {
-    const bool isAtStart = editor.SendScintilla(Base::SCI_POSITIONFROMLINE,
-                                                static_cast<unsigned long>(line)) == position;
+    const bool isAtStart = editor_.SendScintilla(Base::SCI_POSITIONFROMLINE,
+                                                 static_cast<unsigned long>(line)) == position;
     const int firstMoved = isAtStart ? line : line + 1;
-    for (LineProblem& each : problems) {
+    for (LineProblem& each : problems_) {
       if (each.line >= firstMoved) each.line += linesAdded;
     }
   } else if ((kind & Base::SC_MOD_DELETETEXT) != 0) {
-    for (LineProblem& each : problems) {
+    for (LineProblem& each : problems_) {
       if (each.line > line) each.line = std::max(line, each.line + linesAdded);
     }
   }
 }
 
 QString LineProblems::TextAt(QPoint place) const {
-  const int line = problems.empty() ? -1 : LineAt(place);
+  const int line = problems_.empty() ? -1 : LineAt(place);
   QString texts;
   int count = 0;
-  for (const LineProblem& each : problems) {
+  for (const LineProblem& each : problems_) {
     if (each.line != line) continue;
     if (++count > kTipMessages) {
       texts += QChar(0x2026);
@@ -180,16 +180,16 @@ QString LineProblems::TextAt(QPoint place) const {
 // Returns -1 if the position is to the right of or below the text.
 int LineProblems::LineAt(QPoint place) const {
   const auto x = static_cast<unsigned long>(std::max(0, place.x()));
-  const long position = editor.SendScintilla(Base::SCI_POSITIONFROMPOINT, x, long{place.y()});
+  const long position = editor_.SendScintilla(Base::SCI_POSITIONFROMPOINT, x, long{place.y()});
   const auto line =
-      editor.SendScintilla(Base::SCI_LINEFROMPOSITION, static_cast<unsigned long>(position));
+      editor_.SendScintilla(Base::SCI_LINEFROMPOSITION, static_cast<unsigned long>(position));
   const long end =
-      editor.SendScintilla(Base::SCI_GETLINEENDPOSITION, static_cast<unsigned long>(line));
-  const long bottom = editor.SendScintilla(Base::SCI_POINTYFROMPOSITION, 0UL, end) +
-                      editor.SendScintilla(Base::SCI_TEXTHEIGHT, static_cast<unsigned long>(line));
-  const long right = editor.SendScintilla(Base::SCI_POINTXFROMPOSITION, 0UL, end);
+      editor_.SendScintilla(Base::SCI_GETLINEENDPOSITION, static_cast<unsigned long>(line));
+  const long bottom = editor_.SendScintilla(Base::SCI_POINTYFROMPOSITION, 0UL, end) +
+                      editor_.SendScintilla(Base::SCI_TEXTHEIGHT, static_cast<unsigned long>(line));
+  const long right = editor_.SendScintilla(Base::SCI_POINTXFROMPOSITION, 0UL, end);
   int margins = 0;
-  for (int margin = 0; margin <= 2; ++margin) margins += editor.marginWidth(margin);
+  for (int margin = 0; margin <= 2; ++margin) margins += editor_.marginWidth(margin);
   const bool isInside = place.y() < bottom && (place.x() < margins || place.x() <= right);
   return isInside ? static_cast<int>(line) : -1;
 }

@@ -30,15 +30,15 @@ class LineProblems : public QObject {
   // Returns the messages at a position of the editor as rich text; an empty string if there are
   // none.
   QString TextAt(QPoint place) const;
-  const std::vector<LineProblem>& GetAll() const { return problems; }
+  const std::vector<LineProblem>& GetAll() const { return problems_; }
 
  private:
   void OnModified(int position, int kind, int linesAdded);
   void Mark(const LineProblem& problem);
   int LineAt(QPoint place) const;
 
-  QsciScintilla& editor;
-  std::vector<LineProblem> problems;  // unsorted
+  QsciScintilla& editor_;
+  std::vector<LineProblem> problems_;  // unsorted
 };
 
 }  // namespace tarn::host

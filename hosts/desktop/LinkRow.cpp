@@ -17,10 +17,10 @@ constexpr int kWrapped = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
 
 LinkRow::LinkRow(const QIcon& picture, const QString& label, const QString& below,
                  Remark kindOfRemark, QWidget* parent)
-    : QAbstractButton(parent), remark(below), kind(kindOfRemark) {
+    : QAbstractButton(parent), remark_(below), kind_(kindOfRemark) {
   setIcon(picture);
   setText(label);
-  if (kind == Remark::Path) setToolTip(below);
+  if (kind_ == Remark::Path) setToolTip(below);
   setAccessibleName(label);
   setAccessibleDescription(below);
   setFocusPolicy(Qt::StrongFocus);
@@ -43,11 +43,11 @@ QSize LinkRow::sizeHint() const {
 
 int LinkRow::heightForWidth(int width) const {
   int height = fontMetrics().height();
-  if (!remark.isEmpty()) {
+  if (!remark_.isEmpty()) {
     const QFontMetrics metrics(RemarkFont());
     const QRect room(0, 0, width - 3 * kSpace - kIcon, 0);
-    height += kind == Remark::Path ? metrics.height()
-                                   : metrics.boundingRect(room, kWrapped, remark).height();
+    height += kind_ == Remark::Path ? metrics.height()
+                                    : metrics.boundingRect(room, kWrapped, remark_).height();
   }
   return std::max(height, kIcon) + 2 * kSpace;
 }
@@ -83,7 +83,7 @@ void LinkRow::paintEvent(QPaintEvent*) {
   QRect texts = content.adjusted(kIcon + kSpace, 0, 0, 0);
   painter.setPen(colours.color(QPalette::WindowText));
   const int flags = Qt::AlignLeft | Qt::TextSingleLine;
-  if (remark.isEmpty()) {
+  if (remark_.isEmpty()) {
     painter.drawText(texts, flags | Qt::AlignVCenter,
                      fontMetrics().elidedText(text(), Qt::ElideRight, texts.width()));
     return;
@@ -95,12 +95,12 @@ void LinkRow::paintEvent(QPaintEvent*) {
   painter.setPen(dim);
   painter.setFont(RemarkFont());
   texts.setTop(texts.top() + fontMetrics().height());
-  if (kind == Remark::Text) {
-    painter.drawText(texts, kWrapped | Qt::TextDontClip, remark);
+  if (kind_ == Remark::Text) {
+    painter.drawText(texts, kWrapped | Qt::TextDontClip, remark_);
     return;
   }
   painter.drawText(texts, flags | Qt::AlignTop,
-                   painter.fontMetrics().elidedText(remark, Qt::ElideMiddle, texts.width()));
+                   painter.fontMetrics().elidedText(remark_, Qt::ElideMiddle, texts.width()));
 }
 
 }  // namespace tarn::host

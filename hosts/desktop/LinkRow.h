@@ -25,8 +25,8 @@ class LinkRow : public QAbstractButton {
  private:
   QFont RemarkFont() const;
 
-  QString remark;
-  const Remark kind;
+  QString remark_;
+  const Remark kind_;
 };
 
 }  // namespace tarn::host

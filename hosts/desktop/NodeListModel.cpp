@@ -26,27 +26,27 @@ constexpr TypePicture kPictures[] = {
 }  // namespace
 
 NodeListModel::NodeListModel(QString pictureFolder, QObject* parent)
-    : QAbstractListModel(parent), pictures(std::move(pictureFolder)) {}
+    : QAbstractListModel(parent), pictures_(std::move(pictureFolder)) {}
 
 void NodeListModel::SetNodes(std::vector<IndexedNode> allNodes) {
   beginResetModel();
-  nodes = std::move(allNodes);
-  rows.clear();
+  nodes_ = std::move(allNodes);
+  rows_.clear();
   endResetModel();
 }
 
 void NodeListModel::SetText(const QString& text) {
   beginResetModel();
-  rows = FindNodes(nodes, text);
+  rows_ = FindNodes(nodes_, text);
   endResetModel();
 }
 
 const IndexedNode& NodeListModel::NodeAt(int row) const {
-  return nodes[static_cast<std::size_t>(rows[static_cast<std::size_t>(row)])];
+  return nodes_[static_cast<std::size_t>(rows_[static_cast<std::size_t>(row)])];
 }
 
 int NodeListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(rows.size());
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
 QVariant NodeListModel::data(const QModelIndex& index, int role) const {
@@ -69,13 +69,13 @@ QVariant NodeListModel::data(const QModelIndex& index, int role) const {
 }
 
 QIcon NodeListModel::PictureOf(const QString& type) const {
-  const auto found = icons.constFind(type);
-  if (found != icons.cend()) return *found;
+  const auto found = icons_.constFind(type);
+  if (found != icons_.cend()) return *found;
   QString name = "text";
   for (const TypePicture& each : kPictures) {
     if (type == QLatin1String(each.type)) name = QLatin1String(each.picture);
   }
-  return *icons.insert(type, QIcon(pictures + "node-" + name + ".svg"));
+  return *icons_.insert(type, QIcon(pictures_ + "node-" + name + ".svg"));
 }
 
 }  // namespace tarn::host

@@ -28,10 +28,10 @@ class NodeListModel : public QAbstractListModel {
  private:
   QIcon PictureOf(const QString& type) const;
 
-  QString pictures;
-  std::vector<IndexedNode> nodes;
-  std::vector<int> rows;
-  mutable QHash<QString, QIcon> icons;
+  QString pictures_;
+  std::vector<IndexedNode> nodes_;
+  std::vector<int> rows_;
+  mutable QHash<QString, QIcon> icons_;
 };
 
 }  // namespace tarn::host

@@ -126,8 +126,8 @@ std::string JoinList(const std::vector<std::string>& entries) {
 }
 
 std::string NodeOptions::ReadMark() {
-  OptionsDriver& options = session.Options();
-  const std::string project = session.HasProject() ? session.GetProjectPath() : std::string();
+  OptionsDriver& options = session_.Options();
+  const std::string project = session_.HasProject() ? session_.GetProjectPath() : std::string();
   return project + "\n" + options.GetValuesAsText() + "\n" + options.ListConfigurations() + "\n" +
          options.GetUndoProperty() + "\n" + options.GetRedoProperty() + "\n" +
          std::to_string(options.GetSwitchCount());
@@ -135,22 +135,22 @@ std::string NodeOptions::ReadMark() {
 
 // The placeholder project's options are not shown.
 bool NodeOptions::HasNode(const OptionValues& values) {
-  return session.HasProject() && !values.GetOwnSet().empty();
+  return session_.HasProject() && !values.GetOwnSet().empty();
 }
 
 std::string NodeOptions::GetKind() {
-  const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
+  const OptionValues values = OptionValues::FromText(session_.Options().GetValuesAsText());
   return HasNode(values) ? values.GetOwnSet() : std::string();
 }
 
 ConfigurationList NodeOptions::ReadConfigurations() {
-  const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
+  const OptionValues values = OptionValues::FromText(session_.Options().GetValuesAsText());
   return HasNode(values) ? ReadConfigurations(values) : ConfigurationList();
 }
 
 ConfigurationList NodeOptions::ReadConfigurations(const OptionValues& values) {
   ConfigurationList list{values.GetConfig(), {}};
-  const std::string lines = session.Options().ListConfigurations();
+  const std::string lines = session_.Options().ListConfigurations();
   for (const std::string_view line : Split(lines, '\n')) {
     if (!line.empty()) list.names.emplace_back(line);
   }
@@ -162,7 +162,7 @@ ConfigurationList NodeOptions::ReadConfigurations(const OptionValues& values) {
 }
 
 OptionSheet NodeOptions::Read(const std::string& set) {
-  const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
+  const OptionValues values = OptionValues::FromText(session_.Options().GetValuesAsText());
   OptionSheet sheet;
   if (!HasNode(values)) return sheet;
   sheet.ownSet = values.GetOwnSet();
@@ -171,7 +171,7 @@ OptionSheet NodeOptions::Read(const std::string& set) {
   sheet.folder = values.Get("", kGeneral, "ApplicationDir");
   sheet.configurations = ReadConfigurations(values);
 
-  const OptionTable all(session.Options().ListProperties(""));
+  const OptionTable all(session_.Options().ListProperties(""));
   // Values set at a project are not inherited by its applications.
   const bool isFile = !values.Get(sheet.ownSet, kGeneral, "NodePath").empty();
   const bool isProject = !values.Get(sheet.ownSet, kGeneral, "ProjectPath").empty();
@@ -184,7 +184,7 @@ OptionSheet NodeOptions::Read(const std::string& set) {
                                    [&set](const auto& each) { return each.name == set; });
   sheet.set = isInner ? set : sheet.ownSet;
 
-  const OptionTable table(session.Options().ListProperties(sheet.set));
+  const OptionTable table(session_.Options().ListProperties(sheet.set));
   std::vector<OptionRow> rows;
   for (const OptionDefinition& option : table.GetOf(sheet.set)) {
     // Only nodes have a name, not a kind of node.
@@ -192,8 +192,8 @@ OptionSheet NodeOptions::Read(const std::string& set) {
     rows.push_back(ReadRow(option, values, sheet.folder));
   }
   sheet.sections = InSections(std::move(rows));
-  sheet.undo = LabelOf(session.Options().GetUndoProperty());
-  sheet.redo = LabelOf(session.Options().GetRedoProperty());
+  sheet.undo = LabelOf(session_.Options().GetUndoProperty());
+  sheet.redo = LabelOf(session_.Options().GetRedoProperty());
   return sheet;
 }
 
@@ -203,8 +203,8 @@ OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionV
   OptionRow row;
   row.definition = definition;
   row.kind = KindOf(definition.type);
-  row.value = session.Manager().GetPropertyValue(set, definition.section, definition.name);
-  row.shown = session.Options().GetPropertyStringValue(set, definition.section, definition.name);
+  row.value = session_.Manager().GetPropertyValue(set, definition.section, definition.name);
+  row.shown = session_.Options().GetPropertyStringValue(set, definition.section, definition.name);
   const bool isPath = row.kind == OptionKind::File || row.kind == OptionKind::Folder;
   if (isPath && !folder.empty() && row.shown.starts_with(folder)) row.shown.erase(0, folder.size());
   const std::string* const raw = values.Find(set, definition.section, definition.name);
@@ -217,7 +217,7 @@ OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionV
 
 void NodeOptions::FindSource(OptionRow& row) {
   const OptionDefinition& option = row.definition;
-  const std::string origin = session.Options().GetOrigin(option.set, option.section, option.name);
+  const std::string origin = session_.Options().GetOrigin(option.set, option.section, option.name);
   OptionKey referred;
   if (origin == "own") {
     row.source = OptionSource::Own;
@@ -230,7 +230,7 @@ void NodeOptions::FindSource(OptionRow& row) {
     }
   } else if (!row.value.empty() && IsReference(row.written, referred)) {
     row.source = OptionSource::Reference;
-    row.sourceLabel = session.Manager().GetPropertyValue(referred.set, kGeneral, "Header");
+    row.sourceLabel = session_.Manager().GetPropertyValue(referred.set, kGeneral, "Header");
     row.sourceKind = referred.set;
     if (referred.set.empty() || row.sourceLabel.empty()) row.source = OptionSource::Definition;
   } else if (!row.value.empty()) {
@@ -240,15 +240,15 @@ void NodeOptions::FindSource(OptionRow& row) {
 
 std::vector<StoredValue> NodeOptions::Explain(const OptionDefinition& option) {
   return ReadStoredValues(
-      option.set, session.Inspector().ExplainOption(option.set, option.section, option.name));
+      option.set, session_.Inspector().ExplainOption(option.set, option.section, option.name));
 }
 
 std::string NodeOptions::Check(const OptionDefinition& option, const std::string& value) {
-  return session.Options().CheckValue(option.set, option.section, option.name, value);
+  return session_.Options().CheckValue(option.set, option.section, option.name, value);
 }
 
 std::vector<std::string> NodeOptions::ListTypes() {
-  const OptionTable table(session.Options().ListProperties(""));
+  const OptionTable table(session_.Options().ListProperties(""));
   std::vector<std::string> names;
   for (const OptionSet& set : table.GetSets()) {
     if (set.name != "*") names.push_back(set.name);
@@ -261,41 +261,41 @@ std::vector<std::string> NodeOptions::ListTypes() {
 // started elsewhere locks them too, but then any node may be current, so the change is refused.
 bool NodeOptions::Unheld(const std::function<bool()>& change) {
   if (change()) return true;
-  if (session.Manager().EnableCommand(TARN_CMD_STOP) != 0) return false;
-  session.Options().EndUpdate();
+  if (session_.Manager().EnableCommand(TARN_CMD_STOP) != 0) return false;
+  session_.Options().EndUpdate();
   const bool isDone = change();
-  session.Options().BeginUpdate();
+  session_.Options().BeginUpdate();
   return isDone;
 }
 
 bool NodeOptions::Set(const OptionDefinition& option, const std::string& value) {
   const bool isTaken = Unheld([&] {
-    return session.Options().SetChangedProperty(option.set, option.section, option.name, value) !=
+    return session_.Options().SetChangedProperty(option.set, option.section, option.name, value) !=
            0;
   });
-  if (isTaken) session.Manager().Command(option.command);
+  if (isTaken) session_.Manager().Command(option.command);
   return isTaken;
 }
 
 bool NodeOptions::Reset(const OptionDefinition& option) {
   const bool isTaken = Unheld([&] {
-    return session.Options().ResetChangedProperty(option.set, option.section, option.name) != 0;
+    return session_.Options().ResetChangedProperty(option.set, option.section, option.name) != 0;
   });
-  if (isTaken) session.Manager().Command(TARN_CMD_RESET_OPTION);
+  if (isTaken) session_.Manager().Command(TARN_CMD_RESET_OPTION);
   return isTaken;
 }
 
 bool NodeOptions::Undo() {
-  std::string key = session.Options().GetUndoProperty();
+  std::string key = session_.Options().GetUndoProperty();
   if (key.empty()) return false;
-  Unheld([&] { return !(key = session.Options().Undo()).empty(); });
+  Unheld([&] { return !(key = session_.Options().Undo()).empty(); });
   return Follow(key);
 }
 
 bool NodeOptions::Redo() {
-  std::string key = session.Options().GetRedoProperty();
+  std::string key = session_.Options().GetRedoProperty();
   if (key.empty()) return false;
-  Unheld([&] { return !(key = session.Options().Redo()).empty(); });
+  Unheld([&] { return !(key = session_.Options().Redo()).empty(); });
   return Follow(key);
 }
 
@@ -312,32 +312,32 @@ std::optional<OptionDefinition> FindByKey(OptionsDriver& options, const std::str
 
 // Makes the project store what the options component has changed.
 bool NodeOptions::Follow(const std::string& key) {
-  const std::optional<OptionDefinition> option = FindByKey(session.Options(), key);
+  const std::optional<OptionDefinition> option = FindByKey(session_.Options(), key);
   if (!option) return false;
   const bool isOwn =
-      session.Options().GetOrigin(option->set, option->section, option->name) == "own";
-  session.Manager().Command(isOwn ? option->command : std::uint32_t{TARN_CMD_RESET_OPTION});
+      session_.Options().GetOrigin(option->set, option->section, option->name) == "own";
+  session_.Manager().Command(isOwn ? option->command : std::uint32_t{TARN_CMD_RESET_OPTION});
   return true;
 }
 
 std::string NodeOptions::LabelOf(const std::string& key) {
-  const std::optional<OptionDefinition> option = FindByKey(session.Options(), key);
+  const std::optional<OptionDefinition> option = FindByKey(session_.Options(), key);
   return option ? option->label : std::string();
 }
 
 void NodeOptions::ResetAll() {
-  session.Manager().Command(TARN_CMD_RESET_NODE_OPTIONS);
+  session_.Manager().Command(TARN_CMD_RESET_NODE_OPTIONS);
 }
 
 // The name is set for this command only: a later command without a name must not reuse it.
 void NodeOptions::SelectConfiguration(const std::string& name) {
-  session.Options().SetNewConfigName(name);
-  session.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
-  session.Options().SetNewConfigName({});
+  session_.Options().SetNewConfigName(name);
+  session_.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
+  session_.Options().SetNewConfigName({});
 }
 
 std::string NodeOptions::AddConfiguration(const std::string& name) {
-  const Status added = tarn::host::AddConfiguration(session, {name, {}});
+  const Status added = tarn::host::AddConfiguration(session_, {name, {}});
   if (!added) return added.GetError().text;
   SelectConfiguration(name);
   return {};

@@ -88,7 +88,7 @@ std::string JoinList(const std::vector<std::string>& entries);
 // Borrows the session. Main thread only.
 class NodeOptions {
  public:
-  explicit NodeOptions(BuildSession& buildSession) : session(buildSession) {}
+  explicit NodeOptions(BuildSession& buildSession) : session_(buildSession) {}
 
   // Returns the options of `set`, or of the node's own set if that is empty or not available. Empty
   // while no project is open.
@@ -97,7 +97,7 @@ class NodeOptions {
   std::string ReadMark();
   // A counter that changes when a script hides options or the like, for which there is no
   // notification.
-  std::int32_t GetSwitchCount() { return session.Options().GetSwitchCount(); }
+  std::int32_t GetSwitchCount() { return session_.Options().GetSwitchCount(); }
   // Returns the values stored for an option at the levels from the application to the node.
   std::vector<StoredValue> Explain(const OptionDefinition& option);
 
@@ -124,8 +124,8 @@ class NodeOptions {
   std::string AddConfiguration(const std::string& name);
 
   // State of the options window, a string that the server stores per node.
-  std::string GetViewState() { return session.Options().GetPropState(); }
-  void SetViewState(const std::string& state) { session.Options().SetPropState(state); }
+  std::string GetViewState() { return session_.Options().GetPropState(); }
+  void SetViewState(const std::string& state) { session_.Options().SetPropState(state); }
 
  private:
   bool HasNode(const OptionValues& values);
@@ -137,7 +137,7 @@ class NodeOptions {
   bool Follow(const std::string& key);
   bool Unheld(const std::function<bool()>& change);
 
-  BuildSession& session;
+  BuildSession& session_;
 };
 
 }  // namespace tarn::host

@@ -88,23 +88,23 @@ void ChoiceEditor::hidePopup() {
 }
 
 TextEditor::TextEditor(const OptionRow& optionRow, const QString& folder, QWidget* parent)
-    : QWidget(parent), row(optionRow), baseFolder(folder) {
+    : QWidget(parent), row_(optionRow), baseFolder_(folder) {
   setAutoFillBackground(true);
-  line = new QLineEdit(this);
-  line->setFrame(false);
-  line->setAccessibleName(ToQt(row.definition.label));
+  line_ = new QLineEdit(this);
+  line_->setFrame(false);
+  line_->setAccessibleName(ToQt(row_.definition.label));
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  layout->addWidget(line);
-  setFocusProxy(line);
-  if (row.kind != OptionKind::Text && row.kind != OptionKind::Number) AddButton();
+  layout->addWidget(line_);
+  setFocusProxy(line_);
+  if (row_.kind != OptionKind::Text && row_.kind != OptionKind::Number) AddButton();
 }
 
 void TextEditor::AddButton() {
   auto* const button = new QToolButton(this);
   button->setText("...");
-  const bool isList = row.kind == OptionKind::List || row.kind == OptionKind::Paths;
+  const bool isList = row_.kind == OptionKind::List || row_.kind == OptionKind::Paths;
   button->setToolTip(isList ? tr("Edit the list (Alt+Down)") : tr("Choose (Alt+Down)"));
   button->setAccessibleName(button->toolTip());
   button->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Down));
@@ -115,40 +115,40 @@ void TextEditor::AddButton() {
 }
 
 QString TextEditor::GetText() const {
-  return line->text();
+  return line_->text();
 }
 
 void TextEditor::SetText(const QString& text) {
-  line->setText(text);
+  line_->setText(text);
 }
 
 void TextEditor::OpenDialog() {
-  if (row.kind == OptionKind::List || row.kind == OptionKind::Paths) {
-    auto* const dialog = new ListDialog(row, line->text(), baseFolder, window());
+  if (row_.kind == OptionKind::List || row_.kind == OptionKind::Paths) {
+    auto* const dialog = new ListDialog(row_, line_->text(), baseFolder_, window());
     Show(dialog, [dialog] { return dialog->GetText(); });
     return;
   }
-  const QString present = QDir(baseFolder).absoluteFilePath(ToQt(row.value));
-  auto* const dialog = new QFileDialog(window(), ToQt(row.definition.label));
+  const QString present = QDir(baseFolder_).absoluteFilePath(ToQt(row_.value));
+  auto* const dialog = new QFileDialog(window(), ToQt(row_.definition.label));
   // An output file need not exist yet.
-  dialog->setFileMode(row.kind == OptionKind::Folder ? QFileDialog::Directory
-                                                     : QFileDialog::AnyFile);
+  dialog->setFileMode(row_.kind == OptionKind::Folder ? QFileDialog::Directory
+                                                      : QFileDialog::AnyFile);
   dialog->setLabelText(QFileDialog::Accept, tr("Choose"));
   dialog->setDirectory(QFileInfo(present).isDir() ? present : QFileInfo(present).path());
-  if (!row.value.empty()) dialog->selectFile(QFileInfo(present).fileName());
+  if (!row_.value.empty()) dialog->selectFile(QFileInfo(present).fileName());
   Show(dialog,
-       [dialog, this] { return WrittenPath(dialog->selectedFiles().value(0), baseFolder); });
+       [dialog, this] { return WrittenPath(dialog->selectedFiles().value(0), baseFolder_); });
 }
 
 // The editor may have been deleted by the time the dialog is closed.
 void TextEditor::Show(QDialog* dialog, const std::function<QString()>& result) {
-  isDialogOpen = true;
+  isDialogOpen_ = true;
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   QObject::connect(dialog, &QDialog::finished, this, [this, result](int code) {
-    isDialogOpen = false;
-    line->setFocus();
+    isDialogOpen_ = false;
+    line_->setFocus();
     if (code != QDialog::Accepted) return;
-    line->setText(result());
+    line_->setText(result());
     if (onChosen) onChosen();
   });
   dialog->open();
@@ -158,13 +158,13 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
                        QWidget* parent)
     : QDialog(parent) {
   setWindowTitle(ToQt(row.definition.label));
-  list = new QListWidget(this);
-  list->setAccessibleName(windowTitle());
-  list->setDragDropMode(QAbstractItemView::InternalMove);
-  list->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
-                        QAbstractItemView::SelectedClicked);
-  for (const std::string& entry : SplitList(FromQt(text))) list->addItem(MakeEntry(ToQt(entry)));
-  if (list->count() > 0) list->setCurrentRow(0);
+  list_ = new QListWidget(this);
+  list_->setAccessibleName(windowTitle());
+  list_->setDragDropMode(QAbstractItemView::InternalMove);
+  list_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                         QAbstractItemView::SelectedClicked);
+  for (const std::string& entry : SplitList(FromQt(text))) list_->addItem(MakeEntry(ToQt(entry)));
+  if (list_->count() > 0) list_->setCurrentRow(0);
 
   auto* const buttons = MakeButtons(row.kind == OptionKind::Paths, baseFolder);
   auto* const box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -174,7 +174,7 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
       new QLabel(tr("%1 stands for the inherited value.").arg(QString(kInherited)), this);
   hint->setForegroundRole(QPalette::PlaceholderText);
   auto* const middle = new QHBoxLayout;
-  middle->addWidget(list, 1);
+  middle->addWidget(list_, 1);
   middle->addLayout(buttons);
   auto* const layout = new QVBoxLayout(this);
   layout->addLayout(middle, 1);
@@ -194,12 +194,12 @@ QLayout* ListDialog::MakeButtons(bool isPaths, const QString& baseFolder) {
     return button;
   };
   const auto add = [this](const QString& entry) {
-    const int place = list->currentRow() + 1;
-    list->insertItem(place, MakeEntry(entry));
-    list->setCurrentRow(place);
-    return list->item(place);
+    const int place = list_->currentRow() + 1;
+    list_->insertItem(place, MakeEntry(entry));
+    list_->setCurrentRow(place);
+    return list_->item(place);
   };
-  addButton(tr("&Add"), [this, add] { list->editItem(add({})); });
+  addButton(tr("&Add"), [this, add] { list_->editItem(add({})); });
   if (isPaths) {
     addButton(tr("Add &folder..."), [this, add, baseFolder] {
       const QString folder = AskFolder(this, baseFolder);
@@ -208,33 +208,33 @@ QLayout* ListDialog::MakeButtons(bool isPaths, const QString& baseFolder) {
   }
   auto* const inherit = addButton(tr("Add &inherited"), [add] { add(kInherited); });
   inherit->setToolTip(tr("Insert the inherited value"));
-  auto* const remove = addButton(tr("&Remove"), [this] { delete list->currentItem(); });
+  auto* const remove = addButton(tr("&Remove"), [this] { delete list_->currentItem(); });
   const auto move = [this](int step) {
-    const int from = list->currentRow();
+    const int from = list_->currentRow();
     const int to = from + step;
-    if (from < 0 || to < 0 || to >= list->count()) return;
-    list->insertItem(to, list->takeItem(from));
-    list->setCurrentRow(to);
+    if (from < 0 || to < 0 || to >= list_->count()) return;
+    list_->insertItem(to, list_->takeItem(from));
+    list_->setCurrentRow(to);
   };
   auto* const up = addButton(tr("Move &up"), [move] { move(-1); });
   auto* const down = addButton(tr("Move &down"), [move] { move(1); });
   buttons->addStretch();
   const auto refresh = [this, remove, up, down] {
-    const int place = list->currentRow();
+    const int place = list_->currentRow();
     remove->setEnabled(place >= 0);
     up->setEnabled(place > 0);
-    down->setEnabled(place >= 0 && place + 1 < list->count());
+    down->setEnabled(place >= 0 && place + 1 < list_->count());
   };
-  QObject::connect(list, &QListWidget::currentRowChanged, this, refresh);
+  QObject::connect(list_, &QListWidget::currentRowChanged, this, refresh);
   refresh();
   return buttons;
 }
 
 QString ListDialog::GetText() const {
   std::vector<std::string> entries;
-  for (int i = 0; i < list->count(); ++i) {
+  for (int i = 0; i < list_->count(); ++i) {
     // A semicolon splits an entry in two.
-    for (std::string& entry : SplitList(FromQt(list->item(i)->text()))) {
+    for (std::string& entry : SplitList(FromQt(list_->item(i)->text()))) {
       entries.push_back(std::move(entry));
     }
   }

@@ -42,10 +42,10 @@ class TextEditor : public QWidget {
   // Paths below `baseFolder` are written relative to it.
   TextEditor(const OptionRow& row, const QString& baseFolder, QWidget* parent);
 
-  QLineEdit* Line() const { return line; }
+  QLineEdit* Line() const { return line_; }
   QString GetText() const;
   void SetText(const QString& text);
-  bool IsDialogOpen() const { return isDialogOpen; }
+  bool IsDialogOpen() const { return isDialogOpen_; }
 
   // Called when a dialog was closed with a new text, which is final.
   std::function<void()> onChosen;
@@ -55,10 +55,10 @@ class TextEditor : public QWidget {
   void OpenDialog();
   void Show(QDialog* dialog, const std::function<QString()>& result);
 
-  const OptionRow row;
-  const QString baseFolder;
-  QLineEdit* line = nullptr;
-  bool isDialogOpen = false;
+  const OptionRow row_;
+  const QString baseFolder_;
+  QLineEdit* line_ = nullptr;
+  bool isDialogOpen_ = false;
 };
 
 // Edits a list of strings or folders, one per line, in order of precedence.
@@ -73,7 +73,7 @@ class ListDialog : public QDialog {
  private:
   QLayout* MakeButtons(bool isPaths, const QString& baseFolder);
 
-  QListWidget* list = nullptr;
+  QListWidget* list_ = nullptr;
 };
 
 // Returns a path as stored in an option: relative to the folder if it is below it.

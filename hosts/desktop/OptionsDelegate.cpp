@@ -62,7 +62,7 @@ void DrawReset(QPainter& painter, const QRect& place, const QColor& colour) {
 }  // namespace
 
 OptionsDelegate::OptionsDelegate(QTreeView& treeView)
-    : QStyledItemDelegate(&treeView), view(treeView) {}
+    : QStyledItemDelegate(&treeView), view_(treeView) {}
 
 const OptionRow* OptionsDelegate::RowOf(const QModelIndex& index) const {
   const auto* const model = dynamic_cast<const OptionsModel*>(index.model());
@@ -117,7 +117,7 @@ void OptionsDelegate::initStyleOption(QStyleOptionViewItem* option,
 QSize OptionsDelegate::sizeHint(const QStyleOptionViewItem& option,
                                 const QModelIndex& index) const {
   QSize size = QStyledItemDelegate::sizeHint(option, index);
-  size.setHeight(QFontMetrics(view.font()).height() + kRowPadding);
+  size.setHeight(QFontMetrics(view_.font()).height() + kRowPadding);
   return size;
 }
 
@@ -126,23 +126,23 @@ QWidget* OptionsDelegate::createEditor(QWidget* parent, const QStyleOptionViewIt
   const OptionRow* const row = RowOf(index);
   if (row == nullptr) return nullptr;
   auto* const self = const_cast<OptionsDelegate*>(this);
-  edited = index;
-  hasText = false;
+  edited_ = index;
+  hasText_ = false;
   if (row->kind == OptionKind::Choice) {
     auto* const editor = new ChoiceEditor(*row, parent);
     QObject::connect(editor, &QComboBox::activated, self, [self, editor] { self->Finish(editor); });
     editor->onClosed = [self, editor] { self->Close(editor); };
-    open = editor;
+    open_ = editor;
     return editor;
   }
   auto* const editor = new TextEditor(*row, baseFolder, parent);
   editor->Line()->installEventFilter(self);
   QObject::connect(editor->Line(), &QLineEdit::textEdited, self, [self, editor] {
-    self->hasText = true;
+    self->hasText_ = true;
     self->Fits(*editor);
   });
   editor->onChosen = [self, editor] { self->Finish(editor); };
-  open = editor;
+  open_ = editor;
   return editor;
 }
 
@@ -150,7 +150,7 @@ void OptionsDelegate::setEditorData(QWidget* editor, const QModelIndex& index) c
   const QString text = index.data(Qt::EditRole).toString();
   if (auto* const choice = dynamic_cast<ChoiceEditor*>(editor)) {
     if (!choice->view()->isVisible()) choice->SetText(text);
-  } else if (auto* const line = dynamic_cast<TextEditor*>(editor); line != nullptr && !hasText) {
+  } else if (auto* const line = dynamic_cast<TextEditor*>(editor); line != nullptr && !hasText_) {
     // A refresh from the server must not discard the user's input.
     line->SetText(text);
     line->Line()->selectAll();
@@ -176,8 +176,8 @@ void OptionsDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionVi
 }
 
 void OptionsDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const {
-  delete bubble.data();
-  edited = QPersistentModelIndex();
+  delete bubble_.data();
+  edited_ = QPersistentModelIndex();
   QStyledItemDelegate::destroyEditor(editor, index);
 }
 
@@ -205,7 +205,7 @@ bool OptionsDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* itemView,
 }
 
 bool OptionsDelegate::Fits(QWidget& editor) {
-  const OptionRow* const row = RowOf(edited);
+  const OptionRow* const row = RowOf(edited_);
   const auto* const text = dynamic_cast<TextEditor*>(&editor);
   QString problem;
   if (row != nullptr && text != nullptr && check && text->GetText() != EditText(*row)) {
@@ -218,7 +218,7 @@ bool OptionsDelegate::Fits(QWidget& editor) {
 void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
   auto* const text = dynamic_cast<TextEditor*>(&editor);
   if (text != nullptr) {
-    QPalette colours = view.palette();
+    QPalette colours = view_.palette();
     if (!problem.isEmpty()) {
       colours.setColor(QPalette::Base, IsDarkPalette() ? QColor(0x5c2323) : QColor(0xffe3e0));
     }
@@ -226,57 +226,57 @@ void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
     text->Line()->setAccessibleDescription(problem);
   }
   if (problem.isEmpty()) {
-    delete bubble.data();
+    delete bubble_.data();
     return;
   }
-  if (!bubble) {
-    bubble = new QLabel(view.viewport());
-    bubble->setObjectName("problem");
-    bubble->setTextFormat(Qt::PlainText);
-    bubble->setWordWrap(true);
-    bubble->setMargin(kBubbleMargin);
-    bubble->setFrameStyle(QFrame::Box | QFrame::Plain);
-    bubble->setAutoFillBackground(true);
-    bubble->setBackgroundRole(QPalette::Window);
-    bubble->setForegroundRole(QPalette::WindowText);
+  if (!bubble_) {
+    bubble_ = new QLabel(view_.viewport());
+    bubble_->setObjectName("problem");
+    bubble_->setTextFormat(Qt::PlainText);
+    bubble_->setWordWrap(true);
+    bubble_->setMargin(kBubbleMargin);
+    bubble_->setFrameStyle(QFrame::Box | QFrame::Plain);
+    bubble_->setAutoFillBackground(true);
+    bubble_->setBackgroundRole(QPalette::Window);
+    bubble_->setForegroundRole(QPalette::WindowText);
     const bool isDark = IsDarkPalette();
-    QPalette colours = view.palette();
+    QPalette colours = view_.palette();
     colours.setColor(QPalette::Window, isDark ? QColor(0x3a1c1c) : QColor(0xfff4f2));
     colours.setColor(QPalette::WindowText, isDark ? QColor(0xffb4ab) : QColor(0xa3140a));
-    bubble->setPalette(colours);
+    bubble_->setPalette(colours);
   }
-  bubble->setText(problem);
+  bubble_->setText(problem);
   // Placed below the field, or above it if there is not enough space.
-  const int width = view.viewport()->width() - 2 * kBubbleMargin;
-  const int height = bubble->heightForWidth(width);
+  const int width = view_.viewport()->width() - 2 * kBubbleMargin;
+  const int height = bubble_->heightForWidth(width);
   const QRect field = editor.geometry();
-  const bool isBelow = field.bottom() + height + 2 < view.viewport()->height();
-  bubble->setGeometry(kBubbleMargin, isBelow ? field.bottom() + 2 : field.top() - height - 2, width,
-                      height);
-  bubble->show();
-  bubble->raise();
+  const bool isBelow = field.bottom() + height + 2 < view_.viewport()->height();
+  bubble_->setGeometry(kBubbleMargin, isBelow ? field.bottom() + 2 : field.top() - height - 2,
+                       width, height);
+  bubble_->show();
+  bubble_->raise();
 }
 
 // Commits the value and closes the editor, unless the value is invalid.
 void OptionsDelegate::Finish(QWidget* editor) {
-  if (editor != open || !Fits(*editor)) return;
+  if (editor != open_ || !Fits(*editor)) return;
   Q_EMIT commitData(editor);
   Close(editor);
 }
 
 // Closing an editor makes it lose the focus, which must not close it a second time.
 void OptionsDelegate::Close(QWidget* editor) {
-  if (editor != open) return;
-  open.clear();
+  if (editor != open_) return;
+  open_.clear();
   Q_EMIT closeEditor(editor, NoHint);
 }
 
 void OptionsDelegate::FinishOpen() {
-  if (open && hasText) Finish(open);
+  if (open_ && hasText_) Finish(open_);
 }
 
 void OptionsDelegate::Abandon() {
-  if (open) Close(open);
+  if (open_) Close(open_);
 }
 
 bool OptionsDelegate::OnKey(QWidget* editor, int key) {
@@ -298,7 +298,7 @@ bool OptionsDelegate::OnKey(QWidget* editor, int key) {
 bool OptionsDelegate::eventFilter(QObject* object, QEvent* event) {
   auto* editor = qobject_cast<QWidget*>(object);
   if (editor == nullptr) return false;
-  if (editor->parentWidget() != view.viewport()) editor = editor->parentWidget();
+  if (editor->parentWidget() != view_.viewport()) editor = editor->parentWidget();
   const auto* const text = dynamic_cast<TextEditor*>(editor);
   switch (event->type()) {
     case QEvent::KeyPress:

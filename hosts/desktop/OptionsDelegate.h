@@ -61,11 +61,11 @@ class OptionsDelegate : public QStyledItemDelegate {
   bool OnKey(QWidget* editor, int key);
   void ShowProblem(QWidget& editor, const QString& problem);
 
-  QTreeView& view;
-  QPointer<QLabel> bubble;         // why the edited value is invalid
-  mutable QPointer<QWidget> open;  // the active editor
-  mutable QPersistentModelIndex edited;
-  mutable bool hasText = false;  // the user has changed the editor's content
+  QTreeView& view_;
+  QPointer<QLabel> bubble_;         // why the edited value is invalid
+  mutable QPointer<QWidget> open_;  // the active editor
+  mutable QPersistentModelIndex edited_;
+  mutable bool hasText_ = false;  // the user has changed the editor's content
 };
 
 }  // namespace tarn::host

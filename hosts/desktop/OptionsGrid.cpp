@@ -20,8 +20,8 @@ QModelIndex ValueOf(const QModelIndex& index) {
 }  // namespace
 
 OptionsGrid::OptionsGrid(QWidget* parent) : QTreeView(parent) {
-  setModel(&model);
-  setItemDelegate(&delegate);
+  setModel(&model_);
+  setItemDelegate(&delegate_);
   setAccessibleName(OptionsModel::tr("Options"));
   setUniformRowHeights(true);
   setIndentation(kIndent);
@@ -37,13 +37,13 @@ OptionsGrid::OptionsGrid(QWidget* parent) : QTreeView(parent) {
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
     const bool isName = index.column() == OptionsModel::kNameColumn;
-    if (isName && model.RowAt(index) != nullptr) Edit(ValueOf(index));
+    if (isName && model_.RowAt(index) != nullptr) Edit(ValueOf(index));
   });
   connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int size) {
-    if (isLayingOut || viewport()->width() <= 0) return;
+    if (isLayingOut_ || viewport()->width() <= 0) return;
     const double share = static_cast<double>(size) / viewport()->width();
-    if (column == OptionsModel::kNameColumn) shares.name = share;
-    if (column == OptionsModel::kValueColumn) shares.value = share;
+    if (column == OptionsModel::kNameColumn) shares_.name = share;
+    if (column == OptionsModel::kValueColumn) shares_.value = share;
     LayOutColumns();
   });
 }
@@ -58,19 +58,19 @@ void OptionsGrid::SetShares(Shares newShares) {
   const bool isUsable =
       newShares.name >= kLeastShare && newShares.value >= kLeastShare && source >= 0;
   if (!isUsable) return;
-  shares = newShares;
+  shares_ = newShares;
   LayOutColumns();
 }
 
 void OptionsGrid::LayOutColumns() {
   const int width = viewport()->width();
-  const int name = qRound(width * shares.name);
-  const int value = qRound(width * shares.value);
-  isLayingOut = true;
+  const int name = qRound(width * shares_.name);
+  const int value = qRound(width * shares_.value);
+  isLayingOut_ = true;
   setColumnWidth(OptionsModel::kNameColumn, name);
   setColumnWidth(OptionsModel::kValueColumn, value);
   setColumnWidth(OptionsModel::kSourceColumn, std::max(width - name - value, 0));
-  isLayingOut = false;
+  isLayingOut_ = false;
 }
 
 void OptionsGrid::resizeEvent(QResizeEvent* event) {
@@ -79,12 +79,12 @@ void OptionsGrid::resizeEvent(QResizeEvent* event) {
 }
 
 void OptionsGrid::Edit(const QModelIndex& value) {
-  const Qt::ItemFlags flags = model.flags(value);
+  const Qt::ItemFlags flags = model_.flags(value);
   if ((flags & Qt::ItemIsEditable) != 0) {
     edit(value);
   } else if ((flags & Qt::ItemIsUserCheckable) != 0) {
     const bool isOn = value.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    model.setData(value, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    model_.setData(value, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
   }
 }
 
@@ -101,8 +101,8 @@ bool OptionsGrid::OnKey(int key) {
       return true;
     case Qt::Key_Delete:
       if (row == nullptr) return false;
-      if (row->MayReset() && model.MayEdit(currentIndex()) && delegate.onReset) {
-        delegate.onReset(currentIndex());
+      if (row->MayReset() && model_.MayEdit(currentIndex()) && delegate_.onReset) {
+        delegate_.onReset(currentIndex());
       }
       return true;
     default:
@@ -125,7 +125,7 @@ void OptionsGrid::mouseReleaseEvent(QMouseEvent* event) {
                        index.column() == OptionsModel::kValueColumn && index == currentIndex();
   QTreeView::mouseReleaseEvent(event);
   // A check box has already handled the click.
-  if (isValue && (model.flags(index) & Qt::ItemIsEditable) != 0 && state() != EditingState) {
+  if (isValue && (model_.flags(index) & Qt::ItemIsEditable) != 0 && state() != EditingState) {
     edit(index);
   }
 }
@@ -133,8 +133,8 @@ void OptionsGrid::mouseReleaseEvent(QMouseEvent* event) {
 // The current cell is always a value, so that keys edit it no matter where the row was clicked.
 void OptionsGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
-  const int wanted =
-      model.RowAt(current) == nullptr ? int{OptionsModel::kNameColumn} : OptionsModel::kValueColumn;
+  const int wanted = model_.RowAt(current) == nullptr ? int{OptionsModel::kNameColumn}
+                                                      : OptionsModel::kValueColumn;
   if (current.isValid() && current.column() != wanted) {
     selectionModel()->setCurrentIndex(current.siblingAtColumn(wanted),
                                       QItemSelectionModel::NoUpdate);
@@ -151,7 +151,7 @@ void OptionsGrid::dataChanged(const QModelIndex& topLeft, const QModelIndex& bot
 
 void OptionsGrid::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
-  const bool isSection = model.SectionAt(index) != nullptr;
+  const bool isSection = model_.SectionAt(index) != nullptr;
   if (isSection) painter->fillRect(option.rect, option.palette.alternateBase());
   QTreeView::drawRow(painter, option, index);
   QColor colour = option.palette.color(QPalette::Text);

@@ -14,18 +14,18 @@ class OptionsGrid : public QTreeView {
  public:
   explicit OptionsGrid(QWidget* parent = nullptr);
 
-  OptionsModel& Model() { return model; }
-  OptionsDelegate& Delegate() { return delegate; }
+  OptionsModel& Model() { return model_; }
+  OptionsDelegate& Delegate() { return delegate_; }
   // Column widths as fractions of the total; the rest is the source column.
   struct Shares {
     double name = 0.40;
     double value = 0.34;
   };
-  Shares GetShares() const { return shares; }
+  Shares GetShares() const { return shares_; }
   // Sets the column widths; no-op if a column would become too narrow.
   void SetShares(Shares newShares);
   // The current option; nullptr if there is none.
-  const OptionRow* CurrentRow() const { return model.RowAt(currentIndex()); }
+  const OptionRow* CurrentRow() const { return model_.RowAt(currentIndex()); }
   // Selects an option by any of its columns.
   void MakeCurrent(const QModelIndex& option);
 
@@ -47,10 +47,10 @@ class OptionsGrid : public QTreeView {
   bool OnKey(int key);
   void Edit(const QModelIndex& value);
 
-  Shares shares;
-  bool isLayingOut = false;
-  OptionsModel model;
-  OptionsDelegate delegate{*this};
+  Shares shares_;
+  bool isLayingOut_ = false;
+  OptionsModel model_;
+  OptionsDelegate delegate_{*this};
 };
 
 }  // namespace tarn::host

@@ -123,7 +123,7 @@ bool OptionsModel::HasSameRows(const std::vector<OptionSection>& other) const {
   const auto isSameRow = [](const OptionRow& a, const OptionRow& b) {
     return a.GetKey() == b.GetKey() && a.kind == b.kind;
   };
-  return std::equal(sections.begin(), sections.end(), other.begin(), other.end(),
+  return std::equal(sections_.begin(), sections_.end(), other.begin(), other.end(),
                     [&](const OptionSection& a, const OptionSection& b) {
                       return a.name == b.name &&
                              std::equal(a.rows.begin(), a.rows.end(), b.rows.begin(), b.rows.end(),
@@ -134,11 +134,11 @@ bool OptionsModel::HasSameRows(const std::vector<OptionSection>& other) const {
 void OptionsModel::SetSections(std::vector<OptionSection> newSections) {
   if (!HasSameRows(newSections)) {
     beginResetModel();
-    sections = std::move(newSections);
+    sections_ = std::move(newSections);
     endResetModel();
     return;
   }
-  sections = std::move(newSections);
+  sections_ = std::move(newSections);
   for (int i = 0; i < rowCount(); ++i) {
     const QModelIndex section = index(i, 0);
     Q_EMIT dataChanged(index(0, 0, section),
@@ -147,17 +147,17 @@ void OptionsModel::SetSections(std::vector<OptionSection> newSections) {
 }
 
 void OptionsModel::SetReadOnly(bool on) {
-  isReadOnly = on;
+  isReadOnly_ = on;
 }
 
 const OptionRow* OptionsModel::RowAt(const QModelIndex& index) const {
   if (!index.isValid() || index.internalId() == 0) return nullptr;
-  return &sections[index.internalId() - 1].rows[static_cast<std::size_t>(index.row())];
+  return &sections_[index.internalId() - 1].rows[static_cast<std::size_t>(index.row())];
 }
 
 const OptionSection* OptionsModel::SectionAt(const QModelIndex& index) const {
   if (!index.isValid() || index.internalId() != 0) return nullptr;
-  return &sections[static_cast<std::size_t>(index.row())];
+  return &sections_[static_cast<std::size_t>(index.row())];
 }
 
 QModelIndex OptionsModel::Find(const std::string& key) const {
@@ -173,7 +173,7 @@ QModelIndex OptionsModel::Find(const std::string& key) const {
 
 bool OptionsModel::MayEdit(const QModelIndex& index) const {
   const OptionRow* const row = RowAt(index);
-  return row != nullptr && row->definition.enabled && !isReadOnly;
+  return row != nullptr && row->definition.enabled && !isReadOnly_;
 }
 
 QModelIndex OptionsModel::index(int row, int column, const QModelIndex& parent) const {
@@ -188,7 +188,7 @@ QModelIndex OptionsModel::parent(const QModelIndex& index) const {
 }
 
 int OptionsModel::rowCount(const QModelIndex& parent) const {
-  if (!parent.isValid()) return static_cast<int>(sections.size());
+  if (!parent.isValid()) return static_cast<int>(sections_.size());
   const OptionSection* const section = parent.column() == 0 ? SectionAt(parent) : nullptr;
   return section == nullptr ? 0 : static_cast<int>(section->rows.size());
 }

@@ -48,8 +48,8 @@ class OptionsModel : public QAbstractItemModel {
  private:
   bool HasSameRows(const std::vector<OptionSection>& other) const;
 
-  std::vector<OptionSection> sections;
-  bool isReadOnly = false;
+  std::vector<OptionSection> sections_;
+  bool isReadOnly_ = false;
 };
 
 // Returns the user's term for a kind of level as named by the inspector.

@@ -70,41 +70,41 @@ QString DescribeStored(const StoredValue& stored, const QString& quiet) {
 }  // namespace
 
 OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
-    : QWidget(parent), options(session), collapsed{"Internal"} {
+    : QWidget(parent), options_(session), collapsed_{"Internal"} {
   setObjectName("options");
-  grid = new OptionsGrid(this);
-  help = new QTextBrowser(this);
-  help->setAccessibleName(tr("Option description"));
-  help->setFrameShape(QFrame::NoFrame);
-  help->setTabChangesFocus(true);
-  help->setOpenLinks(false);
-  help->document()->setDocumentMargin(kMargin + 2);
-  splitter = new QSplitter(Qt::Vertical, this);
-  splitter->addWidget(grid);
-  splitter->addWidget(help);
-  splitter->setStretchFactor(0, 4);
-  splitter->setStretchFactor(1, 1);
+  grid_ = new OptionsGrid(this);
+  help_ = new QTextBrowser(this);
+  help_->setAccessibleName(tr("Option description"));
+  help_->setFrameShape(QFrame::NoFrame);
+  help_->setTabChangesFocus(true);
+  help_->setOpenLinks(false);
+  help_->document()->setDocumentMargin(kMargin + 2);
+  splitter_ = new QSplitter(Qt::Vertical, this);
+  splitter_->addWidget(grid_);
+  splitter_->addWidget(help_);
+  splitter_->setStretchFactor(0, 4);
+  splitter_->setStretchFactor(1, 1);
   ResetLayout();
-  notice = new QLabel(this);
-  notice->setObjectName("notice");
-  notice->setWordWrap(true);
-  notice->setMargin(kMargin);
-  notice->setAutoFillBackground(true);
-  notice->setBackgroundRole(QPalette::ToolTipBase);
-  notice->setForegroundRole(QPalette::ToolTipText);
+  notice_ = new QLabel(this);
+  notice_->setObjectName("notice");
+  notice_->setWordWrap(true);
+  notice_->setMargin(kMargin);
+  notice_->setAutoFillBackground(true);
+  notice_->setBackgroundRole(QPalette::ToolTipBase);
+  notice_->setForegroundRole(QPalette::ToolTipText);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(MakeHead());
-  layout->addWidget(splitter, 1);
+  layout->addWidget(splitter_, 1);
   // Placed below the grid, so that no row moves when a build begins.
-  layout->addWidget(notice);
+  layout->addWidget(notice_);
 
   ConnectGrid();
-  refreshTimer.setSingleShot(true);
-  refreshTimer.setInterval(kRefreshMs);
-  connect(&refreshTimer, &QTimer::timeout, this, [this] { Refresh(); });
-  setFocusProxy(grid);
+  refreshTimer_.setSingleShot(true);
+  refreshTimer_.setInterval(kRefreshMs);
+  connect(&refreshTimer_, &QTimer::timeout, this, [this] { Refresh(); });
+  setFocusProxy(grid_);
   SetTabOrder();
   MakeActions();
   RestoreLayout();
@@ -112,32 +112,32 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
 }
 
 void OptionsWindow::ConnectGrid() {
-  grid->Model().onChange = [this](OptionRow row, const QString& value) {
+  grid_->Model().onChange = [this](OptionRow row, const QString& value) {
     return Change(row, value);
   };
-  grid->Delegate().check = [this](const OptionRow& row, const QString& value) {
+  grid_->Delegate().check = [this](const OptionRow& row, const QString& value) {
     return Check(row, value);
   };
-  grid->Delegate().onReset = [this](const QModelIndex& index) {
-    if (const OptionRow* const row = grid->Model().RowAt(index)) Reset(OptionRow(*row));
+  grid_->Delegate().onReset = [this](const QModelIndex& index) {
+    if (const OptionRow* const row = grid_->Model().RowAt(index)) Reset(OptionRow(*row));
   };
-  grid->onCurrentChanged = [this] {
+  grid_->onCurrentChanged = [this] {
     ShowHelp();
     SaveView();
   };
-  connect(grid, &QTreeView::expanded, this, [this] { SaveView(); });
-  connect(grid, &QTreeView::collapsed, this, [this] { SaveView(); });
-  grid->installEventFilter(this);
-  grid->setContextMenuPolicy(Qt::CustomContextMenu);
-  connect(grid, &QWidget::customContextMenuRequested, this,
+  connect(grid_, &QTreeView::expanded, this, [this] { SaveView(); });
+  connect(grid_, &QTreeView::collapsed, this, [this] { SaveView(); });
+  grid_->installEventFilter(this);
+  grid_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(grid_, &QWidget::customContextMenuRequested, this,
           [this](const QPoint& place) { ShowMenu(place); });
 }
 
 void OptionsWindow::SetTabOrder() {
-  QWidget* before = configurations;
-  for (QWidget* const next :
-       {static_cast<QWidget*>(addConfiguration), static_cast<QWidget*>(sets),
-        static_cast<QWidget*>(filter), static_cast<QWidget*>(grid), static_cast<QWidget*>(help)}) {
+  QWidget* before = configurations_;
+  for (QWidget* const next : {static_cast<QWidget*>(addConfiguration_),
+                              static_cast<QWidget*>(sets_), static_cast<QWidget*>(filter_),
+                              static_cast<QWidget*>(grid_), static_cast<QWidget*>(help_)}) {
     setTabOrder(before, next);
     before = next;
   }
@@ -145,8 +145,8 @@ void OptionsWindow::SetTabOrder() {
 
 // Destroying the children must not trigger callbacks any more.
 OptionsWindow::~OptionsWindow() {
-  grid->Delegate().Abandon();
-  grid->onCurrentChanged = {};
+  grid_->Delegate().Abandon();
+  grid_->onCurrentChanged = {};
 }
 
 void OptionsWindow::MakeActions() {
@@ -158,29 +158,29 @@ void OptionsWindow::MakeActions() {
     connect(&action, &QAction::triggered, this, onTriggered);
     addAction(&action);
   };
-  const auto again = [this] { refreshTimer.start(0); };
-  add(undo, tr("Undo"), QKeySequence::Undo, [this, again] {
-    if (!isBuilding && options.Undo()) again();
+  const auto again = [this] { refreshTimer_.start(0); };
+  add(undo_, tr("Undo"), QKeySequence::Undo, [this, again] {
+    if (!isBuilding_ && options_.Undo()) again();
   });
-  add(redo, tr("Redo"), QKeySequence::Redo, [this, again] {
-    if (!isBuilding && options.Redo()) again();
+  add(redo_, tr("Redo"), QKeySequence::Redo, [this, again] {
+    if (!isBuilding_ && options_.Redo()) again();
   });
-  redo.setShortcuts(
+  redo_.setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
-  add(find, tr("Search options"), QKeySequence::Find, [this] {
-    filter->setFocus();
-    filter->selectAll();
+  add(find_, tr("Search options"), QKeySequence::Find, [this] {
+    filter_->setFocus();
+    filter_->selectAll();
   });
-  add(resetOne, tr("Reset") + "\tDel", {}, [this] {
-    if (const OptionRow* const row = grid->CurrentRow()) Reset(OptionRow(*row));
+  add(resetOne_, tr("Reset") + "\tDel", {}, [this] {
+    if (const OptionRow* const row = grid_->CurrentRow()) Reset(OptionRow(*row));
   });
-  add(resetAll, tr("Reset all options of this node..."), {}, [this] { ResetAll(); });
-  add(copyName, tr("Copy name"), {}, [this] {
-    if (const OptionRow* const row = grid->CurrentRow()) {
+  add(resetAll_, tr("Reset all options of this node..."), {}, [this] { ResetAll(); });
+  add(copyName_, tr("Copy name"), {}, [this] {
+    if (const OptionRow* const row = grid_->CurrentRow()) {
       QGuiApplication::clipboard()->setText(ToQt(row->GetKey()));
     }
   });
-  add(explain, tr("Explain"), {}, [this] { help->setFocus(); });
+  add(explain_, tr("Explain"), {}, [this] { help_->setFocus(); });
 }
 
 QWidget* OptionsWindow::MakeHead() {
@@ -199,30 +199,30 @@ QWidget* OptionsWindow::MakeHead() {
     return combo;
   };
   QLabel* configurationLabel = nullptr;
-  configurations = addChoice(0, tr("Confi&guration:"), configurationLabel);
-  configurations->setObjectName("configurations");
-  configurations->setAccessibleName(tr("Configuration"));
-  connect(configurations, &QComboBox::textActivated, this,
+  configurations_ = addChoice(0, tr("Confi&guration:"), configurationLabel);
+  configurations_->setObjectName("configurations");
+  configurations_->setAccessibleName(tr("Configuration"));
+  connect(configurations_, &QComboBox::textActivated, this,
           [this](const QString& name) { ChooseConfiguration(name); });
-  addConfiguration = new QToolButton(head);
-  addConfiguration->setText("+");
-  addConfiguration->setToolTip(tr("Add a configuration..."));
-  addConfiguration->setAccessibleName(tr("Add a configuration"));
-  connect(addConfiguration, &QToolButton::clicked, this, [this] { AddConfiguration(); });
-  layout->addWidget(addConfiguration, 0, 2);
-  sets = addChoice(1, tr("&Options of:"), setLabel);
-  sets->setObjectName("sets");
-  sets->setAccessibleName(tr("Options of"));
-  connect(sets, &QComboBox::activated, this, [this] {
-    chosenSet = FromQt(sets->currentData().toString());
-    mark.clear();
+  addConfiguration_ = new QToolButton(head);
+  addConfiguration_->setText("+");
+  addConfiguration_->setToolTip(tr("Add a configuration..."));
+  addConfiguration_->setAccessibleName(tr("Add a configuration"));
+  connect(addConfiguration_, &QToolButton::clicked, this, [this] { AddConfiguration(); });
+  layout->addWidget(addConfiguration_, 0, 2);
+  sets_ = addChoice(1, tr("&Options of:"), setLabel_);
+  sets_->setObjectName("sets");
+  sets_->setAccessibleName(tr("Options of"));
+  connect(sets_, &QComboBox::activated, this, [this] {
+    chosenSet_ = FromQt(sets_->currentData().toString());
+    mark_.clear();
     Refresh();
   });
-  filter = new SearchField(tr("Search options"), head);
-  filter->setObjectName("filter");
-  filter->installEventFilter(this);
-  connect(filter, &QLineEdit::textChanged, this, [this] { ShowRows(); });
-  layout->addWidget(filter, 2, 0, 1, 3);
+  filter_ = new SearchField(tr("Search options"), head);
+  filter_->setObjectName("filter");
+  filter_->installEventFilter(this);
+  connect(filter_, &QLineEdit::textChanged, this, [this] { ShowRows(); });
+  layout->addWidget(filter_, 2, 0, 1, 3);
   return head;
 }
 
@@ -230,7 +230,7 @@ bool OptionsWindow::event(QEvent* event) {
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
   if (!isKey) return QWidget::event(event);
   const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-  for (QAction* const action : {&undo, &redo, &find}) {
+  for (QAction* const action : {&undo_, &redo_, &find_}) {
     if (!action->shortcuts().contains(keys)) continue;
     event->accept();
     if (event->type() == QEvent::KeyPress) action->trigger();
@@ -241,25 +241,25 @@ bool OptionsWindow::event(QEvent* event) {
 
 void OptionsWindow::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  refreshTimer.start(0);
+  refreshTimer_.start(0);
 }
 
 // Keys in the search field: down moves to the results, Escape shows all options again.
 bool OptionsWindow::eventFilter(QObject* object, QEvent* event) {
   // A label or a value can be changed elsewhere without the node being loaded again.
-  if (object == grid && event->type() == QEvent::FocusIn) refreshTimer.start(0);
-  if (object != filter || event->type() != QEvent::KeyPress) return false;
+  if (object == grid_ && event->type() == QEvent::FocusIn) refreshTimer_.start(0);
+  if (object != filter_ || event->type() != QEvent::KeyPress) return false;
   switch (static_cast<QKeyEvent*>(event)->key()) {
     case Qt::Key_Down:
     case Qt::Key_Return:
     case Qt::Key_Enter: {
-      const QModelIndex first = grid->Model().index(0, 0, grid->Model().index(0, 0));
-      if (grid->CurrentRow() == nullptr && first.isValid()) grid->MakeCurrent(first);
-      grid->setFocus();
+      const QModelIndex first = grid_->Model().index(0, 0, grid_->Model().index(0, 0));
+      if (grid_->CurrentRow() == nullptr && first.isValid()) grid_->MakeCurrent(first);
+      grid_->setFocus();
       return true;
     }
     case Qt::Key_Escape:
-      filter->clear();
+      filter_->clear();
       return true;
     default:
       return false;
@@ -267,167 +267,168 @@ bool OptionsWindow::eventFilter(QObject* object, QEvent* event) {
 }
 
 void OptionsWindow::OnNodeLoaded() {
-  if (!isBuilding) {
-    if (!refreshTimer.isActive()) refreshTimer.start();
+  if (!isBuilding_) {
+    if (!refreshTimer_.isActive()) refreshTimer_.start();
   } else if (isVisible()) {
     // During a build a different node would be current when the event loop runs next.
-    Show(options.Read(chosenSet));
+    Show(options_.Read(chosenSet_));
   }
 }
 
 void OptionsWindow::FinishEditing() {
-  grid->Delegate().FinishOpen();
+  grid_->Delegate().FinishOpen();
 }
 
 void OptionsWindow::Look() {
-  const std::int32_t count = options.GetSwitchCount();
-  if (std::exchange(switchCount, count) != count) refreshTimer.start(0);
+  const std::int32_t count = options_.GetSwitchCount();
+  if (std::exchange(switchCount_, count) != count) refreshTimer_.start(0);
 }
 
 void OptionsWindow::SetBuilding(bool on) {
-  isBuilding = on;
+  isBuilding_ = on;
   ShowState();
-  mark.clear();
-  if (!on) refreshTimer.start(0);
+  mark_.clear();
+  if (!on) refreshTimer_.start(0);
 }
 
 void OptionsWindow::Refresh() {
-  if (isBuilding || !isVisible()) return;
-  std::string newMark = options.ReadMark();
-  if (newMark == mark) return;
-  mark = std::move(newMark);
-  Show(options.Read(chosenSet));
+  if (isBuilding_ || !isVisible()) return;
+  std::string newMark = options_.ReadMark();
+  if (newMark == mark_) return;
+  mark_ = std::move(newMark);
+  Show(options_.Read(chosenSet_));
 }
 
 void OptionsWindow::Show(OptionSheet newSheet) {
   const bool isSameNode =
-      newSheet.node == sheet.node && newSheet.path == sheet.path && newSheet.set == sheet.set;
+      newSheet.node == sheet_.node && newSheet.path == sheet_.path && newSheet.set == sheet_.set;
   // Input for one node must not be stored at the next one.
-  if (!isSameNode) grid->Delegate().Abandon();
-  sheet = std::move(newSheet);
-  grid->Delegate().baseFolder = ToQt(sheet.folder);
+  if (!isSameNode) grid_->Delegate().Abandon();
+  sheet_ = std::move(newSheet);
+  grid_->Delegate().baseFolder = ToQt(sheet_.folder);
   ShowChoices();
   ShowRows();
   ShowState();
 }
 
 void OptionsWindow::ShowChoices() {
-  configurations->clear();
-  for (const std::string& name : sheet.configurations.names) configurations->addItem(ToQt(name));
-  configurations->setCurrentIndex(
-      configurations->findText(ToQt(sheet.configurations.current), Qt::MatchFixedString));
-  sets->clear();
-  sets->addItem(ToQt(sheet.node), ToQt(sheet.ownSet));
-  for (const OptionSet& each : sheet.innerSets) {
-    sets->addItem(tr("%1 in %2").arg(ToQt(each.label), ToQt(sheet.node)), ToQt(each.name));
+  configurations_->clear();
+  for (const std::string& name : sheet_.configurations.names) configurations_->addItem(ToQt(name));
+  configurations_->setCurrentIndex(
+      configurations_->findText(ToQt(sheet_.configurations.current), Qt::MatchFixedString));
+  sets_->clear();
+  sets_->addItem(ToQt(sheet_.node), ToQt(sheet_.ownSet));
+  for (const OptionSet& each : sheet_.innerSets) {
+    sets_->addItem(tr("%1 in %2").arg(ToQt(each.label), ToQt(sheet_.node)), ToQt(each.name));
   }
-  sets->setCurrentIndex(std::max(sets->findData(ToQt(sheet.set)), 0));
-  setLabel->setVisible(!sheet.innerSets.empty());
-  sets->setVisible(!sheet.innerSets.empty());
+  sets_->setCurrentIndex(std::max(sets_->findData(ToQt(sheet_.set)), 0));
+  setLabel_->setVisible(!sheet_.innerSets.empty());
+  sets_->setVisible(!sheet_.innerSets.empty());
 }
 
 void OptionsWindow::ShowRows() {
-  isRestoring = true;
-  grid->Model().SetSections(FilterSections(sheet.sections, FromQt(filter->text())));
+  isRestoring_ = true;
+  grid_->Model().SetSections(FilterSections(sheet_.sections, FromQt(filter_->text())));
   RestoreView();
-  isRestoring = false;
+  isRestoring_ = false;
   ShowHelp();
 }
 
 void OptionsWindow::ShowState() {
   const QString building = tr("Options can't be changed while a build is running.");
-  notice->setText(isBuilding ? building : QString());
-  notice->setVisible(isBuilding);
-  grid->Model().SetReadOnly(isBuilding);
-  configurations->setEnabled(!isBuilding && !sheet.ownSet.empty());
-  addConfiguration->setEnabled(configurations->isEnabled());
+  notice_->setText(isBuilding_ ? building : QString());
+  notice_->setVisible(isBuilding_);
+  grid_->Model().SetReadOnly(isBuilding_);
+  configurations_->setEnabled(!isBuilding_ && !sheet_.ownSet.empty());
+  addConfiguration_->setEnabled(configurations_->isEnabled());
   const auto name = [](QAction& action, const QString& plain, const QString& of,
                        const std::string& label) {
     action.setText(label.empty() ? plain : of.arg(ToQtLabel(label)));
   };
-  name(undo, tr("Undo"), tr("Undo: %1"), sheet.undo);
-  name(redo, tr("Redo"), tr("Redo: %1"), sheet.redo);
-  undo.setEnabled(!isBuilding && !sheet.undo.empty());
-  redo.setEnabled(!isBuilding && !sheet.redo.empty());
-  resetAll.setEnabled(!isBuilding && !sheet.ownSet.empty());
-  grid->viewport()->update();
+  name(undo_, tr("Undo"), tr("Undo: %1"), sheet_.undo);
+  name(redo_, tr("Redo"), tr("Redo: %1"), sheet_.redo);
+  undo_.setEnabled(!isBuilding_ && !sheet_.undo.empty());
+  redo_.setEnabled(!isBuilding_ && !sheet_.redo.empty());
+  resetAll_.setEnabled(!isBuilding_ && !sheet_.ownSet.empty());
+  grid_->viewport()->update();
 }
 
 void OptionsWindow::KeepLayout() const {
   DesktopSettings settings;
-  settings.setValue(kSplitterKey, splitter->saveState());
-  settings.setValue(kNameShareKey, grid->GetShares().name);
-  settings.setValue(kValueShareKey, grid->GetShares().value);
+  settings.setValue(kSplitterKey, splitter_->saveState());
+  settings.setValue(kNameShareKey, grid_->GetShares().name);
+  settings.setValue(kValueShareKey, grid_->GetShares().value);
 }
 
 void OptionsWindow::ResetLayout() {
-  splitter->setSizes({kGridHeight, kHelpHeight});
-  grid->SetShares({});
+  splitter_->setSizes({kGridHeight, kHelpHeight});
+  grid_->SetShares({});
 }
 
 void OptionsWindow::RestoreLayout() {
   const DesktopSettings settings;
   // No-op for invalid data.
-  splitter->restoreState(settings.value(kSplitterKey).toByteArray());
-  grid->SetShares(
+  splitter_->restoreState(settings.value(kSplitterKey).toByteArray());
+  grid_->SetShares(
       {settings.value(kNameShareKey).toDouble(), settings.value(kValueShareKey).toDouble()});
 }
 
 // Restores the window's state, which the server stores per node; while a filter is active, all
 // results are shown.
 void OptionsWindow::RestoreView() {
-  const std::string state = options.GetViewState();
+  const std::string state = options_.GetViewState();
   for (const std::string_view line : Split(state, '\n')) {
     if (line.starts_with(kCollapsed)) {
-      collapsed.clear();
+      collapsed_.clear();
       for (std::string& name : SplitList(line.substr(std::string_view(kCollapsed).size()))) {
-        collapsed.insert(std::move(name));
+        collapsed_.insert(std::move(name));
       }
     } else if (line.starts_with(kSelected)) {
-      currentKey = line.substr(std::string_view(kSelected).size());
+      currentKey_ = line.substr(std::string_view(kSelected).size());
     }
   }
-  const bool isFiltered = !filter->text().trimmed().isEmpty();
-  OptionsModel& model = grid->Model();
+  const bool isFiltered = !filter_->text().trimmed().isEmpty();
+  OptionsModel& model = grid_->Model();
   for (int i = 0; i < model.rowCount(); ++i) {
     const QModelIndex section = model.index(i, 0);
-    grid->setFirstColumnSpanned(i, {}, true);
-    grid->setExpanded(section, isFiltered || collapsed.count(model.SectionAt(section)->name) == 0);
+    grid_->setFirstColumnSpanned(i, {}, true);
+    grid_->setExpanded(section,
+                       isFiltered || collapsed_.count(model.SectionAt(section)->name) == 0);
   }
-  const OptionRow* const row = grid->CurrentRow();
-  const QModelIndex wanted = model.Find(currentKey);
-  if (wanted.isValid() && (row == nullptr || row->GetKey() != currentKey)) {
-    grid->MakeCurrent(wanted);
+  const OptionRow* const row = grid_->CurrentRow();
+  const QModelIndex wanted = model.Find(currentKey_);
+  if (wanted.isValid() && (row == nullptr || row->GetKey() != currentKey_)) {
+    grid_->MakeCurrent(wanted);
   }
 }
 
 void OptionsWindow::SaveView() {
-  if (isRestoring) return;
-  if (const OptionRow* const row = grid->CurrentRow()) currentKey = row->GetKey();
-  if (filter->text().trimmed().isEmpty()) {
-    const OptionsModel& model = grid->Model();
+  if (isRestoring_) return;
+  if (const OptionRow* const row = grid_->CurrentRow()) currentKey_ = row->GetKey();
+  if (filter_->text().trimmed().isEmpty()) {
+    const OptionsModel& model = grid_->Model();
     for (int i = 0; i < model.rowCount(); ++i) {
       const QModelIndex section = model.index(i, 0);
       const std::string& name = model.SectionAt(section)->name;
-      if (grid->isExpanded(section)) {
-        collapsed.erase(name);
+      if (grid_->isExpanded(section)) {
+        collapsed_.erase(name);
       } else {
-        collapsed.insert(name);
+        collapsed_.insert(name);
       }
     }
   }
-  if (isBuilding) return;
-  options.SetViewState(kCollapsed + JoinList({collapsed.begin(), collapsed.end()}) + "\n" +
-                       kSelected + currentKey);
+  if (isBuilding_) return;
+  options_.SetViewState(kCollapsed + JoinList({collapsed_.begin(), collapsed_.end()}) + "\n" +
+                        kSelected + currentKey_);
 }
 
 void OptionsWindow::ShowHelp() {
-  const OptionRow* const row = grid->CurrentRow();
+  const OptionRow* const row = grid_->CurrentRow();
   const QString quiet = QuietColour(palette());
   if (row == nullptr) {
-    const QString hint = sheet.sections.empty() ? tr("Select a node of the project.")
-                                                : tr("Select an option to see its description.");
-    help->setHtml("<span style='color:" + quiet + "'>" + hint + "</span>");
+    const QString hint = sheet_.sections.empty() ? tr("Select a node of the project.")
+                                                 : tr("Select an option to see its description.");
+    help_->setHtml("<span style='color:" + quiet + "'>" + hint + "</span>");
     return;
   }
   const OptionDefinition& option = row->definition;
@@ -442,63 +443,63 @@ void OptionsWindow::ShowHelp() {
     addLine(tr("As written: %1").arg(Html(row->written)));
     addLine(tr("Expands to: %1").arg(row->value.empty() ? tr("(empty)") : Html(row->value)));
   }
-  for (const StoredValue& stored : options.Explain(option)) addLine(DescribeStored(stored, quiet));
+  for (const StoredValue& stored : options_.Explain(option)) addLine(DescribeStored(stored, quiet));
   if (!row->IsOwn() && !option.defaultValue.empty() && !row->HasMacros()) {
     addLine(tr("Default: %1").arg(Html(option.defaultValue)));
   }
-  help->setHtml(text);
+  help_->setHtml(text);
 }
 
 QString OptionsWindow::Check(const OptionRow& row, const QString& value) {
-  if (isBuilding) return tr("Options can't be changed while a build is running.");
+  if (isBuilding_) return tr("Options can't be changed while a build is running.");
   return IsNodeType(row.definition) ? CheckType(value)
-                                    : ToQt(options.Check(row.definition, FromQt(value)));
+                                    : ToQt(options_.Check(row.definition, FromQt(value)));
 }
 
 // Checks the kind, because the project silently skips a kind without a definition.
 QString OptionsWindow::CheckType(const QString& value) {
   QStringList known;
-  for (const std::string& name : options.ListTypes()) known += ToQt(name);
+  for (const std::string& name : options_.ListTypes()) known += ToQt(name);
   if (known.contains(value, Qt::CaseInsensitive)) return {};
   return tr("Unknown node type \"%1\". Known types: %2.").arg(value, known.join(", "));
 }
 
 bool OptionsWindow::Change(const OptionRow& row, const QString& value) {
-  if (isBuilding || !options.Set(row.definition, FromQt(value))) return false;
-  refreshTimer.start(0);
+  if (isBuilding_ || !options_.Set(row.definition, FromQt(value))) return false;
+  refreshTimer_.start(0);
   return true;
 }
 
 void OptionsWindow::Reset(const OptionRow& row) {
-  if (isBuilding || !row.MayReset()) return;
-  options.Reset(row.definition);
-  refreshTimer.start(0);
+  if (isBuilding_ || !row.MayReset()) return;
+  options_.Reset(row.definition);
+  refreshTimer_.start(0);
 }
 
 void OptionsWindow::ResetAll() {
   const auto answer = QMessageBox::question(
       this, tr("Reset options"),
       tr("Reset all options set on %1, in every configuration? This can't be undone.")
-          .arg(ToQt(sheet.node)));
-  if (answer != QMessageBox::Yes || isBuilding) return;
-  options.ResetAll();
-  refreshTimer.start(0);
+          .arg(ToQt(sheet_.node)));
+  if (answer != QMessageBox::Yes || isBuilding_) return;
+  options_.ResetAll();
+  refreshTimer_.start(0);
 }
 
 void OptionsWindow::ChooseConfiguration(const QString& name) {
   // The displayed state may be out of date.
-  if (isBuilding || EqualNoCase(FromQt(name), Configurations().current)) return;
-  options.SelectConfiguration(FromQt(name));
-  refreshTimer.start(0);
+  if (isBuilding_ || EqualNoCase(FromQt(name), Configurations().current)) return;
+  options_.SelectConfiguration(FromQt(name));
+  refreshTimer_.start(0);
 }
 
 void OptionsWindow::AddConfiguration() {
-  if (isBuilding || Configurations().current.empty()) return;
+  if (isBuilding_ || Configurations().current.empty()) return;
   bool isGiven = false;
   const QString name = QInputDialog::getText(window(), tr("Add a configuration"), tr("Name:"),
                                              QLineEdit::Normal, {}, &isGiven)
                            .trimmed();
-  if (!isGiven || isBuilding) return;
+  if (!isGiven || isBuilding_) return;
   const std::vector<std::string> names = Configurations().names;
   const bool isKnown = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
     return EqualNoCase(each, FromQt(name));
@@ -509,29 +510,29 @@ void OptionsWindow::AddConfiguration() {
     QMessageBox::warning(window(), tr("Add a configuration"), problem);
     return;
   }
-  const std::string refusal = options.AddConfiguration(FromQt(name));
+  const std::string refusal = options_.AddConfiguration(FromQt(name));
   if (!refusal.empty()) {
     QMessageBox::warning(window(), tr("Add a configuration"), ToQt(refusal));
   }
-  refreshTimer.start(0);
+  refreshTimer_.start(0);
 }
 
 void OptionsWindow::ShowMenu(const QPoint& place) {
-  const OptionRow* const row = grid->CurrentRow();
-  resetOne.setEnabled(row != nullptr && row->MayReset() &&
-                      grid->Model().MayEdit(grid->currentIndex()));
-  copyName.setEnabled(row != nullptr);
-  explain.setEnabled(row != nullptr);
+  const OptionRow* const row = grid_->CurrentRow();
+  resetOne_.setEnabled(row != nullptr && row->MayReset() &&
+                       grid_->Model().MayEdit(grid_->currentIndex()));
+  copyName_.setEnabled(row != nullptr);
+  explain_.setEnabled(row != nullptr);
   QMenu menu(this);
-  menu.addAction(&resetOne);
-  menu.addAction(&copyName);
-  menu.addAction(&explain);
+  menu.addAction(&resetOne_);
+  menu.addAction(&copyName_);
+  menu.addAction(&explain_);
   menu.addSeparator();
-  menu.addAction(&undo);
-  menu.addAction(&redo);
+  menu.addAction(&undo_);
+  menu.addAction(&redo_);
   menu.addSeparator();
-  menu.addAction(&resetAll);
-  menu.exec(grid->viewport()->mapToGlobal(place));
+  menu.addAction(&resetAll_);
+  menu.exec(grid_->viewport()->mapToGlobal(place));
 }
 
 }  // namespace tarn::host

@@ -43,13 +43,13 @@ class OptionsWindow : public QWidget {
   void SetBuilding(bool on);
   // Choices and actions for menus. They ask the user for missing input, and do nothing during a
   // build.
-  ConfigurationList Configurations() { return options.ReadConfigurations(); }
+  ConfigurationList Configurations() { return options_.ReadConfigurations(); }
   void ChooseConfiguration(const QString& name);
   void AddConfiguration();
   // Actions for a menu; their texts name the option that they would change.
-  QAction* UndoAction() { return &undo; }
-  QAction* RedoAction() { return &redo; }
-  OptionsGrid& Grid() { return *grid; }
+  QAction* UndoAction() { return &undo_; }
+  QAction* RedoAction() { return &redo_; }
+  OptionsGrid& Grid() { return *grid_; }
   // Stores the column widths and the height of the help, for the next run.
   void KeepLayout() const;
   // Restores the default layout.
@@ -83,27 +83,27 @@ class OptionsWindow : public QWidget {
   QString Check(const OptionRow& row, const QString& value);
   QString CheckType(const QString& value);
 
-  NodeOptions options;
-  OptionSheet sheet;
-  std::string mark;       // NodeOptions::ReadMark of the sheet
-  std::string chosenSet;  // selected by the user; used if the node has it
-  std::set<std::string> collapsed;
-  std::string currentKey;
-  std::int32_t switchCount = 0;
-  bool isBuilding = false;
-  bool isRestoring = false;  // changes of the view are not made by the user
-  QTimer refreshTimer;
+  NodeOptions options_;
+  OptionSheet sheet_;
+  std::string mark_;       // NodeOptions::ReadMark of the sheet
+  std::string chosenSet_;  // selected by the user; used if the node has it
+  std::set<std::string> collapsed_;
+  std::string currentKey_;
+  std::int32_t switchCount_ = 0;
+  bool isBuilding_ = false;
+  bool isRestoring_ = false;  // changes of the view are not made by the user
+  QTimer refreshTimer_;
 
-  QAction undo, redo, find, resetOne, resetAll, copyName, explain;
-  QComboBox* configurations = nullptr;
-  QToolButton* addConfiguration = nullptr;
-  QLabel* setLabel = nullptr;
-  QComboBox* sets = nullptr;
-  QLineEdit* filter = nullptr;
-  QLabel* notice = nullptr;
-  QSplitter* splitter = nullptr;
-  OptionsGrid* grid = nullptr;
-  QTextBrowser* help = nullptr;
+  QAction undo_, redo_, find_, resetOne_, resetAll_, copyName_, explain_;
+  QComboBox* configurations_ = nullptr;
+  QToolButton* addConfiguration_ = nullptr;
+  QLabel* setLabel_ = nullptr;
+  QComboBox* sets_ = nullptr;
+  QLineEdit* filter_ = nullptr;
+  QLabel* notice_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  OptionsGrid* grid_ = nullptr;
+  QTextBrowser* help_ = nullptr;
 };
 
 }  // namespace tarn::host

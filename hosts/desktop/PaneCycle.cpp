@@ -36,25 +36,25 @@ std::pair<int, int> PlaceOf(const QWidget& widget) {
 }  // namespace
 
 PaneCycle::PaneCycle(QMainWindow& mainWindow)
-    : window(mainWindow),
-      next(new QAction(tr("&Next pane"), &mainWindow)),
-      previous(new QAction(tr("&Previous pane"), &mainWindow)) {
-  next->setShortcut(Qt::Key_F6);
-  previous->setShortcut(Qt::SHIFT | Qt::Key_F6);
-  QObject::connect(next, &QAction::triggered, &window, [this] { Step(1); });
-  QObject::connect(previous, &QAction::triggered, &window, [this] { Step(-1); });
-  window.addActions(Actions());
+    : window_(mainWindow),
+      next_(new QAction(tr("&Next pane"), &mainWindow)),
+      previous_(new QAction(tr("&Previous pane"), &mainWindow)) {
+  next_->setShortcut(Qt::Key_F6);
+  previous_->setShortcut(Qt::SHIFT | Qt::Key_F6);
+  QObject::connect(next_, &QAction::triggered, &window_, [this] { Step(1); });
+  QObject::connect(previous_, &QAction::triggered, &window_, [this] { Step(-1); });
+  window_.addActions(Actions());
 }
 
 std::vector<QWidget*> PaneCycle::Panes() const {
   std::vector<QWidget*> panes;
-  for (QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
+  for (QDockWidget* const dock : window_.findChildren<QDockWidget*>()) {
     // A dock hidden behind a tab counts as visible, but has no visible region.
     if (dock->isVisible() && !dock->visibleRegion().isEmpty()) panes.push_back(dock);
   }
   std::sort(panes.begin(), panes.end(),
             [](const QWidget* a, const QWidget* b) { return PlaceOf(*a) < PlaceOf(*b); });
-  panes.insert(panes.begin(), window.centralWidget());
+  panes.insert(panes.begin(), window_.centralWidget());
   return panes;
 }
 
@@ -72,7 +72,7 @@ void PaneCycle::Step(int way) {
 
 void PaneCycle::Enter(QWidget& pane) {
   QWidget* wanted = nullptr;
-  if (&pane == window.centralWidget() && editor) wanted = editor();
+  if (&pane == window_.centralWidget() && editor) wanted = editor();
   if (wanted == nullptr) wanted = pane.focusWidget();
   if (wanted == nullptr || !TakesKeyboard(*wanted)) {
     const auto* const dock = qobject_cast<const QDockWidget*>(&pane);

@@ -21,7 +21,7 @@ class PaneCycle {
   explicit PaneCycle(QMainWindow& mainWindow);
 
   // Actions for a menu; their shortcuts work without one.
-  QList<QAction*> Actions() const { return {next, previous}; }
+  QList<QAction*> Actions() const { return {next_, previous_}; }
 
   // Returns the editor that should get the focus; nullptr if there is none.
   std::function<QWidget*()> editor;
@@ -31,9 +31,9 @@ class PaneCycle {
   void Step(int way);
   void Enter(QWidget& pane);
 
-  QMainWindow& window;
-  QAction* next = nullptr;
-  QAction* previous = nullptr;
+  QMainWindow& window_;
+  QAction* next_ = nullptr;
+  QAction* previous_ = nullptr;
 };
 
 }  // namespace tarn::host

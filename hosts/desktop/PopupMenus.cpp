@@ -12,7 +12,7 @@ PopupMenus::~PopupMenus() = default;
 
 void PopupMenus::Load(FileSystem& files, const std::string& configFile) {
   const Result<std::string> text = files.ReadWholeFile(configFile);
-  configuration = text ? ParseXml(*text) : nullptr;
+  configuration_ = text ? ParseXml(*text) : nullptr;
 }
 
 void PopupMenus::Show(const std::string& name, QPoint screen, const MenuCommands& commands,
@@ -30,8 +30,8 @@ void PopupMenus::Show(const std::string& name, QPoint screen, const MenuCommands
 }
 
 const CXmlNode* PopupMenus::Find(const std::string& name) const {
-  if (configuration == nullptr) return nullptr;
-  for (const CXmlNode* section : configuration->GetChildren()) {
+  if (configuration_ == nullptr) return nullptr;
+  for (const CXmlNode* section : configuration_->GetChildren()) {
     if (section->GetName() != "PopupMenus") continue;
     for (const CXmlNode* menu : section->GetChildren()) {
       if (AttributeOf(menu, "Name") == name) return menu;

@@ -32,7 +32,7 @@ class PopupMenus {
  private:
   const CXmlNode* Find(const std::string& name) const;
 
-  std::unique_ptr<CXmlNode> configuration;
+  std::unique_ptr<CXmlNode> configuration_;
 };
 
 }  // namespace tarn::host

@@ -12,35 +12,35 @@
 namespace tarn::host {
 
 ProblemMarks::ProblemMarks(ProblemList& problemList, EditorTabs& editorTabs)
-    : list(problemList), editors(editorTabs) {
-  editors.onOpened = [this](CodeEditor& editor) { Show(known, editor); };
-  later.setSingleShot(true);
-  later.callOnTimeout(&later, [this] { Refresh(); });
+    : list_(problemList), editors_(editorTabs) {
+  editors_.onOpened = [this](CodeEditor& editor) { Show(known_, editor); };
+  later_.setSingleShot(true);
+  later_.callOnTimeout(&later_, [this] { Refresh(); });
 }
 
 ProblemMarks::~ProblemMarks() {
-  editors.onOpened = {};
+  editors_.onOpened = {};
 }
 
 void ProblemMarks::Refresh() {
-  if (list.Follow(std::time(nullptr), ProblemList::kPiece)) later.start(0);
-  if (list.GetLogNumber() != logNumber) {
-    logNumber = list.GetLogNumber();
-    known.clear();
-    followed = 0;
-    for (int index = 0; index < editors.count(); ++index) editors.At(index)->Problems().Clear();
+  if (list_.Follow(std::time(nullptr), ProblemList::kPiece)) later_.start(0);
+  if (list_.GetLogNumber() != logNumber_) {
+    logNumber_ = list_.GetLogNumber();
+    known_.clear();
+    followed_ = 0;
+    for (int index = 0; index < editors_.count(); ++index) editors_.At(index)->Problems().Clear();
   }
   std::map<std::string, Problems> news;
-  for (; followed < list.GetAll().size(); ++followed) {
-    const LogEntry& entry = list.GetAll()[followed];
+  for (; followed_ < list_.GetAll().size(); ++followed_) {
+    const LogEntry& entry = list_.GetAll()[followed_];
     if (entry.line <= 0) continue;
     news[entry.file].push_back(
         {entry.line - 1, entry.kind == LogKind::Error, ToQt(entry.message).simplified()});
   }
   if (news.empty()) return;
-  for (int index = 0; index < editors.count(); ++index) Show(news, *editors.At(index));
+  for (int index = 0; index < editors_.count(); ++index) Show(news, *editors_.At(index));
   for (auto& [file, problems] : news) {
-    Problems& all = known[file];
+    Problems& all = known_[file];
     all.insert(all.end(), problems.begin(), problems.end());
   }
 }
@@ -51,7 +51,7 @@ void ProblemMarks::Show(const std::map<std::string, Problems>& from, CodeEditor&
   const QFileInfo shown(ToQt(editor.GetPath()));
   for (const auto& [file, problems] : from) {
     if (!EqualNoCase(FileNameOf(file), name)) continue;
-    const std::string place = IsRelativePath(file) ? JoinPath(folder, file) : file;
+    const std::string place = IsRelativePath(file) ? JoinPath(folder_, file) : file;
     if (QFileInfo(ToQt(place)) == shown) editor.Problems().Add(problems);
   }
 }

@@ -23,7 +23,7 @@ class ProblemMarks {
   ~ProblemMarks();
 
   // Sets the base folder of relative paths in the log.
-  void SetFolder(std::string projectFolder) { folder = std::move(projectFolder); }
+  void SetFolder(std::string projectFolder) { folder_ = std::move(projectFolder); }
   // Shows the problems logged since the last call; a large log is processed in steps between other
   // events.
   void Refresh();
@@ -34,13 +34,13 @@ class ProblemMarks {
   // Shows the problems in `from` that refer to the editor's file.
   void Show(const std::map<std::string, Problems>& from, CodeEditor& editor) const;
 
-  ProblemList& list;
-  EditorTabs& editors;
-  std::map<std::string, Problems> known;  // by file name as in the log
-  std::string folder;
-  std::size_t followed = 0;  // number of processed list entries
-  int logNumber = 0;
-  QTimer later;
+  ProblemList& list_;
+  EditorTabs& editors_;
+  std::map<std::string, Problems> known_;  // by file name as in the log
+  std::string folder_;
+  std::size_t followed_ = 0;  // number of processed list entries
+  int logNumber_ = 0;
+  QTimer later_;
 };
 
 }  // namespace tarn::host

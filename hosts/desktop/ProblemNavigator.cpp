@@ -19,7 +19,7 @@ constexpr int kMessageMs = 15000;
 }  // namespace
 
 ProblemNavigator::ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar)
-    : problems(fileSystem), bar(statusBar) {}
+    : problems_(fileSystem), bar_(statusBar) {}
 
 void ProblemNavigator::AddActions(QMenu& menu) {
   menu.addAction(tr("&Next problem"), Qt::Key_F4, this,
@@ -30,26 +30,26 @@ void ProblemNavigator::AddActions(QMenu& menu) {
 
 // Reads the log in steps between other events, then runs the action.
 void ProblemNavigator::WhenRead(std::function<void()> action) {
-  if (!problems.Follow(std::time(nullptr), ProblemList::kPiece)) return action();
+  if (!problems_.Follow(std::time(nullptr), ProblemList::kPiece)) return action();
   QTimer::singleShot(0, this,
                      [this, action = std::move(action)]() mutable { WhenRead(std::move(action)); });
 }
 
 void ProblemNavigator::GoTo(const std::string& file, int line) {
-  WhenRead([this, file, line] { problems.GoTo(file, line, std::time(nullptr)); });
+  WhenRead([this, file, line] { problems_.GoTo(file, line, std::time(nullptr)); });
 }
 
 void ProblemNavigator::Step(bool isForward) {
   const std::int64_t now = std::time(nullptr);
-  const auto place = isForward ? problems.Next(now) : problems.Previous(now);
+  const auto place = isForward ? problems_.Next(now) : problems_.Previous(now);
   if (!place) {
-    bar.showMessage(tr("The last build had no errors or warnings"), kMessageMs);
+    bar_.showMessage(tr("The last build had no errors or warnings"), kMessageMs);
     return;
   }
   if (open) open(place->problem.file, place->problem.line);
   const QString text =
       place->problem.kind == LogKind::Error ? tr("Error %1 of %2: %3") : tr("Warning %1 of %2: %3");
-  bar.showMessage(
+  bar_.showMessage(
       text.arg(place->number).arg(place->count).arg(ToQt(place->problem.message).simplified()),
       kMessageMs);
 }

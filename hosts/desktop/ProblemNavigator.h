@@ -21,8 +21,8 @@ class ProblemNavigator : public QObject {
   ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar);
 
   void AddActions(QMenu& menu);
-  void SetProject(const std::string& path) { problems.SetProject(path); }
-  ProblemList& GetList() { return problems; }
+  void SetProject(const std::string& path) { problems_.SetProject(path); }
+  ProblemList& GetList() { return problems_; }
   // Records that the user has moved to a position. Like a step, this is deferred until a long log
   // has been read.
   void GoTo(const std::string& file, int line);
@@ -34,8 +34,8 @@ class ProblemNavigator : public QObject {
   void WhenRead(std::function<void()> action);
   void Step(bool isForward);
 
-  ProblemList problems;
-  QStatusBar& bar;
+  ProblemList problems_;
+  QStatusBar& bar_;
 };
 
 }  // namespace tarn::host

@@ -45,30 +45,30 @@ void Warn(QWidget& window, const Error& error) {
 // until they are written.
 class EditRight {
  public:
-  EditRight(BuildSession& session, const std::string& project) : inspector(session.Inspector()) {
+  EditRight(BuildSession& session, const std::string& project) : inspector_(session.Inspector()) {
     constexpr int kMostTries = 40;
     constexpr unsigned long kBetweenTries = 50;  // milliseconds
-    for (int i = 0; i < kMostTries && !isTaken && problem.empty(); ++i) {
+    for (int i = 0; i < kMostTries && !isTaken_ && problem_.empty(); ++i) {
       if (i > 0) QThread::msleep(kBetweenTries);
       session.TakeLogLines();
-      isTaken = inspector.TryLockProject(project).empty();
+      isTaken_ = inspector_.TryLockProject(project).empty();
       // Without a holder, waiting would not help.
       const std::vector<std::string> lines = session.TakeLogLines();
-      if (!isTaken && !lines.empty()) problem = lines.front();
+      if (!isTaken_ && !lines.empty()) problem_ = lines.front();
     }
   }
-  ~EditRight() { inspector.UnlockProject(); }
+  ~EditRight() { inspector_.UnlockProject(); }
   EditRight(const EditRight&) = delete;
   EditRight& operator=(const EditRight&) = delete;
 
-  bool IsTaken() const { return isTaken; }
+  bool IsTaken() const { return isTaken_; }
   // Returns why the lock can't be taken by any process, or an empty string.
-  const std::string& GetProblem() const { return problem; }
+  const std::string& GetProblem() const { return problem_; }
 
  private:
-  InspectorDriver& inspector;
-  bool isTaken = false;
-  std::string problem;
+  InspectorDriver& inspector_;
+  bool isTaken_ = false;
+  std::string problem_;
 };
 
 // Returns the menu text of the next step; an empty string if there is none.
@@ -99,50 +99,51 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
                                BuildSession& buildSession, CommandRunner& commandRunner,
                                EditorTabs& editorTabs, Banner& projectBanner, Banner& damageBanner,
                                Banner& trustBanner, Banner& saveBanner)
-    : window(parentWindow),
-      files(fileSystem),
-      session(buildSession),
-      runner(commandRunner),
-      editors(editorTabs),
-      banner(projectBanner),
-      damage(parentWindow, buildSession, damageBanner),
-      trust(parentWindow, buildSession, trustBanner),
-      saves(parentWindow, saveBanner),
-      history(
+    : window_(parentWindow),
+      files_(fileSystem),
+      session_(buildSession),
+      runner_(commandRunner),
+      editors_(editorTabs),
+      banner_(projectBanner),
+      damage_(parentWindow, buildSession, damageBanner),
+      trust_(parentWindow, buildSession, trustBanner),
+      saves_(parentWindow, saveBanner),
+      history_(
           buildSession.Inspector(), [this](const FileChanges& changes) { return Apply(changes); },
-          [this] { return runner.IsBuilding(); }),
-      watch(fileSystem, this) {
-  saves.onShowFile = [this](const std::string& path) {
+          [this] { return runner_.IsBuilding(); }),
+      watch_(fileSystem, this) {
+  saves_.onShowFile = [this](const std::string& path) {
     if (onShowFile) onShowFile(path);
   };
-  trust.onTrusted = [this] { runner.Repeat(); };
-  banner.onFirst = [this] { Reload(); };
-  banner.onSecond = [this] {
-    watch.Follow(editorsProject);
-    banner.hide();
+  trust_.onTrusted = [this] { runner_.Repeat(); };
+  banner_.onFirst = [this] { Reload(); };
+  banner_.onSecond = [this] {
+    watch_.Follow(editorsProject_);
+    banner_.hide();
   };
-  watch.onChanged = [this] {
-    banner.Tell(tr("The project's files have been changed by another program."));
+  watch_.onChanged = [this] {
+    banner_.Tell(tr("The project's files have been changed by another program."));
   };
 }
 
 void ProjectActions::Open(const std::string& path) {
-  if (session.HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session.GetProjectPath()))) {
+  if (session_.HasProject() &&
+      QFileInfo(ToQt(path)) == QFileInfo(ToQt(session_.GetProjectPath()))) {
     return;
   }
-  if (!IsFree() || !editors.MayCloseAll() || !MayClose()) return;
+  if (!IsFree() || !editors_.MayCloseAll() || !MayClose()) return;
   KeepEditors();
-  const QScopedValueRollback<bool> asked(isDiscarding, true);
+  const QScopedValueRollback<bool> asked(isDiscarding_, true);
   Load(path);
 }
 
 bool ProjectActions::MayReplaceWith(const std::string& path) {
-  const std::string present = runner.GetProjectPath();
+  const std::string present = runner_.GetProjectPath();
   if (!IsFree()) return false;
   if (path == present || !HasUnsaved()) return true;
-  if (session.IsDamageHeld()) return MayClose();
+  if (session_.IsDamageHeld()) return MayClose();
   const auto answer = QMessageBox::question(
-      &window, tr("Tarn"),
+      &window_, tr("Tarn"),
       tr("%1 must be closed first. Save its changes?").arg(ToQt(FileNameOf(present))),
       QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
   return answer == QMessageBox::Save;
@@ -152,50 +153,50 @@ Status ProjectActions::Restore(const std::string& path, const std::vector<FileTe
                                const std::vector<FileText>& bases) {
   const FileChanges changes = FindChanges(bases, texts);
   Status made;
-  if (path != runner.GetProjectPath()) {
+  if (path != runner_.GetProjectPath()) {
     KeepEditors();
-    made = runner.Open(path);
-    TellWhatIsNotSaved(session.TakeSaveReport());
+    made = runner_.Open(path);
+    TellWhatIsNotSaved(session_.TakeSaveReport());
   }
   if (texts.empty()) return made;
-  if (made) made = CheckNewFiles(history.GetFiles(), changes);
-  if (made) made = history.Change(changes);
+  if (made) made = CheckNewFiles(history_.GetFiles(), changes);
+  if (made) made = history_.Change(changes);
   // Nothing else is unsaved, so conflicting changes can be staged for the next save to merge.
   if (made || HasUnsaved()) return made;
   made = OpenStaged(path, texts, bases);
-  if (made) history.Add(changes);
+  if (made) history_.Add(changes);
   return made;
 }
 
 // Opens the project with these texts in place of its files, which are not modified.
 Status ProjectActions::OpenStaged(const std::string& path, const std::vector<FileText>& texts,
                                   const std::vector<FileText>& bases) {
-  const Status opened = runner.OpenWithChanges(path, JoinFileTexts(texts), JoinFileTexts(bases));
+  const Status opened = runner_.OpenWithChanges(path, JoinFileTexts(texts), JoinFileTexts(bases));
   if (!opened) return opened;
-  watch.Expect(bases);
+  watch_.Expect(bases);
   return {};
 }
 
 bool ProjectActions::IsFree() {
-  if (!runner.IsBuilding()) return true;
-  QMessageBox::information(&window, tr("Tarn"),
+  if (!runner_.IsBuilding()) return true;
+  QMessageBox::information(&window_, tr("Tarn"),
                            tr("You can open another project once the build has finished."));
   return false;
 }
 
 bool ProjectActions::Load(const std::string& path) {
-  Status opened = runner.Open(path);
-  SaveReport report = session.TakeSaveReport();
+  Status opened = runner_.Open(path);
+  SaveReport report = session_.TakeSaveReport();
   // The present project could not be closed.
   while (!opened && !report.problems.empty() && HasUnsaved()) {
     if (!MayDropUnsaved(report)) return false;
-    opened = runner.Open(path);
-    report = session.TakeSaveReport();
+    opened = runner_.Open(path);
+    report = session_.TakeSaveReport();
   }
   TellWhatIsNotSaved(report);
   if (opened) return true;
   if (OffersToRelocate(path, opened.GetError().text)) return true;
-  if (files.Exists(path)) return false;
+  if (files_.Exists(path)) return false;
   RecentProjects::Remove(ToQt(path));
   if (onRecentChanged) onRecentChanged();
   return false;
@@ -204,7 +205,7 @@ bool ProjectActions::Load(const std::string& path) {
 void ProjectActions::Choose() {
   const QString last = RecentProjects::List().value(0);
   const QString chosen = QFileDialog::getOpenFileName(
-      &window, tr("Open project"), last.isEmpty() ? QDir::homePath() : QFileInfo(last).path(),
+      &window_, tr("Open project"), last.isEmpty() ? QDir::homePath() : QFileInfo(last).path(),
       tr("Projects (*.tprj)"));
   if (!chosen.isEmpty()) Open(FromQt(chosen));
 }
@@ -213,22 +214,22 @@ void ProjectActions::Choose() {
 // Returns true if it was found and the project is open with the correction, which is not saved yet.
 bool ProjectActions::OffersToRelocate(const std::string& path, const std::string& reason) {
   const QString text = tr("%1 can't be opened.").arg(ToQt(path));
-  Relocation moves(files, path);
+  Relocation moves(files_, path);
   if (!moves.MissesApplication()) {
-    Warn(window, text, reason);
+    Warn(window_, text, reason);
     return false;
   }
   QMessageBox box(QMessageBox::Warning, tr("Tarn"), text + "\n\n" + ToQt(reason),
-                  QMessageBox::Close, &window);
+                  QMessageBox::Close, &window_);
   const QPushButton* const find =
       box.addButton(tr("&Find moved files..."), QMessageBox::ActionRole);
   box.exec();
   if (box.clickedButton() != find) return false;
-  RelocateDialog dialog(moves, FolderOf(path), &window);
+  RelocateDialog dialog(moves, FolderOf(path), &window_);
   if (dialog.exec() != QDialog::Accepted) return false;
   std::vector<FileText> bases;
   for (const FileText& each : dialog.GetTexts()) {
-    if (auto disk = files.ReadWholeFile(each.path)) bases.push_back({each.path, std::move(*disk)});
+    if (auto disk = files_.ReadWholeFile(each.path)) bases.push_back({each.path, std::move(*disk)});
   }
   if (OpenStaged(path, dialog.GetTexts(), bases)) {
     // Before this step, the project had no file at the application's new path.
@@ -237,33 +238,33 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
         return each.kind == MovedPath::Kind::Application && each.newPath == base.path;
       });
     });
-    history.Add(FindChanges(bases, dialog.GetTexts()));
+    history_.Add(FindChanges(bases, dialog.GetTexts()));
     return true;
   }
   // Something else is still missing. Write the corrections, so that they needn't be made again.
-  const Status written = files.WriteFiles(AsBytes(dialog.GetTexts()));
-  if (!written) Warn(window, written.GetError());
+  const Status written = files_.WriteFiles(AsBytes(dialog.GetTexts()));
+  if (!written) Warn(window_, written.GetError());
   return written && Load(path);
 }
 
 void ProjectActions::Relocate() {
-  const std::string path = runner.GetProjectPath();
-  if (path.empty() || runner.IsBuilding() || !damage.MayGoOn()) return;
-  history.Note();
-  Relocation moves(files, path);
-  moves.SetTexts(history.GetFiles());
-  RelocateDialog dialog(moves, FolderOf(path), &window);
-  if (dialog.exec() != QDialog::Accepted || runner.IsBuilding()) return;
-  const FileChanges changes = FindChanges(history.GetFiles(), moves.Complete(dialog.GetTexts()));
-  if (const Status done = history.Change(changes); !done) Warn(window, done.GetError());
+  const std::string path = runner_.GetProjectPath();
+  if (path.empty() || runner_.IsBuilding() || !damage_.MayGoOn()) return;
+  history_.Note();
+  Relocation moves(files_, path);
+  moves.SetTexts(history_.GetFiles());
+  RelocateDialog dialog(moves, FolderOf(path), &window_);
+  if (dialog.exec() != QDialog::Accepted || runner_.IsBuilding()) return;
+  const FileChanges changes = FindChanges(history_.GetFiles(), moves.Complete(dialog.GetTexts()));
+  if (const Status done = history_.Change(changes); !done) Warn(window_, done.GetError());
 }
 
 // The server closes the project first, so the wizard always creates a new one.
 void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
-  const std::string before = runner.GetProjectPath();
-  if (session.Manager().ProjectNew() != 0) {
-    RecentProjects::NoteNew(session.GetProjectPath());
+  const std::string before = runner_.GetProjectPath();
+  if (session_.Manager().ProjectNew() != 0) {
+    RecentProjects::NoteNew(session_.GetProjectPath());
     // The first save completes the files of the new project.
     QTimer::singleShot(0, this, [this] { SaveAll(); });
     return;
@@ -277,42 +278,42 @@ void ProjectActions::New() {
 void ProjectActions::OpenExample(const Example& example) {
   if (!IsFree()) return;
   const QString folder = QFileDialog::getExistingDirectory(
-      &window, tr("Choose a folder for the copy of %1").arg(ToQt(example.name)), QDir::homePath());
+      &window_, tr("Choose a folder for the copy of %1").arg(ToQt(example.name)), QDir::homePath());
   if (folder.isEmpty()) return;
-  const Result<std::string> copied = CopyExample(files, example, FromQt(folder));
+  const Result<std::string> copied = CopyExample(files_, example, FromQt(folder));
   if (copied) {
     Open(*copied);
     return;
   }
-  QMessageBox::warning(&window, tr("Tarn"),
+  QMessageBox::warning(&window_, tr("Tarn"),
                        tr("%1 can't be copied: %2")
                            .arg(ToQt(copied.GetError().place), ToQt(copied.GetError().text)));
 }
 
 void ProjectActions::SaveAll() {
   // A text that can't be saved is reported and doesn't prevent saving the others.
-  static_cast<void>(editors.SaveAll());
-  if (!HasUnsaved() || !damage.MayGoOn()) return;
-  history.Note();
-  session.TakeLogLines();
-  runner.SaveProject();
-  const SaveReport report = session.TakeSaveReport();
-  saves.Show(report);
+  static_cast<void>(editors_.SaveAll());
+  if (!HasUnsaved() || !damage_.MayGoOn()) return;
+  history_.Note();
+  session_.TakeLogLines();
+  runner_.SaveProject();
+  const SaveReport report = session_.TakeSaveReport();
+  saves_.Show(report);
   TellWhatIsNotSaved(report);
 }
 
 bool ProjectActions::Leave() {
   if (!MayClose()) return false;
   KeepEditors();
-  session.TakeLogLines();
-  if (!session.HasProject()) return true;
-  while (session.Manager().ProjectClose() == 0) {
-    const SaveReport report = session.TakeSaveReport();
+  session_.TakeLogLines();
+  if (!session_.HasProject()) return true;
+  while (session_.Manager().ProjectClose() == 0) {
+    const SaveReport report = session_.TakeSaveReport();
     if (report.problems.empty() || !MayDropUnsaved(report)) return false;
   }
-  const SaveReport report = session.TakeSaveReport();
+  const SaveReport report = session_.TakeSaveReport();
   TellWhatIsNotSaved(report);
-  saves.ShowConflictsNow(report);
+  saves_.ShowConflictsNow(report);
   return true;
 }
 
@@ -323,27 +324,27 @@ bool ProjectActions::MayDropUnsaved(const SaveReport& report) {
   for (const std::string& line : report.problems) text += "\n" + line;
   QMessageBox box(QMessageBox::Warning, tr("Tarn"),
                   tr("The project's changes could not be saved.") + "\n" + ToQt(text),
-                  QMessageBox::Discard | QMessageBox::Cancel, &window);
+                  QMessageBox::Discard | QMessageBox::Cancel, &window_);
   box.setObjectName("unsaved");
   const QPushButton* const save = box.addButton(tr("&Save copies..."), QMessageBox::ActionRole);
   box.setDefaultButton(QMessageBox::Cancel);
   const int answer = box.exec();
   const bool isDropped =
       box.clickedButton() == save ? SaveCopies() : answer == QMessageBox::Discard;
-  if (isDropped) session.Inspector().DropChanges();
+  if (isDropped) session_.Inspector().DropChanges();
   return isDropped;
 }
 
 // Saves copies of the project's files, as they would be written, in a folder that the user chooses.
 bool ProjectActions::SaveCopies() {
   const QString folder = QFileDialog::getExistingDirectory(
-      &window, tr("Folder for the copies"),
+      &window_, tr("Folder for the copies"),
       QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   if (folder.isEmpty()) return false;
-  for (const FileText& each : ReadProjectFiles(session.Inspector())) {
+  for (const FileText& each : ReadProjectFiles(session_.Inspector())) {
     std::string copy = JoinPath(FromQt(folder), FileNameOf(each.path));
-    if (const Status kept = KeepCopy(files, copy, each.text, ".unsaved", copy); !kept) {
-      Warn(window, ToQt(copy), kept.GetError().text);
+    if (const Status kept = KeepCopy(files_, copy, each.text, ".unsaved", copy); !kept) {
+      Warn(window_, ToQt(copy), kept.GetError().text);
       return false;
     }
   }
@@ -357,19 +358,20 @@ void ProjectActions::TellWhatIsNotSaved(const SaveReport& report) {
     reasons.append(reasons.empty() ? "" : "\n") += line;
   }
   if (!reasons.empty()) {
-    Warn(window, tr("The project's changes could not be saved."), reasons);
+    Warn(window_, tr("The project's changes could not be saved."), reasons);
   }
 }
 
 void ProjectActions::AddOpening(QMenu& menu) {
   menu.addAction(tr("&New project..."), QKeySequence::New, this, [this] { New(); });
   menu.addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { Choose(); });
-  QMenu* const recent = MakeRecentMenu(window, [this](const QString& path) { Open(FromQt(path)); });
+  QMenu* const recent =
+      MakeRecentMenu(window_, [this](const QString& path) { Open(FromQt(path)); });
   menu.addMenu(recent);
   QAction* const relocate =
       menu.addAction(tr("Find &moved files..."), this, [this] { Relocate(); });
   connect(&menu, &QMenu::aboutToShow, this, [this, relocate] {
-    relocate->setEnabled(!runner.GetProjectPath().empty() && !runner.IsBuilding());
+    relocate->setEnabled(!runner_.GetProjectPath().empty() && !runner_.IsBuilding());
   });
   const auto tell = [this] {
     if (onRecentChanged) onRecentChanged();
@@ -388,11 +390,11 @@ void ProjectActions::AddHistory(QMenu& menu) {
   undo->setObjectName("undoProject");
   redo->setObjectName("redoProject");
   connect(&menu, &QMenu::aboutToShow, this, [this, undo, redo] {
-    history.Note();
-    undo->setEnabled(history.CanUndo());
-    redo->setEnabled(history.CanRedo());
-    const QString back = TextOfStep(history.GetUndoSteps());
-    const QString on = TextOfStep(history.GetRedoSteps());
+    history_.Note();
+    undo->setEnabled(history_.CanUndo());
+    redo->setEnabled(history_.CanRedo());
+    const QString back = TextOfStep(history_.GetUndoSteps());
+    const QString on = TextOfStep(history_.GetRedoSteps());
     undo->setText(back.isEmpty() ? tr("Undo project change") : tr("Undo: %1").arg(back));
     redo->setText(on.isEmpty() ? tr("Redo project change") : tr("Redo: %1").arg(on));
   });
@@ -404,79 +406,79 @@ void ProjectActions::AddHistory(QMenu& menu) {
 }
 
 void ProjectActions::Follow() {
-  const std::string path = runner.GetProjectPath();
+  const std::string path = runner_.GetProjectPath();
   // Its files are the same.
-  if (isApplying) return;
+  if (isApplying_) return;
   // Commands of the server create projects as well.
-  session.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
-  banner.hide();
-  damage.Follow();
-  saves.Show(session.TakeSaveReport());
-  watch.Follow(path);
+  session_.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
+  banner_.hide();
+  damage_.Follow();
+  saves_.Show(session_.TakeSaveReport());
+  watch_.Follow(path);
   // The steps are kept: undo merges with changes that another program has made since.
-  history.Refresh();
-  if (path == editorsProject) return;
-  trust.Hide();
-  history.Clear();
+  history_.Refresh();
+  if (path == editorsProject_) return;
+  trust_.Hide();
+  history_.Clear();
   KeepEditors();
   // Unsaved texts stay open, unless the user has agreed to discard them.
-  editors.CloseAll(!isDiscarding);
-  editorsProject = path;
+  editors_.CloseAll(!isDiscarding_);
+  editorsProject_ = path;
   if (path.empty()) return;
   RecentProjects::Note(path);
   if (onRecentChanged) onRecentChanged();
-  editors.Restore(RecentProjects::EditorsOf(path));
+  editors_.Restore(RecentProjects::EditorsOf(path));
 }
 
 void ProjectActions::Note() {
-  if (history.Note()) watch.Include(history.GetFiles());
+  if (history_.Note()) watch_.Include(history_.GetFiles());
 }
 
 bool ProjectActions::HasUnsaved() {
-  return !runner.GetProjectPath().empty() && session.Inspector().IsModified() != 0;
+  return !runner_.GetProjectPath().empty() && session_.Inspector().IsModified() != 0;
 }
 
 void ProjectActions::KeepEditors() {
-  if (!editorsProject.empty()) RecentProjects::KeepEditors(editorsProject, editors.Describe());
+  if (!editorsProject_.empty()) RecentProjects::KeepEditors(editorsProject_, editors_.Describe());
 }
 
 void ProjectActions::Reload() {
-  if (runner.IsBuilding()) return;
+  if (runner_.IsBuilding()) return;
   if (HasUnsaved()) {
     const auto answer = QMessageBox::question(
-        &window, tr("Tarn"),
+        &window_, tr("Tarn"),
         tr("The project has unsaved changes.\n\nSaving merges them with the other program's "
            "changes."),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) SaveAll();
     if (answer != QMessageBox::Discard) return;
   }
-  if (const Status taken = TakeFromDisk(); !taken) Warn(window, taken.GetError());
+  if (const Status taken = TakeFromDisk(); !taken) Warn(window_, taken.GetError());
 }
 
 Status ProjectActions::TakeFromDisk() {
-  const EditRight right(session, runner.GetProjectPath());
+  const EditRight right(session_, runner_.GetProjectPath());
   if (!right.GetProblem().empty()) return Error{ErrorCode::NotAFile, right.GetProblem(), {}};
   if (!right.IsTaken()) {
     return Error{ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
   }
   const bool hadUnsaved = HasUnsaved();
-  session.Inspector().DropChanges();
-  Status taken = runner.ReopenWith({});
+  session_.Inspector().DropChanges();
+  Status taken = runner_.ReopenWith({});
   // The steps referred to the discarded changes.
-  if (taken && hadUnsaved) history.Clear();
+  if (taken && hadUnsaved) history_.Clear();
   return taken;
 }
 
 Status ProjectActions::Apply(const FileChanges& changes) {
-  const QScopedValueRollback<bool> applying(isApplying, true);
-  return runner.Apply(changes);
+  const QScopedValueRollback<bool> applying(isApplying_, true);
+  return runner_.Apply(changes);
 }
 
 void ProjectActions::Go(Status (ProjectHistory::*way)()) {
-  if (runner.GetProjectPath().empty() || !damage.MayGoOn()) return;
-  if (const Status gone = (history.*way)(); !gone) Warn(window, gone.GetError());
-  watch.Include(history.GetFiles());
+  if (runner_.GetProjectPath().empty() || !damage_.MayGoOn()) return;
+  if (const Status gone = (history_.*way)(); !gone) Warn(window_, gone.GetError());
+  watch_.Include(history_.GetFiles());
 }
 
 }  // namespace tarn::host

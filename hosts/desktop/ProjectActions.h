@@ -68,11 +68,11 @@ class ProjectActions : public QObject {
   // Records changes as an undo step; to be called periodically.
   void Note();
   // Checks for files written by other programs; call this when the window is activated.
-  void Look() { watch.Look(); }
+  void Look() { watch_.Look(); }
   // Returns true if the project may be built and saved; asks the user if it is damaged.
-  bool MayChange() { return damage.MayGoOn(); }
+  bool MayChange() { return damage_.MayGoOn(); }
   // Call this after a build: asks for trust if something was refused for lack of it.
-  void AskForTrust() { trust.Follow(); }
+  void AskForTrust() { trust_.Follow(); }
   // Returns true if the project has changed since it was opened or saved.
   bool HasUnsaved();
   // Stores which files are open, for the next start.
@@ -86,7 +86,7 @@ class ProjectActions : public QObject {
  private:
   // Returns false during a build, after informing the user.
   bool IsFree();
-  bool MayClose() { return !HasUnsaved() || damage.MayClose(); }
+  bool MayClose() { return !HasUnsaved() || damage_.MayClose(); }
   bool Load(const std::string& path);
   Status OpenStaged(const std::string& path, const std::vector<FileText>& texts,
                     const std::vector<FileText>& bases);
@@ -99,20 +99,20 @@ class ProjectActions : public QObject {
   Status Apply(const FileChanges& changes);
   void Go(Status (ProjectHistory::*way)());
 
-  QWidget& window;
-  FileSystem& files;
-  BuildSession& session;
-  CommandRunner& runner;
-  EditorTabs& editors;
-  Banner& banner;
-  DamageNotice damage;
-  TrustNotice trust;
-  SaveNotice saves;
-  ProjectHistory history;
-  ProjectWatch watch;
-  std::string editorsProject;  // project of the files in the editors; empty if none
-  bool isDiscarding = false;   // unsaved texts may be closed with their project
-  bool isApplying = false;     // the project is being reloaded from memory
+  QWidget& window_;
+  FileSystem& files_;
+  BuildSession& session_;
+  CommandRunner& runner_;
+  EditorTabs& editors_;
+  Banner& banner_;
+  DamageNotice damage_;
+  TrustNotice trust_;
+  SaveNotice saves_;
+  ProjectHistory history_;
+  ProjectWatch watch_;
+  std::string editorsProject_;  // project of the files in the editors; empty if none
+  bool isDiscarding_ = false;   // unsaved texts may be closed with their project
+  bool isApplying_ = false;     // the project is being reloaded from memory
 };
 
 }  // namespace tarn::host

@@ -41,9 +41,9 @@ class ProjectWatch : public QObject {
   void Note(const std::string& path);
   void Watch();
 
-  FileSystem& files;
-  FileWatch watch;
-  std::map<std::string, std::uint64_t> known;  // path -> hash of the content
+  FileSystem& files_;
+  FileWatch watch_;
+  std::map<std::string, std::uint64_t> known_;  // path -> hash of the content
 };
 
 }  // namespace tarn::host

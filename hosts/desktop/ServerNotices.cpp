@@ -32,18 +32,18 @@ bool IsText(const QString& path) {
 }  // namespace
 
 ServerNotices::ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStatusBar& statusBar)
-    : frame(mainFrame), files(fileSystem), bar(statusBar), selection(new QLabel(&statusBar)) {
-  selection->setAccessibleName(tr("Current selection"));
-  bar.addPermanentWidget(selection);
+    : frame_(mainFrame), files_(fileSystem), bar_(statusBar), selection_(new QLabel(&statusBar)) {
+  selection_->setAccessibleName(tr("Current selection"));
+  bar_.addPermanentWidget(selection_);
   AnswerMessages();
 }
 
 ServerNotices::~ServerNotices() {
-  for (const std::uint32_t number : kAnswered) frame.Answer(number, {});
+  for (const std::uint32_t number : kAnswered) frame_.Answer(number, {});
 }
 
 void ServerNotices::Answer(std::uint32_t number, std::function<void(const HostEvent&)> show) {
-  frame.Answer(number, [show = std::move(show)](const HostEvent& event) {
+  frame_.Answer(number, [show = std::move(show)](const HostEvent& event) {
     show(event);
     return std::intptr_t{1};
   });
@@ -54,28 +54,28 @@ void ServerNotices::AnswerMessages() {
     Answer(number, [this, number](const HostEvent& event) {
       // There is a message for each application of a project; the first one is active until
       // reported otherwise.
-      if (number == kMsgApplicationKnown && !application.isEmpty()) return;
-      application = QFileInfo(ToQt(event.text)).completeBaseName();
-      applicationFile = NameOf(event.text);
-      configuration = ToQt(event.detail);
+      if (number == kMsgApplicationKnown && !application_.isEmpty()) return;
+      application_ = QFileInfo(ToQt(event.text)).completeBaseName();
+      applicationFile_ = NameOf(event.text);
+      configuration_ = ToQt(event.detail);
       ShowSelection();
     });
   }
   Answer(kMsgCurrentNodeChanged, [this](const HostEvent& event) {
-    node = NameOf(event.text);
-    if (node.isEmpty() && askLabel) node = ToQt(askLabel());
+    node_ = NameOf(event.text);
+    if (node_.isEmpty() && askLabel) node_ = ToQt(askLabel());
     ShowSelection();
   });
   Answer(kMsgOutputInvalid, [this](const HostEvent& event) {
     if (!event.text.empty() && !(isBuilding && isBuilding())) {
-      bar.showMessage(tr("%1 is out of date").arg(NameOf(event.text)), kNoticeMs);
+      bar_.showMessage(tr("%1 is out of date").arg(NameOf(event.text)), kNoticeMs);
     }
   });
   Answer(kMsgProjectCreated, [this](const HostEvent& event) {
-    bar.showMessage(tr("%1 has been created").arg(ToQt(event.text)), kNoticeMs);
+    bar_.showMessage(tr("%1 has been created").arg(ToQt(event.text)), kNoticeMs);
   });
   Answer(kMsgCreationEnded, [this](const HostEvent&) {
-    bar.showMessage(tr("The new application is ready to be built"), kNoticeMs);
+    bar_.showMessage(tr("The new application is ready to be built"), kNoticeMs);
   });
   Answer(kMsgShowHelp, [this](const HostEvent& event) {
     // Deferred: the sender is one of the server's windows in the middle of a click.
@@ -84,34 +84,34 @@ void ServerNotices::AnswerMessages() {
   Answer(kMsgShowTimeStamps, [this](const HostEvent& event) {
     const auto high = static_cast<std::uint32_t>(event.wParam);
     const auto low = static_cast<std::uint32_t>(event.lParam);
-    bar.showMessage(tr("Time stamp %1").arg(qulonglong{high} << 32 | low), kNoticeMs);
+    bar_.showMessage(tr("Time stamp %1").arg(qulonglong{high} << 32 | low), kNoticeMs);
   });
 }
 
 // Opens only local files: a URL in a tool's message must not be followed.
 void ServerNotices::ShowHelp(const std::string& path) {
-  const QFileInfo file(ToQt(files.NameOnDisk(path)));
+  const QFileInfo file(ToQt(files_.NameOnDisk(path)));
   if (IsText(file.filePath()) && openText) {
     openText(path);
   } else if (!file.exists() ||
              !QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath()))) {
-    bar.showMessage(tr("The help file %1 can't be shown").arg(file.filePath()), kNoticeMs);
+    bar_.showMessage(tr("The help file %1 can't be shown").arg(file.filePath()), kNoticeMs);
   }
 }
 
 void ServerNotices::Forget() {
-  node.clear();
-  application.clear();
-  applicationFile.clear();
-  configuration.clear();
+  node_.clear();
+  application_.clear();
+  applicationFile_.clear();
+  configuration_.clear();
   ShowSelection();
 }
 
 void ServerNotices::ShowSelection() {
   QStringList parts;
-  if (!node.isEmpty() && node != applicationFile) parts += node;
-  if (!application.isEmpty()) parts += tr("%1 (%2)").arg(application, configuration);
-  selection->setText(parts.join(QStringLiteral("  \u2022  ")));
+  if (!node_.isEmpty() && node_ != applicationFile_) parts += node_;
+  if (!application_.isEmpty()) parts += tr("%1 (%2)").arg(application_, configuration_);
+  selection_->setText(parts.join(QStringLiteral("  \u2022  ")));
   if (onSelectionChanged) onSelectionChanged();
 }
 

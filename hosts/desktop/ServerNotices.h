@@ -44,14 +44,14 @@ class ServerNotices : public QObject {
   void ShowHelp(const std::string& path);
   void ShowSelection();
 
-  MainFrame& frame;
-  FileSystem& files;
-  QStatusBar& bar;
-  QLabel* const selection;
-  QString node;
-  QString application;
-  QString applicationFile;
-  QString configuration;
+  MainFrame& frame_;
+  FileSystem& files_;
+  QStatusBar& bar_;
+  QLabel* const selection_;
+  QString node_;
+  QString application_;
+  QString applicationFile_;
+  QString configuration_;
 };
 
 }  // namespace tarn::host

@@ -34,40 +34,40 @@ constexpr HostMessage kAnswered[] = {kMsgAnnounceWindow, kMsgAddMainMenu, kMsgCr
 
 ServerSurface::ServerSurface(QMainWindow& mainWindow, MainFrame& mainFrame,
                              const MenuCommands& menuCommands)
-    : window(mainWindow), frame(mainFrame), commands(menuCommands) {
+    : window_(mainWindow), frame_(mainFrame), commands_(menuCommands) {
   const auto answer = [this](HostMessage number, auto act) {
-    frame.Answer(number, [act](const HostEvent& event) {
+    frame_.Answer(number, [act](const HostEvent& event) {
       act(event);
       return std::intptr_t{1};
     });
   };
   answer(kMsgAnnounceWindow, [this](const HostEvent& event) { AddDock(event); });
   answer(kMsgAddMainMenu, [this](const HostEvent& event) {
-    window.menuBar()->addMenu(MakeServerMenu(event.detail, commands, window));
+    window_.menuBar()->addMenu(MakeServerMenu(event.detail, commands_, window_));
   });
   answer(kMsgCreateToolbar, [this](const HostEvent& event) { AddToolBar(event.detail); });
   answer(kMsgShowPopupMenu, [this](const HostEvent& event) {
     const auto& place = *reinterpret_cast<const Point*>(event.wParam);
     // Deferred: a menu would be closed by the mouse press that is still in progress.
-    QTimer::singleShot(0, &window, [this, screen = QPoint(place.x, place.y), name = event.detail] {
+    QTimer::singleShot(0, &window_, [this, screen = QPoint(place.x, place.y), name = event.detail] {
       ShowPopup(name, screen);
     });
   });
 }
 
 ServerSurface::~ServerSurface() {
-  for (const HostMessage number : kAnswered) frame.Answer(number, {});
+  for (const HostMessage number : kAnswered) frame_.Answer(number, {});
 }
 
 void ServerSurface::RefreshToolBars() {
-  for (QToolBar* const bar : toolBars) RefreshServerToolBar(*bar, commands);
+  for (QToolBar* const bar : toolBars_) RefreshServerToolBar(*bar, commands_);
 }
 
 void ServerSurface::ShowLog() {
-  if (logDock == nullptr) return;
-  logDock->show();
-  logDock->raise();
-  logDock->widget()->setFocus();
+  if (logDock_ == nullptr) return;
+  logDock_->show();
+  logDock_->raise();
+  logDock_->widget()->setFocus();
 }
 
 void ServerSurface::AddDock(const HostEvent& announcement) {
@@ -77,8 +77,8 @@ void ServerSurface::AddDock(const HostEvent& announcement) {
   const auto element = ParseXml(announcement.detail);
   const QString id = ToQt(AttributeOf(element.get(), "ID"));
   // Announced again each time the window is requested, for example by a script.
-  if (window.findChild<QDockWidget*>("dock" + id) != nullptr) return;
-  auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), &window);
+  if (window_.findChild<QDockWidget*>("dock" + id) != nullptr) return;
+  auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), &window_);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
   // The focusable view gets the dock's title as accessible name, and receives the focus set on the
@@ -92,54 +92,54 @@ void ServerSurface::AddDock(const HostEvent& announcement) {
     return;
   }
   if (id.toInt() == kLogWindow) {
-    logDock = dock;
-    logWindow = announced->GetHandle();
+    logDock_ = dock;
+    logWindow_ = announced->GetHandle();
   }
   AddBottomDock(*dock);
-  window.resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
+  window_.resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
 }
 
 void ServerSurface::AddBottomDock(QDockWidget& dock) {
-  window.addDockWidget(Qt::BottomDockWidgetArea, &dock);
-  if (lastBottomDock != nullptr) {
-    window.tabifyDockWidget(lastBottomDock, &dock);
+  window_.addDockWidget(Qt::BottomDockWidgetArea, &dock);
+  if (lastBottomDock_ != nullptr) {
+    window_.tabifyDockWidget(lastBottomDock_, &dock);
     dock.raise();
   }
-  lastBottomDock = &dock;
+  lastBottomDock_ = &dock;
 }
 
 void ServerSurface::AddTree(QDockWidget& dock, QWidget& tree) {
-  AddTreeShortcuts(tree, commands);
+  AddTreeShortcuts(tree, commands_);
   if (onTree) dock.setWidget(onTree(tree));
-  window.addDockWidget(Qt::LeftDockWidgetArea, &dock);
-  window.resizeDocks({&dock}, {kFirstTreeWidth}, Qt::Horizontal);
+  window_.addDockWidget(Qt::LeftDockWidgetArea, &dock);
+  window_.resizeDocks({&dock}, {kFirstTreeWidth}, Qt::Horizontal);
 }
 
 void ServerSurface::AddToolBar(const std::string& xml) {
-  QToolBar* const bar = window.addToolBar(QString());
+  QToolBar* const bar = window_.addToolBar(QString());
   // The layout is stored by object name.
-  bar->setObjectName(toolBars.empty() ? QString("serverBar")
-                                      : QString("serverBar%1").arg(toolBars.size() + 1));
-  FillServerToolBar(*bar, xml, commands);
-  toolBars.push_back(bar);
+  bar->setObjectName(toolBars_.empty() ? QString("serverBar")
+                                       : QString("serverBar%1").arg(toolBars_.size() + 1));
+  FillServerToolBar(*bar, xml, commands_);
+  toolBars_.push_back(bar);
 }
 
 void ServerSurface::ShowPopup(const std::string& name, QPoint screen) {
-  MenuCommands offered = commands;
+  MenuCommands offered = commands_;
   if (name == kLogPopup) {
     // The log implements copy and clear by itself, with its own enabled states.
     const auto isLogs = [](std::uint32_t command) {
       return command >= TARN_CMD_CLEAR_LOG && command <= TARN_CMD_CUT_LOG;
     };
     offered.isEnabled = [this, isLogs](std::uint32_t command) {
-      return isLogs(command) || commands.isEnabled(command);
+      return isLogs(command) || commands_.isEnabled(command);
     };
     offered.run = [this, isLogs](std::uint32_t command) {
-      if (!isLogs(command)) return commands.run(command);
-      SendWindowMessage(logWindow, kMsgCommand, command, 0);
+      if (!isLogs(command)) return commands_.run(command);
+      SendWindowMessage(logWindow_, kMsgCommand, command, 0);
     };
   }
-  popups.Show(name, screen, offered, window);
+  popups_.Show(name, screen, offered, window_);
 }
 
 }  // namespace tarn::host

@@ -37,7 +37,7 @@ class ServerSurface {
   std::function<QWidget*(QWidget& tree)> onTree;
 
   void LoadPopups(FileSystem& files, const std::string& configFile) {
-    popups.Load(files, configFile);
+    popups_.Load(files, configFile);
   }
   // Updates the enabled states of the buttons; call this periodically, because they are always
   // visible.
@@ -53,14 +53,14 @@ class ServerSurface {
   void AddToolBar(const std::string& xml);
   void ShowPopup(const std::string& name, QPoint screen);
 
-  QMainWindow& window;
-  MainFrame& frame;
-  const MenuCommands& commands;
-  PopupMenus popups;
-  std::vector<QToolBar*> toolBars;
-  QDockWidget* lastBottomDock = nullptr;
-  QDockWidget* logDock = nullptr;
-  WindowHandle logWindow = 0;
+  QMainWindow& window_;
+  MainFrame& frame_;
+  const MenuCommands& commands_;
+  PopupMenus popups_;
+  std::vector<QToolBar*> toolBars_;
+  QDockWidget* lastBottomDock_ = nullptr;
+  QDockWidget* logDock_ = nullptr;
+  WindowHandle logWindow_ = 0;
 };
 
 }  // namespace tarn::host

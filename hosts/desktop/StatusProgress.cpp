@@ -51,103 +51,103 @@ QString CountText(int errors, int warnings) {
 
 StatusProgress::StatusProgress(CommandRunner& commands, QWidget* parent)
     : QWidget(parent),
-      runner(commands),
-      text(new QLabel(tr("Ready"), this)),
-      outcome(new QToolButton(this)),
-      bar(new QProgressBar(this)),
-      clock(new QLabel(this)),
-      stop(new QToolButton(this)) {
+      runner_(commands),
+      text_(new QLabel(tr("Ready"), this)),
+      outcome_(new QToolButton(this)),
+      bar_(new QProgressBar(this)),
+      clock_(new QLabel(this)),
+      stop_(new QToolButton(this)) {
   // A long path is elided instead of widening the window.
-  text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  text->setTextFormat(Qt::PlainText);
-  outcome->setObjectName("buildOutcome");
-  outcome->setAutoRaise(true);
-  outcome->setToolTip(tr("Show the build log"));
-  connect(outcome, &QToolButton::clicked, this, [this] {
+  text_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  text_->setTextFormat(Qt::PlainText);
+  outcome_->setObjectName("buildOutcome");
+  outcome_->setAutoRaise(true);
+  outcome_->setToolTip(tr("Show the build log"));
+  connect(outcome_, &QToolButton::clicked, this, [this] {
     if (onShowLog) onShowLog();
   });
-  bar->setFixedWidth(kBarWidth);
-  bar->setTextVisible(false);
-  bar->setMaximumHeight(fontMetrics().height());
-  bar->setAccessibleName(tr("Build progress"));
-  clock->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  clock->setMinimumWidth(fontMetrics().horizontalAdvance("000:00"));
-  stop->setObjectName("stopBuild");
-  stop->setText(tr("Stop"));
-  stop->setAutoRaise(true);
-  stop->setToolTip(tr("Stop the build"));
-  connect(stop, &QToolButton::clicked, this, [this] {
-    runner.Stop();
+  bar_->setFixedWidth(kBarWidth);
+  bar_->setTextVisible(false);
+  bar_->setMaximumHeight(fontMetrics().height());
+  bar_->setAccessibleName(tr("Build progress"));
+  clock_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  clock_->setMinimumWidth(fontMetrics().horizontalAdvance("000:00"));
+  stop_->setObjectName("stopBuild");
+  stop_->setText(tr("Stop"));
+  stop_->setAutoRaise(true);
+  stop_->setToolTip(tr("Stop the build"));
+  connect(stop_, &QToolButton::clicked, this, [this] {
+    runner_.Stop();
     ShowRunning();
   });
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(6, 0, 0, 0);
-  row->addWidget(outcome);
-  row->addWidget(text, 1);
+  row->addWidget(outcome_);
+  row->addWidget(text_, 1);
   for (QWidget* const each :
-       {static_cast<QWidget*>(bar), static_cast<QWidget*>(clock), static_cast<QWidget*>(stop)}) {
+       {static_cast<QWidget*>(bar_), static_cast<QWidget*>(clock_), static_cast<QWidget*>(stop_)}) {
     row->addWidget(each);
   }
   ShowIdle(true);
-  outcome->hide();
-  connect(&ticker, &QTimer::timeout, this, [this] { ShowRunning(); });
+  outcome_->hide();
+  connect(&ticker_, &QTimer::timeout, this, [this] { ShowRunning(); });
 }
 
 void StatusProgress::Begin(const QString& projectFolder) {
-  folder = projectFolder;
-  outcome->hide();
+  folder_ = projectFolder;
+  outcome_->hide();
   ShowIdle(false);
   ShowRunning();
-  ticker.start(kTickMs);
+  ticker_.start(kTickMs);
 }
 
 void StatusProgress::End(BuildEnd end) {
-  ticker.stop();
+  ticker_.stop();
   ShowIdle(true);
-  text->clear();
-  const BuildProgress& progress = *runner.GetProgress();
+  text_->clear();
+  const BuildProgress& progress = *runner_.GetProgress();
   const QString counts = CountText(progress.GetErrors(), progress.GetWarnings());
   const double seconds = static_cast<double>(progress.GetElapsed().count()) / 1000.0;
-  QString word = WordFor(end, runner);
+  QString word = WordFor(end, runner_);
   if (!counts.isEmpty()) word = tr("%1: %2").arg(word, counts);
-  outcome->setText(tr("%1 (%2 s)").arg(word, locale().toString(seconds, 'f', 1)));
-  outcome->show();
+  outcome_->setText(tr("%1 (%2 s)").arg(word, locale().toString(seconds, 'f', 1)));
+  outcome_->show();
 }
 
 void StatusProgress::Say(const QString& message) {
-  outcome->hide();
-  text->setText(message);
+  outcome_->hide();
+  text_->setText(message);
 }
 
 void StatusProgress::ShowRunning() {
-  const BuildProgress& progress = *runner.GetProgress();
+  const BuildProgress& progress = *runner_.GetProgress();
   const auto seconds = progress.GetElapsed().count() / 1000;
-  clock->setText(QString("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0')));
-  stop->setEnabled(!runner.IsStopping());
-  if (runner.IsStopping()) {
-    text->setText(tr("Stopping the build..."));
+  clock_->setText(QString("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0')));
+  stop_->setEnabled(!runner_.IsStopping());
+  if (runner_.IsStopping()) {
+    text_->setText(tr("Stopping the build..."));
     return;
   }
   const int number = progress.GetNumber();
   const int total = progress.GetTotal();
   // With an unknown total the bar only indicates activity.
-  bar->setRange(0, total);
-  bar->setValue(number > 0 ? number - 1 : 0);
+  bar_->setRange(0, total);
+  bar_->setValue(number > 0 ? number - 1 : 0);
   if (number == 0) {
-    text->setText(TextOfStart(runner));
+    text_->setText(TextOfStart(runner_));
     return;
   }
   QString name = ToQt(progress.GetSubject());
-  if (!folder.isEmpty() && name.startsWith(folder + '/')) name.remove(0, folder.size() + 1);
+  if (!folder_.isEmpty() && name.startsWith(folder_ + '/')) name.remove(0, folder_.size() + 1);
   const QString place = total > 0 ? tr("Building %1 of %2").arg(number).arg(total)
                                   : tr("Building file %1").arg(number);
-  text->setText(text->fontMetrics().elidedText(tr("%1: %2").arg(place, name), Qt::ElideMiddle,
-                                               text->width()));
+  text_->setText(text_->fontMetrics().elidedText(tr("%1: %2").arg(place, name), Qt::ElideMiddle,
+                                                 text_->width()));
 }
 
 void StatusProgress::ShowIdle(bool isIdle) {
   for (QWidget* const each :
-       {static_cast<QWidget*>(bar), static_cast<QWidget*>(clock), static_cast<QWidget*>(stop)}) {
+       {static_cast<QWidget*>(bar_), static_cast<QWidget*>(clock_), static_cast<QWidget*>(stop_)}) {
     each->setVisible(!isIdle);
   }
 }

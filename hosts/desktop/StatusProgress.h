@@ -37,14 +37,14 @@ class StatusProgress : public QWidget {
   void ShowRunning();
   void ShowIdle(bool isIdle);
 
-  CommandRunner& runner;
-  QLabel* text = nullptr;
-  QToolButton* outcome = nullptr;
-  QProgressBar* bar = nullptr;
-  QLabel* clock = nullptr;
-  QToolButton* stop = nullptr;
-  QTimer ticker;
-  QString folder;
+  CommandRunner& runner_;
+  QLabel* text_ = nullptr;
+  QToolButton* outcome_ = nullptr;
+  QProgressBar* bar_ = nullptr;
+  QLabel* clock_ = nullptr;
+  QToolButton* stop_ = nullptr;
+  QTimer ticker_;
+  QString folder_;
 };
 
 }  // namespace tarn::host

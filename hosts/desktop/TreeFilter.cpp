@@ -46,61 +46,61 @@ class NodeDelegate : public QStyledItemDelegate {
 
 TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidget* parent)
     : QWidget(parent),
-      tree(treeWidget),
-      field(new SearchField(tr("Find in project"), this)),
-      list(new QListView(this)),
-      model(new NodeListModel(pictureFolder, this)) {
-  field->setObjectName("treeFilter");
-  field->setToolTip(tr("Lists all nodes whose name or path contains this text (Ctrl+P)"));
-  field->installEventFilter(this);
-  connect(field, &QLineEdit::textChanged, this, [this](const QString& text) { Show(text); });
-  list->setModel(model);
-  list->setItemDelegate(new NodeDelegate(list));
-  list->setUniformItemSizes(true);
-  list->setFrameShape(QFrame::NoFrame);
-  list->setEditTriggers(QListView::NoEditTriggers);
-  list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  list->setAccessibleName(tr("Matching nodes"));
-  list->installEventFilter(this);
-  list->hide();
-  connect(list, &QListView::clicked, this,
+      tree_(treeWidget),
+      field_(new SearchField(tr("Find in project"), this)),
+      list_(new QListView(this)),
+      model_(new NodeListModel(pictureFolder, this)) {
+  field_->setObjectName("treeFilter");
+  field_->setToolTip(tr("Lists all nodes whose name or path contains this text (Ctrl+P)"));
+  field_->installEventFilter(this);
+  connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) { Show(text); });
+  list_->setModel(model_);
+  list_->setItemDelegate(new NodeDelegate(list_));
+  list_->setUniformItemSizes(true);
+  list_->setFrameShape(QFrame::NoFrame);
+  list_->setEditTriggers(QListView::NoEditTriggers);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setAccessibleName(tr("Matching nodes"));
+  list_->installEventFilter(this);
+  list_->hide();
+  connect(list_, &QListView::clicked, this,
           [this](const QModelIndex& index) { Choose(index.row()); });
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   auto* const margin = new QVBoxLayout;
   margin->setContentsMargins(4, 4, 4, 4);
-  margin->addWidget(field);
+  margin->addWidget(field_);
   column->addLayout(margin);
-  column->addWidget(&tree, 1);
-  column->addWidget(list, 1);
-  setFocusProxy(&tree);
+  column->addWidget(&tree_, 1);
+  column->addWidget(list_, 1);
+  setFocusProxy(&tree_);
 }
 
 void TreeFilter::Begin() {
-  field->setFocus();
-  field->selectAll();
+  field_->setFocus();
+  field_->selectAll();
 }
 
 void TreeFilter::Show(const QString& text) {
   const bool isWanted = !text.trimmed().isEmpty();
-  if (isWanted && !list->isVisible() && askNodes) model->SetNodes(askNodes());
+  if (isWanted && !list_->isVisible() && askNodes) model_->SetNodes(askNodes());
   if (isWanted) {
-    model->SetText(text);
-    list->setCurrentIndex(model->index(0));
+    model_->SetText(text);
+    list_->setCurrentIndex(model_->index(0));
   }
-  tree.setVisible(!isWanted);
-  list->setVisible(isWanted);
+  tree_.setVisible(!isWanted);
+  list_->setVisible(isWanted);
 }
 
 void TreeFilter::Choose(int row) {
-  if (row < 0 || row >= model->rowCount()) return;
-  const IndexedNode node = model->NodeAt(row);
+  if (row < 0 || row >= model_->rowCount()) return;
+  const IndexedNode node = model_->NodeAt(row);
   // The tree may have changed in the meantime, so that a different node is at this position.
   std::vector<IndexedNode> present = askNodes ? askNodes() : std::vector<IndexedNode>();
   if (std::find(present.begin(), present.end(), node) == present.end()) {
-    model->SetNodes(std::move(present));
-    Show(field->text());
+    model_->SetNodes(std::move(present));
+    Show(field_->text());
     return;
   }
   Leave();
@@ -108,14 +108,14 @@ void TreeFilter::Choose(int row) {
 }
 
 void TreeFilter::Leave() {
-  field->clear();
-  tree.setFocus();
+  field_->clear();
+  tree_.setFocus();
 }
 
 void TreeFilter::Move(int rows) {
-  const int last = model->rowCount() - 1;
+  const int last = model_->rowCount() - 1;
   if (last >= 0) {
-    list->setCurrentIndex(model->index(std::clamp(list->currentIndex().row() + rows, 0, last)));
+    list_->setCurrentIndex(model_->index(std::clamp(list_->currentIndex().row() + rows, 0, last)));
   }
 }
 
@@ -127,7 +127,7 @@ bool TreeFilter::eventFilter(QObject* watched, QEvent* event) {
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      Choose(list->currentIndex().row());
+      Choose(list_->currentIndex().row());
       return true;
     case Qt::Key_Down:
       Move(1);

@@ -43,10 +43,10 @@ class TreeFilter : public QWidget {
   void Leave();
   void Move(int rows);
 
-  QWidget& tree;
-  SearchField* field = nullptr;
-  QListView* list = nullptr;
-  NodeListModel* model = nullptr;
+  QWidget& tree_;
+  SearchField* field_ = nullptr;
+  QListView* list_ = nullptr;
+  NodeListModel* model_ = nullptr;
 };
 
 }  // namespace tarn::host

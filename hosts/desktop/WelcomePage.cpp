@@ -54,7 +54,7 @@ QString ShortPath(const QString& path) {
 
 WelcomePage::WelcomePage(std::vector<Example> shippedExamples, const QString& pictureFolder,
                          QWidget* parent)
-    : QWidget(parent), examples(std::move(shippedExamples)), pictures(pictureFolder) {
+    : QWidget(parent), examples_(std::move(shippedExamples)), pictures_(pictureFolder) {
   setObjectName("welcomePage");
   auto* const area = new QScrollArea(this);
   area->setFrameShape(QFrame::NoFrame);
@@ -65,8 +65,8 @@ WelcomePage::WelcomePage(std::vector<Example> shippedExamples, const QString& pi
   auto* const columns = new QHBoxLayout;
   columns->setSpacing(kColumnSpace);
   auto* const start = new QVBoxLayout;
-  recent = new QVBoxLayout;
-  for (QVBoxLayout* const column : {start, recent}) {
+  recent_ = new QVBoxLayout;
+  for (QVBoxLayout* const column : {start, recent_}) {
     column->setSpacing(2);
     columns->addLayout(column, 1);
   }
@@ -100,11 +100,11 @@ void WelcomePage::AddStart(QVBoxLayout& column) {
       [this] { onOpen(); });
   add("node-application", tr("New project..."), tr("For a microcontroller of your choice"),
       [this] { onNew(); });
-  if (!examples.empty()) {
+  if (!examples_.empty()) {
     column.addSpacing(kMargin / 2);
     column.addWidget(Heading(tr("Open a copy of an example"), 1.1, this));
   }
-  for (const Example& each : examples) {
+  for (const Example& each : examples_) {
     add("node-c", ToQt(each.name), ToQt(each.summary), [this, each] { onExample(each); });
   }
   column.addStretch(1);
@@ -116,14 +116,14 @@ void WelcomePage::showEvent(QShowEvent* event) {
 }
 
 void WelcomePage::FillRecent() {
-  while (QLayoutItem* const item = recent->takeAt(0)) {
+  while (QLayoutItem* const item = recent_->takeAt(0)) {
     if (item->widget() != nullptr) {
       item->widget()->hide();
       item->widget()->deleteLater();
     }
     delete item;
   }
-  recent->addWidget(Heading(tr("Recent"), 1.1, this));
+  recent_->addWidget(Heading(tr("Recent"), 1.1, this));
   bool isEmpty = true;
   for (const QString& path : RecentProjects::List()) {
     if (!QFileInfo::exists(path)) continue;
@@ -132,16 +132,16 @@ void WelcomePage::FillRecent() {
                                   ShortPath(QFileInfo(path).path()), LinkRow::Remark::Path, this);
     row->setToolTip(path);
     connect(row, &LinkRow::clicked, this, [this, path] { onRecent(path); });
-    recent->addWidget(row);
+    recent_->addWidget(row);
   }
   if (isEmpty) {
-    recent->addWidget(Remark(tr("Projects that you open will be listed here."), this));
+    recent_->addWidget(Remark(tr("Projects that you open will be listed here."), this));
   }
-  recent->addStretch(1);
+  recent_->addStretch(1);
 }
 
 QIcon WelcomePage::Picture(const char* name) const {
-  return QIcon(pictures + QLatin1String(name) + ".svg");
+  return QIcon(pictures_ + QLatin1String(name) + ".svg");
 }
 
 }  // namespace tarn::host

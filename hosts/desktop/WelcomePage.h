@@ -36,9 +36,9 @@ class WelcomePage : public QWidget {
   void AddStart(QVBoxLayout& column);
   QIcon Picture(const char* name) const;
 
-  std::vector<Example> examples;
-  QString pictures;
-  QVBoxLayout* recent = nullptr;
+  std::vector<Example> examples_;
+  QString pictures_;
+  QVBoxLayout* recent_ = nullptr;
 };
 
 }  // namespace tarn::host

@@ -20,38 +20,38 @@ constexpr const char* kStateKey = "window/state";
 }  // namespace
 
 void WindowLayout::Restore() {
-  firstState = window.saveState(kVersion);
+  firstState_ = window_.saveState(kVersion);
   const DesktopSettings settings;
   // Both are no-ops for invalid data.
-  window.restoreGeometry(settings.value(kGeometryKey).toByteArray());
-  window.restoreState(settings.value(kStateKey).toByteArray(), kVersion);
+  window_.restoreGeometry(settings.value(kGeometryKey).toByteArray());
+  window_.restoreState(settings.value(kStateKey).toByteArray(), kVersion);
 }
 
 void WindowLayout::Save() const {
   DesktopSettings settings;
-  settings.setValue(kGeometryKey, window.saveGeometry());
-  settings.setValue(kStateKey, window.saveState(kVersion));
+  settings.setValue(kGeometryKey, window_.saveGeometry());
+  settings.setValue(kStateKey, window_.saveState(kVersion));
 }
 
 void WindowLayout::Reset() {
-  window.restoreState(firstState, kVersion);
+  window_.restoreState(firstState_, kVersion);
   if (onReset) onReset();
 }
 
 QMenu* WindowLayout::MakeMenu(const QList<QList<QAction*>>& groups) {
-  auto* const menu = new QMenu(QCoreApplication::translate("WindowLayout", "&View"), &window);
+  auto* const menu = new QMenu(QCoreApplication::translate("WindowLayout", "&View"), &window_);
   QObject::connect(menu, &QMenu::aboutToShow, menu, [this, menu, groups] { Fill(*menu, groups); });
   return menu;
 }
 
 void WindowLayout::Fill(QMenu& menu, const QList<QList<QAction*>>& groups) {
   menu.clear();
-  for (const QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
+  for (const QDockWidget* const dock : window_.findChildren<QDockWidget*>()) {
     menu.addAction(dock->toggleViewAction());
   }
   menu.addSeparator();
   for (const QToolBar* const bar :
-       window.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+       window_.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
     menu.addAction(bar->toggleViewAction());
   }
   menu.addSeparator();

@@ -14,7 +14,7 @@ namespace tarn::host {
 // all of them have object names.
 class WindowLayout {
  public:
-  explicit WindowLayout(QMainWindow& mainWindow) : window(mainWindow) {}
+  explicit WindowLayout(QMainWindow& mainWindow) : window_(mainWindow) {}
 
   // Restores the stored layout; call this after everything has its default position.
   void Restore();
@@ -30,8 +30,8 @@ class WindowLayout {
  private:
   void Fill(QMenu& menu, const QList<QList<QAction*>>& groups);
 
-  QMainWindow& window;
-  QByteArray firstState;
+  QMainWindow& window_;
+  QByteArray firstState_;
 };
 
 }  // namespace tarn::host

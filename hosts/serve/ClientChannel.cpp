@@ -32,30 +32,30 @@ RpcMessage ToMessage(FrameProblem problem) {
 
 ClientChannel::ClientChannel(ByteChannel& byteChannel, std::shared_ptr<MessageLoop> hostLoop,
                              EndHandler onEnd)
-    : bytes(byteChannel), loop(std::move(hostLoop)), tellEnd(std::move(onEnd)) {
-  reader = std::thread([this] { ReadLoop(); });
+    : bytes_(byteChannel), loop_(std::move(hostLoop)), tellEnd_(std::move(onEnd)) {
+  reader_ = std::thread([this] { ReadLoop(); });
 }
 
 ClientChannel::~ClientChannel() {
-  closing = true;
-  bytes.Wake();
-  reader.join();
+  closing_ = true;
+  bytes_.Wake();
+  reader_.join();
 }
 
 void ClientChannel::Abandon() {
-  gone = true;
-  tellEnd();
-  loop->Wake();
+  gone_ = true;
+  tellEnd_();
+  loop_->Wake();
 }
 
 bool ClientChannel::HasMessage() const {
-  const std::lock_guard<std::mutex> hold(lock);
-  return !messages.empty();
+  const std::lock_guard<std::mutex> hold(lock_);
+  return !messages_.empty();
 }
 
 bool ClientChannel::HasRequest(const std::function<bool(const RpcRequest&)>& isWanted) const {
-  const std::lock_guard<std::mutex> hold(lock);
-  for (const Waiting& each : messages) {
+  const std::lock_guard<std::mutex> hold(lock_);
+  for (const Waiting& each : messages_) {
     for (const RpcItem& item : each.message.items) {
       const auto* request = std::get_if<RpcRequest>(&item);
       if (request != nullptr && isWanted(*request)) return true;
@@ -65,45 +65,45 @@ bool ClientChannel::HasRequest(const std::function<bool(const RpcRequest&)>& isW
 }
 
 bool ClientChannel::IsFull() const {
-  const std::lock_guard<std::mutex> hold(lock);
-  return waitingSize > kMaxWaiting;
+  const std::lock_guard<std::mutex> hold(lock_);
+  return waitingSize_ > kMaxWaiting;
 }
 
 std::optional<RpcMessage> ClientChannel::Take() {
   std::optional<RpcMessage> taken;
   bool wasFull = false;
   {
-    const std::lock_guard<std::mutex> hold(lock);
-    if (messages.empty()) return taken;
-    wasFull = waitingSize > kMaxWaiting;
-    taken = std::move(messages.front().message);
-    waitingSize -= messages.front().size;
-    messages.pop_front();
+    const std::lock_guard<std::mutex> hold(lock_);
+    if (messages_.empty()) return taken;
+    wasFull = waitingSize_ > kMaxWaiting;
+    taken = std::move(messages_.front().message);
+    waitingSize_ -= messages_.front().size;
+    messages_.pop_front();
   }
-  if (wasFull) bytes.Wake();
+  if (wasFull) bytes_.Wake();
   return taken;
 }
 
 void ClientChannel::ReadLoop() {
   for (;;) {
-    const bool reads = !inputEnded && !IsFull();
-    const ByteChannel::Events events = bytes.Wait(reads);
-    if (closing) return;
+    const bool reads = !inputEnded_ && !IsFull();
+    const ByteChannel::Events events = bytes_.Wait(reads);
+    if (closing_) return;
     if (events.isBroken) return Abandon();
     if (!events.hasInput || ReadSome()) continue;
-    inputEnded = true;
-    if (!exitSeen) tellEnd();
-    loop->Wake();
+    inputEnded_ = true;
+    if (!exitSeen_) tellEnd_();
+    loop_->Wake();
   }
 }
 
 bool ClientChannel::ReadSome() {
   char chunk[kReadSize];
-  const std::optional<std::size_t> count = bytes.Read(chunk, sizeof chunk);
+  const std::optional<std::size_t> count = bytes_.Read(chunk, sizeof chunk);
   if (!count) return true;
   if (*count == 0) return false;
-  frames.Feed({chunk, *count});
-  while (const std::optional<Frame> frame = frames.Next()) TakeFrame(*frame);
+  frames_.Feed({chunk, *count});
+  while (const std::optional<Frame> frame = frames_.Next()) TakeFrame(*frame);
   return true;
 }
 
@@ -111,7 +111,7 @@ void ClientChannel::TakeFrame(const Frame& frame) {
   const std::size_t size = frame.body.size();
   if (frame.problem != FrameProblem::None) return Enqueue(ToMessage(frame.problem), size);
   RpcMessage message = ReadRpcMessage(frame.body);
-  if (message.IsBroken()) frames.GiveBack(frame.body);
+  if (message.IsBroken()) frames_.GiveBack(frame.body);
   std::vector<RpcItem> requests;
   for (RpcItem& each : message.items) {
     if (auto* answer = std::get_if<RpcAnswer>(&each)) {
@@ -119,7 +119,7 @@ void ClientChannel::TakeFrame(const Frame& frame) {
       continue;
     }
     const auto* request = std::get_if<RpcRequest>(&each);
-    exitSeen = exitSeen || (request != nullptr && request->method == "exit");
+    exitSeen_ = exitSeen_ || (request != nullptr && request->method == "exit");
     requests.push_back(std::move(each));
   }
   if (requests.empty()) return;
@@ -131,33 +131,33 @@ void ClientChannel::TakeFrame(const Frame& frame) {
 void ClientChannel::TakeAnswer(RpcAnswer answer) {
   if (!answer.id.is_number_integer()) return;
   {
-    const std::lock_guard<std::mutex> hold(lock);
-    const auto found = questions.find(answer.id.get<std::int64_t>());
-    if (found == questions.end() || found->second) return;
+    const std::lock_guard<std::mutex> hold(lock_);
+    const auto found = questions_.find(answer.id.get<std::int64_t>());
+    if (found == questions_.end() || found->second) return;
     found->second = std::move(answer);
   }
-  loop->Wake();
+  loop_->Wake();
 }
 
 void ClientChannel::Enqueue(RpcMessage message, std::size_t size) {
   {
-    const std::lock_guard<std::mutex> hold(lock);
-    messages.push_back({std::move(message), size});
-    waitingSize += size;
+    const std::lock_guard<std::mutex> hold(lock_);
+    messages_.push_back({std::move(message), size});
+    waitingSize_ += size;
   }
-  loop->Wake();
+  loop_->Wake();
 }
 
 // Called before each chunk that is written without blocking.
 bool ClientChannel::WaitToWrite() {
   std::chrono::milliseconds waited{0};
-  while (!gone && waited < kPatience) {
-    const ByteChannel::WriteState state = bytes.WaitToWrite(kLookAround);
+  while (!gone_ && waited < kPatience) {
+    const ByteChannel::WriteState state = bytes_.WaitToWrite(kLookAround);
     if (state == ByteChannel::WriteState::Ready) return true;
     if (state == ByteChannel::WriteState::Broken) break;
-    if (inputEnded) waited += kLookAround;
+    if (inputEnded_) waited += kLookAround;
   }
-  gone = true;
+  gone_ = true;
   return false;
 }
 
@@ -165,29 +165,29 @@ void ClientChannel::Send(const nlohmann::json& document) {
   const std::string frame = ToFrame(document);
   std::string_view left = frame;
   while (!left.empty() && WaitToWrite()) {
-    if (const std::optional<std::size_t> count = bytes.Write(left)) {
+    if (const std::optional<std::size_t> count = bytes_.Write(left)) {
       left.remove_prefix(*count);
     } else {
-      gone = true;
+      gone_ = true;
     }
   }
 }
 
 std::optional<RpcAnswer> ClientChannel::Ask(std::string_view method, nlohmann::json params) {
-  const std::int64_t id = ++lastId;
+  const std::int64_t id = ++lastId_;
   {
-    const std::lock_guard<std::mutex> hold(lock);
-    questions.emplace(id, std::nullopt);
+    const std::lock_guard<std::mutex> hold(lock_);
+    questions_.emplace(id, std::nullopt);
   }
   Send(MakeRpcRequest(id, method, std::move(params)));
   const auto isOver = [&] {
-    const std::lock_guard<std::mutex> hold(lock);
-    return questions.at(id).has_value() || inputEnded || gone;
+    const std::lock_guard<std::mutex> hold(lock_);
+    return questions_.at(id).has_value() || inputEnded_ || gone_;
   };
-  loop->ServeUntil(isOver, std::chrono::milliseconds::max());
-  const std::lock_guard<std::mutex> hold(lock);
-  std::optional<RpcAnswer> answer = std::move(questions.at(id));
-  questions.erase(id);
+  loop_->ServeUntil(isOver, std::chrono::milliseconds::max());
+  const std::lock_guard<std::mutex> hold(lock_);
+  std::optional<RpcAnswer> answer = std::move(questions_.at(id));
+  questions_.erase(id);
   return answer;
 }
 

@@ -43,9 +43,9 @@ class ClientChannel {
   // Removes and returns the next message, without the responses in it; never an empty message.
   std::optional<RpcMessage> Take();
   // True if the client has closed its side; messages may still be queued.
-  bool HasInputEnded() const { return inputEnded; }
+  bool HasInputEnded() const { return inputEnded_; }
   // True if nothing that is sent will be read.
-  bool IsGone() const { return gone; }
+  bool IsGone() const { return gone_; }
   // Gives up on the client, which ends all waits. May be called from any thread.
   void Abandon();
 
@@ -75,22 +75,22 @@ class ClientChannel {
     std::size_t size = 0;  // of its frame
   };
 
-  ByteChannel& bytes;
-  const std::shared_ptr<MessageLoop> loop;
-  const EndHandler tellEnd;
+  ByteChannel& bytes_;
+  const std::shared_ptr<MessageLoop> loop_;
+  const EndHandler tellEnd_;
 
-  mutable std::mutex lock;
-  std::deque<Waiting> messages;
-  std::size_t waitingSize = 0;
-  std::map<std::int64_t, std::optional<RpcAnswer>> questions;  // sent by us, by id
+  mutable std::mutex lock_;
+  std::deque<Waiting> messages_;
+  std::size_t waitingSize_ = 0;
+  std::map<std::int64_t, std::optional<RpcAnswer>> questions_;  // sent by us, by id
 
-  std::atomic<bool> inputEnded = false;
-  std::atomic<bool> gone = false;
-  std::atomic<bool> closing = false;
-  FrameReader frames;       // reader thread only
-  bool exitSeen = false;    // reader thread only
-  std::int64_t lastId = 0;  // main thread only
-  std::thread reader;
+  std::atomic<bool> inputEnded_ = false;
+  std::atomic<bool> gone_ = false;
+  std::atomic<bool> closing_ = false;
+  FrameReader frames_;       // reader thread only
+  bool exitSeen_ = false;    // reader thread only
+  std::int64_t lastId_ = 0;  // main thread only
+  std::thread reader_;
 };
 
 }  // namespace tarn::host

@@ -78,12 +78,12 @@ const std::vector<std::string>& ClientQuestions::Names() {
 }
 
 void ClientQuestions::SetAnswered(const std::vector<std::string>& names) {
-  answered = {names.begin(), names.end()};
+  answered_ = {names.begin(), names.end()};
 }
 
 ClientQuestions::Outcome ClientQuestions::Ask(const char* name, json params, json& answer) {
-  if (!answered.contains(name)) return Outcome::NotAnswered;
-  std::optional<RpcAnswer> given = channel.Ask(name, std::move(params));
+  if (!answered_.contains(name)) return Outcome::NotAnswered;
+  std::optional<RpcAnswer> given = channel_.Ask(name, std::move(params));
   if (!given) return Outcome::Refused;
   if (given->isError) return Outcome::NotAnswered;
   answer = std::move(given->result);

@@ -16,7 +16,7 @@ namespace tarn::host {
 // as a refusal: it must not cause anything to be overwritten or built. Main thread only.
 class ClientQuestions final : public DialogResponder {
  public:
-  explicit ClientQuestions(ClientChannel& clientChannel) : channel(clientChannel) {}
+  explicit ClientQuestions(ClientChannel& clientChannel) : channel_(clientChannel) {}
 
   // The names of all questions that a client may answer.
   static const std::vector<std::string>& Names();
@@ -35,8 +35,8 @@ class ClientQuestions final : public DialogResponder {
   enum class Outcome { Answered, NotAnswered, Refused };
   Outcome Ask(const char* name, nlohmann::json params, nlohmann::json& answer);
 
-  ClientChannel& channel;
-  std::set<std::string> answered;
+  ClientChannel& channel_;
+  std::set<std::string> answered_;
 };
 
 // Converts a host message for clients: number, name, and both parameters as string or number.

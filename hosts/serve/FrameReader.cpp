@@ -26,45 +26,45 @@ bool IsLineBreak(char c) {
 }  // namespace
 
 void FrameReader::Feed(std::string_view bytes) {
-  buffer.append(bytes);
+  buffer_.append(bytes);
 }
 
 void FrameReader::GiveBack(std::string_view body) {
-  if (bodyIsSecondHand) return;
+  if (bodyIsSecondHand_) return;
   std::string joined(body);
   joined.append(Rest());
-  buffer.swap(joined);
-  start = 0;
-  secondHand = body.size();
-  state = State::Searching;
-  isRecovering = true;
+  buffer_.swap(joined);
+  start_ = 0;
+  secondHand_ = body.size();
+  state_ = State::Searching;
+  isRecovering_ = true;
 }
 
 void FrameReader::Consume(std::size_t count) {
-  start += count;
-  secondHand -= std::min(secondHand, count);
+  start_ += count;
+  secondHand_ -= std::min(secondHand_, count);
 }
 
 void FrameReader::Compact() {
-  buffer.erase(0, start);
-  start = 0;
+  buffer_.erase(0, start_);
+  start_ = 0;
 }
 
 std::optional<Frame> FrameReader::Next() {
   for (;;) {
-    if (state == State::Searching && !FindHeader()) break;
-    if (state == State::Header) {
+    if (state_ == State::Searching && !FindHeader()) break;
+    if (state_ == State::Header) {
       bool isUnfinished = false;
       std::optional<Frame> problem = TakeHeader(isUnfinished);
       if (isUnfinished) break;
       if (problem) return problem;
     }
-    if (state != State::Body) continue;
-    if (Rest().size() < bodyLength) break;
-    Frame frame{FrameProblem::None, std::string(Rest().substr(0, bodyLength))};
-    bodyIsSecondHand = secondHand > 0;
-    Consume(bodyLength);
-    state = State::Header;
+    if (state_ != State::Body) continue;
+    if (Rest().size() < bodyLength_) break;
+    Frame frame{FrameProblem::None, std::string(Rest().substr(0, bodyLength_))};
+    bodyIsSecondHand_ = secondHand_ > 0;
+    Consume(bodyLength_);
+    state_ = State::Header;
     return frame;
   }
   Compact();
@@ -84,7 +84,7 @@ bool FrameReader::FindHeader() {
     return false;
   }
   Consume(static_cast<std::size_t>(found - rest.begin()));
-  state = State::Header;
+  state_ = State::Header;
   return true;
 }
 
@@ -96,16 +96,16 @@ std::optional<Frame> FrameReader::TakeHeader(bool& isUnfinished) {
   if (isUnfinished) return std::nullopt;
   if (verdict == Verdict::Bad) {
     // Skip one byte, so that the search doesn't find the same header again.
-    if (isRecovering) Consume(1);
-    state = State::Searching;
-    if (isRecovering) return std::nullopt;
-    isRecovering = true;
+    if (isRecovering_) Consume(1);
+    state_ = State::Searching;
+    if (isRecovering_) return std::nullopt;
+    isRecovering_ = true;
     return Frame{FrameProblem::BadHeader, {}};
   }
   Consume(headerSize);
-  isRecovering = bodyLength > kMaxBody;
-  state = isRecovering ? State::Searching : State::Body;
-  if (isRecovering) return Frame{FrameProblem::TooLong, {}};
+  isRecovering_ = bodyLength_ > kMaxBody;
+  state_ = isRecovering_ ? State::Searching : State::Body;
+  if (isRecovering_) return Frame{FrameProblem::TooLong, {}};
   return std::nullopt;
 }
 
@@ -125,7 +125,7 @@ FrameReader::Verdict FrameReader::ParseHeader(std::string_view text, std::size_t
   }
   if (!length) return Verdict::Bad;
   headerSize = at;
-  bodyLength = *length;
+  bodyLength_ = *length;
   return Verdict::Good;
 }
 

@@ -42,7 +42,7 @@ class FrameReader {
   enum class State { Header, Body, Searching };
   enum class Verdict { Good, Bad, Unfinished };
 
-  std::string_view Rest() const { return std::string_view(buffer).substr(start); }
+  std::string_view Rest() const { return std::string_view(buffer_).substr(start_); }
   void Consume(std::size_t count);
   void Compact();
   bool FindHeader();
@@ -50,13 +50,13 @@ class FrameReader {
   Verdict ParseHeader(std::string_view text, std::size_t& headerSize);
   static bool ParseLine(std::string_view line, std::optional<std::size_t>& length);
 
-  std::string buffer;
-  std::size_t start = 0;       // of the unread part
-  std::size_t secondHand = 0;  // bytes at its start that were given back
-  State state = State::Header;
-  bool isRecovering = false;  // the error has been reported
-  std::size_t bodyLength = 0;
-  bool bodyIsSecondHand = false;
+  std::string buffer_;
+  std::size_t start_ = 0;       // of the unread part
+  std::size_t secondHand_ = 0;  // bytes at its start that were given back
+  State state_ = State::Header;
+  bool isRecovering_ = false;  // the error has been reported
+  std::size_t bodyLength_ = 0;
+  bool bodyIsSecondHand_ = false;
 };
 
 }  // namespace tarn::host

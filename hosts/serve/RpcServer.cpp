@@ -129,53 +129,53 @@ bool AsksForStop(const RpcRequest& request) {
 }  // namespace
 
 RpcServer::RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsEveryProject, int jobs)
-    : files(fileSystem),
-      channel(bytes, MessageLoop::ForCurrentThread(), [this] { stopper.Stop(); }),
-      questions(channel),
-      trustsAll(trustsEveryProject),
-      jobsWanted(jobs) {}
+    : files_(fileSystem),
+      channel_(bytes, MessageLoop::ForCurrentThread(), [this] { stopper_.Stop(); }),
+      questions_(channel_),
+      trustsAll_(trustsEveryProject),
+      jobsWanted_(jobs) {}
 
 RpcServer::~RpcServer() {
   // Destroyed while the channel still exists; its last notifications have no recipient any more.
-  session.reset();
+  session_.reset();
 }
 
 void RpcServer::Interrupt() {
-  interrupted = true;
-  channel.Abandon();
+  interrupted_ = true;
+  channel_.Abandon();
 }
 
 bool RpcServer::IsOver() const {
-  return exitAsked || channel.IsGone();
+  return exitAsked_ || channel_.IsGone();
 }
 
 ServerEnd RpcServer::Run() {
   const auto loop = MessageLoop::ForCurrentThread();
   const auto somethingToDo = [this] {
-    return IsOver() || channel.HasMessage() || channel.HasInputEnded() ||
-           (session && session->NeedsAttention());
+    return IsOver() || channel_.HasMessage() || channel_.HasInputEnded() ||
+           (session_ && session_->NeedsAttention());
   };
   for (;;) {
     loop->PumpUntil(somethingToDo, std::chrono::milliseconds::max());
     // The message loop must run even if the client sends without pause, so that the worker and the
     // timers make progress.
     loop->Pump();
-    if (session) {
-      session->Attend();
-      session->NoteChanges();
+    if (session_) {
+      session_->Attend();
+      session_->NoteChanges();
     }
     if (IsOver()) break;
     // Check for the end first: the last message may arrive just before it.
-    const bool hasEnded = channel.HasInputEnded();
-    if (const auto message = channel.Take()) {
+    const bool hasEnded = channel_.HasInputEnded();
+    if (const auto message = channel_.Take()) {
       Handle(*message);
     } else if (hasEnded) {
       break;
     }
   }
-  if (session) session->StopWork();
-  if (interrupted) return ServerEnd::Interrupted;
-  return isShutDown ? ServerEnd::Asked : ServerEnd::Left;
+  if (session_) session_->StopWork();
+  if (interrupted_) return ServerEnd::Interrupted;
+  return isShutDown_ ? ServerEnd::Asked : ServerEnd::Left;
 }
 
 void RpcServer::Handle(const RpcMessage& message) {
@@ -185,9 +185,9 @@ void RpcServer::Handle(const RpcMessage& message) {
     if (!response.is_null()) responses.push_back(std::move(response));
     if (IsOver()) break;
   }
-  if (session) session->NoteChanges();
+  if (session_) session_->NoteChanges();
   if (responses.empty()) return;
-  channel.Send(message.isBatch ? responses : responses.front());
+  channel_.Send(message.isBatch ? responses : responses.front());
 }
 
 json RpcServer::HandleItem(const RpcItem& item) {
@@ -210,14 +210,14 @@ json RpcServer::HandleItem(const RpcItem& item) {
 
 CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
   if (request.method == "exit") {
-    exitAsked = true;
+    exitAsked_ = true;
     return {};
   }
-  if (isShutDown) return {kRpcBadRequest, "The server was shut down; only exit may follow."};
+  if (isShutDown_) return {kRpcBadRequest, "The server was shut down; only exit may follow."};
   if (request.method == "initialize") return Initialize(request.params, result);
   if (request.method == "shutdown") {
-    if (session) session->StopWork();
-    isShutDown = true;
+    if (session_) session_->StopWork();
+    isShutDown_ = true;
     return {};
   }
   if (request.method == "addConfiguration") return AddConfiguration(request.params);
@@ -256,15 +256,15 @@ bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProbl
   if (asked == std::end(kRequests)) return false;
   std::vector<json> given;
   problem = OrderParams(request.method, {}, 0, request.params, given);
-  if (!session) problem = {kRpcNotInitialized, "The server isn't initialized yet."};
-  if (problem.code == 0) problem = asked->second(*session, result);
+  if (!session_) problem = {kRpcNotInitialized, "The server isn't initialized yet."};
+  if (problem.code == 0) problem = asked->second(*session_, result);
   return true;
 }
 
 // Implements the request that no server method covers: adds a configuration together with its
 // options.
 CallProblem RpcServer::AddConfiguration(const json& params) {
-  if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
+  if (!session_) return {kRpcNotInitialized, "The server isn't initialized yet."};
   std::vector<json> given;
   if (CallProblem problem = OrderParams("addConfiguration", {"name", "from"}, 1, params, given);
       problem.code != 0) {
@@ -277,12 +277,12 @@ CallProblem RpcServer::AddConfiguration(const json& params) {
     return {kRpcBadParams, "addConfiguration: name and from must be strings"};
   }
   wanted.name = *name;
-  const Status added = session->AddConfiguration(wanted);
+  const Status added = session_->AddConfiguration(wanted);
   return added ? CallProblem() : CallProblem{kRpcFailed, added.GetError().text};
 }
 
 CallProblem RpcServer::Initialize(const json& params, json& result) {
-  if (session) return {kRpcBadRequest, "The server is already initialized."};
+  if (session_) return {kRpcBadRequest, "The server is already initialized."};
   std::vector<json> given;
   if (CallProblem problem = OrderParams(
           "initialize", {"applicationPath", "dataPath", "answers", "damagedOk", "trust"}, 0, params,
@@ -302,44 +302,45 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   if (!TakeNames(given[2], answers)) {
     return {kRpcBadParams, "initialize: answers must be a list of names"};
   }
-  questions.SetAnswered(answers);
-  session = std::make_unique<ServedSession>(
-      files, folders, questions, stopper, [this](const HostEvent& event) {
-        channel.Send(MakeRpcNotification("host/message", tarn::host::ToJson(event)));
+  questions_.SetAnswered(answers);
+  session_ = std::make_unique<ServedSession>(
+      files_, folders, questions_, stopper_, [this](const HostEvent& event) {
+        channel_.Send(MakeRpcNotification("host/message", tarn::host::ToJson(event)));
       });
-  if (const Status started = session->Start(); !started) {
-    session.reset();
+  if (const Status started = session_->Start(); !started) {
+    session_.reset();
     return {kRpcFailed, "This installation is incomplete: " + started.GetError().place + ": " +
                             started.GetError().text};
   }
-  session->SetWaitEnd([this] { return channel.HasRequest(AsksForStop); });
-  if (given[3] == true) session->AcceptAllDamage();
-  if (jobsWanted > 0) session->SetJobs(jobsWanted);
-  if (trustsAll || given[4] == true) session->Trust().TrustAll();
-  session->onRefused = [this](const std::vector<std::string>& wishes) {
-    channel.Send(MakeRpcNotification(
-        "project/refused", {{"folder", session->GetProjectFolder()}, {"wishes", wishes}}));
+  session_->SetWaitEnd([this] { return channel_.HasRequest(AsksForStop); });
+  if (given[3] == true) session_->AcceptAllDamage();
+  if (jobsWanted_ > 0) session_->SetJobs(jobsWanted_);
+  if (trustsAll_ || given[4] == true) session_->Trust().TrustAll();
+  session_->onRefused = [this](const std::vector<std::string>& wishes) {
+    channel_.Send(MakeRpcNotification(
+        "project/refused", {{"folder", session_->GetProjectFolder()}, {"wishes", wishes}}));
   };
-  session->onDamaged = [this] {
-    channel.Send(
-        MakeRpcNotification("project/damaged", {{"damage", ToJson(session->GetDamage())}}));
+  session_->onDamaged = [this] {
+    channel_.Send(
+        MakeRpcNotification("project/damaged", {{"damage", ToJson(session_->GetDamage())}}));
   };
-  session->onSaveProblem = [this](const SaveReport& report) {
-    channel.Send(MakeRpcNotification("project/saveProblem", ToJson(report)));
+  session_->onSaveProblem = [this](const SaveReport& report) {
+    channel_.Send(MakeRpcNotification("project/saveProblem", ToJson(report)));
   };
-  session->onHistoryChanged = [this] {
-    channel.Send(MakeRpcNotification("project/historyChanged", ToJson(session->GetHistoryState())));
+  session_->onHistoryChanged = [this] {
+    channel_.Send(
+        MakeRpcNotification("project/historyChanged", ToJson(session_->GetHistoryState())));
   };
-  methods = session->GetMethods();
+  methods_ = session_->GetMethods();
   result = {{"serverInfo", {{"name", "tarn"}, {"version", TARN_VERSION}}},
-            {"methods", ToJson(methods)},
-            {"definitionErrors", session->GetDefinitionErrors()},
+            {"methods", ToJson(methods_)},
+            {"definitionErrors", session_->GetDefinitionErrors()},
             {"questions", ClientQuestions::Names()}};
   return {};
 }
 
 CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders& folders) {
-  folders = HostFolders::FromEnvironment(files);
+  folders = HostFolders::FromEnvironment(files_);
   std::pair<const char*, std::string*> places[] = {{"applicationPath", &folders.application},
                                                    {"dataPath", &folders.data}};
   for (std::size_t i = 0; i < std::size(places); ++i) {
@@ -347,8 +348,8 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
     if (!TakeOptionalText(params[i], *path)) {
       return {kRpcBadParams, std::string("initialize: ") + name + " must be a path"};
     }
-    if (IsRelativePath(*path)) *path = JoinPath(files.CurrentFolder(), *path);
-    *path = files.Canonical(*path);  // removes a trailing separator
+    if (IsRelativePath(*path)) *path = JoinPath(files_.CurrentFolder(), *path);
+    *path = files_.Canonical(*path);  // removes a trailing separator
   }
   folders.application = AddSeparator(folders.application);
   return {};
@@ -356,11 +357,11 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
 
 // Runs the whole check in one call, because a client sends its next request after the response.
 CallProblem RpcServer::CheckProject(const json& params, json& result) {
-  if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
+  if (!session_) return {kRpcNotInitialized, "The server isn't initialized yet."};
   std::vector<json> given;
   CallProblem problem = OrderParams("project/check", {}, 0, params, given);
   if (problem.code != 0) return problem;
-  const auto findings = session->CheckProject(files);
+  const auto findings = session_->CheckProject(files_);
   if (!findings) return {kRpcFailed, findings.GetError().text};
   json list = json::array();
   for (const Finding& each : *findings) {
@@ -371,13 +372,13 @@ CallProblem RpcServer::CheckProject(const json& params, json& result) {
 }
 
 CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
-  if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
-  const auto method = std::find_if(methods.begin(), methods.end(), [&](const MethodInfo& each) {
+  if (!session_) return {kRpcNotInitialized, "The server isn't initialized yet."};
+  const auto method = std::find_if(methods_.begin(), methods_.end(), [&](const MethodInfo& each) {
     return each.name == request.method;
   });
-  if (method == methods.end()) {
+  if (method == methods_.end()) {
     std::vector<std::string> names;
-    for (const MethodInfo& each : methods) names.emplace_back(each.name);
+    for (const MethodInfo& each : methods_) names.emplace_back(each.name);
     return {kRpcNoMethod,
             "Unknown method \"" + request.method + "\"." + SuggestionText(request.method, names)};
   }
@@ -386,11 +387,11 @@ CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
     return problem;
   }
   Variant returned;
-  const DispatchResult outcome = session->Call(*method, arguments, returned);
+  const DispatchResult outcome = session_->Call(*method, arguments, returned);
   result = tarn::host::ToJson(returned);
   // For a running build this is reported at its end.
   const std::vector<std::string> refused =
-      session->IsBuilding() ? std::vector<std::string>() : session->Trust().TakeRefused();
+      session_->IsBuilding() ? std::vector<std::string>() : session_->Trust().TakeRefused();
   if (!refused.empty()) return {kRpcUntrusted, DescribeWishes(refused) + " " + kUntrustedText};
   return ToProblem(outcome, *method);
 }

@@ -51,17 +51,17 @@ class RpcServer {
   bool HandleProject(const RpcRequest& request, nlohmann::json& result, CallProblem& problem);
   bool IsOver() const;
 
-  FileSystem& files;
-  WorkStopper stopper;
-  ClientChannel channel;
-  ClientQuestions questions;
-  std::unique_ptr<ServedSession> session;  // null before initialize
-  std::vector<MethodInfo> methods;
-  std::atomic<bool> interrupted = false;
-  const bool trustsAll;
-  const int jobsWanted;
-  bool isShutDown = false;
-  bool exitAsked = false;
+  FileSystem& files_;
+  WorkStopper stopper_;
+  ClientChannel channel_;
+  ClientQuestions questions_;
+  std::unique_ptr<ServedSession> session_;  // null before initialize
+  std::vector<MethodInfo> methods_;
+  std::atomic<bool> interrupted_ = false;
+  const bool trustsAll_;
+  const int jobsWanted_;
+  bool isShutDown_ = false;
+  bool exitAsked_ = false;
 };
 
 }  // namespace tarn::host

@@ -26,9 +26,9 @@ class WorkStopper {
   bool IsStopped();
 
  private:
-  std::mutex lock;
-  BuildSession* session = nullptr;
-  bool stopped = false;
+  std::mutex lock_;
+  BuildSession* session_ = nullptr;
+  bool stopped_ = false;
 };
 
 // State of undo and redo for a client: the label of the next step, and the number of steps.
@@ -56,17 +56,17 @@ class ServedSession {
 
   Status Start();
   // Returns what was lost when the open project was read.
-  std::vector<DamageEntry> GetDamage() { return session.GetDamage(); }
-  std::vector<std::string> GetDefinitionErrors() { return session.GetDefinitionErrors(); }
-  void AcceptDamage() { session.Damage().Accept(); }
+  std::vector<DamageEntry> GetDamage() { return session_.GetDamage(); }
+  std::vector<std::string> GetDefinitionErrors() { return session_.GetDefinitionErrors(); }
+  void AcceptDamage() { session_.Damage().Accept(); }
   // Returns the report of the last save: files that other programs had changed, or that could not
   // be written.
-  SaveReport GetSaveReport() { return ParseSaveReport(session.Inspector().GetSaveReport()); }
-  void AcceptAllDamage() { session.AcceptAllDamage(); }
+  SaveReport GetSaveReport() { return ParseSaveReport(session_.Inspector().GetSaveReport()); }
+  void AcceptAllDamage() { session_.AcceptAllDamage(); }
   // Called after a damaged project was opened.
   std::function<void()> onDamaged;
-  SessionTrust& Trust() { return session.Trust(); }
-  void SetJobs(int count) { session.Tools().SetJobs(count); }
+  SessionTrust& Trust() { return session_.Trust(); }
+  void SetJobs(int count) { session_.Tools().SetJobs(count); }
   // Returns the folder of the open project; an empty string if there is none.
   std::string GetProjectFolder() const;
   // Called with the operations refused to a build because the project is not trusted, if the build
@@ -75,7 +75,7 @@ class ServedSession {
   // Sets a condition that ends the wait for another process that builds the project; the pending
   // build is then refused. It is evaluated as messages arrive.
   void SetWaitEnd(std::function<bool()> isWaitOver) {
-    session.endsLockWait = std::move(isWaitOver);
+    session_.endsLockWait = std::move(isWaitOver);
   }
   // Returns the methods that a client may call.
   std::vector<MethodInfo> GetMethods();
@@ -97,19 +97,19 @@ class ServedSession {
   // conflict with another program's changes; before the result of the call is sent.
   std::function<void(const SaveReport& report)> onSaveProblem;
   // The steps; the last element is the next one to be undone or redone.
-  const std::deque<ProjectStep>& GetUndoSteps() const { return history.GetUndoSteps(); }
-  const std::deque<ProjectStep>& GetRedoSteps() const { return history.GetRedoSteps(); }
+  const std::deque<ProjectStep>& GetUndoSteps() const { return history_.GetUndoSteps(); }
+  const std::deque<ProjectStep>& GetRedoSteps() const { return history_.GetRedoSteps(); }
   // Undoes or redoes one step and returns it. Nothing is written to disk. Fails if there is no
   // project or no step, during a build, and if the step conflicts with later changes.
   Result<ProjectStep> Undo() { return Go(&ProjectHistory::Undo, "undo"); }
   Result<ProjectStep> Redo() { return Go(&ProjectHistory::Redo, "redo"); }
 
   // True if there is work that can't be done in a message handler; Attend() then does it.
-  bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }
+  bool NeedsAttention() const { return mustKeep_ || session_.HasPostedCommands(); }
   void Attend();
   // Ends a running build, including its tools, and stores its results.
   void StopWork();
-  bool IsBuilding() const { return isBuilding; }
+  bool IsBuilding() const { return isBuilding_; }
 
  private:
   void AnswerMessages();
@@ -131,26 +131,26 @@ class ServedSession {
   void TellSaveProblem();
   Result<ProjectStep> Go(Status (ProjectHistory::*way)(), const std::string& word);
 
-  MainFrame frame;
-  BuildSession session;
-  ClientQuestions& questions;
-  WorkStopper& stopper;
-  const std::function<void(const HostEvent&)> tellMessage;
-  std::shared_ptr<MessageLoop> loop;
-  ProjectHistory history;
-  std::string historyProject;  // project of the steps; empty if none
-  HistoryState toldHistory;
+  MainFrame frame_;
+  BuildSession session_;
+  ClientQuestions& questions_;
+  WorkStopper& stopper_;
+  const std::function<void(const HostEvent&)> tellMessage_;
+  std::shared_ptr<MessageLoop> loop_;
+  ProjectHistory history_;
+  std::string historyProject_;  // project of the steps; empty if none
+  HistoryState toldHistory_;
 
-  bool hasProject = false;     // open project with stored state
-  bool isReadAgain = false;    // since the last step was recorded
-  bool hasClosed = false;      // its save report has not been checked yet
-  bool isPrepared = false;     // build records are restored
-  std::string currentPath;     // of the current node
-  bool isBuilding = false;     // the worker is running
-  bool isWhole = false;        // it builds the whole project
-  bool hasBuiltWhole = false;  // it has built the whole project successfully
-  bool mustKeep = false;       // it has ended, and its results are not stored yet
-  std::uint32_t ownWork = 0;   // command of the build that this host started, or 0
+  bool hasProject_ = false;     // open project with stored state
+  bool isReadAgain_ = false;    // since the last step was recorded
+  bool hasClosed_ = false;      // its save report has not been checked yet
+  bool isPrepared_ = false;     // build records are restored
+  std::string currentPath_;     // of the current node
+  bool isBuilding_ = false;     // the worker is running
+  bool isWhole_ = false;        // it builds the whole project
+  bool hasBuiltWhole_ = false;  // it has built the whole project successfully
+  bool mustKeep_ = false;       // it has ended, and its results are not stored yet
+  std::uint32_t ownWork_ = 0;   // command of the build that this host started, or 0
 };
 
 }  // namespace tarn::host

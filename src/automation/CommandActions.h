@@ -17,10 +17,10 @@ class CommandActions {
  public:
   // Both are borrowed and must outlive this object.
   CommandActions(CProjectModel& projectModel, Builder& projectBuilder)
-      : model(projectModel), builder(projectBuilder) {}
+      : model_(projectModel), builder_(projectBuilder) {}
 
-  CProjectModel& Model() const { return model; }
-  Builder& GetBuilder() const { return builder; }
+  CProjectModel& Model() const { return model_; }
+  Builder& GetBuilder() const { return builder_; }
 
   // Starts the worker with a value of WorkerCommand or a mode. Always returns 2, the result for
   // work in the background.
@@ -44,18 +44,18 @@ class CommandActions {
   void StopPublishing();
 
   // Requests that everything is rebuilt after the running build.
-  void RequestRebuild() { isRebuildRequested = true; }
-  void DropRebuildRequest() { isRebuildRequested = false; }
-  bool IsRebuildRequested() const { return isRebuildRequested; }
+  void RequestRebuild() { isRebuildRequested_ = true; }
+  void DropRebuildRequest() { isRebuildRequested_ = false; }
+  bool IsRebuildRequested() const { return isRebuildRequested_; }
 
  private:
   CPropertyManagerDriver& Properties() const;
   void RenewNode(bool keepsOutputs);
   void ReloadOptions(CXmlNode& node);
 
-  CProjectModel& model;
-  Builder& builder;
-  bool isRebuildRequested = false;
+  CProjectModel& model_;
+  Builder& builder_;
+  bool isRebuildRequested_ = false;
 };
 
 }  // namespace tarn

@@ -16,12 +16,12 @@ constexpr std::size_t kLongestIniValue = 259;
 }  // namespace
 
 std::string HostFileCalls::WholePath(const std::string& path) const {
-  return IsRelativePath(path) ? JoinPath(model.GetFiles().CurrentFolder(), path) : path;
+  return IsRelativePath(path) ? JoinPath(model_.GetFiles().CurrentFolder(), path) : path;
 }
 
 std::string HostFileCalls::ReadIniValue(const char* section, const char* key,
                                         const char* iniPath) const {
-  const Result<std::string> text = model.GetFiles().ReadWholeFile(TextOf(iniPath));
+  const Result<std::string> text = model_.GetFiles().ReadWholeFile(TextOf(iniPath));
   if (!text || section == nullptr || key == nullptr) return {};
   std::string value = IniFile(*text).Read(section, key).value_or(std::string());
   if (value.size() > kLongestIniValue) value.resize(kLongestIniValue);
@@ -32,10 +32,10 @@ std::string HostFileCalls::ReadIniValue(const char* section, const char* key,
 // logged.
 bool HostFileCalls::RefusesIniFile(const std::string& path) {
   const std::string whole = WholePath(path);
-  ProjectTrust& trust = model.Protection().GetTrust();
-  if (model.Protection().MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
+  ProjectTrust& trust = model_.Protection().GetTrust();
+  if (model_.Protection().MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
   trust.Refuse(trust.RequestFor(TrustRequestKind::Write, whole));
-  model.Services().output->WriteMessage(
+  model_.Services().output->WriteMessage(
       kRowCannotSave, {whole}, "it is outside the folder of the project, which is not trusted");
   return true;
 }
@@ -45,7 +45,7 @@ void HostFileCalls::WriteIniValue(const char* section, const char* key, const ch
   const std::string path = TextOf(iniPath);
   if (path.empty() || section == nullptr) return;
   if (RefusesIniFile(path)) return;
-  FileSystem& files = model.GetFiles();
+  FileSystem& files = model_.GetFiles();
   GetFileAccess(files, path, kMustBeWritable | kCreateFolder);
   const Result<std::string> text = files.ReadWholeFile(path);
   const bool isNew = !text && text.GetError().code == ErrorCode::NotFound;
@@ -60,13 +60,13 @@ void HostFileCalls::WriteIniValue(const char* section, const char* key, const ch
   }
   if (saved) saved = files.WriteWholeFile(path, store.ToText());
   if (!saved) {
-    model.Services().output->WriteMessage(kRowCannotSave, {path}, saved.GetError().text);
+    model_.Services().output->WriteMessage(kRowCannotSave, {path}, saved.GetError().text);
   }
 }
 
 std::string HostFileCalls::CheckScript(const std::string& path) {
   const std::string whole = WholePath(path);
-  ProjectTrust& trust = model.Protection().GetTrust();
+  ProjectTrust& trust = model_.Protection().GetTrust();
   if (!trust.RefusesProgram(whole)) return {};
   const TrustRequest request{TrustRequestKind::Script, whole};
   trust.Refuse(request);
@@ -75,12 +75,12 @@ std::string HostFileCalls::CheckScript(const std::string& path) {
 
 std::int32_t HostFileCalls::ExecuteScript(const std::string& path) {
   if (const std::string refusal = CheckScript(path); !refusal.empty()) {
-    model.Host().AddLogError(refusal);
+    model_.Host().AddLogError(refusal);
     return 0;
   }
-  const Result<std::string> script = model.GetFiles().ReadWholeFile(path);
+  const Result<std::string> script = model_.GetFiles().ReadWholeFile(path);
   if (!script) return script.GetError().code == ErrorCode::Io ? 1 : 0;
-  model.Host().SendHost(kMsgRunScript, *script, 0);
+  model_.Host().SendHost(kMsgRunScript, *script, 0);
   return 1;
 }
 

@@ -12,7 +12,7 @@ namespace tarn {
 class HostFileCalls {
  public:
   // The model is borrowed and must outlive this object.
-  explicit HostFileCalls(CProjectModel& projectModel) : model(projectModel) {}
+  explicit HostFileCalls(CProjectModel& projectModel) : model_(projectModel) {}
 
   // Returns a value of an INI file, truncated to 259 bytes; an empty string if there is none.
   std::string ReadIniValue(const char* section, const char* key, const char* iniPath) const;
@@ -31,7 +31,7 @@ class HostFileCalls {
   // Resolves a path against the current folder.
   std::string WholePath(const std::string& path) const;
 
-  CProjectModel& model;
+  CProjectModel& model_;
 };
 
 }  // namespace tarn

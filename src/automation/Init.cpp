@@ -9,27 +9,27 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
                                    std::int32_t mainframe) {
   // A second Init() would replace the child objects that a project uses; one that a component calls
   // during the first would destroy the driver of that call.
-  if (propertyManager) return 0;
-  if (!installation.Locate(givenApplicationPath, givenDataPath)) return 0;
+  if (propertyManager_) return 0;
+  if (!installation_.Locate(givenApplicationPath, givenDataPath)) return 0;
 
-  propertyManager = std::make_unique<CPropertyManagerDriver>();
-  if (!CreateComponent(*propertyManager, CPropertyManagerDriver::kProgId, mainframe)) return 0;
-  propertyManager->InitOptions(installation.GetFolder(), givenDataPath, mainframe, 1);
-  propertyManager->ReadDefsFromFile("", installation.GetConfigFile());
+  propertyManager_ = std::make_unique<CPropertyManagerDriver>();
+  if (!CreateComponent(*propertyManager_, CPropertyManagerDriver::kProgId, mainframe)) return 0;
+  propertyManager_->InitOptions(installation_.GetFolder(), givenDataPath, mainframe, 1);
+  propertyManager_->ReadDefsFromFile("", installation_.GetConfigFile());
   CreateOutput(mainframe);
-  toolManager = std::make_unique<CToolManagerDriver>();
+  toolManager_ = std::make_unique<CToolManagerDriver>();
   if (mainframe == 0) {
-    if (!CreateComponent(*toolManager, CToolManagerDriver::kProgId, mainframe)) return 0;
-    toolManager->InitTools(givenApplicationPath, givenDataPath, mainframe);
+    if (!CreateComponent(*toolManager_, CToolManagerDriver::kProgId, mainframe)) return 0;
+    toolManager_->InitTools(givenApplicationPath, givenDataPath, mainframe);
   }
 
   CreateModel(mainframe);
-  if (!installation.Configure(*model)) return 0;
-  windows->CreateProjectWindows(*model, *propertyManager, installation, this);
-  installation.SeedDefaultProject();
-  if (givenApplicationPath != nullptr) platform.files.SetCurrentFolder(givenApplicationPath);
+  if (!installation_.Configure(*model_)) return 0;
+  windows_->CreateProjectWindows(*model_, *propertyManager_, installation_, this);
+  installation_.SeedDefaultProject();
+  if (givenApplicationPath != nullptr) platform_.files.SetCurrentFolder(givenApplicationPath);
 
-  activeObjectToken = platform.runningObjects.RegisterActiveObject(kClassId, this);
+  activeObjectToken_ = platform_.runningObjects.RegisterActiveObject(kClassId, this);
   AddRef();  // released in Clean()
   return 1;
 }
@@ -38,48 +38,48 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
 // The reason is sent to the host as a log line, since the result can't carry it.
 bool CProjectManager::CreateComponent(COleDispatchDriver& driver, const char* progId,
                                       WindowHandle mainframe) {
-  if (driver.CreateDispatch(platform.classes, progId)) return true;
+  if (driver.CreateDispatch(platform_.classes, progId)) return true;
   const std::string reason = driver.LastResult().text;
   SendWindowMessage(mainframe, kMsgLogLine, reinterpret_cast<std::intptr_t>(reason.c_str()), 0);
   return false;
 }
 
 void CProjectManager::CreateOutput(WindowHandle mainframe) {
-  output = std::make_unique<CBuildOutput>(platform.files);
-  output->Initialise(installation.GetConfigFile(), mainframe);
-  windows = std::make_unique<ManagerWindows>(platform.files, platform.settings, mainframe);
-  windows->CreateOutputViews(*output);
-  output->SetFlagBits(CBuildOutput::kSaveEachMessage);
-  const std::string folder = platform.files.TemporaryFolder();
-  if (!folder.empty()) (void)output->PlaceLogFile(folder);
-  output->SetSpareFolder(installation.GetDataPath());
+  output_ = std::make_unique<CBuildOutput>(platform_.files);
+  output_->Initialise(installation_.GetConfigFile(), mainframe);
+  windows_ = std::make_unique<ManagerWindows>(platform_.files, platform_.settings, mainframe);
+  windows_->CreateOutputViews(*output_);
+  output_->SetFlagBits(CBuildOutput::kSaveEachMessage);
+  const std::string folder = platform_.files.TemporaryFolder();
+  if (!folder.empty()) (void)output_->PlaceLogFile(folder);
+  output_->SetSpareFolder(installation_.GetDataPath());
 }
 
 void CProjectManager::CreateModel(WindowHandle mainframe) {
-  model = std::make_unique<CProjectModel>(platform.files);
-  builder = std::make_unique<Builder>(*model);
-  commands = std::make_unique<ProjectCommands>(*model, *builder);
-  selection = std::make_unique<NodeSelection>(*model);
-  fileCalls = std::make_unique<HostFileCalls>(*model);
-  wizard = std::make_unique<ProjectWizardMaker>(WizardSurroundings{
-      *model, platform.files, platform.settings, installation.GetTargetCatalogue()});
-  ProjectServices& services = model->Services();
-  services.views.wizard = wizard.get();
-  services.output = output.get();
-  services.propertyManager = propertyManager.get();
-  services.toolManager = toolManager.get();
+  model_ = std::make_unique<CProjectModel>(platform_.files);
+  builder_ = std::make_unique<Builder>(*model_);
+  commands_ = std::make_unique<ProjectCommands>(*model_, *builder_);
+  selection_ = std::make_unique<NodeSelection>(*model_);
+  fileCalls_ = std::make_unique<HostFileCalls>(*model_);
+  wizard_ = std::make_unique<ProjectWizardMaker>(WizardSurroundings{
+      *model_, platform_.files, platform_.settings, installation_.GetTargetCatalogue()});
+  ProjectServices& services = model_->Services();
+  services.views.wizard = wizard_.get();
+  services.output = output_.get();
+  services.propertyManager = propertyManager_.get();
+  services.toolManager = toolManager_.get();
   services.mainframeHandle = mainframe;
 }
 
 std::int32_t CProjectManager::InitToolManager(IDispatch* toolManagerObject) {
-  if (toolManager) toolManager->AttachDispatch(toolManagerObject, false);
+  if (toolManager_) toolManager_->AttachDispatch(toolManagerObject, false);
   return 1;
 }
 
 std::int32_t CProjectManager::Clean() {
-  if (activeObjectToken == 0) return 1;
-  platform.runningObjects.RevokeActiveObject(activeObjectToken);
-  activeObjectToken = 0;
+  if (activeObjectToken_ == 0) return 1;
+  platform_.runningObjects.RevokeActiveObject(activeObjectToken_);
+  activeObjectToken_ = 0;
   Release();
   return 1;
 }

@@ -49,7 +49,7 @@ std::string CProjectInspector::GetInstallationProblem() {
   const CProjectModel* model = Model();
   if (model == nullptr) return {};
   const Installation& installation =
-      static_cast<CProjectManager*>(manager.Get())->GetInstallation();
+      static_cast<CProjectManager*>(manager_.Get())->GetInstallation();
   if (!installation.GetProblem().empty()) return installation.GetProblem();
   if (!model->Services().output->GetMessageProblem().empty())
     return model->Services().output->GetMessageProblem();

@@ -17,7 +17,7 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
   CXmlNode explanation;
   explanation.SetName("Option");
   explanation.AddAttr("Node", TextOf(node->GetAttrValue("Header")));
-  explanation.AddAttr("Value", static_cast<CProjectManager*>(manager.Get())
+  explanation.AddAttr("Value", static_cast<CProjectManager*>(manager_.Get())
                                    ->GetPropertyValue(setName.c_str(), section, property));
   const std::string current = model->Publishing().GetCurrentConfigName();
   std::vector<CXmlNode*> chain;

@@ -125,7 +125,7 @@ std::string CProjectInspector::TakeRefusedWishes() {
 }
 
 std::string CProjectInspector::CheckScript(const char* path) {
-  auto* object = static_cast<CProjectManager*>(manager.Get());
+  auto* object = static_cast<CProjectManager*>(manager_.Get());
   return Model() == nullptr ? std::string() : object->GetFileCalls()->CheckScript(TextOf(path));
 }
 

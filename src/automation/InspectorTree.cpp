@@ -119,23 +119,23 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
 
 std::string CProjectInspector::GetMissedSelection() {
   if (Model() == nullptr) return {};
-  const auto key = static_cast<CProjectManager*>(manager.Get())->GetSelection()->GetMissedKey();
+  const auto key = static_cast<CProjectManager*>(manager_.Get())->GetSelection()->GetMissedKey();
   return key ? "\"" + *key + "\"" : std::string();
 }
 
 std::int32_t CProjectInspector::NoteCurrentNode() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  notedNode = model->GetCurrentNode();
-  notedEpoch = model->GetTreeEpoch();
+  notedNode_ = model->GetCurrentNode();
+  notedEpoch_ = model->GetTreeEpoch();
   return 1;
 }
 
 std::int32_t CProjectInspector::SelectNotedNode() {
   CProjectModel* model = Model();
-  if (model == nullptr || notedNode == nullptr || model->GetTreeEpoch() != notedEpoch) return 0;
-  if (model->GetCurrentNode() != notedNode) model->SetCurrentNode(notedNode);
-  return model->GetCurrentNode() == notedNode ? 1 : 0;
+  if (model == nullptr || notedNode_ == nullptr || model->GetTreeEpoch() != notedEpoch_) return 0;
+  if (model->GetCurrentNode() != notedNode_) model->SetCurrentNode(notedNode_);
+  return model->GetCurrentNode() == notedNode_ ? 1 : 0;
 }
 
 }  // namespace tarn

@@ -40,59 +40,59 @@ void SendMenus(HostLink& host, const CXmlNode& configuration) {
 }  // namespace
 
 Installation::Installation(FileSystem& fileSystem, Settings& userSettings)
-    : files(fileSystem), settings(userSettings) {}
+    : files_(fileSystem), settings_(userSettings) {}
 
 bool Installation::Locate(const char* givenApplicationPath, const char* givenDataPath) {
   std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
                          ? std::string(givenApplicationPath)
-                         : InstalledDataFolder(files);
+                         : InstalledDataFolder(files_);
   // The current folder changes with every project.
-  if (IsRelativePath(root)) root = JoinPath(files.CurrentFolder(), root);
-  dataPath = TextOf(givenDataPath);
-  configFolder = root + "config" + kSeparator;
-  const std::string own = configFolder + AfterLastSeparator(dataPath) + "_" + kConfigFileName;
+  if (IsRelativePath(root)) root = JoinPath(files_.CurrentFolder(), root);
+  dataPath_ = TextOf(givenDataPath);
+  configFolder_ = root + "config" + kSeparator;
+  const std::string own = configFolder_ + AfterLastSeparator(dataPath_) + "_" + kConfigFileName;
   const auto canBeRead = [this] {
-    const Result<std::string> text = files.ReadWholeFile(configFile);
+    const Result<std::string> text = files_.ReadWholeFile(configFile_);
     return text || text.GetError().code != ErrorCode::NotFound;
   };
-  configFile = own;
-  if (!files.Exists(own) || !canBeRead()) {
-    configFile = configFolder + kConfigFileName;
-    if (!files.Exists(configFile) && !canBeRead()) return false;
+  configFile_ = own;
+  if (!files_.Exists(own) || !canBeRead()) {
+    configFile_ = configFolder_ + kConfigFileName;
+    if (!files_.Exists(configFile_) && !canBeRead()) return false;
   }
-  folder = root;
+  folder_ = root;
   return true;
 }
 
 bool Installation::Configure(CProjectModel& model) {
   ProjectServices& services = model.Services();
-  services.configFilePath = configFile;
-  services.configFolder = configFolder;
-  services.examplesFolder = folder + "examples" + kSeparator;
+  services.configFilePath = configFile_;
+  services.configFolder = configFolder_;
+  services.examplesFolder = folder_ + "examples" + kSeparator;
   CXmlNode configuration;
   if (!LoadTypes(model, configuration)) return false;
   SendMenus(model.Host(), configuration);
-  services.applicationPath = folder;
-  services.dataPath = dataPath;
+  services.applicationPath = folder_;
+  services.dataPath = dataPath_;
   const std::string name = OwnFolderName();
-  if (!name.empty()) settings.SetProfileKey("Corvane\\" + name);
-  services.importProgram = settings.ReadProfile("Import", "Interpreter", "");
-  const std::int32_t seconds = ParseNumber(settings.ReadProfile("Import", "Seconds", "0"));
+  if (!name.empty()) settings_.SetProfileKey("Corvane\\" + name);
+  services.importProgram = settings_.ReadProfile("Import", "Interpreter", "");
+  const std::int32_t seconds = ParseNumber(settings_.ReadProfile("Import", "Seconds", "0"));
   if (seconds > 0 && seconds != kNoNumber) services.importSeconds = seconds;
   return true;
 }
 
 bool Installation::LoadTypes(CProjectModel& model, CXmlNode& configuration) {
-  const Result<std::string> text = files.ReadWholeFile(configFile);
+  const Result<std::string> text = files_.ReadWholeFile(configFile_);
   if (!text) {
     // The result already means that the file doesn't exist.
     const Error& error = text.GetError();
-    const std::string reason = configFile + ": " + error.text;
+    const std::string reason = configFile_ + ": " + error.text;
     if (error.code != ErrorCode::NotFound) model.Host().SendHost(kMsgLogLine, reason, 0);
     return false;
   }
-  problem = LoadWhole(configuration, *text, XmlTexts::None, configFile);
-  const bool isDamaged = !problem.empty();
+  problem_ = LoadWhole(configuration, *text, XmlTexts::None, configFile_);
+  const bool isDamaged = !problem_.empty();
   if (isDamaged && configuration.Load(*text, g_xmlParseInfo) == nullptr) return false;
   for (int i = 0; i < configuration.GetChildCount(); ++i) {
     const CXmlNode& section = *configuration.GetChild(i);
@@ -106,29 +106,29 @@ bool Installation::LoadTypes(CProjectModel& model, CXmlNode& configuration) {
 }
 
 void Installation::SeedDefaultProject() {
-  std::string base = dataPath;
+  std::string base = dataPath_;
   if (base.empty()) {
-    base = settings.GetFolders().userData;
+    base = settings_.GetFolders().userData;
     // No other component creates it for a new user.
-    (void)files.CreateFolders(base);
+    (void)files_.CreateFolders(base);
   }
-  if (IsRelativePath(base)) base = JoinPath(files.CurrentFolder(), base);
-  const std::string name = AfterLastSeparator(dataPath);
-  defaultProject = files.Canonical(base + kSeparator + name + ".tprj");
+  if (IsRelativePath(base)) base = JoinPath(files_.CurrentFolder(), base);
+  const std::string name = AfterLastSeparator(dataPath_);
+  defaultProject_ = files_.Canonical(base + kSeparator + name + ".tprj");
   const std::string application = base + kSeparator + name + ".tapp";
-  if (files.Exists(defaultProject) && files.Exists(application)) return;
+  if (files_.Exists(defaultProject_) && files_.Exists(application)) return;
   const std::string seeds = ReadRegistryValue("Default Directories", "LastTargetConfig");
-  (void)files.CopyFileTo(seeds + kSeparator + name + ".tprj", defaultProject);
-  (void)files.CopyFileTo(seeds + kSeparator + name + ".tapp", application);
+  (void)files_.CopyFileTo(seeds + kSeparator + name + ".tprj", defaultProject_);
+  (void)files_.CopyFileTo(seeds + kSeparator + name + ".tapp", application);
 }
 
 std::string Installation::FindConfigFile(const char* name) const {
   const std::string path = TextOf(name);
-  return files.Exists(path) ? path : configFolder + path;
+  return files_.Exists(path) ? path : configFolder_ + path;
 }
 
 std::string Installation::OwnFolderName() const {
-  const std::string path = files.Canonical(folder);
+  const std::string path = files_.Canonical(folder_);
   std::string name = AfterLastSeparator(path);
   if (name.empty() && !path.empty()) name = AfterLastSeparator(path.substr(0, path.size() - 1));
   return EqualNoCase(name, "Tarn") ? std::string() : name;
@@ -138,7 +138,7 @@ std::string Installation::ReadRegistryValue(const char* key, const char* name) c
   const std::string own = OwnFolderName();
   const std::string base =
       own.empty() ? std::string("Software\\Corvane\\Tarn7\\") : "Software\\Corvane\\" + own + "\\";
-  return settings.ReadRegistry(base + TextOf(key), TextOf(name)).value_or(std::string());
+  return settings_.ReadRegistry(base + TextOf(key), TextOf(name)).value_or(std::string());
 }
 
 std::string FindDefinitionProblem(const ProjectServices& services) {

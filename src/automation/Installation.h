@@ -34,17 +34,17 @@ class Installation {
   void SeedDefaultProject();
 
   // Path of the default project; empty before SeedDefaultProject().
-  const std::string& GetDefaultProject() const { return defaultProject; }
-  const std::string& GetFolder() const { return folder; }  // ends in a separator
-  const std::string& GetConfigFolder() const { return configFolder; }
-  const std::string& GetConfigFile() const { return configFile; }
-  const std::string& GetDataPath() const { return dataPath; }
+  const std::string& GetDefaultProject() const { return defaultProject_; }
+  const std::string& GetFolder() const { return folder_; }  // ends in a separator
+  const std::string& GetConfigFolder() const { return configFolder_; }
+  const std::string& GetConfigFile() const { return configFile_; }
+  const std::string& GetDataPath() const { return dataPath_; }
   // Returns the first fault of the configuration file as "FILE:LINE: description"; an empty string
   // if there is none.
-  const std::string& GetProblem() const { return problem; }
+  const std::string& GetProblem() const { return problem_; }
   // Returns the catalogue of the targets registered on this system, or else those of the
   // installation.
-  TargetCatalogue GetTargetCatalogue() const { return {files, settings, folder + "targets"}; }
+  TargetCatalogue GetTargetCatalogue() const { return {files_, settings_, folder_ + "targets"}; }
   // Resolves a name that isn't an existing file against the configuration folder, without checking
   // that the result exists.
   std::string FindConfigFile(const char* name) const;
@@ -58,14 +58,14 @@ class Installation {
   // the standard one.
   std::string OwnFolderName() const;
 
-  FileSystem& files;
-  Settings& settings;
-  std::string folder;
-  std::string dataPath;
-  std::string configFolder;
-  std::string configFile;
-  std::string problem;
-  std::string defaultProject;
+  FileSystem& files_;
+  Settings& settings_;
+  std::string folder_;
+  std::string dataPath_;
+  std::string configFolder_;
+  std::string configFile_;
+  std::string problem_;
+  std::string defaultProject_;
 };
 
 // Returns a description of what is missing in the current definitions of options and tools; an

@@ -21,52 +21,52 @@ std::int32_t HandleOf(const CWnd* window) {
 
 ManagerWindows::ManagerWindows(FileSystem& fileSystem, Settings& userSettings,
                                WindowHandle hostWindow)
-    : files(fileSystem), settings(userSettings), host(hostWindow) {}
+    : files_(fileSystem), settings_(userSettings), host_(hostWindow) {}
 
 void ManagerWindows::CreateOutputViews(CBuildOutput& buildOutput) {
-  output = &buildOutput;
-  logView = std::make_unique<COutputEdit>(files, host);
-  logView->SetControlText(output->GetViewTitle());
-  logView->Create(kStylePopup, {}, nullptr, 0);
-  reportView = std::make_unique<COutputReportWnd>(files, host);
-  reportView->SetDefinition(*MakeOutputDefinition(output->GetConfigFolder()));
-  reportView->SetControlText(output->GetViewTitle());
-  reportView->Create(kStylePopup, {}, nullptr, 0);
-  output->SetViews(logView.get(), reportView.get());
+  output_ = &buildOutput;
+  logView_ = std::make_unique<COutputEdit>(files_, host_);
+  logView_->SetControlText(output_->GetViewTitle());
+  logView_->Create(kStylePopup, {}, nullptr, 0);
+  reportView_ = std::make_unique<COutputReportWnd>(files_, host_);
+  reportView_->SetDefinition(*MakeOutputDefinition(output_->GetConfigFolder()));
+  reportView_->SetControlText(output_->GetViewTitle());
+  reportView_->Create(kStylePopup, {}, nullptr, 0);
+  output_->SetViews(logView_.get(), reportView_.get());
 }
 
 void ManagerWindows::CreateProjectWindows(CProjectModel& projectModel,
                                           CPropertyManagerDriver& properties,
                                           const Installation& installation, IDispatch* keeper) {
-  model = &projectModel;
+  model_ = &projectModel;
   const std::string& configFolder = installation.GetConfigFolder();
-  projectWindow = std::make_unique<CProjectWnd>(files, settings, *model, properties, host);
-  projectWindow->SetKeeper(keeper);
-  model->Services().views.project = projectWindow.get();
-  projectWindow->Create(kStylePopup, {}, nullptr, 0);
-  projectWindow->LoadViewConfig(installation.GetConfigFile());
+  projectWindow_ = std::make_unique<CProjectWnd>(files_, settings_, *model_, properties, host_);
+  projectWindow_->SetKeeper(keeper);
+  model_->Services().views.project = projectWindow_.get();
+  projectWindow_->Create(kStylePopup, {}, nullptr, 0);
+  projectWindow_->LoadViewConfig(installation.GetConfigFile());
 
-  classWindow = std::make_unique<CClassWnd>(files, settings, host, configFolder);
-  model->Services().views.classes = classWindow.get();
-  classWindow->Create(kStylePopup, {}, nullptr, 0);
-  classWindow->CreateImages();
-  classWindow->Load(installation.GetConfigFile());
+  classWindow_ = std::make_unique<CClassWnd>(files_, settings_, host_, configFolder);
+  model_->Services().views.classes = classWindow_.get();
+  classWindow_->Create(kStylePopup, {}, nullptr, 0);
+  classWindow_->CreateImages();
+  classWindow_->Load(installation.GetConfigFile());
 
-  globalsWindow = std::make_unique<CGlobalsReportWnd>(files, host, configFolder);
-  model->Services().views.globals = globalsWindow.get();
-  globalsWindow->Create(kStylePopup, {}, nullptr, 0);
+  globalsWindow_ = std::make_unique<CGlobalsReportWnd>(files_, host_, configFolder);
+  model_->Services().views.globals = globalsWindow_.get();
+  globalsWindow_->Create(kStylePopup, {}, nullptr, 0);
 }
 
 void ManagerWindows::Detach() {
-  if (model != nullptr) model->Services().views = {};
-  if (output != nullptr) output->SetViews(nullptr, nullptr);
+  if (model_ != nullptr) model_->Services().views = {};
+  if (output_ != nullptr) output_->SetViews(nullptr, nullptr);
   DetachProjectWindow();
-  model = nullptr;
-  output = nullptr;
+  model_ = nullptr;
+  output_ = nullptr;
 }
 
 void ManagerWindows::DetachProjectWindow() {
-  if (projectWindow) projectWindow->ForgetModel();
+  if (projectWindow_) projectWindow_->ForgetModel();
 }
 
 void ManagerWindows::Announce(CWnd* window, const char* title, int id) const {
@@ -75,24 +75,24 @@ void ManagerWindows::Announce(CWnd* window, const char* title, int id) const {
   const std::string text = "<Wnd ID='" + number + "' Icon='" + number + "' Title='" + title +
                            "' SizeX='" + std::to_string(kDockedWidth) + "' SizeY='" +
                            std::to_string(kDockedHeight) + "' />";
-  SendWindowMessage(host, kMsgAnnounceWindow, reinterpret_cast<std::intptr_t>(window),
+  SendWindowMessage(host_, kMsgAnnounceWindow, reinterpret_cast<std::intptr_t>(window),
                     reinterpret_cast<std::intptr_t>(text.c_str()));
 }
 
 std::int32_t ManagerWindows::ShowProjectWindow() const {
-  Announce(globalsWindow.get(), "Globals", kGlobalsWindowId);
-  Announce(projectWindow.get(), "Project", kProjectWindowId);
-  return HandleOf(projectWindow.get());
+  Announce(globalsWindow_.get(), "Globals", kGlobalsWindowId);
+  Announce(projectWindow_.get(), "Project", kProjectWindowId);
+  return HandleOf(projectWindow_.get());
 }
 
 std::int32_t ManagerWindows::ShowOutputWindow() const {
-  Announce(reportView.get(), "Build Report", kReportViewId);
-  Announce(logView.get(), "Build Log", kLogViewId);
-  return HandleOf(logView.get());
+  Announce(reportView_.get(), "Build Report", kReportViewId);
+  Announce(logView_.get(), "Build Log", kLogViewId);
+  return HandleOf(logView_.get());
 }
 
 std::int32_t ManagerWindows::GetReportWindow() const {
-  return HandleOf(reportView.get());
+  return HandleOf(reportView_.get());
 }
 
 }  // namespace tarn

@@ -44,16 +44,16 @@ class ManagerWindows {
  private:
   void Announce(CWnd* window, const char* title, int id) const;
 
-  FileSystem& files;
-  Settings& settings;
-  const WindowHandle host;
-  CBuildOutput* output = nullptr;
-  CProjectModel* model = nullptr;
-  std::unique_ptr<COutputEdit> logView;
-  std::unique_ptr<COutputReportWnd> reportView;
-  std::unique_ptr<CProjectWnd> projectWindow;
-  std::unique_ptr<CClassWnd> classWindow;
-  std::unique_ptr<CGlobalsReportWnd> globalsWindow;
+  FileSystem& files_;
+  Settings& settings_;
+  const WindowHandle host_;
+  CBuildOutput* output_ = nullptr;
+  CProjectModel* model_ = nullptr;
+  std::unique_ptr<COutputEdit> logView_;
+  std::unique_ptr<COutputReportWnd> reportView_;
+  std::unique_ptr<CProjectWnd> projectWindow_;
+  std::unique_ptr<CClassWnd> classWindow_;
+  std::unique_ptr<CGlobalsReportWnd> globalsWindow_;
 };
 
 }  // namespace tarn

@@ -50,18 +50,18 @@ void ForEachOfName(const CProjectModel& model, CXmlNode& start, const std::strin
 std::vector<CXmlNode*> NodeSearch::FindByPath(CXmlNode& start, const std::string& path,
                                               bool exactly) const {
   std::vector<CXmlNode*> found;
-  ForEachOfName(model, start, path, [&](CXmlNode& node, const std::string& full) {
-    const bool isMeant = exactly ? full == path : IsSameName(model.GetFiles(), full, path);
+  ForEachOfName(model_, start, path, [&](CXmlNode& node, const std::string& full) {
+    const bool isMeant = exactly ? full == path : IsSameName(model_.GetFiles(), full, path);
     if (isMeant) found.push_back(&node);
   });
   return found;
 }
 
 std::vector<CXmlNode*> NodeSearch::FindByFile(CXmlNode& start, const std::string& path) const {
-  const std::string real = RealName(model.GetFiles(), path);
+  const std::string real = RealName(model_.GetFiles(), path);
   std::vector<CXmlNode*> found;
-  ForEachOfName(model, start, path, [&](CXmlNode& node, const std::string& full) {
-    if (RealName(model.GetFiles(), full) == real) found.push_back(&node);
+  ForEachOfName(model_, start, path, [&](CXmlNode& node, const std::string& full) {
+    if (RealName(model_.GetFiles(), full) == real) found.push_back(&node);
   });
   return found;
 }
@@ -70,13 +70,13 @@ std::vector<CXmlNode*> NodeSearch::FindPlain(CXmlNode& start, const std::string&
   std::vector<CXmlNode*> found;
   std::string path;
   for (const bool exactly : {true, false}) {
-    for (const std::string& folder : folders) {
-      model.Paths().MakeAbsolutePath(key, path, folder.c_str());
+    for (const std::string& folder : folders_) {
+      model_.Paths().MakeAbsolutePath(key, path, folder.c_str());
       if (found.empty()) found = FindByPath(start, path, exactly);
     }
   }
-  for (const std::string& folder : folders) {
-    model.Paths().MakeAbsolutePath(key, path, folder.c_str());
+  for (const std::string& folder : folders_) {
+    model_.Paths().MakeAbsolutePath(key, path, folder.c_str());
     if (found.empty()) found = FindByFile(start, path);
   }
   return found.empty() ? FindByLabel(start, key) : found;

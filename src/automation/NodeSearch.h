@@ -16,7 +16,7 @@ class NodeSearch {
  public:
   // Relative paths are resolved against `currentFolder`, then against the project's folder.
   NodeSearch(CProjectModel& projectModel, std::string currentFolder)
-      : model(projectModel), folders{std::move(currentFolder), projectModel.GetProjectFolder()} {}
+      : model_(projectModel), folders_{std::move(currentFolder), projectModel.GetProjectFolder()} {}
 
   // Returns the matches in the subtree of `start`, in document order. `start` itself is returned
   // only if nothing below it matches.
@@ -28,8 +28,8 @@ class NodeSearch {
   std::vector<CXmlNode*> FindByPath(CXmlNode& start, const std::string& path, bool exactly) const;
   std::vector<CXmlNode*> FindByFile(CXmlNode& start, const std::string& path) const;
 
-  CProjectModel& model;
-  const std::string folders[2];
+  CProjectModel& model_;
+  const std::string folders_[2];
 };
 
 }  // namespace tarn

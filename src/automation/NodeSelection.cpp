@@ -7,30 +7,30 @@ namespace tarn {
 
 void NodeSelection::SelectByHeader(const char* header) {
   CXmlNode* found = nullptr;
-  FindTreeNode(header, "Header", &model.GetProjectRoot(), found);
+  FindTreeNode(header, "Header", &model_.GetProjectRoot(), found);
   Select(found, header);
 }
 
 void NodeSelection::SelectByPath(const char* path) {
   CXmlNode* found = nullptr;
-  FindChildNode(path, "Path", model.GetActiveApplication(), found);
-  if (found == nullptr && model.Publishing().PublishChildren(model.GetActiveApplication())) {
-    FindChildNode(path, "Path", model.GetActiveApplication(), found);
+  FindChildNode(path, "Path", model_.GetActiveApplication(), found);
+  if (found == nullptr && model_.Publishing().PublishChildren(model_.GetActiveApplication())) {
+    FindChildNode(path, "Path", model_.GetActiveApplication(), found);
   }
   Select(found, path);
 }
 
 void NodeSelection::Select(CXmlNode* found, const char* key) {
-  model.SetCurrentNode(found);
-  missedKey.reset();
+  model_.SetCurrentNode(found);
+  missedKey_.reset();
   if (found != nullptr) return;
-  missedKey = TextOf(key);
-  nodeInstead = model.GetCurrentNode();
+  missedKey_ = TextOf(key);
+  nodeInstead_ = model_.GetCurrentNode();
 }
 
 std::optional<std::string> NodeSelection::GetMissedKey() const {
-  const bool isStill = missedKey && model.GetCurrentNode() == nodeInstead;
-  return isStill ? missedKey : std::nullopt;
+  const bool isStill = missedKey_ && model_.GetCurrentNode() == nodeInstead_;
+  return isStill ? missedKey_ : std::nullopt;
 }
 
 }  // namespace tarn

@@ -12,7 +12,7 @@ namespace tarn {
 class NodeSelection {
  public:
   // The model is borrowed and must outlive this object.
-  explicit NodeSelection(CProjectModel& projectModel) : model(projectModel) {}
+  explicit NodeSelection(CProjectModel& projectModel) : model_(projectModel) {}
 
   // Makes the node with this label current.
   void SelectByHeader(const char* header);
@@ -20,7 +20,7 @@ class NodeSelection {
   // application's nodes if necessary.
   void SelectByPath(const char* path);
   // Drops the recorded key; called when a different project is opened.
-  void Reset() { missedKey.reset(); }
+  void Reset() { missedKey_.reset(); }
   // Returns the last key if no node was found and the node that was current then still is; nullopt
   // otherwise.
   std::optional<std::string> GetMissedKey() const;
@@ -28,9 +28,9 @@ class NodeSelection {
  private:
   void Select(CXmlNode* found, const char* key);
 
-  CProjectModel& model;
-  std::optional<std::string> missedKey;   // search that found no node
-  const CXmlNode* nodeInstead = nullptr;  // node current at that time; only compared
+  CProjectModel& model_;
+  std::optional<std::string> missedKey_;   // search that found no node
+  const CXmlNode* nodeInstead_ = nullptr;  // node current at that time; only compared
 };
 
 }  // namespace tarn

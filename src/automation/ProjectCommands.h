@@ -17,7 +17,7 @@ class ProjectCommands {
   // Both are borrowed and must outlive this object. The services of the model must be set before
   // the first call.
   ProjectCommands(CProjectModel& projectModel, Builder& projectBuilder)
-      : model(projectModel), builder(projectBuilder), actions(projectModel, projectBuilder) {}
+      : model_(projectModel), builder_(projectBuilder), actions_(projectModel, projectBuilder) {}
 
   // Returns 0 if the command is currently disabled.
   std::int32_t Enable(std::uint32_t id) const;
@@ -31,9 +31,9 @@ class ProjectCommands {
   bool RefusesBuild();
 
  private:
-  CProjectModel& model;
-  Builder& builder;
-  CommandActions actions;
+  CProjectModel& model_;
+  Builder& builder_;
+  CommandActions actions_;
 };
 
 }  // namespace tarn

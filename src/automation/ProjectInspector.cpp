@@ -80,19 +80,19 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
 }
 
 CProjectModel* CProjectInspector::Model() const {
-  auto* object = static_cast<CProjectManager*>(manager.Get());
+  auto* object = static_cast<CProjectManager*>(manager_.Get());
   return object == nullptr ? nullptr : object->GetModel();
 }
 
 Builder* CProjectInspector::GetBuilder() const {
-  auto* object = static_cast<CProjectManager*>(manager.Get());
+  auto* object = static_cast<CProjectManager*>(manager_.Get());
   return object == nullptr ? nullptr : object->GetBuilder();
 }
 
 std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
   if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
-  manager = DispatchPtr(managerObject);
-  notedNode = nullptr;
+  manager_ = DispatchPtr(managerObject);
+  notedNode_ = nullptr;
   return 1;
 }
 
@@ -111,7 +111,7 @@ std::int32_t CProjectInspector::PublishFor(std::int32_t milliseconds) {
 }
 
 DispatchPtr CProjectInspector::GetPropertyManager() {
-  auto* object = static_cast<CProjectManager*>(manager.Get());
+  auto* object = static_cast<CProjectManager*>(manager_.Get());
   if (object == nullptr || object->GetPropertyManager() == nullptr) return {};
   return DispatchPtr(object->GetPropertyManager()->GetDispatch());
 }
@@ -133,7 +133,7 @@ std::string CProjectInspector::MissingImportProgram() {
 
 std::string CProjectInspector::GetTargets() {
   if (Model() == nullptr) return {};
-  const auto* object = static_cast<CProjectManager*>(manager.Get());
+  const auto* object = static_cast<CProjectManager*>(manager_.Get());
   return DescribeTargets(*object->GetInstallation().GetTargetCatalogue().Read());
 }
 

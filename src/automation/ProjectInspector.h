@@ -215,10 +215,10 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   CProjectModel* Model() const;
   Builder* GetBuilder() const;
 
-  const ServerLock lock;
-  DispatchPtr manager;
-  CXmlNode* notedNode = nullptr;
-  std::uint64_t notedEpoch = 0;  // generation of the tree at that time
+  const ServerLock lock_;
+  DispatchPtr manager_;
+  CXmlNode* notedNode_ = nullptr;
+  std::uint64_t notedEpoch_ = 0;  // generation of the tree at that time
 };
 
 }  // namespace tarn

@@ -11,31 +11,31 @@ ServerPlatform ServerPlatform::Native() {
 }
 
 CProjectManager::CProjectManager(const ServerPlatform& serverPlatform)
-    : platform(serverPlatform), installation(serverPlatform.files, serverPlatform.settings) {}
+    : platform_(serverPlatform), installation_(serverPlatform.files, serverPlatform.settings) {}
 
 CProjectManager::~CProjectManager() {
-  if (activeObjectToken != 0) platform.runningObjects.RevokeActiveObject(activeObjectToken);
+  if (activeObjectToken_ != 0) platform_.runningObjects.RevokeActiveObject(activeObjectToken_);
   // A running worker uses all other members until it has finished.
-  if (builder) builder->StopAndWait();
-  if (windows) windows->Detach();
-  if (output) output->DeleteLogFile();
-  output.reset();
-  propertyManager.reset();
-  toolManager.reset();
-  commands.reset();
-  builder.reset();
-  model.reset();
-  windows.reset();
+  if (builder_) builder_->StopAndWait();
+  if (windows_) windows_->Detach();
+  if (output_) output_->DeleteLogFile();
+  output_.reset();
+  propertyManager_.reset();
+  toolManager_.reset();
+  commands_.reset();
+  builder_.reset();
+  model_.reset();
+  windows_.reset();
 }
 
 void CProjectManager::OnFinalRelease() {
-  if (builder && builder->IsWorkerWaiting()) {
-    builder->RequestStop();
-    model->Host().ForgetHost();
+  if (builder_ && builder_->IsWorkerWaiting()) {
+    builder_->RequestStop();
+    model_->Host().ForgetHost();
     // The manager may be deleted inside an event of the window, and no reference delays that any
     // more.
-    if (windows) windows->DetachProjectWindow();
-    builder->RunAfterWorker([this] { delete this; });
+    if (windows_) windows_->DetachProjectWindow();
+    builder_->RunAfterWorker([this] { delete this; });
     return;
   }
   delete this;
@@ -44,135 +44,135 @@ void CProjectManager::OnFinalRelease() {
 DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> arguments,
                                        Variant& result) {
   const DispatchPtr self(this);  // a handler may release the host's last reference
-  if (builder && builder->IsWorkerAlive()) builder->ServeWorker();
+  if (builder_ && builder_->IsWorkerAlive()) builder_->ServeWorker();
   return DispatchObject::Invoke(id, arguments, result);
 }
 
 // A handler may have opened another project in the meantime, which then stays open.
 void CProjectManager::OpenDefaultProject() {
-  if (!model->IsOpen()) model->OpenProject(installation.GetDefaultProject().c_str(), 1);
+  if (!model_->IsOpen()) model_->OpenProject(installation_.GetDefaultProject().c_str(), 1);
 }
 
 std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
-  if (!model) return 0;
-  selection->Reset();
+  if (!model_) return 0;
+  selection_->Reset();
   const std::string path = TextOf(projectPath);
-  if (model->Paths().IsOpenAs(path)) return 0;
-  const bool isDefault = !path.empty() && EqualNoCase(model->Paths().FullProjectPath(path),
-                                                      installation.GetDefaultProject());
-  if (!model->CloseProject()) return 0;
-  if (model->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
+  if (model_->Paths().IsOpenAs(path)) return 0;
+  const bool isDefault = !path.empty() && EqualNoCase(model_->Paths().FullProjectPath(path),
+                                                      installation_.GetDefaultProject());
+  if (!model_->CloseProject()) return 0;
+  if (model_->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
   OpenDefaultProject();
   return 0;
 }
 
 std::int32_t CProjectManager::ProjectClose() {
-  if (!model) return 0;
-  selection->Reset();
-  const bool wasDefault = model->IsDefaultProject();
-  if (!model->CloseProject() || wasDefault) return 0;
-  model->OpenProject(installation.GetDefaultProject().c_str(), 1);
+  if (!model_) return 0;
+  selection_->Reset();
+  const bool wasDefault = model_->IsDefaultProject();
+  if (!model_->CloseProject() || wasDefault) return 0;
+  model_->OpenProject(installation_.GetDefaultProject().c_str(), 1);
   return 1;
 }
 
 std::int32_t CProjectManager::ProjectSave() {
-  if (!model) return 0;
-  model->SaveProject();
+  if (!model_) return 0;
+  model_->SaveProject();
   return 1;
 }
 
 std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
-  if (!model) return 0;
-  selection->Reset();
-  if (!model->CloseProject()) return 0;
-  if (model->Items().NewProject(projectPath)) return 1;
+  if (!model_) return 0;
+  selection_->Reset();
+  if (!model_->CloseProject()) return 0;
+  if (model_->Items().NewProject(projectPath)) return 1;
   OpenDefaultProject();
   return 0;
 }
 
 std::int32_t CProjectManager::ProjectBuild() {
-  return builder && !commands->RefusesBuild() ? builder->BuildHere() : 0;
+  return builder_ && !commands_->RefusesBuild() ? builder_->BuildHere() : 0;
 }
 
 std::int32_t CProjectManager::GetPropertyWindow() {
-  return propertyManager ? propertyManager->GetPropertyWindow() : 0;
+  return propertyManager_ ? propertyManager_->GetPropertyWindow() : 0;
 }
 
 std::int32_t CProjectManager::SelectApplication(const char* header) {
-  if (!model) return 0;
-  selection->SelectByHeader(header);
+  if (!model_) return 0;
+  selection_->SelectByHeader(header);
   return 1;
 }
 
 std::int32_t CProjectManager::SelectNode(const char* path) {
-  if (!model) return 0;
-  selection->SelectByPath(path);
+  if (!model_) return 0;
+  selection_->SelectByPath(path);
   return 1;
 }
 
 std::int32_t CProjectManager::GetProjectWindow() {
-  return windows ? windows->ShowProjectWindow() : 0;
+  return windows_ ? windows_->ShowProjectWindow() : 0;
 }
 
 std::int32_t CProjectManager::GetOutputWindow() {
-  return windows ? windows->ShowOutputWindow() : 0;
+  return windows_ ? windows_->ShowOutputWindow() : 0;
 }
 
 std::int32_t CProjectManager::GetReportWindow() {
-  return windows ? windows->GetReportWindow() : 0;
+  return windows_ ? windows_->GetReportWindow() : 0;
 }
 
 std::int32_t CProjectManager::Command(std::uint32_t id) {
-  return commands ? commands->Run(id) : 1;
+  return commands_ ? commands_->Run(id) : 1;
 }
 
 std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
-  return commands ? commands->Enable(id) : 1;
+  return commands_ ? commands_->Enable(id) : 1;
 }
 
 std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
-  return commands ? commands->Prolog(id) : 1;
+  return commands_ ? commands_->Prolog(id) : 1;
 }
 
 std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
-  return commands ? commands->Epilog(id) : 1;
+  return commands_ ? commands_->Epilog(id) : 1;
 }
 
 std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* itemType) {
-  return model ? model->Items().AddExistingItem(itemPath, itemType) : 0;
+  return model_ ? model_->Items().AddExistingItem(itemPath, itemType) : 0;
 }
 
 // The tool that generates initial sources is for users who chose it in the wizard, not for
 // automation clients. The user's saved choice isn't changed.
 std::int32_t CProjectManager::AddNewItem(const char* itemPath, const char* itemType) {
-  if (!model) return 0;
-  const ProfileOverride withoutTool(platform.settings, "Project", "UseCobbler", "No");
-  return model->Items().AddNewItem(itemPath, itemType);
+  if (!model_) return 0;
+  const ProfileOverride withoutTool(platform_.settings, "Project", "UseCobbler", "No");
+  return model_->Items().AddNewItem(itemPath, itemType);
 }
 
 std::int32_t CProjectManager::RemoveItem(const char* itemName) {
-  return model ? model->Editor().RemoveItem(itemName) : 0;
+  return model_ ? model_->Editor().RemoveItem(itemName) : 0;
 }
 
 std::int32_t CProjectManager::SetBuildInfo(const char* filePath, const char* xmlInfo) {
-  return builder ? builder->Information().SetBuildInfo(filePath, xmlInfo) : 0;
+  return builder_ ? builder_->Information().SetBuildInfo(filePath, xmlInfo) : 0;
 }
 
 std::string CProjectManager::GetDynamicCommands(std::uint32_t commandId) {
-  return model ? model->Publishing().GetDynamicCommands(commandId) : std::string();
+  return model_ ? model_->Publishing().GetDynamicCommands(commandId) : std::string();
 }
 
 std::string CProjectManager::GetSymbolInfo(const char* symbolName) {
-  return model ? model->Services().views.GetSymbolInfo(symbolName) : std::string();
+  return model_ ? model_->Services().views.GetSymbolInfo(symbolName) : std::string();
 }
 
 void CProjectManager::ReportMessage(const char* text) {
-  if (model) model->Host().ReportMessage(text);
+  if (model_) model_->Host().ReportMessage(text);
 }
 
 std::string CProjectManager::GetSelectedApplicationsList(const char* separator) {
   std::string list;
-  const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
+  const CXmlNode* application = model_ ? model_->GetActiveApplication() : nullptr;
   if (application != nullptr && application->GetAttr("Path") != nullptr) {
     CollectDebugFiles(list, application, application, TextOf(separator));
   }
@@ -181,9 +181,9 @@ std::string CProjectManager::GetSelectedApplicationsList(const char* separator) 
 
 std::string CProjectManager::GetSelectedFilesList(const char* separator) {
   std::string list;
-  const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
+  const CXmlNode* application = model_ ? model_->GetActiveApplication() : nullptr;
   if (application != nullptr && application->GetAttr("Path") != nullptr) {
-    CollectLinkFiles(model->Types(), list, application, true, application, TextOf(separator));
+    CollectLinkFiles(model_->Types(), list, application, true, application, TextOf(separator));
   }
   return list;
 }

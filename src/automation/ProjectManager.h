@@ -73,12 +73,12 @@ class CProjectManager : public DispatchObject<CProjectManager> {
                         Variant& result) override;
 
   // The pointers are null before Init().
-  CProjectModel* GetModel() { return model.get(); }
-  Builder* GetBuilder() { return builder.get(); }
-  CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
-  const NodeSelection* GetSelection() const { return selection.get(); }
-  HostFileCalls* GetFileCalls() { return fileCalls.get(); }
-  const Installation& GetInstallation() const { return installation; }
+  CProjectModel* GetModel() { return model_.get(); }
+  Builder* GetBuilder() { return builder_.get(); }
+  CPropertyManagerDriver* GetPropertyManager() { return propertyManager_.get(); }
+  const NodeSelection* GetSelection() const { return selection_.get(); }
+  HostFileCalls* GetFileCalls() { return fileCalls_.get(); }
+  const Installation& GetInstallation() const { return installation_; }
 
   // --- Dispatch methods; return 1 on success and 0 on failure unless documented otherwise ---
 
@@ -205,7 +205,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
 
  private:
   // First member, so that it is destroyed last: the destructor runs entirely inside the library.
-  const ServerLock lock;
+  const ServerLock lock_;
 
   // Steps of Init().
   //
@@ -217,19 +217,19 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // Opens the default project, unless another one is open.
   void OpenDefaultProject();
 
-  ServerPlatform platform;
-  Installation installation;
-  std::unique_ptr<CBuildOutput> output;
-  std::unique_ptr<CPropertyManagerDriver> propertyManager;
-  std::unique_ptr<CToolManagerDriver> toolManager;
-  std::unique_ptr<CProjectModel> model;
-  std::unique_ptr<Builder> builder;
-  std::unique_ptr<ProjectWizardMaker> wizard;
-  std::unique_ptr<ProjectCommands> commands;
-  std::unique_ptr<NodeSelection> selection;
-  std::unique_ptr<HostFileCalls> fileCalls;
-  std::unique_ptr<ManagerWindows> windows;
-  std::uint32_t activeObjectToken = 0;
+  ServerPlatform platform_;
+  Installation installation_;
+  std::unique_ptr<CBuildOutput> output_;
+  std::unique_ptr<CPropertyManagerDriver> propertyManager_;
+  std::unique_ptr<CToolManagerDriver> toolManager_;
+  std::unique_ptr<CProjectModel> model_;
+  std::unique_ptr<Builder> builder_;
+  std::unique_ptr<ProjectWizardMaker> wizard_;
+  std::unique_ptr<ProjectCommands> commands_;
+  std::unique_ptr<NodeSelection> selection_;
+  std::unique_ptr<HostFileCalls> fileCalls_;
+  std::unique_ptr<ManagerWindows> windows_;
+  std::uint32_t activeObjectToken_ = 0;
 };
 
 }  // namespace tarn

@@ -36,29 +36,29 @@ void ForEachFile(const NodeTypes& types, const CXmlNode& parent, OnFile&& onFile
 
 ApplicationOrder::ApplicationOrder(const NodeTypes& nodeTypes, CToolManagerDriver* toolManager,
                                    CXmlNode& project)
-    : types(nodeTypes), tools(toolManager) {
+    : types_(nodeTypes), tools_(toolManager) {
   for (int i = 0; i < project.GetChildCount(); ++i) {
     CXmlNode& child = *project.GetChild(i);
-    if ((types.FlagsOf(child) & kTypeApplication) == 0) continue;
-    Entry& entry = entries.emplace_back();
+    if ((types_.FlagsOf(child) & kTypeApplication) == 0) continue;
+    Entry& entry = entries_.emplace_back();
     entry.node = &child;
     entry.output = NameToCompare(TextOf(child.GetAttrValue("OutputFile")));
     entry.fileName = FileNameOf(entry.output);
   }
-  if (entries.size() > 1) {
-    for (Entry& each : entries) FindUses(each);
+  if (entries_.size() > 1) {
+    for (Entry& each : entries_) FindUses(each);
   }
   std::vector<const CXmlNode*> chain;
-  for (Entry& each : entries) Visit(each, chain);
+  for (Entry& each : entries_) Visit(each, chain);
 }
 
 void ApplicationOrder::FindUses(Entry& entry) {
-  if ((types.FlagsOf(*entry.node) & kTypeBuild) == 0 || IsExactlyYes(*entry.node, "Exclude")) {
+  if ((types_.FlagsOf(*entry.node) & kTypeBuild) == 0 || IsExactlyYes(*entry.node, "Exclude")) {
     return;
   }
   std::vector<const Entry*> candidates;
   std::string outputs;
-  for (const Entry& each : entries) {
+  for (const Entry& each : entries_) {
     if (each.output.empty() || (&each != &entry && each.output == entry.output)) continue;
     candidates.push_back(&each);
     if (&each == &entry) continue;
@@ -74,11 +74,11 @@ void ApplicationOrder::FindUses(Entry& entry) {
       }
     }
   };
-  ForEachFile(types, *entry.node, take);
+  ForEachFile(types_, *entry.node, take);
   const CXmlNode* values = FindStoredValues(*entry.node);
   const char* tool = entry.node->GetAttrValue("TranslateTool");
-  if (tools == nullptr || values == nullptr || tool == nullptr || *tool == '\0') return;
-  const std::string used = tools->GetUsedFiles(tool, "", values->ValueText(), outputs);
+  if (tools_ == nullptr || values == nullptr || tool == nullptr || *tool == '\0') return;
+  const std::string used = tools_->GetUsedFiles(tool, "", values->ValueText(), outputs);
   const std::vector<std::string_view> pieces = Split(used, '"');
   for (std::size_t i = 1; i < pieces.size(); i += 2) take(pieces[i]);
 }
@@ -92,7 +92,7 @@ void ApplicationOrder::Visit(Entry& entry, std::vector<const CXmlNode*>& chain) 
   if (entry.state != State::New) return;
   entry.state = State::InProgress;
   chain.push_back(entry.node);
-  for (const Entry& each : entries) {
+  for (const Entry& each : entries_) {
     const bool isUsed =
         std::find(entry.uses.begin(), entry.uses.end(), each.node) != entry.uses.end();
     if (!isUsed) continue;
@@ -101,27 +101,27 @@ void ApplicationOrder::Visit(Entry& entry, std::vector<const CXmlNode*>& chain) 
   }
   chain.pop_back();
   entry.state = State::Done;
-  order.push_back(entry.node);
+  order_.push_back(entry.node);
 }
 
 void ApplicationOrder::ReportCycle(const std::vector<const CXmlNode*>& chain,
                                    const CXmlNode& again) {
-  if (!cycle.empty()) return;
+  if (!cycle_.empty()) return;
   for (auto each = std::find(chain.begin(), chain.end(), &again); each != chain.end(); ++each) {
-    cycle += TextOf((*each)->GetAttrValue("Header")) + " -> ";
+    cycle_ += TextOf((*each)->GetAttrValue("Header")) + " -> ";
   }
-  cycle += TextOf(again.GetAttrValue("Header"));
+  cycle_ += TextOf(again.GetAttrValue("Header"));
 }
 
 std::string ApplicationOrder::GetProblem() const {
-  return cycle.empty() ? cycle
-                       : "Applications that use each other's outputs can't be built: " + cycle;
+  return cycle_.empty() ? cycle_
+                        : "Applications that use each other's outputs can't be built: " + cycle_;
 }
 
 ApplicationOrder::Entry* ApplicationOrder::Find(const CXmlNode& node) {
-  const auto found = std::find_if(entries.begin(), entries.end(),
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
                                   [&node](const Entry& each) { return each.node == &node; });
-  return found == entries.end() ? nullptr : &*found;
+  return found == entries_.end() ? nullptr : &*found;
 }
 
 const ApplicationOrder::Entry* ApplicationOrder::Find(const CXmlNode& node) const {
@@ -147,7 +147,7 @@ std::vector<CXmlNode*> ApplicationOrder::GetUsed(const CXmlNode& application) co
     }
   }
   std::vector<CXmlNode*> used;
-  for (CXmlNode* each : order) {
+  for (CXmlNode* each : order_) {
     const bool isUsed = std::find(found.begin(), found.end(), each) != found.end();
     if (isUsed && each != &application) used.push_back(each);
   }

@@ -23,14 +23,14 @@ class ApplicationOrder {
   ApplicationOrder(const NodeTypes& nodeTypes, CToolManagerDriver* toolManager, CXmlNode& project);
 
   // All applications, in build order.
-  const std::vector<CXmlNode*>& GetAll() const { return order; }
+  const std::vector<CXmlNode*>& GetAll() const { return order_; }
   // Applications that `application` uses directly or indirectly, in build order.
   std::vector<CXmlNode*> GetUsed(const CXmlNode& application) const;
   // Applications that it uses directly.
   const std::vector<CXmlNode*>& GetDirectlyUsed(const CXmlNode& application) const;
   // Returns the labels of the first cycle, as in "a -> b -> a", none of whose applications can be
   // built first. Empty if there is no cycle.
-  const std::string& GetCycle() const { return cycle; }
+  const std::string& GetCycle() const { return cycle_; }
   // Returns the cycle as a sentence for the user; empty if there is none.
   std::string GetProblem() const;
 
@@ -52,11 +52,11 @@ class ApplicationOrder {
   Entry* Find(const CXmlNode& node);
   const Entry* Find(const CXmlNode& node) const;
 
-  const NodeTypes& types;
-  CToolManagerDriver* const tools;
-  std::vector<Entry> entries;  // in project order
-  std::vector<CXmlNode*> order;
-  std::string cycle;
+  const NodeTypes& types_;
+  CToolManagerDriver* const tools_;
+  std::vector<Entry> entries_;  // in project order
+  std::vector<CXmlNode*> order_;
+  std::string cycle_;
 };
 
 }  // namespace tarn

@@ -84,38 +84,38 @@ BuildReport ReadReport(const CXmlNode& record) {
 BuildInformation::BuildInformation(ProjectServices& projectServices, ProjectState& projectState,
                                    const ProjectPaths& projectPaths,
                                    TypesByExtension& typesByExtension)
-    : services(projectServices),
-      state(projectState),
-      paths(projectPaths),
-      extensions(typesByExtension),
-      files(projectServices.files),
-      types(projectServices.types),
-      views(projectServices.views),
-      fileTimes(files),
-      buildRecords(files),
-      toolCommands(services.toolManager,
-                   [this](const CXmlNode& node, std::string& tool, std::string& fileList) {
-                     return GetToolInput(types, node, tool, fileList);
-                   }),
-      recordCheck(buildRecords, toolCommands, files, fileTimes) {}
+    : services_(projectServices),
+      state_(projectState),
+      paths_(projectPaths),
+      extensions_(typesByExtension),
+      files_(projectServices.files),
+      types_(projectServices.types),
+      views_(projectServices.views),
+      fileTimes_(files_),
+      buildRecords_(files_),
+      toolCommands_(services_.toolManager,
+                    [this](const CXmlNode& node, std::string& tool, std::string& fileList) {
+                      return GetToolInput(types_, node, tool, fileList);
+                    }),
+      recordCheck_(buildRecords_, toolCommands_, files_, fileTimes_) {}
 
 BuildInformation::~BuildInformation() = default;
 
 std::int32_t BuildInformation::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
   if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
   // The report may have changed which nodes are up to date.
-  fileTimes.Forget();
-  if (state.activeApplication != nullptr)
-    views.LoadGlobals(paths.GlobalsFileOf(*state.activeApplication));
+  fileTimes_.Forget();
+  if (state_.activeApplication != nullptr)
+    views_.LoadGlobals(paths_.GlobalsFileOf(*state_.activeApplication));
   return 1;
 }
 
 bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
-  const TreeUpdate update(views, UpdateScope::Told);
+  const TreeUpdate update(views_, UpdateScope::Told);
   CXmlNode records;
   records.Load(xmlinfo, g_xmlParseInfo);
   CXmlNode* const application =
-      walkApplication != nullptr ? walkApplication : state.activeApplication;
+      walkApplication_ != nullptr ? walkApplication_ : state_.activeApplication;
   if (application == nullptr) return false;
   for (std::unique_ptr<CXmlNode>& record : TakeChildren(records)) {
     CXmlNode* node = FindNodeByOutput(*application, record->GetAttrValue("Header"));
@@ -129,24 +129,24 @@ bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
     std::erase_if(report.products, [&](const std::string& each) {
       return each == TextOf(node->GetAttrValue("ListingFile")) && IsSharedListing(each);
     });
-    buildRecords.TakeReport(*node, report);
+    buildRecords_.TakeReport(*node, report);
     ReplaceDependencies(*node, TakeDependencies(std::move(record)));
-    views.TellUpdated(*node);
+    views_.TellUpdated(*node);
   }
   return true;
 }
 
 void BuildInformation::ForgetOldOutputs() {
-  if (outputIndexEpoch == state.outputEpoch) return;
-  outputIndexes.clear();
-  listings.reset();
-  withoutShared.clear();
-  outputIndexEpoch = state.outputEpoch;
+  if (outputIndexEpoch_ == state_.outputEpoch) return;
+  outputIndexes_.clear();
+  listings_.reset();
+  withoutShared_.clear();
+  outputIndexEpoch_ = state_.outputEpoch;
 }
 
 const OutputIndex& BuildInformation::IndexOutputs(CXmlNode& application) {
   ForgetOldOutputs();
-  return outputIndexes.try_emplace(&application, application).first->second;
+  return outputIndexes_.try_emplace(&application, application).first->second;
 }
 
 CXmlNode* BuildInformation::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
@@ -165,17 +165,17 @@ CXmlNode* BuildInformation::FindNodeByOutput(CXmlNode& application, const char* 
 
 bool BuildInformation::IsSharedListing(const std::string& path) {
   ForgetOldOutputs();
-  if (!listings) CountListings(*state.projectRoot, listings.emplace());
-  const auto found = listings->find(path);
-  return found != listings->end() && found->second > 1;
+  if (!listings_) CountListings(*state_.projectRoot, listings_.emplace());
+  const auto found = listings_->find(path);
+  return found != listings_->end() && found->second > 1;
 }
 
 std::vector<SharedOutput> BuildInformation::FindSharedOutputs(CXmlNode& application) {
   std::vector<SharedOutput> found;
   ForgetOldOutputs();
-  if (withoutShared.contains(&application)) return found;
+  if (withoutShared_.contains(&application)) return found;
   if (!MayShareOutputs(application)) {
-    withoutShared.insert(&application);
+    withoutShared_.insert(&application);
     return found;
   }
   const auto& shared = IndexOutputs(application).GetShared();
@@ -189,7 +189,7 @@ std::vector<SharedOutput> BuildInformation::FindSharedOutputs(CXmlNode& applicat
     }
     if (!IsBuilt(*first, application) || !IsBuilt(*second, application)) continue;
     const auto source = [this](const CXmlNode& node) {
-      return RealName(files, TextOf(node.GetAttrValue("Path")));
+      return RealName(files_, TextOf(node.GetAttrValue("Path")));
     };
     const bool isSameSource = source(*first) == source(*second);
     found.push_back({first, second, isSameSource && first != &application});
@@ -207,9 +207,9 @@ std::unique_ptr<CXmlNode> BuildInformation::TakeDependencies(std::unique_ptr<CXm
   for (int i = 0; i < record->GetChildCount(); ++i) {
     CXmlNode* dependency = record->GetChild(i);
     const char* file = dependency->GetAttrValue("Header");
-    const CXmlNode* type = extensions.Find(file == nullptr ? "" : file);
+    const CXmlNode* type = extensions_.Find(file == nullptr ? "" : file);
     if (type != nullptr) dependency->SetName(type->NameView());
-    if (HoldsOutput(*dependency)) ++state.outputEpoch;
+    if (HoldsOutput(*dependency)) ++state_.outputEpoch;
   }
   return record;
 }
@@ -218,8 +218,8 @@ void BuildInformation::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlN
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (child->NameView() != "Dependencies") continue;
-    if (HoldsOutput(*child)) ++state.outputEpoch;
-    state.ForgetPointersInto(*child);
+    if (HoldsOutput(*child)) ++state_.outputEpoch;
+    state_.ForgetPointersInto(*child);
     node.RemoveChild(child);
     break;
   }
@@ -239,7 +239,7 @@ std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos
   if (node == nullptr) return 0;
   const char* path = node->GetAttrValue("Path");
   std::string desc;
-  if ((types.FlagsOf(*node) & kTypeApplication) != 0) {
+  if ((types_.FlagsOf(*node) & kTypeApplication) != 0) {
     desc = GetMessageText(kRowApplicationInformation);
   } else if (path != nullptr) {
     desc = GetMessageText(kRowLabelPath);
@@ -272,13 +272,13 @@ std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos
 }
 
 void BuildInformation::ForgetFileTimes() {
-  fileTimes.Forget();
-  toolCommands.RefreshTools();
+  fileTimes_.Forget();
+  toolCommands_.RefreshTools();
 }
 
 void BuildInformation::ForgetNode(const CXmlNode& node) {
-  buildRecords.Forget(node);
-  if (IsAtOrBelow(walkApplication, node)) walkApplication = nullptr;
+  buildRecords_.Forget(node);
+  if (IsAtOrBelow(walkApplication_, node)) walkApplication_ = nullptr;
 }
 
 }  // namespace tarn

@@ -45,8 +45,8 @@ class BuildInformation {
   std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
   // Sets the application that reports are attributed to, instead of the active one; nullptr for
   // none. Cleared by ForgetNode.
-  void SetWalkApplication(CXmlNode* application) { walkApplication = application; }
-  CXmlNode* GetWalkApplication() const { return walkApplication; }
+  void SetWalkApplication(CXmlNode* application) { walkApplication_ = application; }
+  CXmlNode* GetWalkApplication() const { return walkApplication_; }
 
   // --- Outputs ---
   //
@@ -62,7 +62,7 @@ class BuildInformation {
   // --- Build records (BuildState.cpp): what each output was made from ---
   //
   // A journal makes them persistent.
-  BuildRecords& GetBuildRecords() { return buildRecords; }
+  BuildRecords& GetBuildRecords() { return buildRecords_; }
   // Reads the journal at `path` and appends to it until the project is closed.
   StateVerdict OpenBuildState(const std::string& path);
   // Attaches valid records to the published nodes for roughly this long. Returns false if some are
@@ -77,9 +77,9 @@ class BuildInformation {
   std::string FinishBuildState(bool mayShrink);
 
   // --- Caches ---
-  FileTimes& GetFileTimes() { return fileTimes; }
-  ToolCommands& GetToolCommands() { return toolCommands; }
-  RecordCheck& GetRecordCheck() { return recordCheck; }
+  FileTimes& GetFileTimes() { return fileTimes_; }
+  ToolCommands& GetToolCommands() { return toolCommands_; }
+  RecordCheck& GetRecordCheck() { return recordCheck_; }
   // Invalidates cached file times and tool definitions, so that both are checked again.
   void ForgetFileTimes();
   // Drops all pointers to the node and its descendants, which are about to be freed.
@@ -93,26 +93,26 @@ class BuildInformation {
   std::unique_ptr<CXmlNode> TakeDependencies(std::unique_ptr<CXmlNode> record);
   void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list);
 
-  ProjectServices& services;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  TypesByExtension& extensions;
-  FileSystem& files;
-  const NodeTypes& types;
-  const ProjectViews& views;
+  ProjectServices& services_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  TypesByExtension& extensions_;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  const ProjectViews& views_;
 
-  CXmlNode* walkApplication = nullptr;  // application being built
-  FileTimes fileTimes;
-  BuildRecords buildRecords;
-  ToolCommands toolCommands;
-  RecordCheck recordCheck;
-  std::unique_ptr<RecordRestore> recordRestore;  // non-null while one is running
+  CXmlNode* walkApplication_ = nullptr;  // application being built
+  FileTimes fileTimes_;
+  BuildRecords buildRecords_;
+  ToolCommands toolCommands_;
+  RecordCheck recordCheck_;
+  std::unique_ptr<RecordRestore> recordRestore_;  // non-null while one is running
 
-  std::unordered_map<const CXmlNode*, OutputIndex> outputIndexes;  // by application
+  std::unordered_map<const CXmlNode*, OutputIndex> outputIndexes_;  // by application
   // Number of nodes per listing path; nullopt until needed.
-  std::optional<std::unordered_map<std::string, int>> listings;
-  std::unordered_set<const CXmlNode*> withoutShared;  // applications without shared outputs
-  std::uint64_t outputIndexEpoch = 0;                 // of the three caches above
+  std::optional<std::unordered_map<std::string, int>> listings_;
+  std::unordered_set<const CXmlNode*> withoutShared_;  // applications without shared outputs
+  std::uint64_t outputIndexEpoch_ = 0;                 // of the three caches above
 };
 
 }  // namespace tarn

@@ -8,58 +8,58 @@
 namespace tarn {
 
 StateVerdict BuildInformation::OpenBuildState(const std::string& path) {
-  recordRestore.reset();
-  return buildRecords.OpenJournal(path, FileNameOf(state.projectPath));
+  recordRestore_.reset();
+  return buildRecords_.OpenJournal(path, FileNameOf(state_.projectPath));
 }
 
 bool BuildInformation::RestoreFor(std::chrono::milliseconds time) {
-  if (!state.isOpen || services.build.IsWorkerAlive()) return true;
-  const TreeUpdate update(views, UpdateScope::Told);
-  if (recordRestore == nullptr)
-    recordRestore = std::make_unique<RecordRestore>(*this, state, types);
-  const bool isMore = recordRestore->Step(time);
-  fileTimes.Forget();
+  if (!state_.isOpen || services_.build.IsWorkerAlive()) return true;
+  const TreeUpdate update(views_, UpdateScope::Told);
+  if (recordRestore_ == nullptr)
+    recordRestore_ = std::make_unique<RecordRestore>(*this, state_, types_);
+  const bool isMore = recordRestore_->Step(time);
+  fileTimes_.Forget();
   if (isMore) return false;
-  recordRestore.reset();
-  if (state.activeApplication != nullptr)
-    views.LoadGlobals(paths.GlobalsFileOf(*state.activeApplication));
+  recordRestore_.reset();
+  if (state_.activeApplication != nullptr)
+    views_.LoadGlobals(paths_.GlobalsFileOf(*state_.activeApplication));
   return true;
 }
 
 void BuildInformation::RestoreRecords(CXmlNode& application) {
-  RecordRestore restore(*this, state, application);
+  RecordRestore restore(*this, state_, application);
   while (restore.Step(std::chrono::hours(1))) {
   }
-  fileTimes.Forget();
+  fileTimes_.Forget();
 }
 
 void BuildInformation::RestoreRecord(CXmlNode& node, const std::string& owner) {
   const std::string made = TextOf(node.GetAttrValue("OutputFile"));
   if (made.empty()) return;
-  const BuildRecord* const record = buildRecords.Restore(node, owner, made);
+  const BuildRecord* const record = buildRecords_.Restore(node, owner, made);
   if (record == nullptr) return;
-  if (const StaleVerdict changed = recordCheck.CheckCommand(node)) {
-    recordCheck.Withdraw(node, changed);
+  if (const StaleVerdict changed = recordCheck_.CheckCommand(node)) {
+    recordCheck_.Withdraw(node, changed);
     return;
   }
-  const BuildRecordStore& store = buildRecords.Store();
+  const BuildRecordStore& store = buildRecords_.Store();
   RecordBuildInfo(&node, std::string(store.Text(record->infos)).c_str(),
                   std::string(store.Text(record->date)).c_str());
   auto dependencies = CXmlNode::CreateNode("Dependencies");
   dependencies->AddAttr("Header", "Dependencies");
   for (const BuildRecord::Number each : record->Dependencies()) {
     const std::string_view file = store.PathOf(each);
-    const CXmlNode* const type = extensions.Find(file);
+    const CXmlNode* const type = extensions_.Find(file);
     dependencies->AddChild(type == nullptr ? "D" : type->NameView())->AddAttr("Header", file);
   }
   ReplaceDependencies(node, std::move(dependencies));
-  views.TellUpdated(node);
+  views_.TellUpdated(node);
 }
 
 std::string BuildInformation::FinishBuildState(bool mayShrink) {
-  buildRecords.WriteJournal();
-  if (mayShrink) buildRecords.CompactJournal();
-  return buildRecords.GetProblem();
+  buildRecords_.WriteJournal();
+  if (mayShrink) buildRecords_.CompactJournal();
+  return buildRecords_.GetProblem();
 }
 
 }  // namespace tarn

@@ -49,43 +49,43 @@ std::size_t CountApplications(const NodeTypes& types, const CXmlNode& project) {
 }  // namespace
 
 BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
-    : builder(projectBuilder),
-      model(projectBuilder.GetModel()),
-      state(model.State()),
-      information(projectBuilder.Information()),
-      guard(model, information.GetBuildRecords()),
-      asksForTimes(examinesElsewhere),
-      treeEpoch(state.treeEpoch),
-      pipes(model.GetFiles()) {
-  CToolManagerDriver* const tools = model.Services().toolManager;
-  if (tools != nullptr) runsAhead.SetJobs(tools->GetJobs());
+    : builder_(projectBuilder),
+      model_(projectBuilder.GetModel()),
+      state_(model_.State()),
+      information_(projectBuilder.Information()),
+      guard_(model_, information_.GetBuildRecords()),
+      asksForTimes_(examinesElsewhere),
+      treeEpoch_(state_.treeEpoch),
+      pipes_(model_.GetFiles()) {
+  CToolManagerDriver* const tools = model_.Services().toolManager;
+  if (tools != nullptr) runsAhead_.SetJobs(tools->GetJobs());
 }
 
 void BuildWalk::SetApplication(CXmlNode* node) {
-  CXmlNode* application = information.GetWalkApplication();
-  model.Paths().FindEnclosingApplication(node, application);
-  information.SetWalkApplication(application);
+  CXmlNode* application = information_.GetWalkApplication();
+  model_.Paths().FindEnclosingApplication(node, application);
+  information_.SetWalkApplication(application);
 }
 
 void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
-  mode = buildMode;
+  mode_ = buildMode;
   SetApplication(node);
-  if (node != nullptr) frames.emplace_back(node, mode);
+  if (node != nullptr) frames_.emplace_back(node, mode_);
 }
 
 void BuildWalk::BeginTranslate(CXmlNode* node) {
   SetApplication(node);
-  if (node != nullptr) frames.emplace_back(node, mode, Stage::Translate);
+  if (node != nullptr) frames_.emplace_back(node, mode_, Stage::Translate);
 }
 
 void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
-  usesGivenTool = true;
-  givenTool = tool;
+  usesGivenTool_ = true;
+  givenTool_ = tool;
   BeginTranslate(node);
 }
 
 bool BuildWalk::LostTree() const {
-  return state.treeEpoch != treeEpoch;
+  return state_.treeEpoch != treeEpoch_;
 }
 
 bool BuildWalk::IsOver(const std::optional<Clock::time_point>& deadline) const {
@@ -93,30 +93,30 @@ bool BuildWalk::IsOver(const std::optional<Clock::time_point>& deadline) const {
 }
 
 WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
-  currentDeadline = deadline;
+  currentDeadline_ = deadline;
   WalkRequest request;
-  while (!frames.empty()) {
+  while (!frames_.empty()) {
     if (LostTree()) {
-      if (frames.back().stage == Stage::Tool) LeaveTool();
-      frames.clear();
-      succeeded = false;
+      if (frames_.back().stage == Stage::Tool) LeaveTool();
+      frames_.clear();
+      succeeded_ = false;
       break;
     }
     if (!Step(request)) return request;
     // Most steps take less time than reading the clock.
-    if (++stepCount % kStepsPerLook == 0 && IsOver(deadline) && !frames.empty()) {
+    if (++stepCount_ % kStepsPerLook == 0 && IsOver(deadline) && !frames_.empty()) {
       request.kind = WalkRequest::Kind::Pause;
       return request;
     }
   }
-  if (runsAhead.HasAny() || request.own != nullptr) DropAhead(request);
+  if (runsAhead_.HasAny() || request.own != nullptr) DropAhead(request);
   return request;
 }
 
 // Runs one stage of the top frame. The explicit stack of frames replaces recursion, so that the
 // traversal can be suspended at any stage.
 bool BuildWalk::Step(WalkRequest& request) {
-  Frame& frame = frames.back();
+  Frame& frame = frames_.back();
   switch (frame.stage) {
     case Stage::Enter:
       return Enter(frame);
@@ -141,14 +141,14 @@ bool BuildWalk::Step(WalkRequest& request) {
 
 bool BuildWalk::Return(bool success, bool isGood) {
   const std::optional<std::int64_t> newest =
-      isGood && success ? NewestOutputOf(frames.back()) : std::nullopt;
-  const bool isUsed = frames.back().isUsed;
-  frames.pop_back();
-  if (frames.empty()) {
-    succeeded = success;
+      isGood && success ? NewestOutputOf(frames_.back()) : std::nullopt;
+  const bool isUsed = frames_.back().isUsed;
+  frames_.pop_back();
+  if (frames_.empty()) {
+    succeeded_ = success;
     return true;
   }
-  Frame& parent = frames.back();
+  Frame& parent = frames_.back();
   if (!isGood && !isUsed) parent.childrenGood = false;
   if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
   if (!success) return Return(false, false);  // a failure stops the processing of all ancestors
@@ -156,8 +156,8 @@ bool BuildWalk::Return(bool success, bool isGood) {
 }
 
 bool BuildWalk::Enter(Frame& frame) {
-  if (builder.GetBuildState() == StateStopRequested) return Return(false, false);
-  if ((model.Types().FlagsOf(*frame.node) & kTypeBuild) == 0) {
+  if (builder_.GetBuildState() == StateStopRequested) return Return(false, false);
+  if ((model_.Types().FlagsOf(*frame.node) & kTypeBuild) == 0) {
     // The node itself is not built but may have stale descendants.
     return Return(true, frame.node->GetChildCount() == 0);
   }
@@ -166,47 +166,47 @@ bool BuildWalk::Enter(Frame& frame) {
 }
 
 bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
-  while (publishedEpoch != state.publishEpoch) {
-    if (!model.Publishing().PublishNextNode(PublishRoot())) {
-      publishedEpoch = state.publishEpoch;
+  while (publishedEpoch_ != state_.publishEpoch) {
+    if (!model_.Publishing().PublishNextNode(PublishRoot())) {
+      publishedEpoch_ = state_.publishEpoch;
       break;
     }
-    if (IsOver(currentDeadline)) {
+    if (IsOver(currentDeadline_)) {
       request.kind = WalkRequest::Kind::Pause;
       return false;
     }
   }
-  if (&frame == &frames.front() && !order) FindOrder(*frame.node);
+  if (&frame == &frames_.front() && !order_) FindOrder(*frame.node);
   frame.stage = Stage::Uses;
   return true;
 }
 
 // An application may use others anywhere in the project.
 CXmlNode* BuildWalk::PublishRoot() const {
-  CXmlNode* const first = frames.front().node;
-  const bool isOne = (model.Types().FlagsOf(*first) & kTypeApplication) != 0 && mode != ModeClean;
-  CXmlNode* const root = state.projectRoot.get();
-  return isOne && CountApplications(model.Types(), *root) > 1 ? root : first;
+  CXmlNode* const first = frames_.front().node;
+  const bool isOne = (model_.Types().FlagsOf(*first) & kTypeApplication) != 0 && mode_ != ModeClean;
+  CXmlNode* const root = state_.projectRoot.get();
+  return isOne && CountApplications(model_.Types(), *root) > 1 ? root : first;
 }
 
 void BuildWalk::FindOrder(const CXmlNode& node) {
-  const bool isProject = &node == state.projectRoot.get();
-  const bool isOne = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
-  if (mode == ModeClean || (!isProject && !isOne)) return;
-  if (CountApplications(model.Types(), *state.projectRoot) < 2) return;
-  order = std::make_unique<ApplicationOrder>(model.Types(), model.Services().toolManager,
-                                             *state.projectRoot);
-  if (isOne) used = order->GetUsed(node);
+  const bool isProject = &node == state_.projectRoot.get();
+  const bool isOne = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
+  if (mode_ == ModeClean || (!isProject && !isOne)) return;
+  if (CountApplications(model_.Types(), *state_.projectRoot) < 2) return;
+  order_ = std::make_unique<ApplicationOrder>(model_.Types(), model_.Services().toolManager,
+                                              *state_.projectRoot);
+  if (isOne) used_ = order_->GetUsed(node);
 }
 
 bool BuildWalk::EnterUsed(Frame& frame) {
-  const bool isFirst = &frame == &frames.front();
-  if (isFirst && order && !order->GetProblem().empty()) {
-    model.Host().AddLogError(order->GetProblem());
+  const bool isFirst = &frame == &frames_.front();
+  if (isFirst && order_ && !order_->GetProblem().empty()) {
+    model_.Host().AddLogError(order_->GetProblem());
     return Return(false, false);
   }
-  if (isFirst && nextUsed < used.size()) {
-    Frame& next = frames.emplace_back(used[nextUsed++], ModeBuild);  // invalidates `frame`
+  if (isFirst && nextUsed_ < used_.size()) {
+    Frame& next = frames_.emplace_back(used_[nextUsed_++], ModeBuild);  // invalidates `frame`
     next.isUsed = true;
     return true;
   }
@@ -215,47 +215,47 @@ bool BuildWalk::EnterUsed(Frame& frame) {
 }
 
 void BuildWalk::OrderChildren(Frame& frame) const {
-  auto next = order->GetAll().begin();
+  auto next = order_->GetAll().begin();
   for (CXmlNode*& child : frame.children) {
-    if ((model.Types().FlagsOf(*child) & kTypeApplication) != 0) child = *next++;
+    if ((model_.Types().FlagsOf(*child) & kTypeApplication) != 0) child = *next++;
   }
 }
 
 bool BuildWalk::UsesWhatWasBuilt(const CXmlNode& node) const {
-  if (built.empty() || (model.Types().FlagsOf(node) & kTypeApplication) == 0) return false;
-  const std::vector<CXmlNode*>& uses = order->GetDirectlyUsed(node);
+  if (built_.empty() || (model_.Types().FlagsOf(node) & kTypeApplication) == 0) return false;
+  const std::vector<CXmlNode*>& uses = order_->GetDirectlyUsed(node);
   return std::any_of(uses.begin(), uses.end(), [this](const CXmlNode* each) {
-    return std::find(built.begin(), built.end(), each) != built.end();
+    return std::find(built_.begin(), built_.end(), each) != built_.end();
   });
 }
 
 bool BuildWalk::StartNode(Frame& frame) {
   CXmlNode& node = *frame.node;
   frame.stage = Stage::Children;
-  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
-    state.activeApplication = &node;
-    information.SetWalkApplication(&node);
+  if ((model_.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    state_.activeApplication = &node;
+    information_.SetWalkApplication(&node);
     const char* config = node.GetAttrValue("Config");
-    model.Services().output->WriteMessage(
+    model_.Services().output->WriteMessage(
         kRowApplicationStarts, {GetOperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
                                 config == nullptr ? kStandardConfig : config});
     if (LostTree()) return true;
     // Programs that need the debug database re-create it.
     const std::string database =
-        model.GetFiles().NameOnDisk(WithExtension(state.projectPath, ".tdb"));
-    if (frame.mode == ModeClean && guard.WhyKept(node, {database, {}}).empty()) {
-      (void)model.GetFiles().RemoveFile(database);
+        model_.GetFiles().NameOnDisk(WithExtension(state_.projectPath, ".tdb"));
+    if (frame.mode == ModeClean && guard_.WhyKept(node, {database, {}}).empty()) {
+      (void)model_.GetFiles().RemoveFile(database);
     }
-    repeated = information.FindRepeatedNodes(node);
-    if (runsAhead.IsEnabled()) runsAhead.Begin(model.Types(), node, repeated);
+    repeated_ = information_.FindRepeatedNodes(node);
+    if (runsAhead_.IsEnabled()) runsAhead_.Begin(model_.Types(), node, repeated_);
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode* child = node.GetChild(i);
     if (IsContentNode(*child)) frame.children.push_back(child);
   }
-  if (order && &node == state.projectRoot.get()) OrderChildren(frame);
-  frame.goodEpoch = information.GetFileTimes().GetEpoch();
+  if (order_ && &node == state_.projectRoot.get()) OrderChildren(frame);
+  frame.goodEpoch = information_.GetFileTimes().GetEpoch();
   return true;
 }
 
@@ -265,14 +265,14 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
     return true;
   }
   CXmlNode* child = frame.children[frame.next++];
-  if (repeated.contains(child)) return true;
-  const auto output = ahead.TakeGood(*child, information.GetFileTimes().GetEpoch());
-  const bool isAhead = runsAhead.HasAny() && runsAhead.Has(*child);
-  if (output && !isAhead && builder.GetBuildState() != StateStopRequested) {
+  if (repeated_.contains(child)) return true;
+  const auto output = ahead_.TakeGood(*child, information_.GetFileTimes().GetEpoch());
+  const bool isAhead = runsAhead_.HasAny() && runsAhead_.Has(*child);
+  if (output && !isAhead && builder_.GetBuildState() != StateStopRequested) {
     frame.newestOutput = Later(frame.newestOutput, output);
     return true;
   }
-  frames.emplace_back(child, frame.mode);  // invalidates `frame`
+  frames_.emplace_back(child, frame.mode);  // invalidates `frame`
   return true;
 }
 
@@ -280,8 +280,8 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
   // A file that was just built may be newer than its time indicates, given its resolution.
-  if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead.Has(node)) {
-    Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck(),
+  if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead_.Has(node)) {
+    Staleness staleness(model_.Types(), information_.GetFileTimes(), information_.GetRecordCheck(),
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
     staleness.IgnoreUnbuildable();
     const bool isUpToDate = IsUpToDate(frame, staleness);
@@ -304,7 +304,7 @@ bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
 std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const {
   const CXmlNode& node = *frame.node;
   if (IsExactlyYes(node, "Exclude")) return INT64_MIN;
-  const std::uint32_t flags = model.Types().FlagsOf(node);
+  const std::uint32_t flags = model_.Types().FlagsOf(node);
   const bool isJudged = (flags & kTypeBuild) != 0 && node.NameView() != "Group";
   if (isJudged) return Later(frame.newestOutput, Staleness::LastBuiltOf(node));
   const char* outputFile = node.GetAttrValue("OutputFile");
@@ -313,32 +313,32 @@ std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const 
 }
 
 bool BuildWalk::AreChildrenGood(const Frame& frame) const {
-  return frame.childrenGood && frame.goodEpoch == information.GetFileTimes().GetEpoch();
+  return frame.childrenGood && frame.goodEpoch == information_.GetFileTimes().GetEpoch();
 }
 
 // A host that keeps sending reports invalidates the times again and again. In that case missing
 // times are queried synchronously.
 bool BuildWalk::MayAsk(const Frame& frame) const {
-  return asksForTimes &&
-         (frame.askedEpoch == 0 || frame.askedEpoch == information.GetFileTimes().GetEpoch());
+  return asksForTimes_ &&
+         (frame.askedEpoch == 0 || frame.askedEpoch == information_.GetFileTimes().GetEpoch());
 }
 
 // Requests the files that decide about the frame's node and about the nodes that follow, so that a
 // walk over an up-to-date tree switches threads only once per several hundred nodes.
 bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
-  const bool hasAsked = frame.askedEpoch == information.GetFileTimes().GetEpoch();
-  frame.askedEpoch = information.GetFileTimes().GetEpoch();
-  Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck());
-  ahead.Begin(frame.askedEpoch);
+  const bool hasAsked = frame.askedEpoch == information_.GetFileTimes().GetEpoch();
+  frame.askedEpoch = information_.GetFileTimes().GetEpoch();
+  Staleness staleness(model_.Types(), information_.GetFileTimes(), information_.GetRecordCheck());
+  ahead_.Begin(frame.askedEpoch);
   if (AreChildrenGood(frame)) {
-    staleness.AskForFiles(*frame.node, request.inquiry, ahead);
+    staleness.AskForFiles(*frame.node, request.inquiry, ahead_);
   } else {
-    AskForSubtree(staleness, *frame.node, request.inquiry, ahead, SIZE_MAX);
+    AskForSubtree(staleness, *frame.node, request.inquiry, ahead_, SIZE_MAX);
   }
-  ahead.Begin(frame.askedEpoch);  // the walk has reached all of these
+  ahead_.Begin(frame.askedEpoch);  // the walk has reached all of these
   // Usually the application's files are known, and only its own output is missing.
   const bool needsParts = hasAsked || !AreChildrenGood(frame) || !frame.newestOutput;
-  if (needsParts && (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0) {
+  if (needsParts && (model_.Types().FlagsOf(*frame.node) & kTypeApplication) != 0) {
     staleness.AskForParts(*frame.node, request.inquiry);
   }
   if (request.inquiry.IsEmpty()) {  // a path that can't be requested
@@ -346,21 +346,21 @@ bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
     return false;
   }
 
-  std::size_t left = nodesAhead;
-  for (auto outer = frames.rbegin() + 1; outer != frames.rend() && left > 0; ++outer) {
+  std::size_t left = nodesAhead_;
+  for (auto outer = frames_.rbegin() + 1; outer != frames_.rend() && left > 0; ++outer) {
     for (std::size_t i = outer->next; i < outer->children.size() && left > 0; ++i) {
-      left -= std::min(left,
-                       AskForSubtree(staleness, *outer->children[i], request.inquiry, ahead, left));
+      left -= std::min(
+          left, AskForSubtree(staleness, *outer->children[i], request.inquiry, ahead_, left));
     }
-    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry, ahead);
+    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry, ahead_);
   }
-  nodesAhead = std::min(nodesAhead * 2, kMaxNodesAhead);
+  nodesAhead_ = std::min(nodesAhead_ * 2, kMaxNodesAhead);
   request.kind = WalkRequest::Kind::Examine;
   return true;
 }
 
 void BuildWalk::TakeTimes(const FileTimes::Inquiry& inquiry) {
-  information.GetFileTimes().Take(inquiry);
+  information_.GetFileTimes().Take(inquiry);
 }
 
 }  // namespace tarn

@@ -88,7 +88,7 @@ class BuildWalk {
   void TakeTimes(const FileTimes::Inquiry& inquiry);
 
   // Valid after Done.
-  bool Succeeded() const { return succeeded; }
+  bool Succeeded() const { return succeeded_; }
   // Returns true if the tree that the walk started on, or a part of it, was freed.
   bool LostTree() const;
 
@@ -167,36 +167,36 @@ class BuildWalk {
   bool Return(bool success, bool isGood);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
 
-  Builder& builder;
-  CProjectModel& model;
-  ProjectState& state;
-  BuildInformation& information;
-  OutputGuard guard;
-  const bool asksForTimes;
-  std::int32_t mode = ModeBuild;
-  std::string givenTool;  // for a walk that runs one specified tool
-  bool usesGivenTool = false;
-  std::vector<Frame> frames;
-  bool succeeded = true;
-  bool toolSucceeded = false;
-  bool isRecorded = false;  // the current run is recorded
-  RunSnapshot runSnapshot;
-  std::string folderBefore;  // current folder to restore after the tool
-  std::string messageFile;
-  std::uint64_t treeEpoch = 0;
+  Builder& builder_;
+  CProjectModel& model_;
+  ProjectState& state_;
+  BuildInformation& information_;
+  OutputGuard guard_;
+  const bool asksForTimes_;
+  std::int32_t mode_ = ModeBuild;
+  std::string givenTool_;  // for a walk that runs one specified tool
+  bool usesGivenTool_ = false;
+  std::vector<Frame> frames_;
+  bool succeeded_ = true;
+  bool toolSucceeded_ = false;
+  bool isRecorded_ = false;  // the current run is recorded
+  RunSnapshot runSnapshot_;
+  std::string folderBefore_;  // current folder to restore after the tool
+  std::string messageFile_;
+  std::uint64_t treeEpoch_ = 0;
   // Set for projects with several applications, once known.
-  std::unique_ptr<ApplicationOrder> order;
-  std::vector<CXmlNode*> used;  // applications used by the one the walk started on
-  std::size_t nextUsed = 0;
-  std::vector<const CXmlNode*> built;  // applications whose tool has run
-  std::uint64_t publishedEpoch = 0;    // epoch in which everything below the start is published
-  unsigned stepCount = 0;
-  std::unordered_set<const CXmlNode*> repeated;  // nodes whose source is listed again later
-  PipeCheck pipes;
-  NodesAhead ahead;
-  RunsAhead runsAhead;
-  std::size_t nodesAhead = 512;  // number of nodes to prefetch file times for
-  std::optional<Clock::time_point> currentDeadline;
+  std::unique_ptr<ApplicationOrder> order_;
+  std::vector<CXmlNode*> used_;  // applications used by the one the walk started on
+  std::size_t nextUsed_ = 0;
+  std::vector<const CXmlNode*> built_;  // applications whose tool has run
+  std::uint64_t publishedEpoch_ = 0;    // epoch in which everything below the start is published
+  unsigned stepCount_ = 0;
+  std::unordered_set<const CXmlNode*> repeated_;  // nodes whose source is listed again later
+  PipeCheck pipes_;
+  NodesAhead ahead_;
+  RunsAhead runsAhead_;
+  std::size_t nodesAhead_ = 512;  // number of nodes to prefetch file times for
+  std::optional<Clock::time_point> currentDeadline_;
 };
 
 }  // namespace tarn

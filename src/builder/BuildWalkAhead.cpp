@@ -18,23 +18,23 @@ constexpr std::size_t kMaxSkipped = 64;
 
 // Plans runs of the nodes that follow, if the tool of this one can be started early, too.
 void BuildWalk::LookAhead(Frame& frame, WalkRequest& request) {
-  if (!runsAhead.IsEnabled() || usesGivenTool || !runsAhead.Reach(*frame.node)) return;
+  if (!runsAhead_.IsEnabled() || usesGivenTool_ || !runsAhead_.Reach(*frame.node)) return;
   const bool isLeaf = frame.children.empty();
-  if (request.own == nullptr && (!isLeaf || !isRecorded)) return;
+  if (request.own == nullptr && (!isLeaf || !isRecorded_)) return;
   std::size_t skipped = 0;
-  while (CXmlNode* const node = runsAhead.GetNext()) {
+  while (CXmlNode* const node = runsAhead_.GetNext()) {
     if (!IsStale(frame, *node)) {
-      runsAhead.Skip();
+      runsAhead_.Skip();
       if (++skipped == kMaxSkipped) break;
       continue;
     }
     std::shared_ptr<RunAhead> run = PlanEarly(*node);
     if (run == nullptr) {
-      runsAhead.Block();
+      runsAhead_.Block();
       break;
     }
     request.early.push_back(run);
-    runsAhead.Add(std::move(run));
+    runsAhead_.Add(std::move(run));
   }
   if (request.own != nullptr || request.early.empty()) return;
   request.own = std::make_shared<RunAhead>(RunAhead{frame.node, request.tool, request.files,
@@ -45,9 +45,9 @@ void BuildWalk::LookAhead(Frame& frame, WalkRequest& request) {
 // Returns true if the walk is going to run a tool when it reaches the node.
 bool BuildWalk::IsStale(const Frame& frame, CXmlNode& node) {
   std::string tool, files;
-  if (!GetToolInput(model.Types(), node, tool, files)) return false;
+  if (!GetToolInput(model_.Types(), node, tool, files)) return false;
   if (frame.mode != ModeBuild) return true;
-  Staleness staleness(model.Types(), information.GetFileTimes(), information.GetRecordCheck());
+  Staleness staleness(model_.Types(), information_.GetFileTimes(), information_.GetRecordCheck());
   staleness.IgnoreUnbuildable();
   return !staleness.IsUpToDate(&node);
 }
@@ -61,7 +61,7 @@ std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
   if (values == nullptr || !isLeaf) return nullptr;
   WalkRequest request;
   request.options = values->ValueText();
-  GetToolInput(model.Types(), node, request.tool, request.files);
+  GetToolInput(model_.Types(), node, request.tool, request.files);
   if (!FindObstacle(node, request).text.empty()) return nullptr;
   std::optional<RunSnapshot> snapshot =
       BeginRun(node, request.tool, request.files, request.options);
@@ -76,10 +76,10 @@ std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
 // different runs.
 void BuildWalk::DropAhead(WalkRequest& request) {
   request.own.reset();
-  runsAhead.Clear();
-  information.GetBuildRecords().AbandonRuns();
-  if (model.Services().toolManager == nullptr) return;
-  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
+  runsAhead_.Clear();
+  information_.GetBuildRecords().AbandonRuns();
+  if (model_.Services().toolManager == nullptr) return;
+  request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
   request.dropsEarly = true;
 }
 

@@ -40,51 +40,51 @@ std::vector<std::string> HeadersOf(const CXmlNode& node) {
 }  // namespace
 
 bool BuildWalk::Clean(CXmlNode& node) {
-  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
-    builder.NoteChosenByWalk(node);
-    model.SetCurrentNode(&node);
+  if ((model_.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    builder_.NoteChosenByWalk(node);
+    model_.SetCurrentNode(&node);
     if (LostTree()) return false;
   }
   bool result = true;
   bool isLeft = false;  // the next clean may be able to delete it
   std::vector<NamedOutput> made = OutputsOf(node);
-  for (NamedOutput& each : made) each.path = model.GetFiles().NameOnDisk(each.path);
+  for (NamedOutput& each : made) each.path = model_.GetFiles().NameOnDisk(each.path);
   // Hosts without a journal only clean the files that nodes name.
-  if (information.GetBuildRecords().HasJournal()) {
-    for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
+  if (information_.GetBuildRecords().HasJournal()) {
+    for (std::string& path : guard_.FindByProducts(node)) made.push_back({std::move(path), {}});
   }
   for (const NamedOutput& named : made) {
     const std::string& path = named.path;
-    if (!model.GetFiles().Exists(path)) continue;
+    if (!model_.GetFiles().Exists(path)) continue;
     // A file whose name differs in letter case is not the tool's output.
-    const std::optional<FileStatus> status = model.GetFiles().Examine(path);
+    const std::optional<FileStatus> status = model_.GetFiles().Examine(path);
     if (status && status->otherSpelling) continue;
-    if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
-      if (model.Protection().GetTrust().RefusesWrite(path)) {
-        ProjectTrust& trust = model.Protection().GetTrust();
+    if (const std::string why = guard_.WhyKept(node, named); !why.empty()) {
+      if (model_.Protection().GetTrust().RefusesWrite(path)) {
+        ProjectTrust& trust = model_.Protection().GetTrust();
         trust.Refuse(trust.RequestFor(TrustRequestKind::Delete, path));
         isLeft = true;
       }
-      model.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
+      model_.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
       if (LostTree()) return false;
       continue;
     }
-    const Status removed = guard.Remove(node, path);
-    information.GetFileTimes().Forget();
+    const Status removed = guard_.Remove(node, path);
+    information_.GetFileTimes().Forget();
     if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
     result = false;
     isLeft = true;
-    model.Host().AddBuildNotice(LineKind::Error,
-                                path + " can't be deleted: " + removed.GetError().text);
+    model_.Host().AddBuildNotice(LineKind::Error,
+                                 path + " can't be deleted: " + removed.GetError().text);
     if (LostTree()) return false;
   }
-  if (information.GetWalkApplication() != nullptr && !isLeft) {
-    information.GetBuildRecords().Drop(
-        node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")),
+  if (information_.GetWalkApplication() != nullptr && !isLeft) {
+    information_.GetBuildRecords().Drop(
+        node, TextOf(information_.GetWalkApplication()->GetAttrValue("Path")),
         TextOf(node.GetAttrValue("OutputFile")));
   }
-  const bool isApplication = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
-  if (isApplication && information.GetBuildRecords().HasJournal()) {
+  const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
+  if (isApplication && information_.GetBuildRecords().HasJournal()) {
     result = CleanRemoved(node) && result;
   }
   return result;
@@ -101,7 +101,7 @@ std::vector<NamedOutput> BuildWalk::FindOutputs(const CXmlNode& node,
       return each.isCertain && each.path == named.path;
     });
     if (isKnown) continue;
-    named.path = model.GetFiles().NameOnDisk(named.path);
+    named.path = model_.GetFiles().NameOnDisk(named.path);
     made.push_back(std::move(named));
   }
   return made;
@@ -111,7 +111,7 @@ std::vector<NamedOutput> BuildWalk::FindOutputs(const CXmlNode& node,
 // string if it doesn't.
 std::string BuildWalk::FindKept(const CXmlNode& node, const std::vector<NamedOutput>& outputs) {
   for (const NamedOutput& each : outputs) {
-    std::string why = each.isCertain ? guard.WhyKept(node, each) : guard.WhyOwn(each);
+    std::string why = each.isCertain ? guard_.WhyKept(node, each) : guard_.WhyOwn(each);
     if (!why.empty()) return why;
   }
   return {};
@@ -121,22 +121,22 @@ std::string BuildWalk::FindKept(const CXmlNode& node, const std::vector<NamedOut
 // touch read-only files.
 void BuildWalk::RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs) {
   for (const NamedOutput& each : outputs) {
-    const bool isInTheWay = each.isCertain && model.GetFiles().ExamineExactly(each.path) &&
-                            model.GetFiles().IsReadOnly(each.path);
-    if (isInTheWay) (void)guard.Remove(node, each.path);
+    const bool isInTheWay = each.isCertain && model_.GetFiles().ExamineExactly(each.path) &&
+                            model_.GetFiles().IsReadOnly(each.path);
+    if (isInTheWay) (void)guard_.Remove(node, each.path);
   }
 }
 
 // Returns the files that the node's tool is given: the source, or the parts of an application.
 std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   std::vector<std::string> sources;
-  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
-    ForEachLinkFile(model.Types(), &node, true, &node,
+  if ((model_.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model_.Types(), &node, true, &node,
                     [&](const char* part) { sources.emplace_back(part); });
   } else {
     sources.push_back(TextOf(node.GetAttrValue("Path")));
   }
-  for (std::string& each : sources) each = model.GetFiles().NameOnDisk(each);
+  for (std::string& each : sources) each = model_.GetFiles().NameOnDisk(each);
   return sources;
 }
 
@@ -145,9 +145,9 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
 std::vector<std::string> BuildWalk::HeadersToCome(const CXmlNode& node,
                                                   const std::vector<std::string>& folders) {
   std::vector<std::string> headers = HeadersOf(node);
-  const bool isApplication = (model.Types().FlagsOf(node) & kTypeApplication) != 0;
+  const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
   if (!headers.empty() || isApplication) return headers;
-  std::string pipe = pipes.Find(TextOf(node.GetAttrValue("Path")), folders);
+  std::string pipe = pipes_.Find(TextOf(node.GetAttrValue("Path")), folders);
   if (!pipe.empty()) headers.push_back(std::move(pipe));
   return headers;
 }
@@ -158,8 +158,8 @@ std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) 
   for (const std::string& path : paths) {
     // The arguments of tools also contain words that only look like the name of a file. Searching
     // for other spellings of them would list the folder for each run.
-    if (!model.GetFiles().IsSpecial(path)) continue;
-    const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
+    if (!model_.GetFiles().IsSpecial(path)) continue;
+    const Result<std::string> text = model_.GetFiles().ReadWholeFile(path);
     if (text) continue;
     return path + " can't be read: " + text.GetError().text;
   }
@@ -168,9 +168,9 @@ std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) 
 
 // A linker that is given a file twice reports duplicate definitions without naming the cause.
 void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
-  if ((model.Types().FlagsOf(node) & kTypeApplication) == 0) return;
-  for (const auto& [first, second] : FindSameFiles(model.GetFiles(), node)) {
-    model.Host().AddBuildNotice(
+  if ((model_.Types().FlagsOf(node) & kTypeApplication) == 0) return;
+  for (const auto& [first, second] : FindSameFiles(model_.GetFiles(), node)) {
+    model_.Host().AddBuildNotice(
         LineKind::Warning, first + " and " + second + " are the same file, which is built twice");
     if (LostTree()) return;
   }
@@ -184,39 +184,39 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& r
   std::string why;
   if (isUnusable(SourcesOf(node), why)) return {why, std::nullopt};
   request.access =
-      model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
+      model_.Services().toolManager->GetAccess(request.tool, request.files, request.options);
   if (isUnusable(FindAccessed(request.access, "read"), why) ||
       isUnusable(HeadersToCome(node, FindAccessed(request.access, "search")), why)) {
     return {why, std::nullopt};
   }
-  const ProjectTrust& trust = model.Protection().GetTrust();
+  const ProjectTrust& trust = model_.Protection().GetTrust();
   if (trust.IsWithheld()) {
     const auto wish = FindUntrusted(trust, request.tool, request.access);
     if (wish) {
       return {"the project wants to " + Describe(*wish) + ", and its folder is not trusted", wish};
     }
   }
-  if (usesGivenTool) return {};
+  if (usesGivenTool_) return {};
   request.outputs = FindOutputs(node, request.access);
   return {FindKept(node, request.outputs), std::nullopt};
 }
 
 bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
-  if (model.Services().toolManager == nullptr) return Return(false, false);
+  if (model_.Services().toolManager == nullptr) return Return(false, false);
   const CXmlNode* values = FindStoredValues(node);
-  if (values == nullptr) values = model.Publishing().LoadNodeOptions(&node, true);
+  if (values == nullptr) values = model_.Publishing().LoadNodeOptions(&node, true);
   if (LostTree()) return true;
   if (values == nullptr) return Return(false, false);
   request.options = values->ValueText();
 
-  const bool hasTool = GetToolInput(model.Types(), node, request.tool, request.files);
-  if (usesGivenTool) {
-    request.tool = givenTool;
+  const bool hasTool = GetToolInput(model_.Types(), node, request.tool, request.files);
+  if (usesGivenTool_) {
+    request.tool = givenTool_;
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
-  request.own = runsAhead.Take(node);
+  request.own = runsAhead_.Take(node);
   const bool isAhead = request.own != nullptr && request.own->tool == request.tool &&
                        request.own->files == request.files &&
                        request.own->options == request.options;
@@ -224,28 +224,29 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   if (!isAhead) {
     const Obstacle obstacle = FindObstacle(node, request);
     if (!obstacle.text.empty()) {
-      if (obstacle.wish) model.Protection().GetTrust().Refuse(*obstacle.wish);
-      model.Host().AddBuildNotice(LineKind::Error, obstacle.text + "; the tool is not run");
+      if (obstacle.wish) model_.Protection().GetTrust().Refuse(*obstacle.wish);
+      model_.Host().AddBuildNotice(LineKind::Error, obstacle.text + "; the tool is not run");
       return LostTree() || Return(false, false);
     }
   }
-  if (!usesGivenTool) {
+  if (!usesGivenTool_) {
     RemoveReadOnly(node, request.outputs);
     WarnOfSameFiles(node);
     if (LostTree()) return true;
-    model.Services().output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
+    model_.Services().output->WriteMessage(kRowTranslateStarts,
+                                           {TextOf(node.GetAttrValue("Path"))});
     if (LostTree()) return true;
-    folderBefore = model.GetFiles().CurrentFolder();
-    model.GetFiles().SetCurrentFolder(state.projectFolder);
+    folderBefore_ = model_.GetFiles().CurrentFolder();
+    model_.GetFiles().SetCurrentFolder(state_.projectFolder);
   }
-  const std::string& logFile = model.Services().output->GetLogFile();
+  const std::string& logFile = model_.Services().output->GetLogFile();
   if (!logFile.empty()) {
-    messageFile = logFile + "t.xml";
-    request.messageFile = messageFile;
-    (void)model.GetFiles().RemoveScratchFile(messageFile);
+    messageFile_ = logFile + "t.xml";
+    request.messageFile = messageFile_;
+    (void)model_.GetFiles().RemoveScratchFile(messageFile_);
   }
-  request.toolManager = DispatchPtr(model.Services().toolManager->GetDispatch());
-  isRecorded = isAhead;
+  request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
+  isRecorded_ = isAhead;
   if (!isAhead) BeginOwnRun(node, request);
   LookAhead(frame, request);
   request.kind = WalkRequest::Kind::RunTool;
@@ -259,18 +260,18 @@ std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const std::
                                                const std::string& options) {
   const std::string output = TextOf(node.GetAttrValue("OutputFile"));
   if (output.empty() || tool != TextOf(node.GetAttrValue("TranslateTool")) ||
-      information.GetWalkApplication() == nullptr) {
+      information_.GetWalkApplication() == nullptr) {
     return std::nullopt;
   }
-  return information.GetBuildRecords().BeginRun(
-      node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, SourcesOf(node),
-      information.GetToolCommands().SignatureOf(tool, files, options));
+  return information_.GetBuildRecords().BeginRun(
+      node, TextOf(information_.GetWalkApplication()->GetAttrValue("Path")), output,
+      SourcesOf(node), information_.GetToolCommands().SignatureOf(tool, files, options));
 }
 
 void BuildWalk::BeginOwnRun(const CXmlNode& node, WalkRequest& request) {
   std::optional<RunSnapshot> snapshot =
       BeginRun(node, request.tool, request.files, request.options);
-  isRecorded = snapshot.has_value();
+  isRecorded_ = snapshot.has_value();
   request.snapshot = snapshot ? std::move(*snapshot) : RunSnapshot();
 }
 
@@ -303,31 +304,31 @@ bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
 }
 
 void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
-  runsAhead.RemoveUnstarted();
-  toolSucceeded = success;
-  runSnapshot = std::move(snapshot);
+  runsAhead_.RemoveUnstarted();
+  toolSucceeded_ = success;
+  runSnapshot_ = std::move(snapshot);
 }
 
 void BuildWalk::FinishTool(Frame& frame) {
-  nodesAhead = 1;
-  if (isRecorded) {
+  nodesAhead_ = 1;
+  if (isRecorded_) {
     // The record of the former run is lost, and with it what else that run has made.
-    if (!toolSucceeded && !LostTree()) RemoveByProducts(*frame.node);
-    information.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+    if (!toolSucceeded_ && !LostTree()) RemoveByProducts(*frame.node);
+    information_.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot_), toolSucceeded_);
   }
-  if (toolSucceeded) {
-    const bool isApplication = (model.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
-    if (order && isApplication) built.push_back(frame.node);
-    model.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+  if (toolSucceeded_) {
+    const bool isApplication = (model_.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
+    if (order_ && isApplication) built_.push_back(frame.node);
+    model_.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
   }
   LeaveTool();
-  if (!LostTree()) Return(toolSucceeded, false);
+  if (!LostTree()) Return(toolSucceeded_, false);
 }
 
 void BuildWalk::RemoveByProducts(const CXmlNode& node) {
-  if (!information.GetBuildRecords().HasJournal()) return;
-  for (const std::string& path : guard.FindByProducts(node)) {
-    if (guard.WhyKept(node, {path, {}}).empty()) (void)guard.Remove(node, path);
+  if (!information_.GetBuildRecords().HasJournal()) return;
+  for (const std::string& path : guard_.FindByProducts(node)) {
+    if (guard_.WhyKept(node, {path, {}}).empty()) (void)guard_.Remove(node, path);
   }
 }
 
@@ -335,35 +336,35 @@ void BuildWalk::RemoveByProducts(const CXmlNode& node) {
 // the reason, if that fails.
 bool BuildWalk::CleanRemoved(const CXmlNode& application) {
   bool result = true;
-  for (const OutputGuard::Removed& each : guard.FindRemoved(application)) {
+  for (const OutputGuard::Removed& each : guard_.FindRemoved(application)) {
     bool isLeft = false;
     for (const std::string& path : each.files) {
-      const Status removed = model.GetFiles().RemoveFile(path);
+      const Status removed = model_.GetFiles().RemoveFile(path);
       if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
       isLeft = true;
-      model.Host().AddBuildNotice(LineKind::Error,
-                                  path + " can't be deleted: " + removed.GetError().text);
+      model_.Host().AddBuildNotice(LineKind::Error,
+                                   path + " can't be deleted: " + removed.GetError().text);
       if (LostTree()) return false;
     }
-    if (!isLeft) information.GetBuildRecords().DropRecord(each.record);
+    if (!isLeft) information_.GetBuildRecords().DropRecord(each.record);
     result = result && !isLeft;
   }
-  information.GetFileTimes().Forget();
+  information_.GetFileTimes().Forget();
   return result;
 }
 
 // Cleanup after a tool run, even if the tree was freed.
 void BuildWalk::LeaveTool() {
-  information.GetFileTimes().Forget();  // the tool may have written any file
-  if (!messageFile.empty()) {
-    model.Services().output->MergeToolFile(messageFile);
-    (void)model.GetFiles().RemoveScratchFile(messageFile);
+  information_.GetFileTimes().Forget();  // the tool may have written any file
+  if (!messageFile_.empty()) {
+    model_.Services().output->MergeToolFile(messageFile_);
+    (void)model_.GetFiles().RemoveScratchFile(messageFile_);
   }
-  messageFile.clear();
-  if (!folderBefore.empty()) model.GetFiles().SetCurrentFolder(folderBefore);
-  folderBefore.clear();
-  model.Services().output->SaveLog();
-  model.Services().output->UpdateReport();
+  messageFile_.clear();
+  if (!folderBefore_.empty()) model_.GetFiles().SetCurrentFolder(folderBefore_);
+  folderBefore_.clear();
+  model_.Services().output->SaveLog();
+  model_.Services().output->UpdateReport();
 }
 
 }  // namespace tarn

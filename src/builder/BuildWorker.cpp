@@ -31,33 +31,33 @@ constexpr std::chrono::milliseconds kLookTime(50);
 }  // namespace
 
 bool Builder::IsWorkerAlive() const {
-  return worker != nullptr && worker->alive;
+  return worker_ != nullptr && worker_->alive;
 }
 
 std::int32_t Builder::GetBuildState() {
-  const std::lock_guard<std::mutex> hold(buildLock);
-  return buildState;
+  const std::lock_guard<std::mutex> hold(buildLock_);
+  return buildState_;
 }
 
 bool Builder::IsInWorkerStep() const {
-  return IsWorkerAlive() && worker->isInStep;
+  return IsWorkerAlive() && worker_->isInStep;
 }
 
 bool Builder::IsWorkerWaiting() const {
-  return IsWorkerAlive() && loop->IsServing();
+  return IsWorkerAlive() && loop_->IsServing();
 }
 
 void Builder::ServeWorker() {
-  if (IsWorkerAlive() && !worker->isInStep) loop->ServeWaiting();
+  if (IsWorkerAlive() && !worker_->isInStep) loop_->ServeWaiting();
 }
 
 void Builder::RunAfterWorker(std::function<void()> work) {
-  worker->afterEnd = std::move(work);
+  worker_->afterEnd = std::move(work);
 }
 
 void Builder::RequestStop() {
-  const std::lock_guard<std::mutex> hold(buildLock);
-  buildState = StateStopRequested;
+  const std::lock_guard<std::mutex> hold(buildLock_);
+  buildState_ = StateStopRequested;
 }
 
 std::string GetOperationText(std::int32_t mode) {
@@ -68,27 +68,27 @@ std::string GetOperationText(std::int32_t mode) {
 
 std::int32_t Builder::CanStartOperation() {
   // A message of a synchronous build is being handled, and its tree must not change.
-  if (walksHere > 0) return 0;
+  if (walksHere_ > 0) return 0;
   if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
   const std::string question = FormatMessageText(
-      GetMessageText(kRowBusyQuestion), std::vector<std::string>{GetOperationText(buildCommand)});
-  if (AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord))) {
+      GetMessageText(kRowBusyQuestion), std::vector<std::string>{GetOperationText(buildCommand_)});
+  if (AskOkCancel(services_.mainframeHandle, question, GetMessageText(kRowProjectWord))) {
     // The worker may have ended while the question was shown.
-    const std::lock_guard<std::mutex> hold(buildLock);
-    if (buildState == StateBuilding) buildState = StateStopRequested;
+    const std::lock_guard<std::mutex> hold(buildLock_);
+    if (buildState_ == StateBuilding) buildState_ = StateStopRequested;
   }
   return 0;
 }
 
 std::int32_t Builder::StartBuildThread(std::int32_t command) {
-  if (!CanStartOperation() || model.Protection().IsDamageHeld()) return 0;
+  if (!CanStartOperation() || model_.Protection().IsDamageHeld()) return 0;
   CXmlNode* node = nullptr;
   std::string tool;
   bool isTool = false;
   std::int32_t mode = command;
   if (command >= TARN_CMD_LIST_TOOLS && command <= TARN_CMD_LAST_TOOL) {
     const CXmlNode* entry = nullptr;
-    const CXmlNode* const commands = model.Publishing().GetDynamicCommandTree();
+    const CXmlNode* const commands = model_.Publishing().GetDynamicCommandTree();
     for (int i = 0; commands != nullptr && i < commands->GetChildCount(); ++i) {
       const CXmlNode* child = commands->GetChild(i);
       if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
@@ -96,41 +96,41 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
     if (entry == nullptr) return 1;  // silently ignores unknown commands
     tool = TextOf(entry->GetAttrValue("Header"));
     isTool = true;
-    node = state.GetCurrentNode();
+    node = state_.GetCurrentNode();
   } else if (command >= kWorkerBuildAll && command <= kWorkerCleanAll) {
     mode = command - kWorkerBuildAll + ModeBuild;
-    node = state.projectRoot.get();
+    node = state_.projectRoot.get();
   } else {
-    node = state.GetCurrentNode();
+    node = state_.GetCurrentNode();
     if (command == kWorkerTranslate) {
       tool = node == nullptr ? std::string() : TextOf(node->GetAttrValue("TranslateTool"));
       isTool = true;
     }
   }
 
-  buildCommand = mode;
-  if (state.currentNode != nullptr) model.Publishing().RenewPropState(*state.currentNode);
-  worker = std::make_shared<WorkerControl>();
-  worker->loop = loop;
-  worker->builder = this;
-  worker->node = node;
-  worker->isBuild = !isTool;
-  worker->notedApplication = state.activeApplication;
-  worker->notedNode = state.currentNode;
-  worker->epoch = state.treeEpoch;
-  information.ForgetFileTimes();
-  workerWalk = std::make_unique<BuildWalk>(*this, true);
+  buildCommand_ = mode;
+  if (state_.currentNode != nullptr) model_.Publishing().RenewPropState(*state_.currentNode);
+  worker_ = std::make_shared<WorkerControl>();
+  worker_->loop = loop_;
+  worker_->builder = this;
+  worker_->node = node;
+  worker_->isBuild = !isTool;
+  worker_->notedApplication = state_.activeApplication;
+  worker_->notedNode = state_.currentNode;
+  worker_->epoch = state_.treeEpoch;
+  information_.ForgetFileTimes();
+  workerWalk_ = std::make_unique<BuildWalk>(*this, true);
   if (!isTool) {
-    workerWalk->BeginBuild(node, mode);
+    workerWalk_->BeginBuild(node, mode);
   } else if (!tool.empty()) {
-    workerWalk->BeginTool(node, tool);
+    workerWalk_->BeginTool(node, tool);
   }
   {
-    const std::lock_guard<std::mutex> hold(buildLock);
-    buildState = StateBuilding;
+    const std::lock_guard<std::mutex> hold(buildLock_);
+    buildState_ = StateBuilding;
   }
   try {
-    std::thread(BuildThreadMain, worker).detach();
+    std::thread(BuildThreadMain, worker_).detach();
   } catch (const std::system_error& failure) {
     EndUnstartedWorker(failure.code().message());
     return 0;
@@ -141,29 +141,29 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
 // Ends a worker whose thread could not be created. Nothing runs, but the host waits for the end and
 // must be notified.
 void Builder::EndUnstartedWorker(const std::string& reason) {
-  worker->alive = false;
-  workerWalk.reset();
+  worker_->alive = false;
+  workerWalk_.reset();
   {
-    const std::lock_guard<std::mutex> hold(buildLock);
-    buildState = StateFailed;
+    const std::lock_guard<std::mutex> hold(buildLock_);
+    buildState_ = StateFailed;
   }
   const std::string text = "The build can't start because no thread could be created: " + reason;
-  services.output->AddError(text);
-  services.output->SaveLog();
-  services.output->UpdateReport();
-  const std::string logFile = services.output->GetLogFile();
-  const WindowHandle host = services.mainframeHandle;
-  model.Host().SendHost(kMsgLogLine, text, 0);
+  services_.output->AddError(text);
+  services_.output->SaveLog();
+  services_.output->UpdateReport();
+  const std::string logFile = services_.output->GetLogFile();
+  const WindowHandle host = services_.mainframeHandle;
+  model_.Host().SendHost(kMsgLogLine, text, 0);
   SendWindowMessage(host, kMsgWorkerEnded, 0, reinterpret_cast<std::intptr_t>(logFile.c_str()));
 }
 
 void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
   WalkRequest request;
   bool toolResult = false;
-  FileSystem& disk = control->builder->services.files;
+  FileSystem& disk = control->builder->services_.files;
   const auto step = [&] {
     control->isInStep = true;
-    BuildWalk& walk = *control->builder->workerWalk;
+    BuildWalk& walk = *control->builder->workerWalk_;
     if (request.kind == WalkRequest::Kind::RunTool) {
       walk.TakeToolResult(toolResult, std::move(request.snapshot));
     }
@@ -191,8 +191,8 @@ void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
     control->isInStep = true;
     Builder& builder = *control->builder;
     succeeded = builder.EndWorker();
-    logFile = builder.services.output->GetLogFile();
-    host = builder.services.mainframeHandle;
+    logFile = builder.services_.output->GetLogFile();
+    host = builder.services_.mainframeHandle;
     control->isInStep = false;
     control->alive = false;
   };
@@ -207,25 +207,25 @@ void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
 
 // Last task of a worker, except for its message to the host.
 bool Builder::EndWorker() {
-  const WorkerControl& control = *worker;
-  const bool succeeded = workerWalk->Succeeded();
-  const bool hasTree = !workerWalk->LostTree();
-  workerWalk.reset();
-  information.SetWalkApplication(nullptr);
-  information.GetFileTimes().Forget();
+  const WorkerControl& control = *worker_;
+  const bool succeeded = workerWalk_->Succeeded();
+  const bool hasTree = !workerWalk_->LostTree();
+  workerWalk_.reset();
+  information_.SetWalkApplication(nullptr);
+  information_.GetFileTimes().Forget();
   if (control.isBuild && !succeeded && hasTree) {
     const std::string outputFile =
         control.node == nullptr ? std::string() : TextOf(control.node->GetAttrValue("OutputFile"));
-    model.Host().SendHost(kMsgOutputInvalid, outputFile, -1);
-    if (state.treeEpoch == control.epoch)
-      information.RecordBuildInfo(control.node, nullptr, nullptr);
+    model_.Host().SendHost(kMsgOutputInvalid, outputFile, -1);
+    if (state_.treeEpoch == control.epoch)
+      information_.RecordBuildInfo(control.node, nullptr, nullptr);
   }
-  services.output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
-  services.output->SaveLog();
-  services.output->UpdateReport();
+  services_.output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
+  services_.output->SaveLog();
+  services_.output->UpdateReport();
   {
-    const std::lock_guard<std::mutex> hold(buildLock);
-    buildState = succeeded ? StateSucceeded : StateFailed;
+    const std::lock_guard<std::mutex> hold(buildLock_);
+    buildState_ = succeeded ? StateSucceeded : StateFailed;
   }
   RestoreAfterWalk(control.notedApplication, control.notedNode, control.epoch);
   return succeeded;
@@ -234,69 +234,69 @@ bool Builder::EndWorker() {
 // Restores the selected node, so that the options window does not store values of the node built
 // last in it.
 void Builder::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
-  if (state.treeEpoch != epoch || node == nullptr) return;
-  if (state.currentNode == node && state.activeApplication == application) return;
-  model.Publishing().RestoreCurrent(application, node);
-  if (state.treeEpoch == epoch && state.currentNode != nullptr)
-    model.Publishing().RestorePropState(*state.currentNode);
+  if (state_.treeEpoch != epoch || node == nullptr) return;
+  if (state_.currentNode == node && state_.activeApplication == application) return;
+  model_.Publishing().RestoreCurrent(application, node);
+  if (state_.treeEpoch == epoch && state_.currentNode != nullptr)
+    model_.Publishing().RestorePropState(*state_.currentNode);
 }
 
 std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
-  information.ForgetFileTimes();
-  ++walksHere;
+  information_.ForgetFileTimes();
+  ++walksHere_;
   for (;;) {
     WalkRequest request = walk.Advance(std::nullopt);
     if (request.kind != WalkRequest::Kind::RunTool) {
       DropEarlyRuns(request);
       break;
     }
-    const bool isDone = RunRequestedTool(request, services.files);
+    const bool isDone = RunRequestedTool(request, services_.files);
     walk.TakeToolResult(isDone, std::move(request.snapshot));
   }
-  --walksHere;
-  information.SetWalkApplication(nullptr);
-  information.GetFileTimes().Forget();
+  --walksHere_;
+  information_.SetWalkApplication(nullptr);
+  information_.GetFileTimes().Forget();
   return walk.Succeeded() ? 1 : 0;
 }
 
 std::int32_t Builder::BuildHere() {
-  if (IsWorkerAlive() || walksHere > 0 || model.Protection().IsDamageHeld()) return 0;
-  CXmlNode* const application = state.activeApplication;
-  if (state.currentNode != nullptr) model.Publishing().RenewPropState(*state.currentNode);
-  notedHere = state.currentNode;
-  const std::uint64_t epoch = state.treeEpoch;
+  if (IsWorkerAlive() || walksHere_ > 0 || model_.Protection().IsDamageHeld()) return 0;
+  CXmlNode* const application = state_.activeApplication;
+  if (state_.currentNode != nullptr) model_.Publishing().RenewPropState(*state_.currentNode);
+  notedHere_ = state_.currentNode;
+  const std::uint64_t epoch = state_.treeEpoch;
   const std::int32_t result = BuildNode(nullptr, ModeBuild);
-  RestoreAfterWalk(application, notedHere, epoch);
-  notedHere = nullptr;
+  RestoreAfterWalk(application, notedHere_, epoch);
+  notedHere_ = nullptr;
   return result;
 }
 
 std::int32_t Builder::BuildNode(CXmlNode* node, std::int32_t mode) {
   BuildWalk walk(*this, false);
-  walk.BeginBuild(node == nullptr ? state.GetCurrentNode() : node, mode);
+  walk.BeginBuild(node == nullptr ? state_.GetCurrentNode() : node, mode);
   return RunWalkHere(walk);
 }
 
 std::int32_t Builder::TranslateNode(CXmlNode* node) {
   BuildWalk walk(*this, false);
-  walk.BeginTranslate(node == nullptr ? state.GetCurrentNode() : node);
+  walk.BeginTranslate(node == nullptr ? state_.GetCurrentNode() : node);
   return RunWalkHere(walk);
 }
 
 std::int32_t Builder::RunToolOnNode(CXmlNode* node, const std::string& tool) {
   BuildWalk walk(*this, false);
-  walk.BeginTool(node == nullptr ? state.GetCurrentNode() : node, tool);
+  walk.BeginTool(node == nullptr ? state_.GetCurrentNode() : node, tool);
   return RunWalkHere(walk);
 }
 
 bool Builder::IsNodeUpToDate(CXmlNode* node) {
-  if (!IsWorkerAlive() && walksHere == 0) information.GetFileTimes().Forget();
-  return Staleness(services.types, information.GetFileTimes(), information.GetRecordCheck())
+  if (!IsWorkerAlive() && walksHere_ == 0) information_.GetFileTimes().Forget();
+  return Staleness(services_.types, information_.GetFileTimes(), information_.GetRecordCheck())
       .IsUpToDate(node);
 }
 
 StaleVerdict Builder::ExamineNode(CXmlNode& node) {
-  return Staleness(services.types, information.GetFileTimes(), information.GetRecordCheck())
+  return Staleness(services_.types, information_.GetFileTimes(), information_.GetRecordCheck())
       .Examine(node);
 }
 

@@ -9,75 +9,75 @@
 namespace tarn {
 
 Builder::Builder(CProjectModel& projectModel)
-    : model(projectModel),
-      services(projectModel.Services()),
-      state(projectModel.State()),
-      information(services, state, projectModel.Paths(), projectModel.Extensions()),
-      loop(MessageLoop::ForCurrentThread()) {
-  services.build.builder = this;
+    : model_(projectModel),
+      services_(projectModel.Services()),
+      state_(projectModel.State()),
+      information_(services_, state_, projectModel.Paths(), projectModel.Extensions()),
+      loop_(MessageLoop::ForCurrentThread()) {
+  services_.build.builder = this;
 }
 
 Builder::~Builder() {
   StopAndWait();
-  services.build.builder = nullptr;
+  services_.build.builder = nullptr;
 }
 
 void Builder::StopAndWait() {
   if (!IsWorkerAlive()) return;
-  model.Host().ForgetHost();
+  model_.Host().ForgetHost();
   RequestStop();
-  const std::shared_ptr<WorkerControl> control = worker;
+  const std::shared_ptr<WorkerControl> control = worker_;
   while (control->alive) {
-    loop->ServeUntil([&] { return !control->alive; }, std::chrono::milliseconds(100));
+    loop_->ServeUntil([&] { return !control->alive; }, std::chrono::milliseconds(100));
   }
 }
 
 CXmlNode* Builder::GetNotedNode() {
-  if (IsWorkerAlive() && worker->notedNode != nullptr) return worker->notedNode;
-  return walksHere > 0 ? notedHere : nullptr;
+  if (IsWorkerAlive() && worker_->notedNode != nullptr) return worker_->notedNode;
+  return walksHere_ > 0 ? notedHere_ : nullptr;
 }
 
 void Builder::NoteSelected(CXmlNode* node) {
-  if (!IsWorkerAlive() || IsInWorkerStep() || node == worker->chosenByWalk) return;
-  worker->chosenByWalk = nullptr;
-  worker->notedNode = node;
-  model.Paths().FindEnclosingApplication(node, worker->notedApplication);
+  if (!IsWorkerAlive() || IsInWorkerStep() || node == worker_->chosenByWalk) return;
+  worker_->chosenByWalk = nullptr;
+  worker_->notedNode = node;
+  model_.Paths().FindEnclosingApplication(node, worker_->notedApplication);
 }
 
 void Builder::NoteChosenByWalk(const CXmlNode& node) {
-  if (IsWorkerAlive()) worker->chosenByWalk = &node;
+  if (IsWorkerAlive()) worker_->chosenByWalk = &node;
 }
 
 void Builder::NotePublished(CXmlNode& node) {
-  information.GetToolCommands().Invalidate();
-  information.GetFileTimes().Forget();
+  information_.GetToolCommands().Invalidate();
+  information_.GetFileTimes().Forget();
   if (IsNodeUpToDate(&node)) return;
   for (const char* name : {"LastBuilt", "Info"}) {
     if (CXmlAttr* attribute = node.GetAttr(name)) node.RemoveAttr(attribute);
   }
-  information.RecordBuildInfo(&node, nullptr, nullptr);
+  information_.RecordBuildInfo(&node, nullptr, nullptr);
 }
 
 void Builder::NoteUnpublished() {
-  information.GetToolCommands().Invalidate();
-  information.GetFileTimes().Forget();
+  information_.GetToolCommands().Invalidate();
+  information_.GetFileTimes().Forget();
 }
 
 void Builder::ForgetNode(const CXmlNode& node) {
-  information.ForgetNode(node);
-  if (IsAtOrBelow(notedHere, node)) notedHere = nullptr;
+  information_.ForgetNode(node);
+  if (IsAtOrBelow(notedHere_, node)) notedHere_ = nullptr;
   if (!IsWorkerAlive()) return;
-  if (IsAtOrBelow(worker->notedNode, node)) worker->notedNode = nullptr;
+  if (IsAtOrBelow(worker_->notedNode, node)) worker_->notedNode = nullptr;
   // A build that started in this subtree has lost its tree.
-  if (IsAtOrBelow(worker->node, node)) ++state.treeEpoch;
+  if (IsAtOrBelow(worker_->node, node)) ++state_.treeEpoch;
 }
 
 void Builder::RestoreRecords(CXmlNode& application) {
-  information.RestoreRecords(application);
+  information_.RestoreRecords(application);
 }
 
 void Builder::CloseJournal() {
-  information.GetBuildRecords().CloseJournal();
+  information_.GetBuildRecords().CloseJournal();
 }
 
 }  // namespace tarn

@@ -36,8 +36,8 @@ class Builder : public IBuildControl {
   Builder(const Builder&) = delete;
   Builder& operator=(const Builder&) = delete;
 
-  CProjectModel& GetModel() { return model; }
-  BuildInformation& Information() { return information; }
+  CProjectModel& GetModel() { return model_; }
+  BuildInformation& Information() { return information_; }
 
   // Run on the calling thread until done, and return 1 on success. A null node means the current
   // one.
@@ -80,7 +80,7 @@ class Builder : public IBuildControl {
   // IBuildControl implementation.
   std::int32_t CanStartOperation() override;
   bool IsWorkerAlive() const override;
-  bool IsBuildingHere() const override { return walksHere > 0; }
+  bool IsBuildingHere() const override { return walksHere_ > 0; }
   CXmlNode* GetNotedNode() override;
   void NoteSelected(CXmlNode* node) override;
   void NotePublished(CXmlNode& node) override;
@@ -96,19 +96,19 @@ class Builder : public IBuildControl {
   static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
   bool EndWorker();
 
-  CProjectModel& model;
-  ProjectServices& services;
-  ProjectState& state;
-  BuildInformation information;
+  CProjectModel& model_;
+  ProjectServices& services_;
+  ProjectState& state_;
+  BuildInformation information_;
 
-  std::mutex buildLock;  // guards buildState only
-  std::int32_t buildState = StateIdle;
-  std::int32_t buildCommand = 0;
-  std::shared_ptr<MessageLoop> loop;  // of the main thread
-  std::shared_ptr<WorkerControl> worker;
-  CXmlNode* notedHere = nullptr;  // current node at the start of a synchronous build
-  int walksHere = 0;              // number of nested synchronous builds
-  std::unique_ptr<BuildWalk> workerWalk;
+  std::mutex buildLock_;  // guards buildState only
+  std::int32_t buildState_ = StateIdle;
+  std::int32_t buildCommand_ = 0;
+  std::shared_ptr<MessageLoop> loop_;  // of the main thread
+  std::shared_ptr<WorkerControl> worker_;
+  CXmlNode* notedHere_ = nullptr;  // current node at the start of a synchronous build
+  int walksHere_ = 0;              // number of nested synchronous builds
+  std::unique_ptr<BuildWalk> workerWalk_;
 };
 
 // Returns the name of a BuildMode in messages.

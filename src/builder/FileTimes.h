@@ -36,7 +36,7 @@ class FileTimes {
 
   class Inquiry;
 
-  explicit FileTimes(FileSystem& fileSystem) : files(fileSystem) {}
+  explicit FileTimes(FileSystem& fileSystem) : files_(fileSystem) {}
 
   // Returns the state of the file, querying the disk if it is not cached.
   const Look& Get(std::string_view path);
@@ -51,7 +51,7 @@ class FileTimes {
   // Invalidates the whole cache.
   void Forget();
   // Changes with each Forget.
-  std::uint64_t GetEpoch() const { return epoch; }
+  std::uint64_t GetEpoch() const { return epoch_; }
 
  private:
   // A cache entry, allocated together with its null-terminated path.
@@ -65,8 +65,8 @@ class FileTimes {
   // Storage of all entries, which are freed together. Inquiries share ownership.
   class Store {
    public:
-    Store() : places(256) {}
-    bool IsEmpty() const { return count == 0; }
+    Store() : places_(256) {}
+    bool IsEmpty() const { return count_ == 0; }
     Known* Find(std::string_view path) const;
     // Returns the entry for the path; creates one in state Open if there is none.
     Known& FindOrAdd(std::string_view path);
@@ -76,14 +76,14 @@ class FileTimes {
     std::size_t PlaceOf(std::string_view path, std::uint64_t hash) const;
     void Grow();
 
-    std::pmr::monotonic_buffer_resource memory;
-    std::vector<Known*> places;  // size is a power of two; load factor at most 1/2
-    std::size_t count = 0;
+    std::pmr::monotonic_buffer_resource memory_;
+    std::vector<Known*> places_;  // size is a power of two; load factor at most 1/2
+    std::size_t count_ = 0;
   };
 
-  FileSystem& files;
-  std::shared_ptr<Store> store = std::make_shared<Store>();
-  std::uint64_t epoch = 1;
+  FileSystem& files_;
+  std::shared_ptr<Store> store_ = std::make_shared<Store>();
+  std::uint64_t epoch_ = 1;
 };
 
 // A batch of files to be queried together, on a thread chosen by the caller.
@@ -92,7 +92,7 @@ class FileTimes::Inquiry {
   // Adds the file unless it has been requested since the last Forget, in this inquiry or another.
   // Returns the entry that will have the result. Call it on the thread of `times`.
   const Look& Add(FileTimes& times, std::string_view path);
-  bool IsEmpty() const { return asked.empty(); }
+  bool IsEmpty() const { return asked_.empty(); }
   // Queries at least one file, and more until the deadline. May be called on any thread as long as
   // no other thread uses the inquiry.
   void Examine(FileSystem& fileSystem, std::chrono::steady_clock::time_point deadline);
@@ -100,9 +100,9 @@ class FileTimes::Inquiry {
  private:
   friend class FileTimes;
 
-  std::shared_ptr<Store> store;
-  std::vector<Known*> asked;
-  std::vector<std::optional<FileStatus>> found;  // results so far, in the order of `asked`
+  std::shared_ptr<Store> store_;
+  std::vector<Known*> asked_;
+  std::vector<std::optional<FileStatus>> found_;  // results so far, in the order of `asked`
 };
 
 }  // namespace tarn

@@ -21,46 +21,46 @@ class NodesAhead {
  public:
   // Clears the buffer for a new epoch.
   void Begin(std::uint64_t timesEpoch) {
-    epoch = timesEpoch;
-    nodes.clear();
-    files.clear();
-    next = 0;
+    epoch_ = timesEpoch;
+    nodes_.clear();
+    files_.clear();
+    next_ = 0;
   }
   // Adds a node without child nodes that is to be judged by its files.
   void Add(const CXmlNode& node, std::int64_t lastBuilt) {
-    nodes.push_back({&node, lastBuilt, files.size()});
+    nodes_.push_back({&node, lastBuilt, files_.size()});
   }
   // Adds a file of the node added last: first its output, then its inputs. If `version` is not
   // null, the file has to have that version.
   void AddFile(const FileTimes::Look& look, const FileVersion* version) {
-    files.push_back({&look, version, true});
+    files_.push_back({&look, version, true});
   }
   // Adds a program used to make the node: its version matters but not its time.
   void AddProgram(const FileTimes::Look& look, const FileVersion& version) {
-    files.push_back({&look, &version, false});
+    files_.push_back({&look, &version, false});
   }
   // Removes the node added last, which can't be judged by this data alone.
   void DropLast() {
-    files.resize(nodes.back().firstFile);
-    nodes.pop_back();
+    files_.resize(nodes_.back().firstFile);
+    nodes_.pop_back();
   }
 
   // If the node is the next one and certainly up to date, returns the time of its output. Also
   // advances past a next node that is not up to date.
   std::optional<std::int64_t> TakeGood(const CXmlNode& node, std::uint64_t timesEpoch) {
-    if (timesEpoch != epoch || next == nodes.size() || nodes[next].node != &node) return {};
-    const std::size_t first = nodes[next].firstFile;
-    const std::int64_t lastBuilt = nodes[next].lastBuilt;
-    const std::size_t end = ++next == nodes.size() ? files.size() : nodes[next].firstFile;
+    if (timesEpoch != epoch_ || next_ == nodes_.size() || nodes_[next_].node != &node) return {};
+    const std::size_t first = nodes_[next_].firstFile;
+    const std::int64_t lastBuilt = nodes_[next_].lastBuilt;
+    const std::size_t end = ++next_ == nodes_.size() ? files_.size() : nodes_[next_].firstFile;
     // The rules of Staleness: the output has exactly the time that its tool reported, and no input
     // is missing or newer.
     for (std::size_t i = first; i < end; ++i) {
-      const FileTimes::Look& look = *files[i].look;
+      const FileTimes::Look& look = *files_[i].look;
       if (!look.IsKnown() || !look.exists) return {};
       if (i != first && look.status.otherSpelling) return {};  // its name needs another check
       const std::int64_t time = look.status.modifiedSeconds;
-      if (files[i].isTimed && (i == first ? time != lastBuilt : time > lastBuilt)) return {};
-      if (files[i].version != nullptr && !files[i].version->IsCertainly(look.status)) return {};
+      if (files_[i].isTimed && (i == first ? time != lastBuilt : time > lastBuilt)) return {};
+      if (files_[i].version != nullptr && !files_[i].version->IsCertainly(look.status)) return {};
     }
     return lastBuilt;
   }
@@ -78,10 +78,10 @@ class NodesAhead {
     bool isTimed;
   };
 
-  std::uint64_t epoch = 0;
-  std::vector<Node> nodes;
-  std::vector<File> files;
-  std::size_t next = 0;
+  std::uint64_t epoch_ = 0;
+  std::vector<Node> nodes_;
+  std::vector<File> files_;
+  std::size_t next_ = 0;
 };
 
 }  // namespace tarn

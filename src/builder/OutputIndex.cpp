@@ -6,14 +6,14 @@
 namespace tarn {
 
 CXmlNode* OutputIndex::Find(std::string_view outputFile) const {
-  const auto found = nodes.find(FoldCase(outputFile));
-  return found == nodes.end() ? nullptr : found->second;
+  const auto found = nodes_.find(FoldCase(outputFile));
+  return found == nodes_.end() ? nullptr : found->second;
 }
 
 CXmlNode* OutputIndex::FindAmongSimilar(std::string_view outputFile) const {
-  if (exactNodes.empty()) return nullptr;
-  const auto exact = exactNodes.find(std::string(outputFile));
-  return exact == exactNodes.end() ? nullptr : exact->second;
+  if (exactNodes_.empty()) return nullptr;
+  const auto exact = exactNodes_.find(std::string(outputFile));
+  return exact == exactNodes_.end() ? nullptr : exact->second;
 }
 
 void OutputIndex::Add(CXmlNode& node, CXmlNode& start) {
@@ -27,22 +27,22 @@ void OutputIndex::Add(CXmlNode& node, CXmlNode& start) {
     if (hiddenBy == nullptr) {
       AddOutput(node, outputFile);
     } else if (*outputFile != '\0') {
-      shared.emplace_back(hiddenBy, &node);
+      shared_.emplace_back(hiddenBy, &node);
     }
   }
   for (int i = 0; i < node.GetChildCount(); ++i) Add(*node.GetChild(i), start);
 }
 
 void OutputIndex::AddOutput(CXmlNode& node, const char* outputFile) {
-  const auto [entry, isNew] = nodes.try_emplace(FoldCase(outputFile), &node);
+  const auto [entry, isNew] = nodes_.try_emplace(FoldCase(outputFile), &node);
   if (isNew) return;
   const std::string other = TextOf(entry->second->GetAttrValue("OutputFile"));
   if (other != outputFile) {
-    exactNodes.try_emplace(other, entry->second);
-    exactNodes[outputFile] = &node;
+    exactNodes_.try_emplace(other, entry->second);
+    exactNodes_[outputFile] = &node;
   } else if (*outputFile != '\0') {
-    shared.emplace_back(entry->second, &node);
-    if (!exactNodes.empty()) exactNodes[outputFile] = &node;
+    shared_.emplace_back(entry->second, &node);
+    if (!exactNodes_.empty()) exactNodes_[outputFile] = &node;
   }
   entry->second = &node;
 }

@@ -36,15 +36,15 @@ class OutputIndex {
   // exactly; otherwise nullptr.
   CXmlNode* FindAmongSimilar(std::string_view outputFile) const;
   // Pairs of nodes with the same output, in document order.
-  const std::vector<Pair>& GetShared() const { return shared; }
+  const std::vector<Pair>& GetShared() const { return shared_; }
 
  private:
   void Add(CXmlNode& node, CXmlNode& start);
   void AddOutput(CXmlNode& node, const char* outputFile);
 
-  std::unordered_map<std::string, CXmlNode*> nodes;       // by output in lower case
-  std::unordered_map<std::string, CXmlNode*> exactNodes;  // outputs that differ in case only
-  std::vector<Pair> shared;
+  std::unordered_map<std::string, CXmlNode*> nodes_;       // by output in lower case
+  std::unordered_map<std::string, CXmlNode*> exactNodes_;  // outputs that differ in case only
+  std::vector<Pair> shared_;
 };
 
 // Calls `onShared` for every two nodes of different applications that have the same output.

@@ -73,7 +73,7 @@ bool IsWithoutTool(const CXmlNode& node) {
 
 bool Staleness::IsUpToDate(CXmlNode* node) {
   if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;
-  if (ignoresUnbuildable && types.GetNodeType(*node) == nullptr) return true;
+  if (ignoresUnbuildable_ && types_.GetNodeType(*node) == nullptr) return true;
   for (int i = 0; i < node->GetChildCount(); ++i) {
     CXmlNode* child = node->GetChild(i);
     if (IsContentNode(*child) && !IsUpToDate(child)) return false;
@@ -82,22 +82,22 @@ bool Staleness::IsUpToDate(CXmlNode* node) {
 }
 
 bool Staleness::IsUpToDateAlone(CXmlNode& node) {
-  if ((types.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
-  if (ignoresUnbuildable && IsWithoutTool(node)) return true;
+  if ((types_.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
+  if (ignoresUnbuildable_ && IsWithoutTool(node)) return true;
   // Avoids disk access for nodes that were never built; the result is the same.
   if (LastBuiltOf(node) == 0) return false;
   return !Examine(node);
 }
 
 bool Staleness::IsUpToDateSince(CXmlNode& node, std::int64_t newest) {
-  if ((types.FlagsOf(node) & kTypeApplication) == 0) return false;
+  if ((types_.FlagsOf(node) & kTypeApplication) == 0) return false;
   const char* outputFile = node.GetAttrValue("OutputFile");
-  const FileTimes::Look* output = IsBlankAttr(outputFile) ? nullptr : times.Find(outputFile);
+  const FileTimes::Look* output = IsBlankAttr(outputFile) ? nullptr : times_.Find(outputFile);
   const std::int64_t lastBuilt = LastBuiltOf(node);
   if (output == nullptr || output->GetTime() != lastBuilt || lastBuilt == 0 || newest > lastBuilt) {
     return false;
   }
-  return !ExamineRecord(node) && !hasMissed;
+  return !ExamineRecord(node) && !hasMissed_;
 }
 
 std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
@@ -106,10 +106,10 @@ std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
 
 const FileTimes::Look& Staleness::Query(const char* path) {
   static const FileTimes::Look kNothing;
-  if (onUnknown == Unknown::Examine) return times.Get(path);
-  const FileTimes::Look* known = times.Find(path);
+  if (onUnknown_ == Unknown::Examine) return times_.Get(path);
+  const FileTimes::Look* known = times_.Find(path);
   if (known != nullptr) return *known;
-  hasMissed = true;
+  hasMissed_ = true;
   return kNothing;
 }
 
@@ -117,23 +117,23 @@ StaleVerdict Staleness::Examine(CXmlNode& node) {
   StaleVerdict verdict = ExamineTimes(node);
   if (verdict.reason == StaleReason::NeverBuilt) {
     // Reason found by an earlier check, which also cleared everything else known about the node.
-    if (StaleVerdict withdrawn = records.GetWithdrawn(node)) return withdrawn;
+    if (StaleVerdict withdrawn = records_.GetWithdrawn(node)) return withdrawn;
   }
   return verdict ? verdict : ExamineRecord(node);
 }
 
 StaleVerdict Staleness::ExamineRecord(CXmlNode& node) {
   bool misses = false;
-  StaleVerdict verdict = records.Check(node, onUnknown == Unknown::Examine, misses);
-  hasMissed |= misses;
+  StaleVerdict verdict = records_.Check(node, onUnknown_ == Unknown::Examine, misses);
+  hasMissed_ |= misses;
   if (!verdict) return verdict;
-  records.Withdraw(node, verdict);
+  records_.Withdraw(node, verdict);
   if (const CXmlAttr* built = node.GetAttr("LastBuilt")) node.RemoveAttr(built);
   return verdict;
 }
 
 StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
-  const std::uint32_t flags = types.FlagsOf(node);
+  const std::uint32_t flags = types_.FlagsOf(node);
   if (IsExactlyYes(node, "Exclude") || (flags & kTypeBuild) == 0 || node.NameView() == "Group") {
     return {};
   }
@@ -158,7 +158,7 @@ StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
 
 StaleVerdict Staleness::ExamineParts(const CXmlNode& application, std::int64_t outputTime) {
   StaleVerdict verdict;
-  ForEachLinkFile(types, &application, true, &application, [&](const char* part) {
+  ForEachLinkFile(types_, &application, true, &application, [&](const char* part) {
     if (verdict) return;
     const FileTimes::Time time = TimeOf(part);
     if (!time) {
@@ -185,22 +185,22 @@ StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t o
 }
 
 void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead) {
-  const std::uint32_t flags = types.FlagsOf(node);
+  const std::uint32_t flags = types_.FlagsOf(node);
   if ((flags & kTypeBuild) == 0 || node.NameView() == "Group") return;
   const JudgedBy by(node);
   const std::int64_t lastBuilt = NumberOf(by.lastBuilt);
   if (IsBlankAttr(by.outputFile) || lastBuilt == 0) return;
-  const FileTimes::Look& output = inquiry.Add(times, by.outputFile);
+  const FileTimes::Look& output = inquiry.Add(times_, by.outputFile);
   if ((flags & kTypeApplication) != 0) {
-    records.AskForInputs(node, inquiry);
+    records_.AskForInputs(node, inquiry);
     return;
   }
 
   const bool isExcluded = by.exclude != nullptr && std::string_view(by.exclude) == "Yes";
-  const BuildRecord* const record = records.FindVerified(node);
-  bool isDecided = !isExcluded && (record != nullptr || !records.HasRecord(node));
+  const BuildRecord* const record = records_.FindVerified(node);
+  bool isDecided = !isExcluded && (record != nullptr || !records_.HasRecord(node));
   ahead.Add(node, lastBuilt);
-  ahead.AddFile(output, record == nullptr ? nullptr : &records.Version(record->output));
+  ahead.AddFile(output, record == nullptr ? nullptr : &records_.Version(record->output));
   // The node's files and its record's inputs, which are the same in the same order.
   std::size_t input = 0;
   const auto askFor = [&](const char* file) {
@@ -210,13 +210,13 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
     }
     if (record != nullptr && input + record->programs < record->inputs.size()) {
       const BuildRecord::Number number = record->inputs[input++];
-      if (records.PathOf(number) == file) {
-        ahead.AddFile(records.AskFor(number, inquiry), &records.Version(number));
+      if (records_.PathOf(number) == file) {
+        ahead.AddFile(records_.AskFor(number, inquiry), &records_.Version(number));
         return;
       }
       isDecided = false;
     }
-    ahead.AddFile(inquiry.Add(times, file), nullptr);
+    ahead.AddFile(inquiry.Add(times_, file), nullptr);
   };
   askFor(by.path);
   const CXmlNode* dependencies = nullptr;
@@ -230,19 +230,19 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
     if (file != nullptr) askFor(file);
   }
   if (record != nullptr) {
-    if (!records.AreFoldersUnchanged(*record)) isDecided = false;
+    if (!records_.AreFoldersUnchanged(*record)) isDecided = false;
     if (input + record->programs != record->inputs.size()) isDecided = false;
     for (std::size_t i = input; i < record->inputs.size(); ++i) {
       const BuildRecord::Number program = record->inputs[i];
-      ahead.AddProgram(records.AskFor(program, inquiry), records.Version(program));
+      ahead.AddProgram(records_.AskFor(program, inquiry), records_.Version(program));
     }
   }
   if (!isDecided) ahead.DropLast();
 }
 
 void Staleness::AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry) {
-  ForEachLinkFile(types, &application, true, &application,
-                  [&](const char* part) { inquiry.Add(times, part); });
+  ForEachLinkFile(types_, &application, true, &application,
+                  [&](const char* part) { inquiry.Add(times_, part); });
 }
 
 }  // namespace tarn

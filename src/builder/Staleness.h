@@ -25,11 +25,11 @@ class Staleness {
 
   Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes, RecordCheck& recordCheck,
             Unknown unknown = Unknown::Examine)
-      : types(nodeTypes), times(fileTimes), records(recordCheck), onUnknown(unknown) {}
+      : types_(nodeTypes), times_(fileTimes), records_(recordCheck), onUnknown_(unknown) {}
 
   // Ignores nodes that no tool can bring up to date from now on: those below an element of unknown
   // type, and those published without a tool.
-  void IgnoreUnbuildable() { ignoresUnbuildable = true; }
+  void IgnoreUnbuildable() { ignoresUnbuildable_ = true; }
 
   // Returns true if neither the node nor its descendants are out of date. Stops at the first stale
   // descendant.
@@ -45,7 +45,7 @@ class Staleness {
   StaleVerdict Examine(CXmlNode& node);
 
   // Returns true if a file time was needed that is not cached (see Unknown::Miss).
-  bool HasMissed() const { return hasMissed; }
+  bool HasMissed() const { return hasMissed_; }
 
   // Adds the files that IsUpToDateAlone may check to an inquiry; for an application, without the
   // possibly many files it consists of. A node that can be judged by these files alone is added to
@@ -61,12 +61,12 @@ class Staleness {
   StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);
   StaleVerdict ExamineDependencies(const CXmlNode& node, std::int64_t outputTime);
 
-  const NodeTypes& types;
-  FileTimes& times;
-  RecordCheck& records;
-  Unknown onUnknown;
-  bool hasMissed = false;
-  bool ignoresUnbuildable = false;
+  const NodeTypes& types_;
+  FileTimes& times_;
+  RecordCheck& records_;
+  Unknown onUnknown_;
+  bool hasMissed_ = false;
+  bool ignoresUnbuildable_ = false;
 };
 
 // Calls `onItem(text)` for each file that an application passes to its tool, in tree order: the

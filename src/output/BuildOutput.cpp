@@ -35,31 +35,31 @@ std::string MakeHead(const char* before, const std::string& reference, const cha
 }  // namespace
 
 CBuildOutput::CBuildOutput(FileSystem& fileSystem)
-    : disk(fileSystem), root(MakeRoot("Messages")), writer(fileSystem) {}
+    : disk_(fileSystem), root_(MakeRoot("Messages")), writer_(fileSystem) {}
 
 CBuildOutput::~CBuildOutput() {
   FreeMessageTexts();
 }
 
 void CBuildOutput::Initialise(const std::string& configFilePath, WindowHandle host) {
-  hostWindow = host;
-  if (!disk.Exists(configFilePath)) return;
-  configFolder = FolderOf(configFilePath);
-  stylesheet = JoinPath(configFolder, kMessageFile);
+  hostWindow_ = host;
+  if (!disk_.Exists(configFilePath)) return;
+  configFolder_ = FolderOf(configFilePath);
+  stylesheet_ = JoinPath(configFolder_, kMessageFile);
 
   CXmlNode file;
-  const Result<std::string> text = disk.ReadWholeFile(stylesheet);
+  const Result<std::string> text = disk_.ReadWholeFile(stylesheet_);
   if (text) file.Load(*text, g_xmlParseInfo);
   const bool isThere = !text && text.GetError().code != ErrorCode::NotFound;
-  messageProblem = isThere ? stylesheet + ": " + text.GetError().text : std::string();
+  messageProblem_ = isThere ? stylesheet_ + ": " + text.GetError().text : std::string();
   for (int i = 0; i < file.GetChildCount(); ++i) LoadMessages(*file.GetChild(i));
 }
 
 void CBuildOutput::LoadMessages(const CXmlNode& messages) {
   if (messages.NameView() != "Messages") return;
-  viewTitle = TextOf(messages.GetAttrValue("Tab"));
+  viewTitle_ = TextOf(messages.GetAttrValue("Tab"));
   // A log in the same folder as its style sheet needs no path to it.
-  stylesheet.clear();
+  stylesheet_.clear();
   for (int i = 0; i < messages.GetChildCount(); ++i) {
     const CXmlNode& row = *messages.GetChild(i);
     const char* id = row.GetAttrValue("Id");
@@ -72,31 +72,31 @@ void CBuildOutput::LoadMessages(const CXmlNode& messages) {
 }
 
 void CBuildOutput::SetViews(ILogView* log, IReportView* report) {
-  logView = log;
-  reportView = report;
+  logView_ = log;
+  reportView_ = report;
 }
 
 void CBuildOutput::SetLogFile(const std::string& path) {
-  logFile = path;
-  flags = kMergeToolFiles;
-  writer.Forget();
+  logFile_ = path;
+  flags_ = kMergeToolFiles;
+  writer_.Forget();
 }
 
 bool CBuildOutput::PlaceLogFile(const std::string& folder) {
-  const Result<std::string> name = disk.ReserveName(folder, kLogPrefix);
+  const Result<std::string> name = disk_.ReserveName(folder, kLogPrefix);
   if (!name) {
-    logStatus = Error{name.GetError().code, name.GetError().text, folder};
+    logStatus_ = Error{name.GetError().code, name.GetError().text, folder};
     return false;
   }
-  static_cast<void>(disk.RemoveFile(*name));
+  static_cast<void>(disk_.RemoveFile(*name));
   SetLogFile(*name + ".xml");
   return true;
 }
 
 void CBuildOutput::DeleteLogFile() {
-  writer.Forget();
+  writer_.Forget();
   // A missing file is not an error.
-  if (!logFile.empty()) static_cast<void>(disk.RemoveFile(logFile));
+  if (!logFile_.empty()) static_cast<void>(disk_.RemoveFile(logFile_));
 }
 
 void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> arguments,
@@ -112,20 +112,20 @@ void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> ar
   const int kind = GetMessageKind(index);
   const KindValues values = ValuesOfKind(kind);
 
-  CXmlNode& message = *root->AddChild("message", text);
+  CXmlNode& message = *root_->AddChild("message", text);
   message.AddChild("link", "0");
   message.AddChild("type", values.type);
   message.AddChild("header", text);
   message.SetAttrValue("Description", text);
   message.SetAttrValue("Icon", values.icon);
-  if (logView != nullptr) logView->AddMessage(message);
+  if (logView_ != nullptr) logView_->AddMessage(message);
 
   // The host may respond with another message or a reset, so the element isn't accessed after this
   // point.
-  if (hostWindow != 0) {
-    SendWindowMessage(hostWindow, kMsgLogLine, reinterpret_cast<std::intptr_t>(text.c_str()), 0);
+  if (hostWindow_ != 0) {
+    SendWindowMessage(hostWindow_, kMsgLogLine, reinterpret_cast<std::intptr_t>(text.c_str()), 0);
   }
-  if ((flags & kSaveEachMessage) != 0) SaveLog();
+  if ((flags_ & kSaveEachMessage) != 0) SaveLog();
   if (kind == kKindError) {
     SaveLog();
     UpdateReport();
@@ -133,53 +133,53 @@ void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> ar
 }
 
 void CBuildOutput::MergeToolFile(const std::string& path) {
-  if ((flags & kMergeToolFiles) != 0) {
-    const Result<std::string> text = disk.ReadWholeFile(path);
+  if ((flags_ & kMergeToolFiles) != 0) {
+    const Result<std::string> text = disk_.ReadWholeFile(path);
     CXmlNode file;
     if (text) file.Load(*text, g_xmlParseInfo);
     for (int i = 0; i < file.GetChildCount(); ++i) {
       const CXmlNode& message = *file.GetChild(i);
-      root->AppendCopy(message);
-      if (logView != nullptr) logView->AddMessage(message);
+      root_->AppendCopy(message);
+      if (logView_ != nullptr) logView_->AddMessage(message);
     }
   }
-  if ((flags & kSaveEachMessage) != 0) SaveLog();
+  if ((flags_ & kSaveEachMessage) != 0) SaveLog();
 }
 
 void CBuildOutput::AddOutput(const std::string& text) {
-  const CXmlNode& output = *root->AddChild("Output", text);
-  if (logView != nullptr) logView->AddMessage(output);
-  if ((flags & kSaveEachMessage) != 0) SaveLog();
+  const CXmlNode& output = *root_->AddChild("Output", text);
+  if (logView_ != nullptr) logView_->AddMessage(output);
+  if ((flags_ & kSaveEachMessage) != 0) SaveLog();
 }
 
 void CBuildOutput::SaveLog() {
-  WriteLogFile(MakeHead("<?xml-stylesheet type=\"text/xsl\" href=\"", stylesheet, "\"?>"));
+  WriteLogFile(MakeHead("<?xml-stylesheet type=\"text/xsl\" href=\"", stylesheet_, "\"?>"));
 }
 
 void CBuildOutput::WriteLogFile(const std::string& head) {
-  if (logFile.empty() && !UseSpareFolder()) return;
-  logStatus = writer.Save(logFile, head, *root);
-  if (!logStatus && UseSpareFolder()) logStatus = writer.Save(logFile, head, *root);
+  if (logFile_.empty() && !UseSpareFolder()) return;
+  logStatus_ = writer_.Save(logFile_, head, *root_);
+  if (!logStatus_ && UseSpareFolder()) logStatus_ = writer_.Save(logFile_, head, *root_);
 }
 
 // The folder for temporary files may be full while the folder for user data still has room.
 bool CBuildOutput::UseSpareFolder() {
-  const std::string former = logFile;
-  if (spareFolder.empty() || !PlaceLogFile(std::exchange(spareFolder, {}))) return false;
-  if (!former.empty()) static_cast<void>(disk.RemoveFile(former));
+  const std::string former = logFile_;
+  if (spareFolder_.empty() || !PlaceLogFile(std::exchange(spareFolder_, {}))) return false;
+  if (!former.empty()) static_cast<void>(disk_.RemoveFile(former));
   return true;
 }
 
 void CBuildOutput::ResetLog() {
-  root = MakeRoot("output");
-  ++generation;
-  writer.Forget();
-  WriteLogFile(MakeHead("<?xml-stylesheet href=\"", stylesheet, "\" type=\"text/xsl\"?>"));
-  if (logView != nullptr) logView->Clear();
+  root_ = MakeRoot("output");
+  ++generation_;
+  writer_.Forget();
+  WriteLogFile(MakeHead("<?xml-stylesheet href=\"", stylesheet_, "\" type=\"text/xsl\"?>"));
+  if (logView_ != nullptr) logView_->Clear();
 }
 
 void CBuildOutput::UpdateReport() {
-  if (reportView != nullptr) reportView->Update(*root, generation);
+  if (reportView_ != nullptr) reportView_->Update(*root_, generation_);
 }
 
 }  // namespace tarn

@@ -47,34 +47,34 @@ class CBuildOutput {
   void Initialise(const std::string& configFilePath, WindowHandle host);
 
   // Stops notifying the host of rows.
-  void ForgetHost() { hostWindow = 0; }
+  void ForgetHost() { hostWindow_ = 0; }
 
   // Reason why the file of message strings couldn't be read, as "path: reason"; empty if it was
   // read or doesn't exist.
-  const std::string& GetMessageProblem() const { return messageProblem; }
+  const std::string& GetMessageProblem() const { return messageProblem_; }
   // Sets the views; nullptr for no window. Borrowed until replaced or this object is destroyed.
   void SetViews(ILogView* log, IReportView* report);
   // Data that the views need for their windows; empty until `Initialise()` has found the files.
-  const std::string& GetViewTitle() const { return viewTitle; }
-  const std::string& GetConfigFolder() const { return configFolder; }
+  const std::string& GetViewTitle() const { return viewTitle_; }
+  const std::string& GetConfigFolder() const { return configFolder_; }
 
   // Sets the flags to kMergeToolFiles only: if there is a log file, tool files are merged, and the
   // log is saved on request instead of after each message. Doesn't access the file itself.
   void SetLogFile(const std::string& path);
-  const std::string& GetLogFile() const { return logFile; }
+  const std::string& GetLogFile() const { return logFile_; }
   // Sets the log file to a new unique name in `folder`. Returns false and changes nothing if no
   // name is available.
   bool PlaceLogFile(const std::string& folder);
   // Folder for the log file if it can't be written at its current path, or has no path.
-  void SetSpareFolder(const std::string& folder) { spareFolder = folder; }
+  void SetSpareFolder(const std::string& folder) { spareFolder_ = folder; }
   // Result of the last attempt to write the log file.
-  const Status& GetLogStatus() const { return logStatus; }
+  const Status& GetLogStatus() const { return logStatus_; }
   // Removes the log file from disk; the path stays set. Called before this object is destroyed.
   void DeleteLogFile();
 
-  std::uint32_t GetFlags() const { return flags; }
+  std::uint32_t GetFlags() const { return flags_; }
   // Sets the given bits in addition to those already set.
-  void SetFlagBits(std::uint32_t bits) { flags |= bits; }
+  void SetFlagBits(std::uint32_t bits) { flags_ |= bits; }
 
   // Writes a row of the message table with the arguments inserted into its string. `reason`, if
   // any, is appended after a colon. Writes nothing if the row has no string. After an error row,
@@ -118,7 +118,7 @@ class CBuildOutput {
   void UpdateReport();
 
   // All messages since the last reset. The reference is invalidated by the next `ResetLog()`.
-  const CXmlNode& GetRoot() const { return *root; }
+  const CXmlNode& GetRoot() const { return *root_; }
 
  private:
   // Adds a message of the given kind that the report shows.
@@ -129,22 +129,22 @@ class CBuildOutput {
   // already.
   bool UseSpareFolder();
 
-  FileSystem& disk;
-  std::string configFolder;
-  std::uint32_t flags = 33;
-  std::unique_ptr<CXmlNode> root;
-  std::uint64_t generation = 0;  // number of resets of the tree
-  std::string logFile;
-  std::string spareFolder;  // empty if there is none or it is in use
-  Status logStatus;
-  std::string viewTitle;
-  std::string messageProblem;
-  std::string stylesheet;
-  WindowHandle hostWindow = 0;
-  ILogView* logView = nullptr;
-  IReportView* reportView = nullptr;
-  std::unique_ptr<LineRecogniser> recogniser;  // created for the first tool output
-  LogFileWriter writer;
+  FileSystem& disk_;
+  std::string configFolder_;
+  std::uint32_t flags_ = 33;
+  std::unique_ptr<CXmlNode> root_;
+  std::uint64_t generation_ = 0;  // number of resets of the tree
+  std::string logFile_;
+  std::string spareFolder_;  // empty if there is none or it is in use
+  Status logStatus_;
+  std::string viewTitle_;
+  std::string messageProblem_;
+  std::string stylesheet_;
+  WindowHandle hostWindow_ = 0;
+  ILogView* logView_ = nullptr;
+  IReportView* reportView_ = nullptr;
+  std::unique_ptr<LineRecogniser> recogniser_;  // created for the first tool output
+  LogFileWriter writer_;
 };
 
 }  // namespace tarn

@@ -59,10 +59,11 @@ Status LogFileWriter::Save(const std::string& path, const std::string& head, con
 
 bool LogFileWriter::Continue(const std::string& path, const std::string& head,
                              const CXmlNode& root) {
-  if (!last || last->path != path || last->head != head) return false;
-  if (root.GetChildCount() == last->children) return SameStatus(disk.Examine(path), last->status);
+  if (!last_ || last_->path != path || last_->head != head) return false;
+  if (root.GetChildCount() == last_->children)
+    return SameStatus(disk_.Examine(path), last_->status);
 
-  Written written = *std::exchange(last, std::nullopt);
+  Written written = *std::exchange(last_, std::nullopt);
   const std::string closing = ClosingOf(root);
   // An empty tree is written as an empty-element tag; the first child opens it.
   std::string tail = written.children == 0 ? ">" : "";
@@ -70,28 +71,28 @@ bool LogFileWriter::Continue(const std::string& path, const std::string& head,
     AppendElement(*root.GetChild(i), tail, 1);
   }
   tail += closing;
-  const Result<FileStatus> status = disk.ContinueFile(path, written.status, written.keep, tail);
+  const Result<FileStatus> status = disk_.ContinueFile(path, written.status, written.keep, tail);
   const std::uint64_t size = written.keep + tail.size();
   if (!status || status->size != size) return false;
   written.children = root.GetChildCount();
   written.keep = size - closing.size();
   written.status = *status;
-  last = std::move(written);
+  last_ = std::move(written);
   return true;
 }
 
 Status LogFileWriter::WriteWhole(const std::string& path, const std::string& head,
                                  const CXmlNode& root) {
-  last.reset();
+  last_.reset();
   std::string text = head;
   AppendElement(root, text, 0);
-  if (Status written = disk.WriteScratchFile(path, text); !written) return written;
+  if (Status written = disk_.WriteScratchFile(path, text); !written) return written;
   // Another process may already have changed the file; the next save then rewrites it.
-  const std::optional<FileStatus> status = disk.Examine(path);
+  const std::optional<FileStatus> status = disk_.Examine(path);
   if (!status || status->size != text.size()) return {};
   const int children = root.GetChildCount();
   const std::size_t end = children == 0 ? kEmptyElementEnd.size() : ClosingOf(root).size();
-  last = Written{path, head, children, text.size() - end, *status};
+  last_ = Written{path, head, children, text.size() - end, *status};
   return {};
 }
 

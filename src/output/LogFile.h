@@ -20,14 +20,14 @@ class CXmlNode;
 class LogFileWriter {
  public:
   // `fileSystem` is borrowed and must outlive this object.
-  explicit LogFileWriter(FileSystem& fileSystem) : disk(fileSystem) {}
+  explicit LogFileWriter(FileSystem& fileSystem) : disk_(fileSystem) {}
 
   // Writes `head` followed by the XML of `root` to the file. Since the last call with the same
   // head, `root` must be the same element with at most additional children. After an error, the
   // next call rewrites the file.
   Status Save(const std::string& path, const std::string& head, const CXmlNode& root);
   // Makes the next `Save()` rewrite the file.
-  void Forget() { last.reset(); }
+  void Forget() { last_.reset(); }
 
  private:
   // State of the file after the last save.
@@ -43,8 +43,8 @@ class LogFileWriter {
   bool Continue(const std::string& path, const std::string& head, const CXmlNode& root);
   Status WriteWhole(const std::string& path, const std::string& head, const CXmlNode& root);
 
-  FileSystem& disk;
-  std::optional<Written> last;
+  FileSystem& disk_;
+  std::optional<Written> last_;
 };
 
 }  // namespace tarn

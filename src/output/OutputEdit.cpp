@@ -25,9 +25,9 @@ std::intptr_t ToParam(const void* address) {
 
 }  // namespace
 
-COutputEdit::COutputEdit(FileSystem& files, WindowHandle host) : disk(files), hostWindow(host) {
-  edit.SetFont({"Courier New", kFontTwips, false, false});
-  edit.SetLinkHandler(
+COutputEdit::COutputEdit(FileSystem& files, WindowHandle host) : disk_(files), hostWindow_(host) {
+  edit_.SetFont({"Courier New", kFontTwips, false, false});
+  edit_.SetLinkHandler(
       [this](const std::string& target, const MouseEvent& event) { OnLink(target, event); });
 }
 
@@ -37,23 +37,23 @@ COutputEdit::~COutputEdit() {
 
 bool COutputEdit::OnCreate() {
   constexpr std::uint32_t kStyle = kStyleChild | kStyleVisible;
-  return margin.Create(kStyle, {}, this, kMarginId) && edit.Create(kStyle, {}, this, kEditId);
+  return margin_.Create(kStyle, {}, this, kMarginId) && edit_.Create(kStyle, {}, this, kEditId);
 }
 
 void COutputEdit::OnSize(Size size) {
-  margin.MoveWindow({0, 0, kMarginWidth, size.height});
-  edit.MoveWindow({kMarginWidth, 0, std::max(kMarginWidth, size.width), size.height});
+  margin_.MoveWindow({0, 0, kMarginWidth, size.height});
+  edit_.MoveWindow({kMarginWidth, 0, std::max(kMarginWidth, size.width), size.height});
 }
 
 void COutputEdit::AddMessage(const CXmlNode& node) {
-  if (!edit.IsCreated()) return;
+  if (!edit_.IsCreated()) return;
   // The link of a note includes the line, like those of errors and warnings.
-  edit.AppendRichText(MakeLogRichText(node, PlaceLinks::WithLine));
-  edit.UpdateWindow();
+  edit_.AppendRichText(MakeLogRichText(node, PlaceLinks::WithLine));
+  edit_.UpdateWindow();
 }
 
 void COutputEdit::Clear() {
-  edit.Clear();
+  edit_.Clear();
 }
 
 bool COutputEdit::OnCommand(int command) {
@@ -62,10 +62,10 @@ bool COutputEdit::OnCommand(int command) {
       Clear();
       return true;
     case TARN_CMD_COPY:
-      edit.Copy();
+      edit_.Copy();
       return true;
     case TARN_CMD_CUT_LOG:
-      edit.Cut();
+      edit_.Cut();
       return true;
     default:
       return false;
@@ -73,7 +73,7 @@ bool COutputEdit::OnCommand(int command) {
 }
 
 bool COutputEdit::OnContextMenu(Point screen) {
-  SendWindowMessage(hostWindow, kMsgShowPopupMenu, ToParam(&screen), ToParam(kMenuName));
+  SendWindowMessage(hostWindow_, kMsgShowPopupMenu, ToParam(&screen), ToParam(kMenuName));
   return true;
 }
 
@@ -82,18 +82,18 @@ void COutputEdit::OnLink(const std::string& target, const MouseEvent& event) {
   if (event.action != MouseAction::Release || event.button != MouseButton::Left) return;
   const LogLink link = ReadLinkTarget(target);
   const WindowHandle own = GetHandle();
-  if (link.help && disk.Exists(*link.help)) SendHost(kMsgShowHelp, *link.help, 0);
+  if (link.help && disk_.Exists(*link.help)) SendHost(kMsgShowHelp, *link.help, 0);
   if (link.file && IsWindow(own)) {
     SendHost(kMsgOpenFileAtLine, *link.file, -std::intptr_t{link.line});
   }
   if ((link.timeLow != 0 || link.timeHigh != 0) && IsWindow(own)) {
-    SendWindowMessage(hostWindow, kMsgShowTimeStamps, link.timeHigh, link.timeLow);
+    SendWindowMessage(hostWindow_, kMsgShowTimeStamps, link.timeHigh, link.timeLow);
   }
 }
 
 void COutputEdit::SendHost(std::uint32_t message, const std::string& path,
                            std::intptr_t lParam) const {
-  SendWindowMessage(hostWindow, message, ToParam(path.c_str()), lParam);
+  SendWindowMessage(hostWindow_, message, ToParam(path.c_str()), lParam);
 }
 
 }  // namespace tarn

@@ -25,7 +25,7 @@ class COutputEdit final : public CWnd, public ILogView {
   void AddMessage(const CXmlNode& node) override;
   void Clear() override;
 
-  CRichTextCtrl& GetEdit() { return edit; }
+  CRichTextCtrl& GetEdit() { return edit_; }
 
  protected:
   bool OnCreate() override;
@@ -37,10 +37,10 @@ class COutputEdit final : public CWnd, public ILogView {
   void OnLink(const std::string& target, const MouseEvent& event);
   void SendHost(std::uint32_t message, const std::string& path, std::intptr_t lParam) const;
 
-  FileSystem& disk;
-  WindowHandle hostWindow;
-  CWnd margin;
-  CRichTextCtrl edit;
+  FileSystem& disk_;
+  WindowHandle hostWindow_;
+  CWnd margin_;
+  CRichTextCtrl edit_;
 };
 
 }  // namespace tarn

@@ -23,8 +23,9 @@ void SendPlace(WindowHandle host, std::string_view place) {
 
 }  // namespace
 
-COutputWindow::COutputWindow(WindowHandle host) : hostWindow(host) {
-  browser.SetNavigationHandler([this](const std::string& address) { return MayNavigate(address); });
+COutputWindow::COutputWindow(WindowHandle host) : hostWindow_(host) {
+  browser_.SetNavigationHandler(
+      [this](const std::string& address) { return MayNavigate(address); });
 }
 
 COutputWindow::~COutputWindow() {
@@ -32,16 +33,16 @@ COutputWindow::~COutputWindow() {
 }
 
 bool COutputWindow::OnCreate() {
-  return browser.Create(kStyleChild | kStyleVisible, {}, this, kBrowserId);
+  return browser_.Create(kStyleChild | kStyleVisible, {}, this, kBrowserId);
 }
 
 void COutputWindow::OnSize(Size size) {
-  browser.MoveWindow({0, 0, size.width, size.height});
+  browser_.MoveWindow({0, 0, size.width, size.height});
 }
 
 bool COutputWindow::MayNavigate(const std::string& address) const {
   if (StartsWithNoCase(address, kPlaceMark)) {
-    SendPlace(hostWindow, std::string_view(address).substr(kPlaceMark.size()));
+    SendPlace(hostWindow_, std::string_view(address).substr(kPlaceMark.size()));
     return false;
   }
   return !StartsWithNoCase(address, kNowhereMark);

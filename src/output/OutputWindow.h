@@ -15,7 +15,7 @@ class COutputWindow final : public CWnd {
   explicit COutputWindow(WindowHandle host);
   ~COutputWindow() override;
 
-  CBrowserCtrl& GetBrowser() { return browser; }
+  CBrowserCtrl& GetBrowser() { return browser_; }
 
  protected:
   bool OnCreate() override;
@@ -24,8 +24,8 @@ class COutputWindow final : public CWnd {
  private:
   bool MayNavigate(const std::string& address) const;
 
-  WindowHandle hostWindow;
-  CBrowserCtrl browser;
+  WindowHandle hostWindow_;
+  CBrowserCtrl browser_;
 };
 
 }  // namespace tarn

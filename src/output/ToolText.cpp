@@ -72,18 +72,18 @@ void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
   std::optional<LineShape> special;
   if (lineTemplate != nullptr) special = ShapeOfTemplate(lineTemplate, kToolTextTemplates);
   if (special && !special->IsCompiled()) special.reset();
-  if (!recogniser) recogniser = std::make_unique<LineRecogniser>();
+  if (!recogniser_) recogniser_ = std::make_unique<LineRecogniser>();
 
   const CParser lines(whole, "\n");
   for (int i = 0; i < lines.GetCount(); ++i) {
     const std::string line = PrepareLine(lines.TokenView(i));
     if (line.empty()) continue;
-    const ToolLine found = recogniser->Recognise(line, special ? &*special : nullptr);
+    const ToolLine found = recogniser_->Recognise(line, special ? &*special : nullptr);
     // The view may reset the log, so `root` is read again for each message.
-    const CXmlNode& message = AppendLine(*root, line, found, help);
-    if (logView != nullptr) logView->AddMessage(message);
+    const CXmlNode& message = AppendLine(*root_, line, found, help);
+    if (logView_ != nullptr) logView_->AddMessage(message);
   }
-  if ((flags & kSaveEachMessage) != 0) SaveLog();
+  if ((flags_ & kSaveEachMessage) != 0) SaveLog();
 }
 
 void CBuildOutput::AddError(const std::string& text) {
@@ -98,9 +98,9 @@ void CBuildOutput::AddProblem(LineKind kind, const std::string& text) {
   ToolLine found;
   found.kind = kind;
   found.message = EncodeStrict(text);
-  const CXmlNode& message = AppendLine(*root, found.message, found, {});
-  if (logView != nullptr) logView->AddMessage(message);
-  if ((flags & kSaveEachMessage) != 0) SaveLog();
+  const CXmlNode& message = AppendLine(*root_, found.message, found, {});
+  if (logView_ != nullptr) logView_->AddMessage(message);
+  if ((flags_ & kSaveEachMessage) != 0) SaveLog();
 }
 
 void CBuildOutput::ParseToolRows(const char* /*text*/) {}

@@ -11,60 +11,60 @@ constexpr std::uint32_t kNoState = ~std::uint32_t{0};
 
 BreadthMatcher::BreadthMatcher(const PatternPlan& patternPlan, const char* programCode,
                                const char* text, const char* textEnd)
-    : plan(patternPlan), code(programCode), subject(text), end(textEnd) {
-  for (std::uint32_t number = 0; number < plan.steps.size(); ++number) {
-    const PatternStep& step = plan.steps[number];
-    stateOfStep.push_back(static_cast<std::uint32_t>(states.size()));
+    : plan_(patternPlan), code_(programCode), subject_(text), end_(textEnd) {
+  for (std::uint32_t number = 0; number < plan_.steps.size(); ++number) {
+    const PatternStep& step = plan_.steps[number];
+    stateOfStep_.push_back(static_cast<std::uint32_t>(states_.size()));
     const std::uint32_t count = step.kind == PatternStep::Literal ? step.length : 1;
-    for (std::uint32_t taken = 0; taken < count; ++taken) states.push_back({number, taken});
+    for (std::uint32_t taken = 0; taken < count; ++taken) states_.push_back({number, taken});
   }
-  reached.assign(states.size(), 0);
+  reached_.assign(states_.size(), 0);
 }
 
 bool BreadthMatcher::Search(const char* start, bool isAnchored, PatternSlots& result) {
   bool matches = false;
   for (const char* at = start;; ++at) {
     if (!matches && (at == start || !isAnchored)) {
-      if (now.states.empty() && !isAnchored) at = plan.lead.FindStart(at, end);
+      if (now_.states.empty() && !isAnchored) at = plan_.lead.FindStart(at, end_);
       if (!at) return false;
       Begin(at);
     }
     matches = Advance(at, result) || matches;
-    if (at == end || (now.states.empty() && (matches || isAnchored))) return matches;
+    if (at == end_ || (now_.states.empty() && (matches || isAnchored))) return matches;
   }
 }
 
 // Starts a thread at `at`. It has lower priority than all threads that were started before.
 void BreadthMatcher::Begin(const char* at) {
-  if (now.states.empty()) ++turn;
-  if (!plan.lead.MayStartAt(at)) return;
-  slots.fill(nullptr);
-  slots[0] = at;
-  Follow(0, at, now);
+  if (now_.states.empty()) ++turn_;
+  if (!plan_.lead.MayStartAt(at)) return;
+  slots_.fill(nullptr);
+  slots_[0] = at;
+  Follow(0, at, now_);
 }
 
 // Lets every thread consume the byte at `at`; a thread that can't is dropped. Returns true if a
 // thread has matched; the threads of lower priority are dropped.
 bool BreadthMatcher::Advance(const char* at, PatternSlots& result) {
-  ++turn;
-  then.states.clear();
-  then.positions.clear();
+  ++turn_;
+  then_.states.clear();
+  then_.positions.clear();
   bool matches = false;
-  for (std::size_t way = 0; way < now.states.size() && !matches; ++way) {
-    ++stepCount;
-    const std::uint32_t state = now.states[way];
+  for (std::size_t way = 0; way < now_.states.size() && !matches; ++way) {
+    ++stepCount_;
+    const std::uint32_t state = now_.states[way];
     const auto positions =
-        now.positions.begin() + static_cast<std::ptrdiff_t>(way * plan.slotCount);
-    std::copy_n(positions, plan.slotCount, slots.begin());
+        now_.positions.begin() + static_cast<std::ptrdiff_t>(way * plan_.slotCount);
+    std::copy_n(positions, plan_.slotCount, slots_.begin());
     if (StepOf(state).kind == PatternStep::End) {
       matches = true;
-      result = slots;
+      result = slots_;
       result[1] = at;
     } else if (const std::uint32_t next = Take(state, *at); next != kNoState) {
-      Follow(next, at + 1, then);
+      Follow(next, at + 1, then_);
     }
   }
-  std::swap(now, then);
+  std::swap(now_, then_);
   return matches;
 }
 
@@ -72,8 +72,8 @@ std::uint32_t BreadthMatcher::Take(std::uint32_t state, char byte) const {
   const PatternStep& step = StepOf(state);
   switch (step.kind) {
     case PatternStep::Literal: {
-      const std::uint32_t taken = states[state].taken;
-      if (code[step.literal + taken] != byte) return kNoState;
+      const std::uint32_t taken = states_[state].taken;
+      if (code_[step.literal + taken] != byte) return kNoState;
       return taken + 1 < step.length ? state + 1 : StateOf(step.next);
     }
     case PatternStep::Star:
@@ -86,15 +86,15 @@ std::uint32_t BreadthMatcher::Take(std::uint32_t state, char byte) const {
 // Adds to `ways` all states that can be reached from `state` without consuming a byte, in priority
 // order. Iterative depth-first traversal; each state is added once per turn.
 void BreadthMatcher::Follow(std::uint32_t state, const char* at, Ways& ways) {
-  tasks.push_back({false, state, nullptr});
-  while (!tasks.empty()) {
-    const Task task = tasks.back();
-    tasks.pop_back();
+  tasks_.push_back({false, state, nullptr});
+  while (!tasks_.empty()) {
+    const Task task = tasks_.back();
+    tasks_.pop_back();
     if (task.isRestore) {
-      slots[task.number] = task.position;
-    } else if (reached[task.number] != turn) {
-      reached[task.number] = turn;
-      ++stepCount;
+      slots_[task.number] = task.position;
+    } else if (reached_[task.number] != turn_) {
+      reached_[task.number] = turn_;
+      ++stepCount_;
       FollowState(task.number, at, ways);
     }
   }
@@ -102,9 +102,9 @@ void BreadthMatcher::Follow(std::uint32_t state, const char* at, Ways& ways) {
 
 void BreadthMatcher::FollowState(std::uint32_t state, const char* at, Ways& ways) {
   const PatternStep& step = StepOf(state);
-  if (states[state].taken == 0 && !step.begins.Has(*at)) return;
+  if (states_[state].taken == 0 && !step.begins.Has(*at)) return;
   const auto follow = [this](const PatternStep* next) {
-    tasks.push_back({false, StateOf(next), nullptr});
+    tasks_.push_back({false, StateOf(next), nullptr});
   };
   switch (step.kind) {
     case PatternStep::End:
@@ -112,8 +112,8 @@ void BreadthMatcher::FollowState(std::uint32_t state, const char* at, Ways& ways
     case PatternStep::Take:
     case PatternStep::Star:
       ways.states.push_back(state);
-      ways.positions.insert(ways.positions.end(), slots.begin(),
-                            slots.begin() + static_cast<std::ptrdiff_t>(plan.slotCount));
+      ways.positions.insert(ways.positions.end(), slots_.begin(),
+                            slots_.begin() + static_cast<std::ptrdiff_t>(plan_.slotCount));
       if (step.kind == PatternStep::Star) follow(step.next);
       break;
     case PatternStep::Split:
@@ -121,12 +121,12 @@ void BreadthMatcher::FollowState(std::uint32_t state, const char* at, Ways& ways
       follow(step.next);
       break;
     case PatternStep::Save:
-      tasks.push_back({true, step.slot, slots[step.slot]});
-      slots[step.slot] = at;
+      tasks_.push_back({true, step.slot, slots_[step.slot]});
+      slots_[step.slot] = at;
       follow(step.next);
       break;
     default:
-      if (HoldsAt(step.kind, subject, at)) follow(step.next);
+      if (HoldsAt(step.kind, subject_, at)) follow(step.next);
   }
 }
 

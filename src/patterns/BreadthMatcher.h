@@ -20,7 +20,7 @@ class BreadthMatcher {
   // Finds the first match that begins at `start` or, unless `isAnchored`, after it. On success, the
   // first two slots of `result` are the bounds of the whole match.
   bool Search(const char* start, bool isAnchored, PatternSlots& result);
-  std::size_t GetStepCount() const { return stepCount; }
+  std::size_t GetStepCount() const { return stepCount_; }
 
  private:
   // NFA state: a step, and the number of bytes of its literal that were consumed.
@@ -40,9 +40,9 @@ class BreadthMatcher {
     const char* position;
   };
 
-  const PatternStep& StepOf(std::uint32_t state) const { return plan.steps[states[state].step]; }
+  const PatternStep& StepOf(std::uint32_t state) const { return plan_.steps[states_[state].step]; }
   std::uint32_t StateOf(const PatternStep* step) const {
-    return stateOfStep[static_cast<std::size_t>(step - plan.steps.data())];
+    return stateOfStep_[static_cast<std::size_t>(step - plan_.steps.data())];
   }
   void Begin(const char* at);
   bool Advance(const char* at, PatternSlots& result);
@@ -51,21 +51,21 @@ class BreadthMatcher {
   void Follow(std::uint32_t state, const char* at, Ways& ways);
   void FollowState(std::uint32_t state, const char* at, Ways& ways);
 
-  const PatternPlan& plan;
-  const char* const code;
-  const char* const subject;
-  const char* const end;
-  std::vector<State> states;
-  std::vector<std::uint32_t> stateOfStep;
+  const PatternPlan& plan_;
+  const char* const code_;
+  const char* const subject_;
+  const char* const end_;
+  std::vector<State> states_;
+  std::vector<std::uint32_t> stateOfStep_;
   // Turn in which each state was last reached.
-  std::vector<std::size_t> reached;
-  std::size_t turn = 0;
-  PatternSlots slots{};
+  std::vector<std::size_t> reached_;
+  std::size_t turn_ = 0;
+  PatternSlots slots_{};
   // Threads at the current position and at the next one.
-  Ways now;
-  Ways then;
-  std::vector<Task> tasks;
-  std::size_t stepCount = 0;
+  Ways now_;
+  Ways then_;
+  std::vector<Task> tasks_;
+  std::size_t stepCount_ = 0;
 };
 
 }  // namespace tarn

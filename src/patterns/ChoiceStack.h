@@ -34,33 +34,33 @@ class ChoiceStack {
   ChoiceStack(const ChoiceStack&) = delete;
   ChoiceStack& operator=(const ChoiceStack&) = delete;
 
-  bool IsEmpty() const { return count == 0; }
-  bool IsFull() const { return count == kMost; }
-  void Clear() { count = 0; }
+  bool IsEmpty() const { return count_ == 0; }
+  bool IsFull() const { return count_ == kMost; }
+  void Clear() { count_ = 0; }
   // Returns false once the stack is full.
   [[nodiscard]] bool Push(const Choice& choice) {
-    if (count == capacity) Grow();
-    choices[count++] = choice;
+    if (count_ == capacity_) Grow();
+    choices_[count_++] = choice;
     return !IsFull();
   }
-  Choice Pop() { return choices[--count]; }
+  Choice Pop() { return choices_[--count_]; }
 
  private:
   static constexpr std::size_t kFew = 32;
 
   void Grow() {
-    auto larger = std::make_unique<Choice[]>(2 * capacity);
-    std::copy(choices, choices + count, larger.get());
-    capacity *= 2;
-    many = std::move(larger);
-    choices = many.get();
+    auto larger = std::make_unique<Choice[]>(2 * capacity_);
+    std::copy(choices_, choices_ + count_, larger.get());
+    capacity_ *= 2;
+    many_ = std::move(larger);
+    choices_ = many_.get();
   }
 
-  std::array<Choice, kFew> few;
-  std::unique_ptr<Choice[]> many;
-  Choice* choices = few.data();
-  std::size_t capacity = kFew;
-  std::size_t count = 0;
+  std::array<Choice, kFew> few_;
+  std::unique_ptr<Choice[]> many_;
+  Choice* choices_ = few_.data();
+  std::size_t capacity_ = kFew;
+  std::size_t count_ = 0;
 };
 
 }  // namespace tarn

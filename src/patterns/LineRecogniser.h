@@ -40,8 +40,8 @@ class LineRecogniser {
   ToolLine Recognise(const std::string& line, LineShape* special = nullptr);
 
  private:
-  std::vector<LineShape> shapes;
-  CRegularExpression path{kPathPattern};
+  std::vector<LineShape> shapes_;
+  CRegularExpression path_{kPathPattern};
 };
 
 }  // namespace tarn

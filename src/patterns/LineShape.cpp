@@ -24,16 +24,16 @@ std::string PageName(const std::string& id) {
 }  // namespace
 
 LineShape::LineShape(const std::string& pattern, const LineFields& groups)
-    : expression(pattern), fields(groups) {}
+    : expression_(pattern), fields_(groups) {}
 
 bool LineShape::Recognise(const std::string& text, ToolLine& found) {
-  if (!expression.Match(text.c_str())) return false;
-  if (fields.file >= 0) found.file = expression.SubString(fields.file);
-  if (fields.line >= 0) found.line = expression.SubString(fields.line);
-  if (fields.help >= 0) found.help = PageName(expression.SubString(fields.help));
-  const int type = fields.type >= 0 ? fields.type : fields.message;
-  if (type >= 0) found.kind = KindOf(expression.SubString(type));
-  if (fields.message >= 0) found.message = expression.SubString(fields.message);
+  if (!expression_.Match(text.c_str())) return false;
+  if (fields_.file >= 0) found.file = expression_.SubString(fields_.file);
+  if (fields_.line >= 0) found.line = expression_.SubString(fields_.line);
+  if (fields_.help >= 0) found.help = PageName(expression_.SubString(fields_.help));
+  const int type = fields_.type >= 0 ? fields_.type : fields_.message;
+  if (type >= 0) found.kind = KindOf(expression_.SubString(type));
+  if (fields_.message >= 0) found.message = expression_.SubString(fields_.message);
   return true;
 }
 

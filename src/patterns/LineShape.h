@@ -33,9 +33,9 @@ class LineShape {
  public:
   LineShape(const std::string& pattern, const LineFields& groups);
 
-  bool IsCompiled() const { return expression.IsCompiled(); }
+  bool IsCompiled() const { return expression_.IsCompiled(); }
   // Compile error of the pattern; empty if it compiled.
-  const std::string& GetError() const { return expression.GetError(); }
+  const std::string& GetError() const { return expression_.GetError(); }
 
   // Parses `text` into `found` if it matches; otherwise returns false and leaves `found` unchanged.
   //
@@ -45,8 +45,8 @@ class LineShape {
   bool Recognise(const std::string& text, ToolLine& found);
 
  private:
-  CRegularExpression expression;
-  LineFields fields;
+  CRegularExpression expression_;
+  LineFields fields_;
 };
 
 }  // namespace tarn

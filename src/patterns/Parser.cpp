@@ -10,21 +10,21 @@ namespace {
 // Splits a string into chunks. The set of separators may differ from chunk to chunk.
 class Pieces {
  public:
-  explicit Pieces(std::string_view text) : rest(text) {}
+  explicit Pieces(std::string_view text) : rest_(text) {}
 
   // Skips separators, returns all bytes up to the next separator and consumes that one. Returns an
   // empty string at the end.
   std::string_view Next(const ByteSet& ends) {
     const auto isEnd = [&](char c) { return ends.Has(c); };
-    const auto first = std::find_if_not(rest.begin(), rest.end(), isEnd);
-    const auto last = std::find_if(first, rest.end(), isEnd);
+    const auto first = std::find_if_not(rest_.begin(), rest_.end(), isEnd);
+    const auto last = std::find_if(first, rest_.end(), isEnd);
     const std::string_view piece(first, last);
-    rest = std::string_view(last == rest.end() ? last : last + 1, rest.end());
+    rest_ = std::string_view(last == rest_.end() ? last : last + 1, rest_.end());
     return piece;
   }
 
  private:
-  std::string_view rest;
+  std::string_view rest_;
 };
 
 std::string Unquote(std::string_view token, Pieces& pieces) {
@@ -42,15 +42,15 @@ std::string Unquote(std::string_view token, Pieces& pieces) {
 }  // namespace
 
 CParser::CParser(std::string_view text, std::string_view separatorBytes)
-    : separators(separatorBytes) {
-  const ByteSet ends{separators};
+    : separators_(separatorBytes) {
+  const ByteSet ends{separators_};
   Pieces pieces(text.substr(0, text.find('\0')));
   for (auto token = pieces.Next(ends); !token.empty(); token = pieces.Next(ends)) {
     const bool isQuoted = token.front() == '"' || token.front() == '\'';
-    tokens.push_back(isQuoted ? Unquote(token, pieces) : std::string(token));
-    ++count;
+    tokens_.push_back(isQuoted ? Unquote(token, pieces) : std::string(token));
+    ++count_;
   }
-  tokens.push_back("|");
+  tokens_.push_back("|");
 }
 
 std::string CParser::GetToken(int index) const {
@@ -58,8 +58,8 @@ std::string CParser::GetToken(int index) const {
 }
 
 std::string_view CParser::TokenView(int index) const {
-  if (index < 0 || index > count) return {};
-  return tokens[static_cast<std::size_t>(index)];
+  if (index < 0 || index > count_) return {};
+  return tokens_[static_cast<std::size_t>(index)];
 }
 
 }  // namespace tarn

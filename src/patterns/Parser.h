@@ -20,7 +20,7 @@ class CParser {
  public:
   CParser(std::string_view text, std::string_view separatorBytes);
 
-  int GetCount() const { return count; }
+  int GetCount() const { return count_; }
   // Returns a copy of the token. The token at GetCount() is the end marker "|"; an index beyond it
   // yields an empty string.
   std::string GetToken(int index) const;
@@ -28,9 +28,9 @@ class CParser {
   std::string_view TokenView(int index) const;
 
  private:
-  std::vector<std::string> tokens;
-  int count = 0;
-  std::string separators;
+  std::vector<std::string> tokens_;
+  int count_ = 0;
+  std::string separators_;
 };
 
 }  // namespace tarn

@@ -38,27 +38,27 @@ bool IsWordBound(char c) {
 }  // namespace
 
 char* CPatternEmitter::Fail(PatternError code) {
-  error = PatternErrorText(code);
+  error_ = PatternErrorText(code);
   return nullptr;
 }
 
 bool CPatternEmitter::Parse(const char* pattern) {
-  position = pattern;
+  position_ = pattern;
   EmitByte(static_cast<char>(kPatternMagic));
-  return Alternation(false, patternFlags) != nullptr;
+  return Alternation(false, patternFlags_) != nullptr;
 }
 
 char* CPatternEmitter::Alternation(bool isGroup, int& flags) {
   char* open = nullptr;
   int closing = OpEnd;
   if (isGroup) {
-    if (nextGroup == kPatternGroups) return Fail(PatternError::TooManyGroups);
-    closing = OpClose + nextGroup;
-    open = EmitNode(OpOpen + nextGroup++);
+    if (nextGroup_ == kPatternGroups) return Fail(PatternError::TooManyGroups);
+    closing = OpClose + nextGroup_;
+    open = EmitNode(OpOpen + nextGroup_++);
   }
   flags = HasWidth;
   char* first = nullptr;
-  for (char* last = open;; ++position) {
+  for (char* last = open;; ++position_) {
     int alternativeFlags = 0;
     char* alternative = Alternative(alternativeFlags);
     if (!alternative) return nullptr;
@@ -67,7 +67,7 @@ char* CPatternEmitter::Alternation(bool isGroup, int& flags) {
     last = alternative;
     if ((alternativeFlags & HasWidth) == 0) flags &= ~HasWidth;
     flags |= alternativeFlags & StartsWithRepeat;
-    if (*position != '|') break;
+    if (*position_ != '|') break;
   }
   char* end = EmitNode(closing);
   LinkTail(first, end);
@@ -77,19 +77,19 @@ char* CPatternEmitter::Alternation(bool isGroup, int& flags) {
 
 bool CPatternEmitter::ReadEnd(bool isGroup) {
   if (isGroup) {
-    if (*position != ')') return Fail(PatternError::UnterminatedGroup);
-    ++position;
+    if (*position_ != ')') return Fail(PatternError::UnterminatedGroup);
+    ++position_;
     return true;
   }
-  if (*position == ')') return Fail(PatternError::UnmatchedClose);
-  return *position == '\0' || Fail(PatternError::JunkOnEnd);
+  if (*position_ == ')') return Fail(PatternError::UnmatchedClose);
+  return *position_ == '\0' || Fail(PatternError::JunkOnEnd);
 }
 
 char* CPatternEmitter::Alternative(int& flags) {
   flags = 0;
   char* branch = EmitNode(OpBranch);
   char* chain = nullptr;
-  while (!EndsAlternative(*position)) {
+  while (!EndsAlternative(*position_)) {
     int pieceFlags = 0;
     char* piece = Piece(pieceFlags);
     if (!piece) return nullptr;
@@ -107,12 +107,12 @@ char* CPatternEmitter::Alternative(int& flags) {
 
 char* CPatternEmitter::Piece(int& flags) {
   char* atom = Atom(flags);
-  const char repeat = *position;
+  const char repeat = *position_;
   if (!atom || !IsRepeat(repeat)) return atom;
   if ((flags & HasWidth) == 0 && repeat != '?') return Fail(PatternError::EmptyOperand);
   EmitRepeat(repeat, (flags & Simple) != 0, atom);
   flags = repeat == '*' ? StartsWithRepeat : repeat == '+' ? StartsWithRepeat | HasWidth : 0;
-  if (IsRepeat(*++position)) return Fail(PatternError::NestedRepeat);
+  if (IsRepeat(*++position_)) return Fail(PatternError::NestedRepeat);
   return atom;
 }
 
@@ -143,23 +143,23 @@ void CPatternEmitter::EmitRepeat(char repeat, bool isSimple, char* node) {
 
 char* CPatternEmitter::Atom(int& flags) {
   flags = 0;
-  switch (*position) {
+  switch (*position_) {
     case '^':
-      ++position;
+      ++position_;
       return EmitNode(OpLineBegin);
     case '$':
-      ++position;
+      ++position_;
       return EmitNode(OpLineEnd);
     case '.':
-      ++position;
+      ++position_;
       flags = HasWidth | Simple;
       return EmitNode(OpAny);
     case '[':
-      ++position;
+      ++position_;
       flags = HasWidth | Simple;
       return Set();
     case '(': {
-      ++position;
+      ++position_;
       char* group = Alternation(true, flags);
       flags &= HasWidth | StartsWithRepeat;
       return group;
@@ -173,44 +173,44 @@ char* CPatternEmitter::Atom(int& flags) {
     case '?':
       return Fail(PatternError::RepeatOfNothing);
     case '\\':
-      if (position[1] == '\0') return Fail(PatternError::TrailingBackslash);
-      if (!IsWordBound(position[1])) return Literal(flags);
-      position += 2;
-      return EmitNode(position[-1] == '<' ? OpWordBegin : OpWordEnd);
+      if (position_[1] == '\0') return Fail(PatternError::TrailingBackslash);
+      if (!IsWordBound(position_[1])) return Literal(flags);
+      position_ += 2;
+      return EmitNode(position_[-1] == '<' ? OpWordBegin : OpWordEnd);
     default:
       return Literal(flags);
   }
 }
 
 char* CPatternEmitter::Set() {
-  const bool isNegative = *position == '^';
-  if (isNegative) ++position;
+  const bool isNegative = *position_ == '^';
+  if (isNegative) ++position_;
   char* set = EmitNode(isNegative ? OpAnyBut : OpAnyOf);
-  if (*position == ']' || *position == '-') EmitByte(*position++);
-  while (*position != '\0' && *position != ']') {
-    const bool isRange = *position == '-' && position[1] != '\0' && position[1] != ']';
+  if (*position_ == ']' || *position_ == '-') EmitByte(*position_++);
+  while (*position_ != '\0' && *position_ != ']') {
+    const bool isRange = *position_ == '-' && position_[1] != '\0' && position_[1] != ']';
     if (!isRange) {
-      EmitByte(*position++);
+      EmitByte(*position_++);
     } else if (!ReadRange()) {
       return nullptr;
     }
   }
   EmitByte('\0');
-  if (*position != ']') return Fail(PatternError::UnmatchedSet);
-  ++position;
+  if (*position_ != ']') return Fail(PatternError::UnmatchedSet);
+  ++position_;
   return set;
 }
 
 // Reads a range; the position is at the hyphen. The lower bound is in the set already. The zero
 // byte terminates the set and can't be a member; it can't occur in a subject either.
 bool CPatternEmitter::ReadRange() {
-  const int low = SignedOf(position[-1]);
-  const int high = SignedOf(position[1]);
+  const int low = SignedOf(position_[-1]);
+  const int high = SignedOf(position_[1]);
   if (low > high) return Fail(PatternError::InvalidRange);
   for (int byte = low + 1; byte <= high; ++byte) {
     if (byte != 0) EmitByte(static_cast<char>(byte));
   }
-  position += 2;
+  position_ += 2;
   return true;
 }
 
@@ -220,17 +220,17 @@ char* CPatternEmitter::Literal(int& flags) {
   char* literal = EmitNode(OpExactly);
   int length = 0;
   for (bool goesOn = true; goesOn;) {
-    const char* start = position;
-    if (*position == '\\') ++position;
-    const char next = position[1];
+    const char* start = position_;
+    if (*position_ == '\\') ++position_;
+    const char next = position_[1];
     if (IsRepeat(next) && length > 0) {
-      position = start;
+      position_ = start;
       break;
     }
-    EmitByte(*position++);
+    EmitByte(*position_++);
     ++length;
     if (next == '\\') {
-      goesOn = position[1] != '\0' && !IsWordBound(position[1]);
+      goesOn = position_[1] != '\0' && !IsWordBound(position_[1]);
     } else {
       goesOn = !IsRepeat(next) && !EndsRun(next);
     }

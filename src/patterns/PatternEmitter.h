@@ -25,9 +25,9 @@ class CPatternEmitter {
 
   // Emits the magic byte and the nodes. Returns false and sets the error if the pattern is invalid.
   bool Parse(const char* pattern);
-  const std::string& GetError() const { return error; }
+  const std::string& GetError() const { return error_; }
   // Returns the flags of the whole pattern.
-  int GetFlags() const { return patternFlags; }
+  int GetFlags() const { return patternFlags_; }
 
  protected:
   virtual void EmitByte(char byte) = 0;
@@ -55,10 +55,10 @@ class CPatternEmitter {
   void EmitRepeat(char repeat, bool isSimple, char* node);
   char* Fail(PatternError code);
 
-  std::string error;
-  const char* position = nullptr;
-  int nextGroup = 1;
-  int patternFlags = 0;
+  std::string error_;
+  const char* position_ = nullptr;
+  int nextGroup_ = 1;
+  int patternFlags_ = 0;
 };
 
 }  // namespace tarn

@@ -14,21 +14,21 @@ constexpr int kMostBytes = 128;
 class LeadFinder {
  public:
   LeadFinder(const PatternSteps& patternSteps, std::string_view programBytes)
-      : steps(patternSteps), code(programBytes), places{{steps.data(), 0}} {}
+      : steps_(patternSteps), code_(programBytes), places_{{steps_.data(), 0}} {}
 
   // Adds all possible values of the next byte to `bytes`. Returns false if a match may already have
   // ended.
   bool Next(ByteSet& bytes) {
-    seen.assign(steps.size(), 0);
-    after.clear();
-    while (!places.empty()) {
-      const Place place = places.back();
-      places.pop_back();
+    seen_.assign(steps_.size(), 0);
+    after_.clear();
+    while (!places_.empty()) {
+      const Place place = places_.back();
+      places_.pop_back();
       if (place.taken == 0 && WasSeen(place.step)) continue;
       if (place.step->kind == PatternStep::End) return false;
       Follow(place, bytes);
     }
-    places.swap(after);
+    places_.swap(after_);
     return true;
   }
 
@@ -40,42 +40,42 @@ class LeadFinder {
   };
 
   bool WasSeen(const PatternStep* step) {
-    const auto number = static_cast<std::size_t>(step - steps.data());
-    return std::exchange(seen[number], 1) != 0;
+    const auto number = static_cast<std::size_t>(step - steps_.data());
+    return std::exchange(seen_[number], 1) != 0;
   }
 
   void Follow(const Place& place, ByteSet& bytes) {
     const PatternStep& step = *place.step;
     switch (step.kind) {
       case PatternStep::Literal: {
-        bytes.Add(code[step.literal + place.taken]);
+        bytes.Add(code_[step.literal + place.taken]);
         const std::uint32_t taken = place.taken + 1;
-        after.push_back(taken < step.length ? Place{place.step, taken} : Place{step.next, 0});
+        after_.push_back(taken < step.length ? Place{place.step, taken} : Place{step.next, 0});
         break;
       }
       case PatternStep::Take:
         bytes |= step.bytes;
-        after.push_back({step.next, 0});
+        after_.push_back({step.next, 0});
         break;
       case PatternStep::Star:
         bytes |= step.bytes;
-        after.push_back({place.step, 0});
-        places.push_back({step.next, 0});
+        after_.push_back({place.step, 0});
+        places_.push_back({step.next, 0});
         break;
       case PatternStep::Split:
-        places.push_back({step.other, 0});
-        places.push_back({step.next, 0});
+        places_.push_back({step.other, 0});
+        places_.push_back({step.next, 0});
         break;
       default:
-        places.push_back({step.next, 0});
+        places_.push_back({step.next, 0});
     }
   }
 
-  const PatternSteps& steps;
-  std::string_view code;
-  std::vector<Place> places;
-  std::vector<Place> after;
-  std::vector<char> seen;
+  const PatternSteps& steps_;
+  std::string_view code_;
+  std::vector<Place> places_;
+  std::vector<Place> after_;
+  std::vector<char> seen_;
 };
 
 // Returns an estimate of how often the bytes occur in tool output.
@@ -90,34 +90,34 @@ int Frequency(const ByteSet& bytes) {
 PatternLead::PatternLead(const PatternSteps& steps, std::string_view code) {
   LeadFinder finder(steps, code);
   int lowest = 0;
-  for (; length < kMost; ++length) {
-    ByteSet& bytes = sets[length];
+  for (; length_ < kMost; ++length_) {
+    ByteSet& bytes = sets_[length_];
     if (!finder.Next(bytes)) break;
     const int count = bytes.Count();
     if (count > kMostBytes) break;
     const int frequency = Frequency(bytes);
-    if (length == 0 || frequency < lowest) {
+    if (length_ == 0 || frequency < lowest) {
       lowest = frequency;
-      rarest = static_cast<std::ptrdiff_t>(length);
-      rarestByte = count == 1 ? bytes.First() : '\0';
+      rarest_ = static_cast<std::ptrdiff_t>(length_);
+      rarestByte_ = count == 1 ? bytes.First() : '\0';
     }
   }
 }
 
 const char* PatternLead::FindStart(const char* at, const char* end) const {
-  if (length == 0) return at;
-  const ByteSet& bytes = sets[static_cast<std::size_t>(rarest)];
-  for (; end - at > rarest; ++at) {
-    const char* found = at + rarest;
-    if (rarestByte != '\0') {
+  if (length_ == 0) return at;
+  const ByteSet& bytes = sets_[static_cast<std::size_t>(rarest_)];
+  for (; end - at > rarest_; ++at) {
+    const char* found = at + rarest_;
+    if (rarestByte_ != '\0') {
       const auto rest = static_cast<std::size_t>(end - found);
-      found = static_cast<const char*>(std::memchr(found, rarestByte, rest));
+      found = static_cast<const char*>(std::memchr(found, rarestByte_, rest));
       if (!found) return nullptr;
     } else {
       while (found != end && !bytes.Has(*found)) ++found;
       if (found == end) return nullptr;
     }
-    at = found - rarest;
+    at = found - rarest_;
     if (MayStartAt(at)) return at;
   }
   return nullptr;

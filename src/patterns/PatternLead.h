@@ -22,8 +22,8 @@ class PatternLead {
   const char* FindStart(const char* at, const char* end) const;
   bool MayStartAt(const char* at) const {
     // No set contains zero, so this stops at the end of the subject.
-    for (std::size_t i = 0; i < length; ++i) {
-      if (!sets[i].Has(at[i])) return false;
+    for (std::size_t i = 0; i < length_; ++i) {
+      if (!sets_[i].Has(at[i])) return false;
     }
     return true;
   }
@@ -32,12 +32,12 @@ class PatternLead {
   static constexpr std::size_t kMost = 4;
 
   // Sets of the first bytes, as many as are selective, possibly none.
-  std::array<ByteSet, kMost> sets;
-  std::size_t length = 0;
+  std::array<ByteSet, kMost> sets_;
+  std::size_t length_ = 0;
   // Index of the most selective set, which is searched for.
-  std::ptrdiff_t rarest = 0;
+  std::ptrdiff_t rarest_ = 0;
   // Its byte if the set has only one, else zero.
-  char rarestByte = '\0';
+  char rarestByte_ = '\0';
 };
 
 }  // namespace tarn

@@ -29,84 +29,85 @@ std::size_t CountEqual(const char* at, const char* literal, std::size_t length) 
 }  // namespace
 
 CPatternMatcher::CPatternMatcher(CCompiledPattern& compiledPattern, const char* text)
-    : input(text),
-      subject(text),
-      groupStart(compiledPattern.groupStart),
-      groupEnd(compiledPattern.groupEnd),
-      pattern(compiledPattern) {}
+    : input_(text),
+      subject_(text),
+      groupStart_(compiledPattern.groupStart),
+      groupEnd_(compiledPattern.groupEnd),
+      pattern_(compiledPattern) {}
 
 bool CPatternMatcher::MakePlan() {
   auto made = std::make_shared<PatternPlan>();
-  const PatternError problem = made->Make(pattern.GetProgram());
+  const PatternError problem = made->Make(pattern_.GetProgram());
   if (problem != PatternError::None) {
-    error = PatternErrorText(problem);
+    error_ = PatternErrorText(problem);
     return false;
   }
-  pattern.plan = std::move(made);
+  pattern_.plan = std::move(made);
   return true;
 }
 
 bool CPatternMatcher::Search() {
-  if (!pattern.plan && !MakePlan()) return false;
-  plan = pattern.plan.get();
-  const std::size_t length = std::strlen(subject);
-  subjectEnd = subject + length;
-  stepLimit = kStepsForAll + kStepsForEachByte * length;
-  const char* start = pattern.anchored ? subject : plan->lead.FindStart(subject, subjectEnd);
+  if (!pattern_.plan && !MakePlan()) return false;
+  plan_ = pattern_.plan.get();
+  const std::size_t length = std::strlen(subject_);
+  subjectEnd_ = subject_ + length;
+  stepLimit_ = kStepsForAll + kStepsForEachByte * length;
+  const char* start = pattern_.anchored ? subject_ : plan_->lead.FindStart(subject_, subjectEnd_);
   while (start) {
     switch (Try(start)) {
       case Outcome::Matches:
-        slots[0] = start;
-        slots[1] = input;
+        slots_[0] = start;
+        slots_[1] = input_;
         StoreGroups();
         return true;
       case Outcome::CostsTooMuch:
         return FollowAll(start);
       case Outcome::Fails:
-        if (pattern.anchored || start == subjectEnd) return false;
-        start = plan->lead.FindStart(start + 1, subjectEnd);
+        if (pattern_.anchored || start == subjectEnd_) return false;
+        start = plan_->lead.FindStart(start + 1, subjectEnd_);
     }
   }
   return false;
 }
 
 bool CPatternMatcher::FollowAll(const char* start) {
-  BreadthMatcher matcher(*plan, pattern.code.get(), subject, subjectEnd);
-  const bool matches = matcher.Search(start, pattern.anchored, slots);
-  stepCount += matcher.GetStepCount();
+  BreadthMatcher matcher(*plan_, pattern_.code.get(), subject_, subjectEnd_);
+  const bool matches = matcher.Search(start, pattern_.anchored, slots_);
+  stepCount_ += matcher.GetStepCount();
   if (matches) StoreGroups();
   return matches;
 }
 
 void CPatternMatcher::StoreGroups() {
-  for (std::size_t group = 0; 2 * group < plan->slotCount; ++group) {
-    groupStart[group] = slots[2 * group];
-    groupEnd[group] = slots[2 * group + 1];
+  for (std::size_t group = 0; 2 * group < plan_->slotCount; ++group) {
+    groupStart_[group] = slots_[2 * group];
+    groupEnd_[group] = slots_[2 * group + 1];
   }
 }
 
 // Main loop of matching. The state is kept in local variables, and each step costs one jump.
 CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
-  for (std::size_t slot = 0; slot < plan->slotCount; ++slot) slots[slot] = nullptr;
-  choices.Clear();
-  const PatternStep* step = plan->steps.data();
+  for (std::size_t slot = 0; slot < plan_->slotCount; ++slot) slots_[slot] = nullptr;
+  choices_.Clear();
+  const PatternStep* step = plan_->steps.data();
   const char* at = start;
   for (std::size_t count = 1;; ++count) {
     bool goesOn = true;
     const PatternStep* next = step->next;
     switch (step->kind) {
       case PatternStep::End:
-        stepCount += count;
-        input = at;
+        stepCount_ += count;
+        input_ = at;
         return Outcome::Matches;
       case PatternStep::Save:
-        if (!step->isCertain && !choices.IsEmpty()) {
-          goesOn = choices.Push({Choice::Restore, step->slot, nullptr, slots[step->slot], nullptr});
+        if (!step->isCertain && !choices_.IsEmpty()) {
+          goesOn =
+              choices_.Push({Choice::Restore, step->slot, nullptr, slots_[step->slot], nullptr});
         }
-        slots[step->slot] = at;
+        slots_[step->slot] = at;
         break;
       case PatternStep::Literal: {
-        const std::size_t equal = CountEqual(at, &pattern.code[step->literal], step->length);
+        const std::size_t equal = CountEqual(at, &pattern_.code[step->literal], step->length);
         goesOn = equal == step->length;
         count += equal;
         at += equal;
@@ -123,18 +124,18 @@ CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
       case PatternStep::Split:
         if (!step->other->begins.Has(*at)) break;
         if (next->begins.Has(*at)) {
-          goesOn = choices.Push({Choice::GoOn, 0, step->other, at, nullptr});
+          goesOn = choices_.Push({Choice::GoOn, 0, step->other, at, nullptr});
         } else {
           next = step->other;
         }
         break;
       default:
-        goesOn = HoldsAt(step->kind, subject, at);
+        goesOn = HoldsAt(step->kind, subject_, at);
     }
     step = next;
     if (goesOn) continue;
-    stepCount += std::exchange(count, 0);
-    if (stepCount > stepLimit || choices.IsFull()) return Outcome::CostsTooMuch;
+    stepCount_ += std::exchange(count, 0);
+    if (stepCount_ > stepLimit_ || choices_.IsFull()) return Outcome::CostsTooMuch;
     const Point point = ComeBack();
     if (!point.step) return Outcome::Fails;
     step = point.step;
@@ -145,9 +146,9 @@ CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
 // Returns the position after the bytes that the star consumes, or nullptr if the rest can't match.
 // The bytes count as steps here, once for all positions that are tried.
 const char* CPatternMatcher::TakeMost(const PatternStep& star, const char* at) {
-  const char* most = star.takesAny ? subjectEnd : at;
+  const char* most = star.takesAny ? subjectEnd_ : at;
   while (star.bytes.Has(*most)) ++most;
-  stepCount += static_cast<std::size_t>(most - at);
+  stepCount_ += static_cast<std::size_t>(most - at);
   return PlaceBehind(star, star.takesMost ? most : at, most);
 }
 
@@ -157,12 +158,12 @@ const char* CPatternMatcher::PlaceBehind(const PatternStep& star, const char* lo
                                          const char* high) {
   const char* place = high;
   if (star.length != 0) {
-    const char* const literal = &pattern.code[star.literal];
+    const char* const literal = &pattern_.code[star.literal];
     const char first = *literal;
     for (std::size_t equal = 0;; --place) {
       if (*place == first) {
         equal = CountEqual(place, literal, star.length);
-        stepCount += equal;
+        stepCount_ += equal;
         if (equal == star.length) break;
       }
       if (place == low) return nullptr;
@@ -173,15 +174,15 @@ const char* CPatternMatcher::PlaceBehind(const PatternStep& star, const char* lo
     }
   }
   const bool isChoice = place > low;
-  return !isChoice || choices.Push({Choice::Shorten, 0, &star, place - 1, low}) ? place : nullptr;
+  return !isChoice || choices_.Push({Choice::Shorten, 0, &star, place - 1, low}) ? place : nullptr;
 }
 
 CPatternMatcher::Point CPatternMatcher::ComeBack() {
-  while (!choices.IsEmpty()) {
-    const Choice choice = choices.Pop();
+  while (!choices_.IsEmpty()) {
+    const Choice choice = choices_.Pop();
     switch (choice.kind) {
       case Choice::Restore:
-        slots[choice.slot] = choice.at;
+        slots_[choice.slot] = choice.at;
         break;
       case Choice::GoOn:
         return {choice.step, choice.at};

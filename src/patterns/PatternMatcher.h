@@ -19,9 +19,9 @@ class CPatternMatcher {
   // Returns false if nothing matches, or if the program is damaged; in the latter case the error is
   // set.
   bool Search();
-  const std::string& GetError() const { return error; }
+  const std::string& GetError() const { return error_; }
   // Number of steps so far, including the bytes that literals and repeats consumed.
-  std::size_t GetStepCount() const { return stepCount; }
+  std::size_t GetStepCount() const { return stepCount_; }
 
  private:
   enum class Outcome { Matches, Fails, CostsTooMuch };
@@ -44,20 +44,20 @@ class CPatternMatcher {
   bool FollowAll(const char* start);
   void StoreGroups();
 
-  std::string error;
+  std::string error_;
   // End of the last attempt.
-  const char* input;
-  const char* const subject;
-  CCompiledPattern::GroupPositions& groupStart;
-  CCompiledPattern::GroupPositions& groupEnd;
-  CCompiledPattern& pattern;
+  const char* input_;
+  const char* const subject_;
+  CCompiledPattern::GroupPositions& groupStart_;
+  CCompiledPattern::GroupPositions& groupEnd_;
+  CCompiledPattern& pattern_;
 
-  const char* subjectEnd = nullptr;
-  const PatternPlan* plan = nullptr;
-  PatternSlots slots;
-  ChoiceStack choices;
-  std::size_t stepCount = 0;
-  std::size_t stepLimit = 0;
+  const char* subjectEnd_ = nullptr;
+  const PatternPlan* plan_ = nullptr;
+  PatternSlots slots_;
+  ChoiceStack choices_;
+  std::size_t stepCount_ = 0;
+  std::size_t stepLimit_ = 0;
 };
 
 }  // namespace tarn

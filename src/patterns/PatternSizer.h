@@ -11,21 +11,21 @@ namespace tarn {
 class CPatternSizer : public CPatternEmitter {
  public:
   // Returns the size of the program in bytes, including the magic byte.
-  std::size_t GetSize() const { return size; }
+  std::size_t GetSize() const { return size_; }
 
  private:
-  void EmitByte(char) override { ++size; }
+  void EmitByte(char) override { ++size_; }
   char* EmitNode(int) override {
-    size += kNodeSize;
-    return dummy;
+    size_ += kNodeSize;
+    return dummy_;
   }
-  void InsertNode(int, char*) override { size += kNodeSize; }
+  void InsertNode(int, char*) override { size_ += kNodeSize; }
   void LinkTail(char*, char*) override {}
   void LinkOperandTail(char*, char*) override {}
 
-  std::size_t size = 0;
+  std::size_t size_ = 0;
   // Substitute for every node, so that links can be followed in this pass too.
-  char dummy[kNodeSize] = {OpNothing, 0, 0};
+  char dummy_[kNodeSize] = {OpNothing, 0, 0};
 };
 
 }  // namespace tarn

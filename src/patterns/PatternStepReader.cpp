@@ -20,32 +20,32 @@ constexpr PatternStep kBlank;
 
 PatternError PatternStepReader::Read() {
   // A node has at least three bytes.
-  const std::size_t most = code.size() / kNodeSize + 1;
-  steps.clear();
-  steps.reserve(most);
-  links.reserve(most);
-  for (std::size_t offset = 1; offset < code.size();) {
+  const std::size_t most = code_.size() / kNodeSize + 1;
+  steps_.clear();
+  steps_.reserve(most);
+  links_.reserve(most);
+  for (std::size_t offset = 1; offset < code_.size();) {
     const PatternError problem = ReadNode(offset);
     if (problem != PatternError::None) return problem;
   }
-  if (steps.empty() || !FollowLinks() || !SkipJumps()) return PatternError::CorruptedChain;
+  if (steps_.empty() || !FollowLinks() || !SkipJumps()) return PatternError::CorruptedChain;
   return PatternError::None;
 }
 
 PatternStep& PatternStepReader::AddStep(std::size_t offset, PatternStep::Kind kind,
                                         std::size_t next) {
-  stepAt[offset] = static_cast<std::uint32_t>(steps.size());
-  links.push_back({static_cast<std::uint32_t>(next), 0});
-  steps.push_back(kBlank);
-  steps.back().kind = kind;
-  return steps.back();
+  stepAt_[offset] = static_cast<std::uint32_t>(steps_.size());
+  links_.push_back({static_cast<std::uint32_t>(next), 0});
+  steps_.push_back(kBlank);
+  steps_.back().kind = kind;
+  return steps_.back();
 }
 
 std::size_t PatternStepReader::TargetOf(std::size_t offset) const {
-  const std::ptrdiff_t link = LinkOf(&code[offset]);
+  const std::ptrdiff_t link = LinkOf(&code_[offset]);
   const auto from = static_cast<std::ptrdiff_t>(offset);
   const std::ptrdiff_t target = OpcodeAt(offset) == OpBack ? from - link : from + link;
-  const bool isInside = target > 0 && target < static_cast<std::ptrdiff_t>(code.size());
+  const bool isInside = target > 0 && target < static_cast<std::ptrdiff_t>(code_.size());
   return link != 0 && isInside ? static_cast<std::size_t>(target) : 0;
 }
 
@@ -76,16 +76,16 @@ PatternError PatternStepReader::ReadNode(std::size_t& offset) {
   } else if (kind == PatternStep::Literal) {
     const std::size_t length = OperandAt(start).size();
     offset += length + 1;
-    if (length == 0 || offset > code.size()) return PatternError::CorruptedChain;
+    if (length == 0 || offset > code_.size()) return PatternError::CorruptedChain;
     step.literal = static_cast<std::uint16_t>(operand);
     step.length = static_cast<std::uint16_t>(length);
-    step.bytes.Add(code[operand]);
+    step.bytes.Add(code_[operand]);
   } else if (opcode == OpBranch) {
-    links.back().next = static_cast<std::uint32_t>(operand);
+    links_.back().next = static_cast<std::uint32_t>(operand);
     // Without another branch after it there is no choice.
     if (target != 0 && OpcodeAt(target) == OpBranch) {
       step.kind = PatternStep::Split;
-      links.back().other = static_cast<std::uint32_t>(target);
+      links_.back().other = static_cast<std::uint32_t>(target);
     }
   }
   return PatternError::None;
@@ -117,7 +117,7 @@ bool PatternStepReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
   }
   const std::string_view operand = OperandAt(offset);
   offset += kNodeSize + operand.size() + 1;
-  if (offset > code.size()) return false;
+  if (offset > code_.size()) return false;
   bytes = ByteSet(operand);
   if (opcode == OpAnyBut) bytes = ~bytes & kSubjectBytes;
   return opcode == OpAnyOf || opcode == OpAnyBut || (opcode == OpExactly && operand.size() == 1);
@@ -125,15 +125,15 @@ bool PatternStepReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
 
 // Returns nullptr if no node begins at `offset`.
 const PatternStep* PatternStepReader::StepAt(std::size_t offset) const {
-  return stepAt[offset] == kNone ? nullptr : &steps[stepAt[offset]];
+  return stepAt_[offset] == kNone ? nullptr : &steps_[stepAt_[offset]];
 }
 
 bool PatternStepReader::FollowLinks() {
-  for (std::size_t i = 0; i < steps.size(); ++i) {
-    PatternStep& step = steps[i];
+  for (std::size_t i = 0; i < steps_.size(); ++i) {
+    PatternStep& step = steps_[i];
     if (step.kind == PatternStep::End) continue;
-    step.next = StepAt(links[i].next);
-    if (step.kind == PatternStep::Split) step.other = StepAt(links[i].other);
+    step.next = StepAt(links_[i].next);
+    if (step.kind == PatternStep::Split) step.other = StepAt(links_[i].other);
     if (!step.next || (step.kind == PatternStep::Split && !step.other)) return false;
   }
   return true;
@@ -143,16 +143,16 @@ bool PatternStepReader::SkipJumps() {
   const auto skip = [this](const PatternStep*& target) {
     // Idle nodes that form a cycle are damage.
     for (std::size_t i = 0; target && target->kind == PatternStep::Jump; ++i) {
-      if (i == steps.size()) return false;
+      if (i == steps_.size()) return false;
       target = target->next;
     }
     return true;
   };
-  for (PatternStep& step : steps) {
+  for (PatternStep& step : steps_) {
     if (!skip(step.next) || !skip(step.other)) return false;
   }
   // A match begins at the first step, so an idle first node is replaced by the step it leads to.
-  if (steps[0].kind == PatternStep::Jump) steps[0] = PatternStep(*steps[0].next);
+  if (steps_[0].kind == PatternStep::Jump) steps_[0] = PatternStep(*steps_[0].next);
   return true;
 }
 

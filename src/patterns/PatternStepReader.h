@@ -15,7 +15,7 @@ class PatternStepReader {
  public:
   // `result` is borrowed.
   PatternStepReader(std::string_view programCode, PatternSteps& result)
-      : code(programCode), steps(result), stepAt(programCode.size(), kNone) {}
+      : code_(programCode), steps_(result), stepAt_(programCode.size(), kNone) {}
 
   // Reads the whole program. Returns an error if it is damaged.
   PatternError Read();
@@ -41,17 +41,17 @@ class PatternStepReader {
   // Makes links skip idle nodes. Returns false if idle nodes form a cycle.
   bool SkipJumps();
 
-  bool HasNodeAt(std::size_t offset) const { return code.size() - offset >= kNodeSize; }
-  unsigned char OpcodeAt(std::size_t offset) const { return OpcodeOf(&code[offset]); }
+  bool HasNodeAt(std::size_t offset) const { return code_.size() - offset >= kNodeSize; }
+  unsigned char OpcodeAt(std::size_t offset) const { return OpcodeOf(&code_[offset]); }
   std::string_view OperandAt(std::size_t offset) const {
-    const std::string_view operand = code.substr(offset + kNodeSize);
+    const std::string_view operand = code_.substr(offset + kNodeSize);
     return operand.substr(0, operand.find('\0'));
   }
 
-  std::string_view code;
-  PatternSteps& steps;
-  std::vector<Links> links;
-  std::vector<std::uint32_t> stepAt;
+  std::string_view code_;
+  PatternSteps& steps_;
+  std::vector<Links> links_;
+  std::vector<std::uint32_t> stepAt_;
 };
 
 }  // namespace tarn

@@ -7,16 +7,16 @@
 namespace tarn {
 
 char* CPatternWriter::EmitNode(int opcode) {
-  char* node = end;
-  end += kNodeSize;
+  char* node = end_;
+  end_ += kNodeSize;
   *node = static_cast<char>(opcode);
   SetLink(node, 0);
   return node;
 }
 
 void CPatternWriter::InsertNode(int opcode, char* node) {
-  std::memmove(node + kNodeSize, node, static_cast<std::size_t>(end - node));
-  end += kNodeSize;
+  std::memmove(node + kNodeSize, node, static_cast<std::size_t>(end_ - node));
+  end_ += kNodeSize;
   *node = static_cast<char>(opcode);
   SetLink(node, 0);
 }

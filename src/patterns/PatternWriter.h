@@ -8,17 +8,17 @@ namespace tarn {
 // size from the first pass.
 class CPatternWriter : public CPatternEmitter {
  public:
-  explicit CPatternWriter(char* code) : end(code) {}
+  explicit CPatternWriter(char* code) : end_(code) {}
 
  private:
-  void EmitByte(char byte) override { *end++ = byte; }
+  void EmitByte(char byte) override { *end_++ = byte; }
   char* EmitNode(int opcode) override;
   void InsertNode(int opcode, char* node) override;
   void LinkTail(char* node, char* target) override;
   void LinkOperandTail(char* node, char* target) override;
 
   // Position after the bytes written so far.
-  char* end;
+  char* end_;
 };
 
 }  // namespace tarn

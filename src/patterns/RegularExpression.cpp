@@ -49,26 +49,26 @@ std::string_view TextOf(const CCompiledPattern& pattern, int group) {
 }  // namespace
 
 CRegularExpression::CRegularExpression(const char* patternText, bool ignoreCase)
-    : program(std::make_unique<CCompiledPattern>().release()) {
+    : program_(std::make_unique<CCompiledPattern>().release()) {
   if (patternText && ignoreCase) {
-    program->regcomp(WithBothCases(patternText).c_str());
+    program_->regcomp(WithBothCases(patternText).c_str());
   } else {
-    program->regcomp(patternText);
+    program_->regcomp(patternText);
   }
 }
 
 CRegularExpression::CRegularExpression(const CRegularExpression& other)
-    : subject(other.subject), error(other.error), program(other.program) {
-  if (program) ++program->references;
+    : subject_(other.subject_), error_(other.error_), program_(other.program_) {
+  if (program_) ++program_->references;
 }
 
 CRegularExpression& CRegularExpression::operator=(const CRegularExpression& other) {
   if (this == &other) return *this;
   Release();
-  subject = other.subject;
-  error = other.error;
-  program = other.program;
-  if (program) ++program->references;
+  subject_ = other.subject_;
+  error_ = other.error_;
+  program_ = other.program_;
+  if (program_) ++program_->references;
   return *this;
 }
 
@@ -77,67 +77,67 @@ CRegularExpression::~CRegularExpression() {
 }
 
 void CRegularExpression::Release() {
-  if (program && program->references-- == 0) delete program;
+  if (program_ && program_->references-- == 0) delete program_;
 }
 
 bool CRegularExpression::IsCompiled() const {
-  return program && program->compiled;
+  return program_ && program_->compiled;
 }
 
 // Called first by each operation that needs the program. Clears the error.
 bool CRegularExpression::HasProgram() {
-  error.clear();
-  if (program) {
-    program->error.clear();
+  error_.clear();
+  if (program_) {
+    program_->error.clear();
   } else {
-    error = PatternErrorText(PatternError::NoProgram);
+    error_ = PatternErrorText(PatternError::NoProgram);
   }
-  return program != nullptr;
+  return program_ != nullptr;
 }
 
 bool CRegularExpression::Match(const char* text) {
-  subject = text;
+  subject_ = text;
   if (!HasProgram()) return false;
-  if (program->references > 0) {
+  if (program_->references > 0) {
     // The positions are stored in the pattern, and other handles may still read theirs.
-    --program->references;
-    program = std::make_unique<CCompiledPattern>(*program).release();
+    --program_->references;
+    program_ = std::make_unique<CCompiledPattern>(*program_).release();
   }
-  const bool matches = program->regexec(text);
-  program->lastGroup = -1;
+  const bool matches = program_->regexec(text);
+  program_->lastGroup = -1;
   if (!matches) return false;
-  for (const char* start : program->groupStart) {
+  for (const char* start : program_->groupStart) {
     if (!start) break;
-    ++program->lastGroup;
+    ++program_->lastGroup;
   }
   return true;
 }
 
 int CRegularExpression::SubCount() {
-  return HasProgram() ? program->lastGroup : -1;
+  return HasProgram() ? program_->lastGroup : -1;
 }
 
 int CRegularExpression::SubStart(int group) {
   if (!HasProgram()) return -1;
-  const char* start = TextOf(*program, group).data();
-  return start ? static_cast<int>(start - subject) : -1;
+  const char* start = TextOf(*program_, group).data();
+  return start ? static_cast<int>(start - subject_) : -1;
 }
 
 int CRegularExpression::SubLength(int group) {
   if (!HasProgram()) return -1;
-  return static_cast<int>(TextOf(*program, group).size());
+  return static_cast<int>(TextOf(*program_, group).size());
 }
 
 std::string CRegularExpression::SubString(int group) {
-  return HasProgram() ? std::string(TextOf(*program, group)) : std::string();
+  return HasProgram() ? std::string(TextOf(*program_, group)) : std::string();
 }
 
 std::string CRegularExpression::Substitute(const char* replacement) {
-  return HasProgram() ? program->regsub(replacement) : std::string();
+  return HasProgram() ? program_->regsub(replacement) : std::string();
 }
 
 const std::string& CRegularExpression::GetError() const {
-  return program ? program->error : error;
+  return program_ ? program_->error : error_;
 }
 
 }  // namespace tarn

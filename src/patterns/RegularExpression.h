@@ -61,9 +61,9 @@ class CRegularExpression {
   bool HasProgram();
   void Release();
 
-  const char* subject = nullptr;
-  std::string error;
-  CCompiledPattern* program = nullptr;
+  const char* subject_ = nullptr;
+  std::string error_;
+  CCompiledPattern* program_ = nullptr;
 };
 
 }  // namespace tarn

@@ -35,13 +35,13 @@ class [[nodiscard]] Status {
  public:
   Status() = default;
   // Implicit, so that functions can return an Error directly.
-  Status(Error failure) : error(std::move(failure)) {}
+  Status(Error failure) : error_(std::move(failure)) {}
 
-  explicit operator bool() const { return error.code == ErrorCode::None; }
-  const Error& GetError() const { return error; }
+  explicit operator bool() const { return error_.code == ErrorCode::None; }
+  const Error& GetError() const { return error_; }
 
  private:
-  Error error;
+  Error error_;
 };
 
 // Outcome of an operation with a value: either the value or an Error. Converts to true on success.
@@ -49,20 +49,20 @@ template <class T>
 class [[nodiscard]] Result {
  public:
   // Implicit, so that functions can return either a value or an Error.
-  Result(T result) : value(std::move(result)) {}
-  Result(Error failure) : error(std::move(failure)) {}
+  Result(T result) : value_(std::move(result)) {}
+  Result(Error failure) : error_(std::move(failure)) {}
 
-  explicit operator bool() const { return value.has_value(); }
-  const Error& GetError() const { return error; }
+  explicit operator bool() const { return value_.has_value(); }
+  const Error& GetError() const { return error_; }
   // Require success.
-  T& operator*() { return *value; }
-  const T& operator*() const { return *value; }
-  T* operator->() { return &*value; }
-  const T* operator->() const { return &*value; }
+  T& operator*() { return *value_; }
+  const T& operator*() const { return *value_; }
+  T* operator->() { return &*value_; }
+  const T* operator->() const { return &*value_; }
 
  private:
-  std::optional<T> value;
-  Error error;
+  std::optional<T> value_;
+  Error error_;
 };
 
 }  // namespace tarn

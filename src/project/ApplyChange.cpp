@@ -93,29 +93,29 @@ CXmlNode& Follow(const Trail& trail, CXmlNode& root) {
 
 std::vector<std::string> ProjectLifecycle::ApplyChange(const std::vector<FileText>& before,
                                                        const std::vector<FileText>& after) {
-  if (!state.isOpen || state.IsDefaultProject()) return {"no project is open"};
-  if (state.isClosing || !services.build.CanStartOperation())
+  if (!state_.isOpen || state_.IsDefaultProject()) return {"no project is open"};
+  if (state_.isClosing || !services_.build.CanStartOperation())
     return {"the project can't be changed now"};
-  if (protection.IsDamageHeld()) return {"the project was read only in part"};
-  ReplacedFiles present{{}, guard};
-  for (const FileText& each : saver.MakeFileTexts()) present.texts[each.path] = each.text;
+  if (protection_.IsDamageHeld()) return {"the project was read only in part"};
+  ReplacedFiles present{{}, guard_};
+  for (const FileText& each : saver_.MakeFileTexts()) present.texts[each.path] = each.text;
   ReplacedFiles changed = present;
   const std::vector<std::string> problems = MergeChange(before, after, changed);
   if (!problems.empty() || changed.texts == present.texts) return problems;
-  const std::string path = state.projectPath;
-  const Trail trail = TrailOf(state.GetCurrentNode());
+  const std::string path = state_.projectPath;
+  const Trail trail = TrailOf(state_.GetCurrentNode());
   const std::int32_t noted =
-      std::exchange(state.modified, 0);  // keeps the close from writing the files
+      std::exchange(state_.modified, 0);  // keeps the close from writing the files
   if (!CloseProject()) {
-    state.modified |= noted;
+    state_.modified |= noted;
     return {"the host keeps the project open"};
   }
   if (Reload(path, changed)) {
-    publisher.SetCurrentNode(&Follow(trail, *state.projectRoot));
+    publisher_.SetCurrentNode(&Follow(trail, *state_.projectRoot));
     return {};
   }
   // These unsaved changes exist nowhere else.
-  const bool isBack = !state.isOpen && Reload(path, present);
+  const bool isBack = !state_.isOpen && Reload(path, present);
   return {isBack ? "the project can't be read after the change" : "another project was opened"};
 }
 
@@ -124,7 +124,7 @@ std::vector<std::string> ProjectLifecycle::ApplyChange(const std::vector<FileTex
 void ProjectLifecycle::FollowMove(FileText& text, std::vector<FileText>& bases,
                                   const ReplacedFiles& present) const {
   const auto base = std::ranges::find(bases, text.path, &FileText::path);
-  if (base == bases.end() || present.Find(text.path) != nullptr || files.Exists(text.path)) return;
+  if (base == bases.end() || present.Find(text.path) != nullptr || files_.Exists(text.path)) return;
   CXmlNode root;
   if (!ReadWholeTree(base->text, root)) return;
   const std::string* place = nullptr;
@@ -140,8 +140,8 @@ void ProjectLifecycle::FollowMove(FileText& text, std::vector<FileText>& bases,
   if (place == nullptr) return;
   const std::string from = FolderOf(text.path);
   const std::string to = FolderOf(*place);
-  base->text = MoveText(files, base->text, from, to);
-  text.text = MoveText(files, text.text, from, to);
+  base->text = MoveText(files_, base->text, from, to);
+  text.text = MoveText(files_, text.text, from, to);
   base->path = text.path = *place;
 }
 
@@ -163,8 +163,8 @@ std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileTex
       problems.push_back(each.path + " is no longer part of the project");
       continue;
     } else {
-      const Result<std::string> disk = files.ReadWholeFile(each.path);
-      const std::string* const last = guard.LastTextOf(each.path);
+      const Result<std::string> disk = files_.ReadWholeFile(each.path);
+      const std::string* const last = guard_.LastTextOf(each.path);
       const std::string& known = last == nullptr ? each.text : *last;
       text = disk ? MergeTexts(each.path, known, *disk, each.text, problems) : each.text;
       if (disk) result.former.NoteRead(each.path, *disk, false);
@@ -177,30 +177,30 @@ std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileTex
 
 void ProjectLifecycle::StageFiles(const std::vector<FileText>& texts,
                                   const std::vector<FileText>& bases) {
-  staged = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, FileGuard(files)});
-  for (const FileText& each : texts) staged->texts[each.path] = each.text;
+  staged_ = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, FileGuard(files_)});
+  for (const FileText& each : texts) staged_->texts[each.path] = each.text;
   for (const FileText& each : bases) {
     CXmlNode tree;
-    staged->former.NoteRead(each.path, each.text, !ReadWholeTree(each.text, tree));
+    staged_->former.NoteRead(each.path, each.text, !ReadWholeTree(each.text, tree));
   }
 }
 
 // Opens the project that was just closed. Returns true if it is open afterwards.
 bool ProjectLifecycle::Reload(const std::string& path, const ReplacedFiles& texts) {
-  staged = std::make_unique<ReplacedFiles>(texts);
+  staged_ = std::make_unique<ReplacedFiles>(texts);
   const std::int32_t opened = OpenProject(path.c_str(), 0);
   if (opened && HoldsWhatIsSaved()) {
-    state.DropChanges();
+    state_.DropChanges();
   } else if (opened) {
-    state.NoteModified();
+    state_.NoteModified();
   }
   return opened != 0;
 }
 
 // Returns true if a save would write exactly what the files contained when last read or written.
 bool ProjectLifecycle::HoldsWhatIsSaved() {
-  return std::ranges::all_of(saver.MakeFileTexts(), [this](const FileText& each) {
-    const std::string* const known = guard.TextOf(each.path);
+  return std::ranges::all_of(saver_.MakeFileTexts(), [this](const FileText& each) {
+    const std::string* const known = guard_.TextOf(each.path);
     return known != nullptr && HoldSameTree(each.text, *known);
   });
 }

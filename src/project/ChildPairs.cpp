@@ -33,7 +33,7 @@ std::string KeyByFile(const CXmlNode& node) {
 }  // namespace
 
 ChildPairs::ChildPairs(const Children& from, const Children& to, Match match)
-    : partners(from.size(), kNone), sources(to.size(), kNone) {
+    : partners_(from.size(), kNone), sources_(to.size(), kNone) {
   PairBy(from, to, KeyByFile);
   if (match == Match::Exactly) return;
   PairBy(from, to, KeyByLabel);
@@ -41,8 +41,8 @@ ChildPairs::ChildPairs(const Children& from, const Children& to, Match match)
 }
 
 void ChildPairs::Pair(std::size_t fromIndex, std::size_t toIndex) {
-  partners[fromIndex] = toIndex;
-  sources[toIndex] = fromIndex;
+  partners_[fromIndex] = toIndex;
+  sources_[toIndex] = fromIndex;
 }
 
 template <class KeyOf>

@@ -27,9 +27,9 @@ class ChildPairs {
   ChildPairs(const Children& from, const Children& to, Match match = Match::Alike);
 
   // Returns the index of the partner in the second version, or kNone.
-  std::size_t PartnerOf(std::size_t fromIndex) const { return partners[fromIndex]; }
+  std::size_t PartnerOf(std::size_t fromIndex) const { return partners_[fromIndex]; }
   // Returns the index of the partner in the first version, or kNone.
-  std::size_t SourceOf(std::size_t toIndex) const { return sources[toIndex]; }
+  std::size_t SourceOf(std::size_t toIndex) const { return sources_[toIndex]; }
 
  private:
   // Passes of the algorithm; each only considers children that are still unpaired.
@@ -38,8 +38,8 @@ class ChildPairs {
   void PairBy(const Children& from, const Children& to, KeyOf keyOf);
   void PairByContents(const Children& from, const Children& to);
 
-  std::vector<std::size_t> partners;
-  std::vector<std::size_t> sources;
+  std::vector<std::size_t> partners_;
+  std::vector<std::size_t> sources_;
 };
 
 }  // namespace tarn

@@ -7,60 +7,60 @@
 namespace tarn {
 
 std::int32_t NodeOptions::AddConfiguration() {
-  if (!services.build.CanStartOperation() || state.activeApplication == nullptr) return 0;
-  const std::string header = services.propertyManager->GetNewConfigName();
-  const std::string description = services.propertyManager->GetNewConfigName();
+  if (!services_.build.CanStartOperation() || state_.activeApplication == nullptr) return 0;
+  const std::string header = services_.propertyManager->GetNewConfigName();
+  const std::string description = services_.propertyManager->GetNewConfigName();
   // An unnamed configuration could never be selected.
   if (header.empty()) return 0;
-  state.NoteModified();
-  CXmlNode* configs = state.activeApplication->FindChild("Configs");
-  if (configs == nullptr) configs = state.activeApplication->AddChild("Configs");
+  state_.NoteModified();
+  CXmlNode* configs = state_.activeApplication->FindChild("Configs");
+  if (configs == nullptr) configs = state_.activeApplication->AddChild("Configs");
   CXmlNode* config = configs->AddChild("Config");
   config->AddAttr("Header", header);
   config->AddAttr("Desc", description);
-  state.ForgetKeptTexts();
+  state_.ForgetKeptTexts();
   return 1;
 }
 
 std::int32_t NodeOptions::RefreshDefinitions() {
-  if (services.build.IsWorkerAlive() || services.build.IsBuildingHere() ||
-      services.propertyManager == nullptr)
+  if (services_.build.IsWorkerAlive() || services_.build.IsBuildingHere() ||
+      services_.propertyManager == nullptr)
     return 0;
-  const bool hasOptions = services.propertyManager->RefreshDefinitions() != 0;
+  const bool hasOptions = services_.propertyManager->RefreshDefinitions() != 0;
   const bool hasTools =
-      services.toolManager != nullptr && services.toolManager->RefreshTools() != 0;
+      services_.toolManager != nullptr && services_.toolManager->RefreshTools() != 0;
   if (!hasOptions && !hasTools) return 0;
-  extensions.Forget();
-  for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
-    CXmlNode& child = *state.projectRoot->GetChild(i);
-    if ((types.FlagsOf(child) & kTypeApplication) != 0) derived.ResetNodeCache(child, false);
+  extensions_.Forget();
+  for (int i = 0; i < state_.projectRoot->GetChildCount(); ++i) {
+    CXmlNode& child = *state_.projectRoot->GetChild(i);
+    if ((types_.FlagsOf(child) & kTypeApplication) != 0) derived_.ResetNodeCache(child, false);
   }
-  publisher.PublishAll();
+  publisher_.PublishAll();
   return 1;
 }
 
 std::int32_t NodeOptions::SelectConfiguration(const std::string& wanted) {
-  if (!services.build.CanStartOperation()) return 0;
-  const std::string name = wanted.empty() ? services.propertyManager->GetNewConfigName() : wanted;
-  CXmlNode* const noted = state.GetCurrentNode();
-  if (state.activeApplication == nullptr || name.empty()) return 0;
-  state.NoteModified();
-  state.activeApplication->SetAttrValue("Config", name);
-  services.propertyManager->BeginUpdate();
-  publisher.RenewPropState(*noted);
-  derived.ResetNodeCache(*state.activeApplication, false);
-  CXmlNode* const application = state.activeApplication;
-  while (publisher.PublishNextNode(application)) {
+  if (!services_.build.CanStartOperation()) return 0;
+  const std::string name = wanted.empty() ? services_.propertyManager->GetNewConfigName() : wanted;
+  CXmlNode* const noted = state_.GetCurrentNode();
+  if (state_.activeApplication == nullptr || name.empty()) return 0;
+  state_.NoteModified();
+  state_.activeApplication->SetAttrValue("Config", name);
+  services_.propertyManager->BeginUpdate();
+  publisher_.RenewPropState(*noted);
+  derived_.ResetNodeCache(*state_.activeApplication, false);
+  CXmlNode* const application = state_.activeApplication;
+  while (publisher_.PublishNextNode(application)) {
   }
-  services.build.RestoreRecords(*application);
-  const std::uint64_t epoch = state.treeEpoch;
-  publisher.SetCurrentNode(noted);
-  if (state.treeEpoch == epoch) publisher.RestorePropState(*noted);
-  services.propertyManager->EndUpdate();
-  if (state.treeEpoch != epoch) return 1;
-  publisher.SendActiveApplication();
-  if (state.treeEpoch == epoch && state.activeApplication != nullptr) {
-    views.SetGlobalsFile(paths.GlobalsFileOf(*state.activeApplication));
+  services_.build.RestoreRecords(*application);
+  const std::uint64_t epoch = state_.treeEpoch;
+  publisher_.SetCurrentNode(noted);
+  if (state_.treeEpoch == epoch) publisher_.RestorePropState(*noted);
+  services_.propertyManager->EndUpdate();
+  if (state_.treeEpoch != epoch) return 1;
+  publisher_.SendActiveApplication();
+  if (state_.treeEpoch == epoch && state_.activeApplication != nullptr) {
+    views_.SetGlobalsFile(paths_.GlobalsFileOf(*state_.activeApplication));
   }
   return 1;
 }

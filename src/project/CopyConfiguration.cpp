@@ -89,22 +89,22 @@ std::string StoredName(CPropertyManagerDriver& propertyManager, const std::strin
 }  // namespace
 
 std::int32_t NodeOptions::CopyConfiguration(const std::string& from, const std::string& to) {
-  if (!services.build.CanStartOperation() || state.activeApplication == nullptr || to.empty() ||
-      EqualNoCase(from, to) || EqualNoCase(to, publisher.GetCurrentConfigName())) {
+  if (!services_.build.CanStartOperation() || state_.activeApplication == nullptr || to.empty() ||
+      EqualNoCase(from, to) || EqualNoCase(to, publisher_.GetCurrentConfigName())) {
     return 0;
   }
-  const CopiedNames names{StoredName(*services.propertyManager, from),
-                          StoredName(*services.propertyManager, to),
+  const CopiedNames names{StoredName(*services_.propertyManager, from),
+                          StoredName(*services_.propertyManager, to),
                           EqualNoCase(from, kStandardConfig)};
-  const bool isOwn = CopyStoredBelow(types, *state.activeApplication, nullptr, names, true);
+  const bool isOwn = CopyStoredBelow(types_, *state_.activeApplication, nullptr, names, true);
   const bool isOutside =
-      CopyStoredBelow(types, *state.projectRoot, state.projectRoot.get(), names, false);
+      CopyStoredBelow(types_, *state_.projectRoot, state_.projectRoot.get(), names, false);
   if (!isOwn && !isOutside) return 1;
-  state.NoteModified();
-  state.ForgetKeptTexts();
+  state_.NoteModified();
+  state_.ForgetKeptTexts();
   // The cached values of a node include the stored options they were made from.
-  derived.ResetNodeCache(isOutside ? *state.projectRoot : *state.activeApplication, true);
-  publisher.PublishAll();
+  derived_.ResetNodeCache(isOutside ? *state_.projectRoot : *state_.activeApplication, true);
+  publisher_.PublishAll();
   return 1;
 }
 

@@ -8,16 +8,16 @@ namespace tarn {
 void DerivedData::MakeAttributeRelative(CXmlNode& node, const char* name) {
   const char* path = node.GetAttrValue(name);
   if (path == nullptr || *path == '\0') return;
-  const std::string base = paths.PathBaseOf(node);
+  const std::string base = paths_.PathBaseOf(node);
   std::string relative;
-  if (paths.MakeRelativePath(path, relative, base.empty() ? nullptr : base.c_str())) {
+  if (paths_.MakeRelativePath(path, relative, base.empty() ? nullptr : base.c_str())) {
     node.SetAttrValue(name, relative);
   }
 }
 
 void DerivedData::StripForSave(CXmlNode& node, bool dropDependencies) {
   StripSubtree(node, dropDependencies);
-  state.NoteUnpublished();
+  state_.NoteUnpublished();
 }
 
 void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
@@ -27,7 +27,7 @@ void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
     const std::string_view name = child->NameView();
     if (name == "PropState" || name == "#CDATA" || name == "Info" ||
         (dropDependencies && name == "Dependencies")) {
-      state.ForgetPointersInto(*child);
+      state_.ForgetPointersInto(*child);
       node.RemoveChild(child);
     } else {
       StripSubtree(*child, dropDependencies);
@@ -39,20 +39,20 @@ void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
   }
   MakeAttributeRelative(node, "Path");
   MakeAttributeRelative(node, "OutputFile");
-  if ((types.FlagsOf(node) & kTypeExtern) == 0) return;
+  if ((types_.FlagsOf(node) & kTypeExtern) == 0) return;
   std::string relative;
-  if (paths.MakeRelativePath(TextOf(node.GetAttrValue("Extern")), relative, nullptr)) {
+  if (paths_.MakeRelativePath(TextOf(node.GetAttrValue("Extern")), relative, nullptr)) {
     node.SetAttrValue("Extern", relative);
   }
 }
 
 // The active application's path may be queried at any time, even before it is published again.
 void DerivedData::MakeActivePathAbsolute() {
-  if (state.activeApplication == nullptr) return;
+  if (state_.activeApplication == nullptr) return;
   std::string path;
-  if (paths.MakeAbsolutePath(TextOf(state.activeApplication->GetAttrValue("Path")), path,
-                             nullptr)) {
-    state.activeApplication->SetAttrValue("Path", path);
+  if (paths_.MakeAbsolutePath(TextOf(state_.activeApplication->GetAttrValue("Path")), path,
+                              nullptr)) {
+    state_.activeApplication->SetAttrValue("Path", path);
   }
 }
 
@@ -67,7 +67,7 @@ void DerivedData::ResetNodeCache(CXmlNode& node, bool ownOnly) {
     CXmlNode* child = node.GetChild(i);
     if (IsContentNode(*child)) ResetNodeCache(*child, true);
   }
-  state.NoteUnpublished();
+  state_.NoteUnpublished();
 }
 
 }  // namespace tarn

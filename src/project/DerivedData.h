@@ -13,7 +13,7 @@ class DerivedData {
  public:
   DerivedData(ProjectState& projectState, const ProjectPaths& projectPaths,
               const NodeTypes& nodeTypes)
-      : state(projectState), paths(projectPaths), types(nodeTypes) {}
+      : state_(projectState), paths_(projectPaths), types_(nodeTypes) {}
 
   // Removes everything derived from the subtree and makes its paths relative.
   void StripForSave(CXmlNode& node, bool dropDependencies);
@@ -27,9 +27,9 @@ class DerivedData {
  private:
   void MakeAttributeRelative(CXmlNode& node, const char* name);
 
-  ProjectState& state;
-  const ProjectPaths& paths;
-  const NodeTypes& types;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  const NodeTypes& types_;
 };
 
 }  // namespace tarn

@@ -36,46 +36,46 @@ std::string FileDamage::ToString() const {
   return file + ":" + (line > 0 ? std::to_string(line) + ": " : " ") + what;
 }
 
-DamageCollector::DamageCollector(std::string_view fileText) : text(fileText) {
-  const std::size_t zero = text.find('\0');
-  if (zero != text.npos) places.push_back({zero, "a zero byte; nothing after it is read", false});
+DamageCollector::DamageCollector(std::string_view fileText) : text_(fileText) {
+  const std::size_t zero = text_.find('\0');
+  if (zero != text_.npos) places_.push_back({zero, "a zero byte; nothing after it is read", false});
 }
 
 void DamageCollector::OnLoss(XmlLoss loss, const char* position, std::string_view name,
                              const CXmlNode* element) {
-  hasCData = hasCData || loss == XmlLoss::StoredCData;
+  hasCData_ = hasCData_ || loss == XmlLoss::StoredCData;
   const bool isText = loss == XmlLoss::KeptText && !HoldsElements(*element);
   if ((isText || loss == XmlLoss::StoredCData) && MayHoldText(element)) return;
-  if (places.size() == kMaxCollected) return;
-  const auto offset = static_cast<std::size_t>(position - text.data());
+  if (places_.size() == kMaxCollected) return;
+  const auto offset = static_cast<std::size_t>(position - text_.data());
   const bool isKept = loss == XmlLoss::KeptText || loss == XmlLoss::RepeatedAttribute;
-  places.push_back({offset, DescribeLoss(text, loss, offset, name), isKept});
+  places_.push_back({offset, DescribeLoss(text_, loss, offset, name), isKept});
 }
 
 void DamageCollector::OnElement(const char* position, const CXmlNode& element) {
-  elements.emplace_back(&element, static_cast<std::size_t>(position - text.data()));
+  elements_.emplace_back(&element, static_cast<std::size_t>(position - text_.data()));
 }
 
 void DamageCollector::Add(const CXmlNode& element, std::string what, bool isKept) {
-  if (places.size() == kMaxCollected) return;
+  if (places_.size() == kMaxCollected) return;
   // If an address was reused, the later element is the one that exists.
-  for (const auto& [node, offset] : elements) offsets[node] = offset;
-  elements.clear();
-  const auto found = offsets.find(&element);
-  places.push_back({found == offsets.end() ? 0 : found->second, std::move(what), isKept});
+  for (const auto& [node, offset] : elements_) offsets_[node] = offset;
+  elements_.clear();
+  const auto found = offsets_.find(&element);
+  places_.push_back({found == offsets_.end() ? 0 : found->second, std::move(what), isKept});
 }
 
 void DamageCollector::AddConflictMarks() {
-  std::size_t comment = text.find("<!--");
-  for (std::size_t line = 0; line < text.size();) {
-    std::size_t next = std::min(text.find('\n', line), text.size() - 1) + 1;
+  std::size_t comment = text_.find("<!--");
+  for (std::size_t line = 0; line < text_.size();) {
+    std::size_t next = std::min(text_.find('\n', line), text_.size() - 1) + 1;
     if (comment < line) {
-      const std::size_t end = text.find("-->", comment + 4);
-      comment = end == text.npos ? end : text.find("<!--", end + 3);
-      if (end == text.npos || end < line) continue;
-      next = std::min(text.find('\n', end), text.size() - 1) + 1;
-    } else if (IsConflictLine(text.substr(line, next - line)) && places.size() < kMaxCollected) {
-      places.push_back({line, std::string(kConflictDamage), true});
+      const std::size_t end = text_.find("-->", comment + 4);
+      comment = end == text_.npos ? end : text_.find("<!--", end + 3);
+      if (end == text_.npos || end < line) continue;
+      next = std::min(text_.find('\n', end), text_.size() - 1) + 1;
+    } else if (IsConflictLine(text_.substr(line, next - line)) && places_.size() < kMaxCollected) {
+      places_.push_back({line, std::string(kConflictDamage), true});
     }
     line = next;
   }
@@ -83,13 +83,13 @@ void DamageCollector::AddConflictMarks() {
 
 std::vector<FileDamage> DamageCollector::Collect(const std::string& file) {
   AddConflictMarks();
-  std::stable_sort(places.begin(), places.end(),
+  std::stable_sort(places_.begin(), places_.end(),
                    [](const Place& a, const Place& b) { return a.offset < b.offset; });
   std::vector<FileDamage> damage;
   int line = 1;
   std::size_t counted = 0;
-  for (const Place& place : places) {
-    line += CountLineEnds(text, counted, place.offset);
+  for (const Place& place : places_) {
+    line += CountLineEnds(text_, counted, place.offset);
     counted = place.offset;
     if (!damage.empty() && damage.back().line == line && damage.back().what == place.what) {
       damage.back().isKept = damage.back().isKept && place.isKept;

@@ -49,7 +49,7 @@ class DamageCollector : public XmlLossListener {
   // the parse, while the element exists.
   void Add(const CXmlNode& element, std::string what, bool isKept);
   // Returns true if a CDATA section was read.
-  bool HasCData() const { return hasCData; }
+  bool HasCData() const { return hasCData_; }
   // Returns the damage found, in file order, labelled with the absolute path `file`.
   std::vector<FileDamage> Collect(const std::string& file);
 
@@ -63,11 +63,11 @@ class DamageCollector : public XmlLossListener {
   // Adds every conflict marker line, including those that became part of a value.
   void AddConflictMarks();
 
-  std::string_view text;
-  std::vector<Place> places;
-  std::vector<std::pair<const CXmlNode*, std::size_t>> elements;  // with their offsets, as read
-  std::unordered_map<const CXmlNode*, std::size_t> offsets;       // built on first use
-  bool hasCData = false;
+  std::string_view text_;
+  std::vector<Place> places_;
+  std::vector<std::pair<const CXmlNode*, std::size_t>> elements_;  // with their offsets, as read
+  std::unordered_map<const CXmlNode*, std::size_t> offsets_;       // built on first use
+  bool hasCData_ = false;
 };
 
 }  // namespace tarn

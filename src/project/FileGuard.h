@@ -17,13 +17,13 @@ namespace tarn {
 // is overwritten. All paths are absolute. Keeps one copy of every file of the project in memory.
 class FileGuard {
  public:
-  explicit FileGuard(FileSystem& fileSystem) : files(fileSystem) {}
+  explicit FileGuard(FileSystem& fileSystem) : files_(fileSystem) {}
 
   // Records that the file was read; `damaged` if part of it did not become part of the tree.
   void NoteRead(const std::string& path, std::string_view bytes, bool damaged);
   void NoteWritten(const std::string& path, std::string_view bytes);
   // Marks a file that was read before as damaged.
-  void NoteDamaged(const std::string& path) { damagedFiles.insert(path); }
+  void NoteDamaged(const std::string& path) { damagedFiles_.insert(path); }
   // Returns the content of the file when it was last read or written, or nullptr if it was neither.
   // Valid until the next call.
   const std::string* TextOf(const std::string& path) const;
@@ -31,9 +31,9 @@ class FileGuard {
   // project may have had a file that it no longer has.
   const std::string* LastTextOf(const std::string& path) const;
   // All recorded contents, by path.
-  const std::map<std::string, std::string>& GetKnown() const { return known; }
+  const std::map<std::string, std::string>& GetKnown() const { return known_; }
   // Protects a file whose content is not in memory from being overwritten.
-  void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
+  void NoteUntouchable(const std::string& path) { untouchable_.insert(path); }
   // The node that was read from `from` is saved to `to` from now on. `text` is the recorded content
   // of `from` with its paths adapted to the new location.
   void NoteMoved(const std::string& from, const std::string& to, std::string_view text);
@@ -63,18 +63,18 @@ class FileGuard {
   // Removes the copies of a file that has been saved, except those that were changed since.
   void RemoveRescued(const std::string& path);
   // The content in memory is discarded: the copies are no longer superseded.
-  void KeepRescued() { rescued.clear(); }
+  void KeepRescued() { rescued_.clear(); }
   // Same as `Rescue()`, but uses the folder `spare` only.
   std::string RescueTo(const std::string& spare, const std::string& path, std::string_view bytes);
 
  private:
-  FileSystem& files;
-  std::map<std::string, std::string> known;  // path -> bytes
-  std::map<std::string, std::string> last;   // contents recorded before the last Forget
-  std::map<std::string, std::string> forms;  // as read, for files taken over
-  std::map<std::string, std::map<std::string, std::string>> rescued;  // path -> copy -> bytes
-  std::set<std::string> damagedFiles;
-  std::set<std::string> untouchable;
+  FileSystem& files_;
+  std::map<std::string, std::string> known_;  // path -> bytes
+  std::map<std::string, std::string> last_;   // contents recorded before the last Forget
+  std::map<std::string, std::string> forms_;  // as read, for files taken over
+  std::map<std::string, std::map<std::string, std::string>> rescued_;  // path -> copy -> bytes
+  std::set<std::string> damagedFiles_;
+  std::set<std::string> untouchable_;
 };
 
 }  // namespace tarn

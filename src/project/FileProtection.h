@@ -25,11 +25,11 @@ class FileProtection {
   FileProtection(ProjectServices& projectServices, const ProjectState& projectState,
                  const ProjectPaths& projectPaths);
 
-  FileGuard& Guard() { return guard; }
-  ProjectTrust& GetTrust() { return trust; }
+  FileGuard& Guard() { return guard_; }
+  ProjectTrust& GetTrust() { return trust_; }
   // Records that the user agrees to writing files outside the project's folder.
-  void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
-  bool MayWriteOutside() const { return writesOutside; }
+  void AllowOutside(bool isAllowed) { writesOutside_ = isAllowed; }
+  bool MayWriteOutside() const { return writesOutside_; }
 
   // Clears all records before the files of a project are read; `isOther` if it isn't the one that
   // was open before.
@@ -40,27 +40,27 @@ class FileProtection {
   void Forget();
 
   // Content lost when the files of the open project were read.
-  const std::vector<FileDamage>& GetDamage() const { return damage; }
+  const std::vector<FileDamage>& GetDamage() const { return damage_; }
   // Same, for the last project that could not be opened; valid until the next open.
-  const std::vector<FileDamage>& GetFailedDamage() const { return failedDamage; }
+  const std::vector<FileDamage>& GetFailedDamage() const { return failedDamage_; }
   // Replaces the recorded damage of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   void AddDamage(FileDamage found);
   // Sets whether a damaged project is protected: nothing builds or cleans it, and no save or close
   // writes it. Off by default, so that only hosts able to ask their users turn it on.
-  void SetDamageProtection(bool isProtected) { protectsDamage = isProtected; }
-  bool IsDamageProtected() const { return protectsDamage; }
-  bool IsDamageHeld() const { return protectsDamage && !damage.empty(); }
+  void SetDamageProtection(bool isProtected) { protectsDamage_ = isProtected; }
+  bool IsDamageProtected() const { return protectsDamage_; }
+  bool IsDamageHeld() const { return protectsDamage_ && !damage_.empty(); }
 
   // The right to change the files of a project. A host may acquire it before opening the project;
   // otherwise a save acquires it.
-  ProjectLock& Lock() { return editLock; }
+  ProjectLock& Lock() { return editLock_; }
   bool TryTakeEdits(const std::string& path) {
-    return editLock.TryTake(paths.FullProjectPath(path));
+    return editLock_.TryTake(paths_.FullProjectPath(path));
   }
-  void ReleaseEdits() { editLock.Release(); }
-  const std::string& GetEditor() const { return editLock.GetHolder(); }
-  const std::string& GetEditProblem() const { return editLock.GetProblem(); }
+  void ReleaseEdits() { editLock_.Release(); }
+  const std::string& GetEditor() const { return editLock_.GetHolder(); }
+  const std::string& GetEditProblem() const { return editLock_.GetProblem(); }
 
   // Contents of the files when they were last read or written.
   std::vector<FileText> GetBaseTexts() const;
@@ -71,17 +71,17 @@ class FileProtection {
   bool PutAsideReplaced(const std::string& path);
 
  private:
-  ProjectServices& services;
-  FileSystem& files;
-  const ProjectState& state;
-  const ProjectPaths& paths;
-  FileGuard guard;
-  ProjectTrust trust;
-  ProjectLock editLock;
-  std::vector<FileDamage> damage;
-  std::vector<FileDamage> failedDamage;
-  bool protectsDamage = false;
-  bool writesOutside = false;
+  ProjectServices& services_;
+  FileSystem& files_;
+  const ProjectState& state_;
+  const ProjectPaths& paths_;
+  FileGuard guard_;
+  ProjectTrust trust_;
+  ProjectLock editLock_;
+  std::vector<FileDamage> damage_;
+  std::vector<FileDamage> failedDamage_;
+  bool protectsDamage_ = false;
+  bool writesOutside_ = false;
 };
 
 }  // namespace tarn

@@ -45,13 +45,13 @@ bool HoldSameTree(const std::string& one, const std::string& other) {
 }
 
 std::string FileSaver::Settle(const std::string& absolute, const CXmlNode& tree) const {
-  const std::string* const known = guard.FormOf(absolute);
+  const std::string* const known = guard_.FormOf(absolute);
   const std::string former = known == nullptr ? std::string() : *known;
   CXmlNode base;
   ReadWholeTree(former, base);  // for a damaged file, the part that was parsed
   CXmlNode settled;
   settled.CopyFrom(tree);
-  MakeStable(base, settled, types);
+  MakeStable(base, settled, types_);
   return WriteTree(settled, former);
 }
 
@@ -60,13 +60,13 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   SavePlan plan;
   plan.absolute = absolute;
   plan.own = plan.text = text;
-  const Result<std::string> disk = files.ReadWholeFile(absolute);
-  const std::string* const known = guard.TextOf(absolute);
+  const Result<std::string> disk = files_.ReadWholeFile(absolute);
+  const std::string* const known = guard_.TextOf(absolute);
   if (!disk && disk.GetError().code == ErrorCode::NotFound) {
     plan.wasRemoved = known != nullptr;
     // Must not re-create a folder that was moved, with half a project in it.
     const std::string folder = FolderOf(absolute);
-    if (plan.wasRemoved && !files.Exists(folder))
+    if (plan.wasRemoved && !files_.Exists(folder))
       plan.problem = "the folder " + folder + " does not exist";
     return plan;
   }
@@ -116,9 +116,9 @@ void FileSaver::Merge(SavePlan& plan, const std::string& disk, const std::string
 bool FileSaver::WasMoved(const std::string& absolute, const std::string& from,
                          const std::string& to) const {
   const auto find = [&](const std::string& path) {
-    return files.CheckExists(IsRelativePath(path)
-                                 ? files.Canonical(JoinPath(FolderOf(absolute), path))
-                                 : ToNativeSeparators(path));
+    return files_.CheckExists(IsRelativePath(path)
+                                  ? files_.Canonical(JoinPath(FolderOf(absolute), path))
+                                  : ToNativeSeparators(path));
   };
   const Result<bool> former = find(from);
   const Result<bool> present = find(to);
@@ -132,13 +132,13 @@ Status FileSaver::KeepOther(const SavePlan& plan, SavedFile& report) const {
   report.conflicts = plan.conflicts;
   const bool losesNothing = plan.isMerged && plan.conflicts.empty();
   if (losesNothing) return {};
-  return guard.PutAside(plan.absolute, report.copy, report.copyReason);
+  return guard_.PutAside(plan.absolute, report.copy, report.copyReason);
 }
 
 Status FileSaver::Write(const SavePlan& plan, SavedFile& report) const {
   const Status putAside = KeepOther(plan, report);
-  const Status written = putAside ? files.WriteWholeFile(plan.absolute, plan.text) : putAside;
-  if (written) guard.NoteWritten(plan.absolute, plan.text);
+  const Status written = putAside ? files_.WriteWholeFile(plan.absolute, plan.text) : putAside;
+  if (written) guard_.NoteWritten(plan.absolute, plan.text);
   return written;
 }
 

@@ -42,7 +42,7 @@ bool HoldSameTree(const std::string& one, const std::string& other);
 class FileSaver {
  public:
   FileSaver(FileSystem& fileSystem, FileGuard& fileGuard, const NodeTypes& nodeTypes)
-      : files(fileSystem), guard(fileGuard), types(nodeTypes) {}
+      : files_(fileSystem), guard_(fileGuard), types_(nodeTypes) {}
 
   // Returns the text to be stored for a file's tree, in the formatting of the file's last known
   // version. Does not access the disk.
@@ -64,9 +64,9 @@ class FileSaver {
   // Returns true if the file was moved on disk. `from` and `to` are paths as the file has them.
   bool WasMoved(const std::string& absolute, const std::string& from, const std::string& to) const;
 
-  FileSystem& files;
-  FileGuard& guard;
-  const NodeTypes& types;
+  FileSystem& files_;
+  FileGuard& guard_;
+  const NodeTypes& types_;
 };
 
 }  // namespace tarn

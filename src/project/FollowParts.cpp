@@ -81,16 +81,16 @@ double CompareContents(const std::string& one, const std::string& other) {
 // is none or if the old file still exists.
 std::string TreeSaver::FindRenamedPart(const std::string& absolute,
                                        std::vector<std::string>& added) {
-  const std::string* const known = guard.TextOf(absolute);
-  if (known == nullptr || files.Exists(absolute)) return {};
+  const std::string* const known = guard_.TextOf(absolute);
+  if (known == nullptr || files_.Exists(absolute)) return {};
   auto best = added.end();
   double most = 0.5;
   for (auto each = added.begin(); each != added.end(); ++each) {
     std::string target;
-    paths.MakeAbsolutePath(*each, target, nullptr);
-    const Result<std::string> disk = files.ReadWholeFile(target);
+    paths_.MakeAbsolutePath(*each, target, nullptr);
+    const Result<std::string> disk = files_.ReadWholeFile(target);
     if (!disk) continue;
-    const std::string moved = MoveText(files, *known, FolderOf(absolute), FolderOf(target));
+    const std::string moved = MoveText(files_, *known, FolderOf(absolute), FolderOf(target));
     const double alike = CompareContents(moved, *disk);
     if (alike <= most) continue;
     best = each;
@@ -108,9 +108,9 @@ void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
   for (std::size_t i = pending.size(); i-- > 0;) {
     PendingFile& owner = pending[i];
     const std::string& path = owner.isPlanned ? owner.plan.absolute : owner.absolute;
-    const std::string* const known = guard.TextOf(path);
+    const std::string* const known = guard_.TextOf(path);
     if (owner.parts.empty() || known == nullptr) continue;
-    const Result<std::string> disk = files.ReadWholeFile(path);
+    const Result<std::string> disk = files_.ReadWholeFile(path);
     CXmlNode before;
     CXmlNode after;
     if (!disk || *disk == *known || !ReadWholeTree(*known, before) ||
@@ -121,9 +121,9 @@ void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
     for (PartChange& each : FindPartChanges(before, after)) {
       std::string from;
       std::string to;
-      paths.MakeAbsolutePath(each.from, from, nullptr);
+      paths_.MakeAbsolutePath(each.from, from, nullptr);
       if (each.to.empty()) each.to = FindRenamedPart(from, added);
-      paths.MakeAbsolutePath(each.to, to, nullptr);
+      paths_.MakeAbsolutePath(each.to, to, nullptr);
       for (const std::size_t part : owner.parts) {
         const bool isNamed = pending[part].absolute == from && !pending[part].isPlanned;
         if (isNamed && from != to) FollowPart(owner, pending[part], each, to);
@@ -136,7 +136,7 @@ void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
 // dropped; a changed one is kept, which is a conflict.
 void TreeSaver::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                            const std::string& target) {
-  const std::string* const known = guard.TextOf(part.absolute);
+  const std::string* const known = guard_.TextOf(part.absolute);
   if (known == nullptr) return;
   if (target.empty()) {
     part.isPlanned = HoldSameTree(part.text, *known);
@@ -153,8 +153,9 @@ void TreeSaver::FollowPart(PendingFile& owner, PendingFile& part, const PartChan
   part.isPlanned = true;
   const std::string from = FolderOf(part.absolute);
   const std::string to = FolderOf(target);
-  guard.NoteMoved(part.absolute, target, MoveText(files, *known, from, to));
-  part.plan = FileSaver(files, guard, types).Prepare(target, MoveText(files, part.text, from, to));
+  guard_.NoteMoved(part.absolute, target, MoveText(files_, *known, from, to));
+  part.plan =
+      FileSaver(files_, guard_, types_).Prepare(target, MoveText(files_, part.text, from, to));
 }
 
 }  // namespace tarn

@@ -7,8 +7,8 @@
 namespace tarn {
 
 std::intptr_t HostLink::SendHost(HostMessage message, std::intptr_t wParam, std::intptr_t lParam) {
-  if (!IsWindow(services.mainframeHandle)) return 1;
-  return SendWindowMessage(services.mainframeHandle, message, wParam, lParam);
+  if (!IsWindow(services_.mainframeHandle)) return 1;
+  return SendWindowMessage(services_.mainframeHandle, message, wParam, lParam);
 }
 
 std::intptr_t HostLink::SendHost(HostMessage message, const std::string& wText,
@@ -23,48 +23,48 @@ std::intptr_t HostLink::SendHost(HostMessage message, const std::string& wText,
 }
 
 void HostLink::AddLogLine(const std::string& text) {
-  services.output->AddOutput(text);
+  services_.output->AddOutput(text);
   SendHost(kMsgLogLine, text, 0);
 }
 
 void HostLink::AddBuildNotice(LineKind kind, const std::string& text) {
-  buildNotices.push_back({kind, text});
+  buildNotices_.push_back({kind, text});
   if (kind == LineKind::Error) {
-    services.output->AddError(text);
+    services_.output->AddError(text);
   } else {
-    services.output->AddWarning(text);
+    services_.output->AddWarning(text);
   }
   SendHost(kMsgLogLine, text, 0);
 }
 
 std::vector<HostLink::BuildNotice> HostLink::TakeBuildNotices() {
-  const Status written = services.output == nullptr ? Status() : services.output->GetLogStatus();
+  const Status written = services_.output == nullptr ? Status() : services_.output->GetLogStatus();
   if (!written) {
     const Error& error = written.GetError();
-    buildNotices.push_back(
+    buildNotices_.push_back(
         {LineKind::Error, "The log can't be written to " + error.place + ": " + error.text});
   }
-  return std::exchange(buildNotices, {});
+  return std::exchange(buildNotices_, {});
 }
 
 void HostLink::AddLogError(const std::string& text) {
-  services.output->AddError(text);
+  services_.output->AddError(text);
   SendHost(kMsgLogLine, text, 0);
 }
 
 void HostLink::PostHostCommand(std::int32_t command) {
-  PostWindowMessage(services.mainframeHandle, kMsgCommand, command, 0);
+  PostWindowMessage(services_.mainframeHandle, kMsgCommand, command, 0);
 }
 
 void HostLink::ForgetHost() {
-  services.mainframeHandle = 0;
-  services.output->ForgetHost();
+  services_.mainframeHandle = 0;
+  services_.output->ForgetHost();
 }
 
 void HostLink::ReportMessage(const char* text) {
-  services.output->AddOutput(TextOf(text));
-  services.output->SaveLog();
-  services.output->UpdateReport();
+  services_.output->AddOutput(TextOf(text));
+  services_.output->SaveLog();
+  services_.output->UpdateReport();
 }
 
 }  // namespace tarn

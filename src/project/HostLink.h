@@ -21,7 +21,7 @@ class HostLink {
     std::string text;
   };
 
-  explicit HostLink(ProjectServices& projectServices) : services(projectServices) {}
+  explicit HostLink(ProjectServices& projectServices) : services_(projectServices) {}
 
   // Sends a message to the host and returns its reply; 1, which means agreement, if there is no
   // host.
@@ -47,8 +47,8 @@ class HostLink {
   std::vector<BuildNotice> TakeBuildNotices();
 
  private:
-  ProjectServices& services;
-  std::vector<BuildNotice> buildNotices;
+  ProjectServices& services_;
+  std::vector<BuildNotice> buildNotices_;
 };
 
 }  // namespace tarn

@@ -61,57 +61,57 @@ std::span<const ImportFormat> ImportFormats() {
 }
 
 bool Importer::Convert(const std::string& path, std::string& newFile) {
-  const std::string oldFile = paths.FullProjectPath(path);
+  const std::string oldFile = paths_.FullProjectPath(path);
   newFile = WithExtension(oldFile, ".tprj");
-  const std::uint64_t opened = state.projectEpoch;
+  const std::uint64_t opened = state_.projectEpoch;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
-  const Result<bool> exists = files.CheckExists(newFile);
+  const Result<bool> exists = files_.CheckExists(newFile);
   if (!exists) {
-    ShowMessage(services.mainframeHandle, newFile + " can't be written: " + exists.GetError().text,
+    ShowMessage(services_.mainframeHandle, newFile + " can't be written: " + exists.GetError().text,
                 caption);
     return false;
   }
   if (*exists) {
-    converts = protection.MayOverwrite(newFile);
-    if (state.projectEpoch != opened) return false;
+    converts = protection_.MayOverwrite(newFile);
+    if (state_.projectEpoch != opened) return false;
   }
   if (!converts) return true;
   std::string blamed = oldFile;
   const std::int32_t exitCode = RunConversion(oldFile, blamed);
-  if (state.projectEpoch != opened) return false;
+  if (state_.projectEpoch != opened) return false;
   if (exitCode == kDone) return true;
-  ShowMessage(services.mainframeHandle, FailureText(exitCode, blamed), caption);
+  ShowMessage(services_.mainframeHandle, FailureText(exitCode, blamed), caption);
   return false;
 }
 
 // Returns the interpreter: the one the user configured, else the one bundled with the installation,
 // else the one found in PATH. One that can't be examined could not be started either.
 std::string Importer::FindImportProgram() const {
-  if (!services.importProgram.empty()) return FindProgram(services.importProgram);
-  const std::string own = JoinPath(services.applicationPath, "bin/k418/perl.exe");
-  const Result<bool> exists = files.CheckExists(own);
+  if (!services_.importProgram.empty()) return FindProgram(services_.importProgram);
+  const std::string own = JoinPath(services_.applicationPath, "bin/k418/perl.exe");
+  const Result<bool> exists = files_.CheckExists(own);
   return exists && *exists ? own : FindProgram(kInterpreter);
 }
 
 std::string Importer::MissingImportProgram() const {
   if (!FindImportProgram().empty()) return {};
-  return services.importProgram.empty() ? kInterpreter : services.importProgram;
+  return services_.importProgram.empty() ? kInterpreter : services_.importProgram;
 }
 
 // Returns kDone also if nothing could be started.
 std::int32_t Importer::RunConversion(const std::string& oldFile, std::string& blamed) {
-  const std::string folder = JoinPath(services.applicationPath, "bin/k418");
+  const std::string folder = JoinPath(services_.applicationPath, "bin/k418");
   const std::string script = JoinPath(folder, "k418.pl");
   const std::string interpreter = FindImportProgram();
   if (interpreter.empty()) {
-    host.AddLogLine("Old projects are converted by a script that needs " + MissingImportProgram() +
-                    ", which was not found.");
+    host_.AddLogLine("Old projects are converted by a script that needs " + MissingImportProgram() +
+                     ", which was not found.");
     return kDone;
   }
   // The interpreter returns the same exit code for a missing script, and the old project would be
   // blamed.
-  if (!files.Exists(script)) {
+  if (!files_.Exists(script)) {
     blamed = script;
     return kFileMissing;
   }
@@ -121,15 +121,15 @@ std::int32_t Importer::RunConversion(const std::string& oldFile, std::string& bl
                                                  Protected(script), Protected(oldFile)});
   std::string written;
   const std::int32_t exitCode =
-      RunAndWait(*services.launcher, commandLine, services.importSeconds, written);
+      RunAndWait(*services_.launcher, commandLine, services_.importSeconds, written);
   for (const std::string_view line : Split(written, '\n')) {
-    if (!Trim(line).empty()) host.AddLogLine(std::string(line));
+    if (!Trim(line).empty()) host_.AddLogLine(std::string(line));
   }
   if (exitCode == kTimeIsUp) {
-    host.AddLogLine("The conversion takes longer than " + std::to_string(services.importSeconds) +
-                    " s. It continues in the background.");
+    host_.AddLogLine("The conversion takes longer than " + std::to_string(services_.importSeconds) +
+                     " s. It continues in the background.");
   } else if (exitCode < 0 || exitCode > kLastExitCode) {
-    host.AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
+    host_.AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
   }
   return exitCode;
 }

@@ -28,12 +28,12 @@ class Importer {
  public:
   Importer(ProjectServices& projectServices, const ProjectState& projectState,
            const ProjectPaths& projectPaths, HostLink& hostLink, const FileProtection& protects)
-      : services(projectServices),
-        files(projectServices.files),
-        state(projectState),
-        paths(projectPaths),
-        host(hostLink),
-        protection(protects) {}
+      : services_(projectServices),
+        files_(projectServices.files),
+        state_(projectState),
+        paths_(projectPaths),
+        host_(hostLink),
+        protection_(protects) {}
 
   // Converts the project at `path`, unless the user wants to keep an existing result, and stores
   // the path of the result in `newFile`. Returns false if the conversion failed, or if a handler
@@ -47,12 +47,12 @@ class Importer {
   std::int32_t RunConversion(const std::string& oldFile, std::string& blamed);
   std::string FindImportProgram() const;
 
-  ProjectServices& services;
-  FileSystem& files;
-  const ProjectState& state;
-  const ProjectPaths& paths;
-  HostLink& host;
-  const FileProtection& protection;
+  ProjectServices& services_;
+  FileSystem& files_;
+  const ProjectState& state_;
+  const ProjectPaths& paths_;
+  HostLink& host_;
+  const FileProtection& protection_;
 };
 
 }  // namespace tarn

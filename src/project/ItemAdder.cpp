@@ -69,7 +69,7 @@ std::string FilterOf(int row, const std::string& patterns) {
 }  // namespace
 
 std::int32_t ItemAdder::AddExistingItem(const char* itempath, const char* itemtype) {
-  if (!services.build.CanStartOperation()) return 0;
+  if (!services_.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), kSourceList)) return ReplaceSourceList(TextOf(itempath));
   return AddItem(TextOf(itempath), itemtype, false);
 }
@@ -78,14 +78,14 @@ std::int32_t ItemAdder::AddExistingItem(const char* itempath, const char* itemty
 std::int32_t ItemAdder::AddItem(const std::string& itempath, const char* itemtype,
                                 bool isJustMade) {
   // Without a project, no file would contain the item.
-  if (!state.isOpen) return 0;
+  if (!state_.isOpen) return 0;
   if (HasControlBytes(itempath)) {
-    services.output->WriteMessage(kRowCannotRead, {itempath}, "its name has control characters");
+    services_.output->WriteMessage(kRowCannotRead, {itempath}, "its name has control characters");
     return 0;
   }
-  if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
-    const TreeUpdate update(views);
-    state.RemoveContentChildren(*state.activeApplication);
+  if (state_.isDefaultProject != 0 && state_.activeApplication != nullptr) {
+    const TreeUpdate update(views_);
+    state_.RemoveContentChildren(*state_.activeApplication);
   }
   CXmlNode* target = LoadAddTarget();
   if (target == nullptr) return 0;
@@ -93,40 +93,40 @@ std::int32_t ItemAdder::AddItem(const std::string& itempath, const char* itemtyp
     BrowseAndAddFiles();
     return 1;
   }
-  if (HoldsFile(files, *target, itempath)) return 1;
+  if (HoldsFile(files_, *target, itempath)) return 1;
   const CXmlNode* type = TypeOfItem(itempath, itemtype);
   if (type == nullptr) return 0;
 
   auto node = CXmlNode::CreateNode(type->NameView());
-  const bool isApplication = (types.FlagsOf(*node) & kTypeApplication) != 0;
-  const std::string base = isApplication ? state.projectFolder : paths.PathBaseBelow(*target);
+  const bool isApplication = (types_.FlagsOf(*node) & kTypeApplication) != 0;
+  const std::string base = isApplication ? state_.projectFolder : paths_.PathBaseBelow(*target);
   std::string path;
-  paths.MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
+  paths_.MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
   if (isApplication && !isJustMade && AppendExtension(*type, path)) {
-    const std::uint64_t epoch = state.treeEpoch;
-    publisher.SetCurrentNode(state.projectRoot.get());
-    if (state.treeEpoch != epoch) return 0;
-    target = state.projectRoot.get();
-    if (!CheckFileAccess(files, path, kMustExist, *services.output)) {
+    const std::uint64_t epoch = state_.treeEpoch;
+    publisher_.SetCurrentNode(state_.projectRoot.get());
+    if (state_.treeEpoch != epoch) return 0;
+    target = state_.projectRoot.get();
+    if (!CheckFileAccess(files_, path, kMustExist, *services_.output)) {
       return AddNewItem(path.c_str(), itemtype);
     }
   }
-  if (HoldsFile(files, *target, path) || (isApplication && HoldsApplicationOf(path))) return 1;
-  const std::uint64_t epoch = state.treeEpoch;
+  if (HoldsFile(files_, *target, path) || (isApplication && HoldsApplicationOf(path))) return 1;
+  const std::uint64_t epoch = state_.treeEpoch;
   FillItem(*node, path);
-  if (state.treeEpoch != epoch) return 0;
+  if (state_.treeEpoch != epoch) return 0;
   return PlaceItem(*target, std::move(node));
 }
 
 // Returns the node that new items are added to, or nullptr if there is none or a handler removed
 // the tree. Loads its options, because they determine what it may contain.
 CXmlNode* ItemAdder::LoadAddTarget() {
-  CXmlNode* target = state.GetCurrentNode();
+  CXmlNode* target = state_.GetCurrentNode();
   while (target != nullptr) {
-    const std::uint64_t epoch = state.treeEpoch;
-    publisher.LoadNodeOptions(target, false);
-    if (state.treeEpoch != epoch) return nullptr;
-    if ((types.FlagsOf(*target) & kTypeIsLeaf) == 0) return target;
+    const std::uint64_t epoch = state_.treeEpoch;
+    publisher_.LoadNodeOptions(target, false);
+    if (state_.treeEpoch != epoch) return nullptr;
+    if ((types_.FlagsOf(*target) & kTypeIsLeaf) == 0) return target;
     target = target->GetParent();
   }
   return nullptr;
@@ -134,21 +134,21 @@ CXmlNode* ItemAdder::LoadAddTarget() {
 
 const CXmlNode* ItemAdder::TypeOfItem(const std::string& path, const char* itemtype) {
   CXmlNode* named = nullptr;
-  FindChildNode(itemtype, nullptr, &types.GetRoot(), named);
+  FindChildNode(itemtype, nullptr, &types_.GetRoot(), named);
   if (named != nullptr) return named;
-  const CXmlNode* byExtension = extensions.Find(path);
-  return byExtension != nullptr ? byExtension : types.GetRoot().GetChild(0);
+  const CXmlNode* byExtension = extensions_.Find(path);
+  return byExtension != nullptr ? byExtension : types_.GetRoot().GetChild(0);
 }
 
 // Applications are compared by file identity, however their paths are written.
 bool ItemAdder::HoldsApplicationOf(const std::string& path) const {
-  const std::string wanted = files.Canonical(path);
-  for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
-    const CXmlNode& child = *state.projectRoot->GetChild(i);
+  const std::string wanted = files_.Canonical(path);
+  for (int i = 0; i < state_.projectRoot->GetChildCount(); ++i) {
+    const CXmlNode& child = *state_.projectRoot->GetChild(i);
     std::string full;
-    if ((types.FlagsOf(child) & kTypeApplication) != 0 &&
-        paths.MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
-        IsSameName(files, files.Canonical(full), wanted)) {
+    if ((types_.FlagsOf(child) & kTypeApplication) != 0 &&
+        paths_.MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
+        IsSameName(files_, files_.Canonical(full), wanted)) {
       return true;
     }
   }
@@ -158,53 +158,53 @@ bool ItemAdder::HoldsApplicationOf(const std::string& path) const {
 void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
   const std::string title = SplitPath(path).title;
   WriteItemPaths(node, path);
-  if ((types.FlagsOf(node) & kTypeApplication) != 0) {
+  if ((types_.FlagsOf(node) & kTypeApplication) != 0) {
     // An existing file that can't be read must not be overwritten with an empty node.
-    if (!loader.LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
+    if (!loader_.LoadTreeFile(node, path) && files_.Exists(path)) guard_.NoteUntouchable(path);
     node.SetAttrValue("Header", title);
     WriteItemPaths(node, path);
     return;
   }
-  const Result<bool> exists = files.CheckExists(path);
+  const Result<bool> exists = files_.CheckExists(path);
   Status made = exists ? Status() : exists.GetError();
-  if (exists && !*exists) made = files.WriteOwnFile(path, "");
-  if (!made && (!exists || files.ExamineLink(path))) {
-    services.output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
+  if (exists && !*exists) made = files_.WriteOwnFile(path, "");
+  if (!made && (!exists || files_.ExamineLink(path))) {
+    services_.output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
   } else if (!made) {
-    CheckFileAccess(files, path, kMustBeWritable, *services.output);
+    CheckFileAccess(files_, path, kMustBeWritable, *services_.output);
   }
-  const bool isProject = (types.FlagsOf(node) & kTypeProject) != 0;
+  const bool isProject = (types_.FlagsOf(node) & kTypeProject) != 0;
   node.SetAttrValue("Header", isProject ? title : FileNameOf(path));
 }
 
 void ItemAdder::WriteItemPaths(CXmlNode& node, const std::string& path) const {
-  const std::uint32_t flags = types.FlagsOf(node);
+  const std::uint32_t flags = types_.FlagsOf(node);
   if ((flags & kTypeExtern) != 0) node.SetAttrValue("Extern", path);
   if ((flags & kTypePath) != 0) node.SetAttrValue("Path", path);
 }
 
 std::int32_t ItemAdder::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
-  const std::uint64_t opened = state.projectEpoch;
-  state.NoteModified();
-  CXmlNode* const added = editor.AttachNode(target, std::move(node), TreeEditor::Opens::Yes);
+  const std::uint64_t opened = state_.projectEpoch;
+  state_.NoteModified();
+  CXmlNode* const added = editor_.AttachNode(target, std::move(node), TreeEditor::Opens::Yes);
   if (added != nullptr) {
-    const std::uint64_t epoch = state.treeEpoch;
-    if ((types.FlagsOf(*added) & kTypeApplication) != 0) publisher.SetActiveApplication(added);
-    publisher.SetCurrentNode(added);
-    if (state.treeEpoch == epoch) publisher.LoadNodeOptions(added, true);
+    const std::uint64_t epoch = state_.treeEpoch;
+    if ((types_.FlagsOf(*added) & kTypeApplication) != 0) publisher_.SetActiveApplication(added);
+    publisher_.SetCurrentNode(added);
+    if (state_.treeEpoch == epoch) publisher_.LoadNodeOptions(added, true);
   }
-  if (state.projectEpoch != opened) return 0;
-  publisher.RunAutoDebugStep();
+  if (state_.projectEpoch != opened) return 0;
+  publisher_.RunAutoDebugStep();
   return 1;
 }
 
 // The files that a debugger found become the content of an application that cannot be built.
 std::int32_t ItemAdder::ReplaceSourceList(const std::string& lines) {
-  if (lines.empty() || state.activeApplication == nullptr) return 0;
-  const std::uint32_t flags = types.FlagsOf(*state.activeApplication);
+  if (lines.empty() || state_.activeApplication == nullptr) return 0;
+  const std::uint32_t flags = types_.FlagsOf(*state_.activeApplication);
   if ((flags & (kTypeDebug | kTypeAutoDebug | kTypeBuild)) != kTypeDebug) return 0;
-  const TreeUpdate update(views);
-  state.RemoveContentChildren(*state.activeApplication);
+  const TreeUpdate update(views_);
+  state_.RemoveContentChildren(*state_.activeApplication);
   const std::vector<std::string_view> list = Split(lines, '\n');
   for (auto path = list.rbegin(); path != list.rend(); ++path) {
     std::string_view line = *path;
@@ -216,27 +216,27 @@ std::int32_t ItemAdder::ReplaceSourceList(const std::string& lines) {
     node->AddAttr("Marker", "-1");
     node->AddAttr("OutputFile", "");
     node->AddAttr("sate", "2");
-    state.activeApplication->AppendChild(std::move(node));
+    state_.activeApplication->AppendChild(std::move(node));
   }
-  state.NoteTreeChange();
-  state.NoteShapeChanged();
+  state_.NoteTreeChange();
+  state_.NoteShapeChanged();
   return 1;
 }
 
 std::int32_t ItemAdder::BrowseAndAddFiles() {
-  if (!services.build.CanStartOperation()) return 0;
-  const CXmlNode* holder = state.GetCurrentNode();
+  if (!services_.build.CanStartOperation()) return 0;
+  const CXmlNode* holder = state_.GetCurrentNode();
   if (holder == nullptr) return 0;
-  if ((types.FlagsOf(*holder) & kTypeProject) == 0) holder = state.activeApplication;
+  if ((types_.FlagsOf(*holder) & kTypeProject) == 0) holder = state_.activeApplication;
 
   std::string filePatterns;
   std::string applicationPatterns;
-  for (int i = 0; i < types.GetRoot().GetChildCount(); ++i) {
-    const CXmlNode& type = *types.GetRoot().GetChild(i);
-    const std::uint32_t flags = types.FlagsOf(type);
-    if ((flags & kTypeProject) != 0 || !types.CanContain(holder, &type)) continue;
+  for (int i = 0; i < types_.GetRoot().GetChildCount(); ++i) {
+    const CXmlNode& type = *types_.GetRoot().GetChild(i);
+    const std::uint32_t flags = types_.FlagsOf(type);
+    if ((flags & kTypeProject) != 0 || !types_.CanContain(holder, &type)) continue;
     std::string endings =
-        services.propertyManager->GetPropertyValue("Target", "Internal", type.GetName() + "-Ext");
+        services_.propertyManager->GetPropertyValue("Target", "Internal", type.GetName() + "-Ext");
     if (endings.empty()) endings = TextOf(type.GetAttrValue("Extension"));
     const std::string patterns = PatternsOf(endings);
     std::string& list = (flags & kTypeApplication) != 0 ? applicationPatterns : filePatterns;
@@ -252,15 +252,15 @@ std::int32_t ItemAdder::BrowseAndAddFiles() {
   if (!applicationPatterns.empty()) {
     question.filter += FilterOf(kRowFilterApplications, applicationPatterns);
   }
-  question.folder = state.lastBrowseFolder;
+  question.folder = state_.lastBrowseFolder;
   question.multiple = true;
-  const std::vector<std::string> chosen = ChooseFiles(services.mainframeHandle, question);
+  const std::vector<std::string> chosen = ChooseFiles(services_.mainframeHandle, question);
   if (chosen.empty()) return 0;
 
-  const TreeUpdate update(views);
+  const TreeUpdate update(views_);
   std::int32_t result = 1;
   for (const std::string& path : chosen) result &= AddExistingItem(path.c_str(), nullptr);
-  state.lastBrowseFolder = chosen.size() > 1 ? FolderOf(chosen.front()) : chosen.front();
+  state_.lastBrowseFolder = chosen.size() > 1 ? FolderOf(chosen.front()) : chosen.front();
   return result;
 }
 

@@ -40,21 +40,21 @@ struct ItemAdderParts {
 class ItemAdder {
  public:
   explicit ItemAdder(const ItemAdderParts& parts)
-      : services(parts.services),
-        files(parts.services.files),
-        types(parts.services.types),
-        views(parts.services.views),
-        state(parts.state),
-        paths(parts.paths),
-        host(parts.host),
-        extensions(parts.extensions),
-        protection(parts.protection),
-        guard(parts.protection.Guard()),
-        loader(parts.loader),
-        publisher(parts.publisher),
-        lifecycle(parts.lifecycle),
-        editor(parts.editor),
-        options(parts.options) {}
+      : services_(parts.services),
+        files_(parts.services.files),
+        types_(parts.services.types),
+        views_(parts.services.views),
+        state_(parts.state),
+        paths_(parts.paths),
+        host_(parts.host),
+        extensions_(parts.extensions),
+        protection_(parts.protection),
+        guard_(parts.protection.Guard()),
+        loader_(parts.loader),
+        publisher_(parts.publisher),
+        lifecycle_(parts.lifecycle),
+        editor_(parts.editor),
+        options_(parts.options) {}
 
   // Adds a file or an application. An empty path asks the user for files; if the type is null, it
   // is determined by the file extension. For the type "DebugSrcFiles", `itempath` is a list of
@@ -89,21 +89,21 @@ class ItemAdder {
   void SetUpApplication(const NewApplication& wanted);
   std::int32_t RunCobbler(const std::string& wizardPath);
 
-  ProjectServices& services;
-  FileSystem& files;
-  const NodeTypes& types;
-  const ProjectViews& views;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  HostLink& host;
-  TypesByExtension& extensions;
-  FileProtection& protection;
-  FileGuard& guard;
-  TreeLoader& loader;
-  Publisher& publisher;
-  ProjectLifecycle& lifecycle;
-  TreeEditor& editor;
-  NodeOptions& options;
+  ProjectServices& services_;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  const ProjectViews& views_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  HostLink& host_;
+  TypesByExtension& extensions_;
+  FileProtection& protection_;
+  FileGuard& guard_;
+  TreeLoader& loader_;
+  Publisher& publisher_;
+  ProjectLifecycle& lifecycle_;
+  TreeEditor& editor_;
+  NodeOptions& options_;
 };
 
 }  // namespace tarn

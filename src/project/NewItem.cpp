@@ -17,13 +17,13 @@ namespace {
 // Sets the flag of a creation in progress.
 class Creating {
  public:
-  explicit Creating(std::int32_t& mark) : flag(mark) { flag = 1; }
-  ~Creating() { flag = 0; }
+  explicit Creating(std::int32_t& mark) : flag_(mark) { flag_ = 1; }
+  ~Creating() { flag_ = 0; }
   Creating(const Creating&) = delete;
   Creating& operator=(const Creating&) = delete;
 
  private:
-  std::int32_t& flag;
+  std::int32_t& flag_;
 };
 
 bool IsYes(const CXmlNode& type, const char* name) {
@@ -51,50 +51,50 @@ std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
   if (name.size() > kLongestName) return "The name is too long.";
 
   std::string folder;
-  if (Trim(wanted.location).empty() || !paths.MakeAbsolutePath(wanted.location, folder, nullptr)) {
+  if (Trim(wanted.location).empty() || !paths_.MakeAbsolutePath(wanted.location, folder, nullptr)) {
     return "The application needs a folder.";
   }
-  for (std::string each = folder; !each.empty() && !files.IsFolder(each); each = FolderOf(each)) {
-    const Result<bool> exists = files.CheckExists(each);
+  for (std::string each = folder; !each.empty() && !files_.IsFolder(each); each = FolderOf(each)) {
+    const Result<bool> exists = files_.CheckExists(each);
     if (!exists) return each + " can't be used: " + exists.GetError().text + ".";
     if (*exists) return each + " is a file, not a folder.";
   }
   if (wanted.createNewProject) return {};
 
-  CXmlNode* const target = state.GetCurrentNode();
+  CXmlNode* const target = state_.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(name.c_str(), "Header", target, namesake);
   if (namesake != nullptr) return "The name \"" + name + "\" is in use.";
   CXmlNode* type = nullptr;
-  FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), type);
-  if (type != nullptr && !types.CanContain(target, type)) {
+  FindChildNode(wanted.typeHeader.c_str(), "Header", &types_.GetRoot(), type);
+  if (type != nullptr && !types_.CanContain(target, type)) {
     return "\"" + TextOf(target->GetAttrValue("Header")) +
            "\" can't contain an application of this type. Select the project first.";
   }
   const std::string file = AddSeparator(folder) + name + ".tapp";
-  const Result<bool> exists = files.CheckExists(file);
+  const Result<bool> exists = files_.CheckExists(file);
   if (!exists) return file + " can't be created: " + exists.GetError().text + ".";
   return *exists ? file + " already exists." : std::string();
 }
 
 std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
-  if (!services.build.CanStartOperation()) return 0;
+  if (!services_.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
   // While the user was choosing, another project may have been opened or a build started.
-  const std::uint64_t asked = state.projectEpoch;
-  if (!views.AskNewApplication(wanted) || state.projectEpoch != asked ||
-      !services.build.CanStartOperation())
+  const std::uint64_t asked = state_.projectEpoch;
+  if (!views_.AskNewApplication(wanted) || state_.projectEpoch != asked ||
+      !services_.build.CanStartOperation())
     return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
   CXmlNode* chosen = nullptr;
-  FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), chosen);
+  FindChildNode(wanted.typeHeader.c_str(), "Header", &types_.GetRoot(), chosen);
   if (chosen != nullptr) type = chosen;
   if (type == nullptr || !IsFileTitle(wanted.applicationName)) return 0;
 
   std::string folder;
-  paths.MakeAbsolutePath(wanted.location, folder, nullptr);
+  paths_.MakeAbsolutePath(wanted.location, folder, nullptr);
   const std::string file = AddSeparator(folder) + wanted.applicationName;
   auto node = CXmlNode::CreateNode(type->NameView());
   node->SetAttrValue("Header", wanted.applicationName);
@@ -104,38 +104,38 @@ std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
                                     ? PlaceInNewProject(*node, file + ".tapp", file + ".tprj")
                                     : PlaceInProject(std::move(node));
   if (!isPlaced) return 0;
-  const std::uint64_t opened = state.projectEpoch;
+  const std::uint64_t opened = state_.projectEpoch;
   SetUpApplication(wanted);
-  if (state.projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
+  if (state_.projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
     if (!RunCobbler(wanted.wizardPath)) return 0;
   }
-  host.SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
-  if (state.projectEpoch == opened) state.NoteModified();
+  host_.SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
+  if (state_.projectEpoch == opened) state_.NoteModified();
   return 1;
 }
 
 // Applies the settings of the selected microcontroller.
 void ItemAdder::SetUpApplication(const NewApplication& wanted) {
-  const Creating creating(state.creatingProject);
-  const std::uint64_t opened = state.projectEpoch;
-  if (!wanted.targetText.empty()) host.SendHost(kMsgRunScript, wanted.targetText, 0);
-  if (state.projectEpoch == opened && wanted.configName != kStandardConfig) {
-    services.propertyManager->SetCurrentConfig(wanted.configName);
-    options.SelectConfiguration(wanted.configName);
+  const Creating creating(state_.creatingProject);
+  const std::uint64_t opened = state_.projectEpoch;
+  if (!wanted.targetText.empty()) host_.SendHost(kMsgRunScript, wanted.targetText, 0);
+  if (state_.projectEpoch == opened && wanted.configName != kStandardConfig) {
+    services_.propertyManager->SetCurrentConfig(wanted.configName);
+    options_.SelectConfiguration(wanted.configName);
   }
 }
 
 std::int32_t ItemAdder::AddGroup() {
-  CXmlNode* target = state.GetCurrentNode();
-  if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
+  CXmlNode* target = state_.GetCurrentNode();
+  if (target != nullptr && (types_.FlagsOf(*target) & kTypeIsLeaf) != 0) {
     target = target->GetParent();
   }
   // Without a project, no file would contain the folder.
-  if (target == nullptr || !state.isOpen) return 0;
+  if (target == nullptr || !state_.isOpen) return 0;
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
-  state.NoteShapeChanged();
-  publisher.SetCurrentNode(editor.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
+  state_.NoteShapeChanged();
+  publisher_.SetCurrentNode(editor_.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
   return 1;
 }
 
@@ -147,19 +147,19 @@ const CXmlNode* ItemAdder::ProposeApplication(const std::string& itempath, const
   do {
     wanted.applicationName = "Application" + std::to_string(number++);
     taken = nullptr;
-    FindTreeNode(wanted.applicationName.c_str(), "Header", state.projectRoot.get(), taken);
+    FindTreeNode(wanted.applicationName.c_str(), "Header", state_.projectRoot.get(), taken);
   } while (taken != nullptr);
 
   wanted.location = HomeFolder();
   const std::string place =
-      state.isDefaultProject != 0 ? services.examplesFolder : AddSeparator(state.projectFolder);
+      state_.isDefaultProject != 0 ? services_.examplesFolder : AddSeparator(state_.projectFolder);
   const PathParts parts = SplitPath(ToNativeSeparators(itempath.empty() ? place : itempath));
   if (!(parts.drive + parts.folder).empty()) wanted.location = parts.drive + parts.folder;
   if (!parts.title.empty()) wanted.applicationName = parts.title;
 
   CXmlNode* type = nullptr;
-  FindChildNode(itemtype, nullptr, &types.GetRoot(), type);
-  wanted.createNewProject = state.isDefaultProject != 0;
+  FindChildNode(itemtype, nullptr, &types_.GetRoot(), type);
+  wanted.createNewProject = state_.isDefaultProject != 0;
   if (type != nullptr) {
     wanted.typeHeader = TextOf(type->GetAttrValue("Header"));
     if (!IsYes(*type, "Build")) {
@@ -172,67 +172,67 @@ const CXmlNode* ItemAdder::ProposeApplication(const std::string& itempath, const
 
 // Adds the application to the tree only; the next save creates its file.
 std::int32_t ItemAdder::PlaceInProject(std::unique_ptr<CXmlNode> node) {
-  CXmlNode* const target = state.GetCurrentNode();
+  CXmlNode* const target = state_.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
-  if (namesake != nullptr || !state.isOpen || !types.CanContain(target, node.get())) return 0;
-  const std::uint64_t opened = state.projectEpoch;
-  state.NoteModified();
-  publisher.SetCurrentNode(editor.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
-  return state.projectEpoch == opened ? 1 : 0;
+  if (namesake != nullptr || !state_.isOpen || !types_.CanContain(target, node.get())) return 0;
+  const std::uint64_t opened = state_.projectEpoch;
+  state_.NoteModified();
+  publisher_.SetCurrentNode(editor_.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
+  return state_.projectEpoch == opened ? 1 : 0;
 }
 
 std::int32_t ItemAdder::PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
                                           const std::string& projectFile) {
-  if (state.isOpen && EqualNoCase(projectFile, state.projectPath) && !lifecycle.CloseProject())
+  if (state_.isOpen && EqualNoCase(projectFile, state_.projectPath) && !lifecycle_.CloseProject())
     return 0;
-  if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *services.output))
+  if (!CheckFileAccess(files_, applicationFile, kMustBeWritable | kCreateFolder, *services_.output))
     return 0;
-  if (files.Exists(applicationFile)) {
-    if (!protection.MayOverwrite(applicationFile)) return 0;
+  if (files_.Exists(applicationFile)) {
+    if (!protection_.MayOverwrite(applicationFile)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
-    if (!protection.PutAsideReplaced(applicationFile)) return 0;
-    (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
+    if (!protection_.PutAsideReplaced(applicationFile)) return 0;
+    (void)files_.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
   // If the write failed, creation continues without the file, and adding the application reports it
   // as missing; but an old file at this path must not be taken for the new one.
   const std::string text = node.ToString(g_xmlDisplayOptions);
-  const Status written = WriteProjectFile(files, applicationFile, text);
-  if (!written && files.Exists(applicationFile)) {
-    services.output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
+  const Status written = WriteProjectFile(files_, applicationFile, text);
+  if (!written && files_.Exists(applicationFile)) {
+    services_.output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
     return 0;
   }
-  const Creating creating(state.creatingProject);
-  if (!lifecycle.CreateProjectFile(projectFile, 0)) return 0;
-  if (!lifecycle.OpenProject(projectFile.c_str(), 0)) return 0;
+  const Creating creating(state_.creatingProject);
+  if (!lifecycle_.CreateProjectFile(projectFile, 0)) return 0;
+  if (!lifecycle_.OpenProject(projectFile.c_str(), 0)) return 0;
   return AddItem(applicationFile, node.NameText(), true);
 }
 
 // Runs the tool that generates the initial sources for a microcontroller.
 std::int32_t ItemAdder::RunCobbler(const std::string& wizardPath) {
   const std::string tool =
-      files.Exists(wizardPath) ? wizardPath : services.configFolder + wizardPath;
-  CXmlNode* const node = state.GetCurrentNode();
+      files_.Exists(wizardPath) ? wizardPath : services_.configFolder + wizardPath;
+  CXmlNode* const node = state_.GetCurrentNode();
   const CXmlNode* values = FindStoredValues(*node);
-  if (values == nullptr) values = publisher.LoadNodeOptions(node, true);
-  if (values == nullptr || services.toolManager == nullptr) return 0;
+  if (values == nullptr) values = publisher_.LoadNodeOptions(node, true);
+  if (values == nullptr || services_.toolManager == nullptr) return 0;
   const std::string text(values->ValueText());
   const WaitCursor wait;
-  services.toolManager->RunTool(tool, "", text, nullptr);
+  services_.toolManager->RunTool(tool, "", text, nullptr);
   return 1;
 }
 
 std::int32_t ItemAdder::NewProject(const char* path) {
-  if (services.propertyManager == nullptr || services.output == nullptr ||
-      !services.build.CanStartOperation())
+  if (services_.propertyManager == nullptr || services_.output == nullptr ||
+      !services_.build.CanStartOperation())
     return 0;
-  if (path != nullptr) return lifecycle.CreateProjectFile(path, 1);
+  if (path != nullptr) return lifecycle_.CreateProjectFile(path, 1);
   // The wizard only offers a new project. If one was opened, the flag belongs to it.
-  const std::uint64_t before = state.projectEpoch;
-  const std::int32_t noted = std::exchange(state.isDefaultProject, 1);
+  const std::uint64_t before = state_.projectEpoch;
+  const std::int32_t noted = std::exchange(state_.isDefaultProject, 1);
   const std::int32_t result = AddNewItem(nullptr, nullptr);
-  const bool hasOpened = state.isOpen && state.projectEpoch != before;
-  if (!result && !hasOpened) state.isDefaultProject = noted;
+  const bool hasOpened = state_.isOpen && state_.projectEpoch != before;
+  if (!result && !hasOpened) state_.isDefaultProject = noted;
   return result;
 }
 

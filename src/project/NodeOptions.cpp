@@ -75,24 +75,24 @@ std::string ConfigOfSection(const std::string& section, const std::string& curre
 
 std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
   const std::string keyText =
-      changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
+      changedKey.empty() ? services_.propertyManager->GetChangedProperty() : changedKey;
   if (keyText.empty()) return 0;
-  CXmlNode* node = state.GetCurrentNode();
+  CXmlNode* node = state_.GetCurrentNode();
   if (node == nullptr) return 0;
-  state.NoteModified();
+  state_.NoteModified();
   OptionKey key = KeyForStoring(keyText);
   if (key.set.empty()) key.set = node->GetName();
   if (EqualNoCase(key.set, node->NameView()) && EqualNoCase(key.section, kGeneralSection) &&
       (EqualNoCase(key.property, "Type") || EqualNoCase(key.property, "Header"))) {
     return ChangeNodeIdentity(
         *node, key.property,
-        services.propertyManager->GetPropertyValue(key.set, key.section, key.property));
+        services_.propertyManager->GetPropertyValue(key.set, key.section, key.property));
   }
 
   auto changed = CXmlNode::CreateNode("Options");
-  const std::string config = ConfigOfSection(key.section, publisher.GetCurrentConfigName());
+  const std::string config = ConfigOfSection(key.section, publisher_.GetCurrentConfigName());
   auto value = std::make_unique<CXmlNode>();
-  value->Load(services.propertyManager->GetConfigText(config, key.set, key.section, key.property),
+  value->Load(services_.propertyManager->GetConfigText(config, key.set, key.section, key.property),
               g_xmlParseInfo);
   changed->AppendChild(std::move(value));
   CXmlNode* old = node->FindChild("Options");
@@ -100,14 +100,14 @@ std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
   // At the same position: a damaged file may have two, of which the first is the effective one.
   node->InsertChildBefore(std::move(changed), old);
   if (old != nullptr) node->RemoveChild(old);
-  state.ForgetKeptTexts();
+  state_.ForgetKeptTexts();
 
-  if (state.creatingProject == 0 && state.activeApplication != nullptr &&
-      (types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0) {
-    if (state.isDefaultProject != 0) {
-      editor.ClearDefaultApplicationItems();
+  if (state_.creatingProject == 0 && state_.activeApplication != nullptr &&
+      (types_.FlagsOf(*state_.activeApplication) & kTypeAutoDebug) != 0) {
+    if (state_.isDefaultProject != 0) {
+      editor_.ClearDefaultApplicationItems();
     } else {
-      host.PostHostCommand(TARN_CMD_AUTO_DEBUG);
+      host_.PostHostCommand(TARN_CMD_AUTO_DEBUG);
     }
   }
   return 1;
@@ -120,10 +120,10 @@ bool NodeOptions::CanBecome(const CXmlNode& node, const std::string& typeName) c
   probe.SetName(typeName);
   constexpr std::uint32_t kPlace = kTypeProject | kTypeApplication | kTypeExtern;
   // Its children would be misplaced.
-  if ((types.FlagsOf(probe) & kTypeIsLeaf) != 0 && HasNodes(node)) return false;
+  if ((types_.FlagsOf(probe) & kTypeIsLeaf) != 0 && HasNodes(node)) return false;
   return !typeName.empty() && IsContentNode(probe) &&
          typeName.find_first_of(" \t\r\n<>/=\"'&!?#\\") == std::string::npos &&
-         (types.FlagsOf(node) & kPlace) == (types.FlagsOf(probe) & kPlace);
+         (types_.FlagsOf(node) & kPlace) == (types_.FlagsOf(probe) & kPlace);
 }
 
 // Changing a node's type or label invalidates everything derived from it.
@@ -131,67 +131,67 @@ std::int32_t NodeOptions::ChangeNodeIdentity(CXmlNode& node, const std::string& 
                                              const std::string& value) {
   const bool isType = EqualNoCase(property, "Type");
   if (isType && !CanBecome(node, value)) return 0;
-  const TreeUpdate update(views);
+  const TreeUpdate update(views_);
   if (isType) {
     node.SetName(value);
   } else {
-    const char* active = state.projectRoot->GetAttrValue("ActiveApp");
+    const char* active = state_.projectRoot->GetAttrValue("ActiveApp");
     const char* oldHeader = node.GetAttrValue("Header");
-    const bool namesActive = (types.FlagsOf(node) & kTypeApplication) != 0 &&
-                             node.GetParent() == state.projectRoot.get() && active != nullptr &&
+    const bool namesActive = (types_.FlagsOf(node) & kTypeApplication) != 0 &&
+                             node.GetParent() == state_.projectRoot.get() && active != nullptr &&
                              oldHeader != nullptr && EqualNoCase(active, oldHeader);
-    if (namesActive) state.projectRoot->SetAttrValue("ActiveApp", value);
+    if (namesActive) state_.projectRoot->SetAttrValue("ActiveApp", value);
     node.SetAttrValue("Header", value);
   }
-  derived.StripForSave(node, true);
-  derived.MakeActivePathAbsolute();
+  derived_.StripForSave(node, true);
+  derived_.MakeActivePathAbsolute();
   return 1;
 }
 
 std::int32_t NodeOptions::ResetStoredProperty(const std::string& changedKey) {
-  if (!services.build.CanStartOperation()) return 0;
+  if (!services_.build.CanStartOperation()) return 0;
   const std::string keyText =
-      changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
-  CXmlNode* node = state.GetCurrentNode();
+      changedKey.empty() ? services_.propertyManager->GetChangedProperty() : changedKey;
+  CXmlNode* node = state_.GetCurrentNode();
   if (node == nullptr) return 0;
   const OptionKey key = KeyForResetting(keyText);
   CXmlNode* options = node->FindChild("Options");
   CXmlNode* config =
-      ChildByHeader(options, ConfigOfSection(key.section, publisher.GetCurrentConfigName()));
+      ChildByHeader(options, ConfigOfSection(key.section, publisher_.GetCurrentConfigName()));
   CXmlNode* set = ChildByHeader(config, key.set);
   CXmlNode* section = ChildByHeader(set, key.section);
   if (section == nullptr) return 1;
   if (!key.property.empty()) {
-    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) state.NoteModified();
+    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) state_.NoteModified();
   } else {
     for (int i = section->GetChildCount() - 1; i >= 0; --i) {
-      if (RemoveIfRemovable(*section, section->GetChild(i))) state.NoteModified();
+      if (RemoveIfRemovable(*section, section->GetChild(i))) state_.NoteModified();
     }
   }
   // Removes ancestors that became empty, except for the topmost.
   if (section->GetChildCount() == 0) set->RemoveChild(section);
   if (set->GetChildCount() == 0) config->RemoveChild(set);
   if (config->GetChildCount() == 0) options->RemoveChild(config);
-  state.ForgetKeptTexts();
+  state_.ForgetKeptTexts();
   return 1;
 }
 
 std::int32_t NodeOptions::ResetNodeOptions(CXmlNode* node) {
-  if (!services.build.CanStartOperation()) return 0;
-  if (node == nullptr) node = state.GetCurrentNode();
+  if (!services_.build.CanStartOperation()) return 0;
+  if (node == nullptr) node = state_.GetCurrentNode();
   if (node == nullptr) return 0;
-  state.NoteModified();
+  state_.NoteModified();
   if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
-  services.propertyManager->BeginUpdate();
-  publisher.RenewPropState(*node);
+  services_.propertyManager->BeginUpdate();
+  publisher_.RenewPropState(*node);
   {
-    const TreeUpdate update(views);
-    derived.ResetNodeCache(*node, false);
+    const TreeUpdate update(views_);
+    derived_.ResetNodeCache(*node, false);
     // The property manager still has the values that were just removed.
-    const std::uint64_t epoch = state.treeEpoch;
-    publisher.SetCurrentNode(node);
-    if (state.treeEpoch == epoch) publisher.RestorePropState(*node);
-    services.propertyManager->EndUpdate();
+    const std::uint64_t epoch = state_.treeEpoch;
+    publisher_.SetCurrentNode(node);
+    if (state_.treeEpoch == epoch) publisher_.RestorePropState(*node);
+    services_.propertyManager->EndUpdate();
   }
   return 1;
 }

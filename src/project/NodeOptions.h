@@ -22,16 +22,16 @@ class NodeOptions {
   NodeOptions(ProjectServices& projectServices, ProjectState& projectState,
               const ProjectPaths& projectPaths, HostLink& hostLink, DerivedData& derivedData,
               Publisher& nodePublisher, TreeEditor& treeEditor, TypesByExtension& typesByExtension)
-      : services(projectServices),
-        types(projectServices.types),
-        views(projectServices.views),
-        state(projectState),
-        paths(projectPaths),
-        host(hostLink),
-        derived(derivedData),
-        publisher(nodePublisher),
-        editor(treeEditor),
-        extensions(typesByExtension) {}
+      : services_(projectServices),
+        types_(projectServices.types),
+        views_(projectServices.views),
+        state_(projectState),
+        paths_(projectPaths),
+        host_(hostLink),
+        derived_(derivedData),
+        publisher_(nodePublisher),
+        editor_(treeEditor),
+        extensions_(typesByExtension) {}
 
   // Stores a value changed in the property manager in the current node. An empty key means the last
   // change in the options window. A change of type or label changes the node itself.
@@ -56,16 +56,16 @@ class NodeOptions {
   std::int32_t ChangeNodeIdentity(CXmlNode& node, const std::string& property,
                                   const std::string& value);
 
-  ProjectServices& services;
-  const NodeTypes& types;
-  const ProjectViews& views;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  HostLink& host;
-  DerivedData& derived;
-  Publisher& publisher;
-  TreeEditor& editor;
-  TypesByExtension& extensions;
+  ProjectServices& services_;
+  const NodeTypes& types_;
+  const ProjectViews& views_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  HostLink& host_;
+  DerivedData& derived_;
+  Publisher& publisher_;
+  TreeEditor& editor_;
+  TypesByExtension& extensions_;
 };
 
 }  // namespace tarn

@@ -46,13 +46,13 @@ bool IsContentNode(const CXmlNode& node) {
 }
 
 NodeTypes::NodeTypes() {
-  root.SetName("Types");
+  root_.SetName("Types");
 }
 
 void NodeTypes::Add(const CXmlNode& record) {
-  const CXmlNode* copy = root.AppendCopy(record);
-  byName[FoldCase(copy->NameView())] = {copy, FlagsOfRecord(*copy)};
-  byAddress.clear();
+  const CXmlNode* copy = root_.AppendCopy(record);
+  byName_[FoldCase(copy->NameView())] = {copy, FlagsOfRecord(*copy)};
+  byAddress_.clear();
 }
 
 const CXmlNode* NodeTypes::GetNodeType(const CXmlNode& node) const {
@@ -66,11 +66,11 @@ bool NodeTypes::HasTypeFlag(const CXmlNode& node, std::string_view key) const {
 
 const NodeTypes::Type& NodeTypes::Find(std::string_view elementName) const {
   static const Type kNoType;
-  const auto known = byAddress.find(elementName.data());
-  if (known != byAddress.end() && known->second.name == elementName) return *known->second.type;
-  const auto found = byName.find(FoldCase(elementName));
-  const Type& type = found == byName.end() ? kNoType : found->second;
-  byAddress[elementName.data()] = {std::string(elementName), &type};
+  const auto known = byAddress_.find(elementName.data());
+  if (known != byAddress_.end() && known->second.name == elementName) return *known->second.type;
+  const auto found = byName_.find(FoldCase(elementName));
+  const Type& type = found == byName_.end() ? kNoType : found->second;
+  byAddress_[elementName.data()] = {std::string(elementName), &type};
   return type;
 }
 

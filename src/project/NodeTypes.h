@@ -39,7 +39,7 @@ class NodeTypes {
   NodeTypes();
 
   // All records, in file order.
-  const CXmlNode& GetRoot() const { return root; }
+  const CXmlNode& GetRoot() const { return root_; }
   // Adds a deep copy of a record.
   void Add(const CXmlNode& record);
 
@@ -62,8 +62,8 @@ class NodeTypes {
   // Finds a type, first in the cache. An unknown type has no record and no flags.
   const Type& Find(std::string_view elementName) const;
 
-  CXmlNode root;
-  std::unordered_map<std::string, Type> byName;  // by lower-case name
+  CXmlNode root_;
+  std::unordered_map<std::string, Type> byName_;  // by lower-case name
   // Lookup cache, keyed by the address of the name. Common names are interned, so the address
   // usually identifies the name; a rare name may reuse the address of a freed one, so the string is
   // compared as well. Filled on demand; main thread only.
@@ -71,7 +71,7 @@ class NodeTypes {
     std::string name;
     const Type* type = nullptr;
   };
-  mutable std::unordered_map<const char*, Known> byAddress;
+  mutable std::unordered_map<const char*, Known> byAddress_;
 };
 
 }  // namespace tarn

@@ -40,20 +40,20 @@ struct LifecycleParts {
 class ProjectLifecycle {
  public:
   explicit ProjectLifecycle(const LifecycleParts& parts)
-      : services(parts.services),
-        files(parts.services.files),
-        types(parts.services.types),
-        views(parts.services.views),
-        state(parts.state),
-        paths(parts.paths),
-        host(parts.host),
-        protection(parts.protection),
-        guard(parts.protection.Guard()),
-        derived(parts.derived),
-        loader(parts.loader),
-        saver(parts.saver),
-        publisher(parts.publisher),
-        importer(parts.importer) {}
+      : services_(parts.services),
+        files_(parts.services.files),
+        types_(parts.services.types),
+        views_(parts.services.views),
+        state_(parts.state),
+        paths_(parts.paths),
+        host_(parts.host),
+        protection_(parts.protection),
+        guard_(parts.protection.Guard()),
+        derived_(parts.derived),
+        loader_(parts.loader),
+        saver_(parts.saver),
+        publisher_(parts.publisher),
+        importer_(parts.importer) {}
 
   // Opens a project after closing the current one. A null `path` asks the user; a file that is not
   // a *.tprj is imported. A nonzero `isDefault` opens the placeholder project. Returns 0 if a
@@ -96,21 +96,21 @@ class ProjectLifecycle {
   bool Reload(const std::string& path, const ReplacedFiles& texts);
   bool HoldsWhatIsSaved();
 
-  ProjectServices& services;
-  FileSystem& files;
-  const NodeTypes& types;
-  const ProjectViews& views;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  HostLink& host;
-  FileProtection& protection;
-  FileGuard& guard;
-  DerivedData& derived;
-  TreeLoader& loader;
-  TreeSaver& saver;
-  Publisher& publisher;
-  Importer& importer;
-  std::unique_ptr<ReplacedFiles> staged;  // for the next open
+  ProjectServices& services_;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  const ProjectViews& views_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  HostLink& host_;
+  FileProtection& protection_;
+  FileGuard& guard_;
+  DerivedData& derived_;
+  TreeLoader& loader_;
+  TreeSaver& saver_;
+  Publisher& publisher_;
+  Importer& importer_;
+  std::unique_ptr<ReplacedFiles> staged_;  // for the next open
 };
 
 }  // namespace tarn

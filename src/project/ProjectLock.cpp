@@ -14,26 +14,26 @@ bool ProjectLock::TakeWithin(const std::string& projectPath,
   if (IsHeldFor(projectPath)) return true;
   Release();
   const std::string path =
-      FindLockPath(files, projectPath, projectPath, !trust.IsWithheldFrom(projectPath));
-  auto taken = WaitForLock(files, path, LockPurpose::Edit, longestWait);
-  problem.clear();
-  holder.clear();
+      FindLockPath(files_, projectPath, projectPath, !trust_.IsWithheldFrom(projectPath));
+  auto taken = WaitForLock(files_, path, LockPurpose::Edit, longestWait);
+  problem_.clear();
+  holder_.clear();
   if (!taken && taken.GetError().code == ErrorCode::Busy) {
-    holder = taken.GetError().text.empty() ? "unknown process" : taken.GetError().text;
+    holder_ = taken.GetError().text.empty() ? "unknown process" : taken.GetError().text;
     return false;
   }
   if (!taken && !NeedsNoLock(taken.GetError())) {
-    problem = path + " can't be locked: " + taken.GetError().text;
+    problem_ = path + " can't be locked: " + taken.GetError().text;
     return false;
   }
-  if (taken) lock = std::move(*taken);
-  heldFor = projectPath;
+  if (taken) lock_ = std::move(*taken);
+  heldFor_ = projectPath;
   return true;
 }
 
 void ProjectLock::Release() {
-  lock.reset();
-  heldFor.clear();
+  lock_.reset();
+  heldFor_.clear();
 }
 
 }  // namespace tarn

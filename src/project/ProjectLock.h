@@ -15,7 +15,7 @@ namespace tarn {
 class ProjectLock {
  public:
   ProjectLock(FileSystem& fileSystem, const ProjectTrust& projectTrust)
-      : files(fileSystem), trust(projectTrust) {}
+      : files_(fileSystem), trust_(projectTrust) {}
 
   // Acquires the lock for the project unless it is held already, releasing one held for a different
   // project. Returns false if another process holds it, or with GetProblem() set if it can't be
@@ -24,23 +24,23 @@ class ProjectLock {
   // Same, but retries for several seconds.
   bool Take(const std::string& projectPath);
   void Release();
-  bool IsHeldFor(const std::string& projectPath) const { return heldFor == projectPath; }
+  bool IsHeldFor(const std::string& projectPath) const { return heldFor_ == projectPath; }
 
   // Why no process can have the lock; empty if the last attempt succeeded or found a holder.
-  const std::string& GetProblem() const { return problem; }
+  const std::string& GetProblem() const { return problem_; }
   // Description of the process that held the lock at the last failure; empty if GetProblem() is the
   // reason.
-  const std::string& GetHolder() const { return holder; }
+  const std::string& GetHolder() const { return holder_; }
 
  private:
   bool TakeWithin(const std::string& projectPath, std::chrono::milliseconds longestWait);
 
-  FileSystem& files;
-  const ProjectTrust& trust;
-  std::unique_ptr<FileLock> lock;
-  std::string heldFor;  // empty if no lock is held
-  std::string holder;
-  std::string problem;
+  FileSystem& files_;
+  const ProjectTrust& trust_;
+  std::unique_ptr<FileLock> lock_;
+  std::string heldFor_;  // empty if no lock is held
+  std::string holder_;
+  std::string problem_;
 };
 
 }  // namespace tarn

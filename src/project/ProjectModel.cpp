@@ -3,23 +3,23 @@
 namespace tarn {
 
 CProjectModel::CProjectModel(FileSystem& disk)
-    : services(disk),
-      state(services),
-      paths(services, state),
-      host(services),
-      extensions(services),
-      protection(services, state, paths),
-      derived(state, paths, services.types),
-      loader(services, state, paths, protection),
-      saver(services, state, paths, protection, derived),
-      publisher(services, state, paths, host),
-      importer(services, state, paths, host, protection),
-      lifecycle(
-          {services, state, paths, host, protection, derived, loader, saver, publisher, importer}),
-      editor(services, state, paths, derived, publisher),
-      options(services, state, paths, host, derived, publisher, editor, extensions),
-      items({services, state, paths, host, extensions, protection, loader, publisher, lifecycle,
-             editor, options}) {}
+    : services_(disk),
+      state_(services_),
+      paths_(services_, state_),
+      host_(services_),
+      extensions_(services_),
+      protection_(services_, state_, paths_),
+      derived_(state_, paths_, services_.types),
+      loader_(services_, state_, paths_, protection_),
+      saver_(services_, state_, paths_, protection_, derived_),
+      publisher_(services_, state_, paths_, host_),
+      importer_(services_, state_, paths_, host_, protection_),
+      lifecycle_({services_, state_, paths_, host_, protection_, derived_, loader_, saver_,
+                  publisher_, importer_}),
+      editor_(services_, state_, paths_, derived_, publisher_),
+      options_(services_, state_, paths_, host_, derived_, publisher_, editor_, extensions_),
+      items_({services_, state_, paths_, host_, extensions_, protection_, loader_, publisher_,
+              lifecycle_, editor_, options_}) {}
 
 CProjectModel::~CProjectModel() = default;
 

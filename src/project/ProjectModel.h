@@ -45,72 +45,72 @@ class CProjectModel {
   CProjectModel& operator=(const CProjectModel&) = delete;
 
   // What the parts use; set by the owner before the first operation.
-  ProjectServices& Services() { return services; }
-  const ProjectServices& Services() const { return services; }
-  const NodeTypes& Types() const { return services.types; }
-  FileSystem& GetFiles() const { return services.files; }
+  ProjectServices& Services() { return services_; }
+  const ProjectServices& Services() const { return services_; }
+  const NodeTypes& Types() const { return services_.types; }
+  FileSystem& GetFiles() const { return services_.files; }
 
   // The parts.
-  ProjectState& State() { return state; }
-  const ProjectState& State() const { return state; }
-  const ProjectPaths& Paths() const { return paths; }
-  HostLink& Host() { return host; }
-  TypesByExtension& Extensions() { return extensions; }
-  FileProtection& Protection() { return protection; }
-  const FileProtection& Protection() const { return protection; }
-  DerivedData& Derived() { return derived; }
-  TreeSaver& Saver() { return saver; }
-  const TreeSaver& Saver() const { return saver; }
-  TreeLoader& Loader() { return loader; }
-  Publisher& Publishing() { return publisher; }
-  const Publisher& Publishing() const { return publisher; }
-  Importer& Import() { return importer; }
-  const Importer& Import() const { return importer; }
-  ProjectLifecycle& Lifecycle() { return lifecycle; }
-  TreeEditor& Editor() { return editor; }
-  NodeOptions& Options() { return options; }
-  ItemAdder& Items() { return items; }
+  ProjectState& State() { return state_; }
+  const ProjectState& State() const { return state_; }
+  const ProjectPaths& Paths() const { return paths_; }
+  HostLink& Host() { return host_; }
+  TypesByExtension& Extensions() { return extensions_; }
+  FileProtection& Protection() { return protection_; }
+  const FileProtection& Protection() const { return protection_; }
+  DerivedData& Derived() { return derived_; }
+  TreeSaver& Saver() { return saver_; }
+  const TreeSaver& Saver() const { return saver_; }
+  TreeLoader& Loader() { return loader_; }
+  Publisher& Publishing() { return publisher_; }
+  const Publisher& Publishing() const { return publisher_; }
+  Importer& Import() { return importer_; }
+  const Importer& Import() const { return importer_; }
+  ProjectLifecycle& Lifecycle() { return lifecycle_; }
+  TreeEditor& Editor() { return editor_; }
+  NodeOptions& Options() { return options_; }
+  ItemAdder& Items() { return items_; }
 
   // State of the open project; see ProjectState.
-  const std::string& GetProjectPath() const { return state.projectPath; }
-  const std::string& GetProjectFolder() const { return state.projectFolder; }
-  bool IsOpen() const { return state.isOpen; }
-  bool IsDefaultProject() const { return state.IsDefaultProject(); }
-  bool IsModified() const { return state.modified != 0; }
-  std::uint64_t GetTreeEpoch() const { return state.treeEpoch; }
-  CXmlNode& GetProjectRoot() { return *state.projectRoot; }
-  CXmlNode* GetActiveApplication() { return state.activeApplication; }
-  CXmlNode* GetOwnCurrentNode() { return state.currentNode; }
-  CXmlNode* GetCurrentNode() { return state.GetCurrentNode(); }
+  const std::string& GetProjectPath() const { return state_.projectPath; }
+  const std::string& GetProjectFolder() const { return state_.projectFolder; }
+  bool IsOpen() const { return state_.isOpen; }
+  bool IsDefaultProject() const { return state_.IsDefaultProject(); }
+  bool IsModified() const { return state_.modified != 0; }
+  std::uint64_t GetTreeEpoch() const { return state_.treeEpoch; }
+  CXmlNode& GetProjectRoot() { return *state_.projectRoot; }
+  CXmlNode* GetActiveApplication() { return state_.activeApplication; }
+  CXmlNode* GetOwnCurrentNode() { return state_.currentNode; }
+  CXmlNode* GetCurrentNode() { return state_.GetCurrentNode(); }
 
   // See Publisher.
-  void SetCurrentNode(CXmlNode* node) { publisher.SetCurrentNode(node); }
-  void PublishAll() { publisher.PublishAll(); }
+  void SetCurrentNode(CXmlNode* node) { publisher_.SetCurrentNode(node); }
+  void PublishAll() { publisher_.PublishAll(); }
 
   // See ProjectLifecycle.
   std::int32_t OpenProject(const char* path, std::int32_t isDefault) {
-    return lifecycle.OpenProject(path, isDefault);
+    return lifecycle_.OpenProject(path, isDefault);
   }
-  std::int32_t CloseProject() { return lifecycle.CloseProject(); }
-  std::int32_t SaveProject() { return lifecycle.SaveProject(); }
+  std::int32_t CloseProject() { return lifecycle_.CloseProject(); }
+  std::int32_t SaveProject() { return lifecycle_.SaveProject(); }
 
  private:
   // In the order in which they depend on each other.
-  ProjectServices services;
-  ProjectState state;
-  ProjectPaths paths;
-  HostLink host;
-  TypesByExtension extensions;
-  FileProtection protection;
-  DerivedData derived;
-  TreeLoader loader;
-  TreeSaver saver;
-  Publisher publisher;
-  Importer importer;
-  ProjectLifecycle lifecycle;
-  TreeEditor editor;
-  NodeOptions options;
-  ItemAdder items;
+  ProjectServices services_;
+  ProjectState state_;
+  ProjectPaths paths_;
+  HostLink host_;
+  TypesByExtension extensions_;
+  FileProtection protection_;
+  DerivedData derived_;
+  TreeLoader loader_;
+  TreeSaver saver_;
+  Publisher publisher_;
+  Importer importer_;
+  ProjectLifecycle lifecycle_;
+  TreeEditor editor_;
+  NodeOptions options_;
+  ItemAdder items_;
 };
 
 }  // namespace tarn

@@ -9,23 +9,23 @@ namespace tarn {
 std::int32_t ProjectPaths::MakeAbsolutePath(const std::string& path, std::string& result,
                                             const char* baseFolder) const {
   if (path.empty()) return 0;
-  const std::string base = baseFolder == nullptr ? state.projectFolder : baseFolder;
-  result = IsRelativePath(path) ? files.Canonical(JoinPath(base, path)) : ToNativeSeparators(path);
+  const std::string base = baseFolder == nullptr ? state_.projectFolder : baseFolder;
+  result = IsRelativePath(path) ? files_.Canonical(JoinPath(base, path)) : ToNativeSeparators(path);
   return 1;
 }
 
 std::int32_t ProjectPaths::MakeRelativePath(const std::string& path, std::string& result,
                                             const char* baseFolder) const {
   if (path.empty()) return 0;
-  const std::string base = baseFolder == nullptr ? state.projectFolder : baseFolder;
-  std::string relative = IsRelativePath(path) ? path : RelativeNameOnDisk(files, base, path);
+  const std::string base = baseFolder == nullptr ? state_.projectFolder : baseFolder;
+  std::string relative = IsRelativePath(path) ? path : RelativeNameOnDisk(files_, base, path);
   result = relative.empty() ? path : std::move(relative);
   return 1;
 }
 
 CXmlNode* ProjectPaths::FindPathOwner(const CXmlNode& node) const {
   for (CXmlNode* owner = node.GetParent(); owner != nullptr; owner = owner->GetParent()) {
-    if ((types.FlagsOf(*owner) & (kTypeApplication | kTypeProject)) != 0) return owner;
+    if ((types_.FlagsOf(*owner) & (kTypeApplication | kTypeProject)) != 0) return owner;
   }
   return nullptr;
 }
@@ -35,7 +35,7 @@ std::string ProjectPaths::PathBaseOf(const CXmlNode& node) const {
 }
 
 std::string ProjectPaths::PathBaseBelow(const CXmlNode& parent) const {
-  const bool ownsPaths = (types.FlagsOf(parent) & (kTypeApplication | kTypeProject)) != 0;
+  const bool ownsPaths = (types_.FlagsOf(parent) & (kTypeApplication | kTypeProject)) != 0;
   return FolderOfOwner(ownsPaths ? &parent : FindPathOwner(parent));
 }
 
@@ -50,7 +50,7 @@ std::string ProjectPaths::FolderOfOwner(const CXmlNode* owner) const {
 
 void ProjectPaths::FindEnclosingApplication(CXmlNode* node, CXmlNode*& found) const {
   for (; node != nullptr; node = node->GetParent()) {
-    if ((types.FlagsOf(*node) & kTypeApplication) != 0) {
+    if ((types_.FlagsOf(*node) & kTypeApplication) != 0) {
       found = node;
       return;
     }
@@ -74,7 +74,7 @@ void ProjectPaths::MakePathsAbsolute(CXmlNode& node, const std::string& base) co
     }
     node.SetAttrValue(name, full);
   }
-  const bool ownsPaths = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
+  const bool ownsPaths = (types_.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
   const char* path = node.GetAttrValue("Path");
   const std::string below = ownsPaths && path != nullptr ? FolderOf(path) : base;
   for (int i = 0; i < node.GetChildCount(); ++i) {
@@ -83,13 +83,14 @@ void ProjectPaths::MakePathsAbsolute(CXmlNode& node, const std::string& base) co
 }
 
 std::string ProjectPaths::FullProjectPath(const std::string& path) const {
-  return files.Canonical(IsRelativePath(path) ? JoinPath(files.CurrentFolder(), path)
-                                              : ToNativeSeparators(path));
+  return files_.Canonical(IsRelativePath(path) ? JoinPath(files_.CurrentFolder(), path)
+                                               : ToNativeSeparators(path));
 }
 
 bool ProjectPaths::IsOpenAs(const std::string& path) const {
-  if (!state.isOpen || path.empty()) return false;
-  return EqualNoCase(path, state.openedBy) || EqualNoCase(FullProjectPath(path), state.projectPath);
+  if (!state_.isOpen || path.empty()) return false;
+  return EqualNoCase(path, state_.openedBy) ||
+         EqualNoCase(FullProjectPath(path), state_.projectPath);
 }
 
 }  // namespace tarn

@@ -14,7 +14,7 @@ namespace tarn {
 class ProjectPaths {
  public:
   ProjectPaths(const ProjectServices& projectServices, const ProjectState& projectState)
-      : files(projectServices.files), types(projectServices.types), state(projectState) {}
+      : files_(projectServices.files), types_(projectServices.types), state_(projectState) {}
 
   // Makes `path` absolute. Returns 0 for an empty path and leaves `result` unchanged. A null base
   // means the project's folder.
@@ -48,9 +48,9 @@ class ProjectPaths {
   CXmlNode* FindPathOwner(const CXmlNode& node) const;
   std::string FolderOfOwner(const CXmlNode* owner) const;
 
-  FileSystem& files;
-  const NodeTypes& types;
-  const ProjectState& state;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  const ProjectState& state_;
 };
 
 }  // namespace tarn

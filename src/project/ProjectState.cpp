@@ -5,9 +5,9 @@
 namespace tarn {
 
 CXmlNode* ProjectState::GetCurrentNode() {
-  if (CXmlNode* selected = services.views.GetSelectedNode()) return selected;
+  if (CXmlNode* selected = services_.views.GetSelectedNode()) return selected;
   // A build traverses the nodes without selecting them.
-  if (CXmlNode* noted = services.build.GetNotedNode()) return noted;
+  if (CXmlNode* noted = services_.build.GetNotedNode()) return noted;
   if (currentNode != nullptr) return currentNode;
   if (activeApplication != nullptr) return activeApplication;
   return projectRoot.get();
@@ -31,11 +31,11 @@ void ProjectState::FreeSubtree(CXmlNode& parent, CXmlNode* node) {
 }
 
 void ProjectState::ForgetPointersInto(const CXmlNode& node) {
-  services.views.ForgetNode(node);
+  services_.views.ForgetNode(node);
   for (CXmlNode** pointer : {&currentNode, &activeApplication}) {
     if (IsAtOrBelow(*pointer, node)) *pointer = nullptr;
   }
-  services.build.ForgetNode(node);
+  services_.build.ForgetNode(node);
 }
 
 void ProjectState::NoteTreeChange() {
@@ -47,7 +47,7 @@ void ProjectState::NoteUnpublished() {
   ++publishEpoch;
   ++outputEpoch;
   ForgetKeptTexts();
-  services.build.NoteUnpublished();
+  services_.build.NoteUnpublished();
 }
 
 void ProjectState::ForgetKeptTexts() {

@@ -16,7 +16,7 @@ namespace tarn {
 // main thread only. Nothing here fails.
 struct ProjectState {
   explicit ProjectState(ProjectServices& projectServices)
-      : projectRoot(CXmlNode::CreateNode("Project")), services(projectServices) {}
+      : projectRoot(CXmlNode::CreateNode("Project")), services_(projectServices) {}
   ProjectState(const ProjectState&) = delete;
   ProjectState& operator=(const ProjectState&) = delete;
 
@@ -98,7 +98,7 @@ struct ProjectState {
   std::unordered_map<const CXmlNode*, std::string> optionTexts;
 
  private:
-  ProjectServices& services;
+  ProjectServices& services_;
 };
 
 }  // namespace tarn

@@ -128,15 +128,15 @@ class ProjectViews {
 class TreeUpdate {
  public:
   explicit TreeUpdate(const ProjectViews& projectViews, UpdateScope scope = UpdateScope::Whole)
-      : views(projectViews) {
-    views.BeginTreeUpdate(scope);
+      : views_(projectViews) {
+    views_.BeginTreeUpdate(scope);
   }
-  ~TreeUpdate() { views.EndTreeUpdate(); }
+  ~TreeUpdate() { views_.EndTreeUpdate(); }
   TreeUpdate(const TreeUpdate&) = delete;
   TreeUpdate& operator=(const TreeUpdate&) = delete;
 
  private:
-  const ProjectViews& views;
+  const ProjectViews& views_;
 };
 
 }  // namespace tarn

@@ -20,24 +20,24 @@ class PublishCursor {
   template <class IsPublished, class IsContent>
   CXmlNode* Next(CXmlNode& root, std::uint64_t currentEpoch, IsPublished isPublished,
                  IsContent isContent) {
-    if (start != &root || epoch != currentEpoch) Restart(root, currentEpoch);
-    while (!stack.empty()) {
-      Frame& frame = stack.back();
+    if (start_ != &root || epoch_ != currentEpoch) Restart(root, currentEpoch);
+    while (!stack_.empty()) {
+      Frame& frame = stack_.back();
       if (frame.next == kEnter) {
         if (!isPublished(*frame.node)) return frame.node;
         frame.next = frame.node->GetChildCount();
       }
       if (frame.next == 0) {
-        stack.pop_back();
+        stack_.pop_back();
         continue;
       }
       CXmlNode* child = frame.node->GetChild(--frame.next);
-      if (child != nullptr && isContent(*child)) stack.push_back({child, kEnter});
+      if (child != nullptr && isContent(*child)) stack_.push_back({child, kEnter});
     }
     return nullptr;
   }
 
-  void Forget() { start = nullptr; }
+  void Forget() { start_ = nullptr; }
 
  private:
   static constexpr int kEnter = -1;
@@ -48,14 +48,14 @@ class PublishCursor {
   };
 
   void Restart(CXmlNode& root, std::uint64_t currentEpoch) {
-    start = &root;
-    epoch = currentEpoch;
-    stack.assign(1, {&root, kEnter});
+    start_ = &root;
+    epoch_ = currentEpoch;
+    stack_.assign(1, {&root, kEnter});
   }
 
-  const CXmlNode* start = nullptr;
-  std::uint64_t epoch = 0;
-  std::vector<Frame> stack;
+  const CXmlNode* start_ = nullptr;
+  std::uint64_t epoch_ = 0;
+  std::vector<Frame> stack_;
 };
 
 }  // namespace tarn

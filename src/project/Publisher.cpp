@@ -39,28 +39,29 @@ std::string SpelledBelow(FileSystem& files, const std::string& folder, const std
 }  // namespace
 
 std::string Publisher::GetCurrentConfigName() const {
-  const char* config = state.activeApplication == nullptr
+  const char* config = state_.activeApplication == nullptr
                            ? nullptr
-                           : state.activeApplication->GetAttrValue("Config");
+                           : state_.activeApplication->GetAttrValue("Config");
   return config == nullptr ? kStandardConfig : config;
 }
 
 void Publisher::CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const {
   CXmlNode* parent = node->GetParent();
-  const bool isOutermost = (types.FlagsOf(*node) & (kTypeApplication | kTypeProject)) != 0;
+  const bool isOutermost = (types_.FlagsOf(*node) & (kTypeApplication | kTypeProject)) != 0;
   if (parent != nullptr && !isOutermost) CollectOptionChain(list, parent);
   list.push_back(node);
 }
 
 CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
-  if (node == nullptr) node = state.GetCurrentNode();
+  if (node == nullptr) node = state_.GetCurrentNode();
   CXmlNode* stored = FindStoredValues(*node);
   if (!force && stored != nullptr) {
     // The string has a few thousand bytes for each child of the node, so it is copied only if
     // needed.
     const std::string_view text = stored->ValueText();
     const bool isPlain = text.find(kBracketByte) == text.npos;
-    services.propertyManager->ReadValuesFromText(isPlain ? TextArgument(text) : WithBrackets(text));
+    services_.propertyManager->ReadValuesFromText(isPlain ? TextArgument(text)
+                                                          : WithBrackets(text));
     return stored;
   }
   if (stored != nullptr) node->RemoveChild(stored);
@@ -68,66 +69,66 @@ CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
 
   const std::string_view set = node->NameView();
   const std::string config = GetCurrentConfigName();
-  services.propertyManager->ReadDefsFromFile(set, services.configFilePath);
+  services_.propertyManager->ReadDefsFromFile(set, services_.configFilePath);
   for (const CXmlAttr& attribute : node->Attributes()) {
-    services.propertyManager->SetPropertyValue(set, "General", attribute.NameView(),
-                                               attribute.ValueText());
+    services_.propertyManager->SetPropertyValue(set, "General", attribute.NameView(),
+                                                attribute.ValueText());
   }
   PublishPath(*node);
   ApplyStoredOptions(*node, config);
-  CXmlNode* values = node->AddCData(services.propertyManager->GetValuesAsText("", "", ""));
+  CXmlNode* values = node->AddCData(services_.propertyManager->GetValuesAsText("", "", ""));
   WriteMarker(*node, config);
   WriteDerivedAttributes(*node);
-  services.build.NotePublished(*node);
+  services_.build.NotePublished(*node);
   return values;
 }
 
 // A node's values start from the complete values of its parent.
 void Publisher::PublishFromParent(CXmlNode& node, bool force) {
-  const bool isOutermost = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
+  const bool isOutermost = (types_.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
   if (isOutermost) return;
   // The root of a foreign file has no parent and is not necessarily a project.
   if (node.GetParent() != nullptr) PublishNode(node.GetParent(), force);
-  services.propertyManager->EndParentLevel();
-  services.propertyManager->BeginChildLevel();
+  services_.propertyManager->EndParentLevel();
+  services_.propertyManager->BeginChildLevel();
 }
 
 void Publisher::PublishPath(CXmlNode& node) {
   const std::string_view set = node.NameView();
-  const std::string path = services.propertyManager->GetPropertyValue(set, "General", "Path");
+  const std::string path = services_.propertyManager->GetPropertyValue(set, "General", "Path");
   if (path.empty()) return;
-  const std::string base = paths.PathBaseOf(node);
+  const std::string base = paths_.PathBaseOf(node);
   std::string full;
-  paths.MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
+  paths_.MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
   // Settles most nodes with a single query.
-  const bool isExact = files.ExamineExactly(full).has_value();
-  if (!isExact && !files.Exists(full)) {
+  const bool isExact = files_.ExamineExactly(full).has_value();
+  if (!isExact && !files_.Exists(full)) {
     const std::string fileName = FileNameOf(path);
     const std::string folders =
-        services.propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
+        services_.propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
     for (const std::string_view folder : Split(folders, ';')) {
       if (folder.empty()) continue;
       std::string absoluteFolder;
-      paths.MakeAbsolutePath(std::string(folder), absoluteFolder, nullptr);
-      paths.MakeAbsolutePath(fileName, full, absoluteFolder.c_str());
-      if (files.Exists(full)) break;
+      paths_.MakeAbsolutePath(std::string(folder), absoluteFolder, nullptr);
+      paths_.MakeAbsolutePath(fileName, full, absoluteFolder.c_str());
+      if (files_.Exists(full)) break;
     }
   }
   node.SetAttrValue("Path", full);
   if (node.GetAttr("Extern") != nullptr) node.SetAttrValue("Extern", full);
 
-  const std::uint32_t flags = types.FlagsOf(node);
+  const std::uint32_t flags = types_.FlagsOf(node);
   const std::string kind = (flags & kTypeProject) != 0       ? "Project"
                            : (flags & kTypeApplication) != 0 ? "Application"
                                                              : "Node";
   const PathParts parts = SplitPath(full);
   const auto derive = [&](std::string_view property, const std::string& value) {
-    services.propertyManager->SetPropertyValue(set, "General", property, value);
+    services_.propertyManager->SetPropertyValue(set, "General", property, value);
   };
   derive("Path", full);
   // Outputs are named after this value, so it must be the same however the path of a file is
   // written.
-  derive(kind + "Path", isExact ? full : SpelledBelow(files, AddSeparator(base), full));
+  derive(kind + "Path", isExact ? full : SpelledBelow(files_, AddSeparator(base), full));
   derive(kind + "Dir", parts.drive + parts.folder);
   derive(kind + "Filename", parts.title + parts.extension);
   derive(kind + "Name", parts.title);
@@ -139,7 +140,7 @@ void Publisher::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
   CollectOptionChain(chain, &node);
   for (const CXmlNode* member : chain) {
     const std::string& text = TextOfOptions(*member);
-    if (!text.empty()) services.propertyManager->ApplyOptions(config, text);
+    if (!text.empty()) services_.propertyManager->ApplyOptions(config, text);
   }
 }
 
@@ -148,14 +149,14 @@ void Publisher::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
 const std::string& Publisher::TextOfOptions(const CXmlNode& owner) {
   static const std::string kNone;
   if (owner.GetChildCount() == 0) return kNone;
-  const auto [kept, isNew] = state.optionTexts.try_emplace(&owner);
+  const auto [kept, isNew] = state_.optionTexts.try_emplace(&owner);
   const CXmlNode* options = isNew ? owner.FindChild("Options") : nullptr;
   if (options != nullptr) kept->second = options->ToString(g_xmlDisplayOptions);
   return kept->second;
 }
 
 void Publisher::WriteMarker(CXmlNode& node, const std::string& config) const {
-  if ((types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0) return;
+  if ((types_.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0) return;
   CXmlNode* ownConfig = nullptr;
   FindChildNode(config.c_str(), "Header", node.FindChild("Options"), ownConfig);
   node.SetAttrValue("Marker", ownConfig != nullptr ? "0" : "-1");
@@ -164,7 +165,7 @@ void Publisher::WriteMarker(CXmlNode& node, const std::string& config) const {
 void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   const std::string_view set = node.NameView();
   const auto read = [&](const char* section, const char* property) {
-    return services.propertyManager->GetPropertyValue(set, section, property);
+    return services_.propertyManager->GetPropertyValue(set, section, property);
   };
   const std::string translateTool = read("Build", "TranslateTool");
   const std::string exclude = read("Build", "Exclude");
@@ -175,13 +176,13 @@ void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   const std::string loadExclude = read("Load", "LoadExclude");
 
   std::string base;
-  if (state.activeApplication != nullptr)
-    base = FolderOf(TextOf(state.activeApplication->GetAttrValue("Path")));
+  if (state_.activeApplication != nullptr)
+    base = FolderOf(TextOf(state_.activeApplication->GetAttrValue("Path")));
   const char* baseFolder = base.empty() ? nullptr : base.c_str();
   for (std::string* const file : {&outputFile, &listingFile}) {
     // Options mix separators; tools and build records have one spelling of a path.
-    if (paths.MakeAbsolutePath(*file, *file, baseFolder) != 0) {
-      *file = services.files.Canonical(*file);
+    if (paths_.MakeAbsolutePath(*file, *file, baseFolder) != 0) {
+      *file = services_.files.Canonical(*file);
     }
   }
   node.SetAttrValue("TranslateTool", translateTool);
@@ -191,7 +192,7 @@ void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   const char* oldListing = node.GetAttrValue("ListingFile");
   const bool isSame = oldOutput != nullptr && outputFile == oldOutput && oldListing != nullptr &&
                       listingFile == oldListing;
-  if (!isSame) ++state.outputEpoch;
+  if (!isSame) ++state_.outputEpoch;
   node.SetAttrValue("OutputFile", outputFile);
   node.SetAttrValue("ListingFile", listingFile);
   if (!dbiFile.empty()) node.SetAttrValue("DBIFile", dbiFile);
@@ -199,192 +200,193 @@ void Publisher::WriteDerivedAttributes(CXmlNode& node) {
 }
 
 CXmlNode* Publisher::LoadNodeOptions(CXmlNode* node, bool force) {
-  if (!force && node != nullptr && node == state.currentNode) {
+  if (!force && node != nullptr && node == state_.currentNode) {
     if (CXmlNode* stored = FindStoredValues(*node)) return stored;
   }
-  if (node == nullptr) node = state.GetCurrentNode();
+  if (node == nullptr) node = state_.GetCurrentNode();
   CXmlNode* application = nullptr;
-  paths.FindEnclosingApplication(node, application);
+  paths_.FindEnclosingApplication(node, application);
   if (application == nullptr) {
-    FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
+    FindChildNode(state_.projectRoot->GetAttrValue("ActiveApp"), "Header", state_.projectRoot.get(),
                   application);
   }
   const bool isApplication =
-      application != nullptr && (types.FlagsOf(*application) & kTypeApplication) != 0;
-  if (isApplication) state.activeApplication = application;
-  state.currentNode = node;
+      application != nullptr && (types_.FlagsOf(*application) & kTypeApplication) != 0;
+  if (isApplication) state_.activeApplication = application;
+  state_.currentNode = node;
 
-  services.propertyManager->BeginUpdate();
-  services.propertyManager->ClearValues();
+  services_.propertyManager->BeginUpdate();
+  services_.propertyManager->ClearValues();
   ReadConfigurations();
-  services.propertyManager->SetCurrentConfig(GetCurrentConfigName());
+  services_.propertyManager->SetCurrentConfig(GetCurrentConfigName());
   CXmlNode* values = PublishNode(node, force);
   RestorePropState(*node);
-  services.propertyManager->EndUpdate();
+  services_.propertyManager->EndUpdate();
 
-  const std::uint64_t epoch = state.treeEpoch;
-  host.SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings",
-                kOptionsPane);
-  if (state.treeEpoch != epoch) return nullptr;
-  if (state.currentNode == node)
+  const std::uint64_t epoch = state_.treeEpoch;
+  host_.SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings",
+                 kOptionsPane);
+  if (state_.treeEpoch != epoch) return nullptr;
+  if (state_.currentNode == node)
     LoadToolCommands(*node);  // a handler may have selected another node
   return values;
 }
 
 void Publisher::ReadConfigurations() {
-  if (state.activeApplication == nullptr) return;
-  const CXmlNode* configs = state.activeApplication->FindChild("Configs");
+  if (state_.activeApplication == nullptr) return;
+  const CXmlNode* configs = state_.activeApplication->FindChild("Configs");
   if (configs == nullptr) return;
-  const auto [kept, isNew] = state.optionTexts.try_emplace(configs);
+  const auto [kept, isNew] = state_.optionTexts.try_emplace(configs);
   if (isNew) {
     CXmlNode list;
     list.SetName("ProjectsConfigs");
     list.AppendCopy(*configs);
     kept->second = list.ToString(g_xmlDisplayOptions);
   }
-  services.propertyManager->ReadValuesFromText(kept->second);
+  services_.propertyManager->ReadValuesFromText(kept->second);
 }
 
 void Publisher::LoadToolCommands(const CXmlNode& node) {
-  dynamicCommands.reset();
+  dynamicCommands_.reset();
   const char* path = node.GetAttrValue("Path");
   if (path == nullptr) return;
-  const std::string tools = services.toolManager == nullptr
+  const std::string tools = services_.toolManager == nullptr
                                 ? std::string()
-                                : services.toolManager->GetToolsForExtension(ExtensionOf(path));
-  dynamicCommands = std::make_unique<CXmlNode>();
-  dynamicCommands->Load(tools, g_xmlParseInfo);
-  for (int i = 0; i < dynamicCommands->GetChildCount(); ++i) {
-    dynamicCommands->GetChild(i)->SetAttrValue("Id", ToDecimal(TARN_CMD_FIRST_TOOL + i));
+                                : services_.toolManager->GetToolsForExtension(ExtensionOf(path));
+  dynamicCommands_ = std::make_unique<CXmlNode>();
+  dynamicCommands_->Load(tools, g_xmlParseInfo);
+  for (int i = 0; i < dynamicCommands_->GetChildCount(); ++i) {
+    dynamicCommands_->GetChild(i)->SetAttrValue("Id", ToDecimal(TARN_CMD_FIRST_TOOL + i));
   }
 }
 
 std::string Publisher::GetDynamicCommands(std::uint32_t commandId) {
-  const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
+  const bool hasCommands = dynamicCommands_ != nullptr && dynamicCommands_->GetChildCount() > 0;
   if (commandId != static_cast<std::uint32_t>(TARN_CMD_LIST_TOOLS) || !hasCommands) return {};
-  return dynamicCommands->ToString(g_xmlDisplayOptions);
+  return dynamicCommands_->ToString(g_xmlDisplayOptions);
 }
 
 void Publisher::RenewPropState(CXmlNode& node) {
   if (CXmlNode* old = node.FindChild("PropState")) node.RemoveChild(old);
-  node.AddChild("PropState", services.propertyManager->GetPropState());
+  node.AddChild("PropState", services_.propertyManager->GetPropState());
 }
 
 void Publisher::RestorePropState(const CXmlNode& node) {
   if (const CXmlNode* stored = node.FindChild("PropState")) {
-    services.propertyManager->SetPropState(stored->ValueText());
+    services_.propertyManager->SetPropState(stored->ValueText());
   }
 }
 
 void Publisher::RunAutoDebugStep() {
-  if (state.creatingProject != 0 || state.activeApplication == nullptr) return;
-  if ((types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0)
-    host.PostHostCommand(TARN_CMD_AUTO_DEBUG);
+  if (state_.creatingProject != 0 || state_.activeApplication == nullptr) return;
+  if ((types_.FlagsOf(*state_.activeApplication) & kTypeAutoDebug) != 0)
+    host_.PostHostCommand(TARN_CMD_AUTO_DEBUG);
 }
 
 void Publisher::SendActiveApplication() {
-  if (state.activeApplication == nullptr) return;
-  host.SendHost(kMsgApplicationActivated, TextOf(state.activeApplication->GetAttrValue("Path")),
-                GetCurrentConfigName());
+  if (state_.activeApplication == nullptr) return;
+  host_.SendHost(kMsgApplicationActivated, TextOf(state_.activeApplication->GetAttrValue("Path")),
+                 GetCurrentConfigName());
 }
 
 void Publisher::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
-  services.build.NoteSelected(node);
-  const CXmlNode* notedApplication = state.activeApplication;
-  const CXmlNode* notedNode = state.currentNode;
-  if (state.currentNode != nullptr) RenewPropState(*state.currentNode);
-  const std::uint64_t epoch = state.treeEpoch;
+  services_.build.NoteSelected(node);
+  const CXmlNode* notedApplication = state_.activeApplication;
+  const CXmlNode* notedNode = state_.currentNode;
+  if (state_.currentNode != nullptr) RenewPropState(*state_.currentNode);
+  const std::uint64_t epoch = state_.treeEpoch;
   LoadNodeOptions(node, false);
-  if (state.treeEpoch != epoch) return;
-  if (state.activeApplication != nullptr && state.activeApplication != notedApplication) {
+  if (state_.treeEpoch != epoch) return;
+  if (state_.activeApplication != nullptr && state_.activeApplication != notedApplication) {
     SendActiveApplication();
-    if (state.treeEpoch != epoch) return;
-    views.SetGlobalsFile(paths.GlobalsFileOf(*state.activeApplication));
+    if (state_.treeEpoch != epoch) return;
+    views_.SetGlobalsFile(paths_.GlobalsFileOf(*state_.activeApplication));
     RunAutoDebugStep();
   }
-  if (state.currentNode != nullptr && state.currentNode != notedNode) {
-    host.SendHost(kMsgCurrentNodeChanged, TextOf(state.currentNode->GetAttrValue("Path")), 0);
-    if (state.treeEpoch != epoch) return;
+  if (state_.currentNode != nullptr && state_.currentNode != notedNode) {
+    host_.SendHost(kMsgCurrentNodeChanged, TextOf(state_.currentNode->GetAttrValue("Path")), 0);
+    if (state_.treeEpoch != epoch) return;
   }
-  if (views.GetSelectedNode() != node) views.SelectTreeNode(node);
+  if (views_.GetSelectedNode() != node) views_.SelectTreeNode(node);
 }
 
 std::int32_t Publisher::SetActiveApplication(CXmlNode* application) {
-  if (!services.build.CanStartOperation()) return 0;
-  if (application == nullptr || (types.FlagsOf(*application) & kTypeApplication) == 0) return 0;
+  if (!services_.build.CanStartOperation()) return 0;
+  if (application == nullptr || (types_.FlagsOf(*application) & kTypeApplication) == 0) return 0;
   CXmlNode* present = nullptr;
-  FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
+  FindChildNode(state_.projectRoot->GetAttrValue("ActiveApp"), "Header", state_.projectRoot.get(),
                 present);
   if (present != nullptr) {
     if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
-    if (present != application) state.NoteModified();
+    if (present != application) state_.NoteModified();
   }
   application->SetAttrValue("highlight", "yes");
-  state.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
-  views.RepaintTree();
+  state_.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
+  views_.RepaintTree();
   return 1;
 }
 
 std::int32_t Publisher::PublishNextNode(CXmlNode* node) {
   if (node == nullptr) return 0;
-  CXmlNode* next = publishCursor.Next(
-      *node, state.publishEpoch,
+  CXmlNode* next = publishCursor_.Next(
+      *node, state_.publishEpoch,
       [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; }, IsContentNode);
   if (next == nullptr) return 0;
-  paths.FindEnclosingApplication(next, state.activeApplication);
-  state.currentNode = next;
-  services.propertyManager->ClearValues();
+  paths_.FindEnclosingApplication(next, state_.activeApplication);
+  state_.currentNode = next;
+  services_.propertyManager->ClearValues();
   ReadConfigurations();
-  services.propertyManager->SetCurrentConfig(GetCurrentConfigName());
-  PublishNode(state.currentNode, false);
+  services_.propertyManager->SetCurrentConfig(GetCurrentConfigName());
+  PublishNode(state_.currentNode, false);
   return 1;
 }
 
 std::int32_t Publisher::PublishTick() {
   // The worker publishes what it needs, and a nested tick would lose the search position.
-  if (inPublishTick || services.build.IsWorkerAlive() || services.build.IsBuildingHere()) return 0;
-  inPublishTick = true;
-  const std::uint64_t opened = state.projectEpoch;
-  CXmlNode* const notedNode = state.currentNode;
-  CXmlNode* const notedApplication = state.activeApplication;
+  if (inPublishTick_ || services_.build.IsWorkerAlive() || services_.build.IsBuildingHere())
+    return 0;
+  inPublishTick_ = true;
+  const std::uint64_t opened = state_.projectEpoch;
+  CXmlNode* const notedNode = state_.currentNode;
+  CXmlNode* const notedApplication = state_.activeApplication;
   if (notedNode != nullptr) {
-    services.propertyManager->BeginUpdate();
+    services_.propertyManager->BeginUpdate();
     RenewPropState(*notedNode);
   }
   std::int32_t remains = 1;
   int published = 0;
-  while (published < kNodesPerTick && (remains = PublishNextNode(state.projectRoot.get())) != 0) {
+  while (published < kNodesPerTick && (remains = PublishNextNode(state_.projectRoot.get())) != 0) {
     ++published;
   }
 
-  const std::uint64_t epoch = state.treeEpoch;
+  const std::uint64_t epoch = state_.treeEpoch;
   // Restores even if the tree is finished: the user's next change belongs to the node that was
   // current.
   if (published > 0) RestoreCurrent(notedApplication, notedNode);
-  if (state.projectEpoch == opened) inPublishTick = false;
-  if (state.treeEpoch != epoch) {
-    if (notedNode != nullptr) services.propertyManager->EndUpdate();
+  if (state_.projectEpoch == opened) inPublishTick_ = false;
+  if (state_.treeEpoch != epoch) {
+    if (notedNode != nullptr) services_.propertyManager->EndUpdate();
     return 0;
   }
-  if (remains == 0) views.StopStepTimer();
-  if (state.currentNode != nullptr) RestorePropState(*state.currentNode);
-  services.propertyManager->EndUpdate();
+  if (remains == 0) views_.StopStepTimer();
+  if (state_.currentNode != nullptr) RestorePropState(*state_.currentNode);
+  services_.propertyManager->EndUpdate();
   if (remains != 0) return 1;
 
-  host.PostHostCommand(TARN_CMD_OPTIONS_LOADED);
-  if (state.activeApplication != nullptr) {
-    host.SendHost(kMsgApplicationKnown, TextOf(state.activeApplication->GetAttrValue("Path")),
-                  GetCurrentConfigName());
-    if (state.treeEpoch != epoch) return 0;
+  host_.PostHostCommand(TARN_CMD_OPTIONS_LOADED);
+  if (state_.activeApplication != nullptr) {
+    host_.SendHost(kMsgApplicationKnown, TextOf(state_.activeApplication->GetAttrValue("Path")),
+                   GetCurrentConfigName());
+    if (state_.treeEpoch != epoch) return 0;
   }
   RunAutoDebugStep();
   return 0;
 }
 
 bool Publisher::HasUnpublished() {
-  return publishCursor.Next(
-             *state.projectRoot, state.publishEpoch,
+  return publishCursor_.Next(
+             *state_.projectRoot, state_.publishEpoch,
              [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
              IsContentNode) != nullptr;
 }
@@ -397,7 +399,7 @@ bool Publisher::PublishFor(std::chrono::milliseconds time) {
   PublishAside([&] {
     bool published = false;
     while (remains && Clock::now() - start < time) {
-      remains = PublishNextNode(state.projectRoot.get()) != 0;
+      remains = PublishNextNode(state_.projectRoot.get()) != 0;
       published = published || remains;
     }
     return published;
@@ -406,7 +408,7 @@ bool Publisher::PublishFor(std::chrono::milliseconds time) {
 }
 
 bool Publisher::PublishChildren(CXmlNode* parent) {
-  if (parent == nullptr || services.build.IsBuildingHere() || !CanPublishAside()) return false;
+  if (parent == nullptr || services_.build.IsBuildingHere() || !CanPublishAside()) return false;
   std::vector<CXmlNode*> unpublished;
   for (CXmlNode* const child : parent->GetChildren()) {
     const bool isDue = IsContentNode(*child) && FindStoredValues(*child) == nullptr;
@@ -421,36 +423,36 @@ bool Publisher::PublishChildren(CXmlNode* parent) {
 }
 
 bool Publisher::CanPublishAside() const {
-  return state.isOpen && !services.build.IsWorkerAlive() && !inPublishTick;
+  return state_.isOpen && !services_.build.IsWorkerAlive() && !inPublishTick_;
 }
 
 // Runs `publish`, which returns true if it published anything, and then restores the current node.
 void Publisher::PublishAside(const std::function<bool()>& publish) {
-  CXmlNode* const notedNode = state.currentNode;
-  CXmlNode* const notedApplication = state.activeApplication;
-  services.propertyManager->BeginUpdate();
+  CXmlNode* const notedNode = state_.currentNode;
+  CXmlNode* const notedApplication = state_.activeApplication;
+  services_.propertyManager->BeginUpdate();
   if (notedNode != nullptr) RenewPropState(*notedNode);
   const bool published = publish();
-  const std::uint64_t epoch = state.treeEpoch;
+  const std::uint64_t epoch = state_.treeEpoch;
   if (published) RestoreCurrent(notedApplication, notedNode);
-  if (state.treeEpoch == epoch && state.currentNode != nullptr)
-    RestorePropState(*state.currentNode);
-  services.propertyManager->EndUpdate();
+  if (state_.treeEpoch == epoch && state_.currentNode != nullptr)
+    RestorePropState(*state_.currentNode);
+  services_.propertyManager->EndUpdate();
 }
 
 void Publisher::PublishSubtree(CXmlNode& node) {
-  CXmlNode* const notedApplication = state.activeApplication;
+  CXmlNode* const notedApplication = state_.activeApplication;
   bool published = false;
   while (PublishNextNode(&node)) published = true;
   if (!published) return;
-  state.activeApplication = notedApplication;
-  state.currentNode = nullptr;
+  state_.activeApplication = notedApplication;
+  state_.currentNode = nullptr;
 }
 
 // Loads `node` into the property manager again after other nodes were published.
 void Publisher::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
-  state.activeApplication = application;
-  state.currentNode = nullptr;
+  state_.activeApplication = application;
+  state_.currentNode = nullptr;
   SetCurrentNode(node);
 }
 

@@ -29,13 +29,13 @@ class Publisher {
  public:
   Publisher(ProjectServices& projectServices, ProjectState& projectState,
             const ProjectPaths& projectPaths, HostLink& hostLink)
-      : services(projectServices),
-        files(projectServices.files),
-        types(projectServices.types),
-        views(projectServices.views),
-        state(projectState),
-        paths(projectPaths),
-        host(hostLink) {}
+      : services_(projectServices),
+        files_(projectServices.files),
+        types_(projectServices.types),
+        views_(projectServices.views),
+        state_(projectState),
+        paths_(projectPaths),
+        host_(hostLink) {}
 
   // --- Current node and application ---
   //
@@ -59,7 +59,7 @@ class Publisher {
   // Returns the tools available for the current node as XML; empty if there are none.
   std::string GetDynamicCommands(std::uint32_t commandId);
   // Same as a tree; nullptr if no node was current.
-  const CXmlNode* GetDynamicCommandTree() const { return dynamicCommands.get(); }
+  const CXmlNode* GetDynamicCommandTree() const { return dynamicCommands_.get(); }
   // Saves the state of the options window in this node.
   void RenewPropState(CXmlNode& node);
   // Restores the state of the options window from this node.
@@ -92,16 +92,16 @@ class Publisher {
   // Appends the nodes whose stored options apply to `node`, from its application down to the node.
   void CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const;
 
-  bool IsPublishingSuspended() const { return publishingSuspended; }
+  bool IsPublishingSuspended() const { return publishingSuspended_; }
   void SetPublishingSuspended(bool suspended) {
-    publishingSuspended = suspended;
-    publishingStopped = true;
+    publishingSuspended_ = suspended;
+    publishingStopped_ = true;
   }
   // Returns true if the user stopped background publishing for this project.
-  bool IsPublishingStopped() const { return publishingStopped; }
-  void NoteOpened() { publishingStopped = false; }
+  bool IsPublishingStopped() const { return publishingStopped_; }
+  void NoteOpened() { publishingStopped_ = false; }
   // A tick that is running restores nothing of this project any more.
-  void NoteClosing() { inPublishTick = false; }
+  void NoteClosing() { inPublishTick_ = false; }
 
  private:
   void PublishFromParent(CXmlNode& node, bool force);
@@ -115,18 +115,18 @@ class Publisher {
   bool CanPublishAside() const;
   void PublishAside(const std::function<bool()>& publish);
 
-  ProjectServices& services;
-  FileSystem& files;
-  const NodeTypes& types;
-  const ProjectViews& views;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  HostLink& host;
-  std::unique_ptr<CXmlNode> dynamicCommands;
-  bool publishingSuspended = false;
-  bool publishingStopped = false;
-  bool inPublishTick = false;
-  PublishCursor publishCursor;
+  ProjectServices& services_;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  const ProjectViews& views_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  HostLink& host_;
+  std::unique_ptr<CXmlNode> dynamicCommands_;
+  bool publishingSuspended_ = false;
+  bool publishingStopped_ = false;
+  bool inPublishTick_ = false;
+  PublishCursor publishCursor_;
 };
 
 }  // namespace tarn

@@ -48,7 +48,7 @@ void StructureCheck::CheckFile(const CXmlNode& root, const std::vector<std::stri
 // that lists none may use any.
 void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
   const std::string config = TextOf(root.GetAttrValue("Config"));
-  const bool isChosen = (types.FlagsOf(root) & kTypeApplication) != 0 && !config.empty();
+  const bool isChosen = (types_.FlagsOf(root) & kTypeApplication) != 0 && !config.empty();
   if (!isChosen || EqualNoCase(config, kStandardConfig)) return;
   bool isListing = false;
   bool isKnown = false;
@@ -66,27 +66,27 @@ void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
 }
 
 bool StructureCheck::HasOwnFile(const CXmlNode& node) const {
-  return (types.FlagsOf(node) & kTypeExtern) != 0 && !TextOf(node.GetAttrValue("Extern")).empty();
+  return (types_.FlagsOf(node) & kTypeExtern) != 0 && !TextOf(node.GetAttrValue("Extern")).empty();
 }
 
 bool StructureCheck::IsNodeAmong(const CXmlNode& holder, const CXmlNode& node) const {
   if (!IsKnown(node)) return false;
   // Dependencies that a tool reported are named like a type but have no path.
   const bool mayBeReported = holder.NameView() == "Dependencies";
-  return !mayBeReported || (types.FlagsOf(node) & kTypePath) == 0 || node.GetAttr("Path");
+  return !mayBeReported || (types_.FlagsOf(node) & kTypePath) == 0 || node.GetAttr("Path");
 }
 
 void StructureCheck::Report(const CXmlNode& element, const std::string& where, bool isKept) {
-  collector.Add(element, Describe(element) + " " + where, isKept);
+  collector_.Add(element, Describe(element) + " " + where, isKept);
 }
 
 void StructureCheck::CheckReferences(const CXmlNode& root,
                                      const std::vector<std::string>& outerFiles) {
   std::set<std::string> seen;
-  for (const std::string& file : outerFiles) seen.insert(resolve(file));
+  for (const std::string& file : outerFiles) seen.insert(resolve_(file));
   ForEachElement(root, [&](const CXmlNode& child) {
     if (!HasOwnFile(child)) return;
-    if (!seen.insert(resolve(child.GetAttrValue("Extern"))).second) {
+    if (!seen.insert(resolve_(child.GetAttrValue("Extern"))).second) {
       Report(child, "names a file that has already been read", true);
     }
     bool hasContent = false;
@@ -100,7 +100,7 @@ void StructureCheck::CheckReferences(const CXmlNode& root,
 }
 
 void StructureCheck::CheckNode(const CXmlNode& node, const CXmlNode* leaf, bool isFileRoot) {
-  if (leaf == nullptr && (types.FlagsOf(node) & kTypeIsLeaf) != 0) leaf = &node;
+  if (leaf == nullptr && (types_.FlagsOf(node) & kTypeIsLeaf) != 0) leaf = &node;
   bool hasOptions = false;
   bool hasConfigs = false;
   ForEachElement(node, [&](const CXmlNode& child) {

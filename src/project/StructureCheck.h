@@ -28,14 +28,14 @@ class StructureCheck {
   using Resolve = std::function<std::string(const std::string& fileName)>;
 
   StructureCheck(const NodeTypes& nodeTypes, DamageCollector& found, Resolve resolveFile)
-      : types(nodeTypes), collector(found), resolve(std::move(resolveFile)) {}
+      : types_(nodeTypes), collector_(found), resolve_(std::move(resolveFile)) {}
 
   // Checks the tree read from one file. `outerFiles` are the files being read, including that of
   // `root`.
   void CheckFile(const CXmlNode& root, const std::vector<std::string>& outerFiles);
 
  private:
-  bool IsKnown(const CXmlNode& node) const { return types.GetNodeType(node) != nullptr; }
+  bool IsKnown(const CXmlNode& node) const { return types_.GetNodeType(node) != nullptr; }
   bool HasOwnFile(const CXmlNode& node) const;
   // Returns true if the element is a node of the project rather than a file reported by a tool.
   bool IsNodeAmong(const CXmlNode& holder, const CXmlNode& node) const;
@@ -49,9 +49,9 @@ class StructureCheck {
   void CheckData(const CXmlNode& holder, const CXmlNode& parent, bool isKept);
   void Report(const CXmlNode& element, const std::string& where, bool isKept);
 
-  const NodeTypes& types;
-  DamageCollector& collector;
-  Resolve resolve;
+  const NodeTypes& types_;
+  DamageCollector& collector_;
+  Resolve resolve_;
 };
 
 }  // namespace tarn

@@ -24,90 +24,90 @@ void ForgetDerived(CXmlNode& node) {
 }  // namespace
 
 void TreeEditor::ClearDefaultApplicationItems() {
-  if (!services.build.CanStartOperation()) return;
-  if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
-    const TreeUpdate update(views);
-    state.RemoveContentChildren(*state.activeApplication);
+  if (!services_.build.CanStartOperation()) return;
+  if (state_.isDefaultProject != 0 && state_.activeApplication != nullptr) {
+    const TreeUpdate update(views_);
+    state_.RemoveContentChildren(*state_.activeApplication);
   }
-  publisher.RunAutoDebugStep();
+  publisher_.RunAutoDebugStep();
 }
 
 CXmlNode* TreeEditor::FindItem(const char* itemname) {
-  if (itemname == nullptr) return state.GetCurrentNode();
+  if (itemname == nullptr) return state_.GetCurrentNode();
   CXmlNode* found = nullptr;
   if (*itemname == '\0') return found;
-  FindTreeNode(itemname, "Path", state.projectRoot.get(), found);
-  if (found == nullptr) FindTreeNode(itemname, "Header", state.projectRoot.get(), found);
+  FindTreeNode(itemname, "Path", state_.projectRoot.get(), found);
+  if (found == nullptr) FindTreeNode(itemname, "Header", state_.projectRoot.get(), found);
   return found;
 }
 
 std::int32_t TreeEditor::RemoveItem(const char* itemname) {
-  if (!services.build.CanStartOperation()) return 0;
+  if (!services_.build.CanStartOperation()) return 0;
   CXmlNode* const node = FindItem(itemname);
   if (node == nullptr) return 0;
   CXmlNode* const holder = node->GetParent();
-  state.NoteModified();
-  std::uint64_t epoch = state.treeEpoch;
+  state_.NoteModified();
+  std::uint64_t epoch = state_.treeEpoch;
   if (holder == nullptr) {
-    if (state.currentNode == node) state.currentNode = nullptr;
+    if (state_.currentNode == node) state_.currentNode = nullptr;
   } else {
-    const TreeUpdate update(views, UpdateScope::Told);
-    state.FreeSubtree(*holder, node);
-    views.TellUpdated(*holder);
+    const TreeUpdate update(views_, UpdateScope::Told);
+    state_.FreeSubtree(*holder, node);
+    views_.TellUpdated(*holder);
     // Otherwise a node with the same name would be selected for a moment.
-    if (views.GetSelectedNode() == nullptr) views.SelectTreeNode(holder);
-    epoch = state.treeEpoch;
+    if (views_.GetSelectedNode() == nullptr) views_.SelectTreeNode(holder);
+    epoch = state_.treeEpoch;
   }
-  if (state.treeEpoch == epoch) publisher.SetCurrentNode(holder);
-  publisher.RunAutoDebugStep();
+  if (state_.treeEpoch == epoch) publisher_.SetCurrentNode(holder);
+  publisher_.RunAutoDebugStep();
   return 1;
 }
 
 std::int32_t TreeEditor::CopyNode(CXmlNode* node) {
-  if (!services.build.CanStartOperation()) return 0;
-  if (node == nullptr) node = state.GetCurrentNode();
+  if (!services_.build.CanStartOperation()) return 0;
+  if (node == nullptr) node = state_.GetCurrentNode();
   if (node == nullptr) return 0;
-  clipboardNode = std::make_unique<CXmlNode>();
-  clipboardNode->CopyFrom(*node);
+  clipboardNode_ = std::make_unique<CXmlNode>();
+  clipboardNode_->CopyFrom(*node);
   // The copy may be pasted into an application in a different folder.
-  paths.MakePathsAbsolute(*clipboardNode, paths.PathBaseOf(*node));
+  paths_.MakePathsAbsolute(*clipboardNode_, paths_.PathBaseOf(*node));
   return 1;
 }
 
 // Pastes a copy of the clipboard at the target without selecting it. Returns nullptr if the types
 // forbid it.
 CXmlNode* TreeEditor::Paste(CXmlNode* target) {
-  const bool isBefore = target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0;
+  const bool isBefore = target != nullptr && (types_.FlagsOf(*target) & kTypeIsLeaf) != 0;
   CXmlNode* const holder = isBefore ? target->GetParent() : target;
-  if (!types.CanContain(holder, clipboardNode.get())) return nullptr;
+  if (!types_.CanContain(holder, clipboardNode_.get())) return nullptr;
   auto copy = std::make_unique<CXmlNode>();
-  copy->CopyFrom(*clipboardNode);
+  copy->CopyFrom(*clipboardNode_);
   ForgetDerived(*copy);
-  derived.ResetNodeCache(*copy, true);
-  state.NoteModified();
+  derived_.ResetNodeCache(*copy, true);
+  state_.NoteModified();
   return AttachNode(*holder, std::move(copy), Opens::No, isBefore ? target : nullptr);
 }
 
 std::int32_t TreeEditor::PasteNode(CXmlNode* target) {
-  if (!services.build.CanStartOperation()) return 0;
-  CXmlNode* const copy = Paste(target == nullptr ? state.GetCurrentNode() : target);
+  if (!services_.build.CanStartOperation()) return 0;
+  CXmlNode* const copy = Paste(target == nullptr ? state_.GetCurrentNode() : target);
   if (copy == nullptr) return 0;
-  publisher.SetCurrentNode(copy);
+  publisher_.SetCurrentNode(copy);
   return 1;
 }
 
 void TreeEditor::MoveNode(CXmlNode* node, CXmlNode* target) {
-  if (node == nullptr || !services.build.CanStartOperation()) return;
+  if (node == nullptr || !services_.build.CanStartOperation()) return;
   for (const CXmlNode* above = target; above != nullptr; above = above->GetParent()) {
     if (above == node) return;
   }
-  const TreeUpdate update(views);
-  state.NoteModified();
+  const TreeUpdate update(views_);
+  state_.NoteModified();
   if (!CopyNode(node)) return;
-  CXmlNode* const copy = Paste(target == nullptr ? state.GetCurrentNode() : target);
+  CXmlNode* const copy = Paste(target == nullptr ? state_.GetCurrentNode() : target);
   if (copy == nullptr) return;
-  if (CXmlNode* parent = node->GetParent()) state.FreeSubtree(*parent, node);
-  publisher.SetCurrentNode(copy);
+  if (CXmlNode* parent = node->GetParent()) state_.FreeSubtree(*parent, node);
+  publisher_.SetCurrentNode(copy);
 }
 
 CXmlNode* TreeEditor::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
@@ -115,14 +115,14 @@ CXmlNode* TreeEditor::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> nod
   CXmlNode* attached = nullptr;
   std::uint64_t epoch = 0;
   {
-    const TreeUpdate update(views, UpdateScope::Told);  // records first which nodes are expanded
+    const TreeUpdate update(views_, UpdateScope::Told);  // records first which nodes are expanded
     if (opens == Opens::Yes) parent.SetAttrValue("sate", "32");
     attached = parent.InsertChildBefore(std::move(node), before);
-    views.TellUpdated(parent);
-    state.NoteTreeChange();
-    epoch = state.treeEpoch;
+    views_.TellUpdated(parent);
+    state_.NoteTreeChange();
+    epoch = state_.treeEpoch;
   }
-  return state.treeEpoch == epoch ? attached : nullptr;
+  return state_.treeEpoch == epoch ? attached : nullptr;
 }
 
 }  // namespace tarn

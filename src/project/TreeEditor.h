@@ -20,13 +20,13 @@ class TreeEditor {
 
   TreeEditor(ProjectServices& projectServices, ProjectState& projectState,
              const ProjectPaths& projectPaths, DerivedData& derivedData, Publisher& nodePublisher)
-      : services(projectServices),
-        types(projectServices.types),
-        views(projectServices.views),
-        state(projectState),
-        paths(projectPaths),
-        derived(derivedData),
-        publisher(nodePublisher) {}
+      : services_(projectServices),
+        types_(projectServices.types),
+        views_(projectServices.views),
+        state_(projectState),
+        paths_(projectPaths),
+        derived_(derivedData),
+        publisher_(nodePublisher) {}
 
   // Clears every pointer to the item's subtree, then frees it. Deletes no files. A null name means
   // the current node.
@@ -47,14 +47,14 @@ class TreeEditor {
   CXmlNode* FindItem(const char* itemname);
   CXmlNode* Paste(CXmlNode* target);
 
-  ProjectServices& services;
-  const NodeTypes& types;
-  const ProjectViews& views;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  DerivedData& derived;
-  Publisher& publisher;
-  std::unique_ptr<CXmlNode> clipboardNode;
+  ProjectServices& services_;
+  const NodeTypes& types_;
+  const ProjectViews& views_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  DerivedData& derived_;
+  Publisher& publisher_;
+  std::unique_ptr<CXmlNode> clipboardNode_;
 };
 
 }  // namespace tarn

@@ -24,15 +24,15 @@ namespace {
 // separate file omits are kept, or a damaged file would remove the reference to itself.
 class BareElement {
  public:
-  explicit BareElement(const CXmlNode& node) : name(node.GetName()) {
+  explicit BareElement(const CXmlNode& node) : name_(node.GetName()) {
     for (const CXmlAttr& each : node.Attributes()) {
-      attributes.emplace_back(each.GetName(), each.GetValue());
+      attributes_.emplace_back(each.GetName(), each.GetValue());
     }
   }
 
   void Complete(CXmlNode& node, bool isWhole, const NodeTypes& types) const {
-    if (!isWhole && (types.FlagsOf(node) & kTypeExtern) == 0) node.SetName(name);
-    for (const auto& [attribute, value] : attributes) {
+    if (!isWhole && (types.FlagsOf(node) & kTypeExtern) == 0) node.SetName(name_);
+    for (const auto& [attribute, value] : attributes_) {
       const bool isFile = attribute == "Extern";
       const char* present = node.GetAttrValue(attribute);
       const bool isMissing = present == nullptr || (isFile && *present == '\0');
@@ -46,24 +46,24 @@ class BareElement {
   bool CheckName(CXmlNode& node, bool isProject, const NodeTypes& types,
                  DamageCollector& found) const {
     CXmlNode named;
-    named.SetName(name);
+    named.SetName(name_);
     const std::uint32_t kind = isProject ? kTypeProject : kTypeExtern;
     const bool isOfKind = (types.FlagsOf(node) & kind) != 0;
     const bool isAdded = !isProject && node.GetParent() == nullptr;
-    if (EqualNoCase(node.NameView(), name) || (isOfKind && (isProject || isAdded))) return true;
+    if (EqualNoCase(node.NameView(), name_) || (isOfKind && (isProject || isAdded))) return true;
     if ((types.FlagsOf(named) & kind) == 0) return true;
     const bool stays = isOfKind || (isProject && types.GetNodeType(node) == nullptr);
     found.Add(node,
               "the root is <" + node.GetName() + ">, " +
-                  (isProject ? "not that of a project" : "the project names <" + name + ">"),
+                  (isProject ? "not that of a project" : "the project names <" + name_ + ">"),
               stays);
-    if (!stays) node.SetName(name);
+    if (!stays) node.SetName(name_);
     return stays;
   }
 
  private:
-  std::string name;
-  std::vector<std::pair<std::string, std::string>> attributes;
+  std::string name_;
+  std::vector<std::pair<std::string, std::string>> attributes_;
 };
 
 // Removes cached values. They do not belong in a file, and a node that had some would never be
@@ -82,71 +82,71 @@ void DropStoredValues(CXmlNode& node) {
 }  // namespace
 
 std::int32_t TreeLoader::LoadProjectFile(const ReplacedFiles* replacedFiles) {
-  const std::uint64_t opened = state.projectEpoch;
+  const std::uint64_t opened = state_.projectEpoch;
   // A handler of a log message may open another project while this one is being read.
-  std::vector<std::string> outer = std::exchange(loadingFiles, {});
-  const ReplacedFiles* const outerReplaced = std::exchange(replaced, replacedFiles);
-  const std::int32_t loaded = LoadTreeFile(*state.projectRoot, state.projectPath);
-  if (loaded && state.projectEpoch == opened) CheckActiveApplication();
-  loadingFiles = std::move(outer);
-  replaced = outerReplaced;
+  std::vector<std::string> outer = std::exchange(loadingFiles_, {});
+  const ReplacedFiles* const outerReplaced = std::exchange(replaced_, replacedFiles);
+  const std::int32_t loaded = LoadTreeFile(*state_.projectRoot, state_.projectPath);
+  if (loaded && state_.projectEpoch == opened) CheckActiveApplication();
+  loadingFiles_ = std::move(outer);
+  replaced_ = outerReplaced;
   return loaded;
 }
 
 std::int32_t TreeLoader::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
-  if (!paths.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  if (!paths_.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   // A file that references one of its ancestors would be read forever.
-  if (std::find(loadingFiles.begin(), loadingFiles.end(), absolute) != loadingFiles.end()) {
-    services.output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
+  if (std::find(loadingFiles_.begin(), loadingFiles_.end(), absolute) != loadingFiles_.end()) {
+    services_.output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
     return 0;
   }
-  if (loadingFiles.empty()) repeatedReads = {};
-  if (!repeatedReads.Allows(files.Canonical(absolute))) {
-    if (repeatedReads.IsFirstRefusal()) {
-      services.output->WriteMessage(kRowCannotRead, {absolute},
-                                    "the project refers to its files too often");
+  if (loadingFiles_.empty()) repeatedReads_ = {};
+  if (!repeatedReads_.Allows(files_.Canonical(absolute))) {
+    if (repeatedReads_.IsFirstRefusal()) {
+      services_.output->WriteMessage(kRowCannotRead, {absolute},
+                                     "the project refers to its files too often");
     }
     return 0;
   }
-  const std::uint64_t epoch = state.treeEpoch;
-  const bool isReplaced = replaced != nullptr && replaced->Find(absolute) != nullptr;
+  const std::uint64_t epoch = state_.treeEpoch;
+  const bool isReplaced = replaced_ != nullptr && replaced_->Find(absolute) != nullptr;
   const bool isThere =
-      isReplaced || CheckFileAccess(files, absolute, kMustExist, *services.output) != 0;
-  if (!isThere || state.treeEpoch != epoch) return 0;
+      isReplaced || CheckFileAccess(files_, absolute, kMustExist, *services_.output) != 0;
+  if (!isThere || state_.treeEpoch != epoch) return 0;
   // A read-only project is opened anyway; the log says that it cannot be saved. A file that can't
   // be read is reported below.
-  if (!isReplaced && !onlyReads && files.CanRead(absolute)) {
-    CheckFileAccess(files, absolute, kMustBeWritable, *services.output);
+  if (!isReplaced && !onlyReads_ && files_.CanRead(absolute)) {
+    CheckFileAccess(files_, absolute, kMustBeWritable, *services_.output);
   }
-  if (state.treeEpoch != epoch) return 0;
+  if (state_.treeEpoch != epoch) return 0;
 
-  loadingFiles.push_back(absolute);
+  loadingFiles_.push_back(absolute);
   const std::int32_t done = LoadTreeText(node, absolute) ? LoadExternChildren(node, epoch) : 0;
-  loadingFiles.pop_back();
+  loadingFiles_.pop_back();
   return done;
 }
 
 std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolute) {
-  const std::uint64_t epoch = state.treeEpoch;
-  const std::string* const own = replaced == nullptr ? nullptr : replaced->Find(absolute);
+  const std::uint64_t epoch = state_.treeEpoch;
+  const std::string* const own = replaced_ == nullptr ? nullptr : replaced_->Find(absolute);
   const Result<std::string> text =
-      own == nullptr ? files.ReadWholeFile(absolute) : Result<std::string>(*own);
+      own == nullptr ? files_.ReadWholeFile(absolute) : Result<std::string>(*own);
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
-      guard.NoteRead(absolute, {}, true);
+      guard_.NoteRead(absolute, {}, true);
       FileDamage unread{absolute, 0, "reading the file failed: " + text.GetError().text};
       unread.isUnread = true;
-      protection.SetDamageOf(absolute, {unread});
+      protection_.SetDamageOf(absolute, {unread});
       // The root still has the attributes of the previous project.
-      if (&node == state.projectRoot.get()) node.Clear();
+      if (&node == state_.projectRoot.get()) node.Clear();
       return 1;
     }
-    services.output->WriteMessage(kRowCannotRead, {absolute}, text.GetError().text);
+    services_.output->WriteMessage(kRowCannotRead, {absolute}, text.GetError().text);
     return 0;
   }
   const BareElement bare(node);
-  repeatedReads.Add(text->size());
+  repeatedReads_.Add(text->size());
   node.SetValue("");
   DamageCollector collector(*text);
   const TreeRead read = ReadTree(*text, node, collector);
@@ -156,46 +156,46 @@ std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolut
   // A parse that failed part-way may have put elements in wrong positions.
   bool hasName = true;
   if (isWellFormed) {
-    hasName = bare.CheckName(node, &node == state.projectRoot.get(), types, collector);
-    StructureCheck(types, collector, [this](const std::string& fileName) {
+    hasName = bare.CheckName(node, &node == state_.projectRoot.get(), types_, collector);
+    StructureCheck(types_, collector, [this](const std::string& fileName) {
       std::string file;
-      return paths.MakeAbsolutePath(fileName, file, nullptr) ? files.Canonical(file) : fileName;
-    }).CheckFile(node, loadingFiles);
+      return paths_.MakeAbsolutePath(fileName, file, nullptr) ? files_.Canonical(file) : fileName;
+    }).CheckFile(node, loadingFiles_);
   }
   std::vector<FileDamage> found = collector.Collect(absolute);
   // Damage kept in the tree is not necessarily written back to the same position.
-  guard.NoteRead(absolute, *text, !isWhole || !found.empty());
-  if (own != nullptr) guard.TakeOver(replaced->former, absolute);
-  protection.SetDamageOf(absolute, std::move(found));
+  guard_.NoteRead(absolute, *text, !isWhole || !found.empty());
+  if (own != nullptr) guard_.TakeOver(replaced_->former, absolute);
+  protection_.SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
-  if (&node != state.projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
-  if (!isWellFormed) services.output->WriteMessage(kRowMalformedXml, {absolute});
-  return state.treeEpoch == epoch ? 1 : 0;
+  if (&node != state_.projectRoot.get()) bare.Complete(node, isWhole && hasName, types_);
+  if (!isWellFormed) services_.output->WriteMessage(kRowMalformedXml, {absolute});
+  return state_.treeEpoch == epoch ? 1 : 0;
 }
 
 // The project file lists its applications and names the active one by its label. If no listed
 // application has that label, a line was lost. The label may be the one in the project file or the
 // one in the application's own file.
 void TreeLoader::CheckActiveApplication() {
-  const std::string active = TextOf(state.projectRoot->GetAttrValue("ActiveApp"));
-  const std::string* const text = guard.TextOf(state.projectPath);
+  const std::string active = TextOf(state_.projectRoot->GetAttrValue("ActiveApp"));
+  const std::string* const text = guard_.TextOf(state_.projectPath);
   const auto isListedIn = [&](const CXmlNode& root) {
     const auto children = root.GetChildren();
     return std::any_of(children.begin(), children.end(), [&](const CXmlNode* child) {
-      return (types.FlagsOf(*child) & kTypeApplication) != 0 &&
+      return (types_.FlagsOf(*child) & kTypeApplication) != 0 &&
              EqualNoCase(TextOf(child->GetAttrValue("Header")), active);
     });
   };
-  if (active.empty() || text == nullptr || isListedIn(*state.projectRoot)) return;
+  if (active.empty() || text == nullptr || isListedIn(*state_.projectRoot)) return;
   CXmlNode written;
   DamageCollector collector(*text);
   ReadTree(*text, written, collector);
   if (isListedIn(written)) return;
   const std::size_t start = std::min(text->find('<' + written.GetName()), text->size());
-  protection.AddDamage({state.projectPath, 1 + CountLineEnds(*text, 0, start),
-                        "the application \"" + active + "\", which is the active one, is missing",
-                        true});
-  guard.NoteDamaged(state.projectPath);
+  protection_.AddDamage({state_.projectPath, 1 + CountLineEnds(*text, 0, start),
+                         "the application \"" + active + "\", which is the active one, is missing",
+                         true});
+  guard_.NoteDamaged(state_.projectPath);
 }
 
 // An application's path is where it was read from, whatever its file says: it may have been moved
@@ -209,14 +209,14 @@ std::int32_t TreeLoader::LoadExternChildren(CXmlNode& node, std::uint64_t epoch)
   std::int32_t result = 1;
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
-    if ((types.FlagsOf(child) & kTypeExtern) == 0) continue;
+    if ((types_.FlagsOf(child) & kTypeExtern) == 0) continue;
     const std::string fileName = TextOf(child.GetAttrValue("Extern"));
     if (fileName.empty()) {
-      services.output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
-                                    "the project file has no path for it");
+      services_.output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
+                                     "the project file has no path for it");
     }
-    const bool isLoaded = state.treeEpoch == epoch && LoadTreeFile(child, fileName);
-    if (state.treeEpoch != epoch) return 0;
+    const bool isLoaded = state_.treeEpoch == epoch && LoadTreeFile(child, fileName);
+    if (state_.treeEpoch != epoch) return 0;
     if (isLoaded) {
       SetReference(child, fileName);
     } else {

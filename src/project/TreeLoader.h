@@ -20,13 +20,13 @@ class TreeLoader {
  public:
   TreeLoader(ProjectServices& projectServices, ProjectState& projectState,
              const ProjectPaths& projectPaths, FileProtection& fileProtection)
-      : services(projectServices),
-        files(projectServices.files),
-        types(projectServices.types),
-        state(projectState),
-        paths(projectPaths),
-        protection(fileProtection),
-        guard(fileProtection.Guard()) {}
+      : services_(projectServices),
+        files_(projectServices.files),
+        types_(projectServices.types),
+        state_(projectState),
+        paths_(projectPaths),
+        protection_(fileProtection),
+        guard_(fileProtection.Guard()) {}
 
   // Reads the files of the project into the root. If `replacedFiles` is non-null, its contents are
   // read instead of the files. Returns like LoadTreeFile.
@@ -36,7 +36,7 @@ class TreeLoader {
   // error is treated as damaged.
   std::int32_t LoadTreeFile(CXmlNode& node, const std::string& fileName);
   // Projects are opened for reading only: no log lines are written about read-only files.
-  void OpenForReading(bool isWanted) { onlyReads = isWanted; }
+  void OpenForReading(bool isWanted) { onlyReads_ = isWanted; }
 
  private:
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
@@ -44,17 +44,17 @@ class TreeLoader {
   void SetReference(CXmlNode& node, const std::string& fileName);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
 
-  ProjectServices& services;
-  FileSystem& files;
-  const NodeTypes& types;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  FileProtection& protection;
-  FileGuard& guard;
-  bool onlyReads = false;
-  RepeatedReads repeatedReads;              // of the outermost file being loaded
-  std::vector<std::string> loadingFiles;    // files being read, outermost first
-  const ReplacedFiles* replaced = nullptr;  // of the project being read
+  ProjectServices& services_;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  FileProtection& protection_;
+  FileGuard& guard_;
+  bool onlyReads_ = false;
+  RepeatedReads repeatedReads_;              // of the outermost file being loaded
+  std::vector<std::string> loadingFiles_;    // files being read, outermost first
+  const ReplacedFiles* replaced_ = nullptr;  // of the project being read
 };
 
 }  // namespace tarn

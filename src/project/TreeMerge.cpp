@@ -25,15 +25,15 @@ class AttributeValues {
   explicit AttributeValues(const CXmlNode* node) {
     if (node == nullptr) return;
     for (const CXmlAttr& each : node->Attributes())
-      values.emplace(each.NameView(), each.ValueView());
+      values_.emplace(each.NameView(), each.ValueView());
   }
   Value Get(std::string_view name) const {
-    const auto found = values.find(name);
-    return found == values.end() ? Value() : Value(found->second);
+    const auto found = values_.find(name);
+    return found == values_.end() ? Value() : Value(found->second);
   }
 
  private:
-  std::unordered_map<std::string_view, std::string_view> values;
+  std::unordered_map<std::string_view, std::string_view> values_;
 };
 
 std::string LabelOf(const CXmlNode& node) {
@@ -88,42 +88,42 @@ class Versions {
  public:
   Versions(const CXmlNode& base, const CXmlNode& theirs, const CXmlNode& ours,
            const FileMoved& wasMoved)
-      : toTheirs(base, theirs, wasMoved), toOurs(base, ours, wasMoved) {
-    for (const CXmlNode* node : toTheirs.GetMoved()) {
-      if (toOurs.PartnerOf(*node) != nullptr) moved.insert(node);
+      : toTheirs_(base, theirs, wasMoved), toOurs_(base, ours, wasMoved) {
+    for (const CXmlNode* node : toTheirs_.GetMoved()) {
+      if (toOurs_.PartnerOf(*node) != nullptr) moved_.insert(node);
     }
-    for (const CXmlNode* node : toOurs.GetMoved()) {
-      if (toTheirs.PartnerOf(*node) != nullptr) moved.insert(node);
+    for (const CXmlNode* node : toOurs_.GetMoved()) {
+      if (toTheirs_.PartnerOf(*node) != nullptr) moved_.insert(node);
     }
   }
 
-  bool HasMoves() const { return !moved.empty(); }
+  bool HasMoves() const { return !moved_.empty(); }
   const CXmlNode* SourceOf(Side side, const CXmlNode& node) const {
-    return side == Side::Ours ? toOurs.SourceOf(node) : toTheirs.SourceOf(node);
+    return side == Side::Ours ? toOurs_.SourceOf(node) : toTheirs_.SourceOf(node);
   }
-  bool IsMoved(const CXmlNode* base) const { return base != nullptr && moved.contains(base); }
+  bool IsMoved(const CXmlNode* base) const { return base != nullptr && moved_.contains(base); }
   // The side that determines the position of a moved node: ours if both moved it.
   Side PlaceOf(const CXmlNode& base) const {
-    return toOurs.GetMoved().contains(&base) ? Side::Ours : Side::Theirs;
+    return toOurs_.GetMoved().contains(&base) ? Side::Ours : Side::Theirs;
   }
   Item ItemOf(const CXmlNode& base) const {
-    return {&base, toTheirs.PartnerOf(base), toOurs.PartnerOf(base)};
+    return {&base, toTheirs_.PartnerOf(base), toOurs_.PartnerOf(base)};
   }
   // Returns true if the sides moved the node to different elements.
   bool IsTorn(const CXmlNode& base) const;
 
  private:
-  TreePairs toTheirs;
-  TreePairs toOurs;
-  std::unordered_set<const CXmlNode*> moved;  // of the base
+  TreePairs toTheirs_;
+  TreePairs toOurs_;
+  std::unordered_set<const CXmlNode*> moved_;  // of the base
 };
 
 bool Versions::IsTorn(const CXmlNode& base) const {
-  if (!toOurs.GetMoved().contains(&base) || !toTheirs.GetMoved().contains(&base)) return false;
-  const CXmlNode& theirs = *toTheirs.PartnerOf(base)->GetParent();
-  const CXmlNode& ours = *toOurs.PartnerOf(base)->GetParent();
-  const CXmlNode* const source = toTheirs.SourceOf(theirs);
-  if (source != toOurs.SourceOf(ours)) return true;
+  if (!toOurs_.GetMoved().contains(&base) || !toTheirs_.GetMoved().contains(&base)) return false;
+  const CXmlNode& theirs = *toTheirs_.PartnerOf(base)->GetParent();
+  const CXmlNode& ours = *toOurs_.PartnerOf(base)->GetParent();
+  const CXmlNode* const source = toTheirs_.SourceOf(theirs);
+  if (source != toOurs_.SourceOf(ours)) return true;
   // Elements added by both sides are the same if their labels are equal.
   return source == nullptr && LabelOf(theirs) != LabelOf(ours);
 }
@@ -152,22 +152,22 @@ class ItemList {
   void JoinAdded(const Added& theirs, const Added& ours);
   bool IsOrderOfBase(const Places& side) const;
 
-  const Versions& versions;
-  std::vector<Item> items;                                     // those of the base first
-  std::unordered_map<const CXmlNode*, std::size_t> baseItems;  // their indices
-  Places inTheirs;  // item indices in the order of each version
-  Places inOurs;
+  const Versions& versions_;
+  std::vector<Item> items_;                                     // those of the base first
+  std::unordered_map<const CXmlNode*, std::size_t> baseItems_;  // their indices
+  Places inTheirs_;  // item indices in the order of each version
+  Places inOurs_;
 };
 
-ItemList::ItemList(const Item& parent, const Versions& pairing) : versions(pairing) {
+ItemList::ItemList(const Item& parent, const Versions& pairing) : versions_(pairing) {
   const auto base = parent.base == nullptr ? ChildPairs::Children() : parent.base->GetChildren();
   for (const CXmlNode* child : base) {
-    if (versions.IsMoved(child)) continue;
-    baseItems[child] = items.size();
-    items.push_back({child, nullptr, nullptr});
+    if (versions_.IsMoved(child)) continue;
+    baseItems_[child] = items_.size();
+    items_.push_back({child, nullptr, nullptr});
   }
-  const Added theirs = AddSide(Side::Theirs, parent, inTheirs);
-  const Added ours = AddSide(Side::Ours, parent, inOurs);
+  const Added theirs = AddSide(Side::Theirs, parent, inTheirs_);
+  const Added ours = AddSide(Side::Ours, parent, inOurs_);
   JoinAdded(theirs, ours);
 }
 
@@ -175,19 +175,19 @@ ItemList::Added ItemList::AddSide(Side side, const Item& parent, Places& order) 
   Added added;
   const CXmlNode& element = side == Side::Ours ? *parent.ours : *parent.theirs;
   for (CXmlNode* child : element.GetChildren()) {
-    const CXmlNode* const base = versions.SourceOf(side, *child);
-    const auto found = baseItems.find(base);
-    const std::size_t at = found == baseItems.end() ? items.size() : found->second;
-    if (versions.IsMoved(base)) {
-      if (versions.PlaceOf(*base) != side) continue;
-      items.push_back(versions.ItemOf(*base));
+    const CXmlNode* const base = versions_.SourceOf(side, *child);
+    const auto found = baseItems_.find(base);
+    const std::size_t at = found == baseItems_.end() ? items_.size() : found->second;
+    if (versions_.IsMoved(base)) {
+      if (versions_.PlaceOf(*base) != side) continue;
+      items_.push_back(versions_.ItemOf(*base));
     } else {
-      if (found == baseItems.end()) {
-        items.emplace_back();
+      if (found == baseItems_.end()) {
+        items_.emplace_back();
         added.nodes.push_back(child);
         added.places.push_back(at);
       }
-      (side == Side::Ours ? items[at].ours : items[at].theirs) = child;
+      (side == Side::Ours ? items_[at].ours : items_[at].theirs) = child;
     }
     order.push_back(at);
   }
@@ -201,10 +201,10 @@ void ItemList::JoinAdded(const Added& theirs, const Added& ours) {
   for (std::size_t i = 0; i < ours.nodes.size(); ++i) {
     if (pairs.PartnerOf(i) == ChildPairs::kNone) continue;
     const std::size_t at = theirs.places[pairs.PartnerOf(i)];
-    items[at].ours = ours.nodes[i];
+    items_[at].ours = ours.nodes[i];
     joined[ours.places[i]] = at;
   }
-  for (std::size_t& at : inOurs) {
+  for (std::size_t& at : inOurs_) {
     if (const auto found = joined.find(at); found != joined.end()) at = found->second;
   }
 }
@@ -213,7 +213,7 @@ void ItemList::JoinAdded(const Added& theirs, const Added& ours) {
 bool ItemList::IsOrderOfBase(const Places& side) const {
   std::size_t last = 0;
   for (const std::size_t at : side) {
-    if (at >= baseItems.size()) continue;
+    if (at >= baseItems_.size()) continue;
     if (at < last) return false;
     last = at;
   }
@@ -221,14 +221,14 @@ bool ItemList::IsOrderOfBase(const Places& side) const {
 }
 
 std::vector<Item> ItemList::InOrder() const {
-  const bool followsTheirs = IsOrderOfBase(inOurs);
-  const Places& leading = followsTheirs ? inTheirs : inOurs;
-  const Places& other = followsTheirs ? inOurs : inTheirs;
-  std::vector<bool> isPlaced(items.size(), false);
+  const bool followsTheirs = IsOrderOfBase(inOurs_);
+  const Places& leading = followsTheirs ? inTheirs_ : inOurs_;
+  const Places& other = followsTheirs ? inOurs_ : inTheirs_;
+  std::vector<bool> isPlaced(items_.size(), false);
   for (const std::size_t at : leading) isPlaced[at] = true;
   // Items only the other side has, by the item they follow; the last list belongs at the start.
-  std::vector<Places> followers(items.size() + 1);
-  std::size_t anchor = items.size();
+  std::vector<Places> followers(items_.size() + 1);
+  std::size_t anchor = items_.size();
   for (const std::size_t at : other) {
     if (isPlaced[at]) {
       anchor = at;
@@ -238,11 +238,11 @@ std::vector<Item> ItemList::InOrder() const {
   }
   std::vector<Item> result;
   const auto add = [&](const Places& places) {
-    for (const std::size_t at : places) result.push_back(items[at]);
+    for (const std::size_t at : places) result.push_back(items_[at]);
   };
   add(followers.back());
   for (const std::size_t at : leading) {
-    result.push_back(items[at]);
+    result.push_back(items_[at]);
     add(followers[at]);
   }
   return result;
@@ -254,7 +254,7 @@ std::vector<Item> ItemList::InOrder() const {
 class Merger {
  public:
   Merger(const Versions& pairing, std::vector<TreeConflict>& list)
-      : versions(pairing), conflicts(list) {}
+      : versions_(pairing), conflicts_(list) {}
 
   // Fills `out`, which must be empty. `theirs` and `ours` must not be null.
   void Merge(const Item& from, CXmlNode& out);
@@ -272,15 +272,15 @@ class Merger {
   Value Choose(const Value& base, const Value& theirs, const Value& ours, const std::string& what);
   void Report(const std::string& what);
 
-  const Versions& versions;
-  std::vector<TreeConflict>& conflicts;
-  std::vector<std::string> labels;  // path of the current element, without the root
+  const Versions& versions_;
+  std::vector<TreeConflict>& conflicts_;
+  std::vector<std::string> labels_;  // path of the current element, without the root
 };
 
 void Merger::Report(const std::string& what) {
   std::string place;
-  for (const std::string& label : labels) place += (place.empty() ? "" : "/") + label;
-  conflicts.push_back({place, what});
+  for (const std::string& label : labels_) place += (place.empty() ? "" : "/") + label;
+  conflicts_.push_back({place, what});
 }
 
 Value Merger::Choose(const Value& base, const Value& theirs, const Value& ours,
@@ -315,7 +315,7 @@ void Merger::Merge(const Item& from, CXmlNode& out) {
   out.SetName(choose([](const CXmlNode& node) { return node.GetName(); }, "type"));
   out.SetValue(choose([](const CXmlNode& node) { return node.GetValue(); }, "text"));
   MergeAttributes(from, out);
-  for (const Item& each : ItemList(from, versions).InOrder()) MergeChild(each, out);
+  for (const Item& each : ItemList(from, versions_).InOrder()) MergeChild(each, out);
 }
 
 void Merger::MergeChild(const Item& item, CXmlNode& out) {
@@ -325,10 +325,10 @@ void Merger::MergeChild(const Item& item, CXmlNode& out) {
     if (!isGone) out.AppendCopy(any);
     return;
   }
-  labels.push_back(LabelOf(any));
+  labels_.push_back(LabelOf(any));
   const Side side = item.ours != nullptr ? Side::Ours : Side::Theirs;
   if (item.ours != nullptr && item.theirs != nullptr) {
-    if (item.base != nullptr && versions.IsTorn(*item.base)) Report("the group that it is in");
+    if (item.base != nullptr && versions_.IsTorn(*item.base)) Report("the group that it is in");
     Merge(item, *out.AddChild(any.GetName()));
   } else if (item.base == nullptr) {
     AddFrom(side, any, out);
@@ -338,7 +338,7 @@ void Merger::MergeChild(const Item& item, CXmlNode& out) {
     Report(item.ours == nullptr ? "removed here, changed there" : "changed here, removed there");
     AddFrom(side, any, out);
   }
-  labels.pop_back();
+  labels_.pop_back();
 }
 
 // The side that removed a container removed each element in it.
@@ -354,7 +354,7 @@ void Merger::MergeContainer(const Item& item, CXmlNode& out) {
 
 // Merges with an empty element as the other side, so that nodes moved elsewhere are left out.
 void Merger::AddFrom(Side side, const CXmlNode& node, CXmlNode& out) {
-  if (!versions.HasMoves()) {
+  if (!versions_.HasMoves()) {
     out.AppendCopy(node);
     return;
   }
@@ -366,13 +366,13 @@ void Merger::AddFrom(Side side, const CXmlNode& node, CXmlNode& out) {
 }
 
 bool Merger::IsUnchanged(const CXmlNode& base, Side side, const CXmlNode& node) const {
-  if (!versions.HasMoves()) return IsSameTree(base, node);
+  if (!versions_.HasMoves()) return IsSameTree(base, node);
   auto former = base.GetChildren();
   auto present = node.GetChildren();
-  std::erase_if(former, [&](const CXmlNode* child) { return versions.IsMoved(child); });
+  std::erase_if(former, [&](const CXmlNode* child) { return versions_.IsMoved(child); });
   std::erase_if(present, [&](const CXmlNode* child) {
-    const CXmlNode* const source = versions.SourceOf(side, *child);
-    return versions.IsMoved(source) && versions.PlaceOf(*source) != side;
+    const CXmlNode* const source = versions_.SourceOf(side, *child);
+    return versions_.IsMoved(source) && versions_.PlaceOf(*source) != side;
   });
   const auto isSame = [&](const CXmlNode* one, const CXmlNode* other) {
     return IsUnchanged(*one, side, *other);

@@ -49,8 +49,8 @@ std::string KeyWithin(const CXmlNode& node, const CXmlNode* parent) {
 }  // namespace
 
 TreePairs::TreePairs(const CXmlNode& from, const CXmlNode& to, const FileMoved& wasMoved) {
-  partners[&from] = &to;
-  sources[&to] = &from;
+  partners_[&from] = &to;
+  sources_[&to] = &from;
   PairChildren(from, to);
   PairLeftovers(from, to, wasMoved);
 }
@@ -62,8 +62,8 @@ void TreePairs::PairChildren(const CXmlNode& from, const CXmlNode& to) {
   for (std::size_t i = 0; i < former.size(); ++i) {
     const std::size_t partner = pairs.PartnerOf(i);
     if (partner == ChildPairs::kNone) continue;
-    partners[former[i]] = present[partner];
-    sources[present[partner]] = former[i];
+    partners_[former[i]] = present[partner];
+    sources_[present[partner]] = former[i];
     PairChildren(*former[i], *present[partner]);
   }
 }
@@ -104,9 +104,9 @@ void TreePairs::PairBy(const Nodes& from, const Nodes& to, FromKey fromKey, ToKe
     const CXmlNode& former = *found.first[0];
     const CXmlNode& present = *found.second[0];
     if (mustMove != nullptr && !(*mustMove)(PathOf(former), PathOf(present))) continue;
-    partners[&former] = &present;
-    sources[&present] = &former;
-    if (PartnerOf(*former.GetParent()) != present.GetParent()) moved.insert(&former);
+    partners_[&former] = &present;
+    sources_[&present] = &former;
+    if (PartnerOf(*former.GetParent()) != present.GetParent()) moved_.insert(&former);
     PairChildren(former, present);
   }
 }

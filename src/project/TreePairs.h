@@ -28,11 +28,11 @@ class TreePairs {
   TreePairs(const CXmlNode& from, const CXmlNode& to, const FileMoved& wasMoved);
 
   // Returns the partner in the second version, or nullptr.
-  const CXmlNode* PartnerOf(const CXmlNode& fromNode) const { return Find(partners, fromNode); }
+  const CXmlNode* PartnerOf(const CXmlNode& fromNode) const { return Find(partners_, fromNode); }
   // Returns the partner in the first version, or nullptr.
-  const CXmlNode* SourceOf(const CXmlNode& toNode) const { return Find(sources, toNode); }
+  const CXmlNode* SourceOf(const CXmlNode& toNode) const { return Find(sources_, toNode); }
   // Elements of the first version whose partner has a different parent.
-  const std::unordered_set<const CXmlNode*>& GetMoved() const { return moved; }
+  const std::unordered_set<const CXmlNode*>& GetMoved() const { return moved_; }
 
  private:
   using Map = std::unordered_map<const CXmlNode*, const CXmlNode*>;
@@ -50,9 +50,9 @@ class TreePairs {
   void PairBy(const Nodes& from, const Nodes& to, FromKey fromKey, ToKey toKey,
               const FileMoved* mustMove);
 
-  Map partners;
-  Map sources;
-  std::unordered_set<const CXmlNode*> moved;
+  Map partners_;
+  Map sources_;
+  std::unordered_set<const CXmlNode*> moved_;
 };
 
 }  // namespace tarn

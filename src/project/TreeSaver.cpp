@@ -40,38 +40,38 @@ void NameActive(CXmlNode& root, const NodeTypes& types) {
 // make to the tree must not get into the files.
 std::int32_t TreeSaver::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
-  if (!paths.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  if (!paths_.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   std::vector<PendingFile> pending;
   CollectTreeFiles(node, absolute, pending);
-  const bool isHeld = protection.Lock().IsHeldFor(state.projectPath);
+  const bool isHeld = protection_.Lock().IsHeldFor(state_.projectPath);
   if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
     RefuseFiles(pending, refusal);
   } else {
-    if (savesWhole) {
+    if (savesWhole_) {
       SaveAllPending(pending);
     } else {
       for (PendingFile& file : pending) SavePendingFile(file, pending);
     }
   }
-  if (!isHeld) protection.Lock().Release();
+  if (!isHeld) protection_.Lock().Release();
   const bool isSaved = std::all_of(pending.begin(), pending.end(),
                                    [](const PendingFile& file) { return file.isSaved; });
-  const bool isLost = std::any_of(savedFiles.begin(), savedFiles.end(), [](const SavedFile& each) {
-    return !each.problem.empty() && each.copy.empty();
-  });
-  if (!isSaved && (isSaving || isLost)) KeepUnsaved(pending);
+  const bool isLost =
+      std::any_of(savedFiles_.begin(), savedFiles_.end(),
+                  [](const SavedFile& each) { return !each.problem.empty() && each.copy.empty(); });
+  if (!isSaved && (isSaving_ || isLost)) KeepUnsaved(pending);
   return isSaved ? 1 : 0;
 }
 
 // Prepares reloading the project with the content that could not be written as unsaved changes.
 void TreeSaver::KeepUnsaved(const std::vector<PendingFile>& pending) {
-  unsaved = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, guard});
+  unsaved_ = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, guard_});
   for (const PendingFile& file : pending) {
     // If two elements have the same file, the first was written and the second was saved as a copy.
-    unsaved->texts.emplace(file.plan.absolute, file.isSaved ? file.plan.text : file.plan.own);
+    unsaved_->texts.emplace(file.plan.absolute, file.isSaved ? file.plan.text : file.plan.own);
     // The file that references this one may not have been written and then still has the earlier
     // path.
-    unsaved->texts.emplace(file.absolute, file.text);
+    unsaved_->texts.emplace(file.absolute, file.text);
   }
 }
 
@@ -79,25 +79,25 @@ void TreeSaver::KeepUnsaved(const std::vector<PendingFile>& pending) {
 // string. Releases the lock while the user is asked about files outside the project's folder, so
 // that no other program has to wait; references may lead anywhere.
 std::string TreeSaver::PlanFiles(std::vector<PendingFile>& pending) {
-  const bool isHeld = protection.Lock().IsHeldFor(state.projectPath);
+  const bool isHeld = protection_.Lock().IsHeldFor(state_.projectPath);
   std::set<std::string> refused;
   while (true) {
-    const bool isTaken = protection.Lock().Take(state.projectPath);
+    const bool isTaken = protection_.Lock().Take(state_.projectPath);
     PrepareFiles(pending);
-    if (!isTaken && !protection.Lock().GetHolder().empty()) {
-      return "another program is changing the project (" + protection.Lock().GetHolder() + ")";
+    if (!isTaken && !protection_.Lock().GetHolder().empty()) {
+      return "another program is changing the project (" + protection_.Lock().GetHolder() + ")";
     }
-    if (!isTaken) return protection.Lock().GetProblem();
+    if (!isTaken) return protection_.Lock().GetProblem();
     const auto asked = std::find_if(pending.begin(), pending.end(), [&](const PendingFile& file) {
       return !refused.contains(file.plan.absolute) && !DescribeOutside(file.plan).empty();
     });
     if (asked == pending.end()) break;
-    if (!isHeld) protection.Lock().Release();
+    if (!isHeld) protection_.Lock().Release();
     const std::string& target = asked->plan.absolute;
     const std::string question = target + ": " + DescribeOutside(asked->plan) + ".\n\nWrite it?";
     const bool isAllowed =
-        AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord));
-    (isAllowed ? mayWriteOutside : refused).insert(target);
+        AskOkCancel(services_.mainframeHandle, question, GetMessageText(kRowProjectWord));
+    (isAllowed ? mayWriteOutside_ : refused).insert(target);
   }
   for (PendingFile& file : pending) {
     const std::string reason = DescribeOutside(file.plan);
@@ -110,27 +110,28 @@ std::string TreeSaver::PlanFiles(std::vector<PendingFile>& pending) {
 // Returns why the file needs the user's consent, or an empty string if it may be written.
 std::string TreeSaver::DescribeOutside(const SavePlan& plan) const {
   const std::string& path = plan.absolute;
-  if (!plan.isNeeded || protection.MayWriteOutside() || mayWriteOutside.contains(path)) return {};
-  return protection.GetTrust().IsGiven() ? std::string()
-                                         : ProjectFolder(files, state.projectPath).WhyOutside(path);
+  if (!plan.isNeeded || protection_.MayWriteOutside() || mayWriteOutside_.contains(path)) return {};
+  return protection_.GetTrust().IsGiven()
+             ? std::string()
+             : ProjectFolder(files_, state_.projectPath).WhyOutside(path);
 }
 
 void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
-  const FileSaver saver(files, guard, types);
+  const FileSaver saver(files_, guard_, types_);
   // A file that was never saved must not re-create a moved folder either.
   const bool isGone =
-      guard.TextOf(state.projectPath) != nullptr && !files.Exists(state.projectFolder);
+      guard_.TextOf(state_.projectPath) != nullptr && !files_.Exists(state_.projectFolder);
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
     const std::string& target = file.plan.absolute;
     if (isGone && file.plan.problem.empty() &&
-        target.starts_with(AddSeparator(state.projectFolder))) {
-      file.plan.problem = "the folder " + state.projectFolder + " does not exist";
+        target.starts_with(AddSeparator(state_.projectFolder))) {
+      file.plan.problem = "the folder " + state_.projectFolder + " does not exist";
     }
     // An option of the application may name any file as its own.
-    if (file.plan.problem.empty() && guard.TextOf(target) == nullptr) {
-      const Result<bool> exists = files.CheckExists(target);
+    if (file.plan.problem.empty() && guard_.TextOf(target) == nullptr) {
+      const Result<bool> exists = files_.CheckExists(target);
       if (!exists) file.plan.problem = exists.GetError().text;
       if (exists && *exists) file.plan.problem = "it is not a file that the project was read from";
     }
@@ -146,12 +147,12 @@ void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
 
 std::vector<FileText> TreeSaver::MakeFileTexts() {
   std::vector<FileText> texts;
-  if (!state.isOpen) return texts;
+  if (!state_.isOpen) return texts;
   CXmlNode copy;
-  copy.CopyFrom(*state.projectRoot);
-  derived.StripSubtree(copy, true);
+  copy.CopyFrom(*state_.projectRoot);
+  derived_.StripSubtree(copy, true);
   std::vector<PendingFile> pending;
-  CollectTreeFiles(copy, state.projectPath, pending);
+  CollectTreeFiles(copy, state_.projectPath, pending);
   for (PendingFile& file : pending) texts.push_back({file.absolute, std::move(file.text)});
   return texts;
 }
@@ -162,7 +163,7 @@ std::size_t TreeSaver::CollectTreeFiles(CXmlNode& node, const std::string& absol
                                         std::vector<PendingFile>& pending) {
   PendingFile own;
   own.absolute = absolute;
-  NameActive(node, types);
+  NameActive(node, types_);
   struct Aside {
     CXmlNode* part;
     std::vector<std::unique_ptr<CXmlNode>> children;
@@ -171,15 +172,15 @@ std::size_t TreeSaver::CollectTreeFiles(CXmlNode& node, const std::string& absol
   std::vector<Aside> aside;
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode& part = *node.GetChild(i);
-    if ((types.FlagsOf(part) & kTypeExtern) == 0) continue;
+    if ((types_.FlagsOf(part) & kTypeExtern) == 0) continue;
     const std::string path = TextOf(part.GetAttrValue("Extern"));
     // The part has no file: its children stay in this one.
     if (path.empty()) continue;
     std::string relative;
-    paths.MakeRelativePath(path, relative, nullptr);
+    paths_.MakeRelativePath(path, relative, nullptr);
     part.SetAttrValue("Extern", relative);
     std::string partFile;
-    paths.MakeAbsolutePath(path, partFile, nullptr);
+    paths_.MakeAbsolutePath(path, partFile, nullptr);
     own.parts.push_back(CollectTreeFiles(part, partFile, pending));
     // The owner's file contains only the part's attributes.
     aside.push_back({&part, {}, part.GetValue()});
@@ -188,7 +189,7 @@ std::size_t TreeSaver::CollectTreeFiles(CXmlNode& node, const std::string& absol
       aside.back().children.push_back(part.DetachChild(part.GetChild(part.GetChildCount() - 1)));
     }
   }
-  own.text = FileSaver(files, guard, types).Settle(absolute, node);
+  own.text = FileSaver(files_, guard_, types_).Settle(absolute, node);
   for (Aside& each : aside) {
     each.part->SetValue(each.value);
     for (auto child = each.children.rbegin(); child != each.children.rend(); ++child) {
@@ -212,18 +213,18 @@ void TreeSaver::SavePendingFile(PendingFile& file, const std::vector<PendingFile
     return;
   }
   if (!file.plan.isNeeded) {
-    ReportUnneeded(file.plan, savedFiles);
+    ReportUnneeded(file.plan, savedFiles_);
     NoteSaved(file.plan);
   } else if (!file.plan.problem.empty()) {
     LoseNothing(file, file.plan.problem);
   } else if (const FileAccess access =
-                 GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
-             !ReportFileAccess(access, *services.output, target)) {
+                 GetFileAccess(files_, target, kMustBeWritable | kCreateFolder);
+             !ReportFileAccess(access, *services_.output, target)) {
     // ReportFileAccess has already logged the error.
     KeepElsewhere(file, access.reason.place + ": " + access.reason.text);
   } else if (const Status written = WriteTreeFile(file.plan); !written) {
     if (written.GetError().code == ErrorCode::ReadOnly) {
-      services.output->WriteMessage(kRowReadOnly, {target});
+      services_.output->WriteMessage(kRowReadOnly, {target});
     }
     LoseNothing(file, written.GetError().text);
   }
@@ -231,24 +232,24 @@ void TreeSaver::SavePendingFile(PendingFile& file, const std::vector<PendingFile
 
 // The file has the content in memory, unless a part of it was dropped because of a conflict.
 void TreeSaver::NoteSaved(const SavePlan& plan) {
-  guard.NoteWritten(plan.absolute, plan.text);
-  if (plan.conflicts.empty()) guard.RemoveRescued(plan.absolute);
+  guard_.NoteWritten(plan.absolute, plan.text);
+  if (plan.conflicts.empty()) guard_.RemoveRescued(plan.absolute);
 }
 
 // If there is a conflict, changes made here were dropped in favor of the file's content. The backup
 // keeps that content, which the next save may overwrite.
 void TreeSaver::ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports) {
   if (plan.conflicts.empty()) return;
-  static_cast<void>(FileSaver(files, guard, types).KeepOther(plan, reports.emplace_back()));
+  static_cast<void>(FileSaver(files_, guard_, types_).KeepOther(plan, reports.emplace_back()));
 }
 
 Status TreeSaver::WriteTreeFile(const SavePlan& plan) {
   SavedFile report;
-  const Status written = FileSaver(files, guard, types).Write(plan, report);
+  const Status written = FileSaver(files_, guard_, types_).Write(plan, report);
   if (!written) return written;
   NoteSaved(plan);
-  protection.SetDamageOf(plan.absolute, {});
-  if (!report.ToLines().empty()) savedFiles.push_back(std::move(report));
+  protection_.SetDamageOf(plan.absolute, {});
+  if (!report.ToLines().empty()) savedFiles_.push_back(std::move(report));
   return {};
 }
 
@@ -260,17 +261,17 @@ void TreeSaver::KeepElsewhere(PendingFile& file, const std::string& reason) {
   report.problem = reason;
   report.isOutside = file.isOutside;
   const std::string beside =
-      file.isOutside ? JoinPath(state.projectFolder, FileNameOf(report.path)) : report.path;
-  report.copy = guard.Rescue(beside, file.plan.own, services.dataPath);
-  if (isSaving) guard.NoteRescued(report.path, report.copy, file.plan.own);
+      file.isOutside ? JoinPath(state_.projectFolder, FileNameOf(report.path)) : report.path;
+  report.copy = guard_.Rescue(beside, file.plan.own, services_.dataPath);
+  if (isSaving_) guard_.NoteRescued(report.path, report.copy, file.plan.own);
   if (report.copy.empty()) report.problem += "; no copy could be written either";
-  savedFiles.push_back(std::move(report));
+  savedFiles_.push_back(std::move(report));
 }
 
 // Same as `KeepElsewhere()`, but also logs the error.
 void TreeSaver::LoseNothing(PendingFile& file, const std::string& reason) {
   KeepElsewhere(file, reason);
-  services.output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
+  services_.output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
 // Writes none of the files. Saves their contents next to them or, after an attempt at all or none,
@@ -288,15 +289,15 @@ void TreeSaver::RefuseFiles(std::vector<PendingFile>& pending, const std::string
     report.isOutside = file.isOutside;
     const bool isOther = !place.empty() && place != report.path;
     // The file itself is fine, and it is not the one the user could consent to.
-    if (isOther && isSaving && isOutside) continue;
+    if (isOther && isSaving_ && isOutside) continue;
     report.problem = isOther ? place + ": " + reason : reason;
-    if (!isSaving || !savesWhole) {
-      report.copy = savesWhole ? guard.RescueTo(services.dataPath, report.path, file.plan.own)
-                               : guard.Rescue(report.path, file.plan.own, services.dataPath);
-      if (isSaving) guard.NoteRescued(report.path, report.copy, file.plan.own);
+    if (!isSaving_ || !savesWhole_) {
+      report.copy = savesWhole_ ? guard_.RescueTo(services_.dataPath, report.path, file.plan.own)
+                                : guard_.Rescue(report.path, file.plan.own, services_.dataPath);
+      if (isSaving_) guard_.NoteRescued(report.path, report.copy, file.plan.own);
       if (report.copy.empty()) report.problem += "; no copy could be written either";
     }
-    savedFiles.push_back(std::move(report));
+    savedFiles_.push_back(std::move(report));
   }
 }
 

@@ -29,14 +29,14 @@ class TreeSaver {
   TreeSaver(ProjectServices& projectServices, ProjectState& projectState,
             const ProjectPaths& projectPaths, FileProtection& fileProtection,
             DerivedData& derivedData)
-      : services(projectServices),
-        files(projectServices.files),
-        types(projectServices.types),
-        state(projectState),
-        paths(projectPaths),
-        protection(fileProtection),
-        guard(fileProtection.Guard()),
-        derived(derivedData) {}
+      : services_(projectServices),
+        files_(projectServices.files),
+        types_(projectServices.types),
+        state_(projectState),
+        paths_(projectPaths),
+        protection_(fileProtection),
+        guard_(fileProtection.Guard()),
+        derived_(derivedData) {}
 
   // Writes the file of `node` and those of its parts. Returns 0 if some were not written; see
   // GetSavedFiles.
@@ -45,17 +45,17 @@ class TreeSaver {
   std::vector<FileText> MakeFileTexts();
   // Makes saves atomic: all files of the project are written, or none. By default a save writes as
   // many as it can.
-  void SaveAllOrNone(bool isWanted) { savesWhole = isWanted; }
+  void SaveAllOrNone(bool isWanted) { savesWhole_ = isWanted; }
 
   // Reports of the last save or close. Only files with something to report are listed.
-  const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles; }
-  void ClearSavedFiles() { savedFiles.clear(); }
+  const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles_; }
+  void ClearSavedFiles() { savedFiles_.clear(); }
   // Sets whether the project stays open after the save: content that can't be written is then kept
   // for TakeUnsaved.
-  void SetSaving(bool staysOpen) { isSaving = staysOpen; }
+  void SetSaving(bool staysOpen) { isSaving_ = staysOpen; }
   // Returns the contents of a project of which some could not be written, or nullptr, and clears
   // them.
-  std::unique_ptr<ReplacedFiles> TakeUnsaved() { return std::exchange(unsaved, nullptr); }
+  std::unique_ptr<ReplacedFiles> TakeUnsaved() { return std::exchange(unsaved_, nullptr); }
 
  private:
   // A file that a save is about to write.
@@ -92,19 +92,19 @@ class TreeSaver {
   void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
                    const std::string& place = {});
 
-  ProjectServices& services;
-  FileSystem& files;
-  const NodeTypes& types;
-  ProjectState& state;
-  const ProjectPaths& paths;
-  FileProtection& protection;
-  FileGuard& guard;
-  DerivedData& derived;
-  bool savesWhole = false;
-  std::vector<SavedFile> savedFiles;       // of the last save or close
-  std::set<std::string> mayWriteOutside;   // files outside the project's folder
-  bool isSaving = false;                   // the close is part of a save; the project stays open
-  std::unique_ptr<ReplacedFiles> unsaved;  // set by such a close if something was not saved
+  ProjectServices& services_;
+  FileSystem& files_;
+  const NodeTypes& types_;
+  ProjectState& state_;
+  const ProjectPaths& paths_;
+  FileProtection& protection_;
+  FileGuard& guard_;
+  DerivedData& derived_;
+  bool savesWhole_ = false;
+  std::vector<SavedFile> savedFiles_;       // of the last save or close
+  std::set<std::string> mayWriteOutside_;   // files outside the project's folder
+  bool isSaving_ = false;                   // the close is part of a save; the project stays open
+  std::unique_ptr<ReplacedFiles> unsaved_;  // set by such a close if something was not saved
 };
 
 }  // namespace tarn

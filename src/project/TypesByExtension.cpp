@@ -7,30 +7,30 @@
 namespace tarn {
 
 void TypesByExtension::Fill() {
-  types.clear();
-  last = {};
-  const CXmlNode& records = services.types.GetRoot();
+  types_.clear();
+  last_ = {};
+  const CXmlNode& records = services_.types.GetRoot();
   for (int i = 0; i < records.GetChildCount(); ++i) {
     const CXmlNode* record = records.GetChild(i);
-    std::string extensions = services.propertyManager->GetPropertyValue("Target", "Internal",
-                                                                        record->GetName() + "-Ext");
+    std::string extensions = services_.propertyManager->GetPropertyValue(
+        "Target", "Internal", record->GetName() + "-Ext");
     if (extensions.empty()) extensions = TextOf(record->GetAttrValue("Extension"));
     const CParser entries(extensions, ";");
     for (int entry = 0; entry < entries.GetCount(); ++entry) {
-      types["." + FoldCase(entries.GetToken(entry))] = record;
+      types_["." + FoldCase(entries.GetToken(entry))] = record;
     }
   }
-  isKnown = true;
+  isKnown_ = true;
 }
 
 const CXmlNode* TypesByExtension::Find(std::string_view path) {
-  if (!isKnown) Fill();
+  if (!isKnown_) Fill();
   // Usually the same as for the previous file.
   std::string extension = ExtensionOf(path);
-  if (extension == last.first) return last.second;
-  const auto found = types.find(FoldCase(extension));
-  last = {std::move(extension), found == types.end() ? nullptr : found->second};
-  return last.second;
+  if (extension == last_.first) return last_.second;
+  const auto found = types_.find(FoldCase(extension));
+  last_ = {std::move(extension), found == types_.end() ? nullptr : found->second};
+  return last_.second;
 }
 
 }  // namespace tarn

@@ -14,21 +14,21 @@ namespace tarn {
 // services; main thread only.
 class TypesByExtension {
  public:
-  explicit TypesByExtension(const ProjectServices& projectServices) : services(projectServices) {}
+  explicit TypesByExtension(const ProjectServices& projectServices) : services_(projectServices) {}
 
   // Returns the type whose extensions include that of `path`, the last one if there are several, or
   // nullptr.
   const CXmlNode* Find(std::string_view path);
   // Invalidates the index; call it if type definitions may have changed.
-  void Forget() { isKnown = false; }
+  void Forget() { isKnown_ = false; }
 
  private:
   void Fill();
 
-  const ProjectServices& services;
-  std::unordered_map<std::string, const CXmlNode*> types;
-  bool isKnown = false;
-  std::pair<std::string, const CXmlNode*> last;  // result of the last lookup
+  const ProjectServices& services_;
+  std::unordered_map<std::string, const CXmlNode*> types_;
+  bool isKnown_ = false;
+  std::pair<std::string, const CXmlNode*> last_;  // result of the last lookup
 };
 
 }  // namespace tarn

@@ -9,7 +9,7 @@
 namespace tarn {
 
 void TreeSaver::SaveAllPending(std::vector<PendingFile>& pending) {
-  const FileSaver saver(files, guard, types);
+  const FileSaver saver(files_, guard_, types_);
   std::vector<FileBytes> list;
   std::vector<SavedFile> reports;
   Error failure;  // none without a place
@@ -28,8 +28,8 @@ void TreeSaver::SaveAllPending(std::vector<PendingFile>& pending) {
     } else if (!file.plan.problem.empty()) {
       fail(file.plan.problem);
     } else if (const FileAccess access =
-                   GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
-               !ReportFileAccess(access, *services.output, target)) {
+                   GetFileAccess(files_, target, kMustBeWritable | kCreateFolder);
+               !ReportFileAccess(access, *services_.output, target)) {
       fail(access.reason.place + ": " + access.reason.text);
     } else if (const Status kept = saver.KeepOther(file.plan, reports.emplace_back()); !kept) {
       fail(kept.GetError().text);
@@ -37,17 +37,17 @@ void TreeSaver::SaveAllPending(std::vector<PendingFile>& pending) {
       list.push_back({target, file.plan.text});
     }
   }
-  if (failure.place.empty()) failure = files.WriteFiles(list).GetError();
+  if (failure.place.empty()) failure = files_.WriteFiles(list).GetError();
   if (!failure.place.empty()) {
     RefuseFiles(pending, failure.text, failure.place);
     return;
   }
   for (const PendingFile& file : pending) {
     NoteSaved(file.plan);
-    if (file.plan.isNeeded) protection.SetDamageOf(file.plan.absolute, {});
+    if (file.plan.isNeeded) protection_.SetDamageOf(file.plan.absolute, {});
   }
   for (SavedFile& each : reports) {
-    if (!each.ToLines().empty()) savedFiles.push_back(std::move(each));
+    if (!each.ToLines().empty()) savedFiles_.push_back(std::move(each));
   }
 }
 

@@ -30,11 +30,11 @@ CXmlGlobalsCtrl::~CXmlGlobalsCtrl() {
 
 CClassWnd::CClassWnd(FileSystem& fileSystem, Settings& profile, WindowHandle host,
                      const std::string& configFolder)
-    : files(fileSystem),
-      settings(profile),
-      hostWindow(host),
-      pictureFolder(JoinPath(configFolder, "resources")),
-      sortIndex(ParseDecimal(profile.ReadProfile(kProfileSection, kProfileEntry, "-1").c_str())) {}
+    : files_(fileSystem),
+      settings_(profile),
+      hostWindow_(host),
+      pictureFolder_(JoinPath(configFolder, "resources")),
+      sortIndex_(ParseDecimal(profile.ReadProfile(kProfileSection, kProfileEntry, "-1").c_str())) {}
 
 CClassWnd::~CClassWnd() {
   DestroyWindow();
@@ -42,47 +42,47 @@ CClassWnd::~CClassWnd() {
 
 bool CClassWnd::OnCreate() {
   constexpr std::uint32_t kShownChild = kStyleChild | kStyleVisible;
-  if (!tree.Create(1, kShownChild, GetClientRect(), this, kTreeId)) return false;
-  if (!toolBar.Create(kShownChild, {}, this, kToolBarId)) return false;
+  if (!tree_.Create(1, kShownChild, GetClientRect(), this, kTreeId)) return false;
+  if (!toolBar_.Create(kShownChild, {}, this, kToolBarId)) return false;
   if (const auto pictures = LoadPicture(kToolBarPictures)) {
     CImageList list({pictures->size.height, pictures->size.height});
     list.Add(pictures);
-    toolBar.SetImages(std::move(list));
+    toolBar_.SetImages(std::move(list));
   }
-  toolBar.AddDropDown(kSortButton, "Sort", 0, [this] { return MakeSortMenu(); });
+  toolBar_.AddDropDown(kSortButton, "Sort", 0, [this] { return MakeSortMenu(); });
   CreateImages();
   return true;
 }
 
 void CClassWnd::OnSize(Size size) {
-  const int top = toolBar.GetHeightFor(size.width);
-  toolBar.MoveWindow({0, 0, size.width, top});
-  tree.MoveWindow({0, top, size.width, std::max(top, size.height)});
+  const int top = toolBar_.GetHeightFor(size.width);
+  toolBar_.MoveWindow({0, 0, size.width, top});
+  tree_.MoveWindow({0, top, size.width, std::max(top, size.height)});
 }
 
 std::shared_ptr<const Bitmap> CClassWnd::LoadPicture(const std::string& name) const {
-  return ReadBitmapFile(files, JoinPath(pictureFolder, name + ".bmp"));
+  return ReadBitmapFile(files_, JoinPath(pictureFolder_, name + ".bmp"));
 }
 
 void CClassWnd::CreateImages() {
   for (const auto& [element, picture] : kElementPictures) {
-    tree.AddImage(element, LoadPicture(picture));
+    tree_.AddImage(element, LoadPicture(picture));
   }
   AddChoiceImages();
 }
 
 void CClassWnd::AddChoiceImages() {
-  for (int i = 0; sortChoices != nullptr && i < sortChoices->GetChildCount(); ++i) {
-    const CXmlNode& choice = *sortChoices->GetChild(i);
+  for (int i = 0; sortChoices_ != nullptr && i < sortChoices_->GetChildCount(); ++i) {
+    const CXmlNode& choice = *sortChoices_->GetChild(i);
     const char* header = choice.GetAttrValue("Header");
     if (choice.NameView() != "Row" || header == nullptr) continue;
     const char* picture = choice.GetAttrValue("Icon");
-    tree.AddImage(header, LoadPicture(picture == nullptr ? kUsualPicture : picture));
+    tree_.AddImage(header, LoadPicture(picture == nullptr ? kUsualPicture : picture));
   }
 }
 
 void CClassWnd::SetTree(CXmlNode* node) {
-  tree.SetXmlRoot(node);
+  tree_.SetXmlRoot(node);
 }
 
 int CClassWnd::Load(const std::string& /*path*/) {
@@ -94,42 +94,42 @@ void CClassWnd::Clear() {
 }
 
 CXmlNode* CClassWnd::GetCurrentNode() {
-  return tree.GetCurrentNode();
+  return tree_.GetCurrentNode();
 }
 
 void CClassWnd::SelectNode(const CXmlNode* node) {
-  tree.SelectNode(node);
+  tree_.SelectNode(node);
 }
 
 void CClassWnd::Redraw() {
-  tree.Invalidate();
+  tree_.Invalidate();
 }
 
 void CClassWnd::SetContents(std::unique_ptr<CXmlNode> newTree,
                             std::unique_ptr<CXmlNode> newChoices) {
   // The control must stop showing the old tree before that is freed.
   SetTree(nullptr);
-  root.reset();
-  shownTree = std::move(newTree);
-  sortChoices = std::move(newChoices);
+  root_.reset();
+  shownTree_ = std::move(newTree);
+  sortChoices_ = std::move(newChoices);
   AddChoiceImages();
-  SetTree(shownTree.get());
+  SetTree(shownTree_.get());
 }
 
 std::unique_ptr<CMenu> CClassWnd::MakeSortMenu() const {
-  if (sortChoices == nullptr) return nullptr;
+  if (sortChoices_ == nullptr) return nullptr;
   auto menu = std::make_unique<CMenu>();
   constexpr int kMost = kLastSortCommand - kFirstSortCommand + 1;
-  for (int i = 0; i < sortChoices->GetChildCount() && i < kMost; ++i) {
-    const std::string header = TextOf(sortChoices->GetChild(i)->GetAttrValue("Header"));
-    menu->AppendCommand(kFirstSortCommand + i, header).isChecked = i == sortIndex;
+  for (int i = 0; i < sortChoices_->GetChildCount() && i < kMost; ++i) {
+    const std::string header = TextOf(sortChoices_->GetChild(i)->GetAttrValue("Header"));
+    menu->AppendCommand(kFirstSortCommand + i, header).isChecked = i == sortIndex_;
   }
   return menu;
 }
 
 bool CClassWnd::OnCommand(int command) {
   if (command == kInfoCommand) {
-    tree.SetHelpMode(true);
+    tree_.SetHelpMode(true);
     return true;
   }
   if (command < kFirstSortCommand || command > kLastSortCommand) return false;
@@ -138,28 +138,28 @@ bool CClassWnd::OnCommand(int command) {
 }
 
 void CClassWnd::SortBy(int choice) {
-  const CXmlNode* chosen = sortChoices == nullptr ? nullptr : sortChoices->GetChild(choice);
+  const CXmlNode* chosen = sortChoices_ == nullptr ? nullptr : sortChoices_->GetChild(choice);
   const char* name = chosen == nullptr ? nullptr : chosen->GetAttrValue("Header");
-  if (name == nullptr || shownTree == nullptr) return;
+  if (name == nullptr || shownTree_ == nullptr) return;
   std::vector<std::pair<std::string, const CXmlNode*>> order;
-  for (const CXmlNode* child : shownTree->GetChildren()) {
+  for (const CXmlNode* child : shownTree_->GetChildren()) {
     order.emplace_back(TextOf(child->GetAttrValue(name)), child);
   }
   std::stable_sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
     return CompareNoCase(a.first, b.first) < 0;
   });
-  auto sorted = CXmlNode::CreateNode(shownTree->NameView(), shownTree->ValueText());
-  for (const CXmlAttr& attribute : shownTree->Attributes()) {
+  auto sorted = CXmlNode::CreateNode(shownTree_->NameView(), shownTree_->ValueText());
+  for (const CXmlAttr& attribute : shownTree_->Attributes()) {
     sorted->AddAttr(attribute.NameView(), attribute.ValueText());
   }
   for (const auto& [value, child] : order) {
     sorted->AppendCopy(*child)->SetAttrValue("highlight", "Yes");
   }
   SetTree(nullptr);
-  root = std::move(sorted);
-  sortIndex = choice;
-  settings.WriteProfile(kProfileSection, kProfileEntry, ToDecimal(choice));
-  SetTree(root.get());
+  root_ = std::move(sorted);
+  sortIndex_ = choice;
+  settings_.WriteProfile(kProfileSection, kProfileEntry, ToDecimal(choice));
+  SetTree(root_.get());
 }
 
 std::intptr_t CClassWnd::OnMessage(std::uint32_t message, std::intptr_t /*wParam*/,
@@ -169,14 +169,14 @@ std::intptr_t CClassWnd::OnMessage(std::uint32_t message, std::intptr_t /*wParam
 }
 
 void CClassWnd::OpenDeclaration() {
-  const CXmlNode* node = tree.GetCurrentNode();
+  const CXmlNode* node = tree_.GetCurrentNode();
   if (node == nullptr) return;
   const char* file = node->GetAttrValue("DeclFile");
   const char* line = node->GetAttrValue("DeclLine");
   if (file == nullptr || line == nullptr) return;
   // The host may destroy the node while it handles the message.
   const std::string path = file;
-  SendWindowMessage(hostWindow, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(path.c_str()),
+  SendWindowMessage(hostWindow_, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(path.c_str()),
                     ParseDecimal(line));
 }
 

@@ -46,10 +46,10 @@ class CClassWnd : public CWnd, public IClassWindow {
   // tree can be sorted by: `Header` is the attribute's name, `Icon` the name of an image.
   void SetContents(std::unique_ptr<CXmlNode> newTree, std::unique_ptr<CXmlNode> newChoices);
   // Returns the last sort choice, which may be from an earlier session; -1 if there is none.
-  int GetSortIndex() const { return sortIndex; }
+  int GetSortIndex() const { return sortIndex_; }
 
-  CXmlGlobalsCtrl& GetTree() { return tree; }
-  CToolBar& GetToolBar() { return toolBar; }
+  CXmlGlobalsCtrl& GetTree() { return tree_; }
+  CToolBar& GetToolBar() { return toolBar_; }
 
   // Command ids of the choices in the drop-down menu, and of the button itself.
   static constexpr int kFirstSortCommand = 8192;
@@ -77,16 +77,16 @@ class CClassWnd : public CWnd, public IClassWindow {
   // Notifies the host of the declaration of the current node, if it has one.
   void OpenDeclaration();
 
-  FileSystem& files;
-  Settings& settings;
-  const WindowHandle hostWindow;
-  const std::string pictureFolder;
-  std::unique_ptr<CXmlNode> root;  // sorted copy of shownTree that the tree shows
-  std::unique_ptr<CXmlNode> shownTree;
-  std::unique_ptr<CXmlNode> sortChoices;
-  CXmlGlobalsCtrl tree;
-  CToolBar toolBar;
-  int sortIndex;
+  FileSystem& files_;
+  Settings& settings_;
+  const WindowHandle hostWindow_;
+  const std::string pictureFolder_;
+  std::unique_ptr<CXmlNode> root_;  // sorted copy of shownTree that the tree shows
+  std::unique_ptr<CXmlNode> shownTree_;
+  std::unique_ptr<CXmlNode> sortChoices_;
+  CXmlGlobalsCtrl tree_;
+  CToolBar toolBar_;
+  int sortIndex_;
 };
 
 }  // namespace tarn

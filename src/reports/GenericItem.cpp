@@ -8,13 +8,13 @@ std::string CGenericTextItem::GetCaption() const {
   std::string caption = GetOwnCaption();
   if (!caption.empty()) return caption;
   const std::string format = GetFormat();
-  if (format == kPlainFormat) return value;
-  return FormatMessageText(format, std::span(&value, 1));
+  if (format == kPlainFormat) return value_;
+  return FormatMessageText(format, std::span(&value_, 1));
 }
 
 void CGenericTextItem::GetItemMetrics(ReportItemMetrics& metrics) const {
-  metrics.foreColor = foreColor;
-  metrics.backColor = backColor;
+  metrics.foreColor = foreColor_;
+  metrics.backColor = backColor_;
 }
 
 std::string CGenericIconItem::GetValue() const {

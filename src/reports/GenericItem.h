@@ -19,19 +19,19 @@ class CGenericItem : public CReportRecordItem {
 class CGenericTextItem : public CGenericItem {
  public:
   CGenericTextItem(std::string text, Color foreground, Color background)
-      : foreColor(foreground), backColor(background), value(std::move(text)) {}
+      : foreColor_(foreground), backColor_(background), value_(std::move(text)) {}
 
-  std::string GetValue() const override { return value; }
-  void SetValue(std::string text) { value = std::move(text); }
+  std::string GetValue() const override { return value_; }
+  void SetValue(std::string text) { value_ = std::move(text); }
   // Returns the item's own caption if it has one, else the formatted value.
   std::string GetCaption() const override;
   void GetItemMetrics(ReportItemMetrics& metrics) const override;
-  void OnEditChanged(const std::string& text) override { value = text; }
+  void OnEditChanged(const std::string& text) override { value_ = text; }
 
  private:
-  Color foreColor;
-  Color backColor;
-  std::string value;
+  Color foreColor_;
+  Color backColor_;
+  std::string value_;
 };
 
 // Check box.
@@ -62,18 +62,18 @@ class CGenericColumn : public CReportColumn {
   CGenericColumn(int columnIndex, const std::string& columnCaption, int columnWidth, bool autoSize,
                  int icon, bool sortable, bool visible)
       : CReportColumn(columnIndex, columnCaption, columnWidth, autoSize, icon, sortable, visible),
-        name(columnCaption) {}
+        name_(columnCaption) {}
 
   // Name of the row attribute that supplies the value.
-  const std::string& GetName() const { return name; }
-  void SetName(std::string attribute) { name = std::move(attribute); }
+  const std::string& GetName() const { return name_; }
+  void SetName(std::string attribute) { name_ = std::move(attribute); }
   // If true, every cell of the column is a hyperlink.
-  bool HasHyperlink() const { return hasHyperlink; }
-  void SetHasHyperlink(bool has) { hasHyperlink = has; }
+  bool HasHyperlink() const { return hasHyperlink_; }
+  void SetHasHyperlink(bool has) { hasHyperlink_ = has; }
 
  private:
-  bool hasHyperlink = false;
-  std::string name;
+  bool hasHyperlink_ = false;
+  std::string name_;
 };
 
 }  // namespace tarn

@@ -48,10 +48,10 @@ std::string ValueOf(const CReportRecordItem* item) {
 
 CGenericReport::CGenericReport(FileSystem& fileSystem, WindowHandle host,
                                const CXmlNode* reportDefinition, bool enableDrag, bool enableTree)
-    : files(fileSystem), hostWindow(host), dragEnabled(enableDrag), treeEnabled(enableTree) {
+    : files_(fileSystem), hostWindow_(host), dragEnabled_(enableDrag), treeEnabled_(enableTree) {
   if (reportDefinition == nullptr) return;
-  definition = std::make_unique<CXmlNode>();
-  definition->CopyFrom(*reportDefinition);
+  definition_ = std::make_unique<CXmlNode>();
+  definition_->CopyFrom(*reportDefinition);
 }
 
 CGenericReport::~CGenericReport() {
@@ -66,7 +66,7 @@ bool CGenericReport::OnCreate() {
   AllowEdit(true);
   GetReportHeader().ShowItemsInGroups(false);
   CReportColumn* first = GetColumns().GetAt(0);
-  if (treeEnabled && first != nullptr) first->SetTreeColumn(true);
+  if (treeEnabled_ && first != nullptr) first->SetTreeColumn(true);
   GetReportHeader().AllowColumnRemove(false);
   GetReportHeader().AllowColumnReorder(false);
   Populate();
@@ -74,16 +74,16 @@ bool CGenericReport::OnCreate() {
 }
 
 bool CGenericReport::BuildFromDefinition() {
-  if (definition == nullptr || definition->GetChildCount() == 0) return false;
-  if (const CXmlNode* head = FindChildNoCase(*definition, "Def")) CreateColumns(*head);
-  if (const CXmlNode* body = FindChildNoCase(*definition, rowsName)) AddRows(*body);
+  if (definition_ == nullptr || definition_->GetChildCount() == 0) return false;
+  if (const CXmlNode* head = FindChildNoCase(*definition_, "Def")) CreateColumns(*head);
+  if (const CXmlNode* body = FindChildNoCase(*definition_, rowsName_)) AddRows(*body);
   return true;
 }
 
 // Also removes the column images, since image numbers start with those of the first column.
 void CGenericReport::RemoveColumns() {
   GetColumns().Clear();
-  imageList.reset();
+  imageList_.reset();
   SetImageList(nullptr);
 }
 
@@ -91,7 +91,7 @@ void CGenericReport::CreateColumns(const CXmlNode& definitionNode) {
   const int count = ParseDecimal(definitionNode.GetAttrValue("NbCol"));
   for (int i = 0; i < count && i < definitionNode.GetChildCount(); ++i) {
     if (CreateColumn(*definitionNode.GetChild(i), i)) continue;
-    ShowMessage(hostWindow, "Resource not found", "");
+    ShowMessage(hostWindow_, "Resource not found", "");
     return;
   }
 }
@@ -131,14 +131,14 @@ bool CGenericReport::CreateColumn(const CXmlNode& column, int index) {
 }
 
 int CGenericReport::AddPictures(const char* path) {
-  std::shared_ptr<const Bitmap> bitmap = ReadBitmapFile(files, ToNativeSeparators(path));
+  std::shared_ptr<const Bitmap> bitmap = ReadBitmapFile(files_, ToNativeSeparators(path));
   if (bitmap == nullptr) return CReportColumn::kNoIcon;
-  if (imageList == nullptr) {
+  if (imageList_ == nullptr) {
     const int side = bitmap->size.height;
-    imageList = std::make_shared<CImageList>(Size{side, side});
-    SetImageList(imageList);
+    imageList_ = std::make_shared<CImageList>(Size{side, side});
+    SetImageList(imageList_);
   }
-  return imageList->Add(std::move(bitmap));
+  return imageList_->Add(std::move(bitmap));
 }
 
 const CGenericColumn& CGenericReport::GetColumn(int index) const {
@@ -200,19 +200,19 @@ void CGenericReport::AddChildRows(CReportRecord& record, const CXmlNode& element
 
 void CGenericReport::Serialize(CXmlNode& node, bool storing) {
   if (storing) return Write(node);
-  if (definition == nullptr) definition = std::make_unique<CXmlNode>();
-  definition->CopyFrom(node);
-  Reload(definition->FindDescendant(rowsName), true, -1);
+  if (definition_ == nullptr) definition_ = std::make_unique<CXmlNode>();
+  definition_->CopyFrom(node);
+  Reload(definition_->FindDescendant(rowsName_), true, -1);
 }
 
 void CGenericReport::Write(CXmlNode& node) const {
   CXmlNode& report = *node.AddChild("Report");
-  const CXmlNode* head = definition == nullptr ? nullptr : definition->FindDescendant("Def");
+  const CXmlNode* head = definition_ == nullptr ? nullptr : definition_->FindDescendant("Def");
   if (head != nullptr) report.AppendCopy(*head);
-  CXmlNode& body = *report.AddChild(rowsName);
+  CXmlNode& body = *report.AddChild(rowsName_);
   for (int i = 0; i < GetRecords().GetCount(); ++i) {
     CReportRecord& record = *GetRecords().GetAt(i);
-    CXmlNode& row = *body.AddChild(rowName);
+    CXmlNode& row = *body.AddChild(rowName_);
     if (record.HasChildren()) row.AddAttr("Expand", ShapeOf(record));
     for (int column = 0; column < GetColumns().GetCount(); ++column) {
       row.AddAttr(GetColumn(column).GetName(), ValueOf(record.GetItem(column)));
@@ -246,8 +246,8 @@ void CGenericReport::RemoveAllRows() {
 
 void CGenericReport::SetDefinition(const CXmlNode& node) {
   RemoveColumns();
-  if (definition == nullptr) definition = std::make_unique<CXmlNode>();
-  definition->CopyFrom(node);
+  if (definition_ == nullptr) definition_ = std::make_unique<CXmlNode>();
+  definition_->CopyFrom(node);
   BuildFromDefinition();
 }
 
@@ -262,7 +262,7 @@ void CGenericReport::OnTimer(int timerId) {
 void CGenericReport::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
   const WindowHandle own = GetHandle();
   CReportControl::OnLeftButtonDown(hit, isShiftDown, isControlDown);
-  if (!IsWindow(own) || !dragEnabled || hit.area != ReportHit::Area::Row) return;
+  if (!IsWindow(own) || !dragEnabled_ || hit.area != ReportHit::Area::Row) return;
   if (GetSelectedRows().GetCount() == 0 || GetRecords().GetCount() == 0) return;
   std::string lines;
   for (int at = GetSelectedRows().GetFirstSelectedRowPosition(); at >= 0;) {

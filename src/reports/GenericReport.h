@@ -88,14 +88,14 @@ class CGenericReport : public CReportControl {
   void AddChildRows(CReportRecord& record, const CXmlNode& element);
   void Write(CXmlNode& node) const;
 
-  const std::string rowsName = "Rows";
-  const std::string rowName = "Row";
-  FileSystem& files;
-  const WindowHandle hostWindow;
-  const bool dragEnabled;
-  const bool treeEnabled;
-  std::unique_ptr<CXmlNode> definition;
-  std::shared_ptr<CImageList> imageList;
+  const std::string rowsName_ = "Rows";
+  const std::string rowName_ = "Row";
+  FileSystem& files_;
+  const WindowHandle hostWindow_;
+  const bool dragEnabled_;
+  const bool treeEnabled_;
+  std::unique_ptr<CXmlNode> definition_;
+  std::shared_ptr<CImageList> imageList_;
 };
 
 }  // namespace tarn

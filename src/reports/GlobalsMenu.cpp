@@ -43,7 +43,7 @@ constexpr AlignmentEntry kAlignments[] = {
 // The area after the last column has a menu too; otherwise the user couldn't restore the last
 // column after removing it. Commands that need a column are disabled there.
 CMenu CGlobalsReportWnd::MakeHeaderMenu(int column) const {
-  const CReportColumns& columns = std::as_const(*report).GetColumns();
+  const CReportColumns& columns = std::as_const(*report_).GetColumns();
   const CReportColumn* clicked = columns.GetAt(column);
   const bool isColumn = clicked != nullptr;
   auto shown = std::make_unique<CMenu>();
@@ -70,8 +70,8 @@ CMenu CGlobalsReportWnd::MakeHeaderMenu(int column) const {
   menu.AppendCommand(kSortDescending, "Sort &Descending").isEnabled = isColumn;
   menu.AppendSeparator();
   menu.AppendCommand(kGroupByField, "Group by Field").isEnabled =
-      isColumn && !report->GetReportHeader().IsShowItemsInGroups();
-  menu.AppendCommand(kGroupByBox, "Group by box").isChecked = report->IsGroupByVisible();
+      isColumn && !report_->GetReportHeader().IsShowItemsInGroups();
+  menu.AppendCommand(kGroupByBox, "Group by box").isChecked = report_->IsGroupByVisible();
   menu.AppendSeparator();
   menu.AppendCommand(kRemoveColumn, "Remove Column").isEnabled = isColumn;
   menu.AppendSeparator();
@@ -90,19 +90,19 @@ void CGlobalsReportWnd::ShowHeaderMenu(int column, Point screen) {
 
 void CGlobalsReportWnd::SortBy(const CReportColumn* column, bool ascending) {
   if (column == nullptr || !column->IsSortable()) return;
-  report->GetColumns().SetSortColumn(column, ascending);
-  report->Populate();
+  report_->GetColumns().SetSortColumn(column, ascending);
+  report_->Populate();
 }
 
 void CGlobalsReportWnd::RunHeaderCommand(int command, int column) {
-  CReportColumns& columns = report->GetColumns();
+  CReportColumns& columns = report_->GetColumns();
   if (CReportColumn* named = columns.GetAt(command - kColumnFirst)) {
     return named->SetVisible(!named->IsVisible());
   }
   if (const CReportColumn* named = columns.GetAt(command - kArrangeByFirst)) {
     return SortBy(named, true);
   }
-  if (command == kGroupByBox) return report->ShowGroupBy(!report->IsGroupByVisible());
+  if (command == kGroupByBox) return report_->ShowGroupBy(!report_->IsGroupByVisible());
   CReportColumn* const clicked = columns.GetAt(column);
   if (clicked == nullptr) return;
   for (const AlignmentEntry& entry : kAlignments) {
@@ -114,13 +114,13 @@ void CGlobalsReportWnd::RunHeaderCommand(int command, int column) {
       return SortBy(clicked, command == kSortAscending);
     case kGroupByField:
       if (columns.GetGroupsOrder().IndexOf(clicked) < 0) columns.GetGroupsOrder().Add(clicked);
-      report->ShowGroupBy(true);
-      return report->Populate();
+      report_->ShowGroupBy(true);
+      return report_->Populate();
     case kRemoveColumn:
       clicked->SetVisible(false);
-      return report->Populate();
+      return report_->Populate();
     case kBestFit:
-      return report->GetReportHeader().BestFit(*clicked);
+      return report_->GetReportHeader().BestFit(*clicked);
     default:
       return;
   }

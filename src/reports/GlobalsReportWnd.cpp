@@ -9,10 +9,10 @@ namespace tarn {
 
 CGlobalsReportWnd::CGlobalsReportWnd(FileSystem& fileSystem, WindowHandle host,
                                      const std::string& configFolder)
-    : files(fileSystem),
-      hostWindow(host),
-      report(std::make_unique<CGlobalsReport>(fileSystem, host,
-                                              *MakeGlobalsDefinition(configFolder))) {}
+    : files_(fileSystem),
+      hostWindow_(host),
+      report_(std::make_unique<CGlobalsReport>(fileSystem, host,
+                                               *MakeGlobalsDefinition(configFolder))) {}
 
 CGlobalsReportWnd::~CGlobalsReportWnd() {
   DestroyWindow();
@@ -22,42 +22,42 @@ bool CGlobalsReportWnd::OnCreate() {
   ReportLook look = MakeReportLook();
   look.captionFont = GetFont();
   look.captionFont.twips = look.captionFont.twips * 5 / 6;
-  report->SetLook(look);
-  if (!report->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
-                      kReportId)) {
+  report_->SetLook(look);
+  if (!report_->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
+                       kReportId)) {
     return false;
   }
   // Show the symbols that were loaded before the window was created.
-  if (symbols != nullptr) SetRows(*symbols);
+  if (symbols_ != nullptr) SetRows(*symbols_);
   return true;
 }
 
 void CGlobalsReportWnd::OnSize(Size size) {
-  report->MoveWindow({0, 0, size.width, size.height});
+  report_->MoveWindow({0, 0, size.width, size.height});
 }
 
 std::int32_t CGlobalsReportWnd::Load(const char* path) {
   const std::string name = TextOf(path);
-  const std::optional<FileStatus> status = name.empty() ? std::nullopt : files.Examine(name);
+  const std::optional<FileStatus> status = name.empty() ? std::nullopt : files_.Examine(name);
   // Compare the full path: a different folder may have a file with the same name and time.
-  const bool isShown = loaded && status && EqualNoCase(loaded->path, name) &&
-                       loaded->status.modifiedSeconds == status->modifiedSeconds &&
-                       loaded->status.size == status->size;
+  const bool isShown = loaded_ && status && EqualNoCase(loaded_->path, name) &&
+                       loaded_->status.modifiedSeconds == status->modifiedSeconds &&
+                       loaded_->status.size == status->size;
   if (isShown) return 1;
-  loaded.reset();
-  symbols = std::make_unique<CXmlNode>();
+  loaded_.reset();
+  symbols_ = std::make_unique<CXmlNode>();
   if (!name.empty()) {
-    if (const Result<std::string> read = files.ReadWholeFile(name)) {
-      symbols = ReadSymbols(*read);
-      if (status) loaded = LoadedFile{name, *status};
+    if (const Result<std::string> read = files_.ReadWholeFile(name)) {
+      symbols_ = ReadSymbols(*read);
+      if (status) loaded_ = LoadedFile{name, *status};
     }
   }
-  SetRows(*symbols);
+  SetRows(*symbols_);
   return 1;
 }
 
 void CGlobalsReportWnd::SetRows(const CXmlNode& root) {
-  report->Reload(&root, true, -1);
+  report_->Reload(&root, true, -1);
 }
 
 std::intptr_t CGlobalsReportWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
@@ -71,11 +71,11 @@ std::intptr_t CGlobalsReportWnd::OnMessage(std::uint32_t message, std::intptr_t 
 }
 
 void CGlobalsReportWnd::OpenPlaceOf(int row) const {
-  const CReportRow* clicked = report->GetRows().GetAt(row);
+  const CReportRow* clicked = report_->GetRows().GetAt(row);
   if (clicked == nullptr || clicked->IsGroup()) return;
-  const std::string file = report->GetValueAt(row, kGlobalsFile);
-  const std::string line = report->GetValueAt(row, kGlobalsLine);
-  SendWindowMessage(hostWindow, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(file.c_str()),
+  const std::string file = report_->GetValueAt(row, kGlobalsFile);
+  const std::string line = report_->GetValueAt(row, kGlobalsLine);
+  SendWindowMessage(hostWindow_, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(file.c_str()),
                     -std::intptr_t{ParseDecimal(line.c_str())});
 }
 

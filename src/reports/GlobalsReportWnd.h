@@ -27,9 +27,9 @@ class CGlobalsReportWnd : public CWnd, public IGlobalsWindow {
   void SetRows(const CXmlNode& root);
 
   void LoadGlobals(const std::string& path) override { Load(path.c_str()); }
-  const CXmlNode* GetSymbols() override { return symbols.get(); }
+  const CXmlNode* GetSymbols() override { return symbols_.get(); }
 
-  CGlobalsReport& GetReport() { return *report; }
+  CGlobalsReport& GetReport() { return *report_; }
 
  protected:
   bool OnCreate() override;
@@ -53,11 +53,11 @@ class CGlobalsReportWnd : public CWnd, public IGlobalsWindow {
   void RunHeaderCommand(int command, int column);
   void SortBy(const CReportColumn* column, bool ascending);
 
-  FileSystem& files;
-  const WindowHandle hostWindow;
-  std::unique_ptr<CGlobalsReport> report;
-  std::unique_ptr<CXmlNode> symbols;
-  std::optional<LoadedFile> loaded;
+  FileSystem& files_;
+  const WindowHandle hostWindow_;
+  std::unique_ptr<CGlobalsReport> report_;
+  std::unique_ptr<CXmlNode> symbols_;
+  std::optional<LoadedFile> loaded_;
 };
 
 }  // namespace tarn

@@ -15,20 +15,20 @@ COutputReport::~COutputReport() {
 }
 
 void COutputReport::Update(const CXmlNode& root, std::uint64_t generation) {
-  const bool hasGrown = shown && shown->generation == generation &&
-                        shown->records == GetRecords().GetCount() &&
-                        shown->messages <= root.GetChildCount();
+  const bool hasGrown = shown_ && shown_->generation == generation &&
+                        shown_->records == GetRecords().GetCount() &&
+                        shown_->messages <= root.GetChildCount();
   if (hasGrown) {
-    for (int i = shown->messages; i < root.GetChildCount(); ++i) AddMessage(*root.GetChild(i));
+    for (int i = shown_->messages; i < root.GetChildCount(); ++i) AddMessage(*root.GetChild(i));
     PopulateAdded();
   } else {
     Reload(&root, true, -1);
   }
-  shown = Shown{generation, root.GetChildCount(), GetRecords().GetCount()};
+  shown_ = Shown{generation, root.GetChildCount(), GetRecords().GetCount()};
 }
 
 void COutputReport::AddRows(const CXmlNode& rowsNode) {
-  shown.reset();
+  shown_.reset();
   for (int i = 0; i < rowsNode.GetChildCount(); ++i) AddMessage(*rowsNode.GetChild(i));
 }
 

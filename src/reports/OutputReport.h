@@ -35,7 +35,7 @@ class COutputReport : public CGenericReport {
   };
   void AddMessage(const CXmlNode& message);
 
-  std::optional<Shown> shown;
+  std::optional<Shown> shown_;
 };
 
 }  // namespace tarn

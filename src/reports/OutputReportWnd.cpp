@@ -10,52 +10,52 @@
 namespace tarn {
 
 COutputReportWnd::COutputReportWnd(FileSystem& fileSystem, WindowHandle host)
-    : files(fileSystem), hostWindow(host) {}
+    : files_(fileSystem), hostWindow_(host) {}
 
 COutputReportWnd::~COutputReportWnd() {
   DestroyWindow();
 }
 
 void COutputReportWnd::SetDefinition(const CXmlNode& node) {
-  auto made = std::make_unique<COutputReport>(files, hostWindow, node);
-  Retire(std::exchange(report, std::move(made)));
+  auto made = std::make_unique<COutputReport>(files_, hostWindow_, node);
+  Retire(std::exchange(report_, std::move(made)));
   if (IsCreated()) CreateReport();
 }
 
 bool COutputReportWnd::OnCreate() {
-  return report == nullptr || CreateReport();
+  return report_ == nullptr || CreateReport();
 }
 
 bool COutputReportWnd::CreateReport() {
-  report->SetLook(MakeReportLook());
-  return report->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
-                        kReportId);
+  report_->SetLook(MakeReportLook());
+  return report_->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
+                         kReportId);
 }
 
 void COutputReportWnd::OnSize(Size size) {
-  if (report != nullptr) report->MoveWindow({0, 0, size.width, size.height});
+  if (report_ != nullptr) report_->MoveWindow({0, 0, size.width, size.height});
 }
 
 void COutputReportWnd::Update(const CXmlNode& root, std::uint64_t generation) {
-  if (report != nullptr && report->IsCreated()) report->Update(root, generation);
+  if (report_ != nullptr && report_->IsCreated()) report_->Update(root, generation);
 }
 
 std::intptr_t COutputReportWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
                                           std::intptr_t /*lParam*/) {
   if (message != kMsgReportClick && message != kMsgReportEnter) return 0;
   const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
-  if (report != nullptr && notice.id == kReportId) OpenPlaceOf(notice.row);
+  if (report_ != nullptr && notice.id == kReportId) OpenPlaceOf(notice.row);
   return 0;
 }
 
 void COutputReportWnd::OpenPlaceOf(int row) const {
-  const CReportRow* clicked = report->GetRows().GetAt(row);
+  const CReportRow* clicked = report_->GetRows().GetAt(row);
   if (clicked == nullptr || clicked->IsGroup()) return;
-  const std::string file = report->GetValueAt(row, kOutputFile);
-  const std::string line = report->GetValueAt(row, kOutputLine);
-  const std::string help = report->GetValueAt(row, kOutputHelp);
+  const std::string file = report_->GetValueAt(row, kOutputFile);
+  const std::string line = report_->GetValueAt(row, kOutputLine);
+  const std::string help = report_->GetValueAt(row, kOutputHelp);
   // The host may refill the report or destroy this window.
-  const WindowHandle host = hostWindow;
+  const WindowHandle host = hostWindow_;
   SendWindowMessage(host, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(file.c_str()),
                     -std::intptr_t{ParseDecimal(line.c_str())});
   if (help.empty()) return;

@@ -20,7 +20,7 @@ class COutputReportWnd : public CWnd, public IReportView {
   void Update(const CXmlNode& root, std::uint64_t generation) override;
 
   // Returns nullptr until SetDefinition() was called.
-  COutputReport* GetReport() { return report.get(); }
+  COutputReport* GetReport() { return report_.get(); }
 
  protected:
   bool OnCreate() override;
@@ -33,9 +33,9 @@ class COutputReportWnd : public CWnd, public IReportView {
   bool CreateReport();
   void OpenPlaceOf(int row) const;
 
-  FileSystem& files;
-  std::unique_ptr<COutputReport> report;
-  const WindowHandle hostWindow;
+  FileSystem& files_;
+  std::unique_ptr<COutputReport> report_;
+  const WindowHandle hostWindow_;
 };
 
 }  // namespace tarn

@@ -20,17 +20,17 @@ constexpr const char* kKeyNames[] = {"Header", "DeclFile", "DeclLine"};
 // Detects duplicates by a hash set of pointers to the symbols seen so far, which must stay alive.
 class DoubleFilter {
  public:
-  explicit DoubleFilter(std::size_t count) { seen.reserve(count); }
+  explicit DoubleFilter(std::size_t count) { seen_.reserve(count); }
 
   bool IsDouble(const CXmlNode& symbol) {
-    key.clear();
+    key_.clear();
     for (const char* name : kKeyNames) {
       const char* value = symbol.GetAttrValue(name);
       if (value == nullptr) return false;
-      key += value;
-      key += '\n';
+      key_ += value;
+      key_ += '\n';
     }
-    return !seen.insert({HashBytes(FoldCase(key)), &symbol}).second;
+    return !seen_.insert({HashBytes(FoldCase(key_)), &symbol}).second;
   }
 
  private:
@@ -48,8 +48,8 @@ class DoubleFilter {
     std::size_t operator()(const Seen& each) const noexcept { return each.hash; }
   };
 
-  std::string key;  // key of the current symbol
-  std::unordered_set<Seen, HashOfSeen> seen;
+  std::string key_;  // key of the current symbol
+  std::unordered_set<Seen, HashOfSeen> seen_;
 };
 
 }  // namespace

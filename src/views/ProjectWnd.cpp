@@ -36,14 +36,14 @@ bool ReadFlag(const Settings& settings, const char* name, const char* fallback) 
 CProjectWnd::CProjectWnd(FileSystem& fileSystem, Settings& userSettings,
                          CProjectModel& projectModel, CPropertyManagerDriver& properties,
                          WindowHandle host)
-    : files(fileSystem),
-      settings(userSettings),
-      model(&projectModel),
-      propertyManager(&properties),
-      popupMenus(CXmlNode::CreateNode("PopupMenus")),
-      hostWindow(host),
-      viewSizes(ReadFlag(userSettings, "ViewSizes", "TRUE")),
-      viewDeps(ReadFlag(userSettings, "ViewDeps", "FALSE")) {}
+    : files_(fileSystem),
+      settings_(userSettings),
+      model_(&projectModel),
+      propertyManager_(&properties),
+      popupMenus_(CXmlNode::CreateNode("PopupMenus")),
+      hostWindow_(host),
+      viewSizes_(ReadFlag(userSettings, "ViewSizes", "TRUE")),
+      viewDeps_(ReadFlag(userSettings, "ViewDeps", "FALSE")) {}
 
 CProjectWnd::~CProjectWnd() {
   DestroyWindow();
@@ -52,9 +52,9 @@ CProjectWnd::~CProjectWnd() {
 bool CProjectWnd::OnCreate() {
   AcceptDroppedFiles(true);
   const Rect all = GetClientRect();
-  toolBar.Create(kStyleChild | kStyleVisible, all, this, kToolBarId);
+  toolBar_.Create(kStyleChild | kStyleVisible, all, this, kToolBarId);
   AddButtons();
-  return tree.Create(kTreeMode, kStyleChild | kStyleVisible, all, this, kTreeId);
+  return tree_.Create(kTreeMode, kStyleChild | kStyleVisible, all, this, kTreeId);
 }
 
 void CProjectWnd::OnDestroy() {
@@ -63,57 +63,57 @@ void CProjectWnd::OnDestroy() {
 
 void CProjectWnd::ForgetModel() {
   KillTimer(kStepTimer);
-  isStepping = false;
-  tree.SetXmlRoot(nullptr);
-  model = nullptr;
-  propertyManager = nullptr;
-  keeper = nullptr;
-  hostWindow = 0;
+  isStepping_ = false;
+  tree_.SetXmlRoot(nullptr);
+  model_ = nullptr;
+  propertyManager_ = nullptr;
+  keeper_ = nullptr;
+  hostWindow_ = 0;
 }
 
 void CProjectWnd::OnSize(Size size) {
   CloseNameEditor();
-  const int barHeight = toolBar.GetHeightFor(size.width);
-  toolBar.MoveWindow({0, 0, size.width, barHeight});
-  tree.MoveWindow({0, barHeight, size.width, size.height > barHeight ? size.height : barHeight});
+  const int barHeight = toolBar_.GetHeightFor(size.width);
+  toolBar_.MoveWindow({0, 0, size.width, barHeight});
+  tree_.MoveWindow({0, barHeight, size.width, size.height > barHeight ? size.height : barHeight});
 }
 
 // --- Tool bar and switches ---
 
 void CProjectWnd::AddButtons() {
-  toolBar.AddButton(kPropertiesButton, "Properties", -1);
-  toolBar.AddButton(kInfoButton, "Info", -1);
-  toolBar.AddDropDown(kShowButton, "Show", -1, [this] { return MakeShowMenu(); });
-  toolBar.SetUpdater([this](CToolBar::Button& button) {
+  toolBar_.AddButton(kPropertiesButton, "Properties", -1);
+  toolBar_.AddButton(kInfoButton, "Info", -1);
+  toolBar_.AddDropDown(kShowButton, "Show", -1, [this] { return MakeShowMenu(); });
+  toolBar_.SetUpdater([this](CToolBar::Button& button) {
     if (button.id != kInfoButton) return;
     button.isRadio = true;
-    button.isChecked = tree.IsHelpMode();
+    button.isChecked = tree_.IsHelpMode();
   });
 }
 
 std::unique_ptr<CMenu> CProjectWnd::MakeShowMenu() const {
   auto menu = std::make_unique<CMenu>();
-  menu->AppendCommand(kShowSizes, "Build information").isChecked = viewSizes;
-  menu->AppendCommand(kShowDependencies, "Dependencies").isChecked = viewDeps;
+  menu->AppendCommand(kShowSizes, "Build information").isChecked = viewSizes_;
+  menu->AppendCommand(kShowDependencies, "Dependencies").isChecked = viewDeps_;
   return menu;
 }
 
 bool CProjectWnd::OnCommand(int command) {
-  const DispatchPtr held(keeper);
+  const DispatchPtr held(keeper_);
   switch (command) {
     case kPropertiesButton:
       CloseNameEditor();
-      SendWindowMessage(hostWindow, kMsgCommand, kShowOptionsCommand, 0);
+      SendWindowMessage(hostWindow_, kMsgCommand, kShowOptionsCommand, 0);
       return true;
     case kInfoButton:
       CloseNameEditor();
-      tree.SetHelpMode(true);
+      tree_.SetHelpMode(true);
       return true;
     case kShowSizes:
-      Toggle(viewSizes, "ViewSizes");
+      Toggle(viewSizes_, "ViewSizes");
       return true;
     case kShowDependencies:
-      Toggle(viewDeps, "ViewDeps");
+      Toggle(viewDeps_, "ViewDeps");
       return true;
     default:
       return false;
@@ -124,9 +124,9 @@ void CProjectWnd::Toggle(bool& flag, const char* profileName) {
   CloseNameEditor();
   flag = !flag;
   // Saved before the refill, since a handler of the refill's messages may destroy this window.
-  settings.WriteProfile(kSection, profileName, flag ? "TRUE" : "FALSE");
-  if (&flag == &viewSizes) {
-    tree.SetShowInfo(viewSizes);
+  settings_.WriteProfile(kSection, profileName, flag ? "TRUE" : "FALSE");
+  if (&flag == &viewSizes_) {
+    tree_.SetShowInfo(viewSizes_);
   } else {
     ShowDependencyPicture();
   }
@@ -137,8 +137,8 @@ void CProjectWnd::Toggle(bool& flag, const char* profileName) {
 // --- Images and popup menus ---
 
 void CProjectWnd::LoadViewConfig(const std::string& fileName) {
-  if (model == nullptr || propertyManager == nullptr) return;
-  const Result<std::string> text = files.ReadWholeFile(fileName);
+  if (model_ == nullptr || propertyManager_ == nullptr) return;
+  const Result<std::string> text = files_.ReadWholeFile(fileName);
   if (!text && text.GetError().code != ErrorCode::Io) return;
   if (text) {
     CXmlNode configuration;
@@ -148,14 +148,14 @@ void CProjectWnd::LoadViewConfig(const std::string& fileName) {
       if (section.NameView() == "Types") LoadTypePictures(section);
       if (section.NameView() != "PopupMenus") continue;
       for (int menu = 0; menu < section.GetChildCount(); ++menu) {
-        popupMenus->AppendCopy(*section.GetChild(menu));
+        popupMenus_->AppendCopy(*section.GetChild(menu));
       }
     }
   }
   ShowDependencyPicture();
-  tree.AddMarkerImages(
-      ReadBitmapFile(files, ResourcePath(model->Services().configFolder, "marker.bmp")));
-  tree.SetShowInfo(viewSizes);
+  tree_.AddMarkerImages(
+      ReadBitmapFile(files_, ResourcePath(model_->Services().configFolder, "marker.bmp")));
+  tree_.SetShowInfo(viewSizes_);
 }
 
 void CProjectWnd::LoadTypePictures(const CXmlNode& types) {
@@ -163,99 +163,100 @@ void CProjectWnd::LoadTypePictures(const CXmlNode& types) {
     const CXmlNode& type = *types.GetChild(i);
     if (type.GetType() != XmlElement) continue;
     const std::string path = TypeProperty(type, "Icon");
-    if (!path.empty()) tree.AddImage(type.GetName(), ReadBitmapFile(files, path));
+    if (!path.empty()) tree_.AddImage(type.GetName(), ReadBitmapFile(files_, path));
   }
 }
 
 // Dependencies are shown if and only if their elements have an image.
 void CProjectWnd::ShowDependencyPicture() {
-  if (!viewDeps) {
-    tree.RemoveImage(kDependencies);
-  } else if (model != nullptr) {
-    tree.AddImage(kDependencies, ReadBitmapFile(files, ResourcePath(model->Services().configFolder,
-                                                                    "dependencies.bmp")));
+  if (!viewDeps_) {
+    tree_.RemoveImage(kDependencies);
+  } else if (model_ != nullptr) {
+    tree_.AddImage(
+        kDependencies,
+        ReadBitmapFile(files_, ResourcePath(model_->Services().configFolder, "dependencies.bmp")));
   }
 }
 
 // --- IProjectWindow ---
 
 bool CProjectWnd::SetProjectRoot(CXmlNode* root) {
-  if (!tree.IsCreated()) return false;
-  updateDepth = 0;
-  tree.SetXmlRoot(root);
+  if (!tree_.IsCreated()) return false;
+  updateDepth_ = 0;
+  tree_.SetXmlRoot(root);
   return true;
 }
 
 void CProjectWnd::BeginTreeUpdate(UpdateScope scope) {
-  if (updateDepth == 0) {
-    tree.SaveViewState();
-    isWholeUpdate = false;
-    updated.clear();
+  if (updateDepth_ == 0) {
+    tree_.SaveViewState();
+    isWholeUpdate_ = false;
+    updated_.clear();
   }
-  if (scope == UpdateScope::Whole) isWholeUpdate = true;
-  ++updateDepth;
+  if (scope == UpdateScope::Whole) isWholeUpdate_ = true;
+  ++updateDepth_;
 }
 
 void CProjectWnd::TellUpdated(const CXmlNode& node) {
-  updated.insert(&node);
+  updated_.insert(&node);
 }
 
 void CProjectWnd::EndTreeUpdate() {
   // Without a matching BeginTreeUpdate() no nodes have been reported, so everything is refilled.
-  if (updateDepth == 0) isWholeUpdate = true;
-  if (updateDepth > 0 && --updateDepth > 0) return;
+  if (updateDepth_ == 0) isWholeUpdate_ = true;
+  if (updateDepth_ > 0 && --updateDepth_ > 0) return;
   const WindowHandle own = GetHandle();
-  if (isWholeUpdate) {
-    tree.Refill();
+  if (isWholeUpdate_) {
+    tree_.Refill();
   } else {
-    tree.RefillNodes({updated.begin(), updated.end()});
+    tree_.RefillNodes({updated_.begin(), updated_.end()});
   }
-  if (IsWindow(own)) toolBar.Invalidate();
+  if (IsWindow(own)) toolBar_.Invalidate();
 }
 
 void CProjectWnd::ClearTree() {
-  if (!tree.IsCreated()) return;
-  tree.SetSelectedLabel("");
-  tree.SetXmlRoot(nullptr);
+  if (!tree_.IsCreated()) return;
+  tree_.SetSelectedLabel("");
+  tree_.SetXmlRoot(nullptr);
 }
 
 CXmlNode* CProjectWnd::GetSelectedNode() {
-  return tree.IsCreated() ? tree.GetCurrentNode() : nullptr;
+  return tree_.IsCreated() ? tree_.GetCurrentNode() : nullptr;
 }
 
 void CProjectWnd::SelectTreeNode(CXmlNode* node) {
-  tree.SelectNode(node);
+  tree_.SelectNode(node);
 }
 
 void CProjectWnd::ForgetNode(const CXmlNode& node) {
-  tree.ForgetNode(node);
-  if (!updated.empty()) ForgetUpdated(node);
+  tree_.ForgetNode(node);
+  if (!updated_.empty()) ForgetUpdated(node);
 }
 
 void CProjectWnd::ForgetUpdated(const CXmlNode& node) {
-  updated.erase(&node);
+  updated_.erase(&node);
   for (const CXmlNode* const child : node.GetChildren()) ForgetUpdated(*child);
 }
 
 void CProjectWnd::StartStepTimer() {
   SetTimer(kStepTimer, kStepPeriod);
   // Only once per start and stop; otherwise updates of the options window would stay suspended.
-  if (isStepping || propertyManager == nullptr) return;
-  isStepping = true;
-  propertyManager->BeginUpdate();
+  if (isStepping_ || propertyManager_ == nullptr) return;
+  isStepping_ = true;
+  propertyManager_->BeginUpdate();
 }
 
 void CProjectWnd::StopStepTimer() {
   KillTimer(kStepTimer);
-  isStepping = false;
-  if (propertyManager != nullptr) propertyManager->EndUpdate();
+  isStepping_ = false;
+  if (propertyManager_ != nullptr) propertyManager_->EndUpdate();
 }
 
 void CProjectWnd::OnTimer(int timerId) {
-  const DispatchPtr held(keeper);
-  if (timerId != kStepTimer || model == nullptr || model->Publishing().IsPublishingSuspended())
+  const DispatchPtr held(keeper_);
+  if (timerId != kStepTimer || model_ == nullptr || model_->Publishing().IsPublishingSuspended())
     return;
-  model->Publishing().PublishTick();
+  model_->Publishing().PublishTick();
 }
 
 }  // namespace tarn

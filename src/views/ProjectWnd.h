@@ -39,7 +39,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
 
   // Sets the owner of this window and the model. Handlers of messages may release the owner, so
   // every event holds a reference to it until it has been handled. Borrowed; nullptr for no owner.
-  void SetKeeper(IDispatch* object) { keeper = object; }
+  void SetKeeper(IDispatch* object) { keeper_ = object; }
   // Called before the model and the drivers are destroyed, if this window outlives them. From then
   // on the window uses neither them nor the keeper.
   void ForgetModel();
@@ -54,17 +54,17 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   void TellUpdated(const CXmlNode& node) override;
   void ForgetNode(const CXmlNode& node) override;
   void RepaintWindow() override { Invalidate(); }
-  void RepaintTree() override { tree.Invalidate(); }
+  void RepaintTree() override { tree_.Invalidate(); }
   void StartStepTimer() override;
   void StopStepTimer() override;
 
-  CXmlTreeCtrl& GetTree() { return tree; }
-  CToolBar& GetToolBar() { return toolBar; }
+  CXmlTreeCtrl& GetTree() { return tree_; }
+  CToolBar& GetToolBar() { return toolBar_; }
   // Returns nullptr unless a name is being edited.
-  CEditName* GetNameEditor() { return nameEditor.get(); }
-  const CXmlNode& GetPopupMenus() const { return *popupMenus; }
-  bool ShowsSizes() const { return viewSizes; }
-  bool ShowsDependencies() const { return viewDeps; }
+  CEditName* GetNameEditor() { return nameEditor_.get(); }
+  const CXmlNode& GetPopupMenus() const { return *popupMenus_; }
+  bool ShowsSizes() const { return viewSizes_; }
+  bool ShowsDependencies() const { return viewDeps_; }
 
  protected:
   bool OnCreate() override;
@@ -96,23 +96,23 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   void OpenNameEditor(const CXmlNode& node);
   void CloseNameEditor();
 
-  FileSystem& files;
-  Settings& settings;
-  CXmlTreeCtrl tree;
-  CToolBar toolBar;
-  CProjectModel* model;
-  CPropertyManagerDriver* propertyManager;
-  IDispatch* keeper = nullptr;
-  std::unique_ptr<CXmlNode> popupMenus;
-  std::unique_ptr<CEditName> nameEditor;
-  CXmlMenu contextMenu;
-  WindowHandle hostWindow;
-  int updateDepth = 0;
-  bool isWholeUpdate = false;                   // refill everything, not just `updated`
-  std::unordered_set<const CXmlNode*> updated;  // nodes reported in the current update
-  bool viewSizes;
-  bool viewDeps;
-  bool isStepping = false;
+  FileSystem& files_;
+  Settings& settings_;
+  CXmlTreeCtrl tree_;
+  CToolBar toolBar_;
+  CProjectModel* model_;
+  CPropertyManagerDriver* propertyManager_;
+  IDispatch* keeper_ = nullptr;
+  std::unique_ptr<CXmlNode> popupMenus_;
+  std::unique_ptr<CEditName> nameEditor_;
+  CXmlMenu contextMenu_;
+  WindowHandle hostWindow_;
+  int updateDepth_ = 0;
+  bool isWholeUpdate_ = false;                   // refill everything, not just `updated`
+  std::unordered_set<const CXmlNode*> updated_;  // nodes reported in the current update
+  bool viewSizes_;
+  bool viewDeps_;
+  bool isStepping_ = false;
 };
 
 }  // namespace tarn

@@ -22,11 +22,11 @@ constexpr const char* kPopupSection = "Internal";
 
 std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
                                      std::intptr_t lParam) {
-  const DispatchPtr held(keeper);
+  const DispatchPtr held(keeper_);
   switch (message) {
     case kXmlTreeSelect:
       CloseNameEditor();
-      if (model != nullptr) model->SetCurrentNode(tree.GetCurrentNode());
+      if (model_ != nullptr) model_->SetCurrentNode(tree_.GetCurrentNode());
       break;
     case kXmlTreeActivate:
       CloseNameEditor();
@@ -38,9 +38,9 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
       break;
     case kXmlTreeDrop:
       CloseNameEditor();
-      if (model != nullptr) {
-        model->Editor().MoveNode(reinterpret_cast<CXmlNode*>(wParam),
-                                 reinterpret_cast<CXmlNode*>(lParam));
+      if (model_ != nullptr) {
+        model_->Editor().MoveNode(reinterpret_cast<CXmlNode*>(wParam),
+                                  reinterpret_cast<CXmlNode*>(lParam));
       }
       break;
     case kXmlTreeRename:
@@ -50,7 +50,7 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
       OnKey(static_cast<int>(wParam));
       break;
     case kXmlTreeReorder:
-      if (model != nullptr) model->State().NoteReordered();
+      if (model_ != nullptr) model_->State().NoteReordered();
       break;
     default:
       break;
@@ -60,20 +60,20 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
 
 // Returns a property that describes the behaviour of the node's type.
 std::string CProjectWnd::TypeProperty(const CXmlNode& node, const char* property) {
-  return propertyManager == nullptr
+  return propertyManager_ == nullptr
              ? std::string()
-             : propertyManager->GetPropertyValue(node.GetName(), kPopupSection, property);
+             : propertyManager_->GetPropertyValue(node.GetName(), kPopupSection, property);
 }
 
 void CProjectWnd::SendTypeCommand(const char* property) {
-  const CXmlNode* const node = tree.GetCurrentNode();
+  const CXmlNode* const node = tree_.GetCurrentNode();
   if (node == nullptr) return;
   const std::string command = TypeProperty(*node, property);
-  SendWindowMessage(hostWindow, kMsgCommand, ParseDecimal(command.c_str()), 0);
+  SendWindowMessage(hostWindow_, kMsgCommand, ParseDecimal(command.c_str()), 0);
 }
 
 void CProjectWnd::OnOpen() {
-  const CXmlNode* const node = tree.GetCurrentNode();
+  const CXmlNode* const node = tree_.GetCurrentNode();
   if (node == nullptr) return;
   if (node->NameView() == "Application" || node->NameView() == "Group") {
     OpenNameEditor(*node);
@@ -83,59 +83,59 @@ void CProjectWnd::OnOpen() {
 }
 
 void CProjectWnd::OpenNameEditor(const CXmlNode& node) {
-  Rect place = tree.GetNodeTextRect(node);
+  Rect place = tree_.GetNodeTextRect(node);
   place = {place.left - 1, place.top - 1, place.right + kNameEditorExtra + 1, place.bottom + 1};
-  nameEditor = std::make_unique<CEditName>();
-  nameEditor->SetFont(tree.GetFont());
-  nameEditor->Create(kNameEditorStyle, place, &tree, kNameEditorId);
-  nameEditor->SetFocus();
+  nameEditor_ = std::make_unique<CEditName>();
+  nameEditor_->SetFont(tree_.GetFont());
+  nameEditor_->Create(kNameEditorStyle, place, &tree_, kNameEditorId);
+  nameEditor_->SetFocus();
 }
 
 // Retires the editor instead of destroying it, since the caller may be one of its own events.
 void CProjectWnd::CloseNameEditor() {
-  Retire(std::move(nameEditor));
+  Retire(std::move(nameEditor_));
 }
 
 void CProjectWnd::OnRename(const std::string& name) {
-  const CXmlNode* const node = tree.GetCurrentNode();
-  if (node == nullptr || model == nullptr || propertyManager == nullptr) return;
+  const CXmlNode* const node = tree_.GetCurrentNode();
+  if (node == nullptr || model_ == nullptr || propertyManager_ == nullptr) return;
   const std::string type = node->GetName();
   const WindowHandle own = GetHandle();
-  propertyManager->SetPropertyValue(type, "General", "Header", name);
-  if (!IsWindow(own) || model == nullptr) return;
-  model->Options().StoreChangedProperty(type + ".General.Header");
+  propertyManager_->SetPropertyValue(type, "General", "Header", name);
+  if (!IsWindow(own) || model_ == nullptr) return;
+  model_->Options().StoreChangedProperty(type + ".General.Header");
   if (!IsWindow(own)) return;
-  const bool isAlive = tree.GetCurrentNode() == node;
-  tree.SetSelectedLabel(name);
-  if (isAlive) tree.SetSelectedNode(node);
-  tree.Refill();
+  const bool isAlive = tree_.GetCurrentNode() == node;
+  tree_.SetSelectedLabel(name);
+  if (isAlive) tree_.SetSelectedNode(node);
+  tree_.Refill();
 }
 
 void CProjectWnd::OnKey(int key) {
-  if (model == nullptr) return;
-  if (key == kKeyInsert) model->Items().AddExistingItem(nullptr, nullptr);
-  if (key == kKeyDelete) model->Editor().RemoveItem(nullptr);
+  if (model_ == nullptr) return;
+  if (key == kKeyInsert) model_->Items().AddExistingItem(nullptr, nullptr);
+  if (key == kKeyDelete) model_->Editor().RemoveItem(nullptr);
 }
 
 bool CProjectWnd::OnContextMenu(Point screen) {
-  const DispatchPtr held(keeper);
+  const DispatchPtr held(keeper_);
   CloseNameEditor();
-  const CXmlNode* const node = tree.GetCurrentNode();
+  const CXmlNode* const node = tree_.GetCurrentNode();
   if (node == nullptr) return true;
   const std::string menu = TypeProperty(*node, "Menu");
   if (menu.empty()) return true;
-  SendWindowMessage(hostWindow, kMsgShowPopupMenu, reinterpret_cast<std::intptr_t>(&screen),
+  SendWindowMessage(hostWindow_, kMsgShowPopupMenu, reinterpret_cast<std::intptr_t>(&screen),
                     reinterpret_cast<std::intptr_t>(menu.c_str()));
   return true;
 }
 
 void CProjectWnd::OnDropFiles(const std::vector<std::string>& paths) {
-  const DispatchPtr held(keeper);
+  const DispatchPtr held(keeper_);
   CloseNameEditor();
   const WindowHandle own = GetHandle();
   for (const std::string& path : paths) {
-    if (!IsWindow(own) || model == nullptr) return;
-    model->Items().AddExistingItem(path.c_str(), nullptr);
+    if (!IsWindow(own) || model_ == nullptr) return;
+    model_->Items().AddExistingItem(path.c_str(), nullptr);
   }
 }
 

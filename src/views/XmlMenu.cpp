@@ -36,20 +36,20 @@ void Fill(CMenu& menu, const CXmlNode& description) {
 
 }  // namespace
 
-CXmlMenu::CXmlMenu() : menu(std::make_unique<CMenu>()), root(CXmlNode::CreateNode("")) {}
+CXmlMenu::CXmlMenu() : menu_(std::make_unique<CMenu>()), root_(CXmlNode::CreateNode("")) {}
 
 CXmlMenu::~CXmlMenu() = default;
 
 bool CXmlMenu::LoadFromXml(const std::string& text) {
-  root = CXmlNode::CreateNode("");
-  root->Load(text, g_xmlParseInfo);
-  return root->NameView() == "Menu" && Rebuild();
+  root_ = CXmlNode::CreateNode("");
+  root_->Load(text, g_xmlParseInfo);
+  return root_->NameView() == "Menu" && Rebuild();
 }
 
 bool CXmlMenu::Rebuild() {
   auto made = std::make_unique<CMenu>();
-  Fill(*made, *root);
-  menu = std::move(made);
+  Fill(*made, *root_);
+  menu_ = std::move(made);
   return true;
 }
 

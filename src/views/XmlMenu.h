@@ -24,11 +24,11 @@ class CXmlMenu {
   // Recreates the menu from the description.
   bool Rebuild();
   // Never returns nullptr. Borrowed; valid until the next Rebuild().
-  const CMenu* GetMenu() const { return menu.get(); }
+  const CMenu* GetMenu() const { return menu_.get(); }
 
  private:
-  std::unique_ptr<CMenu> menu;
-  std::unique_ptr<CXmlNode> root;
+  std::unique_ptr<CMenu> menu_;
+  std::unique_ptr<CXmlNode> root_;
 };
 
 }  // namespace tarn

@@ -74,19 +74,19 @@ class CXmlTreeCtrl : public CTreeCtrl {
   // been freed since the last fill, the next fill selects this node.
   void SelectNode(const CXmlNode* node);
   // Returns the node of the last selection or mouse action; nullptr if there is none.
-  CXmlNode* GetCurrentNode() const { return currentNode; }
-  CXmlNode* GetXmlRoot() const { return rootNode; }
+  CXmlNode* GetCurrentNode() const { return currentNode_; }
+  CXmlNode* GetXmlRoot() const { return rootNode_; }
   // Makes the next fills select by this label only.
   void SetSelectedLabel(const std::string& label) {
-    selectedLabel = label;
-    selectedNode = nullptr;
+    selectedLabel_ = label;
+    selectedNode_ = nullptr;
   }
   // Makes the next fills select this node of the tree as long as it is shown, regardless of its
   // label.
-  void SetSelectedNode(const CXmlNode* node) { selectedNode = node; }
+  void SetSelectedNode(const CXmlNode* node) { selectedNode_ = node; }
   // Returns nullptr if the next fill selects by label only.
-  const CXmlNode* GetSelectedNode() const { return selectedNode; }
-  const std::string& GetSelectedLabel() const { return selectedLabel; }
+  const CXmlNode* GetSelectedNode() const { return selectedNode_; }
+  const std::string& GetSelectedLabel() const { return selectedLabel_; }
   // Returns the rectangle of the label in client coordinates, for an editor over it; an empty one
   // if it isn't visible.
   Rect GetNodeTextRect(const CXmlNode& node) const;
@@ -95,14 +95,14 @@ class CXmlTreeCtrl : public CTreeCtrl {
 
   // Shows or hides `Info` after the label.
   void SetShowInfo(bool on);
-  bool IsShowInfo() const { return showInfo; }
+  bool IsShowInfo() const { return showInfo_; }
   // Makes the next click show the description of the item that it hits, and end help mode.
-  void SetHelpMode(bool on) { helpMode = on; }
-  bool IsHelpMode() const { return helpMode; }
-  bool IsDragging() const { return dragging; }
+  void SetHelpMode(bool on) { helpMode_ = on; }
+  bool IsHelpMode() const { return helpMode_; }
+  bool IsDragging() const { return dragging_; }
 
-  const CTipWindow& GetTipWindow() const { return tipWindow; }
-  const CImageList* GetMarkerImages() const { return markerImageList.get(); }
+  const CTipWindow& GetTipWindow() const { return tipWindow_; }
+  const CImageList* GetMarkerImages() const { return markerImageList_.get(); }
 
  protected:
   void OnSelectionChanged() override;
@@ -118,7 +118,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   bool OnDragCancelled() override;
   void OnKillFocus() override;
   void OnDestroy() override;
-  void OnItemExpanded(const CTreeItem& /*item*/) override { isStateSaved = false; }
+  void OnItemExpanded(const CTreeItem& /*item*/) override { isStateSaved_ = false; }
   void OnItemGone(const CTreeItem& item) override;
   DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override;
 
@@ -152,30 +152,30 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void ReorderSelected(bool upwards);
   void EndDrag();
 
-  CXmlNode* currentNode = nullptr;
-  CXmlNode* rootNode = nullptr;
-  std::unique_ptr<CImageList> imageList;
-  std::unique_ptr<CImageList> markerImageList;
-  std::vector<CXmlTreeImage> imageEntries;
-  std::string selectedLabel;
-  const CXmlNode* selectedNode = nullptr;  // node with that label; only compared
-  bool showInfo = true;
-  bool helpMode = false;
-  bool isEmpty = true;
-  bool dragging = false;
-  CTreeItem* dragItem = nullptr;
-  CTreeItem* dropTarget = nullptr;
-  CTipWindow tipWindow;
+  CXmlNode* currentNode_ = nullptr;
+  CXmlNode* rootNode_ = nullptr;
+  std::unique_ptr<CImageList> imageList_;
+  std::unique_ptr<CImageList> markerImageList_;
+  std::vector<CXmlTreeImage> imageEntries_;
+  std::string selectedLabel_;
+  const CXmlNode* selectedNode_ = nullptr;  // node with that label; only compared
+  bool showInfo_ = true;
+  bool helpMode_ = false;
+  bool isEmpty_ = true;
+  bool dragging_ = false;
+  CTreeItem* dragItem_ = nullptr;
+  CTreeItem* dropTarget_ = nullptr;
+  CTipWindow tipWindow_;
 
-  std::unordered_map<const CXmlNode*, CTreeItem*> items;
+  std::unordered_map<const CXmlNode*, CTreeItem*> items_;
   // Nothing has been expanded, collapsed or refilled since the last SaveViewState().
-  bool isStateSaved = false;
+  bool isStateSaved_ = false;
   // Nodes with that label, in order; valid until an item is added, removed or changed.
-  std::vector<const CXmlNode*> labelMatches;
-  std::string matchedLabel;
-  bool areMatchesKnown = false;
-  unsigned fillCount = 0;        // detects a nested fill by a message handler
-  bool isSelectingNode = false;  // the message of this selection is posted, not sent
+  std::vector<const CXmlNode*> labelMatches_;
+  std::string matchedLabel_;
+  bool areMatchesKnown_ = false;
+  unsigned fillCount_ = 0;        // detects a nested fill by a message handler
+  bool isSelectingNode_ = false;  // the message of this selection is posted, not sent
 };
 
 }  // namespace tarn

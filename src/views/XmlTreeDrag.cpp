@@ -22,33 +22,33 @@ void CXmlTreeCtrl::OnBeginDrag(CTreeItem& item, Point point) {
   // The handler of the selection message may have refilled the tree.
   CTreeItem* const source = GetSelectedItem();
   if (source == nullptr || NodeOf(*source) != node) return;
-  if (dragging) EndDrag();
+  if (dragging_) EndDrag();
   if (!BeginDragImage(*source, kHotSpot, point)) return;
-  dragging = true;
-  dragItem = source;
-  dropTarget = nullptr;
+  dragging_ = true;
+  dragItem_ = source;
+  dropTarget_ = nullptr;
   SetCapture();
 }
 
 void CXmlTreeCtrl::OnMouseMove(Point point) {
-  if (dragging) {
+  if (dragging_) {
     MoveDragImage(point);
     if (CTreeItem* const item = HitTest(point).item) {
       SetDropHighlight(item);
-      dropTarget = item;
+      dropTarget_ = item;
       // Makes the view scroll when the cursor approaches its edge.
       if (CTreeItem* const above = item->GetPreviousVisible()) EnsureVisible(*above);
       if (CTreeItem* const below = item->GetNextVisible()) EnsureVisible(*below);
     }
     ReleaseCapture();
   }
-  if (helpMode) WindowToolkit::Current().SetCursor(CursorShape::Help);
+  if (helpMode_) WindowToolkit::Current().SetCursor(CursorShape::Help);
 }
 
 void CXmlTreeCtrl::OnLeftButtonUp(Point /*point*/) {
-  if (!dragging) return;
-  const CTreeItem* const source = dragItem;
-  CTreeItem* const target = dropTarget;
+  if (!dragging_) return;
+  const CTreeItem* const source = dragItem_;
+  CTreeItem* const target = dropTarget_;
   EndDrag();
   if (source == nullptr || target == nullptr) return;
   if (source == target || target->IsBelow(*source)) return;
@@ -61,22 +61,22 @@ void CXmlTreeCtrl::OnLeftButtonUp(Point /*point*/) {
 }
 
 bool CXmlTreeCtrl::OnDragCancelled() {
-  if (!dragging) return false;
+  if (!dragging_) return false;
   EndDrag();
   return true;
 }
 
 void CXmlTreeCtrl::EndDrag() {
-  dragging = false;
-  dragItem = nullptr;
-  dropTarget = nullptr;
+  dragging_ = false;
+  dragItem_ = nullptr;
+  dropTarget_ = nullptr;
   EndDragImage();
   ReleaseCapture();
   SetDropHighlight(nullptr);
 }
 
 void CXmlTreeCtrl::OnKillFocus() {
-  if (dragging) EndDrag();
+  if (dragging_) EndDrag();
   CTreeCtrl::OnKillFocus();
 }
 

@@ -38,7 +38,7 @@ Look LookOf(const CXmlNode* node) {
 
 DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const {
   DrawingSteps steps;
-  if (isEmpty || paint.rect.IsEmpty()) return steps;
+  if (isEmpty_ || paint.rect.IsEmpty()) return steps;
   const Look look = LookOf(NodeOf(item));
   WindowToolkit& toolkit = WindowToolkit::Current();
   Font labelFont = GetFont();
@@ -51,9 +51,10 @@ DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint
 
   Rect place = GetTextRect(item);
   steps.push_back(FillStep{{place.left, place.top, kRightEnd, place.bottom}, window});
-  if (markerImageList != nullptr && look.marker >= 0 && look.marker < markerImageList->GetCount()) {
+  if (markerImageList_ != nullptr && look.marker >= 0 &&
+      look.marker < markerImageList_->GetCount()) {
     steps.push_back(
-        ImageStep{markerImageList.get(), look.marker, {place.left - kMarkerWidth, place.top}});
+        ImageStep{markerImageList_.get(), look.marker, {place.left - kMarkerWidth, place.top}});
   }
   const Size labelSize = toolkit.MeasureText(labelFont, item.GetText());
   const Size infoSize = toolkit.MeasureText(infoFont, look.info);
@@ -68,7 +69,7 @@ DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint
   place = {place.left + kMargin, place.top + shrink, place.right - kMargin, place.bottom - shrink};
   const Color labelColor = isSelected ? selectedText : paint.foreground;
   steps.push_back(TextStep{place, item.GetText(), labelFont, labelColor});
-  if (showInfo && !look.info.empty()) {
+  if (showInfo_ && !look.info.empty()) {
     place.left += labelSize.width;
     place.right = kRightEnd;
     steps.push_back(TextStep{place, look.info, infoFont, isSelected ? selectedText : kInfoColor});

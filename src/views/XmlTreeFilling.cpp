@@ -45,10 +45,10 @@ struct CXmlTreeCtrl::Filling {
 const CXmlTreeImage* CXmlTreeCtrl::ImageOf(const CXmlNode& node, Filling& filling) const {
   if (node.NameText() == filling.lastName) return filling.lastImage;
   const auto found = std::find_if(
-      imageEntries.rbegin(), imageEntries.rend(),
+      imageEntries_.rbegin(), imageEntries_.rend(),
       [name = node.NameView()](const CXmlTreeImage& entry) { return entry.name == name; });
   filling.lastName = node.NameText();
-  filling.lastImage = found == imageEntries.rend() ? nullptr : &*found;
+  filling.lastImage = found == imageEntries_.rend() ? nullptr : &*found;
   return filling.lastImage;
 }
 
@@ -64,10 +64,10 @@ std::vector<CXmlNode*> CXmlTreeCtrl::ShownChildren(const CXmlNode& node, Filling
 void CXmlTreeCtrl::SetXmlRoot(CXmlNode* newRoot) {
   Filling filling;
   BeginFilling(filling);
-  if (newRoot != rootNode) areMatchesKnown = false;
-  rootNode = newRoot;
-  isEmpty = newRoot == nullptr;
-  if (isEmpty) selectedNode = nullptr;
+  if (newRoot != rootNode_) areMatchesKnown_ = false;
+  rootNode_ = newRoot;
+  isEmpty_ = newRoot == nullptr;
+  if (isEmpty_) selectedNode_ = nullptr;
   std::vector<CXmlNode*> shown;
   if (newRoot != nullptr && ImageOf(*newRoot, filling) != nullptr) shown.push_back(newRoot);
   UpdateChildren(nullptr, shown, filling);
@@ -82,7 +82,7 @@ void CXmlTreeCtrl::RefillNodes(const std::vector<const CXmlNode*>& nodes) {
     const bool isNew = item == nullptr && ImageOf(*node, filling) != nullptr;
     if (isNew) item = FindItem(node->GetParent());  // inserted together with its siblings
     const bool isGoing = item != nullptr && ImageOf(*NodeOf(*item), filling) == nullptr;
-    if (isGoing || (isNew && node == rootNode)) {
+    if (isGoing || (isNew && node == rootNode_)) {
       Refill();
       return;
     }
@@ -92,10 +92,10 @@ void CXmlTreeCtrl::RefillNodes(const std::vector<const CXmlNode*>& nodes) {
 }
 
 void CXmlTreeCtrl::BeginFilling(Filling& filling) {
-  ++fillCount;
+  ++fillCount_;
   const CTreeItem* const topItem = GetTopRow() == 0 ? nullptr : GetRow(GetTopRow());
   filling.topNode = topItem == nullptr ? nullptr : NodeOf(*topItem);
-  currentNode = nullptr;
+  currentNode_ = nullptr;
   DropSelection();
 }
 
@@ -112,13 +112,13 @@ void CXmlTreeCtrl::EndFilling(Filling& filling) {
 }
 
 void CXmlTreeCtrl::Refill() {
-  SetXmlRoot(rootNode);
+  SetXmlRoot(rootNode_);
 }
 
 std::unique_ptr<CTreeItem> CXmlTreeCtrl::BuildItem(CXmlNode& node, Filling& filling) {
   const int image = ImageOf(node, filling)->imageIndex;
   auto item = std::make_unique<CTreeItem>(LabelOf(node), image, image, &node);
-  items[&node] = item.get();
+  items_[&node] = item.get();
   item->ReserveChildren(node.GetChildCount());
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
@@ -135,7 +135,7 @@ void CXmlTreeCtrl::UpdateItem(CTreeItem& item, Filling& filling) {
   UpdateChildren(&item, ShownChildren(node, filling), filling);
   const bool expand = IsKeptExpanded(node);
   if (item.IsExpanded() == expand) return;
-  isStateSaved = false;
+  isStateSaved_ = false;
   if (!item.HasChildren()) return;
   CountChange(filling);
   Expand(item, expand);
@@ -191,8 +191,8 @@ std::vector<CTreeItem*> CXmlTreeCtrl::ReplaceChildren(CTreeItem* item,
 }
 
 void CXmlTreeCtrl::CountChange(Filling& filling) {
-  isStateSaved = false;
-  areMatchesKnown = false;
+  isStateSaved_ = false;
+  areMatchesKnown_ = false;
   if (++filling.changes == kManyChanges) SetRedraw(false);
 }
 
@@ -201,44 +201,44 @@ void CXmlTreeCtrl::CountChange(Filling& filling) {
 // the nested fill has already restored the selection.
 void CXmlTreeCtrl::RestoreSelection() {
   const WindowHandle own = GetHandle();
-  const unsigned fill = fillCount;
+  const unsigned fill = fillCount_;
   std::vector<const CXmlNode*> matches;
-  if (FindItem(selectedNode) != nullptr) {
-    matches = {selectedNode};
+  if (FindItem(selectedNode_) != nullptr) {
+    matches = {selectedNode_};
   } else {
-    if (!areMatchesKnown || matchedLabel != selectedLabel) FindMatches();
-    matches = labelMatches;
+    if (!areMatchesKnown_ || matchedLabel_ != selectedLabel_) FindMatches();
+    matches = labelMatches_;
   }
   for (const CXmlNode* const node : matches) {
     CTreeItem* const item = FindItem(node);
     if (item == nullptr) continue;
     ChooseItem(item);
-    if (!IsWindow(own) || fillCount != fill) return;
+    if (!IsWindow(own) || fillCount_ != fill) return;
   }
   TellSelection();
   if (CTreeItem* const item = GetSelectedItem()) EnsureVisible(*item);
 }
 
 void CXmlTreeCtrl::FindMatches() {
-  labelMatches.clear();
-  matchedLabel = selectedLabel;
-  areMatchesKnown = true;
+  labelMatches_.clear();
+  matchedLabel_ = selectedLabel_;
+  areMatchesKnown_ = true;
   for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
-    if (EqualNoCase(item->GetText(), matchedLabel)) labelMatches.push_back(NodeOf(*item));
+    if (EqualNoCase(item->GetText(), matchedLabel_)) labelMatches_.push_back(NodeOf(*item));
   }
 }
 
 void CXmlTreeCtrl::SaveViewState() {
-  if (isEmpty) return;
-  if (!isStateSaved) SaveExpansion();
+  if (isEmpty_) return;
+  if (!isStateSaved_) SaveExpansion();
   const CTreeItem* const chosen = GetSelectedItem();
   if (chosen == nullptr || NodeOf(*chosen) == nullptr) return;
-  selectedNode = NodeOf(*chosen);
-  selectedLabel = LabelOf(*selectedNode);
+  selectedNode_ = NodeOf(*chosen);
+  selectedLabel_ = LabelOf(*selectedNode_);
 }
 
 void CXmlTreeCtrl::SaveExpansion() {
-  isStateSaved = true;
+  isStateSaved_ = true;
   for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
     CXmlNode* const node = NodeOf(*item);
     if (node == nullptr) continue;
@@ -253,13 +253,13 @@ void CXmlTreeCtrl::ForgetNode(const CXmlNode& node) {
 }
 
 bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
-  bool isRootGoing = &node == rootNode;
-  if (&node == currentNode) currentNode = nullptr;
-  if (&node == selectedNode) selectedNode = nullptr;
-  const auto found = items.find(&node);
-  if (found != items.end()) {
+  bool isRootGoing = &node == rootNode_;
+  if (&node == currentNode_) currentNode_ = nullptr;
+  if (&node == selectedNode_) selectedNode_ = nullptr;
+  const auto found = items_.find(&node);
+  if (found != items_.end()) {
     found->second->SetData(nullptr);
-    items.erase(found);
+    items_.erase(found);
   }
   for (int i = 0; i < node.GetChildCount(); ++i) {
     isRootGoing = ForgetSubtree(*node.GetChild(i)) || isRootGoing;
@@ -269,10 +269,10 @@ bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
 
 void CXmlTreeCtrl::OnItemGone(const CTreeItem& item) {
   // A node that was moved may already have a new item.
-  const auto found = items.find(NodeOf(item));
-  if (found != items.end() && found->second == &item) items.erase(found);
-  if (&item == dragItem) dragItem = nullptr;
-  if (&item == dropTarget) dropTarget = nullptr;
+  const auto found = items_.find(NodeOf(item));
+  if (found != items_.end() && found->second == &item) items_.erase(found);
+  if (&item == dragItem_) dragItem_ = nullptr;
+  if (&item == dropTarget_) dropTarget_ = nullptr;
 }
 
 }  // namespace tarn

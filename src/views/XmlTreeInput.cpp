@@ -20,16 +20,16 @@ constexpr std::chrono::milliseconds kTipDuration{5000};
 void CXmlTreeCtrl::SendSelected(XmlTreeMessage message) {
   const CTreeItem* const item = GetSelectedItem();
   if (item == nullptr) return;
-  currentNode = NodeOf(*item);
+  currentNode_ = NodeOf(*item);
   SendOwner(message, 0, 0);
 }
 
 void CXmlTreeCtrl::OnSelectionChanged() {
-  if (!isEmpty && !isSelectingNode) SendSelected(kXmlTreeSelect);
+  if (!isEmpty_ && !isSelectingNode_) SendSelected(kXmlTreeSelect);
 }
 
 void CXmlTreeCtrl::OnClick(const TreeHit& hit, Point point) {
-  const bool isHelp = helpMode;
+  const bool isHelp = helpMode_;
   const bool isDescribed = hit.part == TreePart::Icon || hit.part == TreePart::StateIcon ||
                            hit.part == TreePart::Label || hit.part == TreePart::RightOfLabel;
   const CXmlNode* const node = isDescribed ? NodeOf(*hit.item) : nullptr;
@@ -42,11 +42,11 @@ void CXmlTreeCtrl::OnClick(const TreeHit& hit, Point point) {
   const WindowHandle own = GetHandle();
   if (hit.part == TreePart::RightOfLabel) SelectItem(hit.item);
   if (!isHelp || !IsWindow(own)) return;
-  helpMode = false;
+  helpMode_ = false;
   WindowToolkit::Current().SetCursor(CursorShape::Arrow);
   if (!hasDescription) return;
-  tipWindow.SetFrameStyle(kTipStyle);
-  tipWindow.ShowTip(title, body, point, std::chrono::milliseconds(0), kTipDuration);
+  tipWindow_.SetFrameStyle(kTipStyle);
+  tipWindow_.ShowTip(title, body, point, std::chrono::milliseconds(0), kTipDuration);
 }
 
 // A double click doesn't expand or collapse the item.
@@ -59,10 +59,10 @@ void CXmlTreeCtrl::OnMiddleDoubleClick(Point /*point*/) {
 }
 
 void CXmlTreeCtrl::OnItemActivated(Point point) {
-  tipWindow.Hide();
+  tipWindow_.Hide();
   const TreeHit hit = HitTest(point);
   if (hit.part != TreePart::Label) return;
-  currentNode = NodeOf(*hit.item);
+  currentNode_ = NodeOf(*hit.item);
   SendOwner(kXmlTreeActivate, 0, 0);
 }
 
@@ -71,10 +71,10 @@ void CXmlTreeCtrl::OnRightClick(Point point) {
   const TreeHit hit = HitTest(point);
   if (hit.item != nullptr) SelectItem(hit.item);
   if (!IsWindow(own)) return;
-  tipWindow.Hide();
+  tipWindow_.Hide();
   const CTreeItem* const item = GetSelectedItem();
   if (item == nullptr) return;
-  currentNode = NodeOf(*item);
+  currentNode_ = NodeOf(*item);
   SendOwner(kXmlTreeRightClick, point.x, point.y);
 }
 

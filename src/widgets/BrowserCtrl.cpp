@@ -13,10 +13,10 @@ bool CBrowserCtrl::NotifyNavigating(const std::string& newAddress) {
   const WindowHandle own = GetHandle();
   if (own == 0) return false;
   const std::string wanted = newAddress;
-  const NavigationHandler handler = mayNavigate;
+  const NavigationHandler handler = mayNavigate_;
   if (handler && !handler(wanted)) return false;
   if (!IsWindow(own)) return false;
-  address = wanted;
+  address_ = wanted;
   return true;
 }
 

@@ -20,12 +20,12 @@ class CBrowserCtrl : public CWnd {
   // Returning false prevents the navigation. The handler may destroy the control.
   using NavigationHandler = std::function<bool(const std::string& address)>;
 
-  void SetNavigationHandler(NavigationHandler handler) { mayNavigate = std::move(handler); }
+  void SetNavigationHandler(NavigationHandler handler) { mayNavigate_ = std::move(handler); }
 
   // Shows the page unless the handler refuses.
   void Navigate(const std::string& newAddress);
   // Address of the current page; empty if there is none.
-  const std::string& GetAddress() const { return address; }
+  const std::string& GetAddress() const { return address_; }
 
   // --- Called by the toolkit ---
 
@@ -38,8 +38,8 @@ class CBrowserCtrl : public CWnd {
  private:
   BrowserPeer* Drawing() { return static_cast<BrowserPeer*>(GetPeer()); }
 
-  std::string address;
-  NavigationHandler mayNavigate;
+  std::string address_;
+  NavigationHandler mayNavigate_;
 };
 
 }  // namespace tarn

@@ -8,9 +8,9 @@
 namespace tarn {
 
 void CButton::SetCheck(bool check) {
-  if (check == isChecked || kind == ButtonKind::Push) return;
-  isChecked = check;
-  if (check && kind == ButtonKind::Radio) UncheckOthers();
+  if (check == isChecked_ || kind_ == ButtonKind::Push) return;
+  isChecked_ = check;
+  if (check && kind_ == ButtonKind::Radio) UncheckOthers();
   if (GetPeer()) static_cast<ButtonPeer*>(GetPeer())->OnCheckChanged();
 }
 
@@ -19,8 +19,8 @@ void CButton::UncheckOthers() {
   std::vector<CButton*> group;
   for (CWnd* const each : GetParent()->GetChildren()) {
     auto* const radio = dynamic_cast<CButton*>(each);
-    if (radio == nullptr || radio->kind != ButtonKind::Radio) continue;
-    if (radio->startsGroup) {
+    if (radio == nullptr || radio->kind_ != ButtonKind::Radio) continue;
+    if (radio->startsGroup_) {
       if (std::find(group.begin(), group.end(), this) != group.end()) break;
       group.clear();
     }
@@ -34,7 +34,7 @@ void CButton::UncheckOthers() {
 
 void CButton::NotifyClicked() {
   if (!IsUsable()) return;
-  if (kind != ButtonKind::Push) SetCheck(kind == ButtonKind::Radio || !isChecked);
+  if (kind_ != ButtonKind::Push) SetCheck(kind_ == ButtonKind::Radio || !isChecked_);
   TellUsed();
 }
 

@@ -20,11 +20,11 @@ class CButton : public CControl {
   // A group of radio buttons consists of the one with `groupStarts` and the siblings after it, up
   // to the next one with `groupStarts`.
   explicit CButton(ButtonKind buttonKind, bool groupStarts = false)
-      : kind(buttonKind), startsGroup(groupStarts) {}
+      : kind_(buttonKind), startsGroup_(groupStarts) {}
 
-  ButtonKind GetKind() const { return kind; }
-  bool StartsGroup() const { return startsGroup; }
-  bool IsChecked() const { return isChecked; }
+  ButtonKind GetKind() const { return kind_; }
+  bool StartsGroup() const { return startsGroup_; }
+  bool IsChecked() const { return isChecked_; }
   // Checking a radio button unchecks the others of its group. Notifies only the peers, not the
   // owner.
   void SetCheck(bool check);
@@ -41,9 +41,9 @@ class CButton : public CControl {
  private:
   void UncheckOthers();
 
-  ButtonKind kind;
-  bool startsGroup;
-  bool isChecked = false;
+  ButtonKind kind_;
+  bool startsGroup_;
+  bool isChecked_ = false;
 };
 
 }  // namespace tarn

@@ -17,28 +17,28 @@ namespace {
 class HandlerWindow final : public WindowTarget {
  public:
   HandlerWindow(TarnMessageHandler messageHandler, void* handlerContext)
-      : handler(messageHandler), context(handlerContext), handle(RegisterWindow(*this)) {}
+      : handler_(messageHandler), context_(handlerContext), handle_(RegisterWindow(*this)) {}
   HandlerWindow(const HandlerWindow&) = delete;
   HandlerWindow& operator=(const HandlerWindow&) = delete;
-  ~HandlerWindow() { UnregisterWindow(handle); }
+  ~HandlerWindow() { UnregisterWindow(handle_); }
 
-  WindowHandle GetHandle() const { return handle; }
+  WindowHandle GetHandle() const { return handle_; }
 
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) override {
     // The handler may remove this window, so nothing of it is accessed after the call. A handler
     // written in another language may throw; the sender could not handle that.
     try {
-      return handler(context, message, wParam, lParam);
+      return handler_(context_, message, wParam, lParam);
     } catch (...) {
       return 1;
     }
   }
 
  private:
-  const TarnMessageHandler handler;
-  void* const context;
-  const WindowHandle handle;
+  const TarnMessageHandler handler_;
+  void* const context_;
+  const WindowHandle handle_;
 };
 
 // Windows created through the C interface, by handle.
@@ -47,18 +47,18 @@ class HandlerWindows {
   WindowHandle Add(TarnMessageHandler handler, void* context) {
     auto window = std::make_unique<HandlerWindow>(handler, context);
     const WindowHandle handle = window->GetHandle();
-    const std::lock_guard guard(lock);
-    windows[handle] = {std::move(window), std::this_thread::get_id()};
+    const std::lock_guard guard(lock_);
+    windows_[handle] = {std::move(window), std::this_thread::get_id()};
     return handle;
   }
 
   void Remove(WindowHandle handle) {
     std::unique_ptr<HandlerWindow> removed;  // destroyed after the lock is released
-    const std::lock_guard guard(lock);
-    const auto found = windows.find(handle);
-    if (found == windows.end() || found->second.thread != std::this_thread::get_id()) return;
+    const std::lock_guard guard(lock_);
+    const auto found = windows_.find(handle);
+    if (found == windows_.end() || found->second.thread != std::this_thread::get_id()) return;
     removed = std::move(found->second.window);
-    windows.erase(found);
+    windows_.erase(found);
   }
 
   static HandlerWindows& Native() {
@@ -73,8 +73,8 @@ class HandlerWindows {
     std::thread::id thread;  // thread of its handler
   };
 
-  std::mutex lock;
-  std::map<WindowHandle, Entry> windows;
+  std::mutex lock_;
+  std::map<WindowHandle, Entry> windows_;
 };
 
 }  // namespace

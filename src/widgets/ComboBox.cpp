@@ -8,30 +8,30 @@
 namespace tarn {
 
 int CComboBox::AddString(std::string entryText, const void* data) {
-  entries.push_back({std::move(entryText), data});
+  entries_.push_back({std::move(entryText), data});
   if (Drawing()) Drawing()->OnEntriesChanged();
   return GetCount() - 1;
 }
 
 void CComboBox::ResetContent() {
-  entries.clear();
-  selected = -1;
+  entries_.clear();
+  selected_ = -1;
   if (Drawing()) Drawing()->OnEntriesChanged();
 }
 
 const std::string& CComboBox::GetText(int index) const {
   static const std::string none;
-  return Holds(index) ? entries[static_cast<std::size_t>(index)].text : none;
+  return Holds(index) ? entries_[static_cast<std::size_t>(index)].text : none;
 }
 
 const void* CComboBox::GetItemData(int index) const {
-  return Holds(index) ? entries[static_cast<std::size_t>(index)].data : nullptr;
+  return Holds(index) ? entries_[static_cast<std::size_t>(index)].data : nullptr;
 }
 
 void CComboBox::SetCurSel(int index) {
   if (!Holds(index)) index = -1;
-  if (index == selected) return;
-  selected = index;
+  if (index == selected_) return;
+  selected_ = index;
   if (Drawing()) Drawing()->OnSelectionChanged();
 }
 
@@ -47,7 +47,7 @@ int CComboBox::SelectString(std::string_view beginning) {
 }
 
 void CComboBox::NotifySelected(int index) {
-  if (!IsUsable() || !Holds(index) || index == selected) return;
+  if (!IsUsable() || !Holds(index) || index == selected_) return;
   SetCurSel(index);
   TellUsed();
 }

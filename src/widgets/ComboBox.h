@@ -25,12 +25,12 @@ class CComboBox : public CControl {
   // Removes all entries and clears the selection.
   void ResetContent();
 
-  int GetCount() const { return static_cast<int>(entries.size()); }
+  int GetCount() const { return static_cast<int>(entries_.size()); }
   // An empty string or null if the index is out of range.
   const std::string& GetText(int index) const;
   const void* GetItemData(int index) const;
   // -1 if no entry is selected.
-  int GetCurSel() const { return selected; }
+  int GetCurSel() const { return selected_; }
   // Selects no entry if the index is out of range. Notifies only the peer, not the owner.
   void SetCurSel(int index);
   // Selects the first entry that starts with the string, ignoring case, and returns its index.
@@ -54,8 +54,8 @@ class CComboBox : public CControl {
   bool Holds(int index) const { return index >= 0 && index < GetCount(); }
   ComboBoxPeer* Drawing() { return static_cast<ComboBoxPeer*>(GetPeer()); }
 
-  std::vector<Entry> entries;
-  int selected = -1;
+  std::vector<Entry> entries_;
+  int selected_ = -1;
 };
 
 }  // namespace tarn

@@ -5,31 +5,31 @@
 namespace tarn {
 
 void CEdit::SetReadOnly(bool readOnly) {
-  if (readOnly == isReadOnly) return;
-  isReadOnly = readOnly;
+  if (readOnly == isReadOnly_) return;
+  isReadOnly_ = readOnly;
   if (EditPeer* drawing = Drawing()) drawing->OnReadOnlyChanged();
 }
 
 void CEdit::SetSelection(TextRange range) {
   range = range.Within(GetControlText().size());
   if (range == GetSelection()) return;
-  selection = range;
+  selection_ = range;
   if (EditPeer* drawing = Drawing()) drawing->OnSelectionChanged();
 }
 
 void CEdit::NotifyTextEdited(const std::string& newText, TextRange newSelection) {
-  if (!IsCreated() || isReadOnly) return;
+  if (!IsCreated() || isReadOnly_) return;
   AdoptWindowText(newText);
-  selection = newSelection.Within(newText.size());
+  selection_ = newSelection.Within(newText.size());
   OnTextEdited();
 }
 
 void CEdit::NotifySelected(TextRange range) {
-  selection = range.Within(GetControlText().size());
+  selection_ = range.Within(GetControlText().size());
 }
 
 bool CEdit::OnCreate() {
-  selection = {};
+  selection_ = {};
   SetReadOnly((GetStyle() & kEditReadOnly) != 0);
   return true;
 }

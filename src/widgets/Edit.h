@@ -26,11 +26,11 @@ class CEdit : public CWnd {
  public:
   bool IsMultiLine() const { return (GetStyle() & kEditMultiLine) != 0; }
   // Initialised from the style.
-  bool IsReadOnly() const { return isReadOnly; }
+  bool IsReadOnly() const { return isReadOnly_; }
   // Overrides the read-only bit of the style. The program can still change the text.
   void SetReadOnly(bool readOnly);
 
-  TextRange GetSelection() const { return selection.Within(GetControlText().size()); }
+  TextRange GetSelection() const { return selection_.Within(GetControlText().size()); }
   // Clamped to the length of the text.
   void SetSelection(TextRange range);
   void SelectAll() { SetSelection({0, GetControlText().size()}); }
@@ -52,8 +52,8 @@ class CEdit : public CWnd {
  private:
   EditPeer* Drawing() { return static_cast<EditPeer*>(GetPeer()); }
 
-  bool isReadOnly = false;
-  TextRange selection;
+  bool isReadOnly_ = false;
+  TextRange selection_;
 };
 
 }  // namespace tarn

@@ -5,10 +5,10 @@
 namespace tarn {
 
 void CHyperlinkCtrl::NotifyClicked() {
-  if (!IsUsable() || address.empty()) return;
+  if (!IsUsable() || address_.empty()) return;
   // A copy: the toolkit may run events, which may destroy this, while the desktop opens the
   // address.
-  const std::string opened = address;
+  const std::string opened = address_;
   WindowToolkit::Current().OpenAddress(opened);
 }
 

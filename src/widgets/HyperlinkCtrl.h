@@ -12,8 +12,8 @@ namespace tarn {
 class CHyperlinkCtrl : public CControl {
  public:
   // The address is opened by the desktop; if it is empty, a click does nothing.
-  void SetAddress(std::string newAddress) { address = std::move(newAddress); }
-  const std::string& GetAddress() const { return address; }
+  void SetAddress(std::string newAddress) { address_ = std::move(newAddress); }
+  const std::string& GetAddress() const { return address_; }
 
   // --- Called by the toolkit ---
 
@@ -23,7 +23,7 @@ class CHyperlinkCtrl : public CControl {
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) final;
 
  private:
-  std::string address;
+  std::string address_;
 };
 
 }  // namespace tarn

@@ -51,12 +51,12 @@ std::shared_ptr<const Bitmap> ReadBitmapFile(FileSystem& files, const std::strin
 }
 
 int CImageList::Add(std::shared_ptr<const Bitmap> bitmap, Color transparent) {
-  if (bitmap == nullptr || size.width <= 0) return -1;
-  const int added = bitmap->size.width / size.width;
+  if (bitmap == nullptr || size_.width <= 0) return -1;
+  const int added = bitmap->size.width / size_.width;
   if (added == 0) return -1;
-  const int first = count;
-  strips.push_back({std::move(bitmap), transparent, first, added});
-  count += added;
+  const int first = count_;
+  strips_.push_back({std::move(bitmap), transparent, first, added});
+  count_ += added;
   return first;
 }
 

@@ -34,18 +34,18 @@ class CImageList {
     int count = 0;
   };
 
-  explicit CImageList(Size imageSize) : size(imageSize) {}
+  explicit CImageList(Size imageSize) : size_(imageSize) {}
 
   // Returns the number of the bitmap's first image, or -1 if the bitmap is too small for one.
   int Add(std::shared_ptr<const Bitmap> bitmap, Color transparent = kTransparentColor);
-  Size GetImageSize() const { return size; }
-  int GetCount() const { return count; }
-  const std::vector<Strip>& GetStrips() const { return strips; }
+  Size GetImageSize() const { return size_; }
+  int GetCount() const { return count_; }
+  const std::vector<Strip>& GetStrips() const { return strips_; }
 
  private:
-  Size size;
-  int count = 0;
-  std::vector<Strip> strips;
+  Size size_;
+  int count_ = 0;
+  std::vector<Strip> strips_;
 };
 
 }  // namespace tarn

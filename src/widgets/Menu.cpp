@@ -5,18 +5,18 @@
 namespace tarn {
 
 void CMenu::AppendSeparator() {
-  entries.emplace_back().kind = Kind::Separator;
+  entries_.emplace_back().kind = Kind::Separator;
 }
 
 CMenu::Entry& CMenu::AppendCommand(int id, std::string text) {
-  Entry& entry = entries.emplace_back();
+  Entry& entry = entries_.emplace_back();
   entry.id = id;
   entry.text = std::move(text);
   return entry;
 }
 
 CMenu::Entry& CMenu::AppendSubmenu(std::unique_ptr<CMenu> submenu, std::string text) {
-  Entry& entry = entries.emplace_back();
+  Entry& entry = entries_.emplace_back();
   entry.kind = Kind::Submenu;
   entry.text = std::move(text);
   entry.submenu = std::move(submenu);

@@ -28,10 +28,10 @@ class CMenu {
   Entry& AppendCommand(int id, std::string text);
   Entry& AppendSubmenu(std::unique_ptr<CMenu> submenu, std::string text);
 
-  const std::vector<Entry>& GetEntries() const { return entries; }
+  const std::vector<Entry>& GetEntries() const { return entries_; }
 
  private:
-  std::vector<Entry> entries;
+  std::vector<Entry> entries_;
 };
 
 }  // namespace tarn

@@ -38,14 +38,14 @@ std::unique_ptr<CWnd> MakeControl(const ControlRow& row) {
 }  // namespace
 
 void CPropertyPage::SetHeader(std::string title, std::string subtitle) {
-  headerTitle = std::move(title);
-  headerSubtitle = std::move(subtitle);
+  headerTitle_ = std::move(title);
+  headerSubtitle_ = std::move(subtitle);
 }
 
 bool CPropertyPage::OnCreate() {
-  controls.clear();
-  for (const ControlRow& row : layout.controls) {
-    CWnd& control = *controls.emplace_back(MakeControl(row));
+  controls_.clear();
+  for (const ControlRow& row : layout_.controls) {
+    CWnd& control = *controls_.emplace_back(MakeControl(row));
     control.SetControlText(row.text);
     control.Create(kStyleChild | kStyleVisible | row.style, row.rect, this, row.id);
   }

@@ -45,10 +45,10 @@ struct PageTemplate {
 class CPropertyPage : public CWnd {
  public:
   // The template's tables must outlive the page.
-  explicit CPropertyPage(const PageTemplate& pageTemplate) : layout(pageTemplate) {}
+  explicit CPropertyPage(const PageTemplate& pageTemplate) : layout_(pageTemplate) {}
   ~CPropertyPage() override { DestroyWindow(); }
 
-  const PageTemplate& GetTemplate() const { return layout; }
+  const PageTemplate& GetTemplate() const { return layout_; }
   // Returns the control of that id if it is a T, otherwise null. All controls exist from
   // OnInitDialog() on.
   template <class T>
@@ -56,14 +56,14 @@ class CPropertyPage : public CWnd {
     return dynamic_cast<T*>(FindChild(controlId));
   }
   // Title and subtitle that the sheet shows above the page.
-  const std::string& GetHeaderTitle() const { return headerTitle; }
-  const std::string& GetHeaderSubtitle() const { return headerSubtitle; }
+  const std::string& GetHeaderTitle() const { return headerTitle_; }
+  const std::string& GetHeaderSubtitle() const { return headerSubtitle_; }
   // Returns the reason why the sheet cannot be finished with the current state of the controls, as
   // a sentence for the user; an empty string if it can. The code that runs the sheet keeps it open
   // then, or cancels it.
   virtual std::string FindFinishProblem() { return {}; }
   // Null while the page is not part of a sheet.
-  CPropertySheet* GetSheet() const { return sheet; }
+  CPropertySheet* GetSheet() const { return sheet_; }
 
  protected:
   // Must be called before the sheet is shown.
@@ -87,11 +87,11 @@ class CPropertyPage : public CWnd {
  private:
   friend class CPropertySheet;
 
-  const PageTemplate layout;
-  std::string headerTitle;
-  std::string headerSubtitle;
-  CPropertySheet* sheet = nullptr;
-  std::vector<std::unique_ptr<CWnd>> controls;
+  const PageTemplate layout_;
+  std::string headerTitle_;
+  std::string headerSubtitle_;
+  CPropertySheet* sheet_ = nullptr;
+  std::vector<std::unique_ptr<CWnd>> controls_;
 };
 
 }  // namespace tarn

@@ -12,36 +12,36 @@ constexpr int kButtonsHeight = 48;
 }  // namespace
 
 CPropertySheet::CPropertySheet(const std::string& caption, WindowHandle askedWindow)
-    : ownerWindow(askedWindow) {
+    : ownerWindow_(askedWindow) {
   SetControlText(caption);
 }
 
 void CPropertySheet::EnableFinish(bool enable) {
-  if (enable == isFinishEnabled) return;
-  isFinishEnabled = enable;
+  if (enable == isFinishEnabled_) return;
+  isFinishEnabled_ = enable;
   if (GetPeer()) static_cast<PropertySheetPeer*>(GetPeer())->OnFinishEnabled();
 }
 
 int CPropertySheet::DoModal() {
-  if (page == nullptr || IsCreated() || page->IsCreated()) return kSheetCancel;
-  const Size size = page->layout.size;
+  if (page_ == nullptr || IsCreated() || page_->IsCreated()) return kSheetCancel;
+  const Size size = page_->layout_.size;
   const Rect whole{0, 0, size.width, kHeaderHeight + size.height + kButtonsHeight};
   const Rect body{0, kHeaderHeight, size.width, kHeaderHeight + size.height};
-  isFinishEnabled = false;
-  page->sheet = this;
+  isFinishEnabled_ = false;
+  page_->sheet_ = this;
   int result = kSheetCancel;
   if (Create(kStylePopup | kStyleVisible, whole, nullptr, 0) &&
-      page->Create(kStyleChild | kStyleVisible, body, this, page->layout.id)) {
-    page->OnSetActive();
-    const int pressed = RunSheet(ownerWindow, *this);
+      page_->Create(kStyleChild | kStyleVisible, body, this, page_->layout_.id)) {
+    page_->OnSetActive();
+    const int pressed = RunSheet(ownerWindow_, *this);
     // The responder may have destroyed the windows.
-    if (pressed == kSheetFinish && isFinishEnabled && page->IsCreated()) {
-      page->OnWizardFinish();
+    if (pressed == kSheetFinish && isFinishEnabled_ && page_->IsCreated()) {
+      page_->OnWizardFinish();
       result = kSheetFinish;
     }
   }
   DestroyWindow();
-  page->sheet = nullptr;
+  page_->sheet_ = nullptr;
   return result;
 }
 

@@ -25,15 +25,15 @@ class CPropertySheet : public CWnd {
   ~CPropertySheet() override { DestroyWindow(); }
 
   // Borrowed; must outlive the sheet's window.
-  void SetPage(CPropertyPage& newPage) { page = &newPage; }
-  CPropertyPage* GetPage() const { return page; }
+  void SetPage(CPropertyPage& newPage) { page_ = &newPage; }
+  CPropertyPage* GetPage() const { return page_; }
   // Null for no image.
-  void SetHeaderBitmap(std::shared_ptr<const Bitmap> bitmap) { headerBitmap = std::move(bitmap); }
-  const std::shared_ptr<const Bitmap>& GetHeaderBitmap() const { return headerBitmap; }
-  WindowHandle GetOwnerWindow() const { return ownerWindow; }
+  void SetHeaderBitmap(std::shared_ptr<const Bitmap> bitmap) { headerBitmap_ = std::move(bitmap); }
+  const std::shared_ptr<const Bitmap>& GetHeaderBitmap() const { return headerBitmap_; }
+  WindowHandle GetOwnerWindow() const { return ownerWindow_; }
 
   void EnableFinish(bool enable);
-  bool IsFinishEnabled() const { return isFinishEnabled; }
+  bool IsFinishEnabled() const { return isFinishEnabled_; }
 
   // Creates the windows, lets the user work with them and destroys them. Returns kSheetFinish if
   // Finish was pressed while enabled and the page has stored its data, otherwise kSheetCancel.
@@ -43,10 +43,10 @@ class CPropertySheet : public CWnd {
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) final;
 
  private:
-  WindowHandle ownerWindow;
-  CPropertyPage* page = nullptr;
-  std::shared_ptr<const Bitmap> headerBitmap;
-  bool isFinishEnabled = false;
+  WindowHandle ownerWindow_;
+  CPropertyPage* page_ = nullptr;
+  std::shared_ptr<const Bitmap> headerBitmap_;
+  bool isFinishEnabled_ = false;
 };
 
 }  // namespace tarn

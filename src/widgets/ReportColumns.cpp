@@ -7,70 +7,70 @@ namespace tarn {
 
 void CReportColumn::SetWidth(int pixels) {
   pixels = std::clamp(pixels, 0, kMaxWidth);
-  if (pixels == width) return;
-  width = pixels;
+  if (pixels == width_) return;
+  width_ = pixels;
   Changed();
 }
 
 void CReportColumn::SetVisible(bool visible) {
-  if (visible == isVisible) return;
-  isVisible = visible;
+  if (visible == isVisible_) return;
+  isVisible_ = visible;
   Changed();
 }
 
 void CReportColumn::SetAlignment(ReportAlignment align) {
-  if (align == alignment) return;
-  alignment = align;
+  if (align == alignment_) return;
+  alignment_ = align;
   Changed();
 }
 
 void CReportColumnOrder::Add(const CReportColumn* column) {
   if (column == nullptr) return;
-  columns.push_back(column);
-  onChange();
+  columns_.push_back(column);
+  onChange_();
 }
 
 void CReportColumnOrder::Clear() {
-  if (columns.empty()) return;
-  columns.clear();
-  onChange();
+  if (columns_.empty()) return;
+  columns_.clear();
+  onChange_();
 }
 
 int CReportColumnOrder::IndexOf(const CReportColumn* column) const {
-  const auto found = std::find(columns.begin(), columns.end(), column);
-  return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+  const auto found = std::find(columns_.begin(), columns_.end(), column);
+  return found == columns_.end() ? -1 : static_cast<int>(found - columns_.begin());
 }
 
 CReportColumn* CReportColumns::GetAt(int index) const {
   const auto place = static_cast<std::size_t>(index);
-  return index < 0 || place >= columns.size() ? nullptr : columns[place].get();
+  return index < 0 || place >= columns_.size() ? nullptr : columns_[place].get();
 }
 
 CReportColumn* CReportColumns::Add(std::unique_ptr<CReportColumn> column) {
-  column->onChange = onChange;
-  columns.push_back(std::move(column));
-  onChange();
-  return columns.back().get();
+  column->onChange_ = onChange_;
+  columns_.push_back(std::move(column));
+  onChange_();
+  return columns_.back().get();
 }
 
 void CReportColumns::Clear() {
-  groups.Clear();
-  columns.clear();
-  onChange();
+  groups_.Clear();
+  columns_.clear();
+  onChange_();
 }
 
 void CReportColumns::SetSortColumn(const CReportColumn* column, bool ascending) {
-  for (const auto& each : columns) {
-    each->isSorted = each.get() == column;
-    if (each->isSorted) each->isAscending = ascending;
+  for (const auto& each : columns_) {
+    each->isSorted_ = each.get() == column;
+    if (each->isSorted_) each->isAscending_ = ascending;
   }
-  onChange();
+  onChange_();
 }
 
 const CReportColumn* CReportColumns::GetSortColumn() const {
-  const auto found = std::find_if(columns.begin(), columns.end(),
+  const auto found = std::find_if(columns_.begin(), columns_.end(),
                                   [](const auto& each) { return each->IsSorted(); });
-  return found == columns.end() ? nullptr : found->get();
+  return found == columns_.end() ? nullptr : found->get();
 }
 
 }  // namespace tarn

@@ -17,22 +17,22 @@ constexpr int kMostMeasured = 1000;
 }  // namespace
 
 void CReportHeader::ShowItemsInGroups(bool show) {
-  if (show == showsInGroups) return;
-  showsInGroups = show;
-  report.OnColumnsChanged();
+  if (show == showsInGroups_) return;
+  showsInGroups_ = show;
+  report_.OnColumnsChanged();
 }
 
 void CReportHeader::BestFit(CReportColumn& column) {
   WindowToolkit& toolkit = WindowToolkit::Current();
-  int width = toolkit.MeasureText(report.look.captionFont, column.GetCaption()).width +
+  int width = toolkit.MeasureText(report_.look_.captionFont, column.GetCaption()).width +
               2 * CReportControl::kCellMargin;
-  const auto fit = [&](int row) { width = std::max(width, report.MeasureCell(row, column)); };
-  const int rowCount = report.rows.GetCount();
-  const int belowSeen = std::min(rowCount, report.topRow + report.RowsPerPage() + 1);
-  for (int row = report.topRow; row < belowSeen; ++row) fit(row);
+  const auto fit = [&](int row) { width = std::max(width, report_.MeasureCell(row, column)); };
+  const int rowCount = report_.rows_.GetCount();
+  const int belowSeen = std::min(rowCount, report_.topRow_ + report_.RowsPerPage() + 1);
+  for (int row = report_.topRow_; row < belowSeen; ++row) fit(row);
   std::vector<std::pair<std::size_t, int>> longest;  // length of the string, and row
   for (int row = 0; row < rowCount; ++row) {
-    const CReportRecordItem* const item = report.GetItemAt(row, column.GetIndex());
+    const CReportRecordItem* const item = report_.GetItemAt(row, column.GetIndex());
     if (item != nullptr) longest.emplace_back(item->GetCaption().size(), row);
   }
   if (longest.size() > kMostMeasured) {
@@ -45,7 +45,7 @@ void CReportHeader::BestFit(CReportColumn& column) {
 }
 
 CReportControl::CReportControl()
-    : columns([this] { OnColumnsChanged(); }), header(*this), rows(columns), selected(rows) {}
+    : columns_([this] { OnColumnsChanged(); }), header_(*this), rows_(columns_), selected_(rows_) {}
 
 CReportControl::~CReportControl() {
   DestroyWindow();
@@ -53,79 +53,79 @@ CReportControl::~CReportControl() {
 
 std::unique_ptr<WindowPeer> CReportControl::MakePeer(WindowToolkit& toolkit) {
   std::unique_ptr<ReportPeer> made = toolkit.MakePeer(*this);
-  reportPeer = made.get();
+  reportPeer_ = made.get();
   return made;
 }
 
 CReportColumn* CReportControl::AddColumn(std::unique_ptr<CReportColumn> column) {
-  return columns.Add(std::move(column));
+  return columns_.Add(std::move(column));
 }
 
 void CReportControl::OnColumnsChanged() {
-  isArrangedAnew = true;
+  isArrangedAnew_ = true;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnColumnsChanged();
 }
 
 void CReportControl::SetImageList(std::shared_ptr<const CImageList> list) {
-  images = std::move(list);
+  images_ = std::move(list);
   Invalidate();
 }
 
 void CReportControl::ShowGroupBy(bool show) {
-  if (show == showsGroupBox) return;
-  showsGroupBox = show;
+  if (show == showsGroupBox_) return;
+  showsGroupBox_ = show;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnColumnsChanged();
 }
 
 void CReportControl::SetGridStyle(bool verticalLines, int horizontalStyle) {
-  ReportLook changed = look;
+  ReportLook changed = look_;
   changed.hasVerticalLines = verticalLines;
   changed.horizontalLineStyle = horizontalStyle;
   SetLook(changed);
 }
 
 void CReportControl::EnableToolTips(bool enable) {
-  ReportLook changed = look;
+  ReportLook changed = look_;
   changed.hasToolTips = enable;
   SetLook(changed);
 }
 
 void CReportControl::SetLook(const ReportLook& newLook) {
-  look = newLook;
+  look_ = newLook;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnColumnsChanged();
 }
 
 CReportRecord* CReportControl::AddRecord(std::unique_ptr<CReportRecord> record) {
-  return records.Add(std::move(record));
+  return records_.Add(std::move(record));
 }
 
 void CReportControl::RemoveAllRecords() {
-  rows.Clear();
-  selected.indexes.clear();
-  focusedRow = -1;
-  anchorRow = -1;
-  populated = 0;
+  rows_.Clear();
+  selected_.indexes_.clear();
+  focusedRow_ = -1;
+  anchorRow_ = -1;
+  populated_ = 0;
   // The peer must release the rows before the records are destroyed.
   ResetRows();
-  records.RemoveAll();
+  records_.RemoveAll();
 }
 
 void CReportControl::ResetRows() {
-  ++epoch;
+  ++epoch_;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnRowsReset();
 }
 
 CReportControl::RememberedSelection CReportControl::RememberSelection() const {
   RememberedSelection remembered;
-  for (const int index : selected.indexes) {
-    const CReportRow& row = *rows.GetAt(index);
+  for (const int index : selected_.indexes_) {
+    const CReportRow& row = *rows_.GetAt(index);
     if (row.IsGroup()) {
       remembered.groups.insert(row.GetGroup()->key);
     } else {
       remembered.records.insert(row.GetRecord());
     }
   }
-  if (const CReportRow* focus = rows.GetAt(focusedRow)) {
+  if (const CReportRow* focus = rows_.GetAt(focusedRow_)) {
     remembered.focusedRecord = focus->GetRecord();
     if (focus->IsGroup()) remembered.focusedGroup = focus->GetGroup()->key;
   }
@@ -133,72 +133,72 @@ CReportControl::RememberedSelection CReportControl::RememberSelection() const {
 }
 
 void CReportControl::RestoreSelection(const RememberedSelection& remembered) {
-  const bool hadAny = focusedRow >= 0 || !selected.indexes.empty();
-  selected.indexes.clear();
-  focusedRow = -1;
-  anchorRow = -1;
-  topRow = std::clamp(topRow, 0, std::max(0, rows.GetCount() - 1));
-  for (int i = 0; hadAny && i < rows.GetCount(); ++i) {
-    const CReportRow& row = *rows.GetAt(i);
+  const bool hadAny = focusedRow_ >= 0 || !selected_.indexes_.empty();
+  selected_.indexes_.clear();
+  focusedRow_ = -1;
+  anchorRow_ = -1;
+  topRow_ = std::clamp(topRow_, 0, std::max(0, rows_.GetCount() - 1));
+  for (int i = 0; hadAny && i < rows_.GetCount(); ++i) {
+    const CReportRow& row = *rows_.GetAt(i);
     const bool isSelected = row.IsGroup() ? remembered.groups.count(row.GetGroup()->key) != 0
                                           : remembered.records.count(row.GetRecord()) != 0;
-    if (isSelected) selected.indexes.push_back(i);
+    if (isSelected) selected_.indexes_.push_back(i);
     const bool isFocused = row.IsGroup() ? row.GetGroup()->key == remembered.focusedGroup
                                          : row.GetRecord() == remembered.focusedRecord;
-    if (isFocused) focusedRow = anchorRow = i;
+    if (isFocused) focusedRow_ = anchorRow_ = i;
   }
 }
 
 void CReportControl::Populate() {
   const RememberedSelection remembered = RememberSelection();
-  rows.Build(records, header.IsShowItemsInGroups());
-  populated = records.GetCount();
-  isArrangedAnew = false;
+  rows_.Build(records_, header_.IsShowItemsInGroups());
+  populated_ = records_.GetCount();
+  isArrangedAnew_ = false;
   RestoreSelection(remembered);
   ResetRows();
 }
 
 void CReportControl::PopulateAdded() {
-  if (populated == records.GetCount() && !isArrangedAnew) return;
-  const bool isSorted = columns.GetSortColumn() != nullptr;
-  if (isArrangedAnew || (isSorted && header.IsShowItemsInGroups())) return Populate();
+  if (populated_ == records_.GetCount() && !isArrangedAnew_) return;
+  const bool isSorted = columns_.GetSortColumn() != nullptr;
+  if (isArrangedAnew_ || (isSorted && header_.IsShowItemsInGroups())) return Populate();
   // Rows change their position only if they are sorted.
   const RememberedSelection remembered = isSorted ? RememberSelection() : RememberedSelection();
-  const int behindOld = rows.GetCount();
-  const int changed = rows.Extend(records, populated);
+  const int behindOld = rows_.GetCount();
+  const int changed = rows_.Extend(records_, populated_);
   if (changed < 0) return Populate();
-  populated = records.GetCount();
+  populated_ = records_.GetCount();
   if (changed < behindOld) {
     RestoreSelection(remembered);
     return ResetRows();
   }
-  ++epoch;
+  ++epoch_;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnRowsAppended(changed);
 }
 
 CReportRecordItem* CReportControl::GetItemAt(int row, int column) const {
-  const CReportRow* found = rows.GetAt(row);
+  const CReportRow* found = rows_.GetAt(row);
   return found == nullptr || found->IsGroup() ? nullptr : found->GetRecord()->GetItem(column);
 }
 
 void CReportControl::SelectRow(int row) {
-  const bool isThere = rows.GetAt(row) != nullptr;
-  anchorRow = isThere ? row : -1;
-  Select(isThere ? std::vector<int>{row} : std::vector<int>(), anchorRow);
+  const bool isThere = rows_.GetAt(row) != nullptr;
+  anchorRow_ = isThere ? row : -1;
+  Select(isThere ? std::vector<int>{row} : std::vector<int>(), anchorRow_);
   if (isThere) ShowRow(row);
 }
 
 bool CReportControl::Select(std::vector<int> indexes, int focused) {
-  focusedRow = focused;
-  if (indexes == selected.indexes) return false;
-  selected.indexes = std::move(indexes);
+  focusedRow_ = focused;
+  if (indexes == selected_.indexes_) return false;
+  selected_.indexes_ = std::move(indexes);
   if (ReportPeer* drawn = DrawnBy()) drawn->OnSelectionChanged();
   return true;
 }
 
 void CReportControl::ShowRow(int row) {
   const int perPage = RowsPerPage();
-  topRow = std::clamp(topRow, std::max(0, row - perPage + 1), row);
+  topRow_ = std::clamp(topRow_, std::max(0, row - perPage + 1), row);
   if (ReportPeer* drawn = DrawnBy()) drawn->OnRowShown(row);
 }
 
@@ -206,20 +206,20 @@ int CReportControl::RowsPerPage() const {
   if (ReportPeer* drawn = DrawnBy()) {
     if (const std::optional<int> rowCount = drawn->GetRowsPerPage()) return std::max(1, *rowCount);
   }
-  const int above = kHeaderHeight + (showsGroupBox ? kGroupBoxHeight : 0);
+  const int above = kHeaderHeight + (showsGroupBox_ ? kGroupBoxHeight : 0);
   return std::max(1, (GetClientRect().Height() - above) / kRowHeight);
 }
 
 int CReportControl::PictureWidth() const {
-  return images == nullptr ? kPictureWidth : images->GetImageSize().width;
+  return images_ == nullptr ? kPictureWidth : images_->GetImageSize().width;
 }
 
 std::vector<CReportControl::ColumnSpan> CReportControl::LayOutColumns() const {
   std::vector<ColumnSpan> spans;
   int total = 0;
   int elastic = 0;
-  for (int i = 0; i < columns.GetCount(); ++i) {
-    const CReportColumn& column = *columns.GetAt(i);
+  for (int i = 0; i < columns_.GetCount(); ++i) {
+    const CReportColumn& column = *columns_.GetAt(i);
     if (!column.IsVisible()) continue;
     spans.push_back({i, 0, column.GetWidth()});
     total += column.GetWidth();
@@ -229,7 +229,7 @@ std::vector<CReportControl::ColumnSpan> CReportControl::LayOutColumns() const {
   int left = 0;
   for (ColumnSpan& span : spans) {
     span.left = left;
-    if (elastic > 0 && columns.GetAt(span.column)->IsAutoSize()) {
+    if (elastic > 0 && columns_.GetAt(span.column)->IsAutoSize()) {
       const int own = span.width;
       const auto share = static_cast<int>(std::int64_t{surplus} * own / elastic);
       span.width = std::max(std::min(own, kLeastElasticWidth), own + share);
@@ -246,7 +246,7 @@ ReportHit CReportControl::HitTest(Point point) const {
     if (const std::optional<ReportHit> hit = drawn->HitTest(point)) return *hit;
   }
   if (!GetClientRect().Contains(point)) return {};
-  int top = showsGroupBox ? kGroupBoxHeight : 0;
+  int top = showsGroupBox_ ? kGroupBoxHeight : 0;
   ReportHit hit;
   if (point.y < top) {
     hit.area = ReportHit::Area::GroupBox;
@@ -258,8 +258,8 @@ ReportHit CReportControl::HitTest(Point point) const {
     return hit;
   }
   top += kHeaderHeight;
-  const int row = topRow + (point.y - top) / kRowHeight;
-  return rows.GetAt(row) == nullptr ? hit : HitCell(point, row);
+  const int row = topRow_ + (point.y - top) / kRowHeight;
+  return rows_.GetAt(row) == nullptr ? hit : HitCell(point, row);
 }
 
 ReportHit CReportControl::HitCell(Point point, int row) const {
@@ -272,8 +272,8 @@ ReportHit CReportControl::HitCell(Point point, int row) const {
   });
   if (span == spans.end()) return hit;
   hit.column = span->column;
-  const CReportColumn& column = *columns.GetAt(span->column);
-  const CReportRow* shown = rows.GetAt(row);
+  const CReportColumn& column = *columns_.GetAt(span->column);
+  const CReportRow* shown = rows_.GetAt(row);
   if (shown == nullptr) return hit;
   int x = point.x - span->left - kCellMargin;
   if (column.IsTreeColumn() || shown->IsGroup()) {
@@ -305,7 +305,7 @@ ReportHit CReportControl::HitCell(Point point, int row) const {
 }
 
 int CReportControl::MeasureCell(int row, const CReportColumn& column) const {
-  const CReportRow* shown = rows.GetAt(row);
+  const CReportRow* shown = rows_.GetAt(row);
   const CReportRecordItem* item = GetItemAt(row, column.GetIndex());
   if (item == nullptr) return 0;
   int width = 2 * kCellMargin;

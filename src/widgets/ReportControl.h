@@ -85,26 +85,26 @@ struct ReportLook {
 // Header row of the columns.
 class CReportHeader {
  public:
-  explicit CReportHeader(CReportControl& control) : report(control) {}
+  explicit CReportHeader(CReportControl& control) : report_(control) {}
 
   // Also groups the rows by the sorted column.
   void ShowItemsInGroups(bool show);
-  bool IsShowItemsInGroups() const { return showsInGroups; }
+  bool IsShowItemsInGroups() const { return showsInGroups_; }
   // Changes to the columns that the user may make with the mouse.
-  void AllowColumnRemove(bool allow) { mayRemove = allow; }
-  bool IsColumnRemoveAllowed() const { return mayRemove; }
-  void AllowColumnReorder(bool allow) { mayReorder = allow; }
-  bool IsColumnReorderAllowed() const { return mayReorder; }
+  void AllowColumnRemove(bool allow) { mayRemove_ = allow; }
+  bool IsColumnRemoveAllowed() const { return mayRemove_; }
+  void AllowColumnReorder(bool allow) { mayReorder_ = allow; }
+  bool IsColumnReorderAllowed() const { return mayReorder_; }
   // Sizes a column to its caption and cells. Measures the visible cells and, of all others, only
   // the 1,000 with the longest strings; so it may miss a wider cell among the rest, whose string is
   // shorter but has wider letters.
   void BestFit(CReportColumn& column);
 
  private:
-  CReportControl& report;
-  bool showsInGroups = false;
-  bool mayRemove = true;
-  bool mayReorder = true;
+  CReportControl& report_;
+  bool showsInGroups_ = false;
+  bool mayRemove_ = true;
+  bool mayReorder_ = true;
 };
 
 // A grid with column captions, hierarchical records, sorting and grouping.
@@ -120,29 +120,29 @@ class CReportControl : public CWnd {
   // --- Columns ---
 
   CReportColumn* AddColumn(std::unique_ptr<CReportColumn> column);
-  CReportColumns& GetColumns() { return columns; }
-  const CReportColumns& GetColumns() const { return columns; }
-  CReportHeader& GetReportHeader() { return header; }
+  CReportColumns& GetColumns() { return columns_; }
+  const CReportColumns& GetColumns() const { return columns_; }
+  CReportHeader& GetReportHeader() { return header_; }
   // The list may be shared with other controls. Repaints the report.
   void SetImageList(std::shared_ptr<const CImageList> list);
-  const CImageList* GetImageList() const { return images.get(); }
+  const CImageList* GetImageList() const { return images_.get(); }
   // The box above the header that shows the grouping columns.
   void ShowGroupBy(bool show);
-  bool IsGroupByVisible() const { return showsGroupBox; }
+  bool IsGroupByVisible() const { return showsGroupBox_; }
   // Allows the user to edit cells of editable columns.
-  void AllowEdit(bool allow) { mayEdit = allow; }
-  bool IsEditAllowed() const { return mayEdit; }
+  void AllowEdit(bool allow) { mayEdit_ = allow; }
+  bool IsEditAllowed() const { return mayEdit_; }
   // Convenience setters for parts of the appearance.
   void SetGridStyle(bool verticalLines, int horizontalStyle);
   void EnableToolTips(bool enable);
   void SetLook(const ReportLook& newLook);
-  const ReportLook& GetLook() const { return look; }
+  const ReportLook& GetLook() const { return look_; }
 
   // --- Records and rows ---
 
   // Appends a top-level record, which gets a row only with the next Populate() or PopulateAdded().
   CReportRecord* AddRecord(std::unique_ptr<CReportRecord> record);
-  const CReportRecords& GetRecords() const { return records; }
+  const CReportRecords& GetRecords() const { return records_; }
   // Clears records, rows and selection.
   void RemoveAllRecords();
   // Rebuilds the rows, in O(n log n) for n records if sorted or grouped, otherwise O(n). Selected
@@ -152,14 +152,14 @@ class CReportControl : public CWnd {
   // number of new records.
   void PopulateAdded();
   void SortRows() { Populate(); }
-  const ReportRows& GetRows() const { return rows; }
+  const ReportRows& GetRows() const { return rows_; }
   // Returns null for a group and if there is no such cell.
   CReportRecordItem* GetItemAt(int row, int column) const;
 
   // Valid as long as the control; its content changes with the selection.
-  const CReportSelectedRows& GetSelectedRows() const { return selected; }
+  const CReportSelectedRows& GetSelectedRows() const { return selected_; }
   // Row that keys act on; -1 for none.
-  int GetFocusedRow() const { return focusedRow; }
+  int GetFocusedRow() const { return focusedRow_; }
   // Selects only this row (-1 for none) and scrolls to it. Sends no message to the owner.
   void SelectRow(int row);
 
@@ -184,7 +184,7 @@ class CReportControl : public CWnd {
   // Returns the position at a point in client coordinates.
   ReportHit HitTest(Point point) const;
   // Number of the first row below the header. Preserved by a refill, limited to the number of rows.
-  int GetTopRow() const { return topRow; }
+  int GetTopRow() const { return topRow_; }
   // Width that a cell needs to be fully visible.
   int MeasureCell(int row, const CReportColumn& column) const;
 
@@ -231,7 +231,7 @@ class CReportControl : public CWnd {
   void ResetRows();
   void Send(ReportMessage message, const ReportNotice& notice);
   // Null while there is no peer.
-  ReportPeer* DrawnBy() const { return IsCreated() ? reportPeer : nullptr; }
+  ReportPeer* DrawnBy() const { return IsCreated() ? reportPeer_ : nullptr; }
   // The selection as records and groups, preserved across a rebuild of the rows.
   struct RememberedSelection {
     std::unordered_set<const CReportRecord*> records;
@@ -254,23 +254,23 @@ class CReportControl : public CWnd {
   int PictureWidth() const;
   ReportHit HitCell(Point point, int row) const;
 
-  ReportPeer* reportPeer = nullptr;
-  CReportColumns columns;
-  CReportHeader header;
-  CReportRecords records;
-  ReportRows rows;
-  CReportSelectedRows selected;
-  std::shared_ptr<const CImageList> images;
-  ReportLook look;
-  int populated = 0;            // records that have rows
-  bool isArrangedAnew = false;  // columns have changed since the rows were built
-  std::uint64_t epoch = 0;      // number of changes of the rows
-  bool showsGroupBox = false;
-  bool mayEdit = false;
-  int focusedRow = -1;
-  int anchorRow = -1;  // start of an extended selection
-  int topRow = 0;
-  ReportHit pressed;
+  ReportPeer* reportPeer_ = nullptr;
+  CReportColumns columns_;
+  CReportHeader header_;
+  CReportRecords records_;
+  ReportRows rows_;
+  CReportSelectedRows selected_;
+  std::shared_ptr<const CImageList> images_;
+  ReportLook look_;
+  int populated_ = 0;            // records that have rows
+  bool isArrangedAnew_ = false;  // columns have changed since the rows were built
+  std::uint64_t epoch_ = 0;      // number of changes of the rows
+  bool showsGroupBox_ = false;
+  bool mayEdit_ = false;
+  int focusedRow_ = -1;
+  int anchorRow_ = -1;  // start of an extended selection
+  int topRow_ = 0;
+  ReportHit pressed_;
 };
 
 }  // namespace tarn

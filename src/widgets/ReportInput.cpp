@@ -17,24 +17,24 @@ void CReportControl::Send(ReportMessage message, const ReportNotice& notice) {
 bool CReportControl::SelectByUser(std::vector<int> indexes, int focused) {
   if (!Select(std::move(indexes), focused)) return true;
   const WindowHandle own = GetHandle();
-  const std::uint64_t before = epoch;
+  const std::uint64_t before = epoch_;
   ReportNotice notice;
   notice.row = focused;
   Send(kMsgReportSelection, notice);
-  return IsWindow(own) && epoch == before;
+  return IsWindow(own) && epoch_ == before;
 }
 
 void CReportControl::NotifySelected(std::vector<int> indexes, int focused) {
-  std::erase_if(indexes, [this](int row) { return rows.GetAt(row) == nullptr; });
+  std::erase_if(indexes, [this](int row) { return rows_.GetAt(row) == nullptr; });
   std::sort(indexes.begin(), indexes.end());
   indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
-  if (rows.GetAt(focused) == nullptr) focused = -1;
-  anchorRow = focused;
+  if (rows_.GetAt(focused) == nullptr) focused = -1;
+  anchorRow_ = focused;
   SelectByUser(std::move(indexes), focused);
 }
 
 void CReportControl::NotifyScrolled(int newTopRow) {
-  topRow = std::clamp(newTopRow, 0, std::max(0, rows.GetCount() - 1));
+  topRow_ = std::clamp(newTopRow, 0, std::max(0, rows_.GetCount() - 1));
 }
 
 std::vector<int> CReportControl::Range(int from, int to) const {
@@ -46,19 +46,19 @@ std::vector<int> CReportControl::Range(int from, int to) const {
 
 void CReportControl::NotifyPressed(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
   if (!IsCreated()) return;
-  pressed = hit;
+  pressed_ = hit;
   OnLeftButtonDown(hit, isShiftDown, isControlDown);
 }
 
 void CReportControl::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
-  if (hit.area != ReportHit::Area::Row || rows.GetAt(hit.row) == nullptr) return;
+  if (hit.area != ReportHit::Area::Row || rows_.GetAt(hit.row) == nullptr) return;
   if (isShiftDown) {
-    SelectByUser(Range(anchorRow, hit.row), hit.row);
+    SelectByUser(Range(anchorRow_, hit.row), hit.row);
     return;
   }
-  anchorRow = hit.row;
+  anchorRow_ = hit.row;
   if (isControlDown) {
-    std::vector<int> indexes = selected.indexes;
+    std::vector<int> indexes = selected_.indexes_;
     const auto place = std::lower_bound(indexes.begin(), indexes.end(), hit.row);
     if (place != indexes.end() && *place == hit.row) {
       indexes.erase(place);
@@ -69,20 +69,20 @@ void CReportControl::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bo
     return;
   }
   // A press on one of several selected rows may start a drag of all of them.
-  const bool keeps = selected.Contains(hit.row);
-  SelectByUser(keeps ? selected.indexes : std::vector<int>{hit.row}, hit.row);
+  const bool keeps = selected_.Contains(hit.row);
+  SelectByUser(keeps ? selected_.indexes_ : std::vector<int>{hit.row}, hit.row);
 }
 
 void CReportControl::NotifyClicked(const ReportHit& hit) {
   if (!IsCreated()) return;
   ReportNotice notice;
-  const CReportRow* const row = hit.area == ReportHit::Area::Row ? rows.GetAt(hit.row) : nullptr;
+  const CReportRow* const row = hit.area == ReportHit::Area::Row ? rows_.GetAt(hit.row) : nullptr;
   if (row != nullptr) {
-    if (hit.part == ReportHit::Part::Opener) return NotifyOpened(hit.row, !rows.IsOpen(*row));
+    if (hit.part == ReportHit::Part::Opener) return NotifyOpened(hit.row, !rows_.IsOpen(*row));
     const WindowHandle own = GetHandle();
-    const std::uint64_t before = epoch;
+    const std::uint64_t before = epoch_;
     if (hit.part == ReportHit::Part::Check) NotifyCheckToggled(hit.row, hit.column);
-    if (!IsWindow(own) || epoch != before) return;
+    if (!IsWindow(own) || epoch_ != before) return;
     notice.row = hit.row;
     notice.column = hit.column;
     notice.hyperlink = hit.hyperlink;
@@ -96,9 +96,9 @@ void CReportControl::NotifyDoubleClicked(const ReportHit& hit) {
 
 void CReportControl::OnLeftButtonDblClk(const ReportHit& hit) {
   ReportNotice notice;
-  const CReportRow* const row = hit.area == ReportHit::Area::Row ? rows.GetAt(hit.row) : nullptr;
+  const CReportRow* const row = hit.area == ReportHit::Area::Row ? rows_.GetAt(hit.row) : nullptr;
   if (row != nullptr) {
-    if (row->IsGroup()) return NotifyOpened(hit.row, !rows.IsOpen(*row));
+    if (row->IsGroup()) return NotifyOpened(hit.row, !rows_.IsOpen(*row));
     notice.row = hit.row;
     notice.column = hit.column;
   }
@@ -106,22 +106,22 @@ void CReportControl::OnLeftButtonDblClk(const ReportHit& hit) {
 }
 
 void CReportControl::NotifyHeaderClicked(int column) {
-  const CReportColumn* clicked = columns.GetAt(column);
+  const CReportColumn* clicked = columns_.GetAt(column);
   if (!IsCreated() || clicked == nullptr || !clicked->IsSortable()) return;
-  columns.SetSortColumn(clicked, !(clicked->IsSorted() && clicked->IsSortedAscending()));
+  columns_.SetSortColumn(clicked, !(clicked->IsSorted() && clicked->IsSortedAscending()));
   SortRows();
 }
 
 void CReportControl::NotifyHeaderRightClicked(int column, Point screen) {
   if (!IsCreated()) return;
   ReportNotice notice;
-  notice.column = columns.GetAt(column) == nullptr ? -1 : column;
+  notice.column = columns_.GetAt(column) == nullptr ? -1 : column;
   notice.screen = screen;
   Send(kMsgReportHeaderRightClick, notice);
 }
 
 void CReportControl::NotifyColumnResized(int column, int width) {
-  CReportColumn* const resized = columns.GetAt(column);
+  CReportColumn* const resized = columns_.GetAt(column);
   if (resized == nullptr) return;
   // All columns keep their actual width, except for the auto-size columns on the right, which share
   // the difference.
@@ -130,10 +130,10 @@ void CReportControl::NotifyColumnResized(int column, int width) {
   const std::vector<ColumnSpan> spans = LayOutColumns();
   for (const ColumnSpan& span : spans) {
     if (span.column == column) gained = width - span.width;
-    if (span.column > column && columns.GetAt(span.column)->IsAutoSize()) elastic += span.width;
+    if (span.column > column && columns_.GetAt(span.column)->IsAutoSize()) elastic += span.width;
   }
   for (const ColumnSpan& span : spans) {
-    CReportColumn& each = *columns.GetAt(span.column);
+    CReportColumn& each = *columns_.GetAt(span.column);
     if (span.column == column || !each.IsAutoSize()) continue;
     int own = span.width;
     if (span.column > column && elastic > 0) {
@@ -148,17 +148,17 @@ void CReportControl::NotifyColumnResized(int column, int width) {
 }
 
 void CReportControl::NotifyGrouped(int column) {
-  const CReportColumn* added = columns.GetAt(column);
-  CReportColumnOrder& order = columns.GetGroupsOrder();
+  const CReportColumn* added = columns_.GetAt(column);
+  CReportColumnOrder& order = columns_.GetGroupsOrder();
   if (!IsCreated() || added == nullptr || order.IndexOf(added) >= 0) return;
   order.Add(added);
   Populate();
 }
 
 void CReportControl::NotifyUngrouped(int column) {
-  CReportColumnOrder& order = columns.GetGroupsOrder();
+  CReportColumnOrder& order = columns_.GetGroupsOrder();
   std::vector<const CReportColumn*> kept = order.GetColumns();
-  if (!IsCreated() || std::erase(kept, columns.GetAt(column)) == 0) return;
+  if (!IsCreated() || std::erase(kept, columns_.GetAt(column)) == 0) return;
   order.Clear();
   for (const CReportColumn* each : kept) order.Add(each);
   Populate();
@@ -168,33 +168,33 @@ void CReportControl::NotifyUngrouped(int column) {
 bool CReportControl::CanOpen(const CReportRow& row) const {
   if (row.IsGroup()) return true;
   if (!row.GetRecord()->HasChildren()) return false;
-  for (int i = 0; i < columns.GetCount(); ++i) {
-    if (columns.GetAt(i)->IsTreeColumn()) return true;
+  for (int i = 0; i < columns_.GetCount(); ++i) {
+    if (columns_.GetAt(i)->IsTreeColumn()) return true;
   }
   return false;
 }
 
 void CReportControl::NotifyOpened(int row, bool open) {
-  const CReportRow* opened = rows.GetAt(row);
+  const CReportRow* opened = rows_.GetAt(row);
   if (!IsCreated() || opened == nullptr || !CanOpen(*opened)) return;
-  if (!rows.SetOpen(*opened, open)) return;
-  const bool hadFocus = focusedRow >= 0;
+  if (!rows_.SetOpen(*opened, open)) return;
+  const bool hadFocus = focusedRow_ >= 0;
   Populate();
   // The focused row is no longer visible.
-  if (hadFocus && focusedRow < 0) SelectRow(row);
+  if (hadFocus && focusedRow_ < 0) SelectRow(row);
 }
 
 bool CReportControl::CanToggle(int row, int column) const {
-  const CReportColumn* found = columns.GetAt(column);
+  const CReportColumn* found = columns_.GetAt(column);
   const CReportRecordItem* item = GetItemAt(row, column);
-  return mayEdit && found != nullptr && found->IsEditable() && item != nullptr &&
+  return mayEdit_ && found != nullptr && found->IsEditable() && item != nullptr &&
          item->HasCheckbox();
 }
 
 bool CReportControl::CanEdit(int row, int column) const {
-  const CReportColumn* found = columns.GetAt(column);
+  const CReportColumn* found = columns_.GetAt(column);
   const CReportRecordItem* item = GetItemAt(row, column);
-  return mayEdit && found != nullptr && found->IsEditable() && item != nullptr &&
+  return mayEdit_ && found != nullptr && found->IsEditable() && item != nullptr &&
          !item->HasCheckbox() && found->GetIconId() == CReportColumn::kNoIcon;
 }
 
@@ -231,17 +231,17 @@ void CReportControl::OnMouse(const MouseEvent& event) {
     case MouseAction::Press:
       return NotifyPressed(hit, event.isShiftDown, event.isControlDown);
     case MouseAction::Release: {
-      const ReportHit start = std::exchange(pressed, ReportHit());
+      const ReportHit start = std::exchange(pressed_, ReportHit());
       if (start != hit) return;
       if (isHeader) return NotifyHeaderClicked(hit.column);
       const bool isPlain = !event.isShiftDown && !event.isControlDown;
       // A click, unlike a drag, reduces the selection to one row.
-      const bool isRow = rows.GetAt(hit.row) != nullptr;
+      const bool isRow = rows_.GetAt(hit.row) != nullptr;
       if (isPlain && isRow && !SelectByUser({hit.row}, hit.row)) return;
       return NotifyClicked(hit);
     }
     case MouseAction::DoubleClick:
-      pressed = ReportHit();
+      pressed_ = ReportHit();
       return NotifyDoubleClicked(hit);
     case MouseAction::Move:
       break;
@@ -249,29 +249,29 @@ void CReportControl::OnMouse(const MouseEvent& event) {
 }
 
 void CReportControl::MoveFocus(int row, bool extends) {
-  if (rows.GetCount() == 0) return;
-  row = std::clamp(row, 0, rows.GetCount() - 1);
+  if (rows_.GetCount() == 0) return;
+  row = std::clamp(row, 0, rows_.GetCount() - 1);
   if (!extends) {
-    anchorRow = row;
-  } else if (anchorRow < 0) {
-    anchorRow = std::max(focusedRow, 0);
+    anchorRow_ = row;
+  } else if (anchorRow_ < 0) {
+    anchorRow_ = std::max(focusedRow_, 0);
   }
   ShowRow(row);
-  SelectByUser(Range(anchorRow, row), row);
+  SelectByUser(Range(anchorRow_, row), row);
 }
 
 bool CReportControl::StepInTree(bool opens) {
-  const CReportRow* row = rows.GetAt(focusedRow);
+  const CReportRow* row = rows_.GetAt(focusedRow_);
   if (row == nullptr) return false;
   const bool hasMore = CanOpen(*row);
-  const bool isOpen = hasMore && rows.IsOpen(*row);
+  const bool isOpen = hasMore && rows_.IsOpen(*row);
   if (hasMore && isOpen != opens) {
-    NotifyOpened(focusedRow, opens);
+    NotifyOpened(focusedRow_, opens);
   } else if (opens && isOpen) {
-    MoveFocus(focusedRow + 1, false);
+    MoveFocus(focusedRow_ + 1, false);
   } else if (!opens) {
-    int above = focusedRow - 1;
-    while (above >= 0 && rows.GetAt(above)->GetDepth() >= row->GetDepth()) --above;
+    int above = focusedRow_ - 1;
+    while (above >= 0 && rows_.GetAt(above)->GetDepth() >= row->GetDepth()) --above;
     if (above >= 0) MoveFocus(above, false);
   }
   return true;
@@ -279,29 +279,29 @@ bool CReportControl::StepInTree(bool opens) {
 
 bool CReportControl::OnKeyDown(const KeyEvent& event) {
   const auto firstColumn = [this](bool (CReportControl::*can)(int, int) const) {
-    for (int i = 0; i < columns.GetCount(); ++i) {
-      if (columns.GetAt(i)->IsVisible() && (this->*can)(focusedRow, i)) return i;
+    for (int i = 0; i < columns_.GetCount(); ++i) {
+      if (columns_.GetAt(i)->IsVisible() && (this->*can)(focusedRow_, i)) return i;
     }
     return -1;
   };
   switch (event.key) {
     case kKeyUp:
-      MoveFocus(focusedRow - 1, event.isShiftDown);
+      MoveFocus(focusedRow_ - 1, event.isShiftDown);
       return true;
     case kKeyDown:
-      MoveFocus(focusedRow + 1, event.isShiftDown);
+      MoveFocus(focusedRow_ + 1, event.isShiftDown);
       return true;
     case kKeyPageUp:
-      MoveFocus(focusedRow - RowsPerPage(), event.isShiftDown);
+      MoveFocus(focusedRow_ - RowsPerPage(), event.isShiftDown);
       return true;
     case kKeyPageDown:
-      MoveFocus(focusedRow + RowsPerPage(), event.isShiftDown);
+      MoveFocus(focusedRow_ + RowsPerPage(), event.isShiftDown);
       return true;
     case kKeyHome:
       MoveFocus(0, event.isShiftDown);
       return true;
     case kKeyEnd:
-      MoveFocus(rows.GetCount() - 1, event.isShiftDown);
+      MoveFocus(rows_.GetCount() - 1, event.isShiftDown);
       return true;
     case kKeyLeft:
     case kKeyRight:
@@ -309,19 +309,19 @@ bool CReportControl::OnKeyDown(const KeyEvent& event) {
     case kKeySpace: {
       const int column = firstColumn(&CReportControl::CanToggle);
       if (column < 0) return false;
-      NotifyCheckToggled(focusedRow, column);
+      NotifyCheckToggled(focusedRow_, column);
       return true;
     }
     case kKeyF2: {
       const int column = firstColumn(&CReportControl::CanEdit);
       ReportPeer* drawn = DrawnBy();
-      if (column >= 0 && drawn != nullptr) drawn->OnEditWanted(focusedRow, column);
+      if (column >= 0 && drawn != nullptr) drawn->OnEditWanted(focusedRow_, column);
       return true;
     }
     case kKeyEnter: {
-      if (rows.GetAt(focusedRow) == nullptr) return false;
+      if (rows_.GetAt(focusedRow_) == nullptr) return false;
       ReportNotice notice;
-      notice.row = focusedRow;
+      notice.row = focusedRow_;
       Send(kMsgReportEnter, notice);
       return true;
     }

@@ -14,8 +14,8 @@ T* At(const std::vector<std::unique_ptr<T>>& list, int index) {
 }  // namespace
 
 CReportRecordItem::RareParts& CReportRecordItem::Rare() {
-  if (rare == nullptr) rare = std::make_unique<RareParts>();
-  return *rare;
+  if (rare_ == nullptr) rare_ = std::make_unique<RareParts>();
+  return *rare_;
 }
 
 int CReportRecordItem::FindHyperlink(int position) const {
@@ -31,30 +31,30 @@ CReportRecord::CReportRecord() = default;
 CReportRecord::~CReportRecord() = default;
 
 CReportRecordItem* CReportRecord::AddItem(std::unique_ptr<CReportRecordItem> item) {
-  items.push_back(std::move(item));
-  return items.back().get();
+  items_.push_back(std::move(item));
+  return items_.back().get();
 }
 
 CReportRecordItem* CReportRecord::GetItem(int column) const {
-  return At(items, column);
+  return At(items_, column);
 }
 
 CReportRecords& CReportRecord::GetChildren() {
-  if (children == nullptr) children = std::make_unique<CReportRecords>();
-  return *children;
+  if (children_ == nullptr) children_ = std::make_unique<CReportRecords>();
+  return *children_;
 }
 
 bool CReportRecord::HasChildren() const {
-  return children != nullptr && children->GetCount() > 0;
+  return children_ != nullptr && children_->GetCount() > 0;
 }
 
 CReportRecord* CReportRecords::Add(std::unique_ptr<CReportRecord> record) {
-  records.push_back(std::move(record));
-  return records.back().get();
+  records_.push_back(std::move(record));
+  return records_.back().get();
 }
 
 CReportRecord* CReportRecords::GetAt(int index) const {
-  return At(records, index);
+  return At(records_, index);
 }
 
 }  // namespace tarn

@@ -24,15 +24,15 @@ struct ReportItemMetrics {
 // A clickable part of a cell's text, as a range of bytes.
 class CReportHyperlink {
  public:
-  CReportHyperlink(int firstByte, int byteCount) : start(firstByte), length(byteCount) {}
+  CReportHyperlink(int firstByte, int byteCount) : start_(firstByte), length_(byteCount) {}
   virtual ~CReportHyperlink() = default;
 
-  int GetStart() const { return start; }
-  int GetLength() const { return length; }
+  int GetStart() const { return start_; }
+  int GetLength() const { return length_; }
 
  private:
-  int start;
-  int length;
+  int start_;
+  int length_;
 };
 
 // One cell. A plain item shows its caption, an image of the report's image list, or a check box;
@@ -51,29 +51,29 @@ class CReportRecordItem {
   virtual void GetItemMetrics(ReportItemMetrics& /*metrics*/) const {}
   // The user entered a new text.
   virtual void OnEditChanged(const std::string& text) { SetOwnCaption(text); }
-  virtual void SetChecked(bool check) { isChecked = check; }
-  virtual bool IsChecked() const { return isChecked; }
+  virtual void SetChecked(bool check) { isChecked_ = check; }
+  virtual bool IsChecked() const { return isChecked_; }
 
   void SetOwnCaption(std::string text) { Rare().caption = std::move(text); }
-  std::string GetOwnCaption() const { return rare ? rare->caption : std::string(); }
+  std::string GetOwnCaption() const { return rare_ ? rare_->caption : std::string(); }
   // Format of the displayed text, in which "%s" stands for the item's value.
   void SetFormat(std::string text) { Rare().format = std::move(text); }
-  std::string GetFormat() const { return rare ? rare->format : kPlainFormat; }
+  std::string GetFormat() const { return rare_ ? rare_->format : kPlainFormat; }
 
   // Number of an image; -1 for none.
-  void SetIconIndex(int index) { iconIndex = index; }
-  int GetIconIndex() const { return iconIndex; }
-  void SetHasCheckbox(bool has) { hasCheckbox = has; }
-  bool HasCheckbox() const { return hasCheckbox; }
+  void SetIconIndex(int index) { iconIndex_ = index; }
+  int GetIconIndex() const { return iconIndex_; }
+  void SetHasCheckbox(bool has) { hasCheckbox_ = has; }
+  bool HasCheckbox() const { return hasCheckbox_; }
 
   void AddHyperlink(std::unique_ptr<CReportHyperlink> link) {
     Rare().links.push_back(std::move(link));
   }
   // Returns the index of the hyperlink that covers this byte of the text; -1 if there is none.
   int FindHyperlink(int position) const;
-  int GetHyperlinkCount() const { return rare ? static_cast<int>(rare->links.size()) : 0; }
+  int GetHyperlinkCount() const { return rare_ ? static_cast<int>(rare_->links.size()) : 0; }
   const CReportHyperlink& GetHyperlink(int index) const {
-    return *rare->links.at(static_cast<std::size_t>(index));
+    return *rare_->links.at(static_cast<std::size_t>(index));
   }
 
  private:
@@ -85,10 +85,10 @@ class CReportRecordItem {
   };
   RareParts& Rare();
 
-  std::unique_ptr<RareParts> rare;
-  int iconIndex = -1;
-  bool hasCheckbox = false;
-  bool isChecked = false;
+  std::unique_ptr<RareParts> rare_;
+  int iconIndex_ = -1;
+  bool hasCheckbox_ = false;
+  bool isChecked_ = false;
 };
 
 class CReportRecord {
@@ -102,18 +102,18 @@ class CReportRecord {
   CReportRecordItem* AddItem(std::unique_ptr<CReportRecordItem> item);
   // Returns null if the column has no item.
   CReportRecordItem* GetItem(int column) const;
-  int GetItemCount() const { return static_cast<int>(items.size()); }
+  int GetItemCount() const { return static_cast<int>(items_.size()); }
 
   CReportRecords& GetChildren();
   bool HasChildren() const;
   // If set, its children get rows of their own the next time the report is populated.
-  bool IsExpanded() const { return isExpanded; }
-  void SetExpanded(bool expand) { isExpanded = expand; }
+  bool IsExpanded() const { return isExpanded_; }
+  void SetExpanded(bool expand) { isExpanded_ = expand; }
 
  private:
-  std::vector<std::unique_ptr<CReportRecordItem>> items;
-  std::unique_ptr<CReportRecords> children;
-  bool isExpanded = false;
+  std::vector<std::unique_ptr<CReportRecordItem>> items_;
+  std::unique_ptr<CReportRecords> children_;
+  bool isExpanded_ = false;
 };
 
 // Records in order of insertion. Only the report removes them, since rows point to them.
@@ -123,13 +123,13 @@ class CReportRecords {
   CReportRecord* Add(std::unique_ptr<CReportRecord> record);
   // Returns null if the index is out of range.
   CReportRecord* GetAt(int index) const;
-  int GetCount() const { return static_cast<int>(records.size()); }
+  int GetCount() const { return static_cast<int>(records_.size()); }
 
  private:
   friend class CReportControl;
-  void RemoveAll() { records.clear(); }
+  void RemoveAll() { records_.clear(); }
 
-  std::vector<std::unique_ptr<CReportRecord>> records;
+  std::vector<std::unique_ptr<CReportRecord>> records_;
 };
 
 }  // namespace tarn

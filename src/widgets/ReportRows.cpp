@@ -37,22 +37,22 @@ std::string ValueText(const SortKey& key, const CReportColumn& column) {
 
 const CReportRow* ReportRows::GetAt(int index) const {
   const auto place = static_cast<std::size_t>(index);
-  return index < 0 || place >= rows.size() ? nullptr : &rows[place];
+  return index < 0 || place >= rows_.size() ? nullptr : &rows_[place];
 }
 
 void ReportRows::Clear() {
-  rows.clear();
-  groups.clear();
+  rows_.clear();
+  groups_.clear();
 }
 
 void ReportRows::Build(const CReportRecords& records, bool inGroups) {
   Clear();
-  std::vector<const CReportColumn*> groupColumns = columns.GetGroupsOrder().GetColumns();
-  const CReportColumn* sorted = columns.GetSortColumn();
+  std::vector<const CReportColumn*> groupColumns = columns_.GetGroupsOrder().GetColumns();
+  const CReportColumn* sorted = columns_.GetSortColumn();
   if (groupColumns.empty() && inGroups && sorted != nullptr) groupColumns.push_back(sorted);
   RecordList list = InOrder(records);
   if (groupColumns.empty()) {
-    rows.reserve(list.size());
+    rows_.reserve(list.size());
     for (CReportRecord* const record : list) AddRecord(*record, 0);
     return;
   }
@@ -65,8 +65,8 @@ void ReportRows::Build(const CReportRecords& records, bool inGroups) {
 }
 
 int ReportRows::Extend(const CReportRecords& records, int first) {
-  if (!columns.GetGroupsOrder().GetColumns().empty()) return -1;
-  const CReportColumn* sorted = columns.GetSortColumn();
+  if (!columns_.GetGroupsOrder().GetColumns().empty()) return -1;
+  const CReportColumn* sorted = columns_.GetSortColumn();
   if (sorted == nullptr) {
     const int behindOld = GetCount();
     for (int i = first; i < records.GetCount(); ++i) AddRecord(*records.GetAt(i), 0);
@@ -83,18 +83,18 @@ int ReportRows::Extend(const CReportRecords& records, int first) {
     CReportRecord* const record = records.GetAt(i);
     const SortKey key = KeyOf(*record, *sorted);
     const auto place = std::upper_bound(
-        rows.begin(), rows.end(), key, [&](const SortKey& own, const CReportRow& other) {
+        rows_.begin(), rows_.end(), key, [&](const SortKey& own, const CReportRow& other) {
           const int order = Compare(own, KeyOf(*other.GetRecord(), *sorted));
           return ascending ? order < 0 : order > 0;
         });
-    changed = std::min(changed, place - rows.begin());
-    rows.emplace(place, record, nullptr, 0);
+    changed = std::min(changed, place - rows_.begin());
+    rows_.emplace(place, record, nullptr, 0);
   }
   return static_cast<int>(changed);
 }
 
 bool ReportRows::IsOpen(const CReportRow& row) const {
-  return row.IsGroup() ? closedGroups.count(row.GetGroup()->key) == 0
+  return row.IsGroup() ? closedGroups_.count(row.GetGroup()->key) == 0
                        : row.GetRecord()->IsExpanded();
 }
 
@@ -104,9 +104,9 @@ bool ReportRows::SetOpen(const CReportRow& row, bool open) {
     if (!row.GetRecord()->HasChildren()) return false;
     row.GetRecord()->SetExpanded(open);
   } else if (open) {
-    closedGroups.erase(row.GetGroup()->key);
+    closedGroups_.erase(row.GetGroup()->key);
   } else {
-    closedGroups.insert(row.GetGroup()->key);
+    closedGroups_.insert(row.GetGroup()->key);
   }
   return true;
 }
@@ -131,13 +131,13 @@ ReportRows::RecordList ReportRows::InOrder(const CReportRecords& records) const 
   RecordList list;
   list.reserve(static_cast<std::size_t>(records.GetCount()));
   for (int i = 0; i < records.GetCount(); ++i) list.push_back(records.GetAt(i));
-  const CReportColumn* sorted = columns.GetSortColumn();
+  const CReportColumn* sorted = columns_.GetSortColumn();
   if (sorted != nullptr) SortBy(*sorted, sorted->IsSortedAscending(), list);
   return list;
 }
 
 void ReportRows::AddRecord(CReportRecord& record, int depth) {
-  rows.emplace_back(&record, nullptr, depth);
+  rows_.emplace_back(&record, nullptr, depth);
   if (!record.IsExpanded() || !record.HasChildren()) return;
   for (CReportRecord* const child : InOrder(record.GetChildren())) AddRecord(*child, depth + 1);
 }
@@ -159,12 +159,12 @@ void ReportRows::AddGrouped(const RecordList& list,
       if (level >= same) {
         const std::string value = ValueText(own[level], *groupColumns[level]);
         const std::string above = level == 0 ? std::string() : open[level - 1]->key;
-        groups.push_back(
+        groups_.push_back(
             {groupColumns[level]->GetCaption() + ": " + value, above + '\x1F' + FoldCase(value)});
-        open[level] = &groups.back();
-        if (!isHidden) rows.emplace_back(nullptr, open[level], static_cast<int>(level));
+        open[level] = &groups_.back();
+        if (!isHidden) rows_.emplace_back(nullptr, open[level], static_cast<int>(level));
       }
-      isHidden = isHidden || closedGroups.count(open[level]->key) != 0;
+      isHidden = isHidden || closedGroups_.count(open[level]->key) != 0;
     }
     current = std::move(own);
     if (!isHidden) AddRecord(*record, static_cast<int>(levels));
@@ -172,17 +172,17 @@ void ReportRows::AddGrouped(const RecordList& list,
 }
 
 bool CReportSelectedRows::Contains(int row) const {
-  return std::binary_search(indexes.begin(), indexes.end(), row);
+  return std::binary_search(indexes_.begin(), indexes_.end(), row);
 }
 
 const CReportRow* CReportSelectedRows::GetNextSelectedRow(int& position) const {
   const auto place = static_cast<std::size_t>(position);
-  if (position < 0 || place >= indexes.size()) {
+  if (position < 0 || place >= indexes_.size()) {
     position = -1;
     return nullptr;
   }
-  position = place + 1 < indexes.size() ? position + 1 : -1;
-  return rows.GetAt(indexes[place]);
+  position = place + 1 < indexes_.size() ? position + 1 : -1;
+  return rows_.GetAt(indexes_[place]);
 }
 
 }  // namespace tarn

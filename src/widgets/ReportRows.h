@@ -21,20 +21,20 @@ struct ReportGroup {
 class CReportRow {
  public:
   CReportRow(CReportRecord* rowRecord, const ReportGroup* rowGroup, int rowDepth)
-      : record(rowRecord), group(rowGroup), depth(rowDepth) {}
+      : record_(rowRecord), group_(rowGroup), depth_(rowDepth) {}
 
-  bool IsGroup() const { return group != nullptr; }
+  bool IsGroup() const { return group_ != nullptr; }
   // Null for a group.
-  CReportRecord* GetRecord() const { return record; }
+  CReportRecord* GetRecord() const { return record_; }
   // Null for a record.
-  const ReportGroup* GetGroup() const { return group; }
+  const ReportGroup* GetGroup() const { return group_; }
   // Number of groups and records that it is nested in.
-  int GetDepth() const { return depth; }
+  int GetDepth() const { return depth_; }
 
  private:
-  CReportRecord* record;
-  const ReportGroup* group;
-  int depth;
+  CReportRecord* record_;
+  const ReportGroup* group_;
+  int depth_;
 };
 
 // The rows of a report in display order: the records, sorted and grouped, each expanded one
@@ -44,10 +44,10 @@ class CReportRow {
 // borrowed.
 class ReportRows {
  public:
-  explicit ReportRows(const CReportColumns& reportColumns) : columns(reportColumns) {}
+  explicit ReportRows(const CReportColumns& reportColumns) : columns_(reportColumns) {}
 
-  const std::vector<CReportRow>& All() const { return rows; }
-  int GetCount() const { return static_cast<int>(rows.size()); }
+  const std::vector<CReportRow>& All() const { return rows_; }
+  int GetCount() const { return static_cast<int>(rows_.size()); }
   // Returns null if the index is out of range.
   const CReportRow* GetAt(int index) const;
   void Clear();
@@ -72,29 +72,29 @@ class ReportRows {
   void AddRecord(CReportRecord& record, int depth);
   void AddGrouped(const RecordList& list, const std::vector<const CReportColumn*>& groupColumns);
 
-  const CReportColumns& columns;
-  std::vector<CReportRow> rows;
-  std::deque<ReportGroup> groups;      // groups of the rows
-  std::set<std::string> closedGroups;  // by key
+  const CReportColumns& columns_;
+  std::vector<CReportRow> rows_;
+  std::deque<ReportGroup> groups_;      // groups of the rows
+  std::set<std::string> closedGroups_;  // by key
 };
 
 // The rows that the user has selected, in row order.
 class CReportSelectedRows {
  public:
-  explicit CReportSelectedRows(const ReportRows& reportRows) : rows(reportRows) {}
+  explicit CReportSelectedRows(const ReportRows& reportRows) : rows_(reportRows) {}
 
-  int GetCount() const { return static_cast<int>(indexes.size()); }
-  const std::vector<int>& GetIndexes() const { return indexes; }
+  int GetCount() const { return static_cast<int>(indexes_.size()); }
+  const std::vector<int>& GetIndexes() const { return indexes_; }
   bool Contains(int row) const;
   // Start of an iteration with GetNextSelectedRow(); -1 if nothing is selected.
-  int GetFirstSelectedRowPosition() const { return indexes.empty() ? -1 : 0; }
+  int GetFirstSelectedRowPosition() const { return indexes_.empty() ? -1 : 0; }
   // Returns the row at `position` and advances `position`, to -1 after the last one.
   const CReportRow* GetNextSelectedRow(int& position) const;
 
  private:
   friend class CReportControl;
-  const ReportRows& rows;
-  std::vector<int> indexes;  // ascending
+  const ReportRows& rows_;
+  std::vector<int> indexes_;  // ascending
 };
 
 }  // namespace tarn

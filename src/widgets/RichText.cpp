@@ -45,106 +45,106 @@ struct Group {
 
 class RichTextReader {
  public:
-  explicit RichTextReader(std::string_view richText) : input(richText) {}
+  explicit RichTextReader(std::string_view richText) : input_(richText) {}
 
   RichText Read() {
-    while (at < input.size()) ReadNext();
+    while (at_ < input_.size()) ReadNext();
     // Unclosed groups end here.
-    Flush(groups.size() - 1);
-    return std::move(result);
+    Flush(groups_.size() - 1);
+    return std::move(result_);
   }
 
  private:
   void ReadNext() {
-    const char c = input[at];
+    const char c = input_[at_];
     if (c == '\\') return ReadControl();
-    ++at;
+    ++at_;
     if (c == '{' && OpensGroup()) return OpenGroup();
-    if (c == '}') closers.push_back(pending.size());
+    if (c == '}') closers_.push_back(pending_.size());
     AddPending(c);
   }
 
   void AddPending(char c) {
-    if (c != ' ' && IsInstruction()) isInAddress = true;
-    pending.push_back(c);
+    if (c != ' ' && IsInstruction()) isInAddress_ = true;
+    pending_.push_back(c);
   }
 
   // --- Groups ---
 
-  bool IsInstruction() const { return groups.back().destination == Destination::Instruction; }
+  bool IsInstruction() const { return groups_.back().destination == Destination::Instruction; }
 
   // Returns whether the opening brace just read starts a group. The address of a link is in a group
   // without a control word.
   bool OpensGroup() const {
-    if (IsInstruction()) return !isInAddress || IsAtResult();
-    const std::string_view rest = input.substr(at, 2);
+    if (IsInstruction()) return !isInAddress_ || IsAtResult();
+    const std::string_view rest = input_.substr(at_, 2);
     return rest.size() == 2 && rest[0] == '\\' && (IsLetter(rest[1]) || rest[1] == '*');
   }
-  bool IsAtResult() const { return input.substr(at).starts_with("\\fldrslt"); }
+  bool IsAtResult() const { return input_.substr(at_).starts_with("\\fldrslt"); }
 
   void OpenGroup() {
-    const std::size_t field = groups.back().fieldDepth;
+    const std::size_t field = groups_.back().fieldDepth;
     // The result is an immediate child of its field, so all groups opened inside the field end
     // here.
-    Flush(IsAtResult() && field != 0 ? groups.size() - field : Closable());
-    groups.push_back(groups.back());
+    Flush(IsAtResult() && field != 0 ? groups_.size() - field : Closable());
+    groups_.push_back(groups_.back());
   }
 
   // Number of groups that may end before a control word: all except the outermost.
-  std::size_t Closable() const { return groups.size() > 2 ? groups.size() - 2 : 0; }
+  std::size_t Closable() const { return groups_.size() > 2 ? groups_.size() - 2 : 0; }
 
   // Distributes the text since the last control word to its groups. Its last closing braces, at
   // most `mostClosed` of them, end groups; those before them are literal characters.
   void Flush(std::size_t mostClosed) {
-    const std::size_t closed = std::min(mostClosed, closers.size());
+    const std::size_t closed = std::min(mostClosed, closers_.size());
     std::size_t start = 0;
-    for (std::size_t i = closers.size() - closed; i < closers.size(); ++i) {
-      Emit(std::string_view(pending).substr(start, closers[i] - start));
-      start = closers[i] + 1;
-      groups.pop_back();
+    for (std::size_t i = closers_.size() - closed; i < closers_.size(); ++i) {
+      Emit(std::string_view(pending_).substr(start, closers_[i] - start));
+      start = closers_[i] + 1;
+      groups_.pop_back();
     }
-    Emit(std::string_view(pending).substr(start));
-    pending.clear();
-    closers.clear();
+    Emit(std::string_view(pending_).substr(start));
+    pending_.clear();
+    closers_.clear();
   }
 
   // --- Control words ---
 
   void ReadControl() {
-    const char next = at + 1 < input.size() ? input[at + 1] : '\0';
+    const char next = at_ + 1 < input_.size() ? input_[at_ + 1] : '\0';
     // Inside an address there are no control words; a backslash is literal.
-    const bool isAddress = IsInstruction() && isInAddress;
+    const bool isAddress = IsInstruction() && isInAddress_;
     if (IsLetter(next) && !isAddress) {
       ReadControlWord();
     } else if (next == '*' && !isAddress) {
-      at += 2;
+      at_ += 2;
     } else if (next == '\\' || next == '{' || next == '}') {
       AddPending(next);
-      at += 2;
+      at_ += 2;
     } else {
-      AddPending(input[at++]);
+      AddPending(input_[at_++]);
     }
   }
 
   void ReadControlWord() {
-    const std::size_t start = ++at;
-    while (at < input.size() && IsLetter(input[at])) ++at;
-    const std::string_view word = input.substr(start, at - start);
+    const std::size_t start = ++at_;
+    while (at_ < input_.size() && IsLetter(input_[at_])) ++at_;
+    const std::string_view word = input_.substr(start, at_ - start);
     int number = -1;
-    for (; at < input.size() && IsDigit(input[at]); ++at) {
-      number = std::min(std::max(number, 0) * 10 + (input[at] - '0'), kLargestNumber);
+    for (; at_ < input_.size() && IsDigit(input_[at_]); ++at_) {
+      number = std::min(std::max(number, 0) * 10 + (input_[at_] - '0'), kLargestNumber);
     }
-    if (at < input.size() && input[at] == ' ') ++at;
+    if (at_ < input_.size() && input_[at_] == ' ') ++at_;
     Flush(Closable());
     Apply(word, number);
   }
 
   // `number` is negative if there is none.
   void Apply(std::string_view word, int number) {
-    Group& group = groups.back();
+    Group& group = groups_.back();
     if (word == "cf") {
       const auto index = static_cast<std::size_t>(std::max(number, 0));
-      group.color = index < colors.size() ? colors[index] : Color();
+      group.color = index < colors_.size() ? colors_[index] : Color();
     } else if (word == "b") {
       group.isBold = number != 0;
     } else if (word == "par") {
@@ -153,11 +153,11 @@ class RichTextReader {
       group.destination = Destination::ColorTable;
     } else if (word == "field") {
       group.destination = Destination::Field;
-      group.fieldDepth = groups.size();
+      group.fieldDepth = groups_.size();
     } else if (word == "fldinst") {
       group.destination = Destination::Instruction;
-      instruction.clear();
-      isInAddress = false;
+      instruction_.clear();
+      isInAddress_ = false;
     } else if (word == "fldrslt") {
       group.destination = Destination::Text;
       group.target = TakeTarget();
@@ -171,23 +171,23 @@ class RichTextReader {
     const auto* const found = std::find(kParts.begin(), kParts.end(), word);
     if (found == kParts.end()) return;
     const auto shift = static_cast<unsigned>(found - kParts.begin()) * 8;
-    nextColor = (nextColor & ~(Color{0xFF} << shift)) | part << shift;
+    nextColor_ = (nextColor_ & ~(Color{0xFF} << shift)) | part << shift;
   }
 
   std::shared_ptr<const std::string> TakeTarget() {
-    const std::string_view whole = Trim(instruction);
+    const std::string_view whole = Trim(instruction_);
     std::shared_ptr<const std::string> target;
     if (whole.starts_with(kLinkWord)) {
       target = std::make_shared<const std::string>(Trim(whole.substr(kLinkWord.size())));
     }
-    instruction.clear();
+    instruction_.clear();
     return target;
   }
 
   // --- Text ---
 
   void Emit(std::string_view text) {
-    const Group& group = groups.back();
+    const Group& group = groups_.back();
     switch (group.destination) {
       case Destination::Field:
         // A field should contain only its parts; text that a tool has put there is shown anyway.
@@ -200,11 +200,11 @@ class RichTextReader {
         break;
       }
       case Destination::Instruction:
-        instruction += text;
+        instruction_ += text;
         break;
       case Destination::ColorTable:
         for (const char c : text) {
-          if (c == ';') colors.push_back(std::exchange(nextColor, Color()));
+          if (c == ';') colors_.push_back(std::exchange(nextColor_, Color()));
         }
         break;
     }
@@ -212,29 +212,29 @@ class RichTextReader {
 
   void AddText(const Group& group, std::string_view text) {
     if (text.empty()) return;
-    const std::size_t start = result.text.size();
-    result.text += text;
-    const std::size_t end = result.text.size();
-    if (!result.runs.empty()) {
-      RichTextRun& last = result.runs.back();
+    const std::size_t start = result_.text.size();
+    result_.text += text;
+    const std::size_t end = result_.text.size();
+    if (!result_.runs.empty()) {
+      RichTextRun& last = result_.runs.back();
       if (last.color == group.color && last.isBold == group.isBold && last.target == group.target) {
         last.range.end = end;
         return;
       }
     }
-    result.runs.push_back({{start, end}, group.color, group.isBold, group.target});
+    result_.runs.push_back({{start, end}, group.color, group.isBold, group.target});
   }
 
-  std::string_view input;
-  std::size_t at = 0;
-  RichText result;
-  std::vector<Group> groups{1};      // the first is outside of all braces and never ends
-  std::string pending;               // text since the last control word
-  std::vector<std::size_t> closers;  // offsets of the closing braces in it
-  std::string instruction;           // of the current field
-  bool isInAddress = false;          // the instruction is not empty
-  std::vector<Color> colors;
-  Color nextColor = 0;
+  std::string_view input_;
+  std::size_t at_ = 0;
+  RichText result_;
+  std::vector<Group> groups_{1};      // the first is outside of all braces and never ends
+  std::string pending_;               // text since the last control word
+  std::vector<std::size_t> closers_;  // offsets of the closing braces in it
+  std::string instruction_;           // of the current field
+  bool isInAddress_ = false;          // the instruction is not empty
+  std::vector<Color> colors_;
+  Color nextColor_ = 0;
 };
 
 RichText PlainText(std::string_view text) {

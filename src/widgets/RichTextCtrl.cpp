@@ -17,76 +17,76 @@ constexpr int kLineHeight = 16;
 
 const std::string* CRichTextCtrl::GetLinkAt(std::size_t position) const {
   const auto run =
-      std::upper_bound(runs.begin(), runs.end(), position,
+      std::upper_bound(runs_.begin(), runs_.end(), position,
                        [](std::size_t at, const RichTextRun& each) { return at < each.range.end; });
-  return run == runs.end() ? nullptr : run->target.get();
+  return run == runs_.end() ? nullptr : run->target.get();
 }
 
 void CRichTextCtrl::AppendRichText(std::string_view richText) {
   RichText added = ReadRichText(richText);
-  const std::size_t start = text.size() - 1;
-  text.pop_back();
-  text += added.text;
-  text += '\n';
+  const std::size_t start = text_.size() - 1;
+  text_.pop_back();
+  text_ += added.text;
+  text_ += '\n';
   for (RichTextRun& run : added.runs) {
     run.range.start += start;
     run.range.end += start;
-    runs.push_back(std::move(run));
+    runs_.push_back(std::move(run));
   }
-  const std::size_t end = text.size() - 1;
+  const std::size_t end = text_.size() - 1;
   if (RichTextPeer* drawing = Drawing(); drawing != nullptr && end > start) {
     drawing->OnTextAppended({start, end});
   }
-  if (!isUsersSelection || selection.IsEmpty()) SetSelection({end, end});
+  if (!isUsersSelection_ || selection_.IsEmpty()) SetSelection({end, end});
 }
 
 void CRichTextCtrl::Clear() {
-  Remove({0, text.size()});
+  Remove({0, text_.size()});
 }
 
 // Removes the range, except for the last character, and moves the insertion point to its start.
 void CRichTextCtrl::Remove(TextRange range) {
-  range = range.Within(text.size() - 1);
-  const TextRange selected = std::exchange(selection, {range.start, range.start});
+  range = range.Within(text_.size() - 1);
+  const TextRange selected = std::exchange(selection_, {range.start, range.start});
   if (!range.IsEmpty()) {
-    text.erase(range.start, range.Length());
+    text_.erase(range.start, range.Length());
     const auto moved = [&range](std::size_t position) {
       if (position <= range.start) return position;
       return position < range.end ? range.start : position - range.Length();
     };
-    for (RichTextRun& run : runs) run.range = {moved(run.range.start), moved(run.range.end)};
-    std::erase_if(runs, [](const RichTextRun& run) { return run.range.IsEmpty(); });
+    for (RichTextRun& run : runs_) run.range = {moved(run.range.start), moved(run.range.end)};
+    std::erase_if(runs_, [](const RichTextRun& run) { return run.range.IsEmpty(); });
     if (RichTextPeer* drawing = Drawing()) drawing->OnTextReplaced();
   }
-  if (selection != selected) OnSelectionChanged();
+  if (selection_ != selected) OnSelectionChanged();
 }
 
 void CRichTextCtrl::SetSelection(TextRange range) {
-  isUsersSelection = false;
-  const TextRange wanted = range.Within(text.size());
-  if (wanted == selection) return;
-  selection = wanted;
+  isUsersSelection_ = false;
+  const TextRange wanted = range.Within(text_.size());
+  if (wanted == selection_) return;
+  selection_ = wanted;
   if (RichTextPeer* drawing = Drawing()) drawing->OnSelectionChanged();
   OnSelectionChanged();
 }
 
 void CRichTextCtrl::NotifySelected(TextRange range) {
-  const TextRange wanted = range.Within(text.size());
+  const TextRange wanted = range.Within(text_.size());
   if (!IsCreated()) return;
-  isUsersSelection = true;
-  if (wanted == selection) return;
-  selection = wanted;
+  isUsersSelection_ = true;
+  if (wanted == selection_) return;
+  selection_ = wanted;
   OnSelectionChanged();
 }
 
 void CRichTextCtrl::Copy() {
-  if (!selection.IsEmpty()) WindowToolkit::Current().SetClipboardText(GetSelectedText());
+  if (!selection_.IsEmpty()) WindowToolkit::Current().SetClipboardText(GetSelectedText());
 }
 
 void CRichTextCtrl::Cut() {
-  if (selection.IsEmpty()) return;
+  if (selection_.IsEmpty()) return;
   Copy();
-  Remove(selection);
+  Remove(selection_);
 }
 
 std::optional<std::size_t> CRichTextCtrl::HitTest(Point point) {
@@ -97,16 +97,16 @@ std::optional<std::size_t> CRichTextCtrl::HitTest(Point point) {
   if (point.x < 0 || point.y < 0) return std::nullopt;
   std::size_t start = 0;
   for (int line = point.y / kLineHeight; line > 0; --line) {
-    start = text.find('\n', start);
-    if (start == text.npos) return std::nullopt;
+    start = text_.find('\n', start);
+    if (start == text_.npos) return std::nullopt;
     ++start;
   }
   position = start + static_cast<std::size_t>(point.x / kByteWidth);
-  return *position < text.find('\n', start) ? position : std::nullopt;
+  return *position < text_.find('\n', start) ? position : std::nullopt;
 }
 
 void CRichTextCtrl::OnMouse(const MouseEvent& event) {
-  if (!onLink) return;
+  if (!onLink_) return;
   if (const auto position = HitTest(event.point)) TellLink(*position, event);
 }
 
@@ -119,10 +119,10 @@ void CRichTextCtrl::NotifyLinkKey(std::size_t position) {
 
 void CRichTextCtrl::TellLink(std::size_t position, const MouseEvent& event) {
   const std::string* target = GetLinkAt(position);
-  if (target == nullptr || !onLink) return;
+  if (target == nullptr || !onLink_) return;
   // Copies: the handler may destroy the control.
   const std::string clicked = *target;
-  const LinkHandler handler = onLink;
+  const LinkHandler handler = onLink_;
   handler(clicked, event);
 }
 

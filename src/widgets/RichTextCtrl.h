@@ -32,9 +32,9 @@ class CRichTextCtrl : public CWnd {
   // A mouse event on a link. The handler may destroy the control.
   using LinkHandler = std::function<void(const std::string& target, const MouseEvent& event)>;
 
-  const std::string& GetText() const { return text; }
+  const std::string& GetText() const { return text_; }
   // Runs in order; they cover the text except for its last character.
-  const std::vector<RichTextRun>& GetRuns() const { return runs; }
+  const std::vector<RichTextRun>& GetRuns() const { return runs_; }
   // Returns null if there is no link.
   const std::string* GetLinkAt(std::size_t position) const;
 
@@ -44,16 +44,18 @@ class CRichTextCtrl : public CWnd {
   // Removes all except the last character.
   void Clear();
 
-  TextRange GetSelection() const { return selection; }
+  TextRange GetSelection() const { return selection_; }
   // Clamped to the length of the text.
   void SetSelection(TextRange range);
-  std::string GetSelectedText() const { return text.substr(selection.start, selection.Length()); }
+  std::string GetSelectedText() const {
+    return text_.substr(selection_.start, selection_.Length());
+  }
   // Copies the selection to the clipboard. No-op without a selection.
   void Copy();
   // Copies and removes the selection, except for the last character.
   void Cut();
 
-  void SetLinkHandler(LinkHandler handler) { onLink = std::move(handler); }
+  void SetLinkHandler(LinkHandler handler) { onLink_ = std::move(handler); }
 
   // --- Called by the toolkit ---
 
@@ -72,11 +74,11 @@ class CRichTextCtrl : public CWnd {
   void TellLink(std::size_t position, const MouseEvent& event);
   void Remove(TextRange range);
 
-  std::string text = "\n";
-  std::vector<RichTextRun> runs;
-  TextRange selection;
-  bool isUsersSelection = false;
-  LinkHandler onLink;
+  std::string text_ = "\n";
+  std::vector<RichTextRun> runs_;
+  TextRange selection_;
+  bool isUsersSelection_ = false;
+  LinkHandler onLink_;
 };
 
 }  // namespace tarn

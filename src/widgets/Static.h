@@ -15,14 +15,14 @@ enum class StaticKind {
 class CStatic : public CWnd {
  public:
   // The kind is fixed for the lifetime of the control.
-  explicit CStatic(StaticKind staticKind) : kind(staticKind) {}
-  StaticKind GetKind() const { return kind; }
+  explicit CStatic(StaticKind staticKind) : kind_(staticKind) {}
+  StaticKind GetKind() const { return kind_; }
 
  protected:
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) final;
 
  private:
-  StaticKind kind;
+  StaticKind kind_;
 };
 
 }  // namespace tarn

@@ -32,7 +32,7 @@ struct LoopOwner {
 std::shared_ptr<ThreadLoop> ThreadLoop::Current() {
   if (threadEnded) {
     auto ended = std::make_shared<ThreadLoop>();
-    ended->closed = true;
+    ended->closed_ = true;
     return ended;
   }
   LoopOwner& owner = PerThread<LoopOwner>::Get();
@@ -61,19 +61,19 @@ bool ThreadLoop::RunAndWait(const std::function<void()>& work) {
 
 bool ThreadLoop::Enqueue(Call& call) {
   {
-    const std::lock_guard guard(lock);
-    if (closed) return false;
-    calls.push_back(&call);
-    changed.notify_all();
+    const std::lock_guard guard(lock_);
+    if (closed_) return false;
+    calls_.push_back(&call);
+    changed_.notify_all();
   }
   NotifyOtherLoop();
   return true;
 }
 
 void ThreadLoop::WaitFor(Call& call) {
-  std::unique_lock guard(lock);
+  std::unique_lock guard(lock_);
   while (true) {
-    changed.wait(guard, [&] { return call.state != CallState::Waiting || !calls.empty(); });
+    changed_.wait(guard, [&] { return call.state != CallState::Waiting || !calls_.empty(); });
     if (call.state != CallState::Waiting) return;
     guard.unlock();
     ServeWaiting();
@@ -86,8 +86,8 @@ bool ThreadLoop::ServeWaiting() {
   if (!IsCurrentThread()) return false;
   std::size_t left = 0;
   {
-    const std::lock_guard guard(lock);
-    left = calls.size();
+    const std::lock_guard guard(lock_);
+    left = calls_.size();
   }
   bool any = false;
   for (; left > 0; --left) {
@@ -100,30 +100,30 @@ bool ThreadLoop::ServeWaiting() {
 }
 
 ThreadLoop::Call* ThreadLoop::TakeCall() {
-  const std::lock_guard guard(lock);
-  if (calls.empty()) return nullptr;
-  Call* call = calls.front();
-  calls.pop_front();
+  const std::lock_guard guard(lock_);
+  if (calls_.empty()) return nullptr;
+  Call* call = calls_.front();
+  calls_.pop_front();
   return call;
 }
 
 void ThreadLoop::Run(Call& call) {
-  ++servingDepth;
+  ++servingDepth_;
   try {
     (*call.work)();
   } catch (...) {
     call.failure = std::current_exception();
   }
-  --servingDepth;
+  --servingDepth_;
   Finish(call, CallState::Done);
 }
 
 void ThreadLoop::Finish(Call& call, CallState state) {
   // The record may be destroyed as soon as its state is visible.
   const std::shared_ptr<ThreadLoop> caller = call.caller;
-  const std::lock_guard guard(caller->lock);
+  const std::lock_guard guard(caller->lock_);
   call.state = state;
-  caller->changed.notify_all();
+  caller->changed_.notify_all();
 }
 
 bool ThreadLoop::Pump() {
@@ -137,8 +137,8 @@ bool ThreadLoop::Pump() {
 bool ThreadLoop::DeliverPosted() {
   std::size_t left = 0;
   {
-    const std::lock_guard guard(lock);
-    left = messages.size();
+    const std::lock_guard guard(lock_);
+    left = messages_.size();
   }
   bool any = false;
   Posted posted;
@@ -152,10 +152,10 @@ bool ThreadLoop::DeliverPosted() {
 }
 
 bool ThreadLoop::TakePosted(Posted& posted) {
-  const std::lock_guard guard(lock);
-  if (messages.empty()) return false;
-  posted = messages.front();
-  messages.pop_front();
+  const std::lock_guard guard(lock_);
+  if (messages_.empty()) return false;
+  posted = messages_.front();
+  messages_.pop_front();
   return true;
 }
 
@@ -170,13 +170,13 @@ bool ThreadLoop::TickOne(Clock::time_point now) {
   TimerKey key;
   TickHandler onTick;
   {
-    const std::lock_guard guard(lock);
-    if (!messages.empty()) return false;
+    const std::lock_guard guard(lock_);
+    if (!messages_.empty()) return false;
     const auto next = NextTimer();
-    if (next == timers.end() || next->second.due > now) return false;
+    if (next == timers_.end() || next->second.due > now) return false;
     key = next->first;
     onTick = next->second.onTick;
-    ticking.push_back(key);
+    ticking_.push_back(key);
   }
   struct TickEnd {
     ThreadLoop& loop;
@@ -189,11 +189,11 @@ bool ThreadLoop::TickOne(Clock::time_point now) {
 }
 
 void ThreadLoop::EndTick(TimerKey key, const TickHandler& onTick) {
-  const std::lock_guard guard(lock);
-  std::erase(ticking, key);
-  const auto timer = timers.find(key);
+  const std::lock_guard guard(lock_);
+  std::erase(ticking_, key);
+  const auto timer = timers_.find(key);
   // The timer was removed or set again by its own handler: it must not be rescheduled here.
-  if (timer == timers.end() || timer->second.onTick != onTick) return;
+  if (timer == timers_.end() || timer->second.onTick != onTick) return;
   // The schedule is kept, and missed ticks are skipped.
   const Clock::time_point now = TimerNow();
   timer->second.due += timer->second.period;
@@ -201,10 +201,10 @@ void ThreadLoop::EndTick(TimerKey key, const TickHandler& onTick) {
 }
 
 ThreadLoop::Timers::iterator ThreadLoop::NextTimer() {
-  auto next = timers.end();
-  for (auto timer = timers.begin(); timer != timers.end(); ++timer) {
-    if (std::find(ticking.begin(), ticking.end(), timer->first) != ticking.end()) continue;
-    if (next == timers.end() || timer->second.due < next->second.due) next = timer;
+  auto next = timers_.end();
+  for (auto timer = timers_.begin(); timer != timers_.end(); ++timer) {
+    if (std::find(ticking_.begin(), ticking_.end(), timer->first) != ticking_.end()) continue;
+    if (next == timers_.end() || timer->second.due < next->second.due) next = timer;
   }
   return next;
 }
@@ -232,44 +232,45 @@ bool ThreadLoop::ServeOrSleep(bool (ThreadLoop::*serve)(), const std::function<b
 }
 
 void ThreadLoop::Sleep(Clock::time_point limit, bool onlyCalls) {
-  std::unique_lock guard(lock);
+  std::unique_lock guard(lock_);
   if (!onlyCalls) {
     const auto timer = NextTimer();
-    if (timer != timers.end())
+    if (timer != timers_.end())
       limit = std::min(limit, Clock::now() + (timer->second.due - TimerNow()));
   }
-  changed.wait_until(guard, limit,
-                     [&] { return woken || !calls.empty() || (!onlyCalls && !messages.empty()); });
-  woken = false;
+  changed_.wait_until(guard, limit, [&] {
+    return woken_ || !calls_.empty() || (!onlyCalls && !messages_.empty());
+  });
+  woken_ = false;
 }
 
 void ThreadLoop::SetTimerClock(std::function<Clock::time_point()> clock) {
-  timerClock = std::move(clock);
+  timerClock_ = std::move(clock);
 }
 
 void ThreadLoop::SetWakeHandler(std::function<void()> wake) {
-  const std::lock_guard guard(wakeLock);
-  wakeHandler.swap(wake);
+  const std::lock_guard guard(wakeLock_);
+  wakeHandler_.swap(wake);
 }
 
 void ThreadLoop::NotifyOtherLoop() {
-  const std::lock_guard guard(wakeLock);
-  if (wakeHandler) wakeHandler();
+  const std::lock_guard guard(wakeLock_);
+  if (wakeHandler_) wakeHandler_();
 }
 
 std::optional<std::chrono::milliseconds> ThreadLoop::UntilNextTimer() {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   const auto timer = NextTimer();
-  if (timer == timers.end()) return std::nullopt;
+  if (timer == timers_.end()) return std::nullopt;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer->second.due - TimerNow());
   return std::max(left, std::chrono::milliseconds(0));
 }
 
 void ThreadLoop::Wake() {
   {
-    const std::lock_guard guard(lock);
-    woken = true;
-    changed.notify_all();
+    const std::lock_guard guard(lock_);
+    woken_ = true;
+    changed_.notify_all();
   }
   NotifyOtherLoop();
 }
@@ -277,10 +278,10 @@ void ThreadLoop::Wake() {
 bool ThreadLoop::Post(WindowHandle window, std::uint32_t message, std::intptr_t wParam,
                       std::intptr_t lParam) {
   {
-    const std::lock_guard guard(lock);
-    if (closed) return false;
-    messages.push_back({window, message, wParam, lParam});
-    changed.notify_all();
+    const std::lock_guard guard(lock_);
+    if (closed_) return false;
+    messages_.push_back({window, message, wParam, lParam});
+    changed_.notify_all();
   }
   NotifyOtherLoop();
   return true;
@@ -295,28 +296,28 @@ void ThreadLoop::SetTimer(WindowHandle window, std::int32_t id, std::chrono::mil
   timer.due = TimerNow() + timer.period;
   timer.onTick = std::make_shared<const std::function<void()>>(std::move(onTick));
   {
-    const std::lock_guard guard(lock);
-    if (closed) return;
-    std::swap(timers[{window, id}], timer);
-    woken = true;
-    changed.notify_all();
+    const std::lock_guard guard(lock_);
+    if (closed_) return;
+    std::swap(timers_[{window, id}], timer);
+    woken_ = true;
+    changed_.notify_all();
   }
   NotifyOtherLoop();
 }
 
 void ThreadLoop::KillTimer(WindowHandle window, std::int32_t id) {
   Timers::node_type killed;
-  const std::lock_guard guard(lock);
-  killed = timers.extract({window, id});
+  const std::lock_guard guard(lock_);
+  killed = timers_.extract({window, id});
 }
 
 void ThreadLoop::Forget(WindowHandle window) {
   std::vector<Timers::node_type> killed;
-  const std::lock_guard guard(lock);
-  std::erase_if(messages, [window](const Posted& posted) { return posted.window == window; });
-  for (auto timer = timers.begin(); timer != timers.end();) {
+  const std::lock_guard guard(lock_);
+  std::erase_if(messages_, [window](const Posted& posted) { return posted.window == window; });
+  for (auto timer = timers_.begin(); timer != timers_.end();) {
     const auto current = timer++;
-    if (current->first.first == window) killed.push_back(timers.extract(current));
+    if (current->first.first == window) killed.push_back(timers_.extract(current));
   }
 }
 
@@ -325,11 +326,11 @@ void ThreadLoop::Close() {
   std::deque<Call*> dropped;
   Timers killed;
   {
-    const std::lock_guard guard(lock);
-    closed = true;
-    dropped.swap(calls);
-    killed.swap(timers);
-    messages.clear();
+    const std::lock_guard guard(lock_);
+    closed_ = true;
+    dropped.swap(calls_);
+    killed.swap(timers_);
+    messages_.clear();
   }
   for (Call* call : dropped) Finish(*call, CallState::Dropped);
   SetWakeHandler(nullptr);

@@ -32,7 +32,7 @@ class ThreadLoop final : public MessageLoop {
 
   bool IsCurrentThread() const override;
   bool RunAndWait(const std::function<void()>& work) override;
-  bool IsServing() const override { return IsCurrentThread() && servingDepth > 0; }
+  bool IsServing() const override { return IsCurrentThread() && servingDepth_ > 0; }
   bool ServeWaiting() override;
   bool Pump() override;
   bool PumpUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) override;
@@ -98,24 +98,24 @@ class ThreadLoop final : public MessageLoop {
                     std::chrono::milliseconds limit, bool onlyCalls);
   void Sleep(Clock::time_point limit, bool onlyCalls);
   void NotifyOtherLoop();
-  Clock::time_point TimerNow() const { return timerClock ? timerClock() : Clock::now(); }
+  Clock::time_point TimerNow() const { return timerClock_ ? timerClock_() : Clock::now(); }
 
   // Guards all members down to `closed`, except where noted. Never held while foreign code runs.
-  std::mutex lock;
-  std::condition_variable changed;
-  std::deque<Call*> calls;
-  std::deque<Posted> messages;
-  Timers timers;
-  std::vector<TimerKey> ticking;  // timers whose handler is running, innermost last
-  int servingDepth = 0;           // running calls of other threads; only for the loop's thread
-  bool woken = false;
-  bool closed = false;
+  std::mutex lock_;
+  std::condition_variable changed_;
+  std::deque<Call*> calls_;
+  std::deque<Posted> messages_;
+  Timers timers_;
+  std::vector<TimerKey> ticking_;  // timers whose handler is running, innermost last
+  int servingDepth_ = 0;           // running calls of other threads; only for the loop's thread
+  bool woken_ = false;
+  bool closed_ = false;
 
-  std::function<Clock::time_point()> timerClock;  // only for the loop's thread
+  std::function<Clock::time_point()> timerClock_;  // only for the loop's thread
 
   // Held while the wake handler runs, so that SetWakeHandler() waits for it.
-  std::mutex wakeLock;
-  std::function<void()> wakeHandler;
+  std::mutex wakeLock_;
+  std::function<void()> wakeHandler_;
 };
 
 }  // namespace tarn

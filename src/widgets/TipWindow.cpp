@@ -22,9 +22,9 @@ bool CTipWindow::Create(CWnd* over) {
 void CTipWindow::ShowTip(std::string newTitle, const std::string& newText, Point point,
                          std::chrono::milliseconds delay, std::chrono::milliseconds newDuration) {
   Hide();
-  title = std::move(newTitle);
+  title_ = std::move(newTitle);
   SetControlText(newText);
-  duration = newDuration;
+  duration_ = newDuration;
   const Size size = Measure();
   MoveWindow({point.x, point.y, point.x + size.width, point.y + size.height});
   Invalidate();
@@ -52,20 +52,20 @@ void CTipWindow::OnTimer(int timerId) {
 
 void CTipWindow::Appear() {
   ShowWindow(true);
-  if (duration.count() > 0) SetTimer(kHideTimer, duration);
+  if (duration_.count() > 0) SetTimer(kHideTimer, duration_);
 }
 
 Size CTipWindow::Measure() const {
   WindowToolkit& toolkit = WindowToolkit::Current();
   Font titleFont = GetFont();
   titleFont.isBold = true;
-  Size size = toolkit.MeasureText(titleFont, title);
+  Size size = toolkit.MeasureText(titleFont, title_);
   for (const std::string_view line : Split(GetControlText(), '\n')) {
     const Size measured = toolkit.MeasureText(GetFont(), line);
     size.width = std::max(size.width, measured.width);
-    size.height += lineSpace + measured.height;
+    size.height += lineSpace_ + measured.height;
   }
-  return {size.width + 2 * margins.width, size.height + 2 * margins.height};
+  return {size.width + 2 * margins_.width, size.height + 2 * margins_.height};
 }
 
 std::unique_ptr<WindowPeer> CTipWindow::MakePeer(WindowToolkit& toolkit) {

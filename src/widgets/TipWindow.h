@@ -18,15 +18,15 @@ class CTipWindow : public CWnd {
   bool Create(CWnd* over);
 
   // Distances between border and text, and between two lines. Take effect at the next ShowTip().
-  void SetMargins(Size newMargins) { margins = newMargins; }
-  Size GetMargins() const { return margins; }
-  void SetLineSpace(int space) { lineSpace = space; }
-  int GetLineSpace() const { return lineSpace; }
+  void SetMargins(Size newMargins) { margins_ = newMargins; }
+  Size GetMargins() const { return margins_; }
+  void SetLineSpace(int space) { lineSpace_ = space; }
+  int GetLineSpace() const { return lineSpace_; }
   // Number of a frame style that the toolkit defines.
-  void SetFrameStyle(int newStyle) { frameStyle = newStyle; }
-  int GetFrameStyle() const { return frameStyle; }
+  void SetFrameStyle(int newStyle) { frameStyle_ = newStyle; }
+  int GetFrameStyle() const { return frameStyle_; }
   // The text below the title is the window text.
-  const std::string& GetTitle() const { return title; }
+  const std::string& GetTitle() const { return title_; }
 
   // Shows the tip at a point of the parent after `delay`, for `duration`; zero means without a
   // timeout.
@@ -43,11 +43,11 @@ class CTipWindow : public CWnd {
   void Appear();
   Size Measure() const;
 
-  Size margins{1, 1};
-  int lineSpace = 1;
-  int frameStyle = 0;
-  std::string title;
-  std::chrono::milliseconds duration{0};
+  Size margins_{1, 1};
+  int lineSpace_ = 1;
+  int frameStyle_ = 0;
+  std::string title_;
+  std::chrono::milliseconds duration_{0};
 };
 
 }  // namespace tarn

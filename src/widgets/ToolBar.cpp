@@ -19,7 +19,7 @@ constexpr int kSeparatorWidth = 8;
 }  // namespace
 
 void CToolBar::SetImages(CImageList newImages) {
-  images = std::move(newImages);
+  images_ = std::move(newImages);
   if (ToolBarPeer* drawing = Drawing()) drawing->OnButtonsChanged();
 }
 
@@ -47,8 +47,8 @@ void CToolBar::AddSeparator() {
 }
 
 void CToolBar::Add(Button button, MenuMaker makeMenu) {
-  buttons.push_back(std::move(button));
-  menus.push_back(std::move(makeMenu));
+  buttons_.push_back(std::move(button));
+  menus_.push_back(std::move(makeMenu));
   if (ToolBarPeer* drawing = Drawing()) drawing->OnButtonsChanged();
 }
 
@@ -61,7 +61,7 @@ int CToolBar::GetHeightFor(int width) {
 }
 
 Rect CToolBar::GetButtonRect(std::size_t index) {
-  if (index >= buttons.size()) return {};
+  if (index >= buttons_.size()) return {};
   if (ToolBarPeer* drawing = Drawing()) {
     if (const auto place = drawing->ButtonRect(index)) return *place;
   }
@@ -69,13 +69,13 @@ Rect CToolBar::GetButtonRect(std::size_t index) {
 }
 
 std::vector<Rect> CToolBar::Layout(int width) const {
-  const Size image = images ? images->GetImageSize() : kUsualImage;
+  const Size image = images_ ? images_->GetImageSize() : kUsualImage;
   const int height = image.height + 2 * kMargin;
   std::vector<Rect> places;
-  places.reserve(buttons.size());
+  places.reserve(buttons_.size());
   int left = 0;
   int top = 0;
-  for (const Button& button : buttons) {
+  for (const Button& button : buttons_) {
     int taken = button.isSeparator ? kSeparatorWidth : image.width + 2 * kMargin;
     if (button.isDropDown) taken += kArrowWidth;
     if (left > 0 && left + taken > width) {
@@ -89,8 +89,8 @@ std::vector<Rect> CToolBar::Layout(int width) const {
 }
 
 std::optional<std::size_t> CToolBar::FindEnabled(int buttonId) const {
-  for (std::size_t i = 0; i < buttons.size(); ++i) {
-    const Button& button = buttons[i];
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    const Button& button = buttons_[i];
     if (!button.isSeparator && button.id == buttonId && button.isEnabled) return i;
   }
   return std::nullopt;
@@ -102,10 +102,10 @@ void CToolBar::NotifyButton(int buttonId) {
 
 void CToolBar::NotifyDropDown(int buttonId) {
   const auto index = FindEnabled(buttonId);
-  if (!IsCreated() || !IsEnabled() || !index || !menus[*index]) return;
+  if (!IsCreated() || !IsEnabled() || !index || !menus_[*index]) return;
   const WindowHandle own = GetHandle();
   // A copy: the menu maker and the menu's loop may destroy this toolbar.
-  const MenuMaker makeMenu = menus[*index];
+  const MenuMaker makeMenu = menus_[*index];
   const std::unique_ptr<CMenu> menu = makeMenu();
   if (menu == nullptr || !IsWindow(own)) return;
   const Rect place = GetButtonRect(*index);
@@ -115,15 +115,15 @@ void CToolBar::NotifyDropDown(int buttonId) {
 }
 
 void CToolBar::OnIdle() {
-  if (!updater) return;
+  if (!updater_) return;
   const WindowHandle own = GetHandle();
-  const Updater update = updater;
-  for (std::size_t i = 0; i < buttons.size(); ++i) {
-    if (buttons[i].isSeparator) continue;
-    Button wanted = buttons[i];
+  const Updater update = updater_;
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    if (buttons_[i].isSeparator) continue;
+    Button wanted = buttons_[i];
     update(wanted);
     if (!IsWindow(own)) return;
-    Button& button = buttons[i];
+    Button& button = buttons_[i];
     wanted.id = button.id;
     wanted.image = button.image;
     wanted.isSeparator = button.isSeparator;

@@ -48,17 +48,17 @@ class CToolBar : public CWnd {
   // Replaces the images of all buttons.
   void SetImages(CImageList newImages);
   // Null if the bar has no images.
-  const CImageList* GetImages() const { return images ? &*images : nullptr; }
+  const CImageList* GetImages() const { return images_ ? &*images_ : nullptr; }
 
   // Append a button. An `image` that is not in the list shows the label instead; otherwise the
   // label is the tooltip.
   void AddButton(int buttonId, std::string label, int image);
   void AddDropDown(int buttonId, std::string label, int image, MenuMaker makeMenu);
   void AddSeparator();
-  const std::vector<Button>& GetButtons() const { return buttons; }
+  const std::vector<Button>& GetButtons() const { return buttons_; }
 
   // Called for every button whenever the loop is idle.
-  void SetUpdater(Updater newUpdater) { updater = std::move(newUpdater); }
+  void SetUpdater(Updater newUpdater) { updater_ = std::move(newUpdater); }
 
   // Height that the bar needs to show all buttons at this width, including further rows.
   int GetHeightFor(int width);
@@ -84,10 +84,10 @@ class CToolBar : public CWnd {
   std::optional<std::size_t> FindEnabled(int buttonId) const;
   std::vector<Rect> Layout(int width) const;
 
-  std::optional<CImageList> images;
-  std::vector<Button> buttons;
-  std::vector<MenuMaker> menus;  // one per button; most are empty
-  Updater updater;
+  std::optional<CImageList> images_;
+  std::vector<Button> buttons_;
+  std::vector<MenuMaker> menus_;  // one per button; most are empty
+  Updater updater_;
 };
 
 }  // namespace tarn

@@ -16,8 +16,8 @@ constexpr int kImageGap = 3;  // between image and label
 }  // namespace
 
 CTreeCtrl::CTreeCtrl() {
-  top.isTop = true;
-  top.isExpanded = true;
+  top_.isTop_ = true;
+  top_.isExpanded_ = true;
 }
 
 CTreeCtrl::~CTreeCtrl() {
@@ -26,17 +26,17 @@ CTreeCtrl::~CTreeCtrl() {
 
 TreePeer* CTreeCtrl::Listener() {
   TreePeer* const listener = Peer();
-  if (!isRedrawOff || listener == nullptr) return listener;
-  if (!isResetDue) listener->OnResetting();
-  isResetDue = true;
+  if (!isRedrawOff_ || listener == nullptr) return listener;
+  if (!isResetDue_) listener->OnResetting();
+  isResetDue_ = true;
   return nullptr;
 }
 
 void CTreeCtrl::SetRedraw(bool redraw) {
-  isRedrawOff = !redraw;
-  if (isRedrawOff || !isResetDue) return;
-  isResetDue = false;
-  shownSelection = selected;
+  isRedrawOff_ = !redraw;
+  if (isRedrawOff_ || !isResetDue_) return;
+  isResetDue_ = false;
+  shownSelection_ = selected_;
   if (TreePeer* const listener = Peer()) listener->OnReset();
 }
 
@@ -56,10 +56,10 @@ void CTreeCtrl::InsertItems(CTreeItem* above, int first, CTreeItems items) {
   const int count = static_cast<int>(items.size());
   TreePeer* const listener = Listener();
   if (listener != nullptr) listener->OnItemsInserting(above, first, count);
-  list.children.insert(list.children.begin() + first, std::make_move_iterator(items.begin()),
-                       std::make_move_iterator(items.end()));
+  list.children_.insert(list.children_.begin() + first, std::make_move_iterator(items.begin()),
+                        std::make_move_iterator(items.end()));
   list.NumberChildren(first);
-  areRowsValid = false;
+  areRowsValid_ = false;
   if (listener != nullptr) listener->OnItemsInserted(above, first, count);
 }
 
@@ -68,8 +68,8 @@ void CTreeCtrl::DeleteItems(CTreeItem* above, int first, int count) {
 }
 
 void CTreeCtrl::DeleteAllItems() {
-  DeleteItems(nullptr, 0, top.GetChildCount());
-  topRow = 0;
+  DeleteItems(nullptr, 0, top_.GetChildCount());
+  topRow_ = 0;
 }
 
 CTreeItems CTreeCtrl::TakeItems(CTreeItem* above, int first, int count) {
@@ -81,23 +81,23 @@ CTreeItems CTreeCtrl::TakeItems(CTreeItem* above, int first, int count) {
   TreePeer* const listener = Listener();
   if (listener != nullptr) listener->OnItemsRemoving(above, first, count);
   LetGo(list, first, count);
-  const auto begin = list.children.begin() + first;
+  const auto begin = list.children_.begin() + first;
   taken.assign(std::make_move_iterator(begin), std::make_move_iterator(begin + count));
-  list.children.erase(begin, begin + count);
+  list.children_.erase(begin, begin + count);
   list.NumberChildren(first);
-  for (const std::unique_ptr<CTreeItem>& item : taken) item->parent = nullptr;
-  if (!list.isTop) list.isExpanded = list.isExpanded && list.HasChildren();
-  areRowsValid = false;
+  for (const std::unique_ptr<CTreeItem>& item : taken) item->parent_ = nullptr;
+  if (!list.isTop_) list.isExpanded_ = list.isExpanded_ && list.HasChildren();
+  areRowsValid_ = false;
   if (listener != nullptr) listener->OnItemsRemoved(above, first, count);
   return taken;
 }
 
 // Clears pointers to the items being removed and to their descendants.
 void CTreeCtrl::LetGo(const CTreeItem& above, int first, int count) {
-  for (CTreeItem** const held : {&selected, &shownSelection, &dropHighlight}) {
+  for (CTreeItem** const held : {&selected_, &shownSelection_, &dropHighlight_}) {
     const CTreeItem* item = *held;
-    while (item != nullptr && item->parent != &above) item = item->parent;
-    if (item != nullptr && item->index >= first && item->index < first + count) *held = nullptr;
+    while (item != nullptr && item->parent_ != &above) item = item->parent_;
+    if (item != nullptr && item->index_ >= first && item->index_ < first + count) *held = nullptr;
   }
 }
 
@@ -107,28 +107,28 @@ void CTreeCtrl::DiscardItems(CTreeItems&& items) {
 }
 
 void CTreeCtrl::TellGone(const CTreeItem& item) {
-  for (const std::unique_ptr<CTreeItem>& child : item.children) TellGone(*child);
+  for (const std::unique_ptr<CTreeItem>& child : item.children_) TellGone(*child);
   OnItemGone(item);
 }
 
 bool CTreeCtrl::SetItem(CTreeItem& item, std::string_view label, int image, int selectedImage) {
-  if (item.text == label && item.image == image && item.selectedImage == selectedImage) {
+  if (item.text_ == label && item.image_ == image && item.selectedImage_ == selectedImage) {
     return false;
   }
   TreePeer* const listener = Listener();
-  item.text = label;
-  item.image = image;
-  item.selectedImage = selectedImage;
+  item.text_ = label;
+  item.image_ = image;
+  item.selectedImage_ = selectedImage;
   if (listener != nullptr) listener->OnItemChanged(item);
   return true;
 }
 
 int CTreeCtrl::GetItemCount(const CTreeItem* above) const {
-  return (above == nullptr ? top : *above).GetChildCount();
+  return (above == nullptr ? top_ : *above).GetChildCount();
 }
 
 CTreeItem* CTreeCtrl::GetItemAt(const CTreeItem* above, int at) const {
-  return (above == nullptr ? top : *above).GetChild(at);
+  return (above == nullptr ? top_ : *above).GetChild(at);
 }
 
 void CTreeCtrl::SelectItem(CTreeItem* item) {
@@ -137,69 +137,69 @@ void CTreeCtrl::SelectItem(CTreeItem* item) {
 }
 
 void CTreeCtrl::ChooseItem(CTreeItem* item) {
-  if (item == selected) return;
-  selected = item;
+  if (item == selected_) return;
+  selected_ = item;
   TellSelection();
   OnSelectionChanged();
 }
 
 void CTreeCtrl::TellSelection() {
-  if (shownSelection == selected) return;
+  if (shownSelection_ == selected_) return;
   TreePeer* const listener = Listener();
-  shownSelection = selected;
+  shownSelection_ = selected_;
   if (listener != nullptr) listener->OnSelectionChanged();
 }
 
 void CTreeCtrl::Expand(CTreeItem& item, bool expand) {
-  if (!item.HasChildren() || item.isExpanded == expand) return;
+  if (!item.HasChildren() || item.isExpanded_ == expand) return;
   TreePeer* const listener = Listener();
-  item.isExpanded = expand;
-  areRowsValid = false;
+  item.isExpanded_ = expand;
+  areRowsValid_ = false;
   OnItemExpanded(item);
   if (listener != nullptr) listener->OnItemExpanded(item);
-  if (!expand && selected != nullptr && selected->IsBelow(item)) SelectItem(&item);
+  if (!expand && selected_ != nullptr && selected_->IsBelow(item)) SelectItem(&item);
 }
 
 void CTreeCtrl::SetDropHighlight(CTreeItem* item) {
-  if (dropHighlight == item) return;
+  if (dropHighlight_ == item) return;
   TreePeer* const listener = Listener();
-  dropHighlight = item;
+  dropHighlight_ = item;
   if (listener != nullptr) listener->OnDropHighlightChanged();
 }
 
 void CTreeCtrl::FillRows() const {
-  if (areRowsValid) return;
-  areRowsValid = true;
-  rows.clear();
-  for (CTreeItem* item = top.GetFirstChildItem(); item != nullptr; item = item->GetNextVisible()) {
-    item->row = static_cast<int>(rows.size());
-    rows.push_back(item);
+  if (areRowsValid_) return;
+  areRowsValid_ = true;
+  rows_.clear();
+  for (CTreeItem* item = top_.GetFirstChildItem(); item != nullptr; item = item->GetNextVisible()) {
+    item->row_ = static_cast<int>(rows_.size());
+    rows_.push_back(item);
   }
 }
 
 int CTreeCtrl::GetRowCount() const {
   FillRows();
-  return static_cast<int>(rows.size());
+  return static_cast<int>(rows_.size());
 }
 
 CTreeItem* CTreeCtrl::GetRow(int row) const {
-  return row >= 0 && row < GetRowCount() ? rows[static_cast<std::size_t>(row)] : nullptr;
+  return row >= 0 && row < GetRowCount() ? rows_[static_cast<std::size_t>(row)] : nullptr;
 }
 
 int CTreeCtrl::GetRowOf(const CTreeItem& item) const {
   FillRows();
-  return GetRow(item.row) == &item ? item.row : -1;
+  return GetRow(item.row_) == &item ? item.row_ : -1;
 }
 
 int CTreeCtrl::GetTopRow() const {
-  return std::max(0, std::min(topRow, GetRowCount() - 1));
+  return std::max(0, std::min(topRow_, GetRowCount() - 1));
 }
 
 void CTreeCtrl::SetTopRow(int row) {
   row = std::max(0, std::min(row, GetRowCount() - 1));
-  if (row == topRow) return;
+  if (row == topRow_) return;
   TreePeer* const listener = Listener();
-  topRow = row;
+  topRow_ = row;
   if (listener != nullptr) listener->OnScrolled();
 }
 
@@ -220,7 +220,7 @@ int CTreeCtrl::GetLineHeight() const {
 }
 
 void CTreeCtrl::SetImageList(const CImageList* list) {
-  images = list;
+  images_ = list;
   Invalidate();
 }
 
@@ -230,7 +230,7 @@ int CTreeCtrl::ImageLeft(const CTreeItem& item) const {
 }
 
 int CTreeCtrl::ImageWidth() const {
-  return images == nullptr ? 0 : images->GetImageSize().width + kImageGap;
+  return images_ == nullptr ? 0 : images_->GetImageSize().width + kImageGap;
 }
 
 TreeHit CTreeCtrl::HitTest(Point point) const {
@@ -264,8 +264,8 @@ Rect CTreeCtrl::GetTextRect(const CTreeItem& item) const {
 }
 
 bool CTreeCtrl::IsShownSelected(const CTreeItem& item) const {
-  if (&item == dropHighlight) return true;
-  return &item == selected && (HasFocus() || (GetStyle() & kTreeShowsSelectionAlways) != 0);
+  if (&item == dropHighlight_) return true;
+  return &item == selected_ && (HasFocus() || (GetStyle() & kTreeShowsSelectionAlways) != 0);
 }
 
 DrawingSteps CTreeCtrl::DrawItem(const CTreeItem& item) const {
@@ -281,7 +281,7 @@ DrawingSteps CTreeCtrl::DrawItem(const CTreeItem& item) const {
 }
 
 void CTreeCtrl::OnDestroy() {
-  pressed.reset();
+  pressed_.reset();
   DeleteAllItems();
 }
 

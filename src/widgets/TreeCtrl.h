@@ -29,32 +29,32 @@ class CTreeItem {
  public:
   // `data` is borrowed, belongs to the caller and is never accessed. -1 means no image.
   CTreeItem(std::string itemText, int itemImage, int itemSelectedImage, void* itemData)
-      : text(std::move(itemText)),
-        image(itemImage),
-        selectedImage(itemSelectedImage),
-        data(itemData) {}
+      : text_(std::move(itemText)),
+        image_(itemImage),
+        selectedImage_(itemSelectedImage),
+        data_(itemData) {}
   CTreeItem(const CTreeItem&) = delete;
   CTreeItem& operator=(const CTreeItem&) = delete;
 
-  const std::string& GetText() const { return text; }
-  int GetImage() const { return image; }
-  int GetSelectedImage() const { return selectedImage; }
-  void* GetData() const { return data; }
-  void SetData(void* newData) { data = newData; }
+  const std::string& GetText() const { return text_; }
+  int GetImage() const { return image_; }
+  int GetSelectedImage() const { return selectedImage_; }
+  void* GetData() const { return data_; }
+  void SetData(void* newData) { data_ = newData; }
 
   // The parent, a child or a sibling; null if there is none. A top-level item has no parent.
-  CTreeItem* GetParent() const { return parent == nullptr || parent->isTop ? nullptr : parent; }
+  CTreeItem* GetParent() const { return parent_ == nullptr || parent_->isTop_ ? nullptr : parent_; }
   CTreeItem* GetChild(int at) const;
   CTreeItem* GetFirstChildItem() const { return GetChild(0); }
   CTreeItem* GetNextSiblingItem() const;
   CTreeItem* GetPreviousSibling() const;
-  int GetChildCount() const { return static_cast<int>(children.size()); }
-  bool HasChildren() const { return !children.empty(); }
+  int GetChildCount() const { return static_cast<int>(children_.size()); }
+  bool HasChildren() const { return !children_.empty(); }
   // Zero-based index among the parent's children.
-  int GetIndex() const { return index; }
+  int GetIndex() const { return index_; }
   // 0 for a top-level item.
   int GetLevel() const;
-  bool IsExpanded() const { return isExpanded; }
+  bool IsExpanded() const { return isExpanded_; }
   bool IsBelow(const CTreeItem& other) const;
 
   // Item on the next or previous line in the current expansion state; null at the ends.
@@ -67,9 +67,9 @@ class CTreeItem {
 
   // Returns the child.
   CTreeItem& AppendChild(std::unique_ptr<CTreeItem> child);
-  void ReserveChildren(int count) { children.reserve(static_cast<std::size_t>(count)); }
+  void ReserveChildren(int count) { children_.reserve(static_cast<std::size_t>(count)); }
   // No-op for a leaf.
-  void SetExpanded(bool expand) { isExpanded = expand && HasChildren(); }
+  void SetExpanded(bool expand) { isExpanded_ = expand && HasChildren(); }
 
  private:
   friend class CTreeCtrl;
@@ -77,16 +77,16 @@ class CTreeItem {
   CTreeItem* NextBehindSubtree() const;
   void NumberChildren(int from);
 
-  std::string text;
-  int image;
-  int selectedImage;
-  void* data;
-  CTreeItem* parent = nullptr;
-  int index = 0;
-  mutable int row = 0;  // line number at the control's last numbering
-  bool isExpanded = false;
-  bool isTop = false;  // not an item, but the container of the top level
-  std::vector<std::unique_ptr<CTreeItem>> children;
+  std::string text_;
+  int image_;
+  int selectedImage_;
+  void* data_;
+  CTreeItem* parent_ = nullptr;
+  int index_ = 0;
+  mutable int row_ = 0;  // line number at the control's last numbering
+  bool isExpanded_ = false;
+  bool isTop_ = false;  // not an item, but the container of the top level
+  std::vector<std::unique_ptr<CTreeItem>> children_;
 };
 
 // Owning list of sibling items, for bulk insertion and removal.
@@ -163,14 +163,14 @@ class CTreeCtrl : public CWnd {
   void DeleteAllItems();
   // Returns whether the item changed.
   bool SetItem(CTreeItem& item, std::string_view label, int image, int selectedImage);
-  CTreeItem* GetRootItem() const { return top.GetFirstChildItem(); }
+  CTreeItem* GetRootItem() const { return top_.GetFirstChildItem(); }
   int GetItemCount(const CTreeItem* above) const;
   // Returns null if `at` is out of range.
   CTreeItem* GetItemAt(const CTreeItem* above, int at) const;
 
   // --- Selection and expansion ---
 
-  CTreeItem* GetSelectedItem() const { return selected; }
+  CTreeItem* GetSelectedItem() const { return selected_; }
   // Selects an item and scrolls to it. Fires OnSelectionChanged() once before it returns, or not at
   // all if the item is already selected. Null clears the selection.
   void SelectItem(CTreeItem* item);
@@ -178,7 +178,7 @@ class CTreeCtrl : public CWnd {
   void Expand(CTreeItem& item, bool expand);
   // Borrowed, or null.
   void SetDropHighlight(CTreeItem* item);
-  CTreeItem* GetDropHighlight() const { return dropHighlight; }
+  CTreeItem* GetDropHighlight() const { return dropHighlight_; }
 
   // --- Lines ---
 
@@ -201,7 +201,7 @@ class CTreeCtrl : public CWnd {
 
   // Borrowed, or null for none. Must outlive the control or be removed before.
   void SetImageList(const CImageList* list);
-  const CImageList* GetImageList() const { return images; }
+  const CImageList* GetImageList() const { return images_; }
 
   // While off, the peer is not notified of items, selection and lines. Turning it on again sends a
   // single reset if anything has changed.
@@ -257,7 +257,7 @@ class CTreeCtrl : public CWnd {
 
   // Clear, set and report the selection without firing events, for a class that refills the tree;
   // the peer is notified once of the result.
-  void DropSelection() { selected = nullptr; }
+  void DropSelection() { selected_ = nullptr; }
   void ChooseItem(CTreeItem* item);
   void TellSelection();
   // Removes items without freeing them; clears the selection and the highlight if they are among
@@ -281,7 +281,7 @@ class CTreeCtrl : public CWnd {
   TreePeer* Peer() const { return static_cast<TreePeer*>(GetPeer()); }
   // Returns the peer if it is to be notified; otherwise records that a reset is due.
   TreePeer* Listener();
-  CTreeItem& ParentOf(CTreeItem* above) { return above == nullptr ? top : *above; }
+  CTreeItem& ParentOf(CTreeItem* above) { return above == nullptr ? top_ : *above; }
   void LetGo(const CTreeItem& above, int first, int count);
   void TellGone(const CTreeItem& item);
   // Rebuilds the list of lines if it is invalid: O(visible items), then each lookup is O(1).
@@ -297,17 +297,17 @@ class CTreeCtrl : public CWnd {
   void OnLeftRelease(Point point);
   void OnMove(Point point);
 
-  CTreeItem top{{}, -1, -1, nullptr};
-  CTreeItem* selected = nullptr;
-  CTreeItem* shownSelection = nullptr;  // selection that the peer was last notified of
-  CTreeItem* dropHighlight = nullptr;
-  const CImageList* images = nullptr;
-  int topRow = 0;
-  bool isRedrawOff = false;
-  bool isResetDue = false;
-  std::optional<Point> pressed;  // position of a left press that may become a drag
-  mutable std::vector<CTreeItem*> rows;
-  mutable bool areRowsValid = false;
+  CTreeItem top_{{}, -1, -1, nullptr};
+  CTreeItem* selected_ = nullptr;
+  CTreeItem* shownSelection_ = nullptr;  // selection that the peer was last notified of
+  CTreeItem* dropHighlight_ = nullptr;
+  const CImageList* images_ = nullptr;
+  int topRow_ = 0;
+  bool isRedrawOff_ = false;
+  bool isResetDue_ = false;
+  std::optional<Point> pressed_;  // position of a left press that may become a drag
+  mutable std::vector<CTreeItem*> rows_;
+  mutable bool areRowsValid_ = false;
 };
 
 }  // namespace tarn

@@ -73,7 +73,7 @@ void CTreeCtrl::NotifyBeginDrag(Point point) {
 }
 
 void CTreeCtrl::NotifyScrolled(int newTopRow) {
-  topRow = std::max(0, std::min(newTopRow, GetRowCount() - 1));
+  topRow_ = std::max(0, std::min(newTopRow, GetRowCount() - 1));
 }
 
 void CTreeCtrl::OnMouse(const MouseEvent& event) {
@@ -98,17 +98,17 @@ void CTreeCtrl::OnMouse(const MouseEvent& event) {
 
 void CTreeCtrl::OnLeftPress(Point point) {
   if (!TakeFocus()) return;
-  pressed = point;
+  pressed_ = point;
   SetCapture();
 }
 
 void CTreeCtrl::OnMove(Point point) {
-  const bool isDrag = pressed && (std::abs(point.x - pressed->x) > kDragDistance ||
-                                  std::abs(point.y - pressed->y) > kDragDistance);
+  const bool isDrag = pressed_ && (std::abs(point.x - pressed_->x) > kDragDistance ||
+                                   std::abs(point.y - pressed_->y) > kDragDistance);
   if (isDrag) {
     const WindowHandle own = GetHandle();
-    const Point start = *pressed;
-    pressed.reset();
+    const Point start = *pressed_;
+    pressed_.reset();
     ReleaseCapture();
     NotifyBeginDrag(start);
     if (!IsWindow(own)) return;
@@ -117,9 +117,9 @@ void CTreeCtrl::OnMove(Point point) {
 }
 
 void CTreeCtrl::OnLeftRelease(Point point) {
-  if (pressed) {
+  if (pressed_) {
     const WindowHandle own = GetHandle();
-    pressed.reset();
+    pressed_.reset();
     ReleaseCapture();
     NotifyClick(point);
     if (!IsWindow(own)) return;
@@ -128,8 +128,8 @@ void CTreeCtrl::OnLeftRelease(Point point) {
 }
 
 void CTreeCtrl::OnKillFocus() {
-  if (!pressed) return;
-  pressed.reset();
+  if (!pressed_) return;
+  pressed_.reset();
   ReleaseCapture();
 }
 
@@ -138,17 +138,17 @@ bool CTreeCtrl::OnKeyDown(const KeyEvent& event) {
   if (OnItemKey(event) || !IsWindow(own)) return true;
   const bool isKnown = event.key >= kKeyPageUp && event.key <= kKeyDown;
   if (!isKnown || GetRootItem() == nullptr) return isKnown;
-  if (selected == nullptr) {
+  if (selected_ == nullptr) {
     SelectItem(GetRootItem());
     return true;
   }
   CTreeItem* target = nullptr;
   switch (event.key) {
     case kKeyUp:
-      target = selected->GetPreviousVisible();
+      target = selected_->GetPreviousVisible();
       break;
     case kKeyDown:
-      target = selected->GetNextVisible();
+      target = selected_->GetNextVisible();
       break;
     case kKeyHome:
       target = GetRootItem();
@@ -157,23 +157,23 @@ bool CTreeCtrl::OnKeyDown(const KeyEvent& event) {
       target = GetRow(GetRowCount() - 1);
       break;
     case kKeyPageUp:
-      target = GetRow(std::max(0, GetRowOf(*selected) - RowsPerPage()));
+      target = GetRow(std::max(0, GetRowOf(*selected_) - RowsPerPage()));
       break;
     case kKeyPageDown:
-      target = GetRow(std::min(GetRowCount() - 1, GetRowOf(*selected) + RowsPerPage()));
+      target = GetRow(std::min(GetRowCount() - 1, GetRowOf(*selected_) + RowsPerPage()));
       break;
     case kKeyLeft:
-      if (!selected->IsExpanded()) {
-        target = selected->GetParent();
+      if (!selected_->IsExpanded()) {
+        target = selected_->GetParent();
       } else {
-        Expand(*selected, false);
+        Expand(*selected_, false);
       }
       break;
     case kKeyRight:
-      if (selected->IsExpanded()) {
-        target = selected->GetFirstChildItem();
+      if (selected_->IsExpanded()) {
+        target = selected_->GetFirstChildItem();
       } else {
-        Expand(*selected, true);
+        Expand(*selected_, true);
       }
       break;
     default:

@@ -3,15 +3,15 @@
 namespace tarn {
 
 CTreeItem* CTreeItem::GetChild(int at) const {
-  return at >= 0 && at < GetChildCount() ? children[static_cast<std::size_t>(at)].get() : nullptr;
+  return at >= 0 && at < GetChildCount() ? children_[static_cast<std::size_t>(at)].get() : nullptr;
 }
 
 CTreeItem* CTreeItem::GetNextSiblingItem() const {
-  return parent == nullptr ? nullptr : parent->GetChild(index + 1);
+  return parent_ == nullptr ? nullptr : parent_->GetChild(index_ + 1);
 }
 
 CTreeItem* CTreeItem::GetPreviousSibling() const {
-  return parent == nullptr ? nullptr : parent->GetChild(index - 1);
+  return parent_ == nullptr ? nullptr : parent_->GetChild(index_ - 1);
 }
 
 int CTreeItem::GetLevel() const {
@@ -21,19 +21,19 @@ int CTreeItem::GetLevel() const {
 }
 
 bool CTreeItem::IsBelow(const CTreeItem& other) const {
-  const CTreeItem* above = parent;
-  while (above != nullptr && above != &other) above = above->parent;
+  const CTreeItem* above = parent_;
+  while (above != nullptr && above != &other) above = above->parent_;
   return above != nullptr;
 }
 
 CTreeItem* CTreeItem::GetNextVisible() const {
-  return isExpanded ? GetFirstChildItem() : NextBehindSubtree();
+  return isExpanded_ ? GetFirstChildItem() : NextBehindSubtree();
 }
 
 CTreeItem* CTreeItem::GetPreviousVisible() const {
   CTreeItem* above = GetPreviousSibling();
   if (above == nullptr) return GetParent();
-  while (above->isExpanded) above = above->GetChild(above->GetChildCount() - 1);
+  while (above->isExpanded_) above = above->GetChild(above->GetChildCount() - 1);
   return above;
 }
 
@@ -42,23 +42,23 @@ CTreeItem* CTreeItem::GetNext() const {
 }
 
 CTreeItem* CTreeItem::NextBehindSubtree() const {
-  for (const CTreeItem* item = this; item != nullptr; item = item->parent) {
+  for (const CTreeItem* item = this; item != nullptr; item = item->parent_) {
     if (CTreeItem* const next = item->GetNextSiblingItem()) return next;
   }
   return nullptr;
 }
 
 CTreeItem& CTreeItem::AppendChild(std::unique_ptr<CTreeItem> child) {
-  children.push_back(std::move(child));
+  children_.push_back(std::move(child));
   NumberChildren(GetChildCount() - 1);
-  return *children.back();
+  return *children_.back();
 }
 
 void CTreeItem::NumberChildren(int from) {
   for (int i = from; i < GetChildCount(); ++i) {
-    CTreeItem& child = *children[static_cast<std::size_t>(i)];
-    child.parent = this;
-    child.index = i;
+    CTreeItem& child = *children_[static_cast<std::size_t>(i)];
+    child.parent_ = this;
+    child.index_ = i;
   }
 }
 

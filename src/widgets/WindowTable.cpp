@@ -7,36 +7,36 @@
 namespace tarn {
 
 WindowHandle WindowTable::Add(WindowTarget& target, std::shared_ptr<MessageLoop> loop) {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   do {
-    last = last == std::numeric_limits<WindowHandle>::max() ? 1 : last + 1;
-  } while (entries.contains(last));
-  entries.emplace(last, Entry{&target, std::move(loop)});
-  return last;
+    last_ = last_ == std::numeric_limits<WindowHandle>::max() ? 1 : last_ + 1;
+  } while (entries_.contains(last_));
+  entries_.emplace(last_, Entry{&target, std::move(loop)});
+  return last_;
 }
 
 WindowTable::Entry WindowTable::Remove(WindowHandle window) {
-  const std::lock_guard guard(lock);
-  const auto found = entries.find(window);
-  if (found == entries.end()) return {};
+  const std::lock_guard guard(lock_);
+  const auto found = entries_.find(window);
+  if (found == entries_.end()) return {};
   Entry entry = std::move(found->second);
-  entries.erase(found);
+  entries_.erase(found);
   return entry;
 }
 
 WindowTable::Entry WindowTable::Find(WindowHandle window) {
-  const std::lock_guard guard(lock);
-  const auto found = entries.find(window);
-  return found == entries.end() ? Entry{} : found->second;
+  const std::lock_guard guard(lock_);
+  const auto found = entries_.find(window);
+  return found == entries_.end() ? Entry{} : found->second;
 }
 
 void WindowTable::RemoveAllOf(const MessageLoop* loop) {
   std::vector<Entry> removed;  // released after the lock
-  const std::lock_guard guard(lock);
-  for (auto entry = entries.begin(); entry != entries.end();) {
+  const std::lock_guard guard(lock_);
+  for (auto entry = entries_.begin(); entry != entries_.end();) {
     if (entry->second.loop.get() == loop) {
       removed.push_back(std::move(entry->second));
-      entry = entries.erase(entry);
+      entry = entries_.erase(entry);
     } else {
       ++entry;
     }

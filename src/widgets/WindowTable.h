@@ -28,9 +28,9 @@ class WindowTable {
 
  private:
   // Held only for lookups, never while a target runs.
-  std::mutex lock;
-  WindowHandle last = 0;
-  std::unordered_map<WindowHandle, Entry> entries;
+  std::mutex lock_;
+  WindowHandle last_ = 0;
+  std::unordered_map<WindowHandle, Entry> entries_;
 };
 
 }  // namespace tarn

@@ -33,116 +33,116 @@ CWnd::~CWnd() {
 }
 
 bool CWnd::Create(std::uint32_t newStyle, const Rect& newRect, CWnd* newParent, int newId) {
-  if (handle != 0) return false;
-  windowStyle = newStyle;
-  windowRect = newRect;
-  windowId = newId;
-  isVisible = (windowStyle & kStyleVisible) != 0;
-  handle = RegisterWindow(*this);
+  if (handle_ != 0) return false;
+  windowStyle_ = newStyle;
+  windowRect_ = newRect;
+  windowId_ = newId;
+  isVisible_ = (windowStyle_ & kStyleVisible) != 0;
+  handle_ = RegisterWindow(*this);
   Attach(newParent);
-  peer = MakePeer(WindowToolkit::Current());
+  peer_ = MakePeer(WindowToolkit::Current());
   if (!OnCreate()) {
     DestroyWindow();
     return false;
   }
-  if (handle == 0) return false;
-  OnSize({windowRect.Width(), windowRect.Height()});
+  if (handle_ == 0) return false;
+  OnSize({windowRect_.Width(), windowRect_.Height()});
   return true;
 }
 
 void CWnd::DestroyWindow() {
-  if (handle == 0) return;
-  const WindowHandle going = handle;
+  if (handle_ == 0) return;
+  const WindowHandle going = handle_;
   NotifyFocusLost();
   ReleaseCapture();
   OnDestroy();
-  if (handle != going) return;
-  while (!childWindows.empty()) {
-    CWnd* const child = childWindows.back();
+  if (handle_ != going) return;
+  while (!childWindows_.empty()) {
+    CWnd* const child = childWindows_.back();
     child->DestroyWindow();
-    if (!childWindows.empty() && childWindows.back() == child) childWindows.pop_back();
+    if (!childWindows_.empty() && childWindows_.back() == child) childWindows_.pop_back();
   }
-  UnregisterWindow(handle);
-  handle = 0;
+  UnregisterWindow(handle_);
+  handle_ = 0;
   // A destroyed child may have passed the focus to this window.
   if (OfThread().focus == this) OfThread().focus = nullptr;
   Detach();
-  peer.reset();
+  peer_.reset();
 }
 
 void CWnd::Attach(CWnd* newParent) {
-  parentWindow = newParent;
-  (parentWindow != nullptr ? parentWindow->childWindows : OfThread().tops).push_back(this);
+  parentWindow_ = newParent;
+  (parentWindow_ != nullptr ? parentWindow_->childWindows_ : OfThread().tops).push_back(this);
 }
 
 void CWnd::Detach() {
-  std::erase(parentWindow != nullptr ? parentWindow->childWindows : OfThread().tops, this);
-  parentWindow = nullptr;
+  std::erase(parentWindow_ != nullptr ? parentWindow_->childWindows_ : OfThread().tops, this);
+  parentWindow_ = nullptr;
 }
 
 CWnd* CWnd::FindChild(int childId) const {
-  for (CWnd* const child : childWindows) {
-    if (child->windowId == childId) return child;
+  for (CWnd* const child : childWindows_) {
+    if (child->windowId_ == childId) return child;
   }
   return nullptr;
 }
 
 std::intptr_t CWnd::SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
   CWnd* const hears = GetOwner();
-  return hears == nullptr ? 0 : SendWindowMessage(hears->handle, message, wParam, lParam);
+  return hears == nullptr ? 0 : SendWindowMessage(hears->handle_, message, wParam, lParam);
 }
 
 void CWnd::MoveWindow(const Rect& newRect) {
-  if (newRect == windowRect) return;
+  if (newRect == windowRect_) return;
   const bool isResized =
-      newRect.Width() != windowRect.Width() || newRect.Height() != windowRect.Height();
-  windowRect = newRect;
-  if (peer) peer->OnMoved();
-  if (isResized && handle != 0) OnSize({windowRect.Width(), windowRect.Height()});
+      newRect.Width() != windowRect_.Width() || newRect.Height() != windowRect_.Height();
+  windowRect_ = newRect;
+  if (peer_) peer_->OnMoved();
+  if (isResized && handle_ != 0) OnSize({windowRect_.Width(), windowRect_.Height()});
 }
 
 Point CWnd::ClientToScreen(Point point) const {
-  for (const CWnd* window = this; window != nullptr; window = window->parentWindow) {
-    if (window->peer) {
-      if (const auto origin = window->peer->GetScreenOrigin()) {
+  for (const CWnd* window = this; window != nullptr; window = window->parentWindow_) {
+    if (window->peer_) {
+      if (const auto origin = window->peer_->GetScreenOrigin()) {
         return {point.x + origin->x, point.y + origin->y};
       }
     }
-    point.x += window->windowRect.left;
-    point.y += window->windowRect.top;
+    point.x += window->windowRect_.left;
+    point.y += window->windowRect_.top;
   }
   return point;
 }
 
 void CWnd::ShowWindow(bool show) {
-  if (show == isVisible) return;
-  isVisible = show;
-  if (peer) peer->OnShown();
+  if (show == isVisible_) return;
+  isVisible_ = show;
+  if (peer_) peer_->OnShown();
 }
 
 void CWnd::EnableWindow(bool enable) {
-  if (enable == isEnabled) return;
-  isEnabled = enable;
-  if (peer) peer->OnEnabled();
+  if (enable == isEnabled_) return;
+  isEnabled_ = enable;
+  if (peer_) peer_->OnEnabled();
 }
 
 void CWnd::SetControlText(const std::string& newText) {
-  if (newText == windowText) return;
-  windowText = newText;
-  if (peer) peer->OnTextChanged();
+  if (newText == windowText_) return;
+  windowText_ = newText;
+  if (peer_) peer_->OnTextChanged();
 }
 
 void CWnd::SetFont(const Font& newFont) {
-  if (newFont == windowFont) return;
-  windowFont = newFont;
-  if (peer) peer->OnFontChanged();
+  if (newFont == windowFont_) return;
+  windowFont_ = newFont;
+  if (peer_) peer_->OnFontChanged();
 }
 
 void CWnd::SetFocus() {
-  if (handle == 0) return;
-  const WindowHandle own = handle;
+  if (handle_ == 0) return;
+  const WindowHandle own = handle_;
   NotifyFocusTaken();
-  if (IsWindow(own) && peer && HasFocus()) peer->OnFocusTaken();
+  if (IsWindow(own) && peer_ && HasFocus()) peer_->OnFocusTaken();
 }
 
 bool CWnd::HasFocus() const {
@@ -150,55 +150,55 @@ bool CWnd::HasFocus() const {
 }
 
 void CWnd::SetCapture() {
-  if (hasCapture || handle == 0) return;
-  hasCapture = true;
-  if (peer) peer->OnCapture(true);
+  if (hasCapture_ || handle_ == 0) return;
+  hasCapture_ = true;
+  if (peer_) peer_->OnCapture(true);
 }
 
 void CWnd::ReleaseCapture() {
-  if (!hasCapture) return;
-  hasCapture = false;
-  if (peer) peer->OnCapture(false);
+  if (!hasCapture_) return;
+  hasCapture_ = false;
+  if (peer_) peer_->OnCapture(false);
 }
 
 void CWnd::Invalidate() {
-  if (peer) peer->OnInvalidated();
+  if (peer_) peer_->OnInvalidated();
 }
 
 void CWnd::UpdateWindow() {
-  if (peer) peer->OnPaintNow();
+  if (peer_) peer_->OnPaintNow();
 }
 
 void CWnd::SetTimer(int timerId, std::chrono::milliseconds period) {
-  if (handle != 0) SetWindowTimer(handle, timerId, period, [this, timerId] { OnTimer(timerId); });
+  if (handle_ != 0) SetWindowTimer(handle_, timerId, period, [this, timerId] { OnTimer(timerId); });
 }
 
 void CWnd::KillTimer(int timerId) {
-  if (handle != 0) KillWindowTimer(handle, timerId);
+  if (handle_ != 0) KillWindowTimer(handle_, timerId);
 }
 
 void CWnd::Retire(std::unique_ptr<CWnd> child) {
   if (child == nullptr) return;
   child->DestroyWindow();
-  retired.push_back(std::move(child));
-  if (handle != 0) PostWindowMessage(handle, kMsgFreeRetired, 0, 0);
+  retired_.push_back(std::move(child));
+  if (handle_ != 0) PostWindowMessage(handle_, kMsgFreeRetired, 0, 0);
 }
 
 void CWnd::FreeRetired() {
-  const std::vector<std::unique_ptr<CWnd>> gone = std::exchange(retired, {});
+  const std::vector<std::unique_ptr<CWnd>> gone = std::exchange(retired_, {});
 }
 
 void CWnd::NotifyResized(Size size) {
-  if (handle == 0) return;
-  windowRect.right = windowRect.left + size.width;
-  windowRect.bottom = windowRect.top + size.height;
+  if (handle_ == 0) return;
+  windowRect_.right = windowRect_.left + size.width;
+  windowRect_.bottom = windowRect_.top + size.height;
   OnSize(size);
 }
 
 void CWnd::NotifyFocusTaken() {
   CWnd*& focus = OfThread().focus;
-  if (focus == this || handle == 0) return;
-  const WindowHandle taker = handle;
+  if (focus == this || handle_ == 0) return;
+  const WindowHandle taker = handle_;
   if (focus != nullptr) focus->NotifyFocusLost();
   // The handler may have destroyed this window or moved the focus elsewhere.
   if (!IsWindow(taker) || focus != nullptr) return;
@@ -214,21 +214,21 @@ void CWnd::NotifyFocusLost() {
 }
 
 void CWnd::NotifyMouse(const MouseEvent& event) {
-  if (handle != 0) OnMouse(event);
+  if (handle_ != 0) OnMouse(event);
 }
 
 bool CWnd::NotifyKey(const KeyEvent& event) {
-  return handle != 0 && OnKeyDown(event);
+  return handle_ != 0 && OnKeyDown(event);
 }
 
 void CWnd::NotifyDroppedFiles(const std::vector<std::string>& paths) {
-  for (CWnd* window = this; window != nullptr; window = window->parentWindow) {
-    if (window->acceptsFiles) return window->OnDropFiles(paths);
+  for (CWnd* window = this; window != nullptr; window = window->parentWindow_) {
+    if (window->acceptsFiles_) return window->OnDropFiles(paths);
   }
 }
 
 bool CWnd::NotifyContextMenu(Point screen) {
-  for (CWnd* window = this; window != nullptr; window = window->parentWindow) {
+  for (CWnd* window = this; window != nullptr; window = window->parentWindow_) {
     if (window->OnContextMenu(screen)) return true;
   }
   return false;
@@ -250,12 +250,12 @@ std::unique_ptr<WindowPeer> CWnd::MakePeer(WindowToolkit& toolkit) {
 }
 
 void CWnd::IdleWithChildren() {
-  const WindowHandle own = handle;
+  const WindowHandle own = handle_;
   OnIdle();
   if (!IsWindow(own)) return;
-  const std::vector<CWnd*> asked = childWindows;
+  const std::vector<CWnd*> asked = childWindows_;
   for (CWnd* const child : asked) {
-    if (std::find(childWindows.begin(), childWindows.end(), child) != childWindows.end()) {
+    if (std::find(childWindows_.begin(), childWindows_.end(), child) != childWindows_.end()) {
       child->IdleWithChildren();
     }
   }

@@ -103,28 +103,28 @@ class CWnd : public WindowTarget {
   // Drops the window's messages and timers, invalidates its handle, and destroys its children.
   // No-op if the window does not exist. May be called from its own events.
   void DestroyWindow();
-  bool IsCreated() const { return handle != 0; }
+  bool IsCreated() const { return handle_ != 0; }
   // 0 unless the window exists.
-  WindowHandle GetHandle() const { return handle; }
+  WindowHandle GetHandle() const { return handle_; }
 
-  CWnd* GetParent() const { return parentWindow; }
-  int GetId() const { return windowId; }
-  std::uint32_t GetStyle() const { return windowStyle; }
+  CWnd* GetParent() const { return parentWindow_; }
+  int GetId() const { return windowId_; }
+  std::uint32_t GetStyle() const { return windowStyle_; }
   // Direct children in the order of their creation.
-  const std::vector<CWnd*>& GetChildren() const { return childWindows; }
+  const std::vector<CWnd*>& GetChildren() const { return childWindows_; }
   // Returns null if not found.
   CWnd* FindChild(int childId) const;
   // Receiver of the window's notifications: the owner that was set, otherwise the parent; null if
   // there is neither. The owner is borrowed and must outlive the window.
-  CWnd* GetOwner() const { return ownerWindow != nullptr ? ownerWindow : parentWindow; }
-  void SetOwner(CWnd* newOwner) { ownerWindow = newOwner; }
+  CWnd* GetOwner() const { return ownerWindow_ != nullptr ? ownerWindow_ : parentWindow_; }
+  void SetOwner(CWnd* newOwner) { ownerWindow_ = newOwner; }
   // Sends a message to the owner. Returns 0 if there is none.
   std::intptr_t SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam);
 
   // Rectangle in the parent's client coordinates; the host interprets those of a window without a
   // parent.
-  const Rect& GetRect() const { return windowRect; }
-  Rect GetClientRect() const { return {0, 0, windowRect.Width(), windowRect.Height()}; }
+  const Rect& GetRect() const { return windowRect_; }
+  Rect GetClientRect() const { return {0, 0, windowRect_.Width(), windowRect_.Height()}; }
   // Calls OnSize() if the size changes.
   void MoveWindow(const Rect& newRect);
   // Converts client coordinates to screen coordinates.
@@ -133,13 +133,13 @@ class CWnd : public WindowTarget {
   // event.
   void ShowWindow(bool show);
   // The window's own state; it may still be hidden by a parent.
-  bool IsVisible() const { return isVisible; }
+  bool IsVisible() const { return isVisible_; }
   void EnableWindow(bool enable);
-  bool IsEnabled() const { return isEnabled; }
+  bool IsEnabled() const { return isEnabled_; }
   void SetControlText(const std::string& newText);
-  const std::string& GetControlText() const { return windowText; }
+  const std::string& GetControlText() const { return windowText_; }
   void SetFont(const Font& newFont);
-  const Font& GetFont() const { return windowFont; }
+  const Font& GetFont() const { return windowFont_; }
   // Takes the keyboard focus: the previous focus window of the thread gets OnKillFocus(), then this
   // one gets OnSetFocus(). Either handler may destroy this window.
   void SetFocus();
@@ -147,7 +147,7 @@ class CWnd : public WindowTarget {
   // While captured, the window receives all mouse events, even those outside its area.
   void SetCapture();
   void ReleaseCapture();
-  bool HasCapture() const { return hasCapture; }
+  bool HasCapture() const { return hasCapture_; }
   // Schedules a repaint.
   void Invalidate();
   // Repaints invalid areas before it returns.
@@ -159,8 +159,8 @@ class CWnd : public WindowTarget {
 
   // If set, files dropped on this window or on a child that does not accept them are passed to
   // OnDropFiles().
-  void AcceptDroppedFiles(bool accept) { acceptsFiles = accept; }
-  bool AcceptsDroppedFiles() const { return acceptsFiles; }
+  void AcceptDroppedFiles(bool accept) { acceptsFiles_ = accept; }
+  bool AcceptsDroppedFiles() const { return acceptsFiles_; }
 
   // Takes over a child that is to be destroyed while its own event handlers may still be on the
   // stack. Its window is destroyed now, the object is freed at the next message.
@@ -218,9 +218,9 @@ class CWnd : public WindowTarget {
   // Creates the toolkit's peer for this kind of window; null if nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit);
 
-  WindowPeer* GetPeer() const { return peer.get(); }
+  WindowPeer* GetPeer() const { return peer_.get(); }
   // Stores the text entered by the user, which the peer already shows.
-  void AdoptWindowText(std::string newText) { windowText = std::move(newText); }
+  void AdoptWindowText(std::string newText) { windowText_ = std::move(newText); }
 
  private:
   friend void RunIdle();
@@ -230,21 +230,21 @@ class CWnd : public WindowTarget {
   void IdleWithChildren();
   void FreeRetired();
 
-  WindowHandle handle = 0;
-  CWnd* parentWindow = nullptr;
-  CWnd* ownerWindow = nullptr;
-  int windowId = 0;
-  std::uint32_t windowStyle = 0;
-  Rect windowRect;
-  std::string windowText;
-  Font windowFont;
-  bool isVisible = false;
-  bool isEnabled = true;
-  bool hasCapture = false;
-  bool acceptsFiles = false;
-  std::vector<CWnd*> childWindows;
-  std::vector<std::unique_ptr<CWnd>> retired;
-  std::unique_ptr<WindowPeer> peer;
+  WindowHandle handle_ = 0;
+  CWnd* parentWindow_ = nullptr;
+  CWnd* ownerWindow_ = nullptr;
+  int windowId_ = 0;
+  std::uint32_t windowStyle_ = 0;
+  Rect windowRect_;
+  std::string windowText_;
+  Font windowFont_;
+  bool isVisible_ = false;
+  bool isEnabled_ = true;
+  bool hasCapture_ = false;
+  bool acceptsFiles_ = false;
+  std::vector<CWnd*> childWindows_;
+  std::vector<std::unique_ptr<CWnd>> retired_;
+  std::unique_ptr<WindowPeer> peer_;
 };
 
 // Calls OnIdle() of every window of this thread. To be called by the code that runs the loop, when

@@ -67,8 +67,8 @@ std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundin
 }  // namespace
 
 CApplicationPage::CApplicationPage(const WizardSurroundings& wizardSurroundings)
-    : CPropertyPage(kTemplate), surroundings(wizardSurroundings) {
-  const bool isDefault = surroundings.model.IsDefaultProject();
+    : CPropertyPage(kTemplate), surroundings_(wizardSurroundings) {
+  const bool isDefault = surroundings_.model.IsDefaultProject();
   application.createNewProject = isDefault;
   SetHeader(GetMessageText(isDefault ? kRowWizardTitleNew : kRowWizardTitleAdd),
             GetMessageText(kRowWizardSubtitle));
@@ -89,31 +89,31 @@ void CApplicationPage::OnInitDialog() {
 void CApplicationPage::ShowTargets() {
   auto& frame = *FindControl<CStatic>(kIdTargetFrame);
   frame.ShowWindow(false);
-  targetTree.Create(1, kStyleChild | kStyleVisible | kStyleBorder, frame.GetRect(), this,
-                    kIdTargetTree);
-  const auto picture = TargetPicture(surroundings);
-  targetTree.AddImage("Targets", picture);
-  targetTree.AddImage("Target", picture);
+  targetTree_.Create(1, kStyleChild | kStyleVisible | kStyleBorder, frame.GetRect(), this,
+                     kIdTargetTree);
+  const auto picture = TargetPicture(surroundings_);
+  targetTree_.AddImage("Targets", picture);
+  targetTree_.AddImage("Target", picture);
 
-  targetsRoot = surroundings.catalogue.Read();
-  targetTree.SetXmlRoot(targetsRoot.get());
+  targetsRoot_ = surroundings_.catalogue.Read();
+  targetTree_.SetXmlRoot(targetsRoot_.get());
   // All families are collapsed, except for the one with the selected microcontroller.
-  for (CXmlNode* family : targetsRoot->GetChildren()) {
-    targetTree.SelectNode(family);
-    CTreeItem* const item = targetTree.GetSelectedItem();
-    if (item != nullptr && item->GetData() == family) targetTree.Expand(*item, false);
+  for (CXmlNode* family : targetsRoot_->GetChildren()) {
+    targetTree_.SelectNode(family);
+    CTreeItem* const item = targetTree_.GetSelectedItem();
+    if (item != nullptr && item->GetData() == family) targetTree_.Expand(*item, false);
   }
   const std::string last =
-      surroundings.settings.ReadProfile(kSection, kLastProcessor, kFirstProcessor);
-  if (CXmlNode* const target = targetsRoot->FindDescendantByAttr("Header", last)) {
-    targetTree.SelectNode(target);
+      surroundings_.settings.ReadProfile(kSection, kLastProcessor, kFirstProcessor);
+  if (CXmlNode* const target = targetsRoot_->FindDescendantByAttr("Header", last)) {
+    targetTree_.SelectNode(target);
   }
-  if (CTreeItem* const item = targetTree.GetSelectedItem()) targetTree.EnsureVisible(*item);
+  if (CTreeItem* const item = targetTree_.GetSelectedItem()) targetTree_.EnsureVisible(*item);
 }
 
 void CApplicationPage::FillTypes() {
   auto& list = *FindControl<CComboBox>(kIdType);
-  for (const CXmlNode* type : surroundings.model.Types().GetRoot().GetChildren()) {
+  for (const CXmlNode* type : surroundings_.model.Types().GetRoot().GetChildren()) {
     if (IsYes(*type, "Application")) list.AddString(TextOf(type->GetAttrValue("Header")), type);
   }
   if (application.typeHeader.empty()) {
@@ -129,13 +129,13 @@ void CApplicationPage::OnSetActive() {
 }
 
 bool CApplicationPage::WantsTool() const {
-  return surroundings.settings.ReadProfile(kSection, kUseCobbler, "No") != "No";
+  return surroundings_.settings.ReadProfile(kSection, kUseCobbler, "No") != "No";
 }
 
 void CApplicationPage::OnTargetSelected() {
   auto& description = *FindControl<CStatic>(kIdDescription);
   description.SetControlText("");
-  const CXmlNode* const target = targetTree.GetCurrentNode();
+  const CXmlNode* const target = targetTree_.GetCurrentNode();
   if (target == nullptr) return;
   application.useCobbler = WantsTool();
   auto& launch = *FindControl<CButton>(kIdLaunchTool);
@@ -149,7 +149,7 @@ void CApplicationPage::OnTargetSelected() {
     if (!told.datasheet->empty()) link.SetAddress(*told.datasheet);
     link.EnableWindow(!told.datasheet->empty());
   }
-  if (told.wizard && typeBuilds) {
+  if (told.wizard && typeBuilds_) {
     launch.SetCheck(application.useCobbler);
     launch.EnableWindow(true);
     application.wizardPath = std::move(*told.wizard);
@@ -163,8 +163,8 @@ void CApplicationPage::OnTypeChosen() {
   const auto* const type = static_cast<const CXmlNode*>(list.GetItemData(list.GetCurSel()));
   if (type == nullptr) return;
   application.typeHeader = TextOf(type->GetAttrValue("Header"));
-  typeBuilds = IsYes(*type, "Build");
-  if (typeBuilds) {
+  typeBuilds_ = IsYes(*type, "Build");
+  if (typeBuilds_) {
     auto& name = *FindControl<CEdit>(kIdName);
     name.SetControlText(WithoutExtension(name.GetControlText()));
   }
@@ -181,7 +181,7 @@ void CApplicationPage::OnBrowse() {
   const WindowHandle asked = GetSheet()->GetOwnerWindow();
   std::string folder;
   std::string name;
-  if (typeBuilds) {
+  if (typeBuilds_) {
     folder = ChooseFolder(asked, {FindControl<CEdit>(kIdLocation)->GetControlText()});
   } else {
     const std::vector<std::string> chosen = ChooseFiles(asked, {kProgramFilter, {}, false});
@@ -212,21 +212,21 @@ void CApplicationPage::TakeFields(NewApplication& wanted) const {
 std::string CApplicationPage::FindFinishProblem() {
   NewApplication wanted = application;
   TakeFields(wanted);
-  return surroundings.model.Items().FindApplicationProblem(wanted);
+  return surroundings_.model.Items().FindApplicationProblem(wanted);
 }
 
 void CApplicationPage::OnWizardFinish() {
   TakeFields(application);
-  const CXmlNode* const target = targetTree.GetCurrentNode();
+  const CXmlNode* const target = targetTree_.GetCurrentNode();
   if (target == nullptr) return;
   // The check box is saved for the next time; the decision if the tool runs now was made when the
   // microcontroller was selected.
   const bool isTicked = FindControl<CButton>(kIdLaunchTool)->IsChecked();
   application.wizardPath =
       isTicked ? DescribeTarget(*target).wizard.value_or(std::string()) : std::string();
-  surroundings.settings.WriteProfile(kSection, kUseCobbler, isTicked ? "Yes" : "No");
-  surroundings.settings.WriteProfile(kSection, kLastProcessor,
-                                     TextOf(target->GetAttrValue("Header")));
+  surroundings_.settings.WriteProfile(kSection, kUseCobbler, isTicked ? "Yes" : "No");
+  surroundings_.settings.WriteProfile(kSection, kLastProcessor,
+                                      TextOf(target->GetAttrValue("Header")));
 }
 
 }  // namespace tarn

@@ -70,10 +70,10 @@ class CApplicationPage : public CPropertyPage {
   // Copies name, location and project choice from the controls to `wanted`.
   void TakeFields(NewApplication& wanted) const;
 
-  const WizardSurroundings surroundings;
-  std::unique_ptr<CXmlNode> targetsRoot;  // must outlive the tree's window
-  CXmlTreeCtrl targetTree;
-  bool typeBuilds = true;  // the chosen type is built from sources, not a finished program
+  const WizardSurroundings surroundings_;
+  std::unique_ptr<CXmlNode> targetsRoot_;  // must outlive the tree's window
+  CXmlTreeCtrl targetTree_;
+  bool typeBuilds_ = true;  // the chosen type is built from sources, not a finished program
 };
 
 }  // namespace tarn

@@ -13,7 +13,8 @@ CProjectWizard::CProjectWizard(const std::string& title, WindowHandle askedWindo
 }
 
 bool ProjectWizardMaker::AskNewApplication(NewApplication& application) {
-  CProjectWizard wizard("Project New", surroundings.model.Services().mainframeHandle, surroundings);
+  CProjectWizard wizard("Project New", surroundings_.model.Services().mainframeHandle,
+                        surroundings_);
   wizard.page.application = application;
   if (wizard.DoModal() != kSheetFinish) return false;
   application = std::move(wizard.page.application);

@@ -21,13 +21,13 @@ class CProjectWizard : public CPropertySheet {
 class ProjectWizardMaker final : public IProjectWizard {
  public:
   explicit ProjectWizardMaker(const WizardSurroundings& wizardSurroundings)
-      : surroundings(wizardSurroundings) {}
+      : surroundings_(wizardSurroundings) {}
   // Shows the wizard, initialised with `application`. Returns false and leaves `application`
   // unchanged if the user cancelled.
   bool AskNewApplication(NewApplication& application) override;
 
  private:
-  const WizardSurroundings surroundings;
+  const WizardSurroundings surroundings_;
 };
 
 }  // namespace tarn

@@ -47,10 +47,10 @@ std::string CleanLink(const char* text) {
 
 TargetCatalogue::TargetCatalogue(FileSystem& fileSystem, const Settings& settingsStores,
                                  std::string installedFolder)
-    : files(fileSystem), settings(settingsStores), folder(std::move(installedFolder)) {}
+    : files_(fileSystem), settings_(settingsStores), folder_(std::move(installedFolder)) {}
 
 std::optional<TargetPackage> TargetCatalogue::ReadPackage(const std::string& key) const {
-  const auto read = [&](const char* name) { return settings.ReadRegistry(key, name); };
+  const auto read = [&](const char* name) { return settings_.ReadRegistry(key, name); };
   if (EqualNoCase(read("Hidden").value_or(""), "Yes")) return std::nullopt;
   const std::optional<std::string> name = read("Name");
   TargetPackage package;
@@ -62,17 +62,17 @@ std::optional<TargetPackage> TargetCatalogue::ReadPackage(const std::string& key
 
 std::vector<TargetPackage> TargetCatalogue::FindInstalled() const {
   std::vector<TargetPackage> packages;
-  const auto entries = files.ListFolder(folder);
+  const auto entries = files_.ListFolder(folder_);
   if (!entries) return packages;
   for (const FolderEntry& each : *entries) {
     if (each.isFolder || !EqualNoCase(ExtensionOf(each.name), ".xml")) continue;
-    packages.push_back({SplitPath(each.name).title, JoinPath(folder, each.name)});
+    packages.push_back({SplitPath(each.name).title, JoinPath(folder_, each.name)});
   }
   return packages;
 }
 
 std::vector<TargetPackage> TargetCatalogue::FindPackages() const {
-  const std::vector<std::string> keys = settings.RegistrySubkeys(kPackagesKey);
+  const std::vector<std::string> keys = settings_.RegistrySubkeys(kPackagesKey);
   if (keys.empty()) return FindInstalled();
   std::vector<TargetPackage> packages;
   for (const std::string& key : keys) {
@@ -87,7 +87,7 @@ std::unique_ptr<CXmlNode> TargetCatalogue::Read() const {
   auto catalogue = CXmlNode::CreateNode(kRootName);
   catalogue->AddAttr(kHeader, kRootName);
   for (const TargetPackage& package : FindPackages()) {
-    const Result<std::string> text = files.ReadWholeFile(package.path);
+    const Result<std::string> text = files_.ReadWholeFile(package.path);
     // A package that was removed is skipped; one that can't be read is reported as a problem.
     if (!text && text.GetError().code == ErrorCode::NotFound) continue;
     CXmlNode root;

@@ -44,9 +44,9 @@ class TargetCatalogue {
   std::optional<TargetPackage> ReadPackage(const std::string& key) const;
   std::vector<TargetPackage> FindInstalled() const;
 
-  FileSystem& files;
-  const Settings& settings;
-  std::string folder;
+  FileSystem& files_;
+  const Settings& settings_;
+  std::string folder_;
 };
 
 // Values in the children of a target. nullopt means that the child is absent, as opposed to an

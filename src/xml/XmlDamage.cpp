@@ -70,40 +70,40 @@ std::size_t FindConflict(std::string_view text) {
 // Collects the earliest fault of a file.
 class FaultFinder : public XmlLossListener {
  public:
-  FaultFinder(std::string_view fileText, XmlTexts fileTexts) : text(fileText), texts(fileTexts) {
-    Add(text.find('\0'), "a zero byte; nothing after it is read");
-    Add(FindConflict(text), std::string(kConflictDamage));
+  FaultFinder(std::string_view fileText, XmlTexts fileTexts) : text_(fileText), texts_(fileTexts) {
+    Add(text_.find('\0'), "a zero byte; nothing after it is read");
+    Add(FindConflict(text_), std::string(kConflictDamage));
   }
 
   void OnLoss(XmlLoss loss, const char* position, std::string_view name,
               const CXmlNode* element) override {
-    const auto offset = static_cast<std::size_t>(position - text.data());
-    if (loss == XmlLoss::Instruction || offset >= first) return;
+    const auto offset = static_cast<std::size_t>(position - text_.data());
+    if (loss == XmlLoss::Instruction || offset >= first_) return;
     if (loss == XmlLoss::SkippedText && offset == 0 && name == kByteOrderMark) return;
-    const bool mayHoldText = texts == XmlTexts::InElements;
+    const bool mayHoldText = texts_ == XmlTexts::InElements;
     if (loss == XmlLoss::StoredCData && mayHoldText) return;
     if (loss == XmlLoss::KeptText && mayHoldText && !HoldsElements(*element)) return;
-    Add(offset, DescribeLoss(text, loss, offset, name));
+    Add(offset, DescribeLoss(text_, loss, offset, name));
   }
 
   // Returns "FILE:LINE: description" of the fault, or an empty string if there is none.
   std::string ToString(std::string_view file) const {
-    if (what.empty()) return {};
-    const int line = 1 + CountLineEnds(text, 0, first);
-    return std::string(file) + ":" + std::to_string(line) + ": " + what;
+    if (what_.empty()) return {};
+    const int line = 1 + CountLineEnds(text_, 0, first_);
+    return std::string(file) + ":" + std::to_string(line) + ": " + what_;
   }
 
  private:
   void Add(std::size_t offset, std::string fault) {
-    if (offset >= first) return;
-    first = offset;
-    what = std::move(fault);
+    if (offset >= first_) return;
+    first_ = offset;
+    what_ = std::move(fault);
   }
 
-  std::string_view text;
-  XmlTexts texts;
-  std::size_t first = std::string_view::npos;
-  std::string what;
+  std::string_view text_;
+  XmlTexts texts_;
+  std::size_t first_ = std::string_view::npos;
+  std::string what_;
 };
 
 }  // namespace

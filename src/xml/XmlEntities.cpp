@@ -25,7 +25,7 @@ void CXmlEntityTable::EncodeTo(std::string& out, std::string_view text) const {
   for (const char* p = text.data();; ++p) {
     const char* const from = p;
     const CXmlEntity* row = nullptr;
-    while (p != end && !(row = rowOfByte[static_cast<unsigned char>(*p)])) ++p;
+    while (p != end && !(row = rowOfByte_[static_cast<unsigned char>(*p)])) ++p;
     out.append(from, static_cast<std::size_t>(p - from));
     if (!row) return;
     out.append(row->reference);
@@ -43,7 +43,7 @@ std::size_t CXmlEntityTable::DecodeTo(char* out, std::string_view text) const {
   std::size_t i = 0;
   while (i < text.size()) {
     const char c = text[i];
-    if (startsReference[static_cast<unsigned char>(c)]) {
+    if (startsReference_[static_cast<unsigned char>(c)]) {
       if (const CXmlEntity* row = MatchReference(text.substr(i))) {
         *out++ = row->character;
         i += row->reference.size();
@@ -61,7 +61,7 @@ std::size_t CXmlEntityTable::DecodeTo(char* out, std::string_view text) const {
 }
 
 const CXmlEntity* CXmlEntityTable::MatchReference(std::string_view text) const {
-  for (const CXmlEntity& row : rows) {
+  for (const CXmlEntity& row : rows_) {
     // Comparing the first byte rules out most rows without a call.
     if (row.reference.empty() || row.reference[0] != text[0]) continue;
     if (text.starts_with(row.reference)) return &row;

@@ -25,20 +25,20 @@ struct CXmlEntity {
 // it.
 class CXmlEntityTable {
  public:
-  constexpr explicit CXmlEntityTable(std::span<const CXmlEntity> tableRows) : rows(tableRows) {
-    startsReference['\r'] = true;  // first byte of CR LF, which decoding drops
-    for (const CXmlEntity& row : rows) {
+  constexpr explicit CXmlEntityTable(std::span<const CXmlEntity> tableRows) : rows_(tableRows) {
+    startsReference_['\r'] = true;  // first byte of CR LF, which decoding drops
+    for (const CXmlEntity& row : rows_) {
       const auto byte = static_cast<unsigned char>(row.character);
-      if (!rowOfByte[byte]) rowOfByte[byte] = &row;
+      if (!rowOfByte_[byte]) rowOfByte_[byte] = &row;
       if (!row.reference.empty()) {
-        startsReference[static_cast<unsigned char>(row.reference[0])] = true;
+        startsReference_[static_cast<unsigned char>(row.reference[0])] = true;
       }
     }
   }
 
-  std::span<const CXmlEntity> Rows() const { return rows; }
+  std::span<const CXmlEntity> Rows() const { return rows_; }
   // Flag for each byte: true if decoding may change a string that contains the byte.
-  const std::array<bool, 256>& Decodable() const { return startsReference; }
+  const std::array<bool, 256>& Decodable() const { return startsReference_; }
 
   // Returns `text` with every byte of the table replaced by its reference. A null pointer is
   // treated as an empty string.
@@ -57,9 +57,9 @@ class CXmlEntityTable {
   // Returns the first row whose reference is a prefix of `text`, or nullptr if there is none.
   const CXmlEntity* MatchReference(std::string_view text) const;
 
-  std::span<const CXmlEntity> rows;
-  std::array<const CXmlEntity*, 256> rowOfByte{};
-  std::array<bool, 256> startsReference{};
+  std::span<const CXmlEntity> rows_;
+  std::array<const CXmlEntity*, 256> rowOfByte_{};
+  std::array<bool, 256> startsReference_{};
 };
 
 // Default table of all files: the double quote and the vertical bar.

@@ -39,17 +39,17 @@ class NameTable {
  public:
   // Returns nullptr if the name isn't in the table and can't be added.
   const XmlName* Find(std::string_view text) {
-    const std::lock_guard lock(mutex);
-    if (const auto found = names.find(text); found != names.end()) return found->second;
-    if (names.size() >= kMaxSharedNames) return nullptr;
+    const std::lock_guard lock(mutex_);
+    if (const auto found = names_.find(text); found != names_.end()) return found->second;
+    if (names_.size() >= kMaxSharedNames) return nullptr;
     const XmlName* name = NewName(text, true);
-    names.emplace(name->View(), name);
+    names_.emplace(name->View(), name);
     return name;
   }
 
  private:
-  std::mutex mutex;
-  std::unordered_map<std::string_view, const XmlName*> names;
+  std::mutex mutex_;
+  std::unordered_map<std::string_view, const XmlName*> names_;
 };
 
 // Never destroyed: nodes with static storage duration may outlive every other static object.

@@ -12,17 +12,17 @@ namespace tarn {
 // string to store is treated as empty.
 class XmlArg {
  public:
-  XmlArg(const char* text) : view(text ? std::string_view(text) : std::string_view()) {}
-  XmlArg(std::string_view text) : view(text.data() ? text : std::string_view("")) {}
+  XmlArg(const char* text) : view_(text ? std::string_view(text) : std::string_view()) {}
+  XmlArg(std::string_view text) : view_(text.data() ? text : std::string_view("")) {}
   template <class String>
   requires requires(const String& s) { s.c_str(); }
-  XmlArg(const String& text) : view(text.data(), text.size()) {}
+  XmlArg(const String& text) : view_(text.data(), text.size()) {}
 
-  bool IsNull() const { return view.data() == nullptr; }
-  std::string_view View() const { return view; }
+  bool IsNull() const { return view_.data() == nullptr; }
+  std::string_view View() const { return view_; }
 
  private:
-  std::string_view view;
+  std::string_view view_;
 };
 
 // Immutable name of elements and attributes, with string interning: a document repeats a few names
@@ -56,7 +56,7 @@ class XmlNameCache {
   // Like `AcquireName()`, without the lock on a cache hit.
   const XmlName* Acquire(std::string_view text) {
     if (text.empty()) return EmptyName();
-    const XmlName*& slot = slots[SlotOf(text)];
+    const XmlName*& slot = slots_[SlotOf(text)];
     if (slot && slot->View() == text) return slot;
     return AcquireInto(slot, text);
   }
@@ -73,7 +73,7 @@ class XmlNameCache {
   }
   static const XmlName* AcquireInto(const XmlName*& slot, std::string_view text);
 
-  std::array<const XmlName*, kSize> slots{};
+  std::array<const XmlName*, kSize> slots_{};
 };
 
 }  // namespace tarn

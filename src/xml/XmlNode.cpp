@@ -42,22 +42,22 @@ XmlPages::Place TakeLate(std::size_t bytes) {
 // --- Attributes ---
 
 CXmlAttr::~CXmlAttr() {
-  ReleaseName(name);
-  FreeText(value);
+  ReleaseName(name_);
+  FreeText(value_);
 }
 
 CXmlNode* CXmlAttr::GetParent() const {
   const CXmlAttr* last = this;
   while (!last->IsLast()) last = last->GetNext();
-  return reinterpret_cast<CXmlNode*>(last->link & ~std::uintptr_t{1});
+  return reinterpret_cast<CXmlNode*>(last->link_ & ~std::uintptr_t{1});
 }
 
 std::string_view CXmlAttr::ValueView() const {
-  return TextView(value);
+  return TextView(value_);
 }
 
 void CXmlAttr::SetValue(XmlArg text) {
-  AssignText(value, text.View());
+  AssignText(value_, text.View());
 }
 
 CXmlAttr* CXmlNode::GetAttr(XmlArg attrName) const {
@@ -75,13 +75,13 @@ const char* CXmlNode::GetAttrValue(XmlArg attrName) const {
 
 int CXmlNode::GetAttrCount() const {
   int count = 0;
-  for (const CXmlAttr* attr = firstAttr; attr; attr = attr->GetNext()) ++count;
+  for (const CXmlAttr* attr = firstAttr_; attr; attr = attr->GetNext()) ++count;
   return count;
 }
 
 CXmlAttr* CXmlNode::GetAttrAt(int index) const {
   if (index < 0) return nullptr;
-  CXmlAttr* attr = firstAttr;
+  CXmlAttr* attr = firstAttr_;
   for (; attr && index > 0; --index) attr = attr->GetNext();
   return attr;
 }
@@ -94,7 +94,7 @@ CXmlAttr* CXmlNode::SetAttrValue(XmlArg attrName, XmlArg attrValue) {
 }
 
 CXmlAttr* CXmlNode::GetLastAttr() const {
-  CXmlAttr* last = firstAttr;
+  CXmlAttr* last = firstAttr_;
   while (last && !last->IsLast()) last = last->GetNext();
   return last;
 }
@@ -124,19 +124,19 @@ CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrVa
   if (last) {
     last->LinkTo(attr);
   } else {
-    firstAttr = attr;
+    firstAttr_ = attr;
   }
   return attr;
 }
 
 bool CXmlNode::RemoveAttr(const CXmlAttr* attr) {
   CXmlAttr* previous = nullptr;
-  for (CXmlAttr* at = firstAttr; at; previous = at, at = at->GetNext()) {
+  for (CXmlAttr* at = firstAttr_; at; previous = at, at = at->GetNext()) {
     if (at != attr) continue;
     if (previous) {
-      previous->link = at->link;
+      previous->link_ = at->link_;
     } else {
-      firstAttr = at->GetNext();
+      firstAttr_ = at->GetNext();
     }
     DestroyAttr(at);
     return true;
@@ -147,7 +147,7 @@ bool CXmlNode::RemoveAttr(const CXmlAttr* attr) {
 bool CXmlNode::IsOwnRecord(const CXmlAttr* attr) const {
   const auto first = reinterpret_cast<std::uintptr_t>(this + 1);
   const auto address = reinterpret_cast<std::uintptr_t>(attr);
-  return address >= first && address < first + ownRecords * sizeof(CXmlAttr);
+  return address >= first && address < first + ownRecords_ * sizeof(CXmlAttr);
 }
 
 void CXmlNode::DestroyAttr(CXmlAttr* attr) {
@@ -158,25 +158,25 @@ void CXmlNode::DestroyAttr(CXmlAttr* attr) {
 }
 
 void CXmlNode::DestroyAttrs() {
-  for (CXmlAttr* attr = firstAttr; attr;) {
+  for (CXmlAttr* attr = firstAttr_; attr;) {
     CXmlAttr* next = attr->GetNext();
     DestroyAttr(attr);
     attr = next;
   }
-  firstAttr = nullptr;
+  firstAttr_ = nullptr;
 }
 
 // --- The node ---
 
-CXmlNode::CXmlNode() noexcept : name(EmptyName()), value(EmptyText()) {}
+CXmlNode::CXmlNode() noexcept : name_(EmptyName()), value_(EmptyText()) {}
 
 void* CXmlNode::operator new(std::size_t size) {
   return ::operator new(size);
 }
 
 void CXmlNode::operator delete(CXmlNode* node, std::destroying_delete_t) {
-  const std::uint16_t offset = node->pageOffset;
-  const std::size_t bytes = sizeof(CXmlNode) + node->ownRecords * sizeof(CXmlAttr);
+  const std::uint16_t offset = node->pageOffset_;
+  const std::size_t bytes = sizeof(CXmlNode) + node->ownRecords_ * sizeof(CXmlAttr);
   node->~CXmlNode();
   if (offset == 0) {
     ::operator delete(node);
@@ -187,8 +187,8 @@ void CXmlNode::operator delete(CXmlNode* node, std::destroying_delete_t) {
 
 CXmlNode::~CXmlNode() {
   Clear();
-  ReleaseName(name);
-  FreeText(value);
+  ReleaseName(name_);
+  FreeText(value_);
 }
 
 void CXmlNode::Clear() {
@@ -197,17 +197,17 @@ void CXmlNode::Clear() {
 }
 
 std::string_view CXmlNode::ValueView() const {
-  return TextView(value);
+  return TextView(value_);
 }
 
 void CXmlNode::SetName(XmlArg text) {
-  const XmlName* old = name;
-  name = AcquireName(text.View());
+  const XmlName* old = name_;
+  name_ = AcquireName(text.View());
   ReleaseName(old);
 }
 
 void CXmlNode::SetValue(XmlArg text) {
-  AssignText(value, text.View());
+  AssignText(value_, text.View());
 }
 
 // --- Children ---
@@ -215,33 +215,33 @@ void CXmlNode::SetValue(XmlArg text) {
 // Iterative post-order traversal, so that stack use doesn't depend on the depth of the tree.
 void CXmlNode::DestroyChildren() {
   CXmlNode* at = this;
-  while (at != this || at->childCount > 0) {
-    if (at->childCount > 0) {
-      at = at->children[at->childCount - 1];
+  while (at != this || at->childCount_ > 0) {
+    if (at->childCount_ > 0) {
+      at = at->children_[at->childCount_ - 1];
       continue;
     }
-    CXmlNode* above = at->parent;
-    --above->childCount;
+    CXmlNode* above = at->parent_;
+    --above->childCount_;
     delete at;
     at = above;
   }
-  children.reset();
-  childCapacity = 0;
+  children_.reset();
+  childCapacity_ = 0;
 }
 
 CXmlNode* CXmlNode::GetChild(int index) const {
   if (index < 0 || index >= GetChildCount()) return nullptr;
-  return children[static_cast<std::size_t>(index)];
+  return children_[static_cast<std::size_t>(index)];
 }
 
 std::vector<CXmlNode*> CXmlNode::GetChildren() const {
-  return {children.get(), children.get() + childCount};
+  return {children_.get(), children_.get() + childCount_};
 }
 
 CXmlNode* CXmlNode::FindChild(XmlArg childName) const {
   if (childName.IsNull()) return nullptr;
-  for (std::uint32_t i = 0; i < childCount; ++i) {
-    if (children[i]->NameView() == childName.View()) return children[i];
+  for (std::uint32_t i = 0; i < childCount_; ++i) {
+    if (children_[i]->NameView() == childName.View()) return children_[i];
   }
   return nullptr;
 }
@@ -254,7 +254,7 @@ std::unique_ptr<CXmlNode> CXmlNode::CreateNode(XmlArg nodeName, XmlArg nodeValue
 }
 
 CXmlNode* CXmlNode::AppendChild(std::unique_ptr<CXmlNode> node) {
-  return InsertChild(std::move(node), childCount);
+  return InsertChild(std::move(node), childCount_);
 }
 
 CXmlNode* CXmlNode::AddChild(XmlArg nodeName, XmlArg nodeValue) {
@@ -263,12 +263,12 @@ CXmlNode* CXmlNode::AddChild(XmlArg nodeName, XmlArg nodeValue) {
 
 CXmlNode* CXmlNode::InsertChildBefore(std::unique_ptr<CXmlNode> node, const CXmlNode* beforeChild) {
   const std::int64_t index = FindChildIndex(beforeChild);
-  return InsertChild(std::move(node), index < 0 ? childCount : static_cast<std::size_t>(index));
+  return InsertChild(std::move(node), index < 0 ? childCount_ : static_cast<std::size_t>(index));
 }
 
 CXmlNode* CXmlNode::AddCData(XmlArg text) {
   auto node = CreateNode("#CDATA", text);
-  node->type = XmlCData;
+  node->type_ = XmlCData;
   return AppendChild(std::move(node));
 }
 
@@ -289,36 +289,36 @@ std::unique_ptr<CXmlNode> CXmlNode::DetachChild(const CXmlNode* child) {
 }
 
 std::int64_t CXmlNode::FindChildIndex(const CXmlNode* child) const {
-  std::int64_t index = childCount;
+  std::int64_t index = childCount_;
   while (--index >= 0) {
-    if (children[static_cast<std::size_t>(index)] == child) break;
+    if (children_[static_cast<std::size_t>(index)] == child) break;
   }
   return index;
 }
 
 std::unique_ptr<CXmlNode> CXmlNode::TakeChild(std::int64_t index) {
-  CXmlNode** place = children.get() + index;
+  CXmlNode** place = children_.get() + index;
   std::unique_ptr<CXmlNode> child(*place);
-  std::copy(place + 1, children.get() + childCount, place);
-  --childCount;
+  std::copy(place + 1, children_.get() + childCount_, place);
+  --childCount_;
   return child;
 }
 
 CXmlNode* CXmlNode::InsertChild(std::unique_ptr<CXmlNode> node, std::size_t index) {
   if (!node) return nullptr;
-  if (childCount == childCapacity) ReserveChildren(std::max<std::size_t>(4, childCount * 2));
-  CXmlNode** place = children.get() + index;
-  std::copy_backward(place, children.get() + childCount, children.get() + childCount + 1);
-  ++childCount;
-  node->parent = this;
+  if (childCount_ == childCapacity_) ReserveChildren(std::max<std::size_t>(4, childCount_ * 2));
+  CXmlNode** place = children_.get() + index;
+  std::copy_backward(place, children_.get() + childCount_, children_.get() + childCount_ + 1);
+  ++childCount_;
+  node->parent_ = this;
   return *place = node.release();
 }
 
 void CXmlNode::ReserveChildren(std::size_t capacity) {
   std::unique_ptr<CXmlNode*[]> wider(new CXmlNode*[capacity]);
-  std::copy(children.get(), children.get() + childCount, wider.get());
-  children = std::move(wider);
-  childCapacity = static_cast<std::uint32_t>(capacity);
+  std::copy(children_.get(), children_.get() + childCount_, wider.get());
+  children_ = std::move(wider);
+  childCapacity_ = static_cast<std::uint32_t>(capacity);
 }
 
 }  // namespace tarn

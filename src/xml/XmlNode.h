@@ -38,15 +38,15 @@ class CXmlAttr {
   CXmlAttr& operator=(const CXmlAttr&) = delete;
 
   std::string GetName() const { return std::string(NameView()); }
-  std::string GetValue() const { return value; }
+  std::string GetValue() const { return value_; }
   // Returns the node that has the attribute. Traverses the attributes after this one.
   CXmlNode* GetParent() const;
   // Returns the next attribute of the node, or nullptr after the last one.
-  CXmlAttr* GetNext() const { return IsLast() ? nullptr : reinterpret_cast<CXmlAttr*>(link); }
+  CXmlAttr* GetNext() const { return IsLast() ? nullptr : reinterpret_cast<CXmlAttr*>(link_); }
 
   // Borrowed; valid until the value is changed or the attribute is destroyed.
-  std::string_view NameView() const { return name->View(); }
-  const char* ValueText() const { return value; }
+  std::string_view NameView() const { return name_->View(); }
+  const char* ValueText() const { return value_; }
   std::string_view ValueView() const;
 
   void SetValue(XmlArg text);
@@ -54,18 +54,18 @@ class CXmlAttr {
  private:
   friend class CXmlNode;
   friend class XmlPiece;
-  CXmlAttr(const XmlName* attrName, const char* attrValue) : name(attrName), value(attrValue) {}
+  CXmlAttr(const XmlName* attrName, const char* attrValue) : name_(attrName), value_(attrValue) {}
   ~CXmlAttr();
 
   // The link of the last attribute points back to the node, tagged by the lowest bit: separate
   // pointers for both directions would make a parsed node a sixth larger.
-  bool IsLast() const { return (link & 1) != 0; }
-  void LinkTo(CXmlAttr* next) { link = reinterpret_cast<std::uintptr_t>(next); }
-  void LinkTo(CXmlNode* owner) { link = reinterpret_cast<std::uintptr_t>(owner) | 1; }
+  bool IsLast() const { return (link_ & 1) != 0; }
+  void LinkTo(CXmlAttr* next) { link_ = reinterpret_cast<std::uintptr_t>(next); }
+  void LinkTo(CXmlNode* owner) { link_ = reinterpret_cast<std::uintptr_t>(owner) | 1; }
 
-  const XmlName* name;
-  const char* value;
-  std::uintptr_t link = 1;
+  const XmlName* name_;
+  const char* value_;
+  std::uintptr_t link_ = 1;
 };
 
 // Attributes of a node, for a range-based loop.
@@ -73,24 +73,24 @@ class XmlAttrRange {
  public:
   class Iterator {
    public:
-    explicit Iterator(CXmlAttr* start) : attr(start) {}
-    CXmlAttr& operator*() const { return *attr; }
+    explicit Iterator(CXmlAttr* start) : attr_(start) {}
+    CXmlAttr& operator*() const { return *attr_; }
     Iterator& operator++() {
-      attr = attr->GetNext();
+      attr_ = attr_->GetNext();
       return *this;
     }
     bool operator==(const Iterator& other) const = default;
 
    private:
-    CXmlAttr* attr;
+    CXmlAttr* attr_;
   };
 
-  explicit XmlAttrRange(CXmlAttr* firstAttr) : first(firstAttr) {}
-  Iterator begin() const { return Iterator(first); }
+  explicit XmlAttrRange(CXmlAttr* firstAttr) : first_(firstAttr) {}
+  Iterator begin() const { return Iterator(first_); }
   Iterator end() const { return Iterator(nullptr); }
 
  private:
-  CXmlAttr* first;
+  CXmlAttr* first_;
 };
 
 class CXmlNode {
@@ -108,19 +108,19 @@ class CXmlNode {
 
   // Return copies.
   std::string GetName() const { return std::string(NameView()); }
-  std::string GetValue() const { return value; }
+  std::string GetValue() const { return value_; }
   // Borrowed; valid until the name or value is changed or the node is destroyed.
-  std::string_view NameView() const { return name->View(); }
-  const char* NameText() const { return name->Text(); }
-  const char* ValueText() const { return value; }
+  std::string_view NameView() const { return name_->View(); }
+  const char* NameText() const { return name_->Text(); }
+  const char* ValueText() const { return value_; }
   std::string_view ValueView() const;
-  CXmlNodeType GetType() const { return type; }
+  CXmlNodeType GetType() const { return type_; }
 
   // Returns nullptr for a root. Stale on a detached node until it is attached again.
-  CXmlNode* GetParent() const { return parent; }
+  CXmlNode* GetParent() const { return parent_; }
 
   // Number of children in document order, including comments and CDATA sections.
-  int GetChildCount() const { return static_cast<int>(childCount); }
+  int GetChildCount() const { return static_cast<int>(childCount_); }
   // Returns nullptr if `index` is out of range.
   CXmlNode* GetChild(int index) const;
   // Returns a copy of the list; the nodes stay owned by this node.
@@ -138,8 +138,8 @@ class CXmlNode {
   // string if it is empty. Borrowed; valid until the value is changed or the attribute is
   // destroyed.
   const char* GetAttrValue(XmlArg attrName) const;
-  XmlAttrRange Attributes() const { return XmlAttrRange(firstAttr); }
-  CXmlAttr* GetFirstAttr() const { return firstAttr; }
+  XmlAttrRange Attributes() const { return XmlAttrRange(firstAttr_); }
+  CXmlAttr* GetFirstAttr() const { return firstAttr_; }
   // Both take time linear in the number of attributes; use `Attributes()` to visit all.
   int GetAttrCount() const;
   CXmlAttr* GetAttrAt(int index) const;
@@ -226,7 +226,11 @@ class CXmlNode {
   // Constructs a node in a block of a page. Takes ownership of `nodeName`.
   CXmlNode(const XmlName* nodeName, const char* nodeValue, CXmlNodeType nodeType,
            CXmlNode* nodeParent, std::uint16_t offset)
-      : name(nodeName), value(nodeValue), parent(nodeParent), type(nodeType), pageOffset(offset) {}
+      : name_(nodeName),
+        value_(nodeValue),
+        parent_(nodeParent),
+        type_(nodeType),
+        pageOffset_(offset) {}
 
   CXmlAttr* GetLastAttr() const;
   // Appends an attribute after `last`, which is the current last attribute, or nullptr if there is
@@ -244,16 +248,16 @@ class CXmlNode {
   // Returns a deep copy without a parent, its nodes allocated in pages.
   static std::unique_ptr<CXmlNode> MakeCopy(const CXmlNode& source);
 
-  const XmlName* name;
-  const char* value;
-  CXmlNode* parent = nullptr;
-  std::unique_ptr<CXmlNode*[]> children;
-  std::uint32_t childCount = 0;
-  std::uint32_t childCapacity = 0;
-  CXmlAttr* firstAttr = nullptr;
-  std::uint32_t ownRecords = 0;  // attribute records in this node's own block
-  CXmlNodeType type = XmlElement;
-  std::uint16_t pageOffset = 0;  // see XmlPages; 0 if the node isn't in a page
+  const XmlName* name_;
+  const char* value_;
+  CXmlNode* parent_ = nullptr;
+  std::unique_ptr<CXmlNode*[]> children_;
+  std::uint32_t childCount_ = 0;
+  std::uint32_t childCapacity_ = 0;
+  CXmlAttr* firstAttr_ = nullptr;
+  std::uint32_t ownRecords_ = 0;  // attribute records in this node's own block
+  CXmlNodeType type_ = XmlElement;
+  std::uint16_t pageOffset_ = 0;  // see XmlPages; 0 if the node isn't in a page
 };
 
 }  // namespace tarn

@@ -45,20 +45,20 @@ char* NewPage(std::size_t size, std::uint32_t nodes) {
 XmlPages::Place XmlPages::TakeFromNew(std::size_t bytes) {
   constexpr auto firstOffset = static_cast<std::uint16_t>(kHead / kUnit);
   // Sharing pages would waste much of the current page for a block of this size.
-  if (bytes >= largest / 4) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
+  if (bytes >= largest_ / 4) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
   ClosePage();
-  const std::size_t size = std::max(nextSize, kHead + bytes);
-  page = NewPage(size, Page::kOpen);
-  next = page + kHead;
-  end = page + size;
-  nextSize = std::clamp(nextSize * 2, kSecondPage, largest);
+  const std::size_t size = std::max(nextSize_, kHead + bytes);
+  page_ = NewPage(size, Page::kOpen);
+  next_ = page_ + kHead;
+  end_ = page_ + size;
+  nextSize_ = std::clamp(nextSize_ * 2, kSecondPage, largest_);
   return Take(bytes);
 }
 
 void XmlPages::ClosePage() {
-  if (page) reinterpret_cast<Page*>(page)->Drop(Page::kOpen - taken);
-  page = nullptr;
-  taken = 0;
+  if (page_) reinterpret_cast<Page*>(page_)->Drop(Page::kOpen - taken_);
+  page_ = nullptr;
+  taken_ = 0;
 }
 
 void XmlPages::Release(void* memory, std::uint16_t offset, [[maybe_unused]] std::size_t bytes) {

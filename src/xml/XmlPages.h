@@ -21,7 +21,7 @@ class XmlPages {
   };
 
   // Page sizes grow up to `largestPage` bytes.
-  explicit XmlPages(std::size_t largestPage = 256 * 1024) : largest(largestPage) {}
+  explicit XmlPages(std::size_t largestPage = 256 * 1024) : largest_(largestPage) {}
   XmlPages(const XmlPages&) = delete;
   XmlPages& operator=(const XmlPages&) = delete;
   ~XmlPages() { ClosePage(); }
@@ -29,10 +29,10 @@ class XmlPages {
   // Allocates a block for one node and its trailing data, aligned for pointers.
   Place Take(std::size_t bytes) {
     bytes = (bytes + kUnit - 1) / kUnit * kUnit;
-    if (bytes > static_cast<std::size_t>(end - next)) return TakeFromNew(bytes);
-    ++taken;
-    char* memory = std::exchange(next, next + bytes);
-    return {memory, static_cast<std::uint16_t>((memory - page) / kUnit)};
+    if (bytes > static_cast<std::size_t>(end_ - next_)) return TakeFromNew(bytes);
+    ++taken_;
+    char* memory = std::exchange(next_, next_ + bytes);
+    return {memory, static_cast<std::uint16_t>((memory - page_) / kUnit)};
   }
 
   // Returns a node's block to its page. The node occupied at least `bytes` bytes. May be called on
@@ -45,12 +45,12 @@ class XmlPages {
   Place TakeFromNew(std::size_t bytes);
   void ClosePage();
 
-  std::size_t largest;
-  char* page = nullptr;
-  char* next = nullptr;
-  char* end = nullptr;
-  std::uint32_t taken = 0;   // blocks in the current page
-  std::size_t nextSize = 0;  // size of the next page
+  std::size_t largest_;
+  char* page_ = nullptr;
+  char* next_ = nullptr;
+  char* end_ = nullptr;
+  std::uint32_t taken_ = 0;   // blocks in the current page
+  std::size_t nextSize_ = 0;  // size of the next page
 };
 
 }  // namespace tarn

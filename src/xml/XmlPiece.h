@@ -23,9 +23,9 @@ class XmlPiece {
            std::size_t attrCount, std::size_t textBytes) {
     const XmlPages::Place place =
         pages.Take(sizeof(CXmlNode) + attrCount * sizeof(CXmlAttr) + textBytes);
-    node.reset(::new (place.memory) CXmlNode(name, EmptyText(), type, parent, place.offset));
-    records = reinterpret_cast<CXmlAttr*>(node.get() + 1);
-    texts = reinterpret_cast<char*>(records + attrCount);
+    node_.reset(::new (place.memory) CXmlNode(name, EmptyText(), type, parent, place.offset));
+    records_ = reinterpret_cast<CXmlAttr*>(node_.get() + 1);
+    texts_ = reinterpret_cast<char*>(records_ + attrCount);
   }
 
   // Returns a copy of a node without its children.
@@ -38,8 +38,8 @@ class XmlPiece {
   // Reserves space for a string of at most `length` bytes, which must not be 0. The caller writes
   // the string there and terminates it with `EndTextInside()`.
   char* Reserve(std::size_t length) {
-    char* text = texts + 1;
-    texts += TextBytes(length);
+    char* text = texts_ + 1;
+    texts_ += TextBytes(length);
     return text;
   }
 
@@ -53,23 +53,23 @@ class XmlPiece {
 
   // Takes ownership of `name`. `value` is a string in this block, or EmptyText.
   void AddAttr(const XmlName* name, const char* value) {
-    auto* attr = new (records + node->ownRecords) CXmlAttr(name, value);
-    if (node->ownRecords == 0) {
-      node->firstAttr = attr;
+    auto* attr = new (records_ + node_->ownRecords_) CXmlAttr(name, value);
+    if (node_->ownRecords_ == 0) {
+      node_->firstAttr_ = attr;
     } else {
       (attr - 1)->LinkTo(attr);
     }
-    ++node->ownRecords;
-    attr->LinkTo(node.get());
+    ++node_->ownRecords_;
+    attr->LinkTo(node_.get());
   }
-  void SetValue(const char* value) { node->value = value; }
+  void SetValue(const char* value) { node_->value_ = value; }
 
-  std::unique_ptr<CXmlNode> Take() { return std::move(node); }
+  std::unique_ptr<CXmlNode> Take() { return std::move(node_); }
 
  private:
-  std::unique_ptr<CXmlNode> node;
-  CXmlAttr* records;
-  char* texts;
+  std::unique_ptr<CXmlNode> node_;
+  CXmlAttr* records_;
+  char* texts_;
 };
 
 }  // namespace tarn

@@ -18,13 +18,13 @@ class NameFilter {
   // Returns false if the name was not added before; true if it may have been.
   bool Add(const XmlName* name) {
     const auto bit = std::uint64_t{1} << ((reinterpret_cast<std::uintptr_t>(name) >> 4) % 64);
-    const bool isKnown = (bits & bit) != 0;
-    bits |= bit;
+    const bool isKnown = (bits_ & bit) != 0;
+    bits_ |= bit;
     return isKnown;
   }
 
  private:
-  std::uint64_t bits = 0;
+  std::uint64_t bits_ = 0;
 };
 
 // Markup that may precede an element. Compared case-insensitively.
@@ -96,35 +96,35 @@ std::string_view MakeSpan(const char* begin, const char* end) {
 }  // namespace
 
 XmlReader::XmlReader(CXmlParseInfo& parseInfo, XmlLossListener* lossListener)
-    : info(parseInfo),
-      losses(lossListener),
-      decoder(parseInfo.decodeEntities ? parseInfo.entityTable : nullptr),
-      textStops(kProtectedEnds),
-      names(XmlNameCache::OfThisThread()) {
-  if (!decoder) return;
-  decodable = decoder->Decodable();
-  for (std::size_t i = 0; i < textStops.size(); ++i) textStops[i] |= decodable[i];
-  for (const CXmlEntity& row : decoder->Rows()) {
-    if (!row.reference.empty() && IsXmlSpace(row.reference[0])) blankStaysBlank = false;
+    : info_(parseInfo),
+      losses_(lossListener),
+      decoder_(parseInfo.decodeEntities ? parseInfo.entityTable : nullptr),
+      textStops_(kProtectedEnds),
+      names_(XmlNameCache::OfThisThread()) {
+  if (!decoder_) return;
+  decodable_ = decoder_->Decodable();
+  for (std::size_t i = 0; i < textStops_.size(); ++i) textStops_[i] |= decodable_[i];
+  for (const CXmlEntity& row : decoder_->Rows()) {
+    if (!row.reference.empty() && IsXmlSpace(row.reference[0])) blankStaysBlank_ = false;
   }
 }
 
 const char* XmlReader::Read(CXmlNode& node, const char* text) {
-  top = &node;
+  top_ = &node;
   const char* p = ReadStart(text);
-  while (p && !levels.empty()) {
-    const std::size_t depth = levels.size();
+  while (p && !levels_.empty()) {
+    const std::size_t depth = levels_.size();
     if (*p) {
       p = ReadStart(p);
     } else {
       LoseEnd(p);
       CloseLevel();  // the input ends inside the element
     }
-    if (levels.size() > depth) continue;
-    while (p && !levels.empty() && ReadBehindChild(p)) CloseLevel();
+    if (levels_.size() > depth) continue;
+    while (p && !levels_.empty() && ReadBehindChild(p)) CloseLevel();
   }
-  while (!levels.empty()) CloseLevel();
-  if (losses && p) ReportTail(text, p);
+  while (!levels_.empty()) CloseLevel();
+  if (losses_ && p) ReportTail(text, p);
   return p;
 }
 
@@ -143,8 +143,8 @@ const char* XmlReader::ReadStart(const char* p) {
     if (!p || placedOne) return p;
   }
   if (!*p) LoseEnd(p);
-  if (levels.size() >= CXmlNode::kMaxReadDepth) Lose(XmlLoss::TooDeep, p);
-  if (!*p || levels.size() >= CXmlNode::kMaxReadDepth) return nullptr;
+  if (levels_.size() >= CXmlNode::kMaxReadDepth) Lose(XmlLoss::TooDeep, p);
+  if (!*p || levels_.size() >= CXmlNode::kMaxReadDepth) return nullptr;
   // This needn't be a "<": anything may follow a processing instruction.
   return ReadElement(p + 1);
 }
@@ -163,7 +163,7 @@ const char* XmlReader::ReadSpecialNodes(const char* p, bool& placedOne) {
       const Span text = MakeSpan(p + special.open.size(), end);
       const bool isKept = !special.name.empty();
       placedOne = isKept && PlaceSpecial(special.name, special.type, text);
-      if (losses && special.type != XmlComment) ReportSpecial(p, text, !isKept, placedOne);
+      if (losses_ && special.type != XmlComment) ReportSpecial(p, text, !isKept, placedOne);
       p = end + std::strlen(special.close);
       readOne = true;
       if (placedOne) return p;
@@ -180,18 +180,18 @@ const char* XmlReader::ReadElement(const char* p) {
     return nullptr;
   }
   const bool keepsOldName = IsReadingTop() && end == p;
-  const XmlName* name = keepsOldName ? CopyName(top->name) : names.Acquire(MakeSpan(p, end));
+  const XmlName* name = keepsOldName ? CopyName(top_->name_) : names_.Acquire(MakeSpan(p, end));
 
-  if (losses && (!name->regular || end == p || *tag != '<')) ReportElementName(tag, *name);
+  if (losses_ && (!name->regular || end == p || *tag != '<')) ReportElementName(tag, *name);
 
   Run text;
   bool isOpen = false;
-  attrs.clear();
-  attrTextBytes = 0;
-  mayRepeat = false;
+  attrs_.clear();
+  attrTextBytes_ = 0;
+  mayRepeat_ = false;
   p = ReadAttributes(end, *name);
   if (p) p = ReadTagEnd(p, isOpen, text);
-  if (losses && mayRepeat) ReportRepeats(tag);
+  if (losses_ && mayRepeat_) ReportRepeats(tag);
   if (!p) Lose(XmlLoss::BrokenTag, tag, name->View());
   const bool isTop = IsReadingTop();
   const bool isNamed = !name->View().empty();
@@ -201,7 +201,7 @@ const char* XmlReader::ReadElement(const char* p) {
   } else {
     PlaceElement(name, text, isOpen);
   }
-  if (losses && isNamed) ReportElement(tag, isOpen, isTop);
+  if (losses_ && isNamed) ReportElement(tag, isOpen, isTop);
   return p;
 }
 
@@ -212,14 +212,14 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
     if (*p == '>' || *p == '/') return p;
     const char* end = FindAny(p, kAttrNameEnds);
     if (!*end) {
-      info.RecordError(p, kXmlErrorAttribute,
-                       Joined({"<", element.View(), "> attribute has error "}));
+      info_.RecordError(p, kXmlErrorAttribute,
+                        Joined({"<", element.View(), "> attribute has error "}));
       return nullptr;
     }
     const char* const start = p;
-    AttrSpan& attr = attrs.emplace_back(AttrSpan{names.Acquire(MakeSpan(p, end)), {}});
+    AttrSpan& attr = attrs_.emplace_back(AttrSpan{names_.Acquire(MakeSpan(p, end)), {}});
     Run& value = attr.value;
-    mayRepeat |= seen.Add(attr.name);
+    mayRepeat_ |= seen.Add(attr.name);
     p = SkipSpace(end);
     if (*p != '=' || !attr.name->regular) Lose(XmlLoss::BadAttribute, start, attr.name->View());
     if (*p != '=') continue;
@@ -236,7 +236,7 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
       }
       p = end;
     }
-    attrTextBytes += XmlPiece::TextBytes(value.text.size());
+    attrTextBytes_ += XmlPiece::TextBytes(value.text.size());
   }
   return nullptr;
 }
@@ -244,17 +244,17 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
 const char* XmlReader::ReadTagEnd(const char* p, bool& isOpen, Run& text) {
   if (*p == '/') {
     if (p[1] == '>') return p + 2;
-    info.RecordError(p + 1, kXmlErrorUnclosedElement, "Element must be closed.");
+    info_.RecordError(p + 1, kXmlErrorUnclosedElement, "Element must be closed.");
     return nullptr;
   }
   isOpen = true;
-  if (IsReadingTop() && !IsBlank(top->value)) return p;
+  if (IsReadingTop() && !IsBlank(top_->value_)) return p;
   return ReadText(p + 1, text);
 }
 
 const char* XmlReader::ReadText(const char* p, Run& text) const {
   const char* end = SkipSpace(p);
-  text.isBlank = blankStaysBlank && (*end == '<' || !*end);
+  text.isBlank = blankStaysBlank_ && (*end == '<' || !*end);
   if (text.isBlank) {
     text.isEncoded = true;
   } else {
@@ -266,12 +266,12 @@ const char* XmlReader::ReadText(const char* p, Run& text) const {
 
 const char* XmlReader::FindUnescaped(const char* p, char end, bool& isEncoded) const {
   for (;; ++p) {
-    p = FindAny(p, textStops);
+    p = FindAny(p, textStops_);
     if (*p == end || !*p) return p;
-    isEncoded |= IsIn(decodable, *p);
+    isEncoded |= IsIn(decodable_, *p);
     if (*p != '\\' || !p[1]) continue;
     ++p;
-    isEncoded |= IsIn(decodable, *p);
+    isEncoded |= IsIn(decodable_, *p);
   }
 }
 
@@ -281,10 +281,10 @@ bool XmlReader::ReadBehindChild(const char*& p) {
     p = ReadCloseTag(p + 2, closesLevel);
     return closesLevel;
   }
-  if (*p != '<' && !levels.back().hasText) {
+  if (*p != '<' && !levels_.back().hasText) {
     Run text;
     p = ReadText(p, text);
-    TakeText(levels.back(), text);
+    TakeText(levels_.back(), text);
   }
   return false;
 }
@@ -292,54 +292,54 @@ bool XmlReader::ReadBehindChild(const char*& p) {
 const char* XmlReader::ReadCloseTag(const char* p, bool& closesLevel) {
   p = SkipSpace(p);
   const char* end = FindAny(p, kCloseNameEnds);
-  const std::string_view name = levels.back().node->NameView();
+  const std::string_view name = levels_.back().node->NameView();
   if (!*end) {
     Lose(XmlLoss::BrokenTag, p, name);
-    info.RecordError(p, kXmlErrorUnclosedTag, Joined({"it must be closed with </", name, ">"}));
+    info_.RecordError(p, kXmlErrorUnclosedTag, Joined({"it must be closed with </", name, ">"}));
     return nullptr;
   }
   const Span closed = MakeSpan(p, end);
   closesLevel = closed == name;
   if (closesLevel) return end + 1;
   Lose(XmlLoss::ForeignCloseTag, p, closed);
-  if (info.forceParse) return end + 1;
-  info.RecordError(
+  if (info_.forceParse) return end + 1;
+  info_.RecordError(
       end + 1, kXmlErrorForeignTag,
       "'<" + std::string(name) + "> ... </" + std::string(closed) + ">' is not wel-formed.");
   return nullptr;
 }
 
 bool XmlReader::PlaceSpecial(std::string_view name, CXmlNodeType type, Span text) {
-  if (IsReadingTop() && !top->parent) return false;
-  CXmlNode* parent = IsReadingTop() ? top->parent : levels.back().node;
-  XmlPiece piece(pages, AcquireName(name), type, parent, 0, XmlPiece::TextBytes(text.size()));
+  if (IsReadingTop() && !top_->parent_) return false;
+  CXmlNode* parent = IsReadingTop() ? top_->parent_ : levels_.back().node;
+  XmlPiece piece(pages_, AcquireName(name), type, parent, 0, XmlPiece::TextBytes(text.size()));
   piece.SetValue(piece.CopyText(text));
   if (IsReadingTop()) {
     parent->AppendChild(piece.Take());
   } else {
-    waiting.push_back(piece.Take());
+    waiting_.push_back(piece.Take());
   }
   return true;
 }
 
 void XmlReader::FillTop(const XmlName* name, const Run& text, bool isOpen) {
-  ReleaseName(top->name);
-  top->name = name;
+  ReleaseName(top_->name_);
+  top_->name_ = name;
   CXmlAttr* last = nullptr;
-  for (const AttrSpan& attr : attrs) {
-    last = top->AddAttrBehind(last, attr.name->View(), Stored(attr.value));
+  for (const AttrSpan& attr : attrs_) {
+    last = top_->AddAttrBehind(last, attr.name->View(), Stored(attr.value));
     ReleaseName(attr.name);
   }
   if (!isOpen) return;
-  levels.push_back({top, nullptr, 0, nullptr, 0, Span(), !IsBlank(top->value), nullptr});
-  if (!levels.back().hasText) TakeText(levels.back(), text);
+  levels_.push_back({top_, nullptr, 0, nullptr, 0, Span(), !IsBlank(top_->value_), nullptr});
+  if (!levels_.back().hasText) TakeText(levels_.back(), text);
 }
 
 void XmlReader::PlaceElement(const XmlName* name, const Run& text, bool isOpen) {
-  CXmlNode* parent = levels.back().node;
-  const std::size_t textBytes = attrTextBytes + XmlPiece::TextBytes(text.text.size());
-  XmlPiece piece(pages, name, XmlElement, parent, attrs.size(), textBytes);
-  for (const AttrSpan& attr : attrs) {
+  CXmlNode* parent = levels_.back().node;
+  const std::size_t textBytes = attrTextBytes_ + XmlPiece::TextBytes(text.text.size());
+  XmlPiece piece(pages_, name, XmlElement, parent, attrs_.size(), textBytes);
+  for (const AttrSpan& attr : attrs_) {
     const std::size_t room = attr.value.text.size();
     char* place = room > 0 ? piece.Reserve(room) : nullptr;
     piece.AddAttr(attr.name, place ? EndTextInside(place, Store(place, attr.value)) : EmptyText());
@@ -350,28 +350,28 @@ void XmlReader::PlaceElement(const XmlName* name, const Run& text, bool isOpen) 
   char* valuePlace = room > 0 ? piece.Reserve(room) : nullptr;
   auto node = piece.Take();
   CXmlNode* borrowed = node.get();
-  levels.push_back(
-      {borrowed, std::move(node), waiting.size(), valuePlace, room, Span(), false, nullptr});
-  if (room > 0) TakeText(levels.back(), text);
+  levels_.push_back(
+      {borrowed, std::move(node), waiting_.size(), valuePlace, room, Span(), false, nullptr});
+  if (room > 0) TakeText(levels_.back(), text);
 }
 
 // Drops a nameless node with everything that was read into it, since an element needs a name.
 void XmlReader::Wait(std::unique_ptr<CXmlNode> node) {
-  if (!node->NameView().empty()) waiting.push_back(std::move(node));
+  if (!node->NameView().empty()) waiting_.push_back(std::move(node));
 }
 
 void XmlReader::CloseLevel() {
-  Level level = std::move(levels.back());
-  levels.pop_back();
+  Level level = std::move(levels_.back());
+  levels_.pop_back();
   StoreBlank(level);
-  if (const std::size_t count = waiting.size() - level.firstWaiting; count > 0) {
+  if (const std::size_t count = waiting_.size() - level.firstWaiting; count > 0) {
     CXmlNode& node = *level.node;
     node.ReserveChildren(count);
     for (std::size_t i = 0; i < count; ++i) {
-      node.children[i] = waiting[level.firstWaiting + i].release();
+      node.children_[i] = waiting_[level.firstWaiting + i].release();
     }
-    node.childCount = static_cast<std::uint32_t>(count);
-    waiting.resize(level.firstWaiting);
+    node.childCount_ = static_cast<std::uint32_t>(count);
+    waiting_.resize(level.firstWaiting);
   }
   if (level.textStart) ReportValue(level);
   if (level.owned) Wait(std::move(level.owned));
@@ -381,14 +381,14 @@ void XmlReader::TakeText(Level& level, const Run& text) {
   if (text.text.empty()) {
     // The existing value is decoded a second time.
     StoreBlank(level);
-    if (decoder && *level.node->value) level.node->SetValue(decoder->Decode(level.node->value));
+    if (decoder_ && *level.node->value_) level.node->SetValue(decoder_->Decode(level.node->value_));
   } else if (text.isBlank) {
     level.blank = text.text;
   } else {
     level.blank = Span();
     StoreValue(level, text);
-    level.hasText = !IsBlank(level.node->value);
-    if (losses && level.hasText) level.textStart = FindFirstLost(text.text);
+    level.hasText = !IsBlank(level.node->value_);
+    if (losses_ && level.hasText) level.textStart = FindFirstLost(text.text);
   }
 }
 
@@ -401,22 +401,22 @@ void XmlReader::StoreBlank(Level& level) {
 void XmlReader::StoreValue(Level& level, const Run& text) {
   CXmlNode& node = *level.node;
   if (text.text.size() <= level.valueRoom) {
-    FreeText(node.value);
-    node.value = EndTextInside(level.valuePlace, Store(level.valuePlace, text));
+    FreeText(node.value_);
+    node.value_ = EndTextInside(level.valuePlace, Store(level.valuePlace, text));
   } else {
     node.SetValue(Stored(text));
   }
 }
 
 std::size_t XmlReader::Store(char* out, const Run& text) const {
-  if (decoder && text.isEncoded) return decoder->DecodeTo(out, text.text);
+  if (decoder_ && text.isEncoded) return decoder_->DecodeTo(out, text.text);
   std::memcpy(out, text.text.data(), text.text.size());
   return text.text.size();
 }
 
 std::string XmlReader::Stored(const Run& text) const {
   std::string out(text.text);
-  if (decoder && text.isEncoded) out.resize(decoder->DecodeTo(out.data(), out));
+  if (decoder_ && text.isEncoded) out.resize(decoder_->DecodeTo(out.data(), out));
   return out;
 }
 

@@ -72,7 +72,7 @@ class XmlReader {
   bool ReadBehindChild(const char*& p);
   const char* ReadCloseTag(const char* p, bool& closesLevel);
 
-  bool IsReadingTop() const { return levels.empty(); }
+  bool IsReadingTop() const { return levels_.empty(); }
   // Returns the position of the first `end` that isn't escaped by a backslash, or of the
   // terminator. `end` is a quote or "<".
   const char* FindUnescaped(const char* p, char end, bool& isEncoded) const;
@@ -92,16 +92,16 @@ class XmlReader {
   // --- XmlReaderLosses.cpp: reports to the listener what isn't stored in the tree ---
 
   void Lose(XmlLoss loss, const char* position, std::string_view name = {}) {
-    if (losses) ReportLoss(loss, position, name);
+    if (losses_) ReportLoss(loss, position, name);
   }
   void ReportLoss(XmlLoss loss, const char* position, std::string_view name);
   // Reports that the bytes from `begin` to `end` aren't stored.
   void LoseText(const char* begin, const char* end) {
-    if (losses) ReportSkipped({begin, end});
+    if (losses_) ReportSkipped({begin, end});
   }
   // Reports that the input ends at `p`, inside an element.
   void LoseEnd(const char* p) {
-    if (losses && !hasEnded) ReportEnd(p);
+    if (losses_ && !hasEnded_) ReportEnd(p);
   }
   // Returns the first byte that isn't white space, or nullptr if there is none.
   static const char* FindFirstLost(Span text);
@@ -119,21 +119,21 @@ class XmlReader {
   std::size_t Store(char* out, const Run& text) const;
   std::string Stored(const Run& text) const;
 
-  CXmlParseInfo& info;
-  XmlLossListener* losses;
-  bool hasEnded = false;           // the end of the input inside an element was reported
-  const CXmlEntityTable* decoder;  // nullptr if references aren't decoded
-  ByteSet decodable{};             // bytes at which decoding may change something
-  ByteSet textStops;               // bytes at which FindUnescaped must check more closely
-  bool blankStaysBlank = true;     // no reference begins with white space
-  XmlNameCache& names;
-  XmlPages pages;
-  CXmlNode* top = nullptr;
-  std::vector<Level> levels;
-  std::vector<std::unique_ptr<CXmlNode>> waiting;
-  std::vector<AttrSpan> attrs;    // attributes of the current start tag
-  std::size_t attrTextBytes = 0;  // bytes that their values need
-  bool mayRepeat = false;         // two of them may have the same name
+  CXmlParseInfo& info_;
+  XmlLossListener* losses_;
+  bool hasEnded_ = false;           // the end of the input inside an element was reported
+  const CXmlEntityTable* decoder_;  // nullptr if references aren't decoded
+  ByteSet decodable_{};             // bytes at which decoding may change something
+  ByteSet textStops_;               // bytes at which FindUnescaped must check more closely
+  bool blankStaysBlank_ = true;     // no reference begins with white space
+  XmlNameCache& names_;
+  XmlPages pages_;
+  CXmlNode* top_ = nullptr;
+  std::vector<Level> levels_;
+  std::vector<std::unique_ptr<CXmlNode>> waiting_;
+  std::vector<AttrSpan> attrs_;    // attributes of the current start tag
+  std::size_t attrTextBytes_ = 0;  // bytes that their values need
+  bool mayRepeat_ = false;         // two of them may have the same name
 };
 
 }  // namespace tarn

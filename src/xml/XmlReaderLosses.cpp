@@ -35,7 +35,7 @@ const char* SkipRemarks(const char* p) {
 }  // namespace
 
 void XmlReader::ReportLoss(XmlLoss loss, const char* position, std::string_view name) {
-  losses->OnLoss(loss, position, name, IsReadingTop() ? nullptr : levels.back().node);
+  losses_->OnLoss(loss, position, name, IsReadingTop() ? nullptr : levels_.back().node);
 }
 
 const char* XmlReader::FindFirstLost(Span text) {
@@ -49,11 +49,11 @@ void XmlReader::ReportSkipped(Span text) {
 }
 
 void XmlReader::ReportEnd(const char* p) {
-  hasEnded = true;
+  hasEnded_ = true;
   if (IsReadingTop()) {
     ReportLoss(XmlLoss::NoElement, p, {});
   } else {
-    ReportLoss(XmlLoss::OpenElement, p, levels.back().node->NameView());
+    ReportLoss(XmlLoss::OpenElement, p, levels_.back().node->NameView());
   }
 }
 
@@ -71,12 +71,12 @@ void XmlReader::ReportElementName(const char* tag, const XmlName& name) {
 }
 
 void XmlReader::ReportElement(const char* tag, bool isOpen, bool isTop) {
-  losses->OnElement(tag, isTop ? *top : isOpen ? *levels.back().node : *waiting.back());
+  losses_->OnElement(tag, isTop ? *top_ : isOpen ? *levels_.back().node : *waiting_.back());
 }
 
 void XmlReader::ReportRepeats(const char* tag) {
   std::unordered_set<const XmlName*> seen;
-  for (const AttrSpan& attr : attrs) {
+  for (const AttrSpan& attr : attrs_) {
     if (seen.insert(attr.name).second) continue;
     ReportLoss(XmlLoss::RepeatedAttribute, tag, attr.name->View());
   }
@@ -89,9 +89,9 @@ void XmlReader::ReportValue(const Level& level) {
   bool isProtected = false;
   const char* const end = FindUnescaped(begin, '<', isProtected);
   if (std::find(begin, end, '<') != end) {
-    losses->OnLoss(XmlLoss::ProtectedTag, begin, node.NameView(), &node);
+    losses_->OnLoss(XmlLoss::ProtectedTag, begin, node.NameView(), &node);
   }
-  losses->OnLoss(XmlLoss::KeptText, begin, {begin, end}, &node);
+  losses_->OnLoss(XmlLoss::KeptText, begin, {begin, end}, &node);
 }
 
 void XmlReader::ReportTail(const char* text, const char* p) {

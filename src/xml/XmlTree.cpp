@@ -54,15 +54,15 @@ std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
   std::vector<Level> levels{{&source, copy.get()}};
   while (!levels.empty()) {
     const auto [from, to] = levels.back();
-    if (to->childCount == from->childCount) {
+    if (to->childCount_ == from->childCount_) {
       levels.pop_back();
       continue;
     }
-    if (to->childCount == 0) to->ReserveChildren(from->childCount);
-    const CXmlNode* child = from->children[to->childCount];
+    if (to->childCount_ == 0) to->ReserveChildren(from->childCount_);
+    const CXmlNode* child = from->children_[to->childCount_];
     CXmlNode* childCopy = XmlPiece::CopyAlone(pages, *child, to).release();
-    to->children[to->childCount++] = childCopy;
-    if (child->childCount > 0) levels.push_back({child, childCopy});
+    to->children_[to->childCount_++] = childCopy;
+    if (child->childCount_ > 0) levels.push_back({child, childCopy});
   }
   return copy;
 }
@@ -72,14 +72,14 @@ void CXmlNode::CopyFrom(const CXmlNode& source) {
   // Copy before changing this node: `source` may be one of its descendants.
   const auto copy = MakeCopy(source);
   Clear();
-  std::swap(name, copy->name);
+  std::swap(name_, copy->name_);
   SetValue(copy->ValueView());
-  type = copy->type;
+  type_ = copy->type_;
   CopyAttrs(*copy);
-  std::swap(children, copy->children);
-  std::swap(childCount, copy->childCount);
-  std::swap(childCapacity, copy->childCapacity);
-  for (std::uint32_t i = 0; i < childCount; ++i) children[i]->parent = this;
+  std::swap(children_, copy->children_);
+  std::swap(childCount_, copy->childCount_);
+  std::swap(childCapacity_, copy->childCapacity_);
+  for (std::uint32_t i = 0; i < childCount_; ++i) children_[i]->parent_ = this;
 }
 
 }  // namespace tarn

@@ -13,23 +13,23 @@ namespace {
 class XmlWriter {
  public:
   XmlWriter(std::string& buffer, const CXmlDisplayOptions& displayOptions)
-      : out(buffer),
-        options(displayOptions),
-        encoder(options.encodeEntities ? options.entityTable : nullptr),
-        valueStart{'=', options.quoteChar},
-        valueEnd{options.quoteChar, ' '} {}
+      : out_(buffer),
+        options_(displayOptions),
+        encoder_(options_.encodeEntities ? options_.entityTable : nullptr),
+        valueStart_{'=', options_.quoteChar},
+        valueEnd_{options_.quoteChar, ' '} {}
 
   void Write(const CXmlNode& root, int depth) {
-    startDepth = depth;
+    startDepth_ = depth;
     Open(root);
-    while (!levels.empty()) {
-      const CXmlNode& node = *levels.back().node;
-      if (const CXmlNode* child = node.GetChild(levels.back().nextChild)) {
-        ++levels.back().nextChild;
+    while (!levels_.empty()) {
+      const CXmlNode& node = *levels_.back().node;
+      if (const CXmlNode* child = node.GetChild(levels_.back().nextChild)) {
+        ++levels_.back().nextChild;
         Open(*child);
       } else {
         CloseParent(node);
-        levels.pop_back();
+        levels_.pop_back();
       }
     }
   }
@@ -55,32 +55,32 @@ class XmlWriter {
   // Writes a complete node, or writes the start tag of a node with children and opens its level.
   void Open(const CXmlNode& node) {
     if (!IsWritten(node)) return;
-    NewLine(startDepth + static_cast<int>(levels.size()));
+    NewLine(startDepth_ + static_cast<int>(levels_.size()));
     if (node.GetType() == XmlComment) {
-      out.append("<!--").append(node.ValueView()).append("-->");
+      out_.append("<!--").append(node.ValueView()).append("-->");
     } else if (node.GetType() == XmlCData) {
-      out.append("<![CDATA[").append(node.ValueView()).append("]]>");
+      out_.append("<![CDATA[").append(node.ValueView()).append("]]>");
     } else {
       OpenElement(node);
     }
   }
 
   void OpenElement(const CXmlNode& node) {
-    out.append(1, '<').append(node.NameView());
-    if (node.GetFirstAttr()) out += ' ';
+    out_.append(1, '<').append(node.NameView());
+    if (node.GetFirstAttr()) out_ += ' ';
     for (const CXmlAttr& attr : node.Attributes()) {
-      out.append(attr.NameView()).append(valueStart, 2);
+      out_.append(attr.NameView()).append(valueStart_, 2);
       WriteValue(attr.ValueView());
-      out.append(valueEnd, 2);
+      out_.append(valueEnd_, 2);
     }
     const bool isParent = HasWrittenChildren(node);
     if (!isParent && !*node.ValueText()) {
-      out += "/>";
+      out_ += "/>";
       return;
     }
-    out += '>';
+    out_ += '>';
     if (isParent) {
-      levels.push_back({&node, 0});
+      levels_.push_back({&node, 0});
     } else {
       WriteValue(node.ValueView());
       CloseTag(node);
@@ -88,7 +88,7 @@ class XmlWriter {
   }
 
   void CloseParent(const CXmlNode& node) {
-    const int depth = startDepth + static_cast<int>(levels.size());
+    const int depth = startDepth_ + static_cast<int>(levels_.size());
     if (*node.ValueText()) {
       NewLine(depth);
       WriteValue(node.ValueView());
@@ -97,38 +97,38 @@ class XmlWriter {
     CloseTag(node);
   }
 
-  void CloseTag(const CXmlNode& node) { out.append("</").append(node.NameView()).append(1, '>'); }
+  void CloseTag(const CXmlNode& node) { out_.append("</").append(node.NameView()).append(1, '>'); }
 
   void NewLine(int depth) {
-    if (!options.newline) return;
+    if (!options_.newline) return;
     const std::size_t length = kLineEnd.size() + static_cast<std::size_t>(std::max(depth, 0));
-    if (indent.size() < length) indent.resize(length, '\t');
-    out.append(indent.data(), length);
+    if (indent_.size() < length) indent_.resize(length, '\t');
+    out_.append(indent_.data(), length);
   }
 
   void WriteValue(std::string_view value) {
-    const std::size_t start = out.size();
-    if (encoder) {
-      encoder->EncodeTo(out, value);
+    const std::size_t start = out_.size();
+    if (encoder_) {
+      encoder_->EncodeTo(out_, value);
     } else {
-      out.append(value);
+      out_.append(value);
     }
     // An odd run of backslashes at the end would escape the quote or tag after the value.
     std::size_t run = 0;
-    while (start + run < out.size() && out[out.size() - 1 - run] == '\\') ++run;
-    if (run % 2 == 1) out += '\\';
+    while (start + run < out_.size() && out_[out_.size() - 1 - run] == '\\') ++run;
+    if (run % 2 == 1) out_ += '\\';
   }
 
   static constexpr std::string_view kLineEnd = "\r\n";
 
-  std::string& out;
-  const CXmlDisplayOptions& options;
-  const CXmlEntityTable* encoder;  // nullptr if strings are written unchanged
-  const char valueStart[2];
-  const char valueEnd[2];
-  int startDepth = 0;
-  std::string indent{kLineEnd};  // line end and as many tabs as any line needed so far
-  std::vector<Level> levels;
+  std::string& out_;
+  const CXmlDisplayOptions& options_;
+  const CXmlEntityTable* encoder_;  // nullptr if strings are written unchanged
+  const char valueStart_[2];
+  const char valueEnd_[2];
+  int startDepth_ = 0;
+  std::string indent_{kLineEnd};  // line end and as many tabs as any line needed so far
+  std::vector<Level> levels_;
 };
 
 }  // namespace

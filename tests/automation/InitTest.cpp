@@ -323,23 +323,23 @@ TEST(Init, WithoutATemporaryFolderThereIsNoLogFileAndMessagesAreSavedAtOnce) {
 class StubbornComponent : public IDispatch {
  public:
   using Answerer = std::function<DispatchResult(Variant& result)>;
-  explicit StubbornComponent(Answerer how) : answer(std::move(how)) {}
-  std::uint32_t AddRef() override { return ++references; }
-  std::uint32_t Release() override { return --references; }
+  explicit StubbornComponent(Answerer how) : answer_(std::move(how)) {}
+  std::uint32_t AddRef() override { return ++references_; }
+  std::uint32_t Release() override { return --references_; }
   DispatchResult GetIDsOfNames(std::string_view, DispatchId&) override {
     return {DispatchStatus::UnknownMember, "no names", -1};
   }
   DispatchResult Invoke(DispatchId, std::span<const Variant>, Variant& result) override {
     ++calls;
-    return answer(result);
+    return answer_(result);
   }
   std::vector<MethodInfo> GetMethods() override { return {}; }
 
   int calls = 0;
 
  private:
-  Answerer answer;
-  std::uint32_t references = 1;
+  Answerer answer_;
+  std::uint32_t references_ = 1;
 };
 
 // Without its components, a manager would find nothing to build in any project.

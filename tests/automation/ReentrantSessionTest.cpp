@@ -53,13 +53,13 @@ class Session {
     world.disk.AddFile(
         "/app/targets/t.xml",
         "<Targets Header='T' ><Target Header='t1' ><![CDATA[text]]></Target></Targets>");
-    user.useSheet = [](CPropertySheet& sheet) {
+    user_.useSheet = [](CPropertySheet& sheet) {
       const WizardUser shown(sheet);
       EXPECT_TRUE(shown.ClickTarget("t1"));
       shown.Type(kIdName, "boot");
       return kSheetFinish;
     };
-    world.components.Tools().onRun = [this](const ToolRun&) { return fails ? 0 : 1; };
+    world.components.Tools().onRun = [this](const ToolRun&) { return fails_ ? 0 : 1; };
   }
 
   // Runs the complete session; `act` is performed at the message with index `when`, starting at 1.
@@ -76,7 +76,7 @@ class Session {
     world.Call("ProjectNew", {"/p/new.tprj"});
     world.Call("ProjectOpen", {"/p/demo.tprj"});
     world.Call("SelectApplication", {"demo"});
-    hasStored = IsDemoOpen();
+    hasStored_ = IsDemoOpen();
     world.Call("SavePropertyValue", {"Application", "Build", "Flag", "edited"});
     world.Call("Command", {TARN_CMD_APPLY_OPTION_AND_REBUILD});
     world.Call("AddExistingItem", {"/p/outer.c", NullableText()});
@@ -95,7 +95,7 @@ class Session {
     world.Call("SelectApplication", {"Tarn Project 'demo'"});
     world.Call("AddNewItem", {NullableText(), "Application"});
     world.Call("ExecuteScript", {"/p/script.lua"});
-    for (fails = false; Build(); fails = true) {
+    for (fails_ = false; Build(); fails_ = true) {
     }
     world.Call("ProjectBuild");
     world.Call("ProjectSave");
@@ -115,9 +115,9 @@ class Session {
       EXPECT_TRUE(!isMade || root.Load(text, g_xmlParseInfo) != nullptr) << path << text;
       all += text;
     }
-    EXPECT_TRUE(hasRemoved || Holds(all, "\"main.c\"")) << all;
-    EXPECT_TRUE(hasRemoved || !hasStored || Holds(all, "edited")) << all;
-    EXPECT_TRUE(!hasAdded || Holds(all, "\"inner.c\"")) << all;
+    EXPECT_TRUE(hasRemoved_ || Holds(all, "\"main.c\"")) << all;
+    EXPECT_TRUE(hasRemoved_ || !hasStored_ || Holds(all, "edited")) << all;
+    EXPECT_TRUE(!hasAdded_ || Holds(all, "\"inner.c\"")) << all;
     EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
   }
 
@@ -139,8 +139,8 @@ class Session {
     ASSERT_TRUE(world.manager->GetIDsOfNames(act.method, id));
     ASSERT_TRUE(world.manager->Invoke(id, act.arguments, result));
     if (result.AsLong() == 0) return;
-    if (std::string(act.method) == "RemoveItem") hasRemoved = true;
-    if (std::string(act.method) == "AddExistingItem") hasAdded = wasOpen;
+    if (std::string(act.method) == "RemoveItem") hasRemoved_ = true;
+    if (std::string(act.method) == "AddExistingItem") hasAdded_ = wasOpen;
   }
   // Returns false if no further build should follow.
   bool Build() {
@@ -152,14 +152,14 @@ class Session {
           std::chrono::seconds(20)));
       world.Call("EpilogCommand", {TARN_CMD_REBUILD_ALL});
     }
-    return !fails;
+    return !fails_;
   }
 
-  AnsweringUser user{world.host.Handle()};
-  bool fails = false;  // if true, every tool fails
-  bool hasStored = false;
-  bool hasRemoved = false;
-  bool hasAdded = false;
+  AnsweringUser user_{world.host.Handle()};
+  bool fails_ = false;  // if true, every tool fails
+  bool hasStored_ = false;
+  bool hasRemoved_ = false;
+  bool hasAdded_ = false;
 };
 
 TEST(ReentrantSession, NoCallInsideAnyMessageCrashesOrLosesAnything) {

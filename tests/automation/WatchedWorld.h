@@ -13,20 +13,20 @@ namespace tarn::test {
 // Detects when the manager is destroyed, by its reference to the property manager.
 class Watched : public ManagerWorld {
  public:
-  Watched() : before(ReferencesTo(components.Properties())) {
+  Watched() : before_(ReferencesTo(components.Properties())) {
     AddDemo();
     AddDefaultProject();
     disk.AddFile(kConfigFile, Configuration("<ToolBar /><MainMenus><Menu /></MainMenus>"));
   }
 
-  bool IsGone() { return ReferencesTo(components.Properties()) == before; }
+  bool IsGone() { return ReferencesTo(components.Properties()) == before_; }
   void LetGo() {
     Call("Clean");
     manager.Reset();
   }
 
  private:
-  std::uint32_t before;
+  std::uint32_t before_;
 };
 
 // Project that is built by a worker: two sources and their program.

@@ -90,12 +90,12 @@ class Windowed : public Watched {
   }
   // Performs `act` inside the message with index `when`, starting at 1.
   void ActInMessage(int when, const std::function<void()>& act) {
-    count = 0;
-    isDone = false;
+    count_ = 0;
+    isDone_ = false;
     for (std::uint32_t number = kMsgAnnounceWindow; number <= kMsgShowHelp; ++number) {
       host.actions[number] = [this, when, act] {
-        if (++count != when) return;
-        isDone = true;
+        if (++count_ != when) return;
+        isDone_ = true;
         act();
       };
     }
@@ -127,7 +127,7 @@ class Windowed : public Watched {
     }
     return text;
   }
-  bool WasDone() const { return isDone; }
+  bool WasDone() const { return isDone_; }
 
   AnsweringUser user{host.Handle()};
 
@@ -137,8 +137,8 @@ class Windowed : public Watched {
     for (int i = 0; i < node.GetChildCount(); ++i) Collect(*node.GetChild(i), found);
   }
 
-  int count = 0;
-  bool isDone = false;
+  int count_ = 0;
+  bool isDone_ = false;
 };
 
 struct UserAct {
@@ -335,7 +335,7 @@ TEST(WindowEvents, WhateverAHostDoesInTheMiddleOfAGestureTheWindowShowsTheTreeTh
 class WindowedBuild : public Windowed {
  public:
   void Start() {
-    components.Tools().onRun = [own = tool](const ToolRun&) {
+    components.Tools().onRun = [own = tool_](const ToolRun&) {
       if (own->isRunning.exchange(true)) return 1;
       own->loop->Wake();
       own->ended.wait();
@@ -344,12 +344,12 @@ class WindowedBuild : public Windowed {
     EXPECT_EQ(Call("PrologCommand", {TARN_CMD_BUILD_ALL}), "1");
     EXPECT_EQ(Call("Command", {TARN_CMD_BUILD_ALL}), "2");
     EXPECT_TRUE(
-        tool->loop->PumpUntil([&] { return tool->isRunning.load(); }, std::chrono::seconds(20)));
+        tool_->loop->PumpUntil([&] { return tool_->isRunning.load(); }, std::chrono::seconds(20)));
     EXPECT_TRUE(GetBuilder().IsWorkerAlive());
     TakeLines();
   }
   void LetToolEnd() {
-    if (!std::exchange(isTold, true)) tool->mayEnd.set_value();
+    if (!std::exchange(isTold_, true)) tool_->mayEnd.set_value();
   }
   ~WindowedBuild() { LetToolEnd(); }
 
@@ -361,8 +361,8 @@ class WindowedBuild : public Windowed {
     std::promise<void> mayEnd;
     std::future<void> ended = mayEnd.get_future();
   };
-  const std::shared_ptr<Tool> tool = std::make_shared<Tool>();
-  bool isTold = false;
+  const std::shared_ptr<Tool> tool_ = std::make_shared<Tool>();
+  bool isTold_ = false;
 };
 
 TEST(WindowEvents, EventsBesideABuildLeaveItsTreeAlone) {

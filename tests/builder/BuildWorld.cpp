@@ -58,7 +58,7 @@ void BuildWorld::Open() {
 
 std::int32_t BuildWorld::Run(const ToolRun& run) {
   const std::string names = NamesOf(run.files);
-  runs.push_back(run.tool + " " + names);
+  runs_.push_back(run.tool + " " + names);
   if (!failing.empty() && names == failing) return 0;
   disk.Advance(1);
   disk.AddFile(run.tool == "ld" ? "/p/demo.elf" : "/p/" + WithExtension(names, ".o"), "output");
@@ -82,7 +82,7 @@ std::vector<std::string> BuildWorld::Build(std::int32_t command) {
 }
 
 std::vector<std::string> BuildWorld::TakeRuns() {
-  return std::exchange(runs, {});
+  return std::exchange(runs_, {});
 }
 
 void BuildWorld::Touch(const std::string& path) {

@@ -33,7 +33,7 @@ class BuildWorld : public ProjectWorld {
   std::int32_t Run(const ToolRun& run);
   void Report(const std::string& product);
 
-  std::vector<std::string> runs;
+  std::vector<std::string> runs_;
 };
 
 }  // namespace tarn::test

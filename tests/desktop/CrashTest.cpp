@@ -38,31 +38,31 @@ class CrashTest : public testing::IdeFixture {
   class Window {
    public:
     Window() {
-      process.setProgram(TARN_DESKTOP_DRIVER);
-      process.start();
-      EXPECT_TRUE(process.waitForStarted());
+      process_.setProgram(TARN_DESKTOP_DRIVER);
+      process_.start();
+      EXPECT_TRUE(process_.waitForStarted());
     }
     // Returns after all of these lines have been executed.
     void Send(const std::string& lines) {
-      process.write(QByteArray::fromStdString(lines));
+      process_.write(QByteArray::fromStdString(lines));
       QByteArray answers;
       while (answers.count('\n') < std::count(lines.begin(), lines.end(), '\n')) {
-        ASSERT_TRUE(process.waitForReadyRead(60000)) << answers.toStdString();
-        answers += process.readAllStandardOutput();
+        ASSERT_TRUE(process_.waitForReadyRead(60000)) << answers.toStdString();
+        answers += process_.readAllStandardOutput();
       }
-      errors += process.readAllStandardError();
+      errors += process_.readAllStandardError();
       EXPECT_FALSE(answers.contains("failed")) << answers.toStdString();
     }
     void Kill() {
-      process.write("kill\n");
-      ASSERT_TRUE(process.waitForFinished(60000));
-      EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+      process_.write("kill\n");
+      ASSERT_TRUE(process_.waitForFinished(60000));
+      EXPECT_EQ(process_.exitStatus(), QProcess::CrashExit);
     }
 
     QByteArray errors;  // contains the texts of all message boxes
 
    private:
-    QProcess process;
+    QProcess process_;
   };
   // Executes these lines in a window and then kills it.
   static void Crash(const std::string& lines) {

@@ -58,10 +58,10 @@ std::string Built(const std::string& out) {
 
 CliProject::CliProject() {
   std::string name = (std::filesystem::temp_directory_path() / "tarn-cli-XXXXXX").string();
-  root = mkdtemp(name.data());
-  folder = root / "work";
-  std::filesystem::create_directories(folder / "src");
-  std::filesystem::create_directories(root / "bin");
+  root_ = mkdtemp(name.data());
+  folder_ = root_ / "work";
+  std::filesystem::create_directories(folder_ / "src");
+  std::filesystem::create_directories(root_ / "bin");
   WriteProject({{"app", {"a.c", "b.c", "c.c"}}});
   Write("src/a.h", "int a(void);\n");
   Write("src/a.c", "#include \"a.h\"\nint a(void) { return 1; }\n");
@@ -69,16 +69,16 @@ CliProject::CliProject() {
   Write("src/c.c", "int c(void) { return 3; }\n");
   const std::string path = std::getenv("PATH");
   environment = {{"TARN_ROOT", std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/"},
-                 {"TARN_SETTINGS", (root / "settings").string()},
-                 {"XDG_DATA_HOME", (root / "data").string()},
-                 {"TMPDIR", root.string()},
+                 {"TARN_SETTINGS", (root_ / "settings").string()},
+                 {"XDG_DATA_HOME", (root_ / "data").string()},
+                 {"TMPDIR", root_.string()},
                  {"TERM", "xterm"},
-                 {"PATH", (root / "bin").string() + ":" + path}};
+                 {"PATH", (root_ / "bin").string() + ":" + path}};
 }
 
 CliProject::~CliProject() {
   std::error_code ignored;
-  std::filesystem::remove_all(root, ignored);
+  std::filesystem::remove_all(root_, ignored);
 }
 
 CliProject::Answer CliProject::Run(
@@ -107,7 +107,7 @@ CliProject::Answer CliProject::RunProgram(
   Answer answer;
   const auto start = std::chrono::steady_clock::now();
   auto process = ProcessLauncher::Native().Start(
-      {program, std::move(arguments), environment, folder.string()});
+      {program, std::move(arguments), environment, folder_.string()});
   if (!process) return answer;
   const ProcessExit exit =
       (*process)->WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
@@ -134,14 +134,14 @@ void CliProject::WriteProject(
 }
 
 void CliProject::Write(const std::string& name, const std::string& text) {
-  std::ofstream(folder / name, std::ios::binary) << text;
+  std::ofstream(folder_ / name, std::ios::binary) << text;
   const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-  std::filesystem::last_write_time(folder / name, old);
+  std::filesystem::last_write_time(folder_ / name, old);
 }
 
 void CliProject::Edit(const std::string& name, const std::string& text) {
-  std::filesystem::create_directories((folder / name).parent_path());
-  std::ofstream(folder / name, std::ios::binary) << text;
+  std::filesystem::create_directories((folder_ / name).parent_path());
+  std::ofstream(folder_ / name, std::ios::binary) << text;
 }
 
 void CliProject::Point(const std::string& variable, const std::string& name) {
@@ -151,7 +151,7 @@ void CliProject::Point(const std::string& variable, const std::string& name) {
 }
 
 std::string CliProject::Read(const std::string& name) const {
-  std::ifstream file(folder / name, std::ios::binary);
+  std::ifstream file(folder_ / name, std::ios::binary);
   std::ostringstream text;
   text << file.rdbuf();
   return text.str();
@@ -160,17 +160,17 @@ std::string CliProject::Read(const std::string& name) const {
 void CliProject::Touch(const std::string& name) {
   // Times have a resolution of one second, and only a later one has an effect.
   std::this_thread::sleep_for(std::chrono::milliseconds(1100));
-  std::filesystem::last_write_time(folder / name, std::filesystem::file_time_type::clock::now());
+  std::filesystem::last_write_time(folder_ / name, std::filesystem::file_time_type::clock::now());
 }
 
 void CliProject::Trust() {
-  const std::filesystem::path state = root / "settings/state";
+  const std::filesystem::path state = root_ / "settings/state";
   std::filesystem::create_directories(state);
-  std::ofstream(state / "trusted") << std::filesystem::canonical(root).string() << "\n";
+  std::ofstream(state / "trusted") << std::filesystem::canonical(root_).string() << "\n";
 }
 
 void CliProject::AddProgram(const std::string& name, const std::string& script) {
-  const std::filesystem::path path = root / "bin" / name;
+  const std::filesystem::path path = root_ / "bin" / name;
   std::ofstream(path) << script;
   chmod(path.c_str(), 0755);
 }

@@ -53,8 +53,8 @@ class CliProject {
   // active.
   void WriteProject(
       const std::vector<std::pair<std::string, std::vector<std::string>>>& applications);
-  std::string PathOf(const std::string& name) const { return (folder / name).string(); }
-  bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
+  std::string PathOf(const std::string& name) const { return (folder_ / name).string(); }
+  bool Exists(const std::string& name) const { return std::filesystem::exists(folder_ / name); }
   // Writes a file that is older than all outputs.
   void Write(const std::string& name, const std::string& text);
   std::string Read(const std::string& name) const;
@@ -73,8 +73,8 @@ class CliProject {
   std::vector<std::pair<std::string, std::string>> environment;
 
  private:
-  std::filesystem::path root;    // contains everything
-  std::filesystem::path folder;  // project folder
+  std::filesystem::path root_;    // contains everything
+  std::filesystem::path folder_;  // project folder
 };
 
 }  // namespace tarn::host

@@ -20,35 +20,35 @@ using Json = nlohmann::json;
 // library from which the module folder is derived must be a copy.
 class Installation {
  public:
-  explicit Installation(CliProject& cliProject) : project(cliProject) {
-    fs::create_directories(project.PathOf("share"));
-    fs::create_directories(project.PathOf("lib"));
+  explicit Installation(CliProject& cliProject) : project_(cliProject) {
+    fs::create_directories(project_.PathOf("share"));
+    fs::create_directories(project_.PathOf("lib"));
     fs::copy(fs::path(std::getenv("TARN_SOURCE_DIR")) / "share/config",
-             project.PathOf("share/config"), fs::copy_options::recursive);
+             project_.PathOf("share/config"), fs::copy_options::recursive);
     const fs::path libraries = fs::path(TARN_PROGRAM).parent_path().parent_path() / "lib";
     for (const char* name : {"ProjectManager", "OptionsManager", "ToolManager", "Platform"}) {
       const std::string file = "libTarn" + std::string(name) + ".so";
       if (name == std::string("Platform")) {
-        fs::copy_file(libraries / file, project.PathOf("lib/" + file));
+        fs::copy_file(libraries / file, project_.PathOf("lib/" + file));
       } else {
-        fs::create_symlink(libraries / file, project.PathOf("lib/" + file));
+        fs::create_symlink(libraries / file, project_.PathOf("lib/" + file));
       }
     }
-    fs::create_symlink(libraries / "tarn-guard", project.PathOf("lib/tarn-guard"));
-    project.Point("TARN_ROOT", "share/");
-    project.environment.emplace_back("LD_LIBRARY_PATH", project.PathOf("lib"));
+    fs::create_symlink(libraries / "tarn-guard", project_.PathOf("lib/tarn-guard"));
+    project_.Point("TARN_ROOT", "share/");
+    project_.environment.emplace_back("LD_LIBRARY_PATH", project_.PathOf("lib"));
   }
   Installation(const Installation&) = delete;
   Installation& operator=(const Installation&) = delete;
 
   // Removes a file or folder, and writes a file with this content in its place unless it is null.
   void Replace(const std::string& name, const char* text) {
-    fs::remove_all(project.PathOf(name));
-    if (text != nullptr) project.Write(name, text);
+    fs::remove_all(project_.PathOf(name));
+    if (text != nullptr) project_.Write(name, text);
   }
 
  private:
-  CliProject& project;
+  CliProject& project_;
 };
 
 TEST(CliInstallation, WithAPartMissingEveryCommandFailsAndNamesIt) {

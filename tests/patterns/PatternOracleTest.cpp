@@ -87,7 +87,7 @@ class Generator {
   }
 
  private:
-  std::size_t Below(std::size_t count) { return random() % count; }
+  std::size_t Below(std::size_t count) { return random_() % count; }
 
   void AddAlternatives(Pattern& pattern, int depth) {
     do {
@@ -111,7 +111,7 @@ class Generator {
     if (Below(3) == 0) pattern.Add(std::string(1, "*+?"[Below(3)]));
   }
 
-  std::minstd_rand random{20};
+  std::minstd_rand random_{20};
 };
 
 class Peer {
@@ -119,18 +119,18 @@ class Peer {
   explicit Peer(const std::string& pattern) {
     int error = 0;
     std::size_t place = 0;
-    code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(),
-                             PCRE2_DOTALL | PCRE2_DOLLAR_ENDONLY, &error, &place, nullptr));
-    if (code) data.reset(pcre2_match_data_create_from_pattern(code.get(), nullptr));
+    code_.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(),
+                              PCRE2_DOTALL | PCRE2_DOLLAR_ENDONLY, &error, &place, nullptr));
+    if (code_) data_.reset(pcre2_match_data_create_from_pattern(code_.get(), nullptr));
   }
-  bool IsCompiled() const { return code != nullptr; }
+  bool IsCompiled() const { return code_ != nullptr; }
 
   std::string Match(const std::string& subject) {
-    const int count = pcre2_match(code.get(), reinterpret_cast<PCRE2_SPTR>(subject.data()),
-                                  subject.size(), 0, 0, data.get(), nullptr);
+    const int count = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(subject.data()),
+                                  subject.size(), 0, 0, data_.get(), nullptr);
     if (count == PCRE2_ERROR_NOMATCH) return "none";
     if (count < 0) return "gave up";
-    const std::size_t* places = pcre2_get_ovector_pointer(data.get());
+    const std::size_t* places = pcre2_get_ovector_pointer(data_.get());
     std::string groups;
     for (int i = 0; i < count; ++i) {
       if (places[2 * i] == PCRE2_UNSET) continue;
@@ -145,8 +145,8 @@ class Peer {
     void operator()(pcre2_code* freed) const { pcre2_code_free(freed); }
     void operator()(pcre2_match_data* freed) const { pcre2_match_data_free(freed); }
   };
-  std::unique_ptr<pcre2_code, Free> code;
-  std::unique_ptr<pcre2_match_data, Free> data;
+  std::unique_ptr<pcre2_code, Free> code_;
+  std::unique_ptr<pcre2_match_data, Free> data_;
 };
 
 std::string Describe(const CCompiledPattern& pattern, const char* subject) {

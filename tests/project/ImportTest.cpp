@@ -31,15 +31,15 @@ class ScriptLauncher final : public ProcessLauncher {
  private:
   class Script final : public Process {
    public:
-    explicit Script(int code) : exitCode(code) {}
+    explicit Script(int code) : exitCode_(code) {}
     ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
       onOutput("line 7: no equal\n", false);
-      return {exitCode, false};
+      return {exitCode_, false};
     }
     void Stop(std::chrono::milliseconds) override {}
 
    private:
-    int exitCode;
+    int exitCode_;
   };
 };
 

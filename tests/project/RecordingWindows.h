@@ -12,28 +12,28 @@ namespace tarn::test {
 // A project window that records the calls it receives, one per line.
 class RecordingProjectWindow : public IProjectWindow {
  public:
-  std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
+  std::vector<std::string> TakeCalls() { return std::exchange(calls_, {}); }
 
   bool SetProjectRoot(CXmlNode*) override {
-    calls.emplace_back("SetProjectRoot");
+    calls_.emplace_back("SetProjectRoot");
     return true;
   }
-  void RepaintWindow() override { calls.emplace_back("RepaintWindow"); }
-  void RepaintTree() override { calls.emplace_back("RepaintTree"); }
-  void StartStepTimer() override { calls.emplace_back("StartStepTimer"); }
-  void StopStepTimer() override { calls.emplace_back("StopStepTimer"); }
-  void BeginTreeUpdate(UpdateScope) override { calls.emplace_back("BeginTreeUpdate"); }
-  void EndTreeUpdate() override { calls.emplace_back("EndTreeUpdate"); }
-  void ClearTree() override { calls.emplace_back("ClearTree"); }
+  void RepaintWindow() override { calls_.emplace_back("RepaintWindow"); }
+  void RepaintTree() override { calls_.emplace_back("RepaintTree"); }
+  void StartStepTimer() override { calls_.emplace_back("StartStepTimer"); }
+  void StopStepTimer() override { calls_.emplace_back("StopStepTimer"); }
+  void BeginTreeUpdate(UpdateScope) override { calls_.emplace_back("BeginTreeUpdate"); }
+  void EndTreeUpdate() override { calls_.emplace_back("EndTreeUpdate"); }
+  void ClearTree() override { calls_.emplace_back("ClearTree"); }
   CXmlNode* GetSelectedNode() override { return nullptr; }
   void ForgetNode(const CXmlNode&) override {}
   void TellUpdated(const CXmlNode&) override {}
   void SelectTreeNode(CXmlNode* node) override {
-    calls.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
+    calls_.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
   }
 
  private:
-  std::vector<std::string> calls;
+  std::vector<std::string> calls_;
 };
 
 }  // namespace tarn::test

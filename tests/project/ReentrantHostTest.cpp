@@ -92,13 +92,13 @@ class RefillingWindow final : public RecordingProjectWindow {
  public:
   std::function<void()> onRefill;
 
-  void BeginTreeUpdate(UpdateScope) override { ++depth; }
+  void BeginTreeUpdate(UpdateScope) override { ++depth_; }
   void EndTreeUpdate() override {
-    if (--depth == 0) onRefill();
+    if (--depth_ == 0) onRefill();
   }
 
  private:
-  int depth = 0;
+  int depth_ = 0;
 };
 
 constexpr std::uint32_t kRefill = 0;

@@ -18,34 +18,35 @@ using nlohmann::json;
 // request and sends these responses verbatim; "gone" closes the connection.
 class Connection {
  public:
-  explicit Connection(std::vector<std::string> clientAnswers) : answers(std::move(clientAnswers)) {
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
-    connection = std::make_unique<DescriptorChannel>(ends[0], ends[0]);
-    channel = std::make_unique<ClientChannel>(*connection, MessageLoop::ForCurrentThread(), [] {});
-    questions = std::make_unique<ClientQuestions>(*channel);
-    questions->SetAnswered(ClientQuestions::Names());
-    SetDialogResponder(frame.GetHandle(), questions.get());
-    client = std::thread([this] { Serve(); });
+  explicit Connection(std::vector<std::string> clientAnswers) : answers_(std::move(clientAnswers)) {
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends_) != 0) std::abort();
+    connection_ = std::make_unique<DescriptorChannel>(ends_[0], ends_[0]);
+    channel_ =
+        std::make_unique<ClientChannel>(*connection_, MessageLoop::ForCurrentThread(), [] {});
+    questions_ = std::make_unique<ClientQuestions>(*channel_);
+    questions_->SetAnswered(ClientQuestions::Names());
+    SetDialogResponder(frame_.GetHandle(), questions_.get());
+    client_ = std::thread([this] { Serve(); });
   }
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
   ~Connection() {
-    SetDialogResponder(frame.GetHandle(), nullptr);
-    channel.reset();
-    shutdown(ends[0], SHUT_RDWR);
-    client.join();
-    close(ends[0]);
-    close(ends[1]);
+    SetDialogResponder(frame_.GetHandle(), nullptr);
+    channel_.reset();
+    shutdown(ends_[0], SHUT_RDWR);
+    client_.join();
+    close(ends_[0]);
+    close(ends_[1]);
   }
 
-  WindowHandle Window() const { return frame.GetHandle(); }
-  ClientQuestions& Questions() { return *questions; }
+  WindowHandle Window() const { return frame_.GetHandle(); }
+  ClientQuestions& Questions() { return *questions_; }
   // Returns the questions that the client received, after all responses were used.
   std::vector<json> Asked() {
-    shutdown(ends[0], SHUT_WR);
-    client.join();
-    client = std::thread([] {});
-    return asked;
+    shutdown(ends_[0], SHUT_WR);
+    client_.join();
+    client_ = std::thread([] {});
+    return asked_;
   }
 
  private:
@@ -53,34 +54,34 @@ class Connection {
     FrameReader reader;
     char bytes[4096];
     std::size_t next = 0;
-    for (ssize_t count = 0; (count = read(ends[1], bytes, sizeof bytes)) > 0;) {
+    for (ssize_t count = 0; (count = read(ends_[1], bytes, sizeof bytes)) > 0;) {
       reader.Feed({bytes, static_cast<std::size_t>(count)});
       while (const auto frameRead = reader.Next()) {
-        asked.push_back(json::parse(frameRead->body));
-        const std::string id = asked.back()["id"].dump();
-        if (next == answers.size()) return;
-        std::string text = answers[next++];
+        asked_.push_back(json::parse(frameRead->body));
+        const std::string id = asked_.back()["id"].dump();
+        if (next == answers_.size()) return;
+        std::string text = answers_[next++];
         if (text == "gone") {
-          shutdown(ends[1], SHUT_RDWR);
+          shutdown(ends_[1], SHUT_RDWR);
           return;
         }
         for (std::size_t at = 0; (at = text.find("ID", at)) != std::string::npos;) {
           text.replace(at, 2, id);
         }
         text = "Content-Length: " + std::to_string(text.size()) + "\r\n\r\n" + text;
-        if (write(ends[1], text.data(), text.size()) < 0) return;
+        if (write(ends_[1], text.data(), text.size()) < 0) return;
       }
     }
   }
 
-  MainFrame frame;
-  int ends[2] = {-1, -1};
-  const std::vector<std::string> answers;
-  std::vector<json> asked;  // owned by the client thread until it has ended
-  std::unique_ptr<DescriptorChannel> connection;
-  std::unique_ptr<ClientChannel> channel;
-  std::unique_ptr<ClientQuestions> questions;
-  std::thread client;
+  MainFrame frame_;
+  int ends_[2] = {-1, -1};
+  const std::vector<std::string> answers_;
+  std::vector<json> asked_;  // owned by the client thread until it has ended
+  std::unique_ptr<DescriptorChannel> connection_;
+  std::unique_ptr<ClientChannel> channel_;
+  std::unique_ptr<ClientQuestions> questions_;
+  std::thread client_;
 };
 
 std::string Result(const std::string& result) {

@@ -13,10 +13,10 @@ namespace tarn::test {
 // Cancels a question if its list is empty.
 class AnsweringUser final : public DialogResponder {
  public:
-  explicit AnsweringUser(WindowHandle ownerWindow) : owner(ownerWindow) {
-    SetDialogResponder(owner, this);
+  explicit AnsweringUser(WindowHandle ownerWindow) : owner_(ownerWindow) {
+    SetDialogResponder(owner_, this);
   }
-  ~AnsweringUser() { SetDialogResponder(owner, nullptr); }
+  ~AnsweringUser() { SetDialogResponder(owner_, nullptr); }
   AnsweringUser(const AnsweringUser&) = delete;
   AnsweringUser& operator=(const AnsweringUser&) = delete;
 
@@ -53,7 +53,7 @@ class AnsweringUser final : public DialogResponder {
     return answer;
   }
 
-  WindowHandle owner;
+  WindowHandle owner_;
 };
 
 }  // namespace tarn::test

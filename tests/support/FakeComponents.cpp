@@ -58,15 +58,15 @@ void CallRecorder::Record(std::string_view operation, std::span<const Variant> a
   std::string line(operation);
   for (const Variant& argument : arguments) line += " " + Show(argument);
   {
-    const std::lock_guard guard(lock);
-    calls.push_back(std::move(line));
+    const std::lock_guard guard(lock_);
+    calls_.push_back(std::move(line));
   }
   if (onCall) onCall(operation);
 }
 
 std::vector<std::string> CallRecorder::Calls() const {
-  const std::lock_guard guard(lock);
-  return calls;
+  const std::lock_guard guard(lock_);
+  return calls_;
 }
 
 std::vector<std::string> CallRecorder::CallsOf(std::string_view operation) const {
@@ -77,8 +77,8 @@ std::vector<std::string> CallRecorder::CallsOf(std::string_view operation) const
 }
 
 std::vector<std::string> CallRecorder::TakeCalls() {
-  const std::lock_guard guard(lock);
-  return std::exchange(calls, {});
+  const std::lock_guard guard(lock_);
+  return std::exchange(calls_, {});
 }
 
 const DispatchTable<FakePropertyManager>& FakePropertyManager::Table() {
@@ -133,7 +133,7 @@ std::int32_t FakePropertyManager::ReadValuesFromText(const char* text) {
 std::string FakePropertyManager::GetPropertyValue(const char* set, const char* section,
                                                   const char* property) {
   const std::string key = KeyOf(set, section, property);
-  for (auto level = levels.rbegin(); level != levels.rend(); ++level) {
+  for (auto level = levels_.rbegin(); level != levels_.rend(); ++level) {
     for (const auto& [stored, text] : *level) {
       if (stored == key || (key.front() == '.' && stored.ends_with(key))) return text;
     }
@@ -164,7 +164,7 @@ std::string FakePropertyManager::GetValuesAsText(const char*, const char*, const
   // first of several definitions finds the same value as this class.
   std::string text = "<Values>";
   std::set<std::string> seen;
-  for (auto level = levels.rbegin(); level != levels.rend(); ++level) {
+  for (auto level = levels_.rbegin(); level != levels_.rend(); ++level) {
     for (const auto& [key, value] : *level) {
       if (!seen.insert(key).second) continue;
       text += "<V K=\"" + Encode(key) + "\" V=\"" + Encode(value) + "\" />";
@@ -201,7 +201,7 @@ void FakePropertyManager::ProjectClosing() {
 }
 
 void FakePropertyManager::Store(const std::string& key, std::string text) {
-  Level& level = levels.back();
+  Level& level = levels_.back();
   const auto found =
       std::find_if(level.begin(), level.end(), [&](const auto& each) { return each.first == key; });
   if (found != level.end()) {
@@ -235,21 +235,21 @@ std::string FakeToolManager::GetToolsForExtension(const char* extension) {
 }
 
 FakeComponents::FakeComponents()
-    : properties(DispatchPtr::Adopt(new FakePropertyManager)),
-      tools(DispatchPtr::Adopt(new FakeToolManager)) {}
+    : properties_(DispatchPtr::Adopt(new FakePropertyManager)),
+      tools_(DispatchPtr::Adopt(new FakeToolManager)) {}
 
 void FakeComponents::RegisterWith(ClassRegistry& classes) const {
   classes.RegisterFactory("TarnOptionsManager.PropertyManager",
-                          [object = properties] { return object; });
-  classes.RegisterFactory("TarnToolManager.ToolManager", [object = tools] { return object; });
+                          [object = properties_] { return object; });
+  classes.RegisterFactory("TarnToolManager.ToolManager", [object = tools_] { return object; });
 }
 
 FakePropertyManager& FakeComponents::Properties() const {
-  return static_cast<FakePropertyManager&>(*properties.Get());
+  return static_cast<FakePropertyManager&>(*properties_.Get());
 }
 
 FakeToolManager& FakeComponents::Tools() const {
-  return static_cast<FakeToolManager&>(*tools.Get());
+  return static_cast<FakeToolManager&>(*tools_.Get());
 }
 
 }  // namespace tarn::test

@@ -31,8 +31,8 @@ class CallRecorder {
   void Record(std::string_view operation, std::span<const Variant> arguments);
 
  private:
-  mutable std::mutex lock;
-  std::vector<std::string> calls;
+  mutable std::mutex lock_;
+  std::vector<std::string> calls_;
 };
 
 // Base of an automation object that records the calls made through Invoke(). Direct C++ calls are
@@ -83,12 +83,12 @@ class FakePropertyManager : public RecordingObject<FakePropertyManager> {
   std::string GetConfigText(const char* config, const char* set, const char* section,
                             const char* property);
   std::int32_t GetPropertyWindow() { return propertyWindow; }
-  void ClearValues() { levels.assign(1, {}); }
+  void ClearValues() { levels_.assign(1, {}); }
   std::string GetChangedProperty() { return changedProperty; }
   void BeginUpdate() { ++holds; }
   void EndUpdate() { holds -= holds > 0 ? 1 : 0; }
   std::string GetValuesAsText(const char* set, const char* section, const char* property);
-  void BeginChildLevel() { levels.emplace_back(); }
+  void BeginChildLevel() { levels_.emplace_back(); }
   std::string GetNewConfigName() { return newConfigName; }
   void SetCurrentConfig(const char* config) { currentConfig = TextOf(config); }
   std::string GetPropState() { return propState; }
@@ -101,7 +101,7 @@ class FakePropertyManager : public RecordingObject<FakePropertyManager> {
 
   void Store(const std::string& key, std::string text);
 
-  std::vector<Level> levels = std::vector<Level>(1);  // the innermost last
+  std::vector<Level> levels_ = std::vector<Level>(1);  // the innermost last
 };
 
 // Arguments of one RunTool call.
@@ -141,8 +141,8 @@ class FakeComponents {
   FakeToolManager& Tools() const;
 
  private:
-  DispatchPtr properties;
-  DispatchPtr tools;
+  DispatchPtr properties_;
+  DispatchPtr tools_;
 };
 
 }  // namespace tarn::test

@@ -10,7 +10,7 @@ namespace tarn::test {
 class ManualClock {
  public:
   ManualClock() {
-    MessageLoop::ForCurrentThread()->SetTimerClock([this] { return now; });
+    MessageLoop::ForCurrentThread()->SetTimerClock([this] { return now_; });
   }
   ~ManualClock() { MessageLoop::ForCurrentThread()->SetTimerClock(nullptr); }
   ManualClock(const ManualClock&) = delete;
@@ -18,13 +18,13 @@ class ManualClock {
 
   // Advances the clock and serves due timers; a timer that is due several times fires once.
   void Advance(std::chrono::milliseconds time) {
-    now += time;
+    now_ += time;
     while (MessageLoop::ForCurrentThread()->Pump()) {
     }
   }
 
  private:
-  MessageLoop::Clock::time_point now{};
+  MessageLoop::Clock::time_point now_{};
 };
 
 }  // namespace tarn::test

@@ -25,76 +25,76 @@ bool HoldsControlByte(std::string_view path) {
 
 }  // namespace
 
-MemoryFileSystem::MemoryFileSystem(std::int64_t startSeconds) : now(startSeconds) {
+MemoryFileSystem::MemoryFileSystem(std::int64_t startSeconds) : now_(startSeconds) {
   AddFolders("/tmp");
 }
 
 // --- Test setup ---
 
 void MemoryFileSystem::AddFile(const std::string& path, std::string_view bytes) {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   const std::string absolute = Absolute(path);
   AddFolders(FolderOf(absolute));
-  Entry& entry = entries[absolute];
+  Entry& entry = entries_[absolute];
   entry.isFolder = false;
   entry.bytes = bytes;
-  entry.modified = now;
+  entry.modified = now_;
 }
 
 void MemoryFileSystem::AddFolder(const std::string& path) {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   AddFolders(Absolute(path));
 }
 
 void MemoryFileSystem::Erase(const std::string& path) {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   const std::string absolute = Absolute(path);
-  std::erase_if(entries, [&absolute](const auto& each) {
+  std::erase_if(entries_, [&absolute](const auto& each) {
     return each.first == absolute || each.first.starts_with(AddSeparator(absolute));
   });
 }
 
 void MemoryFileSystem::SetReadOnly(const std::string& path, bool readOnly) {
-  const std::lock_guard guard(lock);
-  entries.at(Absolute(path)).readOnly = readOnly;
+  const std::lock_guard guard(lock_);
+  entries_.at(Absolute(path)).readOnly = readOnly;
 }
 
 void MemoryFileSystem::MapDrive(char letter, const std::string& folder) {
-  const std::lock_guard guard(lock);
-  drives[FoldCase(std::string_view(&letter, 1))[0]] = Absolute(folder);
+  const std::lock_guard guard(lock_);
+  drives_[FoldCase(std::string_view(&letter, 1))[0]] = Absolute(folder);
 }
 
 void MemoryFileSystem::Advance(std::int64_t seconds) {
-  const std::lock_guard guard(lock);
-  now += seconds;
+  const std::lock_guard guard(lock_);
+  now_ += seconds;
 }
 
 // --- Inspection ---
 
 std::optional<std::string> MemoryFileSystem::BytesOf(const std::string& path) const {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   const Entry* file = FileAt(path);
   return file == nullptr ? std::nullopt : std::optional(file->bytes);
 }
 
 std::optional<std::int64_t> MemoryFileSystem::ModifiedOf(const std::string& path) const {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   const Entry* file = FileAt(path);
   return file == nullptr ? std::nullopt : std::optional(file->modified);
 }
 
 std::vector<std::string> MemoryFileSystem::AllFiles() const {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   std::vector<std::string> names;
-  for (const auto& [name, entry] : entries) {
+  for (const auto& [name, entry] : entries_) {
     if (!entry.isFolder) names.push_back(name);
   }
   return names;
 }
 
 std::vector<std::string> MemoryFileSystem::Operations(std::string_view verb) const {
-  const std::lock_guard guard(lock);
-  std::vector<std::string> lines = record;
+  const std::lock_guard guard(lock_);
+  std::vector<std::string> lines = record_;
   std::erase_if(lines, [verb](const std::string& line) {
     return !verb.empty() && !line.starts_with(std::string(verb) + " ");
   });
@@ -102,25 +102,25 @@ std::vector<std::string> MemoryFileSystem::Operations(std::string_view verb) con
 }
 
 std::vector<std::string> MemoryFileSystem::TakeOperations() {
-  const std::lock_guard guard(lock);
-  return std::exchange(record, {});
+  const std::lock_guard guard(lock_);
+  return std::exchange(record_, {});
 }
 
 // --- Failures ---
 
 void MemoryFileSystem::FailOn(std::string_view verb, const std::string& path, ErrorCode code,
                               std::size_t spared) {
-  const std::lock_guard guard(lock);
-  failures.push_back({std::string(verb), path.empty() ? "" : Absolute(path), code, spared});
+  const std::lock_guard guard(lock_);
+  failures_.push_back({std::string(verb), path.empty() ? "" : Absolute(path), code, spared});
 }
 
 void MemoryFileSystem::ClearFailures() {
-  const std::lock_guard guard(lock);
-  failures.clear();
+  const std::lock_guard guard(lock_);
+  failures_.clear();
 }
 
 ErrorCode MemoryFileSystem::FailureFor(std::string_view verb, const std::string& path) {
-  for (auto& failure : failures) {
+  for (auto& failure : failures_) {
     const bool isMeant = (failure.verb.empty() || failure.verb == verb) &&
                          (failure.path.empty() || failure.path == path);
     if (!isMeant) continue;
@@ -135,31 +135,31 @@ ErrorCode MemoryFileSystem::FailureFor(std::string_view verb, const std::string&
 // Returns an empty string for a path on a drive that is not mapped.
 std::string MemoryFileSystem::Absolute(const std::string& path) const {
   if (HasDrive(path)) {
-    const auto drive = drives.find(FoldCase(path.substr(0, 1))[0]);
-    if (drive == drives.end()) return {};
+    const auto drive = drives_.find(FoldCase(path.substr(0, 1))[0]);
+    if (drive == drives_.end()) return {};
     const std::string inside = CanonicalPath("/" + path.substr(2));
     return WithoutEndSeparator(CanonicalPath(AddSeparator(drive->second) + inside));
   }
   return WithoutEndSeparator(
-      CanonicalPath(IsRelativePath(path) ? JoinPath(currentFolder, path) : path));
+      CanonicalPath(IsRelativePath(path) ? JoinPath(currentFolder_, path) : path));
 }
 
 // All existing paths that a path may refer to, in every folder of a matching name; only the exact
 // one if it exists.
 std::vector<std::string> MemoryFileSystem::Spellings(const std::string& absolute) const {
-  if (absolute.empty() || entries.contains(absolute)) return {absolute};
+  if (absolute.empty() || entries_.contains(absolute)) return {absolute};
   std::vector<std::string> found;
   const std::string folder = FolderOf(absolute);
   if (folder == absolute) return found;
   for (const std::string& each : Spellings(folder)) {
     const std::string prefix = AddSeparator(each);
     const std::string wanted = prefix + FileNameOf(absolute);
-    if (entries.contains(wanted)) {
+    if (entries_.contains(wanted)) {
       found.push_back(wanted);
       continue;
     }
-    for (auto entry = entries.lower_bound(prefix);
-         entry != entries.end() && entry->first.starts_with(prefix); ++entry) {
+    for (auto entry = entries_.lower_bound(prefix);
+         entry != entries_.end() && entry->first.starts_with(prefix); ++entry) {
       if (EqualNoCase(entry->first, wanted)) found.push_back(entry->first);
     }
   }
@@ -177,9 +177,9 @@ std::string MemoryFileSystem::OnDisk(const std::string& absolute) const {
 
 MemoryFileSystem::Place MemoryFileSystem::Begin(std::string_view verb, const std::string& path) {
   Place place;
-  place.guard = std::unique_lock(lock);
+  place.guard = std::unique_lock(lock_);
   place.path = OnDisk(Absolute(path));
-  record.push_back(std::string(verb) + " " + (place.path.empty() ? path : place.path));
+  record_.push_back(std::string(verb) + " " + (place.path.empty() ? path : place.path));
   if (path.empty() || HoldsControlByte(path)) {
     place.failure = ErrorCode::InvalidName;
   } else if (place.path.empty()) {
@@ -188,8 +188,8 @@ MemoryFileSystem::Place MemoryFileSystem::Begin(std::string_view verb, const std
     place.failure = FailureFor(verb, place.path);
   }
   if (place.failure != ErrorCode::None) return place;
-  const auto found = entries.find(place.path);
-  if (found != entries.end()) place.entry = &found->second;
+  const auto found = entries_.find(place.path);
+  if (found != entries_.end()) place.entry = &found->second;
   return place;
 }
 
@@ -208,28 +208,28 @@ MemoryFileSystem::Place MemoryFileSystem::BeginFile(std::string_view verb, const
 }
 
 ErrorCode MemoryFileSystem::MayChangeEntries(const std::string& folder) const {
-  const auto found = entries.find(folder);
-  if (found == entries.end() || !found->second.isFolder) return ErrorCode::NotFound;
+  const auto found = entries_.find(folder);
+  if (found == entries_.end() || !found->second.isFolder) return ErrorCode::NotFound;
   return found->second.readOnly ? ErrorCode::ReadOnly : ErrorCode::None;
 }
 
 const MemoryFileSystem::Entry* MemoryFileSystem::FileAt(const std::string& path) const {
-  const auto found = entries.find(Absolute(path));
-  return found == entries.end() || found->second.isFolder ? nullptr : &found->second;
+  const auto found = entries_.find(Absolute(path));
+  return found == entries_.end() || found->second.isFolder ? nullptr : &found->second;
 }
 
 void MemoryFileSystem::AddFolders(const std::string& absolute) {
   if (absolute != "/") AddFolders(FolderOf(absolute));
-  Entry& entry = entries[absolute];
+  Entry& entry = entries_[absolute];
   entry.isFolder = true;
 }
 
 Status MemoryFileSystem::Store(const std::string& absolute, std::string_view bytes) {
   const ErrorCode refused = MayChangeEntries(FolderOf(absolute));
   if (refused != ErrorCode::None) return Fail(refused, absolute);
-  Entry& entry = entries[absolute];
+  Entry& entry = entries_[absolute];
   entry.bytes = bytes;
-  entry.modified = now;
+  entry.modified = now_;
   return {};
 }
 
@@ -249,9 +249,9 @@ bool MemoryFileSystem::IsFolder(const std::string& path) {
 }
 
 std::string MemoryFileSystem::NameOnDisk(const std::string& path) {
-  const std::unique_lock guard(lock);
+  const std::unique_lock guard(lock_);
   const std::string name = OnDisk(Absolute(path));
-  return entries.contains(name) ? name : path;
+  return entries_.contains(name) ? name : path;
 }
 
 std::optional<FileStatus> MemoryFileSystem::Examine(const std::string& path) {
@@ -290,7 +290,7 @@ Status MemoryFileSystem::WriteTail(const std::string& path, std::uint64_t expect
   }
   place.entry->bytes.resize(offset);
   place.entry->bytes += bytes;
-  place.entry->modified = now;
+  place.entry->modified = now_;
   return {};
 }
 
@@ -299,20 +299,20 @@ Status MemoryFileSystem::RemoveFile(const std::string& path) {
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
   const ErrorCode refused = MayChangeEntries(FolderOf(place.path));
   if (refused != ErrorCode::None) return Fail(refused, path);
-  entries.erase(place.path);
+  entries_.erase(place.path);
   return {};
 }
 
 Status MemoryFileSystem::CopyFileTo(const std::string& from, const std::string& to) {
   const Place source = BeginFile("copy", from, false);
   const std::string target = OnDisk(Absolute(to));
-  record.back() += " " + (target.empty() ? to : target);
+  record_.back() += " " + (target.empty() ? to : target);
   if (source.failure != ErrorCode::None) return Fail(source.failure, from);
   if (to.empty() || HoldsControlByte(to)) return Fail(ErrorCode::InvalidName, to);
   if (target.empty()) return Fail(ErrorCode::NotFound, to);
   const ErrorCode wanted = FailureFor("copy", target);
   if (wanted != ErrorCode::None) return Fail(wanted, to);
-  if (entries.contains(target)) return Fail(ErrorCode::AlreadyExists, to);
+  if (entries_.contains(target)) return Fail(ErrorCode::AlreadyExists, to);
   return Store(target, std::string(source.entry->bytes));
 }
 
@@ -320,9 +320,9 @@ Status MemoryFileSystem::CreateFolders(const std::string& path) {
   const Place place = Begin("folders", path);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
   std::string above = place.path;
-  while (!entries.contains(above)) above = FolderOf(above);
-  if (!entries.at(above).isFolder) return Fail(ErrorCode::NotAFile, path);
-  if (above != place.path && entries.at(above).readOnly) return Fail(ErrorCode::ReadOnly, path);
+  while (!entries_.contains(above)) above = FolderOf(above);
+  if (!entries_.at(above).isFolder) return Fail(ErrorCode::NotAFile, path);
+  if (above != place.path && entries_.at(above).readOnly) return Fail(ErrorCode::ReadOnly, path);
   AddFolders(place.path);
   return {};
 }
@@ -332,7 +332,7 @@ Result<std::vector<FolderEntry>> MemoryFileSystem::ListFolder(const std::string&
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
   if (place.entry == nullptr || !place.entry->isFolder) return Fail(ErrorCode::NotFound, path);
   std::vector<FolderEntry> list;
-  for (const auto& [name, entry] : entries) {
+  for (const auto& [name, entry] : entries_) {
     if (name != "/" && FolderOf(name) == place.path) {
       list.push_back({FileNameOf(name), entry.isFolder});
     }
@@ -341,14 +341,14 @@ Result<std::vector<FolderEntry>> MemoryFileSystem::ListFolder(const std::string&
 }
 
 std::string MemoryFileSystem::CurrentFolder() {
-  const std::lock_guard guard(lock);
-  return currentFolder;
+  const std::lock_guard guard(lock_);
+  return currentFolder_;
 }
 
 bool MemoryFileSystem::SetCurrentFolder(const std::string& path) {
   const Place place = Begin("enter", path);
   if (place.entry == nullptr || !place.entry->isFolder) return false;
-  currentFolder = place.path;
+  currentFolder_ = place.path;
   return true;
 }
 
@@ -362,8 +362,8 @@ Result<std::string> MemoryFileSystem::ReserveName(const std::string& folder,
   if (place.failure != ErrorCode::None) return Fail(place.failure, folder);
   std::string name;
   do {
-    name = AddSeparator(place.path) + std::string(prefix) + std::to_string(++lastReserved);
-  } while (entries.contains(name));
+    name = AddSeparator(place.path) + std::string(prefix) + std::to_string(++lastReserved_);
+  } while (entries_.contains(name));
   const Status stored = Store(name, "");
   if (!stored) return stored.GetError();
   return name;

@@ -117,14 +117,14 @@ class MemoryFileSystem : public FileSystem {
   const Entry* FileAt(const std::string& path) const;
   Status Store(const std::string& absolute, std::string_view bytes);
 
-  mutable std::mutex lock;
-  std::map<std::string, Entry> entries;  // by absolute path
-  std::map<char, std::string> drives;    // by lower-case letter
-  std::string currentFolder = "/";
-  std::int64_t now;
-  std::vector<std::string> record;
-  std::vector<Failure> failures;
-  std::size_t lastReserved = 0;
+  mutable std::mutex lock_;
+  std::map<std::string, Entry> entries_;  // by absolute path
+  std::map<char, std::string> drives_;    // by lower-case letter
+  std::string currentFolder_ = "/";
+  std::int64_t now_;
+  std::vector<std::string> record_;
+  std::vector<Failure> failures_;
+  std::size_t lastReserved_ = 0;
 };
 
 }  // namespace tarn::testing

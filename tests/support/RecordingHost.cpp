@@ -49,10 +49,10 @@ std::string LineOf(std::uint32_t message, std::intptr_t wParam, std::intptr_t lP
 
 }  // namespace
 
-RecordingHost::RecordingHost() : handle(RegisterWindow(*this)) {}
+RecordingHost::RecordingHost() : handle_(RegisterWindow(*this)) {}
 
 RecordingHost::~RecordingHost() {
-  UnregisterWindow(handle);
+  UnregisterWindow(handle_);
 }
 
 std::vector<std::string> RecordingHost::TakeLines() {

@@ -26,7 +26,7 @@ class RecordingHost : public WindowTarget {
   RecordingHost(const RecordingHost&) = delete;
   RecordingHost& operator=(const RecordingHost&) = delete;
 
-  WindowHandle Handle() const { return handle; }
+  WindowHandle Handle() const { return handle_; }
 
   // Reply to each message; 1 by default.
   std::map<std::uint32_t, std::intptr_t> answers;
@@ -44,7 +44,7 @@ class RecordingHost : public WindowTarget {
                                 std::intptr_t lParam) override;
 
  private:
-  WindowHandle handle = 0;
+  WindowHandle handle_ = 0;
 };
 
 }  // namespace tarn::test

@@ -60,26 +60,26 @@ class ReportOwner : public CWnd {
   ~ReportOwner() override { DestroyWindow(); }
 
   std::function<void(std::uint32_t message)> onMessage;
-  std::string TakeLines() { return std::exchange(lines, {}); }
+  std::string TakeLines() { return std::exchange(lines_, {}); }
 
  protected:
   std::intptr_t OnMessage(std::uint32_t message, std::intptr_t wParam, std::intptr_t) override {
     static constexpr const char* kNames[] = {"click",     "double", "enter", "header",
                                              "selection", "check",  "edit"};
     const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
-    lines += std::string(kNames[message - kMsgReportClick]) + " " + std::to_string(notice.id) +
-             ":" + std::to_string(notice.row) + "," + std::to_string(notice.column);
-    if (notice.hyperlink >= 0) lines += " link " + std::to_string(notice.hyperlink);
+    lines_ += std::string(kNames[message - kMsgReportClick]) + " " + std::to_string(notice.id) +
+              ":" + std::to_string(notice.row) + "," + std::to_string(notice.column);
+    if (notice.hyperlink >= 0) lines_ += " link " + std::to_string(notice.hyperlink);
     if (message == kMsgReportHeaderRightClick) {
-      lines += " at " + std::to_string(notice.screen.x) + "," + std::to_string(notice.screen.y);
+      lines_ += " at " + std::to_string(notice.screen.x) + "," + std::to_string(notice.screen.y);
     }
-    lines += "; ";
+    lines_ += "; ";
     if (onMessage) onMessage(message);
     return 0;
   }
 
  private:
-  std::string lines;
+  std::string lines_;
 };
 
 }  // namespace tarn::test

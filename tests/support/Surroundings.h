@@ -35,18 +35,18 @@ inline std::string SourcePath(const std::string& relative) {
 class ScratchFolder {
  public:
   explicit ScratchFolder(const std::string& name = "tarn-test-") {
-    path = std::filesystem::temp_directory_path() / (name + "XXXXXX");
-    if (mkdtemp(path.data()) == nullptr) ADD_FAILURE() << "no scratch folder " << path;
+    path_ = std::filesystem::temp_directory_path() / (name + "XXXXXX");
+    if (mkdtemp(path_.data()) == nullptr) ADD_FAILURE() << "no scratch folder " << path_;
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
   ~ScratchFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
+    std::filesystem::remove_all(path_, ignored);
   }
 
-  std::string operator/(const std::string& name) const { return path + "/" + name; }
-  const std::string& Path() const { return path; }
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  const std::string& Path() const { return path_; }
   // Creates the file's folders, too.
   void Write(const std::string& name, std::string_view bytes) const {
     const std::filesystem::path file = *this / name;
@@ -55,25 +55,25 @@ class ScratchFolder {
   }
 
  private:
-  std::string path;
+  std::string path_;
 };
 
 // Sets an environment variable, or with null removes it, during its lifetime.
 class ScopedVariable {
  public:
-  ScopedVariable(const char* variable, const char* value) : name(variable) {
-    if (const char* held = std::getenv(name)) before = held;
+  ScopedVariable(const char* variable, const char* value) : name_(variable) {
+    if (const char* held = std::getenv(name_)) before_ = held;
     Set(value);
   }
   ScopedVariable(const ScopedVariable&) = delete;
   ScopedVariable& operator=(const ScopedVariable&) = delete;
-  ~ScopedVariable() { Set(before ? before->c_str() : nullptr); }
+  ~ScopedVariable() { Set(before_ ? before_->c_str() : nullptr); }
 
  private:
-  void Set(const char* value) { value ? setenv(name, value, 1) : unsetenv(name); }
+  void Set(const char* value) { value ? setenv(name_, value, 1) : unsetenv(name_); }
 
-  const char* name;
-  std::optional<std::string> before;
+  const char* name_;
+  std::optional<std::string> before_;
 };
 
 // Returns whether a process of that id is running (zombies do not count).

@@ -36,7 +36,7 @@ class TreeMirror : public RecordingToolkit {
   }
 
   // Formats the copy like TreeText().
-  std::string Text() const { return TextOf(top); }
+  std::string Text() const { return TextOf(top_); }
   bool dragWorks = true;
 
  private:
@@ -49,18 +49,18 @@ class TreeMirror : public RecordingToolkit {
 
   class Peer : public TreePeer {
    public:
-    Peer(TreeMirror& mirror, CTreeCtrl& shownTree) : own(mirror), tree(shownTree) { Reset(); }
+    Peer(TreeMirror& mirror, CTreeCtrl& shownTree) : own_(mirror), tree_(shownTree) { Reset(); }
 
-    void OnResetting() override { own.lines.push_back("resetting"); }
+    void OnResetting() override { own_.lines.push_back("resetting"); }
     void OnReset() override {
-      own.lines.push_back("reset");
+      own_.lines.push_back("reset");
       Reset();
     }
     void OnItemsInserted(const CTreeItem* above, int first, int count) override {
       Say("inserted", above, first, count);
       std::vector<Copy>& list = Find(above).children;
       for (int i = first; i < first + count; ++i) {
-        list.insert(list.begin() + i, CopyOf(*tree.GetItemAt(above, i)));
+        list.insert(list.begin() + i, CopyOf(*tree_.GetItemAt(above, i)));
       }
     }
     void OnItemsRemoving(const CTreeItem* above, int first, int count) override {
@@ -70,42 +70,42 @@ class TreeMirror : public RecordingToolkit {
       if (list.empty()) Find(above).isExpanded = false;
     }
     void OnItemChanged(const CTreeItem& item) override {
-      own.lines.push_back("changed " + item.GetText());
+      own_.lines.push_back("changed " + item.GetText());
       Find(&item).text = item.GetText();
     }
     void OnItemExpanded(const CTreeItem& item) override {
-      own.lines.push_back((item.IsExpanded() ? "expanded " : "collapsed ") + item.GetText());
+      own_.lines.push_back((item.IsExpanded() ? "expanded " : "collapsed ") + item.GetText());
       Find(&item).isExpanded = item.IsExpanded();
     }
     void OnSelectionChanged() override {
-      const CTreeItem* const item = tree.GetSelectedItem();
-      own.lines.push_back("selected " + (item == nullptr ? "nothing" : item->GetText()));
+      const CTreeItem* const item = tree_.GetSelectedItem();
+      own_.lines.push_back("selected " + (item == nullptr ? "nothing" : item->GetText()));
       Select();
     }
     void OnScrolled() override {
-      own.lines.push_back("scrolled " + std::to_string(tree.GetTopRow()));
+      own_.lines.push_back("scrolled " + std::to_string(tree_.GetTopRow()));
     }
     void OnCapture(bool isCaptured) override {
-      own.lines.push_back(isCaptured ? "capture" : "no capture");
+      own_.lines.push_back(isCaptured ? "capture" : "no capture");
     }
     bool OnDragBegun(const CTreeItem& item, Point hotSpot, Point screen) override {
-      own.lines.push_back("picture " + item.GetText() + " " + PointText(hotSpot) + " at " +
-                          PointText(screen));
-      return own.dragWorks;
+      own_.lines.push_back("picture " + item.GetText() + " " + PointText(hotSpot) + " at " +
+                           PointText(screen));
+      return own_.dragWorks;
     }
     void OnDragMoved(Point screen) override {
-      own.lines.push_back("picture to " + PointText(screen));
+      own_.lines.push_back("picture to " + PointText(screen));
     }
-    void OnDragEnded() override { own.lines.push_back("no picture"); }
+    void OnDragEnded() override { own_.lines.push_back("no picture"); }
 
    private:
     static std::string PointText(Point point) {
       return std::to_string(point.x) + "," + std::to_string(point.y);
     }
     void Say(const char* what, const CTreeItem* above, int first, int count) {
-      own.lines.push_back(std::string(what) + " " + std::to_string(count) + " at " +
-                          std::to_string(first) +
-                          (above == nullptr ? "" : " below " + above->GetText()));
+      own_.lines.push_back(std::string(what) + " " + std::to_string(count) + " at " +
+                           std::to_string(first) +
+                           (above == nullptr ? "" : " below " + above->GetText()));
     }
     Copy CopyOf(const CTreeItem& item) const {
       Copy copy{item.GetText(), item.IsExpanded(), false, {}};
@@ -115,27 +115,27 @@ class TreeMirror : public RecordingToolkit {
       return copy;
     }
     Copy& Find(const CTreeItem* item) {
-      if (item == nullptr) return own.top;
+      if (item == nullptr) return own_.top_;
       return Find(item->GetParent()).children.at(static_cast<std::size_t>(item->GetIndex()));
     }
     void Reset() {
-      own.top.children.clear();
-      for (int i = 0; i < tree.GetItemCount(nullptr); ++i) {
-        own.top.children.push_back(CopyOf(*tree.GetItemAt(nullptr, i)));
+      own_.top_.children.clear();
+      for (int i = 0; i < tree_.GetItemCount(nullptr); ++i) {
+        own_.top_.children.push_back(CopyOf(*tree_.GetItemAt(nullptr, i)));
       }
       Select();
     }
     void Select() {
-      Unselect(own.top);
-      if (tree.GetSelectedItem() != nullptr) Find(tree.GetSelectedItem()).isSelected = true;
+      Unselect(own_.top_);
+      if (tree_.GetSelectedItem() != nullptr) Find(tree_.GetSelectedItem()).isSelected = true;
     }
     static void Unselect(Copy& copy) {
       copy.isSelected = false;
       for (Copy& child : copy.children) Unselect(child);
     }
 
-    TreeMirror& own;
-    CTreeCtrl& tree;
+    TreeMirror& own_;
+    CTreeCtrl& tree_;
   };
 
   static std::string TextOf(const Copy& copy) {
@@ -150,7 +150,7 @@ class TreeMirror : public RecordingToolkit {
     return text;
   }
 
-  Copy top;
+  Copy top_;
 };
 
 }  // namespace tarn::test

@@ -13,14 +13,14 @@ namespace tarn::test {
 // Operates the wizard for a new application like a user, during one RunSheet().
 class WizardUser {
  public:
-  explicit WizardUser(CPropertySheet& sheet) : page(*sheet.GetPage()) {}
+  explicit WizardUser(CPropertySheet& sheet) : page_(*sheet.GetPage()) {}
 
   template <class T>
   T& Control(int id) const {
-    return *page.FindControl<T>(id);
+    return *page_.FindControl<T>(id);
   }
   // Reason why Finish would currently be refused.
-  std::string Problem() const { return page.FindFinishProblem(); }
+  std::string Problem() const { return page_.FindFinishProblem(); }
   void Click(int button) const { Control<CButton>(button).NotifyClicked(); }
   void Type(int edit, const std::string& text) const {
     Control<CEdit>(edit).NotifyTextEdited(text, {});
@@ -40,7 +40,7 @@ class WizardUser {
   }
 
  private:
-  CPropertyPage& page;
+  CPropertyPage& page_;
 };
 
 }  // namespace tarn::test

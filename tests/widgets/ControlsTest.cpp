@@ -15,7 +15,7 @@ using Lines = std::vector<std::string>;
 // Records the notifications of its controls, with their state at that moment.
 class Panel : public CWnd {
  public:
-  explicit Panel(Lines& panelLines) : lines(panelLines) {}
+  explicit Panel(Lines& panelLines) : lines_(panelLines) {}
   ~Panel() override { DestroyWindow(); }
   std::function<void()> then;
 
@@ -24,13 +24,13 @@ class Panel : public CWnd {
                           std::intptr_t lParam) override {
     EXPECT_EQ(message, kMsgControlUsed);
     EXPECT_EQ(lParam, FindChild(static_cast<int>(wParam))->GetHandle());
-    lines.push_back("used " + std::to_string(wParam));
+    lines_.push_back("used " + std::to_string(wParam));
     if (then) then();
     return 0;
   }
 
  private:
-  Lines& lines;
+  Lines& lines_;
 };
 
 // A toolkit whose peers record the changes of each control.

@@ -38,30 +38,30 @@ class ServingThread {
  public:
   explicit ServingThread(std::function<std::intptr_t(std::uint32_t, std::intptr_t)> answer) {
     std::promise<void> ready;
-    thread = std::thread([this, answer, &ready] {
+    thread_ = std::thread([this, answer, &ready] {
       TestWindow window;
       window.answer = answer;
       handle = window.handle;
       loop = MessageLoop::ForCurrentThread();
       ready.set_value();
-      loop->PumpUntil([this] { return ending.load(); }, kLong);
+      loop->PumpUntil([this] { return ending_.load(); }, kLong);
     });
     ready.get_future().wait();
   }
   ~ServingThread() { End(); }
   void End() {
-    if (!thread.joinable()) return;
-    ending = true;
+    if (!thread_.joinable()) return;
+    ending_ = true;
     loop->Wake();
-    thread.join();
+    thread_.join();
   }
 
   WindowHandle handle = 0;
   std::shared_ptr<MessageLoop> loop;
 
  private:
-  std::atomic<bool> ending{false};
-  std::thread thread;
+  std::atomic<bool> ending_{false};
+  std::thread thread_;
 };
 
 // Sends a message from a new thread while this one pumps, and returns the reply.

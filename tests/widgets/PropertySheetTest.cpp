@@ -32,26 +32,26 @@ constexpr PageTemplate kTemplate = {107, {200, 100}, kRows};
 
 class Page : public CPropertyPage {
  public:
-  explicit Page(Lines& pageLines) : CPropertyPage(kTemplate), lines(pageLines) {}
+  explicit Page(Lines& pageLines) : CPropertyPage(kTemplate), lines_(pageLines) {}
   bool offersFinish = true;
 
  protected:
   void OnInitDialog() override {
-    lines.push_back("init");
+    lines_.push_back("init");
     FindControl<CEdit>(2)->SetControlText("proposed");
     SetHeader("Title", "Subtitle");
   }
   void OnSetActive() override {
-    lines.push_back("active");
+    lines_.push_back("active");
     GetSheet()->EnableFinish(offersFinish);
   }
-  void OnControl(int controlId) override { lines.push_back("used " + std::to_string(controlId)); }
+  void OnControl(int controlId) override { lines_.push_back("used " + std::to_string(controlId)); }
   void OnWizardFinish() override {
-    lines.push_back("finish " + FindControl<CEdit>(2)->GetControlText());
+    lines_.push_back("finish " + FindControl<CEdit>(2)->GetControlText());
   }
 
  private:
-  Lines& lines;
+  Lines& lines_;
 };
 
 struct Window : WindowTarget {

@@ -19,7 +19,7 @@ using Lines = std::vector<std::string>;
 // A tree that records its events.
 class TalkingTree : public CTreeCtrl {
  public:
-  explicit TalkingTree(Lines& treeLines) : lines(treeLines) {}
+  explicit TalkingTree(Lines& treeLines) : lines_(treeLines) {}
   ~TalkingTree() override { DestroyWindow(); }
 
   std::function<void()> whenSelected;
@@ -27,34 +27,34 @@ class TalkingTree : public CTreeCtrl {
 
  protected:
   void OnSelectionChanged() override {
-    lines.push_back("selected " + NameOf(GetSelectedItem()));
+    lines_.push_back("selected " + NameOf(GetSelectedItem()));
     if (whenSelected) whenSelected();
   }
   void OnClick(const TreeHit& hit, Point) override {
     static constexpr const char* kParts[] = {"nowhere", "indent", "button",        "state",
                                              "icon",    "label",  "right of label"};
-    lines.push_back("click on " + std::string(kParts[static_cast<int>(hit.part)]) + " of " +
-                    NameOf(hit.item));
+    lines_.push_back("click on " + std::string(kParts[static_cast<int>(hit.part)]) + " of " +
+                     NameOf(hit.item));
     if (whenClicked) whenClicked();
   }
-  void OnMiddleDoubleClick(Point) override { lines.push_back("middle double click"); }
-  void OnItemActivated(Point) override { lines.push_back("activated"); }
-  void OnRightClick(Point) override { lines.push_back("right click"); }
+  void OnMiddleDoubleClick(Point) override { lines_.push_back("middle double click"); }
+  void OnItemActivated(Point) override { lines_.push_back("activated"); }
+  void OnRightClick(Point) override { lines_.push_back("right click"); }
   bool OnItemKey(const KeyEvent& event) override { return event.isControlDown; }
   void OnBeginDrag(CTreeItem& item, Point point) override {
-    lines.push_back("drag " + NameOf(&item) + " from " + std::to_string(point.x));
+    lines_.push_back("drag " + NameOf(&item) + " from " + std::to_string(point.x));
   }
-  void OnLeftButtonUp(Point) override { lines.push_back("button up"); }
+  void OnLeftButtonUp(Point) override { lines_.push_back("button up"); }
   bool OnContextMenu(Point screen) override {
-    lines.push_back("menu at " + std::to_string(screen.x) + "," + std::to_string(screen.y));
+    lines_.push_back("menu at " + std::to_string(screen.x) + "," + std::to_string(screen.y));
     return true;
   }
-  void OnItemGone(const CTreeItem& item) override { lines.push_back("gone " + NameOf(&item)); }
+  void OnItemGone(const CTreeItem& item) override { lines_.push_back("gone " + NameOf(&item)); }
 
  private:
   static std::string NameOf(const CTreeItem* item) { return item ? item->GetText() : "nothing"; }
 
-  Lines& lines;
+  Lines& lines_;
 };
 
 // The window is four lines of 16 pixels high.

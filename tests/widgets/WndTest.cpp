@@ -22,7 +22,7 @@ using Lines = std::vector<std::string>;
 class TalkingWindow : public CWnd {
  public:
   TalkingWindow(std::string windowName, Lines& windowLines)
-      : name(std::move(windowName)), lines(windowLines) {}
+      : name_(std::move(windowName)), lines_(windowLines) {}
   ~TalkingWindow() override { DestroyWindow(); }
 
   std::map<std::string, std::function<void()>> then;
@@ -58,13 +58,13 @@ class TalkingWindow : public CWnd {
 
  private:
   void Say(const std::string& what) {
-    lines.push_back(name + " " + what);
+    lines_.push_back(name_ + " " + what);
     const auto action = then.find(what);
     if (action != then.end()) action->second();
   }
 
-  std::string name;
-  Lines& lines;
+  std::string name_;
+  Lines& lines_;
 };
 
 struct WndTest : ::testing::Test {

@@ -16,10 +16,10 @@ constexpr const char* kNames[] = {
 
 class Listener : public XmlLossListener {
  public:
-  explicit Listener(const std::string& text) : start(text.c_str()) {}
+  explicit Listener(const std::string& text) : start_(text.c_str()) {}
   void OnLoss(XmlLoss loss, const char* position, std::string_view name,
               const CXmlNode* element) override {
-    std::string line = std::to_string(position - start) + " " + kNames[static_cast<int>(loss)];
+    std::string line = std::to_string(position - start_) + " " + kNames[static_cast<int>(loss)];
     if (!name.empty()) line += " " + Visible(name);
     if (element) line += " in " + element->GetName();
     lines += (lines.empty() ? "" : ", ") + line;
@@ -27,7 +27,7 @@ class Listener : public XmlLossListener {
   std::string lines;
 
  private:
-  const char* start;
+  const char* start_;
 };
 
 std::string LossesOf(const std::string& text) {

@@ -99,7 +99,7 @@ TEST(XmlStress, CostGrowsWithTheSizeOnly) {
 
 class RandomTree {
  public:
-  explicit RandomTree(unsigned seed) : random(seed) {}
+  explicit RandomTree(unsigned seed) : random_(seed) {}
 
   std::unique_ptr<CXmlNode> Make(int depth) {
     auto node = CXmlNode::CreateNode(Name(), Below(2) ? Text() : "");
@@ -115,7 +115,7 @@ class RandomTree {
   }
 
  private:
-  int Below(int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); }
+  int Below(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
 
   std::string Name() { return std::string(1, "abcXYZ"[Below(6)]) + std::to_string(Below(3)); }
 
@@ -128,7 +128,7 @@ class RandomTree {
     return text + (Below(3) ? "t" : "\\");
   }
 
-  std::mt19937 random;
+  std::mt19937 random_;
 };
 
 // The result is compared as XML, since saving adds a backslash to a final one.

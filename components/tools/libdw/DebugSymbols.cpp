@@ -136,37 +136,37 @@ std::string FindBaseFolder(Dwarf_Die& unit, const std::vector<std::string>& fold
 class SymbolCollector {
  public:
   SymbolCollector(GlobalSymbols& into, NameSet zeroNames, std::vector<std::string> bases)
-      : found(into), namesAtZero(std::move(zeroNames)), baseFolders(std::move(bases)) {}
+      : found_(into), namesAtZero_(std::move(zeroNames)), baseFolders_(std::move(bases)) {}
 
   void AddUnit(Dwarf_Die& unit) {
     if (!IsWhole(unit)) {
-      isDamaged = true;
+      isDamaged_ = true;
       return;
     }
-    isC = IsC(unit);
-    folder = TextAttribute(unit, DW_AT_comp_dir);
+    isC_ = IsC(unit);
+    folder_ = TextAttribute(unit, DW_AT_comp_dir);
     // Compilers that hide the project's location store a folder that is already part of the names.
-    if (IsRelativePath(folder)) folder = FindBaseFolder(unit, baseFolders);
-    scopes.clear();
-    paths.clear();
+    if (IsRelativePath(folder_)) folder_ = FindBaseFolder(unit, baseFolders_);
+    scopes_.clear();
+    paths_.clear();
     AddChildren(unit, "", 0);
   }
 
-  bool IsDamaged() const { return isDamaged; }
+  bool IsDamaged() const { return isDamaged_; }
 
  private:
   // `scope` is the qualifier of the names, ending in "::".
   void AddChildren(Dwarf_Die& parent, const std::string& scope, int depth) {
     if (depth > kMaxScopes ||
         !ForEachChild(parent, [&](Dwarf_Die& child) { AddEntry(child, scope, depth); })) {
-      isDamaged = true;
+      isDamaged_ = true;
     }
   }
 
   void AddEntry(Dwarf_Die& entry, const std::string& scope, int depth) {
     // A definition outside the scope finds it through its declaration.
     if (!scope.empty() && HasAttribute(entry, DW_AT_declaration)) {
-      scopes[dwarf_dieoffset(&entry)] = scope;
+      scopes_[dwarf_dieoffset(&entry)] = scope;
     }
     switch (dwarf_tag(&entry)) {
       case DW_TAG_subprogram:
@@ -181,7 +181,7 @@ class SymbolCollector {
       case DW_TAG_class_type:
       case DW_TAG_union_type:
         Add(entry, Kind::Type, scope);
-        if (!isC) AddChildren(entry, Inside(entry, scope), depth + 1);
+        if (!isC_) AddChildren(entry, Inside(entry, scope), depth + 1);
         return;
       case DW_TAG_enumeration_type:
       case DW_TAG_typedef:
@@ -198,7 +198,7 @@ class SymbolCollector {
   // Code that the linker discards keeps its debug information, with address 0.
   bool IsKept(Dwarf_Die& entryAtZero) const {
     const std::string linked = TextAttribute(entryAtZero, DW_AT_linkage_name);
-    return namesAtZero.count(linked.empty() ? NameOf(entryAtZero) : linked) != 0;
+    return namesAtZero_.count(linked.empty() ? NameOf(entryAtZero) : linked) != 0;
   }
 
   static std::string Inside(Dwarf_Die& entry, const std::string& scope) {
@@ -210,8 +210,8 @@ class SymbolCollector {
     if (!HasAttribute(entry, DW_AT_specification)) return scope;
     auto declaration = EntryOf(entry, DW_AT_specification);
     if (!declaration) return scope;
-    const auto place = scopes.find(dwarf_dieoffset(&*declaration));
-    return place == scopes.end() ? scope : place->second;
+    const auto place = scopes_.find(dwarf_dieoffset(&*declaration));
+    return place == scopes_.end() ? scope : place->second;
   }
 
   void Add(Dwarf_Die& entry, Kind kind, const std::string& scope) {
@@ -224,19 +224,19 @@ class SymbolCollector {
     if (dwarf_decl_line(&entry, &symbol.line) != 0) symbol.line = 0;
     if (!IsNew(symbol)) return;
     symbol.definition = Describe(entry, symbol);
-    found.symbols.push_back(std::move(symbol));
+    found_.symbols.push_back(std::move(symbol));
   }
 
   // A header contributes its symbols to every file that includes it.
   bool IsNew(const GlobalSymbol& symbol) {
-    return seen
+    return seen_
         .insert(std::to_string(static_cast<int>(symbol.kind)) + '\n' + symbol.name + '\n' +
                 symbol.file + '\n' + std::to_string(symbol.line))
         .second;
   }
 
   std::string Describe(Dwarf_Die& entry, const GlobalSymbol& symbol) const {
-    DeclarationText text(isC);
+    DeclarationText text(isC_);
     switch (symbol.kind) {
       case Kind::Function:
         return text.OfFunction(entry, symbol.name);
@@ -250,23 +250,23 @@ class SymbolCollector {
 
   const std::string& FileOf(Dwarf_Die& entry) {
     const char* name = dwarf_decl_file(&entry);
-    const auto [place, isFirst] = paths.try_emplace(name);
-    if (isFirst) place->second = AbsolutePath(&FileSystem::Native(), folder, TextOf(name));
+    const auto [place, isFirst] = paths_.try_emplace(name);
+    if (isFirst) place->second = AbsolutePath(&FileSystem::Native(), folder_, TextOf(name));
     return place->second;
   }
 
-  GlobalSymbols& found;
-  const NameSet namesAtZero;
-  const std::vector<std::string> baseFolders;
-  NameSet seen;
-  bool isDamaged = false;
+  GlobalSymbols& found_;
+  const NameSet namesAtZero_;
+  const std::vector<std::string> baseFolders_;
+  NameSet seen_;
+  bool isDamaged_ = false;
 
   // State of the current compilation unit.
-  bool isC = true;
-  std::string folder;
-  std::unordered_map<Dwarf_Off, std::string> scopes;   // of declarations, by offset
-  std::unordered_map<const char*, std::string> paths;  // absolute paths, by the library's string
-                                                       // pointers
+  bool isC_ = true;
+  std::string folder_;
+  std::unordered_map<Dwarf_Off, std::string> scopes_;   // of declarations, by offset
+  std::unordered_map<const char*, std::string> paths_;  // absolute paths, by the library's string
+                                                        // pointers
 };
 
 struct Closer {

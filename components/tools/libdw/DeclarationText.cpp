@@ -110,7 +110,7 @@ std::string DeclarationText::OfType(Dwarf_Die& type, const std::string& name) {
 // tightly than the type.
 std::string DeclarationText::Declare(std::optional<Dwarf_Die> type, const std::string& inner) {
   if (!type) return Spaced("void", inner);
-  if (++visited > kMaxTypes) return Spaced("...", inner);
+  if (++visited_ > kMaxTypes) return Spaced("...", inner);
   switch (dwarf_tag(&*type)) {
     case DW_TAG_pointer_type:
       return Point(*type, '*' + inner);
@@ -138,7 +138,7 @@ std::string DeclarationText::Declare(std::optional<Dwarf_Die> type, const std::s
   if (name.empty()) {
     return Spaced(keyword.empty() ? "..." : keyword + ' ' + Body(*type), inner);
   }
-  return Spaced(isC ? Spaced(keyword, name) : name, inner);
+  return Spaced(isC_ ? Spaced(keyword, name) : name, inner);
 }
 
 std::string DeclarationText::Point(Dwarf_Die& pointer, const std::string& inner) {
@@ -164,9 +164,9 @@ std::string DeclarationText::Parameters(Dwarf_Die& function) {
     const int tag = dwarf_tag(&child);
     if (tag == DW_TAG_unspecified_parameters) add("...");
     if (tag != DW_TAG_formal_parameter || HasFlag(child, DW_AT_artificial)) return;
-    if (visited <= kMaxTypes) add(Declare(TypeOf(child), NameOf(child)));
+    if (visited_ <= kMaxTypes) add(Declare(TypeOf(child), NameOf(child)));
   });
-  if (list.empty() && isC && HasFlag(function, DW_AT_prototyped)) list = "void";
+  if (list.empty() && isC_ && HasFlag(function, DW_AT_prototyped)) list = "void";
   return '(' + list + ')';
 }
 
@@ -184,7 +184,7 @@ std::string DeclarationText::Body(Dwarf_Die& type) {
   ForEachChild(type, [&](Dwarf_Die& child) {
     if (isCut || dwarf_tag(&child) != wanted) return;
     if (!list.empty()) list += separator;
-    isCut = list.size() > kMaxBody || visited > kMaxTypes;
+    isCut = list.size() > kMaxBody || visited_ > kMaxTypes;
     list += isCut ? "..." : isEnumeration ? NameOf(child) : Member(child);
   });
   return list.empty() ? "{ }" : "{ " + list + " }";

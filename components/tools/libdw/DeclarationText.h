@@ -13,7 +13,7 @@ namespace tarn::tools {
 class DeclarationText {
  public:
   // In C, names of structures, unions and enumerations are preceded by their keyword.
-  explicit DeclarationText(bool isForC) : isC(isForC) {}
+  explicit DeclarationText(bool isForC) : isC_(isForC) {}
 
   std::string OfFunction(Dwarf_Die& function, const std::string& name);
   std::string OfVariable(Dwarf_Die& variable, const std::string& name);
@@ -28,8 +28,8 @@ class DeclarationText {
   std::string Member(Dwarf_Die& member);
   std::string Body(Dwarf_Die& type);
 
-  const bool isC;
-  int visited = 0;  // number of types visited
+  const bool isC_;
+  int visited_ = 0;  // number of types visited
 };
 
 }  // namespace tarn::tools

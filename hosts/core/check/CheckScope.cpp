@@ -54,7 +54,7 @@ CheckScope::CheckScope(BuildSession& buildSession, FileSystem& fileSystem)
     : session(buildSession),
       files(fileSystem),
       options(session.Options().ListProperties("")),
-      tree(ParseXml(session.Inspector().GetTree())) {
+      tree_(ParseXml(session.Inspector().GetTree())) {
   ReadTools();
   ReadTypes();
   AddNodes();
@@ -94,9 +94,9 @@ bool CheckScope::NeedsFile(const CXmlNode& node) const {
 }
 
 void CheckScope::AddNodes() {
-  if (tree == nullptr) return;
+  if (tree_ == nullptr) return;
   CheckedNode project;
-  project.node = tree.get();
+  project.node = tree_.get();
   project.file = project.listedIn = session.GetProjectPath();
   project.elements = ElementsOf(project.file);
   CheckedNode outside = project;
@@ -126,7 +126,7 @@ std::vector<CheckedNode> CheckScope::ChildrenOf(const CheckedNode& parent) {
     node.line = 0;
     node.writtenPath.clear();
     Locate(node, parent, after);
-    if (parent.node == tree.get()) {
+    if (parent.node == tree_.get()) {
       node.application = child;
       EnterFile(node);
     }
@@ -166,7 +166,7 @@ void CheckScope::AddNode(const CheckedNode& node) {
 }
 
 const FileElements* CheckScope::ElementsOf(const std::string& path) {
-  auto [known, isNew] = elementsByFile.try_emplace(path);
+  auto [known, isNew] = elementsByFile_.try_emplace(path);
   if (isNew) {
     const auto text = files.ReadWholeFile(path);
     if (text) known->second = std::make_unique<FileElements>(*text);
@@ -275,7 +275,7 @@ const OptionValues& CheckScope::ValuesOf(const CheckedNode& node) {
     output = AttributeOf(node.application, "OutputFile");
   }
   const std::string application = AttributeOf(node.application, "Path");
-  auto [known, isNew] = valuesByOutput.try_emplace(application + "\n" + output);
+  auto [known, isNew] = valuesByOutput_.try_emplace(application + "\n" + output);
   if (isNew) {
     const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
     const CXmlNode* values = input == nullptr ? nullptr : input->FindChild("#CDATA");

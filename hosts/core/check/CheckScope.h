@@ -85,9 +85,9 @@ class CheckScope {
   const FileElements* ElementsOf(const std::string& path);
   bool IsFoundElsewhere(const CheckedNode& node, const std::string& path);
 
-  std::unique_ptr<CXmlNode> tree;
-  std::map<std::string, std::unique_ptr<FileElements>> elementsByFile;
-  std::map<std::string, OptionValues> valuesByOutput;
+  std::unique_ptr<CXmlNode> tree_;
+  std::map<std::string, std::unique_ptr<FileElements>> elementsByFile_;
+  std::map<std::string, OptionValues> valuesByOutput_;
 };
 
 // The default configuration, which every application has.

@@ -5,8 +5,8 @@ namespace tarn::host {
 
 // Reports the positions at which a file of the project lost content when it was read.
 void ProjectCheck::CheckDamage() {
-  for (const DamageEntry& each : session.GetDamage()) {
-    Finding& finding = scope->Add(FindingKind::Damage);
+  for (const DamageEntry& each : session_.GetDamage()) {
+    Finding& finding = scope_->Add(FindingKind::Damage);
     finding.file = each.file;
     finding.line = each.line;
     finding.detail = each.text;

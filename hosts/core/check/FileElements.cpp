@@ -73,7 +73,7 @@ std::optional<std::size_t> SkipOther(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-FileElements::FileElements(std::string_view text) : elements(1) {
+FileElements::FileElements(std::string_view text) : elements_(1) {
   int line = 1;
   std::size_t counted = 0;  // lines are counted up to here
   for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at)) {
@@ -105,33 +105,33 @@ void FileElements::Open(std::string_view tag, int line) {
   element.path = AttributeIn(tag, "Path");
   if (element.path.empty()) element.path = AttributeIn(tag, "Extern");
   element.line = line;
-  element.parent = current;
-  const std::size_t number = elements.size();
-  elements[current].children.push_back(number);
-  elements.push_back(std::move(element));
+  element.parent = current_;
+  const std::size_t number = elements_.size();
+  elements_[current_].children.push_back(number);
+  elements_.push_back(std::move(element));
   if (isEmpty) return;
-  current = number;
-  ++openNames[elements[number].name];
+  current_ = number;
+  ++openNames_[elements_[number].name];
 }
 
 // A closing tag without an open element is ignored; otherwise it also closes the elements inside.
 // Each element is closed exactly once, so the total time is linear.
 void FileElements::Close(std::string_view name) {
-  const auto open = openNames.find(std::string(name));
-  if (open == openNames.end() || open->second == 0) return;
+  const auto open = openNames_.find(std::string(name));
+  if (open == openNames_.end() || open->second == 0) return;
   for (bool isDone = false; !isDone;) {
-    isDone = elements[current].name == name;
-    --openNames[elements[current].name];
-    current = elements[current].parent;
+    isDone = elements_[current_].name == name;
+    --openNames_[elements_[current_].name];
+    current_ = elements_[current_].parent;
   }
 }
 
 std::size_t FileElements::FindChild(std::size_t parent, std::string_view name,
                                     std::string_view header, std::size_t& after) const {
-  const std::vector<std::size_t>& children = elements[parent].children;
+  const std::vector<std::size_t>& children = elements_[parent].children;
   const std::size_t end = std::min(children.size(), after + kLookAhead);
   for (std::size_t i = after; i < end; ++i) {
-    const FileElement& child = elements[children[i]];
+    const FileElement& child = elements_[children[i]];
     if (child.name != name || child.header != header) continue;
     after = i + 1;
     return children[i];

@@ -27,7 +27,7 @@ class FileElements {
 
   // Returns the element with this number; 0 is the file itself, the parent of the top-level
   // elements.
-  const FileElement& operator[](std::size_t number) const { return elements[number]; }
+  const FileElement& operator[](std::size_t number) const { return elements_[number]; }
   // Returns the number of the first child of `parent` with this name and header after position
   // `after` in the list of children, and sets `after` to it; returns 0 if there is none nearby.
   std::size_t FindChild(std::size_t parent, std::string_view name, std::string_view header,
@@ -37,9 +37,9 @@ class FileElements {
   void Open(std::string_view tag, int line);
   void Close(std::string_view name);
 
-  std::vector<FileElement> elements;
-  std::size_t current = 0;
-  std::unordered_map<std::string, std::size_t> openNames;  // counts, `current` and its ancestors
+  std::vector<FileElement> elements_;
+  std::size_t current_ = 0;
+  std::unordered_map<std::string, std::size_t> openNames_;  // counts, `current` and its ancestors
 };
 
 }  // namespace tarn::host

@@ -37,34 +37,34 @@ void CollectFiles(FileSystem& files, const std::string& folder, int depth,
 // Reports the former file of an application that has moved. Version control leaves it if a branch
 // that moves an application is merged with one that changes it, and the change is then only there.
 void ProjectCheck::CheckLeftovers() {
-  const std::string project = session.GetProjectPath();
+  const std::string project = session_.GetProjectPath();
   std::vector<std::string> applications;
   std::vector<std::string> projects;
-  CollectFiles(files, FolderOf(project), kSearchDepth, applications, projects);
+  CollectFiles(files_, FolderOf(project), kSearchDepth, applications, projects);
   std::set<std::string> own;
-  for (const CheckedNode& node : scope->nodes) {
+  for (const CheckedNode& node : scope_->nodes) {
     if (node.node == node.application) own.insert(AttributeOf(node.node, "Path"));
   }
   // The files of other projects.
   std::string others;
   for (const std::string& each : projects) {
     if (each == project) continue;
-    if (const auto text = files.ReadWholeFile(each)) others += *text;
+    if (const auto text = files_.ReadWholeFile(each)) others += *text;
   }
   for (const std::string& path : applications) {
     const std::string name = FileNameOf(path);
     if (own.contains(path) || others.find(name) != others.npos) continue;
-    for (const CheckedNode& node : scope->nodes) {
+    for (const CheckedNode& node : scope_->nodes) {
       if (node.node != node.application) continue;
       const std::string present = AttributeOf(node.node, "Path");
       const std::string label = AttributeOf(node.node, "Header");
       const bool isNamed =
           EqualNoCase(name, FileNameOf(present)) || EqualNoCase(SplitPath(name).title, label);
       if (!isNamed || present == path) continue;
-      const auto text = files.ReadWholeFile(path);
+      const auto text = files_.ReadWholeFile(path);
       const auto root = text ? ParseXml(*text) : nullptr;
       if (root == nullptr || !EqualNoCase(AttributeOf(root.get(), "Header"), label)) continue;
-      Finding& finding = scope->Add(FindingKind::LeftoverApplication, node);
+      Finding& finding = scope_->Add(FindingKind::LeftoverApplication, node);
       finding.subject = path;
       finding.detail = present;
       break;

@@ -20,7 +20,7 @@ bool IsBuilt(const CXmlNode& node) {
 }  // namespace
 
 void NodeCheck::Check(std::size_t number) {
-  const CheckedNode& node = scope.nodes[number];
+  const CheckedNode& node = scope_.nodes[number];
   CheckType(node);
   if (number != 0) CheckFile(node);  // the project itself is open
   if (node.node == node.application) CheckLabel(node, number);
@@ -29,89 +29,89 @@ void NodeCheck::Check(std::size_t number) {
 
 void NodeCheck::CheckType(const CheckedNode& node) {
   const std::string type = node.node->GetName();
-  if (scope.types.empty() || scope.types.contains(FoldCase(type))) return;
+  if (scope_.types.empty() || scope_.types.contains(FoldCase(type))) return;
   // The parser takes a conflict marker for the start of an element, and reports it as damage.
   if (type.starts_with('<')) return;
-  Finding& finding = scope.Add(FindingKind::UnknownType, node);
+  Finding& finding = scope_.Add(FindingKind::UnknownType, node);
   finding.subject = type;
   finding.detail = finding.node.empty() ? "it" : finding.node;
 }
 
 void NodeCheck::CheckLabel(const CheckedNode& node, std::size_t number) {
-  const auto [first, isNew] = labels.try_emplace(FoldCase(LabelOf(*node.node)), number);
+  const auto [first, isNew] = labels_.try_emplace(FoldCase(LabelOf(*node.node)), number);
   if (isNew) return;
-  Finding& finding = scope.Add(FindingKind::DuplicateLabel, node);
-  finding.subject = AttributeOf(scope.nodes[first->second].node, "Path");
+  Finding& finding = scope_.Add(FindingKind::DuplicateLabel, node);
+  finding.subject = AttributeOf(scope_.nodes[first->second].node, "Path");
   finding.detail = AttributeOf(node.node, "Path");
 }
 
 void NodeCheck::CheckCycle() {
-  const std::string cycle = scope.session.FindGaps({}).cycle;
+  const std::string cycle = scope_.session.FindGaps({}).cycle;
   if (cycle.empty()) return;
-  const auto first = std::find_if(scope.nodes.begin(), scope.nodes.end(), [&](const auto& each) {
+  const auto first = std::find_if(scope_.nodes.begin(), scope_.nodes.end(), [&](const auto& each) {
     return each.node == each.application && cycle.starts_with(LabelOf(*each.node) + " -> ");
   });
-  const bool isFound = first != scope.nodes.end();
-  Finding& finding = isFound ? scope.Add(FindingKind::ApplicationCycle, *first)
-                             : scope.Add(FindingKind::ApplicationCycle);
+  const bool isFound = first != scope_.nodes.end();
+  Finding& finding = isFound ? scope_.Add(FindingKind::ApplicationCycle, *first)
+                             : scope_.Add(FindingKind::ApplicationCycle);
   finding.subject = cycle;
 }
 
 void NodeCheck::CheckFile(const CheckedNode& node) {
   const std::string resolved = AttributeOf(node.node, "Path");
   if (resolved.empty()) {
-    if (scope.NeedsFile(*node.node)) {
+    if (scope_.NeedsFile(*node.node)) {
       const std::string label = LabelOf(*node.node);
-      scope.Add(FindingKind::MissingPath, node).subject =
+      scope_.Add(FindingKind::MissingPath, node).subject =
           label.empty() ? "<" + node.node->GetName() + ">" : label;
     }
     return;
   }
-  const std::string path = scope.AbsolutePath(node, resolved);
+  const std::string path = scope_.AbsolutePath(node, resolved);
   NamedPath named;
   named.text = node.writtenPath.empty() ? resolved : node.writtenPath;
   named.isResolved = node.writtenPath.empty();
   if (IsBuilt(*node.node)) named.wanted = NamedPath::Wanted::File;
-  scope.CheckPath(node, named);
+  scope_.CheckPath(node, named);
   const std::string key =
-      AttributeOf(node.application, "Path") + "\n" + RealName(scope.files, path);
+      AttributeOf(node.application, "Path") + "\n" + RealName(scope_.files, path);
   if (node.application == node.node) return;
-  const auto [first, isNew] = listed.try_emplace(key, path);
+  const auto [first, isNew] = listed_.try_emplace(key, path);
   if (isNew) return;
   // Different paths to the same file can only result from a link to a folder.
   const bool isSameName = EqualNoCase(first->second, path);
   Finding& finding =
-      scope.Add(isSameName ? FindingKind::DuplicateFile : FindingKind::SameFile, node);
+      scope_.Add(isSameName ? FindingKind::DuplicateFile : FindingKind::SameFile, node);
   finding.subject = isSameName ? path : first->second;
   if (!isSameName) finding.detail = path;
 }
 
 void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
-  const std::string path = scope.AbsolutePath(node, AttributeOf(node.node, "OutputFile"));
-  const auto first = scope.outputs.find(path);
-  if (first != scope.outputs.end() && first->second != number) {
-    AddDuplicateOutput(node, scope.nodes[first->second], path);
+  const std::string path = scope_.AbsolutePath(node, AttributeOf(node.node, "OutputFile"));
+  const auto first = scope_.outputs.find(path);
+  if (first != scope_.outputs.end() && first->second != number) {
+    AddDuplicateOutput(node, scope_.nodes[first->second], path);
   }
   const std::string tool = AttributeOf(node.node, "TranslateTool");
   CheckCommand(node, tool);
-  if (!seenTools.insert(FoldCase(tool)).second) return;
-  const auto known = scope.tools.find(FoldCase(tool));
-  if (known == scope.tools.end()) {
+  if (!seenTools_.insert(FoldCase(tool)).second) return;
+  const auto known = scope_.tools.find(FoldCase(tool));
+  if (known == scope_.tools.end()) {
     // A tool may also be given as the path of a program.
-    if (FindProgram(tool).empty()) scope.Add(FindingKind::UnknownTool, node).subject = tool;
+    if (FindProgram(tool).empty()) scope_.Add(FindingKind::UnknownTool, node).subject = tool;
     return;
   }
-  for (const std::string& program : known->second.programs) needed[program].push_back(tool);
+  for (const std::string& program : known->second.programs) needed_[program].push_back(tool);
 }
 
 // Checks one node per tool and application: a missing option usually affects all of them.
 void NodeCheck::CheckCommand(const CheckedNode& node, const std::string& tool) {
   const std::string application = AttributeOf(node.application, "Header");
-  if (!seenCommands.insert(application + "\n" + FoldCase(tool)).second) return;
+  if (!seenCommands_.insert(application + "\n" + FoldCase(tool)).second) return;
   std::string problem =
-      scope.session.FindCommandProblem(application, AttributeOf(node.node, "OutputFile"));
-  if (problem.empty() || !seenCommands.insert(application + "\n" + problem).second) return;
-  Finding& finding = scope.Add(FindingKind::InvalidValue, node);
+      scope_.session.FindCommandProblem(application, AttributeOf(node.node, "OutputFile"));
+  if (problem.empty() || !seenCommands_.insert(application + "\n" + problem).second) return;
+  Finding& finding = scope_.Add(FindingKind::InvalidValue, node);
   finding.subject = application;
   finding.detail = std::move(problem);
 }
@@ -121,21 +121,21 @@ void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& f
                                    const std::string& output) {
   const auto fileOf = [this](const CheckedNode& each) {
     const std::string path = AttributeOf(each.node, "Path");
-    return path.empty() ? path : scope.AbsolutePath(each, path);
+    return path.empty() ? path : scope_.AbsolutePath(each, path);
   };
   const std::string file = fileOf(first);
-  const bool isSameFile = RealName(scope.files, fileOf(node)) == RealName(scope.files, file);
+  const bool isSameFile = RealName(scope_.files, fileOf(node)) == RealName(scope_.files, file);
   if (node.application == first.application && isSameFile) return;
-  Finding& finding = scope.Add(FindingKind::DuplicateOutput, node);
+  Finding& finding = scope_.Add(FindingKind::DuplicateOutput, node);
   finding.subject = output;
   finding.detail = file.empty() ? LabelOf(*first.node) : file;
 }
 
 void NodeCheck::Finish() {
   CheckCycle();
-  for (const auto& [program, tools] : needed) {
+  for (const auto& [program, tools] : needed_) {
     if (!FindProgram(program).empty()) continue;
-    Finding& finding = scope.Add(FindingKind::MissingProgram);
+    Finding& finding = scope_.Add(FindingKind::MissingProgram);
     finding.subject = program;
     for (const std::string& tool : tools) {
       finding.detail += (finding.detail.empty() ? "" : ", ") + tool;

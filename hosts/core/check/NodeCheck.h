@@ -12,7 +12,7 @@ namespace tarn::host {
 // Checks types, files, outputs and tools of nodes.
 class NodeCheck {
  public:
-  explicit NodeCheck(CheckScope& checkScope) : scope(checkScope) {}
+  explicit NodeCheck(CheckScope& checkScope) : scope_(checkScope) {}
 
   // Checks one node; must be called for all nodes in order.
   void Check(std::size_t number);
@@ -29,13 +29,13 @@ class NodeCheck {
   void AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
                           const std::string& output);
 
-  CheckScope& scope;
-  std::map<std::string, std::size_t> labels;  // lower-case application label: first node
+  CheckScope& scope_;
+  std::map<std::string, std::size_t> labels_;  // lower-case application label: first node
   // Real file name of an application: path by which it was listed first.
-  std::map<std::string, std::string> listed;
-  std::set<std::string> seenTools;                         // lower-case
-  std::set<std::string> seenCommands;                      // applications with tools and problems
-  std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
+  std::map<std::string, std::string> listed_;
+  std::set<std::string> seenTools_;                         // lower-case
+  std::set<std::string> seenCommands_;                      // applications with tools and problems
+  std::map<std::string, std::vector<std::string>> needed_;  // program: tools that need it
 };
 
 }  // namespace tarn::host

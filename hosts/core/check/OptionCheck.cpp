@@ -84,7 +84,7 @@ void ForEachStored(const CheckedNode& node, OnOption&& onOption) {
 
 }  // namespace
 
-OptionCheck::OptionCheck(CheckScope& checkScope) : scope(checkScope) {}
+OptionCheck::OptionCheck(CheckScope& checkScope) : scope_(checkScope) {}
 
 void OptionCheck::Check(const CheckedNode& node) {
   ForEachStored(node, [&](const CheckedNode& property, const std::vector<std::string>& names) {
@@ -115,16 +115,16 @@ void OptionCheck::CheckConfiguration(const Stored& stored) {
       std::ranges::any_of(configurations->GetChildren(), [&](const CXmlNode* each) {
         return EqualNoCase(AttributeOf(each, "Header"), name);
       });
-  if (isKnown || !seenConfigurations.insert(stored.owner.place + "\n" + FoldCase(name)).second) {
+  if (isKnown || !seenConfigurations_.insert(stored.owner.place + "\n" + FoldCase(name)).second) {
     return;
   }
-  scope.Add(FindingKind::UnknownConfiguration, stored.owner).subject = name;
+  scope_.Add(FindingKind::UnknownConfiguration, stored.owner).subject = name;
 }
 
 void OptionCheck::CheckStored(const Stored& stored) {
   const OptionDefinition* const definition = FindDefinition(stored);
   if (definition == nullptr) {
-    scope.Add(FindingKind::UnknownOption, stored.owner).subject =
+    scope_.Add(FindingKind::UnknownOption, stored.owner).subject =
         stored.set + "." + stored.section + "." + stored.name;
     return;
   }
@@ -132,7 +132,7 @@ void OptionCheck::CheckStored(const Stored& stored) {
   if (HasMacro(stored.value) && !IsResolvable(stored)) return;
   Stored resolved = stored;
   if (HasMacro(stored.value)) {
-    resolved.value = scope.ValuesOf(stored.owner).Resolve(stored.value);
+    resolved.value = scope_.ValuesOf(stored.owner).Resolve(stored.value);
   }
   CheckValue(resolved, *definition);
   const std::string key = FoldCase(definition->GetKey());
@@ -152,15 +152,15 @@ void OptionCheck::CheckLauncher(const Stored& stored) {
   const std::string program(isQuoted ? value.substr(1, value.find(value.front(), 1) - 1)
                                      : value.substr(0, value.find_first_of(" \t")));
   if (program.empty() || !FindProgram(program).empty()) return;
-  Finding& finding = scope.Add(FindingKind::MissingProgram, stored.owner);
+  Finding& finding = scope_.Add(FindingKind::MissingProgram, stored.owner);
   finding.subject = program;
   finding.detail = "Build.Launcher";
 }
 
 const OptionDefinition* OptionCheck::FindDefinition(const Stored& stored) {
-  auto [set, isNew] = bySet.try_emplace(FoldCase(stored.set));
+  auto [set, isNew] = bySet_.try_emplace(FoldCase(stored.set));
   if (isNew) {
-    for (OptionDefinition& each : scope.options.GetOf(stored.set)) {
+    for (OptionDefinition& each : scope_.options.GetOf(stored.set)) {
       const std::string key = FoldCase(each.GetKey());
       set->second.emplace(key, std::move(each));
     }
@@ -171,15 +171,15 @@ const OptionDefinition* OptionCheck::FindDefinition(const Stored& stored) {
 
 void OptionCheck::CheckValue(const Stored& stored, const OptionDefinition& definition) {
   const std::string problem =
-      scope.session.Options().CheckValue(stored.set, stored.section, stored.name, stored.value);
+      scope_.session.Options().CheckValue(stored.set, stored.section, stored.name, stored.value);
   if (problem.empty()) return;
-  Finding& finding = scope.Add(FindingKind::InvalidValue, stored.owner);
+  Finding& finding = scope_.Add(FindingKind::InvalidValue, stored.owner);
   finding.subject = stored.set + "." + definition.GetKey();
   finding.detail = problem;
 }
 
 void OptionCheck::CheckPaths(const Stored& stored, const OptionDefinition& definition) {
-  const bool isMade = scope.madeByTools.contains(FoldCase(definition.GetKey()));
+  const bool isMade = scope_.madeByTools.contains(FoldCase(definition.GetKey()));
   NamedPath named;
   named.option = definition.GetKey();
   named.wanted = NamedPath::Wanted::File;
@@ -192,9 +192,9 @@ void OptionCheck::CheckPaths(const Stored& stored, const OptionDefinition& defin
     named.text = isList ? Trim(text) : text;
     if (named.text.empty()) return;
     if (!isMade) {
-      scope.CheckPath(stored.owner, named);
+      scope_.CheckPath(stored.owner, named);
     } else if (!named.isResolved && !IsRelativePath(named.text)) {
-      Finding& finding = scope.Add(FindingKind::AbsolutePath, stored.owner);
+      Finding& finding = scope_.Add(FindingKind::AbsolutePath, stored.owner);
       finding.subject = named.text;
       finding.option = named.option;
     }
@@ -204,7 +204,7 @@ void OptionCheck::CheckPaths(const Stored& stored, const OptionDefinition& defin
     if (!named.isResolved) {
       check(entry);
     } else if (IsResolvable(stored)) {
-      const std::string resolved = scope.ValuesOf(stored.owner).Resolve(std::string(entry));
+      const std::string resolved = scope_.ValuesOf(stored.owner).Resolve(std::string(entry));
       for (const std::string_view each : EntriesOf(resolved, isList)) check(each);
     }
   }
@@ -214,7 +214,7 @@ void OptionCheck::CheckLibraries(const Stored& stored) {
   for (const std::string_view each : Split(stored.value, ';')) {
     const std::string name(Trim(each));
     if (name.empty() || HasLibrary(stored.owner, name)) continue;
-    Finding& finding = scope.Add(FindingKind::MissingLibrary, stored.owner);
+    Finding& finding = scope_.Add(FindingKind::MissingLibrary, stored.owner);
     finding.subject = name;
     finding.option = "Linker.Libraries";
   }
@@ -227,7 +227,7 @@ bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
   };
   // The linker searches only these folders for the library of another application.
   const std::vector<std::string> own = OwnLibraryFoldersOf(node);
-  for (const auto& output : scope.outputs) {
+  for (const auto& output : scope_.outputs) {
     const auto isItsFolder = [&](const std::string& folder) {
       return AddSeparator(folder) == AddSeparator(FolderOf(output.first));
     };
@@ -238,23 +238,23 @@ bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
   folders.insert(folders.end(), own.begin(), own.end());
   for (const std::string& folder : folders) {
     for (const std::string& file : wanted) {
-      if (scope.files.Exists(JoinPath(folder, file))) return true;
+      if (scope_.files.Exists(JoinPath(folder, file))) return true;
     }
   }
   return false;
 }
 
 std::vector<std::string> OptionCheck::CompilerFoldersOf(const CheckedNode& node) {
-  const auto tool = scope.tools.find(FoldCase(AttributeOf(node.application, "TranslateTool")));
-  if (tool == scope.tools.end() || tool->second.programs.empty()) return {};
+  const auto tool = scope_.tools.find(FoldCase(AttributeOf(node.application, "TranslateTool")));
+  if (tool == scope_.tools.end() || tool->second.programs.empty()) return {};
   return FoldersBeside(tool->second.programs.front());
 }
 
 std::vector<std::string> OptionCheck::OwnLibraryFoldersOf(const CheckedNode& node) {
   std::vector<std::string> folders;
-  const std::string own = scope.ValuesOf(node).Get("", "Linker", "LibraryPaths");
+  const std::string own = scope_.ValuesOf(node).Get("", "Linker", "LibraryPaths");
   for (const std::string_view each : Split(own, ';')) {
-    if (!Trim(each).empty()) folders.push_back(scope.OptionPath(node, std::string(Trim(each))));
+    if (!Trim(each).empty()) folders.push_back(scope_.OptionPath(node, std::string(Trim(each))));
   }
   return folders;
 }
@@ -264,9 +264,9 @@ std::vector<std::string> OptionCheck::OwnLibraryFoldersOf(const CheckedNode& nod
 std::vector<std::string> OptionCheck::TargetsOf(const std::string& program,
                                                 const std::string& library) {
   std::vector<std::string> targets;
-  const auto entries = scope.files.ListFolder(JoinPath(library, "gcc"));
+  const auto entries = scope_.files.ListFolder(JoinPath(library, "gcc"));
   if (!entries) return targets;
-  const std::string file = FileNameOf(scope.files.ResolveLinks(program));
+  const std::string file = FileNameOf(scope_.files.ResolveLinks(program));
   for (const FolderEntry& each : *entries) {
     if (file.starts_with(each.name + "-")) return {each.name};
     targets.push_back(each.name);
@@ -277,14 +277,14 @@ std::vector<std::string> OptionCheck::TargetsOf(const std::string& program,
 // Returns the library folders of a compiler installation: the folders up to a few levels below the
 // prefix of the program, named after the target, the version and the core.
 std::vector<std::string> OptionCheck::FoldersBeside(const std::string& program) {
-  auto [known, isNew] = foldersByProgram.try_emplace(program);
+  auto [known, isNew] = foldersByProgram_.try_emplace(program);
   const std::string path = FindProgram(program);
   if (!isNew || path.empty()) return known->second;
   const std::string prefix = FolderOf(FolderOf(path));
   const auto below = [this](const std::vector<std::string>& folders) {
     std::vector<std::string> found;
     for (const std::string& folder : folders) {
-      const auto entries = scope.files.ListFolder(folder);
+      const auto entries = scope_.files.ListFolder(folder);
       if (!entries) continue;
       for (const FolderEntry& each : *entries) found.push_back(JoinPath(folder, each.name));
     }
@@ -309,7 +309,7 @@ std::vector<std::string> OptionCheck::FoldersBeside(const std::string& program) 
       below(runtimes),
       below(named({JoinPath(prefix, "share/sdcc")}, "lib"))};
   for (const std::string& folder : nested) {
-    if (scope.files.IsFolder(folder)) all.push_back(below({folder}));
+    if (scope_.files.IsFolder(folder)) all.push_back(below({folder}));
   }
   for (const auto& list : all) known->second.insert(known->second.end(), list.begin(), list.end());
   return known->second;

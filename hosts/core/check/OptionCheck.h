@@ -40,10 +40,10 @@ class OptionCheck {
   std::vector<std::string> TargetsOf(const std::string& program, const std::string& library);
   std::vector<std::string> FoldersBeside(const std::string& program);
 
-  CheckScope& scope;
-  std::map<std::string, std::map<std::string, OptionDefinition>> bySet;  // both lower-case
-  std::map<std::string, std::vector<std::string>> foldersByProgram;
-  std::set<std::string> seenConfigurations;  // lower-case places of nodes with unknown ones
+  CheckScope& scope_;
+  std::map<std::string, std::map<std::string, OptionDefinition>> bySet_;  // both lower-case
+  std::map<std::string, std::vector<std::string>> foldersByProgram_;
+  std::set<std::string> seenConfigurations_;  // lower-case places of nodes with unknown ones
 };
 
 }  // namespace tarn::host

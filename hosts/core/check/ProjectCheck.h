@@ -35,7 +35,7 @@ class ProjectCheck {
   // was changed since the last call.
   bool Continue(std::chrono::milliseconds time);
   // The findings, by kind and then in tree order; complete after Continue has returned true.
-  const std::vector<Finding>& GetFindings() const { return findings; }
+  const std::vector<Finding>& GetFindings() const { return findings_; }
 
  private:
   void Begin();
@@ -44,15 +44,15 @@ class ProjectCheck {
   void CheckLeftovers();
   void Complete();
 
-  BuildSession& session;
-  FileSystem& files;
-  std::unique_ptr<CheckScope> scope;  // null until all options are published
-  std::unique_ptr<NodeCheck> nodeCheck;
-  std::unique_ptr<OptionCheck> optionCheck;
-  std::int32_t changeCount = 0;  // of the project, at the start
-  std::size_t next = 0;          // next node to check
-  bool isComplete = false;
-  std::vector<Finding> findings;
+  BuildSession& session_;
+  FileSystem& files_;
+  std::unique_ptr<CheckScope> scope_;  // null until all options are published
+  std::unique_ptr<NodeCheck> nodeCheck_;
+  std::unique_ptr<OptionCheck> optionCheck_;
+  std::int32_t changeCount_ = 0;  // of the project, at the start
+  std::size_t next_ = 0;          // next node to check
+  bool isComplete_ = false;
+  std::vector<Finding> findings_;
 };
 
 }  // namespace tarn::host

@@ -3,20 +3,20 @@
 namespace tarn::host {
 
 bool ScriptBudget::Look() {
-  sinceLook = 0;
-  if (abort != ScriptAbort::None) return false;
-  if (stopWanted) {
-    abort = ScriptAbort::Stopped;
-  } else if (stepsLeft < 0) {
-    abort = ScriptAbort::Steps;
-  } else if (std::chrono::steady_clock::now() - since >= timeLeft) {
-    abort = ScriptAbort::Time;
+  sinceLook_ = 0;
+  if (abort_ != ScriptAbort::None) return false;
+  if (stopWanted_) {
+    abort_ = ScriptAbort::Stopped;
+  } else if (stepsLeft_ < 0) {
+    abort_ = ScriptAbort::Steps;
+  } else if (std::chrono::steady_clock::now() - since_ >= timeLeft_) {
+    abort_ = ScriptAbort::Time;
   }
-  return abort == ScriptAbort::None;
+  return abort_ == ScriptAbort::None;
 }
 
 void ScriptBudget::HoldClock() {
-  timeLeft -= std::chrono::steady_clock::now() - since;
+  timeLeft_ -= std::chrono::steady_clock::now() - since_;
 }
 
 }  // namespace tarn::host

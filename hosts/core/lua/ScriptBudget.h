@@ -26,50 +26,51 @@ enum class ScriptAbort { None, Steps, Time, Stopped };
 class ScriptBudget {
  public:
   void Begin(const ScriptLimits& limits) {
-    abort = ScriptAbort::None;
-    stepsLeft = limits.steps;
-    memoryLeft = limits.memory;
-    timeLeft = limits.time;
-    sinceLook = 0;
+    abort_ = ScriptAbort::None;
+    stepsLeft_ = limits.steps;
+    memoryLeft_ = limits.memory;
+    timeLeft_ = limits.time;
+    sinceLook_ = 0;
   }
 
   // Charges `steps`. Returns false if the script must be aborted, and from then on always.
   bool Spend(std::int64_t steps) {
-    stepsLeft = steps > stepsLeft ? -1 : stepsLeft - steps;
-    sinceLook += steps > kLookPeriod ? kLookPeriod : steps;
-    return stepsLeft >= 0 && sinceLook < kLookPeriod && abort == ScriptAbort::None ? true : Look();
+    stepsLeft_ = steps > stepsLeft_ ? -1 : stepsLeft_ - steps;
+    sinceLook_ += steps > kLookPeriod ? kLookPeriod : steps;
+    return stepsLeft_ >= 0 && sinceLook_ < kLookPeriod && abort_ == ScriptAbort::None ? true
+                                                                                      : Look();
   }
   // Checks the clock and stop requests immediately; returns false if the script must be aborted.
   bool Look();
 
   // Reserves memory. Returns false if there isn't that much left.
   bool TakeMemory(std::size_t bytes) {
-    if (bytes > memoryLeft) return false;
-    memoryLeft -= bytes;
+    if (bytes > memoryLeft_) return false;
+    memoryLeft_ -= bytes;
     return true;
   }
-  void GiveMemory(std::size_t bytes) { memoryLeft += bytes; }
+  void GiveMemory(std::size_t bytes) { memoryLeft_ += bytes; }
 
   // The clock runs between these two calls.
-  void StartClock() { since = std::chrono::steady_clock::now(); }
+  void StartClock() { since_ = std::chrono::steady_clock::now(); }
   void HoldClock();
 
-  ScriptAbort GetAbort() const { return abort; }
+  ScriptAbort GetAbort() const { return abort_; }
 
   // May be called from any thread; effective until the outermost script has ended.
-  void RequestStop() { stopWanted = true; }
-  void ForgetStop() { stopWanted = false; }
+  void RequestStop() { stopWanted_ = true; }
+  void ForgetStop() { stopWanted_ = false; }
 
  private:
   static constexpr std::int64_t kLookPeriod = 10'000;
 
-  ScriptAbort abort = ScriptAbort::None;
-  std::int64_t stepsLeft = 0;
-  std::int64_t sinceLook = 0;
-  std::size_t memoryLeft = 0;
-  std::chrono::nanoseconds timeLeft{0};
-  std::chrono::steady_clock::time_point since;
-  std::atomic<bool> stopWanted = false;
+  ScriptAbort abort_ = ScriptAbort::None;
+  std::int64_t stepsLeft_ = 0;
+  std::int64_t sinceLook_ = 0;
+  std::size_t memoryLeft_ = 0;
+  std::chrono::nanoseconds timeLeft_{0};
+  std::chrono::steady_clock::time_point since_;
+  std::atomic<bool> stopWanted_ = false;
 };
 
 }  // namespace tarn::host

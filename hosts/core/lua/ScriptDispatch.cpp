@@ -243,7 +243,7 @@ int Print(lua_State* lua) {
 }  // namespace
 
 bool ScriptState::Call() noexcept {
-  budget.HoldClock();
+  budget_.HoldClock();
   try {
     const std::string name = method->name;  // a script that this one calls replaces `method`
     problem = Host() == nullptr ? std::string() : Host()->PrepareCall(name, arguments);
@@ -255,22 +255,22 @@ bool ScriptState::Call() noexcept {
     problem = method->name + ": " + failure.what();
   }
   arguments.clear();
-  budget.StartClock();
+  budget_.StartClock();
   return problem.empty();
 }
 
 void ScriptState::CallServer() {
   const bool runsFile =
       EqualNoCase(method->name, "ExecuteScript") && arguments.size() == 1 && arguments[0].AsText();
-  if (runsFile) runner.nextName = *arguments[0].AsText();
-  runner.innerFailure.clear();
-  const DispatchResult answer = server->Invoke(method->id, arguments, result);
-  runner.nextName.clear();
-  problem = answer ? runner.innerFailure : CallProblem(*method, answer, arguments);
+  if (runsFile) runner_.nextName_ = *arguments[0].AsText();
+  runner_.innerFailure_.clear();
+  const DispatchResult answer = server_->Invoke(method->id, arguments, result);
+  runner_.nextName_.clear();
+  problem = answer ? runner_.innerFailure_ : CallProblem(*method, answer, arguments);
 }
 
 void ScriptState::Print(std::string_view text) noexcept {
-  budget.HoldClock();
+  budget_.HoldClock();
   try {
     std::string copy(text);
     // Log lines are zero-terminated strings.
@@ -285,7 +285,7 @@ void ScriptState::Print(std::string_view text) noexcept {
   } catch (const std::exception&) {
     // The line is lost, because there is no other way to report it.
   }
-  budget.StartClock();
+  budget_.StartClock();
 }
 
 void ScriptState::Report(const std::string& line) noexcept {
@@ -293,8 +293,8 @@ void ScriptState::Report(const std::string& line) noexcept {
     DispatchId id = 0;
     Variant ignored;
     const Variant text(line);
-    if (server->GetIDsOfNames("ReportMessage", id)) {
-      static_cast<void>(server->Invoke(id, std::span(&text, 1), ignored));
+    if (server_->GetIDsOfNames("ReportMessage", id)) {
+      static_cast<void>(server_->Invoke(id, std::span(&text, 1), ignored));
     }
   } catch (const std::exception&) {
     // The message is lost here, too.

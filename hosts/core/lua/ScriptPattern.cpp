@@ -62,32 +62,32 @@ bool IsInClass(unsigned char byte, char name) {
 }  // namespace
 
 std::size_t ScriptPattern::MatchAt(std::size_t offset) {
-  captureCount = 0;
-  depth = 0;
+  captureCount_ = 0;
+  depth_ = 0;
   return Match(offset, 0);
 }
 
 std::size_t ScriptPattern::Fail(const char* what) {
-  if (problem == nullptr) problem = what;
+  if (problem_ == nullptr) problem_ = what;
   return kNone;
 }
 
 bool ScriptPattern::Spend(std::size_t steps) {
-  isSpent = isSpent || !budget->Spend(static_cast<std::int64_t>(steps));
-  return !isSpent;
+  isSpent_ = isSpent_ || !budget_->Spend(static_cast<std::int64_t>(steps));
+  return !isSpent_;
 }
 
 std::size_t ScriptPattern::Match(std::size_t at, std::size_t item) {
-  if (depth >= kMaxDepth) return Fail("pattern too complex");
-  ++depth;
+  if (depth_ >= kMaxDepth) return Fail("pattern too complex");
+  ++depth_;
   bool isDone = false;
-  while (!isDone && item < pattern.size()) {
+  while (!isDone && item < pattern_.size()) {
     std::size_t next = item;
     at = MatchItem(at, item, isDone, next);
     if (at == kNone) break;
     item = next;
   }
-  --depth;
+  --depth_;
   return at;
 }
 
@@ -95,17 +95,17 @@ std::size_t ScriptPattern::Match(std::size_t at, std::size_t item) {
 // the result of the whole; otherwise sets `nextItem` to the item to continue with.
 std::size_t ScriptPattern::MatchItem(std::size_t at, std::size_t item, bool& isDone,
                                      std::size_t& nextItem) {
-  const bool hasNext = item + 1 < pattern.size();
-  const char next = hasNext ? pattern[item + 1] : '\0';
+  const bool hasNext = item + 1 < pattern_.size();
+  const char next = hasNext ? pattern_[item + 1] : '\0';
   isDone = true;
-  switch (pattern[item]) {
+  switch (pattern_[item]) {
     case '(':
       return hasNext && next == ')' ? OpenCapture(at, item + 2, kPosition)
                                     : OpenCapture(at, item + 1, kOpen);
     case ')':
       return CloseCapture(at, item + 1);
     case '$':
-      if (!hasNext) return at == text.size() ? at : kNone;
+      if (!hasNext) return at == text_.size() ? at : kNone;
       break;
     case '%':
       if (next != 'b' && next != 'f' && std::isdigit(Byte(next)) == 0) break;
@@ -119,16 +119,16 @@ std::size_t ScriptPattern::MatchItem(std::size_t at, std::size_t item, bool& isD
 
 // Matches the special item after a percent sign: balanced text, a frontier, or a back reference.
 std::size_t ScriptPattern::MatchSpecial(std::size_t at, std::size_t item, std::size_t& nextItem) {
-  if (pattern[item] == 'b') {
+  if (pattern_[item] == 'b') {
     nextItem = item + 3;
     return MatchBalanced(at, item + 1);
   }
-  if (pattern[item] != 'f') {
+  if (pattern_[item] != 'f') {
     nextItem = item + 1;
     return MatchRepeated(at, item);
   }
   const std::size_t set = item + 1;
-  if (set >= pattern.size() || pattern[set] != '[') {
+  if (set >= pattern_.size() || pattern_[set] != '[') {
     return Fail("missing '[' after '%f' in pattern");
   }
   nextItem = FindItemEnd(set);
@@ -141,7 +141,7 @@ std::size_t ScriptPattern::MatchRepeatable(std::size_t at, std::size_t item, boo
   const std::size_t itemEnd = FindItemEnd(item);
   isDone = true;
   if (itemEnd == kNone) return kNone;
-  const char repetition = itemEnd < pattern.size() ? pattern[itemEnd] : '\0';
+  const char repetition = itemEnd < pattern_.size() ? pattern_[itemEnd] : '\0';
   if (repetition == '*') return MatchMost(at, item, itemEnd);
   if (repetition == '-') return MatchFewest(at, item, itemEnd);
   const bool isMatch = MatchesOne(at, item, itemEnd);
@@ -177,16 +177,16 @@ std::size_t ScriptPattern::MatchFewest(std::size_t at, std::size_t item, std::si
 }
 
 std::size_t ScriptPattern::MatchBalanced(std::size_t at, std::size_t item) {
-  if (item + 1 >= pattern.size()) return Fail("malformed pattern (missing arguments to '%b')");
-  if (at >= text.size() || text[at] != pattern[item]) return kNone;
-  const char open = pattern[item];
-  const char close = pattern[item + 1];
+  if (item + 1 >= pattern_.size()) return Fail("malformed pattern (missing arguments to '%b')");
+  if (at >= text_.size() || text_[at] != pattern_[item]) return kNone;
+  const char open = pattern_[item];
+  const char close = pattern_[item + 1];
   std::size_t level = 1;
-  for (std::size_t i = at + 1; i < text.size(); ++i) {
+  for (std::size_t i = at + 1; i < text_.size(); ++i) {
     if (!Spend(1)) return kNone;
-    if (text[i] == close) {
+    if (text_[i] == close) {
       if (--level == 0) return i + 1;
-    } else if (text[i] == open) {
+    } else if (text_[i] == open) {
       ++level;
     }
   }
@@ -194,93 +194,94 @@ std::size_t ScriptPattern::MatchBalanced(std::size_t at, std::size_t item) {
 }
 
 std::size_t ScriptPattern::MatchRepeated(std::size_t at, std::size_t item) {
-  const int index = pattern[item] - '1';
-  if (index < 0 || index >= captureCount || captures[index].length == kOpen) {
-    wrongCapture = index + 1;
+  const int index = pattern_[item] - '1';
+  if (index < 0 || index >= captureCount_ || captures_[index].length == kOpen) {
+    wrongCapture_ = index + 1;
     return Fail("invalid capture index");
   }
-  const Capture& capture = captures[index];
+  const Capture& capture = captures_[index];
   // A position capture has no text to repeat.
   if (capture.length == kPosition) return kNone;
   if (!Spend(1 + capture.length / 64)) return kNone;
-  if (text.size() - at < capture.length) return kNone;
-  const bool isSame = text.substr(capture.start, capture.length) == text.substr(at, capture.length);
+  if (text_.size() - at < capture.length) return kNone;
+  const bool isSame =
+      text_.substr(capture.start, capture.length) == text_.substr(at, capture.length);
   return isSame ? at + capture.length : kNone;
 }
 
 std::size_t ScriptPattern::OpenCapture(std::size_t at, std::size_t item, std::size_t length) {
-  if (captureCount >= kMaxCaptures) return Fail("too many captures");
-  captures[captureCount++] = {at, length};
+  if (captureCount_ >= kMaxCaptures) return Fail("too many captures");
+  captures_[captureCount_++] = {at, length};
   const std::size_t end = Match(at, item);
-  if (end == kNone) --captureCount;
+  if (end == kNone) --captureCount_;
   return end;
 }
 
 std::size_t ScriptPattern::CloseCapture(std::size_t at, std::size_t item) {
-  int index = captureCount - 1;
-  while (index >= 0 && captures[index].length != kOpen) --index;
+  int index = captureCount_ - 1;
+  while (index >= 0 && captures_[index].length != kOpen) --index;
   if (index < 0) return Fail("invalid pattern capture");
-  captures[index].length = at - captures[index].start;
+  captures_[index].length = at - captures_[index].start;
   const std::size_t end = Match(at, item);
-  if (end == kNone) captures[index].length = kOpen;
+  if (end == kNone) captures_[index].length = kOpen;
   return end;
 }
 
 // For a frontier, the text is treated as if enclosed in zero bytes.
 bool ScriptPattern::IsFrontier(std::size_t at, std::size_t set, std::size_t setEnd) const {
-  const unsigned char before = at == 0 ? 0 : Byte(text[at - 1]);
-  const unsigned char here = at < text.size() ? Byte(text[at]) : 0;
+  const unsigned char before = at == 0 ? 0 : Byte(text_[at - 1]);
+  const unsigned char here = at < text_.size() ? Byte(text_[at]) : 0;
   return !IsInSet(before, set, setEnd) && IsInSet(here, set, setEnd);
 }
 
 std::size_t ScriptPattern::FindItemEnd(std::size_t item) {
   const std::size_t start = item;
-  const char first = pattern[item++];
+  const char first = pattern_[item++];
   if (first == '%') {
-    return item < pattern.size() ? item + 1 : Fail("malformed pattern (ends with '%')");
+    return item < pattern_.size() ? item + 1 : Fail("malformed pattern (ends with '%')");
   }
   if (first != '[') return item;
-  if (item < pattern.size() && pattern[item] == '^') ++item;
+  if (item < pattern_.size() && pattern_[item] == '^') ++item;
   // The first character of a set is always literal, even a bracket.
   do {
-    if (item >= pattern.size()) return Fail("malformed pattern (missing ']')");
-    if (pattern[item++] == '%') ++item;
-  } while (item >= pattern.size() || pattern[item] != ']');
+    if (item >= pattern_.size()) return Fail("malformed pattern (missing ']')");
+    if (pattern_[item++] == '%') ++item;
+  } while (item >= pattern_.size() || pattern_[item] != ']');
   return Spend(item - start) ? item + 1 : kNone;
 }
 
 bool ScriptPattern::MatchesOne(std::size_t at, std::size_t item, std::size_t itemEnd) {
-  if (at >= text.size()) return false;
+  if (at >= text_.size()) return false;
   // Comparing with a set costs the length of the set.
   if (!Spend(itemEnd - item)) return false;
-  const unsigned char byte = Byte(text[at]);
-  switch (pattern[item]) {
+  const unsigned char byte = Byte(text_[at]);
+  switch (pattern_[item]) {
     case '.':
       return true;
     case '%':
-      return IsInClass(byte, pattern[item + 1]);
+      return IsInClass(byte, pattern_[item + 1]);
     case '[':
       return IsInSet(byte, item, itemEnd);
     default:
-      return Byte(pattern[item]) == byte;
+      return Byte(pattern_[item]) == byte;
   }
 }
 
 bool ScriptPattern::IsInSet(unsigned char byte, std::size_t set, std::size_t setEnd) const {
   const std::size_t last = setEnd - 1;  // the closing bracket
   std::size_t i = set + 1;
-  const bool isNegated = i < last && pattern[i] == '^';
+  const bool isNegated = i < last && pattern_[i] == '^';
   if (isNegated) ++i;
   bool isFound = false;
   while (i < last && !isFound) {
-    if (pattern[i] == '%') {
-      isFound = IsInClass(byte, pattern[i + 1]);
+    if (pattern_[i] == '%') {
+      isFound = IsInClass(byte, pattern_[i + 1]);
       i += 2;
-    } else if (i + 2 < last && pattern[i + 1] == '-') {
-      isFound = Byte(pattern[i]) <= byte && byte <= Byte(pattern[i + 2]);
+    } else if (i + 2 < last && pattern_[i + 1] == '-') {
+      isFound = Byte(pattern_[i]) <= byte && byte <= Byte(pattern_[i + 2]);
       i += 3;
     } else {
-      isFound = Byte(pattern[i]) == byte;
+      isFound = Byte(pattern_[i]) == byte;
       ++i;
     }
   }

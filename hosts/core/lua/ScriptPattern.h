@@ -19,7 +19,7 @@ class ScriptPattern {
   // Strings and budget are borrowed. `text` is the subject; `pattern` is passed without its anchor.
   ScriptPattern(std::string_view searchedText, std::string_view patternText,
                 ScriptBudget& scriptBudget)
-      : text(searchedText), pattern(patternText), budget(&scriptBudget) {}
+      : text_(searchedText), pattern_(patternText), budget_(&scriptBudget) {}
 
   // Returns the end of the match that starts at this offset; kNone if there is none or on error.
   std::size_t MatchAt(std::size_t offset);
@@ -27,10 +27,10 @@ class ScriptPattern {
 
   // Returns what is wrong with the pattern, or nullptr. An exhausted budget is not an error of the
   // pattern.
-  const char* GetProblem() const { return problem; }
+  const char* GetProblem() const { return problem_; }
 
   // Returns the number of the capture that the problem refers to, or -1.
-  int GetWrongCapture() const { return wrongCapture; }
+  int GetWrongCapture() const { return wrongCapture_; }
 
   // Captures of the last match, in order of their opening.
   struct Capture {
@@ -39,8 +39,8 @@ class ScriptPattern {
   };
   static constexpr std::size_t kOpen = static_cast<std::size_t>(-1);
   static constexpr std::size_t kPosition = static_cast<std::size_t>(-2);
-  int GetCaptureCount() const { return captureCount; }
-  const Capture& GetCapture(int index) const { return captures[index]; }
+  int GetCaptureCount() const { return captureCount_; }
+  const Capture& GetCapture(int index) const { return captures_[index]; }
 
  private:
   std::size_t Match(std::size_t at, std::size_t item);
@@ -61,17 +61,17 @@ class ScriptPattern {
   bool MatchesOne(std::size_t at, std::size_t item, std::size_t itemEnd);
   bool IsInSet(unsigned char byte, std::size_t set, std::size_t setEnd) const;
   std::size_t Fail(const char* what);
-  bool IsOver() const { return problem != nullptr || isSpent; }
+  bool IsOver() const { return problem_ != nullptr || isSpent_; }
 
-  std::string_view text;
-  std::string_view pattern;
-  ScriptBudget* budget;
-  const char* problem = nullptr;
-  int wrongCapture = -1;
-  bool isSpent = false;
-  int depth = 0;
-  int captureCount = 0;
-  Capture captures[kMaxCaptures];
+  std::string_view text_;
+  std::string_view pattern_;
+  ScriptBudget* budget_;
+  const char* problem_ = nullptr;
+  int wrongCapture_ = -1;
+  bool isSpent_ = false;
+  int depth_ = 0;
+  int captureCount_ = 0;
+  Capture captures_[kMaxCaptures];
 };
 
 }  // namespace tarn::host

@@ -5,17 +5,17 @@
 namespace tarn::host {
 
 ScriptOutcome ScriptRunner::Run(IDispatch& server, const std::string& text, std::string name) {
-  if (name.empty()) name = nextName.empty() ? "script" : nextName;
-  nextName.clear();
-  innerFailure.clear();
-  if (depth == 0) budget.Begin(limits);
-  ++depth;
+  if (name.empty()) name = nextName_.empty() ? "script" : nextName_;
+  nextName_.clear();
+  innerFailure_.clear();
+  if (depth_ == 0) budget_.Begin(limits_);
+  ++depth_;
   ScriptOutcome outcome = RunOne(server, text, name);
-  --depth;
-  if (depth == 0) {
-    budget.ForgetStop();
+  --depth_;
+  if (depth_ == 0) {
+    budget_.ForgetStop();
   } else {
-    innerFailure = outcome.error;
+    innerFailure_ = outcome.error;
   }
   return outcome;
 }
@@ -24,16 +24,16 @@ ScriptOutcome ScriptRunner::RunOne(IDispatch& server, const std::string& text,
                                    const std::string& name) {
   ScriptOutcome outcome;
   ScriptState state(*this, server);
-  if (depth > limits.depth) {
-    outcome.error = name + ": scripts call each other more than " + std::to_string(limits.depth) +
+  if (depth_ > limits_.depth) {
+    outcome.error = name + ": scripts call each other more than " + std::to_string(limits_.depth) +
                     " levels deep";
   } else {
-    budget.StartClock();
+    budget_.StartClock();
     outcome.error = state.Run(text, name);
-    budget.HoldClock();
+    budget_.HoldClock();
   }
   if (outcome.error.empty()) return outcome;
-  outcome.end = budget.GetAbort() == ScriptAbort::Stopped ? ScriptEnd::Stopped : ScriptEnd::Failed;
+  outcome.end = budget_.GetAbort() == ScriptAbort::Stopped ? ScriptEnd::Stopped : ScriptEnd::Failed;
   state.Report(outcome.error);
   return outcome;
 }

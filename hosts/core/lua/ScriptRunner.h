@@ -25,31 +25,31 @@ class ScriptRunner {
  public:
   // `scriptHost` is borrowed and may be null; then the table `host` doesn't exist.
   explicit ScriptRunner(ScriptHost* scriptHost, ScriptLimits scriptLimits = {})
-      : host(scriptHost), limits(scriptLimits) {}
+      : host_(scriptHost), limits_(scriptLimits) {}
   ScriptRunner(const ScriptRunner&) = delete;
   ScriptRunner& operator=(const ScriptRunner&) = delete;
 
   // Runs a script to its end. `name` precedes line numbers in error messages; it is empty if the
   // text was received in a message. Errors are also written to the server's log.
   ScriptOutcome Run(IDispatch& server, const std::string& text, std::string name);
-  bool IsRunning() const { return depth > 0; }
+  bool IsRunning() const { return depth_ > 0; }
 
   // Ends the running script, or the next one if none is running. May be called from any thread.
-  void RequestStop() { budget.RequestStop(); }
+  void RequestStop() { budget_.RequestStop(); }
   // Withdraws a request that was made while no script was running.
-  void ForgetStop() { budget.ForgetStop(); }
+  void ForgetStop() { budget_.ForgetStop(); }
 
  private:
   friend class ScriptState;
 
   ScriptOutcome RunOne(IDispatch& server, const std::string& text, const std::string& name);
 
-  ScriptHost* host;
-  ScriptLimits limits;
-  ScriptBudget budget;
-  int depth = 0;
-  std::string nextName;      // of the file that a script passes to the server
-  std::string innerFailure;  // of the script that ended last, for the one that started it
+  ScriptHost* host_;
+  ScriptLimits limits_;
+  ScriptBudget budget_;
+  int depth_ = 0;
+  std::string nextName_;      // of the file that a script passes to the server
+  std::string innerFailure_;  // of the script that ended last, for the one that started it
 };
 
 }  // namespace tarn::host

@@ -52,47 +52,47 @@ bool FindScriptLine(lua_State* lua, int& level, lua_Debug& caller) {
 }  // namespace
 
 ScriptState::ScriptState(ScriptRunner& scriptRunner, IDispatch& serverObject)
-    : runner(scriptRunner), budget(scriptRunner.budget), server(&serverObject) {
+    : runner_(scriptRunner), budget_(scriptRunner.budget_), server_(&serverObject) {
   for (const MethodInfo& each : serverObject.GetMethods()) {
-    methods.push_back({std::string(each.name), each.id, {}});
-    for (const std::string_view name : each.arguments) methods.back().arguments.emplace_back(name);
+    methods_.push_back({std::string(each.name), each.id, {}});
+    for (const std::string_view name : each.arguments) methods_.back().arguments.emplace_back(name);
   }
 }
 
 ScriptState::~ScriptState() {
-  if (lua != nullptr) lua_close(lua);
+  if (lua_ != nullptr) lua_close(lua_);
 }
 
 ScriptHost* ScriptState::Host() {
-  return runner.host;
+  return runner_.host_;
 }
 
 const ScriptMethod* ScriptState::FindMethod(DispatchId id) const {
-  const auto found = std::find_if(methods.begin(), methods.end(),
+  const auto found = std::find_if(methods_.begin(), methods_.end(),
                                   [id](const ScriptMethod& each) { return each.id == id; });
-  return found == methods.end() ? nullptr : &*found;
+  return found == methods_.end() ? nullptr : &*found;
 }
 
 std::string ScriptState::Run(const std::string& text, const std::string& name) {
-  chunkName = "=" + name;
-  wholeText = WithoutHead(text);
-  lua = lua_newstate(Allocate, this);
-  if (lua == nullptr) return name + ": not enough memory";
-  *static_cast<ScriptState**>(lua_getextraspace(lua)) = this;
-  lua_sethook(lua, OnCount, LUA_MASKCOUNT, kCountPeriod);
-  lua_pushcfunction(lua, OnError);
-  lua_pushcfunction(lua, SetUp);
-  int status = lua_pcall(lua, 0, 0, 1);
+  chunkName_ = "=" + name;
+  wholeText_ = WithoutHead(text);
+  lua_ = lua_newstate(Allocate, this);
+  if (lua_ == nullptr) return name + ": not enough memory";
+  *static_cast<ScriptState**>(lua_getextraspace(lua_)) = this;
+  lua_sethook(lua_, OnCount, LUA_MASKCOUNT, kCountPeriod);
+  lua_pushcfunction(lua_, OnError);
+  lua_pushcfunction(lua_, SetUp);
+  int status = lua_pcall(lua_, 0, 0, 1);
   if (status == LUA_OK) {
-    status = luaL_loadbufferx(lua, wholeText.data(), wholeText.size(), chunkName.c_str(), "t");
+    status = luaL_loadbufferx(lua_, wholeText_.data(), wholeText_.size(), chunkName_.c_str(), "t");
   }
   // Each run is charged one period, so that many short scripts are limited as well.
-  if (status == LUA_OK && budget.Spend(kCountPeriod)) status = lua_pcall(lua, 0, 0, 1);
+  if (status == LUA_OK && budget_.Spend(kCountPeriod)) status = lua_pcall(lua_, 0, 0, 1);
   // Some calls end a script without executing another instruction, so the abort is checked in
   // addition to the status.
-  const bool isGood = status == LUA_OK && budget.GetAbort() == ScriptAbort::None;
+  const bool isGood = status == LUA_OK && budget_.GetAbort() == ScriptAbort::None;
   std::string error = isGood ? std::string() : ErrorText(status);
-  lua_close(std::exchange(lua, nullptr));
+  lua_close(std::exchange(lua_, nullptr));
   return error;
 }
 
@@ -104,14 +104,14 @@ int ScriptState::SetUp(lua_State* lua) {
 }
 
 std::string ScriptState::ErrorText(int status) {
-  const std::string place = lastPlace[0] == '\0' ? chunkName.substr(1) + ": " : lastPlace;
-  if (budget.GetAbort() != ScriptAbort::None) return place + AbortText(budget.GetAbort());
+  const std::string place = lastPlace_[0] == '\0' ? chunkName_.substr(1) + ": " : lastPlace_;
+  if (budget_.GetAbort() != ScriptAbort::None) return place + AbortText(budget_.GetAbort());
   if (status == LUA_ERRMEM) {
-    return place + "the script needs more than " + std::to_string(runner.limits.memory >> 20) +
+    return place + "the script needs more than " + std::to_string(runner_.limits_.memory >> 20) +
            " MB of memory";
   }
-  const char* text = lua_tostring(lua, -1);
-  return text == nullptr ? chunkName.substr(1) + ": unknown error" : text;
+  const char* text = lua_tostring(lua_, -1);
+  return text == nullptr ? chunkName_.substr(1) + ": unknown error" : text;
 }
 
 // --- Limits ---
@@ -121,53 +121,53 @@ void* ScriptState::Allocate(void* context, void* block, std::size_t oldSize, std
   if (block == nullptr) oldSize = 0;  // then it is the kind of object
   if (newSize == 0) {
     std::free(block);
-    state.budget.GiveMemory(oldSize);
+    state.budget_.GiveMemory(oldSize);
     return nullptr;
   }
   if (newSize > oldSize) {
-    if (!state.budget.TakeMemory(newSize - oldSize)) {
+    if (!state.budget_.TakeMemory(newSize - oldSize)) {
       state.NotePlace();
       return nullptr;
     }
     const bool isIn =
-        state.budget.Spend(static_cast<std::int64_t>((newSize - oldSize) / kBytesPerStep));
+        state.budget_.Spend(static_cast<std::int64_t>((newSize - oldSize) / kBytesPerStep));
     // A hook may be set at any time, and the next instruction then aborts the script.
-    if (!isIn && state.lua != nullptr) lua_sethook(state.lua, OnCount, LUA_MASKCOUNT, 1);
+    if (!isIn && state.lua_ != nullptr) lua_sethook(state.lua_, OnCount, LUA_MASKCOUNT, 1);
   }
   void* result = std::realloc(block, newSize);
   if (result == nullptr) {
-    if (newSize > oldSize) state.budget.GiveMemory(newSize - oldSize);
+    if (newSize > oldSize) state.budget_.GiveMemory(newSize - oldSize);
     // Shrinking a block must never fail.
     return newSize > oldSize ? nullptr : block;
   }
-  if (newSize < oldSize) state.budget.GiveMemory(oldSize - newSize);
+  if (newSize < oldSize) state.budget_.GiveMemory(oldSize - newSize);
   return result;
 }
 
 void ScriptState::NotePlace() {
   lua_Debug caller;
   int level = 0;
-  if (lua == nullptr || !FindScriptLine(lua, level, caller)) return;
-  std::snprintf(lastPlace, sizeof(lastPlace), "%s:%d: ", caller.short_src, caller.currentline);
+  if (lua_ == nullptr || !FindScriptLine(lua_, level, caller)) return;
+  std::snprintf(lastPlace_, sizeof(lastPlace_), "%s:%d: ", caller.short_src, caller.currentline);
 }
 
 void ScriptState::OnCount(lua_State* lua, lua_Debug*) {
   ScriptState& state = Of(lua);
-  if (state.budget.GetAbort() == ScriptAbort::None && state.budget.Spend(kCountPeriod)) return;
+  if (state.budget_.GetAbort() == ScriptAbort::None && state.budget_.Spend(kCountPeriod)) return;
   Abort(lua);
 }
 
 void ScriptState::Spend(lua_State* lua, std::int64_t steps) {
-  if (!Of(lua).budget.Spend(steps)) Abort(lua);
+  if (!Of(lua).budget_.Spend(steps)) Abort(lua);
 }
 
 void ScriptState::Check(lua_State* lua) {
-  if (!Of(lua).budget.Look()) Abort(lua);
+  if (!Of(lua).budget_.Look()) Abort(lua);
 }
 
 int ScriptState::Abort(lua_State* lua) {
   ScriptState& state = Of(lua);
-  if (!std::exchange(state.isEnding, true)) state.NotePlace();
+  if (!std::exchange(state.isEnding_, true)) state.NotePlace();
   // If the script catches this error, the next instruction raises it again.
   lua_sethook(lua, OnCount, LUA_MASKCOUNT, 1);
   lua_pushliteral(lua, "the script has to end");

@@ -46,10 +46,10 @@ class ScriptState {
   // Raises the error that ends the script and can't be caught.
   static int Abort(lua_State* lua);
 
-  ScriptBudget& Budget() { return budget; }
+  ScriptBudget& Budget() { return budget_; }
   ScriptHost* Host();
-  IDispatch& Server() { return *server.Get(); }
-  const std::vector<ScriptMethod>& Methods() const { return methods; }
+  IDispatch& Server() { return *server_.Get(); }
+  const std::vector<ScriptMethod>& Methods() const { return methods_; }
   const ScriptMethod* FindMethod(DispatchId id) const;
 
   // Shows a text and writes it to the server's log, line by line.
@@ -76,15 +76,15 @@ class ScriptState {
   void NotePlace();
   std::string ErrorText(int status);
 
-  ScriptRunner& runner;
-  ScriptBudget& budget;
-  DispatchPtr server;
-  std::vector<ScriptMethod> methods;
-  lua_State* lua = nullptr;
-  std::string wholeText;
-  std::string chunkName;
-  bool isEnding = false;
-  char lastPlace[LUA_IDSIZE + 24] = "";  // where memory ran out or the abort was raised
+  ScriptRunner& runner_;
+  ScriptBudget& budget_;
+  DispatchPtr server_;
+  std::vector<ScriptMethod> methods_;
+  lua_State* lua_ = nullptr;
+  std::string wholeText_;
+  std::string chunkName_;
+  bool isEnding_ = false;
+  char lastPlace_[LUA_IDSIZE + 24] = "";  // where memory ran out or the abort was raised
 };
 
 // The following functions fill the environment of a new interpreter. Adds the language's standard

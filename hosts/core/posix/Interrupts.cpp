@@ -89,7 +89,7 @@ Interrupts::Interrupts(std::function<void()> onInterrupt, WatchedOutput watched)
   g_pipeOfWatcher = ends[0];
   g_pipeToWatcher = ends[1];
   try {
-    watcher = std::thread([call = std::move(onInterrupt), output] { Watch(call, output); });
+    watcher_ = std::thread([call = std::move(onInterrupt), output] { Watch(call, output); });
   } catch (const std::system_error& failure) {
     close(g_pipeToWatcher.exchange(-1));
     close(g_pipeOfWatcher);
@@ -99,11 +99,11 @@ Interrupts::Interrupts(std::function<void()> onInterrupt, WatchedOutput watched)
 }
 
 Interrupts::~Interrupts() {
-  if (!watcher.joinable()) return;
+  if (!watcher_.joinable()) return;
   SetHandlers(SIG_DFL);
   const char byte = 'q';
   [[maybe_unused]] const auto written = write(g_pipeToWatcher, &byte, 1);
-  watcher.join();
+  watcher_.join();
   close(g_pipeToWatcher.exchange(-1));
   close(g_pipeOfWatcher);
 }

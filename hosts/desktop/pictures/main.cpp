@@ -59,12 +59,12 @@ void WaitUntil(const std::function<bool()>& done, const char* what) {
 
 class Photographer {
  public:
-  explicit Photographer(fs::path target) : folder(std::move(target)) {
-    fs::create_directories(folder);
+  explicit Photographer(fs::path target) : folder_(std::move(target)) {
+    fs::create_directories(folder_);
   }
   void Take(const char* name) const {
     Wait(kSettleMs);
-    const fs::path file = folder / (std::string(name) + ".png");
+    const fs::path file = folder_ / (std::string(name) + ".png");
     const QPixmap picture =
         QGuiApplication::primaryScreen()->grabWindow(0).copy(QRect(QPoint(), kSize));
     if (!picture.save(QString::fromStdString(file.string()))) {
@@ -74,7 +74,7 @@ class Photographer {
   }
 
  private:
-  fs::path folder;
+  fs::path folder_;
 };
 
 QPalette DarkPalette() {

@@ -19,19 +19,19 @@ namespace {
 class MovedDescriptor {
  public:
   MovedDescriptor(int standard, int replacement)
-      : descriptor(fcntl(standard, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+      : descriptor_(fcntl(standard, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
     if (replacement >= 0) dup2(replacement, standard);
   }
   MovedDescriptor(const MovedDescriptor&) = delete;
   MovedDescriptor& operator=(const MovedDescriptor&) = delete;
   ~MovedDescriptor() {
-    if (descriptor >= 0) close(descriptor);
+    if (descriptor_ >= 0) close(descriptor_);
   }
 
-  int Get() const { return descriptor; }
+  int Get() const { return descriptor_; }
 
  private:
-  const int descriptor;
+  const int descriptor_;
 };
 
 // The owned descriptors; a base class, so that they outlive the channel over them.
@@ -54,43 +54,43 @@ class StandardChannel : private StandardDescriptors, public DescriptorChannel {
 }  // namespace
 
 DescriptorChannel::DescriptorChannel(int inputDescriptor, int outputDescriptor)
-    : input(inputDescriptor), output(outputDescriptor) {
+    : input_(inputDescriptor), output_(outputDescriptor) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
     throw std::system_error(errno, std::generic_category(), "no pipe");
   }
-  wakeRead = ends[0];
-  wakeWrite = ends[1];
+  wakeRead_ = ends[0];
+  wakeWrite_ = ends[1];
 }
 
 DescriptorChannel::~DescriptorChannel() {
-  close(wakeRead);
-  close(wakeWrite);
+  close(wakeRead_);
+  close(wakeWrite_);
 }
 
 ByteChannel::Events DescriptorChannel::Wait(bool forInput) {
-  pollfd watched[] = {{wakeRead, POLLIN, 0}, {forInput ? input : -1, POLLIN, 0}, {output, 0, 0}};
+  pollfd watched[] = {{wakeRead_, POLLIN, 0}, {forInput ? input_ : -1, POLLIN, 0}, {output_, 0, 0}};
   if (poll(watched, std::size(watched), -1) < 0) return {false, errno != EINTR};
   if (watched[0].revents != 0) {
     char words[64];
-    [[maybe_unused]] const auto count = read(wakeRead, words, sizeof words);
+    [[maybe_unused]] const auto count = read(wakeRead_, words, sizeof words);
   }
   return {watched[1].revents != 0, (watched[2].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0};
 }
 
 void DescriptorChannel::Wake() {
   const char word = 'w';
-  [[maybe_unused]] const auto written = write(wakeWrite, &word, 1);
+  [[maybe_unused]] const auto written = write(wakeWrite_, &word, 1);
 }
 
 std::optional<std::size_t> DescriptorChannel::Read(char* bytes, std::size_t size) {
-  const ssize_t count = read(input, bytes, size);
+  const ssize_t count = read(input_, bytes, size);
   if (count < 0 && (errno == EINTR || errno == EAGAIN)) return std::nullopt;
   return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
 ByteChannel::WriteState DescriptorChannel::WaitToWrite(std::chrono::milliseconds limit) {
-  pollfd watched{output, POLLOUT, 0};
+  pollfd watched{output_, POLLOUT, 0};
   const int ready = poll(&watched, 1, static_cast<int>(limit.count()));
   if (ready < 0) return errno == EINTR ? WriteState::Full : WriteState::Broken;
   if (ready == 0) return WriteState::Full;
@@ -99,7 +99,7 @@ ByteChannel::WriteState DescriptorChannel::WaitToWrite(std::chrono::milliseconds
 
 std::optional<std::size_t> DescriptorChannel::Write(std::string_view bytes) {
   // A ready pipe accepts this many bytes without blocking.
-  const ssize_t count = write(output, bytes.data(), std::min<std::size_t>(bytes.size(), PIPE_BUF));
+  const ssize_t count = write(output_, bytes.data(), std::min<std::size_t>(bytes.size(), PIPE_BUF));
   if (count >= 0) return static_cast<std::size_t>(count);
   return errno == EINTR || errno == EAGAIN ? std::optional<std::size_t>(0) : std::nullopt;
 }

@@ -18,10 +18,10 @@ class DescriptorChannel : public ByteChannel {
   std::optional<std::size_t> Write(std::string_view bytes) override;
 
  private:
-  const int input;
-  const int output;
-  int wakeRead = -1;
-  int wakeWrite = -1;
+  const int input_;
+  const int output_;
+  int wakeRead_ = -1;
+  int wakeWrite_ = -1;
 };
 
 }  // namespace tarn::host

@@ -13,35 +13,35 @@
 namespace tarn {
 
 ClassRegistry::ClassRegistry(std::string moduleFolderPath, const ClassStore* registered)
-    : moduleFolder(std::move(moduleFolderPath)), registeredClasses(registered) {}
+    : moduleFolder_(std::move(moduleFolderPath)), registeredClasses_(registered) {}
 
 void ClassRegistry::RegisterFactory(std::string_view classId,
                                     std::function<DispatchPtr()> factory) {
-  const std::lock_guard guard(lock);
-  factories[FoldCase(classId)].swap(factory);
+  const std::lock_guard guard(lock_);
+  factories_[FoldCase(classId)].swap(factory);
 }
 
 void ClassRegistry::RegisterLibrary(std::string_view classId, std::string libraryPath) {
-  const std::lock_guard guard(lock);
-  libraries[FoldCase(classId)] = std::move(libraryPath);
+  const std::lock_guard guard(lock_);
+  libraries_[FoldCase(classId)] = std::move(libraryPath);
 }
 
 void ClassRegistry::RegisterServer(std::string_view progId, std::string_view classId,
                                    const std::string& libraryPath) {
   RegisterLibrary(progId, libraryPath);
   RegisterLibrary(classId, libraryPath);
-  const std::lock_guard guard(lock);
-  classIds[FoldCase(progId)] = classId;
+  const std::lock_guard guard(lock_);
+  classIds_[FoldCase(progId)] = classId;
 }
 
 std::string ClassRegistry::ClassIdOf(std::string_view name) {
   {
-    const std::lock_guard guard(lock);
-    const auto known = classIds.find(FoldCase(name));
-    if (known != classIds.end()) return known->second;
+    const std::lock_guard guard(lock_);
+    const auto known = classIds_.find(FoldCase(name));
+    if (known != classIds_.end()) return known->second;
   }
   const auto registered =
-      registeredClasses == nullptr ? std::nullopt : registeredClasses->FindClassId(name);
+      registeredClasses_ == nullptr ? std::nullopt : registeredClasses_->FindClassId(name);
   return registered ? *registered : std::string(name);
 }
 
@@ -68,27 +68,27 @@ ClassRegistry& ClassRegistry::Native() {
 }
 
 std::function<DispatchPtr()> ClassRegistry::FindFactory(std::string_view classId) {
-  const std::lock_guard guard(lock);
-  const auto found = factories.find(FoldCase(classId));
-  return found == factories.end() ? nullptr : found->second;
+  const std::lock_guard guard(lock_);
+  const auto found = factories_.find(FoldCase(classId));
+  return found == factories_.end() ? nullptr : found->second;
 }
 
 std::string ClassRegistry::LibraryOf(std::string_view classId) {
   {
-    const std::lock_guard guard(lock);
-    const auto named = libraries.find(FoldCase(classId));
-    if (named != libraries.end()) return named->second;
+    const std::lock_guard guard(lock_);
+    const auto named = libraries_.find(FoldCase(classId));
+    if (named != libraries_.end()) return named->second;
   }
   const std::string_view server = classId.substr(0, classId.find('.'));
   // Only a plain name may select a file of the module folder.
   const bool isPlain = !server.empty() && server.size() != classId.size() &&
                        server.find_first_of("/\\") == std::string_view::npos;
   std::string beside =
-      isPlain ? moduleFolder + kSeparator + ModuleFileName(std::string(server)) : "";
+      isPlain ? moduleFolder_ + kSeparator + ModuleFileName(std::string(server)) : "";
   std::error_code ignored;
   if (isPlain && std::filesystem::exists(beside, ignored)) return beside;
   const auto registered =
-      registeredClasses == nullptr ? std::nullopt : registeredClasses->FindLibrary(classId);
+      registeredClasses_ == nullptr ? std::nullopt : registeredClasses_->FindLibrary(classId);
   return registered ? *registered : beside;
 }
 

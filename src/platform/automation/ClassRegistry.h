@@ -47,12 +47,12 @@ class ClassRegistry {
   IClassFactory* LoadFactory(std::string_view classId, std::string& error);
 
   // Never held while foreign code runs.
-  std::mutex lock;
-  std::string moduleFolder;
-  const ClassStore* registeredClasses;
-  std::map<std::string, std::function<DispatchPtr()>> factories;
-  std::map<std::string, std::string> libraries;
-  std::map<std::string, std::string> classIds;  // by ProgID
+  std::mutex lock_;
+  std::string moduleFolder_;
+  const ClassStore* registeredClasses_;
+  std::map<std::string, std::function<DispatchPtr()>> factories_;
+  std::map<std::string, std::string> libraries_;
+  std::map<std::string, std::string> classIds_;  // by ProgID
 };
 
 }  // namespace tarn

@@ -62,15 +62,15 @@ std::optional<std::string> LibraryIn(const Registries& registries, std::string_v
 }  // namespace
 
 ClassStore::ClassStore(FileSystem& fileSystem, SettingsFolders settingsFolders)
-    : files(fileSystem), folders(std::move(settingsFolders)) {}
+    : files_(fileSystem), folders_(std::move(settingsFolders)) {}
 
 std::string ClassStore::GetPath() const {
-  return RegistryFileIn(scope == ClassScope::User ? folders.user : folders.machine);
+  return RegistryFileIn(scope_ == ClassScope::User ? folders_.user : folders_.machine);
 }
 
 bool ClassStore::Edit(const std::function<bool(IniFile& store)>& edit) {
-  const Status done = EditIniStore(files, GetPath(), edit);
-  lastFailure = done.GetError();
+  const Status done = EditIniStore(files_, GetPath(), edit);
+  lastFailure_ = done.GetError();
   return static_cast<bool>(done);
 }
 
@@ -117,8 +117,8 @@ bool ClassStore::RemoveServerClass(const ServerIdentity& server) {
 }
 
 std::vector<IniFile> ClassStore::ReadRegistries() const {
-  return {ReadIniStore(files, RegistryFileIn(folders.user)),
-          ReadIniStore(files, RegistryFileIn(folders.machine))};
+  return {ReadIniStore(files_, RegistryFileIn(folders_.user)),
+          ReadIniStore(files_, RegistryFileIn(folders_.machine))};
 }
 
 std::optional<std::string> ClassStore::FindClassId(std::string_view name) const {
@@ -130,7 +130,7 @@ std::optional<std::string> ClassStore::FindLibrary(std::string_view name) const 
 }
 
 std::optional<std::string> ClassStore::FindLibraryInScope(std::string_view name) const {
-  return LibraryIn({ReadIniStore(files, GetPath())}, name);
+  return LibraryIn({ReadIniStore(files_, GetPath())}, name);
 }
 
 ClassStore& ClassStore::Native() {

@@ -43,8 +43,8 @@ class ClassStore {
   ClassStore(FileSystem& fileSystem, SettingsFolders settingsFolders);
 
   // Selects the registry that Add... and Remove... change; initially the user's.
-  void SetScope(ClassScope where) { scope = where; }
-  ClassScope GetScope() const { return scope; }
+  void SetScope(ClassScope where) { scope_ = where; }
+  ClassScope GetScope() const { return scope_; }
   // Path of the file that stores the registrations of the scope.
   std::string GetPath() const;
 
@@ -55,7 +55,7 @@ class ClassStore {
   bool RemoveTypeLibrary(const ServerIdentity& server);
   bool RemoveServerClass(const ServerIdentity& server);
   // Error of the last Add... or Remove... call.
-  const Error& LastFailure() const { return lastFailure; }
+  const Error& LastFailure() const { return lastFailure_; }
 
   // Returns the class id of a ProgID, or a class id unchanged. Returns nullopt if the ProgID is not
   // registered.
@@ -74,10 +74,10 @@ class ClassStore {
   std::vector<IniFile> ReadRegistries() const;
   bool Edit(const std::function<bool(IniFile& store)>& edit);
 
-  FileSystem& files;
-  SettingsFolders folders;
-  ClassScope scope = ClassScope::User;
-  Error lastFailure;
+  FileSystem& files_;
+  SettingsFolders folders_;
+  ClassScope scope_ = ClassScope::User;
+  Error lastFailure_;
 };
 
 }  // namespace tarn

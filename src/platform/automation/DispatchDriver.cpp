@@ -21,13 +21,13 @@ bool COleDispatchDriver::CreateDispatch(ClassRegistry& classes, std::string_view
 void COleDispatchDriver::AttachDispatch(IDispatch* attached, bool takeReference) {
   if (attached != nullptr && takeReference) attached->AddRef();
   ReleaseDispatch();
-  ownsReference = attached != nullptr && takeReference;
-  object.store(attached, std::memory_order_release);
+  ownsReference_ = attached != nullptr && takeReference;
+  object_.store(attached, std::memory_order_release);
 }
 
 void COleDispatchDriver::ReleaseDispatch() {
-  IDispatch* released = object.exchange(nullptr, std::memory_order_acq_rel);
-  if (std::exchange(ownsReference, false)) released->Release();
+  IDispatch* released = object_.exchange(nullptr, std::memory_order_acq_rel);
+  if (std::exchange(ownsReference_, false)) released->Release();
 }
 
 std::int32_t COleDispatchDriver::InvokeLong(DispatchId id,
@@ -61,9 +61,9 @@ std::string COleDispatchDriver::InvokeTextByName(std::string_view method,
 }
 
 DispatchResult COleDispatchDriver::LastResult() const {
-  if (!lastFailed.load(std::memory_order_acquire)) return {};
-  const std::lock_guard guard(failureLock);
-  return lastFailure;
+  if (!lastFailed_.load(std::memory_order_acquire)) return {};
+  const std::lock_guard guard(failureLock_);
+  return lastFailure_;
 }
 
 Variant COleDispatchDriver::Call(DispatchId id, std::initializer_list<Variant> arguments) {
@@ -89,12 +89,12 @@ Variant COleDispatchDriver::Call(DispatchId id, std::initializer_list<Variant> a
 void COleDispatchDriver::Remember(DispatchResult outcome) {
   if (outcome) {
     // Written only on a change, so that concurrent calls don't contend for the cache line.
-    if (lastFailed.load(std::memory_order_relaxed)) lastFailed = false;
+    if (lastFailed_.load(std::memory_order_relaxed)) lastFailed_ = false;
     return;
   }
-  const std::lock_guard guard(failureLock);
-  lastFailure = std::move(outcome);
-  lastFailed.store(true, std::memory_order_release);
+  const std::lock_guard guard(failureLock_);
+  lastFailure_ = std::move(outcome);
+  lastFailed_.store(true, std::memory_order_release);
 }
 
 // An object may return nothing; a result of another type means that client and object disagree

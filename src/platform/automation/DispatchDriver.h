@@ -34,7 +34,7 @@ class COleDispatchDriver {
   // Detaches the object and releases it if the driver holds a reference.
   void ReleaseDispatch();
   // Borrowed; null if nothing is attached.
-  IDispatch* GetDispatch() const { return object.load(std::memory_order_acquire); }
+  IDispatch* GetDispatch() const { return object_.load(std::memory_order_acquire); }
 
   // Call a method and return its result, or ignore it; see above for errors.
   std::int32_t InvokeLong(DispatchId id, std::initializer_list<Variant> arguments);
@@ -50,12 +50,12 @@ class COleDispatchDriver {
   void Remember(DispatchResult outcome);
   void RememberKind(DispatchId id, const Variant& result, std::string_view wanted);
 
-  std::atomic<IDispatch*> object = nullptr;
-  bool ownsReference = false;
+  std::atomic<IDispatch*> object_ = nullptr;
+  bool ownsReference_ = false;
   // Successful calls access only this flag.
-  std::atomic<bool> lastFailed = false;
-  mutable std::mutex failureLock;
-  DispatchResult lastFailure;
+  std::atomic<bool> lastFailed_ = false;
+  mutable std::mutex failureLock_;
+  DispatchResult lastFailure_;
 };
 
 }  // namespace tarn

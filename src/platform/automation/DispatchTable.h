@@ -162,12 +162,12 @@ auto Method(std::string_view name, DispatchId id, std::initializer_list<std::str
 template <class T>
 class DispatchTable {
  public:
-  explicit DispatchTable(std::vector<DispatchMethod<T>> list) : methods(std::move(list)) {
+  explicit DispatchTable(std::vector<DispatchMethod<T>> list) : methods_(std::move(list)) {
     DispatchId last = 0;
-    for (const auto& method : methods) last = std::max(last, method.info.id);
-    byId.assign(static_cast<std::size_t>(last) + 1, nullptr);
-    for (const auto& method : methods) {
-      if (method.info.id >= 0) byId[static_cast<std::size_t>(method.info.id)] = &method;
+    for (const auto& method : methods_) last = std::max(last, method.info.id);
+    byId_.assign(static_cast<std::size_t>(last) + 1, nullptr);
+    for (const auto& method : methods_) {
+      if (method.info.id >= 0) byId_[static_cast<std::size_t>(method.info.id)] = &method;
     }
   }
   DispatchTable(const DispatchTable&) = delete;
@@ -175,19 +175,19 @@ class DispatchTable {
 
   const DispatchMethod<T>* Find(DispatchId id) const {
     const auto index = static_cast<std::size_t>(id);
-    return id >= 0 && index < byId.size() ? byId[index] : nullptr;
+    return id >= 0 && index < byId_.size() ? byId_[index] : nullptr;
   }
   const DispatchMethod<T>* Find(std::string_view name) const {
-    for (const auto& method : methods) {
+    for (const auto& method : methods_) {
       if (EqualNoCase(method.info.name, name)) return &method;
     }
     return nullptr;
   }
-  const std::vector<DispatchMethod<T>>& Methods() const { return methods; }
+  const std::vector<DispatchMethod<T>>& Methods() const { return methods_; }
 
  private:
-  std::vector<DispatchMethod<T>> methods;
-  std::vector<const DispatchMethod<T>*> byId;
+  std::vector<DispatchMethod<T>> methods_;
+  std::vector<const DispatchMethod<T>*> byId_;
 };
 
 // Base of a reference-counted object with a dispatch table. `T` derives from it and has
@@ -196,13 +196,13 @@ class DispatchTable {
 template <class T>
 class DispatchObject : public IDispatch {
  public:
-  std::uint32_t AddRef() override { return ++references; }
+  std::uint32_t AddRef() override { return ++references_; }
 
   std::uint32_t Release() override {
-    const std::uint32_t left = --references;
+    const std::uint32_t left = --references_;
     if (left != 0) return left;
     // A temporary reference taken during destruction must not destroy the object a second time.
-    references = 0x40000000;
+    references_ = 0x40000000;
     OnFinalRelease();
     return 0;
   }
@@ -249,7 +249,7 @@ class DispatchObject : public IDispatch {
   virtual void OnFinalRelease() { delete this; }
 
  private:
-  std::atomic<std::uint32_t> references{1};
+  std::atomic<std::uint32_t> references_{1};
 };
 
 }  // namespace tarn

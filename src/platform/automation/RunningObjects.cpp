@@ -6,23 +6,23 @@ namespace tarn {
 
 std::uint32_t RunningObjectTable::RegisterActiveObject(std::string_view classId,
                                                        IDispatch* object) {
-  const std::lock_guard guard(lock);
+  const std::lock_guard guard(lock_);
   do {
-    ++lastToken;
-  } while (lastToken == 0 || entries.contains(lastToken));
-  entries.emplace(lastToken, Entry{std::string(classId), object});
-  return lastToken;
+    ++lastToken_;
+  } while (lastToken_ == 0 || entries_.contains(lastToken_));
+  entries_.emplace(lastToken_, Entry{std::string(classId), object});
+  return lastToken_;
 }
 
 void RunningObjectTable::RevokeActiveObject(std::uint32_t token) {
-  const std::lock_guard guard(lock);
-  entries.erase(token);
+  const std::lock_guard guard(lock_);
+  entries_.erase(token);
 }
 
 DispatchPtr RunningObjectTable::GetActiveObject(std::string_view classId) {
   // Take the reference under the lock, so that the object cannot be revoked in between.
-  const std::lock_guard guard(lock);
-  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+  const std::lock_guard guard(lock_);
+  for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
     if (EqualNoCase(entry->second.classId, classId)) return DispatchPtr(entry->second.object);
   }
   return {};

@@ -31,9 +31,9 @@ class RunningObjectTable {
     IDispatch* object = nullptr;
   };
 
-  std::mutex lock;
-  std::uint32_t lastToken = 0;
-  std::map<std::uint32_t, Entry> entries;
+  std::mutex lock_;
+  std::uint32_t lastToken_ = 0;
+  std::map<std::uint32_t, Entry> entries_;
 };
 
 }  // namespace tarn

@@ -4,22 +4,22 @@
 
 namespace tarn {
 
-DispatchPtr::DispatchPtr(IDispatch* referenced) : object(referenced) {
-  if (object != nullptr) object->AddRef();
+DispatchPtr::DispatchPtr(IDispatch* referenced) : object_(referenced) {
+  if (object_ != nullptr) object_->AddRef();
 }
 
 DispatchPtr::~DispatchPtr() {
-  if (object != nullptr) object->Release();
+  if (object_ != nullptr) object_->Release();
 }
 
 DispatchPtr DispatchPtr::Adopt(IDispatch* referenced) {
   DispatchPtr pointer;
-  pointer.object = referenced;
+  pointer.object_ = referenced;
   return pointer;
 }
 
-Variant::Variant(TextArgument value) : kind(Kind::Text) {
-  if (!value.IsNull()) text.emplace(value.View());
+Variant::Variant(TextArgument value) : kind_(Kind::Text) {
+  if (!value.IsNull()) text_.emplace(value.View());
 }
 
 }  // namespace tarn

@@ -17,10 +17,10 @@ class DispatchPtr {
   DispatchPtr() = default;
   // Adds a reference.
   explicit DispatchPtr(IDispatch* referenced);
-  DispatchPtr(const DispatchPtr& other) : DispatchPtr(other.object) {}
-  DispatchPtr(DispatchPtr&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+  DispatchPtr(const DispatchPtr& other) : DispatchPtr(other.object_) {}
+  DispatchPtr(DispatchPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   DispatchPtr& operator=(DispatchPtr other) noexcept {
-    std::swap(object, other.object);
+    std::swap(object_, other.object_);
     return *this;
   }
   ~DispatchPtr();
@@ -28,14 +28,14 @@ class DispatchPtr {
   // Takes over a reference that the caller already holds.
   static DispatchPtr Adopt(IDispatch* referenced);
 
-  IDispatch* Get() const { return object; }
-  IDispatch* operator->() const { return object; }
-  explicit operator bool() const { return object != nullptr; }
+  IDispatch* Get() const { return object_; }
+  IDispatch* operator->() const { return object_; }
+  explicit operator bool() const { return object_ != nullptr; }
   // Releases the reference.
   void Reset() { *this = DispatchPtr(); }
 
  private:
-  IDispatch* object = nullptr;
+  IDispatch* object_ = nullptr;
 };
 
 // An 8-bit string that can be null; null and empty are different arguments.
@@ -46,18 +46,19 @@ using NullableText = std::optional<std::string>;
 class TextArgument {
  public:
   TextArgument(std::nullptr_t) {}
-  TextArgument(const char* text) : view(text ? text : ""), isNull(text == nullptr) {}
-  TextArgument(std::string_view text) : view(text), isNull(false) {}
-  TextArgument(const std::string& text) : view(text), isNull(false) {}
-  TextArgument(const NullableText& text) : view(text ? *text : std::string_view()), isNull(!text) {}
+  TextArgument(const char* text) : view_(text ? text : ""), isNull_(text == nullptr) {}
+  TextArgument(std::string_view text) : view_(text), isNull_(false) {}
+  TextArgument(const std::string& text) : view_(text), isNull_(false) {}
+  TextArgument(const NullableText& text)
+      : view_(text ? *text : std::string_view()), isNull_(!text) {}
 
-  bool IsNull() const { return isNull; }
+  bool IsNull() const { return isNull_; }
   // Empty for a null string.
-  std::string_view View() const { return view; }
+  std::string_view View() const { return view_; }
 
  private:
-  std::string_view view;
-  bool isNull = true;
+  std::string_view view_;
+  bool isNull_ = true;
 };
 
 // A value at the dispatch boundary: empty, a signed 32-bit number, a string or an object.
@@ -67,26 +68,26 @@ class Variant {
   enum class Kind { Empty, Long, Text, Object };
 
   Variant() = default;
-  Variant(std::int32_t value) : kind(Kind::Long), number(value) {}
-  Variant(std::string value) : kind(Kind::Text), text(std::move(value)) {}
+  Variant(std::int32_t value) : kind_(Kind::Long), number_(value) {}
+  Variant(std::string value) : kind_(Kind::Text), text_(std::move(value)) {}
   Variant(const char* value) : Variant(TextArgument(value)) {}
   Variant(std::string_view value) : Variant(TextArgument(value)) {}
-  Variant(NullableText value) : kind(Kind::Text), text(std::move(value)) {}
+  Variant(NullableText value) : kind_(Kind::Text), text_(std::move(value)) {}
   Variant(TextArgument value);
-  Variant(DispatchPtr value) : kind(Kind::Object), object(std::move(value)) {}
+  Variant(DispatchPtr value) : kind_(Kind::Object), object_(std::move(value)) {}
 
-  Kind GetKind() const { return kind; }
+  Kind GetKind() const { return kind_; }
   // Value of the kind that the name says; for any other kind 0, a null string or no object.
-  std::int32_t AsLong() const { return number; }
-  const NullableText& AsText() const { return text; }
-  NullableText& AsText() { return text; }
-  const DispatchPtr& AsObject() const { return object; }
+  std::int32_t AsLong() const { return number_; }
+  const NullableText& AsText() const { return text_; }
+  NullableText& AsText() { return text_; }
+  const DispatchPtr& AsObject() const { return object_; }
 
  private:
-  Kind kind = Kind::Empty;
-  std::int32_t number = 0;
-  DispatchPtr object;
-  NullableText text;
+  Kind kind_ = Kind::Empty;
+  std::int32_t number_ = 0;
+  DispatchPtr object_;
+  NullableText text_;
 };
 
 }  // namespace tarn

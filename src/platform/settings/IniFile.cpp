@@ -31,9 +31,9 @@ IniFile::IniFile(std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
     const std::string_view line = text.substr(0, end);
-    const bool marked = lines.empty() && line.starts_with(kByteOrderMark);
-    lines.push_back(ParseLine(marked ? line.substr(kByteOrderMark.size()) : line));
-    lines.back().text = line;
+    const bool marked = lines_.empty() && line.starts_with(kByteOrderMark);
+    lines_.push_back(ParseLine(marked ? line.substr(kByteOrderMark.size()) : line));
+    lines_.back().text = line;
     text.remove_prefix(end);
   }
 }
@@ -57,8 +57,8 @@ IniFile::Line IniFile::ParseLine(std::string_view text) {
 
 std::size_t IniFile::FindSection(std::string_view section, std::size_t from) const {
   const std::string_view wanted = Trim(section);
-  while (from < lines.size() &&
-         !(lines[from].kind == Kind::Section && EqualNoCase(lines[from].name, wanted))) {
+  while (from < lines_.size() &&
+         !(lines_[from].kind == Kind::Section && EqualNoCase(lines_[from].name, wanted))) {
     ++from;
   }
   return from;
@@ -66,32 +66,32 @@ std::size_t IniFile::FindSection(std::string_view section, std::size_t from) con
 
 std::size_t IniFile::EndOfSection(std::size_t header) const {
   std::size_t end = header + 1;
-  while (end < lines.size() && lines[end].kind != Kind::Section) ++end;
+  while (end < lines_.size() && lines_[end].kind != Kind::Section) ++end;
   return end;
 }
 
 std::size_t IniFile::FindValue(std::string_view section, std::string_view name) const {
   const std::string_view wanted = Trim(name);
-  for (std::size_t header = FindSection(section, 0); header < lines.size();
+  for (std::size_t header = FindSection(section, 0); header < lines_.size();
        header = FindSection(section, header + 1)) {
     const std::size_t end = EndOfSection(header);
     for (std::size_t i = header + 1; i < end; ++i) {
-      if (lines[i].kind == Kind::Value && EqualNoCase(lines[i].name, wanted)) return i;
+      if (lines_[i].kind == Kind::Value && EqualNoCase(lines_[i].name, wanted)) return i;
     }
   }
-  return lines.size();
+  return lines_.size();
 }
 
 std::optional<std::string> IniFile::Read(std::string_view section, std::string_view name) const {
   const std::size_t place = FindValue(section, name);
-  if (place == lines.size()) return std::nullopt;
-  const std::string_view text = lines[place].text;
+  if (place == lines_.size()) return std::nullopt;
+  const std::string_view text = lines_[place].text;
   return std::string(WithoutQuotes(Trim(text.substr(text.find('=') + 1))));
 }
 
 std::vector<std::string> IniFile::SectionNames() const {
   std::vector<std::string> names;
-  for (const Line& line : lines) {
+  for (const Line& line : lines_) {
     if (line.kind == Kind::Section && !Contains(names, line.name)) names.push_back(line.name);
   }
   return names;
@@ -99,12 +99,12 @@ std::vector<std::string> IniFile::SectionNames() const {
 
 std::vector<std::string> IniFile::ValueNames(std::string_view section) const {
   std::vector<std::string> names;
-  for (std::size_t header = FindSection(section, 0); header < lines.size();
+  for (std::size_t header = FindSection(section, 0); header < lines_.size();
        header = FindSection(section, header + 1)) {
     const std::size_t end = EndOfSection(header);
     for (std::size_t i = header + 1; i < end; ++i) {
-      if (lines[i].kind == Kind::Value && !Contains(names, lines[i].name)) {
-        names.push_back(lines[i].name);
+      if (lines_[i].kind == Kind::Value && !Contains(names, lines_[i].name)) {
+        names.push_back(lines_[i].name);
       }
     }
   }
@@ -112,13 +112,13 @@ std::vector<std::string> IniFile::ValueNames(std::string_view section) const {
 }
 
 std::string_view IniFile::LineBreak() const {
-  return !lines.empty() && lines.front().text.ends_with("\r\n") ? "\r\n" : "\n";
+  return !lines_.empty() && lines_.front().text.ends_with("\r\n") ? "\r\n" : "\n";
 }
 
 void IniFile::Insert(std::size_t place, std::string text) {
-  if (place > 0 && !lines[place - 1].text.ends_with('\n')) lines[place - 1].text += LineBreak();
+  if (place > 0 && !lines_[place - 1].text.ends_with('\n')) lines_[place - 1].text += LineBreak();
   text += LineBreak();
-  lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place), ParseLine(text));
+  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(place), ParseLine(text));
 }
 
 bool IniFile::Write(std::string_view section, std::string_view name, std::string_view value) {
@@ -130,27 +130,27 @@ bool IniFile::Write(std::string_view section, std::string_view name, std::string
     return false;
   }
   const std::size_t place = FindValue(header, key);
-  if (place < lines.size()) {
-    std::string& text = lines[place].text;
+  if (place < lines_.size()) {
+    std::string& text = lines_[place].text;
     const std::size_t start = text.find('=') + 1;
     const std::size_t end = text.find_last_not_of("\r\n") + 1;
     text.replace(start, std::max(start, end) - start, value);
     return true;
   }
   const std::size_t start = FindSection(header, 0);
-  if (start == lines.size()) Insert(start, "[" + std::string(header) + "]");
+  if (start == lines_.size()) Insert(start, "[" + std::string(header) + "]");
   // Comments after the last value may belong to the next section.
   std::size_t last = EndOfSection(start) - 1;
-  while (last > start && lines[last].kind != Kind::Value) --last;
+  while (last > start && lines_[last].kind != Kind::Value) --last;
   Insert(last + 1, std::string(key) + "=" + std::string(value));
   return true;
 }
 
 bool IniFile::Remove(std::string_view section, std::string_view name) {
   bool removed = false;
-  for (std::size_t place = FindValue(section, name); place < lines.size();
+  for (std::size_t place = FindValue(section, name); place < lines_.size();
        place = FindValue(section, name)) {
-    lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(place));
+    lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(place));
     removed = true;
   }
   return removed;
@@ -158,10 +158,10 @@ bool IniFile::Remove(std::string_view section, std::string_view name) {
 
 bool IniFile::RemoveSection(std::string_view section) {
   bool removed = false;
-  for (std::size_t header = FindSection(section, 0); header < lines.size();
+  for (std::size_t header = FindSection(section, 0); header < lines_.size();
        header = FindSection(section, header)) {
-    lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(header),
-                lines.begin() + static_cast<std::ptrdiff_t>(EndOfSection(header)));
+    lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(header),
+                 lines_.begin() + static_cast<std::ptrdiff_t>(EndOfSection(header)));
     removed = true;
   }
   return removed;
@@ -169,7 +169,7 @@ bool IniFile::RemoveSection(std::string_view section) {
 
 std::string IniFile::ToText() const {
   std::string text;
-  for (const Line& line : lines) text += line.text;
+  for (const Line& line : lines_) text += line.text;
   return text;
 }
 

@@ -58,7 +58,7 @@ class IniFile {
   std::string_view LineBreak() const;
   void Insert(std::size_t place, std::string text);
 
-  std::vector<Line> lines;
+  std::vector<Line> lines_;
 };
 
 }  // namespace tarn

@@ -51,11 +51,11 @@ std::string RegistryFileIn(const std::string& folder) {
 }
 
 Settings::Settings(FileSystem& fileSystem, SettingsFolders settingsFolders)
-    : files(fileSystem), folders(std::move(settingsFolders)), profileKey("Corvane\\Tarn") {}
+    : files_(fileSystem), folders_(std::move(settingsFolders)), profileKey_("Corvane\\Tarn") {}
 
 std::array<IniFile, 2> Settings::ReadRegistries() const {
-  return {ReadIniStore(files, RegistryFileIn(folders.user)),
-          ReadIniStore(files, RegistryFileIn(folders.machine))};
+  return {ReadIniStore(files_, RegistryFileIn(folders_.user)),
+          ReadIniStore(files_, RegistryFileIn(folders_.machine))};
 }
 
 std::optional<std::string> Settings::ReadRegistry(std::string_view key,
@@ -99,17 +99,17 @@ std::vector<std::string> Settings::RegistrySubkeys(std::string_view key) const {
 }
 
 void Settings::SetProfileKey(std::string_view key) {
-  profileKey = WithoutOuterBackslashes(key);
+  profileKey_ = WithoutOuterBackslashes(key);
 }
 
 std::string Settings::ProfileSection(std::string_view section) const {
-  return profileKey + "\\" + std::string(section);
+  return profileKey_ + "\\" + std::string(section);
 }
 
 std::optional<std::string> Settings::ReadProfile(std::string_view section,
                                                  std::string_view name) const {
   if (const HeldValue* const here = FindHeld(section, name)) return here->value;
-  return ReadIniStore(files, ProfileFile(folders)).Read(ProfileSection(section), name);
+  return ReadIniStore(files_, ProfileFile(folders_)).Read(ProfileSection(section), name);
 }
 
 bool Settings::WriteProfile(std::string_view section, std::string_view name,
@@ -118,7 +118,7 @@ bool Settings::WriteProfile(std::string_view section, std::string_view name,
     here->value = value;
     return true;
   }
-  const Status written = EditIniStore(files, ProfileFile(folders), [&](IniFile& store) {
+  const Status written = EditIniStore(files_, ProfileFile(folders_), [&](IniFile& store) {
     return store.Write(ProfileSection(section), name, IniFile::Quoted(value));
   });
   return static_cast<bool>(written);
@@ -129,7 +129,7 @@ bool Settings::RemoveProfile(std::string_view section, std::string_view name) {
     here->value.reset();
     return true;
   }
-  const Status written = EditIniStore(files, ProfileFile(folders), [&](IniFile& store) {
+  const Status written = EditIniStore(files_, ProfileFile(folders_), [&](IniFile& store) {
     store.Remove(ProfileSection(section), name);
     return true;
   });
@@ -137,21 +137,21 @@ bool Settings::RemoveProfile(std::string_view section, std::string_view name) {
 }
 
 Settings::HeldValue* Settings::FindHeld(std::string_view section, std::string_view name) const {
-  const auto found = std::find_if(held.rbegin(), held.rend(), [&](const auto& each) {
+  const auto found = std::find_if(held_.rbegin(), held_.rend(), [&](const auto& each) {
     return EqualNoCase(each->section, section) && EqualNoCase(each->name, name);
   });
-  return found == held.rend() ? nullptr : found->get();
+  return found == held_.rend() ? nullptr : found->get();
 }
 
 ProfileOverride::ProfileOverride(Settings& userSettings, std::string_view section,
                                  std::string_view name, std::string_view value)
-    : settings(userSettings) {
-  settings.held.push_back(std::make_unique<Settings::HeldValue>(
+    : settings_(userSettings) {
+  settings_.held_.push_back(std::make_unique<Settings::HeldValue>(
       Settings::HeldValue{std::string(section), std::string(name), std::string(value)}));
 }
 
 ProfileOverride::~ProfileOverride() {
-  settings.held.pop_back();
+  settings_.held_.pop_back();
 }
 
 Settings& Settings::Native() {

@@ -53,7 +53,7 @@ class Settings {
 
   // Key of the profile; "Corvane\Tarn" until set.
   void SetProfileKey(std::string_view key);
-  const std::string& GetProfileKey() const { return profileKey; }
+  const std::string& GetProfileKey() const { return profileKey_; }
   // Returns nullopt for a missing value and an unreadable store.
   std::optional<std::string> ReadProfile(std::string_view section, std::string_view name) const;
   std::string ReadProfile(std::string_view section, std::string_view name,
@@ -67,7 +67,7 @@ class Settings {
   // not be written.
   bool RemoveProfile(std::string_view section, std::string_view name);
 
-  const SettingsFolders& GetFolders() const { return folders; }
+  const SettingsFolders& GetFolders() const { return folders_; }
 
   // Returns the settings of this system and user.
   static Settings& Native();
@@ -88,10 +88,10 @@ class Settings {
   std::array<IniFile, 2> ReadRegistries() const;
   std::string ProfileSection(std::string_view section) const;
 
-  FileSystem& files;
-  SettingsFolders folders;
-  std::string profileKey;
-  std::vector<std::unique_ptr<HeldValue>> held;
+  FileSystem& files_;
+  SettingsFolders folders_;
+  std::string profileKey_;
+  std::vector<std::unique_ptr<HeldValue>> held_;
 };
 
 // Overrides a profile value in memory for the lifetime of the object: reads return it, and writes
@@ -106,7 +106,7 @@ class ProfileOverride {
   ProfileOverride& operator=(const ProfileOverride&) = delete;
 
  private:
-  Settings& settings;
+  Settings& settings_;
 };
 
 }  // namespace tarn

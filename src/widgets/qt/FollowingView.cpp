@@ -5,7 +5,7 @@
 namespace tarn {
 
 FollowingView::FollowingView(CWnd& shownControl)
-    : handle(shownControl.GetHandle()), control(shownControl) {
+    : handle(shownControl.GetHandle()), control_(shownControl) {
   // The control's layout is left-to-right regardless of the user's language.
   setLayoutDirection(Qt::LeftToRight);
   setUniformRowHeights(true);
@@ -18,19 +18,19 @@ FollowingView::FollowingView(CWnd& shownControl)
 }
 
 void FollowingView::AskToTellState() {
-  if (isTellingDue) return;
-  isTellingDue = true;
+  if (isTellingDue_) return;
+  isTellingDue_ = true;
   QTimer::singleShot(0, this, [this] {
-    isTellingDue = false;
+    isTellingDue_ = false;
     if (IsWindow(handle) && isVisible()) TellState();
   });
 }
 
 void FollowingView::TellSize() {
-  const Rect known = control.GetClientRect();
+  const Rect known = control_.GetClientRect();
   const QSize size = viewport()->size();
   if (size.width() != known.Width() || size.height() != known.Height()) {
-    control.NotifyResized({size.width(), size.height()});
+    control_.NotifyResized({size.width(), size.height()});
   }
 }
 

@@ -39,8 +39,8 @@ class FollowingView : public QTreeView {
   TypeAhead typeAhead;
 
  private:
-  CWnd& control;
-  bool isTellingDue = false;
+  CWnd& control_;
+  bool isTellingDue_ = false;
 };
 
 }  // namespace tarn

@@ -60,11 +60,11 @@ QPixmap ImageCache::Get(const CImageList& images, int index, qreal ratio) {
     const auto hundredths = static_cast<int>(std::lround(ratio * 100));
     const Key key(strip.bitmap.get(), strip.transparent, size.width, size.height, number,
                   hundredths);
-    const auto known = pictures.find(key);
-    if (known != pictures.end() && !known->second.bitmap.expired()) return known->second.pixmap;
-    std::erase_if(pictures, [](const auto& each) { return each.second.bitmap.expired(); });
+    const auto known = pictures_.find(key);
+    if (known != pictures_.end() && !known->second.bitmap.expired()) return known->second.pixmap;
+    std::erase_if(pictures_, [](const auto& each) { return each.second.bitmap.expired(); });
     QPixmap pixmap = ToPixmap(*strip.bitmap, size, number, ratio, strip.transparent);
-    pictures[key] = {strip.bitmap, pixmap};
+    pictures_[key] = {strip.bitmap, pixmap};
     return pixmap;
   }
   return {};

@@ -32,7 +32,7 @@ class ImageCache {
   // hundredths.
   using Key = std::tuple<const Bitmap*, Color, int, int, int, int>;
 
-  std::map<Key, Picture> pictures;
+  std::map<Key, Picture> pictures_;
 };
 
 }  // namespace tarn

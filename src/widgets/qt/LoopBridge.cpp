@@ -22,30 +22,30 @@ QEvent::Type WakeEvent() {
 
 }  // namespace
 
-LoopBridge::LoopBridge() : loop(MessageLoop::ForCurrentThread()) {
-  serveTimer.setSingleShot(true);
-  serveTimer.setTimerType(Qt::PreciseTimer);
-  idleTimer.setSingleShot(true);
-  sinceIdle.start();
-  connect(&serveTimer, &QTimer::timeout, this, [this] { Serve(); });
-  connect(&idleTimer, &QTimer::timeout, this, [this] { OnIdle(); });
+LoopBridge::LoopBridge() : loop_(MessageLoop::ForCurrentThread()) {
+  serveTimer_.setSingleShot(true);
+  serveTimer_.setTimerType(Qt::PreciseTimer);
+  idleTimer_.setSingleShot(true);
+  sinceIdle_.start();
+  connect(&serveTimer_, &QTimer::timeout, this, [this] { Serve(); });
+  connect(&idleTimer_, &QTimer::timeout, this, [this] { OnIdle(); });
   connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
           [this] { OnAboutToBlock(); });
-  loop->SetWakeHandler([this] {
-    if (!isWakePending.exchange(true)) {
+  loop_->SetWakeHandler([this] {
+    if (!isWakePending_.exchange(true)) {
       QCoreApplication::postEvent(this, new QEvent(WakeEvent()));
     }
   });
-  serveTimer.start(0);
+  serveTimer_.start(0);
 }
 
 LoopBridge::~LoopBridge() {
-  loop->SetWakeHandler({});
+  loop_->SetWakeHandler({});
 }
 
 bool LoopBridge::event(QEvent* event) {
   if (event->type() != WakeEvent()) return QObject::event(event);
-  isWakePending = false;
+  isWakePending_ = false;
   Serve();
   return true;
 }
@@ -53,31 +53,31 @@ bool LoopBridge::event(QEvent* event) {
 void LoopBridge::Serve() {
   QElapsedTimer piece;
   piece.start();
-  while (loop->Pump()) {
+  while (loop_->Pump()) {
     // Continue after other pending events: a posted event would be processed before them.
     if (piece.elapsed() < kLongestPieceMs) continue;
-    serveTimer.start(0);
+    serveTimer_.start(0);
     return;
   }
-  if (const auto next = loop->UntilNextTimer()) {
-    serveTimer.start(*next);
+  if (const auto next = loop_->UntilNextTimer()) {
+    serveTimer_.start(*next);
   } else {
-    serveTimer.stop();
+    serveTimer_.stop();
   }
 }
 
 void LoopBridge::OnAboutToBlock() {
-  if (isIdleOver) {
-    isIdleOver = false;
-  } else if (!idleTimer.isActive()) {
-    idleTimer.start(static_cast<int>(std::max<qint64>(0, kIdlePeriodMs - sinceIdle.elapsed())));
+  if (isIdleOver_) {
+    isIdleOver_ = false;
+  } else if (!idleTimer_.isActive()) {
+    idleTimer_.start(static_cast<int>(std::max<qint64>(0, kIdlePeriodMs - sinceIdle_.elapsed())));
   }
 }
 
 void LoopBridge::OnIdle() {
   RunIdle();
-  sinceIdle.restart();
-  isIdleOver = true;
+  sinceIdle_.restart();
+  isIdleOver_ = true;
 }
 
 }  // namespace tarn

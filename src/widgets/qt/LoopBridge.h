@@ -28,12 +28,12 @@ class LoopBridge : public QObject {
   void OnAboutToBlock();
   void OnIdle();
 
-  std::shared_ptr<MessageLoop> loop;
-  std::atomic<bool> isWakePending = false;
-  QTimer serveTimer;
-  QTimer idleTimer;
-  QElapsedTimer sinceIdle;
-  bool isIdleOver = false;  // the next loop iteration was caused by the idle processing itself
+  std::shared_ptr<MessageLoop> loop_;
+  std::atomic<bool> isWakePending_ = false;
+  QTimer serveTimer_;
+  QTimer idleTimer_;
+  QElapsedTimer sinceIdle_;
+  bool isIdleOver_ = false;  // the next loop iteration was caused by the idle processing itself
 };
 
 }  // namespace tarn

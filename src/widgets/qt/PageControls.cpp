@@ -51,52 +51,52 @@ QAbstractButton* RadioBefore(const CButton& button) {
 class ButtonWidgetPeer : public WidgetPeer<ButtonPeer, QAbstractButton> {
  public:
   explicit ButtonWidgetPeer(CButton& shownButton)
-      : WidgetPeer(shownButton, NewButton(shownButton.GetKind())), button(shownButton) {
-    if (button.GetKind() == ButtonKind::Radio) JoinGroup();
+      : WidgetPeer(shownButton, NewButton(shownButton.GetKind())), button_(shownButton) {
+    if (button_.GetKind() == ButtonKind::Radio) JoinGroup();
     ButtonWidgetPeer::OnTextChanged();
     ButtonWidgetPeer::OnCheckChanged();
-    new WindowInput(button, *widget, kInputFocus | kInputKeys);
+    new WindowInput(button_, *widget, kInputFocus | kInputKeys);
     QObject::connect(widget, &QAbstractButton::clicked, widget, [this, own = handle] {
       if (!IsWindow(own)) return;
-      button.NotifyClicked();
+      button_.NotifyClicked();
       // The control's state is authoritative; the widget has already toggled by itself.
       if (IsWindow(own)) OnCheckChanged();
     });
   }
 
   void OnTextChanged() override {
-    if (widget != nullptr) widget->setText(ToQtLabel(button.GetControlText()));
+    if (widget != nullptr) widget->setText(ToQtLabel(button_.GetControlText()));
   }
   void OnCheckChanged() override {
-    if (widget == nullptr || button.GetKind() == ButtonKind::Push) return;
+    if (widget == nullptr || button_.GetKind() == ButtonKind::Push) return;
     // An exclusive group would refuse to uncheck its last button.
     QButtonGroup* const group = widget->group();
     if (group != nullptr) group->setExclusive(false);
-    widget->setChecked(button.IsChecked());
+    widget->setChecked(button_.IsChecked());
     if (group != nullptr) group->setExclusive(true);
   }
 
  private:
   // Adds the button to its group, for navigation with the arrow keys.
   void JoinGroup() {
-    const QAbstractButton* const before = RadioBefore(button);
+    const QAbstractButton* const before = RadioBefore(button_);
     QButtonGroup* group = before == nullptr ? nullptr : before->group();
     if (group == nullptr) group = new QButtonGroup(widget->parentWidget());
     group->addButton(widget);
   }
 
-  CButton& button;
+  CButton& button_;
 };
 
 class ComboBoxWidgetPeer : public WidgetPeer<ComboBoxPeer, QComboBox> {
  public:
   explicit ComboBoxWidgetPeer(CComboBox& shownList)
-      : WidgetPeer(shownList, new QComboBox), list(shownList) {
+      : WidgetPeer(shownList, new QComboBox), list_(shownList) {
     ComboBoxWidgetPeer::OnEntriesChanged();
-    new WindowInput(list, *widget, kInputFocus);
+    new WindowInput(list_, *widget, kInputFocus);
     QObject::connect(widget, &QComboBox::activated, widget, [this, own = handle](int index) {
       if (!IsWindow(own)) return;
-      list.NotifySelected(index);
+      list_.NotifySelected(index);
       if (IsWindow(own)) OnSelectionChanged();
     });
   }
@@ -104,33 +104,33 @@ class ComboBoxWidgetPeer : public WidgetPeer<ComboBoxPeer, QComboBox> {
   void OnEntriesChanged() override {
     if (widget == nullptr) return;
     // Entries are added one by one.
-    if (list.GetCount() < widget->count()) widget->clear();
-    for (int index = widget->count(); index < list.GetCount(); ++index) {
-      widget->addItem(ToQt(list.GetText(index)));
+    if (list_.GetCount() < widget->count()) widget->clear();
+    for (int index = widget->count(); index < list_.GetCount(); ++index) {
+      widget->addItem(ToQt(list_.GetText(index)));
     }
     OnSelectionChanged();
   }
   void OnSelectionChanged() override {
-    if (widget != nullptr) widget->setCurrentIndex(list.GetCurSel());
+    if (widget != nullptr) widget->setCurrentIndex(list_.GetCurSel());
   }
 
  private:
-  CComboBox& list;
+  CComboBox& list_;
 };
 
 class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
  public:
   explicit StaticPeer(CStatic& shownText)
-      : WidgetPeer(shownText, new QLabel), kind(shownText.GetKind()) {
+      : WidgetPeer(shownText, new QLabel), kind_(shownText.GetKind()) {
     widget->setTextFormat(Qt::PlainText);
     widget->setWordWrap(true);
-    if (kind == StaticKind::Frame) widget->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    if (kind_ == StaticKind::Frame) widget->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     StaticPeer::OnTextChanged();
     StaticPeer::OnMoved();
   }
 
   void OnTextChanged() override {
-    if (widget == nullptr || kind != StaticKind::Label) return;
+    if (widget == nullptr || kind_ != StaticKind::Label) return;
     widget->setText(ToQt(window.GetControlText()));
     Fit();
   }
@@ -149,7 +149,7 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
     widget->setToolTip(isCut ? Qt::convertFromPlainText(widget->text()) : QString());
   }
 
-  const StaticKind kind;
+  const StaticKind kind_;
 };
 
 // A link as a widget with its own focus; a link inside a label's text would need a second Tab.

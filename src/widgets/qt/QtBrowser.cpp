@@ -67,23 +67,23 @@ class PageView : public QTextBrowser {
   }
 
   void Show(const QString& address) {
-    shownAddress = address;
+    shownAddress_ = address;
     // A '#' may also be part of the name of a file or folder.
     const bool isWhole = HasScheme(address) || QFileInfo::exists(address);
     const qsizetype mark = isWhole ? -1 : address.lastIndexOf(QLatin1Char('#'));
     const QUrl url = HasScheme(address) ? QUrl(address) : QUrl();
     const QString place = mark >= 0 ? address.mid(mark + 1) : url.fragment();
-    path = ToLocalPath(mark >= 0 ? address.left(mark) : address);
+    path_ = ToLocalPath(mark >= 0 ? address.left(mark) : address);
     // A page may percent-encode the spaces of a name.
-    if (!QFileInfo::exists(path)) path = QUrl::fromPercentEncoding(path.toUtf8());
-    const std::optional<QByteArray> page = path.isEmpty() ? std::nullopt : ReadPage(path);
-    targets.clear();
+    if (!QFileInfo::exists(path_)) path_ = QUrl::fromPercentEncoding(path_.toUtf8());
+    const std::optional<QByteArray> page = path_.isEmpty() ? std::nullopt : ReadPage(path_);
+    targets_.clear();
     if (!page) {
       if (address.isEmpty()) return clear();
       return setPlainText(
           QCoreApplication::translate("PageView", "This page can't be shown:\n%1").arg(address));
     }
-    const QString suffix = QFileInfo(path).suffix().toLower();
+    const QString suffix = QFileInfo(path_).suffix().toLower();
     if (suffix == QLatin1String("htm") || suffix == QLatin1String("html")) {
       setHtml(QStringDecoder::decoderForHtml(*page).decode(*page));
       NumberLinks();
@@ -96,21 +96,21 @@ class PageView : public QTextBrowser {
   // Target of a link, as written in the page; a relative one is resolved to a full path.
   QString AddressOf(const QUrl& numbered) const {
     const int number = numbered.path().toInt();
-    if (number < 0 || number >= targets.size()) return {};
-    const QString& target = targets[number];
+    if (number < 0 || number >= targets_.size()) return {};
+    const QString& target = targets_[number];
     if (HasScheme(target) || target.startsWith(QLatin1Char('/'))) return target;
-    if (target.startsWith(QLatin1Char('#'))) return path + target;
-    return QFileInfo(path).path() + QLatin1Char('/') + target;
+    if (target.startsWith(QLatin1Char('#'))) return path_ + target;
+    return QFileInfo(path_).path() + QLatin1Char('/') + target;
   }
 
  protected:
   // A page is rendered with the link colours of the theme at that time.
   void changeEvent(QEvent* event) override {
     QTextBrowser::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange || isDark == IsDarkPalette()) return;
-    isDark = IsDarkPalette();
+    if (event->type() != QEvent::PaletteChange || isDark_ == IsDarkPalette()) return;
+    isDark_ = IsDarkPalette();
     const int top = verticalScrollBar()->value();
-    Show(shownAddress);
+    Show(shownAddress_);
     verticalScrollBar()->setValue(top);
   }
   void contextMenuEvent(QContextMenuEvent* event) override {
@@ -127,7 +127,8 @@ class PageView : public QTextBrowser {
       return {};
     const QString named = name.isRelative() ? name.path() : ToLocalPath(name.toString());
     if (named.isEmpty()) return {};
-    const std::optional<QByteArray> bytes = ReadPage(QFileInfo(path).dir().absoluteFilePath(named));
+    const std::optional<QByteArray> bytes =
+        ReadPage(QFileInfo(path_).dir().absoluteFilePath(named));
     return bytes ? QVariant(*bytes) : QVariant();
   }
 
@@ -143,7 +144,7 @@ class PageView : public QTextBrowser {
         const QTextFragment part = at.fragment();
         if (part.charFormat().anchorHref().isEmpty()) continue;
         links.push_back({part.position(), part.position() + part.length()});
-        targets.append(part.charFormat().anchorHref());
+        targets_.append(part.charFormat().anchorHref());
       }
     }
     QTextCursor cursor(document());
@@ -158,19 +159,19 @@ class PageView : public QTextBrowser {
     cursor.endEditBlock();
   }
 
-  QString shownAddress;
-  QString path;
-  QStringList targets;
-  bool isDark = IsDarkPalette();
+  QString shownAddress_;
+  QString path_;
+  QStringList targets_;
+  bool isDark_ = IsDarkPalette();
 };
 
 class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {
  public:
   explicit QtBrowser(CBrowserCtrl& shownBrowser)
-      : WidgetPeer(shownBrowser, new PageView), browser(shownBrowser) {
-    new WindowInput(browser, *widget, kInputSize | kInputFocus | kInputKeys);
+      : WidgetPeer(shownBrowser, new PageView), browser_(shownBrowser) {
+    new WindowInput(browser_, *widget, kInputSize | kInputFocus | kInputKeys);
     widget->onMenuWanted = [this, own = handle](QPoint screen) {
-      return !IsWindow(own) || browser.NotifyContextMenu({screen.x(), screen.y()}) ||
+      return !IsWindow(own) || browser_.NotifyContextMenu({screen.x(), screen.y()}) ||
              !IsWindow(own);
     };
     QObject::connect(widget, &QTextBrowser::anchorClicked, widget,
@@ -181,21 +182,21 @@ class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {
 
   void OnTextChanged() override {
     WidgetPeer::OnTextChanged();
-    if (widget != nullptr) widget->setAccessibleName(ToQt(browser.GetControlText()));
+    if (widget != nullptr) widget->setAccessibleName(ToQt(browser_.GetControlText()));
   }
   void OnNavigate() override {
-    if (widget != nullptr) widget->Show(ToQt(browser.GetAddress()));
+    if (widget != nullptr) widget->Show(ToQt(browser_.GetAddress()));
   }
 
  private:
   // May destroy the peer.
   void Follow(const QString& address) {
     const WindowHandle own = handle;
-    if (!IsWindow(own) || !browser.NotifyNavigating(FromQt(address))) return;
+    if (!IsWindow(own) || !browser_.NotifyNavigating(FromQt(address))) return;
     if (IsWindow(own)) OnNavigate();
   }
 
-  CBrowserCtrl& browser;
+  CBrowserCtrl& browser_;
 };
 
 }  // namespace

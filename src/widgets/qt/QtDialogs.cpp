@@ -66,18 +66,18 @@ QStringList ToNameFilters(std::string_view filter) {
 }
 
 QtDialogs::QtDialogs(WindowHandle askedWindow, QWidget* parentWidget)
-    : owner(askedWindow), parent(parentWidget) {
-  SetDialogResponder(owner, this);
+    : owner_(askedWindow), parent_(parentWidget) {
+  SetDialogResponder(owner_, this);
 }
 
 QtDialogs::~QtDialogs() {
-  SetDialogResponder(owner, nullptr);
+  SetDialogResponder(owner_, nullptr);
 }
 
 // A question caused by a dialog is shown over that dialog.
 QWidget* QtDialogs::Parent() const {
   QWidget* const modal = QApplication::activeModalWidget();
-  return modal != nullptr ? modal : parent.data();
+  return modal != nullptr ? modal : parent_.data();
 }
 
 bool QtDialogs::AskOkCancel(const std::string& text, const std::string& caption) {

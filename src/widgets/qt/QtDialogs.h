@@ -35,8 +35,8 @@ class QtDialogs final : public DialogResponder {
  private:
   QWidget* Parent() const;
 
-  const WindowHandle owner;
-  const QPointer<QWidget> parent;
+  const WindowHandle owner_;
+  const QPointer<QWidget> parent_;
 };
 
 // Converts the filter of a file question to the format of file dialogs: "Label (*.c *.h)".

@@ -96,54 +96,54 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
   using Base::widget;
 
  public:
-  explicit QtEdit(CEdit& shownEdit) : Base(shownEdit, new Field), edit(shownEdit) {
+  explicit QtEdit(CEdit& shownEdit) : Base(shownEdit, new Field), edit_(shownEdit) {
     // The context menu is the field's own.
-    new WindowInput(edit, *widget, kInputSize | kInputFocus | kInputKeys);
-    new WindowInput(edit, AreaOf(*widget), kInputMouseHeard | kInputFileDrops);
+    new WindowInput(edit_, *widget, kInputSize | kInputFocus | kInputKeys);
+    new WindowInput(edit_, AreaOf(*widget), kInputMouseHeard | kInputFileDrops);
     QtEdit::OnReadOnlyChanged();
     QtEdit::OnTextChanged();
-    QObject::connect(widget.data(), &Field::textChanged, &context, [this] { OnEdited(); });
-    QObject::connect(widget.data(), &Field::cursorPositionChanged, &context,
+    QObject::connect(widget.data(), &Field::textChanged, &context_, [this] { OnEdited(); });
+    QObject::connect(widget.data(), &Field::cursorPositionChanged, &context_,
                      [this] { OnSelected(); });
-    QObject::connect(widget.data(), &Field::selectionChanged, &context, [this] { OnSelected(); });
+    QObject::connect(widget.data(), &Field::selectionChanged, &context_, [this] { OnSelected(); });
   }
 
   void OnTextChanged() override {
     if (widget == nullptr) return;
-    const QScopedValueRollback<bool> own(isShowing, true);
-    SetText(*widget, ToQt(edit.GetControlText()));
+    const QScopedValueRollback<bool> own(isShowing_, true);
+    SetText(*widget, ToQt(edit_.GetControlText()));
     OnSelectionChanged();
   }
   void OnSelectionChanged() override {
     if (widget == nullptr) return;
-    const QScopedValueRollback<bool> own(isShowing, true);
-    const std::string& text = edit.GetControlText();
-    const TextRange range = edit.GetSelection();
+    const QScopedValueRollback<bool> own(isShowing_, true);
+    const std::string& text = edit_.GetControlText();
+    const TextRange range = edit_.GetSelection();
     Select(*widget, {ToQtPosition(text, range.start), ToQtPosition(text, range.end)});
   }
   void OnReadOnlyChanged() override {
-    if (widget != nullptr) widget->setReadOnly(edit.IsReadOnly());
+    if (widget != nullptr) widget->setReadOnly(edit_.IsReadOnly());
   }
 
  private:
   void OnEdited() {
-    if (isShowing) return;
-    const std::string text = WithChange(edit.GetControlText(), TextOf(*widget));
-    edit.NotifyTextEdited(text, SelectedBytes(text));
+    if (isShowing_) return;
+    const std::string text = WithChange(edit_.GetControlText(), TextOf(*widget));
+    edit_.NotifyTextEdited(text, SelectedBytes(text));
   }
   void OnSelected() {
     // A selection signal that precedes its text change is reported together with that.
-    if (isShowing || TextOf(*widget) != ToQt(edit.GetControlText())) return;
-    edit.NotifySelected(SelectedBytes(edit.GetControlText()));
+    if (isShowing_ || TextOf(*widget) != ToQt(edit_.GetControlText())) return;
+    edit_.NotifySelected(SelectedBytes(edit_.GetControlText()));
   }
   TextRange SelectedBytes(const std::string& text) const {
     const Selected range = SelectionOf(*widget);
     return {FromQtPosition(text, range.start), FromQtPosition(text, range.end)};
   }
 
-  CEdit& edit;
-  bool isShowing = false;  // changes of the field were not made by the user
-  QObject context;         // disconnects the field's signals at the end of the peer
+  CEdit& edit_;
+  bool isShowing_ = false;  // changes of the field were not made by the user
+  QObject context_;         // disconnects the field's signals at the end of the peer
 };
 
 }  // namespace

@@ -26,25 +26,25 @@ constexpr int kBoxSpacing = 4;
 class GroupBox : public QWidget {
  public:
   explicit GroupBox(CReportControl& shownReport)
-      : report(shownReport), handle(shownReport.GetHandle()), row(new QHBoxLayout(this)) {
-    row->setContentsMargins(kBoxMargin, kBoxSpacing, kBoxMargin, kBoxSpacing);
-    row->setSpacing(kBoxSpacing);
+      : report_(shownReport), handle_(shownReport.GetHandle()), row_(new QHBoxLayout(this)) {
+    row_->setContentsMargins(kBoxMargin, kBoxSpacing, kBoxMargin, kBoxSpacing);
+    row_->setSpacing(kBoxSpacing);
   }
 
   void Follow() {
-    setVisible(report.IsGroupByVisible());
+    setVisible(report_.IsGroupByVisible());
     const std::vector<const CReportColumn*>& columns =
-        report.GetColumns().GetGroupsOrder().GetColumns();
+        report_.GetColumns().GetGroupsOrder().GetColumns();
     std::vector<std::pair<int, std::string>> groups;
     groups.reserve(columns.size());
     for (const CReportColumn* const column : columns) {
       groups.emplace_back(column->GetIndex(), column->GetCaption());
     }
     // Also called for each step of a column resize.
-    const bool isKnown = row->count() > 0 && groups == shownGroups;
-    if (isKnown || !report.IsGroupByVisible()) return;
-    shownGroups = std::move(groups);
-    while (QLayoutItem* const item = row->takeAt(0)) {
+    const bool isKnown = row_->count() > 0 && groups == shownGroups_;
+    if (isKnown || !report_.IsGroupByVisible()) return;
+    shownGroups_ = std::move(groups);
+    while (QLayoutItem* const item = row_->takeAt(0)) {
       // This may be called from a press on one of them.
       if (item->widget() != nullptr) {
         item->widget()->hide();
@@ -57,9 +57,9 @@ class GroupBox : public QWidget {
                               "GroupBox", "Drag a column header here to group by that column")
                         : QCoreApplication::translate("GroupBox", "Grouped by"));
     label->setEnabled(!columns.empty());
-    row->addWidget(label);
-    for (const CReportColumn* const column : columns) row->addWidget(MakeButton(*column));
-    row->addStretch();
+    row_->addWidget(label);
+    for (const CReportColumn* const column : columns) row_->addWidget(MakeButton(*column));
+    row_->addStretch();
   }
 
  private:
@@ -76,15 +76,15 @@ class GroupBox : public QWidget {
     button->setFocusPolicy(Qt::TabFocus);
     const int index = column.GetIndex();
     connect(button, &QToolButton::clicked, this, [this, index] {
-      if (IsWindow(handle)) report.NotifyUngrouped(index);
+      if (IsWindow(handle_)) report_.NotifyUngrouped(index);
     });
     return button;
   }
 
-  CReportControl& report;
-  const WindowHandle handle;
-  QHBoxLayout* row;
-  std::vector<std::pair<int, std::string>> shownGroups;  // index and caption
+  CReportControl& report_;
+  const WindowHandle handle_;
+  QHBoxLayout* row_;
+  std::vector<std::pair<int, std::string>> shownGroups_;  // index and caption
 };
 
 class ReportFrame : public QWidget {
@@ -111,9 +111,9 @@ class ReportFrame : public QWidget {
 class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
  public:
   explicit QtReport(CReportControl& shownReport)
-      : WidgetPeer(shownReport, new ReportFrame(shownReport)), report(shownReport) {
-    new WindowInput(report, *widget->view, kInputFocus | kInputKeys);
-    new WindowInput(report, *widget->view->viewport(), kInputMouseHeard | kInputFileDrops);
+      : WidgetPeer(shownReport, new ReportFrame(shownReport)), report_(shownReport) {
+    new WindowInput(report_, *widget->view, kInputFocus | kInputKeys);
+    new WindowInput(report_, *widget->view->viewport(), kInputMouseHeard | kInputFileDrops);
     QtReport::OnTextChanged();
     QtReport::OnColumnsChanged();
     widget->view->FollowMeasures();
@@ -128,7 +128,7 @@ class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
   }
   void OnTextChanged() override {
     WidgetPeer::OnTextChanged();
-    if (widget != nullptr) widget->view->setAccessibleName(ToQt(report.GetControlText()));
+    if (widget != nullptr) widget->view->setAccessibleName(ToQt(report_.GetControlText()));
   }
   // The images may have been replaced by ones of another size.
   void OnInvalidated() override {
@@ -175,7 +175,7 @@ class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
   }
 
  private:
-  CReportControl& report;
+  CReportControl& report_;
 };
 
 }  // namespace

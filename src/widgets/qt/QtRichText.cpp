@@ -49,7 +49,7 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public R
   // A link may consist of several runs with the same target.
   TextRange LinkWith(Run run) const;
   QTextCursor Select(TextRange link) const;
-  std::size_t TextEnd() const { return control.GetText().size() - 1; }
+  std::size_t TextEnd() const { return control_.GetText().size() - 1; }
   std::string_view LineText(std::size_t line) const;
   int ToPosition(std::size_t byte) const;
   std::size_t ToByte(int position) const;
@@ -58,13 +58,13 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public R
   void Insert(int maxLines);
   void ShowSelection();
 
-  CRichTextCtrl& control;
-  std::vector<std::size_t> lineStarts = {0};
-  std::size_t shownEnd = 0;
-  QTimer timer;
-  QElapsedTimer sinceInsert;
-  bool isShowing = false;  // changes of the view were not made by the user
-  bool isSelecting = false;
+  CRichTextCtrl& control_;
+  std::vector<std::size_t> lineStarts_ = {0};
+  std::size_t shownEnd_ = 0;
+  QTimer timer_;
+  QElapsedTimer sinceInsert_;
+  bool isShowing_ = false;  // changes of the view were not made by the user
+  bool isSelecting_ = false;
 };
 
 QFont FixedFont() {
@@ -76,17 +76,17 @@ QFont FixedFont() {
 }
 
 QtRichText::QtRichText(CRichTextCtrl& shownControl)
-    : WidgetPeer(shownControl, new RichTextView), control(shownControl) {
-  if (!HasFrame(control)) widget->setFrameShape(QFrame::NoFrame);
+    : WidgetPeer(shownControl, new RichTextView), control_(shownControl) {
+  if (!HasFrame(control_)) widget->setFrameShape(QFrame::NoFrame);
   QtRichText::OnFontChanged();
   widget->listener = this;
-  new WindowInput(control, *widget, kInputSize | kInputFocus | kInputKeys | kInputContextMenu);
-  new WindowInput(control, *widget->viewport(),
+  new WindowInput(control_, *widget, kInputSize | kInputFocus | kInputKeys | kInputContextMenu);
+  new WindowInput(control_, *widget->viewport(),
                   kInputMouseHeard | kInputContextMenu | kInputFileDrops);
   widget->viewport()->installEventFilter(widget);
-  timer.setSingleShot(true);
-  QObject::connect(&timer, &QTimer::timeout, &timer, [this] { Insert(kLinesAtOnce); });
-  sinceInsert.start();
+  timer_.setSingleShot(true);
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Insert(kLinesAtOnce); });
+  sinceInsert_.start();
   Schedule();
 }
 
@@ -99,17 +99,17 @@ void QtRichText::OnTextAppended(TextRange /*range*/) {
 }
 
 void QtRichText::OnTextReplaced() {
-  lineStarts = {0};
-  shownEnd = 0;
+  lineStarts_ = {0};
+  shownEnd_ = 0;
   if (widget == nullptr) return;
-  const QScopedValueRollback<bool> own(isShowing, true);
+  const QScopedValueRollback<bool> own(isShowing_, true);
   widget->clear();
   Schedule();
 }
 
 void QtRichText::OnSelectionChanged() {
   // While text is pending, the selection is shown after its insertion.
-  if (widget != nullptr && shownEnd == TextEnd()) ShowSelection();
+  if (widget != nullptr && shownEnd_ == TextEnd()) ShowSelection();
 }
 
 bool QtRichText::HitTest(Point point, std::optional<std::size_t>& position) {
@@ -122,7 +122,7 @@ bool QtRichText::HitTest(Point point, std::optional<std::size_t>& position) {
 void QtRichText::OnFontChanged() {
   if (widget == nullptr) return;
   const QFont fixed = FixedFont();
-  QFont font = ToQtFont(control.GetFont(), fixed);
+  QFont font = ToQtFont(control_.GetFont(), fixed);
   // The fallback of a missing font may not be monospaced.
   if (!QFontDatabase::hasFamily(font.family())) font.setFamily(fixed.family());
   widget->setFont(font);
@@ -131,34 +131,34 @@ void QtRichText::OnFontChanged() {
 }
 
 void QtRichText::OnSelectedByUser() {
-  if (isShowing) return;
+  if (isShowing_) return;
   const QTextCursor cursor = widget->textCursor();
-  control.NotifySelected({ToByte(cursor.selectionStart()), ToByte(cursor.selectionEnd())});
+  control_.NotifySelected({ToByte(cursor.selectionStart()), ToByte(cursor.selectionEnd())});
 }
 
 void QtRichText::OnSelecting(bool begins) {
-  isSelecting = begins;
-  if (isSelecting) timer.stop();
+  isSelecting_ = begins;
+  if (isSelecting_) timer_.stop();
   Schedule();
 }
 
 QTextCursor QtRichText::LinkAt(QPoint point) const {
   const auto position = widget->PositionAt(point);
   if (!position) return {};
-  const std::vector<RichTextRun>& runs = control.GetRuns();
+  const std::vector<RichTextRun>& runs = control_.GetRuns();
   const auto run = FindRun(ToByte(*position));
   if (run == runs.end() || run->target == nullptr) return {};
   return Select(LinkWith(run));
 }
 
 QtRichText::Run QtRichText::FindRun(std::size_t byte) const {
-  const std::vector<RichTextRun>& runs = control.GetRuns();
+  const std::vector<RichTextRun>& runs = control_.GetRuns();
   return std::partition_point(runs.begin(), runs.end(),
                               [byte](const RichTextRun& run) { return run.range.end <= byte; });
 }
 
 TextRange QtRichText::LinkWith(Run run) const {
-  const std::vector<RichTextRun>& runs = control.GetRuns();
+  const std::vector<RichTextRun>& runs = control_.GetRuns();
   Run first = run;
   while (first != runs.begin() && (first - 1)->target == run->target) --first;
   Run last = run;
@@ -175,9 +175,9 @@ QTextCursor QtRichText::Select(TextRange link) const {
 }
 
 bool QtRichText::GoToLink(bool next) {
-  const std::vector<RichTextRun>& runs = control.GetRuns();
-  const TextRange selected = control.GetSelection();
-  const std::string* const left = control.GetLinkAt(selected.start);
+  const std::vector<RichTextRun>& runs = control_.GetRuns();
+  const TextRange selected = control_.GetSelection();
+  const std::string* const left = control_.GetLinkAt(selected.start);
   const auto isOther = [left](const RichTextRun& run) {
     return run.target != nullptr && run.target.get() != left;
   };
@@ -191,56 +191,56 @@ bool QtRichText::GoToLink(bool next) {
   }
   if (found == runs.end()) return false;
   const TextRange link = LinkWith(found);
-  while (shownEnd < link.end) Insert(kLinesAtOnce);
+  while (shownEnd_ < link.end) Insert(kLinesAtOnce);
   widget->setTextCursor(Select(link));
   return true;
 }
 
 bool QtRichText::OnKey(const QKeyEvent& event) {
   if (event.matches(QKeySequence::Copy)) {
-    control.Copy();
+    control_.Copy();
     return true;
   }
   if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter) return false;
-  const std::size_t position = control.GetSelection().start;
-  if (control.GetLinkAt(position) == nullptr) return false;
-  control.NotifyLinkKey(position);
+  const std::size_t position = control_.GetSelection().start;
+  if (control_.GetLinkAt(position) == nullptr) return false;
+  control_.NotifyLinkKey(position);
   return true;
 }
 
 std::string_view QtRichText::LineText(std::size_t line) const {
-  const std::size_t start = lineStarts[line];
-  const std::size_t end = line + 1 < lineStarts.size() ? lineStarts[line + 1] - 1 : shownEnd;
-  return std::string_view(control.GetText()).substr(start, end - start);
+  const std::size_t start = lineStarts_[line];
+  const std::size_t end = line + 1 < lineStarts_.size() ? lineStarts_[line + 1] - 1 : shownEnd_;
+  return std::string_view(control_.GetText()).substr(start, end - start);
 }
 
 int QtRichText::ToPosition(std::size_t byte) const {
-  const auto behind = std::upper_bound(lineStarts.begin(), lineStarts.end(), byte);
-  const auto line = static_cast<std::size_t>(behind - lineStarts.begin()) - 1;
+  const auto behind = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), byte);
+  const auto line = static_cast<std::size_t>(behind - lineStarts_.begin()) - 1;
   const QTextBlock block = widget->document()->findBlockByNumber(static_cast<int>(line));
-  return block.position() + ToQtPosition(LineText(line), byte - lineStarts[line]);
+  return block.position() + ToQtPosition(LineText(line), byte - lineStarts_[line]);
 }
 
 std::size_t QtRichText::ToByte(int position) const {
   const QTextBlock block = widget->document()->findBlock(position);
   const auto line = static_cast<std::size_t>(block.blockNumber());
-  return lineStarts[line] + FromQtPosition(LineText(line), position - block.position());
+  return lineStarts_[line] + FromQtPosition(LineText(line), position - block.position());
 }
 
 void QtRichText::Schedule() {
-  if (timer.isActive() || isSelecting || shownEnd == TextEnd()) return;
-  const qint64 due = std::max<qint64>(0, kInsertPeriodMs - sinceInsert.elapsed());
-  timer.start(static_cast<int>(due));
+  if (timer_.isActive() || isSelecting_ || shownEnd_ == TextEnd()) return;
+  const qint64 due = std::max<qint64>(0, kInsertPeriodMs - sinceInsert_.elapsed());
+  timer_.start(static_cast<int>(due));
 }
 
 void QtRichText::Insert(int maxLines) {
   const std::size_t end = TextEnd();
-  if (shownEnd == end) return;
+  if (shownEnd_ == end) return;
   if (widget == nullptr) {
-    shownEnd = end;
+    shownEnd_ = end;
     return;
   }
-  const QScopedValueRollback<bool> own(isShowing, true);
+  const QScopedValueRollback<bool> own(isShowing_, true);
   const bool stoodAtEnd = widget->IsAtEnd();
   const int top = widget->verticalScrollBar()->value();
   const int left = widget->horizontalScrollBar()->value();
@@ -251,31 +251,31 @@ void QtRichText::Insert(int maxLines) {
   cursor.movePosition(QTextCursor::End);
   cursor.movePosition(QTextCursor::StartOfBlock, QTextCursor::KeepAnchor);
   cursor.removeSelectedText();
-  const std::string& text = control.GetText();
-  std::size_t start = lineStarts.back();
-  RichTextInserter inserter(cursor, text, control.GetRuns(), start);
-  for (int lines = 0; lines < maxLines && shownEnd != end; ++lines) {
-    shownEnd = std::min(text.find('\n', start), end);
-    inserter.AddLine({start, shownEnd});
-    if (shownEnd == end) break;
-    inserter.AddBreak(shownEnd);
-    start = ++shownEnd;
-    lineStarts.push_back(start);
+  const std::string& text = control_.GetText();
+  std::size_t start = lineStarts_.back();
+  RichTextInserter inserter(cursor, text, control_.GetRuns(), start);
+  for (int lines = 0; lines < maxLines && shownEnd_ != end; ++lines) {
+    shownEnd_ = std::min(text.find('\n', start), end);
+    inserter.AddLine({start, shownEnd_});
+    if (shownEnd_ == end) break;
+    inserter.AddBreak(shownEnd_);
+    start = ++shownEnd_;
+    lineStarts_.push_back(start);
   }
   inserter.Finish();
   cursor.endEditBlock();
 
-  if (shownEnd == end) ShowSelection();
+  if (shownEnd_ == end) ShowSelection();
   QScrollBar* const bar = widget->verticalScrollBar();
   bar->setValue(stoodAtEnd ? bar->maximum() : top);
   widget->horizontalScrollBar()->setValue(left);
-  sinceInsert.restart();
+  sinceInsert_.restart();
   Schedule();
 }
 
 void QtRichText::ShowSelection() {
-  const QScopedValueRollback<bool> own(isShowing, true);
-  const TextRange wanted = control.GetSelection().Within(TextEnd());
+  const QScopedValueRollback<bool> own(isShowing_, true);
+  const TextRange wanted = control_.GetSelection().Within(TextEnd());
   const int start = ToPosition(wanted.start);
   const int end = ToPosition(wanted.end);
   QTextCursor cursor = widget->textCursor();

@@ -40,12 +40,12 @@ QString WithoutMnemonic(const QString& label) {
 
 // The toolkit drops a byte order mark at the beginning.
 TextWalk::TextWalk(std::string_view walkedText)
-    : text(walkedText), byte(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0) {}
+    : text_(walkedText), byte_(text_.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0) {}
 
 // Length by the toolkit's rules: an invalid byte is a character by itself.
 std::size_t TextWalk::Length() const {
   const auto at = [this](std::size_t offset) {
-    return byte + offset < text.size() ? static_cast<unsigned char>(text[byte + offset]) : 0U;
+    return byte_ + offset < text_.size() ? static_cast<unsigned char>(text_[byte_ + offset]) : 0U;
   };
   const unsigned first = at(0);
   if (first < 0xC2 || first > 0xF4) return 1;
@@ -61,16 +61,16 @@ std::size_t TextWalk::Length() const {
 }
 
 void TextWalk::GoToByte(std::size_t wanted) {
-  while (byte < text.size() && byte + Length() <= wanted) Next();
+  while (byte_ < text_.size() && byte_ + Length() <= wanted) Next();
 }
 
 void TextWalk::GoToPosition(int wanted) {
-  while (byte < text.size() && position + Units() <= wanted) Next();
+  while (byte_ < text_.size() && position_ + Units() <= wanted) Next();
 }
 
 void TextWalk::Next() {
-  position += Units();
-  byte += Length();
+  position_ += Units();
+  byte_ += Length();
 }
 
 int ToQtPosition(std::string_view text, std::size_t byte) {

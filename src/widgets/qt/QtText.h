@@ -24,8 +24,8 @@ class TextWalk {
  public:
   explicit TextWalk(std::string_view walkedText);
 
-  std::size_t Byte() const { return byte; }
-  int Position() const { return position; }
+  std::size_t Byte() const { return byte_; }
+  int Position() const { return position_; }
   // Advances to the character that contains the byte, or the position; never moves back. Linear in
   // the distance.
   void GoToByte(std::size_t wanted);
@@ -36,9 +36,9 @@ class TextWalk {
   int Units() const { return Length() == 4 ? 2 : 1; }
   void Next();
 
-  std::string_view text;
-  std::size_t byte;
-  int position = 0;
+  std::string_view text_;
+  std::size_t byte_;
+  int position_ = 0;
 };
 
 // Convert between a byte offset of `text` and a position in ToQt(text). An offset inside a

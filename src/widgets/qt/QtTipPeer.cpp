@@ -35,14 +35,14 @@ QSize SizeOf(const QString& text, const QFont& font, int width) {
 }  // namespace
 
 void TipWidget::paintEvent(QPaintEvent* /*event*/) {
-  if (!IsWindow(handle)) return;
+  if (!IsWindow(handle_)) return;
   QPainter painter(this);
   painter.setBrush(palette().brush(QPalette::ToolTipBase));
   QColor frame = palette().color(QPalette::ToolTipText);
   frame.setAlphaF(0.3F);
   painter.setPen(frame);
   // Style 0 is the plain frame; the others are rounded.
-  const qreal corner = tip.GetFrameStyle() == 0 ? 0 : kCorner;
+  const qreal corner = tip_.GetFrameStyle() == 0 ? 0 : kCorner;
   painter.setRenderHint(QPainter::Antialiasing);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
 
@@ -52,22 +52,22 @@ void TipWidget::paintEvent(QPaintEvent* /*event*/) {
     painter.setFont(line.font);
     painter.drawText(rest, FlagsFor(line.text, painter.fontMetrics(), rest.width()), line.text);
     rest.setTop(rest.top() + SizeOf(line.text, line.font, rest.width()).height() +
-                tip.GetLineSpace());
+                tip_.GetLineSpace());
   }
 }
 
 std::vector<TipWidget::Line> TipWidget::Lines() const {
   QFont bold = font();
   bold.setBold(true);
-  std::vector<Line> lines = {{ToQt(tip.GetTitle()), bold}};
-  for (const std::string_view line : Split(tip.GetControlText(), '\n')) {
+  std::vector<Line> lines = {{ToQt(tip_.GetTitle()), bold}};
+  for (const std::string_view line : Split(tip_.GetControlText(), '\n')) {
     lines.push_back({ToQt(line), font()});
   }
   return lines;
 }
 
 QMargins TipWidget::Margins() const {
-  const Size own = tip.GetMargins();
+  const Size own = tip_.GetMargins();
   const int across = kPadding + own.width;
   const int down = kPadding + own.height;
   return {across, down, across, down};
@@ -80,14 +80,14 @@ QSize TipWidget::SizeIn(QSize room) const {
   QSize size;
   for (const Line& line : Lines()) {
     const QSize own = SizeOf(line.text, line.font, widest);
-    const int space = size.isEmpty() ? 0 : tip.GetLineSpace();
+    const int space = size.isEmpty() ? 0 : tip_.GetLineSpace();
     size = QSize(std::max(size.width(), own.width()), size.height() + space + own.height());
   }
   return size.grownBy(margins).boundedTo(room);
 }
 
 QtTipPeer::QtTipPeer(CTipWindow& shownTip)
-    : WidgetPeer(shownTip, new TipWidget(shownTip)), tip(shownTip) {
+    : WidgetPeer(shownTip, new TipWidget(shownTip)), tip_(shownTip) {
   widget->setParent(widget->parentWidget(), Qt::ToolTip | Qt::FramelessWindowHint |
                                                 Qt::WindowTransparentForInput |
                                                 Qt::WindowDoesNotAcceptFocus);
@@ -97,8 +97,8 @@ QtTipPeer::QtTipPeer(CTipWindow& shownTip)
 
 void QtTipPeer::OnMoved() {
   if (widget == nullptr) return;
-  const Rect& rect = tip.GetRect();
-  const CWnd* const above = tip.GetParent();
+  const Rect& rect = tip_.GetRect();
+  const CWnd* const above = tip_.GetParent();
   const Point place =
       above == nullptr ? Point{rect.left, rect.top} : above->ClientToScreen({rect.left, rect.top});
   QRect shown(place.x, place.y, 0, 0);
@@ -118,10 +118,10 @@ void QtTipPeer::OnShown() {
   // The theme may have changed since the last time.
   widget->setPalette(QToolTip::palette());
   // The parent may have moved since the position was set.
-  if (tip.IsVisible()) QtTipPeer::OnMoved();
-  widget->setAccessibleName(ToQt(tip.GetTitle()));
-  widget->setAccessibleDescription(ToQt(tip.GetControlText()));
-  widget->setVisible(tip.IsVisible());
+  if (tip_.IsVisible()) QtTipPeer::OnMoved();
+  widget->setAccessibleName(ToQt(tip_.GetTitle()));
+  widget->setAccessibleDescription(ToQt(tip_.GetControlText()));
+  widget->setVisible(tip_.IsVisible());
 }
 
 }  // namespace tarn

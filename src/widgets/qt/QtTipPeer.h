@@ -13,7 +13,7 @@ namespace tarn {
 // Draws the title in bold and the wrapped text below it. Reads the tip's state whenever it paints.
 class TipWidget : public QWidget {
  public:
-  explicit TipWidget(const CTipWindow& shownTip) : tip(shownTip), handle(shownTip.GetHandle()) {}
+  explicit TipWidget(const CTipWindow& shownTip) : tip_(shownTip), handle_(shownTip.GetHandle()) {}
 
   // Size of the whole content, wrapped to fit into `room`.
   QSize SizeIn(QSize room) const;
@@ -29,8 +29,8 @@ class TipWidget : public QWidget {
   std::vector<Line> Lines() const;
   QMargins Margins() const;
 
-  const CTipWindow& tip;
-  const WindowHandle handle;
+  const CTipWindow& tip_;
+  const WindowHandle handle_;
 };
 
 // Shows a tip over its parent, limited to the screen that contains its position. Transparent for
@@ -43,7 +43,7 @@ class QtTipPeer : public WidgetPeer<WindowPeer, TipWidget> {
   void OnShown() override;
 
  private:
-  const CTipWindow& tip;
+  const CTipWindow& tip_;
 };
 
 }  // namespace tarn

@@ -26,24 +26,24 @@ constexpr int kArrowWidth = 10;
 
 class BarButton : public QToolButton {
  public:
-  BarButton(bool dropsDown, QWidget* parent) : QToolButton(parent), isDropDown(dropsDown) {
+  BarButton(bool dropsDown, QWidget* parent) : QToolButton(parent), isDropDown_(dropsDown) {
     setAutoRaise(true);
     setFocusPolicy(Qt::TabFocus);
   }
   QSize sizeHint() const override {
     const QSize plain = QToolButton::sizeHint();
-    return isDropDown ? plain + QSize(kArrowWidth, 0) : plain;
+    return isDropDown_ ? plain + QSize(kArrowWidth, 0) : plain;
   }
 
  protected:
   // The menu is created on demand, so the style has to be informed of it explicitly.
   void initStyleOption(QStyleOptionToolButton* option) const override {
     QToolButton::initStyleOption(option);
-    if (isDropDown) option->features |= QStyleOptionToolButton::HasMenu;
+    if (isDropDown_) option->features |= QStyleOptionToolButton::HasMenu;
   }
 
  private:
-  const bool isDropDown;
+  const bool isDropDown_;
 };
 
 class BarWidget : public QWidget {
@@ -59,8 +59,8 @@ class BarWidget : public QWidget {
 
 class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
  public:
-  explicit QtToolBar(CToolBar& shownBar) : WidgetPeer(shownBar, new BarWidget), bar(shownBar) {
-    new WindowInput(bar, *widget, kInputSize | kInputContextMenu | kInputFileDrops);
+  explicit QtToolBar(CToolBar& shownBar) : WidgetPeer(shownBar, new BarWidget), bar_(shownBar) {
+    new WindowInput(bar_, *widget, kInputSize | kInputContextMenu | kInputFileDrops);
     widget->onResize = [this, own = handle] {
       if (IsWindow(own)) Arrange();
     };
@@ -69,7 +69,7 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
 
   // Buttons are added one by one; the widgets are created once afterwards.
   void OnButtonsChanged() override {
-    if (widget == nullptr || std::exchange(isStale, true)) return;
+    if (widget == nullptr || std::exchange(isStale_, true)) return;
     QMetaObject::invokeMethod(
         widget,
         [this, own = handle] {
@@ -78,7 +78,7 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
         Qt::QueuedConnection);
   }
   void OnButtonChanged(std::size_t index) override {
-    if (isStale || widget == nullptr) return;
+    if (isStale_ || widget == nullptr) return;
     Refresh(index);
     Arrange();
   }
@@ -88,24 +88,24 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     return places.empty() ? 0 : places.back().bottom + kMargin;
   }
   std::optional<Rect> ButtonRect(std::size_t index) override {
-    const std::vector<Rect> places = PlacesAt(bar.GetRect().Width());
+    const std::vector<Rect> places = PlacesAt(bar_.GetRect().Width());
     if (index >= places.size()) return std::nullopt;
     return places[index];
   }
 
  private:
   void Make() {
-    if (!std::exchange(isStale, false)) return;
+    if (!std::exchange(isStale_, false)) return;
     // One of them may be in the middle of its press.
-    for (QWidget* const item : items) {
+    for (QWidget* const item : items_) {
       item->hide();
       item->deleteLater();
     }
-    items.clear();
-    for (const CToolBar::Button& button : bar.GetButtons()) {
-      items.push_back(button.isSeparator ? MakeSeparator() : MakeButton(button));
+    items_.clear();
+    for (const CToolBar::Button& button : bar_.GetButtons()) {
+      items_.push_back(button.isSeparator ? MakeSeparator() : MakeButton(button));
     }
-    for (std::size_t i = 0; i < items.size(); ++i) Refresh(i);
+    for (std::size_t i = 0; i < items_.size(); ++i) Refresh(i);
   }
 
   QWidget* MakeSeparator() {
@@ -118,13 +118,13 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
 
   QWidget* MakeButton(const CToolBar::Button& button) {
     auto* const made = new BarButton(button.isDropDown, widget);
-    if (bar.GetImages() != nullptr) {
-      const Size size = bar.GetImages()->GetImageSize();
+    if (bar_.GetImages() != nullptr) {
+      const Size size = bar_.GetImages()->GetImageSize();
       made->setIconSize(QSize(size.width, size.height));
       // Several resolutions, since the window may be moved to another screen.
       QIcon icon;
       for (const qreal ratio : {1.0, 2.0, widget->devicePixelRatioF()}) {
-        icon.addPixmap(images.Get(*bar.GetImages(), button.image, ratio));
+        icon.addPixmap(images_.Get(*bar_.GetImages(), button.image, ratio));
       }
       made->setIcon(icon);
     }
@@ -133,7 +133,7 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     QObject::connect(made, &QToolButton::clicked, widget,
                      [this, own = handle, id = button.id, isDropDown = button.isDropDown] {
                        if (!IsWindow(own)) return;
-                       isDropDown ? bar.NotifyDropDown(id) : bar.NotifyButton(id);
+                       isDropDown ? bar_.NotifyDropDown(id) : bar_.NotifyButton(id);
                        // The bar determines the appearance, regardless of the widget's own
                        // toggling.
                        if (IsWindow(own)) RefreshAll();
@@ -143,14 +143,14 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
   }
 
   void RefreshAll() {
-    if (isStale || widget == nullptr) return;
-    for (std::size_t i = 0; i < items.size(); ++i) Refresh(i);
+    if (isStale_ || widget == nullptr) return;
+    for (std::size_t i = 0; i < items_.size(); ++i) Refresh(i);
   }
 
   void Refresh(std::size_t index) {
-    if (index >= items.size()) return;
-    const CToolBar::Button& button = bar.GetButtons()[index];
-    auto* const shown = qobject_cast<QToolButton*>(items[index]);
+    if (index >= items_.size()) return;
+    const CToolBar::Button& button = bar_.GetButtons()[index];
+    auto* const shown = qobject_cast<QToolButton*>(items_[index]);
     if (shown == nullptr) return;
     const QString text = ToQtLabel(button.text);
     if (shown->text() != text) {
@@ -167,14 +167,14 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     if (widget == nullptr) return {};
     Make();
     int height = 0;
-    for (QWidget* const item : items) {
+    for (QWidget* const item : items_) {
       if (qobject_cast<QToolButton*>(item)) height = std::max(height, item->sizeHint().height());
     }
     std::vector<Rect> places;
-    places.reserve(items.size());
+    places.reserve(items_.size());
     int left = kMargin;
     int top = kMargin;
-    for (QWidget* const item : items) {
+    for (QWidget* const item : items_) {
       const int taken =
           qobject_cast<QToolButton*>(item) ? item->sizeHint().width() : kSeparatorWidth;
       if (left > kMargin && left + taken > width - kMargin) {
@@ -193,15 +193,15 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     for (std::size_t i = 0; i < places.size(); ++i) {
       const Rect& place = places[i];
       QRect covered(place.left, place.top, place.Width(), place.Height());
-      if (qobject_cast<QToolButton*>(items[i]) == nullptr) covered.adjust(0, kInset, 0, -kInset);
-      items[i]->setGeometry(covered);
+      if (qobject_cast<QToolButton*>(items_[i]) == nullptr) covered.adjust(0, kInset, 0, -kInset);
+      items_[i]->setGeometry(covered);
     }
   }
 
-  CToolBar& bar;
-  ImageCache images;
-  std::vector<QWidget*> items;  // one per button
-  bool isStale = false;
+  CToolBar& bar_;
+  ImageCache images_;
+  std::vector<QWidget*> items_;  // one per button
+  bool isStale_ = false;
 };
 
 }  // namespace

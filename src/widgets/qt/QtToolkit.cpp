@@ -148,14 +148,14 @@ Color QtToolkit::GetColor(SystemColor color) {
 }
 
 void QtToolkit::SetCursor(CursorShape shape) {
-  if (isWaiting) QGuiApplication::restoreOverrideCursor();
-  isWaiting = shape == CursorShape::Wait;
-  if (isWaiting) return QGuiApplication::setOverrideCursor(ToQtShape(shape));
+  if (isWaiting_) QGuiApplication::restoreOverrideCursor();
+  isWaiting_ = shape == CursorShape::Wait;
+  if (isWaiting_) return QGuiApplication::setOverrideCursor(ToQtShape(shape));
   QWidget* const under =
       shape == CursorShape::Arrow ? nullptr : QApplication::widgetAt(QCursor::pos());
-  if (pointedAt != nullptr && pointedAt != under) pointedAt->unsetCursor();
-  pointedAt = under;
-  if (pointedAt != nullptr) pointedAt->setCursor(ToQtShape(shape));
+  if (pointedAt_ != nullptr && pointedAt_ != under) pointedAt_->unsetCursor();
+  pointedAt_ = under;
+  if (pointedAt_ != nullptr) pointedAt_->setCursor(ToQtShape(shape));
 }
 
 int QtToolkit::TrackMenu(const CMenu& menu, Point screen, CWnd& owner) {

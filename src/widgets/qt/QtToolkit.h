@@ -47,9 +47,9 @@ class QtToolkit : public WindowToolkit {
   void OpenAddress(const std::string& address) override;
 
  private:
-  LoopBridge bridge;
-  bool isWaiting = false;
-  QPointer<QWidget> pointedAt;  // widget whose cursor is temporarily replaced
+  LoopBridge bridge_;
+  bool isWaiting_ = false;
+  QPointer<QWidget> pointedAt_;  // widget whose cursor is temporarily replaced
 };
 
 }  // namespace tarn

@@ -12,9 +12,9 @@ constexpr double kDragOpacity = 0.75;
 }  // namespace
 
 QtTreePeer::QtTreePeer(CTreeCtrl& shownTree)
-    : WidgetPeer(shownTree, new TreeView(shownTree)), tree(shownTree) {
-  new WindowInput(tree, *widget, kInputFocus | kInputKeys);
-  new WindowInput(tree, *widget->viewport(), kInputSize | kInputMouse | kInputFileDrops);
+    : WidgetPeer(shownTree, new TreeView(shownTree)), tree_(shownTree) {
+  new WindowInput(tree_, *widget, kInputFocus | kInputKeys);
+  new WindowInput(tree_, *widget->viewport(), kInputSize | kInputMouse | kInputFileDrops);
   widget->viewport()->installEventFilter(widget);
   QtTreePeer::OnTextChanged();
 }
@@ -30,7 +30,7 @@ void QtTreePeer::OnMoved() {
 
 void QtTreePeer::OnTextChanged() {
   WidgetPeer::OnTextChanged();
-  if (widget != nullptr) widget->setAccessibleName(ToQt(tree.GetControlText()));
+  if (widget != nullptr) widget->setAccessibleName(ToQt(tree_.GetControlText()));
 }
 
 // The images may have been replaced by ones of another size.
@@ -86,29 +86,29 @@ void QtTreePeer::OnScrolled() {
 
 bool QtTreePeer::OnDragBegun(const CTreeItem& item, Point hotSpot, Point screen) {
   if (widget == nullptr) return false;
-  dragged = std::make_unique<QLabel>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint |
-                                                  Qt::WindowTransparentForInput |
-                                                  Qt::WindowDoesNotAcceptFocus);
+  dragged_ = std::make_unique<QLabel>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint |
+                                                   Qt::WindowTransparentForInput |
+                                                   Qt::WindowDoesNotAcceptFocus);
   // Opaque background: not every desktop supports transparent windows.
-  dragged->setPalette(widget->palette());
-  dragged->setBackgroundRole(QPalette::Base);
-  dragged->setAutoFillBackground(true);
-  dragged->setAttribute(Qt::WA_ShowWithoutActivating);
-  dragged->setWindowOpacity(kDragOpacity);
-  dragged->setPixmap(widget->Delegate().PictureOf(item));
-  dragged->adjustSize();
-  dragSpot = QPoint(hotSpot.x, hotSpot.y);
+  dragged_->setPalette(widget->palette());
+  dragged_->setBackgroundRole(QPalette::Base);
+  dragged_->setAutoFillBackground(true);
+  dragged_->setAttribute(Qt::WA_ShowWithoutActivating);
+  dragged_->setWindowOpacity(kDragOpacity);
+  dragged_->setPixmap(widget->Delegate().PictureOf(item));
+  dragged_->adjustSize();
+  dragSpot_ = QPoint(hotSpot.x, hotSpot.y);
   OnDragMoved(screen);
-  dragged->show();
+  dragged_->show();
   return true;
 }
 
 void QtTreePeer::OnDragMoved(Point screen) {
-  if (dragged != nullptr) dragged->move(QPoint(screen.x, screen.y) - dragSpot);
+  if (dragged_ != nullptr) dragged_->move(QPoint(screen.x, screen.y) - dragSpot_);
 }
 
 void QtTreePeer::OnDragEnded() {
-  dragged.reset();
+  dragged_.reset();
 }
 
 int QtTreePeer::GetLineHeight() {

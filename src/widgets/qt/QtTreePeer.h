@@ -40,9 +40,9 @@ class QtTreePeer : public WidgetPeer<TreePeer, TreeView> {
   std::optional<Rect> GetTextRect(const CTreeItem& item) override;
 
  private:
-  CTreeCtrl& tree;
-  std::unique_ptr<QLabel> dragged;  // image that follows the cursor
-  QPoint dragSpot;                  // position of the cursor in the image
+  CTreeCtrl& tree_;
+  std::unique_ptr<QLabel> dragged_;  // image that follows the cursor
+  QPoint dragSpot_;                  // position of the cursor in the image
 };
 
 }  // namespace tarn

@@ -34,7 +34,7 @@ class LinkedText {
  public:
   LinkedText(const CReportRecordItem& linkedItem, const std::string& caption, const QFont& font,
              const QColor& linkColor)
-      : layout(ToQt(caption), font) {
+      : layout_(ToQt(caption), font) {
     QList<QTextLayout::FormatRange> formats;
     for (int i = 0; i < linkedItem.GetHyperlinkCount(); ++i) {
       const CReportHyperlink& link = linkedItem.GetHyperlink(i);
@@ -47,33 +47,33 @@ class LinkedText {
       range.format.setForeground(linkColor);
       formats.append(range);
     }
-    layout.setFormats(formats);
-    layout.beginLayout();
-    line = layout.createLine();
-    layout.endLayout();
+    layout_.setFormats(formats);
+    layout_.beginLayout();
+    line_ = layout_.createLine();
+    layout_.endLayout();
   }
 
   QPoint PlaceIn(const QRect& cell, Qt::Alignment alignment) const {
-    const auto room = static_cast<int>(cell.width() - line.naturalTextWidth());
+    const auto room = static_cast<int>(cell.width() - line_.naturalTextWidth());
     int shift = 0;
     if (alignment.testFlag(Qt::AlignRight)) shift = room;
     if (alignment.testFlag(Qt::AlignHCenter)) shift = room / 2;
     return {cell.left() + std::max(0, shift),
-            cell.top() + static_cast<int>(cell.height() - line.height()) / 2};
+            cell.top() + static_cast<int>(cell.height() - line_.height()) / 2};
   }
   void Draw(QPainter& painter, const QRect& cell, Qt::Alignment alignment) const {
-    layout.draw(&painter, PlaceIn(cell, alignment), {}, cell);
+    layout_.draw(&painter, PlaceIn(cell, alignment), {}, cell);
   }
   // Returns nullopt outside the text.
   std::optional<int> PositionAt(const QRect& cell, Qt::Alignment alignment, QPoint point) const {
     const int x = point.x() - PlaceIn(cell, alignment).x();
-    if (x < 0 || x >= line.naturalTextWidth() || !cell.contains(point)) return std::nullopt;
-    return line.xToCursor(x, QTextLine::CursorOnCharacter);
+    if (x < 0 || x >= line_.naturalTextWidth() || !cell.contains(point)) return std::nullopt;
+    return line_.xToCursor(x, QTextLine::CursorOnCharacter);
   }
 
  private:
-  QTextLayout layout;
-  QTextLine line;
+  QTextLayout layout_;
+  QTextLine line_;
 };
 
 // Consumes all keys, so that unused ones don't reach the report.
@@ -96,20 +96,20 @@ bool HasMark(const CReportRecordItem& item) {
 
 ReportDelegate::ReportDelegate(CReportControl& shownReport, QWidget& reportView)
     : QStyledItemDelegate(&reportView),
-      report(shownReport),
-      handle(shownReport.GetHandle()),
-      view(reportView) {}
+      report_(shownReport),
+      handle_(shownReport.GetHandle()),
+      view_(reportView) {}
 
 int ReportDelegate::RowHeight() const {
   int height = QFontMetrics(CellFont()).height() + 2 * kLineMargin;
-  if (const CImageList* const images = report.GetImageList()) {
+  if (const CImageList* const images = report_.GetImageList()) {
     height = std::max(height, images->GetImageSize().height + 2 * kImageMargin);
   }
   return height;
 }
 
 QFont ReportDelegate::CellFont() const {
-  return ToQtFont(report.GetFont(), view.font());
+  return ToQtFont(report_.GetFont(), view_.font());
 }
 
 QFont ReportDelegate::FontOf(const CReportRow& row) const {
@@ -120,35 +120,35 @@ QFont ReportDelegate::FontOf(const CReportRow& row) const {
 
 QSize ReportDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                                const QModelIndex& /*index*/) const {
-  return {0, IsWindow(handle) ? RowHeight() : 1};
+  return {0, IsWindow(handle_) ? RowHeight() : 1};
 }
 
 // If the report defines a colour for selected text, which is designed for a light background, the
 // selection is a light tint of the desktop's selection colour.
 QColor ReportDelegate::SelectionColor() const {
-  const QPalette& palette = view.palette();
-  const QColor full = palette.color(GroupOf(view), QPalette::Highlight);
-  if (!report.GetLook().selectedTextColor) return full;
+  const QPalette& palette = view_.palette();
+  const QColor full = palette.color(GroupOf(view_), QPalette::Highlight);
+  if (!report_.GetLook().selectedTextColor) return full;
   return Blend(palette.color(QPalette::Base), full, kSelectionStrength);
 }
 
 QColor ReportDelegate::SelectedTextColor() const {
-  if (const std::optional<Color>& color = report.GetLook().selectedTextColor) {
-    return IsDarkPalette() ? view.palette().color(QPalette::Text) : ToQtColor(*color);
+  if (const std::optional<Color>& color = report_.GetLook().selectedTextColor) {
+    return IsDarkPalette() ? view_.palette().color(QPalette::Text) : ToQtColor(*color);
   }
-  return view.palette().color(GroupOf(view), QPalette::HighlightedText);
+  return view_.palette().color(GroupOf(view_), QPalette::HighlightedText);
 }
 
 ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
                                             const QRect& place) const {
   Cell cell;
-  const CReportColumn* const head = report.GetColumns().GetAt(column);
+  const CReportColumn* const head = report_.GetColumns().GetAt(column);
   int left = place.left() + kMargin;
   const bool isInTree = row.IsGroup() || head->IsTreeColumn();
   if (isInTree) {
     left += row.GetDepth() * CReportControl::kOpenerWidth;
     const QRect opener(left, place.top(), CReportControl::kOpenerWidth, place.height());
-    if (report.CanOpen(row)) cell.opener = opener;
+    if (report_.CanOpen(row)) cell.opener = opener;
     left += CReportControl::kOpenerWidth;
   }
   int right = place.right() + 1 - kMargin;
@@ -157,9 +157,9 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
   if (item != nullptr && HasMark(*item)) {
     QSize size(CReportControl::kPictureWidth, CReportControl::kPictureWidth);
     if (item->HasCheckbox()) {
-      size = QSize(view.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &view),
-                   view.style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, &view));
-    } else if (const CImageList* const images = report.GetImageList()) {
+      size = QSize(view_.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &view_),
+                   view_.style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, &view_));
+    } else if (const CImageList* const images = report_.GetImageList()) {
       size = QSize(images->GetImageSize().width, images->GetImageSize().height);
     }
     // A single image is centred, even in a column that is too narrow.
@@ -178,11 +178,11 @@ void ReportDelegate::PaintOpener(QPainter& painter, const CReportRow& row,
                                  const QRect& place) const {
   if (place.isEmpty()) return;
   QStyleOption option;
-  option.initFrom(&view);
+  option.initFrom(&view_);
   option.rect = place;
   option.state |= QStyle::State_Children;
-  option.state.setFlag(QStyle::State_Open, report.GetRows().IsOpen(row));
-  view.style()->drawPrimitive(QStyle::PE_IndicatorBranch, &option, &painter, &view);
+  option.state.setFlag(QStyle::State_Open, report_.GetRows().IsOpen(row));
+  view_.style()->drawPrimitive(QStyle::PE_IndicatorBranch, &option, &painter, &view_);
 }
 
 void ReportDelegate::PaintGroup(QPainter& painter, const CReportRow& row, const QRect& place,
@@ -201,7 +201,7 @@ void ReportDelegate::PaintText(QPainter& painter, const CReportRecordItem& item,
                                const QString& text, Qt::Alignment alignment,
                                const QRect& place) const {
   if (item.GetHyperlinkCount() > 0) {
-    const QColor linkColor = view.palette().color(QPalette::Link);
+    const QColor linkColor = view_.palette().color(QPalette::Link);
     painter.save();
     painter.setClipRect(place, Qt::IntersectClip);
     LinkedText(item, item.GetCaption(), painter.font(), linkColor).Draw(painter, place, alignment);
@@ -215,11 +215,11 @@ void ReportDelegate::PaintText(QPainter& painter, const CReportRecordItem& item,
 
 void ReportDelegate::PaintCell(QPainter& painter, int row, int column, const QRect& place,
                                const QColor& selectedColor) const {
-  const CReportColumn& head = *report.GetColumns().GetAt(column);
-  const CReportRow& shown = *report.GetRows().GetAt(row);
+  const CReportColumn& head = *report_.GetColumns().GetAt(column);
+  const CReportRow& shown = *report_.GetRows().GetAt(row);
   const Cell cell = LayOut(shown, column, place);
   PaintOpener(painter, shown, cell.opener);
-  const CReportRecordItem* const item = report.GetItemAt(row, head.GetIndex());
+  const CReportRecordItem* const item = report_.GetItemAt(row, head.GetIndex());
   if (item == nullptr) return;
   ReportItemMetrics metrics;
   item->GetItemMetrics(metrics);
@@ -227,26 +227,27 @@ void ReportDelegate::PaintCell(QPainter& painter, int row, int column, const QRe
   if (!isSelected && metrics.backColor != kWhite) {
     painter.fillRect(place, ToBackgroundColor(metrics.backColor));
   }
-  const QPalette& palette = view.palette();
+  const QPalette& palette = view_.palette();
   if (item->HasCheckbox()) {
     QStyleOptionButton box;
-    box.initFrom(&view);
+    box.initFrom(&view_);
     box.rect = cell.mark;
     box.state.setFlag(QStyle::State_HasFocus, false);
     box.state |= item->IsChecked() ? QStyle::State_On : QStyle::State_Off;
-    const bool isUsable = view.isEnabled() && report.CanToggle(row, column);
+    const bool isUsable = view_.isEnabled() && report_.CanToggle(row, column);
     box.state.setFlag(QStyle::State_Enabled, isUsable);
     if (!isUsable) box.palette.setCurrentColorGroup(QPalette::Disabled);
-    view.style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, &view);
-  } else if (item->GetIconIndex() >= 0 && report.GetImageList() != nullptr) {
-    painter.drawPixmap(cell.mark.topLeft(), cache.Get(*report.GetImageList(), item->GetIconIndex(),
-                                                      view.devicePixelRatioF()));
+    view_.style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, &view_);
+  } else if (item->GetIconIndex() >= 0 && report_.GetImageList() != nullptr) {
+    painter.drawPixmap(
+        cell.mark.topLeft(),
+        cache_.Get(*report_.GetImageList(), item->GetIconIndex(), view_.devicePixelRatioF()));
   }
   if (cell.text.isEmpty()) return;
   QColor color = isSelected               ? selectedColor
                  : metrics.foreColor == 0 ? palette.color(QPalette::Text)
                                           : ToTextColor(metrics.foreColor);
-  if (!view.isEnabled()) color = palette.color(QPalette::Disabled, QPalette::Text);
+  if (!view_.isEnabled()) color = palette.color(QPalette::Disabled, QPalette::Text);
   painter.setFont(CellFont());
   painter.setPen(color);
   PaintText(painter, *item, ToQt(item->GetCaption()), AlignmentOf(head), cell.text);
@@ -254,13 +255,13 @@ void ReportDelegate::PaintCell(QPainter& painter, int row, int column, const QRe
 
 void ReportDelegate::PaintRow(QPainter& painter, int row, const QRect& place,
                               const QHeaderView& header) const {
-  const CReportRow* const shown = report.GetRows().GetAt(row);
+  const CReportRow* const shown = report_.GetRows().GetAt(row);
   if (shown == nullptr) return;
-  const QPalette& palette = view.palette();
+  const QPalette& palette = view_.palette();
   const QColor base = palette.color(QPalette::Base);
   const QColor text = palette.color(QPalette::Text);
-  const ReportLook& look = report.GetLook();
-  const bool isSelected = report.GetSelectedRows().Contains(row);
+  const ReportLook& look = report_.GetLook();
+  const bool isSelected = report_.GetSelectedRows().Contains(row);
   painter.save();
   if (isSelected) {
     painter.fillRect(place, SelectionColor());
@@ -272,12 +273,12 @@ void ReportDelegate::PaintRow(QPainter& painter, int row, const QRect& place,
   if (shown->IsGroup()) {
     PaintGroup(painter, *shown, place, isSelected ? selectedColor : text);
   } else {
-    for (int column = 0; column < std::min(header.count(), report.GetColumns().GetCount());
+    for (int column = 0; column < std::min(header.count(), report_.GetColumns().GetCount());
          ++column) {
       if (header.isSectionHidden(column)) continue;
       const QRect cell(header.sectionViewportPosition(column), place.top(),
                        header.sectionSize(column), place.height());
-      if (cell.right() < 0 || cell.left() > view.width()) continue;
+      if (cell.right() < 0 || cell.left() > view_.width()) continue;
       PaintCell(painter, row, column, cell, selectedColor);
       if (!look.hasVerticalLines) continue;
       painter.setPen(grid);
@@ -289,22 +290,22 @@ void ReportDelegate::PaintRow(QPainter& painter, int row, const QRect& place,
     painter.drawLine(place.bottomLeft(), place.bottomRight());
   }
   painter.restore();
-  if (row != report.GetFocusedRow() || isSelected || !view.hasFocus()) return;
+  if (row != report_.GetFocusedRow() || isSelected || !view_.hasFocus()) return;
   QStyleOptionFocusRect focus;
-  focus.initFrom(&view);
+  focus.initFrom(&view_);
   focus.rect = place.adjusted(0, 0, 0, -1);
   focus.backgroundColor = base;
-  view.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, &view);
+  view_.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, &view_);
 }
 
 void ReportDelegate::Hit(int row, int column, const QRect& place, QPoint point,
                          ReportHit& hit) const {
-  const CReportRow* const shown = report.GetRows().GetAt(row);
+  const CReportRow* const shown = report_.GetRows().GetAt(row);
   if (shown == nullptr) return;
   const Cell cell = LayOut(*shown, column, place);
   if (cell.opener.contains(point)) hit.part = ReportHit::Part::Opener;
-  const CReportColumn& head = *report.GetColumns().GetAt(column);
-  const CReportRecordItem* const item = report.GetItemAt(row, head.GetIndex());
+  const CReportColumn& head = *report_.GetColumns().GetAt(column);
+  const CReportRecordItem* const item = report_.GetItemAt(row, head.GetIndex());
   if (item == nullptr) return;
   if (item->HasCheckbox() && cell.mark.contains(point)) hit.part = ReportHit::Part::Check;
   if (item->GetHyperlinkCount() == 0) return;
@@ -316,28 +317,28 @@ void ReportDelegate::Hit(int row, int column, const QRect& place, QPoint point,
 }
 
 bool ReportDelegate::IsCut(const QModelIndex& index, const QRect& place) const {
-  const CReportRow* const row = report.GetRows().GetAt(index.row());
+  const CReportRow* const row = report_.GetRows().GetAt(index.row());
   return row != nullptr && QFontMetrics(FontOf(*row)).horizontalAdvance(index.data().toString()) >
                                LayOut(*row, index.column(), place).text.width();
 }
 
 QWidget* ReportDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                       const QModelIndex& index) const {
-  if (!IsWindow(handle) || !report.CanEdit(index.row(), index.column())) return nullptr;
+  if (!IsWindow(handle_) || !report_.CanEdit(index.row(), index.column())) return nullptr;
   auto* const editor = new CellEditor(parent);
   editor->setFrame(false);
   editor->setAutoFillBackground(true);
   editor->setFont(CellFont());
-  editor->setAccessibleName(ToQt(report.GetColumns().GetAt(index.column())->GetCaption()));
+  editor->setAccessibleName(ToQt(report_.GetColumns().GetAt(index.column())->GetCaption()));
   return editor;
 }
 
 void ReportDelegate::setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
                                   const QModelIndex& index) const {
   const auto* const field = qobject_cast<QLineEdit*>(editor);
-  if (field == nullptr || !IsWindow(handle)) return;
+  if (field == nullptr || !IsWindow(handle_)) return;
   if (field->text() == index.data(Qt::EditRole).toString()) return;
-  report.NotifyEdited(index.row(), index.column(), FromQt(field->text()));
+  report_.NotifyEdited(index.row(), index.column(), FromQt(field->text()));
 }
 
 }  // namespace tarn

@@ -49,10 +49,10 @@ class ReportDelegate : public QStyledItemDelegate {
   QFont CellFont() const;
   QFont FontOf(const CReportRow& row) const;
 
-  CReportControl& report;
-  const WindowHandle handle;
-  QWidget& view;
-  mutable ImageCache cache;
+  CReportControl& report_;
+  const WindowHandle handle_;
+  QWidget& view_;
+  mutable ImageCache cache_;
 };
 
 }  // namespace tarn

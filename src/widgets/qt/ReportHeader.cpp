@@ -24,7 +24,7 @@ constexpr float kHoverStrength = 0.08F;
 }  // namespace
 
 ReportHeader::ReportHeader(CReportControl& shownReport, QWidget* parent)
-    : QHeaderView(Qt::Horizontal, parent), report(shownReport), handle(shownReport.GetHandle()) {
+    : QHeaderView(Qt::Horizontal, parent), report_(shownReport), handle_(shownReport.GetHandle()) {
   setStretchLastSection(false);
   setMinimumSectionSize(kSmallestColumn);
   viewport()->setMouseTracking(true);
@@ -36,7 +36,7 @@ QSize ReportHeader::sizeHint() const {
 
 QColor ReportHeader::BackgroundColor() const {
   const std::optional<Color> color =
-      IsWindow(handle) ? report.GetLook().headerColor : std::optional<Color>();
+      IsWindow(handle_) ? report_.GetLook().headerColor : std::optional<Color>();
   return color ? ToBackgroundColor(*color) : palette().color(QPalette::Window);
 }
 
@@ -53,13 +53,13 @@ void ReportHeader::paintEvent(QPaintEvent* event) {
 
 void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {
   const CReportColumn* const column =
-      IsWindow(handle) ? report.GetColumns().GetAt(section) : nullptr;
+      IsWindow(handle_) ? report_.GetColumns().GetAt(section) : nullptr;
   if (column == nullptr || !rect.isValid()) return;
   const QColor background = BackgroundColor();
   const QColor text =
       palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText);
   painter->save();
-  const bool isHovered = section == hovered && column->IsSortable();
+  const bool isHovered = section == hovered_ && column->IsSortable();
   painter->fillRect(rect.adjusted(0, 0, 0, -1),
                     isHovered ? Blend(background, text, kHoverStrength) : background);
   painter->setPen(Blend(background, text, kLineStrength));
@@ -94,7 +94,7 @@ void ReportHeader::mousePressEvent(QMouseEvent* event) {
   // Between two headers the press starts a resize.
   const bool isOnHead = viewport()->cursor().shape() != Qt::SplitHCursor;
   const bool isLeft = event->button() == Qt::LeftButton;
-  dragged = isLeft && isOnHead ? logicalIndexAt(event->position().toPoint()) : -1;
+  dragged_ = isLeft && isOnHead ? logicalIndexAt(event->position().toPoint()) : -1;
   QHeaderView::mousePressEvent(event);
 }
 
@@ -104,7 +104,7 @@ void ReportHeader::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ReportHeader::mouseReleaseEvent(QMouseEvent* event) {
-  const int column = std::exchange(dragged, -1);
+  const int column = std::exchange(dragged_, -1);
   const QPoint place = event->globalPosition().toPoint();
   const bool isOutside = !rect().contains(event->position().toPoint());
   // Sorting, which the click may cause, does not destroy the window, so this object still exists.
@@ -119,22 +119,22 @@ void ReportHeader::leaveEvent(QEvent* event) {
 
 void ReportHeader::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
-  if (!IsWindow(handle)) return;
+  if (!IsWindow(handle_)) return;
   const QPoint screen = event->globalPos();
-  report.NotifyHeaderRightClicked(logicalIndexAt(event->pos()), {screen.x(), screen.y()});
+  report_.NotifyHeaderRightClicked(logicalIndexAt(event->pos()), {screen.x(), screen.y()});
 }
 
 void ReportHeader::OpenMenu(int column) {
-  if (!IsWindow(handle)) return;
+  if (!IsWindow(handle_)) return;
   const int left = column < 0 ? length() : sectionViewportPosition(column);
   const QPoint screen =
       viewport()->mapToGlobal(QPoint(std::clamp(left, 0, std::max(0, width() - 1)), height()));
-  report.NotifyHeaderRightClicked(column, {screen.x(), screen.y()});
+  report_.NotifyHeaderRightClicked(column, {screen.x(), screen.y()});
 }
 
 void ReportHeader::SetHovered(int section) {
-  if (section == hovered) return;
-  hovered = section;
+  if (section == hovered_) return;
+  hovered_ = section;
   viewport()->update();
 }
 

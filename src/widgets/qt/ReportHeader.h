@@ -34,10 +34,10 @@ class ReportHeader : public QHeaderView {
   QColor BackgroundColor() const;
   void SetHovered(int section);
 
-  CReportControl& report;
-  const WindowHandle handle;
-  int hovered = -1;
-  int dragged = -1;
+  CReportControl& report_;
+  const WindowHandle handle_;
+  int hovered_ = -1;
+  int dragged_ = -1;
 };
 
 }  // namespace tarn

@@ -17,56 +17,56 @@ Qt::Alignment AlignmentOf(const CReportColumn& column) {
 }
 
 ReportModel::ReportModel(const CReportControl& shownReport, QObject* parent)
-    : QAbstractTableModel(parent), report(&shownReport) {
+    : QAbstractTableModel(parent), report_(&shownReport) {
   Reset();
 }
 
 void ReportModel::Detach() {
-  report = nullptr;
+  report_ = nullptr;
   Reset();
 }
 
 void ReportModel::Reset() {
   beginResetModel();
-  knownRows = report == nullptr ? 0 : report->GetRows().GetCount();
-  knownColumns = report == nullptr ? 0 : report->GetColumns().GetCount();
+  knownRows_ = report_ == nullptr ? 0 : report_->GetRows().GetCount();
+  knownColumns_ = report_ == nullptr ? 0 : report_->GetColumns().GetCount();
   endResetModel();
 }
 
 bool ReportModel::HasMore() const {
-  return report != nullptr && knownRows < report->GetRows().GetCount();
+  return report_ != nullptr && knownRows_ < report_->GetRows().GetCount();
 }
 
 void ReportModel::TakeMore() {
   if (!HasMore()) return;
-  const int count = report->GetRows().GetCount();
-  beginInsertRows({}, knownRows, count - 1);
-  knownRows = count;
+  const int count = report_->GetRows().GetCount();
+  beginInsertRows({}, knownRows_, count - 1);
+  knownRows_ = count;
   endInsertRows();
 }
 
 void ReportModel::TellChanged(int row) {
-  if (row < 0 || row >= knownRows || knownColumns == 0) return;
-  Q_EMIT dataChanged(index(row, 0), index(row, knownColumns - 1));
+  if (row < 0 || row >= knownRows_ || knownColumns_ == 0) return;
+  Q_EMIT dataChanged(index(row, 0), index(row, knownColumns_ - 1));
 }
 
 bool ReportModel::TellColumns() {
-  if (report == nullptr || report->GetColumns().GetCount() != knownColumns) return false;
-  if (knownColumns > 0) Q_EMIT headerDataChanged(Qt::Horizontal, 0, knownColumns - 1);
+  if (report_ == nullptr || report_->GetColumns().GetCount() != knownColumns_) return false;
+  if (knownColumns_ > 0) Q_EMIT headerDataChanged(Qt::Horizontal, 0, knownColumns_ - 1);
   return true;
 }
 
 int ReportModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : knownRows;
+  return parent.isValid() ? 0 : knownRows_;
 }
 
 int ReportModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : knownColumns;
+  return parent.isValid() ? 0 : knownColumns_;
 }
 
 QVariant ReportModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || report == nullptr) return {};
-  const CReportRow* const row = report->GetRows().GetAt(index.row());
+  if (!index.isValid() || report_ == nullptr) return {};
+  const CReportRow* const row = report_->GetRows().GetAt(index.row());
   if (row == nullptr) return {};
   const bool isText = role == Qt::DisplayRole || role == Qt::EditRole;
   if (row->IsGroup()) return isText ? ToQt(row->GetGroup()->text) : QVariant();
@@ -80,17 +80,17 @@ QVariant ReportModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ReportModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (report == nullptr || orientation != Qt::Horizontal) return {};
-  const CReportColumn* const column = report->GetColumns().GetAt(section);
+  if (report_ == nullptr || orientation != Qt::Horizontal) return {};
+  const CReportColumn* const column = report_->GetColumns().GetAt(section);
   if (column == nullptr || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
   return ToQt(column->GetCaption());
 }
 
 Qt::ItemFlags ReportModel::flags(const QModelIndex& index) const {
-  if (!index.isValid() || report == nullptr) return Qt::NoItemFlags;
+  if (!index.isValid() || report_ == nullptr) return Qt::NoItemFlags;
   Qt::ItemFlags result = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-  result.setFlag(Qt::ItemIsEditable, report->CanEdit(index.row(), index.column()));
-  result.setFlag(Qt::ItemIsUserCheckable, report->CanToggle(index.row(), index.column()));
+  result.setFlag(Qt::ItemIsEditable, report_->CanEdit(index.row(), index.column()));
+  result.setFlag(Qt::ItemIsUserCheckable, report_->CanToggle(index.row(), index.column()));
   return result;
 }
 

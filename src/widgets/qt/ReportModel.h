@@ -33,9 +33,9 @@ class ReportModel : public QAbstractTableModel {
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
-  const CReportControl* report;
-  int knownRows = 0;
-  int knownColumns = 0;
+  const CReportControl* report_;
+  int knownRows_ = 0;
+  int knownColumns_ = 0;
 };
 
 }  // namespace tarn

@@ -38,148 +38,148 @@ bool IsHeaderMenuKey(const QKeyEvent& event) {
 
 ReportView::ReportView(CReportControl& shownReport)
     : FollowingView(shownReport),
-      report(shownReport),
-      rows(new ReportModel(shownReport, this)),
-      delegate(new ReportDelegate(shownReport, *this)),
-      head(new ReportHeader(shownReport, this)) {
+      report_(shownReport),
+      rows_(new ReportModel(shownReport, this)),
+      delegate_(new ReportDelegate(shownReport, *this)),
+      head_(new ReportHeader(shownReport, this)) {
   const Following quiet(following, following + 1);
   setFrameShape(QFrame::NoFrame);
   setRootIsDecorated(false);
   setItemsExpandable(false);
   setSelectionMode(ExtendedSelection);
-  setItemDelegate(delegate);
-  setHeader(head);
+  setItemDelegate(delegate_);
+  setHeader(head_);
   // The base class has disabled it, since the view does not sort.
-  head->setSectionsClickable(true);
-  setModel(rows);
-  takeTimer.setSingleShot(true);
-  connect(&takeTimer, &QTimer::timeout, this, [this] { TakeMore(); });
-  connect(head, &QHeaderView::sectionClicked, this, [this](int column) {
-    if (IsWindow(handle)) report.NotifyHeaderClicked(column);
+  head_->setSectionsClickable(true);
+  setModel(rows_);
+  takeTimer_.setSingleShot(true);
+  connect(&takeTimer_, &QTimer::timeout, this, [this] { TakeMore(); });
+  connect(head_, &QHeaderView::sectionClicked, this, [this](int column) {
+    if (IsWindow(handle)) report_.NotifyHeaderClicked(column);
   });
-  connect(head, &QHeaderView::sectionResized, this, [this](int column, int /*old*/, int width) {
-    if (following == 0 && IsWindow(handle)) report.NotifyColumnResized(column, width);
+  connect(head_, &QHeaderView::sectionResized, this, [this](int column, int /*old*/, int width) {
+    if (following == 0 && IsWindow(handle)) report_.NotifyColumnResized(column, width);
   });
-  connect(head, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
-    CReportColumn* const fitted = IsWindow(handle) ? report.GetColumns().GetAt(column) : nullptr;
+  connect(head_, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+    CReportColumn* const fitted = IsWindow(handle) ? report_.GetColumns().GetAt(column) : nullptr;
     if (fitted == nullptr) return;
-    report.GetReportHeader().BestFit(*fitted);
+    report_.GetReportHeader().BestFit(*fitted);
     // The other columns make room for the full width.
-    report.NotifyColumnResized(column, fitted->GetWidth());
+    report_.NotifyColumnResized(column, fitted->GetWidth());
   });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
-    if (following > 0 || isRefillDue) {
+    if (following > 0 || isRefillDue_) {
       AskToTellState();
     } else if (IsWindow(handle)) {
-      report.NotifyScrolled(row);
+      report_.NotifyScrolled(row);
     }
   });
 }
 
 void ReportView::Detach() {
   const Following quiet(following, following + 1);
-  takeTimer.stop();
-  rows->Detach();
+  takeTimer_.stop();
+  rows_->Detach();
 }
 
 void ReportView::FollowColumns() {
   const Following quiet(following, following + 1);
-  head->setFont(ToQtFont(report.GetLook().captionFont, font()));
-  if (!rows->TellColumns()) FollowRows();
+  head_->setFont(ToQtFont(report_.GetLook().captionFont, font()));
+  if (!rows_->TellColumns()) FollowRows();
   LayOutColumns();
   viewport()->update();
 }
 
 void ReportView::LayOutColumns() {
   const Following quiet(following, following + 1);
-  for (int i = 0; i < head->count(); ++i) {
-    const CReportColumn* const column = report.GetColumns().GetAt(i);
-    if (column != nullptr) head->setSectionHidden(i, !column->IsVisible());
+  for (int i = 0; i < head_->count(); ++i) {
+    const CReportColumn* const column = report_.GetColumns().GetAt(i);
+    if (column != nullptr) head_->setSectionHidden(i, !column->IsVisible());
   }
-  for (const CReportControl::ColumnSpan& span : report.LayOutColumns()) {
-    if (span.column < head->count()) head->resizeSection(span.column, span.width);
+  for (const CReportControl::ColumnSpan& span : report_.LayOutColumns()) {
+    if (span.column < head_->count()) head_->resizeSection(span.column, span.width);
   }
-  head->viewport()->update();
+  head_->viewport()->update();
 }
 
 void ReportView::FollowRows() {
   const Following quiet(following, following + 1);
-  takeTimer.stop();
-  rows->Reset();
-  isRefillDue = true;
+  takeTimer_.stop();
+  rows_->Reset();
+  isRefillDue_ = true;
   AskToTellState();
 }
 
 void ReportView::ShowRefill() {
-  if (!isRefillDue) return;
+  if (!isRefillDue_) return;
   const Following quiet(following, following + 1);
-  isRefillDue = false;
+  isRefillDue_ = false;
   SelectRows();
   executeDelayedItemsLayout();
-  verticalScrollBar()->setValue(report.GetTopRow());
+  verticalScrollBar()->setValue(report_.GetTopRow());
 }
 
 void ReportView::FollowAppended() {
-  if (!takeTimer.isActive()) {
-    takeTimer.start(std::max(kTakePeriodMs, report.GetRows().GetCount() / kRowsPerMs));
+  if (!takeTimer_.isActive()) {
+    takeTimer_.start(std::max(kTakePeriodMs, report_.GetRows().GetCount() / kRowsPerMs));
   }
 }
 
 void ReportView::TakeMore() {
   const Following quiet(following, following + 1);
-  takeTimer.stop();
-  rows->TakeMore();
+  takeTimer_.stop();
+  rows_->TakeMore();
 }
 
 void ReportView::FollowRow(int row) {
-  rows->TellChanged(row);
+  rows_->TellChanged(row);
 }
 
 void ReportView::FollowSelection() {
   const Following quiet(following, following + 1);
   viewport()->update();
-  if (isRefillDue) return;
+  if (isRefillDue_) return;
   SelectRows();
 }
 
 // Updates the selection model for observers of the view, such as screen readers; painting uses the
 // control's selection.
 void ReportView::SelectRows() {
-  if (rows->columnCount() == 0) return;
+  if (rows_->columnCount() == 0) return;
   QItemSelection selection;
-  const std::vector<int>& indexes = report.GetSelectedRows().GetIndexes();
-  if (!indexes.empty() || report.GetFocusedRow() >= 0) TakeMore();
+  const std::vector<int>& indexes = report_.GetSelectedRows().GetIndexes();
+  if (!indexes.empty() || report_.GetFocusedRow() >= 0) TakeMore();
   for (std::size_t first = 0; first < indexes.size();) {
     std::size_t last = first;
     while (last + 1 < indexes.size() && indexes[last + 1] == indexes[last] + 1) ++last;
-    selection.select(rows->index(indexes[first], 0),
-                     rows->index(indexes[last], rows->columnCount() - 1));
+    selection.select(rows_->index(indexes[first], 0),
+                     rows_->index(indexes[last], rows_->columnCount() - 1));
     first = last + 1;
   }
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
   int column = 0;
-  while (column + 1 < rows->columnCount() && isColumnHidden(column)) ++column;
-  selectionModel()->setCurrentIndex(rows->index(report.GetFocusedRow(), column),
+  while (column + 1 < rows_->columnCount() && isColumnHidden(column)) ++column;
+  selectionModel()->setCurrentIndex(rows_->index(report_.GetFocusedRow(), column),
                                     QItemSelectionModel::NoUpdate);
 }
 
 void ReportView::FollowScroll() {
   const Following quiet(following, following + 1);
   ShowRefill();
-  if (report.GetTopRow() > 0) TakeMore();
+  if (report_.GetTopRow() > 0) TakeMore();
   executeDelayedItemsLayout();
-  verticalScrollBar()->setValue(report.GetTopRow());
-  if (verticalScrollBar()->value() != report.GetTopRow()) AskToTellState();
+  verticalScrollBar()->setValue(report_.GetTopRow());
+  if (verticalScrollBar()->value() != report_.GetTopRow()) AskToTellState();
 }
 
 void ReportView::FollowMeasures() {
-  if (rowHeight == delegate->RowHeight()) return;
-  rowHeight = delegate->RowHeight();
+  if (rowHeight_ == delegate_->RowHeight()) return;
+  rowHeight_ = delegate_->RowHeight();
   scheduleDelayedItemsLayout();
 }
 
 void ReportView::AskToEdit(int row, int column) {
-  const QPersistentModelIndex cell = rows->index(row, column);
+  const QPersistentModelIndex cell = rows_->index(row, column);
   QTimer::singleShot(0, this, [this, cell] {
     if (!IsWindow(handle) || !cell.isValid()) return;
     scrollTo(cell);
@@ -188,48 +188,48 @@ void ReportView::AskToEdit(int row, int column) {
 }
 
 int ReportView::RowsPerPage() const {
-  return viewport()->height() / std::max(1, delegate->RowHeight());
+  return viewport()->height() / std::max(1, delegate_->RowHeight());
 }
 
 int ReportView::RowAt(int y) const {
   if (y < 0) return -1;
-  const int row = verticalScrollBar()->value() + y / std::max(1, delegate->RowHeight());
-  return row < rows->rowCount() ? row : -1;
+  const int row = verticalScrollBar()->value() + y / std::max(1, delegate_->RowHeight());
+  return row < rows_->rowCount() ? row : -1;
 }
 
 QRect ReportView::PlaceOf(int row) const {
-  const int height = delegate->RowHeight();
-  const int left = -head->offset();
+  const int height = delegate_->RowHeight();
+  const int left = -head_->offset();
   return {left, (row - verticalScrollBar()->value()) * height,
-          std::max(head->length(), viewport()->width() - left), height};
+          std::max(head_->length(), viewport()->width() - left), height};
 }
 
 QRect ReportView::PlaceOf(int row, int column) const {
   QRect place = PlaceOf(row);
-  const CReportRow* const shown = report.GetRows().GetAt(row);
+  const CReportRow* const shown = report_.GetRows().GetAt(row);
   if (shown == nullptr || shown->IsGroup()) return place;
-  place.setLeft(head->sectionViewportPosition(column));
-  place.setWidth(head->sectionSize(column));
+  place.setLeft(head_->sectionViewportPosition(column));
+  place.setWidth(head_->sectionSize(column));
   return place;
 }
 
 ReportHit ReportView::HitAt(QPoint point) const {
   ReportHit hit;
   hit.row = viewport()->rect().contains(point) ? RowAt(point.y()) : -1;
-  const CReportRow* const row = report.GetRows().GetAt(hit.row);
+  const CReportRow* const row = report_.GetRows().GetAt(hit.row);
   if (row == nullptr) return {};
   hit.area = ReportHit::Area::Row;
-  hit.column = head->logicalIndexAt(point.x());
+  hit.column = head_->logicalIndexAt(point.x());
   // A group row spans all columns, and there may be no column at this point.
   const int column = row->IsGroup() ? std::max(0, hit.column) : hit.column;
-  if (report.GetColumns().GetAt(column) == nullptr) return hit;
-  delegate->Hit(hit.row, column, PlaceOf(hit.row, column), point, hit);
+  if (report_.GetColumns().GetAt(column) == nullptr) return hit;
+  delegate_->Hit(hit.row, column, PlaceOf(hit.row, column), point, hit);
   return hit;
 }
 
 void ReportView::drawRow(QPainter* painter, const QStyleOptionViewItem& /*option*/,
                          const QModelIndex& index) const {
-  if (IsWindow(handle)) delegate->PaintRow(*painter, index.row(), PlaceOf(index.row()), *head);
+  if (IsWindow(handle)) delegate_->PaintRow(*painter, index.row(), PlaceOf(index.row()), *head_);
 }
 
 void ReportView::paintEvent(QPaintEvent* event) {
@@ -246,10 +246,10 @@ bool ReportView::viewportEvent(QEvent* event) {
 void ReportView::ShowTip(QHelpEvent& event) {
   if (!IsWindow(handle)) return;
   const ReportHit hit = HitAt(event.pos());
-  const QModelIndex index = rows->index(hit.row, hit.column);
+  const QModelIndex index = rows_->index(hit.row, hit.column);
   const QRect place = PlaceOf(hit.row, hit.column);
   const bool isWanted =
-      report.GetLook().hasToolTips && index.isValid() && delegate->IsCut(index, place);
+      report_.GetLook().hasToolTips && index.isValid() && delegate_->IsCut(index, place);
   if (!isWanted) {
     QToolTip::hideText();
     return event.ignore();
@@ -272,7 +272,7 @@ void ReportView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (!IsWindow(handle)) return;
   const ReportHit hit = HitAt(event->position().toPoint());
   const bool isOnText = hit.column >= 0 && hit.part == ReportHit::Part::Cell;
-  if (isOnText && report.CanEdit(hit.row, hit.column)) AskToEdit(hit.row, hit.column);
+  if (isOnText && report_.CanEdit(hit.row, hit.column)) AskToEdit(hit.row, hit.column);
 }
 
 void ReportView::mouseMoveEvent(QMouseEvent* event) {
@@ -294,24 +294,24 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
     selectAll();
   } else if (IsHeaderMenuKey(*event)) {
     event->accept();
-    head->OpenMenu(SearchedColumn());
+    head_->OpenMenu(SearchedColumn());
   } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
     event->accept();
     const std::optional<int> found =
-        typeAhead.Find(*event, report.GetRows().GetCount(), report.GetFocusedRow(),
+        typeAhead.Find(*event, report_.GetRows().GetCount(), report_.GetFocusedRow(),
                        [this, column](int row, const std::string& text) {
-                         const CReportRecordItem* const item = report.GetItemAt(row, column);
+                         const CReportRecordItem* const item = report_.GetItemAt(row, column);
                          return item != nullptr && StartsWithNoCase(item->GetCaption(), text);
                        });
     if (!found) return;
     const WindowHandle own = handle;
-    report.NotifySelected({*found}, *found);
-    if (IsWindow(own)) scrollTo(rows->index(*found, column));
+    report_.NotifySelected({*found}, *found);
+    if (IsWindow(own)) scrollTo(rows_->index(*found, column));
   }
 }
 
 int ReportView::SearchedColumn() const {
-  const CReportColumns& columns = std::as_const(report).GetColumns();
+  const CReportColumns& columns = std::as_const(report_).GetColumns();
   const auto hasTexts = [](const CReportColumn& column) {
     return column.IsVisible() && column.GetIconId() == CReportColumn::kNoIcon;
   };
@@ -327,25 +327,25 @@ int ReportView::SearchedColumn() const {
 
 void ReportView::selectAll() {
   if (!IsWindow(handle)) return;
-  std::vector<int> all(static_cast<std::size_t>(report.GetRows().GetCount()));
+  std::vector<int> all(static_cast<std::size_t>(report_.GetRows().GetCount()));
   std::iota(all.begin(), all.end(), 0);
-  report.NotifySelected(std::move(all), report.GetFocusedRow());
+  report_.NotifySelected(std::move(all), report_.GetFocusedRow());
 }
 
 // One line per row, with tabs between the visible columns.
 void ReportView::CopyRows() const {
   std::string text;
-  for (const int row : report.GetSelectedRows().GetIndexes()) {
+  for (const int row : report_.GetSelectedRows().GetIndexes()) {
     std::string line;
     const char* separator = "";
-    for (int column = 0; column < report.GetColumns().GetCount(); ++column) {
-      const CReportRecordItem* const item = report.GetItemAt(row, column);
+    for (int column = 0; column < report_.GetColumns().GetCount(); ++column) {
+      const CReportRecordItem* const item = report_.GetItemAt(row, column);
       const bool isText = !isColumnHidden(column) && item != nullptr &&
-                          report.GetColumns().GetAt(column)->GetIconId() == CReportColumn::kNoIcon;
+                          report_.GetColumns().GetAt(column)->GetIconId() == CReportColumn::kNoIcon;
       if (isText) line += std::exchange(separator, "\t") + item->GetCaption();
     }
-    if (report.GetRows().GetAt(row)->IsGroup())
-      line = report.GetRows().GetAt(row)->GetGroup()->text;
+    if (report_.GetRows().GetAt(row)->IsGroup())
+      line = report_.GetRows().GetAt(row)->GetGroup()->text;
     text += line + "\n";
   }
   if (!text.empty()) WindowToolkit::Current().SetClipboardText(text);
@@ -357,14 +357,14 @@ void ReportView::contextMenuEvent(QContextMenuEvent* event) {
   if (!IsWindow(own)) return;
   QPoint screen = event->globalPos();
   if (event->reason() == QContextMenuEvent::Keyboard) {
-    const int row = std::clamp(report.GetFocusedRow() - report.GetTopRow() + 1, 0, RowsPerPage());
-    screen = viewport()->mapToGlobal(QPoint(0, row * delegate->RowHeight()));
+    const int row = std::clamp(report_.GetFocusedRow() - report_.GetTopRow() + 1, 0, RowsPerPage());
+    screen = viewport()->mapToGlobal(QPoint(0, row * delegate_->RowHeight()));
   } else if (const int row = RowAt(event->pos().y());
-             row >= 0 && !report.GetSelectedRows().Contains(row)) {
-    report.NotifySelected({row}, row);
+             row >= 0 && !report_.GetSelectedRows().Contains(row)) {
+    report_.NotifySelected({row}, row);
     if (!IsWindow(own)) return;
   }
-  if (!report.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(own)) ShowRowMenu(screen);
+  if (!report_.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(own)) ShowRowMenu(screen);
 }
 
 // Default context menu if the report's owners have none: actions on the rows, and the header's
@@ -380,19 +380,19 @@ void ReportView::ShowRowMenu(QPoint screen) {
   QAction* const copy =
       menu->addAction(QCoreApplication::translate("ReportView", "&Copy"),
                       QKeySequence(QKeySequence::Copy), this, whileAlive([this] { CopyRows(); }));
-  copy->setEnabled(report.GetSelectedRows().GetCount() > 0);
+  copy->setEnabled(report_.GetSelectedRows().GetCount() > 0);
   QAction* const all = menu->addAction(QCoreApplication::translate("ReportView", "Select &all"),
                                        QKeySequence(QKeySequence::SelectAll), this,
                                        whileAlive([this] { selectAll(); }));
-  all->setEnabled(report.GetRows().GetCount() > 0);
+  all->setEnabled(report_.GetRows().GetCount() > 0);
   menu->addSeparator();
   QMenu* const sorting = menu->addMenu(QCoreApplication::translate("ReportView", "&Sort by"));
-  for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
-    const CReportColumn& column = *report.GetColumns().GetAt(i);
+  for (int i = 0; i < report_.GetColumns().GetCount(); ++i) {
+    const CReportColumn& column = *report_.GetColumns().GetAt(i);
     if (!column.IsVisible() || !column.IsSortable()) continue;
     QAction* const action =
         sorting->addAction(ToQtLabel(column.GetCaption()), this,
-                           whileAlive([this, i] { report.NotifyHeaderClicked(i); }));
+                           whileAlive([this, i] { report_.NotifyHeaderClicked(i); }));
     action->setCheckable(true);
     action->setChecked(column.IsSorted());
   }
@@ -404,7 +404,7 @@ void ReportView::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
   const bool isOther = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
   if (!isOther || !IsWindow(handle)) return;
-  head->setFont(ToQtFont(report.GetLook().captionFont, font()));
+  head_->setFont(ToQtFont(report_.GetLook().captionFont, font()));
   FollowMeasures();
 }
 
@@ -415,7 +415,7 @@ void ReportView::TellState() {
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
   const WindowHandle own = handle;
-  if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);
+  if (row != report_.GetTopRow() && !rows_->HasMore()) report_.NotifyScrolled(row);
   if (IsWindow(own)) TellSize();
   if (IsWindow(own)) LayOutColumns();
 }

@@ -14,7 +14,7 @@ class ReportView : public FollowingView {
  public:
   explicit ReportView(CReportControl& shownReport);
 
-  ReportHeader& Head() { return *head; }
+  ReportHeader& Head() { return *head_; }
   // The control is being destroyed and is not accessed any more.
   void Detach();
 
@@ -66,15 +66,15 @@ class ReportView : public FollowingView {
   void CopyRows() const;
   void ShowRowMenu(QPoint screen);
 
-  CReportControl& report;
-  ReportModel* rows;
-  ReportDelegate* delegate;
-  ReportHeader* head;
-  QTimer takeTimer;
-  int rowHeight = 0;  // row height that the layout was computed for
+  CReportControl& report_;
+  ReportModel* rows_;
+  ReportDelegate* delegate_;
+  ReportHeader* head_;
+  QTimer takeTimer_;
+  int rowHeight_ = 0;  // row height that the layout was computed for
   // The rows have been replaced, and selection and scroll position are yet to be updated. A report
   // that is sorted sends one notification for each row.
-  bool isRefillDue = false;
+  bool isRefillDue_ = false;
 };
 
 }  // namespace tarn

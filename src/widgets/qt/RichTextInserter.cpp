@@ -38,14 +38,14 @@ QString ToBlockText(std::string_view line) {
 
 RichTextInserter::RichTextInserter(QTextCursor& insertionPoint, std::string_view insertedText,
                                    const std::vector<RichTextRun>& runs, std::size_t start)
-    : cursor(insertionPoint),
-      text(insertedText),
-      run(std::partition_point(runs.begin(), runs.end(), [start](const RichTextRun& each) {
+    : cursor_(insertionPoint),
+      text_(insertedText),
+      run_(std::partition_point(runs.begin(), runs.end(), [start](const RichTextRun& each) {
         return each.range.end <= start;
       })) {}
 
 void RichTextInserter::AddLine(TextRange line) {
-  const std::string_view bytes = text.substr(line.start, line.Length());
+  const std::string_view bytes = text_.substr(line.start, line.Length());
   const QString shown = ToBlockText(bytes);
   TextWalk walk(bytes);
   for (std::size_t byte = line.start; byte < line.end;) {
@@ -62,21 +62,21 @@ void RichTextInserter::AddBreak(std::size_t at) {
 }
 
 const RichTextRun& RichTextInserter::RunAt(std::size_t byte) {
-  while (run->range.end <= byte) ++run;
-  return *run;
+  while (run_->range.end <= byte) ++run_;
+  return *run_;
 }
 
 void RichTextInserter::Add(QStringView part, const RichTextRun& look) {
-  const bool isSame = buffered != nullptr && buffered->color == look.color &&
-                      buffered->isBold == look.isBold && buffered->target == look.target;
+  const bool isSame = buffered_ != nullptr && buffered_->color == look.color &&
+                      buffered_->isBold == look.isBold && buffered_->target == look.target;
   if (!isSame) Finish();
-  buffered = &look;
-  buffer += part;
+  buffered_ = &look;
+  buffer_ += part;
 }
 
 void RichTextInserter::Finish() {
-  if (!buffer.isEmpty()) cursor.insertText(buffer, ToFormat(*buffered));
-  buffer.clear();
+  if (!buffer_.isEmpty()) cursor_.insertText(buffer_, ToFormat(*buffered_));
+  buffer_.clear();
 }
 
 }  // namespace tarn

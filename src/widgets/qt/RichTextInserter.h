@@ -30,11 +30,11 @@ class RichTextInserter {
   const RichTextRun& RunAt(std::size_t byte);
   void Add(QStringView part, const RichTextRun& look);
 
-  QTextCursor& cursor;
-  const std::string_view text;
-  std::vector<RichTextRun>::const_iterator run;
-  const RichTextRun* buffered = nullptr;  // format of the buffer
-  QString buffer;
+  QTextCursor& cursor_;
+  const std::string_view text_;
+  std::vector<RichTextRun>::const_iterator run_;
+  const RichTextRun* buffered_ = nullptr;  // format of the buffer
+  QString buffer_;
 };
 
 }  // namespace tarn

@@ -14,9 +14,9 @@ RichTextView::RichTextView() {
   setLineWrapMode(QPlainTextEdit::NoWrap);
   QScrollBar* const bar = verticalScrollBar();
   connect(bar, &QScrollBar::valueChanged, this,
-          [this, bar](int value) { isAtEnd = value >= bar->maximum(); });
+          [this, bar](int value) { isAtEnd_ = value >= bar->maximum(); });
   connect(bar, &QScrollBar::rangeChanged, this, [this, bar] {
-    if (isAtEnd) bar->setValue(bar->maximum());
+    if (isAtEnd_) bar->setValue(bar->maximum());
   });
   const auto tell = [this] {
     if (listener != nullptr) listener->OnSelectedByUser();
@@ -58,7 +58,7 @@ bool RichTextView::eventFilter(QObject* watched, QEvent* event) {
     return QPlainTextEdit::eventFilter(watched, event);
   }
   auto& release = static_cast<QMouseEvent&>(*event);
-  const QPoint way = release.position().toPoint() - pressedAt;
+  const QPoint way = release.position().toPoint() - pressedAt_;
   if (release.button() != Qt::LeftButton ||
       way.manhattanLength() < QApplication::startDragDistance()) {
     return false;
@@ -68,7 +68,7 @@ bool RichTextView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void RichTextView::mousePressEvent(QMouseEvent* event) {
-  pressedAt = event->position().toPoint();
+  pressedAt_ = event->position().toPoint();
   if (listener != nullptr) listener->OnSelecting(event->button() == Qt::LeftButton);
   QPlainTextEdit::mousePressEvent(event);
 }
@@ -119,8 +119,8 @@ void RichTextView::hideEvent(QHideEvent* event) {
 
 void RichTextView::changeEvent(QEvent* event) {
   QPlainTextEdit::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange || isDark == IsDarkPalette()) return;
-  isDark = IsDarkPalette();
+  if (event->type() != QEvent::PaletteChange || isDark_ == IsDarkPalette()) return;
+  isDark_ = IsDarkPalette();
   if (listener != nullptr) listener->OnPaletteTurned();
 }
 

@@ -37,7 +37,7 @@ class RichTextView : public QPlainTextEdit {
 
   // Position of the character that is drawn at a point; nullopt if there is none.
   std::optional<int> PositionAt(QPoint point) const;
-  bool IsAtEnd() const { return isAtEnd; }
+  bool IsAtEnd() const { return isAtEnd_; }
 
   RichTextListener* listener = nullptr;  // borrowed; null if there is none
 
@@ -57,9 +57,9 @@ class RichTextView : public QPlainTextEdit {
  private:
   void ShowPointed(const QTextCursor& link);
 
-  bool isAtEnd = true;
-  QPoint pressedAt;
-  bool isDark = IsDarkPalette();
+  bool isAtEnd_ = true;
+  QPoint pressedAt_;
+  bool isDark_ = IsDarkPalette();
 };
 
 }  // namespace tarn

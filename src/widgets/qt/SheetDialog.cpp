@@ -80,14 +80,14 @@ void OrderFocus(const CPropertyPage& page, QWidget* buttons) {
 class SheetPeer : public WidgetPeer<PropertySheetPeer, SheetDialog> {
  public:
   explicit SheetPeer(CPropertySheet& shownSheet)
-      : WidgetPeer(shownSheet, new SheetDialog), sheet(shownSheet) {}
+      : WidgetPeer(shownSheet, new SheetDialog), sheet_(shownSheet) {}
 
   void OnFinishEnabled() override {
-    if (widget != nullptr) widget->EnableFinish(sheet.IsFinishEnabled());
+    if (widget != nullptr) widget->EnableFinish(sheet_.IsFinishEnabled());
   }
 
  private:
-  CPropertySheet& sheet;
+  CPropertySheet& sheet_;
 };
 
 }  // namespace
@@ -140,9 +140,9 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
   rows->addWidget(NewLine(this));
   auto* const buttons = new QDialogButtonBox(this);
   buttons->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  finishButton = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
-                                    QDialogButtonBox::AcceptRole);
-  finishButton->setDefault(true);
+  finishButton_ = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
+                                     QDialogButtonBox::AcceptRole);
+  finishButton_->setDefault(true);
   buttons->addButton(QDialogButtonBox::Cancel);
   connect(buttons, &QDialogButtonBox::accepted, this, [this, &sheet] { TryFinish(sheet); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -150,35 +150,35 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
   rows->setSizeConstraint(QLayout::SetFixedSize);
   EnableFinish(sheet.IsFinishEnabled());
   NameFields(page);
-  OrderFocus(page, finishButton);
+  OrderFocus(page, finishButton_);
 }
 
 QWidget* SheetDialog::MakeProblemRow() {
-  problemRow = new QWidget(this);
-  auto* const row = new QHBoxLayout(problemRow);
+  problemRow_ = new QWidget(this);
+  auto* const row = new QHBoxLayout(problemRow_);
   row->setContentsMargins(kMargin, 0, kMargin, kMargin);
-  auto* const icon = new QLabel(problemRow);
+  auto* const icon = new QLabel(problemRow_);
   const int side = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
   icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side, side));
   row->addWidget(icon, 0, Qt::AlignTop);
-  problemText = NewText({}, problemRow);
-  row->addWidget(problemText, 1);
-  problemRow->hide();
-  return problemRow;
+  problemText_ = NewText({}, problemRow_);
+  row->addWidget(problemText_, 1);
+  problemRow_->hide();
+  return problemRow_;
 }
 
 // The sheet's window owns this dialog.
 void SheetDialog::TryFinish(const CPropertySheet& sheet) {
   const QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
   if (problem.isEmpty()) return accept();
-  problemText->setText(problem);
-  problemRow->show();
-  QAccessibleEvent alert(problemText, QAccessible::Alert);
+  problemText_->setText(problem);
+  problemRow_->show();
+  QAccessibleEvent alert(problemText_, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }
 
 void SheetDialog::EnableFinish(bool enable) {
-  if (finishButton != nullptr) finishButton->setEnabled(enable);
+  if (finishButton_ != nullptr) finishButton_->setEnabled(enable);
 }
 
 std::unique_ptr<PropertySheetPeer> MakeSheetPeer(CPropertySheet& sheet) {

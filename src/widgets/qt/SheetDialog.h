@@ -24,9 +24,9 @@ class SheetDialog : public QDialog {
   // Accepts the dialog, or shows the reason why that is impossible.
   void TryFinish(const CPropertySheet& sheet);
 
-  QPointer<QWidget> problemRow;
-  QPointer<QLabel> problemText;
-  QPointer<QPushButton> finishButton;
+  QPointer<QWidget> problemRow_;
+  QPointer<QLabel> problemText_;
+  QPointer<QPushButton> finishButton_;
 };
 
 // Peer that creates the dialog of a sheet.

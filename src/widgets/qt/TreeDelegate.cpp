@@ -36,32 +36,33 @@ class StepPainter {
  public:
   StepPainter(QPainter& linePainter, const QRect& paintedLine, bool isLineSelected,
               const QWidget& treeView, ImageCache& pictures)
-      : painter(linePainter),
-        line(paintedLine),
-        isSelected(isLineSelected),
-        view(treeView),
-        cache(pictures) {}
+      : painter_(linePainter),
+        line_(paintedLine),
+        isSelected_(isLineSelected),
+        view_(treeView),
+        cache_(pictures) {}
 
   void operator()(const FillStep& step) const {
-    painter.fillRect(ToQtRect(step.rect),
-                     OwnColor(step.color, {QPalette::Base, QPalette::Highlight})
-                         .value_or(ToQtColor(step.color)));
+    painter_.fillRect(ToQtRect(step.rect),
+                      OwnColor(step.color, {QPalette::Base, QPalette::Highlight})
+                          .value_or(ToQtColor(step.color)));
   }
   // An image at the top of the line is centred vertically, like the item's own image.
   void operator()(const ImageStep& step) const {
     if (step.images == nullptr) return;
-    const int room = line.height() - step.images->GetImageSize().height;
-    const int shift = step.place.y == line.top() ? std::max(0, room / 2) : 0;
-    painter.drawPixmap(step.place.x, step.place.y + shift,
-                       cache.Get(*step.images, step.index, view.devicePixelRatioF()));
+    const int room = line_.height() - step.images->GetImageSize().height;
+    const int shift = step.place.y == line_.top() ? std::max(0, room / 2) : 0;
+    painter_.drawPixmap(step.place.x, step.place.y + shift,
+                        cache_.Get(*step.images, step.index, view_.devicePixelRatioF()));
   }
   void operator()(const TextStep& step) const {
-    painter.setFont(ToQtFont(step.font, view.font()));
+    painter_.setFont(ToQtFont(step.font, view_.font()));
     // Two roles can have the same colour while active but different ones in an unfocused view.
-    const QPalette::ColorRole role = isSelected ? QPalette::HighlightedText : QPalette::Text;
-    painter.setPen(view.isEnabled() ? OwnColor(step.color, {role}).value_or(ToTextColor(step.color))
-                                    : view.palette().color(QPalette::Disabled, QPalette::Text));
-    painter.drawText(ToQtRect(step.rect), kTextFlags, ToQt(step.text));
+    const QPalette::ColorRole role = isSelected_ ? QPalette::HighlightedText : QPalette::Text;
+    painter_.setPen(view_.isEnabled()
+                        ? OwnColor(step.color, {role}).value_or(ToTextColor(step.color))
+                        : view_.palette().color(QPalette::Disabled, QPalette::Text));
+    painter_.drawText(ToQtRect(step.rect), kTextFlags, ToQt(step.text));
   }
 
  private:
@@ -69,67 +70,67 @@ class StepPainter {
   // other colour.
   std::optional<QColor> OwnColor(Color color,
                                  std::initializer_list<QPalette::ColorRole> roles) const {
-    const QPalette& palette = view.palette();
+    const QPalette& palette = view_.palette();
     for (const QPalette::ColorRole role : roles) {
       if (FromQtColor(palette.color(QPalette::Active, role)) == color) {
-        return palette.color(GroupOf(view), role);
+        return palette.color(GroupOf(view_), role);
       }
     }
     return std::nullopt;
   }
 
-  QPainter& painter;
-  const QRect& line;
-  const bool isSelected;
-  const QWidget& view;
-  ImageCache& cache;
+  QPainter& painter_;
+  const QRect& line_;
+  const bool isSelected_;
+  const QWidget& view_;
+  ImageCache& cache_;
 };
 
 }  // namespace
 
 TreeDelegate::TreeDelegate(const CTreeCtrl& shownTree, QWidget& treeView)
-    : QAbstractItemDelegate(&treeView), tree(shownTree), view(treeView) {}
+    : QAbstractItemDelegate(&treeView), tree_(shownTree), view_(treeView) {}
 
 int TreeDelegate::LabelOffset() const {
-  const CImageList* const images = tree.GetImageList();
+  const CImageList* const images = tree_.GetImageList();
   return images == nullptr ? 0 : images->GetImageSize().width + kImageGap;
 }
 
 int TreeDelegate::LabelWidth(const CTreeItem& item) const {
-  return view.fontMetrics().horizontalAdvance(ToQt(item.GetText())) + 2 * kLabelMargin;
+  return view_.fontMetrics().horizontalAdvance(ToQt(item.GetText())) + 2 * kLabelMargin;
 }
 
 int TreeDelegate::LineHeight() const {
-  const CImageList* const images = tree.GetImageList();
+  const CImageList* const images = tree_.GetImageList();
   const int imageHeight = images == nullptr ? 0 : images->GetImageSize().height;
-  return std::max(view.fontMetrics().height() + 2 * kLineMargin, imageHeight + 2 * kImageMargin);
+  return std::max(view_.fontMetrics().height() + 2 * kLineMargin, imageHeight + 2 * kImageMargin);
 }
 
 QPixmap TreeDelegate::PictureOf(const CTreeItem& item) {
   const QRect line(0, 0, LabelOffset() + LabelWidth(item), LineHeight());
-  const qreal ratio = view.devicePixelRatioF();
+  const qreal ratio = view_.devicePixelRatioF();
   QPixmap picture(line.size() * ratio);
   picture.setDevicePixelRatio(ratio);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   PaintImage(painter, line, item);
-  PaintLabel(painter, line, item, view.palette().color(QPalette::Text));
+  PaintLabel(painter, line, item, view_.palette().color(QPalette::Text));
   return picture;
 }
 
 void TreeDelegate::PaintImage(QPainter& painter, const QRect& line, const CTreeItem& item) const {
-  const CImageList* const images = tree.GetImageList();
+  const CImageList* const images = tree_.GetImageList();
   if (images == nullptr) return;
-  const bool isSelected = &item == tree.GetSelectedItem();
-  const QPixmap picture = cache.Get(*images, isSelected ? item.GetSelectedImage() : item.GetImage(),
-                                    view.devicePixelRatioF());
+  const bool isSelected = &item == tree_.GetSelectedItem();
+  const QPixmap picture = cache_.Get(
+      *images, isSelected ? item.GetSelectedImage() : item.GetImage(), view_.devicePixelRatioF());
   const int space = (line.height() - images->GetImageSize().height) / 2;
   painter.drawPixmap(line.left(), line.top() + space, picture);
 }
 
 void TreeDelegate::PaintLabel(QPainter& painter, const QRect& line, const CTreeItem& item,
                               const QColor& color) const {
-  painter.setFont(view.font());
+  painter.setFont(view_.font());
   painter.setPen(color);
   painter.drawText(line.adjusted(LabelOffset() + kLabelMargin, 0, 0, 0), kTextFlags,
                    ToQt(item.GetText()));
@@ -139,7 +140,7 @@ int TreeDelegate::WidthOf(const DrawingSteps& steps, int left) const {
   int right = left;
   for (const DrawingStep& step : steps) {
     if (const auto* const text = std::get_if<TextStep>(&step)) {
-      const QFontMetrics metrics(ToQtFont(text->font, view.font()));
+      const QFontMetrics metrics(ToQtFont(text->font, view_.font()));
       right = std::max(
           right, text->rect.left + metrics.horizontalAdvance(ToQt(text->text)) + kLabelMargin);
     } else if (const auto* const image = std::get_if<ImageStep>(&step);
@@ -151,8 +152,8 @@ int TreeDelegate::WidthOf(const DrawingSteps& steps, int left) const {
 }
 
 void TreeDelegate::KeepWidth(const CTreeItem& item, int width) const {
-  if (drawnWidths.size() >= kKeptWidths) drawnWidths.clear();
-  if (std::exchange(drawnWidths[&item], width) != width && onWidthChanged) onWidthChanged();
+  if (drawnWidths_.size() >= kKeptWidths) drawnWidths_.clear();
+  if (std::exchange(drawnWidths_[&item], width) != width && onWidthChanged) onWidthChanged();
 }
 
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -162,9 +163,9 @@ void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->save();
   PaintImage(*painter, option.rect, *item);
   const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-  const DrawingSteps steps = tree.DrawItem(*item);
+  const DrawingSteps steps = tree_.DrawItem(*item);
   for (const DrawingStep& step : steps) {
-    std::visit(StepPainter(*painter, option.rect, isSelected, view, cache), step);
+    std::visit(StepPainter(*painter, option.rect, isSelected, view_, cache_), step);
   }
   KeepWidth(*item, WidthOf(steps, option.rect.left()));
   if (steps.empty()) {
@@ -184,8 +185,8 @@ QSize TreeDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                              const QModelIndex& index) const {
   const CTreeItem* const item = TreeModel::ItemAt(index);
   if (item == nullptr) return {0, LineHeight()};
-  const auto drawn = drawnWidths.find(item);
-  const int drawnWidth = drawn == drawnWidths.end() ? 0 : drawn->second;
+  const auto drawn = drawnWidths_.find(item);
+  const int drawnWidth = drawn == drawnWidths_.end() ? 0 : drawn->second;
   return {std::max(drawnWidth, LabelOffset() + LabelWidth(*item)), LineHeight()};
 }
 

@@ -25,7 +25,7 @@ class TreeDelegate : public QAbstractItemDelegate {
   // Renders image and label only, for a drag.
   QPixmap PictureOf(const CTreeItem& item);
   // All items have changed.
-  void ForgetWidths() { drawnWidths.clear(); }
+  void ForgetWidths() { drawnWidths_.clear(); }
 
   // Called when the painted width of a line has changed.
   std::function<void()> onWidthChanged;
@@ -42,10 +42,10 @@ class TreeDelegate : public QAbstractItemDelegate {
   int WidthOf(const DrawingSteps& steps, int left) const;
   void KeepWidth(const CTreeItem& item, int width) const;
 
-  const CTreeCtrl& tree;
-  QWidget& view;
-  mutable ImageCache cache;
-  mutable std::unordered_map<const CTreeItem*, int> drawnWidths;
+  const CTreeCtrl& tree_;
+  QWidget& view_;
+  mutable ImageCache cache_;
+  mutable std::unordered_map<const CTreeItem*, int> drawnWidths_;
 };
 
 }  // namespace tarn

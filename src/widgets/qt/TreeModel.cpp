@@ -6,19 +6,19 @@ namespace tarn {
 
 void TreeModel::Detach() {
   beginResetModel();
-  tree = nullptr;
+  tree_ = nullptr;
   endResetModel();
 }
 
 void TreeModel::BeginReset() {
   beginResetModel();
-  isResetting = true;
+  isResetting_ = true;
   endResetModel();
 }
 
 void TreeModel::EndReset() {
   beginResetModel();
-  isResetting = false;
+  isResetting_ = false;
   endResetModel();
 }
 
@@ -36,13 +36,13 @@ void TreeModel::TellChanged(const CTreeItem& item) {
 }
 
 QModelIndex TreeModel::IndexOf(const CTreeItem* item) const {
-  if (item == nullptr || tree == nullptr || isResetting) return {};
+  if (item == nullptr || tree_ == nullptr || isResetting_) return {};
   return createIndex(item->GetIndex(), 0, item);
 }
 
 QModelIndex TreeModel::index(int row, int column, const QModelIndex& parent) const {
-  if (tree == nullptr || isResetting || column != 0 || row < 0) return {};
-  return IndexOf(tree->GetItemAt(ItemAt(parent), row));
+  if (tree_ == nullptr || isResetting_ || column != 0 || row < 0) return {};
+  return IndexOf(tree_->GetItemAt(ItemAt(parent), row));
 }
 
 QModelIndex TreeModel::parent(const QModelIndex& child) const {
@@ -50,7 +50,7 @@ QModelIndex TreeModel::parent(const QModelIndex& child) const {
 }
 
 int TreeModel::rowCount(const QModelIndex& parent) const {
-  return tree == nullptr || isResetting ? 0 : tree->GetItemCount(ItemAt(parent));
+  return tree_ == nullptr || isResetting_ ? 0 : tree_->GetItemCount(ItemAt(parent));
 }
 
 int TreeModel::columnCount(const QModelIndex& /*parent*/) const {
@@ -58,7 +58,7 @@ int TreeModel::columnCount(const QModelIndex& /*parent*/) const {
 }
 
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
-  if (role != Qt::DisplayRole || !index.isValid() || tree == nullptr || isResetting) return {};
+  if (role != Qt::DisplayRole || !index.isValid() || tree_ == nullptr || isResetting_) return {};
   return ToQt(ItemAt(index)->GetText());
 }
 

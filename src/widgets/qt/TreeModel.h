@@ -11,7 +11,7 @@ namespace tarn {
 class TreeModel : public QAbstractItemModel {
  public:
   TreeModel(const CTreeCtrl& shownTree, QObject* parent)
-      : QAbstractItemModel(parent), tree(&shownTree) {}
+      : QAbstractItemModel(parent), tree_(&shownTree) {}
 
   // The control is being destroyed: the model is empty afterwards.
   void Detach();
@@ -19,7 +19,7 @@ class TreeModel : public QAbstractItemModel {
   // run in between.
   void BeginReset();
   void EndReset();
-  bool IsResetting() const { return isResetting; }
+  bool IsResetting() const { return isResetting_; }
   void BeginInsert(const CTreeItem* above, int first, int count);
   void EndInsert() { endInsertRows(); }
   void BeginRemove(const CTreeItem* above, int first, int count);
@@ -40,8 +40,8 @@ class TreeModel : public QAbstractItemModel {
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
-  const CTreeCtrl* tree;
-  bool isResetting = false;
+  const CTreeCtrl* tree_;
+  bool isResetting_ = false;
 };
 
 }  // namespace tarn

@@ -25,41 +25,42 @@ constexpr float kGuideStrength = 0.15F;
 
 TreeView::TreeView(CTreeCtrl& shownTree)
     : FollowingView(shownTree),
-      tree(shownTree),
-      items(new TreeModel(shownTree, this)),
-      delegate(new TreeDelegate(shownTree, *this)) {
+      tree_(shownTree),
+      items_(new TreeModel(shownTree, this)),
+      delegate_(new TreeDelegate(shownTree, *this)) {
   const Following quiet(following, following + 1);
   setHeaderHidden(true);
-  setFrameShape(HasFrame(tree) ? QFrame::StyledPanel : QFrame::NoFrame);
-  setRootIsDecorated((tree.GetStyle() & kTreeLinesAtRoot) != 0);
+  setFrameShape(HasFrame(tree_) ? QFrame::StyledPanel : QFrame::NoFrame);
+  setRootIsDecorated((tree_.GetStyle() & kTreeLinesAtRoot) != 0);
   setSelectionMode(SingleSelection);
   setExpandsOnDoubleClick(false);
-  setItemDelegate(delegate);
-  setModel(items);
+  setItemDelegate(delegate_);
+  setModel(items_);
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   // As wide as the visible lines; see OnScrolledTo().
   header()->setResizeContentsPrecision(0);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
-  delegate->onWidthChanged = [this] { AskToTellState(); };
+  delegate_->onWidthChanged = [this] { AskToTellState(); };
 }
 
 void TreeView::Detach() {
   const Following quiet(following, following + 1);
-  items->Detach();
+  items_->Detach();
 }
 
 void TreeView::FollowResetting() {
   const Following quiet(following, following + 1);
-  items->BeginReset();
+  items_->BeginReset();
 }
 
 void TreeView::FollowReset() {
   const Following quiet(following, following + 1);
-  delegate->ForgetWidths();
-  items->EndReset();
-  for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNextVisible()) {
-    if (item->IsExpanded()) expand(items->IndexOf(item));
+  delegate_->ForgetWidths();
+  items_->EndReset();
+  for (const CTreeItem* item = tree_.GetRootItem(); item != nullptr;
+       item = item->GetNextVisible()) {
+    if (item->IsExpanded()) expand(items_->IndexOf(item));
   }
   FollowSelection();
   FollowScroll();
@@ -67,29 +68,29 @@ void TreeView::FollowReset() {
 
 void TreeView::FollowInserted(const CTreeItem* above, int first, int count) {
   const Following quiet(following, following + 1);
-  items->EndInsert();
+  items_->EndInsert();
   for (int i = first; i < first + count; ++i) {
-    const CTreeItem* const item = tree.GetItemAt(above, i);
+    const CTreeItem* const item = tree_.GetItemAt(above, i);
     if (item != nullptr && item->IsExpanded()) FollowExpansion(*item);
   }
 }
 
 void TreeView::FollowRemoved(const CTreeItem* above) {
   const Following quiet(following, following + 1);
-  items->EndRemove();
-  if (above != nullptr && !above->IsExpanded()) collapse(items->IndexOf(above));
+  items_->EndRemove();
+  if (above != nullptr && !above->IsExpanded()) collapse(items_->IndexOf(above));
   FollowSelection();
 }
 
 void TreeView::FollowExpansion(const CTreeItem& item) {
   const Following quiet(following, following + 1);
   if (!item.IsExpanded()) {
-    collapse(items->IndexOf(&item));
+    collapse(items_->IndexOf(&item));
     return;
   }
   const CTreeItem* each = &item;
   do {
-    if (each->IsExpanded()) expand(items->IndexOf(each));
+    if (each->IsExpanded()) expand(items_->IndexOf(each));
     each = each->GetNextVisible();
   } while (each != nullptr && each->IsBelow(item));
 }
@@ -98,7 +99,7 @@ void TreeView::FollowExpansion(const CTreeItem& item) {
 // control's selection.
 void TreeView::FollowSelection() {
   const Following quiet(following, following + 1);
-  const QModelIndex index = items->IndexOf(tree.GetSelectedItem());
+  const QModelIndex index = items_->IndexOf(tree_.GetSelectedItem());
   if (index.isValid()) {
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
   } else {
@@ -110,14 +111,14 @@ void TreeView::FollowSelection() {
 void TreeView::FollowScroll() {
   const Following quiet(following, following + 1);
   executeDelayedItemsLayout();
-  verticalScrollBar()->setValue(tree.GetTopRow());
-  if (verticalScrollBar()->value() != tree.GetTopRow()) AskToTellState();
+  verticalScrollBar()->setValue(tree_.GetTopRow());
+  if (verticalScrollBar()->value() != tree_.GetTopRow()) AskToTellState();
 }
 
 void TreeView::FollowMeasures() {
-  const QSize current(delegate->LabelOffset(), delegate->LineHeight());
-  if (measures == current) return;
-  measures = current;
+  const QSize current(delegate_->LabelOffset(), delegate_->LineHeight());
+  if (measures_ == current) return;
+  measures_ = current;
   scheduleDelayedItemsLayout();
 }
 
@@ -128,22 +129,22 @@ TreeHit TreeView::HitAt(Point point) {
   if (item == nullptr) return {};
   const int left = visualRect(index).left();
   if (point.x < left) {
-    const bool hasButton = (tree.GetStyle() & kTreeHasButtons) != 0 && item->HasChildren();
+    const bool hasButton = (tree_.GetStyle() & kTreeHasButtons) != 0 && item->HasChildren();
     return {item,
             hasButton && point.x >= left - indentation() ? TreePart::Button : TreePart::Indent};
   }
-  const int labelLeft = left + delegate->LabelOffset();
+  const int labelLeft = left + delegate_->LabelOffset();
   if (point.x < labelLeft) return {item, TreePart::Icon};
-  return {item, point.x < labelLeft + delegate->LabelWidth(*item) ? TreePart::Label
-                                                                  : TreePart::RightOfLabel};
+  return {item, point.x < labelLeft + delegate_->LabelWidth(*item) ? TreePart::Label
+                                                                   : TreePart::RightOfLabel};
 }
 
 Rect TreeView::TextRectOf(const CTreeItem& item) {
   const Following quiet(following, following + 1);
-  const QRect line = visualRect(items->IndexOf(&item));
+  const QRect line = visualRect(items_->IndexOf(&item));
   if (line.isEmpty()) return {};
-  const int left = line.left() + delegate->LabelOffset();
-  return {left, line.top(), left + delegate->LabelWidth(item), line.top() + line.height()};
+  const int left = line.left() + delegate_->LabelOffset();
+  return {left, line.top(), left + delegate_->LabelWidth(item), line.top() + line.height()};
 }
 
 void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
@@ -153,15 +154,15 @@ void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   const QRect place = visualRect(index);
   const int room = indentation() * (item->GetLevel() + (rootIsDecorated() ? 1 : 0));
   const QRect branches(place.left() - room, place.top(), room, place.height());
-  if ((tree.GetStyle() & kTreeHasLines) != 0) DrawGuides(*painter, branches);
-  if ((tree.GetStyle() & kTreeHasButtons) != 0) drawBranches(painter, branches, index);
+  if ((tree_.GetStyle() & kTreeHasLines) != 0) DrawGuides(*painter, branches);
+  if ((tree_.GetStyle() & kTreeHasButtons) != 0) drawBranches(painter, branches, index);
   QStyleOptionViewItem line = option;
   line.rect = place;
-  const bool isShown = tree.HasFocus() || (tree.GetStyle() & kTreeShowsSelectionAlways) != 0;
+  const bool isShown = tree_.HasFocus() || (tree_.GetStyle() & kTreeShowsSelectionAlways) != 0;
   const bool isSelected =
-      item == tree.GetDropHighlight() || (isShown && item == tree.GetSelectedItem());
+      item == tree_.GetDropHighlight() || (isShown && item == tree_.GetSelectedItem());
   line.state.setFlag(QStyle::State_Selected, isSelected);
-  delegate->paint(painter, line, index);
+  delegate_->paint(painter, line, index);
 }
 
 // Draws a faint vertical line for each ancestor of the item.
@@ -177,7 +178,7 @@ void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
 // All items, including those below collapsed ones.
 std::vector<CTreeItem*> TreeView::ListItems() const {
   std::vector<CTreeItem*> all;
-  for (CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
+  for (CTreeItem* item = tree_.GetRootItem(); item != nullptr; item = item->GetNext()) {
     all.push_back(item);
   }
   return all;
@@ -185,7 +186,7 @@ std::vector<CTreeItem*> TreeView::ListItems() const {
 
 void TreeView::SearchFor(const QKeyEvent& typed) {
   const std::vector<CTreeItem*> all = ListItems();
-  const auto current = std::find(all.begin(), all.end(), tree.GetSelectedItem());
+  const auto current = std::find(all.begin(), all.end(), tree_.GetSelectedItem());
   const auto labelOf = [&all](int each) -> const std::string& {
     return all[static_cast<std::size_t>(each)]->GetText();
   };
@@ -199,12 +200,12 @@ void TreeView::SearchFor(const QKeyEvent& typed) {
   if (!line) return;
   CTreeItem* const found = all[static_cast<std::size_t>(*line)];
   const WindowHandle own = handle;
-  tree.SelectItem(found);
-  if (!IsWindow(own) || tree.GetSelectedItem() != found) return;
-  tree.EnsureVisible(*found);
+  tree_.SelectItem(found);
+  if (!IsWindow(own) || tree_.GetSelectedItem() != found) return;
+  tree_.EnsureVisible(*found);
   // Wider lines may have made a scroll bar appear, which takes space for one line.
   TellState();
-  if (IsWindow(own) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
+  if (IsWindow(own) && tree_.GetSelectedItem() == found) tree_.EnsureVisible(*found);
 }
 
 // Runs before the control's own handling, which is limited to the window: releasing the button
@@ -215,7 +216,7 @@ bool TreeView::eventFilter(QObject* watched, QEvent* event) {
     const auto& mouse = static_cast<const QMouseEvent&>(*event);
     const bool isHeld = mouse.buttons().testFlag(Qt::LeftButton);
     const bool isInside = viewport()->rect().contains(mouse.position().toPoint());
-    if (!isHeld && !(isRelease && isInside) && IsWindow(handle)) tree.NotifyDragCancelled();
+    if (!isHeld && !(isRelease && isInside) && IsWindow(handle)) tree_.NotifyDragCancelled();
   }
   return QTreeView::eventFilter(watched, event);
 }
@@ -227,7 +228,7 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const Qt::KeyboardModifiers keys = event->modifiers() & ~Qt::KeypadModifier;
   if (!IsWindow(handle)) return;
-  if (event->key() == Qt::Key_Escape && tree.NotifyDragCancelled()) {
+  if (event->key() == Qt::Key_Escape && tree_.NotifyDragCancelled()) {
     event->accept();
     return;
   }
@@ -239,13 +240,13 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
   // The key activates the default button of a dialog.
   const bool isDialog = qobject_cast<QDialog*>(window()) != nullptr;
   if (!isEnter || keys != Qt::NoModifier || isDialog) return;
-  CTreeItem* const selected = tree.GetSelectedItem();
+  CTreeItem* const selected = tree_.GetSelectedItem();
   if (selected == nullptr) return;
   event->accept();
-  tree.EnsureVisible(*selected);
+  tree_.EnsureVisible(*selected);
   const Rect label = TextRectOf(*selected);
-  tree.NotifyDoubleClick(MouseButton::Left,
-                         {std::max(0, label.left), (label.top + label.bottom) / 2});
+  tree_.NotifyDoubleClick(MouseButton::Left,
+                          {std::max(0, label.left), (label.top + label.bottom) / 2});
 }
 
 // Only for the keyboard; for the mouse the control requests the menu.
@@ -253,13 +254,13 @@ void TreeView::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   if (event->reason() != QContextMenuEvent::Keyboard || !IsWindow(handle)) return;
   QPoint place(0, 0);
-  if (const CTreeItem* const selected = tree.GetSelectedItem()) {
+  if (const CTreeItem* const selected = tree_.GetSelectedItem()) {
     const Rect label = TextRectOf(*selected);
     place = QPoint(std::clamp(label.left, 0, std::max(0, viewport()->width() - 1)),
                    std::clamp(label.bottom, 0, std::max(0, viewport()->height() - 1)));
   }
   const QPoint screen = viewport()->mapToGlobal(place);
-  tree.NotifyContextMenu({screen.x(), screen.y()});
+  tree_.NotifyContextMenu({screen.x(), screen.y()});
 }
 
 // A field over a label moves along with it. The base class moves child widgets only if a part of
@@ -271,7 +272,7 @@ void TreeView::scrollContentsBy(int dx, int dy) {
     if (ShowsWindow(*each)) fields.emplace_back(each, each->pos());
   }
   QTreeView::scrollContentsBy(dx, dy);
-  const QPoint way(dx, dy * delegate->LineHeight());
+  const QPoint way(dx, dy * delegate_->LineHeight());
   for (const auto& [field, place] : fields) field->move(place + way);
 }
 
@@ -291,8 +292,8 @@ void TreeView::OnScrolledTo(int row) {
   resizeColumnToContents(0);
   if (following > 0) {
     AskToTellState();
-  } else if (IsWindow(handle) && !items->IsResetting()) {
-    tree.NotifyScrolled(row);
+  } else if (IsWindow(handle) && !items_->IsResetting()) {
+    tree_.NotifyScrolled(row);
   }
 }
 
@@ -300,12 +301,12 @@ void TreeView::OnScrolledTo(int row) {
 // line that would leave empty space at the bottom. Before that, widens the view for lines that were
 // painted wider than known.
 void TreeView::TellState() {
-  if (items->IsResetting()) return;
+  if (items_->IsResetting()) return;
   executeDelayedItemsLayout();
   resizeColumnToContents(0);
   const int row = verticalScrollBar()->value();
   const WindowHandle own = handle;
-  if (row != tree.GetTopRow()) tree.NotifyScrolled(row);
+  if (row != tree_.GetTopRow()) tree_.NotifyScrolled(row);
   if (IsWindow(own)) TellSize();
 }
 

@@ -15,8 +15,8 @@ class TreeView : public FollowingView {
   explicit TreeView(CTreeCtrl& shownTree);
 
   // Access for the peer, which forwards the control's notifications to them.
-  TreeModel& Model() { return *items; }
-  TreeDelegate& Delegate() { return *delegate; }
+  TreeModel& Model() { return *items_; }
+  TreeDelegate& Delegate() { return *delegate_; }
   // The control is being destroyed and is not accessed any more.
   void Detach();
 
@@ -51,10 +51,10 @@ class TreeView : public FollowingView {
   void DrawGuides(QPainter& painter, const QRect& branches) const;
   void OnScrolledTo(int row);
 
-  CTreeCtrl& tree;
-  TreeModel* items;
-  TreeDelegate* delegate;
-  QSize measures;  // size of a line that the layout was computed for
+  CTreeCtrl& tree_;
+  TreeModel* items_;
+  TreeDelegate* delegate_;
+  QSize measures_;  // size of a line that the layout was computed for
 };
 
 }  // namespace tarn

@@ -8,7 +8,7 @@
 namespace tarn {
 
 bool TypeAhead::GoesOn() const {
-  return !searched.empty() && sinceTyped.elapsed() < QApplication::keyboardInputInterval();
+  return !searched_.empty() && sinceTyped_.elapsed() < QApplication::keyboardInputInterval();
 }
 
 bool TypeAhead::Takes(const QKeyEvent& event) const {
@@ -22,17 +22,17 @@ bool TypeAhead::Takes(const QKeyEvent& event) const {
 std::optional<int> TypeAhead::Find(const QKeyEvent& event, int count, int current,
                                    const Fits& begins, const Fits& has) {
   const std::string letter = FromQt(event.text());
-  const bool isRepeated = GoesOn() && searched == letter;
-  if (!GoesOn()) searched.clear();
-  if (!isRepeated) searched += letter;
-  sinceTyped.start();
+  const bool isRepeated = GoesOn() && searched_ == letter;
+  if (!GoesOn()) searched_.clear();
+  if (!isRepeated) searched_ += letter;
+  sinceTyped_.start();
   // With further letters, the line found by the first ones may still match.
-  const bool mayStay = current < 0 || searched.size() > letter.size();
+  const bool mayStay = current < 0 || searched_.size() > letter.size();
   const int first = std::max(0, current) + (mayStay ? 0 : 1);
   for (const Fits* const fits : {&begins, &has}) {
     for (int i = 0; *fits && i < count; ++i) {
       const int line = (first + i) % count;
-      if ((*fits)(line, searched)) return line;
+      if ((*fits)(line, searched_)) return line;
     }
   }
   return std::nullopt;

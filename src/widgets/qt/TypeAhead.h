@@ -27,8 +27,8 @@ class TypeAhead {
  private:
   bool GoesOn() const;
 
-  std::string searched;
-  QElapsedTimer sinceTyped;
+  std::string searched_;
+  QElapsedTimer sinceTyped_;
 };
 
 }  // namespace tarn

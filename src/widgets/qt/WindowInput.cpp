@@ -121,14 +121,14 @@ KeyEvent ToKeyEvent(const QKeyEvent& event) {
 }
 
 WindowInput::WindowInput(CWnd& shownWindow, QWidget& widget, unsigned forwarded)
-    : QObject(&widget), window(shownWindow), handle(shownWindow.GetHandle()), inputs(forwarded) {
-  if ((inputs & kInputFileDrops) != 0) widget.setAcceptDrops(true);
-  if ((inputs & (kInputMouse | kInputMouseHeard)) != 0) widget.setMouseTracking(true);
+    : QObject(&widget), window_(shownWindow), handle_(shownWindow.GetHandle()), inputs_(forwarded) {
+  if ((inputs_ & kInputFileDrops) != 0) widget.setAcceptDrops(true);
+  if ((inputs_ & (kInputMouse | kInputMouseHeard)) != 0) widget.setMouseTracking(true);
   widget.installEventFilter(this);
 }
 
 bool WindowInput::eventFilter(QObject* watched, QEvent* event) {
-  if (!IsWindow(handle)) return false;
+  if (!IsWindow(handle_)) return false;
   auto* const widget = qobject_cast<QWidget*>(watched);
   return widget != nullptr && Handle(*widget, *event);
 }
@@ -136,31 +136,31 @@ bool WindowInput::eventFilter(QObject* watched, QEvent* event) {
 bool WindowInput::Handle(QWidget& widget, QEvent& event) {
   switch (event.type()) {
     case QEvent::Resize:
-      if ((inputs & kInputSize) != 0) {
+      if ((inputs_ & kInputSize) != 0) {
         const QSize size = static_cast<QResizeEvent&>(event).size();
         // A size that the window has set itself need not be reported.
-        const Rect known = window.GetClientRect();
+        const Rect known = window_.GetClientRect();
         if (size.width() != known.Width() || size.height() != known.Height()) {
-          window.NotifyResized({size.width(), size.height()});
+          window_.NotifyResized({size.width(), size.height()});
         }
       }
       return false;
     case QEvent::FocusIn:
-      if ((inputs & kInputFocus) != 0) window.NotifyFocusTaken();
+      if ((inputs_ & kInputFocus) != 0) window_.NotifyFocusTaken();
       return false;
     case QEvent::FocusOut:
       // A menu or another program takes the focus only temporarily; the window gets it back.
-      if ((inputs & kInputFocus) != 0) {
+      if ((inputs_ & kInputFocus) != 0) {
         const Qt::FocusReason reason = static_cast<QFocusEvent&>(event).reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
-          window.NotifyFocusLost();
+          window_.NotifyFocusLost();
         }
       }
       return false;
     case QEvent::KeyPress: {
       const auto& key = static_cast<QKeyEvent&>(event);
-      return (inputs & kInputKeys) != 0 && !IsWithSystemKey(key) && !ComesFromBelow(widget) &&
-             window.NotifyKey(ToKeyEvent(key));
+      return (inputs_ & kInputKeys) != 0 && !IsWithSystemKey(key) && !ComesFromBelow(widget) &&
+             window_.NotifyKey(ToKeyEvent(key));
     }
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
@@ -179,10 +179,10 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
 }
 
 bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
-  if ((inputs & (kInputMouse | kInputMouseHeard)) == 0) return false;
-  const bool isHeardAlone = (inputs & kInputMouseHeard) != 0;
+  if ((inputs_ & (kInputMouse | kInputMouseHeard)) == 0) return false;
+  const bool isHeardAlone = (inputs_ & kInputMouseHeard) != 0;
   // Destroying the window destroys its widget, and this object with it if a nested loop runs.
-  const WindowHandle own = handle;
+  const WindowHandle own = handle_;
   const auto& mouse = static_cast<QMouseEvent&>(event);
   if (!isHeardAlone && event.type() == QEvent::MouseButtonPress &&
       widget.focusPolicy() != Qt::NoFocus) {
@@ -194,19 +194,19 @@ bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
   told.point = {static_cast<int>(mouse.position().x()), static_cast<int>(mouse.position().y())};
   told.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
   told.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
-  if (IsWindow(own)) window.NotifyMouse(told);
+  if (IsWindow(own)) window_.NotifyMouse(told);
   return !isHeardAlone || !IsWindow(own);
 }
 
 bool WindowInput::OnContextMenu(QEvent& event) {
-  if ((inputs & kInputContextMenu) == 0) return false;
+  if ((inputs_ & kInputContextMenu) == 0) return false;
   const QPoint screen = static_cast<QContextMenuEvent&>(event).globalPos();
-  window.NotifyContextMenu({screen.x(), screen.y()});
+  window_.NotifyContextMenu({screen.x(), screen.y()});
   return true;
 }
 
 bool WindowInput::OnDrop(QEvent& event) {
-  if ((inputs & kInputFileDrops) == 0 || !AcceptsFiles(window)) return false;
+  if ((inputs_ & kInputFileDrops) == 0 || !AcceptsFiles(window_)) return false;
   // All three kinds of events are drop events.
   auto& drop = static_cast<QDropEvent&>(event);
   const std::vector<std::string> paths = PathsOf(*drop.mimeData());
@@ -216,7 +216,7 @@ bool WindowInput::OnDrop(QEvent& event) {
   if (event.type() != QEvent::Drop) return true;
   // The source program waits for the end of this event, while the handler may show a dialog.
   QTimer::singleShot(0, this, [this, paths] {
-    if (IsWindow(handle)) window.NotifyDroppedFiles(paths);
+    if (IsWindow(handle_)) window_.NotifyDroppedFiles(paths);
   });
   return true;
 }

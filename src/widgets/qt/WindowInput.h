@@ -36,9 +36,9 @@ class WindowInput : public QObject {
   bool OnContextMenu(QEvent& event);
   bool OnDrop(QEvent& event);
 
-  CWnd& window;
-  WindowHandle handle;
-  unsigned inputs;
+  CWnd& window_;
+  WindowHandle handle_;
+  unsigned inputs_;
 };
 
 // Converts a key event to the windows' representation.

@@ -42,13 +42,13 @@ inline std::string WithoutRun(std::string information) {
 // simulated nor recorded, and find nothing.
 class FakeLauncher : public ProcessLauncher {
  public:
-  void Queue(PlayedProgram program) { programs.push(std::move(program)); }
+  void Queue(PlayedProgram program) { programs_.push(std::move(program)); }
 
   Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) override {
     if (IsQuestion(request)) return std::unique_ptr<Process>(new Played({}, request));
-    if (programs.empty()) programs.emplace();
-    const PlayedProgram program = std::move(programs.front());
-    programs.pop();
+    if (programs_.empty()) programs_.emplace();
+    const PlayedProgram program = std::move(programs_.front());
+    programs_.pop();
     if (program.isMissing) return Error{ErrorCode::NotFound, "no such program", request.program};
     started.push_back(request);
     return std::unique_ptr<Process>(new Played(program, request));
@@ -59,25 +59,25 @@ class FakeLauncher : public ProcessLauncher {
  private:
   class Played : public Process {
    public:
-    Played(const PlayedProgram& what, const ProcessRequest& how) : program(what), request(how) {}
+    Played(const PlayedProgram& what, const ProcessRequest& how) : program_(what), request_(how) {}
 
     ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
-      for (const auto& [isError, text] : program.output) onOutput(text, isError);
-      if (program.effect) program.effect(request);
-      return program.exit;
+      for (const auto& [isError, text] : program_.output) onOutput(text, isError);
+      if (program_.effect) program_.effect(request_);
+      return program_.exit;
     }
     void Stop(std::chrono::milliseconds) override {}
 
    private:
-    PlayedProgram program;
-    ProcessRequest request;
+    PlayedProgram program_;
+    ProcessRequest request_;
   };
 
   static bool IsQuestion(const ProcessRequest& request) {
     return !request.arguments.empty() && request.arguments.back().starts_with("-print-");
   }
 
-  std::queue<PlayedProgram> programs;
+  std::queue<PlayedProgram> programs_;
 };
 
 // A tool manager with an in-memory disk, simulated programs and the shipped lists, and a node of

@@ -10,10 +10,10 @@ class Counter : public tarn::DispatchObject<Counter> {
     static const tarn::DispatchTable<Counter> table({tarn::Method<&Counter::Next>("Next", 1, {})});
     return table;
   }
-  std::int32_t Next() { return ++count; }
+  std::int32_t Next() { return ++count_; }
 
  private:
-  std::int32_t count = 0;
+  std::int32_t count_ = 0;
 };
 
 class Factory : public tarn::IClassFactory {

@@ -37,7 +37,7 @@ class Owner : public CWnd {
   Owner() { Create(kStylePopup | kStyleVisible, {0, 0, 400, 200}, nullptr, 0); }
   ~Owner() override { DestroyWindow(); }
 
-  std::string Take() { return std::exchange(told, {}); }
+  std::string Take() { return std::exchange(told_, {}); }
   std::function<void()> whenTold;
   int menus = 0;
 
@@ -46,17 +46,17 @@ class Owner : public CWnd {
     const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
     static constexpr const char* kNames[] = {"click",     "double", "enter", "header",
                                              "selection", "check",  "edit"};
-    told += kNames[message - kMsgReportClick];
-    told += " " + std::to_string(notice.row) + "," + std::to_string(notice.column);
-    if (notice.hyperlink >= 0) told += " link " + std::to_string(notice.hyperlink);
-    told += "; ";
+    told_ += kNames[message - kMsgReportClick];
+    told_ += " " + std::to_string(notice.row) + "," + std::to_string(notice.column);
+    if (notice.hyperlink >= 0) told_ += " link " + std::to_string(notice.hyperlink);
+    told_ += "; ";
     if (whenTold) whenTold();
     return 0;
   }
   bool OnContextMenu(Point) override { return ++menus > 1; }
 
  private:
-  std::string told;
+  std::string told_;
 };
 
 struct ReportPeerTest : ::testing::Test {

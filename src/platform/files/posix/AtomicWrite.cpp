@@ -103,17 +103,17 @@ class TemporaryFile {
     return std::make_unique<TemporaryFile>(std::move(*created));
   }
 
-  explicit TemporaryFile(NewFile created) : own(std::move(created)) {}
+  explicit TemporaryFile(NewFile created) : own_(std::move(created)) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
-    if (!moved) unlink(own.name.c_str());
+    if (!moved_) unlink(own_.name.c_str());
   }
 
   // Copies owner and mode of the replaced file. Only root may change the owner, and some file
   // systems support neither; that must not make a save fail.
   bool TakeOver(const struct stat& old) const {
-    const int file = own.file->Get();
+    const int file = own_.file->Get();
     const bool given = Retry([&] { return fchown(file, old.st_uid, old.st_gid); }) == 0;
     const mode_t mode = old.st_mode & (given ? 07777 : 0777);
     if (Retry([&] { return fchmod(file, mode); }) == 0) return true;
@@ -122,18 +122,19 @@ class TemporaryFile {
 
   // Writes and closes the file. On success the bytes are on disk, if this kind of file is flushed.
   bool Fill(std::string_view bytes, FileKind kind) const {
-    const int file = own.file->Get();
-    return WriteAll(file, bytes) && (kind == FileKind::Scratch || Flush(file)) && own.file->Close();
+    const int file = own_.file->Get();
+    return WriteAll(file, bytes) && (kind == FileKind::Scratch || Flush(file)) &&
+           own_.file->Close();
   }
 
   bool MoveOver(const std::string& target) {
-    moved = std::rename(own.name.c_str(), target.c_str()) == 0;
-    return moved;
+    moved_ = std::rename(own_.name.c_str(), target.c_str()) == 0;
+    return moved_;
   }
 
   // Takes the name only if it is free.
   bool MoveBeside(const std::string& target) {
-    if (link(own.name.c_str(), target.c_str()) == 0) return true;
+    if (link(own_.name.c_str(), target.c_str()) == 0) return true;
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) return false;
     // The file system has no hard links: reserve the name first.
     const Descriptor reserved(Retry([&] {
@@ -152,8 +153,8 @@ class TemporaryFile {
     return Retry([&] { return fsync(file); }) == 0;
   }
 
-  NewFile own;
-  bool moved = false;
+  NewFile own_;
+  bool moved_ = false;
 };
 
 std::string FolderToOpen(const std::string& name) {
@@ -265,7 +266,7 @@ class Replacement {
   static Result<std::unique_ptr<Replacement>> Prepare(const std::string& target,
                                                       std::string_view bytes, FileKind kind);
   ~Replacement() {
-    if (!former.empty()) unlink(former.c_str());
+    if (!former_.empty()) unlink(former_.c_str());
   }
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
@@ -273,33 +274,33 @@ class Replacement {
   // Links the existing file under a second name, from which GiveBack() restores it. Returns false,
   // with the reason in errno, if that fails.
   bool KeepFormer() {
-    if (!exists) return true;
-    const std::string name = JoinPath(FolderToOpen(place), kTemporaryPrefix) + OwnDigits();
-    if (link(place.c_str(), name.c_str()) == 0) {
-      former = name;
+    if (!exists_) return true;
+    const std::string name = JoinPath(FolderToOpen(place_), kTemporaryPrefix) + OwnDigits();
+    if (link(place_.c_str(), name.c_str()) == 0) {
+      former_ = name;
       return true;
     }
     // Without hard links no rollback is possible; GiveBack() reports that.
     return errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
   }
-  bool TakeName() { return file->MoveOver(place); }
+  bool TakeName() { return file_->MoveOver(place_); }
   // Undoes TakeName(): restores the previous file under the name.
   bool GiveBack() {
-    if (!exists) return unlink(place.c_str()) == 0;
-    if (former.empty() || std::rename(former.c_str(), place.c_str()) != 0) return false;
-    former.clear();
+    if (!exists_) return unlink(place_.c_str()) == 0;
+    if (former_.empty() || std::rename(former_.c_str(), place_.c_str()) != 0) return false;
+    former_.clear();
     return true;
   }
-  std::string GetFolder() const { return FolderToOpen(place); }
+  std::string GetFolder() const { return FolderToOpen(place_); }
 
  private:
   Replacement(std::string name, bool isThere, std::unique_ptr<TemporaryFile> temporary)
-      : place(std::move(name)), exists(isThere), file(std::move(temporary)) {}
+      : place_(std::move(name)), exists_(isThere), file_(std::move(temporary)) {}
 
-  std::string place;
-  bool exists;
-  std::unique_ptr<TemporaryFile> file;
-  std::string former;  // second name of the replaced file; empty if there is none
+  std::string place_;
+  bool exists_;
+  std::unique_ptr<TemporaryFile> file_;
+  std::string former_;  // second name of the replaced file; empty if there is none
 };
 
 Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& target,

@@ -19,10 +19,10 @@ int FolderHandles::Stat(const char* path, struct stat& info) {
 }
 
 FolderHandles::Folder& FolderHandles::FolderAt(std::string_view path) {
-  Folder* oldest = folders.data();
-  for (Folder& folder : folders) {
+  Folder* oldest = folders_.data();
+  for (Folder& folder : folders_) {
     if (folder.path == path) {
-      folder.lastUse = ++uses;
+      folder.lastUse = ++uses_;
       return folder;
     }
     if (folder.lastUse < oldest->lastUse) oldest = &folder;
@@ -30,7 +30,7 @@ FolderHandles::Folder& FolderHandles::FolderAt(std::string_view path) {
   oldest->path = path;
   oldest->handle = Descriptor();
   oldest->files = 0;
-  oldest->lastUse = ++uses;
+  oldest->lastUse = ++uses_;
   return *oldest;
 }
 

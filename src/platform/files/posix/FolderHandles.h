@@ -36,8 +36,8 @@ class FolderHandles {
 
   Folder& FolderAt(std::string_view path);
 
-  std::array<Folder, 4> folders;  // sources, outputs and headers alternate
-  std::uint64_t uses = 0;
+  std::array<Folder, 4> folders_;  // sources, outputs and headers alternate
+  std::uint64_t uses_ = 0;
 };
 
 }  // namespace tarn::posix

@@ -23,10 +23,10 @@ constexpr const char* kOwnerPrefix = "process ";
 
 class HeldLock : public FileLock {
  public:
-  explicit HeldLock(Descriptor lockFile) : file(std::move(lockFile)) {}
+  explicit HeldLock(Descriptor lockFile) : file_(std::move(lockFile)) {}
 
  private:
-  Descriptor file;
+  Descriptor file_;
 };
 
 off_t OwnerPlace(LockPurpose purpose) {

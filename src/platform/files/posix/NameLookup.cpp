@@ -89,11 +89,11 @@ Result<std::string> NameLookup::ToNative(const std::string& path) {
     return ErrorOf(ErrorCode::NotFound, "this network share is not mapped", path);
   }
   if (!HasDrive(path)) return ToNativeSeparators(path);
-  std::call_once(drivesLoaded, [this] {
-    if (loadDrives) drives = loadDrives();
+  std::call_once(drivesLoaded_, [this] {
+    if (loadDrives_) drives_ = loadDrives_();
   });
-  const auto drive = drives.find(FoldCase(path.substr(0, 1))[0]);
-  if (drive == drives.end()) {
+  const auto drive = drives_.find(FoldCase(path.substr(0, 1))[0]);
+  if (drive == drives_.end()) {
     return ErrorOf(ErrorCode::NotFound, "this drive is not mapped", path);
   }
   const std::size_t name = path.find_first_not_of("/\\", 2);
@@ -190,18 +190,18 @@ std::string NameLookup::Lookup(const std::string& folder, const struct stat& inf
   if (memory != Memory::Listed) {
     fresh.complete = memory == Memory::Scanned && HasSettled(fresh.seconds, fresh.nanoseconds);
     match = fresh.complete ? List(folder, name, fresh.names) : Scan(folder, name);
-    const std::lock_guard guard(lock);
-    if (listings.size() >= kKeptFolders && !listings.contains(id)) listings.clear();
-    listings[id] = std::move(fresh);
+    const std::lock_guard guard(lock_);
+    if (listings_.size() >= kKeptFolders && !listings_.contains(id)) listings_.clear();
+    listings_[id] = std::move(fresh);
   }
   return match;
 }
 
 NameLookup::Memory NameLookup::Recall(const FolderId& id, const Listing& now,
                                       const std::string& folded, std::string& match) {
-  const std::lock_guard guard(lock);
-  const auto kept = listings.find(id);
-  if (kept == listings.end() || kept->second.seconds != now.seconds ||
+  const std::lock_guard guard(lock_);
+  const auto kept = listings_.find(id);
+  if (kept == listings_.end() || kept->second.seconds != now.seconds ||
       kept->second.nanoseconds != now.nanoseconds) {
     return Memory::None;
   }

@@ -37,7 +37,7 @@ class NameLookup {
   // Called once, at the first path with a drive; without a loader no drive is mapped.
   using DriveLoader = std::function<DriveTable()>;
 
-  explicit NameLookup(DriveLoader driveLoader) : loadDrives(std::move(driveLoader)) {}
+  explicit NameLookup(DriveLoader driveLoader) : loadDrives_(std::move(driveLoader)) {}
 
   // Returns true if the path is usable as a native name unchanged: no drive, no backslash, no
   // control byte.
@@ -79,11 +79,11 @@ class NameLookup {
   Memory Recall(const FolderId& id, const Listing& now, const std::string& folded,
                 std::string& match);
 
-  DriveLoader loadDrives;
-  std::once_flag drivesLoaded;
-  DriveTable drives;
-  std::mutex lock;  // guards only `listings`; never held during disk access
-  std::map<FolderId, Listing> listings;
+  DriveLoader loadDrives_;
+  std::once_flag drivesLoaded_;
+  DriveTable drives_;
+  std::mutex lock_;  // guards only `listings`; never held during disk access
+  std::map<FolderId, Listing> listings_;
 };
 
 template <class Attempt>

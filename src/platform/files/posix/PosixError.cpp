@@ -52,9 +52,9 @@ Error ErrorOf(ErrorCode code, const std::string& text, const std::string& place)
 }
 
 bool Descriptor::Close() {
-  if (number < 0) return true;
-  const int closing = number;
-  number = -1;
+  if (number_ < 0) return true;
+  const int closing = number_;
+  number_ = -1;
   // Linux closes the descriptor even if close() was interrupted; it must not be closed again.
   return close(closing) == 0 || errno == EINTR;
 }

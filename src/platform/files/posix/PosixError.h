@@ -30,21 +30,21 @@ auto Retry(const Call& call) {
 // Owns an open file descriptor; -1 for none.
 class Descriptor {
  public:
-  explicit Descriptor(int openFile = -1) : number(openFile) {}
-  Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+  explicit Descriptor(int openFile = -1) : number_(openFile) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number, other.number);  // the other one closes the old descriptor
+    std::swap(number_, other.number_);  // the other one closes the old descriptor
     return *this;
   }
   ~Descriptor() { (void)Close(); }
 
-  int Get() const { return number; }
-  explicit operator bool() const { return number >= 0; }
+  int Get() const { return number_; }
+  explicit operator bool() const { return number_ >= 0; }
   // Closes now. Returns false, with the reason in errno, if the OS reports a late write error.
   bool Close();
 
  private:
-  int number;
+  int number_;
 };
 
 // Returns 16 random hexadecimal digits, unlikely to collide with those of another process.

@@ -78,12 +78,12 @@ bool IsFolderEntry(const std::string& folder, const dirent& entry) {
 }  // namespace
 
 PosixFileSystem::PosixFileSystem(posix::NameLookup::DriveLoader loadDrives)
-    : names(std::move(loadDrives)) {}
+    : names_(std::move(loadDrives)) {}
 
 Result<bool> PosixFileSystem::CheckExists(const std::string& path) {
   struct stat info {};
   const Result<int> found =
-      names.Try(path, [&info](const char* name) { return stat(name, &info); });
+      names_.Try(path, [&info](const char* name) { return stat(name, &info); });
   if (found) return true;
   const Error& error = found.GetError();
   if (error.code == ErrorCode::NotFound || error.code == ErrorCode::InvalidName) return false;
@@ -92,34 +92,34 @@ Result<bool> PosixFileSystem::CheckExists(const std::string& path) {
 
 bool PosixFileSystem::IsSpecial(const std::string& path) {
   struct stat info {};
-  const Result<std::string> name = names.ToNative(path);
+  const Result<std::string> name = names_.ToNative(path);
   return name && stat(name->c_str(), &info) == 0 && !S_ISREG(info.st_mode) &&
          !S_ISDIR(info.st_mode);
 }
 
 bool PosixFileSystem::IsFolder(const std::string& path) {
   struct stat info {};
-  return names.Try(path, [&info](const char* name) { return stat(name, &info); }) &&
+  return names_.Try(path, [&info](const char* name) { return stat(name, &info); }) &&
          S_ISDIR(info.st_mode);
 }
 
 std::string PosixFileSystem::NameOnDisk(const std::string& path) {
-  const Result<std::string> name = names.Locate(path);
+  const Result<std::string> name = names_.Locate(path);
   return name ? *name : path;
 }
 
 std::vector<std::string> PosixFileSystem::SimilarNames(const std::string& path) {
-  const Result<std::string> native = names.ToNative(path);
+  const Result<std::string> native = names_.ToNative(path);
   struct stat info {};
   if (!native || lstat(native->c_str(), &info) == 0) return {};
-  std::vector<std::string> similar = names.FindSimilar(*native);
+  std::vector<std::string> similar = names_.FindSimilar(*native);
   std::sort(similar.begin(), similar.end());
   return similar;
 }
 
 bool PosixFileSystem::IsLink(const std::string& path) {
   struct stat info {};
-  return names.Try(path, [&info](const char* name) { return lstat(name, &info); }) &&
+  return names_.Try(path, [&info](const char* name) { return lstat(name, &info); }) &&
          S_ISLNK(info.st_mode);
 }
 
@@ -157,7 +157,7 @@ std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
   struct stat info {};
   int attempts = 0;
   const auto attempt = [&](const char* name) { return ++attempts, stat(name, &info); };
-  if (!names.Try(path, attempt) || !S_ISREG(info.st_mode)) return std::nullopt;
+  if (!names_.Try(path, attempt) || !S_ISREG(info.st_mode)) return std::nullopt;
   FileStatus status = StatusOf(info);
   status.otherSpelling = attempts > 1;
   return status;
@@ -165,27 +165,27 @@ std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
 
 std::optional<FileStatus> PosixFileSystem::ExamineExactly(const std::string& path) {
   struct stat info {};
-  const Result<std::string> name = names.ToNative(path);
+  const Result<std::string> name = names_.ToNative(path);
   if (!name || stat(name->c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
   return StatusOf(info);
 }
 
 std::optional<FileStatus> PosixFileSystem::ExamineFolder(const std::string& path) {
   struct stat info {};
-  const Result<std::string> name = names.ToNative(path);
+  const Result<std::string> name = names_.ToNative(path);
   if (!name || stat(name->c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) return std::nullopt;
   return StatusOf(info);
 }
 
 std::optional<FileStatus> PosixFileSystem::ExamineLink(const std::string& path) {
   struct stat info {};
-  const Result<std::string> name = names.ToNative(path);
+  const Result<std::string> name = names_.ToNative(path);
   if (!name || lstat(name->c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return std::nullopt;
   return StatusOf(info);
 }
 
 std::string PosixFileSystem::ReadLink(const std::string& path) {
-  const Result<std::string> name = names.ToNative(path);
+  const Result<std::string> name = names_.ToNative(path);
   if (!name) return path;
   std::error_code failure;
   const std::filesystem::path target = std::filesystem::read_symlink(*name, failure);
@@ -214,7 +214,7 @@ std::vector<std::optional<FileStatus>> PosixFileSystem::ExamineMany(
 }
 
 bool PosixFileSystem::CanRead(const std::string& path) {
-  return static_cast<bool>(names.Try(
+  return static_cast<bool>(names_.Try(
       path, [](const char* name) { return faccessat(AT_FDCWD, name, R_OK, AT_EACCESS); }));
 }
 
@@ -226,7 +226,7 @@ Status PosixFileSystem::CheckWritable(const std::string& path) {
     writable = posix::CheckWritableName(name, info.st_mode, path);
     return 0;
   };
-  if (const Result<int> found = names.Try(path, look); !found) return found.GetError();
+  if (const Result<int> found = names_.Try(path, look); !found) return found.GetError();
   return writable;
 }
 
@@ -236,7 +236,7 @@ bool PosixFileSystem::IsReadOnly(const std::string& path) {
 
 Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
   // Without O_NONBLOCK, opening a pipe without a writer would block forever.
-  const Result<int> opened = names.Try(
+  const Result<int> opened = names_.Try(
       path, [](const char* name) { return open(name, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (!opened) {
     Error error = opened.GetError();
@@ -254,13 +254,13 @@ Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
 }
 
 Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view bytes) {
-  const Result<std::string> target = names.LocateOrCreate(path);
+  const Result<std::string> target = names_.LocateOrCreate(path);
   if (!target) return target.GetError();
   return posix::ReplaceFile(*target, bytes, posix::FileKind::User);
 }
 
 Status PosixFileSystem::WriteOwnFile(const std::string& path, std::string_view bytes) {
-  const Result<std::string> target = names.LocateOrCreate(path);
+  const Result<std::string> target = names_.LocateOrCreate(path);
   if (!target) return target.GetError();
   return posix::ReplaceFile(*target, bytes, posix::FileKind::Own);
 }
@@ -270,7 +270,7 @@ Status PosixFileSystem::WriteFiles(std::span<const FileBytes> list) {
   for (const FileBytes& each : list) {
     const Result<std::string> present = ReadWholeFile(each.path);
     if (present && *present == each.bytes) continue;
-    const Result<std::string> target = names.LocateOrCreate(each.path);
+    const Result<std::string> target = names_.LocateOrCreate(each.path);
     if (!target) return Error{target.GetError().code, target.GetError().text, each.path};
     located.push_back({*target, each.bytes});
   }
@@ -295,7 +295,7 @@ Result<FileStatus> PosixFileSystem::ContinueFile(const std::string& path,
 Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
                                                  const FileStatus& expected, TimeMatters time,
                                                  std::uint64_t offset, std::string_view bytes) {
-  const Result<int> opened = names.Try(path, [](const char* name) {
+  const Result<int> opened = names_.Try(path, [](const char* name) {
     return open(name, O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
   });
   if (!opened) return ExamineLink(path) ? RefuseLink(path) : opened.GetError();
@@ -324,25 +324,25 @@ Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
 }
 
 Status PosixFileSystem::WriteScratchFile(const std::string& path, std::string_view bytes) {
-  const Result<std::string> target = names.ToNative(path);
+  const Result<std::string> target = names_.ToNative(path);
   if (!target) return target.GetError();
   return posix::ReplaceFile(*target, bytes, posix::FileKind::Scratch);
 }
 
 Status PosixFileSystem::RemoveScratchFile(const std::string& path) {
-  const Result<std::string> name = names.ToNative(path);
+  const Result<std::string> name = names_.ToNative(path);
   if (!name) return name.GetError();
   return RemoveNamed(*name, path, ReadOnly::Refused);
 }
 
 Status PosixFileSystem::RemoveFile(const std::string& path) {
-  const Result<std::string> name = names.Locate(path);
+  const Result<std::string> name = names_.Locate(path);
   if (!name) return name.GetError();
   return RemoveNamed(*name, path, ReadOnly::Refused);
 }
 
 Status PosixFileSystem::RemoveOwnFile(const std::string& path) {
-  const Result<std::string> name = names.Locate(path);
+  const Result<std::string> name = names_.Locate(path);
   if (!name) return name.GetError();
   return RemoveNamed(*name, path, ReadOnly::Removed);
 }
@@ -364,12 +364,12 @@ Status PosixFileSystem::RemoveNamed(const std::string& name, const std::string& 
 Status PosixFileSystem::CopyFileTo(const std::string& from, const std::string& to) {
   struct stat info {};
   const Result<int> examined =
-      names.Try(from, [&info](const char* name) { return stat(name, &info); });
+      names_.Try(from, [&info](const char* name) { return stat(name, &info); });
   if (!examined) return examined.GetError();
   const Result<std::string> bytes = ReadWholeFile(from);
   if (!bytes) return bytes.GetError();
-  if (names.Locate(to)) return ErrorOf(EEXIST, to);
-  const Result<std::string> target = names.LocateOrCreate(to);
+  if (names_.Locate(to)) return ErrorOf(EEXIST, to);
+  const Result<std::string> target = names_.LocateOrCreate(to);
   if (!target) return target.GetError();
   // The copy of a read-only file is meant to be edited.
   return posix::CreateNewFile(*target, *bytes, (info.st_mode & 0777) | S_IWUSR);
@@ -384,7 +384,7 @@ Status PosixFileSystem::CreateNamedFolders(const std::string& path) {
 }
 
 Status PosixFileSystem::CreateFolders(const std::string& path, bool exactly) {
-  const Result<std::string> native = names.ToNative(path);
+  const Result<std::string> native = names_.ToNative(path);
   if (!native) return native.GetError();
   std::string folder = Canonical(*native);
   if (folder.size() > 1 && folder.back() == kSeparator) folder.pop_back();
@@ -400,7 +400,7 @@ Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native, boo
   bool exists = stat(name.c_str(), &info) == 0;
   if (!exists && errno != ENOENT) return ErrorOf(errno, native);
   if (!exists && !exactly) {
-    const std::optional<std::string> other = names.FindOther(native);
+    const std::optional<std::string> other = names_.FindOther(native);
     exists = other && stat(other->c_str(), &info) == 0;
     if (exists) name = *other;
   }
@@ -423,7 +423,7 @@ Status PosixFileSystem::SetModifiedTime(const std::string& path, std::int64_t se
                                         std::int64_t nanoseconds) {
   const timespec times[2] = {{0, UTIME_OMIT}, {seconds, nanoseconds}};
   const Result<int> done =
-      names.Try(path, [&times](const char* name) { return utimensat(AT_FDCWD, name, times, 0); });
+      names_.Try(path, [&times](const char* name) { return utimensat(AT_FDCWD, name, times, 0); });
   return done ? Status() : Status(done.GetError());
 }
 
@@ -435,12 +435,12 @@ std::int64_t PosixFileSystem::Clock() {
 
 Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& path,
                                                            LockPurpose purpose) {
-  const Result<std::string> named = names.ToNative(path);
+  const Result<std::string> named = names_.ToNative(path);
   if (!named) return named.GetError();
   // The exact name first: a lock file of similar name is a different lock.
   auto lock = posix::TryLockFile(*named, purpose);
   if (lock || lock.GetError().code != ErrorCode::NotFound) return lock;
-  const Result<std::string> found = names.LocateOrCreate(path);
+  const Result<std::string> found = names_.LocateOrCreate(path);
   if (!found) return found.GetError();
   return posix::TryLockFile(*found, purpose);
 }
@@ -448,7 +448,7 @@ Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& pa
 Result<std::vector<FolderEntry>> PosixFileSystem::ListFolder(const std::string& path) {
   DIR* opened = nullptr;
   std::string folder;
-  const Result<int> found = names.Try(path, [&](const char* name) {
+  const Result<int> found = names_.Try(path, [&](const char* name) {
     folder = name;
     opened = opendir(name);
     return opened == nullptr ? -1 : 0;
@@ -477,7 +477,7 @@ std::string PosixFileSystem::CurrentFolder() {
 }
 
 bool PosixFileSystem::SetCurrentFolder(const std::string& path) {
-  return static_cast<bool>(names.Try(path, [](const char* name) { return chdir(name); }));
+  return static_cast<bool>(names_.Try(path, [](const char* name) { return chdir(name); }));
 }
 
 std::string PosixFileSystem::TemporaryFolder() {
@@ -490,10 +490,10 @@ Result<std::string> PosixFileSystem::ReserveName(const std::string& folder,
                                                  std::string_view prefix) {
   const std::string first = JoinPath(folder, std::string(prefix) + "0");
   const bool separated = std::any_of(prefix.begin(), prefix.end(), IsSeparator);
-  const Result<std::string> native = names.ToNative(first);
+  const Result<std::string> native = names_.ToNative(first);
   if (!native) return native.GetError();
   if (separated) return ErrorOf(ErrorCode::InvalidName, "a prefix holds no separator", first);
-  const Result<std::string> place = names.LocateOrCreate(first);
+  const Result<std::string> place = names_.LocateOrCreate(first);
   if (!place) return place.GetError();
   posix::RemoveAbandonedNames(FolderOf(*place), prefix);
   return posix::CreateReserved(FolderOf(*place), prefix);

@@ -70,7 +70,7 @@ class PosixFileSystem : public FileSystem {
   Status CreateFolders(const std::string& path, bool exactly);
   Result<std::string> EnsureFolder(const std::string& native, bool exactly);
 
-  posix::NameLookup names;
+  posix::NameLookup names_;
 };
 
 }  // namespace tarn

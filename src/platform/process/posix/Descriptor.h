@@ -12,22 +12,22 @@ namespace tarn {
 class Descriptor {
  public:
   Descriptor() = default;
-  explicit Descriptor(int opened) : number(opened) {}
-  Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+  explicit Descriptor(int opened) : number_(opened) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number, other.number);
+    std::swap(number_, other.number_);
     return *this;
   }
   ~Descriptor() { Close(); }
 
-  int Get() const { return number; }
-  explicit operator bool() const { return number >= 0; }
+  int Get() const { return number_; }
+  explicit operator bool() const { return number_ >= 0; }
   void Close() {
-    if (number >= 0) close(std::exchange(number, -1));
+    if (number_ >= 0) close(std::exchange(number_, -1));
   }
 
  private:
-  int number = -1;
+  int number_ = -1;
 };
 
 // Takes over a descriptor and moves it above the numbers of the three standard streams if

@@ -45,17 +45,17 @@ class PosixProcess final : public Process {
   Descriptor channel;  // to the guard
 
   ~PosixProcess() override {
-    if (guardPid < 0 || exit) return;
+    if (guardPid < 0 || exit_) return;
     Kill();
     Reap();
   }
 
   ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
-    if (exit) return *exit;
+    if (exit_) return *exit_;
     std::optional<Clock::time_point> ended;
     while (!IsOver(ended)) {
       PollOnce(ended.has_value(), UntilNextStep(ended), onOutput);
-      if (!ended && hasEnded) ended = Clock::now();
+      if (!ended && hasEnded_) ended = Clock::now();
       KillAtDeadline();
     }
     // Read what was written in time, even if the streams don't end.
@@ -66,11 +66,11 @@ class PosixProcess final : public Process {
 
   void Stop(std::chrono::milliseconds grace) override {
     {
-      const std::lock_guard hold(lock);
-      if (exit) return;
+      const std::lock_guard hold(lock_);
+      if (exit_) return;
       const auto deadline = Clock::now() + std::clamp(grace, std::chrono::milliseconds(0),
                                                       std::chrono::milliseconds(86400000));
-      stopDeadline = stopDeadline ? std::min(*stopDeadline, deadline) : deadline;
+      stopDeadline_ = stopDeadline_ ? std::min(*stopDeadline_, deadline) : deadline;
       // Fails if the guard has ended; then there is nothing left to stop.
       Send(guard::kOrderEnd);
     }
@@ -93,7 +93,7 @@ class PosixProcess final : public Process {
     std::optional<Clock::time_point> next;
     if (ended) {
       next = *ended + kGraceForGrandchildren;
-    } else if (!isKilled) {
+    } else if (!isKilled_) {
       next = StopDeadline();
     }
     if (!next) return -1;
@@ -146,22 +146,22 @@ class PosixProcess final : public Process {
     int number = 0;
     const ssize_t count = recv(channel.Get(), &number, sizeof number, MSG_WAITALL);
     if (count < 0 && errno == EINTR) return;
-    if (count == sizeof number) status = number;
-    hasEnded = true;
+    if (count == sizeof number) status_ = number;
+    hasEnded_ = true;
   }
 
   std::optional<Clock::time_point> StopDeadline() {
-    const std::lock_guard hold(lock);
-    return stopDeadline;
+    const std::lock_guard hold(lock_);
+    return stopDeadline_;
   }
 
   void KillAtDeadline() {
     const auto deadline = StopDeadline();
-    if (deadline && !isKilled && Clock::now() >= *deadline) Kill();
+    if (deadline && !isKilled_ && Clock::now() >= *deadline) Kill();
   }
 
   void Kill() {
-    isKilled = true;
+    isKilled_ = true;
     Send(guard::kOrderKill);
   }
 
@@ -171,21 +171,21 @@ class PosixProcess final : public Process {
 
   ProcessExit Reap() {
     // Without the lock, so that Stop() never blocks.
-    while (!hasEnded) ReadEnd();
+    while (!hasEnded_) ReadEnd();
     while (waitpid(guardPid, nullptr, 0) < 0 && errno == EINTR) {
     }
-    const std::lock_guard hold(lock);
-    exit = ToExit(status);
-    return *exit;
+    const std::lock_guard hold(lock_);
+    exit_ = ToExit(status_);
+    return *exit_;
   }
 
-  std::mutex lock;  // guards the next two
-  std::optional<ProcessExit> exit;
-  std::optional<Clock::time_point> stopDeadline;
+  std::mutex lock_;  // guards the next two
+  std::optional<ProcessExit> exit_;
+  std::optional<Clock::time_point> stopDeadline_;
   // For the waiting thread only.
-  bool isKilled = false;
-  bool hasEnded = false;
-  int status = SIGKILL;  // as returned by waitpid()
+  bool isKilled_ = false;
+  bool hasEnded_ = false;
+  int status_ = SIGKILL;  // as returned by waitpid()
 };
 
 Error LastError(const ProcessRequest& request) {

@@ -72,17 +72,17 @@ std::string ProgramOf(const ProcessRequest& request) {
 // Strings in the form that the OS expects: an array of pointers, terminated by null.
 class TextList {
  public:
-  void Add(std::string text) { texts.push_back(std::move(text)); }
+  void Add(std::string text) { texts_.push_back(std::move(text)); }
   std::vector<char*> Pointers() {
     std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts) pointers.push_back(text.data());
+    pointers.reserve(texts_.size() + 1);
+    for (std::string& text : texts_) pointers.push_back(text.data());
     pointers.push_back(nullptr);
     return pointers;
   }
 
  private:
-  std::vector<std::string> texts;
+  std::vector<std::string> texts_;
 };
 
 bool IsReplaced(std::string_view entry, const ProcessRequest& request) {
@@ -106,49 +106,49 @@ TextList EnvironmentOf(const ProcessRequest& request) {
 class SpawnPlan {
  public:
   SpawnPlan(const ProcessRequest& request, int outputStream, int errorStream, int channel) {
-    posix_spawn_file_actions_init(&actions);
-    posix_spawnattr_init(&attributes);
+    posix_spawn_file_actions_init(&actions_);
+    posix_spawnattr_init(&attributes_);
     // The folder first: the descriptors are the parent's and do not depend on it.
     if (!request.folder.empty()) {
-      Check(posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str()));
+      Check(posix_spawn_file_actions_addchdir_np(&actions_, request.folder.c_str()));
     }
-    Check(posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
-    Check(posix_spawn_file_actions_adddup2(&actions, outputStream, STDOUT_FILENO));
-    Check(posix_spawn_file_actions_adddup2(&actions, errorStream, STDERR_FILENO));
+    Check(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    Check(posix_spawn_file_actions_adddup2(&actions_, outputStream, STDOUT_FILENO));
+    Check(posix_spawn_file_actions_adddup2(&actions_, errorStream, STDERR_FILENO));
     // Last, since one of the other descriptors may have this number.
-    Check(posix_spawn_file_actions_adddup2(&actions, channel, guard::kChannel));
+    Check(posix_spawn_file_actions_adddup2(&actions_, channel, guard::kChannel));
     sigset_t none;
     sigset_t all;
     sigemptyset(&none);
     sigfillset(&all);
-    Check(posix_spawnattr_setsigmask(&attributes, &none));
-    Check(posix_spawnattr_setsigdefault(&attributes, &all));
-    Check(posix_spawnattr_setpgroup(&attributes, 0));
+    Check(posix_spawnattr_setsigmask(&attributes_, &none));
+    Check(posix_spawnattr_setsigdefault(&attributes_, &all));
+    Check(posix_spawnattr_setpgroup(&attributes_, 0));
     Check(posix_spawnattr_setflags(
-        &attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+        &attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
   }
   SpawnPlan(const SpawnPlan&) = delete;
   SpawnPlan& operator=(const SpawnPlan&) = delete;
   ~SpawnPlan() {
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions_);
+    posix_spawnattr_destroy(&attributes_);
   }
 
   // Returns 0 or an errno value.
   int Start(pid_t& pid, const std::string& program, TextList& arguments, TextList& environment) {
-    if (failure != 0) return failure;
-    return posix_spawn(&pid, program.c_str(), &actions, &attributes, arguments.Pointers().data(),
+    if (failure_ != 0) return failure_;
+    return posix_spawn(&pid, program.c_str(), &actions_, &attributes_, arguments.Pointers().data(),
                        environment.Pointers().data());
   }
 
  private:
   void Check(int result) {
-    if (failure == 0) failure = result;
+    if (failure_ == 0) failure_ = result;
   }
 
-  posix_spawn_file_actions_t actions;
-  posix_spawnattr_t attributes;
-  int failure = 0;
+  posix_spawn_file_actions_t actions_;
+  posix_spawnattr_t attributes_;
+  int failure_ = 0;
 };
 
 // Returns the errno value that prevents entering the folder, or 0.
