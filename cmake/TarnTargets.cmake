@@ -42,8 +42,12 @@ function(tarn_test_program name main)
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
     return()
   endif()
+  set(timeout 300)
+  if(TARN_SANITIZE)
+    set(timeout 1200)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 300 ENVIRONMENT "TARN_SOURCE_DIR=${CMAKE_SOURCE_DIR}")
+    PROPERTIES TIMEOUT ${timeout} ENVIRONMENT "TARN_SOURCE_DIR=${CMAKE_SOURCE_DIR}")
 endfunction()
 
 function(tarn_test name)

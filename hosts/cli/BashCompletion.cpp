@@ -5,7 +5,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kHead = R"sh(# bash completion for tarn
+constexpr const char* kBashHead = R"sh(# bash completion for tarn
 
 # Answers with those of its input's lines that start with the word in hand.
 _tarn_offer() {
@@ -102,7 +102,7 @@ std::string Describe(const CommandEntry& command) {
 }  // namespace
 
 std::string MakeBashCompletion(const CommandEntry& program) {
-  std::string text = kHead;
+  std::string text = kBashHead;
   ForEachCommand(program, [&text](const CommandEntry& each) { text += Describe(each); });
   return text + kTail;
 }

@@ -12,19 +12,19 @@ namespace {
 
 constexpr std::size_t kMostLevelsUp = 2;
 
-struct KindWord {
+struct MessageLabel {
   LogKind kind;
   const char* word;
   Paint paint;
 };
 
-constexpr KindWord kKindWords[] = {
+constexpr MessageLabel kMessageLabels[] = {
     {LogKind::Error, "error", Paint::Red},
     {LogKind::Warning, "warning", Paint::Yellow},
 };
 
 // Colours the first "error" or "warning" that is a separate word before a colon.
-ConsoleText DyeKind(const std::string& text, const KindWord& kind, const Console& console) {
+ConsoleText DyeKind(const std::string& text, const MessageLabel& kind, const Console& console) {
   for (const std::string& word : {std::string("fatal ") + kind.word, std::string(kind.word)}) {
     const std::size_t at = text.find(word + ":");
     if (at == std::string::npos) continue;
@@ -83,8 +83,8 @@ std::string DisplayPath(const std::string& path, const std::string& folder) {
 }
 
 ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console) {
-  const KindWord* kind = nullptr;
-  for (const KindWord& each : kKindWords) {
+  const MessageLabel* kind = nullptr;
+  for (const MessageLabel& each : kMessageLabels) {
     if (each.kind == entry.kind) kind = &each;
   }
   const std::string text = Printable(entry.text);

@@ -14,7 +14,7 @@ namespace tarn::host {
 namespace {
 
 constexpr std::string_view kMagic = "Tarn undo ";
-constexpr std::string_view kHead = "Tarn undo 2\n";
+constexpr std::string_view kRecordHead = "Tarn undo 2\n";
 constexpr std::size_t kMostSteps = 20;
 constexpr std::size_t kMostBytes = 4 << 20;
 
@@ -37,7 +37,7 @@ EditRecord::EditRecord(FileSystem& fileSystem, const std::string& projectPath)
   const auto text = files_.ReadOwnFile(recordPath_);
   if (!text) {
     status_ = Error{text.GetError().code, text.GetError().text, recordPath_};
-  } else if (text->starts_with(kMagic) && !text->starts_with(kHead)) {
+  } else if (text->starts_with(kMagic) && !text->starts_with(kRecordHead)) {
     status_ = Error{ErrorCode::Unsupported, "another version of the program wrote it", recordPath_};
   } else if (!Read(*text)) {
     status_ = Error{ErrorCode::Io, "it is damaged", recordPath_};
@@ -46,10 +46,10 @@ EditRecord::EditRecord(FileSystem& fileSystem, const std::string& projectPath)
 
 // Returns false if the text doesn't have the format written by Write.
 bool EditRecord::Read(std::string_view text) {
-  const std::size_t end = text.find('\n', kHead.size());
-  if (!text.starts_with(kHead) || end == text.npos) return false;
+  const std::size_t end = text.find('\n', kRecordHead.size());
+  if (!text.starts_with(kRecordHead) || end == text.npos) return false;
   const std::string_view body = text.substr(end + 1);
-  if (text.substr(kHead.size(), end - kHead.size()) != ChecksumOf(body)) return false;
+  if (text.substr(kRecordHead.size(), end - kRecordHead.size()) != ChecksumOf(body)) return false;
   const auto list = SplitFileTexts(body);
   if (!list || list->empty()) return false;
   std::vector<ProjectStep> found;
@@ -104,7 +104,8 @@ Status EditRecord::Write() {
     list.push_back({each.label, JoinFileTexts(versions)});
   }
   const std::string body = JoinFileTexts(list);
-  return files_.WriteOwnFile(recordPath_, std::string(kHead) + ChecksumOf(body) + "\n" + body);
+  return files_.WriteOwnFile(recordPath_,
+                             std::string(kRecordHead) + ChecksumOf(body) + "\n" + body);
 }
 
 void EditRecord::Remove() {

@@ -7,7 +7,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kHead = R"sh(# fish completion for tarn
+constexpr const char* kFishHead = R"sh(# fish completion for tarn
 
 # The words in front of the cursor that are neither switches nor their values.
 function __tarn_plain
@@ -123,7 +123,7 @@ std::string MakeFishCompletion(const CommandEntry& program) {
   });
   std::string names;
   for (const std::string& name : withValue) AddWord(names, name);
-  std::string text = kHead + ("set -g __tarn_with_value " + names) + "\n\n";
+  std::string text = kFishHead + ("set -g __tarn_with_value " + names) + "\n\n";
   ForEachCommand(program, [&text](const CommandEntry& each) { text += Lines(each); });
   return text;
 }

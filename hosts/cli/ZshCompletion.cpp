@@ -5,7 +5,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kHead = R"sh(#compdef tarn
+constexpr const char* kZshHead = R"sh(#compdef tarn
 
 _tarn_values() {
   local -a list
@@ -82,7 +82,7 @@ std::string Function(const CommandEntry& command) {
 }  // namespace
 
 std::string MakeZshCompletion(const CommandEntry& program) {
-  std::string text = kHead;
+  std::string text = kZshHead;
   ForEachCommand(program, [&text](const CommandEntry& each) { text += Function(each); });
   // If the completion system loads the file, the file is the function; if it is sourced, it only
   // defines functions.

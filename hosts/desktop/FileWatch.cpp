@@ -6,13 +6,14 @@ namespace tarn::host {
 
 namespace {
 
-constexpr int kPauseMs = 150;
+constexpr int kChangeDelayMs = 150;
 
 }  // namespace
 
 FileWatch::FileWatch(QObject* parent) : QObject(parent) {
   pause_.setSingleShot(true);
-  connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this] { pause_.start(kPauseMs); });
+  connect(&watcher_, &QFileSystemWatcher::fileChanged, this,
+          [this] { pause_.start(kChangeDelayMs); });
   connect(&pause_, &QTimer::timeout, this, [this] {
     Renew();
     if (onChanged) onChanged();

@@ -16,7 +16,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr int kPauseMs = 200;
+constexpr int kSearchDelayMs = 200;
 constexpr int kCountWidth = 130;
 // More hits than a user would step through.
 constexpr qsizetype kMostShown = 10000;
@@ -128,7 +128,7 @@ void FindBar::Follow() {
     return;
   }
   followed_ =
-      connect(editor, &QsciScintilla::textChanged, this, [this] { later_.start(kPauseMs); });
+      connect(editor, &QsciScintilla::textChanged, this, [this] { later_.start(kSearchDelayMs); });
   followedPlace_ = connect(editor, &QsciScintilla::selectionChanged, this, [this] { ShowCount(); });
   Search(kMostShown);
 }

@@ -49,7 +49,7 @@ namespace {
 // Maximum delay of the tool bar's enabled states.
 constexpr int kRefreshMs = 250;
 constexpr int kMessageMs = 8000;
-constexpr QSize kFirstSize{1280, 800};
+constexpr QSize kFirstWindowSize{1280, 800};
 constexpr int kFirstOptionsWidth = 400;
 
 std::vector<std::string> LocalFilesOf(const QMimeData& data) {
@@ -97,7 +97,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setAcceptDrops(true);
-  resize(kFirstSize);
+  resize(kFirstWindowSize);
   MakeMenuCommands();
   surface_ = std::make_unique<ServerSurface>(*this, frame_, menuCommands_);
   surface_->onTree = [this](QWidget& tree) { return MakeTreeFilter(tree); };

@@ -19,7 +19,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr QSize kFirstSize{680, 300};
+constexpr QSize kRecoverySize{680, 300};
 
 QString Headline(const JournalReading& reading) {
   switch (reading.state) {
@@ -64,7 +64,7 @@ RecoveryDialog::RecoveryDialog(const JournalReading& reading, FileSystem& fileSy
         tr("Restored changes are not saved yet: review them, then save or undo them."), this);
     remark->setWordWrap(true);
     column->addWidget(remark);
-    resize(kFirstSize);
+    resize(kRecoverySize);
   }
   auto* const buttons = new QDialogButtonBox(this);
   QPushButton* const restore = buttons->addButton(tr("&Restore"), QDialogButtonBox::AcceptRole);

@@ -21,7 +21,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr QSize kFirstSize(860, 460);
+constexpr QSize kRelocateSize(860, 460);
 constexpr std::chrono::milliseconds kPieceTime(30);
 constexpr int kColumnGap = 16;
 // Columns of the list.
@@ -80,7 +80,7 @@ void RelocateDialog::AddWidgets() {
   layout->addWidget(list_, 1);
   layout->addWidget(summary_);
   layout->addWidget(buttons_);
-  resize(kFirstSize);
+  resize(kRelocateSize);
 }
 
 QString RelocateDialog::Shown(const std::string& path) const {

@@ -17,7 +17,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr QSize kFirstSize{680, 320};
+constexpr QSize kNoticeSize{680, 320};
 constexpr int kCopyRole = Qt::UserRole;
 // More links would not fit the banner; the list contains all.
 constexpr int kMostLinks = 3;
@@ -154,7 +154,7 @@ void SaveNotice::ShowList(bool mayOpen) {
     QObject::connect(open, &QPushButton::clicked, &dialog, show);
     follow();
   }
-  dialog.resize(kFirstSize);
+  dialog.resize(kNoticeSize);
   dialog.exec();
 }
 

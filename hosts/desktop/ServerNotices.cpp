@@ -14,7 +14,7 @@ namespace tarn::host {
 namespace {
 
 constexpr int kNoticeMs = 8000;
-constexpr std::uint32_t kAnswered[] = {
+constexpr std::uint32_t kNoticeMessages[] = {
     kMsgApplicationActivated, kMsgApplicationKnown, kMsgCurrentNodeChanged, kMsgOutputInvalid,
     kMsgProjectCreated,       kMsgCreationEnded,    kMsgShowHelp,           kMsgShowTimeStamps,
 };
@@ -39,7 +39,7 @@ ServerNotices::ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStat
 }
 
 ServerNotices::~ServerNotices() {
-  for (const std::uint32_t number : kAnswered) frame_.Answer(number, {});
+  for (const std::uint32_t number : kNoticeMessages) frame_.Answer(number, {});
 }
 
 void ServerNotices::Answer(std::uint32_t number, std::function<void(const HostEvent&)> show) {

@@ -27,8 +27,8 @@ constexpr const char* kLogPopup = "4004";
 constexpr int kFirstTreeWidth = 280;
 constexpr int kFirstOutputHeight = 220;
 
-constexpr HostMessage kAnswered[] = {kMsgAnnounceWindow, kMsgAddMainMenu, kMsgCreateToolbar,
-                                     kMsgShowPopupMenu};
+constexpr HostMessage kSurfaceMessages[] = {kMsgAnnounceWindow, kMsgAddMainMenu, kMsgCreateToolbar,
+                                            kMsgShowPopupMenu};
 
 }  // namespace
 
@@ -56,7 +56,7 @@ ServerSurface::ServerSurface(QMainWindow& mainWindow, MainFrame& mainFrame,
 }
 
 ServerSurface::~ServerSurface() {
-  for (const HostMessage number : kAnswered) frame_.Answer(number, {});
+  for (const HostMessage number : kSurfaceMessages) frame_.Answer(number, {});
 }
 
 void ServerSurface::RefreshToolBars() {

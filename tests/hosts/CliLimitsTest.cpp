@@ -10,7 +10,7 @@ namespace tarn::host {
 namespace {
 
 namespace fs = std::filesystem;
-using std::chrono::milliseconds;
+using std::chrono::seconds;
 
 CliProject::Answer RunLimited(CliProject& project, const std::string& limit,
                               const std::string& command) {
@@ -36,7 +36,7 @@ TEST(CliLimits, TooLittleOfSomethingIsAnErrorAndNothingElse) {
     SCOPED_TRACE(limit);
     CliProject project;
     const auto limited = RunLimited(project, limit, "build");
-    EXPECT_LT(limited.time, milliseconds(2'000));
+    EXPECT_LT(limited.time, seconds(20));
     EXPECT_TRUE(limited.code >= 0 && limited.code < 128) << limited.code;
     EXPECT_TRUE(limited.code == 0 || !(limited.out + limited.err).empty());
     const auto next = project.Run({"build"});

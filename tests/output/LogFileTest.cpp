@@ -16,7 +16,7 @@ namespace {
 
 using testing::MemoryFileSystem;
 
-constexpr const char* kLog = "/tmp/log.xml";
+constexpr const char* kLogPath = "/tmp/log.xml";
 const std::string kXmlLine = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n";
 const std::string kSaved =
     kXmlLine + "<?xml-stylesheet type=\"text/xsl\" href=\"message.xslt\"?>\r\n";
@@ -24,10 +24,10 @@ const std::string kReset =
     kXmlLine + "<?xml-stylesheet href=\"message.xslt\" type=\"text/xsl\"?>\r\n";
 
 struct LogFile : ::testing::Test {
-  LogFile() { hub.SetLogFile(kLog); }
+  LogFile() { hub.SetLogFile(kLogPath); }
   ~LogFile() override { FreeMessageTexts(); }
 
-  std::string Bytes() const { return disk.BytesOf(kLog).value_or("(no file)"); }
+  std::string Bytes() const { return disk.BytesOf(kLogPath).value_or("(no file)"); }
   // Returns the file operations since the last call.
   std::string Writes() {
     std::string writes;
@@ -43,10 +43,10 @@ struct LogFile : ::testing::Test {
   // Simulates a change by another process that keeps the size, at a different time.
   void SpoilAt(std::int64_t seconds) {
     disk.Advance(seconds);
-    disk.AddFile(kLog, std::string(disk.BytesOf(kLog).value_or("").size(), 'x'));
+    disk.AddFile(kLogPath, std::string(disk.BytesOf(kLogPath).value_or("").size(), 'x'));
   }
   void SaveWhileFailing(const char* verb) {
-    disk.FailOn(verb, kLog, ErrorCode::NoSpace);
+    disk.FailOn(verb, kLogPath, ErrorCode::NoSpace);
     hub.SaveLog();
     disk.ClearFailures();
   }
@@ -114,8 +114,8 @@ TEST_F(LogFile, EqualsAFullRewriteAfterAnySteps) {
       [](LogFile& t) { t.hub.AddOutput("\"\n|"); },
       [](LogFile& t) { t.hub.AddOutput(""); },
       [](LogFile& t) { t.disk.Advance(1); },
-      [](LogFile& t) { t.disk.Erase(kLog); },
-      [](LogFile& t) { t.disk.AddFile(kLog, "somebody else's"); },
+      [](LogFile& t) { t.disk.Erase(kLogPath); },
+      [](LogFile& t) { t.disk.AddFile(kLogPath, "somebody else's"); },
       [](LogFile& t) { t.SpoilAt(1); },
       [](LogFile& t) { t.SpoilAt(-1000); },
       [](LogFile& t) { t.SaveWhileFailing("tail"); },

@@ -9,9 +9,9 @@
 namespace tarn {
 namespace {
 
-struct Host : WindowTarget {
-  Host() : window(RegisterWindow(*this)) {}
-  ~Host() { UnregisterWindow(window); }
+struct FileHost : WindowTarget {
+  FileHost() : window(RegisterWindow(*this)) {}
+  ~FileHost() { UnregisterWindow(window); }
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) override {
     if (message == kMsgOpenFileAtLine) {
@@ -43,7 +43,7 @@ TEST(OutputWindowTest, LinksOfThePageReachTheHost) {
       {"file:///log.xml", true, ""},
       {"", true, ""},
   };
-  Host host;
+  FileHost host;
   COutputWindow window(host.window);
   window.Create(0, {0, 0, 300, 200}, nullptr, 0);
   EXPECT_EQ(window.FindChild(100), &window.GetBrowser());
@@ -59,7 +59,7 @@ TEST(OutputWindowTest, LinksOfThePageReachTheHost) {
 }
 
 TEST(OutputWindowTest, TheHostMayEndTheWindowInTheMiddleOfALink) {
-  Host host;
+  FileHost host;
   auto window = std::make_unique<COutputWindow>(host.window);
   window->Create(0, {}, nullptr, 0);
   host.then = [&window] { window.reset(); };

@@ -13,7 +13,7 @@ using Lines = std::vector<std::string>;
 const Lines kOpened = {"ProjectOpened", "ApplicationKnown",   "ApplicationKnown",
                        "PaneCaption",   "CurrentNodeChanged", "ApplicationActivated"};
 
-struct DamageRow {
+struct LoadRow {
   const char* name;
   Damage damage;
   Lines heard;  // messages before those of an open
@@ -26,31 +26,31 @@ const char* const kBareTree = "one[one.c] two";
 const Lines kRow23 = {"row 23 /p/two.tapp"};
 
 // A file that differs from what Tarn writes: its content is kept in a backup next to it.
-DamageRow Kept(const char* name, const std::string& path, const std::string& bytes,
-               const char* tree = kBareTree, const Lines& heard = {}) {
+LoadRow Kept(const char* name, const std::string& path, const std::string& bytes,
+             const char* tree = kBareTree, const Lines& heard = {}) {
   return {name, Write(path, bytes), heard, tree, {path + ".bak = " + bytes}};
 }
 
-const std::string kTwo = "/p/two.tapp";
+const std::string kSecond = "/p/two.tapp";
 const std::string kStart = "<Application Header=\"two\" Extern=\".\\two.tapp\" ";
 
 // An application file that is empty or truncated must not remove the reference to itself.
-const DamageRow kDamageRows[] = {
-    Kept("an empty application file", kTwo, "", kBareTree, kRow23),
-    Kept("cut in the name of the application", kTwo, "\r\n<Appl", kBareTree, kRow23),
-    Kept("cut in the attributes of the application", kTwo, "<Application Header=\"two\" Exte",
+const LoadRow kDamageRows[] = {
+    Kept("an empty application file", kSecond, "", kBareTree, kRow23),
+    Kept("cut in the name of the application", kSecond, "\r\n<Appl", kBareTree, kRow23),
+    Kept("cut in the attributes of the application", kSecond, "<Application Header=\"two\" Exte",
          kBareTree, kRow23),
-    Kept("cut behind a child", kTwo, kStart + "><C Header=\"two.c\" />", kWholeTree),
-    Kept("a zero byte", kTwo, kStart + "/>" + '\0' + "<x/>"),
-    Kept("a remark in front of the application", kTwo, "<!-- ours -->" + kStart + "/>"),
-    Kept("text behind the application", kTwo, kStart + "/>\n<Second/>"),
-    Kept("values that only a run keeps", kTwo, kStart + "><![CDATA[v]]></Application>"),
-    Kept("a second run of text", kTwo, kStart + ">a<C Header=\"two.c\" />b</Application>",
+    Kept("cut behind a child", kSecond, kStart + "><C Header=\"two.c\" />", kWholeTree),
+    Kept("a zero byte", kSecond, kStart + "/>" + '\0' + "<x/>"),
+    Kept("a remark in front of the application", kSecond, "<!-- ours -->" + kStart + "/>"),
+    Kept("text behind the application", kSecond, kStart + "/>\n<Second/>"),
+    Kept("values that only a run keeps", kSecond, kStart + "><![CDATA[v]]></Application>"),
+    Kept("a second run of text", kSecond, kStart + ">a<C Header=\"two.c\" />b</Application>",
          kWholeTree),
-    Kept("a processing instruction", kTwo, kStart + "><?x?><C Header=\"two.c\" /></Application>",
+    Kept("a processing instruction", kSecond, kStart + "><?x?><C Header=\"two.c\" /></Application>",
          kWholeTree),
     {"an application that does not name its file",
-     Write(kTwo, "<Application Header=\"two\" ><C Header=\"two.c\" /></Application>"),
+     Write(kSecond, "<Application Header=\"two\" ><C Header=\"two.c\" /></Application>"),
      {},
      kWholeTree,
      {}},
@@ -59,24 +59,24 @@ const DamageRow kDamageRows[] = {
          "Extern=\".\\one.tapp\" /><Application Header=\"two\" Extern=\".\\two.tapp\" />",
          kWholeTree),
     {"another copy of a damaged file exists",
-     Both(Write(kTwo, ""), Write("/p/two.tapp.bak", "older")),
+     Both(Write(kSecond, ""), Write("/p/two.tapp.bak", "older")),
      kRow23,
      kBareTree,
      {"/p/two.tapp.bak = older", "/p/two.tapp.bak2 = "}},
     {"the copy of a damaged file cannot be made",
-     Both(Write(kTwo, "half"), Fail("write", "/p/two.tapp.bak", ErrorCode::NoSpace)),
+     Both(Write(kSecond, "half"), Fail("write", "/p/two.tapp.bak", ErrorCode::NoSpace)),
      kRow23,
      kBareTree,
      {"/p/two.tapp = half", "/p/two.tapp.unsaved new"}},
     {"reading an application file breaks off",
-     Fail("read", kTwo, ErrorCode::Io),
+     Fail("read", kSecond, ErrorCode::Io),
      {},
      kBareTree,
      {"/p/two.tapp old", "/p/two.tapp.unsaved new"}},
 };
 
 TEST(DamagedFiles, WhatWasNotReadIsNeverSavedOver) {
-  for (const DamageRow& row : kDamageRows) {
+  for (const LoadRow& row : kDamageRows) {
     EditedWorld world;
     row.damage(world);
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
@@ -119,7 +119,7 @@ const RefusalRow kRefusalRows[] = {
     {"the project file cannot be opened",
      Fail("read", "/p/demo.tprj", ErrorCode::CannotOpen),
      {"row 8 /p/demo.tprj: failed in memory with code 11"}},
-    {"the second application file is missing", Erase(kTwo), {"row 6 /p/two.tapp"}},
+    {"the second application file is missing", Erase(kSecond), {"row 6 /p/two.tapp"}},
     {"the first application file cannot be opened",
      Fail("read", "/p/one.tapp", ErrorCode::CannotOpen),
      {"row 8 /p/one.tapp: failed in memory with code 11"}},
@@ -130,11 +130,11 @@ const RefusalRow kRefusalRows[] = {
      Write("/p/demo.tprj", "<Project><Application Header=\"one\" /></Project>"),
      {"row 6 one: the project file has no path for it"}},
     {"an application file that holds itself",
-     Write(kTwo, HoldingText("two", "two.tapp")),
+     Write(kSecond, HoldingText("two", "two.tapp")),
      {"row 8 /p/two.tapp: it refers to itself"}},
     {"two application files that hold each other",
      Both(Write("/p/one.tapp", HoldingText("one", "two.tapp")),
-          Write(kTwo, HoldingText("two", "one.tapp"))),
+          Write(kSecond, HoldingText("two", "one.tapp"))),
      {"row 8 /p/one.tapp: it refers to itself", "row 8 /p/two.tapp: it refers to itself"}},
 };
 

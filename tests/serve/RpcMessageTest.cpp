@@ -18,7 +18,7 @@ std::string Describe(const RpcItem& item) {
   return "problem " + problem.id.dump() + " " + std::to_string(problem.code);
 }
 
-std::string Describe(std::string_view body) {
+std::string DescribeBody(std::string_view body) {
   const RpcMessage message = ReadRpcMessage(body);
   std::string text = message.isBatch ? "batch" : "";
   for (const RpcItem& each : message.items) text += (text.empty() ? "" : "; ") + Describe(each);
@@ -62,7 +62,7 @@ TEST(RpcMessage, EveryDocumentIsAMessageOrAProblemWithTheRightId) {
       {R"({"jsonrpc":"2.0","id":1,"method":"[[\"[","params":[",,,"]})", R"(call 1 [["[ [",,,"])"},
   };
   for (const auto& [body, expected] : rows) {
-    EXPECT_EQ(Describe(body), expected) << body.substr(0, 100);
+    EXPECT_EQ(DescribeBody(body), expected) << body.substr(0, 100);
   }
 }
 

@@ -34,7 +34,7 @@ class Panel : public CWnd {
 };
 
 // A toolkit whose peers record the changes of each control.
-class TellingToolkit : public test::RecordingToolkit {
+class ControlToolkit : public test::RecordingToolkit {
  public:
   using RecordingToolkit::MakePeer;
   std::unique_ptr<ButtonPeer> MakePeer(CButton& button) override {
@@ -61,7 +61,7 @@ class TellingToolkit : public test::RecordingToolkit {
 };
 
 struct Controls : ::testing::Test {
-  TellingToolkit toolkit;
+  ControlToolkit toolkit;
   Panel panel{toolkit.lines};
   CButton push{ButtonKind::Push};
   CButton box{ButtonKind::CheckBox};

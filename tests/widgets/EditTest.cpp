@@ -21,7 +21,7 @@ class TellingEdit : public CEdit {
   }
 };
 
-class TellingToolkit : public test::RecordingToolkit {
+class EditToolkit : public test::RecordingToolkit {
  public:
   using RecordingToolkit::MakePeer;
   std::unique_ptr<EditPeer> MakePeer(CEdit& /*edit*/) override {
@@ -37,7 +37,7 @@ class TellingToolkit : public test::RecordingToolkit {
 };
 
 TEST(EditTest, TheUsersTextComesInOnceAndIsNotToldBack) {
-  TellingToolkit toolkit;
+  EditToolkit toolkit;
   TellingEdit edit;
   edit.NotifyTextEdited("before it stands", {});
   edit.Create(kEditAutoScroll, {0, 0, 80, 20}, nullptr, 326);
@@ -58,7 +58,7 @@ TEST(EditTest, TheUsersTextComesInOnceAndIsNotToldBack) {
 }
 
 TEST(EditTest, AReadOnlyEditKeepsItsText) {
-  TellingToolkit toolkit;
+  EditToolkit toolkit;
   TellingEdit edit;
   edit.Create(kEditReadOnly | kEditMultiLine, {}, nullptr, 1);
   EXPECT_TRUE(edit.IsReadOnly());

@@ -13,12 +13,12 @@ std::string TextOf(TextRange range) {
   return std::to_string(range.start) + "-" + std::to_string(range.end);
 }
 
-class TellingToolkit : public test::RecordingToolkit {
+class RichTextToolkit : public test::RecordingToolkit {
  public:
   using RecordingToolkit::MakePeer;
   std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& control) override {
     struct Peer : RichTextPeer {
-      Peer(TellingToolkit& owner, CRichTextCtrl& drawn) : toolkit(owner), control(drawn) {}
+      Peer(RichTextToolkit& owner, CRichTextCtrl& drawn) : toolkit(owner), control(drawn) {}
       void OnTextAppended(TextRange range) override {
         toolkit.lines.push_back("appended " + TextOf(range));
       }
@@ -32,7 +32,7 @@ class TellingToolkit : public test::RecordingToolkit {
         position = toolkit.hit;
         return toolkit.hit.has_value();
       }
-      TellingToolkit& toolkit;
+      RichTextToolkit& toolkit;
       CRichTextCtrl& control;
     };
     return std::make_unique<Peer>(*this, control);
@@ -41,7 +41,7 @@ class TellingToolkit : public test::RecordingToolkit {
 };
 
 struct RichTextCtrlTest : ::testing::Test {
-  TellingToolkit toolkit;
+  RichTextToolkit toolkit;
   std::unique_ptr<CRichTextCtrl> control = std::make_unique<CRichTextCtrl>();
 
   RichTextCtrlTest() { control->Create(kStylePopup, {0, 0, 100, 100}, nullptr, 1); }

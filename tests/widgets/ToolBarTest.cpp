@@ -26,12 +26,12 @@ class Owner : public CWnd {
 };
 
 // A toolkit that records the notifications of its peers and draws nothing.
-class TellingToolkit : public test::RecordingToolkit {
+class ToolBarToolkit : public test::RecordingToolkit {
  public:
   using RecordingToolkit::MakePeer;
   std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& /*bar*/) override {
     struct Peer : ToolBarPeer {
-      explicit Peer(TellingToolkit& owner) : toolkit(owner) {}
+      explicit Peer(ToolBarToolkit& owner) : toolkit(owner) {}
       void OnButtonsChanged() override { toolkit.lines.push_back("buttons"); }
       void OnButtonChanged(std::size_t index) override {
         toolkit.lines.push_back("button " + std::to_string(index));
@@ -40,7 +40,7 @@ class TellingToolkit : public test::RecordingToolkit {
         if (!toolkit.knowsPlaces) return std::nullopt;
         return Rect{int(index) * 100, 0, int(index) * 100 + 90, 50};
       }
-      TellingToolkit& toolkit;
+      ToolBarToolkit& toolkit;
     };
     return std::make_unique<Peer>(*this);
   }
@@ -48,7 +48,7 @@ class TellingToolkit : public test::RecordingToolkit {
 };
 
 struct ToolBarTest : ::testing::Test {
-  TellingToolkit toolkit;
+  ToolBarToolkit toolkit;
   Owner owner;
   std::unique_ptr<CToolBar> bar = std::make_unique<CToolBar>();
   bool isShowing = false;

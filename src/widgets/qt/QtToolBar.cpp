@@ -19,7 +19,7 @@ namespace tarn {
 
 namespace {
 
-constexpr int kMargin = 2;
+constexpr int kBarMargin = 2;
 constexpr int kInset = 4;  // of a separator, above and below
 constexpr int kSeparatorWidth = 9;
 constexpr int kArrowWidth = 10;
@@ -85,7 +85,7 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
   std::optional<int> HeightFor(int width) override {
     if (widget == nullptr) return std::nullopt;
     const std::vector<Rect> places = PlacesAt(width);
-    return places.empty() ? 0 : places.back().bottom + kMargin;
+    return places.empty() ? 0 : places.back().bottom + kBarMargin;
   }
   std::optional<Rect> ButtonRect(std::size_t index) override {
     const std::vector<Rect> places = PlacesAt(bar_.GetRect().Width());
@@ -172,13 +172,13 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     }
     std::vector<Rect> places;
     places.reserve(items_.size());
-    int left = kMargin;
-    int top = kMargin;
+    int left = kBarMargin;
+    int top = kBarMargin;
     for (QWidget* const item : items_) {
       const int taken =
           qobject_cast<QToolButton*>(item) ? item->sizeHint().width() : kSeparatorWidth;
-      if (left > kMargin && left + taken > width - kMargin) {
-        left = kMargin;
+      if (left > kBarMargin && left + taken > width - kBarMargin) {
+        left = kBarMargin;
         top += height;
       }
       places.push_back({left, top, left + taken, top + height});

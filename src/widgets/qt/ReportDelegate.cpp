@@ -21,7 +21,6 @@ namespace tarn {
 
 namespace {
 
-constexpr int kMargin = CReportControl::kCellMargin;
 constexpr int kLineMargin = 3;   // above and below the text
 constexpr int kImageMargin = 1;  // above and below an image
 constexpr float kGridStrength = 0.12F;
@@ -143,7 +142,7 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
                                             const QRect& place) const {
   Cell cell;
   const CReportColumn* const head = report_.GetColumns().GetAt(column);
-  int left = place.left() + kMargin;
+  int left = place.left() + CReportControl::kCellMargin;
   const bool isInTree = row.IsGroup() || head->IsTreeColumn();
   if (isInTree) {
     left += row.GetDepth() * CReportControl::kOpenerWidth;
@@ -151,7 +150,7 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
     if (report_.CanOpen(row)) cell.opener = opener;
     left += CReportControl::kOpenerWidth;
   }
-  int right = place.right() + 1 - kMargin;
+  int right = place.right() + 1 - CReportControl::kCellMargin;
   const CReportRecordItem* const item =
       row.IsGroup() ? nullptr : row.GetRecord()->GetItem(head->GetIndex());
   if (item != nullptr && HasMark(*item)) {
@@ -167,8 +166,8 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
     if (isAlone) left = place.left() + (place.width() - size.width()) / 2;
     cell.mark = QRect(QPoint(left, place.top() + (place.height() - size.height()) / 2), size);
     left += size.width();
-    right += kMargin;
-    if (!isAlone) left += kMargin;
+    right += CReportControl::kCellMargin;
+    if (!isAlone) left += CReportControl::kCellMargin;
   }
   cell.text = QRect(left, place.top(), std::max(0, right - left), place.height());
   return cell;

@@ -14,7 +14,6 @@ namespace tarn {
 
 namespace {
 
-constexpr int kMargin = CReportControl::kCellMargin;
 constexpr int kSpace = 4;  // above and below the captions
 constexpr int kArrow = 9;
 constexpr int kSmallestColumn = 16;
@@ -65,7 +64,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
   painter->setPen(Blend(background, text, kLineStrength));
   painter->drawLine(rect.bottomLeft(), rect.bottomRight());
   painter->drawLine(rect.right(), rect.top() + kSpace, rect.right(), rect.bottom() - kSpace);
-  QRect room = rect.adjusted(kMargin, 0, -kMargin, 0);
+  QRect room = rect.adjusted(CReportControl::kCellMargin, 0, -CReportControl::kCellMargin, 0);
   if (column->IsSorted()) {
     QStyleOption arrow;
     arrow.initFrom(this);
@@ -74,7 +73,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
     style()->drawPrimitive(
         column->IsSortedAscending() ? QStyle::PE_IndicatorArrowUp : QStyle::PE_IndicatorArrowDown,
         &arrow, painter, this);
-    room.setRight(arrow.rect.left() - kMargin);
+    room.setRight(arrow.rect.left() - CReportControl::kCellMargin);
   }
   const QString caption = ToQt(column->GetCaption());
   painter->setFont(font());

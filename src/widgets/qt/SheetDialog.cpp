@@ -19,7 +19,7 @@ namespace tarn {
 
 namespace {
 
-constexpr int kMargin = 12;
+constexpr int kSheetMargin = 12;
 // The space that a page's table leaves at its edges is part of the margin.
 constexpr int kAroundPage = 4;
 constexpr int kPictureSize = 48;
@@ -108,8 +108,8 @@ QWidget* SheetDialog::MakeHeader(const CPropertySheet& sheet) {
   texts->addWidget(NewText(page.GetHeaderSubtitle(), header));
   texts->addStretch();
   auto* const row = new QHBoxLayout(header);
-  row->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
-  row->setSpacing(kMargin);
+  row->setContentsMargins(kSheetMargin, kSheetMargin / 2, kSheetMargin, kSheetMargin / 2);
+  row->setSpacing(kSheetMargin);
   row->addLayout(texts, 1);
   const QPixmap picture = ToPicture(sheet.GetHeaderBitmap(), devicePixelRatioF());
   if (!picture.isNull()) {
@@ -139,7 +139,7 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
   rows->addWidget(MakeProblemRow());
   rows->addWidget(NewLine(this));
   auto* const buttons = new QDialogButtonBox(this);
-  buttons->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  buttons->setContentsMargins(kSheetMargin, kSheetMargin, kSheetMargin, kSheetMargin);
   finishButton_ = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
                                      QDialogButtonBox::AcceptRole);
   finishButton_->setDefault(true);
@@ -156,7 +156,7 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
 QWidget* SheetDialog::MakeProblemRow() {
   problemRow_ = new QWidget(this);
   auto* const row = new QHBoxLayout(problemRow_);
-  row->setContentsMargins(kMargin, 0, kMargin, kMargin);
+  row->setContentsMargins(kSheetMargin, 0, kSheetMargin, kSheetMargin);
   auto* const icon = new QLabel(problemRow_);
   const int side = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
   icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side, side));

@@ -80,7 +80,7 @@ TEST(Definition, ADamagedFileLeavesAllItsToolsOutAndIsAProblem) {
   };
   for (const auto& [text, error] : rows) {
     EXPECT_EQ(ErrorsOf(text), "t.tools" + std::string(error) + "\n0 tools");
-    testing::MemoryFileSystem disk;
+    tarn::testing::MemoryFileSystem disk;
     disk.AddFile("/c/b.tools", text);
     disk.AddFile("/c/a.tools", "<Tools><Tool Name='ok'><Step Program='p'/></Tool></Tools>");
     EXPECT_EQ(ToolSet::FromFolder(disk, "/c")->Problem(), "/c/b.tools" + std::string(error));

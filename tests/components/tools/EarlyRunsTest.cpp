@@ -63,9 +63,9 @@ class EarlyRunsThread : public ::testing::Test {
   }
   // A file that was written in the same tick of the clock as a run starts counts as changed since.
   static void AwaitTick() { std::this_thread::sleep_for(std::chrono::milliseconds(20)); }
-  std::string Counts() const { return testing::ReadBytes(folder / "counts"); }
+  std::string Counts() const { return tarn::testing::ReadBytes(folder / "counts"); }
 
-  const testing::ScratchFolder folder;
+  const tarn::testing::ScratchFolder folder;
   OptionValues values{"C"};
   ToolManager* const manager = new ToolManager(ToolWorld::Native());
 };
@@ -82,7 +82,7 @@ TEST_F(EarlyRunsThread, ResultsWaitUntilTheyAreRequestedInAnyOrder) {
   for (const std::string& name : names) {
     EXPECT_TRUE(Await(name)) << name;
     EXPECT_TRUE(Run(name));
-    EXPECT_THAT(testing::ReadBytes(folder / "m.xml"), HasSubstr(name + ".c:1: warning: odd"));
+    EXPECT_THAT(tarn::testing::ReadBytes(folder / "m.xml"), HasSubstr(name + ".c:1: warning: odd"));
     EXPECT_THAT(manager->TakeBuildInformation(), HasSubstr(folder / name + ".o"));
   }
   std::set<std::string> counts;

@@ -32,10 +32,10 @@ namespace tarn {
 namespace {
 
 // Records the messages of the report.
-class Owner : public CWnd {
+class ReportOwner : public CWnd {
  public:
-  Owner() { Create(kStylePopup | kStyleVisible, {0, 0, 400, 200}, nullptr, 0); }
-  ~Owner() override { DestroyWindow(); }
+  ReportOwner() { Create(kStylePopup | kStyleVisible, {0, 0, 400, 200}, nullptr, 0); }
+  ~ReportOwner() override { DestroyWindow(); }
 
   std::string Take() { return std::exchange(told_, {}); }
   std::function<void()> whenTold;
@@ -119,7 +119,7 @@ struct ReportPeerTest : ::testing::Test {
   }
 
   QtToolkit toolkit;
-  Owner owner;
+  ReportOwner owner;
   CReportControl report;
   QTreeView* view = nullptr;
   std::unique_ptr<QAbstractItemModelTester> tester;

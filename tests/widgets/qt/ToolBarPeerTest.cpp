@@ -15,9 +15,9 @@
 namespace tarn {
 namespace {
 
-class Owner : public CWnd {
+class BarOwner : public CWnd {
  public:
-  ~Owner() override { DestroyWindow(); }
+  ~BarOwner() override { DestroyWindow(); }
   std::vector<int> commands;
   CToolBar bar;
   int goesAt = 0;
@@ -53,7 +53,7 @@ class ToolBarPeerTest : public ::testing::Test {
   }
 
   QtToolkit toolkit;
-  Owner owner;
+  BarOwner owner;
 };
 
 TEST_F(ToolBarPeerTest, PressesGoToTheOwnerAndStatesStayTheBars) {
