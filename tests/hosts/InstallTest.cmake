@@ -1,6 +1,6 @@
 # Installs the build into a separate folder and checks the result from the view of a user without
 # the sources:
-#   cmake -DBUILD=... -DPREFIX=... -DLIBDIR=... -DDESKTOP=0|1 -P InstallTest.cmake
+#   cmake -DBUILD=... -DPREFIX=... -DLIBDIR=... -DDESKTOP=0|1 -DMANUAL=0|1 -P InstallTest.cmake
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
   OUTPUT_QUIET RESULT_VARIABLE failed)
@@ -22,7 +22,6 @@ set(wanted
   share/doc/tarn/command-line.md
   share/doc/tarn/import.md
   share/doc/tarn/LICENSE
-  share/man/man1/tarn.1
   share/bash-completion/completions/tarn
   share/zsh/site-functions/_tarn
   share/fish/vendor_completions.d/tarn.fish)
@@ -33,11 +32,18 @@ if(DESKTOP)
     share/icons/hicolor/scalable/apps/org.tarn.Tarn.svg
     share/icons/hicolor/scalable/mimetypes/application-x-tarn-application.svg
     share/icons/hicolor/scalable/mimetypes/application-x-tarn-project.svg
-    share/man/man1/tarn-ide.1
     share/metainfo/org.tarn.Tarn.metainfo.xml
     share/mime/packages/org.tarn.Tarn.xml
     share/tarn/translations/tarn_de.qm
     share/tarn/translations/tarn_fr.qm)
+endif()
+set(pages)
+if(MANUAL)
+  set(pages share/man/man1/tarn.1)
+  if(DESKTOP)
+    list(APPEND pages share/man/man1/tarn-ide.1)
+  endif()
+  list(APPEND wanted ${pages})
 endif()
 foreach(file ${wanted})
   if(NOT EXISTS ${PREFIX}/${file})
@@ -49,6 +55,28 @@ foreach(file ${wanted})
     message(SEND_ERROR "${file} is empty")
   endif()
 endforeach()
+
+# A manual page has the options from the program's help and the sections from its include file.
+foreach(page ${pages})
+  file(READ ${PREFIX}/${page} text)
+  foreach(part "-version" TARN_ROOT "SH FILES")
+    if(NOT text MATCHES "${part}")
+      message(SEND_ERROR "${page} doesn't contain ${part}")
+    endif()
+  endforeach()
+endforeach()
+if(MANUAL)
+  file(READ ${PREFIX}/share/man/man1/tarn.1 text)
+  execute_process(COMMAND ${PREFIX}/bin/tarn --help OUTPUT_VARIABLE help)
+  string(REGEX REPLACE "\nOptions\n.*" "" help "${help}")
+  string(REGEX MATCHALL "\n  [a-z][a-z-]+" commands "${help}")
+  foreach(command build ${commands} "options explain")
+    string(STRIP "${command}" command)
+    if(NOT text MATCHES "\n.SS \"tarn ${command}")
+      message(SEND_ERROR "tarn.1 doesn't describe ${command}")
+    endif()
+  endforeach()
+endif()
 
 execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../../scripts/check-runpath ${PREFIX}
   ERROR_VARIABLE complained OUTPUT_VARIABLE said RESULT_VARIABLE failed)
