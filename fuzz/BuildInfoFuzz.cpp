@@ -7,6 +7,7 @@
 #include <string>
 
 #include "project/ProjectWorld.h"
+#include "xml/XmlNode.h"
 
 namespace {
 

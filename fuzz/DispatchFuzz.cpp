@@ -23,6 +23,7 @@
 #include "platform/text/Text.h"
 #include "support/AnsweringUser.h"
 #include "support/WizardUser.h"
+#include "xml/XmlNode.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "automation/ApplicationSearch.h"
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

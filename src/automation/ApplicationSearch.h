@@ -3,6 +3,7 @@
 #include <string>
 
 #include "project/ProjectModel.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -6,6 +6,7 @@
 #include "builder/ApplicationOrder.h"
 #include "builder/Staleness.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

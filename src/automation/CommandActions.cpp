@@ -2,6 +2,7 @@
 
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

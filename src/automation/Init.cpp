@@ -2,6 +2,7 @@
 
 #include "automation/ProjectManager.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

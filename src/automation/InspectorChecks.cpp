@@ -7,6 +7,7 @@
 #include "automation/ProjectInspector.h"
 #include "automation/ProjectManager.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -5,6 +5,7 @@
 #include "automation/ProjectInspector.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

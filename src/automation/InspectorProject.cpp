@@ -6,6 +6,7 @@
 #include "automation/ProjectInspector.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -14,6 +14,7 @@
 #include "reports/OutputReport.h"
 #include "reports/ReportDefinition.h"
 #include "reports/SymbolFile.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -3,6 +3,7 @@
 #include "automation/ApplicationSearch.h"
 #include "automation/ProjectInspector.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

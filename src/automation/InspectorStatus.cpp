@@ -11,6 +11,7 @@
 #include "builder/Staleness.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -8,6 +8,7 @@
 #include "platform/settings/InstalledData.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -6,9 +6,10 @@
 #include "platform/settings/Settings.h"
 #include "project/ProjectModel.h"
 #include "wizard/TargetCatalogue.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // The installation that a manager works with: its folders, its configuration file, and the default
 // project, which is open if no other project is. Main thread only.

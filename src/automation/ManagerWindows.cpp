@@ -1,6 +1,7 @@
 #include "automation/ManagerWindows.h"
 
 #include "reports/ReportDefinition.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

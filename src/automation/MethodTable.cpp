@@ -3,6 +3,7 @@
 #include <tarn/methods.h>
 
 #include "automation/ProjectManager.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

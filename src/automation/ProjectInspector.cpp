@@ -4,6 +4,7 @@
 
 #include "automation/TargetList.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

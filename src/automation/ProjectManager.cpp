@@ -2,6 +2,7 @@
 
 #include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

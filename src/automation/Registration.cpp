@@ -1,6 +1,7 @@
 #include "automation/Registration.h"
 
 #include "automation/ProjectManager.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -5,6 +5,7 @@
 #include "automation/Registration.h"
 #include "platform/modules/Modules.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

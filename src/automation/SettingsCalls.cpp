@@ -4,6 +4,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

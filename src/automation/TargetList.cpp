@@ -3,6 +3,7 @@
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "wizard/TargetCatalogue.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

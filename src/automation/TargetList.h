@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Returns the catalogue of targets as XML, for display: an element "Targets" for each family with
 // its label as "Header", an element "Target" for each target with "Header", "Description" (lines

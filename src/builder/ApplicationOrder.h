@@ -4,11 +4,11 @@
 #include <vector>
 
 #include "project/NodeTypes.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
 
 class CToolManagerDriver;
+class CXmlNode;
 
 // Build order of a project's applications: topological sort by depth-first search. An application
 // comes after those it uses, that is, those whose output is one of its files or is read by its

@@ -12,6 +12,7 @@
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -12,9 +12,10 @@
 #include "builder/ShadowCheck.h"
 #include "builder/StaleVerdict.h"
 #include "platform/files/FileSystem.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // A tool's report about one output.
 struct BuildReport {

@@ -6,6 +6,7 @@
 #include "builder/LinkFiles.h"
 #include "builder/Staleness.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

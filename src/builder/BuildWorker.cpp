@@ -18,6 +18,7 @@
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
 #include "widgets/Dialogs.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

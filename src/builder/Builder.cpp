@@ -5,6 +5,7 @@
 #include "builder/BuildWalk.h"
 #include "builder/WorkerControl.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -2,6 +2,7 @@
 
 #include "builder/Staleness.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -15,6 +16,27 @@ void AppendQuoted(std::string& list, const char* item, const std::string& separa
 }
 
 }  // namespace
+
+void ForEachLinkFile(const NodeTypes& types, const CXmlNode* node, bool useOutput,
+                     const CXmlNode* root, const std::function<void(const char*)>& onItem) {
+  if (node == nullptr) return;
+  if (node != root && (types.FlagsOf(*node) & kTypeInBuild) == 0) return;
+  if (IsExactlyYes(*node, "Exclude") || IsExactlyYes(*node, "LinkExclude")) return;
+  const char* outputFile = node->GetAttrValue("OutputFile");
+  const bool isGrouping = node == root || (outputFile != nullptr && *outputFile == '\0');
+  if (isGrouping) {
+    bool hadContent = false;
+    for (int i = 0; i < node->GetChildCount(); ++i) {
+      const CXmlNode* child = node->GetChild(i);
+      if (!IsContentNode(*child)) continue;
+      hadContent = true;
+      ForEachLinkFile(types, child, useOutput, root, onItem);
+    }
+    if (hadContent) return;
+  }
+  const char* item = useOutput ? outputFile : node->GetAttrValue("Path");
+  if (item != nullptr && *item != '\0') onItem(item);
+}
 
 void CollectLinkFiles(const NodeTypes& types, std::string& list, const CXmlNode* node,
                       bool useOutput, const CXmlNode* root, const std::string& separator) {

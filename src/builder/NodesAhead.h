@@ -7,9 +7,10 @@
 
 #include "builder/BuildRecordStore.h"
 #include "builder/FileTimes.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Prefetch buffer: nodes that were visited when their file times were requested, in the order in
 // which the walk reaches them. Most turn out to be up to date, and the data stored here is enough

@@ -12,6 +12,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -10,12 +10,12 @@
 
 #include "builder/BuildRecordStore.h"
 #include "platform/files/FileSystem.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
 
 class BuildRecords;
 class CProjectModel;
+class CXmlNode;
 
 // A file that a tool run writes.
 struct NamedOutput {

@@ -2,6 +2,7 @@
 
 #include "builder/Staleness.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Two nodes with the same output, in document order.
 struct SharedOutput {

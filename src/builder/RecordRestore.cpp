@@ -2,6 +2,7 @@
 
 #include "builder/BuildInformation.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

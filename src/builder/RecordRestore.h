@@ -7,11 +7,11 @@
 
 #include "project/NodeTypes.h"
 #include "project/ProjectState.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
 
 class BuildInformation;
+class CXmlNode;
 
 // Attaches the records of the journal to the nodes of the project, a few milliseconds at a time. A
 // node receives its record if its tool would still run the same commands; its files are compared

@@ -4,6 +4,7 @@
 
 #include "builder/Staleness.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

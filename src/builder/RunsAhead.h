@@ -9,9 +9,10 @@
 
 #include "builder/RunSnapshot.h"
 #include "project/NodeTypes.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // A tool run that a walk starts before it reaches the node.
 struct RunAhead {

@@ -8,6 +8,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/NodeTypes.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

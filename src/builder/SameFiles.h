@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Finds sources of the application that are the same file under two names, for example through a
 // link to a folder. Returns pairs of the first name in document order and one further name. Ignores

@@ -1,6 +1,8 @@
 #include "builder/Staleness.h"
 
+#include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -70,6 +72,11 @@ bool IsWithoutTool(const CXmlNode& node) {
 }
 
 }  // namespace
+
+bool IsExactlyYes(const CXmlNode& node, std::string_view name) {
+  const char* value = node.GetAttrValue(name);
+  return value != nullptr && std::string_view(value) == "Yes";
+}
 
 bool Staleness::IsUpToDate(CXmlNode* node) {
   if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;

@@ -7,9 +7,10 @@
 #include "builder/RecordCheck.h"
 #include "builder/StaleVerdict.h"
 #include "project/NodeTypes.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Decides if the outputs of nodes are up to date, based on the nodes' attributes and types, file
 // times in whole seconds, and build records. An input with the same time as the output is up to
@@ -69,38 +70,7 @@ class Staleness {
   bool ignoresUnbuildable_ = false;
 };
 
-// Calls `onItem(text)` for each file that an application passes to its tool, in tree order: the
-// outputs of all nodes below `root` except those excluded from the build or the link.
-template <class OnItem>
-void ForEachLinkFile(const NodeTypes& types, const CXmlNode* node, bool useOutput,
-                     const CXmlNode* root, OnItem&& onItem);
-
 // Returns true if the attribute's value is exactly "Yes".
-inline bool IsExactlyYes(const CXmlNode& node, std::string_view name) {
-  const char* value = node.GetAttrValue(name);
-  return value != nullptr && std::string_view(value) == "Yes";
-}
-
-template <class OnItem>
-void ForEachLinkFile(const NodeTypes& types, const CXmlNode* node, bool useOutput,
-                     const CXmlNode* root, OnItem&& onItem) {
-  if (node == nullptr) return;
-  if (node != root && (types.FlagsOf(*node) & kTypeInBuild) == 0) return;
-  if (IsExactlyYes(*node, "Exclude") || IsExactlyYes(*node, "LinkExclude")) return;
-  const char* outputFile = node->GetAttrValue("OutputFile");
-  const bool isGrouping = node == root || (outputFile != nullptr && *outputFile == '\0');
-  if (isGrouping) {
-    bool hadContent = false;
-    for (int i = 0; i < node->GetChildCount(); ++i) {
-      const CXmlNode* child = node->GetChild(i);
-      if (!IsContentNode(*child)) continue;
-      hadContent = true;
-      ForEachLinkFile(types, child, useOutput, root, onItem);
-    }
-    if (hadContent) return;
-  }
-  const char* item = useOutput ? outputFile : node->GetAttrValue("Path");
-  if (item != nullptr && *item != '\0') onItem(item);
-}
+bool IsExactlyYes(const CXmlNode& node, std::string_view name);
 
 }  // namespace tarn

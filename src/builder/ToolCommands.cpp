@@ -4,6 +4,7 @@
 
 #include "platform/text/Hash.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -7,9 +7,10 @@
 #include <string_view>
 
 #include "drivers/ToolManagerDriver.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Computes how each node's tool would be run now, as numbers for comparisons.
 //

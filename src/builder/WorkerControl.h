@@ -6,11 +6,11 @@
 #include <memory>
 
 #include "widgets/MessageLoop.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
 
 class Builder;
+class CXmlNode;
 
 // State shared by the worker thread and the builder. Everything except `alive` is set before the
 // thread starts and afterwards, unless noted otherwise, accessed only by tasks that the worker

@@ -4,6 +4,7 @@
 
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

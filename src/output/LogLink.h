@@ -5,12 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include "xml/XmlNode.h"
-
 // Target of a link in the log, encoded as a string: a sequence of fields, each a name followed by
 // its value in angle brackets. Spaces in paths are encoded as question marks, since a space would
 // end the address, and no value can contain a ">".
 namespace tarn {
+
+class CXmlNode;
 
 struct LogLink {
   std::optional<std::string> help;

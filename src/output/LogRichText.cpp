@@ -7,6 +7,7 @@
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Target of the links in lines that are neither errors nor warnings.
 enum class PlaceLinks { FileOnly, WithLine };

@@ -14,7 +14,9 @@
 #include "platform/text/Text.h"
 #include "project/FileSaver.h"
 #include "project/MovedText.h"
+#include "project/TreeMerge.h"
 #include "project/TreeText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-#include "xml/XmlNode.h"
-
 // Interface to the builder of a project. The builder implements it; a project also works without
 // one, and then nothing is ever built. All calls are made on the main thread. Node pointers are
 // borrowed: the builder must drop them in ForgetNode.
 namespace tarn {
+
+class CXmlNode;
 
 class IBuildControl {
  public:

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

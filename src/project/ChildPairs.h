@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Pairs the children of two versions of one element.
 //

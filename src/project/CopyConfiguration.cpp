@@ -3,6 +3,7 @@
 #include "project/NodeOptions.h"
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

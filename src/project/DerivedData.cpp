@@ -2,6 +2,7 @@
 
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

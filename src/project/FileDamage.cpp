@@ -4,6 +4,7 @@
 
 #include "project/NodeTypes.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
 #include "xml/XmlText.h"
 
 namespace tarn {

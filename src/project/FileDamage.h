@@ -7,9 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "xml/XmlNode.h"
+#include "xml/XmlLoss.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // A position in a project or application file whose content was lost when the file was read, or was
 // read as something else than it was meant to be.

@@ -5,7 +5,9 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/StableForm.h"
+#include "project/TreeMerge.h"
 #include "project/TreeText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -6,7 +6,7 @@
 #include "platform/files/FileSystem.h"
 #include "project/FileGuard.h"
 #include "project/NodeTypes.h"
-#include "project/TreeMerge.h"
+#include "project/TreeConflict.h"
 
 namespace tarn {
 

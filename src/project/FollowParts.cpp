@@ -13,6 +13,7 @@
 #include "project/ChildPairs.h"
 #include "project/MovedText.h"
 #include "project/TreeText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

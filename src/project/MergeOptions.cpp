@@ -1,6 +1,7 @@
 #include "project/MergeOptions.h"
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Merges changed options into the stored ones and returns the result. Two elements match if their
 // names are equal and their `Header` values are equal, ignoring case. Of a matching pair the

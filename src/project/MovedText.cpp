@@ -5,6 +5,7 @@
 #include "platform/text/Text.h"
 #include "project/NodeTypes.h"
 #include "project/TreeText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

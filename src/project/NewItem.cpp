@@ -9,6 +9,7 @@
 #include "project/FileAccess.h"
 #include "project/TreeSearch.h"
 #include "widgets/Toolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

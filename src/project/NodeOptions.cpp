@@ -8,6 +8,7 @@
 #include "platform/text/Text.h"
 #include "project/MergeOptions.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

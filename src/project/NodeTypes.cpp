@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -45,18 +46,22 @@ bool IsContentNode(const CXmlNode& node) {
   }
 }
 
-NodeTypes::NodeTypes() {
-  root_.SetName("Types");
-}
+NodeTypes::NodeTypes() : root_(CXmlNode::CreateNode("Types")) {}
+
+NodeTypes::~NodeTypes() = default;
 
 void NodeTypes::Add(const CXmlNode& record) {
-  const CXmlNode* copy = root_.AppendCopy(record);
+  const CXmlNode* copy = root_->AppendCopy(record);
   byName_[FoldCase(copy->NameView())] = {copy, FlagsOfRecord(*copy)};
   byAddress_.clear();
 }
 
 const CXmlNode* NodeTypes::GetNodeType(const CXmlNode& node) const {
   return Find(node.NameView()).record;
+}
+
+std::uint32_t NodeTypes::FlagsOf(const CXmlNode& node) const {
+  return Find(node.NameView()).flags;
 }
 
 bool NodeTypes::HasTypeFlag(const CXmlNode& node, std::string_view key) const {

@@ -1,14 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Configuration of an application that names none.
 inline constexpr const char* kStandardConfig = "Standard";
@@ -37,16 +38,17 @@ bool IsContentNode(const CXmlNode& node);
 class NodeTypes {
  public:
   NodeTypes();
+  ~NodeTypes();
 
   // All records, in file order.
-  const CXmlNode& GetRoot() const { return root_; }
+  const CXmlNode& GetRoot() const { return *root_; }
   // Adds a deep copy of a record.
   void Add(const CXmlNode& record);
 
   // Returns the type record of a node, or nullptr if its type is unknown.
   const CXmlNode* GetNodeType(const CXmlNode& node) const;
   // Returns all flags of the node's type, as TypeFlag bits; 0 if the type is unknown.
-  std::uint32_t FlagsOf(const CXmlNode& node) const { return Find(node.NameView()).flags; }
+  std::uint32_t FlagsOf(const CXmlNode& node) const;
   // Returns a flag, including ones without a TypeFlag, by its name in the record.
   bool HasTypeFlag(const CXmlNode& node, std::string_view key) const;
   // Returns true if the types allow `child`, a node or a type record, below `parent`. Null nodes
@@ -62,7 +64,7 @@ class NodeTypes {
   // Finds a type, first in the cache. An unknown type has no record and no flags.
   const Type& Find(std::string_view elementName) const;
 
-  CXmlNode root_;
+  const std::unique_ptr<CXmlNode> root_;
   std::unordered_map<std::string, Type> byName_;  // by lower-case name
   // Lookup cache, keyed by the address of the name. Common names are interned, so the address
   // usually identifies the name; a rare name may reuse the address of a freed one, so the string is

@@ -10,6 +10,7 @@
 #include "project/FileAccess.h"
 #include "project/TreeSearch.h"
 #include "widgets/Dialogs.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

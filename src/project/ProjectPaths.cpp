@@ -3,6 +3,7 @@
 #include "platform/files/RelativeName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

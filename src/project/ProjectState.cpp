@@ -1,8 +1,14 @@
 #include "project/ProjectState.h"
 
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
+
+ProjectState::ProjectState(ProjectServices& projectServices)
+    : projectRoot(CXmlNode::CreateNode("Project")), services_(projectServices) {}
+
+ProjectState::~ProjectState() = default;
 
 CXmlNode* ProjectState::GetCurrentNode() {
   if (CXmlNode* selected = services_.views.GetSelectedNode()) return selected;

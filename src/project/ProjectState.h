@@ -6,17 +6,18 @@
 #include <unordered_map>
 
 #include "project/ProjectServices.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // State of the open project that all its parts share: the tree, which of its nodes are active, and
 // the generation numbers by which caches and callers detect changes. The parts read and write the
 // data directly; the functions keep the invariants that span several fields. Borrows the services;
 // main thread only. Nothing here fails.
 struct ProjectState {
-  explicit ProjectState(ProjectServices& projectServices)
-      : projectRoot(CXmlNode::CreateNode("Project")), services_(projectServices) {}
+  explicit ProjectState(ProjectServices& projectServices);
+  ~ProjectState();
   ProjectState(const ProjectState&) = delete;
   ProjectState& operator=(const ProjectState&) = delete;
 

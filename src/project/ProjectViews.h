@@ -3,13 +3,13 @@
 #include <string>
 
 #include "project/NewApplication.h"
-#include "project/TreeSearch.h"
-#include "xml/XmlNode.h"
 
 // Interfaces to the windows of a project. The windows implement them; a model also works without
 // windows. All calls are made on the main thread. Node pointers are borrowed: a view must drop them
 // in BeginTreeUpdate or ClearTree.
 namespace tarn {
+
+class CXmlNode;
 
 // Scope of a tree update: anything may change, or only the nodes reported through TellUpdated.
 enum class UpdateScope { Whole, Told };
@@ -114,11 +114,7 @@ class ProjectViews {
     if (globals) globals->LoadGlobals(path);
   }
   // Returns the loaded global symbol of this name as XML; empty if it is unknown.
-  std::string GetSymbolInfo(const char* symbolName) const {
-    CXmlNode* found = nullptr;
-    FindChildNode(symbolName, "Header", globals ? globals->GetSymbols() : nullptr, found);
-    return found == nullptr ? std::string() : found->ToString(g_xmlDisplayOptions);
-  }
+  std::string GetSymbolInfo(const char* symbolName) const;
   bool AskNewApplication(NewApplication& application) const {
     return wizard != nullptr && wizard->AskNewApplication(application);
   }

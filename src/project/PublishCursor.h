@@ -1,11 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Incremental search for the next unpublished node of a subtree. Remembers its position, so that
 // publishing a whole tree node by node costs a single traversal, O(nodes) in total.
@@ -15,27 +16,12 @@ namespace tarn {
 // epoch, and the search then restarts at the root.
 class PublishCursor {
  public:
+  using Test = std::function<bool(const CXmlNode& node)>;
+
   // Returns the next node at or below `root` for which `isPublished` is false, or nullptr. Returns
   // the same node again until it is published.
-  template <class IsPublished, class IsContent>
-  CXmlNode* Next(CXmlNode& root, std::uint64_t currentEpoch, IsPublished isPublished,
-                 IsContent isContent) {
-    if (start_ != &root || epoch_ != currentEpoch) Restart(root, currentEpoch);
-    while (!stack_.empty()) {
-      Frame& frame = stack_.back();
-      if (frame.next == kEnter) {
-        if (!isPublished(*frame.node)) return frame.node;
-        frame.next = frame.node->GetChildCount();
-      }
-      if (frame.next == 0) {
-        stack_.pop_back();
-        continue;
-      }
-      CXmlNode* child = frame.node->GetChild(--frame.next);
-      if (child != nullptr && isContent(*child)) stack_.push_back({child, kEnter});
-    }
-    return nullptr;
-  }
+  CXmlNode* Next(CXmlNode& root, std::uint64_t currentEpoch, const Test& isPublished,
+                 const Test& isContent);
 
   void Forget() { start_ = nullptr; }
 
@@ -46,12 +32,6 @@ class PublishCursor {
     CXmlNode* node = nullptr;
     int next = kEnter;  // children before this index remain to be visited
   };
-
-  void Restart(CXmlNode& root, std::uint64_t currentEpoch) {
-    start_ = &root;
-    epoch_ = currentEpoch;
-    stack_.assign(1, {&root, kEnter});
-  }
 
   const CXmlNode* start_ = nullptr;
   std::uint64_t epoch_ = 0;

@@ -13,6 +13,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -37,6 +38,18 @@ std::string SpelledBelow(FileSystem& files, const std::string& folder, const std
 }
 
 }  // namespace
+
+Publisher::Publisher(ProjectServices& projectServices, ProjectState& projectState,
+                     const ProjectPaths& projectPaths, HostLink& hostLink)
+    : services_(projectServices),
+      files_(projectServices.files),
+      types_(projectServices.types),
+      views_(projectServices.views),
+      state_(projectState),
+      paths_(projectPaths),
+      host_(hostLink) {}
+
+Publisher::~Publisher() = default;
 
 std::string Publisher::GetCurrentConfigName() const {
   const char* config = state_.activeApplication == nullptr

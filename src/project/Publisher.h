@@ -28,14 +28,8 @@ namespace tarn {
 class Publisher {
  public:
   Publisher(ProjectServices& projectServices, ProjectState& projectState,
-            const ProjectPaths& projectPaths, HostLink& hostLink)
-      : services_(projectServices),
-        files_(projectServices.files),
-        types_(projectServices.types),
-        views_(projectServices.views),
-        state_(projectState),
-        paths_(projectPaths),
-        host_(hostLink) {}
+            const ProjectPaths& projectPaths, HostLink& hostLink);
+  ~Publisher();
 
   // --- Current node and application ---
   //

@@ -1,5 +1,7 @@
 #include "project/SaveReport.h"
 
+#include "xml/XmlNode.h"
+
 namespace tarn {
 
 std::vector<std::string> SavedFile::ToLines() const {

@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "project/TreeMerge.h"
-#include "xml/XmlNode.h"
+#include "project/TreeConflict.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Reason for keeping a backup of a file that was replaced.
 enum class CopyReason : std::uint8_t { None, Damaged, ChangedByOthers };

@@ -10,6 +10,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ChildPairs.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -3,9 +3,10 @@
 #include <string_view>
 
 #include "project/NodeTypes.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Returns true for node attributes that opening and publishing derive again: the output file, the
 // marker, and the expansion state. They change with the configuration and with the view.

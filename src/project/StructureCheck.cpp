@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -3,6 +3,7 @@
 #include "project/TreeEditor.h"
 
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 
@@ -22,6 +23,19 @@ void ForgetDerived(CXmlNode& node) {
 }
 
 }  // namespace
+
+TreeEditor::TreeEditor(ProjectServices& projectServices, ProjectState& projectState,
+                       const ProjectPaths& projectPaths, DerivedData& derivedData,
+                       Publisher& nodePublisher)
+    : services_(projectServices),
+      types_(projectServices.types),
+      views_(projectServices.views),
+      state_(projectState),
+      paths_(projectPaths),
+      derived_(derivedData),
+      publisher_(nodePublisher) {}
+
+TreeEditor::~TreeEditor() = default;
 
 void TreeEditor::ClearDefaultApplicationItems() {
   if (!services_.build.CanStartOperation()) return;

@@ -19,14 +19,8 @@ class TreeEditor {
   enum class Opens { No, Yes };  // whether the parent is expanded
 
   TreeEditor(ProjectServices& projectServices, ProjectState& projectState,
-             const ProjectPaths& projectPaths, DerivedData& derivedData, Publisher& nodePublisher)
-      : services_(projectServices),
-        types_(projectServices.types),
-        views_(projectServices.views),
-        state_(projectState),
-        paths_(projectPaths),
-        derived_(derivedData),
-        publisher_(nodePublisher) {}
+             const ProjectPaths& projectPaths, DerivedData& derivedData, Publisher& nodePublisher);
+  ~TreeEditor();
 
   // Clears every pointer to the item's subtree, then frees it. Deletes no files. A null name means
   // the current node.

@@ -15,6 +15,7 @@
 #include "project/StructureCheck.h"
 #include "project/TreeText.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

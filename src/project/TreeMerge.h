@@ -4,16 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "project/TreeConflict.h"
 #include "project/TreePairs.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
-
-// A position in a file that two sides changed differently. Our side's version is kept.
-struct TreeConflict {
-  std::string place;  // labels below the root, joined with "/"
-  std::string what;
-};
 
 // Result of a merge.
 struct MergedTree {

@@ -6,6 +6,7 @@
 #include "platform/text/Text.h"
 #include "project/ChildPairs.h"
 #include "project/NodeTypes.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -6,9 +6,9 @@
 #include <unordered_set>
 #include <vector>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Returns true if the file at path `from` may have been moved on disk to path `to`. Both paths are
 // as the trees have them.

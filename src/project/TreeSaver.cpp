@@ -12,6 +12,7 @@
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
 #include "widgets/Dialogs.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

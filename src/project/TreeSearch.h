@@ -1,8 +1,8 @@
 #pragma once
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Searches the direct children of `parent`, last to first, for one whose attribute `attrName`
 // equals `value`, ignoring case; a null `attrName` compares the element name. Stores the first

@@ -6,6 +6,7 @@
 
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

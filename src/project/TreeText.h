@@ -4,9 +4,10 @@
 #include <string>
 
 #include "project/FileDamage.h"
-#include "xml/XmlNode.h"
 
 namespace tarn {
+
+class CXmlNode;
 
 // Extent to which a text was parsed into a tree.
 enum class TreeRead : std::uint8_t {

@@ -3,6 +3,7 @@
 #include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -7,6 +7,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

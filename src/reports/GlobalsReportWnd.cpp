@@ -4,6 +4,7 @@
 #include "reports/ReportDefinition.h"
 #include "reports/SymbolFile.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

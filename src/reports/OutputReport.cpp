@@ -3,6 +3,7 @@
 #include "platform/text/Text.h"
 #include "reports/ReportDefinition.h"
 #include "xml/StrictText.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

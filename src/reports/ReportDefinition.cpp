@@ -1,6 +1,7 @@
 #include "reports/ReportDefinition.h"
 
 #include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

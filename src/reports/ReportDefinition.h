@@ -4,10 +4,11 @@
 #include <string>
 
 #include "widgets/ReportControl.h"
-#include "xml/XmlNode.h"
 
 // Columns and appearance of the built-in reports.
 namespace tarn {
+
+class CXmlNode;
 
 // Columns of the build report, by index.
 enum OutputColumn : int {

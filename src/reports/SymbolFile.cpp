@@ -10,6 +10,7 @@
 
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

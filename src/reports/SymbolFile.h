@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "xml/XmlNode.h"
-
 namespace tarn {
+
+class CXmlNode;
 
 // Returns the symbols of a globals file as a flat tree: the name, value and attributes of the top
 // element, with a childless element for each symbol, in file order.

@@ -6,6 +6,7 @@
 #include "views/Resources.h"
 #include "widgets/HostMessages.h"
 #include "widgets/ImageList.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -8,6 +8,7 @@
 #include "views/ProjectWnd.h"
 #include "views/XmlTreeMessages.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -11,6 +11,7 @@
 #include "widgets/PropertySheet.h"
 #include "widgets/Static.h"
 #include "wizard/TargetCatalogue.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 

@@ -1,5 +1,7 @@
 #include "wizard/ProjectWizard.h"
 
+#include "xml/XmlNode.h"
+
 #include <utility>
 
 namespace tarn {

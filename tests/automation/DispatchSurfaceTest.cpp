@@ -8,6 +8,7 @@
 #include <climits>
 
 #include "automation/ManagerWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -11,6 +11,7 @@
 #include "automation/ManagerWorld.h"
 #include "platform/modules/Modules.h"
 #include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

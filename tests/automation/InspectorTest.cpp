@@ -7,6 +7,7 @@
 
 #include "automation/ManagerWorld.h"
 #include "automation/ProjectInspector.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -11,6 +11,7 @@
 #include "automation/ProjectInspector.h"
 #include "automation/WatchedWorld.h"
 #include "tarn/automation.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

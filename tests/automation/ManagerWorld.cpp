@@ -4,6 +4,7 @@
 
 #include "platform/text/Text.h"
 #include "support/TinyBitmap.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 

@@ -7,6 +7,7 @@
 #include "automation/ManagerWorld.h"
 #include "support/AnsweringUser.h"
 #include "support/WizardUser.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -9,6 +9,7 @@
 
 #include "automation/ProjectManager.h"
 #include "support/MemoryFileSystem.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

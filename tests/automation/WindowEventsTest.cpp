@@ -12,6 +12,7 @@
 #include "automation/WatchedWorld.h"
 #include "support/AnsweringUser.h"
 #include "support/TinyBitmap.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

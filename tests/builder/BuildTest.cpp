@@ -5,6 +5,7 @@
 
 #include "builder/BuildWorld.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -8,6 +8,7 @@
 #include "builder/BuildWorld.h"
 #include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

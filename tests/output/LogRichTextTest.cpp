@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "output/LogLink.h"
+#include "xml/XmlNode.h"
 
 namespace tarn {
 namespace {

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "project/ProjectWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

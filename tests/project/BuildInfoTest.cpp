@@ -8,6 +8,7 @@
 #include "output/MessageTable.h"
 #include "platform/text/Text.h"
 #include "project/ProjectWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

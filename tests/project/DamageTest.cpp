@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "project/EditedWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "project/EditedWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

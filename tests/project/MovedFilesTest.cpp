@@ -7,6 +7,7 @@
 #include "platform/text/Text.h"
 #include "project/AnsweringWizard.h"
 #include "project/ProjectWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -7,6 +7,7 @@
 #include "project/EditedWorld.h"
 #include "project/FileAccess.h"
 #include "support/AnsweringUser.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "project/ProjectWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -3,6 +3,7 @@
 
 #include "platform/text/Text.h"
 #include "project/ProjectWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

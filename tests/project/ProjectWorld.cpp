@@ -3,6 +3,7 @@
 #include "output/MessageTable.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 

@@ -6,6 +6,7 @@
 
 #include "platform/text/Text.h"
 #include "project/ProjectViews.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 

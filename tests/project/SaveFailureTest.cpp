@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "project/EditedWorld.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

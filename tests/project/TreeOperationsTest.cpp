@@ -5,6 +5,7 @@
 #include "project/ProjectWorld.h"
 #include "support/AnsweringUser.h"
 #include "support/RecordingToolkit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -11,6 +11,7 @@
 #include "support/RecordingToolkit.h"
 #include "support/TinyBitmap.h"
 #include "widgets/HostMessages.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 namespace {

@@ -5,6 +5,7 @@
 #include "platform/settings/Settings.h"
 #include "project/ProjectWorld.h"
 #include "wizard/ProjectWizard.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::test {
 
