@@ -31,7 +31,7 @@ Argument Argument::OneOf(const std::vector<std::string>& values) const {
 }
 
 Argument Argument::Between(int least, int most) const {
-  option_->check(CLI::Range(least, most));
+  option_->check(CLI::Range(least, most).description(""));  // not part of the help
   return *this;
 }
 

@@ -40,7 +40,7 @@ struct FlagEntry {
   ValueKind kind = ValueKind::None;
 };
 
-// A command as described in the help, the manual page and the completion scripts.
+// A command as described in the help and the completion scripts.
 struct CommandEntry {
   std::vector<std::string> words;  // after "tarn": {"options", "set"}; empty for the program
   std::string help;                // one sentence without full stop

@@ -53,7 +53,6 @@ namespace tarn::host {
   COMMAND(CompletionBashCommand)        \
   COMMAND(CompletionZshCommand)         \
   COMMAND(CompletionFishCommand)        \
-  COMMAND(ManCommand)                   \
   COMMAND(CompleteCommand)
 
 #define TARN_DECLARE_COMMAND(name) CommandSpec name();

@@ -5,7 +5,6 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/CompletionScript.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/ManPage.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/OptionTable.h"
 #include "xml/XmlNode.h"
@@ -99,12 +98,6 @@ int PrintScript(CommandContext& context, std::string (*make)(const CommandEntry&
   return kExitDone;
 }
 
-int RunMan(CommandContext& context) {
-  context.Out().PrintDocument(MakeManPage(DescribeCommandLine(), TARN_VERSION),
-                              DocumentFormat::Lines);
-  return kExitDone;
-}
-
 int RunComplete(CommandContext& context) {
   const auto kind = KindOfWord(context.Own<CompleteOptions>().kind);
   if (!kind) return kExitUsage;
@@ -158,16 +151,7 @@ CommandSpec CompletionFishCommand() {
   };
 }
 
-// For the build and the completion scripts; hidden from users.
-CommandSpec ManCommand() {
-  return {
-      .name = "man",
-      .group = CommandGroup::Hidden,
-      .help = "Print the manual page",
-      .run = RunMan,
-  };
-}
-
+// For the completion scripts; hidden from users.
 CommandSpec CompleteCommand() {
   return {
       .name = "complete",

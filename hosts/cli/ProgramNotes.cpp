@@ -45,32 +45,4 @@ const TextTable& ExitCodeTexts() {
   return texts;
 }
 
-const TextTable& EnvironmentTexts() {
-  static const TextTable texts = {
-      {"TARN_ROOT",
-       "Folder of the installed data, instead of ../share/tarn relative to the program."},
-      {"TARN_SETTINGS", "One folder for all settings and user data."},
-      {"TARN_JOBS", "Number of tools to run at the same time; default: one for each processor."},
-      {"TARN_LAUNCHER", "Command to prefix to compilers, such as ccache."},
-      {"XDG_CONFIG_HOME", "Location of the user's settings; default: ~/.config."},
-      {"XDG_DATA_HOME", "Location of the user's data folder; default: ~/.local/share."},
-      {"XDG_STATE_HOME",
-       "Location of tarn/trusted, the list of trusted folders; default: ~/.local/state."},
-      {"NO_COLOR", "Disables colours if set."},
-      {"TERM", "No progress line if set to dumb."},
-  };
-  return texts;
-}
-
-const TextTable& FileTexts() {
-  static const TextTable texts = {
-      {"NAME.tprj", "The project."},
-      {"NAME.tapp", "One of its applications, with groups, files and options."},
-      {"NAME.tstate", "Build state of the outputs; without it everything is rebuilt."},
-      {"NAME.undo.tstate", "The last changes made by commands, for `tarn undo`."},
-      {"NAME.tlog", "The log of the last build that ran a tool; it grows during the build."},
-  };
-  return texts;
-}
-
 }  // namespace tarn::host

@@ -8,12 +8,10 @@
 
 namespace tarn::host {
 
-// Texts of the help and the manual page that don't belong to a single command: term, explanation.
+// Texts of the help that don't belong to a single command: term, explanation.
 using TextTable = std::vector<std::pair<std::string, std::string>>;
 const TextTable& ProgramExamples();
 const TextTable& ExitCodeTexts();
-const TextTable& EnvironmentTexts();
-const TextTable& FileTexts();
 
 // Returns an empty string for commands that the program's help doesn't list.
 const char* HeadingOf(CommandGroup group);

@@ -6,7 +6,6 @@
 #include <set>
 
 #include "hosts/cli/CommandLine.h"
-#include "hosts/cli/ManPage.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -94,25 +93,6 @@ TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
       EXPECT_TRUE(isOwn) << line << " shows " << ran;
     }
   });
-}
-
-TEST(ManPage, HoldsEveryCommandAndSwitchAndNoLineOfItsTextIsTakenForACommand) {
-  const CommandEntry program = DescribeCommandLine();
-  const std::string page = MakeManPage(program, "1.2");
-  ForEach(program, [&page](const CommandEntry& command) {
-    if (!command.children.empty()) return;
-    const std::string title = ReplaceAll(command.Title(), "-", "\\-");
-    EXPECT_NE(page.find("\n.SS \\fB" + title + "\\fR"), std::string::npos) << title;
-    for (const FlagEntry& flag : command.flags) {
-      const std::string name = "\\fB" + ReplaceAll(flag.names.back(), "-", "\\-") + "\\fR";
-      EXPECT_NE(page.find(name), std::string::npos) << name;
-    }
-  });
-  const std::set<std::string_view> requests = {".TH", ".SH", ".SS", ".TP", ".PP"};
-  for (const std::string_view line : Split(page, '\n')) {
-    const bool isRequest = line.starts_with(".") || line.starts_with("'");
-    EXPECT_TRUE(!isRequest || requests.contains(line.substr(0, 3))) << line;
-  }
 }
 
 TEST(CommandLine, HelpInFrontOfACommandIsHelpBehindIt) {
