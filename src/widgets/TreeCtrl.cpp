@@ -13,6 +13,11 @@ namespace {
 constexpr int kIndent = 19;
 constexpr int kImageGap = 3;  // between image and label
 
+// Returns whether an event handler has destroyed the control that had this handle, 0 if none.
+bool IsDestroyed(WindowHandle own) {
+  return own != 0 && !IsWindow(own);
+}
+
 }  // namespace
 
 CTreeCtrl::CTreeCtrl() {
@@ -132,8 +137,9 @@ CTreeItem* CTreeCtrl::GetItemAt(const CTreeItem* above, int at) const {
 }
 
 void CTreeCtrl::SelectItem(CTreeItem* item) {
+  const WindowHandle own = GetHandle();
   if (item != nullptr) EnsureVisible(*item);
-  ChooseItem(item);
+  if (!IsDestroyed(own)) ChooseItem(item);
 }
 
 void CTreeCtrl::ChooseItem(CTreeItem* item) {
@@ -155,8 +161,10 @@ void CTreeCtrl::Expand(CTreeItem& item, bool expand) {
   TreePeer* const listener = Listener();
   item.isExpanded_ = expand;
   areRowsValid_ = false;
-  OnItemExpanded(item);
   if (listener != nullptr) listener->OnItemExpanded(item);
+  const WindowHandle own = GetHandle();
+  OnItemExpanded(item);
+  if (IsDestroyed(own)) return;
   if (!expand && selected_ != nullptr && selected_->IsBelow(item)) SelectItem(&item);
 }
 
@@ -204,8 +212,10 @@ void CTreeCtrl::SetTopRow(int row) {
 }
 
 void CTreeCtrl::EnsureVisible(CTreeItem& item) {
+  const WindowHandle own = GetHandle();
   for (CTreeItem* above = item.GetParent(); above != nullptr; above = above->GetParent()) {
     Expand(*above, true);
+    if (IsDestroyed(own)) return;
   }
   const int row = GetRowOf(item);
   SetTopRow(std::clamp(GetTopRow(), row - RowsPerPage() + 1, row));

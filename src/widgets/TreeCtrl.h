@@ -144,7 +144,8 @@ class TreePeer : public WindowPeer {
 // functions for them.
 //
 // Deleting items fires no event. Every other function below "Called by the toolkit", and every
-// function that changes the selection, may run an event handler that destroys the control.
+// function that changes the selection or expands, may run an event handler that destroys the
+// control.
 class CTreeCtrl : public CWnd {
  public:
   CTreeCtrl();

@@ -24,6 +24,7 @@ class TalkingTree : public CTreeCtrl {
 
   std::function<void()> whenSelected;
   std::function<void()> whenClicked;
+  std::function<void()> whenExpanded;
 
  protected:
   void OnSelectionChanged() override {
@@ -48,6 +49,9 @@ class TalkingTree : public CTreeCtrl {
   bool OnContextMenu(Point screen) override {
     lines_.push_back("menu at " + std::to_string(screen.x) + "," + std::to_string(screen.y));
     return true;
+  }
+  void OnItemExpanded(const CTreeItem&) override {
+    if (whenExpanded) whenExpanded();
   }
   void OnItemGone(const CTreeItem& item) override { lines_.push_back("gone " + NameOf(&item)); }
 
@@ -233,6 +237,14 @@ TEST_F(TreeCtrlTest, AnEventMayEndTheTree) {
         own->Expand(*own->GetRootItem(), true);
         own->NotifyMouse({MouseAction::Press, MouseButton::Left, {25, 20}});
         own->NotifyMouse({MouseAction::Release, MouseButton::Left, {25, 20}});
+      },
+      [&] {
+        own->whenExpanded = [&] { own.reset(); };
+        own->Expand(*own->GetRootItem(), true);
+      },
+      [&] {
+        own->whenExpanded = [&] { own.reset(); };
+        own->SelectItem(own->GetItemAt(own->GetRootItem(), 0));
       },
   };
   for (const auto& action : actions) {
