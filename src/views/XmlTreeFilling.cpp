@@ -93,7 +93,7 @@ void CXmlTreeCtrl::RefillNodes(const std::vector<const CXmlNode*>& nodes) {
 
 void CXmlTreeCtrl::BeginFilling(Filling& filling) {
   ++fillCount_;
-  const CTreeItem* const topItem = GetTopRow() == 0 ? nullptr : GetRow(GetTopRow());
+  const CTreeItem* const topItem = GetTopRow() == 0 ? nullptr : GetRows().GetAt(GetTopRow());
   filling.topNode = topItem == nullptr ? nullptr : NodeOf(*topItem);
   currentNode_ = nullptr;
   DropSelection();
@@ -103,8 +103,8 @@ void CXmlTreeCtrl::EndFilling(Filling& filling) {
   SetRedraw(true);
   if (filling.topNode != nullptr) {
     const CTreeItem* newTop = FindItem(filling.topNode);
-    while (newTop != nullptr && GetRowOf(*newTop) < 0) newTop = newTop->GetParent();
-    SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
+    while (newTop != nullptr && GetRows().IndexOf(*newTop) < 0) newTop = newTop->GetParent();
+    SetTopRow(newTop == nullptr ? GetTopRow() : GetRows().IndexOf(*newTop));
   }
   // Attributes other than the item's label may have changed.
   Invalidate();

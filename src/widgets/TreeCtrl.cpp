@@ -18,6 +18,22 @@ bool IsDestroyed(WindowHandle own) {
   return own != 0 && !IsWindow(own);
 }
 
+// Left edge of an item's image.
+int ImageLeft(std::uint32_t style, const CTreeItem& item) {
+  const bool atRoot = (style & kTreeLinesAtRoot) != 0;
+  return (item.GetLevel() + (atRoot ? 1 : 0)) * kIndent;
+}
+
+int ImageWidth(const CImageList* images) {
+  return images == nullptr ? 0 : images->GetImageSize().width + kImageGap;
+}
+
+bool IsShownSelected(const CTreeCtrl& tree, const CTreeItem& item) {
+  if (&item == tree.GetDropHighlight()) return true;
+  return &item == tree.GetSelectedItem() &&
+         (tree.HasFocus() || (tree.GetStyle() & kTreeShowsSelectionAlways) != 0);
+}
+
 }  // namespace
 
 CTreeCtrl::CTreeCtrl() {
@@ -64,7 +80,7 @@ void CTreeCtrl::InsertItems(CTreeItem* above, int first, CTreeItems items) {
   list.children_.insert(list.children_.begin() + first, std::make_move_iterator(items.begin()),
                         std::make_move_iterator(items.end()));
   list.NumberChildren(first);
-  areRowsValid_ = false;
+  rows_.Invalidate();
   if (listener != nullptr) listener->OnItemsInserted(above, first, count);
 }
 
@@ -92,7 +108,7 @@ CTreeItems CTreeCtrl::TakeItems(CTreeItem* above, int first, int count) {
   list.NumberChildren(first);
   for (const std::unique_ptr<CTreeItem>& item : taken) item->parent_ = nullptr;
   if (!list.isTop_) list.isExpanded_ = list.isExpanded_ && list.HasChildren();
-  areRowsValid_ = false;
+  rows_.Invalidate();
   if (listener != nullptr) listener->OnItemsRemoved(above, first, count);
   return taken;
 }
@@ -160,7 +176,7 @@ void CTreeCtrl::Expand(CTreeItem& item, bool expand) {
   if (!item.HasChildren() || item.isExpanded_ == expand) return;
   TreePeer* const listener = Listener();
   item.isExpanded_ = expand;
-  areRowsValid_ = false;
+  rows_.Invalidate();
   if (listener != nullptr) listener->OnItemExpanded(item);
   const WindowHandle own = GetHandle();
   OnItemExpanded(item);
@@ -175,36 +191,12 @@ void CTreeCtrl::SetDropHighlight(CTreeItem* item) {
   if (listener != nullptr) listener->OnDropHighlightChanged();
 }
 
-void CTreeCtrl::FillRows() const {
-  if (areRowsValid_) return;
-  areRowsValid_ = true;
-  rows_.clear();
-  for (CTreeItem* item = top_.GetFirstChildItem(); item != nullptr; item = item->GetNextVisible()) {
-    item->row_ = static_cast<int>(rows_.size());
-    rows_.push_back(item);
-  }
-}
-
-int CTreeCtrl::GetRowCount() const {
-  FillRows();
-  return static_cast<int>(rows_.size());
-}
-
-CTreeItem* CTreeCtrl::GetRow(int row) const {
-  return row >= 0 && row < GetRowCount() ? rows_[static_cast<std::size_t>(row)] : nullptr;
-}
-
-int CTreeCtrl::GetRowOf(const CTreeItem& item) const {
-  FillRows();
-  return GetRow(item.row_) == &item ? item.row_ : -1;
-}
-
 int CTreeCtrl::GetTopRow() const {
-  return std::max(0, std::min(topRow_, GetRowCount() - 1));
+  return std::max(0, std::min(topRow_, rows_.GetCount() - 1));
 }
 
 void CTreeCtrl::SetTopRow(int row) {
-  row = std::max(0, std::min(row, GetRowCount() - 1));
+  row = std::max(0, std::min(row, rows_.GetCount() - 1));
   if (row == topRow_) return;
   TreePeer* const listener = Listener();
   topRow_ = row;
@@ -217,11 +209,11 @@ void CTreeCtrl::EnsureVisible(CTreeItem& item) {
     Expand(*above, true);
     if (IsDestroyed(own)) return;
   }
-  const int row = GetRowOf(item);
-  SetTopRow(std::clamp(GetTopRow(), row - RowsPerPage() + 1, row));
+  const int row = rows_.IndexOf(item);
+  SetTopRow(std::clamp(GetTopRow(), row - GetRowsPerPage() + 1, row));
 }
 
-int CTreeCtrl::RowsPerPage() const {
+int CTreeCtrl::GetRowsPerPage() const {
   return std::max(1, GetClientRect().Height() / GetLineHeight());
 }
 
@@ -234,23 +226,14 @@ void CTreeCtrl::SetImageList(const CImageList* list) {
   Invalidate();
 }
 
-int CTreeCtrl::ImageLeft(const CTreeItem& item) const {
-  const bool atRoot = (GetStyle() & kTreeLinesAtRoot) != 0;
-  return (item.GetLevel() + (atRoot ? 1 : 0)) * kIndent;
-}
-
-int CTreeCtrl::ImageWidth() const {
-  return images_ == nullptr ? 0 : images_->GetImageSize().width + kImageGap;
-}
-
 TreeHit CTreeCtrl::HitTest(Point point) const {
   if (!GetClientRect().Contains(point)) return {};
   if (Peer() != nullptr) {
     if (const std::optional<TreeHit> hit = Peer()->HitTest(point)) return *hit;
   }
-  CTreeItem* const item = GetRow(GetTopRow() + point.y / GetLineHeight());
+  CTreeItem* const item = rows_.GetAt(GetTopRow() + point.y / GetLineHeight());
   if (item == nullptr) return {};
-  const int imageLeft = ImageLeft(*item);
+  const int imageLeft = ImageLeft(GetStyle(), *item);
   if (point.x < imageLeft) {
     const bool hasButton = (GetStyle() & kTreeHasButtons) != 0 && item->HasChildren();
     return {item,
@@ -262,26 +245,21 @@ TreeHit CTreeCtrl::HitTest(Point point) const {
 }
 
 Rect CTreeCtrl::GetTextRect(const CTreeItem& item) const {
-  const int row = GetRowOf(item);
+  const int row = rows_.IndexOf(item);
   if (row < 0) return {};
   if (Peer() != nullptr) {
     if (const std::optional<Rect> known = Peer()->GetTextRect(item)) return *known;
   }
-  const int left = ImageLeft(item) + ImageWidth();
+  const int left = ImageLeft(GetStyle(), item) + ImageWidth(images_);
   const int rowTop = (row - GetTopRow()) * GetLineHeight();
   const int width = WindowToolkit::Current().MeasureText(GetFont(), item.GetText()).width;
   return {left, rowTop, left + width, rowTop + GetLineHeight()};
 }
 
-bool CTreeCtrl::IsShownSelected(const CTreeItem& item) const {
-  if (&item == dropHighlight_) return true;
-  return &item == selected_ && (HasFocus() || (GetStyle() & kTreeShowsSelectionAlways) != 0);
-}
-
 DrawingSteps CTreeCtrl::DrawItem(const CTreeItem& item) const {
   const Rect label = GetTextRect(item);
   WindowToolkit& toolkit = WindowToolkit::Current();
-  const bool isSelected = IsShownSelected(item);
+  const bool isSelected = IsShownSelected(*this, item);
   TreeItemPaint paint;
   paint.rect = {0, label.top, GetClientRect().right, label.bottom};
   paint.background = toolkit.GetColor(isSelected ? SystemColor::Highlight : SystemColor::Window);
@@ -290,8 +268,33 @@ DrawingSteps CTreeCtrl::DrawItem(const CTreeItem& item) const {
   return OnDrawItem(item, paint);
 }
 
+void CTreeCtrl::NotifyScrolled(int newTopRow) {
+  topRow_ = std::max(0, std::min(newTopRow, rows_.GetCount() - 1));
+}
+
+void CTreeCtrl::OnLeftDoubleClick(Point point) {
+  const WindowHandle own = GetHandle();
+  const TreeHit hit = HitTest(point);
+  OnItemActivated(point);
+  // The handler may have refilled the tree.
+  if (!IsWindow(own) || !(HitTest(point) == hit)) return;
+  if (hit.IsOnItem()) Expand(*hit.item, !hit.item->IsExpanded());
+}
+
+bool CTreeCtrl::BeginDragImage(const CTreeItem& item, Point hotSpot, Point point) {
+  return Peer() == nullptr || Peer()->OnDragBegun(item, hotSpot, ClientToScreen(point));
+}
+
+void CTreeCtrl::MoveDragImage(Point point) {
+  if (Peer() != nullptr) Peer()->OnDragMoved(ClientToScreen(point));
+}
+
+void CTreeCtrl::EndDragImage() {
+  if (Peer() != nullptr) Peer()->OnDragEnded();
+}
+
 void CTreeCtrl::OnDestroy() {
-  pressed_.reset();
+  input_.CancelPress();
   DeleteAllItems();
 }
 

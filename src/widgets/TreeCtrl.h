@@ -10,6 +10,8 @@
 
 #include "widgets/DrawingSteps.h"
 #include "widgets/ImageList.h"
+#include "widgets/TreeInput.h"
+#include "widgets/TreeRows.h"
 #include "widgets/Wnd.h"
 
 namespace tarn {
@@ -63,6 +65,10 @@ class CTreeItem {
   // The next item in line order as if all items were expanded.
   CTreeItem* GetNext() const;
 
+  // Line at the last numbering by TreeRows, which sets it.
+  int GetNumberedRow() const { return row_; }
+  void SetNumberedRow(int row) { row_ = row; }
+
   // --- Only for an item that is not part of a control yet ---
 
   // Returns the child.
@@ -83,7 +89,7 @@ class CTreeItem {
   void* data_;
   CTreeItem* parent_ = nullptr;
   int index_ = 0;
-  mutable int row_ = 0;  // line number at the control's last numbering
+  int row_ = 0;
   bool isExpanded_ = false;
   bool isTop_ = false;  // not an item, but the container of the top level
   std::vector<std::unique_ptr<CTreeItem>> children_;
@@ -97,6 +103,10 @@ enum class TreePart { Nowhere, Indent, Button, StateIcon, Icon, Label, RightOfLa
 struct TreeHit {
   CTreeItem* item = nullptr;  // null for Nowhere
   TreePart part = TreePart::Nowhere;
+  // Returns whether the point is on an icon or the label of an item.
+  bool IsOnItem() const {
+    return part == TreePart::Icon || part == TreePart::StateIcon || part == TreePart::Label;
+  }
   friend bool operator==(const TreeHit&, const TreeHit&) = default;
 };
 
@@ -146,7 +156,7 @@ class TreePeer : public WindowPeer {
 // Deleting items fires no event. Every other function below "Called by the toolkit", and every
 // function that changes the selection or expands, may run an event handler that destroys the
 // control.
-class CTreeCtrl : public CWnd {
+class CTreeCtrl : public CWnd, protected TreeInputEvents {
  public:
   CTreeCtrl();
   ~CTreeCtrl() override;
@@ -183,12 +193,9 @@ class CTreeCtrl : public CWnd {
 
   // --- Lines ---
 
-  // Number of lines in the current expansion state.
-  int GetRowCount() const;
-  // Returns null if the index is out of range.
-  CTreeItem* GetRow(int row) const;
-  // -1 for an item below a collapsed one.
-  int GetRowOf(const CTreeItem& item) const;
+  const TreeRows& GetRows() const { return rows_; }
+  // Number of whole lines that fit into the window, at least 1.
+  int GetRowsPerPage() const;
   // Index of the line at the top of the window.
   int GetTopRow() const;
   void SetTopRow(int row);
@@ -216,14 +223,16 @@ class CTreeCtrl : public CWnd {
 
   // Takes the focus, and selects the item at the point, or toggles its expansion if the point is on
   // its button.
-  void NotifyClick(Point point);
-  void NotifyDoubleClick(MouseButton button, Point point);
+  void NotifyClick(Point point) { input_.Click(point); }
+  void NotifyDoubleClick(MouseButton button, Point point) { input_.DoubleClick(button, point); }
   // The toolkit's gesture for activating an item.
-  void NotifyItemActivated(Point point);
+  void NotifyItemActivated(Point point) {
+    if (IsCreated()) OnItemActivated(point);
+  }
   // A request for a context menu follows.
-  void NotifyRightClick(Point point);
+  void NotifyRightClick(Point point) { input_.RightClick(point); }
   // The user starts to drag at a point; an event only if that is on an item.
-  void NotifyBeginDrag(Point point);
+  void NotifyBeginDrag(Point point) { input_.BeginDrag(point); }
   // The user scrolled; the peer is not notified in return.
   void NotifyScrolled(int newTopRow);
   // The user cancelled a drag, for example with Escape, or the button was released outside the
@@ -231,23 +240,9 @@ class CTreeCtrl : public CWnd {
   bool NotifyDragCancelled() { return IsCreated() && OnDragCancelled(); }
 
  protected:
-  // --- Events; the default implementations are the standard behaviour of a tree ---
+  // --- Events, in addition to those of TreeInputEvents; the default implementations do nothing ---
 
   virtual void OnSelectionChanged() {}
-  // Called before a click on a button expands, or before one on an icon or label selects.
-  virtual void OnClick(const TreeHit& /*hit*/, Point /*point*/) {}
-  // The default calls OnItemActivated() and expands or collapses.
-  virtual void OnLeftDoubleClick(Point point);
-  virtual void OnMiddleDoubleClick(Point /*point*/) {}
-  virtual void OnItemActivated(Point /*point*/) {}
-  virtual void OnRightClick(Point /*point*/) {}
-  // Return true if the key must not move the selection.
-  virtual bool OnItemKey(const KeyEvent& /*event*/) { return false; }
-  virtual void OnBeginDrag(CTreeItem& /*item*/, Point /*point*/) {}
-  virtual void OnMouseMove(Point /*point*/) {}
-  virtual void OnLeftButtonUp(Point /*point*/) {}
-  // Returns false without a drag in progress.
-  virtual bool OnDragCancelled() { return false; }
   virtual void OnItemExpanded(const CTreeItem& /*item*/) {}  // or collapsed
   // The item is about to be freed, with its descendants; it is already removed from all lists. Must
   // not change the control.
@@ -255,6 +250,8 @@ class CTreeCtrl : public CWnd {
   virtual DrawingSteps OnDrawItem(const CTreeItem& /*item*/, const TreeItemPaint& /*paint*/) const {
     return {};
   }
+  // Calls OnItemActivated() and expands or collapses.
+  void OnLeftDoubleClick(Point point) override;
 
   // Clear, set and report the selection without firing events, for a class that refills the tree;
   // the peer is notified once of the result.
@@ -272,9 +269,9 @@ class CTreeCtrl : public CWnd {
   void MoveDragImage(Point point);
   void EndDragImage();
 
-  void OnMouse(const MouseEvent& event) override;
-  bool OnKeyDown(const KeyEvent& event) override;
-  void OnKillFocus() override;
+  void OnMouse(const MouseEvent& event) override { input_.OnMouse(event); }
+  bool OnKeyDown(const KeyEvent& event) override { return input_.OnKey(event); }
+  void OnKillFocus() override { input_.CancelPress(); }
   void OnDestroy() override;
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) override;
 
@@ -285,18 +282,6 @@ class CTreeCtrl : public CWnd {
   CTreeItem& ParentOf(CTreeItem* above) { return above == nullptr ? top_ : *above; }
   void LetGo(const CTreeItem& above, int first, int count);
   void TellGone(const CTreeItem& item);
-  // Rebuilds the list of lines if it is invalid: O(visible items), then each lookup is O(1).
-  void FillRows() const;
-  int RowsPerPage() const;
-  // Left edge of an item's image.
-  int ImageLeft(const CTreeItem& item) const;
-  int ImageWidth() const;
-  bool IsShownSelected(const CTreeItem& item) const;
-  // Returns false if the control was destroyed.
-  bool TakeFocus();
-  void OnLeftPress(Point point);
-  void OnLeftRelease(Point point);
-  void OnMove(Point point);
 
   CTreeItem top_{{}, -1, -1, nullptr};
   CTreeItem* selected_ = nullptr;
@@ -306,9 +291,8 @@ class CTreeCtrl : public CWnd {
   int topRow_ = 0;
   bool isRedrawOff_ = false;
   bool isResetDue_ = false;
-  std::optional<Point> pressed_;  // position of a left press that may become a drag
-  mutable std::vector<CTreeItem*> rows_;
-  mutable bool areRowsValid_ = false;
+  TreeRows rows_{top_};
+  TreeInput input_{*this, *this};
 };
 
 }  // namespace tarn

@@ -1,5 +1,4 @@
-// User input of the tree control: recognises gestures in mouse events and handles the keys that
-// move the selection.
+#include "widgets/TreeInput.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -13,186 +12,157 @@ namespace {
 // Distance that the mouse may move with the button pressed before a drag starts.
 constexpr int kDragDistance = 4;
 
-bool IsOnItem(TreePart part) {
-  return part == TreePart::Icon || part == TreePart::StateIcon || part == TreePart::Label;
-}
-
 }  // namespace
 
 // The handler of the window that loses the focus may do anything, including destroying this
 // control.
-bool CTreeCtrl::TakeFocus() {
-  const WindowHandle own = GetHandle();
-  SetFocus();
+bool TreeInput::TakeFocus() {
+  const WindowHandle own = tree_.GetHandle();
+  tree_.SetFocus();
   return IsWindow(own);
 }
 
-void CTreeCtrl::NotifyClick(Point point) {
+void TreeInput::Click(Point point) {
   if (!TakeFocus()) return;
-  const WindowHandle own = GetHandle();
-  const TreeHit hit = HitTest(point);
-  OnClick(hit, point);
+  const WindowHandle own = tree_.GetHandle();
+  const TreeHit hit = tree_.HitTest(point);
+  events_.OnClick(hit, point);
   // The handler may have refilled the tree.
-  if (!IsWindow(own) || !(HitTest(point) == hit)) return;
+  if (!IsWindow(own) || !(tree_.HitTest(point) == hit)) return;
   if (hit.part == TreePart::Button) {
-    Expand(*hit.item, !hit.item->IsExpanded());
-  } else if (IsOnItem(hit.part)) {
-    SelectItem(hit.item);
+    tree_.Expand(*hit.item, !hit.item->IsExpanded());
+  } else if (hit.IsOnItem()) {
+    tree_.SelectItem(hit.item);
   }
 }
 
-void CTreeCtrl::NotifyDoubleClick(MouseButton button, Point point) {
+void TreeInput::DoubleClick(MouseButton button, Point point) {
   if (!TakeFocus()) return;
-  if (button == MouseButton::Left) OnLeftDoubleClick(point);
-  if (button == MouseButton::Middle) OnMiddleDoubleClick(point);
+  if (button == MouseButton::Left) events_.OnLeftDoubleClick(point);
+  if (button == MouseButton::Middle) events_.OnMiddleDoubleClick(point);
 }
 
-void CTreeCtrl::OnLeftDoubleClick(Point point) {
-  const WindowHandle own = GetHandle();
-  const TreeHit hit = HitTest(point);
-  OnItemActivated(point);
-  if (!IsWindow(own) || !(HitTest(point) == hit)) return;
-  if (IsOnItem(hit.part)) Expand(*hit.item, !hit.item->IsExpanded());
-}
-
-void CTreeCtrl::NotifyItemActivated(Point point) {
-  if (IsCreated()) OnItemActivated(point);
-}
-
-void CTreeCtrl::NotifyRightClick(Point point) {
+void TreeInput::RightClick(Point point) {
   if (!TakeFocus()) return;
-  const WindowHandle own = GetHandle();
-  OnRightClick(point);
-  if (IsWindow(own)) NotifyContextMenu(ClientToScreen(point));
+  const WindowHandle own = tree_.GetHandle();
+  events_.OnRightClick(point);
+  if (IsWindow(own)) tree_.NotifyContextMenu(tree_.ClientToScreen(point));
 }
 
-void CTreeCtrl::NotifyBeginDrag(Point point) {
+void TreeInput::BeginDrag(Point point) {
   if (!TakeFocus()) return;
-  const TreeHit hit = HitTest(point);
-  if (IsOnItem(hit.part)) OnBeginDrag(*hit.item, point);
+  const TreeHit hit = tree_.HitTest(point);
+  if (hit.IsOnItem()) events_.OnBeginDrag(*hit.item, point);
 }
 
-void CTreeCtrl::NotifyScrolled(int newTopRow) {
-  topRow_ = std::max(0, std::min(newTopRow, GetRowCount() - 1));
-}
-
-void CTreeCtrl::OnMouse(const MouseEvent& event) {
+void TreeInput::OnMouse(const MouseEvent& event) {
   // The toolkit may have its own mouse grab while a button is down.
-  if (!HasCapture() && !GetClientRect().Contains(event.point)) return;
+  if (!tree_.HasCapture() && !tree_.GetClientRect().Contains(event.point)) return;
   switch (event.action) {
     case MouseAction::Press:
-      if (event.button == MouseButton::Left) OnLeftPress(event.point);
+      if (event.button == MouseButton::Left) Press(event.point);
       break;
     case MouseAction::DoubleClick:
-      NotifyDoubleClick(event.button, event.point);
+      DoubleClick(event.button, event.point);
       break;
     case MouseAction::Move:
-      OnMove(event.point);
+      Move(event.point);
       break;
     case MouseAction::Release:
-      if (event.button == MouseButton::Left) OnLeftRelease(event.point);
-      if (event.button == MouseButton::Right) NotifyRightClick(event.point);
+      if (event.button == MouseButton::Left) Release(event.point);
+      if (event.button == MouseButton::Right) RightClick(event.point);
       break;
   }
 }
 
-void CTreeCtrl::OnLeftPress(Point point) {
+void TreeInput::Press(Point point) {
   if (!TakeFocus()) return;
   pressed_ = point;
-  SetCapture();
+  tree_.SetCapture();
 }
 
-void CTreeCtrl::OnMove(Point point) {
+void TreeInput::Move(Point point) {
   const bool isDrag = pressed_ && (std::abs(point.x - pressed_->x) > kDragDistance ||
                                    std::abs(point.y - pressed_->y) > kDragDistance);
   if (isDrag) {
-    const WindowHandle own = GetHandle();
+    const WindowHandle own = tree_.GetHandle();
     const Point start = *pressed_;
     pressed_.reset();
-    ReleaseCapture();
-    NotifyBeginDrag(start);
+    tree_.ReleaseCapture();
+    BeginDrag(start);
     if (!IsWindow(own)) return;
   }
-  OnMouseMove(point);
+  events_.OnMouseMove(point);
 }
 
-void CTreeCtrl::OnLeftRelease(Point point) {
+void TreeInput::Release(Point point) {
   if (pressed_) {
-    const WindowHandle own = GetHandle();
+    const WindowHandle own = tree_.GetHandle();
     pressed_.reset();
-    ReleaseCapture();
-    NotifyClick(point);
+    tree_.ReleaseCapture();
+    Click(point);
     if (!IsWindow(own)) return;
   }
-  OnLeftButtonUp(point);
+  events_.OnLeftButtonUp(point);
 }
 
-void CTreeCtrl::OnKillFocus() {
+void TreeInput::CancelPress() {
   if (!pressed_) return;
   pressed_.reset();
-  ReleaseCapture();
+  tree_.ReleaseCapture();
 }
 
-bool CTreeCtrl::OnKeyDown(const KeyEvent& event) {
-  const WindowHandle own = GetHandle();
-  if (OnItemKey(event) || !IsWindow(own)) return true;
+bool TreeInput::OnKey(const KeyEvent& event) {
+  const WindowHandle own = tree_.GetHandle();
+  if (events_.OnItemKey(event) || !IsWindow(own)) return true;
   const bool isKnown = event.key >= kKeyPageUp && event.key <= kKeyDown;
-  if (!isKnown || GetRootItem() == nullptr) return isKnown;
-  if (selected_ == nullptr) {
-    SelectItem(GetRootItem());
+  if (!isKnown || tree_.GetRootItem() == nullptr) return isKnown;
+  CTreeItem* const selected = tree_.GetSelectedItem();
+  if (selected == nullptr) {
+    tree_.SelectItem(tree_.GetRootItem());
     return true;
   }
+  const TreeRows& rows = tree_.GetRows();
   CTreeItem* target = nullptr;
   switch (event.key) {
     case kKeyUp:
-      target = selected_->GetPreviousVisible();
+      target = selected->GetPreviousVisible();
       break;
     case kKeyDown:
-      target = selected_->GetNextVisible();
+      target = selected->GetNextVisible();
       break;
     case kKeyHome:
-      target = GetRootItem();
+      target = tree_.GetRootItem();
       break;
     case kKeyEnd:
-      target = GetRow(GetRowCount() - 1);
+      target = rows.GetAt(rows.GetCount() - 1);
       break;
     case kKeyPageUp:
-      target = GetRow(std::max(0, GetRowOf(*selected_) - RowsPerPage()));
+      target = rows.GetAt(std::max(0, rows.IndexOf(*selected) - tree_.GetRowsPerPage()));
       break;
     case kKeyPageDown:
-      target = GetRow(std::min(GetRowCount() - 1, GetRowOf(*selected_) + RowsPerPage()));
+      target = rows.GetAt(
+          std::min(rows.GetCount() - 1, rows.IndexOf(*selected) + tree_.GetRowsPerPage()));
       break;
     case kKeyLeft:
-      if (!selected_->IsExpanded()) {
-        target = selected_->GetParent();
+      if (!selected->IsExpanded()) {
+        target = selected->GetParent();
       } else {
-        Expand(*selected_, false);
+        tree_.Expand(*selected, false);
       }
       break;
     case kKeyRight:
-      if (selected_->IsExpanded()) {
-        target = selected_->GetFirstChildItem();
+      if (selected->IsExpanded()) {
+        target = selected->GetFirstChildItem();
       } else {
-        Expand(*selected_, true);
+        tree_.Expand(*selected, true);
       }
       break;
     default:
       break;
   }
-  if (target != nullptr) SelectItem(target);
+  if (target != nullptr) tree_.SelectItem(target);
   return true;
-}
-
-bool CTreeCtrl::BeginDragImage(const CTreeItem& item, Point hotSpot, Point point) {
-  return Peer() == nullptr || Peer()->OnDragBegun(item, hotSpot, ClientToScreen(point));
-}
-
-void CTreeCtrl::MoveDragImage(Point point) {
-  if (Peer() != nullptr) Peer()->OnDragMoved(ClientToScreen(point));
-}
-
-void CTreeCtrl::EndDragImage() {
-  if (Peer() != nullptr) Peer()->OnDragEnded();
 }
 
 }  // namespace tarn

@@ -88,8 +88,8 @@ class ProjectWindow : public ::testing::Test {
   // Returns the tree as shown, one line per item; the selected one begins with >.
   std::string Shown() {
     std::string text;
-    for (int row = 0; row < Tree().GetRowCount(); ++row) {
-      const CTreeItem& item = *Tree().GetRow(row);
+    for (int row = 0; row < Tree().GetRows().GetCount(); ++row) {
+      const CTreeItem& item = *Tree().GetRows().GetAt(row);
       text += &item == Tree().GetSelectedItem() ? ">" : " ";
       text += std::string(static_cast<std::size_t>(item.GetLevel()), '.') + item.GetText() + "\n";
     }
@@ -280,13 +280,13 @@ TEST_F(ProjectWindow, TheSwitchesAreKeptAndChangeWhatIsShown) {
   window->GetToolBar().NotifyDropDown(32772);
   // An item without children was saved as collapsed.
   EXPECT_EQ(Shown(), without);
-  EXPECT_EQ(Tree().GetRow(3)->GetFirstChildItem()->GetText(), "Dependencies");
+  EXPECT_EQ(Tree().GetRows().GetAt(3)->GetFirstChildItem()->GetText(), "Dependencies");
   window->GetToolBar().NotifyDropDown(32772);
   EXPECT_FALSE(Tree().IsShowInfo());
   EXPECT_EQ(settings.ReadProfile("Project", "ViewDeps", ""), "TRUE");
   EXPECT_EQ(settings.ReadProfile("Project", "ViewSizes", ""), "FALSE");
   window->GetToolBar().NotifyDropDown(32772);
-  EXPECT_FALSE(Tree().GetRow(3)->HasChildren());
+  EXPECT_FALSE(Tree().GetRows().GetAt(3)->HasChildren());
   EXPECT_EQ(toolkit.lines.back().substr(toolkit.lines.back().find(": ")),
             ": Build information 32773 | [x] Dependencies 32774");
 }

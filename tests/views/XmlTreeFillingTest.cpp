@@ -380,21 +380,21 @@ TEST_F(XmlTreeTest, AnUpdateKeepsTheLineAtTheTop) {
   }
   tree.SetSelectedLabel("f20");
   tree.Refill();
-  tree.SetTopRow(tree.GetRowOf(*tree.GetSelectedItem()) - 2);
-  const std::string topLabel = tree.GetRow(tree.GetTopRow())->GetText();
+  tree.SetTopRow(tree.GetRows().IndexOf(*tree.GetSelectedItem()) - 2);
+  const std::string topLabel = tree.GetRows().GetAt(tree.GetTopRow())->GetText();
   EXPECT_EQ(topLabel, "f18");
   Node("G")->AddChild("File")->SetAttrValue("Header", "z");
   tree.Refill();
-  EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), topLabel);
+  EXPECT_EQ(tree.GetRows().GetAt(tree.GetTopRow())->GetText(), topLabel);
   Free("G");
   tree.Refill();
-  EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), topLabel);
+  EXPECT_EQ(tree.GetRows().GetAt(tree.GetTopRow())->GetText(), topLabel);
   // The node of the top row is hidden now.
   tree.SetSelectedLabel("none");
   Node("H")->SetAttrValue("sate", "0");
   for (int i = 0; i < 40; ++i) root->AddChild("Group");
   tree.Refill();
-  EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), "H");
+  EXPECT_EQ(tree.GetRows().GetAt(tree.GetTopRow())->GetText(), "H");
 }
 
 }  // namespace

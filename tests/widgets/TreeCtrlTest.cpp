@@ -174,7 +174,7 @@ TEST_F(TreeCtrlTest, DeletingFiresNothingAndNothingPointsAtWhatIsGone) {
   EXPECT_EQ(lines, (Lines{"gone a1", "gone a2", "gone a3", "gone a"}));
   EXPECT_EQ(tree.GetSelectedItem(), nullptr);
   EXPECT_EQ(tree.GetDropHighlight(), nullptr);
-  EXPECT_EQ(tree.GetRowCount(), 2);
+  EXPECT_EQ(tree.GetRows().GetCount(), 2);
   tree.DeleteItems(p, 0, 9);
   EXPECT_FALSE(p->IsExpanded()) << "without children";
   tree.Expand(*p, true);
@@ -200,7 +200,7 @@ TEST_F(TreeCtrlTest, ScrollsNoFurtherThanNeeded) {
   tree.Expand(*p, false);
   EXPECT_EQ(tree.GetTopRow(), 0);
   EXPECT_EQ(tree.GetTextRect(At(a, 0)), Rect{});
-  EXPECT_EQ(tree.GetRowOf(*a), -1);
+  EXPECT_EQ(tree.GetRows().IndexOf(*a), -1);
 }
 
 TEST_F(TreeCtrlTest, WithoutRedrawThePeerHearsOneReset) {
@@ -297,9 +297,9 @@ TEST_F(TreeCtrlTest, WhatThePeerHearsIsWhatHasHappened) {
     }
     ASSERT_EQ(mirror.Text(), TreeText(tree)) << step;
     const CTreeItem* before = nullptr;
-    for (int row = 0; row < tree.GetRowCount(); ++row) {
-      CTreeItem* const item = tree.GetRow(row);
-      ASSERT_EQ(tree.GetRowOf(*item), row);
+    for (int row = 0; row < tree.GetRows().GetCount(); ++row) {
+      CTreeItem* const item = tree.GetRows().GetAt(row);
+      ASSERT_EQ(tree.GetRows().IndexOf(*item), row);
       ASSERT_EQ(item->GetPreviousVisible(), before);
       ASSERT_TRUE(before == nullptr || before->GetNextVisible() == item);
       before = item;

@@ -31,8 +31,8 @@ class User : public WizardUser {
   std::string Tree() const {
     std::string text;
     const auto& tree = Control<CTreeCtrl>(kIdTargetTree);
-    for (int row = 0; row < tree.GetRowCount(); ++row) {
-      const CTreeItem& item = *tree.GetRow(row);
+    for (int row = 0; row < tree.GetRows().GetCount(); ++row) {
+      const CTreeItem& item = *tree.GetRows().GetAt(row);
       const bool isSelected = &item == tree.GetSelectedItem();
       text +=
           (text.empty() ? "" : " ") + (isSelected ? "[" + item.GetText() + "]" : item.GetText());

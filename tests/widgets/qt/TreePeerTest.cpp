@@ -227,7 +227,7 @@ TEST_F(TreePeerTest, AFieldInTheTreeHasItsKeysForItselfAndGivesTheKeyboardBack) 
 
 TEST_F(TreePeerTest, AFieldOverALabelGoesAlongWithIt) {
   tree.InsertItems(nullptr, 2, Many(200));
-  const CTreeItem& line = *tree.GetRow(4);
+  const CTreeItem& line = *tree.GetRows().GetAt(4);
   tree.remark = std::string(200, 'w');
   Settle();
   ASSERT_GT(view->horizontalScrollBar()->maximum(), 10);
@@ -310,14 +310,14 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   tree.InsertItems(nullptr, 2, Many(200));
   tree.SetTopRow(50);
   EXPECT_EQ(view->verticalScrollBar()->value(), 50);
-  EXPECT_EQ(tree.HitTest({view->viewport()->width() - 1, 1}).item, tree.GetRow(50));
+  EXPECT_EQ(tree.HitTest({view->viewport()->width() - 1, 1}).item, tree.GetRows().GetAt(50));
   view->verticalScrollBar()->setValue(20);
   EXPECT_EQ(tree.GetTopRow(), 20);
   tree.drawn.clear();
   view->grab();
   const int height = tree.GetLineHeight();
   ASSERT_EQ(std::ssize(tree.drawn), (view->viewport()->height() + height - 1) / height);
-  EXPECT_EQ(tree.drawn.front(), tree.GetRow(20));
+  EXPECT_EQ(tree.drawn.front(), tree.GetRows().GetAt(20));
   CTreeItem& last = *tree.GetItemAt(nullptr, 201);
   tree.SelectItem(&last);
   EXPECT_TRUE(view->viewport()->rect().contains(MiddleOf(tree.GetTextRect(last))));
@@ -387,7 +387,7 @@ TEST_F(TreePeerTest, LivesOnWithoutItsView) {
   tree.InsertItem(roots, "carrot", -1, -1, nullptr);
   tree.SelectItem(tree.GetItemAt(roots, 0));
   tree.SetTopRow(1);
-  EXPECT_EQ(tree.GetRowCount(), 3);
+  EXPECT_EQ(tree.GetRows().GetCount(), 3);
   EXPECT_FALSE(tree.BeginDragImage(*roots, {}, {}));
   CEdit field;
   ASSERT_TRUE(field.Create(kStyleChild | kStyleVisible, {0, 0, 80, 20}, &tree, 1));
