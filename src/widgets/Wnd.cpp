@@ -14,14 +14,13 @@ namespace {
 // Greater than all message numbers in use.
 constexpr std::uint32_t kMsgFreeRetired = 0x7FFFFF01;
 
-// Per thread: the windows without a parent and the focus window.
-struct ThreadWindows {
-  std::vector<CWnd*> tops;
-  CWnd* focus = nullptr;
+// Per thread: the window with the keyboard focus.
+struct ThreadFocus {
+  CWnd* window = nullptr;
 };
 
-ThreadWindows& OfThread() {
-  return PerThread<ThreadWindows>::Get();
+CWnd*& FocusWindow() {
+  return PerThread<ThreadFocus>::Get().window;
 }
 
 }  // namespace
@@ -36,10 +35,9 @@ bool CWnd::Create(std::uint32_t newStyle, const Rect& newRect, CWnd* newParent, 
   if (handle_ != 0) return false;
   windowStyle_ = newStyle;
   windowRect_ = newRect;
-  windowId_ = newId;
   isVisible_ = (windowStyle_ & kStyleVisible) != 0;
   handle_ = RegisterWindow(*this);
-  Attach(newParent);
+  Attach(*this, newParent, newId);
   peer_ = MakePeer(WindowToolkit::Current());
   if (!OnCreate()) {
     DestroyWindow();
@@ -57,34 +55,17 @@ void CWnd::DestroyWindow() {
   ReleaseCapture();
   OnDestroy();
   if (handle_ != going) return;
-  while (!childWindows_.empty()) {
-    CWnd* const child = childWindows_.back();
+  while (!GetChildren().empty()) {
+    CWnd* const child = GetChildren().back();
     child->DestroyWindow();
-    if (!childWindows_.empty() && childWindows_.back() == child) childWindows_.pop_back();
+    DropLastChild(child);
   }
   UnregisterWindow(handle_);
   handle_ = 0;
   // A destroyed child may have passed the focus to this window.
-  if (OfThread().focus == this) OfThread().focus = nullptr;
-  Detach();
+  if (FocusWindow() == this) FocusWindow() = nullptr;
+  Detach(*this);
   peer_.reset();
-}
-
-void CWnd::Attach(CWnd* newParent) {
-  parentWindow_ = newParent;
-  (parentWindow_ != nullptr ? parentWindow_->childWindows_ : OfThread().tops).push_back(this);
-}
-
-void CWnd::Detach() {
-  std::erase(parentWindow_ != nullptr ? parentWindow_->childWindows_ : OfThread().tops, this);
-  parentWindow_ = nullptr;
-}
-
-CWnd* CWnd::FindChild(int childId) const {
-  for (CWnd* const child : childWindows_) {
-    if (child->windowId_ == childId) return child;
-  }
-  return nullptr;
 }
 
 std::intptr_t CWnd::SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
@@ -102,7 +83,7 @@ void CWnd::MoveWindow(const Rect& newRect) {
 }
 
 Point CWnd::ClientToScreen(Point point) const {
-  for (const CWnd* window = this; window != nullptr; window = window->parentWindow_) {
+  for (const CWnd* window = this; window != nullptr; window = window->GetParent()) {
     if (window->peer_) {
       if (const auto origin = window->peer_->GetScreenOrigin()) {
         return {point.x + origin->x, point.y + origin->y};
@@ -146,7 +127,7 @@ void CWnd::SetFocus() {
 }
 
 bool CWnd::HasFocus() const {
-  return OfThread().focus == this;
+  return FocusWindow() == this;
 }
 
 void CWnd::SetCapture() {
@@ -184,10 +165,6 @@ void CWnd::Retire(std::unique_ptr<CWnd> child) {
   if (handle_ != 0) PostWindowMessage(handle_, kMsgFreeRetired, 0, 0);
 }
 
-void CWnd::FreeRetired() {
-  const std::vector<std::unique_ptr<CWnd>> gone = std::exchange(retired_, {});
-}
-
 void CWnd::NotifyResized(Size size) {
   if (handle_ == 0) return;
   windowRect_.right = windowRect_.left + size.width;
@@ -196,7 +173,7 @@ void CWnd::NotifyResized(Size size) {
 }
 
 void CWnd::NotifyFocusTaken() {
-  CWnd*& focus = OfThread().focus;
+  CWnd*& focus = FocusWindow();
   if (focus == this || handle_ == 0) return;
   const WindowHandle taker = handle_;
   if (focus != nullptr) focus->NotifyFocusLost();
@@ -207,7 +184,7 @@ void CWnd::NotifyFocusTaken() {
 }
 
 void CWnd::NotifyFocusLost() {
-  CWnd*& focus = OfThread().focus;
+  CWnd*& focus = FocusWindow();
   if (focus != this) return;
   focus = nullptr;
   OnKillFocus();
@@ -222,13 +199,13 @@ bool CWnd::NotifyKey(const KeyEvent& event) {
 }
 
 void CWnd::NotifyDroppedFiles(const std::vector<std::string>& paths) {
-  for (CWnd* window = this; window != nullptr; window = window->parentWindow_) {
+  for (CWnd* window = this; window != nullptr; window = window->GetParent()) {
     if (window->acceptsFiles_) return window->OnDropFiles(paths);
   }
 }
 
 bool CWnd::NotifyContextMenu(Point screen) {
-  for (CWnd* window = this; window != nullptr; window = window->parentWindow_) {
+  for (CWnd* window = this; window != nullptr; window = window->GetParent()) {
     if (window->OnContextMenu(screen)) return true;
   }
   return false;
@@ -237,7 +214,7 @@ bool CWnd::NotifyContextMenu(Point screen) {
 std::intptr_t CWnd::OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                     std::intptr_t lParam) {
   if (message == kMsgFreeRetired) {
-    FreeRetired();
+    const std::vector<std::unique_ptr<CWnd>> freed = std::exchange(retired_, {});
     return 0;
   }
   if (message != kMsgCommand) return OnMessage(message, wParam, lParam);
@@ -253,18 +230,19 @@ void CWnd::IdleWithChildren() {
   const WindowHandle own = handle_;
   OnIdle();
   if (!IsWindow(own)) return;
-  const std::vector<CWnd*> asked = childWindows_;
+  const std::vector<CWnd*> asked = GetChildren();
   for (CWnd* const child : asked) {
-    if (std::find(childWindows_.begin(), childWindows_.end(), child) != childWindows_.end()) {
+    const std::vector<CWnd*>& children = GetChildren();
+    if (std::find(children.begin(), children.end(), child) != children.end()) {
       child->IdleWithChildren();
     }
   }
 }
 
 void RunIdle() {
-  const std::vector<CWnd*> asked = OfThread().tops;
+  const std::vector<CWnd*> asked = WindowLinks::GetTopWindows();
   for (CWnd* const window : asked) {
-    const std::vector<CWnd*>& tops = OfThread().tops;
+    const std::vector<CWnd*>& tops = WindowLinks::GetTopWindows();
     if (std::find(tops.begin(), tops.end(), window) != tops.end()) window->IdleWithChildren();
   }
 }

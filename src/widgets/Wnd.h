@@ -10,6 +10,7 @@
 
 #include "widgets/Geometry.h"
 #include "widgets/MessageLoop.h"
+#include "widgets/WindowLinks.h"
 
 namespace tarn {
 
@@ -89,13 +90,11 @@ class WindowPeer {
 // may be sent from any thread. A window does not own its children: they are members of the objects
 // that created them, and are destroyed (not freed) with their parent's window. A class that
 // overrides OnDestroy() must call DestroyWindow() in its own destructor.
-class CWnd : public WindowTarget {
+class CWnd : public WindowTarget, public WindowLinks {
  public:
   CWnd();
   // Destroys the window; overrides of OnDestroy() are not called any more at this point.
   virtual ~CWnd();
-  CWnd(const CWnd&) = delete;
-  CWnd& operator=(const CWnd&) = delete;
 
   // Creates the window, as a child of `parent` if there is one. Returns false if it already exists,
   // or if OnCreate() returns false; then it is removed again.
@@ -107,17 +106,7 @@ class CWnd : public WindowTarget {
   // 0 unless the window exists.
   WindowHandle GetHandle() const { return handle_; }
 
-  CWnd* GetParent() const { return parentWindow_; }
-  int GetId() const { return windowId_; }
   std::uint32_t GetStyle() const { return windowStyle_; }
-  // Direct children in the order of their creation.
-  const std::vector<CWnd*>& GetChildren() const { return childWindows_; }
-  // Returns null if not found.
-  CWnd* FindChild(int childId) const;
-  // Receiver of the window's notifications: the owner that was set, otherwise the parent; null if
-  // there is neither. The owner is borrowed and must outlive the window.
-  CWnd* GetOwner() const { return ownerWindow_ != nullptr ? ownerWindow_ : parentWindow_; }
-  void SetOwner(CWnd* newOwner) { ownerWindow_ = newOwner; }
   // Sends a message to the owner. Returns 0 if there is none.
   std::intptr_t SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam);
 
@@ -225,15 +214,9 @@ class CWnd : public WindowTarget {
  private:
   friend void RunIdle();
 
-  void Attach(CWnd* newParent);
-  void Detach();
   void IdleWithChildren();
-  void FreeRetired();
 
   WindowHandle handle_ = 0;
-  CWnd* parentWindow_ = nullptr;
-  CWnd* ownerWindow_ = nullptr;
-  int windowId_ = 0;
   std::uint32_t windowStyle_ = 0;
   Rect windowRect_;
   std::string windowText_;
@@ -242,7 +225,6 @@ class CWnd : public WindowTarget {
   bool isEnabled_ = true;
   bool hasCapture_ = false;
   bool acceptsFiles_ = false;
-  std::vector<CWnd*> childWindows_;
   std::vector<std::unique_ptr<CWnd>> retired_;
   std::unique_ptr<WindowPeer> peer_;
 };
