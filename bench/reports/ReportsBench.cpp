@@ -47,7 +47,7 @@ double SecondsOfReport(int count, int atOnce, bool sorted) {
   COutputReportWnd window(FileSystem::Native(), 0);
   window.SetDefinition(*WithoutPictures(MakeOutputDefinition("/none")));
   window.Create(kStylePopup, {0, 0, 800, 400}, nullptr, 0);
-  if (sorted) window.GetReport()->NotifyHeaderClicked(kOutputFile);
+  if (sorted) window.GetReport()->GetReportHeader().NotifyClicked(kOutputFile);
   CXmlNode root;
   double seconds = 0;
   for (int i = 0; i < count;) {

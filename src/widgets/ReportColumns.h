@@ -34,7 +34,7 @@ class CReportColumn {
 
   int GetIndex() const { return index_; }
   const std::string& GetCaption() const { return caption_; }
-  // The configured width; CReportControl::LayOutColumns() computes the actual one.
+  // The configured width; ReportLayout::LayOutColumns() computes the actual one.
   int GetWidth() const { return width_; }
   void SetWidth(int pixels);
   // Takes a share of the surplus or missing width.

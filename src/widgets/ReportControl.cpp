@@ -1,51 +1,14 @@
 #include "widgets/ReportControl.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <functional>
 #include <utility>
 
 #include "widgets/Toolkit.h"
 
 namespace tarn {
 
-namespace {
-
-// Measuring a string takes about a hundred times as long as getting its length.
-constexpr int kMostMeasured = 1000;
-
-}  // namespace
-
-void CReportHeader::ShowItemsInGroups(bool show) {
-  if (show == showsInGroups_) return;
-  showsInGroups_ = show;
-  report_.OnColumnsChanged();
-}
-
-void CReportHeader::BestFit(CReportColumn& column) {
-  WindowToolkit& toolkit = WindowToolkit::Current();
-  int width = toolkit.MeasureText(report_.look_.captionFont, column.GetCaption()).width +
-              2 * CReportControl::kCellMargin;
-  const auto fit = [&](int row) { width = std::max(width, report_.MeasureCell(row, column)); };
-  const int rowCount = report_.rows_.GetCount();
-  const int belowSeen = std::min(rowCount, report_.topRow_ + report_.RowsPerPage() + 1);
-  for (int row = report_.topRow_; row < belowSeen; ++row) fit(row);
-  std::vector<std::pair<std::size_t, int>> longest;  // length of the string, and row
-  for (int row = 0; row < rowCount; ++row) {
-    const CReportRecordItem* const item = report_.GetItemAt(row, column.GetIndex());
-    if (item != nullptr) longest.emplace_back(item->GetCaption().size(), row);
-  }
-  if (longest.size() > kMostMeasured) {
-    std::nth_element(longest.begin(), longest.begin() + kMostMeasured, longest.end(),
-                     std::greater<>());
-    longest.resize(kMostMeasured);
-  }
-  for (const auto& [length, row] : longest) fit(row);
-  column.SetWidth(width);
-}
-
 CReportControl::CReportControl()
-    : columns_([this] { OnColumnsChanged(); }), header_(*this), rows_(columns_), selected_(rows_) {}
+    : columns_([this] { OnColumnsChanged(); }), header_(*this), rows_(columns_) {}
 
 CReportControl::~CReportControl() {
   DestroyWindow();
@@ -101,9 +64,7 @@ CReportRecord* CReportControl::AddRecord(std::unique_ptr<CReportRecord> record) 
 
 void CReportControl::RemoveAllRecords() {
   rows_.Clear();
-  selected_.indexes_.clear();
-  focusedRow_ = -1;
-  anchorRow_ = -1;
+  selection_.Clear();
   populated_ = 0;
   // The peer must release the rows before the records are destroyed.
   ResetRows();
@@ -115,42 +76,13 @@ void CReportControl::ResetRows() {
   if (ReportPeer* drawn = DrawnBy()) drawn->OnRowsReset();
 }
 
-CReportControl::RememberedSelection CReportControl::RememberSelection() const {
-  RememberedSelection remembered;
-  for (const int index : selected_.indexes_) {
-    const CReportRow& row = *rows_.GetAt(index);
-    if (row.IsGroup()) {
-      remembered.groups.insert(row.GetGroup()->key);
-    } else {
-      remembered.records.insert(row.GetRecord());
-    }
-  }
-  if (const CReportRow* focus = rows_.GetAt(focusedRow_)) {
-    remembered.focusedRecord = focus->GetRecord();
-    if (focus->IsGroup()) remembered.focusedGroup = focus->GetGroup()->key;
-  }
-  return remembered;
-}
-
-void CReportControl::RestoreSelection(const RememberedSelection& remembered) {
-  const bool hadAny = focusedRow_ >= 0 || !selected_.indexes_.empty();
-  selected_.indexes_.clear();
-  focusedRow_ = -1;
-  anchorRow_ = -1;
+void CReportControl::RestoreSelection(const ReportSelection::Remembered& remembered) {
+  selection_.Restore(remembered);
   topRow_ = std::clamp(topRow_, 0, std::max(0, rows_.GetCount() - 1));
-  for (int i = 0; hadAny && i < rows_.GetCount(); ++i) {
-    const CReportRow& row = *rows_.GetAt(i);
-    const bool isSelected = row.IsGroup() ? remembered.groups.count(row.GetGroup()->key) != 0
-                                          : remembered.records.count(row.GetRecord()) != 0;
-    if (isSelected) selected_.indexes_.push_back(i);
-    const bool isFocused = row.IsGroup() ? row.GetGroup()->key == remembered.focusedGroup
-                                         : row.GetRecord() == remembered.focusedRecord;
-    if (isFocused) focusedRow_ = anchorRow_ = i;
-  }
 }
 
 void CReportControl::Populate() {
-  const RememberedSelection remembered = RememberSelection();
+  const ReportSelection::Remembered remembered = selection_.Remember();
   rows_.Build(records_, header_.IsShowItemsInGroups());
   populated_ = records_.GetCount();
   isArrangedAnew_ = false;
@@ -163,7 +95,8 @@ void CReportControl::PopulateAdded() {
   const bool isSorted = columns_.GetSortColumn() != nullptr;
   if (isArrangedAnew_ || (isSorted && header_.IsShowItemsInGroups())) return Populate();
   // Rows change their position only if they are sorted.
-  const RememberedSelection remembered = isSorted ? RememberSelection() : RememberedSelection();
+  const ReportSelection::Remembered remembered =
+      isSorted ? selection_.Remember() : ReportSelection::Remembered();
   const int behindOld = rows_.GetCount();
   const int changed = rows_.Extend(records_, populated_);
   if (changed < 0) return Populate();
@@ -183,15 +116,13 @@ CReportRecordItem* CReportControl::GetItemAt(int row, int column) const {
 
 void CReportControl::SelectRow(int row) {
   const bool isThere = rows_.GetAt(row) != nullptr;
-  anchorRow_ = isThere ? row : -1;
-  Select(isThere ? std::vector<int>{row} : std::vector<int>(), anchorRow_);
+  selection_.SetAnchor(isThere ? row : -1);
+  Select(isThere ? std::vector<int>{row} : std::vector<int>(), isThere ? row : -1);
   if (isThere) ShowRow(row);
 }
 
 bool CReportControl::Select(std::vector<int> indexes, int focused) {
-  focusedRow_ = focused;
-  if (indexes == selected_.indexes_) return false;
-  selected_.indexes_ = std::move(indexes);
+  if (!selection_.Select(std::move(indexes), focused)) return false;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnSelectionChanged();
   return true;
 }
@@ -206,112 +137,14 @@ int CReportControl::RowsPerPage() const {
   if (ReportPeer* drawn = DrawnBy()) {
     if (const std::optional<int> rowCount = drawn->GetRowsPerPage()) return std::max(1, *rowCount);
   }
-  const int above = kHeaderHeight + (showsGroupBox_ ? kGroupBoxHeight : 0);
-  return std::max(1, (GetClientRect().Height() - above) / kRowHeight);
-}
-
-int CReportControl::PictureWidth() const {
-  return images_ == nullptr ? kPictureWidth : images_->GetImageSize().width;
-}
-
-std::vector<CReportControl::ColumnSpan> CReportControl::LayOutColumns() const {
-  std::vector<ColumnSpan> spans;
-  int total = 0;
-  int elastic = 0;
-  for (int i = 0; i < columns_.GetCount(); ++i) {
-    const CReportColumn& column = *columns_.GetAt(i);
-    if (!column.IsVisible()) continue;
-    spans.push_back({i, 0, column.GetWidth()});
-    total += column.GetWidth();
-    if (column.IsAutoSize()) elastic += column.GetWidth();
-  }
-  int surplus = GetClientRect().Width() - total;
-  int left = 0;
-  for (ColumnSpan& span : spans) {
-    span.left = left;
-    if (elastic > 0 && columns_.GetAt(span.column)->IsAutoSize()) {
-      const int own = span.width;
-      const auto share = static_cast<int>(std::int64_t{surplus} * own / elastic);
-      span.width = std::max(std::min(own, kLeastElasticWidth), own + share);
-      surplus -= span.width - own;
-      elastic -= own;
-    }
-    left += span.width;
-  }
-  return spans;
+  return layout_.GetRowsPerPage();
 }
 
 ReportHit CReportControl::HitTest(Point point) const {
   if (ReportPeer* drawn = DrawnBy()) {
     if (const std::optional<ReportHit> hit = drawn->HitTest(point)) return *hit;
   }
-  if (!GetClientRect().Contains(point)) return {};
-  int top = showsGroupBox_ ? kGroupBoxHeight : 0;
-  ReportHit hit;
-  if (point.y < top) {
-    hit.area = ReportHit::Area::GroupBox;
-    return hit;
-  }
-  if (point.y < top + kHeaderHeight) {
-    hit = HitCell(point, -1);
-    hit.area = ReportHit::Area::Header;
-    return hit;
-  }
-  top += kHeaderHeight;
-  const int row = topRow_ + (point.y - top) / kRowHeight;
-  return rows_.GetAt(row) == nullptr ? hit : HitCell(point, row);
-}
-
-ReportHit CReportControl::HitCell(Point point, int row) const {
-  ReportHit hit;
-  hit.area = ReportHit::Area::Row;
-  hit.row = row;
-  const std::vector<ColumnSpan> spans = LayOutColumns();
-  const auto span = std::find_if(spans.begin(), spans.end(), [point](const ColumnSpan& each) {
-    return point.x >= each.left && point.x < each.left + each.width;
-  });
-  if (span == spans.end()) return hit;
-  hit.column = span->column;
-  const CReportColumn& column = *columns_.GetAt(span->column);
-  const CReportRow* shown = rows_.GetAt(row);
-  if (shown == nullptr) return hit;
-  int x = point.x - span->left - kCellMargin;
-  if (column.IsTreeColumn() || shown->IsGroup()) {
-    x -= shown->GetDepth() * kOpenerWidth;
-    if (CanOpen(*shown) && x >= 0 && x < kOpenerWidth) hit.part = ReportHit::Part::Opener;
-    x -= kOpenerWidth;
-  }
-  const CReportRecordItem* item = GetItemAt(row, column.GetIndex());
-  if (item == nullptr) return hit;
-  if (item->HasCheckbox() && x >= 0 && x < PictureWidth()) hit.part = ReportHit::Part::Check;
-  if (item->GetHyperlinkCount() == 0 || x < 0) return hit;
-  const std::string caption = item->GetCaption();
-  WindowToolkit& toolkit = WindowToolkit::Current();
-  const auto widthOf = [&](std::size_t bytes) {
-    return toolkit.MeasureText(GetFont(), std::string_view(caption).substr(0, bytes)).width;
-  };
-  // Binary search for the first byte that ends to the right of the point.
-  std::size_t byte = 0;
-  for (std::size_t end = caption.size(); byte < end;) {
-    const std::size_t middle = byte + (end - byte) / 2;
-    if (widthOf(middle + 1) > x) {
-      end = middle;
-    } else {
-      byte = middle + 1;
-    }
-  }
-  if (byte < caption.size()) hit.hyperlink = item->FindHyperlink(static_cast<int>(byte));
-  return hit;
-}
-
-int CReportControl::MeasureCell(int row, const CReportColumn& column) const {
-  const CReportRow* shown = rows_.GetAt(row);
-  const CReportRecordItem* item = GetItemAt(row, column.GetIndex());
-  if (item == nullptr) return 0;
-  int width = 2 * kCellMargin;
-  if (column.IsTreeColumn()) width += (shown->GetDepth() + 1) * kOpenerWidth;
-  if (item->HasCheckbox() || item->GetIconIndex() >= 0) width += PictureWidth();
-  return width + WindowToolkit::Current().MeasureText(GetFont(), item->GetCaption()).width;
+  return layout_.HitTest(point);
 }
 
 }  // namespace tarn

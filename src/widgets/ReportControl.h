@@ -4,18 +4,18 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "widgets/ImageList.h"
 #include "widgets/ReportColumns.h"
+#include "widgets/ReportHeader.h"
+#include "widgets/ReportLayout.h"
 #include "widgets/ReportRecord.h"
 #include "widgets/ReportRows.h"
+#include "widgets/ReportSelection.h"
 #include "widgets/Wnd.h"
 
 namespace tarn {
-
-class CReportControl;
 
 // Messages from a report to its owner; wParam is the address of a ReportNotice that is valid during
 // the call. The owner may refill the report, or destroy it.
@@ -35,18 +35,6 @@ struct ReportNotice {
   int column = -1;     // index, -1 for none
   int hyperlink = -1;  // index within the cell, -1 for none
   Point screen;        // position of a right click
-};
-
-// Result of a hit test: a position in a report.
-struct ReportHit {
-  enum class Area { Nowhere, GroupBox, Header, Row };
-  enum class Part { Cell, Opener, Check };
-  Area area = Area::Nowhere;
-  Part part = Part::Cell;
-  int row = -1;
-  int column = -1;
-  int hyperlink = -1;
-  friend bool operator==(const ReportHit&, const ReportHit&) = default;
 };
 
 // Draws a report. Reads columns, rows and selection from the control.
@@ -80,31 +68,6 @@ struct ReportLook {
   std::optional<Color> headerColor;  // background of the captions
   std::optional<Color> selectedTextColor;
   Font captionFont;
-};
-
-// Header row of the columns.
-class CReportHeader {
- public:
-  explicit CReportHeader(CReportControl& control) : report_(control) {}
-
-  // Also groups the rows by the sorted column.
-  void ShowItemsInGroups(bool show);
-  bool IsShowItemsInGroups() const { return showsInGroups_; }
-  // Changes to the columns that the user may make with the mouse.
-  void AllowColumnRemove(bool allow) { mayRemove_ = allow; }
-  bool IsColumnRemoveAllowed() const { return mayRemove_; }
-  void AllowColumnReorder(bool allow) { mayReorder_ = allow; }
-  bool IsColumnReorderAllowed() const { return mayReorder_; }
-  // Sizes a column to its caption and cells. Measures the visible cells and, of all others, only
-  // the 1,000 with the longest strings; so it may miss a wider cell among the rest, whose string is
-  // shorter but has wider letters.
-  void BestFit(CReportColumn& column);
-
- private:
-  CReportControl& report_;
-  bool showsInGroups_ = false;
-  bool mayRemove_ = true;
-  bool mayReorder_ = true;
 };
 
 // A grid with column captions, hierarchical records, sorting and grouping.
@@ -157,52 +120,27 @@ class CReportControl : public CWnd {
   CReportRecordItem* GetItemAt(int row, int column) const;
 
   // Valid as long as the control; its content changes with the selection.
-  const CReportSelectedRows& GetSelectedRows() const { return selected_; }
+  const CReportSelectedRows& GetSelectedRows() const { return selection_.GetSelected(); }
   // Row that keys act on; -1 for none.
-  int GetFocusedRow() const { return focusedRow_; }
+  int GetFocusedRow() const { return selection_.GetFocusedRow(); }
   // Selects only this row (-1 for none) and scrolls to it. Sends no message to the owner.
   void SelectRow(int row);
 
-  // --- Geometry; without a peer a row is 16 pixels high ---
+  // --- Geometry ---
 
-  static constexpr int kGroupBoxHeight = 32;
-  static constexpr int kHeaderHeight = 20;
-  static constexpr int kRowHeight = 16;
-  static constexpr int kCellMargin = 4;
-  static constexpr int kOpenerWidth = 16;
-  static constexpr int kPictureWidth = 16;  // without an image list
-  static constexpr int kLeastElasticWidth = 40;
-
-  struct ColumnSpan {
-    int column = 0;
-    int left = 0;
-    int width = 0;
-  };
-  // Computes positions and widths of the visible columns from left to right. The auto-size columns
-  // share the surplus or missing width as long as none becomes narrower than kLeastElasticWidth.
-  std::vector<ColumnSpan> LayOutColumns() const;
+  // Computes the widths of the columns, and what a peer doesn't override.
+  const ReportLayout& GetLayout() const { return layout_; }
   // Returns the position at a point in client coordinates.
   ReportHit HitTest(Point point) const;
   // Number of the first row below the header. Preserved by a refill, limited to the number of rows.
   int GetTopRow() const { return topRow_; }
-  // Width that a cell needs to be fully visible.
-  int MeasureCell(int row, const CReportColumn& column) const;
 
-  // --- Called by the toolkit: user actions ---
+  // --- Called by the toolkit: user actions, in addition to those of CReportHeader ---
 
   // The left button was pressed; it was released at the same position; or it was double-clicked.
   void NotifyPressed(const ReportHit& hit, bool isShiftDown, bool isControlDown);
   void NotifyClicked(const ReportHit& hit);
   void NotifyDoubleClicked(const ReportHit& hit);
-  // Sorts by the column, or reverses the order if the rows are already sorted by it.
-  void NotifyHeaderClicked(int column);
-  void NotifyHeaderRightClicked(int column, Point screen);
-  // Passes the width that the column gains or loses to the auto-size columns on its right, as far
-  // as they allow it, so that the total width is unchanged.
-  void NotifyColumnResized(int column, int width);
-  // Adds the column as the innermost grouping column, or removes it.
-  void NotifyGrouped(int column);
-  void NotifyUngrouped(int column);
   // Expands or collapses a record with children, or a group.
   void NotifyOpened(int row, bool open);
   // No-op if the user may not change the cell.
@@ -232,34 +170,24 @@ class CReportControl : public CWnd {
   void Send(ReportMessage message, const ReportNotice& notice);
   // Null while there is no peer.
   ReportPeer* DrawnBy() const { return IsCreated() ? reportPeer_ : nullptr; }
-  // The selection as records and groups, preserved across a rebuild of the rows.
-  struct RememberedSelection {
-    std::unordered_set<const CReportRecord*> records;
-    std::unordered_set<std::string> groups;
-    const CReportRecord* focusedRecord = nullptr;
-    std::string focusedGroup;
-  };
-  RememberedSelection RememberSelection() const;
-  void RestoreSelection(const RememberedSelection& remembered);
+  void RestoreSelection(const ReportSelection::Remembered& remembered);
   // Returns whether the selection changed. Notifies only the peer.
   bool Select(std::vector<int> indexes, int focused);
   // Like Select(), and notifies the owner of a change. Returns false if the control must not be
   // accessed any more because it was destroyed or its rows were replaced.
   bool SelectByUser(std::vector<int> indexes, int focused);
-  std::vector<int> Range(int from, int to) const;
   void MoveFocus(int row, bool extends);
   bool StepInTree(bool opens);
   void ShowRow(int row);
   int RowsPerPage() const;
-  int PictureWidth() const;
-  ReportHit HitCell(Point point, int row) const;
 
   ReportPeer* reportPeer_ = nullptr;
   CReportColumns columns_;
   CReportHeader header_;
   CReportRecords records_;
   ReportRows rows_;
-  CReportSelectedRows selected_;
+  ReportSelection selection_{rows_};
+  ReportLayout layout_{*this};
   std::shared_ptr<const CImageList> images_;
   ReportLook look_;
   int populated_ = 0;            // records that have rows
@@ -267,8 +195,6 @@ class CReportControl : public CWnd {
   std::uint64_t epoch_ = 0;      // number of changes of the rows
   bool showsGroupBox_ = false;
   bool mayEdit_ = false;
-  int focusedRow_ = -1;
-  int anchorRow_ = -1;  // start of an extended selection
   int topRow_ = 0;
   ReportHit pressed_;
 };

@@ -29,19 +29,12 @@ void CReportControl::NotifySelected(std::vector<int> indexes, int focused) {
   std::sort(indexes.begin(), indexes.end());
   indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
   if (rows_.GetAt(focused) == nullptr) focused = -1;
-  anchorRow_ = focused;
+  selection_.SetAnchor(focused);
   SelectByUser(std::move(indexes), focused);
 }
 
 void CReportControl::NotifyScrolled(int newTopRow) {
   topRow_ = std::clamp(newTopRow, 0, std::max(0, rows_.GetCount() - 1));
-}
-
-std::vector<int> CReportControl::Range(int from, int to) const {
-  if (from < 0) from = to;
-  std::vector<int> range;
-  for (int row = std::min(from, to); row <= std::max(from, to); ++row) range.push_back(row);
-  return range;
 }
 
 void CReportControl::NotifyPressed(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
@@ -53,12 +46,12 @@ void CReportControl::NotifyPressed(const ReportHit& hit, bool isShiftDown, bool 
 void CReportControl::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
   if (hit.area != ReportHit::Area::Row || rows_.GetAt(hit.row) == nullptr) return;
   if (isShiftDown) {
-    SelectByUser(Range(anchorRow_, hit.row), hit.row);
+    SelectByUser(selection_.RangeTo(hit.row), hit.row);
     return;
   }
-  anchorRow_ = hit.row;
+  selection_.SetAnchor(hit.row);
   if (isControlDown) {
-    std::vector<int> indexes = selected_.indexes_;
+    std::vector<int> indexes = GetSelectedRows().GetIndexes();
     const auto place = std::lower_bound(indexes.begin(), indexes.end(), hit.row);
     if (place != indexes.end() && *place == hit.row) {
       indexes.erase(place);
@@ -69,8 +62,8 @@ void CReportControl::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bo
     return;
   }
   // A press on one of several selected rows may start a drag of all of them.
-  const bool keeps = selected_.Contains(hit.row);
-  SelectByUser(keeps ? selected_.indexes_ : std::vector<int>{hit.row}, hit.row);
+  const bool keeps = GetSelectedRows().Contains(hit.row);
+  SelectByUser(keeps ? GetSelectedRows().GetIndexes() : std::vector<int>{hit.row}, hit.row);
 }
 
 void CReportControl::NotifyClicked(const ReportHit& hit) {
@@ -105,65 +98,6 @@ void CReportControl::OnLeftButtonDblClk(const ReportHit& hit) {
   Send(kMsgReportDoubleClick, notice);
 }
 
-void CReportControl::NotifyHeaderClicked(int column) {
-  const CReportColumn* clicked = columns_.GetAt(column);
-  if (!IsCreated() || clicked == nullptr || !clicked->IsSortable()) return;
-  columns_.SetSortColumn(clicked, !(clicked->IsSorted() && clicked->IsSortedAscending()));
-  SortRows();
-}
-
-void CReportControl::NotifyHeaderRightClicked(int column, Point screen) {
-  if (!IsCreated()) return;
-  ReportNotice notice;
-  notice.column = columns_.GetAt(column) == nullptr ? -1 : column;
-  notice.screen = screen;
-  Send(kMsgReportHeaderRightClick, notice);
-}
-
-void CReportControl::NotifyColumnResized(int column, int width) {
-  CReportColumn* const resized = columns_.GetAt(column);
-  if (resized == nullptr) return;
-  // All columns keep their actual width, except for the auto-size columns on the right, which share
-  // the difference.
-  int gained = 0;
-  int elastic = 0;
-  const std::vector<ColumnSpan> spans = LayOutColumns();
-  for (const ColumnSpan& span : spans) {
-    if (span.column == column) gained = width - span.width;
-    if (span.column > column && columns_.GetAt(span.column)->IsAutoSize()) elastic += span.width;
-  }
-  for (const ColumnSpan& span : spans) {
-    CReportColumn& each = *columns_.GetAt(span.column);
-    if (span.column == column || !each.IsAutoSize()) continue;
-    int own = span.width;
-    if (span.column > column && elastic > 0) {
-      const auto share = static_cast<int>(std::int64_t{gained} * own / elastic);
-      elastic -= own;
-      own = std::max(std::min(own, kLeastElasticWidth), own - share);
-      gained -= share;
-    }
-    each.SetWidth(own);
-  }
-  resized->SetWidth(width);
-}
-
-void CReportControl::NotifyGrouped(int column) {
-  const CReportColumn* added = columns_.GetAt(column);
-  CReportColumnOrder& order = columns_.GetGroupsOrder();
-  if (!IsCreated() || added == nullptr || order.IndexOf(added) >= 0) return;
-  order.Add(added);
-  Populate();
-}
-
-void CReportControl::NotifyUngrouped(int column) {
-  CReportColumnOrder& order = columns_.GetGroupsOrder();
-  std::vector<const CReportColumn*> kept = order.GetColumns();
-  if (!IsCreated() || std::erase(kept, columns_.GetAt(column)) == 0) return;
-  order.Clear();
-  for (const CReportColumn* each : kept) order.Add(each);
-  Populate();
-}
-
 // Expand buttons are drawn only in a tree column.
 bool CReportControl::CanOpen(const CReportRow& row) const {
   if (row.IsGroup()) return true;
@@ -178,10 +112,10 @@ void CReportControl::NotifyOpened(int row, bool open) {
   const CReportRow* opened = rows_.GetAt(row);
   if (!IsCreated() || opened == nullptr || !CanOpen(*opened)) return;
   if (!rows_.SetOpen(*opened, open)) return;
-  const bool hadFocus = focusedRow_ >= 0;
+  const bool hadFocus = GetFocusedRow() >= 0;
   Populate();
   // The focused row is no longer visible.
-  if (hadFocus && focusedRow_ < 0) SelectRow(row);
+  if (hadFocus && GetFocusedRow() < 0) SelectRow(row);
 }
 
 bool CReportControl::CanToggle(int row, int column) const {
@@ -224,7 +158,7 @@ void CReportControl::OnMouse(const MouseEvent& event) {
   const bool isHeader = hit.area == ReportHit::Area::Header;
   if (event.button == MouseButton::Right) {
     if (event.action != MouseAction::Release || !isHeader) return;
-    return NotifyHeaderRightClicked(hit.column, ClientToScreen(event.point));
+    return header_.NotifyRightClicked(hit.column, ClientToScreen(event.point));
   }
   if (event.button != MouseButton::Left) return;
   switch (event.action) {
@@ -233,7 +167,7 @@ void CReportControl::OnMouse(const MouseEvent& event) {
     case MouseAction::Release: {
       const ReportHit start = std::exchange(pressed_, ReportHit());
       if (start != hit) return;
-      if (isHeader) return NotifyHeaderClicked(hit.column);
+      if (isHeader) return header_.NotifyClicked(hit.column);
       const bool isPlain = !event.isShiftDown && !event.isControlDown;
       // A click, unlike a drag, reduces the selection to one row.
       const bool isRow = rows_.GetAt(hit.row) != nullptr;
@@ -252,25 +186,25 @@ void CReportControl::MoveFocus(int row, bool extends) {
   if (rows_.GetCount() == 0) return;
   row = std::clamp(row, 0, rows_.GetCount() - 1);
   if (!extends) {
-    anchorRow_ = row;
-  } else if (anchorRow_ < 0) {
-    anchorRow_ = std::max(focusedRow_, 0);
+    selection_.SetAnchor(row);
+  } else if (selection_.GetAnchor() < 0) {
+    selection_.SetAnchor(std::max(GetFocusedRow(), 0));
   }
   ShowRow(row);
-  SelectByUser(Range(anchorRow_, row), row);
+  SelectByUser(selection_.RangeTo(row), row);
 }
 
 bool CReportControl::StepInTree(bool opens) {
-  const CReportRow* row = rows_.GetAt(focusedRow_);
+  const CReportRow* row = rows_.GetAt(GetFocusedRow());
   if (row == nullptr) return false;
   const bool hasMore = CanOpen(*row);
   const bool isOpen = hasMore && rows_.IsOpen(*row);
   if (hasMore && isOpen != opens) {
-    NotifyOpened(focusedRow_, opens);
+    NotifyOpened(GetFocusedRow(), opens);
   } else if (opens && isOpen) {
-    MoveFocus(focusedRow_ + 1, false);
+    MoveFocus(GetFocusedRow() + 1, false);
   } else if (!opens) {
-    int above = focusedRow_ - 1;
+    int above = GetFocusedRow() - 1;
     while (above >= 0 && rows_.GetAt(above)->GetDepth() >= row->GetDepth()) --above;
     if (above >= 0) MoveFocus(above, false);
   }
@@ -280,22 +214,22 @@ bool CReportControl::StepInTree(bool opens) {
 bool CReportControl::OnKeyDown(const KeyEvent& event) {
   const auto firstColumn = [this](bool (CReportControl::*can)(int, int) const) {
     for (int i = 0; i < columns_.GetCount(); ++i) {
-      if (columns_.GetAt(i)->IsVisible() && (this->*can)(focusedRow_, i)) return i;
+      if (columns_.GetAt(i)->IsVisible() && (this->*can)(GetFocusedRow(), i)) return i;
     }
     return -1;
   };
   switch (event.key) {
     case kKeyUp:
-      MoveFocus(focusedRow_ - 1, event.isShiftDown);
+      MoveFocus(GetFocusedRow() - 1, event.isShiftDown);
       return true;
     case kKeyDown:
-      MoveFocus(focusedRow_ + 1, event.isShiftDown);
+      MoveFocus(GetFocusedRow() + 1, event.isShiftDown);
       return true;
     case kKeyPageUp:
-      MoveFocus(focusedRow_ - RowsPerPage(), event.isShiftDown);
+      MoveFocus(GetFocusedRow() - RowsPerPage(), event.isShiftDown);
       return true;
     case kKeyPageDown:
-      MoveFocus(focusedRow_ + RowsPerPage(), event.isShiftDown);
+      MoveFocus(GetFocusedRow() + RowsPerPage(), event.isShiftDown);
       return true;
     case kKeyHome:
       MoveFocus(0, event.isShiftDown);
@@ -309,19 +243,19 @@ bool CReportControl::OnKeyDown(const KeyEvent& event) {
     case kKeySpace: {
       const int column = firstColumn(&CReportControl::CanToggle);
       if (column < 0) return false;
-      NotifyCheckToggled(focusedRow_, column);
+      NotifyCheckToggled(GetFocusedRow(), column);
       return true;
     }
     case kKeyF2: {
       const int column = firstColumn(&CReportControl::CanEdit);
       ReportPeer* drawn = DrawnBy();
-      if (column >= 0 && drawn != nullptr) drawn->OnEditWanted(focusedRow_, column);
+      if (column >= 0 && drawn != nullptr) drawn->OnEditWanted(GetFocusedRow(), column);
       return true;
     }
     case kKeyEnter: {
-      if (rows_.GetAt(focusedRow_) == nullptr) return false;
+      if (rows_.GetAt(GetFocusedRow()) == nullptr) return false;
       ReportNotice notice;
-      notice.row = focusedRow_;
+      notice.row = GetFocusedRow();
       Send(kMsgReportEnter, notice);
       return true;
     }

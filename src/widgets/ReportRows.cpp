@@ -171,18 +171,4 @@ void ReportRows::AddGrouped(const RecordList& list,
   }
 }
 
-bool CReportSelectedRows::Contains(int row) const {
-  return std::binary_search(indexes_.begin(), indexes_.end(), row);
-}
-
-const CReportRow* CReportSelectedRows::GetNextSelectedRow(int& position) const {
-  const auto place = static_cast<std::size_t>(position);
-  if (position < 0 || place >= indexes_.size()) {
-    position = -1;
-    return nullptr;
-  }
-  position = place + 1 < indexes_.size() ? position + 1 : -1;
-  return rows_.GetAt(indexes_[place]);
-}
-
 }  // namespace tarn

@@ -78,23 +78,4 @@ class ReportRows {
   std::set<std::string> closedGroups_;  // by key
 };
 
-// The rows that the user has selected, in row order.
-class CReportSelectedRows {
- public:
-  explicit CReportSelectedRows(const ReportRows& reportRows) : rows_(reportRows) {}
-
-  int GetCount() const { return static_cast<int>(indexes_.size()); }
-  const std::vector<int>& GetIndexes() const { return indexes_; }
-  bool Contains(int row) const;
-  // Start of an iteration with GetNextSelectedRow(); -1 if nothing is selected.
-  int GetFirstSelectedRowPosition() const { return indexes_.empty() ? -1 : 0; }
-  // Returns the row at `position` and advances `position`, to -1 after the last one.
-  const CReportRow* GetNextSelectedRow(int& position) const;
-
- private:
-  friend class CReportControl;
-  const ReportRows& rows_;
-  std::vector<int> indexes_;  // ascending
-};
-
 }  // namespace tarn

@@ -16,8 +16,8 @@ namespace tarn {
 
 namespace {
 
-constexpr int kByteWidth = 8;
-constexpr int kLineHeight = 16;
+constexpr int kHeadlessByteWidth = 8;
+constexpr int kHeadlessLineHeight = 16;
 
 thread_local WindowToolkit* currentToolkit = nullptr;
 
@@ -80,7 +80,7 @@ std::unique_ptr<TreePeer> WindowToolkit::MakePeer(CTreeCtrl& /*tree*/) {
 }
 
 Size WindowToolkit::MeasureText(const Font& /*font*/, std::string_view text) {
-  return {static_cast<int>(text.size()) * kByteWidth, kLineHeight};
+  return {static_cast<int>(text.size()) * kHeadlessByteWidth, kHeadlessLineHeight};
 }
 
 Color WindowToolkit::GetColor(SystemColor color) {

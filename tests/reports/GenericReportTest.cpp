@@ -154,7 +154,7 @@ TEST_F(GenericReport, ColumnsMayGoWhileRowsAreSortedAndGroupedByThem) {
   CReportColumns& columns = report->GetColumns();
   columns.GetGroupsOrder().Add(columns.GetAt(1));
   columns.GetGroupsOrder().Add(columns.GetAt(0));
-  report->NotifyHeaderClicked(0);
+  report->GetReportHeader().NotifyClicked(0);
   report->NotifySelected({0, 1, 2}, 2);
   report->SetDefinition(
       *Tree("<Report><Def NbCol='1'><Col Type='PT_STRING' Header='C'/></Def>"

@@ -107,7 +107,7 @@ TEST_F(Globals, ADoubleClickOrEnterOpensTheDeclaration) {
   EXPECT_EQ(Rows(), "#3|main|int()|/m.c|7\n|nowhere|text|text|text\n");
   EXPECT_EQ(ColorsText(window->GetReport(), 1), "- ff/ffffff ff/ffffff ff/ffffff ff/ffffff ");
   const auto mouse = [this](MouseAction action, int row) {
-    const int y = CReportControl::kHeaderHeight + row * CReportControl::kRowHeight;
+    const int y = ReportLayout::kHeaderHeight + row * ReportLayout::kRowHeight;
     window->GetReport().NotifyMouse({action, MouseButton::Left, {30, y}, false, false});
     return host.TakeLines();
   };
@@ -164,7 +164,7 @@ TEST_F(Globals, TheMenuOfAHeadArrangesTheReport) {
     ASSERT_TRUE(window->Create(kStylePopup, {0, 0, 600, 200}, nullptr, 0));
     window->Load("/a.xml");
     toolkit.menuAnswers = {row.command};
-    window->GetReport().NotifyHeaderRightClicked(row.column, {35, 10});
+    window->GetReport().GetReportHeader().NotifyRightClicked(row.column, {35, 10});
     EXPECT_EQ(ColumnsText(window->GetReport()), row.columns) << row.command;
     EXPECT_EQ(Rows(), row.rows) << row.command;
     EXPECT_EQ(window->GetReport().IsGroupByVisible(), row.command == 4) << row.command;
@@ -179,7 +179,7 @@ TEST_F(Globals, TheMenuOfAHeadArrangesTheReport) {
     toolkit.TakeLines();
     toolkit.menuAnswers = {command};
     window->GetReport().GetReportHeader().ShowItemsInGroups(command == 0);
-    window->GetReport().NotifyHeaderRightClicked(1, {35, 10});
+    window->GetReport().GetReportHeader().NotifyRightClicked(1, {35, 10});
   }
   const std::string menu = toolkit.TakeLines().at(0);
   for (const char* part :
@@ -203,10 +203,10 @@ TEST_F(Globals, ManyHostileSymbolsAreShown) {
   EXPECT_TRUE(Load("/a.xml"));
   CGlobalsReport& report = window->GetReport();
   EXPECT_EQ(report.GetRows().GetCount(), kCount / 2 + 3);
-  report.NotifyHeaderClicked(kGlobalsName);
+  report.GetReportHeader().NotifyClicked(kGlobalsName);
   toolkit.menuAnswers = {4, 7};
-  report.NotifyHeaderRightClicked(kGlobalsName, {});
-  report.NotifyHeaderRightClicked(kGlobalsName, {});
+  report.GetReportHeader().NotifyRightClicked(kGlobalsName, {});
+  report.GetReportHeader().NotifyRightClicked(kGlobalsName, {});
   EXPECT_EQ(report.GetRows().GetCount(), 2 * (kCount / 2 + 3));
   EXPECT_EQ(report.GetColumns().GetAt(kGlobalsName)->GetWidth(), CReportColumn::kMaxWidth);
   disk.Advance(1);
@@ -249,7 +249,7 @@ TEST_F(Globals, TheHostMayFreeTheWindowOrReloadItWhileItIsAsked) {
     make();
     window->GetReport().NotifyKey({kKeyEnter, false, false});
     make();
-    window->GetReport().NotifyHeaderRightClicked(1, {1, 1});
+    window->GetReport().GetReportHeader().NotifyRightClicked(1, {1, 1});
   };
   doAll([this] { window.reset(); });
   EXPECT_EQ(window, nullptr);
@@ -266,7 +266,7 @@ TEST_F(Globals, AMenuThatOutlivesTheWindowDoesNothing) {
       return 1;
     }
   } destroyer;
-  window->GetReport().NotifyHeaderRightClicked(1, {1, 1});
+  window->GetReport().GetReportHeader().NotifyRightClicked(1, {1, 1});
   EXPECT_FALSE(window->IsCreated());
   EXPECT_EQ(ColumnsText(window->GetReport()),
             "Icon 20 | Name 80 | Definition 400 | -File 248 | -Line 40");

@@ -30,7 +30,7 @@ class OutputReport : public ::testing::Test {
   }
   std::string Rows() { return RowsText(*window->GetReport()); }
   void Click(int row) {
-    const int y = CReportControl::kHeaderHeight + row * CReportControl::kRowHeight;
+    const int y = ReportLayout::kHeaderHeight + row * ReportLayout::kRowHeight;
     for (const MouseAction action : {MouseAction::Press, MouseAction::Release}) {
       if (!window) return;
       window->GetReport()->NotifyMouse({action, MouseButton::Left, {30, y}, false, false});
@@ -195,7 +195,7 @@ TEST_F(OutputReport, AReportThatGrowsIsAReportMadeAnew) {
       root = std::make_unique<CXmlNode>();
       ++generation;
     }
-    if (any(25) == 0) window->GetReport()->NotifyHeaderClicked(kOutputFile);
+    if (any(25) == 0) window->GetReport()->GetReportHeader().NotifyClicked(kOutputFile);
     if (any(25) == 0) window->GetReport()->RemoveAllRows();
     if (any(25) == 0) window->GetReport()->Reload(Tree(kLog).get(), any(2) == 0, -1);
     const CReportColumn* sorted = window->GetReport()->GetColumns().GetSortColumn();

@@ -153,8 +153,8 @@ TEST_F(Report, RowsWithOneValueStandBelowItAndCanBeClosed) {
             "-File: y.c\n.+Icon: 9\n");
   report->GetColumns().GetGroupsOrder().Clear();
   report->GetReportHeader().ShowItemsInGroups(true);
-  report->NotifyHeaderClicked(1);
-  report->NotifyHeaderClicked(1);
+  report->GetReportHeader().NotifyClicked(1);
+  report->GetReportHeader().NotifyClicked(1);
   EXPECT_EQ(RowsText(*report), "-Name: b\n.+#10|b|x.c\n-Name: A\n.#9|A|y.c\n.[ ]|a|X.c\n");
   EXPECT_EQ(ColumnsText(*report), "Icon 20 | Name 80 v | File 100");
 }
@@ -394,7 +394,7 @@ TEST_F(Report, ColumnsShareWhatIsLeftAndFitTheirContent) {
   Fill();
   const auto spans = [this] {
     std::string text;
-    for (const auto& span : report->LayOutColumns()) {
+    for (const auto& span : report->GetLayout().LayOutColumns()) {
       text += std::to_string(span.column) + ":" + std::to_string(span.left) + "+" +
               std::to_string(span.width) + " ";
     }
@@ -404,15 +404,15 @@ TEST_F(Report, ColumnsShareWhatIsLeftAndFitTheirContent) {
   report->GetColumns().GetAt(1)->SetVisible(false);
   EXPECT_EQ(spans(), "0:0+20 2:20+280 ");
   report->GetColumns().GetAt(1)->SetVisible(true);
-  report->NotifyColumnResized(2, 400);
+  report->GetReportHeader().NotifyResized(2, 400);
   EXPECT_EQ(spans(), "0:0+20 1:20+80 2:100+200 ");
   report->NotifyResized({120, 120});
   EXPECT_EQ(spans(), "0:0+20 1:20+80 2:100+40 ");
   report->NotifyResized({300, 120});
-  report->NotifyColumnResized(2, 100);
-  report->NotifyColumnResized(0, 50);
+  report->GetReportHeader().NotifyResized(2, 100);
+  report->GetReportHeader().NotifyResized(0, 50);
   EXPECT_EQ(spans(), "0:0+50 1:50+80 2:130+170 ");
-  report->NotifyColumnResized(1, 400);
+  report->GetReportHeader().NotifyResized(1, 400);
   EXPECT_EQ(spans(), "0:0+50 1:50+400 2:450+40 ");
   for (int i = 0; i < 3; ++i) {
     report->GetReportHeader().BestFit(*report->GetColumns().GetAt(i));
@@ -433,13 +433,13 @@ TEST_F(Report, FitsTheLongestTextsAndThoseInSightOfManyRows) {
   report->Populate();
   toolkit.measured = 0;
   report->GetReportHeader().BestFit(name);
-  EXPECT_EQ(name.GetWidth(), 11 * 8 + 2 * CReportControl::kCellMargin);
+  EXPECT_EQ(name.GetWidth(), 11 * 8 + 2 * ReportLayout::kCellMargin);
   EXPECT_LT(toolkit.measured, kRows / 2);
   // Shorter than most.
   report->GetItemAt(7, 1)->SetOwnCaption("WWWWWW");
   report->NotifyScrolled(5);
   report->GetReportHeader().BestFit(name);
-  EXPECT_EQ(name.GetWidth(), 12 * 8 + 2 * CReportControl::kCellMargin);
+  EXPECT_EQ(name.GetWidth(), 12 * 8 + 2 * ReportLayout::kCellMargin);
 }
 
 TEST_F(Report, PointsFindCellsOpenersLinksAndTheGroupBox) {
@@ -491,7 +491,7 @@ TEST_F(Report, SelectedRowsAreGoneThroughInOrderAndGoWithTheirRecords) {
     seen += rows.GetNextSelectedRow(at)->GetRecord()->GetItem(1)->GetCaption();
   }
   EXPECT_EQ(seen, "ba");
-  report->NotifyHeaderClicked(1);
+  report->GetReportHeader().NotifyClicked(1);
   EXPECT_EQ(RowsText(*report), "#9|A|y.c\n*>[ ]|a|X.c\n*+#10|b|x.c\n");
   report->RemoveAllRecords();
   EXPECT_EQ(rows.GetCount(), 0);

@@ -76,7 +76,7 @@ class GroupBox : public QWidget {
     button->setFocusPolicy(Qt::TabFocus);
     const int index = column.GetIndex();
     connect(button, &QToolButton::clicked, this, [this, index] {
-      if (IsWindow(handle_)) report_.NotifyUngrouped(index);
+      if (IsWindow(handle_)) report_.GetReportHeader().NotifyUngrouped(index);
     });
     return button;
   }
@@ -100,7 +100,7 @@ class ReportFrame : public QWidget {
     const WindowHandle handle = report.GetHandle();
     view->Head().onDropped = [this, &report, handle](int dropped, QPoint screen) {
       const bool isOnBox = box->isVisible() && box->rect().contains(box->mapFromGlobal(screen));
-      if (isOnBox && IsWindow(handle)) report.NotifyGrouped(dropped);
+      if (isOnBox && IsWindow(handle)) report.GetReportHeader().NotifyGrouped(dropped);
     };
   }
 

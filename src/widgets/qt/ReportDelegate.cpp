@@ -142,19 +142,19 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
                                             const QRect& place) const {
   Cell cell;
   const CReportColumn* const head = report_.GetColumns().GetAt(column);
-  int left = place.left() + CReportControl::kCellMargin;
+  int left = place.left() + ReportLayout::kCellMargin;
   const bool isInTree = row.IsGroup() || head->IsTreeColumn();
   if (isInTree) {
-    left += row.GetDepth() * CReportControl::kOpenerWidth;
-    const QRect opener(left, place.top(), CReportControl::kOpenerWidth, place.height());
+    left += row.GetDepth() * ReportLayout::kOpenerWidth;
+    const QRect opener(left, place.top(), ReportLayout::kOpenerWidth, place.height());
     if (report_.CanOpen(row)) cell.opener = opener;
-    left += CReportControl::kOpenerWidth;
+    left += ReportLayout::kOpenerWidth;
   }
-  int right = place.right() + 1 - CReportControl::kCellMargin;
+  int right = place.right() + 1 - ReportLayout::kCellMargin;
   const CReportRecordItem* const item =
       row.IsGroup() ? nullptr : row.GetRecord()->GetItem(head->GetIndex());
   if (item != nullptr && HasMark(*item)) {
-    QSize size(CReportControl::kPictureWidth, CReportControl::kPictureWidth);
+    QSize size(ReportLayout::kPictureWidth, ReportLayout::kPictureWidth);
     if (item->HasCheckbox()) {
       size = QSize(view_.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &view_),
                    view_.style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, &view_));
@@ -166,8 +166,8 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
     if (isAlone) left = place.left() + (place.width() - size.width()) / 2;
     cell.mark = QRect(QPoint(left, place.top() + (place.height() - size.height()) / 2), size);
     left += size.width();
-    right += CReportControl::kCellMargin;
-    if (!isAlone) left += CReportControl::kCellMargin;
+    right += ReportLayout::kCellMargin;
+    if (!isAlone) left += ReportLayout::kCellMargin;
   }
   cell.text = QRect(left, place.top(), std::max(0, right - left), place.height());
   return cell;

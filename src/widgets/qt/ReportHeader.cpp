@@ -64,7 +64,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
   painter->setPen(Blend(background, text, kLineStrength));
   painter->drawLine(rect.bottomLeft(), rect.bottomRight());
   painter->drawLine(rect.right(), rect.top() + kSpace, rect.right(), rect.bottom() - kSpace);
-  QRect room = rect.adjusted(CReportControl::kCellMargin, 0, -CReportControl::kCellMargin, 0);
+  QRect room = rect.adjusted(ReportLayout::kCellMargin, 0, -ReportLayout::kCellMargin, 0);
   if (column->IsSorted()) {
     QStyleOption arrow;
     arrow.initFrom(this);
@@ -73,7 +73,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
     style()->drawPrimitive(
         column->IsSortedAscending() ? QStyle::PE_IndicatorArrowUp : QStyle::PE_IndicatorArrowDown,
         &arrow, painter, this);
-    room.setRight(arrow.rect.left() - CReportControl::kCellMargin);
+    room.setRight(arrow.rect.left() - ReportLayout::kCellMargin);
   }
   const QString caption = ToQt(column->GetCaption());
   painter->setFont(font());
@@ -120,7 +120,8 @@ void ReportHeader::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   if (!IsWindow(handle_)) return;
   const QPoint screen = event->globalPos();
-  report_.NotifyHeaderRightClicked(logicalIndexAt(event->pos()), {screen.x(), screen.y()});
+  report_.GetReportHeader().NotifyRightClicked(logicalIndexAt(event->pos()),
+                                               {screen.x(), screen.y()});
 }
 
 void ReportHeader::OpenMenu(int column) {
@@ -128,7 +129,7 @@ void ReportHeader::OpenMenu(int column) {
   const int left = column < 0 ? length() : sectionViewportPosition(column);
   const QPoint screen =
       viewport()->mapToGlobal(QPoint(std::clamp(left, 0, std::max(0, width() - 1)), height()));
-  report_.NotifyHeaderRightClicked(column, {screen.x(), screen.y()});
+  report_.GetReportHeader().NotifyRightClicked(column, {screen.x(), screen.y()});
 }
 
 void ReportHeader::SetHovered(int section) {

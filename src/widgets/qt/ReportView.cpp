@@ -55,17 +55,17 @@ ReportView::ReportView(CReportControl& shownReport)
   takeTimer_.setSingleShot(true);
   connect(&takeTimer_, &QTimer::timeout, this, [this] { TakeMore(); });
   connect(head_, &QHeaderView::sectionClicked, this, [this](int column) {
-    if (IsWindow(handle)) report_.NotifyHeaderClicked(column);
+    if (IsWindow(handle)) report_.GetReportHeader().NotifyClicked(column);
   });
   connect(head_, &QHeaderView::sectionResized, this, [this](int column, int /*old*/, int width) {
-    if (following == 0 && IsWindow(handle)) report_.NotifyColumnResized(column, width);
+    if (following == 0 && IsWindow(handle)) report_.GetReportHeader().NotifyResized(column, width);
   });
   connect(head_, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
     CReportColumn* const fitted = IsWindow(handle) ? report_.GetColumns().GetAt(column) : nullptr;
     if (fitted == nullptr) return;
     report_.GetReportHeader().BestFit(*fitted);
     // The other columns make room for the full width.
-    report_.NotifyColumnResized(column, fitted->GetWidth());
+    report_.GetReportHeader().NotifyResized(column, fitted->GetWidth());
   });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
     if (following > 0 || isRefillDue_) {
@@ -96,7 +96,7 @@ void ReportView::LayOutColumns() {
     const CReportColumn* const column = report_.GetColumns().GetAt(i);
     if (column != nullptr) head_->setSectionHidden(i, !column->IsVisible());
   }
-  for (const CReportControl::ColumnSpan& span : report_.LayOutColumns()) {
+  for (const ReportLayout::ColumnSpan& span : report_.GetLayout().LayOutColumns()) {
     if (span.column < head_->count()) head_->resizeSection(span.column, span.width);
   }
   head_->viewport()->update();
@@ -392,7 +392,7 @@ void ReportView::ShowRowMenu(QPoint screen) {
     if (!column.IsVisible() || !column.IsSortable()) continue;
     QAction* const action =
         sorting->addAction(ToQtLabel(column.GetCaption()), this,
-                           whileAlive([this, i] { report_.NotifyHeaderClicked(i); }));
+                           whileAlive([this, i] { report_.GetReportHeader().NotifyClicked(i); }));
     action->setCheckable(true);
     action->setChecked(column.IsSorted());
   }

@@ -188,7 +188,7 @@ TEST_F(ReportPeerTest, HeadsSortGroupAndTakeTheWidthsThatTheUserGives) {
   EXPECT_EQ(owner.Take(), "header -1,2; ");
 
   report.ShowGroupBy(true);
-  report.NotifyGrouped(2);
+  report.GetReportHeader().NotifyGrouped(2);
   EXPECT_EQ(Shown(), "File: main.c pear fig apple ");
   Settle();
   Click(TextAt(0, 0));
@@ -220,7 +220,7 @@ TEST_F(ReportPeerTest, TipsShowWhatIsCut) {
   const std::string path = std::string(200, '/') + "long.c";
   Add("cherry", path);
   report.Populate();
-  report.NotifyGrouped(2);
+  report.GetReportHeader().NotifyGrouped(2);
   Settle();
   const auto tipAt = [this](int row, int column) {
     const QPoint place = CellAt(row, column);
@@ -242,7 +242,7 @@ TEST_F(ReportPeerTest, LinksAreWhereTheyAreDrawn) {
   report.Populate();
   Settle();
   const int y = CellAt(3, 1).y();
-  const int left = view->header()->sectionViewportPosition(1) + CReportControl::kCellMargin;
+  const int left = view->header()->sectionViewportPosition(1) + ReportLayout::kCellMargin;
   const QFontMetrics metrics = view->fontMetrics();
   const int start = left + metrics.horizontalAdvance("see \u00e4 ");
   const int end = left + metrics.horizontalAdvance("see \u00e4 here");
@@ -304,7 +304,7 @@ TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
   // Each new row of a sorted report changes the order. The model tester would check all rows each
   // time.
   tester.reset();
-  report.NotifyHeaderClicked(1);
+  report.GetReportHeader().NotifyClicked(1);
   layouts.clear();
   for (int i = 0; i < 1'000; ++i) {
     Add("a row", "x.c");
@@ -356,7 +356,7 @@ TEST_F(ReportPeerTest, MayBeDestroyedInItsEventsAndLivesOnWithoutItsView) {
   delete WidgetOf(report);
   Add("late", "x.c");
   report.PopulateAdded();
-  report.NotifyHeaderClicked(1);
+  report.GetReportHeader().NotifyClicked(1);
   report.SelectRow(3);
   EXPECT_EQ(report.GetFocusedRow(), 3);
 }
