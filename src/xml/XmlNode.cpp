@@ -144,15 +144,12 @@ bool CXmlNode::RemoveAttr(const CXmlAttr* attr) {
   return false;
 }
 
-bool CXmlNode::IsOwnRecord(const CXmlAttr* attr) const {
-  const auto first = reinterpret_cast<std::uintptr_t>(this + 1);
-  const auto address = reinterpret_cast<std::uintptr_t>(attr);
-  return address >= first && address < first + ownRecords_ * sizeof(CXmlAttr);
-}
-
 void CXmlNode::DestroyAttr(CXmlAttr* attr) {
   attr->~CXmlAttr();
-  if (IsOwnRecord(attr)) return;
+  const auto first = reinterpret_cast<std::uintptr_t>(this + 1);
+  const auto address = reinterpret_cast<std::uintptr_t>(attr);
+  const bool isOwn = address >= first && address < first + ownRecords_ * sizeof(CXmlAttr);
+  if (isOwn) return;
   LateHead* head = reinterpret_cast<LateHead*>(attr) - 1;
   XmlPages::Release(head, head->pageOffset, sizeof(LateHead) + sizeof(CXmlAttr));
 }

@@ -236,7 +236,6 @@ class CXmlNode {
   // Appends an attribute after `last`, which is the current last attribute, or nullptr if there is
   // none.
   CXmlAttr* AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue);
-  bool IsOwnRecord(const CXmlAttr* attr) const;
   void DestroyAttr(CXmlAttr* attr);
   void DestroyAttrs();
   void DestroyChildren();
