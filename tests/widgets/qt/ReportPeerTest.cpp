@@ -293,8 +293,7 @@ TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
     report.PopulateAdded();
   }
   EXPECT_EQ(layouts.count(), 0);
-  Settle();
-  EXPECT_GT(layouts.count(), 0);
+  EXPECT_TRUE(QTest::qWaitFor([&layouts] { return layouts.count() > 0; }));
   ASSERT_EQ(view->model()->rowCount(), 10'003);
   report.SelectRow(5'000);
   EXPECT_TRUE(view->viewport()->rect().contains(CellAt(5'000, 1)));
@@ -311,7 +310,7 @@ TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
     report.PopulateAdded();
   }
   EXPECT_EQ(layouts.count(), 0);
-  Settle();
+  EXPECT_TRUE(QTest::qWaitFor([&layouts] { return layouts.count() > 0; }));
   EXPECT_EQ(view->verticalScrollBar()->value(), 70);
   report.GetColumns().SetSortColumn(nullptr, true);
   report.Populate();
