@@ -112,7 +112,7 @@ TEST_F(BuildLifeTest, ABuildThatAScriptLeavesBehindIsFollowedToItsEnd) {
   const auto start = [this] {
     ended.reset();
     RunScript("tarn.Command(0x8111)");
-    EXPECT_TRUE(RunUntil([&] { return window->Commands().IsBuilding(); }, 5000));
+    EXPECT_TRUE(RunUntil([&] { return window->Commands().IsBuilding(); }));
     EXPECT_TRUE(window->findChild<QWidget*>("stopBuild")->isVisible());
   };
   start();
@@ -125,7 +125,7 @@ TEST_F(BuildLifeTest, ABuildThatAScriptLeavesBehindIsFollowedToItsEnd) {
     const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
     start();
     window->Commands().Stop();
-    ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+    ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }));
     EXPECT_EQ(ended, BuildEnd::Stopped);
   }
   start();
@@ -137,10 +137,10 @@ TEST_F(BuildLifeTest, CtrlAndBreakStopABuild) {
   NoteEnd();
   const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
   ASSERT_TRUE(Choose("Build all"));
-  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsWaiting(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsWaiting(); }));
   QKeyEvent stop(QEvent::KeyPress, 0, Qt::ControlModifier, 127, 0xff6b, 0);
   QApplication::sendEvent(&Tree(), &stop);
-  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }));
   EXPECT_EQ(ended, BuildEnd::Stopped);
 }
 
@@ -189,10 +189,10 @@ TEST_F(BuildLifeTest, TheServersOwnQuestionStopsABuildWithItsTools) {
   const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
   NoteEnd();
   window->Commands().Run(TARN_CMD_BUILD_ALL);
-  ASSERT_TRUE(RunUntil([&] { return window->Commands().GetProgress()->GetNumber() > 0; }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return window->Commands().GetProgress()->GetNumber() > 0; }));
   PressInNextBox(QMessageBox::Ok);
   EXPECT_EQ(window->Session().Manager().ProjectClose(), 0);
-  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }));
   EXPECT_EQ(ended, BuildEnd::Stopped);
 }
 
@@ -215,7 +215,7 @@ TEST_F(BuildLifeTest, AnApplicationThatHasJustBeenAddedIsWatched) {
   const Banner& banner = static_cast<EditorArea*>(window->centralWidget())->ProjectBanner();
   EXPECT_FALSE(banner.isVisible());
   folder.Write("blinky/other.tapp", testing::ReadBytes(added) + "\n");
-  EXPECT_TRUE(RunUntil([&] { return banner.isVisible(); }, 5000));
+  EXPECT_TRUE(RunUntil([&] { return banner.isVisible(); }));
 }
 
 }  // namespace

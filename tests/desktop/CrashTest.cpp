@@ -70,12 +70,12 @@ class CrashTest : public testing::IdeFixture {
     crashing.Send(lines);
     crashing.Kill();
   }
-  // Closes the current message box and returns its text.
-  static QString CloseBox() {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return {};
-    box->reject();
-    return box->text();
+  // Closes the next message box and stores its text.
+  static void CloseNextBox(QString& text) {
+    testing::InNextDialog<QMessageBox>([&text](QMessageBox& box) {
+      box.reject();
+      text = box.text();
+    });
   }
   EditorArea& Area() { return static_cast<EditorArea&>(*window->centralWidget()); }
   // An edited text, a different file in view, an option and a new node, all of them unsaved.
@@ -235,14 +235,12 @@ TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
   ASSERT_NE(dialog, nullptr);
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
   QDialog* next = nullptr;
-  ASSERT_TRUE(RunUntil(
-      [&] {
-        next = window->findChild<QDialog*>("recoveryDialog");
-        return next != nullptr && next != dialog;
-      },
-      3000));
+  ASSERT_TRUE(RunUntil([&] {
+    next = window->findChild<QDialog*>("recoveryDialog");
+    return next != nullptr && next != dialog;
+  }));
   QString told;
-  QTimer::singleShot(0, [&] { told = CloseBox(); });
+  CloseNextBox(told);
   ASSERT_NO_FATAL_FAILURE(Press(*next, "restore"));
   EXPECT_TRUE(told.contains("main.c already has other unsaved changes")) << told.toStdString();
   for (const char* const each : {"new.c", "FIRST", "SPEED"}) {
@@ -288,19 +286,15 @@ TEST_F(CrashTest, ChangesOfAProjectThatIsGoneCanBeSavedElsewhere) {
   ASSERT_NE(dialog, nullptr);
   EXPECT_TRUE(RowsOf(*dialog).front().ends_with("the project no longer exists"));
   QString told;
-  QTimer::singleShot(0, [&] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    ASSERT_NE(box, nullptr);
-    for (QAbstractButton* each : box->buttons()) {
+  testing::InNextDialog<QMessageBox>([&](QMessageBox& box) {
+    for (QAbstractButton* each : box.buttons()) {
       if (each->text().contains("Save copies")) each->click();
     }
-    QTimer::singleShot(200, [&] {
-      auto* const chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-      ASSERT_NE(chooser, nullptr);
-      chooser->setDirectory(ToQt(folder / "copies"));
-      chooser->findChild<QLineEdit*>()->clear();
-      static_cast<QDialog*>(chooser)->done(QDialog::Accepted);
-      QTimer::singleShot(0, [&] { told = CloseBox(); });
+    testing::InNextDialog<QFileDialog>([&](QFileDialog& chooser) {
+      chooser.setDirectory(ToQt(folder / "copies"));
+      chooser.findChild<QLineEdit*>()->clear();
+      static_cast<QDialog&>(chooser).done(QDialog::Accepted);
+      CloseNextBox(told);
     });
   });
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));

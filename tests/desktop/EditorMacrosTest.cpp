@@ -74,19 +74,19 @@ TEST_F(EditorMacrosTest, CodeThatTheConfigurationLeavesOutIsGrey) {
                "#ifdef DEBUG\nint debugged;\n#else\nint plain;\n#endif\n"
                "#ifdef __AVR__\nint target;\n#endif\n");
   window->OpenPaths({folder / "blinky/src/main.c"});
-  ASSERT_TRUE(RunUntil([this] { return IsGrey("debugged"); }, 5000));
+  ASSERT_TRUE(RunUntil([this] { return IsGrey("debugged"); }));
   EXPECT_FALSE(IsGrey("plain"));
   EXPECT_FALSE(IsGrey("target"));
   Choose("Debug");
-  EXPECT_TRUE(RunUntil([this] { return IsGrey("plain"); }, 5000));
+  EXPECT_TRUE(RunUntil([this] { return IsGrey("plain"); }));
   EXPECT_FALSE(IsGrey("debugged"));
   Choose("Standard");
-  EXPECT_TRUE(RunUntil([this] { return IsGrey("debugged"); }, 5000));
+  EXPECT_TRUE(RunUntil([this] { return IsGrey("debugged"); }));
   CodeEditor& editor = *window->Editors().Current();
   editor.insertAt("#if __OF_THE_COMPILER__\n#endif\n", 0, 0);
-  EXPECT_TRUE(RunUntil([this] { return !IsGrey("debugged"); }, 5000)) << "it can't be judged now";
+  EXPECT_TRUE(RunUntil([this] { return !IsGrey("debugged"); })) << "it can't be judged now";
   editor.undo();
-  EXPECT_TRUE(RunUntil([this] { return IsGrey("debugged"); }, 5000));
+  EXPECT_TRUE(RunUntil([this] { return IsGrey("debugged"); }));
 }
 
 }  // namespace

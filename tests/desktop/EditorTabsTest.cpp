@@ -23,11 +23,9 @@ class EditorTabsTest : public ::testing::Test {
  protected:
   // Presses a button of the next message box.
   void Answer(QMessageBox::StandardButton button) {
-    QTimer::singleShot(0, [this, button] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      ASSERT_NE(box, nullptr);
+    testing::InNextDialog<QMessageBox>([this, button](QMessageBox& box) {
       ++boxes;
-      box->button(button)->click();
+      box.button(button)->click();
     });
   }
 
@@ -96,10 +94,10 @@ TEST_F(EditorTabsTest, AFileThatChangedOutsideIsReadAgainUnlessThatWouldLoseSome
   // Wait until the file system's clock has advanced.
   QTest::qWait(20);
   folder.Write("a.c", "new");
-  EXPECT_TRUE(testing::RunUntil([&] { return editor.text() == "new"; }, 5000));
+  EXPECT_TRUE(testing::RunUntil([&] { return editor.text() == "new"; }));
   editor.insertAt("mine ", 0, 0);
   folder.Write("a.c", "changed again");
-  EXPECT_TRUE(testing::RunUntil([&] { return editor.IsInConflict(); }, 5000));
+  EXPECT_TRUE(testing::RunUntil([&] { return editor.IsInConflict(); }));
   EXPECT_FALSE(tabs.SaveAll());
   EXPECT_EQ(ReadBytes(folder / "a.c"), "changed again");
   editor.KeepMine();

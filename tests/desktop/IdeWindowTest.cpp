@@ -157,7 +157,7 @@ TEST_F(IdeWindowTest, AProjectThatTheServerOpensByItselfIsTheOneWhoseStateIsKept
   std::filesystem::copy(folder / "blinky", folder / "second",
                         std::filesystem::copy_options::recursive);
   ASSERT_NE(window->Session().Manager().ProjectOpen(second), 0);
-  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == second; }, 5000));
+  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == second; }));
 }
 
 TEST_F(IdeWindowTest, AScriptsBuildLeavesTheWindowAliveAndTellsTheScriptHowItEnded) {
@@ -172,7 +172,7 @@ TEST_F(IdeWindowTest, AScriptsBuildLeavesTheWindowAliveAndTellsTheScriptHowItEnd
   EXPECT_TRUE(IsBuilt("blinky-avr.elf"));
   EXPECT_GT(heartbeats, 5);
   const auto* const log = window->findChild<QPlainTextEdit*>();
-  EXPECT_TRUE(RunUntil([&] { return log->toPlainText().contains("script: succeeded 6"); }, 3000))
+  EXPECT_TRUE(RunUntil([&] { return log->toPlainText().contains("script: succeeded 6"); }))
       << log->toPlainText().toStdString();
 }
 
@@ -207,14 +207,11 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
   window->Frame().Answer(kMsgBuildStarting, [&](const HostEvent&) {
     window->Frame().Answer(kMsgBuildStarting, {});
     window->Session().Manager().Command(TARN_CMD_BUILD_ALL);
-    QTimer::singleShot(0, [] {
-      auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      question->button(QMessageBox::Ok)->click();
-    });
+    testing::PressInNextBox(QMessageBox::Ok);
     return std::intptr_t{1};
   });
   window->Commands().Run(TARN_CMD_REBUILD_ALL);
-  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }));
   EXPECT_EQ(ended, BuildEnd::Refused);
   EXPECT_FALSE(window->Commands().IsBuilding());
   bool isOtherGone = false;
@@ -222,7 +219,7 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
     isOtherGone = true;
     return std::intptr_t{1};
   });
-  ASSERT_TRUE(RunUntil([&] { return isOtherGone; }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return isOtherGone; }));
   ASSERT_TRUE(Choose("Build all"));
   EXPECT_TRUE(RunUntil([&] { return ended != BuildEnd::Refused; }));
   EXPECT_EQ(ended, BuildEnd::Succeeded);
@@ -348,7 +345,7 @@ TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWan
   const auto at = text.find("led.h");
   ASSERT_NE(at, std::string::npos);
   folder.Write("blinky/blinky-avr.tapp", text.insert(at, "renamed-"));
-  ASSERT_TRUE(RunUntil([&] { return area->ProjectBanner().isVisible(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return area->ProjectBanner().isVisible(); }));
   auto* const reload = area->ProjectBanner().findChild<QPushButton*>();
   window->Commands().Run(TARN_CMD_BUILD_ALL);
   EXPECT_FALSE(reload->isEnabled());
@@ -385,7 +382,7 @@ TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
   is("removed", false, false);
   EXPECT_TRUE(window->isWindowModified());
   ASSERT_TRUE(Choose("Save all"));
-  EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); }, 5000));
+  EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); }));
   const std::string saved = testing::ReadBytes(folder / "blinky/blinky-avr.tapp");
   EXPECT_EQ(saved.find("led.c"), std::string::npos);
   ASSERT_EQ(inspector.SelectNodeByKey("ticks.c"), 1);
@@ -397,12 +394,12 @@ TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
   ASSERT_TRUE(Choose("undoProject"));
   is("all back", true, true);
   EXPECT_EQ(testing::ReadBytes(folder / "blinky/blinky-avr.tapp"), saved) << "nothing is written";
-  EXPECT_TRUE(RunUntil([&] { return window->isWindowModified(); }, 5000));
+  EXPECT_TRUE(RunUntil([&] { return window->isWindowModified(); }));
   EXPECT_FALSE(FindEntry("undoProject")->isEnabled());
   ASSERT_TRUE(Choose("redoProject"));
   is("one again", false, true);
   ASSERT_TRUE(Choose("redoProject"));
-  EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); }, 5000)) << "as it was saved";
+  EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); })) << "as it was saved";
   ASSERT_TRUE(Choose("undoProject"));
   remove("uart.c");
   EXPECT_FALSE(FindEntry("redoProject")->isEnabled());

@@ -29,21 +29,21 @@ class OpenPathsTest : public testing::IdeFixture {
 
 TEST_F(OpenPathsTest, ADroppedFileIsEditedAndADroppedProjectOpened) {
   Drop(*window, folder / "blinky/src/blinker.c");
-  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }, 3000));
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
   // Dropped on a text, which by default would insert the name.
   Drop(*window->Editors().Current()->viewport(), folder / "blinky/src/blinker.h");
-  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 2; }, 3000));
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 2; }));
   EXPECT_FALSE(window->Editors().Current()->isModified());
 
   std::filesystem::copy(folder / "blinky", folder / "other",
                         std::filesystem::copy_options::recursive);
   const std::string other = folder / "other/blinky-avr.tprj";
   Drop(window->Editors(), other);
-  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == other; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == other; }));
   // An application opens the project next to it.
   Drop(window->Editors(), folder / "blinky/blinky-avr.tapp");
   const std::string first = folder / "blinky/blinky-avr.tprj";
-  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == first; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == first; }));
 }
 
 TEST_F(OpenPathsTest, AFileThatTheProjectSpellsInAnotherWayIsEditedOnce) {
@@ -60,11 +60,9 @@ TEST_F(OpenPathsTest, AFileThatTheProjectSpellsInAnotherWayIsEditedOnce) {
 
 TEST_F(OpenPathsTest, OfSeveralFilesTheMissingOnesAreNamedAndTheOthersOpened) {
   QString told;
-  QTimer::singleShot(0, [&] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    told = box->text();
-    box->reject();
+  testing::InNextDialog<QMessageBox>([&](QMessageBox& box) {
+    told = box.text();
+    box.reject();
   });
   window->OpenPaths({folder / "blinky/src/none.c", folder / "blinky/src/main.c",
                      folder / "blinky/src", folder / "blinky/blinky-avr.tprj"});

@@ -61,14 +61,14 @@ class IdeOptionsTest : public ::testing::Test {
         .toStdString();
   }
   bool ComesToShow(const std::string& key, const std::string& text) {
-    RunUntil([&] { return Shown(key) == text; }, 3000);
+    RunUntil([&] { return Shown(key) == text; });
     EXPECT_EQ(Shown(key), text) << key;
     return Shown(key) == text;
   }
   // Returns the label of the node that is shown after the selection.
   std::string Select(const std::string& node) {
     window->Session().Inspector().SelectNodeByKey(node);
-    RunUntil([&] { return Label() == node; }, 3000);
+    RunUntil([&] { return Label() == node; });
     return Label();
   }
   std::string Label() {
@@ -201,7 +201,7 @@ TEST_F(IdeOptionsTest, EachConfigurationHasItsOwnValues) {
   ASSERT_TRUE(ComesToShow(key, "all usual ones and more|set here"));
   auto* const configurations = Find<QComboBox>("configurations");
   ChooseIn(configurations, "Debug");
-  EXPECT_TRUE(RunUntil([&] { return configurations->currentText() == "Debug"; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return configurations->currentText() == "Debug"; }));
   ComesToShow(key, "all usual ones|blinky-avr");
   ChooseIn(configurations, "Standard");
   ComesToShow(key, "all usual ones and more|set here");
@@ -212,7 +212,7 @@ TEST_F(IdeOptionsTest, ALevelFurtherOutSetsTheDefaultOfItsKindsOfFiles) {
   auto* const sets = Find<QComboBox>("sets");
   ChooseIn(sets, "C source in Drivers");
   const std::string key = "C.Compiler.Extra";
-  ASSERT_TRUE(RunUntil([&] { return Row(key) != nullptr; }, 3000));
+  ASSERT_TRUE(RunUntil([&] { return Row(key) != nullptr; }));
   Write(key, "-fno-$(General.Header)");
   ASSERT_TRUE(ComesToShow(key, "-fno-$(General.Header)|set here"));
   ASSERT_EQ(Select("led.c"), "led.c");
@@ -293,7 +293,7 @@ TEST_F(IdeOptionsTest, AnOptionThatAScriptHidesGoes) {
   const std::string key = "C.Compiler.Extra";
   ASSERT_NE(Row(key), nullptr);
   window->Session().Options().InvokeLong(TARN_OPT_HIDE_PROPERTY, {"C", "Compiler", "Extra", 1});
-  EXPECT_TRUE(RunUntil([&] { return Row(key) == nullptr; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return Row(key) == nullptr; }));
 }
 
 TEST_F(IdeOptionsTest, HowTheWindowLooksIsKeptForEachNode) {
@@ -314,7 +314,7 @@ TEST_F(IdeOptionsTest, ChangesAreTakenAlsoWhileTheOptionsOfAllNodesAreBeingRead)
   OptionsDriver& component = window->Session().Options();
   ASSERT_EQ(Select("main.c"), "main.c");
   const auto isFree = [&] { return component.ResetChangedProperty("C", "Compiler", "Extra") != 0; };
-  ASSERT_TRUE(RunUntil(isFree, 5000));
+  ASSERT_TRUE(RunUntil(isFree));
   ASSERT_EQ(Select("led.c"), "led.c");
   component.BeginUpdate();
   const OptionDefinition option = Row("C.Compiler.Extra")->definition;

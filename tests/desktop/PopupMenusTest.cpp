@@ -67,11 +67,9 @@ TEST_F(PopupMenusTest, AConfigurationIsChosenFromAListAndAddedByItsName) {
   EntryOf(choices(), "Debug")->trigger();
   EXPECT_TRUE(EntryOf(choices(), "Debug")->isChecked());
 
-  QTimer::singleShot(0, [] {
-    auto* const question = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
-    ASSERT_NE(question, nullptr);
-    question->setTextValue("Release");
-    question->accept();
+  testing::InNextDialog<QInputDialog>([](QInputDialog& question) {
+    question.setTextValue("Release");
+    question.accept();
   });
   EntryOf(FindEntry("Configuration")->menu(), "Add")->trigger();
   EXPECT_TRUE(EntryOf(choices(), "Release")->isChecked());
@@ -97,7 +95,7 @@ TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
   ASSERT_NE(EntryOf(menu, "Stop"), nullptr);
   EXPECT_FALSE(EntryOf(menu, "Stop")->isEnabled());
   EntryOf(menu, "Clear the log")->trigger();
-  EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }, 2000));
+  EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }));
   menu->close();
 }
 

@@ -71,7 +71,7 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndR
   const QPoint place = log->cursorRect(found).center() - QPoint(4, 0);
   QTest::mouseMove(log->viewport(), place);
   QTest::mouseClick(log->viewport(), Qt::LeftButton, {}, place);
-  EXPECT_TRUE(RunUntil([&] { return Place() == warning; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return Place() == warning; }));
   ASSERT_TRUE(Choose("Next problem"));
   EXPECT_EQ(Place(), error);
 
@@ -90,7 +90,7 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndR
       },
       5000));
   QTest::mouseClick(report->viewport(), Qt::LeftButton, {}, report->visualRect(row).center());
-  EXPECT_TRUE(RunUntil([&] { return Place() == warning; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return Place() == warning; }));
 }
 
 TEST_F(ProblemNavigatorTest, ALongLogIsReadInPiecesAheadOfAStep) {
@@ -103,7 +103,7 @@ TEST_F(ProblemNavigatorTest, ALongLogIsReadInPiecesAheadOfAStep) {
   folder.Write("blinky/blinky-avr.tlog", log + "\n</output>");
   ASSERT_TRUE(Choose("Previous problem"));
   EXPECT_EQ(Said(), "") << "all of it has been read at once";
-  EXPECT_TRUE(RunUntil([&] { return !Said().empty(); }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return !Said().empty(); }));
   EXPECT_EQ(Said(), "Warning 2000 of 2000: broken");
 }
 

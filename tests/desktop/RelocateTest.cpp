@@ -22,14 +22,12 @@ class DesktopRelocate : public testing::IdeFixture {
   // Chooses the menu entry, and operates the dialog once its search has ended.
   void Relocate(const std::function<void(RelocateDialog&, QTreeWidget&)>& work) {
     bool isSeen = false;
-    QTimer::singleShot(0, &*window, [&] {
-      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      ASSERT_NE(dialog, nullptr);
-      auto& list = *dialog->findChild<QTreeWidget*>();
+    testing::InNextDialog<QDialog>([&](QDialog& dialog) {
+      auto& list = *dialog.findChild<QTreeWidget*>();
       EXPECT_TRUE(testing::RunUntil([&] { return list.topLevelItemCount() > 0; }));
       isSeen = true;
-      work(static_cast<RelocateDialog&>(*dialog), list);
-      if (dialog->isVisible()) dialog->reject();
+      work(static_cast<RelocateDialog&>(dialog), list);
+      if (dialog.isVisible()) dialog.reject();
     });
     ASSERT_TRUE(Choose("Find moved files..."));
     EXPECT_TRUE(isSeen);
@@ -101,18 +99,14 @@ TEST_F(DesktopRelocate, AnApplicationThatHasMovedIsCorrectedInOneStep) {
   window.emplace(FileSystem::Native());
   ASSERT_TRUE(window->Start());
   window->show();
-  QTimer::singleShot(0, [&] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    ASSERT_NE(box, nullptr);
-    for (QAbstractButton* each : box->buttons()) {
+  testing::InNextDialog<QMessageBox>([](QMessageBox& box) {
+    for (QAbstractButton* each : box.buttons()) {
       if (each->text().contains("Find")) each->click();
     }
-    QTimer::singleShot(0, [&] {
-      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      ASSERT_NE(dialog, nullptr);
-      EXPECT_TRUE(testing::RunUntil([&] { return Accept(*dialog).isEnabled(); }, 5000));
-      Accept(*dialog).click();
-      if (dialog->isVisible()) dialog->reject();
+    testing::InNextDialog<QDialog>([](QDialog& dialog) {
+      EXPECT_TRUE(testing::RunUntil([&] { return Accept(dialog).isEnabled(); }));
+      Accept(dialog).click();
+      if (dialog.isVisible()) dialog.reject();
     });
   });
   window->OpenProject(project);

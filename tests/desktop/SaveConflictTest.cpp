@@ -31,15 +31,13 @@ class SaveConflictTest : public testing::IdeFixture {
   std::string Board() { return folder / "blinky/src/board.h"; }
   // Presses the button with this text in the next message box.
   void AnswerWith(const QString& button) {
-    QTimer::singleShot(0, [this, button] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      ASSERT_NE(box, nullptr);
-      asked = box->text();
-      for (QAbstractButton* each : box->buttons()) {
+    testing::InNextDialog<QMessageBox>([this, button](QMessageBox& box) {
+      asked = box.text();
+      for (QAbstractButton* each : box.buttons()) {
         if (each->text().remove('&') == button) return each->click();
       }
       ADD_FAILURE() << "no " << button.toStdString();
-      box->reject();
+      box.reject();
     });
   }
 

@@ -40,7 +40,7 @@ TEST_F(SaveNoticeTest, ChangesOfBothSidesAreSavedTogetherAndTold) {
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_NE(Application().find("theirs"), std::string::npos);
   EXPECT_NE(Application().find("ours"), std::string::npos);
-  EXPECT_TRUE(testing::RunUntil([&] { return FindLine("theirs").isValid(); }, 3000));
+  EXPECT_TRUE(testing::RunUntil([&] { return FindLine("theirs").isValid(); }));
   EXPECT_TRUE(Shown().isVisible());
   EXPECT_EQ(FromQt(Shown().accessibleName()),
             "blinky-avr.tapp was also changed by another program. It now contains both changes.");
@@ -71,10 +71,8 @@ TEST_F(SaveNoticeTest, AConflictLeadsToTheOtherVersionAndToTheList) {
   window->Editors().CloseCurrent();
 
   std::string row;
-  QTimer::singleShot(0, [&] {
-    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    ASSERT_NE(dialog, nullptr);
-    auto* const list = dialog->findChild<QTreeWidget*>();
+  testing::InNextDialog<QDialog>([&](QDialog& dialog) {
+    auto* const list = dialog.findChild<QTreeWidget*>();
     ASSERT_EQ(list->topLevelItemCount(), 1);
     for (int i = 0; i < 4; ++i) row += FromQt(list->topLevelItem(0)->text(i)) + '|';
     Q_EMIT list->itemActivated(list->topLevelItem(0), 0);
@@ -111,10 +109,9 @@ TEST_F(SaveNoticeTest, AConflictAtTheEndIsShownBeforeTheWindowCloses) {
   ASSERT_NO_FATAL_FAILURE(RenameThere("led.c", "theirs"));
   ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
   bool isSeen = false;
-  QTimer::singleShot(0, [&] {
-    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    isSeen = dialog != nullptr && dialog->objectName() == "saveList";
-    if (dialog != nullptr) dialog->close();
+  testing::InNextDialog<QDialog>([&](QDialog& dialog) {
+    isSeen = dialog.objectName() == "saveList";
+    dialog.close();
   });
   window->close();
   EXPECT_TRUE(isSeen);
@@ -134,7 +131,7 @@ TEST_F(SaveNoticeTest, ReloadingAProjectWithChangesAsksWhatBecomesOfThem) {
     if (window->Session().Inspector().IsModified() == 0) {
       ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
       folder.Write("blinky/blinky-avr.tapp", Application() + "\r\n");
-      ASSERT_TRUE(testing::RunUntil([&] { return Changed().isVisible(); }, 5000));
+      ASSERT_TRUE(testing::RunUntil([&] { return Changed().isVisible(); }));
     }
     testing::PressInNextBox(row.answer);
     Changed().onFirst();

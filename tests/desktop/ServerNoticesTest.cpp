@@ -40,23 +40,23 @@ TEST_F(ServerNoticesTest, TheStatusBarNamesWhatCommandsWorkOn) {
   EXPECT_TRUE(Shows("Drivers  \u2022  blinky-avr (Standard)"));
   EXPECT_EQ(window->windowTitle(), "blinky-avr[*] - Tarn");
   ASSERT_NE(window->Session().Manager().ProjectClose(), 0);
-  EXPECT_TRUE(RunUntil([&] { return window->windowTitle() == "Tarn"; }, 3000));
+  EXPECT_TRUE(RunUntil([&] { return window->windowTitle() == "Tarn"; }));
 }
 
 TEST_F(ServerNoticesTest, HelpAndTimeStampsOfAMessageAreShown) {
   Send(kMsgShowTimeStamps, 1, 2);
   EXPECT_TRUE(window->statusBar()->currentMessage().contains("4294967298"));
   Send(kMsgShowHelp, Text(folder / "blinky/README.md"), 0);
-  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }, 3000));
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
   Send(kMsgShowHelp, Text(folder / "blinky/none.html"), 0);
   EXPECT_TRUE(
-      RunUntil([&] { return window->statusBar()->currentMessage().contains("none.html"); }, 3000));
+      RunUntil([&] { return window->statusBar()->currentMessage().contains("none.html"); }));
 }
 
 TEST_F(ServerNoticesTest, TheFileOfANodeIsShownWhereItWasLeft) {
   const std::string path = folder / "blinky/src/main.c";
   Send(kMsgOpenFileAtLine, Text(path), -7);
-  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }, 3000));
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
   Send(kMsgOpenFile, Text(path), -1);
   RunUntil([] { return false; }, 50);
   int line = 0;

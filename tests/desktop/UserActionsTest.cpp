@@ -33,10 +33,9 @@ class UserActionsTest : public testing::IdeFixture {
   // Presses this button of the next message box; returns false if none appears.
   bool Answer(QMessageBox::StandardButton button, const std::function<void()>& asking) {
     bool isAsked = false;
-    QTimer::singleShot(0, [&] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      isAsked = box != nullptr && box->button(button) != nullptr;
-      if (isAsked) box->button(button)->click();
+    testing::InNextDialog<QMessageBox>([&](QMessageBox& box) {
+      isAsked = box.button(button) != nullptr;
+      if (isAsked) box.button(button)->click();
     });
     asking();
     return isAsked;
@@ -67,7 +66,7 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
     QTest::keyClick(field, end);
   };
   rename("Drivers", "Hardware", Qt::Key_Return);
-  ASSERT_TRUE(RunUntil([&] { return FindLine("Hardware").isValid(); }, 3000));
+  ASSERT_TRUE(RunUntil([&] { return FindLine("Hardware").isValid(); }));
   EXPECT_EQ(ParentOf("led.c"), "Hardware");
   rename("Hardware", "Nothing", Qt::Key_Escape);
   EXPECT_TRUE(Tree().hasFocus());
@@ -93,8 +92,7 @@ TEST_F(UserActionsTest, ANodeThatIsDraggedOntoAGroupGoesIntoIt) {
 
   DragTo(onto);
   QTest::mouseRelease(Tree().viewport(), Qt::LeftButton, {}, onto);
-  ASSERT_TRUE(RunUntil([&] { return ParentOf("led.c") == "Application"; }, 3000))
-      << ParentOf("led.c");
+  ASSERT_TRUE(RunUntil([&] { return ParentOf("led.c") == "Application"; })) << ParentOf("led.c");
   ASSERT_TRUE(Choose("Build all"));
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   EXPECT_TRUE(IsBuilt("blinky-avr.elf"));
@@ -105,7 +103,7 @@ TEST_F(UserActionsTest, StopEndsABuildWithItsTools) {
   window->Commands().onEnded = [&](BuildEnd end) { ended = end; };
   ASSERT_TRUE(Choose("Build all"));
   ASSERT_TRUE(Choose("Stop"));
-  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }));
   EXPECT_EQ(ended, BuildEnd::Stopped);
   EXPECT_FALSE(IsBuilt("blinky-avr.elf"));
 }

@@ -20,12 +20,10 @@ class WizardTest : public testing::IdeFixture {
   bool InWizard(const std::function<void(QDialog&)>& use,
                 const char* command = "New application...") {
     bool isUsed = false;
-    QTimer::singleShot(0, [&] {
-      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr) return;
+    testing::InNextDialog<QDialog>([&](QDialog& dialog) {
       isUsed = true;
-      use(*dialog);
-      if (dialog->isVisible()) dialog->reject();
+      use(dialog);
+      if (dialog.isVisible()) dialog.reject();
     });
     EXPECT_TRUE(Choose(command));
     return isUsed;
@@ -58,10 +56,10 @@ TEST_F(WizardTest, LeadsByKeyboardToANewProjectThatBuilds) {
     targets->setFocus();
     QTest::keyClick(targets, Qt::Key_Return);
   }));
-  ASSERT_TRUE(RunUntil([&] { return window->windowTitle().remove("[*]") == "demo - Tarn"; }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return window->windowTitle().remove("[*]") == "demo - Tarn"; }));
   folder.Write("new/main.c", "#include <avr/io.h>\nint main(void) { DDRB = 1; for (;;) {} }\n");
   ASSERT_NE(window->Session().Manager().AddExistingItem(folder / "new/main.c"), 0);
-  ASSERT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }, 5000));
+  ASSERT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }));
   ASSERT_TRUE(Choose("Build all"));
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   EXPECT_TRUE(std::filesystem::exists(folder / "new/build/Standard/demo.elf"));
@@ -83,7 +81,7 @@ TEST_F(WizardTest, TheProposedFolderIsTheUsersOwnAndThenTheLastOne) {
           QTest::keyClick(targets, Qt::Key_Return);
         },
         "New project..."));
-    RunUntil([&] { return window->Commands().GetProjectPath().ends_with("demo.tprj"); }, 2000);
+    RunUntil([&] { return window->Commands().GetProjectPath().ends_with("demo.tprj"); });
     return proposed;
   };
   const std::string first = propose(folder / "mine/demo");
@@ -164,7 +162,7 @@ TEST_F(WizardTest, ANewProjectIsNotPutIntoTheOpenOneWhichComesBackWithoutIt) {
         QTest::keyClick(&dialog, Qt::Key_Escape);
       },
       "New project..."));
-  EXPECT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }, 5000));
+  EXPECT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }));
   EXPECT_EQ(window->windowTitle().remove("[*]"), "blinky-avr - Tarn");
   EXPECT_TRUE(window->Editors().Current()->text().startsWith("mine"));
 }

@@ -99,7 +99,7 @@ class QtDialogsTest : public ::testing::Test {
       ASSERT_TRUE(modal == nullptr || QTest::qWaitForWindowActive(modal));
       act();
     });
-    QTimer::singleShot(3000, &watch, [] {
+    QTimer::singleShot(60000, &watch, [] {
       if (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
       if (QWidget* const modal = QApplication::activeModalWidget()) {
         ADD_FAILURE() << "the question is still open";
