@@ -8,17 +8,17 @@
 #include <string>
 #include <string_view>
 
-#include "patterns/BreadthMatcher.h"
 #include "patterns/PatternMatcher.h"
+#include "patterns/PikeVm.h"
 #include "patterns/RegularExpression.h"
 
 namespace {
 
-using tarn::BreadthMatcher;
 using tarn::CCompiledPattern;
 using tarn::CPatternMatcher;
 using tarn::CRegularExpression;
 using tarn::PatternSlots;
+using tarn::PikeVm;
 
 void Require(bool holds) {
   if (!holds) std::abort();
@@ -50,8 +50,7 @@ void CheckMatch(CCompiledPattern& pattern, std::string_view subject) {
   Require(matcher.GetStepCount() <= 1024 + (3 * pattern.size + 16) * (subject.size() + 1));
   if (matches) CheckGroups(pattern, subject);
 
-  BreadthMatcher other(*pattern.plan, pattern.code.get(), subject.data(),
-                       subject.data() + subject.size());
+  PikeVm other(*pattern.prepared, pattern.code.get(), subject.data(), subject.data() + subject.size());
   PatternSlots slots{};
   Require(other.Search(subject.data(), pattern.anchored, slots) == matches);
   for (std::size_t i = 0; matches && i < tarn::kPatternGroups; ++i) {

@@ -20,15 +20,16 @@
 #include <vector>
 
 #include "bench/Ratios.h"
-#include "patterns/LineRecogniser.h"
+#include "patterns/DiagnosticParser.h"
 #include "patterns/RegularExpression.h"
 
 namespace {
 
 using tarn::CRegularExpression;
 
-constexpr std::array kPatterns = {tarn::kLineRows[0].pattern, tarn::kLineRows[1].pattern,
-                                  tarn::kLineRows[2].pattern, tarn::kPathPattern};
+constexpr std::array kPatterns = {tarn::kBuiltInPatterns[0].pattern,
+                                  tarn::kBuiltInPatterns[1].pattern,
+                                  tarn::kBuiltInPatterns[2].pattern, tarn::kPathPattern};
 
 struct Lines {
   const char* name;
@@ -56,7 +57,7 @@ const Lines kLines[] = {
       "make[1]: Entering directory '/home/dev/firmware'"}},
 };
 
-// --- The engines ---
+// --- The engines_ ---
 
 class Own {
  public:
@@ -78,13 +79,13 @@ class Pcre {
     return made;
   }
   explicit Pcre(const char* pattern, bool withMachineCode = false) {
-    code.reset(Compile(pattern));
-    if (withMachineCode) pcre2_jit_compile(code.get(), PCRE2_JIT_COMPLETE);
-    data.reset(pcre2_match_data_create_from_pattern(code.get(), nullptr));
+    code_.reset(Compile(pattern));
+    if (withMachineCode) pcre2_jit_compile(code_.get(), PCRE2_JIT_COMPLETE);
+    data_.reset(pcre2_match_data_create_from_pattern(code_.get(), nullptr));
   }
   bool Match(const std::string& line) {
-    return pcre2_match(code.get(), reinterpret_cast<PCRE2_SPTR>(line.data()), line.size(), 0, 0,
-                       data.get(), nullptr) > 0;
+    return pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(line.data()), line.size(), 0, 0,
+                       data_.get(), nullptr) > 0;
   }
 
  private:
@@ -107,8 +108,8 @@ class Re2 {
     if (!expression_.ok()) std::abort();
   }
   bool Match(const std::string& line) {
-    return expression.Match(line, 0, line.size(), RE2::UNANCHORED, groups.data(),
-                            1 + expression.NumberOfCapturingGroups());
+    return expression_.Match(line, 0, line.size(), RE2::UNANCHORED, groups_.data(),
+                             1 + expression_.NumberOfCapturingGroups());
   }
 
  private:
@@ -123,8 +124,8 @@ class Re2 {
 
 class Standard {
  public:
-  explicit Standard(const char* pattern) : expression(pattern) {}
-  bool Match(const std::string& line) { return std::regex_search(line, groups, expression); }
+  explicit Standard(const char* pattern) : expression_(pattern) {}
+  bool Match(const std::string& line) { return std::regex_search(line, groups_, expression_); }
 
  private:
   std::regex expression_;
@@ -135,19 +136,19 @@ class Standard {
 
 // Finds the first pattern that a line matches.
 template <class Engine>
-class Recognition {
+class Parsing {
  public:
-  Recognition() {
-    for (const char* pattern : kPatterns) engines.push_back(std::make_unique<Engine>(pattern));
+  Parsing() {
+    for (const char* pattern : kPatterns) engines_.push_back(std::make_unique<Engine>(pattern));
   }
-  std::size_t Recognise(const std::string& line) {
+  std::size_t Parse(const std::string& line) {
     std::size_t row = 0;
-    while (row < engines.size() && !engines[row]->Match(line)) ++row;
+    while (row < engines_.size() && !engines_[row]->Match(line)) ++row;
     return row;
   }
-  std::size_t RecogniseAll(const std::vector<std::string>& lines) {
+  std::size_t ParseAll(const std::vector<std::string>& lines) {
     std::size_t sum = 0;
-    for (const std::string& line : lines) sum = 5 * sum + Recognise(line);
+    for (const std::string& line : lines) sum = 5 * sum + Parse(line);
     return sum;
   }
 
@@ -158,21 +159,21 @@ class Recognition {
 template <class Engine>
 class PathSearch {
  public:
-  std::size_t RecogniseAll(const std::vector<std::string>& lines) {
+  std::size_t ParseAll(const std::vector<std::string>& lines) {
     std::size_t count = 0;
-    for (const std::string& line : lines) count += engine.Match(line) ? 1 : 0;
+    for (const std::string& line : lines) count += engine_.Match(line) ? 1 : 0;
     return count;
   }
 
  private:
-  Engine engine{kPatterns.back()};
+  Engine engine_{kPatterns.back()};
 };
 
 template <class Engine>
-void BM_Recognise(benchmark::State& state) {
-  Recognition<Engine> recognition;
+void BM_Parse(benchmark::State& state) {
+  Parsing<Engine> recognition;
   const Lines& lines = kLines[state.range(0)];
-  for (auto _ : state) benchmark::DoNotOptimize(recognition.RecogniseAll(lines.lines));
+  for (auto _ : state) benchmark::DoNotOptimize(recognition.ParseAll(lines.lines));
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines.lines.size()));
   state.SetLabel(lines.name);
 }
@@ -193,13 +194,13 @@ void CompileAndMatch(const char* pattern) {
   benchmark::DoNotOptimize(engine.Match(line));
 }
 
-// Like BM_Recognise, but including all fields of a line.
-void BM_RecogniseWhole(benchmark::State& state) {
-  tarn::LineRecogniser recogniser;
+// Like BM_Parse, but including all fields of a line.
+void BM_ParseWhole(benchmark::State& state) {
+  tarn::DiagnosticParser parser;
   const Lines& lines = kLines[state.range(0)];
   for (auto _ : state) {
     for (const std::string& line : lines.lines) {
-      benchmark::DoNotOptimize(recogniser.Recognise(line));
+      benchmark::DoNotOptimize(parser.Parse(line));
     }
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines.lines.size()));
@@ -220,12 +221,12 @@ BENCHMARK(BM_Compile<CompileAndMatch<Pcre>>);
 BENCHMARK(BM_Compile<CompileAndMatch<PcreJit>>);
 BENCHMARK(BM_Compile<CompileAndMatch<Re2>>);
 BENCHMARK(BM_Compile<CompileAndMatch<Standard>>);
-BENCHMARK(BM_RecogniseWhole)->DenseRange(0, 3);
-BENCHMARK(BM_Recognise<Own>)->DenseRange(0, 3);
-BENCHMARK(BM_Recognise<Pcre>)->DenseRange(0, 3);
-BENCHMARK(BM_Recognise<PcreJit>)->DenseRange(0, 3);
-BENCHMARK(BM_Recognise<Re2>)->DenseRange(0, 3);
-BENCHMARK(BM_Recognise<Standard>)->DenseRange(0, 3);
+BENCHMARK(BM_ParseWhole)->DenseRange(0, 3);
+BENCHMARK(BM_Parse<Own>)->DenseRange(0, 3);
+BENCHMARK(BM_Parse<Pcre>)->DenseRange(0, 3);
+BENCHMARK(BM_Parse<PcreJit>)->DenseRange(0, 3);
+BENCHMARK(BM_Parse<Re2>)->DenseRange(0, 3);
+BENCHMARK(BM_Parse<Standard>)->DenseRange(0, 3);
 
 // --- The ratios ---
 
@@ -255,10 +256,10 @@ template <template <class> class Work, class Engine>
 void PrintSpeed(const Lines& lines, const char* peerName, double limit) {
   Work<Own> own;
   Work<Engine> peer;
-  if (own.RecogniseAll(lines.lines) != peer.RecogniseAll(lines.lines)) std::abort();
+  if (own.ParseAll(lines.lines) != peer.ParseAll(lines.lines)) std::abort();
   const double ratio =
-      SpeedRatio([&] { benchmark::DoNotOptimize(own.RecogniseAll(lines.lines)); },
-                 [&] { benchmark::DoNotOptimize(peer.RecogniseAll(lines.lines)); }, 2000);
+      SpeedRatio([&] { benchmark::DoNotOptimize(own.ParseAll(lines.lines)); },
+                 [&] { benchmark::DoNotOptimize(peer.ParseAll(lines.lines)); }, 2000);
   PrintAtLeast(std::string(lines.name) + ", speed / " + peerName, ratio, limit);
 }
 
@@ -307,10 +308,10 @@ void PrintBlowUps() {
         [&] { benchmark::DoNotOptimize(expression.Match(subject.c_str())); });
     slowest = std::max(slowest, seconds);
   }
-  tarn::LineRecogniser recogniser;
+  tarn::DiagnosticParser parser;
   for (const auto& [pattern, subject] : cases) {
     const double seconds =
-        tarn::bench::SecondsOf([&] { benchmark::DoNotOptimize(recogniser.Recognise(subject)); });
+        tarn::bench::SecondsOf([&] { benchmark::DoNotOptimize(parser.Parse(subject)); });
     slowest = std::max(slowest, seconds);
   }
   tarn::bench::PrintAtMost("slowest of the blow-ups, ms", 1000 * slowest, 50);
@@ -320,12 +321,12 @@ void PrintRatios() {
   std::printf("\n");
   Lines all{"path search in all lines", {}};
   for (const Lines& lines : kLines) {
-    PrintSpeeds<Recognition>(lines);
+    PrintSpeeds<Parsing>(lines);
     all.lines.insert(all.lines.end(), lines.lines.begin(), lines.lines.end());
   }
   PrintSpeeds<PathSearch>(all);
   all.name = "all lines";
-  PrintSpeeds<Recognition>(all);
+  PrintSpeeds<Parsing>(all);
   PrintCompiling();
   PrintBlowUps();
 }

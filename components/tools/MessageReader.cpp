@@ -23,10 +23,10 @@ bool Fails(Failing failing, bool isErrorStream) {
 ToolMessage MessageReader::Read(const std::string& line, bool isErrorStream) {
   ToolMessage message;
   message.text = line;
-  ToolLine found;
+  Diagnostic found;
   found.message = line;
   for (const auto& rules : lists_) {
-    const auto effect = rules->Recognise(line, found);
+    const auto effect = rules->Match(line, found);
     if (!effect) continue;
     const std::string file = found.file.empty() ? "" : Absolute(found.file);
     Change(effect->folder, file);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "patterns/LineTemplate.h"
+#include "patterns/DiagnosticTemplate.h"
 
 namespace tarn::tools {
 
@@ -26,7 +26,7 @@ enum class Failing { Always, OnErrorStream, Never };
 
 // A pattern for lines of a tool, and properties of the lines that match it.
 struct MessageRule {
-  LineShape shape;
+  DiagnosticPattern pattern;
   std::optional<CRegularExpression> with;  // the line must match this as well
   std::optional<LineKind> kind;            // overrides the kind found in the line
   FolderChange folder = FolderChange::None;
@@ -45,7 +45,7 @@ class MessageRules {
     Failing failing = Failing::Always;
   };
   // Parses the line with the first matching rule. Returns nullopt if no rule matches.
-  std::optional<Effect> Recognise(const std::string& line, ToolLine& found) const;
+  std::optional<Effect> Match(const std::string& line, Diagnostic& found) const;
 
  private:
   mutable std::mutex lock_;  // a compiled pattern stores its last match

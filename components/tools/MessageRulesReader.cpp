@@ -22,10 +22,10 @@ std::shared_ptr<const MessageRules> MessageRulesReader::ReadList(const CXmlNode&
 MessageRule MessageRulesReader::ReadLine(const CXmlNode& node) {
   CheckAttributes(node, {"Template", "With", "Kind", "Folder", "Fails"});
   const std::string text = Text(node, "Template");
-  MessageRule rule{ShapeOfTemplate(text, kMessageTemplates), {}, {}, {}, {}};
+  MessageRule rule{PatternOfTemplate(text, kMessageTemplates), {}, {}, {}, {}};
   // An empty template would match every line.
   if (text.empty()) Fail("a Line has no Template");
-  if (!rule.shape.IsCompiled()) Fail(text + ": " + rule.shape.GetError());
+  if (!rule.pattern.IsCompiled()) Fail(text + ": " + rule.pattern.GetError());
   if (const std::string with = Text(node, "With"); !with.empty()) {
     rule.with.emplace(with);
     if (!rule.with->IsCompiled()) Fail(with + ": " + rule.with->GetError());

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "output/MessageTable.h"
-#include "patterns/LineRecogniser.h"
+#include "patterns/DiagnosticParser.h"
 #include "patterns/ParseNumber.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"

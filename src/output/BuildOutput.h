@@ -8,7 +8,7 @@
 
 #include "output/LogFile.h"
 #include "output/OutputViews.h"
-#include "patterns/LineShape.h"
+#include "patterns/DiagnosticPattern.h"
 #include "platform/files/FileSystem.h"
 #include "widgets/MessageLoop.h"
 
@@ -16,7 +16,7 @@ namespace tarn {
 
 class CXmlNode;
 
-class LineRecogniser;
+class DiagnosticParser;
 
 // Central sink of build messages: stores the tree of all messages since the last reset, keeps the
 // log file up to date, shows each message in the log view and passes the tree to the report.
@@ -98,7 +98,7 @@ class CBuildOutput {
   void AddWarning(const std::string& text);
 
   // Adds a message for each line of a tool's output, with kind, file and line if they are
-  // recognised: first by `lineTemplate`, if there is one (see `ShapeOfTemplate()`), then by the
+  // recognised: first by `lineTemplate`, if there is one (see `PatternOfTemplate()`), then by the
   // built-in patterns. A template that doesn't compile is ignored. An error or a warning with a
   // number links to a page in `helpFolder`. Each argument may be null. Bytes are never converted.
   //
@@ -143,7 +143,7 @@ class CBuildOutput {
   WindowHandle hostWindow_ = 0;
   ILogView* logView_ = nullptr;
   IReportView* reportView_ = nullptr;
-  std::unique_ptr<LineRecogniser> recogniser_;  // created for the first tool output
+  std::unique_ptr<DiagnosticParser> parser_;  // created for the first tool output
   LogFileWriter writer_;
 };
 

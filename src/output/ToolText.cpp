@@ -2,8 +2,8 @@
 #include <optional>
 
 #include "output/BuildOutput.h"
-#include "patterns/LineRecogniser.h"
-#include "patterns/LineTemplate.h"
+#include "patterns/DiagnosticParser.h"
+#include "patterns/DiagnosticTemplate.h"
 #include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -33,12 +33,12 @@ std::string PrepareLine(std::string_view text) {
   return line;
 }
 
-std::string LinkOf(const ToolLine& found) {
+std::string LinkOf(const Diagnostic& found) {
   if (found.file.empty() || found.line.empty()) return "lnk://";
   return "err://" + found.file + ":" + found.line;
 }
 
-CXmlNode& AppendLine(CXmlNode& root, const std::string& line, const ToolLine& found,
+CXmlNode& AppendLine(CXmlNode& root, const std::string& line, const Diagnostic& found,
                      const std::string& helpFolder) {
   CXmlNode& message = *root.AddChild("message");
   if (found.kind != LineKind::Plain) {
@@ -69,16 +69,16 @@ void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
     return;
   }
   const std::string help = TextOf(helpFolder);
-  std::optional<LineShape> special;
-  if (lineTemplate != nullptr) special = ShapeOfTemplate(lineTemplate, kToolTextTemplates);
+  std::optional<DiagnosticPattern> special;
+  if (lineTemplate != nullptr) special = PatternOfTemplate(lineTemplate, kToolTextTemplates);
   if (special && !special->IsCompiled()) special.reset();
-  if (!recogniser_) recogniser_ = std::make_unique<LineRecogniser>();
+  if (!parser_) parser_ = std::make_unique<DiagnosticParser>();
 
   const CParser lines(whole, "\n");
   for (int i = 0; i < lines.GetCount(); ++i) {
     const std::string line = PrepareLine(lines.TokenView(i));
     if (line.empty()) continue;
-    const ToolLine found = recogniser_->Recognise(line, special ? &*special : nullptr);
+    const Diagnostic found = parser_->Parse(line, special ? &*special : nullptr);
     // The view may reset the log, so `root` is read again for each message.
     const CXmlNode& message = AppendLine(*root_, line, found, help);
     if (logView_ != nullptr) logView_->AddMessage(message);
@@ -95,7 +95,7 @@ void CBuildOutput::AddWarning(const std::string& text) {
 }
 
 void CBuildOutput::AddProblem(LineKind kind, const std::string& text) {
-  ToolLine found;
+  Diagnostic found;
   found.kind = kind;
   found.message = EncodeStrict(text);
   const CXmlNode& message = AppendLine(*root_, found.message, found, {});

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "patterns/CompiledProgram.h"
 #include "patterns/PatternMatcher.h"
-#include "patterns/PatternPlan.h"
 #include "patterns/PatternSizer.h"
 #include "patterns/PatternWriter.h"
 
@@ -28,7 +28,7 @@ CCompiledPattern::CCompiledPattern(const CCompiledPattern& other)
       requiredLength(other.requiredLength),
       compiled(other.compiled),
       lastGroup(other.lastGroup),
-      plan(other.plan) {
+      prepared(other.prepared) {
   if (!other.code) return;
   code = std::make_unique<char[]>(size);
   std::memcpy(code.get(), other.code.get(), size);
@@ -84,7 +84,7 @@ bool CCompiledPattern::regexec(const char* text) {
   if (!HasProgram()) return Fail(PatternError::CorruptedProgram);
   if (required && !std::strstr(text, required)) return false;
   // The first bytes rule out a match for most subjects that an anchored pattern is tried on.
-  if (anchored && plan && !plan->lead.MayStartAt(text)) return false;
+  if (anchored && prepared && !prepared->filter.MayStartAt(text)) return false;
   CPatternMatcher matcher(*this, text);
   if (matcher.Search()) return true;
   error = matcher.GetError();

@@ -11,7 +11,7 @@
 
 namespace tarn {
 
-struct PatternPlan;
+struct CompiledProgram;
 
 // Compiled pattern and the positions of its last match. Compiled once and shared by handles, which
 // count themselves in `references`. Belongs to one thread. A failed operation sets `error`.
@@ -55,7 +55,7 @@ class CCompiledPattern {
   // was no match.
   std::int32_t lastGroup = -1;
   // Program prepared for matching. Created by the first match; shared with clones.
-  std::shared_ptr<const PatternPlan> plan;
+  std::shared_ptr<const CompiledProgram> prepared;
 
   std::string_view GetProgram() const { return {code.get(), code ? size : 0}; }
 

@@ -1,19 +1,19 @@
 // Backtracking matcher: tries the alternatives in order and returns to the latest choice if the
 // rest fails. Fast for typical patterns and subjects, but takes exponential time in the worst case.
 // Therefore the number of steps is limited; beyond the limit, the search continues with the Pike VM
-// in BreadthMatcher, which is slower per byte but linear. Both find the same match. Nothing here
+// in PikeVm, which is slower per byte but linear. Both find the same match. Nothing here
 // recurses.
 #include "patterns/PatternMatcher.h"
 
 #include <cstring>
 #include <utility>
 
-#include "patterns/BreadthMatcher.h"
+#include "patterns/PikeVm.h"
 
 namespace tarn {
 namespace {
 
-using Choice = ChoiceStack::Choice;
+using Choice = BacktrackStack::Choice;
 
 constexpr std::size_t kStepsForAll = 1024;
 constexpr std::size_t kStepsForEachByte = 16;
@@ -35,24 +35,25 @@ CPatternMatcher::CPatternMatcher(CCompiledPattern& compiledPattern, const char* 
       groupEnd_(compiledPattern.groupEnd),
       pattern_(compiledPattern) {}
 
-bool CPatternMatcher::MakePlan() {
-  auto made = std::make_shared<PatternPlan>();
+bool CPatternMatcher::MakeProgram() {
+  auto made = std::make_shared<CompiledProgram>();
   const PatternError problem = made->Make(pattern_.GetProgram());
   if (problem != PatternError::None) {
     error_ = PatternErrorText(problem);
     return false;
   }
-  pattern_.plan = std::move(made);
+  pattern_.prepared = std::move(made);
   return true;
 }
 
 bool CPatternMatcher::Search() {
-  if (!pattern_.plan && !MakePlan()) return false;
-  plan_ = pattern_.plan.get();
+  if (!pattern_.prepared && !MakeProgram()) return false;
+  program_ = pattern_.prepared.get();
   const std::size_t length = std::strlen(subject_);
   subjectEnd_ = subject_ + length;
   stepLimit_ = kStepsForAll + kStepsForEachByte * length;
-  const char* start = pattern_.anchored ? subject_ : plan_->lead.FindStart(subject_, subjectEnd_);
+  const char* start =
+      pattern_.anchored ? subject_ : program_->filter.FindStart(subject_, subjectEnd_);
   while (start) {
     switch (Try(start)) {
       case Outcome::Matches:
@@ -64,14 +65,14 @@ bool CPatternMatcher::Search() {
         return FollowAll(start);
       case Outcome::Fails:
         if (pattern_.anchored || start == subjectEnd_) return false;
-        start = plan_->lead.FindStart(start + 1, subjectEnd_);
+        start = program_->filter.FindStart(start + 1, subjectEnd_);
     }
   }
   return false;
 }
 
 bool CPatternMatcher::FollowAll(const char* start) {
-  BreadthMatcher matcher(*plan_, pattern_.code.get(), subject_, subjectEnd_);
+  PikeVm matcher(*program_, pattern_.code.get(), subject_, subjectEnd_);
   const bool matches = matcher.Search(start, pattern_.anchored, slots_);
   stepCount_ += matcher.GetStepCount();
   if (matches) StoreGroups();
@@ -79,7 +80,7 @@ bool CPatternMatcher::FollowAll(const char* start) {
 }
 
 void CPatternMatcher::StoreGroups() {
-  for (std::size_t group = 0; 2 * group < plan_->slotCount; ++group) {
+  for (std::size_t group = 0; 2 * group < program_->slotCount; ++group) {
     groupStart_[group] = slots_[2 * group];
     groupEnd_[group] = slots_[2 * group + 1];
   }
@@ -87,41 +88,41 @@ void CPatternMatcher::StoreGroups() {
 
 // Main loop of matching. The state is kept in local variables, and each step costs one jump.
 CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
-  for (std::size_t slot = 0; slot < plan_->slotCount; ++slot) slots_[slot] = nullptr;
+  for (std::size_t slot = 0; slot < program_->slotCount; ++slot) slots_[slot] = nullptr;
   choices_.Clear();
-  const PatternStep* step = plan_->steps.data();
+  const PatternInstruction* step = program_->instructions.data();
   const char* at = start;
   for (std::size_t count = 1;; ++count) {
     bool goesOn = true;
-    const PatternStep* next = step->next;
+    const PatternInstruction* next = step->next;
     switch (step->kind) {
-      case PatternStep::End:
+      case PatternInstruction::End:
         stepCount_ += count;
         input_ = at;
         return Outcome::Matches;
-      case PatternStep::Save:
+      case PatternInstruction::Save:
         if (!step->isCertain && !choices_.IsEmpty()) {
           goesOn =
               choices_.Push({Choice::Restore, step->slot, nullptr, slots_[step->slot], nullptr});
         }
         slots_[step->slot] = at;
         break;
-      case PatternStep::Literal: {
+      case PatternInstruction::Literal: {
         const std::size_t equal = CountEqual(at, &pattern_.code[step->literal], step->length);
         goesOn = equal == step->length;
         count += equal;
         at += equal;
         break;
       }
-      case PatternStep::Take:
+      case PatternInstruction::MatchByte:
         goesOn = step->bytes.Has(*at);
         ++at;
         break;
-      case PatternStep::Star:
+      case PatternInstruction::Star:
         at = TakeMost(*step, at);
         goesOn = at != nullptr;
         break;
-      case PatternStep::Split:
+      case PatternInstruction::Split:
         if (!step->other->begins.Has(*at)) break;
         if (next->begins.Has(*at)) {
           goesOn = choices_.Push({Choice::GoOn, 0, step->other, at, nullptr});
@@ -145,17 +146,17 @@ CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
 
 // Returns the position after the bytes that the star consumes, or nullptr if the rest can't match.
 // The bytes count as steps here, once for all positions that are tried.
-const char* CPatternMatcher::TakeMost(const PatternStep& star, const char* at) {
+const char* CPatternMatcher::TakeMost(const PatternInstruction& star, const char* at) {
   const char* most = star.takesAny ? subjectEnd_ : at;
   while (star.bytes.Has(*most)) ++most;
   stepCount_ += static_cast<std::size_t>(most - at);
-  return PlaceBehind(star, star.takesMost ? most : at, most);
+  return PositionAfter(star, star.takesMost ? most : at, most);
 }
 
 // Returns the last position from `low` to `high` where the part after the star can begin, or
 // nullptr if there is none. Earlier positions are pushed as a choice.
-const char* CPatternMatcher::PlaceBehind(const PatternStep& star, const char* low,
-                                         const char* high) {
+const char* CPatternMatcher::PositionAfter(const PatternInstruction& star, const char* low,
+                                           const char* high) {
   const char* place = high;
   if (star.length != 0) {
     const char* const literal = &pattern_.code[star.literal];
@@ -187,7 +188,7 @@ CPatternMatcher::Point CPatternMatcher::ComeBack() {
       case Choice::GoOn:
         return {choice.step, choice.at};
       case Choice::Shorten:
-        if (const char* place = PlaceBehind(*choice.step, choice.low, choice.at)) {
+        if (const char* place = PositionAfter(*choice.step, choice.low, choice.at)) {
           return {choice.step->next, place};
         }
     }

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <string>
 
-#include "patterns/ChoiceStack.h"
+#include "patterns/BacktrackStack.h"
 #include "patterns/CompiledPattern.h"
-#include "patterns/PatternPlan.h"
+#include "patterns/CompiledProgram.h"
 
 namespace tarn {
 
@@ -27,17 +27,17 @@ class CPatternMatcher {
   enum class Outcome { Matches, Fails, CostsTooMuch };
   // Position where an attempt continues; without a step, the attempt has failed.
   struct Point {
-    const PatternStep* step;
+    const PatternInstruction* step;
     const char* at;
   };
 
-  // Creates the plan for the pattern, if it has none yet. Returns false and sets the error if the
-  // program is damaged.
-  bool MakePlan();
+  // Compiles the program of the pattern, if it has none yet. Returns false and sets the error if
+  // the program is damaged.
+  bool MakeProgram();
   // Tries to match at `start` by backtracking.
   Outcome Try(const char* start);
-  const char* TakeMost(const PatternStep& star, const char* at);
-  const char* PlaceBehind(const PatternStep& star, const char* low, const char* high);
+  const char* TakeMost(const PatternInstruction& star, const char* at);
+  const char* PositionAfter(const PatternInstruction& star, const char* low, const char* high);
   // Pops choices until one allows the match to continue.
   Point ComeBack();
   // Continues the search with the Pike VM, from `start` on.
@@ -53,9 +53,9 @@ class CPatternMatcher {
   CCompiledPattern& pattern_;
 
   const char* subjectEnd_ = nullptr;
-  const PatternPlan* plan_ = nullptr;
+  const CompiledProgram* program_ = nullptr;
   PatternSlots slots_;
-  ChoiceStack choices_;
+  BacktrackStack choices_;
   std::size_t stepCount_ = 0;
   std::size_t stepLimit_ = 0;
 };

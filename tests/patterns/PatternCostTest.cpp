@@ -1,7 +1,7 @@
 // Patterns and subjects for which a pure backtracking matcher takes exponential time.
 #include <gtest/gtest.h>
 
-#include "patterns/LineRecogniser.h"
+#include "patterns/DiagnosticParser.h"
 #include "patterns/PatternMatcher.h"
 
 namespace tarn {
@@ -15,7 +15,7 @@ std::string Repeat(int count, const std::string& text) {
 
 TEST(PatternCost, StepsAreBoundedByPatternTimesSubject) {
   const std::string path = kPathPattern;
-  const std::string inLine = kLineRows[0].pattern;
+  const std::string inLine = kBuiltInPatterns[0].pattern;
   struct Row {
     const char* name;
     std::string pattern;

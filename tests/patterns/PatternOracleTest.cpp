@@ -9,8 +9,8 @@
 #include <random>
 #include <string>
 
-#include "patterns/BreadthMatcher.h"
 #include "patterns/CompiledPattern.h"
+#include "patterns/PikeVm.h"
 
 namespace tarn {
 namespace {
@@ -167,7 +167,7 @@ std::string Match(CCompiledPattern& pattern, const std::string& subject) {
 // Like Match(), but uses the Pike VM, which normally runs only for expensive matches.
 std::string MatchAllAtOnce(CCompiledPattern& pattern, const std::string& subject) {
   const char* text = subject.c_str();
-  BreadthMatcher matcher(*pattern.plan, pattern.code.get(), text, text + subject.size());
+  PikeVm matcher(*pattern.prepared, pattern.code.get(), text, text + subject.size());
   PatternSlots slots{};
   if (!matcher.Search(text, pattern.anchored, slots)) return "none";
   for (std::size_t i = 0; i < kPatternGroups; ++i) {
@@ -195,7 +195,7 @@ TEST(PatternOracle, RandomPatternsMatchAsThePeersDo) {
       const std::string expected = peer.Match(subject);
       matches += expected != "none";
       ASSERT_EQ(Match(pattern, subject), expected) << text.own << "\non " << subject;
-      if (!pattern.plan) continue;  // the required string never occurred
+      if (!pattern.prepared) continue;  // the required string never occurred
       ASSERT_EQ(MatchAllAtOnce(pattern, subject), expected) << text.own << "\non " << subject;
     }
   }

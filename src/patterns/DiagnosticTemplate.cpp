@@ -1,20 +1,20 @@
-#include "patterns/LineTemplate.h"
+#include "patterns/DiagnosticTemplate.h"
 
 #include <algorithm>
 #include <array>
 
-#include "patterns/CaseBlind.h"
-#include "patterns/LineRecogniser.h"
+#include "patterns/CaseInsensitive.h"
+#include "patterns/DiagnosticParser.h"
 #include "patterns/Parser.h"
 
 namespace tarn {
 namespace {
 
 constexpr std::array<TemplateKeyword, 4> kKeywords{{
-    {"SPECFILE", kPathPattern, 4, &LineFields::file},
-    {"SPECERROR", "(.*)", 1, &LineFields::type},
-    {"SPECLINE", "([0-9]*)", 1, &LineFields::line},
-    {"SPECMESSAGE", "*(.*)", 1, &LineFields::message},
+    {"SPECFILE", kPathPattern, 4, &DiagnosticFields::file},
+    {"SPECERROR", "(.*)", 1, &DiagnosticFields::type},
+    {"SPECLINE", "([0-9]*)", 1, &DiagnosticFields::line},
+    {"SPECMESSAGE", "*(.*)", 1, &DiagnosticFields::message},
 }};
 
 // Returns the position after the set that opens at `at`. A ] directly after the opening [ or [^ is
@@ -43,9 +43,9 @@ int CountGroups(std::string_view text) {
 
 const TemplateLanguage kToolTextTemplates{kKeywords, false};
 
-LineShape ShapeOfTemplate(std::string_view text, const TemplateLanguage& language) {
+DiagnosticPattern PatternOfTemplate(std::string_view text, const TemplateLanguage& language) {
   std::string pattern;
-  LineFields fields;
+  DiagnosticFields fields;
   int groups = 0;
   const CParser tokens(text, "{}");
   for (int i = 0; i < tokens.GetCount(); ++i) {

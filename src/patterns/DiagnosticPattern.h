@@ -10,7 +10,7 @@ namespace tarn {
 enum class LineKind { Plain, Error, Warning };
 
 // Parsed line of tool output.
-struct ToolLine {
+struct Diagnostic {
   LineKind kind = LineKind::Plain;
   std::string file;  // as written by the tool, or empty
   std::string line;  // digits, or empty
@@ -20,7 +20,7 @@ struct ToolLine {
 
 // Groups of a pattern that contain the fields of a line; -1 for a field that the pattern doesn't
 // have.
-struct LineFields {
+struct DiagnosticFields {
   int file = -1;
   int line = -1;
   int message = -1;
@@ -29,9 +29,9 @@ struct LineFields {
 };
 
 // Pattern of a diagnostic. Belongs to one thread.
-class LineShape {
+class DiagnosticPattern {
  public:
-  LineShape(const std::string& pattern, const LineFields& groups);
+  DiagnosticPattern(const std::string& pattern, const DiagnosticFields& groups);
 
   bool IsCompiled() const { return expression_.IsCompiled(); }
   // Compile error of the pattern; empty if it compiled.
@@ -42,11 +42,11 @@ class LineShape {
   // The kind is determined by the word "error" or else "warning" in the type or, if the pattern has
   // no type, in the message. In the name of the help page, spaces at both ends and every # are
   // removed, and inner spaces become _.
-  bool Recognise(const std::string& text, ToolLine& found);
+  bool Match(const std::string& text, Diagnostic& found);
 
  private:
   CRegularExpression expression_;
-  LineFields fields_;
+  DiagnosticFields fields_;
 };
 
 }  // namespace tarn

@@ -13,22 +13,22 @@ namespace tarn {
 
 // Instruction of the prepared program: a node with its links resolved, its set as a bitmap, and
 // precomputed information on how the rest of a match can begin. A match begins at the first step.
-struct PatternStep {
+struct PatternInstruction {
   enum Kind : std::uint8_t {
     End,
     LineBegin,
     LineEnd,
     WordBegin,
     WordEnd,
-    Save,     // saves the position in `slot`
-    Literal,  // consumes the literal
-    Take,     // consumes one byte of `bytes`
-    Star,     // consumes bytes of `bytes`, as many as the rest allows
-    Split,    // continues at `next`, and if that fails at `other`
-    Jump,     // idle node; no step leads to one
+    Save,       // saves the position in `slot`
+    Literal,    // consumes the literal
+    MatchByte,  // consumes one byte of `bytes`
+    Star,       // consumes bytes of `bytes`, as many as the rest allows
+    Split,      // continues at `next`, and if that fails at `other`
+    Nop,        // idle node; no step leads to one
   };
 
-  Kind kind = Jump;
+  Kind kind = Nop;
   // Twice the number of a group, plus one for its end.
   std::uint8_t slot = 0;
   // Save: every match passes this step exactly once.
@@ -41,8 +41,8 @@ struct PatternStep {
   // is none.
   std::uint16_t literal = 0;
   std::uint16_t length = 0;
-  const PatternStep* next = nullptr;
-  const PatternStep* other = nullptr;
+  const PatternInstruction* next = nullptr;
+  const PatternInstruction* other = nullptr;
   ByteSet bytes;
   // Bytes with which a match can continue here, including zero if it can continue at the end of the
   // subject.
@@ -50,7 +50,7 @@ struct PatternStep {
 };
 
 // Steps point to each other, so the vector may be moved but not copied.
-using PatternSteps = std::vector<PatternStep>;
+using PatternProgram = std::vector<PatternInstruction>;
 
 // Positions, indexed by slot.
 using PatternSlots = std::array<const char*, 2 * kPatternGroups>;
@@ -62,10 +62,10 @@ inline constexpr ByteSet kWordBytes(
     "0123456789_ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
 
 // Returns true if a step that consumes nothing (a line or word boundary) matches at `at`.
-bool HoldsAt(PatternStep::Kind bound, const char* subject, const char* at);
+bool HoldsAt(PatternInstruction::Kind bound, const char* subject, const char* at);
 
 // Creates the steps of a program, which begins with the magic byte. Returns an error if the code
 // isn't a sequence of valid nodes.
-PatternError MakePatternSteps(std::string_view code, PatternSteps& steps);
+PatternError MakePatternProgram(std::string_view code, PatternProgram& steps);
 
 }  // namespace tarn

@@ -5,16 +5,16 @@
 #include <string_view>
 #include <vector>
 
-#include "patterns/PatternSteps.h"
+#include "patterns/PatternProgram.h"
 
 namespace tarn {
 
 // Reads the nodes of a program in order, first byte to last, and then resolves the links between
-// the steps. Linear in the size of the program. Exists during one `MakePatternSteps()`.
-class PatternStepReader {
+// the steps. Linear in the size of the program. Exists during one `MakePatternProgram()`.
+class PatternProgramReader {
  public:
   // `result` is borrowed.
-  PatternStepReader(std::string_view programCode, PatternSteps& result)
+  PatternProgramReader(std::string_view programCode, PatternProgram& result)
       : code_(programCode), steps_(result), stepAt_(programCode.size(), kNone) {}
 
   // Reads the whole program. Returns an error if it is damaged.
@@ -33,13 +33,13 @@ class PatternStepReader {
   PatternError ReadRepeat(std::size_t& offset);
   bool ReadBytes(std::size_t& offset, ByteSet& bytes) const;
   // Appends a step for the node at `offset`, with the offset of its successor.
-  PatternStep& AddStep(std::size_t offset, PatternStep::Kind kind, std::size_t next);
+  PatternInstruction& AddStep(std::size_t offset, PatternInstruction::Kind kind, std::size_t next);
   std::size_t TargetOf(std::size_t offset) const;
-  const PatternStep* StepAt(std::size_t offset) const;
+  const PatternInstruction* StepAt(std::size_t offset) const;
   // Replaces offsets by pointers to steps. Returns false if a link leads to no node.
   bool FollowLinks();
   // Makes links skip idle nodes. Returns false if idle nodes form a cycle.
-  bool SkipJumps();
+  bool SkipNops();
 
   bool HasNodeAt(std::size_t offset) const { return code_.size() - offset >= kNodeSize; }
   unsigned char OpcodeAt(std::size_t offset) const { return OpcodeOf(&code_[offset]); }
@@ -49,7 +49,7 @@ class PatternStepReader {
   }
 
   std::string_view code_;
-  PatternSteps& steps_;
+  PatternProgram& steps_;
   std::vector<Links> links_;
   std::vector<std::uint32_t> stepAt_;
 };

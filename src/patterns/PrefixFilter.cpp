@@ -1,4 +1,4 @@
-#include "patterns/PatternLead.h"
+#include "patterns/PrefixFilter.h"
 
 #include <cstring>
 #include <utility>
@@ -11,10 +11,10 @@ namespace {
 constexpr int kMostBytes = 128;
 
 // Breadth-first exploration of all beginnings of a match, byte by byte.
-class LeadFinder {
+class PrefixFinder {
  public:
-  LeadFinder(const PatternSteps& patternSteps, std::string_view programBytes)
-      : steps_(patternSteps), code_(programBytes), places_{{steps_.data(), 0}} {}
+  PrefixFinder(const PatternProgram& patternProgram, std::string_view programBytes)
+      : steps_(patternProgram), code_(programBytes), places_{{steps_.data(), 0}} {}
 
   // Adds all possible values of the next byte to `bytes`. Returns false if a match may already have
   // ended.
@@ -25,7 +25,7 @@ class LeadFinder {
       const Place place = places_.back();
       places_.pop_back();
       if (place.taken == 0 && WasSeen(place.step)) continue;
-      if (place.step->kind == PatternStep::End) return false;
+      if (place.step->kind == PatternInstruction::End) return false;
       Follow(place, bytes);
     }
     places_.swap(after_);
@@ -35,34 +35,34 @@ class LeadFinder {
  private:
   // A step, and the number of bytes of its literal that were consumed.
   struct Place {
-    const PatternStep* step;
+    const PatternInstruction* step;
     std::uint32_t taken;
   };
 
-  bool WasSeen(const PatternStep* step) {
+  bool WasSeen(const PatternInstruction* step) {
     const auto number = static_cast<std::size_t>(step - steps_.data());
     return std::exchange(seen_[number], 1) != 0;
   }
 
   void Follow(const Place& place, ByteSet& bytes) {
-    const PatternStep& step = *place.step;
+    const PatternInstruction& step = *place.step;
     switch (step.kind) {
-      case PatternStep::Literal: {
+      case PatternInstruction::Literal: {
         bytes.Add(code_[step.literal + place.taken]);
         const std::uint32_t taken = place.taken + 1;
         after_.push_back(taken < step.length ? Place{place.step, taken} : Place{step.next, 0});
         break;
       }
-      case PatternStep::Take:
+      case PatternInstruction::MatchByte:
         bytes |= step.bytes;
         after_.push_back({step.next, 0});
         break;
-      case PatternStep::Star:
+      case PatternInstruction::Star:
         bytes |= step.bytes;
         after_.push_back({place.step, 0});
         places_.push_back({step.next, 0});
         break;
-      case PatternStep::Split:
+      case PatternInstruction::Split:
         places_.push_back({step.other, 0});
         places_.push_back({step.next, 0});
         break;
@@ -71,7 +71,7 @@ class LeadFinder {
     }
   }
 
-  const PatternSteps& steps_;
+  const PatternProgram& steps_;
   std::string_view code_;
   std::vector<Place> places_;
   std::vector<Place> after_;
@@ -87,8 +87,8 @@ int Frequency(const ByteSet& bytes) {
 
 }  // namespace
 
-PatternLead::PatternLead(const PatternSteps& steps, std::string_view code) {
-  LeadFinder finder(steps, code);
+PrefixFilter::PrefixFilter(const PatternProgram& steps, std::string_view code) {
+  PrefixFinder finder(steps, code);
   int lowest = 0;
   for (; length_ < kMost; ++length_) {
     ByteSet& bytes = sets_[length_];
@@ -104,7 +104,7 @@ PatternLead::PatternLead(const PatternSteps& steps, std::string_view code) {
   }
 }
 
-const char* PatternLead::FindStart(const char* at, const char* end) const {
+const char* PrefixFilter::FindStart(const char* at, const char* end) const {
   if (length_ == 0) return at;
   const ByteSet& bytes = sets_[static_cast<std::size_t>(rarest_)];
   for (; end - at > rarest_; ++at) {

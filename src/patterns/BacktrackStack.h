@@ -9,11 +9,11 @@
 
 namespace tarn {
 
-struct PatternStep;
+struct PatternInstruction;
 
 // Backtrack stack of a match attempt, with the latest choice on top. Uses no heap memory for the
 // first few entries, and never holds more than kMost.
-class ChoiceStack {
+class BacktrackStack {
  public:
   struct Choice {
     enum Kind : std::uint8_t {
@@ -23,16 +23,16 @@ class ChoiceStack {
     };
     Kind kind;
     std::uint8_t slot;
-    const PatternStep* step;
+    const PatternInstruction* step;
     const char* at;
     const char* low;
   };
-  // Limit of the stack size. A match that exceeds it continues with BreadthMatcher.
+  // Limit of the stack size. A match that exceeds it continues with PikeVm.
   static constexpr std::size_t kMost = 65536;
 
-  ChoiceStack() = default;
-  ChoiceStack(const ChoiceStack&) = delete;
-  ChoiceStack& operator=(const ChoiceStack&) = delete;
+  BacktrackStack() = default;
+  BacktrackStack(const BacktrackStack&) = delete;
+  BacktrackStack& operator=(const BacktrackStack&) = delete;
 
   bool IsEmpty() const { return count_ == 0; }
   bool IsFull() const { return count_ == kMost; }

@@ -5,17 +5,17 @@
 #include <string_view>
 
 #include "patterns/ByteSet.h"
-#include "patterns/PatternSteps.h"
+#include "patterns/PatternProgram.h"
 
 namespace tarn {
 
 // Prefix filter: sets of the possible first bytes of a match. Finds candidates for the start of a
 // match without running the program, by searching for the byte of the prefix that is rarest in tool
 // output.
-class PatternLead {
+class PrefixFilter {
  public:
-  PatternLead() = default;
-  PatternLead(const PatternSteps& steps, std::string_view code);
+  PrefixFilter() = default;
+  PrefixFilter(const PatternProgram& steps, std::string_view code);
 
   // Returns the first position from `at` to `end` inclusive where a match may begin, or nullptr if
   // there is none. `end` is the position of the subject's terminating zero.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "patterns/LineShape.h"
+#include "patterns/DiagnosticPattern.h"
 
 namespace tarn {
 
@@ -13,13 +13,13 @@ namespace tarn {
 inline constexpr const char* kPathPattern = R"((([a-zA-Z]):((\\|\/)[^\\\/\:\*\?\"\<\>]*)+))";
 
 // Pattern of a diagnostic and the groups of its fields.
-struct LineRow {
+struct BuiltInPattern {
   const char* pattern;
-  LineFields fields;
+  DiagnosticFields fields;
 };
 
 // Built-in patterns of diagnostics, in the order in which they are tried.
-inline constexpr std::array<LineRow, 3> kLineRows{{
+inline constexpr std::array<BuiltInPattern, 3> kBuiltInPatterns{{
     {R"(^\*\*\* (DOS ERROR|FATAL ERROR|ERROR|WARNING) *(.*) IN LINE *([0-9]*) OF *(.*) : *(.*)$)",
      {.file = 4, .line = 3, .message = 5, .help = 2, .type = 1}},
     {R"(^\*\*\* (DOS ERROR|FATAL ERROR|ERROR|WARNING) *(.*) : *(.*)$)",
@@ -30,17 +30,17 @@ inline constexpr std::array<LineRow, 3> kLineRows{{
 
 // Parses diagnostics from the output of any tool. The patterns are compiled once and reused for all
 // lines; belongs to one thread.
-class LineRecogniser {
+class DiagnosticParser {
  public:
-  LineRecogniser();
+  DiagnosticParser();
 
   // Parses `line` by the first pattern that matches: `special`, if it isn't null, then the built-in
   // ones. If no file was found, but the line has a path and a word such as "error", that path
   // becomes the file. A line that matches no pattern is plain, and its message is the line itself.
-  ToolLine Recognise(const std::string& line, LineShape* special = nullptr);
+  Diagnostic Parse(const std::string& line, DiagnosticPattern* special = nullptr);
 
  private:
-  std::vector<LineShape> shapes_;
+  std::vector<DiagnosticPattern> patterns_;
   CRegularExpression path_{kPathPattern};
 };
 

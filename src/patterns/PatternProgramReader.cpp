@@ -1,4 +1,4 @@
-#include "patterns/PatternStepReader.h"
+#include "patterns/PatternProgramReader.h"
 
 #include <array>
 
@@ -7,18 +7,19 @@ namespace {
 
 // Step kinds by opcode. Repeats and groups are handled separately.
 constexpr std::array kKinds = {
-    PatternStep::End,       PatternStep::LineBegin, PatternStep::LineEnd, PatternStep::Take,
-    PatternStep::Take,      PatternStep::Take,      PatternStep::Jump,    PatternStep::Jump,
-    PatternStep::Literal,   PatternStep::Jump,      PatternStep::Star,    PatternStep::Star,
-    PatternStep::WordBegin, PatternStep::WordEnd,
+    PatternInstruction::End,       PatternInstruction::LineBegin, PatternInstruction::LineEnd,
+    PatternInstruction::MatchByte, PatternInstruction::MatchByte, PatternInstruction::MatchByte,
+    PatternInstruction::Nop,       PatternInstruction::Nop,       PatternInstruction::Literal,
+    PatternInstruction::Nop,       PatternInstruction::Star,      PatternInstruction::Star,
+    PatternInstruction::WordBegin, PatternInstruction::WordEnd,
 };
 
 // Copying this takes half the time of clearing a step.
-constexpr PatternStep kBlank;
+constexpr PatternInstruction kBlank;
 
 }  // namespace
 
-PatternError PatternStepReader::Read() {
+PatternError PatternProgramReader::Read() {
   // A node has at least three bytes.
   const std::size_t most = code_.size() / kNodeSize + 1;
   steps_.clear();
@@ -28,12 +29,12 @@ PatternError PatternStepReader::Read() {
     const PatternError problem = ReadNode(offset);
     if (problem != PatternError::None) return problem;
   }
-  if (steps_.empty() || !FollowLinks() || !SkipJumps()) return PatternError::CorruptedChain;
+  if (steps_.empty() || !FollowLinks() || !SkipNops()) return PatternError::CorruptedChain;
   return PatternError::None;
 }
 
-PatternStep& PatternStepReader::AddStep(std::size_t offset, PatternStep::Kind kind,
-                                        std::size_t next) {
+PatternInstruction& PatternProgramReader::AddStep(std::size_t offset, PatternInstruction::Kind kind,
+                                                  std::size_t next) {
   stepAt_[offset] = static_cast<std::uint32_t>(steps_.size());
   links_.push_back({static_cast<std::uint32_t>(next), 0});
   steps_.push_back(kBlank);
@@ -41,7 +42,7 @@ PatternStep& PatternStepReader::AddStep(std::size_t offset, PatternStep::Kind ki
   return steps_.back();
 }
 
-std::size_t PatternStepReader::TargetOf(std::size_t offset) const {
+std::size_t PatternProgramReader::TargetOf(std::size_t offset) const {
   const std::ptrdiff_t link = LinkOf(&code_[offset]);
   const auto from = static_cast<std::ptrdiff_t>(offset);
   const std::ptrdiff_t target = OpcodeAt(offset) == OpBack ? from - link : from + link;
@@ -49,7 +50,7 @@ std::size_t PatternStepReader::TargetOf(std::size_t offset) const {
   return link != 0 && isInside ? static_cast<std::size_t>(target) : 0;
 }
 
-PatternError PatternStepReader::ReadNode(std::size_t& offset) {
+PatternError PatternProgramReader::ReadNode(std::size_t& offset) {
   if (!HasNodeAt(offset)) return PatternError::CorruptedChain;
   const std::size_t start = offset;
   const unsigned char opcode = OpcodeAt(start);
@@ -60,20 +61,20 @@ PatternError PatternStepReader::ReadNode(std::size_t& offset) {
     const bool isClose = opcode > OpClose;
     const int group = opcode - (isClose ? OpClose : OpOpen);
     if (group < 1 || group >= kPatternGroups) return PatternError::CorruptedOpcode;
-    PatternStep& save = AddStep(start, PatternStep::Save, target);
+    PatternInstruction& save = AddStep(start, PatternInstruction::Save, target);
     save.slot = static_cast<std::uint8_t>(2 * group + (isClose ? 1 : 0));
     return PatternError::None;
   }
-  const PatternStep::Kind kind = kKinds[opcode];
-  if (kind == PatternStep::Star) {
+  const PatternInstruction::Kind kind = kKinds[opcode];
+  if (kind == PatternInstruction::Star) {
     offset = start;
     return ReadRepeat(offset);
   }
-  PatternStep& step = AddStep(start, kind, target);
-  if (kind == PatternStep::Take) {
+  PatternInstruction& step = AddStep(start, kind, target);
+  if (kind == PatternInstruction::MatchByte) {
     offset = start;
     if (!ReadBytes(offset, step.bytes)) return PatternError::CorruptedChain;
-  } else if (kind == PatternStep::Literal) {
+  } else if (kind == PatternInstruction::Literal) {
     const std::size_t length = OperandAt(start).size();
     offset += length + 1;
     if (length == 0 || offset > code_.size()) return PatternError::CorruptedChain;
@@ -84,7 +85,7 @@ PatternError PatternStepReader::ReadNode(std::size_t& offset) {
     links_.back().next = static_cast<std::uint32_t>(operand);
     // Without another branch after it there is no choice.
     if (target != 0 && OpcodeAt(target) == OpBranch) {
-      step.kind = PatternStep::Split;
+      step.kind = PatternInstruction::Split;
       links_.back().other = static_cast<std::uint32_t>(target);
     }
   }
@@ -93,7 +94,7 @@ PatternError PatternStepReader::ReadNode(std::size_t& offset) {
 
 // "One or more" becomes a single-byte step followed by a star. The star is registered at the offset
 // of the operand, which no link leads to.
-PatternError PatternStepReader::ReadRepeat(std::size_t& offset) {
+PatternError PatternProgramReader::ReadRepeat(std::size_t& offset) {
   const std::size_t start = offset;
   const std::size_t operand = start + kNodeSize;
   if (!HasNodeAt(operand)) return PatternError::CorruptedChain;
@@ -101,14 +102,14 @@ PatternError PatternStepReader::ReadRepeat(std::size_t& offset) {
   offset = operand;
   if (!ReadBytes(offset, bytes)) return PatternError::RepeatOfNoSimpleNode;
   const bool isPlus = OpcodeAt(start) == OpPlus;
-  if (isPlus) AddStep(start, PatternStep::Take, operand).bytes = bytes;
-  AddStep(isPlus ? operand : start, PatternStep::Star, TargetOf(start)).bytes = bytes;
+  if (isPlus) AddStep(start, PatternInstruction::MatchByte, operand).bytes = bytes;
+  AddStep(isPlus ? operand : start, PatternInstruction::Star, TargetOf(start)).bytes = bytes;
   return PatternError::None;
 }
 
 // Reads the byte set of a node that consumes exactly one byte. Returns false if the node is of
 // another kind.
-bool PatternStepReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
+bool PatternProgramReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
   const unsigned char opcode = OpcodeAt(offset);
   if (opcode == OpAny) {
     bytes = kSubjectBytes;
@@ -124,35 +125,35 @@ bool PatternStepReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
 }
 
 // Returns nullptr if no node begins at `offset`.
-const PatternStep* PatternStepReader::StepAt(std::size_t offset) const {
+const PatternInstruction* PatternProgramReader::StepAt(std::size_t offset) const {
   return stepAt_[offset] == kNone ? nullptr : &steps_[stepAt_[offset]];
 }
 
-bool PatternStepReader::FollowLinks() {
+bool PatternProgramReader::FollowLinks() {
   for (std::size_t i = 0; i < steps_.size(); ++i) {
-    PatternStep& step = steps_[i];
-    if (step.kind == PatternStep::End) continue;
+    PatternInstruction& step = steps_[i];
+    if (step.kind == PatternInstruction::End) continue;
     step.next = StepAt(links_[i].next);
-    if (step.kind == PatternStep::Split) step.other = StepAt(links_[i].other);
-    if (!step.next || (step.kind == PatternStep::Split && !step.other)) return false;
+    if (step.kind == PatternInstruction::Split) step.other = StepAt(links_[i].other);
+    if (!step.next || (step.kind == PatternInstruction::Split && !step.other)) return false;
   }
   return true;
 }
 
-bool PatternStepReader::SkipJumps() {
-  const auto skip = [this](const PatternStep*& target) {
+bool PatternProgramReader::SkipNops() {
+  const auto skip = [this](const PatternInstruction*& target) {
     // Idle nodes that form a cycle are damage.
-    for (std::size_t i = 0; target && target->kind == PatternStep::Jump; ++i) {
+    for (std::size_t i = 0; target && target->kind == PatternInstruction::Nop; ++i) {
       if (i == steps_.size()) return false;
       target = target->next;
     }
     return true;
   };
-  for (PatternStep& step : steps_) {
+  for (PatternInstruction& step : steps_) {
     if (!skip(step.next) || !skip(step.other)) return false;
   }
   // A match begins at the first step, so an idle first node is replaced by the step it leads to.
-  if (steps_[0].kind == PatternStep::Jump) steps_[0] = PatternStep(*steps_[0].next);
+  if (steps_[0].kind == PatternInstruction::Nop) steps_[0] = PatternInstruction(*steps_[0].next);
   return true;
 }
 

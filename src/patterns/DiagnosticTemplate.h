@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "patterns/LineShape.h"
+#include "patterns/DiagnosticPattern.h"
 
 namespace tarn {
 
@@ -12,7 +12,7 @@ struct TemplateKeyword {
   std::string_view name;     // compared case-insensitively
   std::string_view pattern;  // the keyword's replacement
   int groups;                // groups in `pattern`; the first is the field's
-  int LineFields::*field;
+  int DiagnosticFields::*field;
 };
 
 // Keywords that a kind of template supports.
@@ -32,6 +32,6 @@ extern const TemplateLanguage kToolTextTemplates;
 // including quotes; tokens that aren't keywords of the language are part of the regular expression.
 // If a keyword occurs twice, the later one wins. Call `IsCompiled()` on the result to check that
 // the template is valid.
-LineShape ShapeOfTemplate(std::string_view text, const TemplateLanguage& language);
+DiagnosticPattern PatternOfTemplate(std::string_view text, const TemplateLanguage& language);
 
 }  // namespace tarn

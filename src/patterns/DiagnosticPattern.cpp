@@ -1,8 +1,8 @@
-#include "patterns/LineShape.h"
+#include "patterns/DiagnosticPattern.h"
 
 #include <algorithm>
 
-#include "patterns/CaseBlind.h"
+#include "patterns/CaseInsensitive.h"
 
 namespace tarn {
 namespace {
@@ -23,10 +23,10 @@ std::string PageName(const std::string& id) {
 
 }  // namespace
 
-LineShape::LineShape(const std::string& pattern, const LineFields& groups)
+DiagnosticPattern::DiagnosticPattern(const std::string& pattern, const DiagnosticFields& groups)
     : expression_(pattern), fields_(groups) {}
 
-bool LineShape::Recognise(const std::string& text, ToolLine& found) {
+bool DiagnosticPattern::Match(const std::string& text, Diagnostic& found) {
   if (!expression_.Match(text.c_str())) return false;
   if (fields_.file >= 0) found.file = expression_.SubString(fields_.file);
   if (fields_.line >= 0) found.line = expression_.SubString(fields_.line);
