@@ -11,7 +11,7 @@
 #include "components/tools/MessageFile.h"
 #include "components/tools/MessageReader.h"
 #include "components/tools/ToolText.h"
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 namespace {
@@ -58,10 +58,9 @@ void CheckTexts(const std::string& file, const tools::ToolMessages& messages) {
     Require(message.FindChild("link") != nullptr && message.GetAttr("Line") != nullptr);
     const std::string text = message.GetAttrValue("Description");
     Require(text.find_first_of("<>|") == std::string::npos);
-    Require(EncodeStrict(DecodeStrict(text)) == text);
+    Require(EscapeXml(UnescapeXml(text)) == text);
     const std::string& said = messages[static_cast<std::size_t>(i)].text;
-    Require(DecodeStrict(text) ==
-            (said.ends_with('\\') && text.ends_with(' ') ? said + " " : said));
+    Require(UnescapeXml(text) == (said.ends_with('\\') && text.ends_with(' ') ? said + " " : said));
   }
 }
 
@@ -71,8 +70,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const tools::ToolMessages messages = MessagesOf({reinterpret_cast<const char*>(data), size});
   const std::string file = tools::MessageFileText(messages);
   CheckTexts(file, messages);
-  const std::string strict = MakeFileStrict(file);
+  const std::string strict = ToConformingXml(file);
   CheckTexts(strict, messages);
-  Require(MakeFileStrict(strict) == strict);
+  Require(ToConformingXml(strict) == strict);
   return 0;
 }

@@ -1,7 +1,7 @@
 #include "components/tools/BuildRecord.h"
 
 #include "components/tools/CommandHash.h"
-#include "components/tools/XmlText.h"
+#include "components/tools/XmlAttributes.h"
 #include "platform/text/Text.h"
 
 namespace tarn::tools {

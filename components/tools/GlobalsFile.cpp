@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "components/tools/DebugSymbols.h"
-#include "components/tools/XmlText.h"
+#include "components/tools/XmlAttributes.h"
 
 namespace tarn::tools {
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "components/tools/XmlText.h"
-#include "xml/StrictText.h"
+#include "components/tools/XmlAttributes.h"
+#include "xml/XmlEscape.h"
 
 namespace tarn::tools {
 
@@ -26,9 +26,9 @@ std::string Attributes(const ToolMessage& message) {
   const bool isPlainPlace = message.severity == Severity::Plain && !message.file.empty();
   if (!isPlainPlace) text += XmlAttribute("Icon", look.icon);
   if (isProblem || message.isReported) text += XmlAttribute("ShowInReport", "yes");
-  if (isProblem) text += XmlAttribute("Contain", EncodeStrict(message.content));
+  if (isProblem) text += XmlAttribute("Contain", EscapeXml(message.content));
   if (message.count != 1) text += XmlAttribute("Count", std::to_string(message.count));
-  text += XmlAttribute("Description", EncodeStrict(message.text));
+  text += XmlAttribute("Description", EscapeXml(message.text));
   text += XmlPathAttribute("File", message.file);
   return text + XmlAttribute("Line", message.line);
 }
@@ -37,7 +37,7 @@ std::string Children(const ToolMessage& message) {
   const Look& look = kLooks[static_cast<std::size_t>(message.severity)];
   std::string text;
   if (!look.type.empty()) text.append("<type>").append(look.type).append("</type>");
-  text += "<header>" + XmlContent(EncodeStrict(message.text)) + "</header><link>";
+  text += "<header>" + XmlContent(EscapeXml(message.text)) + "</header><link>";
   const bool hasPlace = !message.file.empty() && !message.line.empty();
   text += hasPlace ? "err://" + XmlContent(message.file) + ':' + message.line : "lnk://";
   return text + "</link>";

@@ -7,7 +7,7 @@
 namespace tarn::tools {
 
 // Returns the content of a message file: an element `Messages` with one `message` per message. Tool
-// output is encoded for conforming XML readers (see EncodeStrict), because the log that includes it
+// output is encoded for conforming XML readers (see EscapeXml), because the log that includes it
 // is also read by such readers; files and lines are values and stay unchanged.
 std::string MessageFileText(const ToolMessages& messages);
 

@@ -14,7 +14,7 @@
 #include "components/tools/RunAccess.h"
 #include "components/tools/ToolRun.h"
 #include "components/tools/UsedFiles.h"
-#include "components/tools/XmlText.h"
+#include "components/tools/XmlAttributes.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/InstalledData.h"
 

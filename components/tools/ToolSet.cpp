@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/XmlText.h"
+#include "components/tools/XmlAttributes.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"

@@ -3,7 +3,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/core/ProjectFile.h"
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
@@ -29,7 +29,7 @@ std::vector<ReportRow> RowsOf(const std::string& xml) {
   AttachLastLines(entries);
   auto entry = entries.begin();
   for (const CXmlNode* row : report->GetChildren()) {
-    rows.push_back({std::move(*entry++), DecodeStrict(AttributeOf(row, "Help"))});
+    rows.push_back({std::move(*entry++), UnescapeXml(AttributeOf(row, "Help"))});
   }
   return rows;
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/text/Text.h"
-#include "xml/StrictText.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
@@ -21,7 +21,7 @@ LogKind KindOfIcon(std::string_view icon) {
 LogEntry WithoutText(const CXmlNode& message) {
   LogEntry entry;
   entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
-  entry.file = DecodeStrict(AttributeOf(&message, "File"));
+  entry.file = UnescapeXml(AttributeOf(&message, "File"));
   entry.line = ParseDecimal(message.GetAttrValue("Line"));
   entry.count = std::max(1, ParseDecimal(message.GetAttrValue("Count")));
   entry.isReported = EqualNoCase(AttributeOf(&message, "ShowInReport"), "yes");
@@ -57,8 +57,8 @@ class BreakFinder : public XmlLossListener {
 LogEntry ToLogEntry(const CXmlNode& message) {
   LogEntry entry = WithoutText(message);
   const char* description = message.GetAttrValue("Description");
-  entry.text = DecodeStrict(description != nullptr ? description : message.GetValue());
-  entry.message = DecodeStrict(AttributeOf(&message, "Contain"));
+  entry.text = UnescapeXml(description != nullptr ? description : message.GetValue());
+  entry.message = UnescapeXml(AttributeOf(&message, "Contain"));
   if (entry.message.empty()) entry.message = entry.text;
   return entry;
 }

@@ -29,7 +29,7 @@ struct LogEntry {
 };
 
 // Converts a message of a log or of a tool's records, in which strings are encoded (see
-// DecodeStrict); in a log stored next to its project, paths are encoded as well.
+// UnescapeXml); in a log stored next to its project, paths are encoded as well.
 LogEntry ToLogEntry(const CXmlNode& message);
 // Converts a report row of a stored log. Its text is already decoded.
 LogEntry ReportRowToLogEntry(const CXmlNode& row);

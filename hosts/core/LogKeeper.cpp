@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 
 namespace tarn::host {
 
@@ -57,7 +57,7 @@ Status LogKeeper::Copy() {
   const std::size_t hash = std::hash<std::string>()(*text);
   if (copied_ == hash) return {};
   // The server's log has names and paths verbatim; the copy must be conforming XML.
-  const Status written = files_.WriteOwnFile(target_, MakeFileStrict(*text));
+  const Status written = files_.WriteOwnFile(target_, ToConformingXml(*text));
   if (written) copied_ = hash;
   return written;
 }

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <utility>
 
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {

@@ -6,7 +6,7 @@
 #include "output/LogLink.h"
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
@@ -58,7 +58,7 @@ Line ToLine(const CXmlNode& message) {
     return {kIconPlain, message.GetValue()};
   }
   // The output of a tool is encoded in the tree.
-  return {ParseNumber(message.GetAttrValue("Icon")), DecodeStrict(TextOf(description))};
+  return {ParseNumber(message.GetAttrValue("Icon")), UnescapeXml(TextOf(description))};
 }
 
 }  // namespace

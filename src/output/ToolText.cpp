@@ -7,7 +7,7 @@
 #include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 // Conversion of unparsed tool output into log messages.
@@ -97,7 +97,7 @@ void CBuildOutput::AddWarning(const std::string& text) {
 void CBuildOutput::AddProblem(LineKind kind, const std::string& text) {
   Diagnostic found;
   found.kind = kind;
-  found.message = EncodeStrict(text);
+  found.message = EscapeXml(text);
   const CXmlNode& message = AppendLine(*root_, found.message, found, {});
   if (logView_ != nullptr) logView_->AddMessage(message);
   if ((flags_ & kSaveEachMessage) != 0) SaveLog();

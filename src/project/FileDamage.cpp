@@ -5,7 +5,7 @@
 #include "project/NodeTypes.h"
 #include "xml/XmlDamage.h"
 #include "xml/XmlNode.h"
-#include "xml/XmlText.h"
+#include "xml/XmlString.h"
 
 namespace tarn {
 

@@ -2,7 +2,7 @@
 
 #include "platform/text/Text.h"
 #include "reports/ReportDefinition.h"
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
@@ -36,7 +36,7 @@ void COutputReport::AddRows(const CXmlNode& rowsNode) {
 std::unique_ptr<CGenericRecord> COutputReport::MakeRecord(const CXmlNode& element) const {
   std::unique_ptr<CGenericRecord> record = CGenericReport::MakeRecord(element);
   auto* description = dynamic_cast<CGenericTextItem*>(record->GetItem(kOutputDescription));
-  if (description != nullptr) description->SetValue(DecodeStrict(description->GetValue()));
+  if (description != nullptr) description->SetValue(UnescapeXml(description->GetValue()));
   return record;
 }
 

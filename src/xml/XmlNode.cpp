@@ -4,8 +4,8 @@
 #include <atomic>
 #include <new>
 
-#include "xml/XmlPages.h"
-#include "xml/XmlText.h"
+#include "xml/XmlArena.h"
+#include "xml/XmlString.h"
 
 namespace tarn {
 
@@ -26,15 +26,15 @@ struct alignas(CXmlAttr) LateHead {
 
 // Allocates a block for such an attribute. All threads use the same pages; one that finds them
 // taken by another thread allocates a separate block instead of waiting.
-XmlPages::Place TakeLate(std::size_t bytes) {
+XmlArena::Block AllocateLate(std::size_t bytes) {
   static constinit std::atomic_flag inUse;
   // Never destroyed: objects with static storage duration may change trees until the process ends.
-  static XmlPages& common = *new XmlPages(kLatePage);
-  if (inUse.test_and_set(std::memory_order_acquire)) return XmlPages(0).Take(bytes);
+  static XmlArena& common = *new XmlArena(kLatePage);
+  if (inUse.test_and_set(std::memory_order_acquire)) return XmlArena(0).Allocate(bytes);
   struct Release {
     ~Release() { inUse.clear(std::memory_order_release); }
   } const release;
-  return common.Take(bytes);
+  return common.Allocate(bytes);
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ XmlPages::Place TakeLate(std::size_t bytes) {
 
 CXmlAttr::~CXmlAttr() {
   ReleaseName(name_);
-  FreeText(value_);
+  FreeString(value_);
 }
 
 CXmlNode* CXmlAttr::GetParent() const {
@@ -53,11 +53,11 @@ CXmlNode* CXmlAttr::GetParent() const {
 }
 
 std::string_view CXmlAttr::ValueView() const {
-  return TextView(value_);
+  return StringView(value_);
 }
 
 void CXmlAttr::SetValue(XmlArg text) {
-  AssignText(value_, text.View());
+  AssignString(value_, text.View());
 }
 
 CXmlAttr* CXmlNode::GetAttr(XmlArg attrName) const {
@@ -113,11 +113,11 @@ void CXmlNode::CopyAttrs(const CXmlNode& source) {
 CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
   // The value is stored directly after the record, in the same allocation.
   const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
-  const XmlPages::Place page = TakeLate(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);
+  const XmlArena::Block page = AllocateLate(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);
   void* memory = new (page.memory) LateHead{page.offset} + 1;
   char* place = static_cast<char*>(memory) + sizeof(CXmlAttr) + 1;
   std::copy(text.begin(), text.end(), place);
-  EndTextInside(place, text.size());
+  EndStringInside(place, text.size());
 
   auto* attr = new (memory) CXmlAttr(AcquireName(attrName.View()), place);
   attr->LinkTo(this);
@@ -151,7 +151,7 @@ void CXmlNode::DestroyAttr(CXmlAttr* attr) {
   const bool isOwn = address >= first && address < first + ownRecords_ * sizeof(CXmlAttr);
   if (isOwn) return;
   LateHead* head = reinterpret_cast<LateHead*>(attr) - 1;
-  XmlPages::Release(head, head->pageOffset, sizeof(LateHead) + sizeof(CXmlAttr));
+  XmlArena::Release(head, head->pageOffset, sizeof(LateHead) + sizeof(CXmlAttr));
 }
 
 void CXmlNode::DestroyAttrs() {
@@ -165,7 +165,7 @@ void CXmlNode::DestroyAttrs() {
 
 // --- The node ---
 
-CXmlNode::CXmlNode() noexcept : name_(EmptyName()), value_(EmptyText()) {}
+CXmlNode::CXmlNode() noexcept : name_(EmptyName()), value_(EmptyString()) {}
 
 void* CXmlNode::operator new(std::size_t size) {
   return ::operator new(size);
@@ -178,14 +178,14 @@ void CXmlNode::operator delete(CXmlNode* node, std::destroying_delete_t) {
   if (offset == 0) {
     ::operator delete(node);
   } else {
-    XmlPages::Release(node, offset, bytes);
+    XmlArena::Release(node, offset, bytes);
   }
 }
 
 CXmlNode::~CXmlNode() {
   Clear();
   ReleaseName(name_);
-  FreeText(value_);
+  FreeString(value_);
 }
 
 void CXmlNode::Clear() {
@@ -194,17 +194,17 @@ void CXmlNode::Clear() {
 }
 
 std::string_view CXmlNode::ValueView() const {
-  return TextView(value_);
+  return StringView(value_);
 }
 
 void CXmlNode::SetName(XmlArg text) {
-  const XmlName* old = name_;
+  const XmlInternedName* old = name_;
   name_ = AcquireName(text.View());
   ReleaseName(old);
 }
 
 void CXmlNode::SetValue(XmlArg text) {
-  AssignText(value_, text.View());
+  AssignString(value_, text.View());
 }
 
 // --- Children ---

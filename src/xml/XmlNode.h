@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "xml/XmlInternedName.h"
 #include "xml/XmlLoss.h"
-#include "xml/XmlName.h"
 #include "xml/XmlParseInfo.h"
 
 // Tree of elements that represents every XML file of the project manager.
@@ -20,7 +20,7 @@
 // XmlArg. Read operations are const, but the nodes that they return can be edited: const covers the
 // node's own contents, not the tree.
 //
-// Memory. Trees that are parsed or copied are allocated in an arena (XmlPages). Each of their nodes
+// Memory. Trees that are parsed or copied are allocated in an arena (XmlArena). Each of their nodes
 // is one block: the node, then its attribute records, then the strings. The blocks of one tree
 // share pages, and a page is freed with the last node in it. Attributes that are added later share
 // pages too; all other additions and changes are allocated separately on the heap. Addresses of
@@ -53,8 +53,9 @@ class CXmlAttr {
 
  private:
   friend class CXmlNode;
-  friend class XmlPiece;
-  CXmlAttr(const XmlName* attrName, const char* attrValue) : name_(attrName), value_(attrValue) {}
+  friend class XmlNodeBuilder;
+  CXmlAttr(const XmlInternedName* attrName, const char* attrValue)
+      : name_(attrName), value_(attrValue) {}
   ~CXmlAttr();
 
   // The link of the last attribute points back to the node, tagged by the lowest bit: separate
@@ -63,7 +64,7 @@ class CXmlAttr {
   void LinkTo(CXmlAttr* next) { link_ = reinterpret_cast<std::uintptr_t>(next); }
   void LinkTo(CXmlNode* owner) { link_ = reinterpret_cast<std::uintptr_t>(owner) | 1; }
 
-  const XmlName* name_;
+  const XmlInternedName* name_;
   const char* value_;
   std::uintptr_t link_ = 1;
 };
@@ -220,11 +221,11 @@ class CXmlNode {
   static void operator delete(CXmlNode* node, std::destroying_delete_t);
 
  private:
-  friend class XmlPiece;
+  friend class XmlNodeBuilder;
   friend class XmlReader;
 
   // Constructs a node in a block of a page. Takes ownership of `nodeName`.
-  CXmlNode(const XmlName* nodeName, const char* nodeValue, CXmlNodeType nodeType,
+  CXmlNode(const XmlInternedName* nodeName, const char* nodeValue, CXmlNodeType nodeType,
            CXmlNode* nodeParent, std::uint16_t offset)
       : name_(nodeName),
         value_(nodeValue),
@@ -247,7 +248,7 @@ class CXmlNode {
   // Returns a deep copy without a parent, its nodes allocated in pages.
   static std::unique_ptr<CXmlNode> MakeCopy(const CXmlNode& source);
 
-  const XmlName* name_;
+  const XmlInternedName* name_;
   const char* value_;
   CXmlNode* parent_ = nullptr;
   std::unique_ptr<CXmlNode*[]> children_;
@@ -256,7 +257,7 @@ class CXmlNode {
   CXmlAttr* firstAttr_ = nullptr;
   std::uint32_t ownRecords_ = 0;  // attribute records in this node's own block
   CXmlNodeType type_ = XmlElement;
-  std::uint16_t pageOffset_ = 0;  // see XmlPages; 0 if the node isn't in a page
+  std::uint16_t pageOffset_ = 0;  // see XmlArena; 0 if the node isn't in a page
 };
 
 }  // namespace tarn

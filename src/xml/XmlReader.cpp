@@ -6,8 +6,8 @@
 #include <initializer_list>
 #include <utility>
 
-#include "xml/XmlPiece.h"
-#include "xml/XmlText.h"
+#include "xml/XmlNodeBuilder.h"
+#include "xml/XmlString.h"
 
 namespace tarn {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 class NameFilter {
  public:
   // Returns false if the name was not added before; true if it may have been.
-  bool Add(const XmlName* name) {
+  bool Add(const XmlInternedName* name) {
     const auto bit = std::uint64_t{1} << ((reinterpret_cast<std::uintptr_t>(name) >> 4) % 64);
     const bool isKnown = (bits_ & bit) != 0;
     bits_ |= bit;
@@ -180,7 +180,8 @@ const char* XmlReader::ReadElement(const char* p) {
     return nullptr;
   }
   const bool keepsOldName = IsReadingTop() && end == p;
-  const XmlName* name = keepsOldName ? CopyName(top_->name_) : names_.Acquire(MakeSpan(p, end));
+  const XmlInternedName* name =
+      keepsOldName ? CopyName(top_->name_) : names_.Acquire(MakeSpan(p, end));
 
   if (losses_ && (!name->regular || end == p || *tag != '<')) ReportElementName(tag, *name);
 
@@ -205,7 +206,7 @@ const char* XmlReader::ReadElement(const char* p) {
   return p;
 }
 
-const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
+const char* XmlReader::ReadAttributes(const char* p, const XmlInternedName& element) {
   NameFilter seen;
   while (*p) {
     p = SkipSpace(p);
@@ -236,7 +237,7 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
       }
       p = end;
     }
-    attrTextBytes_ += XmlPiece::TextBytes(value.text.size());
+    attrTextBytes_ += XmlNodeBuilder::StringBytes(value.text.size());
   }
   return nullptr;
 }
@@ -312,17 +313,18 @@ const char* XmlReader::ReadCloseTag(const char* p, bool& closesLevel) {
 bool XmlReader::PlaceSpecial(std::string_view name, CXmlNodeType type, Span text) {
   if (IsReadingTop() && !top_->parent_) return false;
   CXmlNode* parent = IsReadingTop() ? top_->parent_ : levels_.back().node;
-  XmlPiece piece(pages_, AcquireName(name), type, parent, 0, XmlPiece::TextBytes(text.size()));
-  piece.SetValue(piece.CopyText(text));
+  XmlNodeBuilder builder(arena_, AcquireName(name), type, parent, 0,
+                         XmlNodeBuilder::StringBytes(text.size()));
+  builder.SetValue(builder.CopyString(text));
   if (IsReadingTop()) {
-    parent->AppendChild(piece.Take());
+    parent->AppendChild(builder.Take());
   } else {
-    waiting_.push_back(piece.Take());
+    waiting_.push_back(builder.Take());
   }
   return true;
 }
 
-void XmlReader::FillTop(const XmlName* name, const Run& text, bool isOpen) {
+void XmlReader::FillTop(const XmlInternedName* name, const Run& text, bool isOpen) {
   ReleaseName(top_->name_);
   top_->name_ = name;
   CXmlAttr* last = nullptr;
@@ -335,20 +337,21 @@ void XmlReader::FillTop(const XmlName* name, const Run& text, bool isOpen) {
   if (!levels_.back().hasText) TakeText(levels_.back(), text);
 }
 
-void XmlReader::PlaceElement(const XmlName* name, const Run& text, bool isOpen) {
+void XmlReader::PlaceElement(const XmlInternedName* name, const Run& text, bool isOpen) {
   CXmlNode* parent = levels_.back().node;
-  const std::size_t textBytes = attrTextBytes_ + XmlPiece::TextBytes(text.text.size());
-  XmlPiece piece(pages_, name, XmlElement, parent, attrs_.size(), textBytes);
+  const std::size_t textBytes = attrTextBytes_ + XmlNodeBuilder::StringBytes(text.text.size());
+  XmlNodeBuilder builder(arena_, name, XmlElement, parent, attrs_.size(), textBytes);
   for (const AttrSpan& attr : attrs_) {
     const std::size_t room = attr.value.text.size();
-    char* place = room > 0 ? piece.Reserve(room) : nullptr;
-    piece.AddAttr(attr.name, place ? EndTextInside(place, Store(place, attr.value)) : EmptyText());
+    char* place = room > 0 ? builder.Reserve(room) : nullptr;
+    builder.AddAttr(attr.name,
+                    place ? EndStringInside(place, Store(place, attr.value)) : EmptyString());
   }
-  if (!isOpen) return Wait(piece.Take());
+  if (!isOpen) return Wait(builder.Take());
 
   const std::size_t room = text.text.size();
-  char* valuePlace = room > 0 ? piece.Reserve(room) : nullptr;
-  auto node = piece.Take();
+  char* valuePlace = room > 0 ? builder.Reserve(room) : nullptr;
+  auto node = builder.Take();
   CXmlNode* borrowed = node.get();
   levels_.push_back(
       {borrowed, std::move(node), waiting_.size(), valuePlace, room, Span(), false, nullptr});
@@ -401,8 +404,8 @@ void XmlReader::StoreBlank(Level& level) {
 void XmlReader::StoreValue(Level& level, const Run& text) {
   CXmlNode& node = *level.node;
   if (text.text.size() <= level.valueRoom) {
-    FreeText(node.value_);
-    node.value_ = EndTextInside(level.valuePlace, Store(level.valuePlace, text));
+    FreeString(node.value_);
+    node.value_ = EndStringInside(level.valuePlace, Store(level.valuePlace, text));
   } else {
     node.SetValue(Stored(text));
   }

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "xml/XmlArena.h"
 #include "xml/XmlLoss.h"
 #include "xml/XmlNode.h"
-#include "xml/XmlPages.h"
 #include "xml/XmlParseInfo.h"
 
 namespace tarn {
@@ -42,7 +42,7 @@ class XmlReader {
   };
   // Attribute of the current start tag.
   struct AttrSpan {
-    const XmlName* name;
+    const XmlInternedName* name;
     Run value;
   };
   // Open element.
@@ -64,7 +64,7 @@ class XmlReader {
   // tree, which sets `placedOne`.
   const char* ReadSpecialNodes(const char* p, bool& placedOne);
   const char* ReadElement(const char* p);
-  const char* ReadAttributes(const char* p, const XmlName& element);
+  const char* ReadAttributes(const char* p, const XmlInternedName& element);
   // Reads the end of a start tag and the first run of text after it.
   const char* ReadTagEnd(const char* p, bool& isOpen, Run& text);
   const char* ReadText(const char* p, Run& text) const;
@@ -79,8 +79,8 @@ class XmlReader {
 
   bool PlaceSpecial(std::string_view name, CXmlNodeType type, Span text);
   // Both take ownership of `name` and of the names in `attrs`.
-  void FillTop(const XmlName* name, const Run& text, bool isOpen);
-  void PlaceElement(const XmlName* name, const Run& text, bool isOpen);
+  void FillTop(const XmlInternedName* name, const Run& text, bool isOpen);
+  void PlaceElement(const XmlInternedName* name, const Run& text, bool isOpen);
   // Adds a complete node to the list of children that wait for their parents' ends.
   void Wait(std::unique_ptr<CXmlNode> node);
   void CloseLevel();
@@ -108,7 +108,7 @@ class XmlReader {
   void ReportSkipped(Span text);
   void ReportEnd(const char* p);
   void ReportSpecial(const char* position, Span text, bool isInstruction, bool isPlaced);
-  void ReportElementName(const char* tag, const XmlName& name);
+  void ReportElementName(const char* tag, const XmlInternedName& name);
   // Reports the element that was just added; an open one has a level already.
   void ReportElement(const char* tag, bool isOpen, bool isTop);
   void ReportRepeats(const char* tag);
@@ -127,7 +127,7 @@ class XmlReader {
   ByteSet textStops_;               // bytes at which FindUnescaped must check more closely
   bool blankStaysBlank_ = true;     // no reference begins with white space
   XmlNameCache& names_;
-  XmlPages pages_;
+  XmlArena arena_;
   CXmlNode* top_ = nullptr;
   std::vector<Level> levels_;
   std::vector<std::unique_ptr<CXmlNode>> waiting_;

@@ -6,7 +6,7 @@
 #include <unordered_set>
 
 #include "xml/XmlReader.h"
-#include "xml/XmlText.h"
+#include "xml/XmlString.h"
 
 namespace tarn {
 
@@ -65,7 +65,7 @@ void XmlReader::ReportSpecial(const char* position, Span text, bool isInstructio
   }
 }
 
-void XmlReader::ReportElementName(const char* tag, const XmlName& name) {
+void XmlReader::ReportElementName(const char* tag, const XmlInternedName& name) {
   const bool isMarkup = tag[1] == '!';
   ReportLoss(isMarkup ? XmlLoss::UnknownMarkup : XmlLoss::BadElementName, tag, name.View());
 }
@@ -75,7 +75,7 @@ void XmlReader::ReportElement(const char* tag, bool isOpen, bool isTop) {
 }
 
 void XmlReader::ReportRepeats(const char* tag) {
-  std::unordered_set<const XmlName*> seen;
+  std::unordered_set<const XmlInternedName*> seen;
   for (const AttrSpan& attr : attrs_) {
     if (seen.insert(attr.name).second) continue;
     ReportLoss(XmlLoss::RepeatedAttribute, tag, attr.name->View());

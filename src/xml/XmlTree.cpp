@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "xml/XmlNode.h"
-#include "xml/XmlPiece.h"
+#include "xml/XmlNodeBuilder.h"
 
 namespace tarn {
 namespace {
@@ -49,8 +49,8 @@ std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
     const CXmlNode* from;
     CXmlNode* to;
   };
-  XmlPages pages;
-  auto copy = XmlPiece::CopyAlone(pages, source, nullptr);
+  XmlArena arena;
+  auto copy = XmlNodeBuilder::CopyAlone(arena, source, nullptr);
   std::vector<Level> levels{{&source, copy.get()}};
   while (!levels.empty()) {
     const auto [from, to] = levels.back();
@@ -60,7 +60,7 @@ std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
     }
     if (to->childCount_ == 0) to->ReserveChildren(from->childCount_);
     const CXmlNode* child = from->children_[to->childCount_];
-    CXmlNode* childCopy = XmlPiece::CopyAlone(pages, *child, to).release();
+    CXmlNode* childCopy = XmlNodeBuilder::CopyAlone(arena, *child, to).release();
     to->children_[to->childCount_++] = childCopy;
     if (child->childCount_ > 0) levels.push_back({child, childCopy});
   }

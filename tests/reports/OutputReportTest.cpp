@@ -90,7 +90,7 @@ TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
   }
 }
 
-// Tool output is encoded in the tree, see EncodeStrict; paths aren't.
+// Tool output is encoded in the tree, see EscapeXml; paths aren't.
 TEST_F(OutputReport, AMessageReadsAsTheToolSaidIt) {
   window->Update(
       *Tree("<M><message ShowInReport='Yes' Description='&#8216;a&#8217; &lt;b&gt; &amp;lt; &foo;' "

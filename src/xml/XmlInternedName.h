@@ -30,7 +30,7 @@ class XmlArg {
 // never freed. The table accepts a limited number of short names; a name that isn't accepted is
 // owned by the one node or attribute that uses it. The zero-terminated string is stored directly
 // after this header.
-struct XmlName {
+struct XmlInternedName {
   std::uint32_t length;
   bool shared;
   bool regular;  // conforms to the XML rules for names, which the parser doesn't enforce
@@ -41,11 +41,11 @@ struct XmlName {
 
 // Returns the name for `text`, which ends at the first zero byte. May be called on any thread. The
 // caller owns the result and must pass it to `ReleaseName()`.
-const XmlName* AcquireName(std::string_view text);
+const XmlInternedName* AcquireName(std::string_view text);
 // Returns a name with the same string for a second owner.
-const XmlName* CopyName(const XmlName* name);
-void ReleaseName(const XmlName* name);
-const XmlName* EmptyName();
+const XmlInternedName* CopyName(const XmlInternedName* name);
+void ReleaseName(const XmlInternedName* name);
+const XmlInternedName* EmptyName();
 
 // Per-thread, direct-mapped cache of recently used shared names. Avoids locking the process-wide
 // table for nearly every name.
@@ -54,9 +54,9 @@ class XmlNameCache {
   static XmlNameCache& OfThisThread();
 
   // Like `AcquireName()`, without the lock on a cache hit.
-  const XmlName* Acquire(std::string_view text) {
+  const XmlInternedName* Acquire(std::string_view text) {
     if (text.empty()) return EmptyName();
-    const XmlName*& slot = slots_[SlotOf(text)];
+    const XmlInternedName*& slot = slots_[SlotOf(text)];
     if (slot && slot->View() == text) return slot;
     return AcquireInto(slot, text);
   }
@@ -71,9 +71,9 @@ class XmlNameCache {
     const std::size_t last = text.size() - 1;
     return (text.size() + byte(0) * 7u + byte(last / 2) * 31u + byte(last) * 131u) % kSize;
   }
-  static const XmlName* AcquireInto(const XmlName*& slot, std::string_view text);
+  static const XmlInternedName* AcquireInto(const XmlInternedName*& slot, std::string_view text);
 
-  std::array<const XmlName*, kSize> slots_{};
+  std::array<const XmlInternedName*, kSize> slots_{};
 };
 
 }  // namespace tarn

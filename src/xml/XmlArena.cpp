@@ -1,4 +1,4 @@
-#include "xml/XmlPages.h"
+#include "xml/XmlArena.h"
 
 #include <algorithm>
 #include <atomic>
@@ -42,7 +42,7 @@ char* NewPage(std::size_t size, std::uint32_t nodes) {
 
 }  // namespace
 
-XmlPages::Place XmlPages::TakeFromNew(std::size_t bytes) {
+XmlArena::Block XmlArena::AllocateFromNew(std::size_t bytes) {
   constexpr auto firstOffset = static_cast<std::uint16_t>(kHead / kUnit);
   // Sharing pages would waste much of the current page for a block of this size.
   if (bytes >= largest_ / 4) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
@@ -52,16 +52,16 @@ XmlPages::Place XmlPages::TakeFromNew(std::size_t bytes) {
   next_ = page_ + kHead;
   end_ = page_ + size;
   nextSize_ = std::clamp(nextSize_ * 2, kSecondPage, largest_);
-  return Take(bytes);
+  return Allocate(bytes);
 }
 
-void XmlPages::ClosePage() {
+void XmlArena::ClosePage() {
   if (page_) reinterpret_cast<Page*>(page_)->Drop(Page::kOpen - taken_);
   page_ = nullptr;
   taken_ = 0;
 }
 
-void XmlPages::Release(void* memory, std::uint16_t offset, [[maybe_unused]] std::size_t bytes) {
+void XmlArena::Release(void* memory, std::uint16_t offset, [[maybe_unused]] std::size_t bytes) {
 #if defined(TARN_POISONS_NODES)
   __asan_poison_memory_region(memory, bytes);
 #endif

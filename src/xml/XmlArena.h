@@ -12,24 +12,24 @@ namespace tarn {
 // regardless of the trees the nodes were moved to and the threads that free them. Allocation and
 // release take constant time. The arena itself belongs to one thread. For use inside the xml folder
 // only.
-class XmlPages {
+class XmlArena {
  public:
   // Location of a block. `offset` leads back to its page; `Release()` needs it.
-  struct Place {
+  struct Block {
     void* memory;
     std::uint16_t offset;
   };
 
   // Page sizes grow up to `largestPage` bytes.
-  explicit XmlPages(std::size_t largestPage = 256 * 1024) : largest_(largestPage) {}
-  XmlPages(const XmlPages&) = delete;
-  XmlPages& operator=(const XmlPages&) = delete;
-  ~XmlPages() { ClosePage(); }
+  explicit XmlArena(std::size_t largestPage = 256 * 1024) : largest_(largestPage) {}
+  XmlArena(const XmlArena&) = delete;
+  XmlArena& operator=(const XmlArena&) = delete;
+  ~XmlArena() { ClosePage(); }
 
   // Allocates a block for one node and its trailing data, aligned for pointers.
-  Place Take(std::size_t bytes) {
+  Block Allocate(std::size_t bytes) {
     bytes = (bytes + kUnit - 1) / kUnit * kUnit;
-    if (bytes > static_cast<std::size_t>(end_ - next_)) return TakeFromNew(bytes);
+    if (bytes > static_cast<std::size_t>(end_ - next_)) return AllocateFromNew(bytes);
     ++taken_;
     char* memory = std::exchange(next_, next_ + bytes);
     return {memory, static_cast<std::uint16_t>((memory - page_) / kUnit)};
@@ -42,7 +42,7 @@ class XmlPages {
  private:
   static constexpr std::ptrdiff_t kUnit = 8;
 
-  Place TakeFromNew(std::size_t bytes);
+  Block AllocateFromNew(std::size_t bytes);
   void ClosePage();
 
   std::size_t largest_;

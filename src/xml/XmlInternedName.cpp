@@ -1,4 +1,4 @@
-#include "xml/XmlName.h"
+#include "xml/XmlInternedName.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -25,10 +25,10 @@ bool IsRegular(std::string_view text) {
   });
 }
 
-const XmlName* NewName(std::string_view text, bool shared) {
-  void* memory = ::operator new(sizeof(XmlName) + text.size() + 1);
-  auto* name =
-      new (memory) XmlName{static_cast<std::uint32_t>(text.size()), shared, IsRegular(text)};
+const XmlInternedName* NewName(std::string_view text, bool shared) {
+  void* memory = ::operator new(sizeof(XmlInternedName) + text.size() + 1);
+  auto* name = new (memory)
+      XmlInternedName{static_cast<std::uint32_t>(text.size()), shared, IsRegular(text)};
   char* bytes = reinterpret_cast<char*>(name + 1);
   std::memcpy(bytes, text.data(), text.size());
   bytes[text.size()] = '\0';
@@ -38,18 +38,18 @@ const XmlName* NewName(std::string_view text, bool shared) {
 class NameTable {
  public:
   // Returns nullptr if the name isn't in the table and can't be added.
-  const XmlName* Find(std::string_view text) {
+  const XmlInternedName* Find(std::string_view text) {
     const std::lock_guard lock(mutex_);
     if (const auto found = names_.find(text); found != names_.end()) return found->second;
     if (names_.size() >= kMaxSharedNames) return nullptr;
-    const XmlName* name = NewName(text, true);
+    const XmlInternedName* name = NewName(text, true);
     names_.emplace(name->View(), name);
     return name;
   }
 
  private:
   std::mutex mutex_;
-  std::unordered_map<std::string_view, const XmlName*> names_;
+  std::unordered_map<std::string_view, const XmlInternedName*> names_;
 };
 
 // Never destroyed: nodes with static storage duration may outlive every other static object.
@@ -59,11 +59,11 @@ NameTable& Table() {
 }
 
 struct EmptyXmlName {
-  XmlName head{0, true, false};
+  XmlInternedName head{0, true, false};
   char text[1] = "";
 };
 constinit const EmptyXmlName kEmptyName;
-static_assert(offsetof(EmptyXmlName, text) == sizeof(XmlName));
+static_assert(offsetof(EmptyXmlName, text) == sizeof(XmlInternedName));
 
 }  // namespace
 
@@ -72,28 +72,29 @@ XmlNameCache& XmlNameCache::OfThisThread() {
   return cache;
 }
 
-const XmlName* XmlNameCache::AcquireInto(const XmlName*& slot, std::string_view text) {
+const XmlInternedName* XmlNameCache::AcquireInto(const XmlInternedName*& slot,
+                                                 std::string_view text) {
   text = text.substr(0, text.find('\0'));
   if (text.empty()) return EmptyName();
   if (text.size() <= kMaxSharedLength) {
-    if (const XmlName* name = Table().Find(text)) return slot = name;
+    if (const XmlInternedName* name = Table().Find(text)) return slot = name;
   }
   return NewName(text, false);
 }
 
-const XmlName* AcquireName(std::string_view text) {
+const XmlInternedName* AcquireName(std::string_view text) {
   return XmlNameCache::OfThisThread().Acquire(text);
 }
 
-const XmlName* CopyName(const XmlName* name) {
+const XmlInternedName* CopyName(const XmlInternedName* name) {
   return name->shared ? name : NewName(name->View(), false);
 }
 
-void ReleaseName(const XmlName* name) {
-  if (!name->shared) ::operator delete(const_cast<XmlName*>(name));
+void ReleaseName(const XmlInternedName* name) {
+  if (!name->shared) ::operator delete(const_cast<XmlInternedName*>(name));
 }
 
-const XmlName* EmptyName() {
+const XmlInternedName* EmptyName() {
   return &kEmptyName.head;
 }
 

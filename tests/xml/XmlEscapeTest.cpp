@@ -1,4 +1,4 @@
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace tarn {
 namespace {
 
-TEST(StrictText, WhatAConformingReaderWouldRejectOrTakeForSomethingElse) {
+TEST(XmlEscape, WhatAConformingReaderWouldRejectOrTakeForSomethingElse) {
   const std::pair<const char*, const char*> rows[] = {
       {"a < b && c > d", "a &lt; b &amp;&amp; c &gt; d"},
       {"a|b 'a' \"b\"", "a&#124;b 'a' \"b\""},
@@ -18,8 +18,8 @@ TEST(StrictText, WhatAConformingReaderWouldRejectOrTakeForSomethingElse) {
        "overlong, surrogate, no character \xC0\xBC \xED\xA0\x80 \xEF\xBF\xBF"},
   };
   for (const auto& [text, encoded] : rows) {
-    EXPECT_EQ(EncodeStrict(text), encoded);
-    EXPECT_EQ(DecodeStrict(encoded), text);
+    EXPECT_EQ(EscapeXml(text), encoded);
+    EXPECT_EQ(UnescapeXml(encoded), text);
     // CXmlNode writes and reads the encoded string unchanged.
     CXmlNode node;
     node.SetName("a");
@@ -28,26 +28,26 @@ TEST(StrictText, WhatAConformingReaderWouldRejectOrTakeForSomethingElse) {
     read.Load(node.ToString(g_xmlDisplayOptions), g_xmlParseInfo);
     EXPECT_STREQ(read.GetAttrValue("t"), encoded);
   }
-  EXPECT_EQ(EncodeStrict(std::string("a\x01\r\n\0b\tc", 8)), "a    b\tc");
+  EXPECT_EQ(EscapeXml(std::string("a\x01\r\n\0b\tc", 8)), "a    b\tc");
 }
 
-TEST(StrictText, WhatOnlyLooksLikeAReferenceStays) {
+TEST(XmlEscape, WhatOnlyLooksLikeAReferenceStays) {
   for (const char* text : {"&", "&;", "&#;", "&#x;", "&#0;", "&#xD800;", "&#x110000;", "&#-5;",
                            "&#99999999999;", "&slash;", "&nbsp;", "&lt", "a & b;", "&#12a;"}) {
-    EXPECT_EQ(DecodeStrict(text), text);
+    EXPECT_EQ(UnescapeXml(text), text);
   }
-  EXPECT_EQ(DecodeStrict("&#x41;&#xe9;&apos;&quot;&amp;amp;"), "A\xC3\xA9'\"&amp;");
+  EXPECT_EQ(UnescapeXml("&#x41;&#xe9;&apos;&quot;&amp;amp;"), "A\xC3\xA9'\"&amp;");
 }
 
-TEST(StrictText, AFileWithNamesThatAConformingReaderRejects) {
+TEST(XmlEscape, AFileWithNamesThatAConformingReaderRejects) {
   EXPECT_EQ(
-      MakeFileStrict("<?xml version=\"1.0\"?>\r\n\r\n<a x=\"R&D <1> &slash; &quot;&lt;\" y=\"\" "
-                     ">\r\n\t<b/>\r\n\t<c>R&D &slash; \"\xC3\xA9\" &#124; > </c>\r\n</a>"),
+      ToConformingXml("<?xml version=\"1.0\"?>\r\n\r\n<a x=\"R&D <1> &slash; &quot;&lt;\" y=\"\" "
+                      ">\r\n\t<b/>\r\n\t<c>R&D &slash; \"\xC3\xA9\" &#124; > </c>\r\n</a>"),
       "<?xml version=\"1.0\"?>\r\n\r\n<a x=\"R&amp;D &lt;1&gt; &#124; &quot;&lt;\" y=\"\" "
       ">\r\n\t<b/>\r\n\t<c>R&amp;D &#124; \"&#233;\" &#124; &gt; </c>\r\n</a>");
   for (const char* text : {"", "<", "<a", "<a x=\"", "<a x=\"1", "text", "<a x=\"1\"", "<a>\r\nb",
                            "<!-- & \" --><a/>", "<![CDATA[<a x=\"&]]>", "<?x &"}) {
-    EXPECT_EQ(MakeFileStrict(text), text);
+    EXPECT_EQ(ToConformingXml(text), text);
   }
 }
 

@@ -1,4 +1,4 @@
-#include "components/tools/XmlText.h"
+#include "components/tools/XmlAttributes.h"
 
 namespace tarn::tools {
 

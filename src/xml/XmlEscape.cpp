@@ -1,4 +1,4 @@
-#include "xml/StrictText.h"
+#include "xml/XmlEscape.h"
 
 #include <algorithm>
 #include <array>
@@ -129,7 +129,7 @@ std::size_t AppendEncoded(std::string& out, std::string_view text, std::size_t a
 
 // Appends an attribute value or an element's text as it is encoded in a file. Line ends are layout
 // there and stay.
-void AppendStrict(std::string& out, std::string_view text) {
+void AppendConforming(std::string& out, std::string_view text) {
   std::size_t at = 0;
   while (at < text.size()) {
     const std::size_t next = EndOfPlain(text, at);
@@ -141,14 +141,14 @@ void AppendStrict(std::string& out, std::string_view text) {
       at = AppendEncoded(out, text, at);
       continue;
     }
-    const std::string_view piece = isReference ? ReferenceAt(text, at) : text.substr(at, 1);
+    const std::string_view part = isReference ? ReferenceAt(text, at) : text.substr(at, 1);
     std::string referred;
-    if (piece == kBarReference) {
+    if (part == kBarReference) {
       AppendNumeric(out, '|');
-      at += piece.size();
-    } else if (!isReference || AppendReferred(referred, piece)) {
-      out += piece;
-      at += piece.size();
+      at += part.size();
+    } else if (!isReference || AppendReferred(referred, part)) {
+      out += part;
+      at += part.size();
     } else {
       out += "&amp;";
       ++at;
@@ -177,7 +177,7 @@ std::size_t AppendTag(std::string& out, std::string_view file, std::size_t at) {
     at = stop + 1;
     if (file[stop] != '"') return at;
     const std::size_t end = std::min(file.find('"', at), file.size());
-    AppendStrict(out, file.substr(at, end - at));
+    AppendConforming(out, file.substr(at, end - at));
     if (end < file.size()) out += '"';
     at = std::min(end + 1, file.size());
   }
@@ -186,7 +186,7 @@ std::size_t AppendTag(std::string& out, std::string_view file, std::size_t at) {
 
 }  // namespace
 
-std::string EncodeStrict(std::string_view text) {
+std::string EscapeXml(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
@@ -197,7 +197,7 @@ std::string EncodeStrict(std::string_view text) {
   return out;
 }
 
-std::string DecodeStrict(std::string_view text) {
+std::string UnescapeXml(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
@@ -221,12 +221,12 @@ std::size_t FindBareMarkup(std::string_view text, std::size_t at) {
   return at;
 }
 
-std::string MakeFileStrict(std::string_view file) {
+std::string ToConformingXml(std::string_view file) {
   std::string out;
   out.reserve(file.size());
   for (std::size_t at = 0; at < file.size();) {
     const std::size_t tag = std::min(FindBareMarkup(file, at), file.size());
-    AppendStrict(out, file.substr(at, tag - at));
+    AppendConforming(out, file.substr(at, tag - at));
     const std::size_t end = EndOfWhole(file, tag);
     out += file.substr(tag, end - tag);
     at = end > tag ? end : AppendTag(out, file, tag);

@@ -1,36 +1,36 @@
-#include "xml/XmlText.h"
+#include "xml/XmlString.h"
 
 #include <new>
 
 namespace tarn {
 
-const char* NewText(std::string_view text) {
+const char* NewString(std::string_view text) {
   text = text.substr(0, text.find('\0'));
-  if (text.empty()) return EmptyText();
+  if (text.empty()) return EmptyString();
   char* memory = static_cast<char*>(::operator new(text.size() + 2));
-  memory[0] = static_cast<char>(kTextOwn);
+  memory[0] = static_cast<char>(kHeapString);
   std::memcpy(memory + 1, text.data(), text.size());
   memory[text.size() + 1] = '\0';
   return memory + 1;
 }
 
-void FreeOwnText(const char* text) {
+void FreeHeapString(const char* text) {
   ::operator delete(const_cast<char*>(text - 1));
 }
 
-void AssignText(const char*& text, std::string_view newText) {
-  const std::string_view old = TextView(text);
+void AssignString(const char*& text, std::string_view newText) {
+  const std::string_view old = StringView(text);
   if (old == newText) return;
   newText = newText.substr(0, newText.find('\0'));
-  if (TextMark(text) <= kTextLong && newText.size() <= old.size()) {
+  if (StringKindOf(text) <= kLongString && newText.size() <= old.size()) {
     char* place = const_cast<char*>(text);
     std::memmove(place, newText.data(), newText.size());
-    EndTextInside(place, newText.size());
+    EndStringInside(place, newText.size());
     return;
   }
   const char* replaced = text;
-  text = NewText(newText);
-  FreeText(replaced);
+  text = NewString(newText);
+  FreeString(replaced);
 }
 
 bool IsBlank(const char* text) {

@@ -7,52 +7,52 @@
 #include <string_view>
 #include <utility>
 
+#include "xml/XmlArena.h"
 #include "xml/XmlNode.h"
-#include "xml/XmlPages.h"
-#include "xml/XmlText.h"
+#include "xml/XmlString.h"
 
 namespace tarn {
 
 // Builds a node in one block: node, attribute records, strings. The caller specifies the number of
 // attributes and the size of the strings in advance. For use inside the xml folder only.
-class XmlPiece {
+class XmlNodeBuilder {
  public:
-  // Takes ownership of `name`. `textBytes` is the sum of `TextBytes()` over all strings. The node's
-  // parent pointer is set immediately; the node isn't added to the parent's children.
-  XmlPiece(XmlPages& pages, const XmlName* name, CXmlNodeType type, CXmlNode* parent,
-           std::size_t attrCount, std::size_t textBytes) {
-    const XmlPages::Place place =
-        pages.Take(sizeof(CXmlNode) + attrCount * sizeof(CXmlAttr) + textBytes);
-    node_.reset(::new (place.memory) CXmlNode(name, EmptyText(), type, parent, place.offset));
+  // Takes ownership of `name`. `textBytes` is the sum of `StringBytes()` over all strings. The
+  // node's parent pointer is set immediately; the node isn't added to the parent's children.
+  XmlNodeBuilder(XmlArena& arena, const XmlInternedName* name, CXmlNodeType type, CXmlNode* parent,
+                 std::size_t attrCount, std::size_t textBytes) {
+    const XmlArena::Block block =
+        arena.Allocate(sizeof(CXmlNode) + attrCount * sizeof(CXmlAttr) + textBytes);
+    node_.reset(::new (block.memory) CXmlNode(name, EmptyString(), type, parent, block.offset));
     records_ = reinterpret_cast<CXmlAttr*>(node_.get() + 1);
     texts_ = reinterpret_cast<char*>(records_ + attrCount);
   }
 
   // Returns a copy of a node without its children.
-  static std::unique_ptr<CXmlNode> CopyAlone(XmlPages& pages, const CXmlNode& source,
+  static std::unique_ptr<CXmlNode> CopyAlone(XmlArena& arena, const CXmlNode& source,
                                              CXmlNode* parent);
 
   // Returns the number of bytes that a string of that length occupies; 0 for an empty string.
-  static std::size_t TextBytes(std::size_t length) { return length == 0 ? 0 : length + 2; }
+  static std::size_t StringBytes(std::size_t length) { return length == 0 ? 0 : length + 2; }
 
   // Reserves space for a string of at most `length` bytes, which must not be 0. The caller writes
-  // the string there and terminates it with `EndTextInside()`.
+  // the string there and terminates it with `EndStringInside()`.
   char* Reserve(std::size_t length) {
     char* text = texts_ + 1;
-    texts_ += TextBytes(length);
+    texts_ += StringBytes(length);
     return text;
   }
 
   // Copies a string into the block and returns the copy.
-  const char* CopyText(std::string_view text) {
-    if (text.empty()) return EmptyText();
-    char* place = Reserve(text.size());
-    std::memcpy(place, text.data(), text.size());
-    return EndTextInside(place, text.size());
+  const char* CopyString(std::string_view text) {
+    if (text.empty()) return EmptyString();
+    char* copy = Reserve(text.size());
+    std::memcpy(copy, text.data(), text.size());
+    return EndStringInside(copy, text.size());
   }
 
   // Takes ownership of `name`. `value` is a string in this block, or EmptyText.
-  void AddAttr(const XmlName* name, const char* value) {
+  void AddAttr(const XmlInternedName* name, const char* value) {
     auto* attr = new (records_ + node_->ownRecords_) CXmlAttr(name, value);
     if (node_->ownRecords_ == 0) {
       node_->firstAttr_ = attr;
