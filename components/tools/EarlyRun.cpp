@@ -67,7 +67,7 @@ void EarlyRun::Execute() {
   hasSucceeded_ = run_.Run();
 }
 
-bool EarlyRun::IsGood(std::size_t mostMessages) {
+bool EarlyRun::IsValid(std::size_t mostMessages) {
   if (!hasSucceeded_ || !run_.Record()) return false;
   // With a different limit, the run might have retained different messages.
   const bool isLimited = run_.GetLog().GetRetained() >= std::min(most_, mostMessages);

@@ -38,7 +38,7 @@ class EarlyRun {
   void Stop() { running_.Stop(); }
   // Returns true if the run succeeded and none of the files that it read, or would have read if
   // they existed, has changed since it started.
-  bool IsGood(std::size_t mostMessages);
+  bool IsValid(std::size_t mostMessages);
   // Removes the files that the run has written.
   void RemoveResults() { run_.RemoveResults(); }
 

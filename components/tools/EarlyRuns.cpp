@@ -98,7 +98,7 @@ const EarlyRun* EarlyRuns::Get(const std::string& key) {
   return entry == entries_.end() ? nullptr : entry->run.get();
 }
 
-bool EarlyRuns::IsGood(const std::string& key, std::size_t mostMessages) {
+bool EarlyRuns::IsValid(const std::string& key, std::size_t mostMessages) {
   std::unique_lock hold(lock_);
   const auto entry = Find(key);
   if (entry == entries_.end()) return false;
@@ -109,18 +109,18 @@ bool EarlyRuns::IsGood(const std::string& key, std::size_t mostMessages) {
   }
   changed_.wait(hold, [&] { return entry->state == State::Ended; });
   hold.unlock();
-  const bool isGood = entry->run->IsGood(mostMessages);
-  if (!isGood) entry->run->RemoveResults();
+  const bool isValid = entry->run->IsValid(mostMessages);
+  if (!isValid) entry->run->RemoveResults();
   hold.lock();
-  entry->isGood = isGood;
-  if (!isGood) entries_.erase(entry);
-  return isGood;
+  entry->isValid = isValid;
+  if (!isValid) entries_.erase(entry);
+  return isValid;
 }
 
 std::unique_ptr<EarlyRun> EarlyRuns::Take(const std::string& key) {
   const std::lock_guard guard(lock_);
   const auto entry = Find(key);
-  if (entry == entries_.end() || !entry->isGood) return nullptr;
+  if (entry == entries_.end() || !entry->isValid) return nullptr;
   std::unique_ptr<EarlyRun> run = std::move(entry->run);
   entries_.erase(entry);
   return run;

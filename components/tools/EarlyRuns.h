@@ -40,7 +40,7 @@ class EarlyRuns {
   // Waits until the run with this key has ended. Returns true if it succeeded and its result is
   // what the same run would produce now, given the limit for messages that now applies; otherwise
   // removes the run and its results. Returns false if there is no such run.
-  bool IsGood(const std::string& key, std::size_t mostMessages);
+  bool IsValid(const std::string& key, std::size_t mostMessages);
   // Removes a run that IsGood has accepted, and returns it; null if there is none with this key.
   std::unique_ptr<EarlyRun> Take(const std::string& key);
   // Stops all runs, waits for their end and removes their results.
@@ -67,7 +67,7 @@ class EarlyRuns {
   struct Entry {
     std::unique_ptr<EarlyRun> run;
     State state = State::Queued;
-    bool isGood = false;  // IsGood returned true
+    bool isValid = false;  // IsGood returned true
   };
   using Entries = std::list<Entry>;
 

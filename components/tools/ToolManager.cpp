@@ -171,7 +171,7 @@ std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const c
     const std::lock_guard guard(lock_);
     told_ = key;
   }
-  return early_.IsGood(key, MostMessages()) ? 1 : 0;
+  return early_.IsValid(key, MostMessages()) ? 1 : 0;
 }
 
 std::int32_t ToolManager::DropTools() {

@@ -31,10 +31,10 @@ std::int32_t CommandActions::RunNodeTool(std::uint32_t id) {
 
 // Publishes the node again, since its options were changed without its cached values.
 void CommandActions::ReloadOptions(CXmlNode& node) {
-  model_.State().ForgetCurrentNode();
-  const std::uint64_t epoch = model_.GetTreeEpoch();
+  model_.State().ClearCurrentNode();
+  const std::uint64_t epoch = model_.GetTreeGeneration();
   model_.SetCurrentNode(&node);
-  if (model_.GetTreeEpoch() == epoch) model_.Publishing().RestorePropState(node);
+  if (model_.GetTreeGeneration() == epoch) model_.Publishing().RestorePropState(node);
 }
 
 void CommandActions::ApplyOptionChange(bool keepsOutputs) {
@@ -79,9 +79,9 @@ void CommandActions::ShowNodeOptions() {
   {
     const TreeUpdate update(model_.Services().views);
     model_.Publishing().PublishSubtree(*node);
-    const std::uint64_t epoch = model_.GetTreeEpoch();
+    const std::uint64_t epoch = model_.GetTreeGeneration();
     model_.SetCurrentNode(node);
-    if (model_.GetTreeEpoch() == epoch) model_.Publishing().RestorePropState(*node);
+    if (model_.GetTreeGeneration() == epoch) model_.Publishing().RestorePropState(*node);
     Properties().EndUpdate();
   }
   if (builder_.CanStartOperation()) Properties().ShowOptions(model_.Services().mainframeHandle);

@@ -133,7 +133,7 @@ std::string CProjectInspector::CheckScript(const char* path) {
 std::string CProjectInspector::GetFileTexts() {
   CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
-  return JoinFileTexts(model->Saver().MakeFileTexts());
+  return JoinFileTexts(model->Saver().RenderFiles());
 }
 
 std::string CProjectInspector::ApplyChange(const char* before, const char* after) {

@@ -159,7 +159,7 @@ void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& applic
 std::string CProjectInspector::GetStatus() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
-  if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().ForgetFileTimes();
+  if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().InvalidateMtimes();
   CXmlNode status;
   status.SetName("Status");
   const ApplicationOrder order(model->Types(), model->Services().toolManager,

@@ -127,16 +127,17 @@ std::string CProjectInspector::GetMissedSelection() {
 std::int32_t CProjectInspector::NoteCurrentNode() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  notedNode_ = model->GetCurrentNode();
-  notedEpoch_ = model->GetTreeEpoch();
+  savedNode_ = model->GetCurrentNode();
+  savedGeneration_ = model->GetTreeGeneration();
   return 1;
 }
 
 std::int32_t CProjectInspector::SelectNotedNode() {
   CProjectModel* model = Model();
-  if (model == nullptr || notedNode_ == nullptr || model->GetTreeEpoch() != notedEpoch_) return 0;
-  if (model->GetCurrentNode() != notedNode_) model->SetCurrentNode(notedNode_);
-  return model->GetCurrentNode() == notedNode_ ? 1 : 0;
+  if (model == nullptr || savedNode_ == nullptr || model->GetTreeGeneration() != savedGeneration_)
+    return 0;
+  if (model->GetCurrentNode() != savedNode_) model->SetCurrentNode(savedNode_);
+  return model->GetCurrentNode() == savedNode_ ? 1 : 0;
 }
 
 }  // namespace tarn

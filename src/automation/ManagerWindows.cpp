@@ -67,7 +67,7 @@ void ManagerWindows::Detach() {
 }
 
 void ManagerWindows::DetachProjectWindow() {
-  if (projectWindow_) projectWindow_->ForgetModel();
+  if (projectWindow_) projectWindow_->DetachModel();
 }
 
 void ManagerWindows::Announce(CWnd* window, const char* title, int id) const {

@@ -93,7 +93,7 @@ Builder* CProjectInspector::GetBuilder() const {
 std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
   if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
   manager_ = DispatchPtr(managerObject);
-  notedNode_ = nullptr;
+  savedNode_ = nullptr;
   return 1;
 }
 

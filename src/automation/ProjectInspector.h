@@ -217,8 +217,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
 
   const ServerLock lock_;
   DispatchPtr manager_;
-  CXmlNode* notedNode_ = nullptr;
-  std::uint64_t notedEpoch_ = 0;  // generation of the tree at that time
+  CXmlNode* savedNode_ = nullptr;
+  std::uint64_t savedGeneration_ = 0;  // generation of the tree at that time
 };
 
 }  // namespace tarn

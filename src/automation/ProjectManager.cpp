@@ -32,7 +32,7 @@ CProjectManager::~CProjectManager() {
 void CProjectManager::OnFinalRelease() {
   if (builder_ && builder_->IsWorkerWaiting()) {
     builder_->RequestStop();
-    model_->Host().ForgetHost();
+    model_->Host().ClearHost();
     // The manager may be deleted inside an event of the window, and no reference delays that any
     // more.
     if (windows_) windows_->DetachProjectWindow();
@@ -45,7 +45,7 @@ void CProjectManager::OnFinalRelease() {
 DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> arguments,
                                        Variant& result) {
   const DispatchPtr self(this);  // a handler may release the host's last reference
-  if (builder_ && builder_->IsWorkerAlive()) builder_->ServeWorker();
+  if (builder_ && builder_->IsWorkerAlive()) builder_->RunPendingStep();
   return DispatchObject::Invoke(id, arguments, result);
 }
 
@@ -92,7 +92,7 @@ std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
 }
 
 std::int32_t CProjectManager::ProjectBuild() {
-  return builder_ && !commands_->RefusesBuild() ? builder_->BuildHere() : 0;
+  return builder_ && !commands_->RefusesBuild() ? builder_->BuildSynchronously() : 0;
 }
 
 std::int32_t CProjectManager::GetPropertyWindow() {

@@ -18,7 +18,7 @@ std::string KeyOf(const char* set, const char* section, const char* property) {
 
 std::int32_t CProjectManager::ReadDefsFromFile(const char* set, const char* file) {
   if (!model_) return 0;
-  model_->Extensions().Forget();
+  model_->Extensions().Invalidate();
   return propertyManager_->ReadDefsFromFile(set, file);
 }
 
@@ -35,7 +35,7 @@ std::int32_t CProjectManager::ReadConfigFromFile(const char* config, const char*
 
 std::int32_t CProjectManager::UpdateCurNodeConfig(const char* set, const char* file) {
   if (!model_) return 1;
-  model_->Extensions().Forget();
+  model_->Extensions().Invalidate();
   propertyManager_->ReadDefsFromFile(set, installation_.FindConfigFile(file));
   return 1;
 }
@@ -49,7 +49,7 @@ std::string CProjectManager::GetPropertyValue(const char* set, const char* secti
 std::int32_t CProjectManager::SetPropertyValue(const char* set, const char* section,
                                                const char* property, const char* value) {
   if (!model_) return 0;
-  model_->Extensions().Forget();
+  model_->Extensions().Invalidate();
   return propertyManager_->SetPropertyValue(set, section, property, value);
 }
 
@@ -77,7 +77,7 @@ std::int32_t CProjectManager::HideProperty(const char* set, const char* section,
 std::int32_t CProjectManager::SavePropertyValue(const char* set, const char* section,
                                                 const char* property, const char* value) {
   if (!model_) return 0;
-  model_->Extensions().Forget();
+  model_->Extensions().Invalidate();
   const std::int32_t result = propertyManager_->SetPropertyValue(set, section, property, value);
   model_->Options().StoreChangedProperty(KeyOf(set, section, property));
   return result;

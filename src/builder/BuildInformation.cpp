@@ -92,27 +92,27 @@ BuildInformation::BuildInformation(ProjectServices& projectServices, ProjectStat
       files_(projectServices.files),
       types_(projectServices.types),
       views_(projectServices.views),
-      fileTimes_(files_),
+      mtimes_(files_),
       buildRecords_(files_),
       toolCommands_(services_.toolManager,
                     [this](const CXmlNode& node, std::string& tool, std::string& fileList) {
                       return GetToolInput(types_, node, tool, fileList);
                     }),
-      recordCheck_(buildRecords_, toolCommands_, files_, fileTimes_) {}
+      recordCheck_(buildRecords_, toolCommands_, files_, mtimes_) {}
 
 BuildInformation::~BuildInformation() = default;
 
 std::int32_t BuildInformation::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
   if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
   // The report may have changed which nodes are up to date.
-  fileTimes_.Forget();
+  mtimes_.Invalidate();
   if (state_.activeApplication != nullptr)
     views_.LoadGlobals(paths_.GlobalsFileOf(*state_.activeApplication));
   return 1;
 }
 
 bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
-  const TreeUpdate update(views_, UpdateScope::Told);
+  const TreeUpdate update(views_, UpdateScope::ReportedNodes);
   CXmlNode records;
   records.Load(xmlinfo, g_xmlParseInfo);
   CXmlNode* const application =
@@ -132,21 +132,21 @@ bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
     });
     buildRecords_.TakeReport(*node, report);
     ReplaceDependencies(*node, TakeDependencies(std::move(record)));
-    views_.TellUpdated(*node);
+    views_.NotifyNodeUpdated(*node);
   }
   return true;
 }
 
-void BuildInformation::ForgetOldOutputs() {
-  if (outputIndexEpoch_ == state_.outputEpoch) return;
+void BuildInformation::ClearOldOutputs() {
+  if (outputIndexEpoch_ == state_.outputGeneration) return;
   outputIndexes_.clear();
   listings_.reset();
   withoutShared_.clear();
-  outputIndexEpoch_ = state_.outputEpoch;
+  outputIndexEpoch_ = state_.outputGeneration;
 }
 
 const OutputIndex& BuildInformation::IndexOutputs(CXmlNode& application) {
-  ForgetOldOutputs();
+  ClearOldOutputs();
   return outputIndexes_.try_emplace(&application, application).first->second;
 }
 
@@ -165,7 +165,7 @@ CXmlNode* BuildInformation::FindNodeByOutput(CXmlNode& application, const char* 
 }
 
 bool BuildInformation::IsSharedListing(const std::string& path) {
-  ForgetOldOutputs();
+  ClearOldOutputs();
   if (!listings_) CountListings(*state_.projectRoot, listings_.emplace());
   const auto found = listings_->find(path);
   return found != listings_->end() && found->second > 1;
@@ -173,7 +173,7 @@ bool BuildInformation::IsSharedListing(const std::string& path) {
 
 std::vector<SharedOutput> BuildInformation::FindSharedOutputs(CXmlNode& application) {
   std::vector<SharedOutput> found;
-  ForgetOldOutputs();
+  ClearOldOutputs();
   if (withoutShared_.contains(&application)) return found;
   if (!MayShareOutputs(application)) {
     withoutShared_.insert(&application);
@@ -210,7 +210,7 @@ std::unique_ptr<CXmlNode> BuildInformation::TakeDependencies(std::unique_ptr<CXm
     const char* file = dependency->GetAttrValue("Header");
     const CXmlNode* type = extensions_.Find(file == nullptr ? "" : file);
     if (type != nullptr) dependency->SetName(type->NameView());
-    if (HoldsOutput(*dependency)) ++state_.outputEpoch;
+    if (HoldsOutput(*dependency)) ++state_.outputGeneration;
   }
   return record;
 }
@@ -219,8 +219,8 @@ void BuildInformation::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlN
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (child->NameView() != "Dependencies") continue;
-    if (HoldsOutput(*child)) ++state_.outputEpoch;
-    state_.ForgetPointersInto(*child);
+    if (HoldsOutput(*child)) ++state_.outputGeneration;
+    state_.InvalidatePointersInto(*child);
     node.RemoveChild(child);
     break;
   }
@@ -272,13 +272,13 @@ std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos
   return 1;
 }
 
-void BuildInformation::ForgetFileTimes() {
-  fileTimes_.Forget();
+void BuildInformation::InvalidateMtimes() {
+  mtimes_.Invalidate();
   toolCommands_.RefreshTools();
 }
 
-void BuildInformation::ForgetNode(const CXmlNode& node) {
-  buildRecords_.Forget(node);
+void BuildInformation::InvalidateNode(const CXmlNode& node) {
+  buildRecords_.Invalidate(node);
   if (IsAtOrBelow(walkApplication_, node)) walkApplication_ = nullptr;
 }
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "builder/BuildRecords.h"
-#include "builder/FileTimes.h"
+#include "builder/MtimeCache.h"
 #include "builder/OutputIndex.h"
 #include "builder/RecordCheck.h"
 #include "builder/ToolCommands.h"
@@ -44,7 +44,7 @@ class BuildInformation {
   // Writes the result of a build to the node's attributes; null `infos` marks it as not built.
   std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
   // Sets the application that reports are attributed to, instead of the active one; nullptr for
-  // none. Cleared by ForgetNode.
+  // none. Cleared by InvalidateNode.
   void SetWalkApplication(CXmlNode* application) { walkApplication_ = application; }
   CXmlNode* GetWalkApplication() const { return walkApplication_; }
 
@@ -77,18 +77,18 @@ class BuildInformation {
   std::string FinishBuildState(bool mayShrink);
 
   // --- Caches ---
-  FileTimes& GetFileTimes() { return fileTimes_; }
+  MtimeCache& GetMtimes() { return mtimes_; }
   ToolCommands& GetToolCommands() { return toolCommands_; }
   RecordCheck& GetRecordCheck() { return recordCheck_; }
   // Invalidates cached file times and tool definitions, so that both are checked again.
-  void ForgetFileTimes();
+  void InvalidateMtimes();
   // Drops all pointers to the node and its descendants, which are about to be freed.
-  void ForgetNode(const CXmlNode& node);
+  void InvalidateNode(const CXmlNode& node);
 
  private:
   bool TakeBuildRecords(const std::string& xmlinfo);
   const OutputIndex& IndexOutputs(CXmlNode& application);
-  void ForgetOldOutputs();
+  void ClearOldOutputs();
   // Converts a tool's report to the dependency list of its node.
   std::unique_ptr<CXmlNode> TakeDependencies(std::unique_ptr<CXmlNode> record);
   void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list);
@@ -102,7 +102,7 @@ class BuildInformation {
   const ProjectViews& views_;
 
   CXmlNode* walkApplication_ = nullptr;  // application being built
-  FileTimes fileTimes_;
+  MtimeCache mtimes_;
   BuildRecords buildRecords_;
   ToolCommands toolCommands_;
   RecordCheck recordCheck_;

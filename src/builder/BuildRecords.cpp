@@ -57,7 +57,7 @@ void BuildRecords::WithdrawAll() {
 }
 
 void BuildRecords::CloseJournal() {
-  ForgetAll();
+  ClearAll();
   shadows_.Clear();
   journal_.clear();
   store_.Load({}, {});
@@ -252,15 +252,15 @@ void BuildRecords::SetSignature(const Bound& bound, std::uint64_t signature) {
   store_.SetSignature(bound.record, signature);
 }
 
-void BuildRecords::Forget(const CXmlNode& node) {
+void BuildRecords::Invalidate(const CXmlNode& node) {
   if (bound_.empty() && running_.empty() && ended_.empty()) return;
   bound_.erase(&node);
   running_.erase(&node);
   ended_.erase(&node);
-  for (int i = 0; i < node.GetChildCount(); ++i) Forget(*node.GetChild(i));
+  for (int i = 0; i < node.GetChildCount(); ++i) Invalidate(*node.GetChild(i));
 }
 
-void BuildRecords::ForgetAll() {
+void BuildRecords::ClearAll() {
   bound_.clear();
   running_.clear();
   ended_.clear();

@@ -93,7 +93,7 @@ class BuildRecords {
     // Why the record is invalid. Once set, the record never becomes valid again.
     StaleVerdict withdrawn;
     std::uint64_t verifiedCommand = 0;  // ToolCommands generation of the last verification
-    std::uint64_t verifiedLook = 0;     // file-time epoch of the last verification
+    std::uint64_t verifiedEpoch = 0;    // file-time epoch of the last verification
   };
   // Returns nullptr if the node has no record.
   Bound* Find(const CXmlNode& node);
@@ -112,8 +112,8 @@ class BuildRecords {
   }
 
   // Removes the node and its descendants, which are about to be freed.
-  void Forget(const CXmlNode& node);
-  void ForgetAll();
+  void Invalidate(const CXmlNode& node);
+  void ClearAll();
 
  private:
   struct Run {

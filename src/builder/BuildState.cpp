@@ -15,11 +15,11 @@ StateVerdict BuildInformation::OpenBuildState(const std::string& path) {
 
 bool BuildInformation::RestoreFor(std::chrono::milliseconds time) {
   if (!state_.isOpen || services_.build.IsWorkerAlive()) return true;
-  const TreeUpdate update(views_, UpdateScope::Told);
+  const TreeUpdate update(views_, UpdateScope::ReportedNodes);
   if (recordRestore_ == nullptr)
     recordRestore_ = std::make_unique<RecordRestore>(*this, state_, types_);
   const bool isMore = recordRestore_->Step(time);
-  fileTimes_.Forget();
+  mtimes_.Invalidate();
   if (isMore) return false;
   recordRestore_.reset();
   if (state_.activeApplication != nullptr)
@@ -31,7 +31,7 @@ void BuildInformation::RestoreRecords(CXmlNode& application) {
   RecordRestore restore(*this, state_, application);
   while (restore.Step(std::chrono::hours(1))) {
   }
-  fileTimes_.Forget();
+  mtimes_.Invalidate();
 }
 
 void BuildInformation::RestoreRecord(CXmlNode& node, const std::string& owner) {
@@ -54,7 +54,7 @@ void BuildInformation::RestoreRecord(CXmlNode& node, const std::string& owner) {
     dependencies->AddChild(type == nullptr ? "D" : type->NameView())->AddAttr("Header", file);
   }
   ReplaceDependencies(node, std::move(dependencies));
-  views_.TellUpdated(node);
+  views_.NotifyNodeUpdated(node);
 }
 
 std::string BuildInformation::FinishBuildState(bool mayShrink) {

@@ -15,7 +15,7 @@ namespace tarn {
 
 namespace {
 
-constexpr std::size_t kMaxNodesAhead = 512;
+constexpr std::size_t kMaxPrefetch = 512;
 constexpr std::uint64_t kNeverEpoch = UINT64_MAX;
 constexpr unsigned kStepsPerLook = 16;
 
@@ -26,15 +26,15 @@ std::optional<std::int64_t> Later(const std::optional<std::int64_t>& a,
 }
 
 // Requests the files of up to `limit` nodes of the subtree. Returns the number of nodes.
-std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes::Inquiry& inquiry,
-                          NodesAhead& ahead, std::size_t limit) {
+std::size_t CollectSubtree(Staleness& staleness, const CXmlNode& node, MtimeCache::StatBatch& batch,
+                           Prefetch& ahead, std::size_t limit) {
   if (limit == 0) return 0;
   std::size_t count = 1;
-  staleness.AskForFiles(node, inquiry, ahead);
+  staleness.CollectInputs(node, batch, ahead);
   for (int i = 0; i < node.GetChildCount() && count < limit; ++i) {
     const CXmlNode* child = node.GetChild(i);
     if (!IsContentNode(*child)) continue;
-    count += AskForSubtree(staleness, *child, inquiry, ahead, limit - count);
+    count += CollectSubtree(staleness, *child, batch, ahead, limit - count);
   }
   return count;
 }
@@ -55,8 +55,8 @@ BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
       state_(model_.State()),
       information_(projectBuilder.Information()),
       guard_(model_, information_.GetBuildRecords()),
-      asksForTimes_(examinesElsewhere),
-      treeEpoch_(state_.treeEpoch),
+      requestsMtimes_(examinesElsewhere),
+      treeGeneration_(state_.treeGeneration),
       pipes_(model_.GetFiles()) {
   CToolManagerDriver* const tools = model_.Services().toolManager;
   if (tools != nullptr) runsAhead_.SetJobs(tools->GetJobs());
@@ -80,24 +80,24 @@ void BuildWalk::BeginTranslate(CXmlNode* node) {
 }
 
 void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
-  usesGivenTool_ = true;
-  givenTool_ = tool;
+  usesExplicitTool_ = true;
+  explicitTool_ = tool;
   BeginTranslate(node);
 }
 
-bool BuildWalk::LostTree() const {
-  return state_.treeEpoch != treeEpoch_;
+bool BuildWalk::IsTreeStale() const {
+  return state_.treeGeneration != treeGeneration_;
 }
 
 bool BuildWalk::IsOver(const std::optional<Clock::time_point>& deadline) const {
   return deadline && Clock::now() >= *deadline;
 }
 
-WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
+BuildAction BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
   currentDeadline_ = deadline;
-  WalkRequest request;
+  BuildAction request;
   while (!frames_.empty()) {
-    if (LostTree()) {
+    if (IsTreeStale()) {
       if (frames_.back().stage == Stage::Tool) LeaveTool();
       frames_.clear();
       succeeded_ = false;
@@ -106,7 +106,7 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
     if (!Step(request)) return request;
     // Most steps take less time than reading the clock.
     if (++stepCount_ % kStepsPerLook == 0 && IsOver(deadline) && !frames_.empty()) {
-      request.kind = WalkRequest::Kind::Pause;
+      request.kind = BuildAction::Kind::Pause;
       return request;
     }
   }
@@ -116,7 +116,7 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
 
 // Runs one stage of the top frame. The explicit stack of frames replaces recursion, so that the
 // traversal can be suspended at any stage.
-bool BuildWalk::Step(WalkRequest& request) {
+bool BuildWalk::Step(BuildAction& request) {
   Frame& frame = frames_.back();
   switch (frame.stage) {
     case Stage::Enter:
@@ -140,9 +140,9 @@ bool BuildWalk::Step(WalkRequest& request) {
   return true;
 }
 
-bool BuildWalk::Return(bool success, bool isGood) {
+bool BuildWalk::Return(bool success, bool isUpToDate) {
   const std::optional<std::int64_t> newest =
-      isGood && success ? NewestOutputOf(frames_.back()) : std::nullopt;
+      isUpToDate && success ? NewestOutputOf(frames_.back()) : std::nullopt;
   const bool isUsed = frames_.back().isUsed;
   frames_.pop_back();
   if (frames_.empty()) {
@@ -150,7 +150,7 @@ bool BuildWalk::Return(bool success, bool isGood) {
     return true;
   }
   Frame& parent = frames_.back();
-  if (!isGood && !isUsed) parent.childrenGood = false;
+  if (!isUpToDate && !isUsed) parent.childrenUpToDate = false;
   if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
   if (!success) return Return(false, false);  // a failure stops the processing of all ancestors
   return true;
@@ -166,14 +166,14 @@ bool BuildWalk::Enter(Frame& frame) {
   return true;
 }
 
-bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
-  while (publishedEpoch_ != state_.publishEpoch) {
+bool BuildWalk::Publish(Frame& frame, BuildAction& request) {
+  while (publishedGeneration_ != state_.publishGeneration) {
     if (!model_.Publishing().PublishNextNode(PublishRoot())) {
-      publishedEpoch_ = state_.publishEpoch;
+      publishedGeneration_ = state_.publishGeneration;
       break;
     }
     if (IsOver(currentDeadline_)) {
-      request.kind = WalkRequest::Kind::Pause;
+      request.kind = BuildAction::Kind::Pause;
       return false;
     }
   }
@@ -240,7 +240,7 @@ bool BuildWalk::StartNode(Frame& frame) {
     model_.Services().output->WriteMessage(
         kRowApplicationStarts, {GetOperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
                                 config == nullptr ? kStandardConfig : config});
-    if (LostTree()) return true;
+    if (IsTreeStale()) return true;
     // Programs that need the debug database re-create it.
     const std::string database =
         model_.GetFiles().NameOnDisk(WithExtension(state_.projectPath, ".tdb"));
@@ -256,7 +256,7 @@ bool BuildWalk::StartNode(Frame& frame) {
     if (IsContentNode(*child)) frame.children.push_back(child);
   }
   if (order_ && &node == state_.projectRoot.get()) OrderChildren(frame);
-  frame.goodEpoch = information_.GetFileTimes().GetEpoch();
+  frame.upToDateEpoch = information_.GetMtimes().GetEpoch();
   return true;
 }
 
@@ -267,7 +267,7 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
   }
   CXmlNode* child = frame.children[frame.next++];
   if (repeated_.contains(child)) return true;
-  const auto output = ahead_.TakeGood(*child, information_.GetFileTimes().GetEpoch());
+  const auto output = ahead_.PopIfUpToDate(*child, information_.GetMtimes().GetEpoch());
   const bool isAhead = runsAhead_.HasAny() && runsAhead_.Has(*child);
   if (output && !isAhead && builder_.GetBuildState() != StateStopRequested) {
     frame.newestOutput = Later(frame.newestOutput, output);
@@ -277,16 +277,17 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
   return true;
 }
 
-bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
+bool BuildWalk::DoOwnWork(Frame& frame, BuildAction& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
   // A file that was just built may be newer than its time indicates, given its resolution.
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead_.Has(node)) {
-    Staleness staleness(model_.Types(), information_.GetFileTimes(), information_.GetRecordCheck(),
-                        MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
+    Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck(),
+                        MayRequestStat(frame) ? Staleness::OnUnknown::TreatAsMissing
+                                              : Staleness::OnUnknown::Examine);
     staleness.IgnoreUnbuildable();
     const bool isUpToDate = IsUpToDate(frame, staleness);
-    if (staleness.HasMissed()) return !AskForTimes(frame, request);
+    if (staleness.HasMissed()) return !RequestMtimes(frame, request);
     if (isUpToDate) return Return(true, true);
   }
   frame.stage = Stage::Translate;
@@ -294,11 +295,11 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
 }
 
 bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
-  if (!AreChildrenGood(frame)) return staleness.IsUpToDate(frame.node);
+  if (!AreChildrenUpToDate(frame)) return staleness.IsUpToDate(frame.node);
   // If the newest of a superset of the application's files is not too new, all of them are up to
   // date and need not be checked by name. Otherwise checks each one.
   return (frame.newestOutput && staleness.IsUpToDateSince(*frame.node, *frame.newestOutput)) ||
-         staleness.IsUpToDateAlone(*frame.node);
+         staleness.IsOwnOutputUpToDate(*frame.node);
 }
 
 // Returns the newest output of an up-to-date node and its descendants.
@@ -313,55 +314,55 @@ std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const 
   return hasOutput ? std::nullopt : frame.newestOutput;
 }
 
-bool BuildWalk::AreChildrenGood(const Frame& frame) const {
-  return frame.childrenGood && frame.goodEpoch == information_.GetFileTimes().GetEpoch();
+bool BuildWalk::AreChildrenUpToDate(const Frame& frame) const {
+  return frame.childrenUpToDate && frame.upToDateEpoch == information_.GetMtimes().GetEpoch();
 }
 
 // A host that keeps sending reports invalidates the times again and again. In that case missing
 // times are queried synchronously.
-bool BuildWalk::MayAsk(const Frame& frame) const {
-  return asksForTimes_ &&
-         (frame.askedEpoch == 0 || frame.askedEpoch == information_.GetFileTimes().GetEpoch());
+bool BuildWalk::MayRequestStat(const Frame& frame) const {
+  return requestsMtimes_ &&
+         (frame.requestEpoch == 0 || frame.requestEpoch == information_.GetMtimes().GetEpoch());
 }
 
 // Requests the files that decide about the frame's node and about the nodes that follow, so that a
 // walk over an up-to-date tree switches threads only once per several hundred nodes.
-bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
-  const bool hasAsked = frame.askedEpoch == information_.GetFileTimes().GetEpoch();
-  frame.askedEpoch = information_.GetFileTimes().GetEpoch();
-  Staleness staleness(model_.Types(), information_.GetFileTimes(), information_.GetRecordCheck());
-  ahead_.Begin(frame.askedEpoch);
-  if (AreChildrenGood(frame)) {
-    staleness.AskForFiles(*frame.node, request.inquiry, ahead_);
+bool BuildWalk::RequestMtimes(Frame& frame, BuildAction& request) {
+  const bool hasRequested = frame.requestEpoch == information_.GetMtimes().GetEpoch();
+  frame.requestEpoch = information_.GetMtimes().GetEpoch();
+  Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck());
+  ahead_.Begin(frame.requestEpoch);
+  if (AreChildrenUpToDate(frame)) {
+    staleness.CollectInputs(*frame.node, request.batch, ahead_);
   } else {
-    AskForSubtree(staleness, *frame.node, request.inquiry, ahead_, SIZE_MAX);
+    CollectSubtree(staleness, *frame.node, request.batch, ahead_, SIZE_MAX);
   }
-  ahead_.Begin(frame.askedEpoch);  // the walk has reached all of these
+  ahead_.Begin(frame.requestEpoch);  // the walk has reached all of these
   // Usually the application's files are known, and only its own output is missing.
-  const bool needsParts = hasAsked || !AreChildrenGood(frame) || !frame.newestOutput;
+  const bool needsParts = hasRequested || !AreChildrenUpToDate(frame) || !frame.newestOutput;
   if (needsParts && (model_.Types().FlagsOf(*frame.node) & kTypeApplication) != 0) {
-    staleness.AskForParts(*frame.node, request.inquiry);
+    staleness.CollectParts(*frame.node, request.batch);
   }
-  if (request.inquiry.IsEmpty()) {  // a path that can't be requested
-    frame.askedEpoch = kNeverEpoch;
+  if (request.batch.IsEmpty()) {  // a path that can't be requested
+    frame.requestEpoch = kNeverEpoch;
     return false;
   }
 
-  std::size_t left = nodesAhead_;
+  std::size_t left = prefetchCount_;
   for (auto outer = frames_.rbegin() + 1; outer != frames_.rend() && left > 0; ++outer) {
     for (std::size_t i = outer->next; i < outer->children.size() && left > 0; ++i) {
-      left -= std::min(
-          left, AskForSubtree(staleness, *outer->children[i], request.inquiry, ahead_, left));
+      left -= std::min(left,
+                       CollectSubtree(staleness, *outer->children[i], request.batch, ahead_, left));
     }
-    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry, ahead_);
+    if (left > 0) staleness.CollectInputs(*outer->node, request.batch, ahead_);
   }
-  nodesAhead_ = std::min(nodesAhead_ * 2, kMaxNodesAhead);
-  request.kind = WalkRequest::Kind::Examine;
+  prefetchCount_ = std::min(prefetchCount_ * 2, kMaxPrefetch);
+  request.kind = BuildAction::Kind::Examine;
   return true;
 }
 
-void BuildWalk::TakeTimes(const FileTimes::Inquiry& inquiry) {
-  information_.GetFileTimes().Take(inquiry);
+void BuildWalk::SetMtimes(const MtimeCache::StatBatch& batch) {
+  information_.GetMtimes().SetResults(batch);
 }
 
 }  // namespace tarn

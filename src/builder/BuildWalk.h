@@ -11,10 +11,10 @@
 #include "builder/ApplicationOrder.h"
 #include "builder/BuildCommands.h"
 #include "builder/Builder.h"
-#include "builder/FileTimes.h"
-#include "builder/NodesAhead.h"
+#include "builder/MtimeCache.h"
 #include "builder/OutputGuard.h"
 #include "builder/PipeCheck.h"
+#include "builder/Prefetch.h"
 #include "builder/RunSnapshot.h"
 #include "builder/RunsAhead.h"
 #include "builder/Staleness.h"
@@ -24,12 +24,12 @@
 namespace tarn {
 
 // Request of a build walk to its caller.
-struct WalkRequest {
+struct BuildAction {
   enum class Kind {
     Done,
     Pause,    // time limit reached; call Advance again after serving the host
     RunTool,  // run the tool, then call TakeToolResult
-    Examine,  // stat the files of the inquiry, then call TakeTimes
+    Examine,  // stat the files of the batch, then call SetMtimes
   };
   Kind kind = Kind::Done;
 
@@ -50,14 +50,14 @@ struct WalkRequest {
   // With any kind: early runs of the tool manager are not going to be requested; drop them first.
   bool dropsEarly = false;
 
-  FileTimes::Inquiry inquiry;
+  MtimeCache::StatBatch batch;
 };
 
 // Starts the early runs of the request, and runs its tool with its snapshot on the calling thread.
 // Returns true if the tool succeeded.
-bool RunRequestedTool(WalkRequest& request, FileSystem& files);
+bool RunRequestedTool(BuildAction& request, FileSystem& files);
 // Drops the early runs of the tool manager if the request asks for it.
-void DropEarlyRuns(WalkRequest& request);
+void DropEarlyRuns(BuildAction& request);
 
 // A resumable build: a depth-first traversal, children before their node, that runs the tool of
 // every stale node. Everything that accesses the tree, the log, the views or the property manager
@@ -81,16 +81,16 @@ class BuildWalk {
   void BeginTool(CXmlNode* node, const std::string& tool);
 
   // Continues until a request is needed, the walk is done, or `deadline` has passed.
-  WalkRequest Advance(std::optional<Clock::time_point> deadline);
+  BuildAction Advance(std::optional<Clock::time_point> deadline);
   // Completes a RunTool request.
   void TakeToolResult(bool succeeded, RunSnapshot snapshot);
-  // Completes an Examine request. Unfinished inquiries are requested again.
-  void TakeTimes(const FileTimes::Inquiry& inquiry);
+  // Completes an Examine request. An unfinished batch is requested again.
+  void SetMtimes(const MtimeCache::StatBatch& batch);
 
   // Valid after Done.
   bool Succeeded() const { return succeeded_; }
   // Returns true if the tree that the walk started on, or a part of it, was freed.
-  bool LostTree() const;
+  bool IsTreeStale() const;
 
  private:
   enum class Stage { Enter, Publish, Uses, Start, Children, Own, Translate, Tool };
@@ -104,21 +104,21 @@ class BuildWalk {
     bool isUsed = false;              // an application that the one below this frame uses
     std::vector<CXmlNode*> children;  // a copy, so that a host may reorder them
     std::size_t next = 0;
-    bool childrenGood = true;     // all children were up to date
-    std::uint64_t goodEpoch = 0;  // file-time epoch at which they were
+    bool childrenUpToDate = true;     // all children were up to date
+    std::uint64_t upToDateEpoch = 0;  // file-time epoch at which they were
     // Newest output in this subtree if every child is up to date; nullopt if some node's output
     // time is known only from the tree.
     std::optional<std::int64_t> newestOutput = INT64_MIN;
-    std::uint64_t askedEpoch = 0;  // file-time epoch of the node's last inquiry
+    std::uint64_t requestEpoch = 0;  // file-time epoch of the node's last batch
   };
 
   // Makes the application of the node the one that reports are attributed to.
   void SetApplication(CXmlNode* node);
   // Each step returns true if the walk can continue immediately; otherwise `request` is filled in.
-  bool Step(WalkRequest& request);
+  bool Step(BuildAction& request);
   // One function per Stage.
   bool Enter(Frame& frame);
-  bool Publish(Frame& frame, WalkRequest& request);
+  bool Publish(Frame& frame, BuildAction& request);
   // Starts building the applications that this one uses.
   bool EnterUsed(Frame& frame);
   void FindOrder(const CXmlNode& node);
@@ -128,13 +128,13 @@ class BuildWalk {
   CXmlNode* PublishRoot() const;
   bool StartNode(Frame& frame);
   bool EnterNextChild(Frame& frame);
-  bool DoOwnWork(Frame& frame, WalkRequest& request);
-  bool RequestTool(Frame& frame, WalkRequest& request);
-  void LookAhead(Frame& frame, WalkRequest& request);
+  bool DoOwnWork(Frame& frame, BuildAction& request);
+  bool RequestTool(Frame& frame, BuildAction& request);
+  void PlanAhead(Frame& frame, BuildAction& request);
   bool IsStale(const Frame& frame, CXmlNode& node);
   std::shared_ptr<RunAhead> PlanEarly(CXmlNode& node);
-  void BeginOwnRun(const CXmlNode& node, WalkRequest& request);
-  void DropAhead(WalkRequest& request);
+  void BeginOwnRun(const CXmlNode& node, BuildAction& request);
+  void DropAhead(BuildAction& request);
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
@@ -146,7 +146,7 @@ class BuildWalk {
     std::optional<TrustRequest> wish;  // what an untrusted project wants to do
   };
   // Completes the request with the accesses and outputs of the run, and returns what prevents it.
-  Obstacle FindObstacle(const CXmlNode& node, WalkRequest& request);
+  Obstacle FindObstacle(const CXmlNode& node, BuildAction& request);
   std::string FindKept(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
   std::vector<NamedOutput> FindOutputs(const CXmlNode& node, const std::string& access) const;
   void RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
@@ -155,16 +155,16 @@ class BuildWalk {
   std::vector<std::string> HeadersToCome(const CXmlNode& node,
                                          const std::vector<std::string>& folders);
   void WarnOfSameFiles(const CXmlNode& node);
-  bool AreChildrenGood(const Frame& frame) const;
-  bool MayAsk(const Frame& frame) const;
-  bool AskForTimes(Frame& frame, WalkRequest& request);
+  bool AreChildrenUpToDate(const Frame& frame) const;
+  bool MayRequestStat(const Frame& frame) const;
+  bool RequestMtimes(Frame& frame, BuildAction& request);
   bool IsUpToDate(const Frame& frame, Staleness& staleness) const;
   // Returns nullopt if the run isn't recorded.
   std::optional<RunSnapshot> BeginRun(const CXmlNode& node, const std::string& tool,
                                       const std::string& files, const std::string& options);
   std::optional<std::int64_t> NewestOutputOf(const Frame& frame) const;
   // Finishes the top frame and returns to its parent.
-  bool Return(bool success, bool isGood);
+  bool Return(bool success, bool isUpToDate);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
 
   Builder& builder_;
@@ -172,10 +172,10 @@ class BuildWalk {
   ProjectState& state_;
   BuildInformation& information_;
   OutputGuard guard_;
-  const bool asksForTimes_;
+  const bool requestsMtimes_;
   std::int32_t mode_ = ModeBuild;
-  std::string givenTool_;  // for a walk that runs one specified tool
-  bool usesGivenTool_ = false;
+  std::string explicitTool_;  // for a walk that runs one specified tool
+  bool usesExplicitTool_ = false;
   std::vector<Frame> frames_;
   bool succeeded_ = true;
   bool toolSucceeded_ = false;
@@ -183,19 +183,19 @@ class BuildWalk {
   RunSnapshot runSnapshot_;
   std::string folderBefore_;  // current folder to restore after the tool
   std::string messageFile_;
-  std::uint64_t treeEpoch_ = 0;
+  std::uint64_t treeGeneration_ = 0;
   // Set for projects with several applications, once known.
   std::unique_ptr<ApplicationOrder> order_;
   std::vector<CXmlNode*> used_;  // applications used by the one the walk started on
   std::size_t nextUsed_ = 0;
-  std::vector<const CXmlNode*> built_;  // applications whose tool has run
-  std::uint64_t publishedEpoch_ = 0;    // epoch in which everything below the start is published
+  std::vector<const CXmlNode*> built_;     // applications whose tool has run
+  std::uint64_t publishedGeneration_ = 0;  // epoch in which everything below the start is published
   unsigned stepCount_ = 0;
   std::unordered_set<const CXmlNode*> repeated_;  // nodes whose source is listed again later
   PipeCheck pipes_;
-  NodesAhead ahead_;
+  Prefetch ahead_;
   RunsAhead runsAhead_;
-  std::size_t nodesAhead_ = 512;  // number of nodes to prefetch file times for
+  std::size_t prefetchCount_ = 512;  // number of nodes to prefetch file times for
   std::optional<Clock::time_point> currentDeadline_;
 };
 

@@ -18,8 +18,8 @@ constexpr std::size_t kMaxSkipped = 64;
 }  // namespace
 
 // Plans runs of the nodes that follow, if the tool of this one can be started early, too.
-void BuildWalk::LookAhead(Frame& frame, WalkRequest& request) {
-  if (!runsAhead_.IsEnabled() || usesGivenTool_ || !runsAhead_.Reach(*frame.node)) return;
+void BuildWalk::PlanAhead(Frame& frame, BuildAction& request) {
+  if (!runsAhead_.IsEnabled() || usesExplicitTool_ || !runsAhead_.Reach(*frame.node)) return;
   const bool isLeaf = frame.children.empty();
   if (request.own == nullptr && (!isLeaf || !isRecorded_)) return;
   std::size_t skipped = 0;
@@ -48,7 +48,7 @@ bool BuildWalk::IsStale(const Frame& frame, CXmlNode& node) {
   std::string tool, files;
   if (!GetToolInput(model_.Types(), node, tool, files)) return false;
   if (frame.mode != ModeBuild) return true;
-  Staleness staleness(model_.Types(), information_.GetFileTimes(), information_.GetRecordCheck());
+  Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck());
   staleness.IgnoreUnbuildable();
   return !staleness.IsUpToDate(&node);
 }
@@ -60,7 +60,7 @@ std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
   const bool isLeaf = std::none_of(children.begin(), children.end(),
                                    [](const CXmlNode* each) { return IsContentNode(*each); });
   if (values == nullptr || !isLeaf) return nullptr;
-  WalkRequest request;
+  BuildAction request;
   request.options = values->ValueText();
   GetToolInput(model_.Types(), node, request.tool, request.files);
   if (!FindObstacle(node, request).text.empty()) return nullptr;
@@ -75,7 +75,7 @@ std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
 
 // Drops all early runs, for example after a failure: the walk does not reach their nodes, or needs
 // different runs.
-void BuildWalk::DropAhead(WalkRequest& request) {
+void BuildWalk::DropAhead(BuildAction& request) {
   request.own.reset();
   runsAhead_.Clear();
   information_.GetBuildRecords().AbandonRuns();

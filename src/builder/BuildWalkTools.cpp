@@ -42,9 +42,9 @@ std::vector<std::string> HeadersOf(const CXmlNode& node) {
 
 bool BuildWalk::Clean(CXmlNode& node) {
   if ((model_.Types().FlagsOf(node) & kTypeApplication) != 0) {
-    builder_.NoteChosenByWalk(node);
+    builder_.RecordChosenByWalk(node);
     model_.SetCurrentNode(&node);
-    if (LostTree()) return false;
+    if (IsTreeStale()) return false;
   }
   bool result = true;
   bool isLeft = false;  // the next clean may be able to delete it
@@ -67,17 +67,17 @@ bool BuildWalk::Clean(CXmlNode& node) {
         isLeft = true;
       }
       model_.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
-      if (LostTree()) return false;
+      if (IsTreeStale()) return false;
       continue;
     }
     const Status removed = guard_.Remove(node, path);
-    information_.GetFileTimes().Forget();
+    information_.GetMtimes().Invalidate();
     if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
     result = false;
     isLeft = true;
     model_.Host().AddBuildNotice(LineKind::Error,
                                  path + " can't be deleted: " + removed.GetError().text);
-    if (LostTree()) return false;
+    if (IsTreeStale()) return false;
   }
   if (information_.GetWalkApplication() != nullptr && !isLeft) {
     information_.GetBuildRecords().Drop(
@@ -173,11 +173,11 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   for (const auto& [first, second] : FindSameFiles(model_.GetFiles(), node)) {
     model_.Host().AddBuildNotice(
         LineKind::Warning, first + " and " + second + " are the same file, which is built twice");
-    if (LostTree()) return;
+    if (IsTreeStale()) return;
   }
 }
 
-BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& request) {
+BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& request) {
   const auto isUnusable = [this](const std::vector<std::string>& paths, std::string& why) {
     why = FindUnusableInput(paths);
     return !why.empty();
@@ -197,23 +197,23 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, WalkRequest& r
       return {"the project wants to " + Describe(*wish) + ", and its folder is not trusted", wish};
     }
   }
-  if (usesGivenTool_) return {};
+  if (usesExplicitTool_) return {};
   request.outputs = FindOutputs(node, request.access);
   return {FindKept(node, request.outputs), std::nullopt};
 }
 
-bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
+bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
   CXmlNode& node = *frame.node;
   if (model_.Services().toolManager == nullptr) return Return(false, false);
   const CXmlNode* values = FindStoredValues(node);
   if (values == nullptr) values = model_.Publishing().LoadNodeOptions(&node, true);
-  if (LostTree()) return true;
+  if (IsTreeStale()) return true;
   if (values == nullptr) return Return(false, false);
   request.options = values->ValueText();
 
   const bool hasTool = GetToolInput(model_.Types(), node, request.tool, request.files);
-  if (usesGivenTool_) {
-    request.tool = givenTool_;
+  if (usesExplicitTool_) {
+    request.tool = explicitTool_;
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
@@ -227,16 +227,16 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
     if (!obstacle.text.empty()) {
       if (obstacle.wish) model_.Protection().GetTrust().Refuse(*obstacle.wish);
       model_.Host().AddBuildNotice(LineKind::Error, obstacle.text + "; the tool is not run");
-      return LostTree() || Return(false, false);
+      return IsTreeStale() || Return(false, false);
     }
   }
-  if (!usesGivenTool_) {
+  if (!usesExplicitTool_) {
     RemoveReadOnly(node, request.outputs);
     WarnOfSameFiles(node);
-    if (LostTree()) return true;
+    if (IsTreeStale()) return true;
     model_.Services().output->WriteMessage(kRowTranslateStarts,
                                            {TextOf(node.GetAttrValue("Path"))});
-    if (LostTree()) return true;
+    if (IsTreeStale()) return true;
     folderBefore_ = model_.GetFiles().CurrentFolder();
     model_.GetFiles().SetCurrentFolder(state_.projectFolder);
   }
@@ -249,8 +249,8 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
   isRecorded_ = isAhead;
   if (!isAhead) BeginOwnRun(node, request);
-  LookAhead(frame, request);
-  request.kind = WalkRequest::Kind::RunTool;
+  PlanAhead(frame, request);
+  request.kind = BuildAction::Kind::RunTool;
   frame.stage = Stage::Tool;
   return false;
 }
@@ -269,21 +269,21 @@ std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const std::
       SourcesOf(node), information_.GetToolCommands().SignatureOf(tool, files, options));
 }
 
-void BuildWalk::BeginOwnRun(const CXmlNode& node, WalkRequest& request) {
+void BuildWalk::BeginOwnRun(const CXmlNode& node, BuildAction& request) {
   std::optional<RunSnapshot> snapshot =
       BeginRun(node, request.tool, request.files, request.options);
   isRecorded_ = snapshot.has_value();
   request.snapshot = snapshot ? std::move(*snapshot) : RunSnapshot();
 }
 
-void DropEarlyRuns(WalkRequest& request) {
+void DropEarlyRuns(BuildAction& request) {
   if (!request.dropsEarly) return;
   CToolManagerDriver tools;
   tools.AttachDispatch(request.toolManager.Get(), true);
   tools.DropTools();
 }
 
-bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
+bool RunRequestedTool(BuildAction& request, FileSystem& files) {
   DropEarlyRuns(request);
   CToolManagerDriver tools;
   tools.AttachDispatch(request.toolManager.Get(), true);
@@ -294,9 +294,9 @@ bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
   }
   const bool isAhead = request.own != nullptr;
   if (isAhead) request.snapshot = std::move(request.own->snapshot);
-  const bool isGood = isAhead && request.own->isStarted &&
-                      tools.AwaitTool(request.tool, request.files, request.options) != 0;
-  if (!isGood) request.snapshot.TakeBefore(files);
+  const bool isValid = isAhead && request.own->isStarted &&
+                       tools.AwaitTool(request.tool, request.files, request.options) != 0;
+  if (!isValid) request.snapshot.TakeBefore(files);
   const bool isDone =
       tools.RunTool(request.tool, request.files, request.options,
                     request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
@@ -311,10 +311,10 @@ void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
 }
 
 void BuildWalk::FinishTool(Frame& frame) {
-  nodesAhead_ = 1;
+  prefetchCount_ = 1;
   if (isRecorded_) {
     // The record of the former run is lost, and with it what else that run has made.
-    if (!toolSucceeded_ && !LostTree()) RemoveByProducts(*frame.node);
+    if (!toolSucceeded_ && !IsTreeStale()) RemoveByProducts(*frame.node);
     information_.GetBuildRecords().EndRun(*frame.node, std::move(runSnapshot_), toolSucceeded_);
   }
   if (toolSucceeded_) {
@@ -323,7 +323,7 @@ void BuildWalk::FinishTool(Frame& frame) {
     model_.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
   }
   LeaveTool();
-  if (!LostTree()) Return(toolSucceeded_, false);
+  if (!IsTreeStale()) Return(toolSucceeded_, false);
 }
 
 void BuildWalk::RemoveByProducts(const CXmlNode& node) {
@@ -345,18 +345,18 @@ bool BuildWalk::CleanRemoved(const CXmlNode& application) {
       isLeft = true;
       model_.Host().AddBuildNotice(LineKind::Error,
                                    path + " can't be deleted: " + removed.GetError().text);
-      if (LostTree()) return false;
+      if (IsTreeStale()) return false;
     }
     if (!isLeft) information_.GetBuildRecords().DropRecord(each.record);
     result = result && !isLeft;
   }
-  information_.GetFileTimes().Forget();
+  information_.GetMtimes().Invalidate();
   return result;
 }
 
 // Cleanup after a tool run, even if the tree was freed.
 void BuildWalk::LeaveTool() {
-  information_.GetFileTimes().Forget();  // the tool may have written any file
+  information_.GetMtimes().Invalidate();  // the tool may have written any file
   if (!messageFile_.empty()) {
     model_.Services().output->MergeToolFile(messageFile_);
     (void)model_.GetFiles().RemoveScratchFile(messageFile_);

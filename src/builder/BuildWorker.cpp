@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "builder/BuildWalk.h"
-#include "builder/WorkerControl.h"
+#include "builder/BuildWorkerState.h"
 #include "output/MessageTable.h"
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
@@ -27,7 +27,7 @@ namespace {
 // Maximum time that a task may block the main thread.
 constexpr std::chrono::milliseconds kStepTime(5);
 // Maximum delay until a stop request is noticed while files are queried.
-constexpr std::chrono::milliseconds kLookTime(50);
+constexpr std::chrono::milliseconds kStatTime(50);
 
 }  // namespace
 
@@ -48,7 +48,7 @@ bool Builder::IsWorkerWaiting() const {
   return IsWorkerAlive() && loop_->IsServing();
 }
 
-void Builder::ServeWorker() {
+void Builder::RunPendingStep() {
   if (IsWorkerAlive() && !worker_->isInStep) loop_->ServeWaiting();
 }
 
@@ -69,7 +69,7 @@ std::string GetOperationText(std::int32_t mode) {
 
 std::int32_t Builder::CanStartOperation() {
   // A message of a synchronous build is being handled, and its tree must not change.
-  if (walksHere_ > 0) return 0;
+  if (syncBuildDepth_ > 0) return 0;
   if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
   const std::string question = FormatMessageText(
       GetMessageText(kRowBusyQuestion), std::vector<std::string>{GetOperationText(buildCommand_)});
@@ -111,15 +111,15 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
 
   buildCommand_ = mode;
   if (state_.currentNode != nullptr) model_.Publishing().RenewPropState(*state_.currentNode);
-  worker_ = std::make_shared<WorkerControl>();
+  worker_ = std::make_shared<BuildWorkerState>();
   worker_->loop = loop_;
   worker_->builder = this;
   worker_->node = node;
   worker_->isBuild = !isTool;
-  worker_->notedApplication = state_.activeApplication;
-  worker_->notedNode = state_.currentNode;
-  worker_->epoch = state_.treeEpoch;
-  information_.ForgetFileTimes();
+  worker_->savedApplication = state_.activeApplication;
+  worker_->savedNode = state_.currentNode;
+  worker_->epoch = state_.treeGeneration;
+  information_.InvalidateMtimes();
   workerWalk_ = std::make_unique<BuildWalk>(*this, true);
   if (!isTool) {
     workerWalk_->BeginBuild(node, mode);
@@ -158,17 +158,17 @@ void Builder::EndUnstartedWorker(const std::string& reason) {
   SendWindowMessage(host, kMsgWorkerEnded, 0, reinterpret_cast<std::intptr_t>(logFile.c_str()));
 }
 
-void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
-  WalkRequest request;
+void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) {
+  BuildAction request;
   bool toolResult = false;
   FileSystem& disk = control->builder->services_.files;
   const auto step = [&] {
     control->isInStep = true;
     BuildWalk& walk = *control->builder->workerWalk_;
-    if (request.kind == WalkRequest::Kind::RunTool) {
+    if (request.kind == BuildAction::Kind::RunTool) {
       walk.TakeToolResult(toolResult, std::move(request.snapshot));
     }
-    if (request.kind == WalkRequest::Kind::Examine) walk.TakeTimes(request.inquiry);
+    if (request.kind == BuildAction::Kind::Examine) walk.SetMtimes(request.batch);
     request = walk.Advance(BuildWalk::Clock::now() + kStepTime);
     control->isInStep = false;
   };
@@ -177,12 +177,12 @@ void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
       control->alive = false;
       return;
     }
-    if (request.kind == WalkRequest::Kind::RunTool) {
+    if (request.kind == BuildAction::Kind::RunTool) {
       toolResult = RunRequestedTool(request, disk);
-    } else if (request.kind == WalkRequest::Kind::Examine) {
-      request.inquiry.Examine(disk, BuildWalk::Clock::now() + kLookTime);
+    } else if (request.kind == BuildAction::Kind::Examine) {
+      request.batch.Examine(disk, BuildWalk::Clock::now() + kStatTime);
     }
-  } while (request.kind != WalkRequest::Kind::Done);
+  } while (request.kind != BuildAction::Kind::Done);
   DropEarlyRuns(request);
 
   bool succeeded = false;
@@ -208,17 +208,17 @@ void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
 
 // Last task of a worker, except for its message to the host.
 bool Builder::EndWorker() {
-  const WorkerControl& control = *worker_;
+  const BuildWorkerState& control = *worker_;
   const bool succeeded = workerWalk_->Succeeded();
-  const bool hasTree = !workerWalk_->LostTree();
+  const bool hasTree = !workerWalk_->IsTreeStale();
   workerWalk_.reset();
   information_.SetWalkApplication(nullptr);
-  information_.GetFileTimes().Forget();
+  information_.GetMtimes().Invalidate();
   if (control.isBuild && !succeeded && hasTree) {
     const std::string outputFile =
         control.node == nullptr ? std::string() : TextOf(control.node->GetAttrValue("OutputFile"));
     model_.Host().SendHost(kMsgOutputInvalid, outputFile, -1);
-    if (state_.treeEpoch == control.epoch)
+    if (state_.treeGeneration == control.epoch)
       information_.RecordBuildInfo(control.node, nullptr, nullptr);
   }
   services_.output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
@@ -228,76 +228,76 @@ bool Builder::EndWorker() {
     const std::lock_guard<std::mutex> hold(buildLock_);
     buildState_ = succeeded ? StateSucceeded : StateFailed;
   }
-  RestoreAfterWalk(control.notedApplication, control.notedNode, control.epoch);
+  RestoreAfterWalk(control.savedApplication, control.savedNode, control.epoch);
   return succeeded;
 }
 
 // Restores the selected node, so that the options window does not store values of the node built
 // last in it.
 void Builder::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
-  if (state_.treeEpoch != epoch || node == nullptr) return;
+  if (state_.treeGeneration != epoch || node == nullptr) return;
   if (state_.currentNode == node && state_.activeApplication == application) return;
   model_.Publishing().RestoreCurrent(application, node);
-  if (state_.treeEpoch == epoch && state_.currentNode != nullptr)
+  if (state_.treeGeneration == epoch && state_.currentNode != nullptr)
     model_.Publishing().RestorePropState(*state_.currentNode);
 }
 
-std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
-  information_.ForgetFileTimes();
-  ++walksHere_;
+std::int32_t Builder::RunSynchronously(BuildWalk& walk) {
+  information_.InvalidateMtimes();
+  ++syncBuildDepth_;
   for (;;) {
-    WalkRequest request = walk.Advance(std::nullopt);
-    if (request.kind != WalkRequest::Kind::RunTool) {
+    BuildAction request = walk.Advance(std::nullopt);
+    if (request.kind != BuildAction::Kind::RunTool) {
       DropEarlyRuns(request);
       break;
     }
     const bool isDone = RunRequestedTool(request, services_.files);
     walk.TakeToolResult(isDone, std::move(request.snapshot));
   }
-  --walksHere_;
+  --syncBuildDepth_;
   information_.SetWalkApplication(nullptr);
-  information_.GetFileTimes().Forget();
+  information_.GetMtimes().Invalidate();
   return walk.Succeeded() ? 1 : 0;
 }
 
-std::int32_t Builder::BuildHere() {
-  if (IsWorkerAlive() || walksHere_ > 0 || model_.Protection().IsDamageHeld()) return 0;
+std::int32_t Builder::BuildSynchronously() {
+  if (IsWorkerAlive() || syncBuildDepth_ > 0 || model_.Protection().IsDamageHeld()) return 0;
   CXmlNode* const application = state_.activeApplication;
   if (state_.currentNode != nullptr) model_.Publishing().RenewPropState(*state_.currentNode);
-  notedHere_ = state_.currentNode;
-  const std::uint64_t epoch = state_.treeEpoch;
+  savedCurrentNode_ = state_.currentNode;
+  const std::uint64_t epoch = state_.treeGeneration;
   const std::int32_t result = BuildNode(nullptr, ModeBuild);
-  RestoreAfterWalk(application, notedHere_, epoch);
-  notedHere_ = nullptr;
+  RestoreAfterWalk(application, savedCurrentNode_, epoch);
+  savedCurrentNode_ = nullptr;
   return result;
 }
 
 std::int32_t Builder::BuildNode(CXmlNode* node, std::int32_t mode) {
   BuildWalk walk(*this, false);
   walk.BeginBuild(node == nullptr ? state_.GetCurrentNode() : node, mode);
-  return RunWalkHere(walk);
+  return RunSynchronously(walk);
 }
 
 std::int32_t Builder::TranslateNode(CXmlNode* node) {
   BuildWalk walk(*this, false);
   walk.BeginTranslate(node == nullptr ? state_.GetCurrentNode() : node);
-  return RunWalkHere(walk);
+  return RunSynchronously(walk);
 }
 
 std::int32_t Builder::RunToolOnNode(CXmlNode* node, const std::string& tool) {
   BuildWalk walk(*this, false);
   walk.BeginTool(node == nullptr ? state_.GetCurrentNode() : node, tool);
-  return RunWalkHere(walk);
+  return RunSynchronously(walk);
 }
 
 bool Builder::IsNodeUpToDate(CXmlNode* node) {
-  if (!IsWorkerAlive() && walksHere_ == 0) information_.GetFileTimes().Forget();
-  return Staleness(services_.types, information_.GetFileTimes(), information_.GetRecordCheck())
+  if (!IsWorkerAlive() && syncBuildDepth_ == 0) information_.GetMtimes().Invalidate();
+  return Staleness(services_.types, information_.GetMtimes(), information_.GetRecordCheck())
       .IsUpToDate(node);
 }
 
 StaleVerdict Builder::ExamineNode(CXmlNode& node) {
-  return Staleness(services_.types, information_.GetFileTimes(), information_.GetRecordCheck())
+  return Staleness(services_.types, information_.GetMtimes(), information_.GetRecordCheck())
       .Examine(node);
 }
 

@@ -3,7 +3,7 @@
 #include "builder/Builder.h"
 
 #include "builder/BuildWalk.h"
-#include "builder/WorkerControl.h"
+#include "builder/BuildWorkerState.h"
 #include "project/TreeSearch.h"
 #include "xml/XmlNode.h"
 
@@ -25,33 +25,33 @@ Builder::~Builder() {
 
 void Builder::StopAndWait() {
   if (!IsWorkerAlive()) return;
-  model_.Host().ForgetHost();
+  model_.Host().ClearHost();
   RequestStop();
-  const std::shared_ptr<WorkerControl> control = worker_;
+  const std::shared_ptr<BuildWorkerState> control = worker_;
   while (control->alive) {
     loop_->ServeUntil([&] { return !control->alive; }, std::chrono::milliseconds(100));
   }
 }
 
-CXmlNode* Builder::GetNotedNode() {
-  if (IsWorkerAlive() && worker_->notedNode != nullptr) return worker_->notedNode;
-  return walksHere_ > 0 ? notedHere_ : nullptr;
+CXmlNode* Builder::GetSavedNode() {
+  if (IsWorkerAlive() && worker_->savedNode != nullptr) return worker_->savedNode;
+  return syncBuildDepth_ > 0 ? savedCurrentNode_ : nullptr;
 }
 
-void Builder::NoteSelected(CXmlNode* node) {
+void Builder::MarkSelected(CXmlNode* node) {
   if (!IsWorkerAlive() || IsInWorkerStep() || node == worker_->chosenByWalk) return;
   worker_->chosenByWalk = nullptr;
-  worker_->notedNode = node;
-  model_.Paths().FindEnclosingApplication(node, worker_->notedApplication);
+  worker_->savedNode = node;
+  model_.Paths().FindEnclosingApplication(node, worker_->savedApplication);
 }
 
-void Builder::NoteChosenByWalk(const CXmlNode& node) {
+void Builder::RecordChosenByWalk(const CXmlNode& node) {
   if (IsWorkerAlive()) worker_->chosenByWalk = &node;
 }
 
-void Builder::NotePublished(CXmlNode& node) {
+void Builder::MarkPublished(CXmlNode& node) {
   information_.GetToolCommands().Invalidate();
-  information_.GetFileTimes().Forget();
+  information_.GetMtimes().Invalidate();
   if (IsNodeUpToDate(&node)) return;
   for (const char* name : {"LastBuilt", "Info"}) {
     if (CXmlAttr* attribute = node.GetAttr(name)) node.RemoveAttr(attribute);
@@ -59,18 +59,18 @@ void Builder::NotePublished(CXmlNode& node) {
   information_.RecordBuildInfo(&node, nullptr, nullptr);
 }
 
-void Builder::NoteUnpublished() {
+void Builder::MarkUnpublished() {
   information_.GetToolCommands().Invalidate();
-  information_.GetFileTimes().Forget();
+  information_.GetMtimes().Invalidate();
 }
 
-void Builder::ForgetNode(const CXmlNode& node) {
-  information_.ForgetNode(node);
-  if (IsAtOrBelow(notedHere_, node)) notedHere_ = nullptr;
+void Builder::InvalidateNode(const CXmlNode& node) {
+  information_.InvalidateNode(node);
+  if (IsAtOrBelow(savedCurrentNode_, node)) savedCurrentNode_ = nullptr;
   if (!IsWorkerAlive()) return;
-  if (IsAtOrBelow(worker_->notedNode, node)) worker_->notedNode = nullptr;
+  if (IsAtOrBelow(worker_->savedNode, node)) worker_->savedNode = nullptr;
   // A build that started in this subtree has lost its tree.
-  if (IsAtOrBelow(worker_->node, node)) ++state_.treeEpoch;
+  if (IsAtOrBelow(worker_->node, node)) ++state_.treeGeneration;
 }
 
 void Builder::RestoreRecords(CXmlNode& application) {

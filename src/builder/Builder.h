@@ -16,13 +16,13 @@
 namespace tarn {
 
 class BuildWalk;
-struct WorkerControl;
+struct BuildWorkerState;
 
 // Builds the project of a model: synchronously, or on a single worker thread. One per model.
 //
 // Calling sequence: construct it after the model, which it registers with (see BuildControl), and
-// destroy it first. StartBuildThread or BuildHere starts a build; CanStartOperation and the queries
-// of the worker tell other operations whether one is running.
+// destroy it first. StartBuildThread or BuildSynchronously starts a build; CanStartOperation and
+// the queries of the worker tell other operations whether one is running.
 //
 // Threads: everything runs on the main thread (the one that created the builder), except where the
 // worker is mentioned; see BuildWorker.cpp. Errors: operations return 1 if done and 0 if not; the
@@ -46,12 +46,12 @@ class Builder : public IBuildControl {
   std::int32_t RunToolOnNode(CXmlNode* node, const std::string& tool);
   // Builds the current node synchronously on the calling thread. Returns 0 also while a worker is
   // running.
-  std::int32_t BuildHere();
+  std::int32_t BuildSynchronously();
   // Returns true if the node and its descendants are up to date. Checks the files again unless a
   // build is running.
   bool IsNodeUpToDate(CXmlNode* node);
   // Returns why `node` itself, regardless of its children, is out of date; the reason is None if it
-  // is up to date. Uses cached file times; see ForgetFileTimes.
+  // is up to date. Uses cached file times; see InvalidateMtimes.
   StaleVerdict ExamineNode(CXmlNode& node);
 
   // Starts a worker for a BuildMode, a WorkerCommand or a dynamic command. Returns 0 if another
@@ -67,7 +67,7 @@ class Builder : public IBuildControl {
   // of the worker, or inside a host's handler of a message sent by a running tool.
   bool IsWorkerWaiting() const;
   // Runs the task that a worker has posted, if there is one and none is running.
-  void ServeWorker();
+  void RunPendingStep();
   // Requests a running worker to stop and runs its tasks until it has ended. The host receives no
   // more messages from it.
   void StopAndWait();
@@ -75,25 +75,25 @@ class Builder : public IBuildControl {
   void RunAfterWorker(std::function<void()> work);
   // Records that the running walk itself is about to select this node, so that the selection isn't
   // taken for one by the user.
-  void NoteChosenByWalk(const CXmlNode& node);
+  void RecordChosenByWalk(const CXmlNode& node);
 
   // IBuildControl implementation.
   std::int32_t CanStartOperation() override;
   bool IsWorkerAlive() const override;
-  bool IsBuildingHere() const override { return walksHere_ > 0; }
-  CXmlNode* GetNotedNode() override;
-  void NoteSelected(CXmlNode* node) override;
-  void NotePublished(CXmlNode& node) override;
-  void NoteUnpublished() override;
-  void ForgetNode(const CXmlNode& node) override;
+  bool IsBuildingSynchronously() const override { return syncBuildDepth_ > 0; }
+  CXmlNode* GetSavedNode() override;
+  void MarkSelected(CXmlNode* node) override;
+  void MarkPublished(CXmlNode& node) override;
+  void MarkUnpublished() override;
+  void InvalidateNode(const CXmlNode& node) override;
   void RestoreRecords(CXmlNode& application) override;
   void CloseJournal() override;
 
  private:
   void RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch);
-  std::int32_t RunWalkHere(BuildWalk& walk);
+  std::int32_t RunSynchronously(BuildWalk& walk);
   void EndUnstartedWorker(const std::string& reason);
-  static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
+  static void BuildThreadMain(std::shared_ptr<BuildWorkerState> control);
   bool EndWorker();
 
   CProjectModel& model_;
@@ -105,9 +105,9 @@ class Builder : public IBuildControl {
   std::int32_t buildState_ = StateIdle;
   std::int32_t buildCommand_ = 0;
   std::shared_ptr<MessageLoop> loop_;  // of the main thread
-  std::shared_ptr<WorkerControl> worker_;
-  CXmlNode* notedHere_ = nullptr;  // current node at the start of a synchronous build
-  int walksHere_ = 0;              // number of nested synchronous builds
+  std::shared_ptr<BuildWorkerState> worker_;
+  CXmlNode* savedCurrentNode_ = nullptr;  // current node at the start of a synchronous build
+  int syncBuildDepth_ = 0;                // number of nested synchronous builds
   std::unique_ptr<BuildWalk> workerWalk_;
 };
 

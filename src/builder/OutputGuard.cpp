@@ -118,12 +118,12 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (const std::string own = WhyOwn(output); !own.empty()) return own;
   // A tool would create the file that a dangling link points to.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
-  const bool isRefused = model_.Protection().GetTrust().IsWithheld() && PlaceOf(path).isOutside;
+  const bool isRefused = model_.Protection().GetTrust().IsWithheld() && LocationOf(path).isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
   if (const char* reason = status ? FindReason(path, *status) : nullptr) {
     return Describe(output, reason);
   }
-  if (!isRefused && (model_.Protection().MayWriteOutside() || !PlaceOf(path).isOutside)) {
+  if (!isRefused && (model_.Protection().MayWriteOutside() || !LocationOf(path).isOutside)) {
     const bool isUnmade = status && !HasRecord(node, path);
     const char* const reason = isUnmade ? FindUnmadeReason(node, output) : nullptr;
     return reason == nullptr ? std::string() : Describe(output, reason);
@@ -146,7 +146,7 @@ const char* OutputGuard::FindOwnReason(const std::string& path) {
   FileSystem& files = model_.GetFiles();
   if (HasOwnName(path)) return kIsOwn;
   if (files.ExamineLink(path) && HasOwnName(files.ResolveLinks(path))) return kIsOwn;
-  const Place place = PlaceOf(path);
+  const Location place = LocationOf(path);
   if (place.isControl || IsControlPath(path)) return kIsControl;
   return place.isState ? kIsState : nullptr;
 }
@@ -201,7 +201,7 @@ bool OutputGuard::IsUnchangedProduct(BuildRecord::Number version) {
   const bool isSame = status && !model_.GetFiles().ExamineLink(path) &&
                       IsSameVersion(records_.Store().Version(version).status, *status);
   return isSame && FindReason(path, *status) == nullptr && FindOwnReason(path) == nullptr &&
-         (!PlaceOf(path).isOutside || !model_.Protection().GetTrust().IsWithheld());
+         (!LocationOf(path).isOutside || !model_.Protection().GetTrust().IsWithheld());
 }
 
 std::vector<OutputGuard::Removed> OutputGuard::FindRemoved(const CXmlNode& application) {
@@ -275,15 +275,15 @@ bool OutputGuard::LooksLikeProduct(const CXmlNode& node, const NamedOutput& outp
   return text && !IsText(*text);
 }
 
-OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
+OutputGuard::Location OutputGuard::LocationOf(const std::string& path) {
   FileSystem& files = model_.GetFiles();
   const auto find = [&](const std::string& place) {
     bool isState = false;
     for (const std::string_view state : Split(model_.Services().stateFolder, '\n')) {
       isState |= !state.empty() && LeadsInto(files, std::string(state), place);
     }
-    return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState,
-                 IsControlPath(files.ResolveLinks(place))};
+    return Location{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState,
+                    IsControlPath(files.ResolveLinks(place))};
   };
   // Deleting a link removes the link itself, but a tool writes through it.
   if (files.ExamineLink(path)) return find(path);

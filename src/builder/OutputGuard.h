@@ -65,7 +65,7 @@ class OutputGuard {
   Status Remove(const CXmlNode& node, const std::string& path);
 
  private:
-  struct Place {
+  struct Location {
     bool isOutside = false;  // of the project's folder
     bool isState = false;    // in a folder for per-user state or settings of hosts
     bool isControl = false;  // in a folder of a version control system
@@ -82,7 +82,7 @@ class OutputGuard {
   bool IsMade(const CXmlNode& node, const std::string& path, const FileStatus& status) const;
   // Returns true if any recorded run made a file of this name.
   bool IsRecorded(std::string_view path) const;
-  Place PlaceOf(const std::string& path);
+  Location LocationOf(const std::string& path);
   const char* FindOwnReason(const std::string& path);
   // Fills in the reasons for the files of a subtree; linear in its size.
   void Collect(const CXmlNode& node, const std::string& folder);
@@ -106,7 +106,7 @@ class OutputGuard {
   // Reasons for protecting files, by path. Filled on first use.
   std::unordered_map<std::string, const char*> paths_;
   std::map<Identity, std::string> files_;  // their paths, by identity on disk
-  std::unordered_map<std::string, Place> folders_;
+  std::unordered_map<std::string, Location> folders_;
 };
 
 }  // namespace tarn

@@ -32,7 +32,7 @@ const BuildRecord* RecordCheck::FindVerified(const CXmlNode& node) {
   return holds ? &records_.RecordOf(*bound) : nullptr;
 }
 
-StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayLook, bool& hasMissed) {
+StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayStat, bool& hasMissed) {
   BuildRecords::Bound* const bound = records_.Find(node);
   if (bound == nullptr) return {};
   if (bound->withdrawn || bound->record == BuildRecordStore::kNone) return bound->withdrawn;
@@ -40,22 +40,22 @@ StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayLook, bool& hasMis
   const BuildRecord& record = records_.RecordOf(*bound);
   const auto find = [&](BuildRecord::Number version) {
     const std::string_view path = PathOf(version);
-    const FileTimes::Look* const look = mayLook ? &times_.Get(path) : times_.Find(path);
-    hasMissed |= look == nullptr;
-    return look;
+    const MtimeCache::Entry* const entry = mayStat ? &times_.Get(path) : times_.Find(path);
+    hasMissed |= entry == nullptr;
+    return entry;
   };
-  const FileTimes::Look* const output = find(record.output);
+  const MtimeCache::Entry* const output = find(record.output);
   if (output != nullptr && (!output->exists || !IsCurrent(record.output, output->status))) {
     return {StaleReason::OutputChanged, std::string(PathOf(record.output))};
   }
   for (std::size_t i = 0; i < record.inputs.size(); ++i) {
     const BuildRecord::Number input = record.inputs[i];
-    const FileTimes::Look* const look = find(input);
-    if (look == nullptr) continue;
+    const MtimeCache::Entry* const entry = find(input);
+    if (entry == nullptr) continue;
     if (!Version(input).IsSettled()) {
       return {StaleReason::ChangedDuringRun, std::string(PathOf(input))};
     }
-    if (!look->exists || !IsCurrent(input, look->status)) {
+    if (!entry->exists || !IsCurrent(input, entry->status)) {
       return {ReasonOf(record, i), std::string(PathOf(input))};
     }
   }
@@ -67,7 +67,7 @@ StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayLook, bool& hasMis
 bool RecordCheck::AreFoldersUnchanged(const BuildRecord& record) {
   if (record.folders == 0) return true;
   if (std::exchange(folderEpoch_, times_.GetEpoch()) != times_.GetEpoch()) {
-    records_.Shadows().Forget();
+    records_.Shadows().Invalidate();
   }
   return records_.Shadows().AreUnchanged(record);
 }
@@ -82,7 +82,7 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node) {
 bool RecordCheck::IsCommandVerified(const BuildRecords::Bound& bound) const {
   if (bound.verifiedCommand != commands_.GetGeneration()) return false;
   return records_.RecordOf(bound).signature != BuildRecord::kNoSignature ||
-         bound.verifiedLook == times_.GetEpoch();
+         bound.verifiedEpoch == times_.GetEpoch();
 }
 
 // Compares the command lines themselves only if one of their inputs has changed. Without option
@@ -98,7 +98,7 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node, BuildRecords::Bound
     if (record.signature != BuildRecord::kNoSignature) records_.SetSignature(bound, signature);
   }
   bound.verifiedCommand = commands_.GetGeneration();
-  bound.verifiedLook = times_.GetEpoch();
+  bound.verifiedEpoch = times_.GetEpoch();
   return {};
 }
 
@@ -111,27 +111,27 @@ bool RecordCheck::IsCurrent(BuildRecord::Number number, const FileStatus& now) {
   return true;
 }
 
-const FileTimes::Look& RecordCheck::AskFor(BuildRecord::Number version,
-                                           FileTimes::Inquiry& inquiry) {
+const MtimeCache::Entry& RecordCheck::RequestStat(BuildRecord::Number version,
+                                                  MtimeCache::StatBatch& batch) {
   const BuildRecordStore& store = records_.Store();
   if (looksEpoch_ != times_.GetEpoch() || looksJournal_ != store.GetLoadCount()) {
-    looks_.clear();
+    entries_.clear();
     looksEpoch_ = times_.GetEpoch();
     looksJournal_ = store.GetLoadCount();
   }
-  if (version >= looks_.size()) looks_.resize(store.GetVersionCount());
-  const FileTimes::Look*& look = looks_[version];
-  if (look == nullptr || look->state == FileTimes::Look::State::Open) {
-    look = &inquiry.Add(times_, store.PathOf(version));
+  if (version >= entries_.size()) entries_.resize(store.GetVersionCount());
+  const MtimeCache::Entry*& entry = entries_[version];
+  if (entry == nullptr || entry->state == MtimeCache::Entry::State::Open) {
+    entry = &batch.Add(times_, store.PathOf(version));
   }
-  return *look;
+  return *entry;
 }
 
-void RecordCheck::AskForInputs(const CXmlNode& node, FileTimes::Inquiry& inquiry) {
+void RecordCheck::CollectRecordedInputs(const CXmlNode& node, MtimeCache::StatBatch& batch) {
   const BuildRecords::Bound* const bound = records_.Find(node);
   if (bound == nullptr || bound->record == BuildRecordStore::kNone) return;
   for (const BuildRecord::Number input : records_.RecordOf(*bound).inputs) {
-    AskFor(input, inquiry);
+    RequestStat(input, batch);
   }
 }
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "builder/BuildRecords.h"
-#include "builder/FileTimes.h"
-#include "builder/NodesAhead.h"
+#include "builder/MtimeCache.h"
+#include "builder/Prefetch.h"
 #include "builder/StaleVerdict.h"
 #include "builder/ToolCommands.h"
 
@@ -18,12 +18,12 @@ namespace tarn {
 class RecordCheck {
  public:
   RecordCheck(BuildRecords& buildRecords, ToolCommands& toolCommands, FileSystem& disk,
-              FileTimes& fileTimes)
+              MtimeCache& fileTimes)
       : records_(buildRecords), commands_(toolCommands), files_(disk), times_(fileTimes) {}
 
-  // Returns why the record is invalid; no reason if it is valid or missing. If `mayLook` is false,
+  // Returns why the record is invalid; no reason if it is valid or missing. If `mayStat` is false,
   // a file whose status is not cached ends the check without a reason and sets `hasMissed`.
-  StaleVerdict Check(const CXmlNode& node, bool mayLook, bool& hasMissed);
+  StaleVerdict Check(const CXmlNode& node, bool mayStat, bool& hasMissed);
   // The part of Check that accesses no files.
   StaleVerdict CheckCommand(const CXmlNode& node);
   // Returns why an earlier check found the record invalid; no reason if none did.
@@ -42,11 +42,11 @@ class RecordCheck {
   std::string_view PathOf(BuildRecord::Number version) const {
     return records_.Store().PathOf(version);
   }
-  // Requests the file of a version, like Inquiry::Add for a path, but with a cache, because many
+  // Requests the file of a version, like StatBatch::Add for a path, but with a cache, because many
   // nodes share their inputs.
-  const FileTimes::Look& AskFor(BuildRecord::Number version, FileTimes::Inquiry& inquiry);
-  // Adds the inputs named in the record to an inquiry.
-  void AskForInputs(const CXmlNode& node, FileTimes::Inquiry& inquiry);
+  const MtimeCache::Entry& RequestStat(BuildRecord::Number version, MtimeCache::StatBatch& batch);
+  // Adds the inputs named in the record to a batch.
+  void CollectRecordedInputs(const CXmlNode& node, MtimeCache::StatBatch& batch);
 
  private:
   StaleVerdict CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound);
@@ -57,10 +57,10 @@ class RecordCheck {
   BuildRecords& records_;
   ToolCommands& commands_;
   FileSystem& files_;
-  FileTimes& times_;
+  MtimeCache& times_;
   std::uint64_t folderEpoch_ = 0;  // epoch of the last check of folders
   // Cache of AskFor by version number, valid for one epoch and one loaded journal.
-  std::vector<const FileTimes::Look*> looks_;
+  std::vector<const MtimeCache::Entry*> entries_;
   std::uint64_t looksEpoch_ = 0;
   std::uint64_t looksJournal_ = 0;
 };

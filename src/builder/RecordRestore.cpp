@@ -8,7 +8,7 @@ namespace tarn {
 
 RecordRestore::RecordRestore(BuildInformation& information, const ProjectState& state,
                              const NodeTypes& types)
-    : information_(information), state_(state), treeEpoch_(state.treeEpoch) {
+    : information_(information), state_(state), treeGeneration_(state.treeGeneration) {
   CXmlNode& root = *state.projectRoot;
   for (int i = root.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode& child = *root.GetChild(i);
@@ -20,13 +20,13 @@ RecordRestore::RecordRestore(BuildInformation& information, const ProjectState& 
                              CXmlNode& application)
     : information_(information),
       state_(state),
-      treeEpoch_(state.treeEpoch),
+      treeGeneration_(state.treeGeneration),
       pending_{{&application, &application}} {}
 
 bool RecordRestore::Step(std::chrono::milliseconds time) {
   constexpr int kNodesPerLook = 16;
   const auto end = std::chrono::steady_clock::now() + time;
-  for (int done = 1; !pending_.empty() && state_.treeEpoch == treeEpoch_; ++done) {
+  for (int done = 1; !pending_.empty() && state_.treeGeneration == treeGeneration_; ++done) {
     const Node next = pending_.back();
     pending_.pop_back();
     for (int i = next.node->GetChildCount() - 1; i >= 0; --i) {

@@ -33,7 +33,7 @@ class RecordRestore {
 
   BuildInformation& information_;
   const ProjectState& state_;
-  std::uint64_t treeEpoch_;
+  std::uint64_t treeGeneration_;
   std::vector<Node> pending_;  // stack; children are pushed after their node
 };
 

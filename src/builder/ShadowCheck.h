@@ -51,11 +51,11 @@ class ShadowCheck {
   bool AreUnchanged(const BuildRecord& record);
   // Returns Shadowed with the file that appeared or disappeared, UnknownTest with a file whose
   // existence tests can't be evaluated, or no reason. In the last case updates the record with the
-  // changed state of its folders. The state of a folder is cached until Forget.
+  // changed state of its folders. The state of a folder is cached until Invalidate.
   StaleVerdict Find(std::size_t record);
 
   // Invalidates the cached state of folders.
-  void Forget() { isSame_.clear(); }
+  void Invalidate() { isSame_.clear(); }
   // Must be called before the store is reloaded.
   void Clear();
 

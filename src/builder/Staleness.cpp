@@ -85,10 +85,10 @@ bool Staleness::IsUpToDate(CXmlNode* node) {
     CXmlNode* child = node->GetChild(i);
     if (IsContentNode(*child) && !IsUpToDate(child)) return false;
   }
-  return IsUpToDateAlone(*node);
+  return IsOwnOutputUpToDate(*node);
 }
 
-bool Staleness::IsUpToDateAlone(CXmlNode& node) {
+bool Staleness::IsOwnOutputUpToDate(CXmlNode& node) {
   if ((types_.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
   if (ignoresUnbuildable_ && IsWithoutTool(node)) return true;
   // Avoids disk access for nodes that were never built; the result is the same.
@@ -99,7 +99,7 @@ bool Staleness::IsUpToDateAlone(CXmlNode& node) {
 bool Staleness::IsUpToDateSince(CXmlNode& node, std::int64_t newest) {
   if ((types_.FlagsOf(node) & kTypeApplication) == 0) return false;
   const char* outputFile = node.GetAttrValue("OutputFile");
-  const FileTimes::Look* output = IsBlankAttr(outputFile) ? nullptr : times_.Find(outputFile);
+  const MtimeCache::Entry* output = IsBlankAttr(outputFile) ? nullptr : times_.Find(outputFile);
   const std::int64_t lastBuilt = LastBuiltOf(node);
   if (output == nullptr || output->GetTime() != lastBuilt || lastBuilt == 0 || newest > lastBuilt) {
     return false;
@@ -111,10 +111,10 @@ std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
   return NumberOf(node.GetAttrValue("LastBuilt"));
 }
 
-const FileTimes::Look& Staleness::Query(const char* path) {
-  static const FileTimes::Look kNothing;
-  if (onUnknown_ == Unknown::Examine) return times_.Get(path);
-  const FileTimes::Look* known = times_.Find(path);
+const MtimeCache::Entry& Staleness::Query(const char* path) {
+  static const MtimeCache::Entry kNothing;
+  if (onUnknown_ == OnUnknown::Examine) return times_.Get(path);
+  const MtimeCache::Entry* known = times_.Find(path);
   if (known != nullptr) return *known;
   hasMissed_ = true;
   return kNothing;
@@ -131,7 +131,7 @@ StaleVerdict Staleness::Examine(CXmlNode& node) {
 
 StaleVerdict Staleness::ExamineRecord(CXmlNode& node) {
   bool misses = false;
-  StaleVerdict verdict = records_.Check(node, onUnknown_ == Unknown::Examine, misses);
+  StaleVerdict verdict = records_.Check(node, onUnknown_ == OnUnknown::Examine, misses);
   hasMissed_ |= misses;
   if (!verdict) return verdict;
   records_.Withdraw(node, verdict);
@@ -146,7 +146,7 @@ StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
   }
   const char* outputFile = node.GetAttrValue("OutputFile");
   if (IsBlankAttr(outputFile)) return {StaleReason::NoOutputName, {}};
-  const FileTimes::Time outputTime = TimeOf(outputFile);
+  const MtimeCache::Time outputTime = TimeOf(outputFile);
   if (!outputTime) return {StaleReason::OutputMissing, outputFile};
   const std::int64_t lastBuilt = LastBuiltOf(node);
   if (lastBuilt == 0) return {StaleReason::NeverBuilt, outputFile};
@@ -154,7 +154,7 @@ StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
   if ((flags & kTypeApplication) != 0) return ExamineParts(node, *outputTime);
 
   const char* path = node.GetAttrValue("Path");
-  const FileTimes::Look* const source = path == nullptr ? nullptr : &Query(path);
+  const MtimeCache::Entry* const source = path == nullptr ? nullptr : &Query(path);
   if (source == nullptr || !source->exists) return {StaleReason::SourceMissing, TextOf(path)};
   if (source->status.modifiedSeconds > *outputTime) return {StaleReason::SourceNewer, path};
   if (source->status.otherSpelling && !ReportsSpellingOf(node, path)) {
@@ -167,7 +167,7 @@ StaleVerdict Staleness::ExamineParts(const CXmlNode& application, std::int64_t o
   StaleVerdict verdict;
   ForEachLinkFile(types_, &application, true, &application, [&](const char* part) {
     if (verdict) return;
-    const FileTimes::Time time = TimeOf(part);
+    const MtimeCache::Time time = TimeOf(part);
     if (!time) {
       verdict = {StaleReason::PartMissing, part};
     } else if (*time > outputTime) {
@@ -183,23 +183,23 @@ StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t o
   for (int i = 0; i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
     if (file == nullptr) continue;
-    const FileTimes::Look& look = Query(file);
-    const bool isThere = look.exists && !look.status.otherSpelling;
+    const MtimeCache::Entry& entry = Query(file);
+    const bool isThere = entry.exists && !entry.status.otherSpelling;
     if (!isThere) return {StaleReason::DependencyMissing, file};
-    if (look.status.modifiedSeconds > outputTime) return {StaleReason::DependencyNewer, file};
+    if (entry.status.modifiedSeconds > outputTime) return {StaleReason::DependencyNewer, file};
   }
   return {};
 }
 
-void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead) {
+void Staleness::CollectInputs(const CXmlNode& node, MtimeCache::StatBatch& batch, Prefetch& ahead) {
   const std::uint32_t flags = types_.FlagsOf(node);
   if ((flags & kTypeBuild) == 0 || node.NameView() == "Group") return;
   const JudgedBy by(node);
   const std::int64_t lastBuilt = NumberOf(by.lastBuilt);
   if (IsBlankAttr(by.outputFile) || lastBuilt == 0) return;
-  const FileTimes::Look& output = inquiry.Add(times_, by.outputFile);
+  const MtimeCache::Entry& output = batch.Add(times_, by.outputFile);
   if ((flags & kTypeApplication) != 0) {
-    records_.AskForInputs(node, inquiry);
+    records_.CollectRecordedInputs(node, batch);
     return;
   }
 
@@ -218,12 +218,12 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
     if (record != nullptr && input + record->programs < record->inputs.size()) {
       const BuildRecord::Number number = record->inputs[input++];
       if (records_.PathOf(number) == file) {
-        ahead.AddFile(records_.AskFor(number, inquiry), &records_.Version(number));
+        ahead.AddFile(records_.RequestStat(number, batch), &records_.Version(number));
         return;
       }
       isDecided = false;
     }
-    ahead.AddFile(inquiry.Add(times_, file), nullptr);
+    ahead.AddFile(batch.Add(times_, file), nullptr);
   };
   askFor(by.path);
   const CXmlNode* dependencies = nullptr;
@@ -241,15 +241,15 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
     if (input + record->programs != record->inputs.size()) isDecided = false;
     for (std::size_t i = input; i < record->inputs.size(); ++i) {
       const BuildRecord::Number program = record->inputs[i];
-      ahead.AddProgram(records_.AskFor(program, inquiry), records_.Version(program));
+      ahead.AddProgram(records_.RequestStat(program, batch), records_.Version(program));
     }
   }
   if (!isDecided) ahead.DropLast();
 }
 
-void Staleness::AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry) {
+void Staleness::CollectParts(const CXmlNode& application, MtimeCache::StatBatch& batch) {
   ForEachLinkFile(types_, &application, true, &application,
-                  [&](const char* part) { inquiry.Add(times_, part); });
+                  [&](const char* part) { batch.Add(times_, part); });
 }
 
 }  // namespace tarn

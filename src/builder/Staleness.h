@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "builder/FileTimes.h"
-#include "builder/NodesAhead.h"
+#include "builder/MtimeCache.h"
+#include "builder/Prefetch.h"
 #include "builder/RecordCheck.h"
 #include "builder/StaleVerdict.h"
 #include "project/NodeTypes.h"
@@ -19,13 +19,14 @@ class CXmlNode;
 // up ignoring letter case; names reported by tools are exact.
 class Staleness {
  public:
-  enum class Unknown {
-    Examine,  // query files whose time is not cached
-    Miss,     // treat them as missing; if HasMissed() is then true, the result is meaningless
+  enum class OnUnknown {
+    Examine,         // query files whose time is not cached
+    TreatAsMissing,  // treat them as missing; if HasMissed() is then true, the result is
+                     // meaningless
   };
 
-  Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes, RecordCheck& recordCheck,
-            Unknown unknown = Unknown::Examine)
+  Staleness(const NodeTypes& nodeTypes, MtimeCache& fileTimes, RecordCheck& recordCheck,
+            OnUnknown unknown = OnUnknown::Examine)
       : types_(nodeTypes), times_(fileTimes), records_(recordCheck), onUnknown_(unknown) {}
 
   // Ignores nodes that no tool can bring up to date from now on: those below an element of unknown
@@ -36,7 +37,7 @@ class Staleness {
   // descendant.
   bool IsUpToDate(CXmlNode* node);
   // Same for a node whose children are known to be up to date.
-  bool IsUpToDateAlone(CXmlNode& node);
+  bool IsOwnOutputUpToDate(CXmlNode& node);
   // Same for an application, without querying its files, if all of them are known to exist and to
   // be no newer than `newest`. Returns false also if the files have to be checked individually.
   bool IsUpToDateSince(CXmlNode& node, std::int64_t newest);
@@ -45,27 +46,27 @@ class Staleness {
   // Returns why the node itself is out of date.
   StaleVerdict Examine(CXmlNode& node);
 
-  // Returns true if a file time was needed that is not cached (see Unknown::Miss).
+  // Returns true if a file time was needed that is not cached (see OnUnknown::TreatAsMissing).
   bool HasMissed() const { return hasMissed_; }
 
-  // Adds the files that IsUpToDateAlone may check to an inquiry; for an application, without the
-  // possibly many files it consists of. A node that can be judged by these files alone is added to
-  // `ahead`.
-  void AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead);
-  void AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry);
+  // Adds the files that IsOwnOutputUpToDate may check to a batch; for an application, without
+  // the possibly many files it consists of. A node that can be judged by these files alone is added
+  // to `ahead`.
+  void CollectInputs(const CXmlNode& node, MtimeCache::StatBatch& batch, Prefetch& ahead);
+  void CollectParts(const CXmlNode& application, MtimeCache::StatBatch& batch);
 
  private:
-  const FileTimes::Look& Query(const char* path);
-  FileTimes::Time TimeOf(const char* path) { return Query(path).GetTime(); }
+  const MtimeCache::Entry& Query(const char* path);
+  MtimeCache::Time TimeOf(const char* path) { return Query(path).GetTime(); }
   StaleVerdict ExamineTimes(const CXmlNode& node);
   StaleVerdict ExamineRecord(CXmlNode& node);
   StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);
   StaleVerdict ExamineDependencies(const CXmlNode& node, std::int64_t outputTime);
 
   const NodeTypes& types_;
-  FileTimes& times_;
+  MtimeCache& times_;
   RecordCheck& records_;
-  Unknown onUnknown_;
+  OnUnknown onUnknown_;
   bool hasMissed_ = false;
   bool ignoresUnbuildable_ = false;
 };

@@ -32,7 +32,7 @@ std::uint64_t ToolCommands::HashOf(const CXmlNode& node) {
 
 void ToolCommands::RefreshTools() {
   for (auto& [tool, known] : definitions_) {
-    std::string now = AskDefinition(tool);
+    std::string now = QueryDefinition(tool);
     if (now == known) continue;
     known = std::move(now);
     ++generation_;
@@ -41,11 +41,11 @@ void ToolCommands::RefreshTools() {
 
 const std::string& ToolCommands::DefinitionOf(const std::string& tool) {
   const auto [place, isNew] = definitions_.try_emplace(tool);
-  if (isNew) place->second = AskDefinition(tool);
+  if (isNew) place->second = QueryDefinition(tool);
   return place->second;
 }
 
-std::string ToolCommands::AskDefinition(const std::string& tool) {
+std::string ToolCommands::QueryDefinition(const std::string& tool) {
   return driver_ == nullptr ? std::string() : driver_->GetToolFingerprint(tool);
 }
 

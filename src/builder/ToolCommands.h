@@ -45,7 +45,7 @@ class ToolCommands {
 
  private:
   const std::string& DefinitionOf(const std::string& tool);
-  std::string AskDefinition(const std::string& tool);
+  std::string QueryDefinition(const std::string& tool);
 
   CToolManagerDriver* const& driver_;
   InputSource inputOf_;

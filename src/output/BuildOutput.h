@@ -47,7 +47,7 @@ class CBuildOutput {
   void Initialise(const std::string& configFilePath, WindowHandle host);
 
   // Stops notifying the host of rows.
-  void ForgetHost() { hostWindow_ = 0; }
+  void ClearHost() { hostWindow_ = 0; }
 
   // Reason why the file of message strings couldn't be read, as "path: reason"; empty if it was
   // read or doesn't exist.

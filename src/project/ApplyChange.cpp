@@ -100,7 +100,7 @@ std::vector<std::string> ProjectLifecycle::ApplyChange(const std::vector<FileTex
     return {"the project can't be changed now"};
   if (protection_.IsDamageHeld()) return {"the project was read only in part"};
   ReplacedFiles present{{}, guard_};
-  for (const FileText& each : saver_.MakeFileTexts()) present.texts[each.path] = each.text;
+  for (const FileText& each : saver_.RenderFiles()) present.texts[each.path] = each.text;
   ReplacedFiles changed = present;
   const std::vector<std::string> problems = MergeChange(before, after, changed);
   if (!problems.empty() || changed.texts == present.texts) return problems;
@@ -166,10 +166,10 @@ std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileTex
       continue;
     } else {
       const Result<std::string> disk = files_.ReadWholeFile(each.path);
-      const std::string* const last = guard_.LastTextOf(each.path);
+      const std::string* const last = guard_.LastContentOf(each.path);
       const std::string& known = last == nullptr ? each.text : *last;
       text = disk ? MergeTexts(each.path, known, *disk, each.text, problems) : each.text;
-      if (disk) result.former.NoteRead(each.path, *disk, false);
+      if (disk) result.former.RecordRead(each.path, *disk, false);
     }
     CXmlNode tree;
     if (!ReadWholeTree(text, tree)) problems.push_back(each.path + " is damaged");
@@ -179,11 +179,11 @@ std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileTex
 
 void ProjectLifecycle::StageFiles(const std::vector<FileText>& texts,
                                   const std::vector<FileText>& bases) {
-  staged_ = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, FileGuard(files_)});
+  staged_ = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, BackupGuard(files_)});
   for (const FileText& each : texts) staged_->texts[each.path] = each.text;
   for (const FileText& each : bases) {
     CXmlNode tree;
-    staged_->former.NoteRead(each.path, each.text, !ReadWholeTree(each.text, tree));
+    staged_->former.RecordRead(each.path, each.text, !ReadWholeTree(each.text, tree));
   }
 }
 
@@ -194,15 +194,15 @@ bool ProjectLifecycle::Reload(const std::string& path, const ReplacedFiles& text
   if (opened && HoldsWhatIsSaved()) {
     state_.DropChanges();
   } else if (opened) {
-    state_.NoteModified();
+    state_.MarkModified();
   }
   return opened != 0;
 }
 
 // Returns true if a save would write exactly what the files contained when last read or written.
 bool ProjectLifecycle::HoldsWhatIsSaved() {
-  return std::ranges::all_of(saver_.MakeFileTexts(), [this](const FileText& each) {
-    const std::string* const known = guard_.TextOf(each.path);
+  return std::ranges::all_of(saver_.RenderFiles(), [this](const FileText& each) {
+    const std::string* const known = guard_.ContentOf(each.path);
     return known != nullptr && HoldSameTree(each.text, *known);
   });
 }

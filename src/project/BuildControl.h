@@ -4,7 +4,7 @@
 
 // Interface to the builder of a project. The builder implements it; a project also works without
 // one, and then nothing is ever built. All calls are made on the main thread. Node pointers are
-// borrowed: the builder must drop them in ForgetNode.
+// borrowed: the builder must drop them in InvalidateNode.
 namespace tarn {
 
 class CXmlNode;
@@ -16,21 +16,21 @@ class IBuildControl {
   virtual std::int32_t CanStartOperation() = 0;
   virtual bool IsWorkerAlive() const = 0;
   // Returns true during a synchronous build on the main thread.
-  virtual bool IsBuildingHere() const = 0;
+  virtual bool IsBuildingSynchronously() const = 0;
   // Returns the node that was current before the running build; nullptr if it was freed or no build
   // is running.
-  virtual CXmlNode* GetNotedNode() = 0;
+  virtual CXmlNode* GetSavedNode() = 0;
   // Notifies the builder that the node is about to become current. If the user selected it while a
   // worker is running, the end of the build doesn't restore the previous one.
-  virtual void NoteSelected(CXmlNode* node) = 0;
+  virtual void MarkSelected(CXmlNode* node) = 0;
   // The node was published: determines if it is up to date and describes the result in its
   // attributes.
-  virtual void NotePublished(CXmlNode& node) = 0;
+  virtual void MarkPublished(CXmlNode& node) = 0;
   // Nodes lost their cached values or derived attributes, or the tree changed: invalidates file
   // times and tool commands, including what a build has prefetched.
-  virtual void NoteUnpublished() = 0;
+  virtual void MarkUnpublished() = 0;
   // Drops all pointers to the node and its descendants, which are about to be freed.
-  virtual void ForgetNode(const CXmlNode& node) = 0;
+  virtual void InvalidateNode(const CXmlNode& node) = 0;
   // Restores build records of an application whose nodes now have different outputs, some of which
   // may have been built before.
   virtual void RestoreRecords(CXmlNode& application) = 0;
@@ -50,19 +50,21 @@ class BuildControl {
     return builder == nullptr ? 1 : builder->CanStartOperation();
   }
   bool IsWorkerAlive() const { return builder != nullptr && builder->IsWorkerAlive(); }
-  bool IsBuildingHere() const { return builder != nullptr && builder->IsBuildingHere(); }
-  CXmlNode* GetNotedNode() const { return builder == nullptr ? nullptr : builder->GetNotedNode(); }
-  void NoteSelected(CXmlNode* node) const {
-    if (builder) builder->NoteSelected(node);
+  bool IsBuildingSynchronously() const {
+    return builder != nullptr && builder->IsBuildingSynchronously();
   }
-  void NotePublished(CXmlNode& node) const {
-    if (builder) builder->NotePublished(node);
+  CXmlNode* GetSavedNode() const { return builder == nullptr ? nullptr : builder->GetSavedNode(); }
+  void MarkSelected(CXmlNode* node) const {
+    if (builder) builder->MarkSelected(node);
   }
-  void NoteUnpublished() const {
-    if (builder) builder->NoteUnpublished();
+  void MarkPublished(CXmlNode& node) const {
+    if (builder) builder->MarkPublished(node);
   }
-  void ForgetNode(const CXmlNode& node) const {
-    if (builder) builder->ForgetNode(node);
+  void MarkUnpublished() const {
+    if (builder) builder->MarkUnpublished();
+  }
+  void InvalidateNode(const CXmlNode& node) const {
+    if (builder) builder->InvalidateNode(node);
   }
   void RestoreRecords(CXmlNode& application) const {
     if (builder) builder->RestoreRecords(application);

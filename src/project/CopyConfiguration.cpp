@@ -101,8 +101,8 @@ std::int32_t NodeOptions::CopyConfiguration(const std::string& from, const std::
   const bool isOutside =
       CopyStoredBelow(types_, *state_.projectRoot, state_.projectRoot.get(), names, false);
   if (!isOwn && !isOutside) return 1;
-  state_.NoteModified();
-  state_.ForgetKeptTexts();
+  state_.MarkModified();
+  state_.ClearCachedTexts();
   // The cached values of a node include the stored options they were made from.
   derived_.ResetNodeCache(isOutside ? *state_.projectRoot : *state_.activeApplication, true);
   publisher_.PublishAll();

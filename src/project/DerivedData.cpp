@@ -18,7 +18,7 @@ void DerivedData::MakeAttributeRelative(CXmlNode& node, const char* name) {
 
 void DerivedData::StripForSave(CXmlNode& node, bool dropDependencies) {
   StripSubtree(node, dropDependencies);
-  state_.NoteUnpublished();
+  state_.MarkUnpublished();
 }
 
 void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
@@ -28,7 +28,7 @@ void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
     const std::string_view name = child->NameView();
     if (name == "PropState" || name == "#CDATA" || name == "Info" ||
         (dropDependencies && name == "Dependencies")) {
-      state_.ForgetPointersInto(*child);
+      state_.InvalidatePointersInto(*child);
       node.RemoveChild(child);
     } else {
       StripSubtree(*child, dropDependencies);
@@ -68,7 +68,7 @@ void DerivedData::ResetNodeCache(CXmlNode& node, bool ownOnly) {
     CXmlNode* child = node.GetChild(i);
     if (IsContentNode(*child)) ResetNodeCache(*child, true);
   }
-  state_.NoteUnpublished();
+  state_.MarkUnpublished();
 }
 
 }  // namespace tarn

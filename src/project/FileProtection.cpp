@@ -20,8 +20,8 @@ FileProtection::FileProtection(ProjectServices& projectServices, const ProjectSt
       editLock_(files_, trust_) {}
 
 void FileProtection::BeginOpen(bool isOther) {
-  if (isOther) guard_.ForgetAll();
-  Forget();
+  if (isOther) guard_.ClearAll();
+  Clear();
   // After a failure, the placeholder project is opened; it must not clear the damage.
   if (!state_.IsDefaultProject()) failedDamage_.clear();
 }
@@ -30,8 +30,8 @@ void FileProtection::KeepFailedDamage() {
   if (!state_.IsDefaultProject()) failedDamage_ = std::exchange(damage_, {});
 }
 
-void FileProtection::Forget() {
-  guard_.Forget();
+void FileProtection::Clear() {
+  guard_.Clear();
   damage_.clear();
 }
 
@@ -64,7 +64,7 @@ bool FileProtection::PutAsideReplaced(const std::string& path) {
   CopyReason reason = CopyReason::None;
   Status kept = files_.CheckWritable(path);
   if (files_.IsFolder(path)) kept = Error{ErrorCode::NotAFile, "it is a folder", path};
-  if (kept) kept = guard_.PutAside(path, copy, reason);
+  if (kept) kept = guard_.BackUp(path, copy, reason);
   if (!kept) {
     services_.output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
     return false;

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "platform/files/FileTexts.h"
+#include "project/BackupGuard.h"
 #include "project/FileDamage.h"
-#include "project/FileGuard.h"
 #include "project/ProjectLock.h"
 #include "project/ProjectPaths.h"
 #include "project/ProjectServices.h"
@@ -18,14 +18,14 @@ namespace tarn {
 // record of what the files contained, the damage found in them, the lock against other processes,
 // the trust in the project, and the user's consent to writing elsewhere.
 //
-// Calling sequence: BeginOpen before the files are read, Forget when the project is closed.
+// Calling sequence: BeginOpen before the files are read, Clear when the project is closed.
 // Borrows everything; main thread only. Errors are reported to the log.
 class FileProtection {
  public:
   FileProtection(ProjectServices& projectServices, const ProjectState& projectState,
                  const ProjectPaths& projectPaths);
 
-  FileGuard& Guard() { return guard_; }
+  BackupGuard& Guard() { return guard_; }
   ProjectTrust& GetTrust() { return trust_; }
   // Records that the user agrees to writing files outside the project's folder.
   void AllowOutside(bool isAllowed) { writesOutside_ = isAllowed; }
@@ -37,7 +37,7 @@ class FileProtection {
   // The project could not be opened: keeps its damage for GetFailedDamage.
   void KeepFailedDamage();
   // The project was closed.
-  void Forget();
+  void Clear();
 
   // Content lost when the files of the open project were read.
   const std::vector<FileDamage>& GetDamage() const { return damage_; }
@@ -75,7 +75,7 @@ class FileProtection {
   FileSystem& files_;
   const ProjectState& state_;
   const ProjectPaths& paths_;
-  FileGuard guard_;
+  BackupGuard guard_;
   ProjectTrust trust_;
   ProjectLock editLock_;
   std::vector<FileDamage> damage_;

@@ -63,7 +63,7 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   plan.absolute = absolute;
   plan.own = plan.text = text;
   const Result<std::string> disk = files_.ReadWholeFile(absolute);
-  const std::string* const known = guard_.TextOf(absolute);
+  const std::string* const known = guard_.ContentOf(absolute);
   if (!disk && disk.GetError().code == ErrorCode::NotFound) {
     plan.wasRemoved = known != nullptr;
     // Must not re-create a folder that was moved, with half a project in it.
@@ -134,13 +134,13 @@ Status FileSaver::KeepOther(const SavePlan& plan, SavedFile& report) const {
   report.conflicts = plan.conflicts;
   const bool losesNothing = plan.isMerged && plan.conflicts.empty();
   if (losesNothing) return {};
-  return guard_.PutAside(plan.absolute, report.copy, report.copyReason);
+  return guard_.BackUp(plan.absolute, report.copy, report.copyReason);
 }
 
 Status FileSaver::Write(const SavePlan& plan, SavedFile& report) const {
-  const Status putAside = KeepOther(plan, report);
-  const Status written = putAside ? files_.WriteWholeFile(plan.absolute, plan.text) : putAside;
-  if (written) guard_.NoteWritten(plan.absolute, plan.text);
+  const Status backedUp = KeepOther(plan, report);
+  const Status written = backedUp ? files_.WriteWholeFile(plan.absolute, plan.text) : backedUp;
+  if (written) guard_.RecordWritten(plan.absolute, plan.text);
   return written;
 }
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
-#include "project/FileGuard.h"
+#include "project/BackupGuard.h"
 #include "project/NodeTypes.h"
 #include "project/TreeConflict.h"
 
@@ -41,7 +41,7 @@ bool HoldSameTree(const std::string& one, const std::string& other);
 // constructed from.
 class FileSaver {
  public:
-  FileSaver(FileSystem& fileSystem, FileGuard& fileGuard, const NodeTypes& nodeTypes)
+  FileSaver(FileSystem& fileSystem, BackupGuard& fileGuard, const NodeTypes& nodeTypes)
       : files_(fileSystem), guard_(fileGuard), types_(nodeTypes) {}
 
   // Returns the text to be stored for a file's tree, in the formatting of the file's last known
@@ -65,7 +65,7 @@ class FileSaver {
   bool WasMoved(const std::string& absolute, const std::string& from, const std::string& to) const;
 
   FileSystem& files_;
-  FileGuard& guard_;
+  BackupGuard& guard_;
   const NodeTypes& types_;
 };
 

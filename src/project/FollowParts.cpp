@@ -82,7 +82,7 @@ double CompareContents(const std::string& one, const std::string& other) {
 // is none or if the old file still exists.
 std::string TreeSaver::FindRenamedPart(const std::string& absolute,
                                        std::vector<std::string>& added) {
-  const std::string* const known = guard_.TextOf(absolute);
+  const std::string* const known = guard_.ContentOf(absolute);
   if (known == nullptr || files_.Exists(absolute)) return {};
   auto best = added.end();
   double most = 0.5;
@@ -109,7 +109,7 @@ void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
   for (std::size_t i = pending.size(); i-- > 0;) {
     PendingFile& owner = pending[i];
     const std::string& path = owner.isPlanned ? owner.plan.absolute : owner.absolute;
-    const std::string* const known = guard_.TextOf(path);
+    const std::string* const known = guard_.ContentOf(path);
     if (owner.parts.empty() || known == nullptr) continue;
     const Result<std::string> disk = files_.ReadWholeFile(path);
     CXmlNode before;
@@ -137,7 +137,7 @@ void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
 // dropped; a changed one is kept, which is a conflict.
 void TreeSaver::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                            const std::string& target) {
-  const std::string* const known = guard_.TextOf(part.absolute);
+  const std::string* const known = guard_.ContentOf(part.absolute);
   if (known == nullptr) return;
   if (target.empty()) {
     part.isPlanned = HoldSameTree(part.text, *known);
@@ -154,7 +154,7 @@ void TreeSaver::FollowPart(PendingFile& owner, PendingFile& part, const PartChan
   part.isPlanned = true;
   const std::string from = FolderOf(part.absolute);
   const std::string to = FolderOf(target);
-  guard_.NoteMoved(part.absolute, target, MoveText(files_, *known, from, to));
+  guard_.RecordMoved(part.absolute, target, MoveText(files_, *known, from, to));
   part.plan =
       FileSaver(files_, guard_, types_).Prepare(target, MoveText(files_, part.text, from, to));
 }

@@ -56,9 +56,9 @@ void HostLink::PostHostCommand(std::int32_t command) {
   PostWindowMessage(services_.mainframeHandle, kMsgCommand, command, 0);
 }
 
-void HostLink::ForgetHost() {
+void HostLink::ClearHost() {
   services_.mainframeHandle = 0;
-  services_.output->ForgetHost();
+  services_.output->ClearHost();
 }
 
 void HostLink::ReportMessage(const char* text) {

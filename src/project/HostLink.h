@@ -31,7 +31,7 @@ class HostLink {
   // Posts a command to the host without waiting for it.
   void PostHostCommand(std::int32_t command);
   // Sends no more messages to the host.
-  void ForgetHost();
+  void ClearHost();
 
   // Adds a line that is not in the message table to the log and reports it to the host.
   void AddLogLine(const std::string& text);

@@ -63,7 +63,7 @@ std::span<const ImportFormat> ImportFormats() {
 bool Importer::Convert(const std::string& path, std::string& newFile) {
   const std::string oldFile = paths_.FullProjectPath(path);
   newFile = WithExtension(oldFile, ".tprj");
-  const std::uint64_t opened = state_.projectEpoch;
+  const std::uint64_t opened = state_.projectGeneration;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
   const Result<bool> exists = files_.CheckExists(newFile);
@@ -74,12 +74,12 @@ bool Importer::Convert(const std::string& path, std::string& newFile) {
   }
   if (*exists) {
     converts = protection_.MayOverwrite(newFile);
-    if (state_.projectEpoch != opened) return false;
+    if (state_.projectGeneration != opened) return false;
   }
   if (!converts) return true;
   std::string blamed = oldFile;
   const std::int32_t exitCode = RunConversion(oldFile, blamed);
-  if (state_.projectEpoch != opened) return false;
+  if (state_.projectGeneration != opened) return false;
   if (exitCode == kDone) return true;
   ShowMessage(services_.mainframeHandle, FailureText(exitCode, blamed), caption);
   return false;

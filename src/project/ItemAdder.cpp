@@ -104,18 +104,18 @@ std::int32_t ItemAdder::AddItem(const std::string& itempath, const char* itemtyp
   std::string path;
   paths_.MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
   if (isApplication && !isJustMade && AppendExtension(*type, path)) {
-    const std::uint64_t epoch = state_.treeEpoch;
+    const std::uint64_t epoch = state_.treeGeneration;
     publisher_.SetCurrentNode(state_.projectRoot.get());
-    if (state_.treeEpoch != epoch) return 0;
+    if (state_.treeGeneration != epoch) return 0;
     target = state_.projectRoot.get();
     if (!CheckFileAccess(files_, path, kMustExist, *services_.output)) {
       return AddNewItem(path.c_str(), itemtype);
     }
   }
   if (HoldsFile(files_, *target, path) || (isApplication && HoldsApplicationOf(path))) return 1;
-  const std::uint64_t epoch = state_.treeEpoch;
+  const std::uint64_t epoch = state_.treeGeneration;
   FillItem(*node, path);
-  if (state_.treeEpoch != epoch) return 0;
+  if (state_.treeGeneration != epoch) return 0;
   return PlaceItem(*target, std::move(node));
 }
 
@@ -124,9 +124,9 @@ std::int32_t ItemAdder::AddItem(const std::string& itempath, const char* itemtyp
 CXmlNode* ItemAdder::LoadAddTarget() {
   CXmlNode* target = state_.GetCurrentNode();
   while (target != nullptr) {
-    const std::uint64_t epoch = state_.treeEpoch;
+    const std::uint64_t epoch = state_.treeGeneration;
     publisher_.LoadNodeOptions(target, false);
-    if (state_.treeEpoch != epoch) return nullptr;
+    if (state_.treeGeneration != epoch) return nullptr;
     if ((types_.FlagsOf(*target) & kTypeIsLeaf) == 0) return target;
     target = target->GetParent();
   }
@@ -161,7 +161,7 @@ void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
   WriteItemPaths(node, path);
   if ((types_.FlagsOf(node) & kTypeApplication) != 0) {
     // An existing file that can't be read must not be overwritten with an empty node.
-    if (!loader_.LoadTreeFile(node, path) && files_.Exists(path)) guard_.NoteUntouchable(path);
+    if (!loader_.LoadTreeFile(node, path) && files_.Exists(path)) guard_.Protect(path);
     node.SetAttrValue("Header", title);
     WriteItemPaths(node, path);
     return;
@@ -185,16 +185,16 @@ void ItemAdder::WriteItemPaths(CXmlNode& node, const std::string& path) const {
 }
 
 std::int32_t ItemAdder::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
-  const std::uint64_t opened = state_.projectEpoch;
-  state_.NoteModified();
+  const std::uint64_t opened = state_.projectGeneration;
+  state_.MarkModified();
   CXmlNode* const added = editor_.AttachNode(target, std::move(node), TreeEditor::Opens::Yes);
   if (added != nullptr) {
-    const std::uint64_t epoch = state_.treeEpoch;
+    const std::uint64_t epoch = state_.treeGeneration;
     if ((types_.FlagsOf(*added) & kTypeApplication) != 0) publisher_.SetActiveApplication(added);
     publisher_.SetCurrentNode(added);
-    if (state_.treeEpoch == epoch) publisher_.LoadNodeOptions(added, true);
+    if (state_.treeGeneration == epoch) publisher_.LoadNodeOptions(added, true);
   }
-  if (state_.projectEpoch != opened) return 0;
+  if (state_.projectGeneration != opened) return 0;
   publisher_.RunAutoDebugStep();
   return 1;
 }
@@ -219,8 +219,8 @@ std::int32_t ItemAdder::ReplaceSourceList(const std::string& lines) {
     node->AddAttr("sate", "2");
     state_.activeApplication->AppendChild(std::move(node));
   }
-  state_.NoteTreeChange();
-  state_.NoteShapeChanged();
+  state_.MarkTreeChanged();
+  state_.MarkStructureChanged();
   return 1;
 }
 

@@ -98,7 +98,7 @@ class ItemAdder {
   HostLink& host_;
   TypesByExtension& extensions_;
   FileProtection& protection_;
-  FileGuard& guard_;
+  BackupGuard& guard_;
   TreeLoader& loader_;
   Publisher& publisher_;
   ProjectLifecycle& lifecycle_;

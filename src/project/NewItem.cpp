@@ -84,8 +84,8 @@ std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
   // While the user was choosing, another project may have been opened or a build started.
-  const std::uint64_t asked = state_.projectEpoch;
-  if (!views_.AskNewApplication(wanted) || state_.projectEpoch != asked ||
+  const std::uint64_t asked = state_.projectGeneration;
+  if (!views_.AskNewApplication(wanted) || state_.projectGeneration != asked ||
       !services_.build.CanStartOperation())
     return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
@@ -105,22 +105,22 @@ std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
                                     ? PlaceInNewProject(*node, file + ".tapp", file + ".tprj")
                                     : PlaceInProject(std::move(node));
   if (!isPlaced) return 0;
-  const std::uint64_t opened = state_.projectEpoch;
+  const std::uint64_t opened = state_.projectGeneration;
   SetUpApplication(wanted);
-  if (state_.projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
+  if (state_.projectGeneration == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
     if (!RunCobbler(wanted.wizardPath)) return 0;
   }
   host_.SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
-  if (state_.projectEpoch == opened) state_.NoteModified();
+  if (state_.projectGeneration == opened) state_.MarkModified();
   return 1;
 }
 
 // Applies the settings of the selected microcontroller.
 void ItemAdder::SetUpApplication(const NewApplication& wanted) {
   const Creating creating(state_.creatingProject);
-  const std::uint64_t opened = state_.projectEpoch;
+  const std::uint64_t opened = state_.projectGeneration;
   if (!wanted.targetText.empty()) host_.SendHost(kMsgRunScript, wanted.targetText, 0);
-  if (state_.projectEpoch == opened && wanted.configName != kStandardConfig) {
+  if (state_.projectGeneration == opened && wanted.configName != kStandardConfig) {
     services_.propertyManager->SetCurrentConfig(wanted.configName);
     options_.SelectConfiguration(wanted.configName);
   }
@@ -135,7 +135,7 @@ std::int32_t ItemAdder::AddGroup() {
   if (target == nullptr || !state_.isOpen) return 0;
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
-  state_.NoteShapeChanged();
+  state_.MarkStructureChanged();
   publisher_.SetCurrentNode(editor_.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
   return 1;
 }
@@ -177,10 +177,10 @@ std::int32_t ItemAdder::PlaceInProject(std::unique_ptr<CXmlNode> node) {
   CXmlNode* namesake = nullptr;
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
   if (namesake != nullptr || !state_.isOpen || !types_.CanContain(target, node.get())) return 0;
-  const std::uint64_t opened = state_.projectEpoch;
-  state_.NoteModified();
+  const std::uint64_t opened = state_.projectGeneration;
+  state_.MarkModified();
   publisher_.SetCurrentNode(editor_.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
-  return state_.projectEpoch == opened ? 1 : 0;
+  return state_.projectGeneration == opened ? 1 : 0;
 }
 
 std::int32_t ItemAdder::PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
@@ -229,10 +229,10 @@ std::int32_t ItemAdder::NewProject(const char* path) {
     return 0;
   if (path != nullptr) return lifecycle_.CreateProjectFile(path, 1);
   // The wizard only offers a new project. If one was opened, the flag belongs to it.
-  const std::uint64_t before = state_.projectEpoch;
+  const std::uint64_t before = state_.projectGeneration;
   const std::int32_t noted = std::exchange(state_.isDefaultProject, 1);
   const std::int32_t result = AddNewItem(nullptr, nullptr);
-  const bool hasOpened = state_.isOpen && state_.projectEpoch != before;
+  const bool hasOpened = state_.isOpen && state_.projectGeneration != before;
   if (!result && !hasOpened) state_.isDefaultProject = noted;
   return result;
 }

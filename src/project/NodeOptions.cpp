@@ -80,7 +80,7 @@ std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
   if (keyText.empty()) return 0;
   CXmlNode* node = state_.GetCurrentNode();
   if (node == nullptr) return 0;
-  state_.NoteModified();
+  state_.MarkModified();
   OptionKey key = KeyForStoring(keyText);
   if (key.set.empty()) key.set = node->GetName();
   if (EqualNoCase(key.set, node->NameView()) && EqualNoCase(key.section, kGeneralSection) &&
@@ -101,7 +101,7 @@ std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
   // At the same position: a damaged file may have two, of which the first is the effective one.
   node->InsertChildBefore(std::move(changed), old);
   if (old != nullptr) node->RemoveChild(old);
-  state_.ForgetKeptTexts();
+  state_.ClearCachedTexts();
 
   if (state_.creatingProject == 0 && state_.activeApplication != nullptr &&
       (types_.FlagsOf(*state_.activeApplication) & kTypeAutoDebug) != 0) {
@@ -163,17 +163,17 @@ std::int32_t NodeOptions::ResetStoredProperty(const std::string& changedKey) {
   CXmlNode* section = ChildByHeader(set, key.section);
   if (section == nullptr) return 1;
   if (!key.property.empty()) {
-    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) state_.NoteModified();
+    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) state_.MarkModified();
   } else {
     for (int i = section->GetChildCount() - 1; i >= 0; --i) {
-      if (RemoveIfRemovable(*section, section->GetChild(i))) state_.NoteModified();
+      if (RemoveIfRemovable(*section, section->GetChild(i))) state_.MarkModified();
     }
   }
   // Removes ancestors that became empty, except for the topmost.
   if (section->GetChildCount() == 0) set->RemoveChild(section);
   if (set->GetChildCount() == 0) config->RemoveChild(set);
   if (config->GetChildCount() == 0) options->RemoveChild(config);
-  state_.ForgetKeptTexts();
+  state_.ClearCachedTexts();
   return 1;
 }
 
@@ -181,7 +181,7 @@ std::int32_t NodeOptions::ResetNodeOptions(CXmlNode* node) {
   if (!services_.build.CanStartOperation()) return 0;
   if (node == nullptr) node = state_.GetCurrentNode();
   if (node == nullptr) return 0;
-  state_.NoteModified();
+  state_.MarkModified();
   if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
   services_.propertyManager->BeginUpdate();
   publisher_.RenewPropState(*node);
@@ -189,9 +189,9 @@ std::int32_t NodeOptions::ResetNodeOptions(CXmlNode* node) {
     const TreeUpdate update(views_);
     derived_.ResetNodeCache(*node, false);
     // The property manager still has the values that were just removed.
-    const std::uint64_t epoch = state_.treeEpoch;
+    const std::uint64_t epoch = state_.treeGeneration;
     publisher_.SetCurrentNode(node);
-    if (state_.treeEpoch == epoch) publisher_.RestorePropState(*node);
+    if (state_.treeGeneration == epoch) publisher_.RestorePropState(*node);
     services_.propertyManager->EndUpdate();
   }
   return 1;

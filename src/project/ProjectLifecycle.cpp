@@ -63,11 +63,11 @@ std::int32_t ProjectLifecycle::OpenProject(const char* path, std::int32_t isDefa
   state_.activeApplication = nullptr;
   state_.currentNode = nullptr;
 
-  const std::uint64_t opened = ++state_.projectEpoch;
+  const std::uint64_t opened = ++state_.projectGeneration;
   std::string chosen = TextOf(path);
   if (path == nullptr) {
     chosen = AskForProject();
-    if (state_.projectEpoch != opened) return 0;
+    if (state_.projectGeneration != opened) return 0;
     if (!chosen.empty()) state_.isDefaultProject = 0;
   } else {
     state_.isDefaultProject = isDefault;
@@ -83,26 +83,26 @@ std::int32_t ProjectLifecycle::OpenProject(const char* path, std::int32_t isDefa
   files_.SetCurrentFolder(state_.projectFolder);
   protection_.BeginOpen(former != state_.projectPath);
   if (!loader_.LoadProjectFile(changes.get())) {
-    if (state_.projectEpoch != opened) return 0;
+    if (state_.projectGeneration != opened) return 0;
     protection_.KeepFailedDamage();
     DiscardTree();
     return 0;
   }
-  if (state_.projectEpoch != opened) return 0;
+  if (state_.projectGeneration != opened) return 0;
   state_.modified = changes != nullptr && changes->Find(state_.projectPath) != nullptr ? 1 : 0;
   ++state_.changeCount;
-  publisher_.NoteOpened();
-  state_.shapeChanged = false;
+  publisher_.MarkOpened();
+  state_.structureChanged = false;
   state_.isOpen = true;
   state_.projectRoot->SetAttrValue("Path", state_.projectPath);
-  state_.NoteTreeChange();
+  state_.MarkTreeChanged();
   if (isDefault == 0) {
     views_.SetProjectRoot(state_.projectRoot.get());
     views_.RepaintWindow();
   } else {
     host_.SendHost(kMsgPaneCaption, "Local Settings", kOptionsPane);
   }
-  return state_.projectEpoch == opened && LoadProject(opened) ? 1 : 0;
+  return state_.projectGeneration == opened && LoadProject(opened) ? 1 : 0;
 }
 
 // The converted project may not be openable; the import itself was done.
@@ -129,14 +129,14 @@ std::int32_t ProjectLifecycle::LoadProject(std::uint64_t opened) {
   files_.SetCurrentFolder(state_.projectFolder);
   const std::string path = state_.projectPath;  // copy, because a handler may open another project
   host_.SendHost(kMsgProjectOpened, path, state_.isDefaultProject);
-  if (state_.projectEpoch != opened || !AnnounceApplications(opened)) return 0;
+  if (state_.projectGeneration != opened || !AnnounceApplications(opened)) return 0;
   if (!MakeOptionsReady(opened)) return 0;
   if (state_.activeApplication != nullptr) {
     publisher_.SetActiveApplication(state_.activeApplication);
     publisher_.SetCurrentNode(state_.activeApplication);
-    if (state_.projectEpoch != opened) return 0;
+    if (state_.projectGeneration != opened) return 0;
     publisher_.SendActiveApplication();
-    if (state_.projectEpoch != opened) return 0;
+    if (state_.projectGeneration != opened) return 0;
     views_.BeginTreeUpdate();
     views_.EndTreeUpdate();
     if (state_.activeApplication != nullptr)
@@ -156,7 +156,7 @@ bool ProjectLifecycle::AnnounceApplications(std::uint64_t opened) {
     if (state_.activeApplication == nullptr) {
       state_.activeApplication = child;
       publisher_.SetCurrentNode(child);
-      if (state_.projectEpoch != opened) return false;
+      if (state_.projectGeneration != opened) return false;
       // A handler may have removed the child.
       child = state_.projectRoot->GetChild(i);
       if (child == nullptr) return true;
@@ -164,7 +164,7 @@ bool ProjectLifecycle::AnnounceApplications(std::uint64_t opened) {
     std::string absolute;
     paths_.MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), absolute, nullptr);
     host_.SendHost(kMsgApplicationKnown, absolute, ConfigOf(*child));
-    if (state_.projectEpoch != opened) return false;
+    if (state_.projectGeneration != opened) return false;
   }
   return true;
 }
@@ -187,11 +187,11 @@ bool ProjectLifecycle::MakeOptionsReady(std::uint64_t opened) {
   }
   services_.propertyManager->EndUpdate();
   publisher_.PublishTick();
-  return state_.projectEpoch == opened;
+  return state_.projectGeneration == opened;
 }
 
 void ProjectLifecycle::DiscardTree() {
-  ++state_.projectEpoch;
+  ++state_.projectGeneration;
   services_.build.CloseJournal();
   state_.RemoveAllChildren(*state_.projectRoot);
   state_.projectRoot->Clear();
@@ -200,24 +200,24 @@ void ProjectLifecycle::DiscardTree() {
   state_.activeApplication = nullptr;
   state_.currentNode = nullptr;
   state_.modified = 0;
-  state_.shapeChanged = false;
+  state_.structureChanged = false;
   state_.isOpen = false;
-  protection_.Forget();
-  state_.NoteTreeChange();
+  protection_.Clear();
+  state_.MarkTreeChanged();
 }
 
 std::int32_t ProjectLifecycle::CloseProject() {
   if (state_.isClosing || !services_.build.CanStartOperation()) return 0;
-  const std::uint64_t before = state_.projectEpoch;
+  const std::uint64_t before = state_.projectGeneration;
   if (services_.mainframeHandle != 0) {
     const Holding asking(state_.isClosing);
     const std::string path = state_.projectPath;
     if (host_.SendHost(kMsgProjectClosing, path, 0) == 0) return 0;
   }
   // The handler may have started a build or closed the project it was asked about.
-  if (state_.projectEpoch != before || services_.build.IsWorkerAlive()) return 0;
+  if (state_.projectGeneration != before || services_.build.IsWorkerAlive()) return 0;
 
-  ++state_.projectEpoch;
+  ++state_.projectGeneration;
   views_.StopStepTimer();
   views_.BeginTreeUpdate();
   views_.EndTreeUpdate();
@@ -226,11 +226,11 @@ std::int32_t ProjectLifecycle::CloseProject() {
   if (state_.isDefaultProject != 0 && state_.activeApplication != nullptr) {
     state_.RemoveContentChildren(*state_.activeApplication);
   }
-  publisher_.NoteClosing();
+  publisher_.MarkClosing();
   if (state_.isOpen && state_.modified != 0 && protection_.IsDamageHeld())
     host_.AddLogLine(kDamageHeld);
   WriteAndEmpty();
-  const std::uint64_t closed = state_.projectEpoch;
+  const std::uint64_t closed = state_.projectGeneration;
   services_.output->ResetLog();
   services_.output->UpdateReport();
   services_.propertyManager->BeginUpdate();
@@ -238,7 +238,7 @@ std::int32_t ProjectLifecycle::CloseProject() {
   services_.propertyManager->EndUpdate();
   ReportSave();
   const std::unique_ptr<ReplacedFiles> kept = saver_.TakeUnsaved();
-  if (state_.projectEpoch != closed) return 0;
+  if (state_.projectGeneration != closed) return 0;
   if (kept == nullptr) return 1;
   saver_.SetSaving(false);
   const std::string path = state_.projectPath;
@@ -256,7 +256,7 @@ void ProjectLifecycle::WriteAndEmpty() {
   if (mustSave) {
     saver_.SaveTreeFile(*state_.projectRoot, state_.projectPath);
   } else {
-    guard_.KeepRescued();
+    guard_.RetainRescued();
   }
   services_.output->SaveLog();
   services_.output->UpdateReport();
@@ -265,8 +265,8 @@ void ProjectLifecycle::WriteAndEmpty() {
   state_.currentNode = nullptr;
   state_.activeApplication = nullptr;
   state_.isOpen = false;
-  protection_.Forget();
-  state_.NoteTreeChange();
+  protection_.Clear();
+  state_.MarkTreeChanged();
 }
 
 // Repeats the messages of the save, because the close has cleared the log.
@@ -304,7 +304,7 @@ std::int32_t ProjectLifecycle::SaveProject() {
     const char* path = state_.projectRoot->GetChild(i)->GetAttrValue("Extern");
     if (paths_.MakeAbsolutePath(TextOf(path), file, nullptr) && isLost(file)) isMissing = true;
   }
-  if (state_.shapeChanged || isMissing) state_.NoteModified();
+  if (state_.structureChanged || isMissing) state_.MarkModified();
   saver_.SetSaving(true);
   const std::int32_t closed = CloseProject();
   saver_.SetSaving(false);
@@ -337,7 +337,7 @@ std::int32_t ProjectLifecycle::CreateProjectFile(const std::string& path,
   if (!CheckFileAccess(files_, path, kMustBeWritable | kCreateFolder, *services_.output)) return 0;
   const std::string text = root.ToString(g_xmlDisplayOptions);
   if (const Status written = WriteProjectFile(files_, path, text)) {
-    guard_.NoteWritten(path, text);
+    guard_.RecordWritten(path, text);
     // Remains of an old project. Errors don't matter.
     (void)files_.RemoveFile(WithExtension(path, ".tdb"));
     (void)files_.RemoveFile(WithExtension(path, ".dbi"));
@@ -347,7 +347,7 @@ std::int32_t ProjectLifecycle::CreateProjectFile(const std::string& path,
     // The file that was to be replaced still exists and must not be taken for the new project.
     if (files_.Exists(path)) return 0;
   }
-  state_.NoteModified();
+  state_.MarkModified();
   return 1;
 }
 

@@ -104,7 +104,7 @@ class ProjectLifecycle {
   const ProjectPaths& paths_;
   HostLink& host_;
   FileProtection& protection_;
-  FileGuard& guard_;
+  BackupGuard& guard_;
   DerivedData& derived_;
   TreeLoader& loader_;
   TreeSaver& saver_;

@@ -33,8 +33,8 @@ namespace tarn {
 // Errors: operations return 1 if done and 0 if not, and report most failures to the log only.
 //
 // Reentrancy: messages to the host are synchronous, and a handler may call any operation. Therefore
-// an operation must not use a node after sending a message unless `treeEpoch` or `projectEpoch`
-// shows that the tree has not changed in the meantime.
+// an operation must not use a node after sending a message unless `treeGeneration` or
+// `projectGeneration` shows that the tree has not changed in the meantime.
 class CProjectModel {
  public:
   // `disk` is borrowed for the lifetime of the model.
@@ -77,7 +77,7 @@ class CProjectModel {
   bool IsOpen() const { return state_.isOpen; }
   bool IsDefaultProject() const { return state_.IsDefaultProject(); }
   bool IsModified() const { return state_.modified != 0; }
-  std::uint64_t GetTreeEpoch() const { return state_.treeEpoch; }
+  std::uint64_t GetTreeGeneration() const { return state_.treeGeneration; }
   CXmlNode& GetProjectRoot() { return *state_.projectRoot; }
   CXmlNode* GetActiveApplication() { return state_.activeApplication; }
   CXmlNode* GetOwnCurrentNode() { return state_.currentNode; }

@@ -13,7 +13,7 @@ ProjectState::~ProjectState() = default;
 CXmlNode* ProjectState::GetCurrentNode() {
   if (CXmlNode* selected = services_.views.GetSelectedNode()) return selected;
   // A build traverses the nodes without selecting them.
-  if (CXmlNode* noted = services_.build.GetNotedNode()) return noted;
+  if (CXmlNode* noted = services_.build.GetSavedNode()) return noted;
   if (currentNode != nullptr) return currentNode;
   if (activeApplication != nullptr) return activeApplication;
   return projectRoot.get();
@@ -31,32 +31,32 @@ void ProjectState::RemoveContentChildren(CXmlNode& node) {
 }
 
 void ProjectState::FreeSubtree(CXmlNode& parent, CXmlNode* node) {
-  ForgetPointersInto(*node);
+  InvalidatePointersInto(*node);
   parent.RemoveChild(node);
-  NoteTreeChange();
+  MarkTreeChanged();
 }
 
-void ProjectState::ForgetPointersInto(const CXmlNode& node) {
-  services_.views.ForgetNode(node);
+void ProjectState::InvalidatePointersInto(const CXmlNode& node) {
+  services_.views.InvalidateNode(node);
   for (CXmlNode** pointer : {&currentNode, &activeApplication}) {
     if (IsAtOrBelow(*pointer, node)) *pointer = nullptr;
   }
-  services_.build.ForgetNode(node);
+  services_.build.InvalidateNode(node);
 }
 
-void ProjectState::NoteTreeChange() {
-  ++treeEpoch;
-  NoteUnpublished();
+void ProjectState::MarkTreeChanged() {
+  ++treeGeneration;
+  MarkUnpublished();
 }
 
-void ProjectState::NoteUnpublished() {
-  ++publishEpoch;
-  ++outputEpoch;
-  ForgetKeptTexts();
-  services_.build.NoteUnpublished();
+void ProjectState::MarkUnpublished() {
+  ++publishGeneration;
+  ++outputGeneration;
+  ClearCachedTexts();
+  services_.build.MarkUnpublished();
 }
 
-void ProjectState::ForgetKeptTexts() {
+void ProjectState::ClearCachedTexts() {
   if (!optionTexts.empty()) optionTexts.clear();
 }
 

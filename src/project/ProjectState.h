@@ -23,7 +23,7 @@ struct ProjectState {
 
   bool IsDefaultProject() const { return isDefaultProject != 0; }
   // Returns true if a save would have anything to write.
-  bool HasUnsaved() const { return isOpen && (modified != 0 || shapeChanged); }
+  bool HasUnsaved() const { return isOpen && (modified != 0 || structureChanged); }
 
   // Returns the node that commands apply to: the one selected in the window, else the one that was
   // current before a running build, else the current node, the active application or the root.
@@ -31,39 +31,39 @@ struct ProjectState {
   CXmlNode* GetCurrentNode();
   // Clears the record of which node is loaded in the property manager, so that it is loaded again
   // the next time it becomes current.
-  void ForgetCurrentNode() { currentNode = nullptr; }
+  void ClearCurrentNode() { currentNode = nullptr; }
 
-  void NoteModified() {
+  void MarkModified() {
     modified = 1;
     ++changeCount;
   }
   // Records that siblings were reordered.
-  void NoteReordered() {
-    NoteModified();
-    NoteUnpublished();
+  void MarkReordered() {
+    MarkModified();
+    MarkUnpublished();
   }
   // Records a change of the tree that does not set `modified`. The next load or save determines
   // whether the files are affected.
-  void NoteShapeChanged() {
-    shapeChanged = true;
+  void MarkStructureChanged() {
+    structureChanged = true;
     ++changeCount;
   }
   // Marks the project as unmodified: a close writes nothing until the next change.
   void DropChanges() {
     modified = 0;
-    shapeChanged = false;
+    structureChanged = false;
   }
   // Invalidates every pointer into the tree and everything cached about it; call it after nodes
   // were freed or added.
-  void NoteTreeChange();
+  void MarkTreeChanged();
   // Records that nodes lost their cached values or derived attributes.
-  void NoteUnpublished();
+  void MarkUnpublished();
   // Invalidates the cached serialized options; call it if stored options, configurations or the
   // tree itself changed.
-  void ForgetKeptTexts();
+  void ClearCachedTexts();
 
   // Clears every pointer into the subtree, which is about to be freed.
-  void ForgetPointersInto(const CXmlNode& node);
+  void InvalidatePointersInto(const CXmlNode& node);
   // Clears every pointer into the subtree, then frees it.
   void FreeSubtree(CXmlNode& parent, CXmlNode* node);
   void RemoveAllChildren(CXmlNode& node);
@@ -84,16 +84,16 @@ struct ProjectState {
   bool isOpen = false;     // true between a successful open and the next close
   bool isClosing = false;  // waiting for the host's consent, or writing files
   std::int32_t modified = 1;
-  bool shapeChanged = false;
+  bool structureChanged = false;
   std::int32_t creatingProject = 0;
 
   // Counts changes of anything that a save would write; occasionally incremented without need.
   std::uint64_t changeCount = 0;
-  std::uint64_t projectEpoch = 0;  // counts opens and closes
+  std::uint64_t projectGeneration = 0;  // counts opens and closes
   // Counts events that free nodes; node pointers obtained at an earlier value are invalid.
-  std::uint64_t treeEpoch = 0;
-  std::uint64_t publishEpoch = 0;  // counts those, and losses of published values
-  std::uint64_t outputEpoch = 0;   // counts those, and changes of output files
+  std::uint64_t treeGeneration = 0;
+  std::uint64_t publishGeneration = 0;  // counts those, and losses of published values
+  std::uint64_t outputGeneration = 0;   // counts those, and changes of output files
 
   // Serialized stored options and configurations, by the node that has them.
   std::unordered_map<const CXmlNode*, std::string> optionTexts;

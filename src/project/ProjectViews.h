@@ -11,8 +11,9 @@ namespace tarn {
 
 class CXmlNode;
 
-// Scope of a tree update: anything may change, or only the nodes reported through TellUpdated.
-enum class UpdateScope { Whole, Told };
+// Scope of a tree update: anything may change, or only the nodes reported through
+// NotifyNodeUpdated.
+enum class UpdateScope { Whole, ReportedNodes };
 
 // The project tree window.
 class IProjectWindow {
@@ -26,16 +27,17 @@ class IProjectWindow {
   virtual void StartStepTimer() = 0;
   virtual void StopStepTimer() = 0;
   // Bracket every change of the tree's structure; may be nested. The result does not depend on the
-  // scope, but an update whose scopes are all Told only costs as much as the reported changes.
+  // scope, but an update whose scopes are all ReportedNodes only costs as much as the reported
+  // changes.
   virtual void BeginTreeUpdate(UpdateScope scope) = 0;
   virtual void EndTreeUpdate() = 0;
   // Notifies the window that the node's text or children have changed.
-  virtual void TellUpdated(const CXmlNode& node) = 0;
+  virtual void NotifyNodeUpdated(const CXmlNode& node) = 0;
   virtual void ClearTree() = 0;
   virtual CXmlNode* GetSelectedNode() = 0;
   virtual void SelectTreeNode(CXmlNode* node) = 0;
   // Drops all pointers to the node and its descendants, which are about to be freed.
-  virtual void ForgetNode(const CXmlNode& node) = 0;
+  virtual void InvalidateNode(const CXmlNode& node) = 0;
 
  protected:
   ~IProjectWindow() = default;
@@ -88,8 +90,8 @@ class ProjectViews {
   void BeginTreeUpdate(UpdateScope scope = UpdateScope::Whole) const {
     if (project) project->BeginTreeUpdate(scope);
   }
-  void TellUpdated(const CXmlNode& node) const {
-    if (project) project->TellUpdated(node);
+  void NotifyNodeUpdated(const CXmlNode& node) const {
+    if (project) project->NotifyNodeUpdated(node);
   }
   void EndTreeUpdate() const {
     if (project) project->EndTreeUpdate();
@@ -101,8 +103,8 @@ class ProjectViews {
   void SelectTreeNode(CXmlNode* node) const {
     if (project) project->SelectTreeNode(node);
   }
-  void ForgetNode(const CXmlNode& node) const {
-    if (project) project->ForgetNode(node);
+  void InvalidateNode(const CXmlNode& node) const {
+    if (project) project->InvalidateNode(node);
   }
   void SetGlobalsFile(const std::string& path) const {
     if (classes) classes->SetGlobalsFile(path);

@@ -23,7 +23,7 @@ class PublishCursor {
   CXmlNode* Next(CXmlNode& root, std::uint64_t currentEpoch, const Test& isPublished,
                  const Test& isContent);
 
-  void Forget() { start_ = nullptr; }
+  void Reset() { start_ = nullptr; }
 
  private:
   static constexpr int kEnter = -1;

@@ -92,7 +92,7 @@ CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
   CXmlNode* values = node->AddCData(services_.propertyManager->GetValuesAsText("", "", ""));
   WriteMarker(*node, config);
   WriteDerivedAttributes(*node);
-  services_.build.NotePublished(*node);
+  services_.build.MarkPublished(*node);
   return values;
 }
 
@@ -205,7 +205,7 @@ void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   const char* oldListing = node.GetAttrValue("ListingFile");
   const bool isSame = oldOutput != nullptr && outputFile == oldOutput && oldListing != nullptr &&
                       listingFile == oldListing;
-  if (!isSame) ++state_.outputEpoch;
+  if (!isSame) ++state_.outputGeneration;
   node.SetAttrValue("OutputFile", outputFile);
   node.SetAttrValue("ListingFile", listingFile);
   if (!dbiFile.empty()) node.SetAttrValue("DBIFile", dbiFile);
@@ -236,10 +236,10 @@ CXmlNode* Publisher::LoadNodeOptions(CXmlNode* node, bool force) {
   RestorePropState(*node);
   services_.propertyManager->EndUpdate();
 
-  const std::uint64_t epoch = state_.treeEpoch;
+  const std::uint64_t epoch = state_.treeGeneration;
   host_.SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings",
                  kOptionsPane);
-  if (state_.treeEpoch != epoch) return nullptr;
+  if (state_.treeGeneration != epoch) return nullptr;
   if (state_.currentNode == node)
     LoadToolCommands(*node);  // a handler may have selected another node
   return values;
@@ -304,22 +304,22 @@ void Publisher::SendActiveApplication() {
 
 void Publisher::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
-  services_.build.NoteSelected(node);
-  const CXmlNode* notedApplication = state_.activeApplication;
-  const CXmlNode* notedNode = state_.currentNode;
+  services_.build.MarkSelected(node);
+  const CXmlNode* savedApplication = state_.activeApplication;
+  const CXmlNode* savedNode = state_.currentNode;
   if (state_.currentNode != nullptr) RenewPropState(*state_.currentNode);
-  const std::uint64_t epoch = state_.treeEpoch;
+  const std::uint64_t epoch = state_.treeGeneration;
   LoadNodeOptions(node, false);
-  if (state_.treeEpoch != epoch) return;
-  if (state_.activeApplication != nullptr && state_.activeApplication != notedApplication) {
+  if (state_.treeGeneration != epoch) return;
+  if (state_.activeApplication != nullptr && state_.activeApplication != savedApplication) {
     SendActiveApplication();
-    if (state_.treeEpoch != epoch) return;
+    if (state_.treeGeneration != epoch) return;
     views_.SetGlobalsFile(paths_.GlobalsFileOf(*state_.activeApplication));
     RunAutoDebugStep();
   }
-  if (state_.currentNode != nullptr && state_.currentNode != notedNode) {
+  if (state_.currentNode != nullptr && state_.currentNode != savedNode) {
     host_.SendHost(kMsgCurrentNodeChanged, TextOf(state_.currentNode->GetAttrValue("Path")), 0);
-    if (state_.treeEpoch != epoch) return;
+    if (state_.treeGeneration != epoch) return;
   }
   if (views_.GetSelectedNode() != node) views_.SelectTreeNode(node);
 }
@@ -332,7 +332,7 @@ std::int32_t Publisher::SetActiveApplication(CXmlNode* application) {
                 present);
   if (present != nullptr) {
     if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
-    if (present != application) state_.NoteModified();
+    if (present != application) state_.MarkModified();
   }
   application->SetAttrValue("highlight", "yes");
   state_.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
@@ -343,7 +343,7 @@ std::int32_t Publisher::SetActiveApplication(CXmlNode* application) {
 std::int32_t Publisher::PublishNextNode(CXmlNode* node) {
   if (node == nullptr) return 0;
   CXmlNode* next = publishCursor_.Next(
-      *node, state_.publishEpoch,
+      *node, state_.publishGeneration,
       [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; }, IsContentNode);
   if (next == nullptr) return 0;
   paths_.FindEnclosingApplication(next, state_.activeApplication);
@@ -357,15 +357,16 @@ std::int32_t Publisher::PublishNextNode(CXmlNode* node) {
 
 std::int32_t Publisher::PublishTick() {
   // The worker publishes what it needs, and a nested tick would lose the search position.
-  if (inPublishTick_ || services_.build.IsWorkerAlive() || services_.build.IsBuildingHere())
+  if (inPublishTick_ || services_.build.IsWorkerAlive() ||
+      services_.build.IsBuildingSynchronously())
     return 0;
   inPublishTick_ = true;
-  const std::uint64_t opened = state_.projectEpoch;
-  CXmlNode* const notedNode = state_.currentNode;
-  CXmlNode* const notedApplication = state_.activeApplication;
-  if (notedNode != nullptr) {
+  const std::uint64_t opened = state_.projectGeneration;
+  CXmlNode* const savedNode = state_.currentNode;
+  CXmlNode* const savedApplication = state_.activeApplication;
+  if (savedNode != nullptr) {
     services_.propertyManager->BeginUpdate();
-    RenewPropState(*notedNode);
+    RenewPropState(*savedNode);
   }
   std::int32_t remains = 1;
   int published = 0;
@@ -373,13 +374,13 @@ std::int32_t Publisher::PublishTick() {
     ++published;
   }
 
-  const std::uint64_t epoch = state_.treeEpoch;
+  const std::uint64_t epoch = state_.treeGeneration;
   // Restores even if the tree is finished: the user's next change belongs to the node that was
   // current.
-  if (published > 0) RestoreCurrent(notedApplication, notedNode);
-  if (state_.projectEpoch == opened) inPublishTick_ = false;
-  if (state_.treeEpoch != epoch) {
-    if (notedNode != nullptr) services_.propertyManager->EndUpdate();
+  if (published > 0) RestoreCurrent(savedApplication, savedNode);
+  if (state_.projectGeneration == opened) inPublishTick_ = false;
+  if (state_.treeGeneration != epoch) {
+    if (savedNode != nullptr) services_.propertyManager->EndUpdate();
     return 0;
   }
   if (remains == 0) views_.StopStepTimer();
@@ -391,7 +392,7 @@ std::int32_t Publisher::PublishTick() {
   if (state_.activeApplication != nullptr) {
     host_.SendHost(kMsgApplicationKnown, TextOf(state_.activeApplication->GetAttrValue("Path")),
                    GetCurrentConfigName());
-    if (state_.treeEpoch != epoch) return 0;
+    if (state_.treeGeneration != epoch) return 0;
   }
   RunAutoDebugStep();
   return 0;
@@ -399,7 +400,7 @@ std::int32_t Publisher::PublishTick() {
 
 bool Publisher::HasUnpublished() {
   return publishCursor_.Next(
-             *state_.projectRoot, state_.publishEpoch,
+             *state_.projectRoot, state_.publishGeneration,
              [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
              IsContentNode) != nullptr;
 }
@@ -421,7 +422,8 @@ bool Publisher::PublishFor(std::chrono::milliseconds time) {
 }
 
 bool Publisher::PublishChildren(CXmlNode* parent) {
-  if (parent == nullptr || services_.build.IsBuildingHere() || !CanPublishAside()) return false;
+  if (parent == nullptr || services_.build.IsBuildingSynchronously() || !CanPublishAside())
+    return false;
   std::vector<CXmlNode*> unpublished;
   for (CXmlNode* const child : parent->GetChildren()) {
     const bool isDue = IsContentNode(*child) && FindStoredValues(*child) == nullptr;
@@ -441,24 +443,24 @@ bool Publisher::CanPublishAside() const {
 
 // Runs `publish`, which returns true if it published anything, and then restores the current node.
 void Publisher::PublishAside(const std::function<bool()>& publish) {
-  CXmlNode* const notedNode = state_.currentNode;
-  CXmlNode* const notedApplication = state_.activeApplication;
+  CXmlNode* const savedNode = state_.currentNode;
+  CXmlNode* const savedApplication = state_.activeApplication;
   services_.propertyManager->BeginUpdate();
-  if (notedNode != nullptr) RenewPropState(*notedNode);
+  if (savedNode != nullptr) RenewPropState(*savedNode);
   const bool published = publish();
-  const std::uint64_t epoch = state_.treeEpoch;
-  if (published) RestoreCurrent(notedApplication, notedNode);
-  if (state_.treeEpoch == epoch && state_.currentNode != nullptr)
+  const std::uint64_t epoch = state_.treeGeneration;
+  if (published) RestoreCurrent(savedApplication, savedNode);
+  if (state_.treeGeneration == epoch && state_.currentNode != nullptr)
     RestorePropState(*state_.currentNode);
   services_.propertyManager->EndUpdate();
 }
 
 void Publisher::PublishSubtree(CXmlNode& node) {
-  CXmlNode* const notedApplication = state_.activeApplication;
+  CXmlNode* const savedApplication = state_.activeApplication;
   bool published = false;
   while (PublishNextNode(&node)) published = true;
   if (!published) return;
-  state_.activeApplication = notedApplication;
+  state_.activeApplication = savedApplication;
   state_.currentNode = nullptr;
 }
 

@@ -19,9 +19,9 @@ namespace tarn {
 // their option values and writes what others need of them to the nodes. Decides
 // which node and which application are current.
 //
-// Calling sequence: NoteOpened after a project was opened; then nodes are published one by one as
+// Calling sequence: MarkOpened after a project was opened; then nodes are published one by one as
 // they become current, a few per PublishTick in the background, or all together by PublishAll;
-// NoteClosing before the project is closed. DerivedData unpublishes.
+// MarkClosing before the project is closed. DerivedData unpublishes.
 //
 // Borrows everything; main thread only. Publishing never fails; a handler of a message may change
 // the tree, see HostLink.
@@ -93,9 +93,9 @@ class Publisher {
   }
   // Returns true if the user stopped background publishing for this project.
   bool IsPublishingStopped() const { return publishingStopped_; }
-  void NoteOpened() { publishingStopped_ = false; }
+  void MarkOpened() { publishingStopped_ = false; }
   // A tick that is running restores nothing of this project any more.
-  void NoteClosing() { inPublishTick_ = false; }
+  void MarkClosing() { inPublishTick_ = false; }
 
  private:
   void PublishFromParent(CXmlNode& node, bool force);

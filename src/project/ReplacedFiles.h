@@ -3,14 +3,14 @@
 #include <map>
 #include <string>
 
-#include "project/FileGuard.h"
+#include "project/BackupGuard.h"
 
 namespace tarn {
 
 // Contents from which a project is read instead of its files, by absolute path.
 struct ReplacedFiles {
   std::map<std::string, std::string> texts;
-  FileGuard former;  // knows the contents on disk
+  BackupGuard former;  // knows the contents on disk
 
   // Returns nullptr if the file is to be read from disk.
   const std::string* Find(const std::string& path) const {

@@ -10,12 +10,12 @@ namespace tarn {
 namespace {
 
 // Removes data derived for the location that the copy was taken from.
-void ForgetDerived(CXmlNode& node) {
+void ClearDerived(CXmlNode& node) {
   if (CXmlAttr* built = node.GetAttr("LastBuilt")) node.RemoveAttr(built);
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (IsContentNode(*child)) {
-      ForgetDerived(*child);
+      ClearDerived(*child);
     } else if (child->NameView() == "PropState" || child->NameView() == "Dependencies") {
       node.RemoveChild(child);
     }
@@ -60,19 +60,19 @@ std::int32_t TreeEditor::RemoveItem(const char* itemname) {
   CXmlNode* const node = FindItem(itemname);
   if (node == nullptr) return 0;
   CXmlNode* const holder = node->GetParent();
-  state_.NoteModified();
-  std::uint64_t epoch = state_.treeEpoch;
+  state_.MarkModified();
+  std::uint64_t epoch = state_.treeGeneration;
   if (holder == nullptr) {
     if (state_.currentNode == node) state_.currentNode = nullptr;
   } else {
-    const TreeUpdate update(views_, UpdateScope::Told);
+    const TreeUpdate update(views_, UpdateScope::ReportedNodes);
     state_.FreeSubtree(*holder, node);
-    views_.TellUpdated(*holder);
+    views_.NotifyNodeUpdated(*holder);
     // Otherwise a node with the same name would be selected for a moment.
     if (views_.GetSelectedNode() == nullptr) views_.SelectTreeNode(holder);
-    epoch = state_.treeEpoch;
+    epoch = state_.treeGeneration;
   }
-  if (state_.treeEpoch == epoch) publisher_.SetCurrentNode(holder);
+  if (state_.treeGeneration == epoch) publisher_.SetCurrentNode(holder);
   publisher_.RunAutoDebugStep();
   return 1;
 }
@@ -96,9 +96,9 @@ CXmlNode* TreeEditor::Paste(CXmlNode* target) {
   if (!types_.CanContain(holder, clipboardNode_.get())) return nullptr;
   auto copy = std::make_unique<CXmlNode>();
   copy->CopyFrom(*clipboardNode_);
-  ForgetDerived(*copy);
+  ClearDerived(*copy);
   derived_.ResetNodeCache(*copy, true);
-  state_.NoteModified();
+  state_.MarkModified();
   return AttachNode(*holder, std::move(copy), Opens::No, isBefore ? target : nullptr);
 }
 
@@ -116,7 +116,7 @@ void TreeEditor::MoveNode(CXmlNode* node, CXmlNode* target) {
     if (above == node) return;
   }
   const TreeUpdate update(views_);
-  state_.NoteModified();
+  state_.MarkModified();
   if (!CopyNode(node)) return;
   CXmlNode* const copy = Paste(target == nullptr ? state_.GetCurrentNode() : target);
   if (copy == nullptr) return;
@@ -129,14 +129,15 @@ CXmlNode* TreeEditor::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> nod
   CXmlNode* attached = nullptr;
   std::uint64_t epoch = 0;
   {
-    const TreeUpdate update(views_, UpdateScope::Told);  // records first which nodes are expanded
+    const TreeUpdate update(views_,
+                            UpdateScope::ReportedNodes);  // records first which nodes are expanded
     if (opens == Opens::Yes) parent.SetAttrValue("sate", "32");
     attached = parent.InsertChildBefore(std::move(node), before);
-    views_.TellUpdated(parent);
-    state_.NoteTreeChange();
-    epoch = state_.treeEpoch;
+    views_.NotifyNodeUpdated(parent);
+    state_.MarkTreeChanged();
+    epoch = state_.treeGeneration;
   }
-  return state_.treeEpoch == epoch ? attached : nullptr;
+  return state_.treeGeneration == epoch ? attached : nullptr;
 }
 
 }  // namespace tarn

@@ -83,12 +83,12 @@ void DropStoredValues(CXmlNode& node) {
 }  // namespace
 
 std::int32_t TreeLoader::LoadProjectFile(const ReplacedFiles* replacedFiles) {
-  const std::uint64_t opened = state_.projectEpoch;
+  const std::uint64_t opened = state_.projectGeneration;
   // A handler of a log message may open another project while this one is being read.
   std::vector<std::string> outer = std::exchange(loadingFiles_, {});
   const ReplacedFiles* const outerReplaced = std::exchange(replaced_, replacedFiles);
   const std::int32_t loaded = LoadTreeFile(*state_.projectRoot, state_.projectPath);
-  if (loaded && state_.projectEpoch == opened) CheckActiveApplication();
+  if (loaded && state_.projectGeneration == opened) CheckActiveApplication();
   loadingFiles_ = std::move(outer);
   replaced_ = outerReplaced;
   return loaded;
@@ -110,17 +110,17 @@ std::int32_t TreeLoader::LoadTreeFile(CXmlNode& node, const std::string& fileNam
     }
     return 0;
   }
-  const std::uint64_t epoch = state_.treeEpoch;
+  const std::uint64_t epoch = state_.treeGeneration;
   const bool isReplaced = replaced_ != nullptr && replaced_->Find(absolute) != nullptr;
   const bool isThere =
       isReplaced || CheckFileAccess(files_, absolute, kMustExist, *services_.output) != 0;
-  if (!isThere || state_.treeEpoch != epoch) return 0;
+  if (!isThere || state_.treeGeneration != epoch) return 0;
   // A read-only project is opened anyway; the log says that it cannot be saved. A file that can't
   // be read is reported below.
   if (!isReplaced && !onlyReads_ && files_.CanRead(absolute)) {
     CheckFileAccess(files_, absolute, kMustBeWritable, *services_.output);
   }
-  if (state_.treeEpoch != epoch) return 0;
+  if (state_.treeGeneration != epoch) return 0;
 
   loadingFiles_.push_back(absolute);
   const std::int32_t done = LoadTreeText(node, absolute) ? LoadExternChildren(node, epoch) : 0;
@@ -129,13 +129,13 @@ std::int32_t TreeLoader::LoadTreeFile(CXmlNode& node, const std::string& fileNam
 }
 
 std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolute) {
-  const std::uint64_t epoch = state_.treeEpoch;
+  const std::uint64_t epoch = state_.treeGeneration;
   const std::string* const own = replaced_ == nullptr ? nullptr : replaced_->Find(absolute);
   const Result<std::string> text =
       own == nullptr ? files_.ReadWholeFile(absolute) : Result<std::string>(*own);
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
-      guard_.NoteRead(absolute, {}, true);
+      guard_.RecordRead(absolute, {}, true);
       FileDamage unread{absolute, 0, "reading the file failed: " + text.GetError().text};
       unread.isUnread = true;
       protection_.SetDamageOf(absolute, {unread});
@@ -165,13 +165,13 @@ std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolut
   }
   std::vector<FileDamage> found = collector.Collect(absolute);
   // Damage kept in the tree is not necessarily written back to the same position.
-  guard_.NoteRead(absolute, *text, !isWhole || !found.empty());
+  guard_.RecordRead(absolute, *text, !isWhole || !found.empty());
   if (own != nullptr) guard_.TakeOver(replaced_->former, absolute);
   protection_.SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
   if (&node != state_.projectRoot.get()) bare.Complete(node, isWhole && hasName, types_);
   if (!isWellFormed) services_.output->WriteMessage(kRowMalformedXml, {absolute});
-  return state_.treeEpoch == epoch ? 1 : 0;
+  return state_.treeGeneration == epoch ? 1 : 0;
 }
 
 // The project file lists its applications and names the active one by its label. If no listed
@@ -179,7 +179,7 @@ std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolut
 // one in the application's own file.
 void TreeLoader::CheckActiveApplication() {
   const std::string active = TextOf(state_.projectRoot->GetAttrValue("ActiveApp"));
-  const std::string* const text = guard_.TextOf(state_.projectPath);
+  const std::string* const text = guard_.ContentOf(state_.projectPath);
   const auto isListedIn = [&](const CXmlNode& root) {
     const auto children = root.GetChildren();
     return std::any_of(children.begin(), children.end(), [&](const CXmlNode* child) {
@@ -196,7 +196,7 @@ void TreeLoader::CheckActiveApplication() {
   protection_.AddDamage({state_.projectPath, 1 + CountLineEnds(*text, 0, start),
                          "the application \"" + active + "\", which is the active one, is missing",
                          true});
-  guard_.NoteDamaged(state_.projectPath);
+  guard_.MarkDamaged(state_.projectPath);
 }
 
 // An application's path is where it was read from, whatever its file says: it may have been moved
@@ -216,8 +216,8 @@ std::int32_t TreeLoader::LoadExternChildren(CXmlNode& node, std::uint64_t epoch)
       services_.output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
                                      "the project file has no path for it");
     }
-    const bool isLoaded = state_.treeEpoch == epoch && LoadTreeFile(child, fileName);
-    if (state_.treeEpoch != epoch) return 0;
+    const bool isLoaded = state_.treeGeneration == epoch && LoadTreeFile(child, fileName);
+    if (state_.treeGeneration != epoch) return 0;
     if (isLoaded) {
       SetReference(child, fileName);
     } else {

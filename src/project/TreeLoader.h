@@ -50,7 +50,7 @@ class TreeLoader {
   ProjectState& state_;
   const ProjectPaths& paths_;
   FileProtection& protection_;
-  FileGuard& guard_;
+  BackupGuard& guard_;
   bool onlyReads_ = false;
   RepeatedReads repeatedReads_;              // of the outermost file being loaded
   std::vector<std::string> loadingFiles_;    // files being read, outermost first

@@ -122,7 +122,7 @@ void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
   const FileSaver saver(files_, guard_, types_);
   // A file that was never saved must not re-create a moved folder either.
   const bool isGone =
-      guard_.TextOf(state_.projectPath) != nullptr && !files_.Exists(state_.projectFolder);
+      guard_.ContentOf(state_.projectPath) != nullptr && !files_.Exists(state_.projectFolder);
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
     const std::string& target = file.plan.absolute;
@@ -131,7 +131,7 @@ void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
       file.plan.problem = "the folder " + state_.projectFolder + " does not exist";
     }
     // An option of the application may name any file as its own.
-    if (file.plan.problem.empty() && guard_.TextOf(target) == nullptr) {
+    if (file.plan.problem.empty() && guard_.ContentOf(target) == nullptr) {
       const Result<bool> exists = files_.CheckExists(target);
       if (!exists) file.plan.problem = exists.GetError().text;
       if (exists && *exists) file.plan.problem = "it is not a file that the project was read from";
@@ -146,7 +146,7 @@ void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
   }
 }
 
-std::vector<FileText> TreeSaver::MakeFileTexts() {
+std::vector<FileText> TreeSaver::RenderFiles() {
   std::vector<FileText> texts;
   if (!state_.isOpen) return texts;
   CXmlNode copy;
@@ -209,31 +209,31 @@ void TreeSaver::SavePendingFile(PendingFile& file, const std::vector<PendingFile
     if (other->plan.own == file.plan.own) {
       file.isSaved = other->isSaved;
     } else {
-      LoseNothing(file, kSharedFile);
+      SaveElsewhereAndLog(file, kSharedFile);
     }
     return;
   }
   if (!file.plan.isNeeded) {
     ReportUnneeded(file.plan, savedFiles_);
-    NoteSaved(file.plan);
+    MarkSaved(file.plan);
   } else if (!file.plan.problem.empty()) {
-    LoseNothing(file, file.plan.problem);
+    SaveElsewhereAndLog(file, file.plan.problem);
   } else if (const FileAccess access =
                  GetFileAccess(files_, target, kMustBeWritable | kCreateFolder);
              !ReportFileAccess(access, *services_.output, target)) {
     // ReportFileAccess has already logged the error.
-    KeepElsewhere(file, access.reason.place + ": " + access.reason.text);
+    SaveElsewhere(file, access.reason.place + ": " + access.reason.text);
   } else if (const Status written = WriteTreeFile(file.plan); !written) {
     if (written.GetError().code == ErrorCode::ReadOnly) {
       services_.output->WriteMessage(kRowReadOnly, {target});
     }
-    LoseNothing(file, written.GetError().text);
+    SaveElsewhereAndLog(file, written.GetError().text);
   }
 }
 
 // The file has the content in memory, unless a part of it was dropped because of a conflict.
-void TreeSaver::NoteSaved(const SavePlan& plan) {
-  guard_.NoteWritten(plan.absolute, plan.text);
+void TreeSaver::MarkSaved(const SavePlan& plan) {
+  guard_.RecordWritten(plan.absolute, plan.text);
   if (plan.conflicts.empty()) guard_.RemoveRescued(plan.absolute);
 }
 
@@ -248,14 +248,14 @@ Status TreeSaver::WriteTreeFile(const SavePlan& plan) {
   SavedFile report;
   const Status written = FileSaver(files_, guard_, types_).Write(plan, report);
   if (!written) return written;
-  NoteSaved(plan);
+  MarkSaved(plan);
   protection_.SetDamageOf(plan.absolute, {});
   if (!report.ToLines().empty()) savedFiles_.push_back(std::move(report));
   return {};
 }
 
 // Saves the content of a file that could not be written to a different path, and reports that.
-void TreeSaver::KeepElsewhere(PendingFile& file, const std::string& reason) {
+void TreeSaver::SaveElsewhere(PendingFile& file, const std::string& reason) {
   file.isSaved = false;
   SavedFile report;
   report.path = file.plan.absolute;
@@ -264,14 +264,14 @@ void TreeSaver::KeepElsewhere(PendingFile& file, const std::string& reason) {
   const std::string beside =
       file.isOutside ? JoinPath(state_.projectFolder, FileNameOf(report.path)) : report.path;
   report.copy = guard_.Rescue(beside, file.plan.own, services_.dataPath);
-  if (isSaving_) guard_.NoteRescued(report.path, report.copy, file.plan.own);
+  if (isSaving_) guard_.RecordRescued(report.path, report.copy, file.plan.own);
   if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles_.push_back(std::move(report));
 }
 
-// Same as `KeepElsewhere()`, but also logs the error.
-void TreeSaver::LoseNothing(PendingFile& file, const std::string& reason) {
-  KeepElsewhere(file, reason);
+// Same as `SaveElsewhere()`, but also logs the error.
+void TreeSaver::SaveElsewhereAndLog(PendingFile& file, const std::string& reason) {
+  SaveElsewhere(file, reason);
   services_.output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
@@ -295,7 +295,7 @@ void TreeSaver::RefuseFiles(std::vector<PendingFile>& pending, const std::string
     if (!isSaving_ || !savesWhole_) {
       report.copy = savesWhole_ ? guard_.RescueTo(services_.dataPath, report.path, file.plan.own)
                                 : guard_.Rescue(report.path, file.plan.own, services_.dataPath);
-      if (isSaving_) guard_.NoteRescued(report.path, report.copy, file.plan.own);
+      if (isSaving_) guard_.RecordRescued(report.path, report.copy, file.plan.own);
       if (report.copy.empty()) report.problem += "; no copy could be written either";
     }
     savedFiles_.push_back(std::move(report));

@@ -42,7 +42,7 @@ class TreeSaver {
   // GetSavedFiles.
   std::int32_t SaveTreeFile(CXmlNode& node, const std::string& fileName);
   // Returns the files, by absolute path, exactly as a save would write them now. Changes nothing.
-  std::vector<FileText> MakeFileTexts();
+  std::vector<FileText> RenderFiles();
   // Makes saves atomic: all files of the project are written, or none. By default a save writes as
   // many as it can.
   void SaveAllOrNone(bool isWanted) { savesWhole_ = isWanted; }
@@ -83,10 +83,10 @@ class TreeSaver {
   void PrepareFiles(std::vector<PendingFile>& pending);
   std::string DescribeOutside(const SavePlan& plan) const;
   Status WriteTreeFile(const SavePlan& plan);
-  void NoteSaved(const SavePlan& plan);
+  void MarkSaved(const SavePlan& plan);
   void ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports);
-  void KeepElsewhere(PendingFile& file, const std::string& reason);
-  void LoseNothing(PendingFile& file, const std::string& reason);
+  void SaveElsewhere(PendingFile& file, const std::string& reason);
+  void SaveElsewhereAndLog(PendingFile& file, const std::string& reason);
   void KeepUnsaved(const std::vector<PendingFile>& pending);
   // `place` is the file that caused the refusal; empty if none did.
   void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
@@ -98,7 +98,7 @@ class TreeSaver {
   ProjectState& state_;
   const ProjectPaths& paths_;
   FileProtection& protection_;
-  FileGuard& guard_;
+  BackupGuard& guard_;
   DerivedData& derived_;
   bool savesWhole_ = false;
   std::vector<SavedFile> savedFiles_;       // of the last save or close

@@ -20,7 +20,7 @@ class TypesByExtension {
   // nullptr.
   const CXmlNode* Find(std::string_view path);
   // Invalidates the index; call it if type definitions may have changed.
-  void Forget() { isKnown_ = false; }
+  void Invalidate() { isKnown_ = false; }
 
  private:
   void Fill();

@@ -43,7 +43,7 @@ void TreeSaver::SaveAllPending(std::vector<PendingFile>& pending) {
     return;
   }
   for (const PendingFile& file : pending) {
-    NoteSaved(file.plan);
+    MarkSaved(file.plan);
     if (file.plan.isNeeded) protection_.SetDamageOf(file.plan.absolute, {});
   }
   for (SavedFile& each : reports) {

@@ -62,7 +62,7 @@ void CProjectWnd::OnDestroy() {
   CloseNameEditor();
 }
 
-void CProjectWnd::ForgetModel() {
+void CProjectWnd::DetachModel() {
   KillTimer(kStepTimer);
   isStepping_ = false;
   tree_.SetXmlRoot(nullptr);
@@ -198,7 +198,7 @@ void CProjectWnd::BeginTreeUpdate(UpdateScope scope) {
   ++updateDepth_;
 }
 
-void CProjectWnd::TellUpdated(const CXmlNode& node) {
+void CProjectWnd::NotifyNodeUpdated(const CXmlNode& node) {
   updated_.insert(&node);
 }
 
@@ -229,14 +229,14 @@ void CProjectWnd::SelectTreeNode(CXmlNode* node) {
   tree_.SelectNode(node);
 }
 
-void CProjectWnd::ForgetNode(const CXmlNode& node) {
-  tree_.ForgetNode(node);
-  if (!updated_.empty()) ForgetUpdated(node);
+void CProjectWnd::InvalidateNode(const CXmlNode& node) {
+  tree_.InvalidateNode(node);
+  if (!updated_.empty()) ClearUpdated(node);
 }
 
-void CProjectWnd::ForgetUpdated(const CXmlNode& node) {
+void CProjectWnd::ClearUpdated(const CXmlNode& node) {
   updated_.erase(&node);
-  for (const CXmlNode* const child : node.GetChildren()) ForgetUpdated(*child);
+  for (const CXmlNode* const child : node.GetChildren()) ClearUpdated(*child);
 }
 
 void CProjectWnd::StartStepTimer() {

@@ -27,7 +27,7 @@ namespace tarn {
 // so no pointer into the tree is kept across one.
 class CProjectWnd : public CWnd, public IProjectWindow {
  public:
-  // All references are borrowed and must outlive the window, unless ForgetModel() is called; `host`
+  // All references are borrowed and must outlive the window, unless DetachModel() is called; `host`
   // is the main frame, 0 for no host.
   CProjectWnd(FileSystem& fileSystem, Settings& userSettings, CProjectModel& projectModel,
               CPropertyManagerDriver& properties, WindowHandle host);
@@ -42,7 +42,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   void SetKeeper(IDispatch* object) { keeper_ = object; }
   // Called before the model and the drivers are destroyed, if this window outlives them. From then
   // on the window uses neither them nor the keeper.
-  void ForgetModel();
+  void DetachModel();
 
   // IProjectWindow implementation.
   bool SetProjectRoot(CXmlNode* root) override;
@@ -51,8 +51,8 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   void ClearTree() override;
   CXmlNode* GetSelectedNode() override;
   void SelectTreeNode(CXmlNode* node) override;
-  void TellUpdated(const CXmlNode& node) override;
-  void ForgetNode(const CXmlNode& node) override;
+  void NotifyNodeUpdated(const CXmlNode& node) override;
+  void InvalidateNode(const CXmlNode& node) override;
   void RepaintWindow() override { Invalidate(); }
   void RepaintTree() override { tree_.Invalidate(); }
   void StartStepTimer() override;
@@ -78,7 +78,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
                           std::intptr_t lParam) override;
 
  private:
-  void ForgetUpdated(const CXmlNode& node);
+  void ClearUpdated(const CXmlNode& node);
   void AddButtons();
   std::unique_ptr<CMenu> MakeShowMenu() const;
   void LoadTypePictures(const CXmlNode& types);

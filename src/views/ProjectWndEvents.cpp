@@ -51,7 +51,7 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
       OnKey(static_cast<int>(wParam));
       break;
     case kXmlTreeReorder:
-      if (model_ != nullptr) model_->State().NoteReordered();
+      if (model_ != nullptr) model_->State().MarkReordered();
       break;
     default:
       break;

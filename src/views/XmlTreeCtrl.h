@@ -30,8 +30,8 @@ struct CXmlTreeImage {
 //
 // The nodes are owned by the owner; the items reflect the tree at the last fill. Code that changes
 // the structure of the tree must call SaveViewState() before and Refill() after the change, and
-// ForgetNode() before a node is freed. The handler of any message may call any function, or destroy
-// the control.
+// InvalidateNode() before a node is freed. The handler of any message may call any function, or
+// destroy the control.
 class CXmlTreeCtrl : public CTreeCtrl {
  public:
   CXmlTreeCtrl() = default;
@@ -66,7 +66,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   // Stores in each node whether it is expanded, and records the selected node and its label.
   void SaveViewState();
   // Called before the node and its descendants are freed. Clears all references to them.
-  void ForgetNode(const CXmlNode& node);
+  void InvalidateNode(const CXmlNode& node);
 
   // --- Selection ---
 
@@ -146,7 +146,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void FindMatches();
   void SaveExpansion();
   // Returns true if the root of the shown tree was one of the nodes.
-  bool ForgetSubtree(const CXmlNode& node);
+  bool InvalidateSubtree(const CXmlNode& node);
 
   void SendSelected(XmlTreeMessage message);
   void ReorderSelected(bool upwards);

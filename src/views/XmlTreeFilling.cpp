@@ -248,11 +248,11 @@ void CXmlTreeCtrl::SaveExpansion() {
   }
 }
 
-void CXmlTreeCtrl::ForgetNode(const CXmlNode& node) {
-  if (ForgetSubtree(node)) SetXmlRoot(nullptr);
+void CXmlTreeCtrl::InvalidateNode(const CXmlNode& node) {
+  if (InvalidateSubtree(node)) SetXmlRoot(nullptr);
 }
 
-bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
+bool CXmlTreeCtrl::InvalidateSubtree(const CXmlNode& node) {
   bool isRootGoing = &node == rootNode_;
   if (&node == currentNode_) currentNode_ = nullptr;
   if (&node == selectedNode_) selectedNode_ = nullptr;
@@ -262,7 +262,7 @@ bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
     items_.erase(found);
   }
   for (int i = 0; i < node.GetChildCount(); ++i) {
-    isRootGoing = ForgetSubtree(*node.GetChild(i)) || isRootGoing;
+    isRootGoing = InvalidateSubtree(*node.GetChild(i)) || isRootGoing;
   }
   return isRootGoing;
 }

@@ -176,7 +176,7 @@ const UserAct kUserActs[] = {
     {"properties", [](Windowed& w) { w.Window().GetToolBar().NotifyButton(32776); }},
     {"dependencies",
      [](Windowed& w) {
-       w.Model().State().ForgetCurrentNode();
+       w.Model().State().ClearCurrentNode();
        SendWindowMessage(w.Window().GetHandle(), kMsgCommand, 32774, 0);
      }},
     {"publishing",

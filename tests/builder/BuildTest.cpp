@@ -152,7 +152,7 @@ TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {
     EXPECT_EQ(world.model->Options().SelectConfiguration("Other"), 0);
     world.builder->RequestStop();
     EXPECT_EQ(world.model->CloseProject(), 0) << "a stop request must not free the tree";
-    EXPECT_EQ(world.builder->BuildHere(), 0);
+    EXPECT_EQ(world.builder->BuildSynchronously(), 0);
   };
   world.Build(kWorkerBuildAll);
   EXPECT_NE(world.Node("a.c"), nullptr);
@@ -191,12 +191,12 @@ TEST(Build, ABuilderThatDiesWaitsForItsWorker) {
 TEST(Build, BuildingOnTheHostsThreadWritesNoEndAndChangesNoState) {
   BuildWorld world;
   world.Open();
-  EXPECT_EQ(world.builder->BuildHere(), 1);
+  EXPECT_EQ(world.builder->BuildSynchronously(), 1);
   EXPECT_EQ(world.builder->GetBuildState(), StateIdle);
   EXPECT_THAT(world.host.LinesOf(kMsgWorkerEnded), IsEmpty());
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"));
   world.builder->RequestStop();
-  EXPECT_EQ(world.builder->BuildHere(), 0)
+  EXPECT_EQ(world.builder->BuildSynchronously(), 0)
       << "a stop asked for while idle holds until a worker starts";
 }
 

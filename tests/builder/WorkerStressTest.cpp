@@ -75,7 +75,7 @@ TEST(WorkerStress, AHostThatIsBusyBesideABuildMeetsNoRace) {
   int round = 0;
   while (!ended && round < 100'000) {
     world.Disturb(round++);
-    world.builder->ServeWorker();
+    world.builder->RunPendingStep();
     MessageLoop::ForCurrentThread()->Pump();
   }
   ASSERT_TRUE(ended);

@@ -23,7 +23,7 @@ class ApplyChange : public ::testing::Test {
     world.AddFile("/p/other.tapp",
                   "\n<Application Header=\"other\" ><Group Header=\"O\" /></Application>");
     ASSERT_EQ(world.OpenDemo(), 1);
-    before = world.model->Saver().MakeFileTexts();
+    before = world.model->Saver().RenderFiles();
   }
 
   std::string Tree() { return ProjectWorld::Labels(world.model->GetProjectRoot()); }
@@ -40,7 +40,7 @@ class ApplyChange : public ::testing::Test {
 TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
   const std::string old = world.FileText("/p/demo.tapp");
   ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
-  after = world.model->Saver().MakeFileTexts();
+  after = world.model->Saver().RenderFiles();
   EXPECT_EQ(Undo(), Lines());
   EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
   EXPECT_FALSE(world.model->State().HasUnsaved()) << "it is as it was saved";
@@ -67,7 +67,7 @@ TEST_F(ApplyChange, TheCurrentNodeStaysOrIsTheProject) {
   };
   world.model->SetCurrentNode(root.FindDescendant("Group"));
   ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
-  after = world.model->Saver().MakeFileTexts();
+  after = world.model->Saver().RenderFiles();
   world.model->SetCurrentNode(root.FindDescendant("Group"));
   EXPECT_EQ(Undo(), Lines());
   EXPECT_EQ(label(), "G");
@@ -111,7 +111,7 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
-    after = world.model->Saver().MakeFileTexts();
+    after = world.model->Saver().RenderFiles();
     row.meanwhile();
     EXPECT_EQ(Undo(), row.problems);
     EXPECT_EQ(Tree(), row.tree);
@@ -125,7 +125,7 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
 // An undo records what the disk had, so a save merges changes made by another program.
 TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
   ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
-  after = world.model->Saver().MakeFileTexts();
+  after = world.model->Saver().RenderFiles();
   ASSERT_EQ(world.model->SaveProject(), 1);
   Replace("/p/demo.tapp", "\"b.c\"", "\"x.c\"");
   EXPECT_EQ(Undo(), Lines());
@@ -137,7 +137,7 @@ TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
 TEST_F(ApplyChange, AnApplicationThatHasMovedSinceIsFollowed) {
   for (const char* name : {"/p/a.c", "/p/b.c", "/p/c.c"}) world.AddFile(name, "");
   ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
-  after = world.model->Saver().MakeFileTexts();
+  after = world.model->Saver().RenderFiles();
   ASSERT_EQ(world.model->SaveProject(), 1);
   ASSERT_EQ(world.model->CloseProject(), 1);
   Replace("/p/demo.tapp", "Path=\".\\", "Path=\"..\\");
@@ -155,9 +155,9 @@ TEST_F(ApplyChange, AnApplicationThatHasMovedSinceIsFollowed) {
 
 TEST_F(ApplyChange, AnApplicationThatWasTakenOutComesBackWithAllThatWasNotSaved) {
   const auto remove = [this] {
-    before = world.model->Saver().MakeFileTexts();
+    before = world.model->Saver().RenderFiles();
     ASSERT_EQ(world.model->Editor().RemoveItem("demo"), 1);
-    after = world.model->Saver().MakeFileTexts();
+    after = world.model->Saver().RenderFiles();
   };
   ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);
   remove();

@@ -117,7 +117,7 @@ TEST(Damage, ProtectedFilesAreNeitherBuiltNorWritten) {
   EXPECT_EQ(world.model->SaveProject(), 0);
   EXPECT_TRUE(world.model->IsModified());
   EXPECT_EQ(world.builder->StartBuildThread(kWorkerBuildAll), 0);
-  EXPECT_EQ(world.builder->BuildHere(), 0);
+  EXPECT_EQ(world.builder->BuildSynchronously(), 0);
   EXPECT_EQ(world.model->CloseProject(), 1);
   EXPECT_EQ(world.Files(), before);
 

@@ -43,12 +43,12 @@ TEST(Parts, TheStateDropsPointersIntoAFreedSubtree) {
   CXmlNode& application = parts.Node("app");
   state.activeApplication = &application;
   state.currentNode = &parts.Node("a.c");
-  const std::uint64_t epoch = state.treeEpoch;
+  const std::uint64_t epoch = state.treeGeneration;
   state.FreeSubtree(parts.Node("g"), &parts.Node("b.c"));
   EXPECT_EQ(state.currentNode, &parts.Node("a.c"));
   state.FreeSubtree(application, &parts.Node("g"));
   EXPECT_EQ(state.GetCurrentNode(), &application);
-  EXPECT_NE(state.treeEpoch, epoch);
+  EXPECT_NE(state.treeGeneration, epoch);
   state.RemoveAllChildren(*state.projectRoot);
   EXPECT_EQ(state.GetCurrentNode(), state.projectRoot.get());
 }

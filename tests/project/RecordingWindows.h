@@ -27,8 +27,8 @@ class RecordingProjectWindow : public IProjectWindow {
   void EndTreeUpdate() override { calls_.emplace_back("EndTreeUpdate"); }
   void ClearTree() override { calls_.emplace_back("ClearTree"); }
   CXmlNode* GetSelectedNode() override { return nullptr; }
-  void ForgetNode(const CXmlNode&) override {}
-  void TellUpdated(const CXmlNode&) override {}
+  void InvalidateNode(const CXmlNode&) override {}
+  void NotifyNodeUpdated(const CXmlNode&) override {}
   void SelectTreeNode(CXmlNode* node) override {
     calls_.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
   }

@@ -33,7 +33,7 @@ const Act kInnerActs[] = {
     {"remove an application", [](EditedWorld& world) { world.model->Editor().RemoveItem("one"); }},
     {"add", [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/in.c", nullptr); }},
     {"build", [](EditedWorld& world) { world.builder->StartBuildThread(kWorkerBuildAll); }},
-    {"build here", [](EditedWorld& world) { world.builder->BuildHere(); }},
+    {"build here", [](EditedWorld& world) { world.builder->BuildSynchronously(); }},
     {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
     {"select the project",
      [](EditedWorld& world) { world.model->SetCurrentNode(&world.model->GetProjectRoot()); }},

@@ -43,7 +43,7 @@ class ProjectWindow : public ::testing::Test {
     Create();
   }
   ~ProjectWindow() override {
-    window->ForgetModel();
+    window->DetachModel();
     world.model->Services().views = {};
   }
 

@@ -232,7 +232,7 @@ TEST_F(XmlTreeTest, MessagesMayDoAnything) {
         owner.tree->Refill();
       },
       [&] {
-        owner.tree->ForgetNode(*root);
+        owner.tree->InvalidateNode(*root);
         root = ReadNode(test::kTreeProject);
         owner.tree->SetXmlRoot(root.get());
       },

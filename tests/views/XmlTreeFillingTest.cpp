@@ -190,7 +190,7 @@ TEST_F(XmlTreeTest, AFillingOfChangedNodesFindsThemWhereverTheyAreAndWhateverThe
   };
   for (const auto& row : rows) {
     for (const bool isBackwards : {false, true}) {
-      tree.ForgetNode(*root);
+      tree.InvalidateNode(*root);
       root = ReadNode(test::kTreeProject);
       tree.SetXmlRoot(root.get());
       std::vector<const CXmlNode*> changed = row.change();
@@ -298,7 +298,7 @@ TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
         }
         case 2:
           if (above == nullptr) break;
-          tree.ForgetNode(*node);
+          tree.InvalidateNode(*node);
           forget(*node);
           above->RemoveChild(node);
           changed.insert(above);
@@ -356,7 +356,7 @@ TEST_F(XmlTreeTest, NothingPointsAtNodesThatAreForgotten) {
   EXPECT_EQ(owner.TakeMessages(), (Lines{"open nothing"}));
   // A drag also continues if one of its items is removed.
   for (const auto& [from, to] : {std::pair("c.c", "P"), std::pair("L", "d.h")}) {
-    tree.ForgetNode(*root);
+    tree.InvalidateNode(*root);
     root = ReadNode(test::kTreeProject);
     root->AddChild("Group")->SetAttrValue("Header", "L");
     tree.SetXmlRoot(root.get());
@@ -368,7 +368,7 @@ TEST_F(XmlTreeTest, NothingPointsAtNodesThatAreForgotten) {
     EXPECT_EQ(owner.TakeMessages(), (Lines{std::string("select ") + from}));
     EXPECT_EQ(mirror.Text(), TreeText(tree));
   }
-  tree.ForgetNode(*root);
+  tree.InvalidateNode(*root);
   root.reset();
   tree.Refill();
   EXPECT_EQ(TreeText(tree), "");

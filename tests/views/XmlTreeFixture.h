@@ -69,7 +69,7 @@ struct XmlTreeTest : ::testing::Test {
   // Frees a node like an owner does: notifies the tree first.
   void Free(const std::string& header) {
     CXmlNode* const node = Node(header);
-    owner.tree->ForgetNode(*node);
+    owner.tree->InvalidateNode(*node);
     node->GetParent()->RemoveChild(node);
   }
 };

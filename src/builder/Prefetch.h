@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "builder/BuildRecordStore.h"
-#include "builder/FileTimes.h"
+#include "builder/MtimeCache.h"
 
 namespace tarn {
 
@@ -18,7 +18,7 @@ class CXmlNode;
 // would cost as much as querying its file.
 //
 // Valid for one epoch of the file times; any change of a node starts a new epoch.
-class NodesAhead {
+class Prefetch {
  public:
   // Clears the buffer for a new epoch.
   void Begin(std::uint64_t timesEpoch) {
@@ -33,12 +33,12 @@ class NodesAhead {
   }
   // Adds a file of the node added last: first its output, then its inputs. If `version` is not
   // null, the file has to have that version.
-  void AddFile(const FileTimes::Look& look, const FileVersion* version) {
-    files_.push_back({&look, version, true});
+  void AddFile(const MtimeCache::Entry& entry, const FileVersion* version) {
+    files_.push_back({&entry, version, true});
   }
   // Adds a program used to make the node: its version matters but not its time.
-  void AddProgram(const FileTimes::Look& look, const FileVersion& version) {
-    files_.push_back({&look, &version, false});
+  void AddProgram(const MtimeCache::Entry& entry, const FileVersion& version) {
+    files_.push_back({&entry, &version, false});
   }
   // Removes the node added last, which can't be judged by this data alone.
   void DropLast() {
@@ -48,7 +48,7 @@ class NodesAhead {
 
   // If the node is the next one and certainly up to date, returns the time of its output. Also
   // advances past a next node that is not up to date.
-  std::optional<std::int64_t> TakeGood(const CXmlNode& node, std::uint64_t timesEpoch) {
+  std::optional<std::int64_t> PopIfUpToDate(const CXmlNode& node, std::uint64_t timesEpoch) {
     if (timesEpoch != epoch_ || next_ == nodes_.size() || nodes_[next_].node != &node) return {};
     const std::size_t first = nodes_[next_].firstFile;
     const std::int64_t lastBuilt = nodes_[next_].lastBuilt;
@@ -56,12 +56,12 @@ class NodesAhead {
     // The rules of Staleness: the output has exactly the time that its tool reported, and no input
     // is missing or newer.
     for (std::size_t i = first; i < end; ++i) {
-      const FileTimes::Look& look = *files_[i].look;
-      if (!look.IsKnown() || !look.exists) return {};
-      if (i != first && look.status.otherSpelling) return {};  // its name needs another check
-      const std::int64_t time = look.status.modifiedSeconds;
+      const MtimeCache::Entry& entry = *files_[i].entry;
+      if (!entry.IsKnown() || !entry.exists) return {};
+      if (i != first && entry.status.otherSpelling) return {};  // its name needs another check
+      const std::int64_t time = entry.status.modifiedSeconds;
       if (files_[i].isTimed && (i == first ? time != lastBuilt : time > lastBuilt)) return {};
-      if (files_[i].version != nullptr && !files_[i].version->IsCertainly(look.status)) return {};
+      if (files_[i].version != nullptr && !files_[i].version->IsCertainly(entry.status)) return {};
     }
     return lastBuilt;
   }
@@ -74,7 +74,7 @@ class NodesAhead {
   };
 
   struct File {
-    const FileTimes::Look* look;
+    const MtimeCache::Entry* entry;
     const FileVersion* version;  // may be null
     bool isTimed;
   };

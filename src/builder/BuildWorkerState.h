@@ -15,13 +15,13 @@ class CXmlNode;
 // State shared by the worker thread and the builder. Everything except `alive` is set before the
 // thread starts and afterwards, unless noted otherwise, accessed only by tasks that the worker
 // posts to the main thread.
-struct WorkerControl {
+struct BuildWorkerState {
   std::shared_ptr<MessageLoop> loop;  // of the main thread
   Builder* builder = nullptr;
   CXmlNode* node = nullptr;  // root of the build
   bool isBuild = true;       // a build walk rather than a single tool
-  CXmlNode* notedApplication = nullptr;
-  CXmlNode* notedNode = nullptr;
+  CXmlNode* savedApplication = nullptr;
+  CXmlNode* savedNode = nullptr;
   // Node that the walk itself has selected. The window reports this selection like one of the
   // user's. Used for comparison only.
   const CXmlNode* chosenByWalk = nullptr;

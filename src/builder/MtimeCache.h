@@ -12,20 +12,20 @@
 
 namespace tarn {
 
-// Cache of file modification times since the last Forget, so that a build of an up-to-date tree
+// Cache of file modification times since the last Invalidate, so that a build of an up-to-date tree
 // queries each file once, however many nodes depend on it. Everything that may have changed a file
 // (a tool run, a deletion, the end of a walk) must invalidate the cache.
 //
 // Open-addressing hash table whose entries are allocated from an arena. Belongs to one thread; only
-// Inquiry::Examine may run on a different one.
-class FileTimes {
+// StatBatch::Examine may run on a different one.
+class MtimeCache {
  public:
   // Seconds since 1970; nullopt if the file can't be queried.
   using Time = std::optional<std::int64_t>;
 
-  // Cached state of one file. The address is stable until the next Forget.
-  struct Look {
-    enum class State : std::uint8_t { Open, Asked, Known };
+  // Cached state of one file. The address is stable until the next Invalidate.
+  struct Entry {
+    enum class State : std::uint8_t { Open, Requested, Known };
     State state = State::Open;
     bool exists = false;
     FileStatus status;  // if it exists
@@ -34,50 +34,50 @@ class FileTimes {
     Time GetTime() const { return exists ? Time(status.modifiedSeconds) : std::nullopt; }
   };
 
-  class Inquiry;
+  class StatBatch;
 
-  explicit FileTimes(FileSystem& fileSystem) : files_(fileSystem) {}
+  explicit MtimeCache(FileSystem& fileSystem) : files_(fileSystem) {}
 
   // Returns the state of the file, querying the disk if it is not cached.
-  const Look& Get(std::string_view path);
+  const Entry& Get(std::string_view path);
   // Same without accessing the disk; returns nullptr if the state is not cached.
-  const Look* Find(std::string_view path) const;
+  const Entry* Find(std::string_view path) const;
 
-  // Stores the results of an inquiry; files without a result may be requested again. Does nothing
+  // Stores the results of a batch; files without a result may be requested again. Does nothing
   // if the cache was invalidated after the requests were made, because a file may have changed
   // after it was queried.
-  void Take(const Inquiry& inquiry);
+  void SetResults(const StatBatch& batch);
 
   // Invalidates the whole cache.
-  void Forget();
-  // Changes with each Forget.
+  void Invalidate();
+  // Changes with each Invalidate.
   std::uint64_t GetEpoch() const { return epoch_; }
 
  private:
   // A cache entry, allocated together with its null-terminated path.
-  struct Known {
-    Look look;
+  struct Slot {
+    Entry entry;
     std::uint64_t hash = 0;
     std::size_t length = 0;
 
     const char* Path() const { return reinterpret_cast<const char*>(this + 1); }
   };
-  // Storage of all entries, which are freed together. Inquiries share ownership.
+  // Storage of all entries, which are freed together. Batches share ownership.
   class Store {
    public:
-    Store() : places_(256) {}
+    Store() : slots_(256) {}
     bool IsEmpty() const { return count_ == 0; }
-    Known* Find(std::string_view path) const;
+    Slot* Find(std::string_view path) const;
     // Returns the entry for the path; creates one in state Open if there is none.
-    Known& FindOrAdd(std::string_view path);
+    Slot& FindOrAdd(std::string_view path);
 
    private:
     // Linear probing: the slot of the path, or the free slot where it belongs.
-    std::size_t PlaceOf(std::string_view path, std::uint64_t hash) const;
+    std::size_t SlotOf(std::string_view path, std::uint64_t hash) const;
     void Grow();
 
     std::pmr::monotonic_buffer_resource memory_;
-    std::vector<Known*> places_;  // size is a power of two; load factor at most 1/2
+    std::vector<Slot*> slots_;  // size is a power of two; load factor at most 1/2
     std::size_t count_ = 0;
   };
 
@@ -87,22 +87,22 @@ class FileTimes {
 };
 
 // A batch of files to be queried together, on a thread chosen by the caller.
-class FileTimes::Inquiry {
+class MtimeCache::StatBatch {
  public:
-  // Adds the file unless it has been requested since the last Forget, in this inquiry or another.
+  // Adds the file unless it has been requested since the last Invalidate, in this batch or another.
   // Returns the entry that will have the result. Call it on the thread of `times`.
-  const Look& Add(FileTimes& times, std::string_view path);
-  bool IsEmpty() const { return asked_.empty(); }
+  const Entry& Add(MtimeCache& times, std::string_view path);
+  bool IsEmpty() const { return requested_.empty(); }
   // Queries at least one file, and more until the deadline. May be called on any thread as long as
-  // no other thread uses the inquiry.
+  // no other thread uses the batch.
   void Examine(FileSystem& fileSystem, std::chrono::steady_clock::time_point deadline);
 
  private:
-  friend class FileTimes;
+  friend class MtimeCache;
 
   std::shared_ptr<Store> store_;
-  std::vector<Known*> asked_;
-  std::vector<std::optional<FileStatus>> found_;  // results so far, in the order of `asked`
+  std::vector<Slot*> requested_;
+  std::vector<std::optional<FileStatus>> found_;  // results so far, in the order of `requested`
 };
 
 }  // namespace tarn
