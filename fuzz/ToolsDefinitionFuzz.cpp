@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/DefinitionReader.h"
 #include "components/tools/MessageReader.h"
+#include "components/tools/ToolDefinitionReader.h"
 
 // Reads any definition file and creates the command lines of all its tools.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   values.Put("", "C", "D", "a;b c;../d");
   values.Put("", "C", "E", "-a 'b c' \"");
   values.Put("", "Build", "OutputFile", "out/a.o");
-  tools::ToolJob job{{"/p/a.c", "/p/b c.c"}, &values, "/p", "wrap"};
+  tools::ToolInvocation job{{"/p/a.c", "/p/b c.c"}, &values, "/p", "wrap"};
   for (const auto& tool : read.tools) {
     if (tool->steps.empty()) std::abort();
     const tools::ToolMessage message =

@@ -7,9 +7,9 @@
 #include <fstream>
 #include <string>
 
-#include "components/tools/DefinitionReader.h"
 #include "components/tools/MessageFile.h"
 #include "components/tools/MessageReader.h"
+#include "components/tools/ToolDefinitionReader.h"
 #include "components/tools/ToolText.h"
 #include "xml/XmlEscape.h"
 #include "xml/XmlNode.h"

@@ -167,7 +167,7 @@ const ValueMap& Definitions::DefaultsOf(SetId set) {
   return DefaultsFor(set).values;
 }
 
-const std::string& Definitions::ReadyDefaultsOf(SetId set) {
+const std::string& Definitions::SerializedDefaultsOf(SetId set) {
   return DefaultsFor(set).ready;
 }
 

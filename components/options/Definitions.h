@@ -116,7 +116,7 @@ class Definitions {
   // the section Internal.
   const ValueMap& DefaultsOf(SetId set);
   // Same, serialized as elements of a values text.
-  const std::string& ReadyDefaultsOf(SetId set);
+  const std::string& SerializedDefaultsOf(SetId set);
 
  private:
   struct Defaults {

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "platform/text/Text.h"
 
 namespace tarn::options {

@@ -80,10 +80,10 @@ void NodeValues::Merge(const ParsedValues& parsed) {
   }
   for (const auto& [key, value] : parsed.below->values.All()) merged->values.Set(key, value);
   for (const auto& [key, value] : parsed.below->defaults.All()) merged->defaults.Set(key, value);
-  merged->readyValues.clear();
-  merged->readyDefaults.clear();
-  AppendElements(merged->readyValues, keys_, merged->values.All(), 'i');
-  AppendElements(merged->readyDefaults, keys_, merged->defaults.All(), 'd');
+  merged->serializedValues.clear();
+  merged->serializedDefaults.clear();
+  AppendElements(merged->serializedValues, keys_, merged->values.All(), 'i');
+  AppendElements(merged->serializedDefaults, keys_, merged->defaults.All(), 'd');
   below_ = std::move(merged);
   if (ownSet_ == 0) ownSet_ = parsed.ownSet;
   for (const auto& [key, value] : parsed.own.All()) PutOwn(key, value, false);
@@ -104,7 +104,7 @@ std::string NodeValues::Place() {
   std::string place = keys_.SetName(ownSet_);
   for (const char* name : {"Path", "Header"}) {
     const PropertyId property = keys_.FindProperty("General", name);
-    place.append("\n").append(Look(ownSet_, property, OwnLayer).text);
+    place.append("\n").append(FindStored(ownSet_, property, OwnLayer).text);
     for (const SetId set : below_->sets) {
       const std::string* const outer = below_->values.Find(keys_.FindKey(set, property));
       place.append("\n").append(outer == nullptr ? std::string_view() : *outer);
@@ -195,7 +195,7 @@ std::shared_ptr<const Snapshot> NodeValues::InheritedOfChildren() {
     for (const auto& [key, value] : definitions_.DefaultsOf(ownSet_).All()) {
       flat->defaults.Set(key, value);
     }
-    flat->readyDefaults += definitions_.ReadyDefaultsOf(ownSet_);
+    flat->serializedDefaults += definitions_.SerializedDefaultsOf(ownSet_);
   }
   return flat;
 }
@@ -229,7 +229,7 @@ const std::string* NodeValues::FindInherited(KeyId key) const {
   return isOthers ? nullptr : value;
 }
 
-FoundValue NodeValues::Look(SetId set, PropertyId property, std::uint32_t layer) const {
+FoundValue NodeValues::FindStored(SetId set, PropertyId property, std::uint32_t layer) const {
   const KeyId key = keys_.FindKey(set, property);
   const std::string* text = layer <= OwnLayer ? FindOwn(key) : nullptr;
   if (text == nullptr && layer <= InheritedLayer) {
@@ -250,11 +250,11 @@ FoundValue NodeValues::Look(SetId set, PropertyId property, std::uint32_t layer)
 FoundValue NodeValues::FindRaw(std::string_view set, std::string_view section,
                                std::string_view property) const {
   const PropertyId id = keys_.FindProperty(section, property);
-  if (!set.empty()) return id == 0 ? FoundValue() : Look(keys_.FindSet(set), id, OwnLayer);
+  if (!set.empty()) return id == 0 ? FoundValue() : FindStored(keys_.FindSet(set), id, OwnLayer);
   if (id != 0) {
-    FoundValue found = Look(ownSet_, id, OwnLayer);
+    FoundValue found = FindStored(ownSet_, id, OwnLayer);
     for (std::size_t i = 0; !found.found && i < below_->sets.size(); ++i) {
-      found = Look(below_->sets[i], id, OwnLayer);
+      found = FindStored(below_->sets[i], id, OwnLayer);
     }
     if (found.found) return found;
   }
@@ -270,17 +270,18 @@ FoundValue NodeValues::FindRaw(std::string_view set, std::string_view section,
 SetId NodeValues::AnsweringSet(std::string_view set, PropertyId id) {
   if (!set.empty()) return keys_.FindSet(set);
   Settle();
-  if (Look(ownSet_, id, OwnLayer).found) return ownSet_;
+  if (FindStored(ownSet_, id, OwnLayer).found) return ownSet_;
   for (const SetId outer : below_->sets) {
-    if (Look(outer, id, OwnLayer).found) return outer;
+    if (FindStored(outer, id, OwnLayer).found) return outer;
   }
   return ownSet_;
 }
 
 FoundValue NodeValues::FindBelow(std::uint64_t id) const {
   const std::uint64_t place = id - 1;
-  return Look(static_cast<SetId>(place >> 34), static_cast<PropertyId>((place >> 2) & 0xFFFFFFFFU),
-              static_cast<std::uint32_t>(place & 3) + 1);
+  return FindStored(static_cast<SetId>(place >> 34),
+                    static_cast<PropertyId>((place >> 2) & 0xFFFFFFFFU),
+                    static_cast<std::uint32_t>(place & 3) + 1);
 }
 
 std::string NodeValues::Get(std::string_view set, std::string_view section,
@@ -299,7 +300,7 @@ std::string NodeValues::Resolve(std::string_view set, std::string_view section,
   const bool direct = hadOwn && slots_[key].direct;
   PutOwn(key, text, direct);
   std::string resolved = ResolveMacros(
-      *this, Look(keys_.Get(key).set, keys_.Get(key).property, OwnLayer), error, missing);
+      *this, FindStored(keys_.Get(key).set, keys_.Get(key).property, OwnLayer), error, missing);
   if (hadOwn) {
     PutOwn(key, before, direct);
   } else {

@@ -11,7 +11,7 @@
 #include "components/options/StoredOptions.h"
 #include "components/options/ValueLayers.h"
 #include "components/values/Macros.h"
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 
 namespace tarn::options {
 
@@ -104,7 +104,7 @@ class NodeValues : private MacroSource {
   FoundValue FindRaw(std::string_view set, std::string_view section,
                      std::string_view property) const override;
   FoundValue FindBelow(std::uint64_t id) const override;
-  FoundValue Look(SetId set, PropertyId property, std::uint32_t layer) const;
+  FoundValue FindStored(SetId set, PropertyId property, std::uint32_t layer) const;
   const std::string* FindOwn(KeyId key) const;
   const std::string* FindInherited(KeyId key) const;
 

@@ -69,7 +69,7 @@ std::int32_t PropertyManager::ShowOptions(std::int32_t) {
 
 std::int32_t PropertyManager::GetPropertyWindow() {
   if (!window_) {
-    window_ = std::make_unique<OptionsWnd>(*this, frame_);
+    window_ = std::make_unique<PlainOptionsWindow>(*this, frame_);
     window_->SetControlText("Options");
     window_->Create(kStylePopup, {}, nullptr, 0);
   }

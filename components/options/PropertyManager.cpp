@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "components/options/ValueCheck.h"
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -81,7 +81,7 @@ std::int32_t PropertyManager::ReadDefsFromFile(const char* set, const char* file
 }
 
 bool PropertyManager::ReadAllDefinitions() {
-  DefinitionReader reader(files_, definitions_);
+  OptionDefinitionReader reader(files_, definitions_);
   definitions_.Clear();
   bool lastIsRead = false;
   for (const std::string& file : definitionFiles_) {
@@ -98,7 +98,7 @@ bool PropertyManager::ReadAllDefinitions() {
 }
 
 std::int32_t PropertyManager::RefreshDefinitions() {
-  if (definitionFiles_.empty() || DefinitionReader::DigestOf(files_, filesRead_) == digest_)
+  if (definitionFiles_.empty() || OptionDefinitionReader::DigestOf(files_, filesRead_) == digest_)
     return 0;
   ReadAllDefinitions();
   return 1;
@@ -181,11 +181,11 @@ std::string PropertyManager::GetPropertyValue(const char* set, const char* secti
                                               const char* property) {
   std::string error;
   std::string value = values_.Get(View(set), View(section), View(property), &error);
-  if (!error.empty()) NoteError(Joined({set, section, property}), error);
+  if (!error.empty()) RecordError(Joined({set, section, property}), error);
   return value;
 }
 
-void PropertyManager::NoteError(std::string_view name, std::string_view error) {
+void PropertyManager::RecordError(std::string_view name, std::string_view error) {
   std::string line = std::string(name) + ": " + std::string(error);
   if (valueErrors_.size() >= kMaxValueErrors) return;
   if (std::find(valueErrors_.begin(), valueErrors_.end(), line) != valueErrors_.end()) return;

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "components/options/DefinitionList.h"
-#include "components/options/DefinitionReader.h"
 #include "components/options/Definitions.h"
 #include "components/options/KeyTable.h"
 #include "components/options/NodeValues.h"
-#include "components/options/OptionsWnd.h"
+#include "components/options/OptionDefinitionReader.h"
+#include "components/options/PlainOptionsWindow.h"
 #include "components/options/UndoList.h"
 #include "platform/automation/DispatchTable.h"
 #include "platform/files/FileSystem.h"
@@ -107,7 +107,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::int32_t Switch(std::unordered_map<std::string, bool>& switches, std::string key, bool on);
   PropertyState StateOf(const std::string& set, const std::string& section,
                         const PropertyDefinition& property);
-  void NoteError(std::string_view name, std::string_view error);
+  void RecordError(std::string_view name, std::string_view error);
 
   FileSystem& files_;
   KeyTable keys_;
@@ -135,7 +135,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::string newConfigName_;
   std::string changedProperty_;
   WindowHandle frame_ = 0;
-  std::unique_ptr<OptionsWnd> window_;  // created on request of a host
+  std::unique_ptr<PlainOptionsWindow> window_;  // created on request of a host
 };
 
 }  // namespace tarn::options

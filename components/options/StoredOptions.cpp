@@ -1,6 +1,6 @@
 #include "components/options/StoredOptions.h"
 
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 

@@ -16,7 +16,7 @@
 //   </Section></Set></Config>
 //
 // Element names are fixed, because stored elements are merged by name and Header. Values and names
-// are escaped (ValuesText.h), so that the text survives any reader and writer unchanged.
+// are escaped (ValuesXml.h), so that the text survives any reader and writer unchanged.
 namespace tarn::options {
 
 // A parsed Options text.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "platform/text/Text.h"
 
 namespace tarn::options {
@@ -105,9 +105,9 @@ std::shared_ptr<ParsedValues> ParseValues(std::string_view text, KeyTable& keys)
   parsed->text = text;
   auto below = std::make_shared<Snapshot>();
   Parser parser(keys, *parsed, *below);
-  ReadValuesText(text, parser);
-  AppendElements(below->readyValues, keys, below->values.All(), 'i');
-  AppendElements(below->readyDefaults, keys, below->defaults.All(), 'd');
+  ReadValuesXml(text, parser);
+  AppendElements(below->serializedValues, keys, below->values.All(), 'i');
+  AppendElements(below->serializedDefaults, keys, below->defaults.All(), 'd');
   // The marks of the ancestors' options are the first ones of the node's own list.
   below->applied = parsed->applied;
   parsed->below = std::move(below);
@@ -136,13 +136,13 @@ std::shared_ptr<Snapshot> Flatten(const KeyTable& keys, SetId ownSet,
   }
   flat->defaultSets = below.defaultSets;
   flat->defaults = below.defaults;
-  flat->readyDefaults = below.readyDefaults;
+  flat->serializedDefaults = below.serializedDefaults;
   // Groups values so that the text names each section once.
   std::vector<ValueMap::Value> sorted = flat->values.All();
   std::stable_sort(sorted.begin(), sorted.end(), [&keys](const auto& a, const auto& b) {
     return keys.Get(a.first).start < keys.Get(b.first).start;
   });
-  AppendElements(flat->readyValues, keys, sorted, 'i');
+  AppendElements(flat->serializedValues, keys, sorted, 'i');
   return flat;
 }
 

@@ -37,8 +37,8 @@ struct Snapshot {
   ValueMap values;
   std::vector<SetId> defaultSets;  // sets whose defaults are in `defaults`
   ValueMap defaults;
-  std::string readyValues;  // both maps, serialized for a values text
-  std::string readyDefaults;
+  std::string serializedValues;  // both maps, serialized for a values text
+  std::string serializedDefaults;
 
   // Linear in the number of ancestors, which is small.
   bool HasSet(SetId set) const;

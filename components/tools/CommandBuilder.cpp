@@ -27,9 +27,9 @@ bool IsAmong(const std::vector<std::string>& patterns, std::string_view word) {
   });
 }
 
-class PlanMaker : public TemplateValues {
+class PlanBuilder : public TemplateValues {
  public:
-  PlanMaker(const ToolDefinition& toolDefinition, const ToolJob& toolJob)
+  PlanBuilder(const ToolDefinition& toolDefinition, const ToolInvocation& toolJob)
       : tool_(toolDefinition), job_(toolJob), folder_(toolJob.baseFolder) {}
 
   ToolPlan Make() {
@@ -356,7 +356,7 @@ class PlanMaker : public TemplateValues {
   }
 
   const ToolDefinition& tool_;
-  const ToolJob& job_;
+  const ToolInvocation& job_;
   mutable ToolPlan plan_;
   std::string spelledBase_;    // the base folder as spelled on disk
   std::string folder_;         // working folder of the current step
@@ -377,8 +377,8 @@ class NoValues : public TemplateValues {
 
 }  // namespace
 
-ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job) {
-  return PlanMaker(tool, job).Make();
+ToolPlan MakePlan(const ToolDefinition& tool, const ToolInvocation& job) {
+  return PlanBuilder(tool, job).Make();
 }
 
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start) {

@@ -13,7 +13,7 @@
 namespace tarn::tools {
 
 // Input of a single tool run.
-struct ToolJob {
+struct ToolInvocation {
   std::vector<std::string> files;  // absolute, as spelled on disk
   const OptionValues* values = nullptr;
   std::string baseFolder;           // absolute; base of relative names in options
@@ -67,7 +67,7 @@ struct ToolPlan {
 
 // Expands a definition for a job. Never fails: errors are listed in the plan's `problems`. Starts
 // no process and writes nothing.
-ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);
+ToolPlan MakePlan(const ToolDefinition& tool, const ToolInvocation& job);
 
 // Returns the files whose absolute paths start so. Returns none if their folder can't be listed.
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start);

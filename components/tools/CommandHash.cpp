@@ -14,7 +14,7 @@ std::string OwnProgram(const ToolCommand& command) {
   return command.launched > 0 ? command.arguments[command.launched - 1] : command.program;
 }
 
-std::string FullPath(const ToolWorld& world, const std::string& program) {
+std::string FullPath(const ToolEnvironment& world, const std::string& program) {
   std::string found = world.findProgram(program);
   return found.empty() ? program : found;
 }
@@ -48,7 +48,7 @@ void Mix(std::uint64_t& hash, std::string_view text) {
 
 }  // namespace
 
-std::vector<std::string> ProgramsOf(const ToolWorld& world, const ToolPlan& plan) {
+std::vector<std::string> ProgramsOf(const ToolEnvironment& world, const ToolPlan& plan) {
   std::vector<std::string> programs;
   for (const ToolCommand& command : plan.commands) {
     std::string path = FullPath(world, OwnProgram(command));
@@ -78,7 +78,7 @@ std::vector<std::string> SearchFolders(FileSystem* disk, const ToolDefinition& t
   return folders;
 }
 
-std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan) {
+std::uint64_t HashCommands(const ToolEnvironment& world, const ToolPlan& plan) {
   std::uint64_t hash = HashBytes(plan.output);
   for (const ToolCommand& command : plan.commands) {
     Mix(hash, FullPath(world, OwnProgram(command)));

@@ -25,7 +25,7 @@ std::vector<std::string> WrittenBy(const ToolPlan& plan) {
 
 }  // namespace
 
-EarlyRun::EarlyRun(const ToolWorld& machine, HelperFinder& helpers,
+EarlyRun::EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
                    std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
                    const char* files, const char* options, std::size_t mostMessages)
     : world_(machine),

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "components/tools/OwnedJob.h"
-#include "components/tools/RunningTools.h"
+#include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolRun.h"
 
 namespace tarn::tools {
@@ -16,7 +16,7 @@ namespace tarn::tools {
 class EarlyRun {
  public:
   // `machine` and `helpers` are borrowed.
-  EarlyRun(const ToolWorld& machine, HelperFinder& helpers,
+  EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
            std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
            const char* files, const char* options, std::size_t mostMessages);
   EarlyRun(const EarlyRun&) = delete;
@@ -43,7 +43,7 @@ class EarlyRun {
   void RemoveResults() { run_.RemoveResults(); }
 
   bool HasSucceeded() const { return hasSucceeded_; }
-  const ToolJob& Job() const { return owned_.job; }
+  const ToolInvocation& Job() const { return owned_.job; }
   ToolRun& Run() { return run_; }
   // Constant, also while the run is executed.
   const ToolPlan& Plan() const { return run_.Plan(); }
@@ -52,11 +52,11 @@ class EarlyRun {
   bool IsUnchanged(const std::string& path) const;
   bool IsShadowed(const std::vector<std::string>& read) const;
 
-  const ToolWorld& world_;
+  const ToolEnvironment& world_;
   const std::shared_ptr<const ToolDefinition> definition_;
   const std::string key_;
   OwnedJob owned_;
-  RunningTools running_;
+  RunningToolSet running_;
   ToolRun run_;
   const std::size_t most_;
   std::vector<std::string> claims_;

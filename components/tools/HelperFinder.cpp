@@ -31,8 +31,8 @@ std::vector<std::string> PassedOn(const ToolCommand& command,
 
 }  // namespace
 
-std::vector<std::string> HelperFinder::Find(const ToolWorld& world, const ToolDefinition& tool,
-                                            const ToolPlan& plan) {
+std::vector<std::string> HelperFinder::Find(const ToolEnvironment& world,
+                                            const ToolDefinition& tool, const ToolPlan& plan) {
   std::vector<std::string> found;
   if (plan.commands.empty()) return found;
   const ToolCommand& command = plan.commands.front();
@@ -56,13 +56,13 @@ std::vector<std::string> HelperFinder::Find(const ToolWorld& world, const ToolDe
   return found;
 }
 
-void HelperFinder::Forget() {
+void HelperFinder::Clear() {
   const std::lock_guard guard(lock_);
   answers_.clear();
 }
 
 // Two threads may run the same query concurrently, which is harmless.
-std::string HelperFinder::Ask(const ToolWorld& world, const ToolCommand& command,
+std::string HelperFinder::Ask(const ToolEnvironment& world, const ToolCommand& command,
                               std::vector<std::string> arguments) {
   const std::string program =
       command.launched > 0 ? command.arguments[command.launched - 1] : command.program;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/ToolWorld.h"
+#include "components/tools/ToolEnvironment.h"
 
 namespace tarn::tools {
 
@@ -23,12 +23,12 @@ class HelperFinder {
 
   // Returns absolute paths without duplicates. Omits files that are not found, and returns nothing
   // if the driver does not respond.
-  std::vector<std::string> Find(const ToolWorld& world, const ToolDefinition& tool,
+  std::vector<std::string> Find(const ToolEnvironment& world, const ToolDefinition& tool,
                                 const ToolPlan& plan);
-  void Forget();
+  void Clear();
 
  private:
-  std::string Ask(const ToolWorld& world, const ToolCommand& command,
+  std::string Ask(const ToolEnvironment& world, const ToolCommand& command,
                   std::vector<std::string> arguments);
 
   std::mutex lock_;

@@ -15,7 +15,7 @@ bool IsArchive(const std::string& name) {
   return EqualNoCase(extension, ".a") || EqualNoCase(extension, ".lib");
 }
 
-void AddFiles(ToolJob& job, const std::vector<std::string>& listed) {
+void AddFiles(ToolInvocation& job, const std::vector<std::string>& listed) {
   const std::unordered_set<std::string> names(listed.begin(), listed.end());
   std::unordered_set<std::string> seen;
   for (const std::string& file : listed) {
@@ -34,7 +34,7 @@ void AddFiles(ToolJob& job, const std::vector<std::string>& listed) {
 
 }  // namespace
 
-OwnedJob::OwnedJob(const ToolWorld& world, const char* files, const char* options)
+OwnedJob::OwnedJob(const ToolEnvironment& world, const char* files, const char* options)
     : values(OptionValues::FromText(TextOf(options))) {
   job.values = &values;
   job.disk = world.files;

@@ -1,18 +1,18 @@
 #pragma once
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/ToolWorld.h"
+#include "components/tools/ToolEnvironment.h"
 
 namespace tarn::tools {
 
 // A job made from the arguments of RunTool, together with the option values that it points to.
 struct OwnedJob {
   OptionValues values;
-  ToolJob job;
+  ToolInvocation job;
 
   // `files` is a comma-separated list of quoted paths, `options` the values text of the node; null
   // counts as empty.
-  OwnedJob(const ToolWorld& world, const char* files, const char* options);
+  OwnedJob(const ToolEnvironment& world, const char* files, const char* options);
   OwnedJob(const OwnedJob&) = delete;
   OwnedJob& operator=(const OwnedJob&) = delete;
 };

@@ -51,7 +51,8 @@ std::string NameOfMacro(const std::string& macro) {
 
 class AccessFinder {
  public:
-  AccessFinder(const ToolWorld& toolWorld, const ToolDefinition& definition, const ToolJob& toolJob)
+  AccessFinder(const ToolEnvironment& toolWorld, const ToolDefinition& definition,
+               const ToolInvocation& toolJob)
       : world_(toolWorld), tool_(definition), job_(toolJob), reads_(definition.reads) {
     for (const auto* flags : {&tool_.search, &tool_.prefixedSearch, &tool_.searchPrefix}) {
       reads_.insert(reads_.end(), flags->begin(), flags->end());
@@ -371,9 +372,9 @@ class AccessFinder {
     });
   }
 
-  const ToolWorld& world_;
+  const ToolEnvironment& world_;
   const ToolDefinition& tool_;
-  const ToolJob& job_;
+  const ToolInvocation& job_;
   std::vector<std::string> reads_;
   std::string output_;         // of the run
   std::string folder_;         // working folder of the current command
@@ -387,8 +388,8 @@ class AccessFinder {
 
 }  // namespace
 
-RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
-                        const ToolJob& job) {
+RunAccess FindRunAccess(const ToolEnvironment& world, const ToolDefinition& tool,
+                        const ToolPlan& plan, const ToolInvocation& job) {
   RunAccess access = AccessFinder(world, tool, job).Find(plan);
   access.searched = SearchFolders(job.disk, tool, plan);
   return access;

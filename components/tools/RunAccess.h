@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/ToolWorld.h"
+#include "components/tools/ToolEnvironment.h"
 #include "platform/files/TrustRequest.h"
 
 namespace tarn::tools {
@@ -31,8 +31,8 @@ struct RunAccess {
 // Errs on the side of reporting a write: an argument containing a file path counts as one, unless
 // the file is an input of the job or the definition says that its flag only reads. Starts no
 // process.
-RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
-                        const ToolJob& job);
+RunAccess FindRunAccess(const ToolEnvironment& world, const ToolDefinition& tool,
+                        const ToolPlan& plan, const ToolInvocation& job);
 
 // Serializes each entry as JoinFileTexts writes a file, with the identifier of the request,
 // "program", "write", "maybe", "read" or "search" as its path, and "option" or "named-by" after a

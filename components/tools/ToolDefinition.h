@@ -13,7 +13,8 @@
 #include "components/tools/SizeReport.h"
 #include "components/tools/Template.h"
 
-// A tool's definition as read from a definition file. Created by DefinitionReader and immutable.
+// A tool's definition as read from a definition file. Created by ToolDefinitionReader and
+// immutable.
 namespace tarn::tools {
 
 // One condition of an `If`; all of them must be true.

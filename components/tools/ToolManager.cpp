@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "components/tools/CommandHash.h"
-#include "components/tools/DefinitionReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/MessageFile.h"
 #include "components/tools/OwnedJob.h"
 #include "components/tools/RunAccess.h"
+#include "components/tools/ToolDefinitionReader.h"
 #include "components/tools/ToolRun.h"
 #include "components/tools/UsedFiles.h"
 #include "components/tools/XmlAttributes.h"
@@ -49,7 +49,7 @@ std::string CommandElement(const ToolCommand& command) {
 
 }  // namespace
 
-ToolWorld ToolWorld::Native() {
+ToolEnvironment ToolEnvironment::Native() {
   return {&ProcessLauncher::Native(), &FileSystem::Native(), FindProgram, [](const char* name) {
             const char* value = std::getenv(name);
             return TextOf(value);
@@ -113,7 +113,7 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
 }
 
 std::int32_t ToolManager::RefreshTools() {
-  helpers_.Forget();
+  helpers_.Clear();
   std::string place;
   {
     const std::lock_guard guard(lock_);
@@ -144,7 +144,7 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
     for (ToolMessage& each : log.Take()) messages.push_back(std::move(each));
     text = MessageFileText(messages);
   }
-  TellFrame(kMsgToolEnded, text, isDone ? 1 : 0);
+  NotifyHost(kMsgToolEnded, text, isDone ? 1 : 0);
   return isDone ? 1 : 0;
 }
 
@@ -166,10 +166,10 @@ std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const c
   const std::string key = EarlyRun::KeyOf(tool, files, options);
   const EarlyRun* const run = early_.Get(key);
   if (run == nullptr) return 0;
-  TellStart(TextOf(tool), files, key, run->Job(), run->Plan());
+  NotifyStart(TextOf(tool), files, key, run->Job(), run->Plan());
   {
     const std::lock_guard guard(lock_);
-    told_ = key;
+    notifiedKey_ = key;
   }
   return early_.IsValid(key, MostMessages()) ? 1 : 0;
 }
@@ -188,7 +188,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   OwnedJob owned(world_, files, options);
   const auto definition = FindTool(toolName);
   if (!definition) {
-    TellFrame(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
+    NotifyHost(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
     log.AddError("unknown tool " + toolName + " in " + Tools()->Folder());
     messages = log.Take();
@@ -198,7 +198,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
   ToolRun run(world_, running_, helpers_, *definition, owned.job, MostMessages());
-  TellStart(toolName, files, key, owned.job, run.Plan());
+  NotifyStart(toolName, files, key, owned.job, run.Plan());
   bool isDone = false;
   {
     const EarlyRuns::Turn turn(early_);
@@ -212,26 +212,27 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
 
 bool ToolManager::Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
                           ToolMessages& messages) {
-  TellStart(toolName, files, ended.Key(), ended.Job(), ended.Plan());
+  NotifyStart(toolName, files, ended.Key(), ended.Job(), ended.Plan());
   CountMessages(ended.Run().GetLog().GetRetained());
   messages = ended.Run().TakeMessages();
   if (ended.HasSucceeded()) Keep(ended.Run(), ended.Job());
   return ended.HasSucceeded();
 }
 
-void ToolManager::TellStart(const std::string& toolName, const char* files, const std::string& key,
-                            const ToolJob& job, const ToolPlan& plan) {
+void ToolManager::NotifyStart(const std::string& toolName, const char* files,
+                              const std::string& key, const ToolInvocation& job,
+                              const ToolPlan& plan) {
   {
     const std::lock_guard guard(lock_);
-    if (std::exchange(told_, {}) == key) return;
+    if (std::exchange(notifiedKey_, {}) == key) return;
   }
   const bool isPart = job.files.size() == 1 && !plan.output.empty() &&
                       !Tools()->HasExtension(ExtensionOf(job.files.front()));
-  TellFrame(kMsgToolStarted, StartText(toolName, files, plan, isPart), 0);
+  NotifyHost(kMsgToolStarted, StartText(toolName, files, plan, isPart), 0);
 }
 
 // Stores the record of a successful run.
-void ToolManager::Keep(const ToolRun& run, const ToolJob& job) {
+void ToolManager::Keep(const ToolRun& run, const ToolInvocation& job) {
   if (!run.Record()) return;
   const std::lock_guard guard(lock_);
   records_ += BuildRecordText(*run.Record());
@@ -269,7 +270,7 @@ std::vector<std::string> ToolManager::TakeConflicts(std::vector<std::string>& re
   return conflicts;
 }
 
-void ToolManager::TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam) {
+void ToolManager::NotifyHost(std::uint32_t message, const std::string& text, std::intptr_t lParam) {
   WindowHandle window = 0;
   {
     const std::lock_guard guard(lock_);

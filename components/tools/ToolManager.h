@@ -12,10 +12,10 @@
 
 #include "components/tools/EarlyRuns.h"
 #include "components/tools/HelperFinder.h"
-#include "components/tools/RunningTools.h"
+#include "components/tools/RunningToolSet.h"
+#include "components/tools/ToolEnvironment.h"
 #include "components/tools/ToolMessage.h"
 #include "components/tools/ToolSet.h"
-#include "components/tools/ToolWorld.h"
 #include "platform/automation/DispatchTable.h"
 #include "widgets/MessageLoop.h"
 
@@ -32,7 +32,7 @@ enum ToolFrameMessage : std::uint32_t {
 // Thread-safe; RunTool blocks until its tool has ended.
 class ToolManager : public DispatchObject<ToolManager> {
  public:
-  explicit ToolManager(ToolWorld machine) : world_(std::move(machine)) {}
+  explicit ToolManager(ToolEnvironment machine) : world_(std::move(machine)) {}
 
   static const DispatchTable<ToolManager>& Table();
 
@@ -113,19 +113,19 @@ class ToolManager : public DispatchObject<ToolManager> {
   bool Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
                ToolMessages& messages);
   // Notifies the frame of the start of a run, unless that was done when it was awaited.
-  void TellStart(const std::string& toolName, const char* files, const std::string& key,
-                 const ToolJob& job, const ToolPlan& plan);
-  void Keep(const ToolRun& run, const ToolJob& job);
+  void NotifyStart(const std::string& toolName, const char* files, const std::string& key,
+                   const ToolInvocation& job, const ToolPlan& plan);
+  void Keep(const ToolRun& run, const ToolInvocation& job);
   // Returns why some of these outputs must not be linked, and replaces the others with the names of
   // their sources if these are known. Clears the recorded sources.
   std::vector<std::string> TakeConflicts(std::vector<std::string>& repeated);
   // Number of messages that the next run may retain (see MessageLog).
   std::size_t MostMessages();
   void CountMessages(std::size_t retained);
-  void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
+  void NotifyHost(std::uint32_t message, const std::string& text, std::intptr_t lParam);
 
-  const ToolWorld world_;
-  RunningTools running_;
+  const ToolEnvironment world_;
+  RunningToolSet running_;
   HelperFinder helpers_;
   EarlyRuns early_;
 
@@ -135,7 +135,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   WindowHandle frame_ = 0;
   std::string records_;
   std::size_t messagesOfBuild_ = 0;  // since RefreshTools, which is called before each build
-  std::string told_;                 // key of the early run of whose start the frame was notified
+  std::string notifiedKey_;          // key of the early run of whose start the frame was notified
   // Sources translated to each output since the last link.
   std::map<std::string, std::set<std::string>> sources_;
 };

@@ -43,8 +43,9 @@ void AddFoldersAbove(const std::string& path, std::vector<std::string>& folders)
 
 }  // namespace
 
-ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
-                 const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages)
+ToolRun::ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools,
+                 HelperFinder& helperFinder, const ToolDefinition& definition,
+                 const ToolInvocation& toolJob, std::size_t mostMessages)
     : world_(machine),
       running_(runningTools),
       helpers_(helperFinder),
@@ -197,7 +198,7 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
   capturedBefore_ = captured_.size();
   auto started = world_.launcher->Start(request);
   if (!started) {
-    TellStartFailure(command, started.GetError());
+    LogStartFailure(command, started.GetError());
     return command.rule->isOptional;
   }
   ProcessExit exit;
@@ -272,7 +273,7 @@ bool ToolRun::Fail(const ToolCommand& command, const std::string& reason) {
   return log_.AddError(text), false;
 }
 
-void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
+void ToolRun::LogStartFailure(const ToolCommand& command, const Error& error) {
   std::string text = command.program;
   if (error.code == ErrorCode::NotFound) {
     text += " was not found";

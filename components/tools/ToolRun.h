@@ -9,8 +9,8 @@
 #include "components/tools/HelperFinder.h"
 #include "components/tools/MessageLog.h"
 #include "components/tools/MessageReader.h"
-#include "components/tools/RunningTools.h"
-#include "components/tools/ToolWorld.h"
+#include "components/tools/RunningToolSet.h"
+#include "components/tools/ToolEnvironment.h"
 
 namespace tarn::tools {
 
@@ -18,8 +18,9 @@ namespace tarn::tools {
 // only. Borrows its arguments, which must outlive it.
 class ToolRun {
  public:
-  ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
-          const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages);
+  ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools, HelperFinder& helperFinder,
+          const ToolDefinition& definition, const ToolInvocation& toolJob,
+          std::size_t mostMessages);
 
   const ToolPlan& Plan() const { return plan_; }
 
@@ -50,7 +51,7 @@ class ToolRun {
   bool Judge(const ToolCommand& command, const ProcessExit& exit);
   void ReportLastLines();
   bool Fail(const ToolCommand& command, const std::string& reason);
-  void TellStartFailure(const ToolCommand& command, const Error& error);
+  void LogStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
   bool FailWithoutOutput(const std::string& reason);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
@@ -71,11 +72,11 @@ class ToolRun {
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
                bool isErrorStream);
 
-  const ToolWorld& world_;
-  RunningTools& running_;
+  const ToolEnvironment& world_;
+  RunningToolSet& running_;
   HelperFinder& helpers_;
   const ToolDefinition& tool_;
-  const ToolJob& job_;
+  const ToolInvocation& job_;
   ToolPlan plan_;
   MessageLog log_;
   std::string captured_;

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "components/tools/CommandHash.h"
+#include "components/tools/DepFile.h"
 #include "components/tools/GivenArguments.h"
-#include "components/tools/RuleFile.h"
 #include "components/tools/ToolRun.h"
 #include "components/tools/ToolchainFolders.h"
 #include "components/tools/UsedFiles.h"
@@ -83,7 +83,7 @@ const std::string& ToolRun::RulesFolder() const {
 bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
   const auto text = world_.files->ReadWholeFile(plan_.rules);
   if (!text) return FailRules("can't be read: " + text.GetError().text);
-  const RuleFile rules = ReadRuleFile(*text);
+  const DepFile rules = ReadDepFile(*text);
   if (!rules.problem.empty()) return FailRules(rules.problem);
   const ToolchainFolders toolchain(world_, plan_);
   const auto isBelow = [](const std::string& path, const std::string& folder) {
@@ -130,7 +130,7 @@ void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& nam
     titles.insert(FileNameOf(source));
     titles.insert(FileNameOf(WithoutExtension(source)));
   }
-  for (const std::string& name : ReadRuleFile(*text).names) {
+  for (const std::string& name : ReadDepFile(*text).names) {
     std::string path = AbsolutePath(world_.files, RulesFolder(), name);
     const bool isBetween =
         ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));

@@ -8,7 +8,8 @@ namespace {
 class ToolManagerFactory : public tarn::IClassFactory {
  public:
   tarn::DispatchPtr CreateInstance() override {
-    return tarn::DispatchPtr::Adopt(new tarn::tools::ToolManager(tarn::tools::ToolWorld::Native()));
+    return tarn::DispatchPtr::Adopt(
+        new tarn::tools::ToolManager(tarn::tools::ToolEnvironment::Native()));
   }
 };
 

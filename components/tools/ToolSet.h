@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/tools/DefinitionReader.h"
+#include "components/tools/ToolDefinitionReader.h"
 #include "platform/files/FileSystem.h"
 #include "platform/text/Text.h"
 

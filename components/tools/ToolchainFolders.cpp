@@ -7,7 +7,7 @@
 
 namespace tarn::tools {
 
-ToolchainFolders::ToolchainFolders(const ToolWorld& world, const ToolPlan& plan)
+ToolchainFolders::ToolchainFolders(const ToolEnvironment& world, const ToolPlan& plan)
     : folders_{"/usr/include/", "/usr/local/include/", "/usr/lib/", "/usr/lib64/"} {
   for (const std::string& program : ProgramsOf(world, plan)) {
     AddInstallation(*world.files, program);

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/ToolWorld.h"
+#include "components/tools/ToolEnvironment.h"
 
 namespace tarn::tools {
 
@@ -12,7 +12,7 @@ namespace tarn::tools {
 // the toolchain, whose program is itself a dependency.
 class ToolchainFolders {
  public:
-  ToolchainFolders(const ToolWorld& world, const ToolPlan& plan);
+  ToolchainFolders(const ToolEnvironment& world, const ToolPlan& plan);
 
   bool Has(const std::string& path) const;
 

@@ -32,7 +32,7 @@ bool IsConfigName(std::string_view set, std::string_view section, std::string_vi
 
 OptionValues OptionValues::FromText(std::string_view text) {
   OptionValues values;
-  ReadValuesText(text, values);
+  ReadValuesXml(text, values);
   return values;
 }
 

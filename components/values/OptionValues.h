@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "components/values/Macros.h"
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 
 namespace tarn {
 

@@ -185,7 +185,7 @@ int CommandContext::OpenProject(const std::string& path) {
 // program changes the project in between.
 int CommandContext::LockEdits(const std::string& path) {
   const auto start = std::chrono::steady_clock::now();
-  bool isTold = false;
+  bool isReported = false;
   while (true) {
     Session().TakeLogLines();
     const std::string holder = Session().Inspector().TryLockProject(path);
@@ -204,9 +204,9 @@ int CommandContext::LockEdits(const std::string& path) {
       Complain("Another program is changing this project (" + holder + ").");
       return kExitCannotOpen;
     }
-    if (!isTold && waited > kSilentWait) {
+    if (!isReported && waited > kSilentWait) {
       Remark("Waiting for another program that is changing this project (" + holder + ") ...");
-      isTold = true;
+      isReported = true;
     }
     std::this_thread::sleep_for(kBetweenTries);
   }

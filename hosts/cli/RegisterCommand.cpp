@@ -49,7 +49,7 @@ int CallServer(CommandContext& context, bool adds) {
 }
 
 // Prints one line that reports what was done.
-void TellDone(CommandContext& context, bool adds, bool wasThere, bool changed,
+void PrintDone(CommandContext& context, bool adds, bool wasThere, bool changed,
               const std::string& what) {
   const std::string done = adds ? (changed ? "registered" : "already registered")
                                 : (wasThere ? "unregistered" : "wasn't registered");
@@ -57,7 +57,7 @@ void TellDone(CommandContext& context, bool adds, bool wasThere, bool changed,
 }
 
 // After unregistering: reports a registration in the other scope, if there is one.
-void TellWhatIsLeft(CommandContext& context, ClassStore& store) {
+void PrintWhatIsLeft(CommandContext& context, ClassStore& store) {
   const auto left = store.FindLibrary(kServerClass);
   if (!left) return;
   const bool forAll = store.GetScope() == ClassScope::User;
@@ -90,13 +90,13 @@ int RunRegister(CommandContext& context, bool adds) {
   }
   if (!context.Asked().quiet) {
     const std::string library = Printable((adds ? after : before).value_or(""));
-    TellDone(context, adds, before.has_value(), before != after,
+    PrintDone(context, adds, before.has_value(), before != after,
              std::string(kServerClass) + (library.empty() ? "" : "  " + library));
     if (!targetsBefore.empty() || !targetsAfter.empty()) {
-      TellDone(context, adds, true, targetsBefore != targetsAfter, "targets  " + Printable(folder));
+      PrintDone(context, adds, true, targetsBefore != targetsAfter, "targets  " + Printable(folder));
     }
   }
-  if (!adds) TellWhatIsLeft(context, store);
+  if (!adds) PrintWhatIsLeft(context, store);
   return kExitDone;
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "hosts/core/LogEntry.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "hosts/core/LogEntry.h"
 #include "platform/paths/Paths.h"
 #include "platform/process/Process.h"

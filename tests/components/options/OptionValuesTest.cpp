@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "components/options/OptionsRig.h"
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 
 namespace tarn {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <tarn/methods.h>
 
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 
 namespace tarn::options {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "components/options/OptionsRig.h"
-#include "components/options/OptionsWnd.h"
+#include "components/options/PlainOptionsWindow.h"
 #include "widgets/HostMessages.h"
 #include "xml/XmlNode.h"
 
@@ -189,12 +189,12 @@ TEST_F(OptionsWindowTest, TheWindowStandsOnceAHostHasAskedForIt) {
 }
 
 // The window as used by a toolkit, and the frame that receives its commands.
-class OptionsWndTest : public OptionsWindowTest, private WindowTarget {
+class PlainOptionsWindowTest : public OptionsWindowTest, private WindowTarget {
  protected:
-  OptionsWndTest() : frame(RegisterWindow(*this)), window(rig.manager, frame) {
+  PlainOptionsWindowTest() : frame(RegisterWindow(*this)), window(rig.manager, frame) {
     window.Create(kStylePopup, {0, 0, 300, 400}, nullptr, 0);
   }
-  ~OptionsWndTest() override { UnregisterWindow(frame); }
+  ~PlainOptionsWindowTest() override { UnregisterWindow(frame); }
 
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t) override {
@@ -219,11 +219,11 @@ class OptionsWndTest : public OptionsWindowTest, private WindowTarget {
   }
 
   WindowHandle frame;
-  OptionsWnd window;
+  PlainOptionsWindow window;
   std::string commands;
 };
 
-TEST_F(OptionsWndTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
+TEST_F(PlainOptionsWindowTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
   EXPECT_EQ(Shown("Optimize"), "for size|default");
   EXPECT_EQ(RowOf("Out"), -1) << "is hidden";
   Type("Level", "$(Compiler.Optimize)");

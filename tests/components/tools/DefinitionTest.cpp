@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "components/tools/DefinitionReader.h"
+#include "components/tools/ToolDefinitionReader.h"
 #include "components/tools/ToolSet.h"
 #include "support/MemoryFileSystem.h"
 

@@ -67,7 +67,7 @@ class EarlyRunsThread : public ::testing::Test {
 
   const tarn::testing::ScratchFolder folder;
   OptionValues values{"C"};
-  ToolManager* const manager = new ToolManager(ToolWorld::Native());
+  ToolManager* const manager = new ToolManager(ToolEnvironment::Native());
 };
 
 TEST_F(EarlyRunsThread, ResultsWaitUntilTheyAreRequestedInAnyOrder) {

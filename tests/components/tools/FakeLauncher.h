@@ -91,11 +91,12 @@ class ToolManagerFixture {
       disk.AddFile("/app/" + name,
                    tarn::testing::ReadBytes(tarn::testing::SourcePath("share/" + name)));
     }
-    ToolWorld world{&launcher, &disk,
-                    [](std::string_view name) {
-                      return name.find("none") == name.npos ? "/bin/" + std::string(name) : "";
-                    },
-                    [this](const char*) { return environmentLauncher; }};
+    ToolEnvironment world{&launcher, &disk,
+                          [](std::string_view name) {
+                            return name.find("none") == name.npos ? "/bin/" + std::string(name)
+                                                                  : "";
+                          },
+                          [this](const char*) { return environmentLauncher; }};
     manager = new ToolManager(std::move(world));
     manager->InitTools("/app/", "/data/", 0);
     values.Put("Application", "General", "ApplicationDir", "/p");

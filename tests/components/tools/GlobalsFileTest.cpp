@@ -69,7 +69,7 @@ class GlobalsFile : public ::testing::Test {
 
   const ScratchFolder folder{"tarn globals-"};
   OptionValues values{"Application"};
-  ToolManager* const manager = new ToolManager(ToolWorld::Native());
+  ToolManager* const manager = new ToolManager(ToolEnvironment::Native());
 };
 
 TEST_F(GlobalsFile, SymbolsOfAProgramInCWithPlaceAndDefinition) {

@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "components/tools/DefinitionReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
+#include "components/tools/ToolDefinitionReader.h"
 #include "support/Surroundings.h"
 
 namespace tarn::tools {

@@ -46,7 +46,7 @@ class RealTools : public ::testing::Test {
   // The space in its name would break sdcc if paths were not relative to the folder.
   const testing::ScratchFolder folder{"tarn real-"};
   OptionValues values{"C"};
-  ToolManager* const manager = new ToolManager(ToolWorld::Native());
+  ToolManager* const manager = new ToolManager(ToolEnvironment::Native());
   std::string messages;
   std::string information;
 };

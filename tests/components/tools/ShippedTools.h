@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "components/tools/DefinitionReader.h"
 #include "components/tools/FileList.h"
+#include "components/tools/ToolDefinitionReader.h"
 #include "support/Surroundings.h"
 
 namespace tarn::tools::testing {

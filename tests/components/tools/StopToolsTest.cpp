@@ -38,7 +38,7 @@ class StopTools : public ::testing::Test {
   std::string Messages() const { return testing::ReadBytes(folder / "m.xml"); }
 
   const testing::ScratchFolder folder;
-  ToolManager* const manager = new ToolManager(ToolWorld::Native());
+  ToolManager* const manager = new ToolManager(ToolEnvironment::Native());
 };
 
 TEST_F(StopTools, AStubbornToolAndItsChildAreGoneWithinTwoSeconds) {

@@ -11,7 +11,7 @@ namespace tarn::tools {
 
 // The parts of the platform that this component uses; tests substitute their own. The pointers are
 // borrowed and must outlive every user of the struct.
-struct ToolWorld {
+struct ToolEnvironment {
   ProcessLauncher* launcher = nullptr;
   FileSystem* files = nullptr;
   // Returns the full path of a program, or an empty string.
@@ -19,7 +19,7 @@ struct ToolWorld {
   // Returns an environment variable, or an empty string.
   std::function<std::string(const char*)> environment;
 
-  static ToolWorld Native();
+  static ToolEnvironment Native();
 };
 
 }  // namespace tarn::tools

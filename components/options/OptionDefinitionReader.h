@@ -16,9 +16,9 @@ namespace tarn::options {
 // Reads definition files: the element OptionSets of the configuration file, or a separate file with
 // that root, and the files they include. A faulty definition is reported and skipped; the others
 // remain valid. The caller indexes the definitions afterwards.
-class DefinitionReader {
+class OptionDefinitionReader {
  public:
-  DefinitionReader(FileSystem& fileSystem, Definitions& target)
+  OptionDefinitionReader(FileSystem& fileSystem, Definitions& target)
       : files_(fileSystem), definitions_(target) {}
 
   // Returns false if the file can't be read.

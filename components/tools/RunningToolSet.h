@@ -9,7 +9,7 @@
 namespace tarn::tools {
 
 // The set of processes currently running, so that another thread can stop them. Thread-safe.
-class RunningTools {
+class RunningToolSet {
  public:
   // Time between the request to terminate and the kill of a process group; short enough to keep the
   // promised limit of two seconds.
@@ -35,7 +35,7 @@ class RunningTools {
 // RAII registration of a process in the set.
 class RunningTool {
  public:
-  RunningTool(RunningTools& list, Process& started) : tools_(list), process_(started) {
+  RunningTool(RunningToolSet& list, Process& started) : tools_(list), process_(started) {
     tools_.Add(process_);
   }
   ~RunningTool() { tools_.Remove(process_); }
@@ -43,7 +43,7 @@ class RunningTool {
   RunningTool& operator=(const RunningTool&) = delete;
 
  private:
-  RunningTools& tools_;
+  RunningToolSet& tools_;
   Process& process_;
 };
 

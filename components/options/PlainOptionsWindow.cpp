@@ -1,7 +1,7 @@
-#include "components/options/OptionsWnd.h"
+#include "components/options/PlainOptionsWindow.h"
 
 #include "components/options/PropertyManager.h"
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 #include "platform/text/Text.h"
 #include "widgets/HostMessages.h"
 #include "xml/XmlNode.h"
@@ -29,7 +29,7 @@ std::unique_ptr<CReportRecordItem> MakeItem(std::string caption) {
   return item;
 }
 
-const char* WordOf(const std::string& origin) {
+const char* OriginText(const std::string& origin) {
   if (origin == "own") return "set here";
   if (origin == "inherited") return "inherited";
   return origin == "definition" ? "default" : "";
@@ -38,7 +38,7 @@ const char* WordOf(const std::string& origin) {
 }  // namespace
 
 // Row of an option. A section is a plain record.
-class OptionsWnd::Record : public CReportRecord {
+class PlainOptionsWindow::Record : public CReportRecord {
  public:
   Record(std::string setName, std::string sectionName, const CXmlNode& property)
       : set(std::move(setName)),
@@ -70,9 +70,9 @@ class OptionsWnd::Record : public CReportRecord {
   std::string shown;                                         // text of the value's cell
 };
 
-class OptionsWnd::Report : public CReportControl {
+class PlainOptionsWindow::Report : public CReportControl {
  public:
-  explicit Report(OptionsWnd& optionsWindow) : window_(optionsWindow) {}
+  explicit Report(PlainOptionsWindow& optionsWindow) : window_(optionsWindow) {}
 
  protected:
   bool OnKeyDown(const KeyEvent& event) override {
@@ -82,10 +82,10 @@ class OptionsWnd::Report : public CReportControl {
   }
 
  private:
-  OptionsWnd& window_;
+  PlainOptionsWindow& window_;
 };
 
-OptionsWnd::OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame)
+PlainOptionsWindow::PlainOptionsWindow(PropertyManager& propertyManager, WindowHandle mainFrame)
     : manager_(propertyManager), frame_(mainFrame), report_(std::make_unique<Report>(*this)) {
   const auto addColumn = [this](int index, const char* caption, int width, bool isWide) {
     return report_->AddColumn(std::make_unique<CReportColumn>(index, caption, width, isWide,
@@ -97,11 +97,11 @@ OptionsWnd::OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame)
   report_->AllowEdit(true);
 }
 
-OptionsWnd::~OptionsWnd() {
+PlainOptionsWindow::~PlainOptionsWindow() {
   DestroyWindow();
 }
 
-bool OptionsWnd::OnCreate() {
+bool PlainOptionsWindow::OnCreate() {
   if (!report_->Create(kStyleChild | kStyleVisible, {}, this, kReportId)) return false;
   if (!note_.Create(kStyleChild | kStyleVisible, {}, this, kNoteId)) return false;
   report_->ShowWindow(true);
@@ -111,34 +111,34 @@ bool OptionsWnd::OnCreate() {
   return true;
 }
 
-void OptionsWnd::OnDestroy() {
+void PlainOptionsWindow::OnDestroy() {
   report_->RemoveAllRecords();
 }
 
-void OptionsWnd::OnSize(Size size) {
+void PlainOptionsWindow::OnSize(Size size) {
   LayOut(size);
 }
 
-void OptionsWnd::LayOut(Size size) {
+void PlainOptionsWindow::LayOut(Size size) {
   const int edge = size.height > 2 * kNoteHeight ? size.height - kNoteHeight : size.height;
   report_->MoveWindow({0, 0, size.width, edge});
   note_.MoveWindow({0, edge, size.width, size.height});
 }
 
-void OptionsWnd::RefillSoon() {
+void PlainOptionsWindow::RefillSoon() {
   if (!IsCreated() || isTimerSet_) return;
   SetTimer(kTimer, kSoon);
   isTimerSet_ = true;
 }
 
-void OptionsWnd::OnTimer(int) {
+void PlainOptionsWindow::OnTimer(int) {
   KillTimer(kTimer);
   isTimerSet_ = false;
   Refill();
 }
 
 // While values are held, the current node may not be the one shown; the release calls this again.
-void OptionsWnd::Refill() {
+void PlainOptionsWindow::Refill() {
   if (manager_.IsHeld()) return;
   const std::string& set = manager_.GetOwnSet();
   const std::string definitions =
@@ -156,7 +156,7 @@ void OptionsWnd::Refill() {
   report_->Populate();
 }
 
-void OptionsWnd::Rebuild(const CXmlNode& definitions) {
+void PlainOptionsWindow::Rebuild(const CXmlNode& definitions) {
   report_->RemoveAllRecords();
   note_.SetControlText({});
   for (const CXmlNode* set : definitions.GetChildren()) {
@@ -175,7 +175,7 @@ void OptionsWnd::Rebuild(const CXmlNode& definitions) {
 }
 
 // Returns an own value as written, and any other value as displayed to users.
-std::string OptionsWnd::CaptionOf(const Record& record) {
+std::string PlainOptionsWindow::CaptionOf(const Record& record) {
   const char* const set = record.set.c_str();
   const char* const section = record.section.c_str();
   const char* const name = record.name.c_str();
@@ -190,27 +190,27 @@ std::string OptionsWnd::CaptionOf(const Record& record) {
   return property == nullptr ? label : Unescape(Attribute(*property, "Value"));
 }
 
-void OptionsWnd::UpdateValues(CReportRecords& records) {
+void PlainOptionsWindow::UpdateValues(CReportRecords& records) {
   for (int i = 0; i < records.GetCount(); ++i) {
     auto& record = static_cast<Record&>(*records.GetAt(i));
     record.shown = CaptionOf(record);
     record.GetItem(kValue)->SetOwnCaption(record.shown);
-    record.GetItem(kSource)->SetOwnCaption(WordOf(
+    record.GetItem(kSource)->SetOwnCaption(OriginText(
         manager_.GetOrigin(record.set.c_str(), record.section.c_str(), record.name.c_str())));
   }
 }
 
-OptionsWnd::Record* OptionsWnd::RecordAt(int row) const {
+PlainOptionsWindow::Record* PlainOptionsWindow::RecordAt(int row) const {
   const CReportRow* const found = report_->GetRows().GetAt(row);
   return found == nullptr ? nullptr : dynamic_cast<Record*>(found->GetRecord());
 }
 
-void OptionsWnd::SendCommand(const std::string& command) {
+void PlainOptionsWindow::SendCommand(const std::string& command) {
   PostWindowMessage(frame_, kMsgCommand, std::atoi(command.c_str()), 0);
   RefillSoon();
 }
 
-void OptionsWnd::OnEdited(int row) {
+void PlainOptionsWindow::OnEdited(int row) {
   Record* const record = RecordAt(row);
   if (record == nullptr) return;
   CReportRecordItem& item = *record->GetItem(kValue);
@@ -231,7 +231,7 @@ void OptionsWnd::OnEdited(int row) {
   note_.SetControlText(problem);
 }
 
-void OptionsWnd::Reset(int row) {
+void PlainOptionsWindow::Reset(int row) {
   const Record* const record = RecordAt(row);
   if (record == nullptr || !record->isRemovable) return;
   const char* const set = record->set.c_str();
@@ -242,7 +242,8 @@ void OptionsWnd::Reset(int row) {
   note_.SetControlText("Options can't be changed now.");
 }
 
-std::intptr_t OptionsWnd::OnMessage(std::uint32_t message, std::intptr_t wParam, std::intptr_t) {
+std::intptr_t PlainOptionsWindow::OnMessage(std::uint32_t message, std::intptr_t wParam,
+                                            std::intptr_t) {
   const auto* const notice = reinterpret_cast<const ReportNotice*>(wParam);
   if (message == kMsgReportEdit) {
     OnEdited(notice->row);

@@ -1,4 +1,4 @@
-#include "components/tools/RuleFile.h"
+#include "components/tools/DepFile.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace tarn::tools {
 namespace {
 
-TEST(RuleFile, EveryDependencyIsFoundOnceWithoutItsEscapesAndACutTextIsNoticed) {
+TEST(DepFile, EveryDependencyIsFoundOnceWithoutItsEscapesAndACutTextIsNoticed) {
   const std::string cut = "ends in the middle of a line";
   // Purpose, text, the names in it, each followed by "|", and the problem.
   const std::string rows[][4] = {
@@ -35,7 +35,7 @@ TEST(RuleFile, EveryDependencyIsFoundOnceWithoutItsEscapesAndACutTextIsNoticed) 
   };
   for (const auto& [name, text, expected, problem] : rows) {
     std::string found;
-    const RuleFile rules = ReadRuleFile(text);
+    const DepFile rules = ReadDepFile(text);
     for (const std::string& each : rules.names) found += each + '|';
     EXPECT_EQ(found, expected) << name;
     EXPECT_EQ(rules.problem, problem) << name;

@@ -1,4 +1,4 @@
-#include "components/values/ValuesText.h"
+#include "components/values/ValuesXml.h"
 
 #include <algorithm>
 #include <array>
@@ -223,7 +223,7 @@ bool HasRoot(std::string_view text, std::string_view name) {
   return text.empty() || IsBlank(text.front()) || text.front() == '>' || text.front() == '/';
 }
 
-bool ReadValuesText(std::string_view text, ValuesSink& sink) {
+bool ReadValuesXml(std::string_view text, ValuesSink& sink) {
   if (!HasRoot(text, "Values")) return false;
   std::string_view rest = SkipBlanks(text);
   rest.remove_prefix(std::string_view("<Values").size());

@@ -1,4 +1,4 @@
-#include "components/tools/DefinitionReader.h"
+#include "components/tools/ToolDefinitionReader.h"
 
 #include <algorithm>
 #include <array>
@@ -409,7 +409,8 @@ void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessag
 
 // Reports one line per missing list, however many tools refer to it: usually a single file is
 // missing, and half of all tools refer to its lists.
-void TellLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile, ReadDefinitions& into) {
+void ReportLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile,
+                   ReadDefinitions& into) {
   for (const auto& [name, tools] : leftOut) {
     std::string text = "no Messages are named " + name;
     if (!hasShippedFile) text.append(" (there is no ").append(kShippedMessages).append(")");
@@ -434,7 +435,7 @@ ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
   const bool hasShippedFile = std::any_of(files.begin(), files.end(), [](const auto& file) {
     return EqualNoCase(file.name, kShippedMessages);
   });
-  TellLeftOut(leftOut, hasShippedFile, read);
+  ReportLeftOut(leftOut, hasShippedFile, read);
   return read;
 }
 

@@ -1,4 +1,4 @@
-#include "components/options/DefinitionReader.h"
+#include "components/options/OptionDefinitionReader.h"
 
 #include <algorithm>
 
@@ -58,21 +58,22 @@ std::uint64_t AddToDigest(std::uint64_t digest, const std::string& path,
 
 }  // namespace
 
-void DefinitionReader::ReportFor(const std::string& path, std::string_view what) {
+void OptionDefinitionReader::ReportFor(const std::string& path, std::string_view what) {
   if (errors_.size() < kMaxErrors) errors_.push_back(path + ": " + std::string(what));
 }
 
-void DefinitionReader::Report(std::string_view what) {
+void OptionDefinitionReader::Report(std::string_view what) {
   ReportFor(chain_.empty() ? std::string() : chain_.back(),
             place_.empty() ? std::string(what) : place_ + ": " + std::string(what));
 }
 
-void DefinitionReader::ReportLoss(const std::string& fault) {
+void OptionDefinitionReader::ReportLoss(const std::string& fault) {
   if (errors_.size() < kMaxErrors) errors_.push_back(fault);
   if (lostFile_.empty()) lostFile_ = fault;
 }
 
-std::uint64_t DefinitionReader::DigestOf(FileSystem& files, const std::vector<std::string>& paths) {
+std::uint64_t OptionDefinitionReader::DigestOf(FileSystem& files,
+                                               const std::vector<std::string>& paths) {
   std::uint64_t digest = 0;
   for (const std::string& path : paths) {
     digest = AddToDigest(digest, path, files.ReadWholeFile(path));
@@ -80,7 +81,7 @@ std::uint64_t DefinitionReader::DigestOf(FileSystem& files, const std::vector<st
   return digest;
 }
 
-bool DefinitionReader::ReadFile(const std::string& path) {
+bool OptionDefinitionReader::ReadFile(const std::string& path) {
   const Result<std::string> text = files_.ReadWholeFile(path);
   paths_.push_back(path);
   digest_ = AddToDigest(digest_, path, text);
@@ -92,7 +93,7 @@ bool DefinitionReader::ReadFile(const std::string& path) {
   return true;
 }
 
-void DefinitionReader::ReadText(const std::string& text, const std::string& path) {
+void OptionDefinitionReader::ReadText(const std::string& text, const std::string& path) {
   chain_.push_back(path);
   CXmlNode root;
   const std::string fault = LoadWhole(root, text, XmlTexts::None, path);
@@ -110,7 +111,7 @@ void DefinitionReader::ReadText(const std::string& text, const std::string& path
   chain_.pop_back();
 }
 
-void DefinitionReader::ReadSets(const CXmlNode& node) {
+void OptionDefinitionReader::ReadSets(const CXmlNode& node) {
   for (const CXmlNode* child : node.GetChildren()) {
     place_.clear();
     if (child->GetType() != XmlElement) continue;
@@ -125,7 +126,7 @@ void DefinitionReader::ReadSets(const CXmlNode& node) {
   place_.clear();
 }
 
-void DefinitionReader::ReadInclude(const CXmlNode& node) {
+void OptionDefinitionReader::ReadInclude(const CXmlNode& node) {
   CheckAttributes(node, "File");
   const std::string name = AttributeOf(node, "File");
   if (name.empty()) return Report("Include without File");
@@ -141,7 +142,7 @@ void DefinitionReader::ReadInclude(const CXmlNode& node) {
   ReadFile(path);
 }
 
-void DefinitionReader::ReadSet(const CXmlNode& node) {
+void OptionDefinitionReader::ReadSet(const CXmlNode& node) {
   const std::string header = AttributeOf(node, "Header");
   place_ = "set " + header;
   CheckAttributes(node, "Header Label Help");
@@ -166,7 +167,8 @@ void DefinitionReader::ReadSet(const CXmlNode& node) {
   }
 }
 
-void DefinitionReader::ReadSection(const CXmlNode& node, const std::vector<std::string>& sets) {
+void OptionDefinitionReader::ReadSection(const CXmlNode& node,
+                                         const std::vector<std::string>& sets) {
   const std::string header = AttributeOf(node, "Header");
   CheckAttributes(node, "Header Label Help");
   if (header.empty()) return Report("Section without Header");
@@ -187,8 +189,9 @@ void DefinitionReader::ReadSection(const CXmlNode& node, const std::vector<std::
   }
 }
 
-void DefinitionReader::ReadProperty(const CXmlNode& node, const std::vector<std::string>& sets,
-                                    const std::string& section) {
+void OptionDefinitionReader::ReadProperty(const CXmlNode& node,
+                                          const std::vector<std::string>& sets,
+                                          const std::string& section) {
   const std::string header = AttributeOf(node, "Header");
   if (header.empty()) return Report("Property without Header");
   place_ += "." + header;
@@ -206,7 +209,7 @@ void DefinitionReader::ReadProperty(const CXmlNode& node, const std::vector<std:
   }
 }
 
-void DefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& property) {
+void OptionDefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& property) {
   property.origin = chain_.back();
   const auto take = [&node](std::string_view name, std::string& to) {
     if (node.GetAttr(name) != nullptr) to = AttributeOf(node, name);
@@ -241,14 +244,14 @@ void DefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& pr
   }
 }
 
-void DefinitionReader::ReadCondition(const CXmlNode& node, std::string_view attribute,
-                                     Condition& condition) {
+void OptionDefinitionReader::ReadCondition(const CXmlNode& node, std::string_view attribute,
+                                           Condition& condition) {
   const std::string text = AttributeOf(node, attribute);
   if (text.empty() || ParseCondition(text, condition)) return;
   Report(std::string(attribute) + " \"" + text + "\" is not a condition (Section.Property=value)");
 }
 
-void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& property) {
+void OptionDefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& property) {
   CheckAttributes(node, "When Value");
   ConditionalDefault chosen;
   const std::string when = AttributeOf(node, "When");
@@ -268,7 +271,7 @@ void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& pro
   property.conditionalDefaults.insert(property.conditionalDefaults.begin(), std::move(chosen));
 }
 
-void DefinitionReader::ReadChoice(const CXmlNode& node, PropertyDefinition& property) {
+void OptionDefinitionReader::ReadChoice(const CXmlNode& node, PropertyDefinition& property) {
   CheckAttributes(node, "Value Label");
   if (node.GetAttr("Value") == nullptr) return Report("Choice without Value");
   const std::string value = AttributeOf(node, "Value");
@@ -280,7 +283,7 @@ void DefinitionReader::ReadChoice(const CXmlNode& node, PropertyDefinition& prop
   if (node.GetAttr("Label") != nullptr) known->label = AttributeOf(node, "Label");
 }
 
-void DefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view known) {
+void OptionDefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view known) {
   for (const CXmlAttr& attr : node.Attributes()) {
     const std::vector<std::string_view> names = Split(known, ' ');
     if (std::find(names.begin(), names.end(), attr.NameView()) != names.end()) continue;
@@ -288,7 +291,7 @@ void DefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view kn
   }
 }
 
-void DefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& property) {
+void OptionDefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& property) {
   const std::string where = "set " + set + ", " + property.section + "." + property.name + ": ";
   if (!property.conditionalDefaults.empty() && !FitsIntoChoice(property.defaultText)) {
     ReportFor(property.origin, where + "Default \"" + property.defaultText +
@@ -308,7 +311,7 @@ void DefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& 
   }
 }
 
-void DefinitionReader::CheckDefaults() {
+void OptionDefinitionReader::CheckDefaults() {
   for (const auto& set : definitions_.Sets()) {
     for (const auto& section : set->sections) {
       for (const auto& property : section->properties) CheckDefault(set->name, *property);

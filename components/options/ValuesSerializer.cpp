@@ -28,10 +28,10 @@ std::string NodeValues::ToText() {
     text += '"';
   }
   if (open != nullptr) text += "/>";
-  text += below_->readyValues;
-  text += below_->readyDefaults;
+  text += below_->serializedValues;
+  text += below_->serializedDefaults;
   if (ownSet_ != 0 && !below_->HasDefaultsOf(ownSet_))
-    text += definitions_.ReadyDefaultsOf(ownSet_);
+    text += definitions_.SerializedDefaultsOf(ownSet_);
   writer.End();
   lastTextSize_ = text.size();
   return text;

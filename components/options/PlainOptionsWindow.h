@@ -24,10 +24,10 @@ class PropertyManager;
 // toolkit but no options window.
 //
 // Borrows the component, which owns the window. Main thread only.
-class OptionsWnd : public CWnd {
+class PlainOptionsWindow : public CWnd {
  public:
-  OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame);
-  ~OptionsWnd() override;
+  PlainOptionsWindow(PropertyManager& propertyManager, WindowHandle mainFrame);
+  ~PlainOptionsWindow() override;
 
   // Shows the values of the current node. No-op between BeginUpdate and EndUpdate of the component.
   void Refill();

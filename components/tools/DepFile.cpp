@@ -1,4 +1,4 @@
-#include "components/tools/RuleFile.h"
+#include "components/tools/DepFile.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -23,7 +23,7 @@ class RuleReader {
  public:
   explicit RuleReader(std::string_view ruleText) : text_(ruleText) {}
 
-  RuleFile Read() {
+  DepFile Read() {
     while (at_ < text_.size()) Step();
     EndWord();
     return {std::move(names_), FindProblem()};
@@ -127,7 +127,7 @@ class RuleReader {
 
 }  // namespace
 
-RuleFile ReadRuleFile(std::string_view text) {
+DepFile ReadDepFile(std::string_view text) {
   return RuleReader(text).Read();
 }
 

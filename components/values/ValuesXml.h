@@ -55,7 +55,7 @@ bool HasRoot(std::string_view text, std::string_view name);
 
 // Parses a values text. Returns false if it is not one or is truncated; everything before that
 // point has been delivered. Byte 0xA7, which only other writers produce, is read as "]".
-bool ReadValuesText(std::string_view text, ValuesSink& sink);
+bool ReadValuesXml(std::string_view text, ValuesSink& sink);
 
 // Writes a values text incrementally.
 class ValuesWriter {

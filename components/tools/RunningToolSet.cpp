@@ -1,31 +1,31 @@
-#include "components/tools/RunningTools.h"
+#include "components/tools/RunningToolSet.h"
 
 namespace tarn::tools {
 
-bool RunningTools::IsStopping() {
+bool RunningToolSet::IsStopping() {
   const std::lock_guard guard(lock_);
   return isStopping_;
 }
 
-void RunningTools::Stop() {
+void RunningToolSet::Stop() {
   const std::lock_guard guard(lock_);
   isStopping_ = true;
   for (Process* process : processes_) process->Stop(kGrace);
 }
 
-void RunningTools::Resume() {
+void RunningToolSet::Resume() {
   const std::lock_guard guard(lock_);
   isStopping_ = false;
 }
 
 // A stop may be requested after the process started but before it is added.
-void RunningTools::Add(Process& process) {
+void RunningToolSet::Add(Process& process) {
   const std::lock_guard guard(lock_);
   processes_.insert(&process);
   if (isStopping_) process.Stop(kGrace);
 }
 
-void RunningTools::Remove(Process& process) {
+void RunningToolSet::Remove(Process& process) {
   const std::lock_guard guard(lock_);
   processes_.erase(&process);
 }
