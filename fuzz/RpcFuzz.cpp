@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "hosts/serve/Binding.h"
+#include "hosts/serve/ArgumentBinding.h"
 #include "hosts/serve/FrameReader.h"
 #include "hosts/serve/RpcMessage.h"
 

@@ -23,7 +23,7 @@
 
 #include "bench/Ratios.h"
 #include "hosts/core/BuildInputs.h"
-#include "hosts/core/MainFrame.h"
+#include "hosts/core/HostWindow.h"
 #include "hosts/core/ServerDrivers.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/DispatchTable.h"
@@ -137,7 +137,7 @@ class Host {
   explicit Host(const Project& opened) : project_(opened) {
     manager.AttachDispatch(Create("TarnProjectManager.ProjectManager").Get(), true);
     inspector.AttachDispatch(Create("TarnProjectManager.ProjectInspector").Get(), true);
-    frame.Answer(tarn::kMsgWorkerEnded, [this](const tarn::host::HostEvent& event) {
+    frame.Answer(tarn::kMsgWorkerEnded, [this](const tarn::host::HostMessageEvent& event) {
       ended = true;
       succeeded = event.wParam != 0;
       return std::intptr_t{1};
@@ -222,7 +222,7 @@ class Host {
 
  private:
   const Project& project_;
-  tarn::host::MainFrame frame_;
+  tarn::host::HostWindow frame_;
   tarn::host::ProjectManagerDriver manager_;
   tarn::host::InspectorDriver inspector_;
   std::string lines_;

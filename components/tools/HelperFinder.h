@@ -12,7 +12,7 @@ namespace tarn::tools {
 
 // Determines the programs and files that a compiler driver uses implicitly, such as its assembler
 // and the start-up code, by querying the driver. Each query starts a process, so results are cached
-// until Forget; they are the same for all files compiled with the same options.
+// until Clear; they are the same for all files compiled with the same options.
 //
 // Thread-safe.
 class HelperFinder {

@@ -3,8 +3,8 @@
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/core/Interrupts.h"
 #include "hosts/core/ProjectFile.h"
+#include "hosts/core/SignalHandler.h"
 
 namespace tarn::host {
 
@@ -120,7 +120,7 @@ BuildRequest RequestOf(CommandContext& context, BuildWork work,
 
 int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
-  const Interrupts interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
+  const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
   const Invocation& asked = context.Asked();

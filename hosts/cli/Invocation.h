@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "hosts/core/Interrupts.h"
+#include "hosts/core/SignalHandler.h"
 
 namespace tarn::host {
 
@@ -15,7 +15,7 @@ enum ExitCode : int {
   kExitUsage = 2,
   kExitCannotOpen = 3,
   kExitToolMissing = 4,
-  kExitInterrupted = Interrupts::kExitCode,
+  kExitInterrupted = SignalHandler::kExitCode,
   kExitReaderGone = 141,
 };
 

@@ -6,10 +6,10 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/core/Interrupts.h"
-#include "hosts/core/LogFollower.h"
+#include "hosts/core/LogTail.h"
 #include "hosts/core/MessageTexts.h"
 #include "hosts/core/ProjectFile.h"
+#include "hosts/core/SignalHandler.h"
 
 namespace tarn::host {
 
@@ -88,24 +88,24 @@ int FollowLog(CommandContext& context, const std::string& project) {
                    " has written a log yet; waiting for one.");
   }
   Pause pause;
-  const Interrupts interrupts([&pause] { pause.End(); }, WatchedOutput::Standard);
+  const SignalHandler interrupts([&pause] { pause.End(); }, WatchedOutput::Standard);
   const std::string closings[] = {MessageTextOf(context.Files(), kBuildSucceededRow),
                                   MessageTextOf(context.Files(), kBuildFailedRow)};
   const auto ends = [&closings](const LogEntry& entry) {
     return !entry.text.empty() && (entry.text == closings[0] || entry.text == closings[1]);
   };
-  LogFollower follower(context.Files(), logPath);
+  LogTail tail(context.Files(), logPath);
   // Only entries written from now on can end the command, not those already in the log.
-  bool isNews = false;
+  bool isUpdate = false;
   do {
-    const auto news = follower.Take(std::time(nullptr));
+    const auto update = tail.Take(std::time(nullptr));
     bool isEnd = false;
-    for (const LogEntry& entry : news.entries) {
+    for (const LogEntry& entry : update.entries) {
       PrintEntry(context, entry);
       isEnd = isEnd || ends(entry);
     }
-    if (isNews && isEnd && context.Own<LogOptions>().untilEnd) return kExitDone;
-    isNews = true;
+    if (isUpdate && isEnd && context.Own<LogOptions>().untilEnd) return kExitDone;
+    isUpdate = true;
   } while (pause.Wait(kFollowPause));
   return kExitInterrupted;
 }

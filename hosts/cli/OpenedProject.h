@@ -54,7 +54,7 @@ class CommandContext {
 
   BuildSession& Session();
   // The window that receives the server's messages and questions.
-  MainFrame& Frame() { return frame_; }
+  HostWindow& Frame() { return frame_; }
   // Creates the server and its components, once. Returns 0, or an exit code after printing the
   // error.
   int StartSession();
@@ -136,7 +136,7 @@ class CommandContext {
   FileSystem& files_;
   std::string startFolder_;
   std::string scope_;
-  MainFrame frame_;
+  HostWindow frame_;
   std::unique_ptr<BuildSession> session_;
   std::vector<DamageEntry> damage_;
   std::vector<FileText> openedFiles_;  // of a project that is about to be changed

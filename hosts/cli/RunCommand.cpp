@@ -3,7 +3,7 @@
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/core/Interrupts.h"
+#include "hosts/core/SignalHandler.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -98,7 +98,7 @@ int RunScript(CommandContext& context) {
     return kExitUsage;
   }
   BuildSession& session = context.Session();
-  const Interrupts interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
+  const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   if (!session.Inspector().CheckScript(script).empty()) {
     context.ShowRefused();

@@ -1,8 +1,8 @@
 #include <memory>
 
 #include "hosts/cli/Commands.h"
-#include "hosts/core/Interrupts.h"
 #include "hosts/core/Jobs.h"
+#include "hosts/core/SignalHandler.h"
 #include "hosts/serve/ByteChannel.h"
 #include "hosts/serve/RpcServer.h"
 
@@ -24,7 +24,7 @@ int RunServe(CommandContext& context) {
   }
   RpcServer server(context.Files(), *streams, context.Asked().trust,
                    ParseJobs(context.Asked().jobs));
-  const Interrupts interrupts([&server] { server.Interrupt(); });
+  const SignalHandler interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
 }
 

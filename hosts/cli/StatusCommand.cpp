@@ -76,7 +76,7 @@ std::string ProblemOf(BuildSession& session, const ApplicationStatus& applicatio
   return {};
 }
 
-std::string DescribeState(const CommandContext& context, const StateKeeper& state) {
+std::string DescribeState(const CommandContext& context, const BuildStateManager& state) {
   const std::string& verdict = state.GetVerdict();
   const std::string path = context.ShowResolved(state.GetPath());
   if (verdict == "cut") {
@@ -95,7 +95,7 @@ int RunStatus(CommandContext& context) {
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   context.Session().Prepare();
-  const StateKeeper& state = context.Session().State();
+  const BuildStateManager& state = context.Session().State();
   if (!state.IsUsable()) context.Remark(DescribeState(context, state));
   nlohmann::json document = nlohmann::json::array();
   std::string problem;

@@ -10,8 +10,8 @@
 
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
-#include "hosts/core/Interrupts.h"
 #include "hosts/core/LargePages.h"
+#include "hosts/core/SignalHandler.h"
 #include "hosts/core/Terminal.h"
 
 namespace {
@@ -52,7 +52,7 @@ int Run(int argc, char** argv, Console& console) {
 
 int main(int argc, char** argv) {
   tarn::host::PreferLargePages();
-  tarn::host::KeepRunningOnFailedWrites();
+  tarn::host::IgnoreFailedWriteSignals();
   Console console(std::cout, {});
   try {
     return JudgeOutput(console, Run(argc, argv, console));

@@ -30,7 +30,7 @@ class BuildLock {
   void Release();
   bool IsHeld() const { return !held_.empty(); }
   // Call this after a different project was opened: the next Try() queries its applications again.
-  void ForgetPaths() { paths_.clear(); }
+  void ClearPaths() { paths_.clear(); }
   const std::string& GetHolder() const { return holder_; }
   const std::string& GetProblem() const { return problem_; }
 

@@ -16,11 +16,11 @@ std::string SubjectOf(const ToolStart& start) {
 
 }  // namespace
 
-BuildProgress::BuildProgress(std::function<int()> countWork) : askCount_(std::move(countWork)) {}
+BuildProgress::BuildProgress(std::function<int()> countWork) : queryCount_(std::move(countWork)) {}
 
 void BuildProgress::OnToolStarted(const ToolStart& start) {
-  if (++number_ == 1 && askCount_) total_ = askCount_();
-  if (askCount_) total_ = std::max(total_, number_);
+  if (++number_ == 1 && queryCount_) total_ = queryCount_();
+  if (queryCount_) total_ = std::max(total_, number_);
   subject_ = SubjectOf(start);
 }
 

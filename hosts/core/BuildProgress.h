@@ -33,7 +33,7 @@ class BuildProgress : public BuildObserver {
   std::chrono::milliseconds GetElapsed() const;
 
  private:
-  std::function<int()> askCount_;
+  std::function<int()> queryCount_;
   const Clock::time_point started_ = Clock::now();
   int number_ = 0;
   int total_ = 0;

@@ -46,7 +46,7 @@ const char* WordOf(BuildEnd end) {
   return "refused";
 }
 
-BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders)
+BuildSession::BuildSession(HostWindow& mainFrame, FileSystem& fileSystem, HostFolders hostFolders)
     : ServerConnection(fileSystem, std::move(hostFolders)),
       frame_(mainFrame),
       loop_(MessageLoop::ForCurrentThread()),
@@ -56,7 +56,7 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       log_(fileSystem, mainFrame.GetHandle()),
       scripts_(*this),
       buildLock_(fileSystem, inspector) {
-  AnswerMessages();
+  SetHandlers();
 }
 
 BuildSession::~BuildSession() {
@@ -65,33 +65,37 @@ BuildSession::~BuildSession() {
         std::uint32_t{kMsgToolEnded}, std::uint32_t{kMsgWorkerEnded}, std::uint32_t{kMsgLogLine},
         std::uint32_t{kMsgCommand}, std::uint32_t{kMsgProjectOpened},
         std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgRunScript}}) {
-    frame_.Answer(number, {});
+    frame_.SetHandler(number, {});
   }
   if (manager.GetDispatch() != nullptr) manager.Clean();
 }
 
-void BuildSession::AnswerMessages() {
-  frame_.Answer(kMsgToolSucceeded, [this](const HostEvent&) {
+void BuildSession::SetHandlers() {
+  frame_.SetHandler(kMsgToolSucceeded, [this](const HostMessageEvent&) {
     state_.TakeBuildInformation();
     return std::intptr_t{1};
   });
-  frame_.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
-  frame_.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
-  frame_.Answer(kMsgWorkerEnded, [this](const HostEvent& event) {
+  frame_.SetHandler(kMsgToolStarted,
+                    [this](const HostMessageEvent& event) { return OnToolStarted(event); });
+  frame_.SetHandler(kMsgToolEnded,
+                    [this](const HostMessageEvent& event) { return OnToolEnded(event); });
+  frame_.SetHandler(kMsgWorkerEnded, [this](const HostMessageEvent& event) {
     workerEnded_ = true;
     workerSucceeded_ = event.wParam != 0;
     return std::intptr_t{1};
   });
-  frame_.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+  frame_.SetHandler(kMsgProjectOpened, [this](const HostMessageEvent& event) {
     return OnProjectChanged(event.lParam == 0 ? event.text : std::string());
   });
-  frame_.Answer(kMsgProjectClosing, [this](const HostEvent&) { return OnProjectChanged({}); });
-  frame_.Answer(kMsgRunScript, [this](const HostEvent& event) { return OnRunScript(event); });
-  frame_.Answer(kMsgLogLine, [this](const HostEvent& event) {
+  frame_.SetHandler(kMsgProjectClosing,
+                    [this](const HostMessageEvent&) { return OnProjectChanged({}); });
+  frame_.SetHandler(kMsgRunScript,
+                    [this](const HostMessageEvent& event) { return OnRunScript(event); });
+  frame_.SetHandler(kMsgLogLine, [this](const HostMessageEvent& event) {
     logLines_.push_back(event.text);
     return std::intptr_t{1};
   });
-  frame_.Answer(kMsgCommand, [this](const HostEvent& event) {
+  frame_.SetHandler(kMsgCommand, [this](const HostMessageEvent& event) {
     // Executed later, because the sender may be in the middle of an operation.
     postedCommands_.push_back(static_cast<std::uint32_t>(event.wParam));
     return std::intptr_t{1};
@@ -197,7 +201,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     if (!errors.empty()) outcome_.problem = errors.front();
   }
   stopRequested_ = false;
-  if (!scripts_.IsRunning()) scripts_.ForgetStop();
+  if (!scripts_.IsRunning()) scripts_.ClearStop();
   logLines_.clear();
   return outcome_;
 }
@@ -206,7 +210,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   watcher_ = observer;
   outcome_ = {};
   stateProblem_.clear();
-  log_.Forget();
+  log_.Stop();
   // The build is already running and can't be made to wait, so a failure to lock is ignored.
   static_cast<void>(TryLockBuild());
   if (HasProject()) state_.Open();
@@ -383,7 +387,7 @@ void BuildSession::ClearTicker(std::int32_t id) {
   KillWindowTimer(frame_.GetHandle(), id);
 }
 
-std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
+std::intptr_t BuildSession::OnToolStarted(const HostMessageEvent& event) {
   const auto element = ParseXml(event.text);
   ToolStart start;
   start.tool = AttributeOf(element.get(), "Name");
@@ -398,7 +402,7 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   return 1;
 }
 
-std::intptr_t BuildSession::OnToolEnded(const HostEvent& event) {
+std::intptr_t BuildSession::OnToolEnded(const HostMessageEvent& event) {
   const bool success = event.lParam != 0;
   ++(success ? outcome_.toolsRun : outcome_.toolsFailed);
   if (watcher_ != nullptr) watcher_->OnToolEnded(success, ReadLogEntries(event.text));
@@ -409,14 +413,14 @@ std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject_ = true;
   otherProject_ = path;
   damage_.LeaveProject();
-  buildLock_.ForgetPaths();
+  buildLock_.ClearPaths();
   // The server clears its log together with the project.
-  static_cast<void>(log_.Keep());
-  log_.Forget();
+  static_cast<void>(log_.Sync());
+  log_.Stop();
   return 1;
 }
 
-std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
+std::intptr_t BuildSession::OnRunScript(const HostMessageEvent& event) {
   if (beforeScript) beforeScript();
   const ScriptOutcome ended = scripts_.Run(event.text, "");
   // A script that started this one receives the failure as an error.
@@ -428,7 +432,7 @@ std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
 // alone.
 void BuildSession::KeepLog() {
   log_.Renew(inspector.GetLogFile());
-  const Status written = log_.Keep();
+  const Status written = log_.Sync();
   if (!written) stateProblem_ = written.GetError().place + ": " + written.GetError().text;
 }
 

@@ -10,15 +10,15 @@
 
 #include "hosts/core/BuildGaps.h"
 #include "hosts/core/BuildLock.h"
+#include "hosts/core/BuildStateManager.h"
+#include "hosts/core/HostWindow.h"
 #include "hosts/core/LogEntry.h"
-#include "hosts/core/LogKeeper.h"
-#include "hosts/core/MainFrame.h"
+#include "hosts/core/LogMirror.h"
 #include "hosts/core/SaveReport.h"
 #include "hosts/core/ServerConnection.h"
 #include "hosts/core/SessionDamage.h"
 #include "hosts/core/SessionScripts.h"
 #include "hosts/core/SessionTrust.h"
-#include "hosts/core/StateKeeper.h"
 
 namespace tarn::host {
 
@@ -65,7 +65,7 @@ class BuildObserver {
 // Typical use: Start, Open, choose a configuration, Prepare, Run.
 class BuildSession : public ServerConnection {
  public:
-  BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders);
+  BuildSession(HostWindow& mainFrame, FileSystem& fileSystem, HostFolders hostFolders);
   ~BuildSession();
 
   // Creates the server and its components. On error the text describes the fault of the
@@ -174,15 +174,15 @@ class BuildSession : public ServerConnection {
   // is the placeholder project.
   const std::string& GetOpenPath() const { return isOtherProject_ ? otherProject_ : projectPath_; }
   bool HoldsFile(const std::string& path) const { return files.Exists(path); }
-  StateKeeper& State() { return state_; }
+  BuildStateManager& State() { return state_; }
   SessionTrust& Trust() { return trust_; }
 
  private:
-  void AnswerMessages();
-  std::intptr_t OnToolStarted(const HostEvent& event);
-  std::intptr_t OnToolEnded(const HostEvent& event);
+  void SetHandlers();
+  std::intptr_t OnToolStarted(const HostMessageEvent& event);
+  std::intptr_t OnToolEnded(const HostMessageEvent& event);
   std::intptr_t OnProjectChanged(const std::string& path);
-  std::intptr_t OnRunScript(const HostEvent& event);
+  std::intptr_t OnRunScript(const HostMessageEvent& event);
   bool FollowProject();
   bool RunCommand(std::uint32_t command);
   // Shows the build's findings about the project itself.
@@ -192,13 +192,13 @@ class BuildSession : public ServerConnection {
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);
 
-  MainFrame& frame_;
+  HostWindow& frame_;
   std::shared_ptr<MessageLoop> loop_;
 
   SessionTrust trust_;
   SessionDamage damage_;
-  StateKeeper state_;
-  LogKeeper log_;
+  BuildStateManager state_;
+  LogMirror log_;
 
   SessionScripts scripts_;
 

@@ -34,13 +34,13 @@ std::optional<ProblemList::Place> ProblemList::Step(bool isForward, std::int64_t
 
 bool ProblemList::Follow(std::int64_t now, std::size_t most) {
   if (!log_) return false;
-  LogFollower::News news = log_->Take(now, most);
-  if (news.isOtherLog) Clear();
-  for (LogEntry& entry : news.entries) {
+  LogTail::Update update = log_->Take(now, most);
+  if (update.isOtherLog) Clear();
+  for (LogEntry& entry : update.entries) {
     const bool isProblem = entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
     if (isProblem && !entry.file.empty()) problems_.push_back(std::move(entry));
   }
-  return news.hasMore;
+  return update.hasMore;
 }
 
 void ProblemList::Clear() {

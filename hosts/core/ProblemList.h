@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "hosts/core/LogEntry.h"
-#include "hosts/core/LogFollower.h"
+#include "hosts/core/LogTail.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::host {
@@ -48,7 +48,7 @@ class ProblemList {
   void Clear();
 
   FileSystem& files_;
-  std::optional<LogFollower> log_;
+  std::optional<LogTail> log_;
   std::vector<LogEntry> problems_;
   int logNumber_ = 0;
   std::optional<std::size_t> current_;  // nullopt before the first step

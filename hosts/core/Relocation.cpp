@@ -196,7 +196,7 @@ Status Relocation::Run() {
   project.oldFolder = project.newFolder = folder_;
   for (const CXmlNode* child : project.root.GetChildren()) {
     const std::string written = AttributeOf(child, "Extern");
-    if (!written.empty()) NoteUsed(project_, Resolve(folder_, written));
+    if (!written.empty()) RecordUsed(project_, Resolve(folder_, written));
   }
   for (const CXmlNode* child : project.root.GetChildren()) {
     if (AttributeOf(child, "Extern").empty()) continue;
@@ -204,7 +204,7 @@ Status Relocation::Run() {
   }
   for (const auto& each : documents_) {
     ForEachPath(each->root, [&](const std::string& written) {
-      NoteUsed(each->path, Resolve(each->newFolder, written));
+      RecordUsed(each->path, Resolve(each->newFolder, written));
     });
     ForEachPath(each->root, [&](const std::string& written) { CheckSource(written, *each); });
   }
@@ -325,7 +325,7 @@ bool Relocation::IsFile(const std::string& path) {
 }
 
 // Records that a file is still in use at its old path. A file that moves along with Move is not.
-void Relocation::NoteUsed(const std::string& document, const std::string& path) {
+void Relocation::RecordUsed(const std::string& document, const std::string& path) {
   const std::string place = MapPath(path, from_, to_);
   const bool stays = place == path || !IsFile(place);
   if (stays && IsFile(path)) used_.insert(document + "\n" + RealName(files_, path));

@@ -109,7 +109,7 @@ class Relocation {
   void CheckOption(const std::string& written, const Document& document);
   std::string Resolve(const std::string& folder, const std::string& written) const;
   bool IsFile(const std::string& path);
-  void NoteUsed(const std::string& document, const std::string& path);
+  void RecordUsed(const std::string& document, const std::string& path);
   bool IsUsed(const std::string& document, const std::string& path) const;
   void Locate(MovedPath& moved);
   bool IsOtherNameOf(const std::string& path, const std::vector<std::string>& list);

@@ -237,7 +237,7 @@ class InspectorDriver : public COleDispatchDriver {
     return InvokeText(TARN_INS_GET_GLOBALS, {application, column});
   }
   std::string GetReport(const std::string& log) { return InvokeText(TARN_INS_GET_REPORT, {log}); }
-  // Returns how usable the file is, as a keyword; see StateKeeper::GetVerdict.
+  // Returns how usable the file is, as a keyword; see BuildStateManager::GetVerdict.
   std::string OpenBuildState(const std::string& path) {
     return InvokeText(TARN_INS_OPEN_BUILD_STATE, {path});
   }

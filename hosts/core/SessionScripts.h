@@ -31,7 +31,7 @@ class SessionScripts : private ScriptHost {
   // May be called from any thread.
   void RequestStop() { runner_.RequestStop(); }
   // Withdraws a stop request that was meant for a build.
-  void ForgetStop() { runner_.ForgetStop(); }
+  void ClearStop() { runner_.ClearStop(); }
   // Returns true if a script's changes could not be saved, and a later save did not include them.
   bool HasFailedSave() const { return hasFailedSave_; }
 

@@ -61,7 +61,7 @@ void Banner::Tell(const QString& said) {
   show();
 }
 
-void Banner::TellWithLinks(const QString& said, const QStringList& links, const QString& after) {
+void Banner::ShowWithLinks(const QString& said, const QStringList& links, const QString& after) {
   const QString text = OneLine(said);
   QStringList shown;
   for (const QString& each : links) {

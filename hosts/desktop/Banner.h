@@ -17,7 +17,7 @@ class Banner : public QFrame {
 
   void Tell(const QString& said);
   // Shows links between the text and `after`; a click calls onLink.
-  void TellWithLinks(const QString& said, const QStringList& links, const QString& after);
+  void ShowWithLinks(const QString& said, const QStringList& links, const QString& after);
   // Enables or disables the first button; `reason` is shown as its tool tip.
   void SetReady(bool isReady, const QString& reason);
 

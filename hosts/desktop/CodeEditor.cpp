@@ -88,7 +88,7 @@ Indentation UsualIndentation(const std::string& path) {
 }  // namespace
 
 CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
-    : files_(fileSystem), path_(std::move(filePath)), problems_(new LineProblems(*this)) {
+    : files_(fileSystem), path_(std::move(filePath)), problems_(new AnnotationLayout(*this)) {
   setUtf8(true);
   setFont(EditorFont());
   setMarginType(kNumberMargin, NumberMargin);
@@ -116,7 +116,7 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
 Status CodeEditor::Load() {
   const Result<std::string> read = files_.ReadWholeFile(path_);
   if (!read) return read.GetError();
-  known_ = LookAtDisk();
+  known_ = StatOnDisk();
   int line = 0;
   int column = 0;
   getCursorPosition(&line, &column);
@@ -167,21 +167,21 @@ Status CodeEditor::Save() {
         path_};
   }
   if (const Status written = files_.WriteWholeFile(path_, *bytes); !written) return written;
-  known_ = LookAtDisk();
+  known_ = StatOnDisk();
   base_ = HashBytes(*bytes);
   setModified(false);
   return {};
 }
 
 // Times are in milliseconds, because two versions written within a second often have the same size.
-CodeEditor::DiskState CodeEditor::LookAtDisk() const {
+CodeEditor::DiskState CodeEditor::StatOnDisk() const {
   const QFileInfo file(ToQt(path_));
   return {file.lastModified(), file.size()};
 }
 
 void CodeEditor::FollowDisk() {
   // A deleted file is not a conflict.
-  if (LookAtDisk() == known_ || !files_.Exists(path_)) return;
+  if (StatOnDisk() == known_ || !files_.Exists(path_)) return;
   if (isModified()) {
     isInConflict_ = true;
   } else {
@@ -211,7 +211,7 @@ void CodeEditor::Restore(const UnsavedText& unsaved) {
 }
 
 void CodeEditor::KeepMine() {
-  known_ = LookAtDisk();
+  known_ = StatOnDisk();
   if (const auto bytes = files_.ReadWholeFile(path_)) base_ = HashBytes(*bytes);
   isInConflict_ = false;
 }

@@ -7,8 +7,8 @@
 #include <functional>
 #include <string>
 
+#include "hosts/desktop/AnnotationLayout.h"
 #include "hosts/desktop/Indentation.h"
-#include "hosts/desktop/LineProblems.h"
 #include "hosts/desktop/Scintilla.h"
 #include "hosts/desktop/TextSearch.h"
 #include "hosts/desktop/UnsavedText.h"
@@ -52,7 +52,7 @@ class CodeEditor : public QsciScintilla {
   // shown in grey only if `areComplete`, i.e. if the macros decide the conditions.
   void SetMacros(const std::string& macros, bool areComplete);
   // Errors and warnings displayed in the text; their messages are shown in a tool tip.
-  LineProblems& Problems() { return *problems_; }
+  AnnotationLayout& Problems() { return *problems_; }
   // Called after a Ctrl+click, which has moved the cursor.
   std::function<void()> onFollowName;
 
@@ -81,7 +81,7 @@ class CodeEditor : public QsciScintilla {
     bool operator==(const DiskState&) const = default;
   };
 
-  DiskState LookAtDisk() const;
+  DiskState StatOnDisk() const;
   void Fill(const QByteArray& utf8);
   void ChooseLexer();
   void ShowIndentation(const Indentation& indentation);
@@ -91,7 +91,7 @@ class CodeEditor : public QsciScintilla {
 
   FileSystem& files_;
   std::string path_;
-  LineProblems* problems_ = nullptr;
+  AnnotationLayout* problems_ = nullptr;
   bool isUtf8_ = true;
   bool hasMark_ = false;  // the file begins with a byte order mark, which is not part of the text
   bool isInConflict_ = false;

@@ -59,14 +59,14 @@ constexpr std::chrono::milliseconds kOccupiedPause(100);
 
 }  // namespace
 
-CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
+CommandRunner::CommandRunner(HostWindow& mainFrame, BuildSession& buildSession,
                              FileSystem& fileSystem)
     : frame_(mainFrame), session_(buildSession), files_(fileSystem) {
   newsTimer_.setInterval(kOccupiedPause);
   connect(&newsTimer_, &QTimer::timeout, this, [this] { TakeOptionsLoaded(); });
-  frame_.Watch([this](const HostEvent& event) { OnMessage(event); });
+  frame_.SetObserver([this](const HostMessageEvent& event) { OnMessage(event); });
   // Must run before everything else, because a script may build the project immediately.
-  frame_.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+  frame_.SetHandler(kMsgProjectOpened, [this](const HostMessageEvent& event) {
     if (event.lParam != 0) {
       session_.LeaveProject();
     } else if (!isOpening_) {
@@ -77,8 +77,8 @@ CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
 }
 
 CommandRunner::~CommandRunner() {
-  frame_.Answer(kMsgProjectOpened, {});
-  frame_.Watch({});
+  frame_.SetHandler(kMsgProjectOpened, {});
+  frame_.SetObserver({});
 }
 
 Status CommandRunner::Open(const std::string& path) {
@@ -216,7 +216,7 @@ void CommandRunner::Approach() {
   if (!session_.TryLockBuild()) {
     if (!session_.GetLockProblem().empty()) {
       waiting_ = 0;
-      TellEnd(BuildEnd::Refused);
+      NotifyEnd(BuildEnd::Refused);
       return;
     }
     constexpr int kBetweenTries = 100;  // milliseconds
@@ -236,7 +236,7 @@ void CommandRunner::Start(std::uint32_t command) {
   // The build refers to the node that was current at the request.
   const bool hasNode = IsOfProject(command) || session_.Inspector().SelectNotedNode() != 0;
   if (!hasNode || session_.Manager().PrologCommand(command) == 0) {
-    TellEnd(BuildEnd::Refused);
+    NotifyEnd(BuildEnd::Refused);
     return;
   }
   session_.BeginWork(&*progress_);
@@ -323,7 +323,7 @@ void CommandRunner::ContinueRestore() {
 void CommandRunner::Stop() {
   if (!IsBuilding() || isStopAsked_) return;
   if (std::exchange(waiting_, 0) != 0) {
-    TellEnd(BuildEnd::Stopped);
+    NotifyEnd(BuildEnd::Stopped);
     return;
   }
   isStopAsked_ = true;
@@ -339,7 +339,7 @@ void CommandRunner::FollowStop() {
 }
 
 // The sender may be in the middle of an operation, so all reactions are deferred.
-void CommandRunner::OnMessage(const HostEvent& event) {
+void CommandRunner::OnMessage(const HostMessageEvent& event) {
   if (event.number == kMsgCommand) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
   } else if (event.number == kMsgCurrentNodeChanged) {
@@ -352,7 +352,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     isRestoring_ = false;
     repeatable_ = 0;
     newsTimer_.stop();
-    if (std::exchange(waiting_, 0) != 0) TellEnd(BuildEnd::Refused);
+    if (std::exchange(waiting_, 0) != 0) NotifyEnd(BuildEnd::Refused);
     // The server also opens projects by itself: the wizard's, and the placeholder project.
     if (isOpening_) return;
     if (isApplying_) {
@@ -391,7 +391,7 @@ void CommandRunner::FinishBuild(BuildEnd end) {
     // The next build may be started elsewhere.
     if (isStopAsked_) session_.Tools().ResumeTools();
     session_.TakeLogLines();  // shown in the log window
-    TellEnd(end);
+    NotifyEnd(end);
   });
 }
 
@@ -411,7 +411,7 @@ void CommandRunner::KeepResults() {
   session_.KeepState();
 }
 
-void CommandRunner::TellEnd(BuildEnd end) {
+void CommandRunner::NotifyEnd(BuildEnd end) {
   session_.UnlockBuild();  // also if the build never started
   if (waiter_) waiter_(end);
   if (onEnded) onEnded(end);

@@ -12,7 +12,7 @@
 #include "hosts/core/BuildProgress.h"
 #include "hosts/core/BuildSession.h"
 #include "hosts/core/FileChanges.h"
-#include "hosts/core/MainFrame.h"
+#include "hosts/core/HostWindow.h"
 #include "hosts/desktop/ProjectWatch.h"
 
 namespace tarn::host {
@@ -25,7 +25,7 @@ namespace tarn::host {
 // Observes the frame during its lifetime; borrows all arguments. Main thread only.
 class CommandRunner : public QObject {
  public:
-  CommandRunner(MainFrame& mainFrame, BuildSession& buildSession, FileSystem& fileSystem);
+  CommandRunner(HostWindow& mainFrame, BuildSession& buildSession, FileSystem& fileSystem);
   ~CommandRunner() override;
 
   // Opens a project and reads its stored state. On error the text is the server's message.
@@ -102,7 +102,7 @@ class CommandRunner : public QObject {
   std::function<void()> onProjectChanged;
 
  private:
-  void OnMessage(const HostEvent& event);
+  void OnMessage(const HostMessageEvent& event);
   Status Close();
   void KeepSelection(const std::function<void()>& work);
   Status KeepDamaged(const std::vector<FileText>& texts);
@@ -118,10 +118,10 @@ class CommandRunner : public QObject {
   void FinishBuild(BuildEnd end);
   bool JudgeGaps();
   void KeepResults();
-  void TellEnd(BuildEnd end);
+  void NotifyEnd(BuildEnd end);
   void ServePosted();
 
-  MainFrame& frame_;
+  HostWindow& frame_;
   BuildSession& session_;
   FileSystem& files_;
   std::optional<BuildProgress> progress_;

@@ -11,7 +11,7 @@
 #include "hosts/core/FileChanges.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
-#include "hosts/desktop/JournalKeeper.h"
+#include "hosts/desktop/JournalManager.h"
 #include "hosts/desktop/ProjectActions.h"
 #include "hosts/desktop/RecoveryDialog.h"
 #include "platform/files/FileTexts.h"
@@ -23,13 +23,13 @@ namespace tarn::host {
 
 CrashRecovery::CrashRecovery(QWidget& parentWindow, FileSystem& fileSystem,
                              ProjectActions& projectActions, EditorTabs& editorTabs,
-                             JournalKeeper& journalKeeper, std::string rescueFolder,
+                             JournalManager& journalManager, std::string rescueFolder,
                              std::vector<std::unique_ptr<Journal>> journals)
     : window_(parentWindow),
       files_(fileSystem),
       project_(projectActions),
       editors_(editorTabs),
-      keeper_(journalKeeper),
+      manager_(journalManager),
       rescueFolder_(std::move(rescueFolder)),
       left_(std::move(journals)) {}
 
@@ -99,7 +99,7 @@ void CrashRecovery::Restore(const JournalReading& reading) {
     isComplete_ = true;
     // The other journal is cleared only if its whole content is in this window's journal or in a
     // file.
-    const bool isKept = RestoreContent(reading) && keeper_.Flush();
+    const bool isKept = RestoreContent(reading) && manager_.Flush();
     if (isKept && reading.lost.empty()) static_cast<void>(left_.front()->Clear());
     if (!isKept) {
       problems_ +=

@@ -14,7 +14,7 @@ class QWidget;
 namespace tarn::host {
 
 class EditorTabs;
-class JournalKeeper;
+class JournalManager;
 class ProjectActions;
 
 // Offers the content of journals left by crashed windows. For one journal after the other, the user
@@ -29,7 +29,7 @@ class CrashRecovery : public QObject {
 
  public:
   CrashRecovery(QWidget& parentWindow, FileSystem& fileSystem, ProjectActions& projectActions,
-                EditorTabs& editorTabs, JournalKeeper& journalKeeper, std::string rescueFolder,
+                EditorTabs& editorTabs, JournalManager& journalManager, std::string rescueFolder,
                 std::vector<std::unique_ptr<Journal>> journals);
 
   // Shows the dialog for the next journal, if there is one. Returns immediately.
@@ -54,7 +54,7 @@ class CrashRecovery : public QObject {
   FileSystem& files_;
   ProjectActions& project_;
   EditorTabs& editors_;
-  JournalKeeper& keeper_;
+  JournalManager& manager_;
   const std::string rescueFolder_;
   std::vector<std::unique_ptr<Journal>> left_;  // the first one is being offered
   // Messages to the user after a journal was restored.

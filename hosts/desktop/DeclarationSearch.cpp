@@ -40,7 +40,7 @@ void DeclarationSearch::Go() {
     bar_.showMessage(tr("No identifier at the cursor"), kMessageMs);
     return;
   }
-  const auto globals = ParseXml(askGlobals ? askGlobals() : std::string());
+  const auto globals = ParseXml(queryGlobals ? queryGlobals() : std::string());
   const CXmlNode* const found =
       globals == nullptr ? nullptr : FindGlobal(*globals, FromQt(name), editor->GetPath());
   if (found != nullptr) {

@@ -20,7 +20,7 @@ class DeclarationSearch {
       : editors_(editorTabs), bar_(statusBar) {}
 
   // Returns the known global symbols, as listed by the server (see InspectorDriver::GetGlobals).
-  std::function<std::string()> askGlobals;
+  std::function<std::string()> queryGlobals;
   // Opens a file at a line.
   std::function<void(const std::string& file, int line)> open;
 

@@ -32,7 +32,7 @@
 #include "hosts/desktop/EditorStatus.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
-#include "hosts/desktop/JournalKeeper.h"
+#include "hosts/desktop/JournalManager.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
@@ -99,7 +99,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setAcceptDrops(true);
   resize(kFirstWindowSize);
   MakeMenuCommands();
-  surface_ = std::make_unique<ServerSurface>(*this, frame_, menuCommands_);
+  surface_ = std::make_unique<ServerDocks>(*this, frame_, menuCommands_);
   surface_->onTree = [this](QWidget& tree) { return MakeTreeFilter(tree); };
   AddCentre();
   AddStatusBar();
@@ -107,7 +107,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   AddMenus();
   AddOptionsDock();
   FollowBuilds();
-  AnswerMessages();
+  SetHandlers();
   ShowTitle();
 }
 
@@ -119,7 +119,7 @@ IdeWindow::~IdeWindow() {
   journal_.reset();
   notices_.reset();
   project_.reset();
-  frame_.Answer(kMsgPaneCaption, {});
+  frame_.SetHandler(kMsgPaneCaption, {});
   delete options_;
   delete findings_;
   runner_.reset();
@@ -166,9 +166,9 @@ void IdeWindow::AddStatusBar() {
   progress_ = new StatusProgress(*runner_, this);
   progress_->onShowLog = [this] { surface_->ShowLog(); };
   statusBar()->addWidget(progress_, 1);
-  notices_ = std::make_unique<ServerNotices>(frame_, files_, *statusBar());
+  notices_ = std::make_unique<ServerNotifications>(frame_, files_, *statusBar());
   notices_->onSelectionChanged = [this] { surface_->RefreshToolBars(); };
-  notices_->askLabel = [this] {
+  notices_->queryLabel = [this] {
     return session_->Manager().GetPropertyValue({}, "General", "Header");
   };
   notices_->isBuilding = [this] { return runner_->IsBuilding(); };
@@ -182,8 +182,8 @@ void IdeWindow::AddJournal() {
   const std::string& folder = session_->GetFolders().data;
   const std::string root = JoinPath(folder, "journal");
   TakenJournals taken = TakeJournals(files_, root);
-  journal_ = std::make_unique<JournalKeeper>(files_, root, taken, *session_, *editors_,
-                                             area_->JournalBanner());
+  journal_ = std::make_unique<JournalManager>(files_, root, taken, *session_, *editors_,
+                                              area_->JournalBanner());
   journal_->onTabsChanged = [this] { project_->KeepEditors(); };
   recovery_ = std::make_unique<CrashRecovery>(*this, files_, *project_, *editors_, *journal_,
                                               JoinPath(folder, "rescued"), std::move(taken.left));
@@ -195,10 +195,10 @@ void IdeWindow::AddProblems() {
   const auto open = [this](const std::string& path, int line) { OpenFile(path, line); };
   problems_ = std::make_unique<ProblemNavigator>(files_, *statusBar());
   problems_->open = open;
-  problemMarks_ = std::make_unique<ProblemMarks>(problems_->GetList(), *editors_);
+  problemMarks_ = std::make_unique<DiagnosticMarkers>(problems_->GetList(), *editors_);
   macros_ = std::make_unique<EditorMacros>(*session_, *editors_);
   declarations_ = std::make_unique<DeclarationSearch>(*editors_, *statusBar());
-  declarations_->askGlobals = [this] { return session_->Inspector().GetGlobals({}, {}); };
+  declarations_->queryGlobals = [this] { return session_->Inspector().GetGlobals({}, {}); };
   declarations_->open = open;
   editors_->onFollowName = [this] { declarations_->Go(); };
 }
@@ -229,7 +229,7 @@ void IdeWindow::FollowBuilds() {
   runner_->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   runner_->onProjectChanged = [this] { OnProjectChanged(); };
   runner_->onOptionsLoaded = [this] { macros_->OnOptionsLoaded(); };
-  runner_->onProjectClosing = [this] { notices_->Forget(); };
+  runner_->onProjectClosing = [this] { notices_->Clear(); };
   // A script's build must not block the window.
   session_->Scripts().runBuild = [this](const BuildRequest& request) {
     return runner_->RunAndWait(request);
@@ -238,9 +238,9 @@ void IdeWindow::FollowBuilds() {
   dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }
 
-void IdeWindow::AnswerMessages() {
+void IdeWindow::SetHandlers() {
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
-    frame_.Answer(number, [this, number](const HostEvent& event) {
+    frame_.SetHandler(number, [this, number](const HostMessageEvent& event) {
       // The message for a node's file contains no position.
       const int line = number == kMsgOpenFileAtLine ? LineOf(event.lParam) : 0;
       // Deferred: the sender is one of the server's windows in the middle of a click.
@@ -252,7 +252,7 @@ void IdeWindow::AnswerMessages() {
     });
   }
   // The compilers must see the content of the editors, no matter how the build was started.
-  frame_.Answer(kMsgBuildStarting, [this](const HostEvent&) {
+  frame_.SetHandler(kMsgBuildStarting, [this](const HostMessageEvent&) {
     return std::intptr_t{editors_->SaveForBuild() ? 1 : 0};
   });
 }
@@ -277,7 +277,7 @@ bool IdeWindow::Start() {
   connect(&refreshTimer_, &QTimer::timeout, this, [this] {
     project_->Note();
     setWindowModified(project_->HasUnsaved());
-    options_->Look();
+    options_->Poll();
     if (runner_->IsBuilding()) {
       problemMarks_->Refresh();
     } else {
@@ -331,7 +331,7 @@ void IdeWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
     editors_->FollowDisk();
-    project_->Look();
+    project_->Poll();
     // Another program may have built as well.
     problemMarks_->Refresh();
   }
@@ -396,7 +396,7 @@ void IdeWindow::AddOptionsDock() {
   dock->setWidget(options_);
   addDockWidget(Qt::RightDockWidgetArea, dock);
   resizeDocks({dock}, {kFirstOptionsWidth}, Qt::Horizontal);
-  frame_.Answer(kMsgPaneCaption, [this, dock](const HostEvent& event) {
+  frame_.SetHandler(kMsgPaneCaption, [this, dock](const HostMessageEvent& event) {
     if (event.lParam != kOptionsPane) return std::intptr_t{1};
     dock->setWindowTitle(ToQt(event.text));
     dock->toggleViewAction()->setText(tr("Options"));
@@ -467,7 +467,7 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   };
   const std::string shared = HostFolders::FromEnvironment(files_).application;
   auto* const filter = new TreeFilter(tree, ToQt(shared) + "config/resources/", this);
-  filter->askNodes = [this] {
+  filter->queryNodes = [this] {
     return IndexTree(session_->Inspector().GetTree(),
                      ToQt(AddSeparator(FolderOf(runner_->GetProjectPath()))));
   };
@@ -503,7 +503,7 @@ void IdeWindow::OnBuildEnded(BuildEnd end) {
   // A build that was refused has no log.
   const std::string& problem = session_->GetLockProblem();
   if (!problem.empty()) statusBar()->showMessage(ToQt(problem));
-  project_->AskForTrust();
+  project_->RequestTrust();
   if (isClosing_) close();
 }
 

@@ -8,17 +8,17 @@
 #include <vector>
 
 #include "hosts/core/BuildSession.h"
-#include "hosts/core/MainFrame.h"
+#include "hosts/core/HostWindow.h"
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/DeclarationSearch.h"
+#include "hosts/desktop/DiagnosticMarkers.h"
 #include "hosts/desktop/EditorTabs.h"
-#include "hosts/desktop/PaneCycle.h"
-#include "hosts/desktop/ProblemMarks.h"
+#include "hosts/desktop/PaneFocusCycle.h"
 #include "hosts/desktop/ProblemNavigator.h"
 #include "hosts/desktop/ProjectActions.h"
+#include "hosts/desktop/ServerDocks.h"
 #include "hosts/desktop/ServerMenus.h"
-#include "hosts/desktop/ServerNotices.h"
-#include "hosts/desktop/ServerSurface.h"
+#include "hosts/desktop/ServerNotifications.h"
 #include "hosts/desktop/WindowLayout.h"
 #include "platform/files/FileSystem.h"
 #include "widgets/qt/QtDialogs.h"
@@ -28,7 +28,7 @@ class QMenu;
 namespace tarn::host {
 
 class CrashRecovery;
-class JournalKeeper;
+class JournalManager;
 class OptionsWindow;
 class EditorArea;
 class EditorMacros;
@@ -53,7 +53,7 @@ class IdeWindow : public QMainWindow {
   // opened.
   void OpenPaths(const std::vector<std::string>& paths);
   // Access for tests and the driver; owned by the window.
-  MainFrame& Frame() { return frame_; }
+  HostWindow& Frame() { return frame_; }
   CommandRunner& Commands() { return *runner_; }
   BuildSession& Session() { return *session_; }
   EditorTabs& Editors() { return *editors_; }
@@ -78,7 +78,7 @@ class IdeWindow : public QMainWindow {
   void AddOptionsDock();
   void AddFindingsDock(QMenu& menu);
   void FollowBuilds();
-  void AnswerMessages();
+  void SetHandlers();
   QWidget* MakeTreeFilter(QWidget& tree);
   std::vector<ConfigurationEntry> ListConfigurations();
   // `path` may be relative to the project's folder.
@@ -90,23 +90,23 @@ class IdeWindow : public QMainWindow {
   void OnProjectChanged();
   void ShowTitle();
 
-  MainFrame frame_;
+  HostWindow frame_;
   std::unique_ptr<BuildSession> session_;
-  std::unique_ptr<ServerNotices> notices_;
+  std::unique_ptr<ServerNotifications> notices_;
   std::unique_ptr<ProblemNavigator> problems_;
-  std::unique_ptr<ProblemMarks> problemMarks_;
+  std::unique_ptr<DiagnosticMarkers> problemMarks_;
   std::unique_ptr<EditorMacros> macros_;
   std::unique_ptr<DeclarationSearch> declarations_;
   std::unique_ptr<CommandRunner> runner_;
   std::unique_ptr<ProjectActions> project_;
-  std::unique_ptr<JournalKeeper> journal_;  // null before Start
+  std::unique_ptr<JournalManager> journal_;  // null before Start
   std::unique_ptr<CrashRecovery> recovery_;
   MenuCommands menuCommands_;
-  std::unique_ptr<ServerSurface> surface_;
+  std::unique_ptr<ServerDocks> surface_;
   FileSystem& files_;
   QtDialogs dialogs_;  // shows the server's questions
   WindowLayout layout_{*this};
-  PaneCycle panes_{*this};
+  PaneFocusCycle panes_{*this};
   EditorArea* area_ = nullptr;
   QMenu* editMenu_ = nullptr;
   EditorTabs* editors_ = nullptr;

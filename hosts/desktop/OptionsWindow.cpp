@@ -279,7 +279,7 @@ void OptionsWindow::FinishEditing() {
   grid_->Delegate().FinishOpen();
 }
 
-void OptionsWindow::Look() {
+void OptionsWindow::Poll() {
   const std::int32_t count = options_.GetSwitchCount();
   if (std::exchange(switchCount_, count) != count) refreshTimer_.start(0);
 }

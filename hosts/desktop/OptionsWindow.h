@@ -38,7 +38,7 @@ class OptionsWindow : public QWidget {
   // Stores the value being edited, unless it is invalid.
   void FinishEditing();
   // Call this periodically: checks for changes without a notification.
-  void Look();
+  void Poll();
   // Disables changes during a build.
   void SetBuilding(bool on);
   // Choices and actions for menus. They ask the user for missing input, and do nothing during a

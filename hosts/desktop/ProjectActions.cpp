@@ -156,7 +156,7 @@ Status ProjectActions::Restore(const std::string& path, const std::vector<FileTe
   if (path != runner_.GetProjectPath()) {
     KeepEditors();
     made = runner_.Open(path);
-    TellWhatIsNotSaved(session_.TakeSaveReport());
+    ShowUnsaved(session_.TakeSaveReport());
   }
   if (texts.empty()) return made;
   if (made) made = CheckNewFiles(history_.GetFiles(), changes);
@@ -193,7 +193,7 @@ bool ProjectActions::Load(const std::string& path) {
     opened = runner_.Open(path);
     report = session_.TakeSaveReport();
   }
-  TellWhatIsNotSaved(report);
+  ShowUnsaved(report);
   if (opened) return true;
   if (OffersToRelocate(path, opened.GetError().text)) return true;
   if (files_.Exists(path)) return false;
@@ -264,7 +264,7 @@ void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
   const std::string before = runner_.GetProjectPath();
   if (session_.Manager().ProjectNew() != 0) {
-    RecentProjects::NoteNew(session_.GetProjectPath());
+    RecentProjects::RecordNew(session_.GetProjectPath());
     // The first save completes the files of the new project.
     QTimer::singleShot(0, this, [this] { SaveAll(); });
     return;
@@ -299,7 +299,7 @@ void ProjectActions::SaveAll() {
   runner_.SaveProject();
   const SaveReport report = session_.TakeSaveReport();
   saves_.Show(report);
-  TellWhatIsNotSaved(report);
+  ShowUnsaved(report);
 }
 
 bool ProjectActions::Leave() {
@@ -312,7 +312,7 @@ bool ProjectActions::Leave() {
     if (report.problems.empty() || !MayDropUnsaved(report)) return false;
   }
   const SaveReport report = session_.TakeSaveReport();
-  TellWhatIsNotSaved(report);
+  ShowUnsaved(report);
   saves_.ShowConflictsNow(report);
   return true;
 }
@@ -352,7 +352,7 @@ bool ProjectActions::SaveCopies() {
 }
 
 // The server reports nothing when it saves; its log names the backups of what couldn't be saved.
-void ProjectActions::TellWhatIsNotSaved(const SaveReport& report) {
+void ProjectActions::ShowUnsaved(const SaveReport& report) {
   std::string reasons;
   for (const std::string& line : report.problems) {
     reasons.append(reasons.empty() ? "" : "\n") += line;

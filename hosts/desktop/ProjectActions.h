@@ -68,11 +68,11 @@ class ProjectActions : public QObject {
   // Records changes as an undo step; to be called periodically.
   void Note();
   // Checks for files written by other programs; call this when the window is activated.
-  void Look() { watch_.Look(); }
+  void Poll() { watch_.Poll(); }
   // Returns true if the project may be built and saved; asks the user if it is damaged.
   bool MayChange() { return damage_.MayGoOn(); }
   // Call this after a build: asks for trust if something was refused for lack of it.
-  void AskForTrust() { trust_.Follow(); }
+  void RequestTrust() { trust_.Follow(); }
   // Returns true if the project has changed since it was opened or saved.
   bool HasUnsaved();
   // Stores which files are open, for the next start.
@@ -93,7 +93,7 @@ class ProjectActions : public QObject {
   bool OffersToRelocate(const std::string& path, const std::string& reason);
   bool MayDropUnsaved(const SaveReport& report);
   bool SaveCopies();
-  void TellWhatIsNotSaved(const SaveReport& report);
+  void ShowUnsaved(const SaveReport& report);
   void Reload();
   Status TakeFromDisk();
   Status Apply(const FileChanges& changes);

@@ -10,7 +10,7 @@ namespace tarn::host {
 
 ProjectWatch::ProjectWatch(FileSystem& fileSystem, QObject* parent)
     : QObject(parent), files_(fileSystem), watch_(this) {
-  watch_.onChanged = [this] { Look(); };
+  watch_.onChanged = [this] { Poll(); };
 }
 
 void ProjectWatch::Follow(const std::string& projectPath) {
@@ -32,7 +32,7 @@ void ProjectWatch::Follow(const std::string& projectPath) {
 void ProjectWatch::Expect(const std::vector<FileText>& versions) {
   for (const FileText& each : versions) known_[each.path] = HashBytes(each.text);
   Watch();
-  Look();
+  Poll();
 }
 
 void ProjectWatch::Include(const std::vector<FileText>& projectFiles) {
@@ -69,7 +69,7 @@ std::vector<FileText> ProjectWatch::GetChanged() const {
   return changed;
 }
 
-void ProjectWatch::Look() {
+void ProjectWatch::Poll() {
   if (!GetChanged().empty() && onChanged) onChanged();
 }
 

@@ -28,7 +28,7 @@ class ProjectWatch : public QObject {
   // Adds files that now belong to the project; those that exist on disk are watched, too.
   void Include(const std::vector<FileText>& projectFiles);
   // Checks immediately; call this when the window is activated.
-  void Look();
+  void Poll();
   // Returns the current content of the files that differ from the opened versions, except for
   // deleted files.
   std::vector<FileText> GetChanged() const;

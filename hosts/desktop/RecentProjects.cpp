@@ -75,7 +75,7 @@ QString RecentProjects::GetNewFolder() {
 }
 
 // If the project has a folder of the same name, the next project is placed next to that folder.
-void RecentProjects::NoteNew(const std::string& path) {
+void RecentProjects::RecordNew(const std::string& path) {
   const QFileInfo file(ToQt(path));
   QDir folder = file.dir();
   if (folder.dirName() == file.completeBaseName()) folder.cdUp();

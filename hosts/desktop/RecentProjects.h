@@ -24,7 +24,7 @@ class RecentProjects {
   // for projects below the user's documents. It need not exist.
   static QString GetNewFolder();
   // Records that a project was created; `path` is its file.
-  static void NoteNew(const std::string& path);
+  static void RecordNew(const std::string& path);
 };
 
 }  // namespace tarn::host

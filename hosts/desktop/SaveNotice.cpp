@@ -109,7 +109,7 @@ void SaveNotice::Tell() {
     return;
   }
   const int more = static_cast<int>(links.size()) - kMostLinks;
-  banner_.TellWithLinks(Describe(true), links.mid(0, kMostLinks),
+  banner_.ShowWithLinks(Describe(true), links.mid(0, kMostLinks),
                         more > 0 ? tr(" and %n more", nullptr, more) : QString());
 }
 

@@ -84,7 +84,7 @@ void TreeFilter::Begin() {
 
 void TreeFilter::Show(const QString& text) {
   const bool isWanted = !text.trimmed().isEmpty();
-  if (isWanted && !list_->isVisible() && askNodes) model_->SetNodes(askNodes());
+  if (isWanted && !list_->isVisible() && queryNodes) model_->SetNodes(queryNodes());
   if (isWanted) {
     model_->SetText(text);
     list_->setCurrentIndex(model_->index(0));
@@ -97,7 +97,7 @@ void TreeFilter::Choose(int row) {
   if (row < 0 || row >= model_->rowCount()) return;
   const IndexedNode node = model_->NodeAt(row);
   // The tree may have changed in the meantime, so that a different node is at this position.
-  std::vector<IndexedNode> present = askNodes ? askNodes() : std::vector<IndexedNode>();
+  std::vector<IndexedNode> present = queryNodes ? queryNodes() : std::vector<IndexedNode>();
   if (std::find(present.begin(), present.end(), node) == present.end()) {
     model_->SetNodes(std::move(present));
     Show(field_->text());

@@ -31,7 +31,7 @@ class TreeFilter : public QWidget {
   void Begin();
 
   // Returns all current nodes; called when a search starts, and when a node is chosen.
-  std::function<std::vector<IndexedNode>()> askNodes;
+  std::function<std::vector<IndexedNode>()> queryNodes;
   std::function<void(const IndexedNode& node)> onChosen;
 
  protected:

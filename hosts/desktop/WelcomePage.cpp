@@ -8,7 +8,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-#include "hosts/desktop/LinkRow.h"
+#include "hosts/desktop/ActionLink.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "widgets/qt/QtText.h"
 
@@ -91,8 +91,9 @@ WelcomePage::WelcomePage(std::vector<Example> shippedExamples, const QString& pi
 void WelcomePage::AddStart(QVBoxLayout& column) {
   const auto add = [&](const char* picture, const QString& text, const QString& remark,
                        std::function<void()> chosen) {
-    auto* const row = new LinkRow(Picture(picture), text, remark, LinkRow::Remark::Text, this);
-    connect(row, &LinkRow::clicked, this, [chosen = std::move(chosen)] { chosen(); });
+    auto* const row =
+        new ActionLink(Picture(picture), text, remark, ActionLink::Remark::Text, this);
+    connect(row, &ActionLink::clicked, this, [chosen = std::move(chosen)] { chosen(); });
     column.addWidget(row);
   };
   column.addWidget(Heading(tr("Start"), 1.1, this));
@@ -128,10 +129,11 @@ void WelcomePage::FillRecent() {
   for (const QString& path : RecentProjects::List()) {
     if (!QFileInfo::exists(path)) continue;
     isEmpty = false;
-    auto* const row = new LinkRow(Picture("node-project"), QFileInfo(path).completeBaseName(),
-                                  ShortPath(QFileInfo(path).path()), LinkRow::Remark::Path, this);
+    auto* const row =
+        new ActionLink(Picture("node-project"), QFileInfo(path).completeBaseName(),
+                       ShortPath(QFileInfo(path).path()), ActionLink::Remark::Path, this);
     row->setToolTip(path);
-    connect(row, &LinkRow::clicked, this, [this, path] { onRecent(path); });
+    connect(row, &ActionLink::clicked, this, [this, path] { onRecent(path); });
     recent_->addWidget(row);
   }
   if (isEmpty) {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "hosts/core/Interrupts.h"
 #include "hosts/core/LargePages.h"
+#include "hosts/core/SignalHandler.h"
 #include "hosts/desktop/IdeWindow.h"
 #include "hosts/desktop/Translations.h"
 #include "platform/files/FileSystem.h"
@@ -66,12 +66,12 @@ int main(int argc, char** argv) {
     paths.push_back(tarn::FromQt(QFileInfo(file).absoluteFilePath()));
   }
 
-  tarn::host::KeepRunningOnFailedWrites();
+  tarn::host::IgnoreFailedWriteSignals();
   const tarn::QtToolkit toolkit;
   tarn::host::IdeWindow window(tarn::FileSystem::Native());
   if (!window.Start()) return 1;
   window.show();
-  const tarn::host::Interrupts interrupts([&window] {
+  const tarn::host::SignalHandler interrupts([&window] {
     QMetaObject::invokeMethod(
         &window, [&window] { window.close(); }, Qt::QueuedConnection);
   });

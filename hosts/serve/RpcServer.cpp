@@ -34,12 +34,12 @@ json ToJson(const std::vector<DamageEntry>& damage) {
 constexpr const char* kUntrustedText =
     "Its folder is not trusted, so this was refused. Use project/trust to trust it.";
 
-json TrustOf(ServedSession& session) {
+json TrustOf(RpcSession& session) {
   const std::string folder = session.GetProjectFolder();
   return {{"folder", folder}, {"trusted", session.Trust().IsTrusted(folder)}};
 }
 
-CallProblem TrustProject(ServedSession& session, json& result) {
+CallProblem TrustProject(RpcSession& session, json& result) {
   const std::string folder = session.GetProjectFolder();
   if (folder.empty()) return {kRpcFailed, "No project is open."};
   if (const Status added = session.Trust().Trust(folder); !added) {
@@ -49,7 +49,7 @@ CallProblem TrustProject(ServedSession& session, json& result) {
   return {};
 }
 
-json DamageOf(ServedSession& session) {
+json DamageOf(RpcSession& session) {
   return {{"damage", ToJson(session.GetDamage())}};
 }
 
@@ -80,15 +80,15 @@ json LabelsOf(const std::deque<ProjectStep>& steps) {
   return list;
 }
 
-CallProblem HistoryOf(ServedSession& session, json& result) {
+CallProblem HistoryOf(RpcSession& session, json& result) {
   result = ToJson(session.GetHistoryState());
   result["undo"] = LabelsOf(session.GetUndoSteps());
   result["redo"] = LabelsOf(session.GetRedoSteps());
   return {};
 }
 
-template <Result<ProjectStep> (ServedSession::*Way)()>
-CallProblem Go(ServedSession& session, json& result) {
+template <Result<ProjectStep> (RpcSession::*Way)()>
+CallProblem Go(RpcSession& session, json& result) {
   const Result<ProjectStep> step = (session.*Way)();
   if (!step) return {kRpcFailed, step.GetError().text};
   result = ToJson(session.GetHistoryState());
@@ -162,7 +162,7 @@ ServerEnd RpcServer::Run() {
     loop->Pump();
     if (session_) {
       session_->Attend();
-      session_->NoteChanges();
+      session_->RecordChanges();
     }
     if (IsOver()) break;
     // Check for the end first: the last message may arrive just before it.
@@ -185,7 +185,7 @@ void RpcServer::Handle(const RpcMessage& message) {
     if (!response.is_null()) responses.push_back(std::move(response));
     if (IsOver()) break;
   }
-  if (session_) session_->NoteChanges();
+  if (session_) session_->RecordChanges();
   if (responses.empty()) return;
   channel_.Send(message.isBatch ? responses : responses.front());
 }
@@ -227,7 +227,7 @@ CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
 }
 
 bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProblem& problem) {
-  using Session = ServedSession;
+  using Session = RpcSession;
   constexpr auto damage = [](Session& served, json& found) {
     found = DamageOf(served);
     return CallProblem();
@@ -303,8 +303,8 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
     return {kRpcBadParams, "initialize: answers must be a list of names"};
   }
   questions_.SetAnswered(answers);
-  session_ = std::make_unique<ServedSession>(
-      files_, folders, questions_, stopper_, [this](const HostEvent& event) {
+  session_ = std::make_unique<RpcSession>(
+      files_, folders, questions_, stopper_, [this](const HostMessageEvent& event) {
         channel_.Send(MakeRpcNotification("host/message", tarn::host::ToJson(event)));
       });
   if (const Status started = session_->Start(); !started) {
@@ -335,7 +335,7 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   result = {{"serverInfo", {{"name", "tarn"}, {"version", TARN_VERSION}}},
             {"methods", ToJson(methods_)},
             {"definitionErrors", session_->GetDefinitionErrors()},
-            {"questions", ClientQuestions::Names()}};
+            {"questions", ClientRequests::Names()}};
   return {};
 }
 

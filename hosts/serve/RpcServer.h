@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "hosts/serve/Binding.h"
+#include "hosts/serve/ArgumentBinding.h"
 #include "hosts/serve/ClientChannel.h"
-#include "hosts/serve/ClientQuestions.h"
-#include "hosts/serve/ServedSession.h"
+#include "hosts/serve/ClientRequests.h"
+#include "hosts/serve/RpcSession.h"
 
 namespace tarn::host {
 
@@ -52,10 +52,10 @@ class RpcServer {
   bool IsOver() const;
 
   FileSystem& files_;
-  WorkStopper stopper_;
+  CancelToken stopper_;
   ClientChannel channel_;
-  ClientQuestions questions_;
-  std::unique_ptr<ServedSession> session_;  // null before initialize
+  ClientRequests questions_;
+  std::unique_ptr<RpcSession> session_;  // null before initialize
   std::vector<MethodInfo> methods_;
   std::atomic<bool> interrupted_ = false;
   const bool trustsAll_;

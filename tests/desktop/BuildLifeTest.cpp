@@ -145,13 +145,13 @@ TEST_F(BuildLifeTest, CtrlAndBreakStopABuild) {
 }
 
 TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
-  window->Frame().Answer(kMsgWorkerEnded, [&](const HostEvent&) {
+  window->Frame().SetHandler(kMsgWorkerEnded, [&](const HostMessageEvent&) {
     QTimer::singleShot(0, &*window, [this] { window->Session().Manager().ProjectClose(); });
     return std::intptr_t{1};
   });
   EXPECT_EQ(Build(), 6);
   EXPECT_FALSE(window->Session().HasProject());
-  window->Frame().Answer(kMsgWorkerEnded, {});
+  window->Frame().SetHandler(kMsgWorkerEnded, {});
   window->OpenProject(first);
   EXPECT_EQ(Build(), 0);
 }

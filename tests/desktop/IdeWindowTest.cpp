@@ -204,8 +204,8 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
   std::optional<BuildEnd> ended;
   window->Commands().onEnded = [&](BuildEnd end) { ended = end; };
   // A different build is started in between, and the user agrees to stop it when the server asks.
-  window->Frame().Answer(kMsgBuildStarting, [&](const HostEvent&) {
-    window->Frame().Answer(kMsgBuildStarting, {});
+  window->Frame().SetHandler(kMsgBuildStarting, [&](const HostMessageEvent&) {
+    window->Frame().SetHandler(kMsgBuildStarting, {});
     window->Session().Manager().Command(TARN_CMD_BUILD_ALL);
     testing::PressInNextBox(QMessageBox::Ok);
     return std::intptr_t{1};
@@ -215,7 +215,7 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
   EXPECT_EQ(ended, BuildEnd::Refused);
   EXPECT_FALSE(window->Commands().IsBuilding());
   bool isOtherGone = false;
-  window->Frame().Answer(kMsgWorkerEnded, [&](const HostEvent&) {
+  window->Frame().SetHandler(kMsgWorkerEnded, [&](const HostMessageEvent&) {
     isOtherGone = true;
     return std::intptr_t{1};
   });

@@ -45,7 +45,7 @@ TEST(TreeFilterTest, KeysChooseANodeAndEscapeGoesBack) {
   QWidget tree;
   TreeFilter filter(tree, {}, nullptr);
   QString xml = kTree;
-  filter.askNodes = [&xml] { return IndexTree(xml.toStdString(), "/p/"); };
+  filter.queryNodes = [&xml] { return IndexTree(xml.toStdString(), "/p/"); };
   std::string chosen;
   filter.onChosen = [&](const IndexedNode& node) { chosen = node.place; };
   auto* const field = filter.findChild<QLineEdit*>();

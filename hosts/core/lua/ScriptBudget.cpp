@@ -2,8 +2,8 @@
 
 namespace tarn::host {
 
-bool ScriptBudget::Look() {
-  sinceLook_ = 0;
+bool ScriptBudget::Poll() {
+  sincePoll_ = 0;
   if (abort_ != ScriptAbort::None) return false;
   if (stopWanted_) {
     abort_ = ScriptAbort::Stopped;

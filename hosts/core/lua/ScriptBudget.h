@@ -30,18 +30,18 @@ class ScriptBudget {
     stepsLeft_ = limits.steps;
     memoryLeft_ = limits.memory;
     timeLeft_ = limits.time;
-    sinceLook_ = 0;
+    sincePoll_ = 0;
   }
 
   // Charges `steps`. Returns false if the script must be aborted, and from then on always.
   bool Spend(std::int64_t steps) {
     stepsLeft_ = steps > stepsLeft_ ? -1 : stepsLeft_ - steps;
-    sinceLook_ += steps > kLookPeriod ? kLookPeriod : steps;
-    return stepsLeft_ >= 0 && sinceLook_ < kLookPeriod && abort_ == ScriptAbort::None ? true
-                                                                                      : Look();
+    sincePoll_ += steps > kPollPeriod ? kPollPeriod : steps;
+    return stepsLeft_ >= 0 && sincePoll_ < kPollPeriod && abort_ == ScriptAbort::None ? true
+                                                                                      : Poll();
   }
   // Checks the clock and stop requests immediately; returns false if the script must be aborted.
-  bool Look();
+  bool Poll();
 
   // Reserves memory. Returns false if there isn't that much left.
   bool TakeMemory(std::size_t bytes) {
@@ -59,14 +59,14 @@ class ScriptBudget {
 
   // May be called from any thread; effective until the outermost script has ended.
   void RequestStop() { stopWanted_ = true; }
-  void ForgetStop() { stopWanted_ = false; }
+  void ClearStop() { stopWanted_ = false; }
 
  private:
-  static constexpr std::int64_t kLookPeriod = 10'000;
+  static constexpr std::int64_t kPollPeriod = 10'000;
 
   ScriptAbort abort_ = ScriptAbort::None;
   std::int64_t stepsLeft_ = 0;
-  std::int64_t sinceLook_ = 0;
+  std::int64_t sincePoll_ = 0;
   std::size_t memoryLeft_ = 0;
   std::chrono::nanoseconds timeLeft_{0};
   std::chrono::steady_clock::time_point since_;

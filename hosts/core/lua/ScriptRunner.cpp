@@ -13,7 +13,7 @@ ScriptOutcome ScriptRunner::Run(IDispatch& server, const std::string& text, std:
   ScriptOutcome outcome = RunOne(server, text, name);
   --depth_;
   if (depth_ == 0) {
-    budget_.ForgetStop();
+    budget_.ClearStop();
   } else {
     innerFailure_ = outcome.error;
   }

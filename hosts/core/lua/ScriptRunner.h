@@ -37,7 +37,7 @@ class ScriptRunner {
   // Ends the running script, or the next one if none is running. May be called from any thread.
   void RequestStop() { budget_.RequestStop(); }
   // Withdraws a request that was made while no script was running.
-  void ForgetStop() { budget_.ForgetStop(); }
+  void ClearStop() { budget_.ClearStop(); }
 
  private:
   friend class ScriptState;

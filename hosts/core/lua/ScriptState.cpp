@@ -126,7 +126,7 @@ void* ScriptState::Allocate(void* context, void* block, std::size_t oldSize, std
   }
   if (newSize > oldSize) {
     if (!state.budget_.TakeMemory(newSize - oldSize)) {
-      state.NotePlace();
+      state.RecordPosition();
       return nullptr;
     }
     const bool isIn =
@@ -144,7 +144,7 @@ void* ScriptState::Allocate(void* context, void* block, std::size_t oldSize, std
   return result;
 }
 
-void ScriptState::NotePlace() {
+void ScriptState::RecordPosition() {
   lua_Debug caller;
   int level = 0;
   if (lua_ == nullptr || !FindScriptLine(lua_, level, caller)) return;
@@ -162,12 +162,12 @@ void ScriptState::Spend(lua_State* lua, std::int64_t steps) {
 }
 
 void ScriptState::Check(lua_State* lua) {
-  if (!Of(lua).budget_.Look()) Abort(lua);
+  if (!Of(lua).budget_.Poll()) Abort(lua);
 }
 
 int ScriptState::Abort(lua_State* lua) {
   ScriptState& state = Of(lua);
-  if (!std::exchange(state.isEnding_, true)) state.NotePlace();
+  if (!std::exchange(state.isEnding_, true)) state.RecordPosition();
   // If the script catches this error, the next instruction raises it again.
   lua_sethook(lua, OnCount, LUA_MASKCOUNT, 1);
   lua_pushliteral(lua, "the script has to end");

@@ -73,7 +73,7 @@ class ScriptState {
   static int SetUp(lua_State* lua);
   static int OnError(lua_State* lua);
   void CallServer();
-  void NotePlace();
+  void RecordPosition();
   std::string ErrorText(int status);
 
   ScriptRunner& runner_;

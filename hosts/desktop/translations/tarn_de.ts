@@ -755,7 +755,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     </message>
 </context>
 <context>
-    <name>JournalKeeper</name>
+    <name>JournalManager</name>
     <message>
         <source>Unsaved changes would be lost in a crash: %1 can&apos;t be written (%2).</source>
         <translation>Nicht gespeicherte Änderungen gingen bei einem Absturz verloren: %1 kann nicht geschrieben werden (%2).</translation>
@@ -775,7 +775,7 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     </message>
 </context>
 <context>
-    <name>PaneCycle</name>
+    <name>PaneFocusCycle</name>
     <message>
         <source>&amp;Next pane</source>
         <translation>&amp;Nächster Bereich</translation>
@@ -1203,7 +1203,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
 </context>
 <context>
-    <name>ServerNotices</name>
+    <name>ServerNotifications</name>
     <message>
         <source>Current selection</source>
         <translation>Aktuelle Auswahl</translation>

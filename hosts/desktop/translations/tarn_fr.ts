@@ -755,7 +755,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     </message>
 </context>
 <context>
-    <name>JournalKeeper</name>
+    <name>JournalManager</name>
     <message>
         <source>Unsaved changes would be lost in a crash: %1 can&apos;t be written (%2).</source>
         <translation>Les modifications non enregistrées seraient perdues en cas de plantage&#xa0;: impossible d’écrire %1 (%2).</translation>
@@ -775,7 +775,7 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     </message>
 </context>
 <context>
-    <name>PaneCycle</name>
+    <name>PaneFocusCycle</name>
     <message>
         <source>&amp;Next pane</source>
         <translation>Volet &amp;suivant</translation>
@@ -1203,7 +1203,7 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     </message>
 </context>
 <context>
-    <name>ServerNotices</name>
+    <name>ServerNotifications</name>
     <message>
         <source>Current selection</source>
         <translation>Sélection actuelle</translation>

@@ -3,7 +3,7 @@
 
 #include <stdint.h>
 
-/* Starts a count of milliseconds on timer 1. Interrupts must be enabled for it to run. */
+/* Starts a count of milliseconds on timer 1. SignalHandler must be enabled for it to run. */
 void ticks_init(void);
 
 /* Milliseconds since the start; wraps after about 65 seconds. Differences of two readings are right

@@ -6,7 +6,7 @@
 /* USART 0, 8 data bits, no parity, one stop bit, at the board's baud rate; transmits only. */
 void uart_init(void);
 
-/* Queues a byte; waits only while the queue is full. Interrupts must be enabled. */
+/* Queues a byte; waits only while the queue is full. SignalHandler must be enabled. */
 void uart_put(char c);
 
 /* A text in program memory, so that it takes no RAM. */
