@@ -6,12 +6,12 @@
 #include <cstdlib>
 #include <string>
 
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "xml/XmlNode.h"
 
 namespace {
 
-using tarn::test::ProjectWorld;
+using tarn::test::ProjectFixture;
 
 constexpr const char* kContent =
     "<Group Header=\"src\" OutputFile=\"src.lib\" >"
@@ -26,7 +26,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-void Open(ProjectWorld& world) {
+void Open(ProjectFixture& world) {
   world.AddDemo(kContent);
   for (const char* name : {"/p/a.c", "/p/b.c", "/p/c.c", "/p/d.c", "/p/a.h", "/p/a.o"}) {
     world.AddFile(name, "text");
@@ -40,16 +40,16 @@ void Open(ProjectWorld& world) {
   }
 }
 
-std::string TreeOf(ProjectWorld& world) {
+std::string TreeOf(ProjectFixture& world) {
   return world.model->GetProjectRoot().ToString(tarn::g_xmlDisplayOptions);
 }
 
-void ExamineAll(ProjectWorld& world, tarn::CXmlNode& node) {
+void ExamineAll(ProjectFixture& world, tarn::CXmlNode& node) {
   world.builder->ExamineNode(node);
   for (int i = 0; i < node.GetChildCount(); ++i) ExamineAll(world, *node.GetChild(i));
 }
 
-std::string SavedFiles(ProjectWorld& world) {
+std::string SavedFiles(ProjectFixture& world) {
   world.model->Publishing().SetActiveApplication(world.Application());
   Require(world.model->Options().StoreChangedProperty("C.General.Nothing") == 1);
   Require(world.model->SaveProject() == 1);
@@ -58,7 +58,7 @@ std::string SavedFiles(ProjectWorld& world) {
 
 const std::string& SavedWithoutReport() {
   static const std::string text = [] {
-    ProjectWorld world;
+    ProjectFixture world;
     Open(world);
     return SavedFiles(world);
   }();
@@ -70,7 +70,7 @@ const std::string& SavedWithoutReport() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string input(reinterpret_cast<const char*>(data), size);
   const std::string& expected = SavedWithoutReport();
-  ProjectWorld world;
+  ProjectFixture world;
   Open(world);
   Require(world.builder->Information().SetBuildInfo("", input.c_str()) == 1);
   ExamineAll(world, world.model->GetProjectRoot());

@@ -19,7 +19,7 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "platform/text/Text.h"
 #include "support/AnsweringUser.h"
 #include "support/WizardUser.h"
@@ -139,7 +139,7 @@ class Host {
         [builder] { return !builder->IsWorkerAlive(); }, std::chrono::seconds(15)));
   }
 
-  tarn::test::ManagerWorld world;
+  tarn::test::ManagerFixture world;
   tarn::test::AnsweringUser user{world.host.Handle()};
 };
 

@@ -13,11 +13,11 @@
 #include <string_view>
 
 #include "platform/text/Text.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 
 namespace {
 
-using tarn::test::ProjectWorld;
+using tarn::test::ProjectFixture;
 using Disk = std::map<std::string, std::string>;
 
 constexpr std::string_view kCut = "\n====\n";
@@ -31,7 +31,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-Disk FilesOf(const ProjectWorld& world) {
+Disk FilesOf(const ProjectFixture& world) {
   Disk files;
   for (const std::string& path : world.disk.AllFiles()) {
     if (path.starts_with("/p/")) files[path] = world.disk.BytesOf(path).value_or("");
@@ -110,7 +110,7 @@ void RequireAllKept(const Disk& before, const Disk& now) {
 }
 
 // Runs the sequence with a change. Returns false if the project didn't open.
-bool Travel(ProjectWorld& world, const Disk& before) {
+bool Travel(ProjectFixture& world, const Disk& before) {
   if (world.OpenDemo() == 0) {
     world.model->SaveProject();
     world.model->CloseProject();
@@ -135,7 +135,7 @@ bool Travel(ProjectWorld& world, const Disk& before) {
 
 // Opens and closes the project. Only a project without an active application of its own is changed
 // by that.
-void Look(ProjectWorld& world) {
+void Look(ProjectFixture& world) {
   const Disk before = FilesOf(world);
   if (world.OpenDemo() == 0) return;
   world.model->PublishAll();
@@ -151,7 +151,7 @@ void Look(ProjectWorld& world) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string input(reinterpret_cast<const char*>(data), size);
   const std::size_t cut = input.find(kCut);
-  ProjectWorld world;
+  ProjectFixture world;
   world.disk.AddFile(kProject, input.substr(0, cut));
   world.disk.AddFile(
       kApplication, cut == std::string::npos ? kPlainApplication : input.substr(cut + kCut.size()));

@@ -55,7 +55,7 @@ CXmlNode& AddSet(CXmlNode& root, const SetDefinition& set) {
 
 CXmlNode* FindByHeader(const CXmlNode& parent, const std::string& name) {
   for (CXmlNode* child : parent.GetChildren()) {
-    if (EqualNoCase(TextOf(child->GetAttrValue("Header")), name)) return child;
+    if (EqualNoCase(OrEmpty(child->GetAttrValue("Header")), name)) return child;
   }
   return nullptr;
 }

@@ -17,8 +17,8 @@ constexpr std::size_t kMaxDepth = 16;
 constexpr std::size_t kMaxFiles = 500;
 constexpr std::size_t kMaxErrors = 200;
 
-std::string AttributeOf(const CXmlNode& node, std::string_view name) {
-  return TextOf(node.GetAttrValue(name));
+std::string GetAttribute(const CXmlNode& node, std::string_view name) {
+  return OrEmpty(node.GetAttrValue(name));
 }
 
 bool IsYes(std::string_view text) {
@@ -128,7 +128,7 @@ void OptionDefinitionReader::ReadSets(const CXmlNode& node) {
 
 void OptionDefinitionReader::ReadInclude(const CXmlNode& node) {
   CheckAttributes(node, "File");
-  const std::string name = AttributeOf(node, "File");
+  const std::string name = GetAttribute(node, "File");
   if (name.empty()) return Report("Include without File");
   std::string path = ToNativeSeparators(name);
   if (IsRelativePath(path)) path = JoinPath(FolderOf(chain_.back()), path);
@@ -143,7 +143,7 @@ void OptionDefinitionReader::ReadInclude(const CXmlNode& node) {
 }
 
 void OptionDefinitionReader::ReadSet(const CXmlNode& node) {
-  const std::string header = AttributeOf(node, "Header");
+  const std::string header = GetAttribute(node, "Header");
   place_ = "set " + header;
   CheckAttributes(node, "Header Label Help");
   std::vector<std::string> sets;
@@ -153,8 +153,8 @@ void OptionDefinitionReader::ReadSet(const CXmlNode& node) {
   if (sets.empty()) return Report("Set without Header");
   for (const std::string& name : sets) {
     SetDefinition& set = definitions_.Set(name);
-    if (node.GetAttr("Label") != nullptr) set.label = AttributeOf(node, "Label");
-    if (node.GetAttr("Help") != nullptr) set.help = AttributeOf(node, "Help");
+    if (node.GetAttr("Label") != nullptr) set.label = GetAttribute(node, "Label");
+    if (node.GetAttr("Help") != nullptr) set.help = GetAttribute(node, "Help");
   }
   for (const CXmlNode* child : node.GetChildren()) {
     if (child->GetType() != XmlElement) continue;
@@ -169,14 +169,14 @@ void OptionDefinitionReader::ReadSet(const CXmlNode& node) {
 
 void OptionDefinitionReader::ReadSection(const CXmlNode& node,
                                          const std::vector<std::string>& sets) {
-  const std::string header = AttributeOf(node, "Header");
+  const std::string header = GetAttribute(node, "Header");
   CheckAttributes(node, "Header Label Help");
   if (header.empty()) return Report("Section without Header");
   const std::string setPlace = place_;
   for (const std::string& name : sets) {
     SectionDefinition& section = Definitions::Section(definitions_.Set(name), header);
-    if (node.GetAttr("Label") != nullptr) section.label = AttributeOf(node, "Label");
-    if (node.GetAttr("Help") != nullptr) section.help = AttributeOf(node, "Help");
+    if (node.GetAttr("Label") != nullptr) section.label = GetAttribute(node, "Label");
+    if (node.GetAttr("Help") != nullptr) section.help = GetAttribute(node, "Help");
   }
   for (const CXmlNode* child : node.GetChildren()) {
     if (child->GetType() != XmlElement) continue;
@@ -192,7 +192,7 @@ void OptionDefinitionReader::ReadSection(const CXmlNode& node,
 void OptionDefinitionReader::ReadProperty(const CXmlNode& node,
                                           const std::vector<std::string>& sets,
                                           const std::string& section) {
-  const std::string header = AttributeOf(node, "Header");
+  const std::string header = GetAttribute(node, "Header");
   if (header.empty()) return Report("Property without Header");
   place_ += "." + header;
   if (header.find('.') != std::string::npos || section.find('.') != std::string::npos) {
@@ -212,23 +212,23 @@ void OptionDefinitionReader::ReadProperty(const CXmlNode& node,
 void OptionDefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& property) {
   property.origin = chain_.back();
   const auto take = [&node](std::string_view name, std::string& to) {
-    if (node.GetAttr(name) != nullptr) to = AttributeOf(node, name);
+    if (node.GetAttr(name) != nullptr) to = GetAttribute(node, name);
   };
   take("Default", property.defaultText);
   take("Label", property.label);
   take("Help", property.help);
   take("Min", property.minimum);
   take("Max", property.maximum);
-  const std::string type = AttributeOf(node, "Type");
+  const std::string type = GetAttribute(node, "Type");
   if (!type.empty() && !TypeFromName(type, property.type)) {
     Report("Type \"" + type + "\" is not known, treated as text");
     property.type = ValueType::Text;
   }
   if (node.GetAttr("Removable") != nullptr) {
-    property.removable = IsYes(AttributeOf(node, "Removable"));
+    property.removable = IsYes(GetAttribute(node, "Removable"));
   }
   if (node.GetAttr("KeepsOutputs") != nullptr) {
-    property.keepsOutputs = IsYes(AttributeOf(node, "KeepsOutputs"));
+    property.keepsOutputs = IsYes(GetAttribute(node, "KeepsOutputs"));
   }
   ReadCondition(node, "Shown", property.shown);
   ReadCondition(node, "Enabled", property.enabled);
@@ -246,7 +246,7 @@ void OptionDefinitionReader::FillProperty(const CXmlNode& node, PropertyDefiniti
 
 void OptionDefinitionReader::ReadCondition(const CXmlNode& node, std::string_view attribute,
                                            Condition& condition) {
-  const std::string text = AttributeOf(node, attribute);
+  const std::string text = GetAttribute(node, attribute);
   if (text.empty() || ParseCondition(text, condition)) return;
   Report(std::string(attribute) + " \"" + text + "\" is not a condition (Section.Property=value)");
 }
@@ -254,7 +254,7 @@ void OptionDefinitionReader::ReadCondition(const CXmlNode& node, std::string_vie
 void OptionDefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& property) {
   CheckAttributes(node, "When Value");
   ConditionalDefault chosen;
-  const std::string when = AttributeOf(node, "When");
+  const std::string when = GetAttribute(node, "When");
   if (!ParseCondition(when, chosen.when) || chosen.when.negated) {
     return Report("Default with When \"" + when + "\": expected Section.Property=value");
   }
@@ -262,7 +262,7 @@ void OptionDefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinitio
     return Report("Default with When \"" + when +
                   "\": its values must not be * or contain a semicolon, equal sign or parenthesis");
   }
-  chosen.value = AttributeOf(node, "Value");
+  chosen.value = GetAttribute(node, "Value");
   if (!FitsIntoChoice(chosen.value)) {
     return Report("Default \"" + chosen.value +
                   "\" under a condition must not contain a semicolon or an unbalanced parenthesis");
@@ -274,13 +274,13 @@ void OptionDefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinitio
 void OptionDefinitionReader::ReadChoice(const CXmlNode& node, PropertyDefinition& property) {
   CheckAttributes(node, "Value Label");
   if (node.GetAttr("Value") == nullptr) return Report("Choice without Value");
-  const std::string value = AttributeOf(node, "Value");
+  const std::string value = GetAttribute(node, "Value");
   auto known = std::find_if(property.choices.begin(), property.choices.end(),
                             [&](const Choice& each) { return EqualNoCase(each.value, value); });
   if (known == property.choices.end()) {
     known = property.choices.insert(known, {value, value});
   }
-  if (node.GetAttr("Label") != nullptr) known->label = AttributeOf(node, "Label");
+  if (node.GetAttr("Label") != nullptr) known->label = GetAttribute(node, "Label");
 }
 
 void OptionDefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view known) {

@@ -32,20 +32,20 @@ std::int32_t PropertyManager::Switch(std::unordered_map<std::string, bool>& swit
 
 std::int32_t PropertyManager::HideProperty(const char* set, const char* section,
                                            const char* property, std::int32_t hide) {
-  return Switch(hidden_, KeyOf(TextOf(set), TextOf(section), TextOf(property)), hide != 0);
+  return Switch(hidden_, KeyOf(OrEmpty(set), OrEmpty(section), OrEmpty(property)), hide != 0);
 }
 
 std::int32_t PropertyManager::EnableProperty(const char* set, const char* section,
                                              const char* property, std::int32_t enable) {
-  return Switch(disabled_, KeyOf(TextOf(set), TextOf(section), TextOf(property)), enable == 0);
+  return Switch(disabled_, KeyOf(OrEmpty(set), OrEmpty(section), OrEmpty(property)), enable == 0);
 }
 
 std::int32_t PropertyManager::HideSection(const char* set, const char* section, std::int32_t hide) {
-  return Switch(hidden_, KeyOf(TextOf(set), TextOf(section), {}), hide != 0);
+  return Switch(hidden_, KeyOf(OrEmpty(set), OrEmpty(section), {}), hide != 0);
 }
 
 std::int32_t PropertyManager::HideSet(const char* set, std::int32_t hide) {
-  return Switch(hidden_, KeyOf(TextOf(set), {}, {}), hide != 0);
+  return Switch(hidden_, KeyOf(OrEmpty(set), {}, {}), hide != 0);
 }
 
 PropertyState PropertyManager::StateOf(const std::string& set, const std::string& section,
@@ -91,7 +91,7 @@ std::string PropertyManager::GetPropState() {
 }
 
 void PropertyManager::SetPropState(const char* state) {
-  propState_ = TextOf(state);
+  propState_ = OrEmpty(state);
 }
 
 std::string PropertyManager::GetNewConfigName() {
@@ -99,7 +99,7 @@ std::string PropertyManager::GetNewConfigName() {
 }
 
 void PropertyManager::SetNewConfigName(const char* name) {
-  newConfigName_ = TextOf(name);
+  newConfigName_ = OrEmpty(name);
 }
 
 std::string PropertyManager::GetChangedProperty() {
@@ -114,11 +114,11 @@ std::string PropertyManager::NodeKey() {
 std::int32_t PropertyManager::ChangeByUser(const char* set, const char* section,
                                            const char* property, std::optional<std::string> value) {
   // While nodes are being published, the node held may differ from the one the user sees.
-  if (updates_ > 0 || TextOf(property).empty()) return 0;
+  if (updates_ > 0 || OrEmpty(property).empty()) return 0;
   ValueChange change{NodeKey(),
                      set == nullptr || *set == '\0' ? values_.OwnSet() : set,
-                     TextOf(section),
-                     TextOf(property),
+                     OrEmpty(section),
+                     OrEmpty(property),
                      {},
                      std::move(value)};
   std::string before;
@@ -130,7 +130,7 @@ std::int32_t PropertyManager::ChangeByUser(const char* set, const char* section,
 
 std::int32_t PropertyManager::SetChangedProperty(const char* set, const char* section,
                                                  const char* property, const char* value) {
-  return ChangeByUser(set, section, property, TextOf(value));
+  return ChangeByUser(set, section, property, OrEmpty(value));
 }
 
 std::int32_t PropertyManager::ResetChangedProperty(const char* set, const char* section,

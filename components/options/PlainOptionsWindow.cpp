@@ -20,7 +20,7 @@ constexpr int kNoteHeight = 56;
 constexpr const char* kResetCommand = "33050";
 
 std::string Attribute(const CXmlNode& node, const char* name) {
-  return TextOf(node.GetAttrValue(name));
+  return OrEmpty(node.GetAttrValue(name));
 }
 
 std::unique_ptr<CReportRecordItem> MakeItem(std::string caption) {

@@ -122,7 +122,7 @@ std::string PropertyManager::GetDefinitionProblem() {
 
 std::string PropertyManager::CheckValue(const char* set, const char* section, const char* property,
                                         const char* value) {
-  const std::string& ownSet = View(set).empty() ? values_.OwnSet() : TextOf(set);
+  const std::string& ownSet = View(set).empty() ? values_.OwnSet() : OrEmpty(set);
   const PropertyDefinition* definition =
       definitions_.Find(keys_.FindSet(ownSet), keys_.FindProperty(View(section), View(property)));
   if (definition == nullptr) return {};
@@ -141,7 +141,7 @@ std::string PropertyManager::CheckValue(const char* set, const char* section, co
 std::int32_t PropertyManager::ReadConfigFromFile(const char* config, const char* set,
                                                  const char* section, const char* property,
                                                  const char* file) {
-  const Result<std::string> text = files_.ReadWholeFile(TextOf(file));
+  const Result<std::string> text = files_.ReadWholeFile(OrEmpty(file));
   if (!text) return 0;
   if (!HasRoot(*text, "Config") && !HasRoot(*text, "Options")) return 0;
   const std::string_view name = View(config).empty() ? values_.GetConfig() : View(config);

@@ -42,7 +42,7 @@ EarlyRun::EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
 std::string EarlyRun::KeyOf(const char* tool, const char* files, const char* options) {
   std::string key;
   for (const char* text : {tool, files, options}) {
-    key += TextOf(text);
+    key += OrEmpty(text);
     key += '\0';
   }
   return key;

@@ -8,7 +8,7 @@
 namespace tarn::tools {
 
 std::string ElementReader::Text(const CXmlNode& node, const char* attribute) {
-  return TextOf(node.GetAttrValue(attribute));
+  return OrEmpty(node.GetAttrValue(attribute));
 }
 
 std::size_t ElementReader::Choose(const CXmlNode& node, const char* attribute,

@@ -35,12 +35,12 @@ void AddFiles(ToolInvocation& job, const std::vector<std::string>& listed) {
 }  // namespace
 
 OwnedJob::OwnedJob(const ToolEnvironment& world, const char* files, const char* options)
-    : values(OptionValues::FromText(TextOf(options))) {
+    : values(OptionValues::FromText(OrEmpty(options))) {
   job.values = &values;
   job.disk = world.files;
   job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder(), job.disk);
   job.environmentLauncher = world.environment("TARN_LAUNCHER");
-  std::vector<std::string> listed = SplitFileList(TextOf(files));
+  std::vector<std::string> listed = SplitFileList(OrEmpty(files));
   for (std::string& file : listed) file = AbsolutePath(job.disk, job.baseFolder, file);
   AddFiles(job, listed);
 }

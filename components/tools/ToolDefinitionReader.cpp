@@ -378,7 +378,7 @@ void ReadLists(const ParsedFile& file, const char* element, Lists& lists,
     if (child->NameView() != element) continue;
     Reader reader;
     auto list = reader.ReadList(*child);
-    const std::string name = TextOf(child->GetAttrValue("Name"));
+    const std::string name = OrEmpty(child->GetAttrValue("Name"));
     if (reader.Error().empty()) {
       lists[name] = std::move(list);
     } else {

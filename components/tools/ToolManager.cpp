@@ -31,7 +31,7 @@ std::string StartText(const std::string& tool, const char* files, const ToolPlan
     words = first.arguments;
     words.insert(words.begin(), first.program);
   }
-  return "<Tool" + XmlAttribute("Name", tool) + XmlAttribute("Files", TextOf(files)) +
+  return "<Tool" + XmlAttribute("Name", tool) + XmlAttribute("Files", OrEmpty(files)) +
          XmlPathAttribute("Output", plan.output) + XmlAttribute("Command", JoinWords(words)) +
          (isPart ? XmlPathAttribute("Subject", plan.output) : "") + "/>";
 }
@@ -52,7 +52,7 @@ std::string CommandElement(const ToolCommand& command) {
 ToolEnvironment ToolEnvironment::Native() {
   return {&ProcessLauncher::Native(), &FileSystem::Native(), FindProgram, [](const char* name) {
             const char* value = std::getenv(name);
-            return TextOf(value);
+            return OrEmpty(value);
           }};
 }
 
@@ -101,7 +101,7 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
 
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
                                     std::int32_t frameWindow) {
-  const std::string given = ToNativeSeparators(TextOf(applicationPath));
+  const std::string given = ToNativeSeparators(OrEmpty(applicationPath));
   const std::string root = given.empty() ? InstalledDataFolder(*world_.files) : given;
   const std::string place = JoinPath(root, "config/tools");
   std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world_.files, place);
@@ -130,7 +130,7 @@ std::int32_t ToolManager::RefreshTools() {
 std::int32_t ToolManager::RunTool(const char* tool, const char* files, const char* options,
                                   const char* messageFile) {
   ToolMessages messages;
-  bool isDone = Execute(TextOf(tool), files, options, messages);
+  bool isDone = Execute(OrEmpty(tool), files, options, messages);
   std::string text = MessageFileText(messages);
   const bool isWanted = messageFile != nullptr && *messageFile != '\0';
   const Status written = isWanted ? world_.files->WriteScratchFile(messageFile, text) : Status();
@@ -154,7 +154,7 @@ std::int32_t ToolManager::SetJobs(std::int32_t count) {
 }
 
 std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const char* options) {
-  auto definition = FindTool(TextOf(tool));
+  auto definition = FindTool(OrEmpty(tool));
   if (!definition || !definition->isEarly) return 0;
   auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(definition),
                                         EarlyRun::KeyOf(tool, files, options), files, options,
@@ -166,7 +166,7 @@ std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const c
   const std::string key = EarlyRun::KeyOf(tool, files, options);
   const EarlyRun* const run = early_.Get(key);
   if (run == nullptr) return 0;
-  NotifyStart(TextOf(tool), files, key, run->Job(), run->Plan());
+  NotifyStart(OrEmpty(tool), files, key, run->Job(), run->Plan());
   {
     const std::lock_guard guard(lock_);
     notifiedKey_ = key;
@@ -295,11 +295,11 @@ std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& n
 }
 
 std::string ToolManager::GetToolsForExtension(const char* extension) {
-  return Tools()->ToolsForExtension(TextOf(extension));
+  return Tools()->ToolsForExtension(OrEmpty(extension));
 }
 
 std::string ToolManager::GetCommandLines(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return "<Commands/>";
   const OwnedJob owned(world_, files, options);
   std::string macros;
@@ -317,7 +317,7 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
 
 std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
                                             const char* options) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return {};
   const OwnedJob owned(world_, files, options);
   std::string lines;
@@ -326,14 +326,14 @@ std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
 }
 
 std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return {};
   const OwnedJob owned(world_, files, options);
   return HexText(HashCommands(world_, MakePlan(*definition, owned.job)));
 }
 
 std::string ToolManager::GetToolFingerprint(const char* tool) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return {};
   std::string text = HexText(definition->fingerprint);
   for (const ToolProgram& program : ProgramsOf(*definition)) {
@@ -351,13 +351,13 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
 
 std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const char* options,
                                       const char* candidates) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return {};
   const OwnedJob owned(world_, files, options);
   const ToolPlan plan = MakePlan(*definition, owned.job);
   std::string list;
   for (const std::string& file : FindUsedFiles(*definition, plan, owned.job.files,
-                                               SplitFileList(TextOf(candidates)), *world_.files)) {
+                                               SplitFileList(OrEmpty(candidates)), *world_.files)) {
     list += (list.empty() ? "\"" : ",\"") + file + '"';
   }
   return list;
@@ -383,7 +383,7 @@ void ToolManager::ResumeTools() {
 }
 
 std::string ToolManager::MissingProgram(const char* tool) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return {};
   for (const ToolProgram& program : ProgramsOf(*definition)) {
     if (!program.isOptional && world_.findProgram(program.name).empty()) return program.name;
@@ -392,7 +392,7 @@ std::string ToolManager::MissingProgram(const char* tool) {
 }
 
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(TextOf(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition) return RunAccessText({});
   const OwnedJob owned(world_, files, options);
   return RunAccessText(
@@ -408,7 +408,7 @@ std::string ToolManager::GetDefinitionProblem() {
 }
 
 std::int32_t ToolManager::HasTool(const char* tool) {
-  return FindTool(TextOf(tool)) == nullptr ? 0 : 1;
+  return FindTool(OrEmpty(tool)) == nullptr ? 0 : 1;
 }
 
 std::string ToolManager::GetDefinitionErrors() {

@@ -54,7 +54,7 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
   }
   nlohmann::json gaps = nlohmann::json::array();
   for (const BuildGap& each : outcome.gaps.gaps) gaps.push_back(ToJson(context, each));
-  PrintJson(context, {{"result", refused.empty() ? WordOf(outcome.end) : "refused"},
+  PrintJson(context, {{"result", refused.empty() ? ToString(outcome.end) : "refused"},
                       {"exitCode", exitCode},
                       {"untrusted", refused},
                       {"toolsRun", outcome.toolsRun},
@@ -79,7 +79,7 @@ void RemarkState(CommandContext& context) {
 // Ends a build that was never started.
 int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::string& why) {
   if (context.Asked().json) {
-    PrintJson(context, {{"result", WordOf(end)}, {"exitCode", code}, {"error", why}});
+    PrintJson(context, {{"result", ToString(end)}, {"exitCode", code}, {"error", why}});
   }
   return code;
 }

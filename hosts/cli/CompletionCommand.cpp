@@ -45,9 +45,9 @@ std::vector<std::string> OptionNames(CommandContext& context) {
 void AddNodes(CommandContext& context, const CXmlNode& node, std::vector<std::string>& names) {
   for (const CXmlNode* child : node.GetChildren()) {
     if (!ProjectTree::IsShown(*child)) continue;
-    const std::string path = AttributeOf(child, "Path");
-    const bool isFile = !path.empty() && AttributeOf(child, "Extern").empty();
-    names.push_back(isFile ? context.Show(path) : Printable(AttributeOf(child, "Header")));
+    const std::string path = GetAttribute(child, "Path");
+    const bool isFile = !path.empty() && GetAttribute(child, "Extern").empty();
+    names.push_back(isFile ? context.Show(path) : Printable(GetAttribute(child, "Header")));
     AddNodes(context, *child, names);
   }
 }

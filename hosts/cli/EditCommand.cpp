@@ -34,8 +34,8 @@ void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& 
                     std::vector<std::string>& labels) {
   for (const CXmlNode* child : node.GetChildren()) {
     if (!ProjectTree::IsShown(*child)) continue;
-    const bool isFile = IsSameName(files, AttributeOf(child, "Path"), path);
-    if (isFile) labels.push_back(AttributeOf(&node, "Header"));
+    const bool isFile = IsSameName(files, GetAttribute(child, "Path"), path);
+    if (isFile) labels.push_back(GetAttribute(&node, "Header"));
     CollectParents(files, *child, path, labels);
   }
 }

@@ -25,7 +25,7 @@ struct Symbol {
 };
 
 Symbol ToSymbol(const CXmlNode& row) {
-  return {AttributeOf(&row, "Header"), AttributeOf(&row, "Desc"), AttributeOf(&row, "DeclFile"),
+  return {GetAttribute(&row, "Header"), GetAttribute(&row, "Desc"), GetAttribute(&row, "DeclFile"),
           ParseDecimal(row.GetAttrValue("DeclLine"))};
 }
 
@@ -44,7 +44,7 @@ nlohmann::json ToJson(const Symbol& symbol) {
           {"line", symbol.line}};
 }
 
-std::string PlaceOf(CommandContext& context, const Symbol& symbol) {
+std::string PositionOf(CommandContext& context, const Symbol& symbol) {
   if (symbol.file.empty()) return {};
   const std::string line = symbol.line > 0 ? ":" + std::to_string(symbol.line) : std::string();
   return Printable(context.Show(symbol.file)) + line;
@@ -56,12 +56,12 @@ void PrintSymbols(CommandContext& context, const std::vector<Symbol>& symbols) {
   std::size_t places = 0;
   for (const Symbol& symbol : symbols) {
     names = std::max(names, ColumnsOf(Printable(symbol.name)));
-    places = std::max(places, ColumnsOf(PlaceOf(context, symbol)));
+    places = std::max(places, ColumnsOf(PositionOf(context, symbol)));
   }
   names = std::min(names, kWidest);
   places = std::min(places, kWidest);
   for (const Symbol& symbol : symbols) {
-    std::string place = PlaceOf(context, symbol);
+    std::string place = PositionOf(context, symbol);
     if (!symbol.definition.empty()) place = Padded(place, places) + "  " + symbol.definition;
     const std::string name = Printable(symbol.name);
     ConsoleText line = context.Out().Dye(Paint::Bold, place.empty() ? name : Padded(name, names));
@@ -90,9 +90,9 @@ int RunGlobals(CommandContext& context) {
   }
   const auto globals = ParseXml(context.Session().Inspector().GetGlobals(
       application->path, context.Own<GlobalsOptions>().sortColumn));
-  const std::string file = AttributeOf(globals.get(), "File");
-  if (AttributeOf(globals.get(), "Found") != "Yes") {
-    const std::string reason = AttributeOf(globals.get(), "Reason");
+  const std::string file = GetAttribute(globals.get(), "File");
+  if (GetAttribute(globals.get(), "Found") != "Yes") {
+    const std::string reason = GetAttribute(globals.get(), "Reason");
     context.Complain("The symbols of " + application->label + " can't be listed: " +
                      (reason.empty()
                           ? context.Show(file) + " is missing. A tool of its build must write it."

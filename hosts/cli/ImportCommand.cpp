@@ -100,7 +100,7 @@ int Import::CheckFile() const {
 
 bool Import::IsOpen() const {
   const ProjectTree tree(context_.Session().Inspector().GetTree());
-  return EqualNoCase(AttributeOf(tree.GetRoot(), "Path"), project_);
+  return EqualNoCase(GetAttribute(tree.GetRoot(), "Path"), project_);
 }
 
 int Import::Fail(const std::string& text) const {

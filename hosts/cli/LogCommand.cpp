@@ -21,7 +21,7 @@ struct LogOptions {
   bool untilEnd = false;
 };
 
-const char* WordOf(LogKind kind) {
+const char* ToString(LogKind kind) {
   switch (kind) {
     case LogKind::Error:
       return "error";
@@ -36,7 +36,7 @@ const char* WordOf(LogKind kind) {
 }
 
 nlohmann::json ToJson(const LogEntry& entry) {
-  nlohmann::json object = {{"kind", WordOf(entry.kind)},
+  nlohmann::json object = {{"kind", ToString(entry.kind)},
                            {"file", entry.file},
                            {"line", entry.line},
                            {"message", entry.message},

@@ -383,8 +383,8 @@ std::vector<std::string> CommandContext::NodeNames(const std::string& applicatio
   std::set<std::string> names;
   const ProjectTree tree(Session().Inspector().GetTree());
   const std::function<void(const CXmlNode&)> collect = [&](const CXmlNode& node) {
-    const std::string path = AttributeOf(&node, "Path");
-    names.insert(AttributeOf(&node, "Header"));
+    const std::string path = GetAttribute(&node, "Path");
+    names.insert(GetAttribute(&node, "Header"));
     names.insert(DisplayPath(path, startFolder_));
     for (const CXmlNode* child : node.GetChildren()) {
       if (ProjectTree::IsShown(*child)) collect(*child);
@@ -392,7 +392,7 @@ std::vector<std::string> CommandContext::NodeNames(const std::string& applicatio
   };
   if (tree.GetRoot() == nullptr) return {};
   for (const CXmlNode* node : tree.GetRoot()->GetChildren()) {
-    const bool isMeant = application.empty() || AttributeOf(node, "Path") == application;
+    const bool isMeant = application.empty() || GetAttribute(node, "Path") == application;
     if (ProjectTree::IsShown(*node) && isMeant) collect(*node);
   }
   names.erase("");

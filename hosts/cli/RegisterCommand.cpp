@@ -18,7 +18,7 @@ struct RegisterOptions {
 
 constexpr const char* kServerClass = "TarnProjectManager.ProjectManager";
 
-std::string WordOf(ClassScope scope) {
+std::string ToString(ClassScope scope) {
   return scope == ClassScope::User ? "this user" : "all users";
 }
 
@@ -50,10 +50,10 @@ int CallServer(CommandContext& context, bool adds) {
 
 // Prints one line that reports what was done.
 void PrintDone(CommandContext& context, bool adds, bool wasThere, bool changed,
-              const std::string& what) {
+               const std::string& what) {
   const std::string done = adds ? (changed ? "registered" : "already registered")
                                 : (wasThere ? "unregistered" : "wasn't registered");
-  context.Out().PrintLine(done + " for " + WordOf(ClassStore::Native().GetScope()) + "  " + what);
+  context.Out().PrintLine(done + " for " + ToString(ClassStore::Native().GetScope()) + "  " + what);
 }
 
 // After unregistering: reports a registration in the other scope, if there is one.
@@ -62,7 +62,7 @@ void PrintWhatIsLeft(CommandContext& context, ClassStore& store) {
   if (!left) return;
   const bool forAll = store.GetScope() == ClassScope::User;
   context.Remark("It is still registered for " +
-                 WordOf(forAll ? ClassScope::Machine : ClassScope::User) + ", as " +
+                 ToString(forAll ? ClassScope::Machine : ClassScope::User) + ", as " +
                  Printable(*left));
 }
 
@@ -91,9 +91,10 @@ int RunRegister(CommandContext& context, bool adds) {
   if (!context.Asked().quiet) {
     const std::string library = Printable((adds ? after : before).value_or(""));
     PrintDone(context, adds, before.has_value(), before != after,
-             std::string(kServerClass) + (library.empty() ? "" : "  " + library));
+              std::string(kServerClass) + (library.empty() ? "" : "  " + library));
     if (!targetsBefore.empty() || !targetsAfter.empty()) {
-      PrintDone(context, adds, true, targetsBefore != targetsAfter, "targets  " + Printable(folder));
+      PrintDone(context, adds, true, targetsBefore != targetsAfter,
+                "targets  " + Printable(folder));
     }
   }
   if (!adds) PrintWhatIsLeft(context, store);

@@ -29,7 +29,7 @@ std::vector<ReportRow> RowsOf(const std::string& xml) {
   AttachLastLines(entries);
   auto entry = entries.begin();
   for (const CXmlNode* row : report->GetChildren()) {
-    rows.push_back({std::move(*entry++), UnescapeXml(AttributeOf(row, "Help"))});
+    rows.push_back({std::move(*entry++), UnescapeXml(GetAttribute(row, "Help"))});
   }
   return rows;
 }

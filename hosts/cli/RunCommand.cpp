@@ -72,7 +72,7 @@ int ExitCodeOf(ScriptEnd end, bool wasRefused) {
   return end == ScriptEnd::Done ? kExitDone : kExitBuildFailed;
 }
 
-const char* WordOf(ScriptEnd end) {
+const char* ToString(ScriptEnd end) {
   if (end == ScriptEnd::Stopped) return "interrupted";
   return end == ScriptEnd::Done ? "succeeded" : "failed";
 }
@@ -123,7 +123,7 @@ int RunScript(CommandContext& context) {
   if (isUnsaved) KeepUnsaved(context);
   if (context.Asked().json) {
     const bool isDone = outcome.end == ScriptEnd::Done && isUnsaved;
-    PrintJson(context, {{"result", isDone ? WordOf(ScriptEnd::Failed) : WordOf(outcome.end)},
+    PrintJson(context, {{"result", isDone ? ToString(ScriptEnd::Failed) : ToString(outcome.end)},
                         {"exitCode", exitCode},
                         {"error", isDone ? context.GetLastComplaint() : outcome.error},
                         {"lines", display.GetLines()}});

@@ -11,19 +11,19 @@ namespace tarn::host {
 namespace {
 
 std::string LabelOf(const CXmlNode& node) {
-  const std::string label = AttributeOf(&node, "Header");
-  return label.empty() ? FileNameOf(AttributeOf(&node, "Path")) : label;
+  const std::string label = GetAttribute(&node, "Header");
+  return label.empty() ? FileNameOf(GetAttribute(&node, "Path")) : label;
 }
 
 // Returns the text after a label: the path if it differs from the label, and the reason if the node
 // is excluded.
 ConsoleText RemarkOf(CommandContext& context, const CXmlNode& node) {
   std::string text;
-  const std::string path = AttributeOf(&node, "Path");
+  const std::string path = GetAttribute(&node, "Path");
   const std::string shown = context.Show(path);
   if (!path.empty() && shown != LabelOf(node)) text += "  " + shown;
-  if (AttributeOf(&node, "Exclude") == "Yes") text += "  (not built)";
-  if (AttributeOf(&node, "LinkExclude") == "Yes") text += "  (not linked)";
+  if (GetAttribute(&node, "Exclude") == "Yes") text += "  (not built)";
+  if (GetAttribute(&node, "LinkExclude") == "Yes") text += "  (not linked)";
   return context.Out().Dye(Paint::Dim, text);
 }
 
@@ -51,11 +51,11 @@ nlohmann::json ToJson(const CXmlNode& node) {
                                        {"output", "OutputFile"},
                                        {"tool", "TranslateTool"},
                                        {"configuration", "Config"}}) {
-    const std::string value = AttributeOf(&node, attribute);
+    const std::string value = GetAttribute(&node, attribute);
     if (!value.empty()) entry[key] = value;
   }
-  if (AttributeOf(&node, "Exclude") == "Yes") entry["notBuilt"] = true;
-  if (AttributeOf(&node, "LinkExclude") == "Yes") entry["notLinked"] = true;
+  if (GetAttribute(&node, "Exclude") == "Yes") entry["notBuilt"] = true;
+  if (GetAttribute(&node, "LinkExclude") == "Yes") entry["notLinked"] = true;
   nlohmann::json children = nlohmann::json::array();
   for (const CXmlNode* child : node.GetChildren()) {
     if (ProjectTree::IsShown(*child)) children.push_back(ToJson(*child));

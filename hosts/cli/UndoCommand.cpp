@@ -39,9 +39,9 @@ std::map<std::string, std::string> ApplicationFiles(FileSystem& files, const std
   const auto root = ParseXml(text);
   if (root == nullptr) return found;
   for (const CXmlNode* child : root->GetChildren()) {
-    const std::string path = ToNativeSeparators(AttributeOf(child, "Extern"));
+    const std::string path = ToNativeSeparators(GetAttribute(child, "Extern"));
     if (path.empty()) continue;
-    found[AttributeOf(child, "Header")] =
+    found[GetAttribute(child, "Header")] =
         files.Canonical(IsRelativePath(path) ? JoinPath(FolderOf(project), path) : path);
   }
   return found;

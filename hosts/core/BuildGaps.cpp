@@ -39,9 +39,9 @@ constexpr GapText kGapTexts[] = {
 void ReadNodes(const CXmlNode& parent, const std::string& application, BuildGaps& found) {
   for (const CXmlNode* node : parent.GetChildren()) {
     if (node->NameView() != "Node") continue;
-    found.gaps.push_back({application, AttributeOf(node, "Header"), AttributeOf(node, "Path"),
-                          AttributeOf(node, "Type"), AttributeOf(node, "Reason"),
-                          AttributeOf(node, "IsFatal") == "Yes"});
+    found.gaps.push_back({application, GetAttribute(node, "Header"), GetAttribute(node, "Path"),
+                          GetAttribute(node, "Type"), GetAttribute(node, "Reason"),
+                          GetAttribute(node, "IsFatal") == "Yes"});
   }
 }
 
@@ -55,13 +55,13 @@ BuildGaps ParseBuildGaps(const std::string& xml, const std::string& application)
   BuildGaps found;
   const auto root = ParseXml(xml);
   if (root == nullptr) return found;
-  found.cycle = AttributeOf(root.get(), "Cycle");
+  found.cycle = GetAttribute(root.get(), "Cycle");
   if (application.empty()) ReadNodes(*root, {}, found);
   for (const CXmlNode* entry : root->GetChildren()) {
     if (entry->NameView() != "Application") continue;
-    const std::string label = AttributeOf(entry, "Header");
+    const std::string label = GetAttribute(entry, "Header");
     const bool isWanted = application.empty() || EqualNoCase(label, application) ||
-                          AttributeOf(entry, "Path") == application;
+                          GetAttribute(entry, "Path") == application;
     if (!isWanted) continue;
     ++found.applications;
     ReadNodes(*entry, label, found);

@@ -32,7 +32,7 @@ constexpr WorkCommands kWorkCommands[] = {
 
 }  // namespace
 
-const char* WordOf(BuildEnd end) {
+const char* ToString(BuildEnd end) {
   switch (end) {
     case BuildEnd::Succeeded:
       return "succeeded";
@@ -323,8 +323,8 @@ void BuildSession::ShowNotices() {
   if (!isOtherProject_) log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
   std::vector<LogEntry> entries;
   for (const CXmlNode* each : list->GetChildren()) {
-    const bool isError = AttributeOf(each, "Kind") == "error";
-    const std::string text = AttributeOf(each, "Text");
+    const bool isError = GetAttribute(each, "Kind") == "error";
+    const std::string text = GetAttribute(each, "Text");
     entries.push_back({isError ? LogKind::Error : LogKind::Warning,
                        (isError ? "error: " : "warning: ") + text,
                        text,
@@ -390,11 +390,11 @@ void BuildSession::ClearTicker(std::int32_t id) {
 std::intptr_t BuildSession::OnToolStarted(const HostMessageEvent& event) {
   const auto element = ParseXml(event.text);
   ToolStart start;
-  start.tool = AttributeOf(element.get(), "Name");
-  start.files = SplitQuotedPaths(AttributeOf(element.get(), "Files"));
-  start.output = AttributeOf(element.get(), "Output");
-  start.command = AttributeOf(element.get(), "Command");
-  start.subject = AttributeOf(element.get(), "Subject");
+  start.tool = GetAttribute(element.get(), "Name");
+  start.files = SplitQuotedPaths(GetAttribute(element.get(), "Files"));
+  start.output = GetAttribute(element.get(), "Output");
+  start.command = GetAttribute(element.get(), "Command");
+  start.subject = GetAttribute(element.get(), "Subject");
   // From here on tools run, so this build's log replaces the stored one.
   log_.Renew(inspector.GetLogFile());
   if (!isOtherProject_) log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));

@@ -30,7 +30,7 @@ enum class BuildEnd {
 };
 
 // "succeeded", "failed", "interrupted", "refused"
-const char* WordOf(BuildEnd end);
+const char* ToString(BuildEnd end);
 
 struct BuildOutcome {
   BuildEnd end = BuildEnd::Refused;

@@ -68,7 +68,7 @@ Item ReadItem(const Line& line, const std::string& section) {
   const auto element = ParseXml(std::string(line.text));
   if (element == nullptr) return {};
   const auto get = [&element](const char* name) {
-    return OnOneLine(AttributeOf(element.get(), name));
+    return OnOneLine(GetAttribute(element.get(), name));
   };
   return {element->GetName(), get("Header"), get("Path"), section, get("Config"), get("ActiveApp")};
 }

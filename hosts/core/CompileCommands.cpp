@@ -123,9 +123,9 @@ OutputCommands GetOutputCommands(BuildSession& session, const std::string& appli
   const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
   if (input == nullptr) return {};
   const CXmlNode* const options = input->FindChild("#CDATA");
-  const std::string files = AttributeOf(input.get(), "Files");
+  const std::string files = GetAttribute(input.get(), "Files");
   return {SplitQuotedPaths(files),
-          session.Tools().GetCommandLines(AttributeOf(input.get(), "Tool"), files,
+          session.Tools().GetCommandLines(GetAttribute(input.get(), "Tool"), files,
                                           options == nullptr ? "" : options->GetValue())};
 }
 

@@ -50,8 +50,8 @@ std::vector<DamageEntry> ParseDamage(const std::string& xml) {
   if (root == nullptr) return list;
   for (const CXmlNode* place : root->GetChildren()) {
     if (place->NameView() != "Place") continue;
-    list.push_back({AttributeOf(place, "File"), ParseDecimal(place->GetAttrValue("Line")),
-                    AttributeOf(place, "Text"), AttributeOf(place, "Unread") == "Yes"});
+    list.push_back({GetAttribute(place, "File"), ParseDecimal(place->GetAttrValue("Line")),
+                    GetAttribute(place, "Text"), GetAttribute(place, "Unread") == "Yes"});
   }
   return list;
 }

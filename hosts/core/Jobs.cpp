@@ -20,7 +20,7 @@ int ParseJobs(std::string_view text) {
 int DefaultJobs(std::string* problem) {
   const Settings settings(FileSystem::Native(), SettingsFolders::FromEnvironment());
   const std::pair<const char*, std::string> given[] = {
-      {"TARN_JOBS", TextOf(std::getenv("TARN_JOBS"))},
+      {"TARN_JOBS", OrEmpty(std::getenv("TARN_JOBS"))},
       {"The setting Jobs", settings.ReadProfile("Build", "Jobs", {})}};
   for (const auto& [name, text] : given) {
     if (text.empty()) continue;

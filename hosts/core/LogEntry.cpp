@@ -20,11 +20,11 @@ LogKind KindOfIcon(std::string_view icon) {
 
 LogEntry WithoutText(const CXmlNode& message) {
   LogEntry entry;
-  entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
-  entry.file = UnescapeXml(AttributeOf(&message, "File"));
+  entry.kind = KindOfIcon(GetAttribute(&message, "Icon"));
+  entry.file = UnescapeXml(GetAttribute(&message, "File"));
   entry.line = ParseDecimal(message.GetAttrValue("Line"));
   entry.count = std::max(1, ParseDecimal(message.GetAttrValue("Count")));
-  entry.isReported = EqualNoCase(AttributeOf(&message, "ShowInReport"), "yes");
+  entry.isReported = EqualNoCase(GetAttribute(&message, "ShowInReport"), "yes");
   return entry;
 }
 
@@ -58,14 +58,14 @@ LogEntry ToLogEntry(const CXmlNode& message) {
   LogEntry entry = WithoutText(message);
   const char* description = message.GetAttrValue("Description");
   entry.text = UnescapeXml(description != nullptr ? description : message.GetValue());
-  entry.message = UnescapeXml(AttributeOf(&message, "Contain"));
+  entry.message = UnescapeXml(GetAttribute(&message, "Contain"));
   if (entry.message.empty()) entry.message = entry.text;
   return entry;
 }
 
 LogEntry ReportRowToLogEntry(const CXmlNode& row) {
   LogEntry entry = WithoutText(row);
-  entry.text = entry.message = AttributeOf(&row, "Description");
+  entry.text = entry.message = GetAttribute(&row, "Description");
   entry.isReported = true;
   return entry;
 }
@@ -108,8 +108,8 @@ std::unique_ptr<CXmlNode> ParseXml(const std::string& text) {
   return complete || !root->NameView().empty() ? std::move(root) : nullptr;
 }
 
-std::string AttributeOf(const CXmlNode* node, const char* name) {
-  return node == nullptr ? std::string() : TextOf(node->GetAttrValue(name));
+std::string GetAttribute(const CXmlNode* node, const char* name) {
+  return node == nullptr ? std::string() : OrEmpty(node->GetAttrValue(name));
 }
 
 }  // namespace tarn::host

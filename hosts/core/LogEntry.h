@@ -47,6 +47,6 @@ std::string FindLogDamage(const std::string& xml);
 // the part before it is returned.
 std::unique_ptr<CXmlNode> ParseXml(const std::string& text);
 // Returns the attribute's value; an empty string if the node is null or has no such attribute.
-std::string AttributeOf(const CXmlNode* node, const char* name);
+std::string GetAttribute(const CXmlNode* node, const char* name);
 
 }  // namespace tarn::host

@@ -23,7 +23,7 @@ std::string MessageTextOf(FileSystem& files, int row) {
     if (table->NameView() != "Messages") continue;
     for (const CXmlNode* each : table->GetChildren()) {
       if (ParseDecimal(each->GetAttrValue("Id")) == kFirstRowId + row) {
-        found = AttributeOf(each, "String");
+        found = GetAttribute(each, "String");
       }
     }
   }

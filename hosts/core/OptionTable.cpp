@@ -16,30 +16,30 @@ namespace {
 constexpr const char* kEverySet = "*";
 
 bool IsOn(const CXmlNode& node, const char* name) {
-  return !EqualNoCase(AttributeOf(&node, name), "No");
+  return !EqualNoCase(GetAttribute(&node, name), "No");
 }
 
 OptionDefinition ReadProperty(const std::string& set, const CXmlNode& section,
                               const CXmlNode& node) {
   OptionDefinition option;
   option.set = set;
-  option.section = AttributeOf(&section, "Header");
-  option.sectionLabel = AttributeOf(&section, "Label");
-  option.name = AttributeOf(&node, "Header");
-  option.type = AttributeOf(&node, "Type");
-  option.label = AttributeOf(&node, "Label");
-  option.help = AttributeOf(&node, "Help");
-  option.defaultValue = AttributeOf(&node, "Default");
-  option.minimum = AttributeOf(&node, "Min");
-  option.maximum = AttributeOf(&node, "Max");
-  option.file = AttributeOf(&node, "File");
-  option.command = static_cast<std::uint32_t>(std::atoi(AttributeOf(&node, "Command").c_str()));
+  option.section = GetAttribute(&section, "Header");
+  option.sectionLabel = GetAttribute(&section, "Label");
+  option.name = GetAttribute(&node, "Header");
+  option.type = GetAttribute(&node, "Type");
+  option.label = GetAttribute(&node, "Label");
+  option.help = GetAttribute(&node, "Help");
+  option.defaultValue = GetAttribute(&node, "Default");
+  option.minimum = GetAttribute(&node, "Min");
+  option.maximum = GetAttribute(&node, "Max");
+  option.file = GetAttribute(&node, "File");
+  option.command = static_cast<std::uint32_t>(std::atoi(GetAttribute(&node, "Command").c_str()));
   option.removable = IsOn(node, "Removable");
   option.shown = IsOn(node, "Shown");
   option.enabled = IsOn(node, "Enabled");
   for (const CXmlNode* choice : node.GetChildren()) {
     if (choice->NameView() != "Choice") continue;
-    option.choices.emplace_back(AttributeOf(choice, "Value"), AttributeOf(choice, "Label"));
+    option.choices.emplace_back(GetAttribute(choice, "Value"), GetAttribute(choice, "Label"));
   }
   return option;
 }
@@ -67,10 +67,10 @@ std::vector<StoredValue> ReadStoredValues(const std::string& set, const std::str
   if (answer == nullptr) return stored;
   for (const CXmlNode* from : answer->GetChildren()) {
     if (from->NameView() != "From") continue;
-    const auto element = ParseXml(AttributeOf(from, "Text"));
-    stored.push_back({set, AttributeOf(from, "Kind"), AttributeOf(from, "Header"),
-                      AttributeOf(from, "Config"), Unescape(AttributeOf(element.get(), "Value")),
-                      AttributeOf(from, "Current") == "Yes"});
+    const auto element = ParseXml(GetAttribute(from, "Text"));
+    stored.push_back({set, GetAttribute(from, "Kind"), GetAttribute(from, "Header"),
+                      GetAttribute(from, "Config"), Unescape(GetAttribute(element.get(), "Value")),
+                      GetAttribute(from, "Current") == "Yes"});
   }
   return stored;
 }
@@ -79,7 +79,7 @@ OptionTable::OptionTable(const std::string& xml) {
   const auto root = ParseXml(xml);
   if (root == nullptr) return;
   for (const CXmlNode* set : root->GetChildren()) {
-    setsDefined_.push_back({AttributeOf(set, "Header"), AttributeOf(set, "Label")});
+    setsDefined_.push_back({GetAttribute(set, "Header"), GetAttribute(set, "Label")});
     for (const CXmlNode* section : set->GetChildren()) {
       for (const CXmlNode* property : section->GetChildren()) {
         if (property->NameView() != "Property") continue;

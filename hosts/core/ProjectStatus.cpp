@@ -60,17 +60,17 @@ std::vector<ApplicationStatus> ParseStatus(const std::string& xml) {
   for (const CXmlNode* application : root->GetChildren()) {
     if (application->NameView() != "Application") continue;
     ApplicationStatus& status = list.emplace_back();
-    status.label = AttributeOf(application, "Header");
-    status.path = AttributeOf(application, "Path");
-    status.configuration = AttributeOf(application, "Config");
-    status.active = AttributeOf(application, "Active") == "Yes";
+    status.label = GetAttribute(application, "Header");
+    status.path = GetAttribute(application, "Path");
+    status.configuration = GetAttribute(application, "Config");
+    status.active = GetAttribute(application, "Active") == "Yes";
     for (const CXmlNode* node : application->GetChildren()) {
-      if (node->NameView() == "Uses") status.uses.push_back(AttributeOf(node, "Header"));
+      if (node->NameView() == "Uses") status.uses.push_back(GetAttribute(node, "Header"));
       if (node->NameView() != "Node") continue;
-      status.stale.push_back({AttributeOf(node, "Header"), AttributeOf(node, "Path"),
-                              AttributeOf(node, "OutputFile"), AttributeOf(node, "Tool"),
-                              AttributeOf(node, "Reason"), AttributeOf(node, "File"),
-                              AttributeOf(node, "Detail")});
+      status.stale.push_back({GetAttribute(node, "Header"), GetAttribute(node, "Path"),
+                              GetAttribute(node, "OutputFile"), GetAttribute(node, "Tool"),
+                              GetAttribute(node, "Reason"), GetAttribute(node, "File"),
+                              GetAttribute(node, "Detail")});
     }
   }
   return list;
@@ -78,7 +78,7 @@ std::vector<ApplicationStatus> ParseStatus(const std::string& xml) {
 
 std::string ParseStatusProblem(const std::string& xml) {
   const auto root = ParseXml(xml);
-  return AttributeOf(root.get(), "Problem");
+  return GetAttribute(root.get(), "Problem");
 }
 
 std::string DescribeReason(const StaleNode& node, bool isApplication,

@@ -131,7 +131,7 @@ std::string FindSourceType(FileSystem& files, const std::string& configurationFi
   for (const CXmlNode* types : root->GetChildren()) {
     if (types->NameView() != "Types") continue;
     for (const CXmlNode* type : types->GetChildren()) {
-      const std::string extensions = AttributeOf(type, "Extension");
+      const std::string extensions = GetAttribute(type, "Extension");
       for (const std::string_view each : Split(extensions, ';')) {
         if (EqualNoCase(each, extension)) found = type->GetName();
       }

@@ -21,7 +21,7 @@ std::vector<std::string> ConfigurationsOf(const CXmlNode& application, const std
   std::vector<std::string> names;
   if (const CXmlNode* configs = application.FindChild("Configs"); configs != nullptr) {
     for (const CXmlNode* config : configs->GetChildren()) {
-      if (config->GetType() == XmlElement) names.push_back(AttributeOf(config, "Header"));
+      if (config->GetType() == XmlElement) names.push_back(GetAttribute(config, "Header"));
     }
   }
   // The standard configuration and the active one need not be listed.
@@ -83,15 +83,15 @@ ProjectTree::~ProjectTree() = default;
 std::vector<ApplicationEntry> ProjectTree::GetApplications() const {
   std::vector<ApplicationEntry> list;
   if (root_ == nullptr) return list;
-  const std::string active = AttributeOf(root_.get(), "ActiveApp");
+  const std::string active = GetAttribute(root_.get(), "ActiveApp");
   for (const CXmlNode* node : root_->GetChildren()) {
     if (!IsShown(*node)) continue;
     ApplicationEntry& entry = list.emplace_back();
-    entry.label = AttributeOf(node, "Header");
-    entry.path = AttributeOf(node, "Path");
-    const bool hasTool = !AttributeOf(node, "TranslateTool").empty();
-    if (hasTool) entry.output = AttributeOf(node, "OutputFile");
-    entry.configuration = AttributeOf(node, "Config");
+    entry.label = GetAttribute(node, "Header");
+    entry.path = GetAttribute(node, "Path");
+    const bool hasTool = !GetAttribute(node, "TranslateTool").empty();
+    if (hasTool) entry.output = GetAttribute(node, "OutputFile");
+    entry.configuration = GetAttribute(node, "Config");
     if (entry.configuration.empty()) entry.configuration = kUsualConfiguration;
     entry.configurations = ConfigurationsOf(*node, entry.configuration);
   }

@@ -52,8 +52,8 @@ void ForEachPath(const CXmlNode& node, const Take& take) {
   for (const CXmlNode* child : node.GetChildren()) {
     const bool isOther = IsPart(*child, "Dependencies") || IsPart(*child, "Options") ||
                          child->GetType() != XmlElement;
-    if (isOther || !AttributeOf(child, "Extern").empty()) continue;
-    const std::string path = AttributeOf(child, "Path");
+    if (isOther || !GetAttribute(child, "Extern").empty()) continue;
+    const std::string path = GetAttribute(child, "Path");
     if (!path.empty()) take(path);
     ForEachPath(*child, take);
   }
@@ -62,7 +62,7 @@ void ForEachPath(const CXmlNode& node, const Take& take) {
 template <class Take>
 void ForEachOption(const CXmlNode& node, const Take& take) {
   for (const CXmlNode* child : node.GetChildren()) {
-    const std::string value = AttributeOf(child, "Value");
+    const std::string value = GetAttribute(child, "Value");
     if (IsPart(*child, "Property") && !value.empty()) take(value);
     ForEachOption(*child, take);
   }
@@ -166,7 +166,7 @@ bool Relocation::MissesApplication() {
   Document project;
   if (!Load(project_, project_, project)) return false;
   return std::ranges::any_of(project.root.GetChildren(), [this](const CXmlNode* child) {
-    const std::string written = AttributeOf(child, "Extern");
+    const std::string written = GetAttribute(child, "Extern");
     return !written.empty() && !IsFile(Resolve(folder_, written));
   });
 }
@@ -195,11 +195,11 @@ Status Relocation::Run() {
   if (Status loaded = Load(project_, project_, project); !loaded) return loaded;
   project.oldFolder = project.newFolder = folder_;
   for (const CXmlNode* child : project.root.GetChildren()) {
-    const std::string written = AttributeOf(child, "Extern");
+    const std::string written = GetAttribute(child, "Extern");
     if (!written.empty()) RecordUsed(project_, Resolve(folder_, written));
   }
   for (const CXmlNode* child : project.root.GetChildren()) {
-    if (AttributeOf(child, "Extern").empty()) continue;
+    if (GetAttribute(child, "Extern").empty()) continue;
     if (Status checked = CheckApplication(*child); !checked) return checked;
   }
   for (const auto& each : documents_) {
@@ -241,7 +241,7 @@ Status Relocation::CheckApplication(const CXmlNode& reference) {
   moved.kind = MovedPath::Kind::Application;
   moved.file = project_;
   moved.attribute = "Extern";
-  moved.written = AttributeOf(&reference, "Extern");
+  moved.written = GetAttribute(&reference, "Extern");
   moved.oldPath = Resolve(folder_, moved.written);
   Locate(moved);
   const std::string place = moved.newPath;
@@ -253,8 +253,8 @@ Status Relocation::CheckApplication(const CXmlNode& reference) {
   if (Status loaded = Load(former, place, *document); !loaded) return loaded;
   document->oldFolder = FolderOf(former);
   document->newFolder = FolderOf(place);
-  const std::string ownPath = AttributeOf(&document->root, "Path");
-  if (!ownPath.empty() && ownPath != AttributeOf(&document->root, "Extern")) {
+  const std::string ownPath = GetAttribute(&document->root, "Path");
+  if (!ownPath.empty() && ownPath != GetAttribute(&document->root, "Extern")) {
     document->oldFolder = document->newFolder = FolderOf(Resolve(folder_, ownPath));
   }
   documents_.push_back(std::move(document));

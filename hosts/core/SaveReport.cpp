@@ -10,21 +10,21 @@ SaveReport ParseSaveReport(const std::string& xml) {
   const auto root = ParseXml(xml);
   if (root == nullptr) return report;
   for (const CXmlNode* file : root->GetChildren()) {
-    const bool isSaved = AttributeOf(file, "Problem").empty();
+    const bool isSaved = GetAttribute(file, "Problem").empty();
     if (isSaved) {
-      report.written.push_back({AttributeOf(file, "Path"), AttributeOf(file, "Copy"),
-                                AttributeOf(file, "Merged") == "Yes",
-                                AttributeOf(file, "CopyReason") == "damaged",
-                                AttributeOf(file, "Missing") == "Yes"});
+      report.written.push_back({GetAttribute(file, "Path"), GetAttribute(file, "Copy"),
+                                GetAttribute(file, "Merged") == "Yes",
+                                GetAttribute(file, "CopyReason") == "damaged",
+                                GetAttribute(file, "Missing") == "Yes"});
     }
-    report.isOutside = report.isOutside || AttributeOf(file, "Outside") == "Yes";
+    report.isOutside = report.isOutside || GetAttribute(file, "Outside") == "Yes";
     std::vector<std::string>& lines = isSaved ? report.notes : report.problems;
     for (const CXmlNode* each : file->GetChildren()) {
       if (each->NameView() == "Line") {
-        lines.push_back(AttributeOf(each, "Text"));
+        lines.push_back(GetAttribute(each, "Text"));
       } else {
-        report.conflicts.push_back({AttributeOf(file, "Path"), AttributeOf(each, "Place"),
-                                    AttributeOf(each, "Text"), AttributeOf(file, "Copy")});
+        report.conflicts.push_back({GetAttribute(file, "Path"), GetAttribute(each, "Place"),
+                                    GetAttribute(each, "Text"), GetAttribute(file, "Copy")});
       }
     }
   }

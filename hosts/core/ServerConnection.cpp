@@ -148,9 +148,9 @@ std::string ServerConnection::FindCommandProblem(const std::string& application,
   const auto input = ParseXml(inspector.GetToolInput(application, output));
   if (input == nullptr) return {};
   const CXmlNode* const values = input->FindChild("#CDATA");
-  const std::vector<std::string> problems = SplitLines(
-      tools.GetCommandProblems(AttributeOf(input.get(), "Tool"), AttributeOf(input.get(), "Files"),
-                               values == nullptr ? "" : values->GetValue()));
+  const std::vector<std::string> problems = SplitLines(tools.GetCommandProblems(
+      GetAttribute(input.get(), "Tool"), GetAttribute(input.get(), "Files"),
+      values == nullptr ? "" : values->GetValue()));
   return problems.empty() ? std::string() : problems.front();
 }
 

@@ -92,11 +92,11 @@ ScriptBuild SessionScripts::Build(const std::string& work,
     request.application = found.entry->path;
   }
   const BuildOutcome outcome = runBuild ? runBuild(request) : session_.Run(request, nullptr);
-  return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed, {}};
+  return {ToString(outcome.end), outcome.toolsRun, outcome.toolsFailed, {}};
 }
 
 std::string SessionScripts::WaitForBuild() {
-  return WordOf(awaitBuild ? awaitBuild() : session_.AwaitBuild());
+  return ToString(awaitBuild ? awaitBuild() : session_.AwaitBuild());
 }
 
 ScriptSize SessionScripts::GetSize(const std::string& application) {

@@ -25,7 +25,7 @@ std::map<std::string, Macros> ListMacros(ToolManagerDriver& tools) {
   for (const CXmlNode* tool : list->GetChildren()) {
     for (const CXmlNode* each : tool->GetChildren()) {
       if (each->NameView() != "Makes") continue;
-      macros[FoldCase(AttributeOf(tool, "Header"))].push_back(AttributeOf(each, "Header"));
+      macros[FoldCase(GetAttribute(tool, "Header"))].push_back(GetAttribute(each, "Header"));
     }
   }
   return macros;
@@ -57,7 +57,7 @@ std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolMana
     if (!IsBuilt(buildInputs, each)) continue;
     const auto input = ParseXml(inspector.GetToolInput(each.path, each.output));
     const CXmlNode* const text = input == nullptr ? nullptr : input->FindChild("#CDATA");
-    const auto made = macros.find(FoldCase(AttributeOf(input.get(), "Tool")));
+    const auto made = macros.find(FoldCase(GetAttribute(input.get(), "Tool")));
     if (text == nullptr || made == macros.end()) continue;
     const OptionValues values = OptionValues::FromText(text->GetValue());
     for (const std::string& macro : made->second) {

@@ -10,10 +10,10 @@ namespace {
 void Collect(const CXmlNode& family, std::vector<std::string>& families,
              std::vector<TargetEntry>& targets) {
   for (const CXmlNode* child : family.GetChildren()) {
-    const std::string name = AttributeOf(child, "Header");
+    const std::string name = GetAttribute(child, "Header");
     if (child->NameView() == "Target") {
-      targets.push_back({name, families, AttributeOf(child, "Description"),
-                         AttributeOf(child, "Datasheet"), AttributeOf(child, "Config")});
+      targets.push_back({name, families, GetAttribute(child, "Description"),
+                         GetAttribute(child, "Datasheet"), GetAttribute(child, "Config")});
     } else {
       families.push_back(name);
       Collect(*child, families, targets);
@@ -32,7 +32,7 @@ std::vector<TargetEntry> ReadTargets(const std::string& xml) {
 }
 
 std::string ReadTargetProblem(const std::string& xml) {
-  return AttributeOf(ParseXml(xml).get(), "Problem");
+  return GetAttribute(ParseXml(xml).get(), "Problem");
 }
 
 }  // namespace tarn::host

@@ -34,7 +34,7 @@ std::vector<Package> FindPackages(FileSystem& files, const std::string& folder) 
     const std::string path = JoinPath(folder, each.name);
     const auto text = files.ReadWholeFile(path);
     const auto root = text ? ParseXml(*text) : nullptr;
-    const std::string label = AttributeOf(root.get(), "Header");
+    const std::string label = GetAttribute(root.get(), "Header");
     const std::string key = std::string(kPackages).append(kOwnPrefix).append(title);
     packages.push_back({key, label.empty() ? title : label, path});
   }

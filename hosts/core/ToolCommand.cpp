@@ -12,10 +12,10 @@ std::vector<ToolCommand> ParseCommands(const std::string& xml) {
   for (const CXmlNode* node : root->GetChildren()) {
     if (node->NameView() != "Command") continue;
     ToolCommand& command = commands.emplace_back();
-    command.program = AttributeOf(node, "Program");
-    command.folder = AttributeOf(node, "Folder");
+    command.program = GetAttribute(node, "Program");
+    command.folder = GetAttribute(node, "Folder");
     for (const CXmlNode* argument : node->GetChildren()) {
-      if (argument->NameView() == "A") command.arguments.push_back(AttributeOf(argument, "V"));
+      if (argument->NameView() == "A") command.arguments.push_back(GetAttribute(argument, "V"));
     }
   }
   return commands;

@@ -21,8 +21,8 @@ const CXmlNode* FindGlobal(const CXmlNode& globals, const std::string& name,
                            const std::string& file) {
   const CXmlNode* found = nullptr;
   for (const CXmlNode* const row : globals.GetChildren()) {
-    if (AttributeOf(row, "Header") != name || AttributeOf(row, "DeclFile").empty()) continue;
-    if (found == nullptr || AttributeOf(row, "DeclFile") == file) found = row;
+    if (GetAttribute(row, "Header") != name || GetAttribute(row, "DeclFile").empty()) continue;
+    if (found == nullptr || GetAttribute(row, "DeclFile") == file) found = row;
   }
   return found;
 }
@@ -44,10 +44,10 @@ void DeclarationSearch::Go() {
   const CXmlNode* const found =
       globals == nullptr ? nullptr : FindGlobal(*globals, FromQt(name), editor->GetPath());
   if (found != nullptr) {
-    if (open) open(AttributeOf(found, "DeclFile"), ParseDecimal(found->GetAttrValue("DeclLine")));
+    if (open) open(GetAttribute(found, "DeclFile"), ParseDecimal(found->GetAttrValue("DeclLine")));
     return;
   }
-  const bool isBuilt = AttributeOf(globals.get(), "Found") == "Yes";
+  const bool isBuilt = GetAttribute(globals.get(), "Found") == "Yes";
   bar_.showMessage((isBuilt ? tr("No global named %1 found")
                             : tr("No global named %1 found; build the project first"))
                        .arg(name),

@@ -78,18 +78,18 @@ std::string ReadGivenMacros(const std::string& commands) {
   const auto root = ParseXml(commands);
   if (root == nullptr) return {};
   std::vector<std::string> macros;
-  const std::string predefined = AttributeOf(root.get(), "Predefined");
+  const std::string predefined = GetAttribute(root.get(), "Predefined");
   for (const std::string_view each : Split(predefined, ';')) {
     Define(macros, std::string(each));
   }
   for (const CXmlNode* command : root->GetChildren()) {
     const std::vector<CXmlNode*> arguments = command->GetChildren();
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-      std::string text = AttributeOf(arguments[i], "V");
+      std::string text = GetAttribute(arguments[i], "V");
       const std::string flag = text.substr(0, 2);
       if (flag != "-D" && flag != "-U") continue;
       text.erase(0, 2);
-      if (text.empty() && i + 1 < arguments.size()) text = AttributeOf(arguments[++i], "V");
+      if (text.empty() && i + 1 < arguments.size()) text = GetAttribute(arguments[++i], "V");
       flag == "-D" ? Define(macros, text) : Remove(macros, text);
     }
   }

@@ -15,9 +15,9 @@ namespace {
 void AddNode(std::vector<IndexedNode>& nodes, const CXmlNode& node, const std::string& place,
              const QString& above, const QString& folder) {
   IndexedNode own;
-  const std::string path = AttributeOf(&node, "Path");
+  const std::string path = GetAttribute(&node, "Path");
   own.type = ToQt(node.NameView());
-  own.label = ToQt(AttributeOf(&node, "Header"));
+  own.label = ToQt(GetAttribute(&node, "Header"));
   if (own.label.isEmpty()) own.label = ToQt(FileNameOf(path));
   own.path = ToQt(path);
   if (own.path.startsWith(folder)) own.path.remove(0, folder.size());

@@ -28,7 +28,7 @@ QWidget* FirstIn(QWidget& pane) {
   return nullptr;
 }
 
-std::pair<int, int> PlaceOf(const QWidget& widget) {
+std::pair<int, int> PositionOf(const QWidget& widget) {
   const QPoint corner = widget.mapToGlobal(QPoint(0, 0));
   return {corner.x(), corner.y()};
 }
@@ -53,7 +53,7 @@ std::vector<QWidget*> PaneFocusCycle::Panes() const {
     if (dock->isVisible() && !dock->visibleRegion().isEmpty()) panes.push_back(dock);
   }
   std::sort(panes.begin(), panes.end(),
-            [](const QWidget* a, const QWidget* b) { return PlaceOf(*a) < PlaceOf(*b); });
+            [](const QWidget* a, const QWidget* b) { return PositionOf(*a) < PositionOf(*b); });
   panes.insert(panes.begin(), window_.centralWidget());
   return panes;
 }

@@ -34,7 +34,7 @@ const CXmlNode* PopupMenus::Find(const std::string& name) const {
   for (const CXmlNode* section : configuration_->GetChildren()) {
     if (section->GetName() != "PopupMenus") continue;
     for (const CXmlNode* menu : section->GetChildren()) {
-      if (AttributeOf(menu, "Name") == name) return menu;
+      if (GetAttribute(menu, "Name") == name) return menu;
     }
   }
   return nullptr;

@@ -21,7 +21,7 @@ void ProjectWatch::Follow(const std::string& projectPath) {
     // Applications are stored in separate files.
     const auto root = ParseXml(*text);
     for (const CXmlNode* child : root ? root->GetChildren() : std::vector<CXmlNode*>{}) {
-      const std::string name = ToNativeSeparators(AttributeOf(child, "Extern"));
+      const std::string name = ToNativeSeparators(GetAttribute(child, "Extern"));
       if (name.empty()) continue;
       Note(IsRelativePath(name) ? files_.Canonical(JoinPath(FolderOf(projectPath), name)) : name);
     }

@@ -75,10 +75,10 @@ void ServerDocks::AddDock(const HostMessageEvent& announcement) {
   QWidget* const widget = WidgetOf(*announced);
   if (widget == nullptr) return;
   const auto element = ParseXml(announcement.detail);
-  const QString id = ToQt(AttributeOf(element.get(), "ID"));
+  const QString id = ToQt(GetAttribute(element.get(), "ID"));
   // Announced again each time the window is requested, for example by a script.
   if (window_.findChild<QDockWidget*>("dock" + id) != nullptr) return;
-  auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), &window_);
+  auto* const dock = new QDockWidget(ToQt(GetAttribute(element.get(), "Title")), &window_);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
   // The focusable view gets the dock's title as accessible name, and receives the focus set on the

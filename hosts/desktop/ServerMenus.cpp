@@ -48,23 +48,23 @@ constexpr Shortcut kShortcuts[] = {
 };
 
 std::uint32_t CommandOf(const CXmlNode& entry) {
-  const auto number = static_cast<std::uint32_t>(std::atoi(AttributeOf(&entry, "id").c_str()));
+  const auto number = static_cast<std::uint32_t>(std::atoi(GetAttribute(&entry, "id").c_str()));
   return number < kFirstCommonCommand ? number + kFirstServerCommand : number;
 }
 
 bool IsSeparator(const CXmlNode& entry) {
-  return AttributeOf(&entry, "Mode") == "Separator";
+  return GetAttribute(&entry, "Mode") == "Separator";
 }
 
 QString CaptionOf(const CXmlNode& entry) {
-  return ToQtLabel(AttributeOf(&entry, "Header"));
+  return ToQtLabel(GetAttribute(&entry, "Header"));
 }
 
 QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject* parent) {
   const std::uint32_t command = CommandOf(entry);
   auto* const action = new QAction(CaptionOf(entry), parent);
   action->setData(command);
-  const std::string picture = AttributeOf(&entry, "Icon");
+  const std::string picture = GetAttribute(&entry, "Icon");
   if (!picture.empty()) action->setIcon(QIcon(ToQt(JoinPath(commands.pictureFolder, picture))));
   QObject::connect(action, &QAction::triggered, parent,
                    [run = commands.run, command] { run(command); });
@@ -152,10 +152,10 @@ std::vector<ToolEntry> ReadToolEntries(const std::string& xml) {
   const auto list = ParseXml(xml);
   if (!list) return tools;
   for (const CXmlNode* each : list->GetChildren()) {
-    const std::string title = AttributeOf(each, "Title");
-    const auto command = static_cast<std::uint32_t>(std::atoi(AttributeOf(each, "Id").c_str()));
+    const std::string title = GetAttribute(each, "Title");
+    const auto command = static_cast<std::uint32_t>(std::atoi(GetAttribute(each, "Id").c_str()));
     if (command < TARN_CMD_FIRST_TOOL || command > TARN_CMD_LAST_TOOL) continue;
-    tools.push_back({command, title.empty() ? AttributeOf(each, "Header") : title});
+    tools.push_back({command, title.empty() ? GetAttribute(each, "Header") : title});
   }
   return tools;
 }

@@ -8,9 +8,9 @@ namespace tarn {
 CXmlNode* FindApplication(CProjectModel& model, const std::string& key) {
   std::vector<CXmlNode*> byPath, byLabel, byLetters;
   ForEachApplication(model, [&](CXmlNode& application) {
-    const std::string label = TextOf(application.GetAttrValue("Header"));
+    const std::string label = OrEmpty(application.GetAttrValue("Header"));
     std::string path;
-    model.Paths().MakeAbsolutePath(TextOf(application.GetAttrValue("Path")), path, nullptr);
+    model.Paths().MakeAbsolutePath(OrEmpty(application.GetAttrValue("Path")), path, nullptr);
     if (path == key) byPath.push_back(&application);
     if (label == key) byLabel.push_back(&application);
     if (EqualNoCase(label, key)) byLetters.push_back(&application);

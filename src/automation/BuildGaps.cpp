@@ -53,8 +53,8 @@ bool HasSource(CProjectModel& model, const CXmlNode& node) {
 
 void AddGap(const BuildGap& gap, std::string_view type, bool isFatal, CXmlNode& list) {
   CXmlNode& row = *list.AddChild("Node");
-  row.AddAttr("Header", TextOf(gap.node.GetAttrValue("Header")));
-  row.AddAttr("Path", TextOf(gap.node.GetAttrValue("Path")));
+  row.AddAttr("Header", OrEmpty(gap.node.GetAttrValue("Header")));
+  row.AddAttr("Path", OrEmpty(gap.node.GetAttrValue("Path")));
   row.AddAttr("Type", type);
   row.AddAttr("Reason", gap.reason);
   row.AddAttr("IsFatal", isFatal ? "Yes" : "No");
@@ -65,8 +65,8 @@ void ListApplication(CProjectModel& model, const CXmlNode& application,
   const NodeTypes& types = model.Types();
   if (IsExactlyYes(application, "Exclude")) return;
   CXmlNode& entry = *list.AddChild("Application");
-  entry.AddAttr("Header", TextOf(application.GetAttrValue("Header")));
-  entry.AddAttr("Path", TextOf(application.GetAttrValue("Path")));
+  entry.AddAttr("Header", OrEmpty(application.GetAttrValue("Header")));
+  entry.AddAttr("Path", OrEmpty(application.GetAttrValue("Path")));
   std::set<std::string_view> tools;
   std::string_view last;
   FindBuildGaps(

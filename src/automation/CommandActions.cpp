@@ -105,7 +105,7 @@ void CommandActions::OpenListing(CXmlNode* node) {
   if (node->FindChild("#CDATA") == nullptr &&
       model_.Publishing().LoadNodeOptions(node, true) == nullptr)
     return;
-  const std::string listing = TextOf(node->GetAttrValue("ListingFile"));
+  const std::string listing = OrEmpty(node->GetAttrValue("ListingFile"));
   if (!listing.empty()) model_.Host().SendHost(kMsgOpenFileAtLine, listing, 0);
 }
 
@@ -121,7 +121,7 @@ void CommandActions::OpenCurrentFile() {
   if (node == nullptr) return;
   const char* path = node->GetAttrValue("Path");
   model_.Host().SendHost(kMsgOpenFileAtLine,
-                         path != nullptr ? path : TextOf(node->GetAttrValue("Header")), 0);
+                         path != nullptr ? path : OrEmpty(node->GetAttrValue("Header")), 0);
 }
 
 void CommandActions::ShowCurrentFile() {
@@ -134,7 +134,7 @@ void CommandActions::AnnounceActiveApplication() {
   const CXmlNode* application = model_.GetActiveApplication();
   if (application == nullptr) return;
   const char* config = application->GetAttrValue("Config");
-  model_.Host().SendHost(kMsgApplicationActivated, TextOf(application->GetAttrValue("Path")),
+  model_.Host().SendHost(kMsgApplicationActivated, OrEmpty(application->GetAttrValue("Path")),
                          std::string(config == nullptr ? kStandardConfig : config));
   model_.Services().views.BeginTreeUpdate();
   model_.Services().views.EndTreeUpdate();

@@ -21,7 +21,7 @@ std::string HostFileCalls::WholePath(const std::string& path) const {
 
 std::string HostFileCalls::ReadIniValue(const char* section, const char* key,
                                         const char* iniPath) const {
-  const Result<std::string> text = model_.GetFiles().ReadWholeFile(TextOf(iniPath));
+  const Result<std::string> text = model_.GetFiles().ReadWholeFile(OrEmpty(iniPath));
   if (!text || section == nullptr || key == nullptr) return {};
   std::string value = IniFile(*text).Read(section, key).value_or(std::string());
   if (value.size() > kLongestIniValue) value.resize(kLongestIniValue);
@@ -42,7 +42,7 @@ bool HostFileCalls::RefusesIniFile(const std::string& path) {
 
 void HostFileCalls::WriteIniValue(const char* section, const char* key, const char* value,
                                   const char* iniPath) {
-  const std::string path = TextOf(iniPath);
+  const std::string path = OrEmpty(iniPath);
   if (path.empty() || section == nullptr) return;
   if (RefusesIniFile(path)) return;
   FileSystem& files = model_.GetFiles();

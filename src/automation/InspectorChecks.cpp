@@ -25,20 +25,20 @@ std::unique_ptr<CXmlNode> ListGaps(CProjectModel& model) {
 
 }  // namespace
 
-std::string CProjectInspector::GetBuildGaps() {
+std::string ProjectInspector::GetBuildGaps() {
   CProjectModel* model = Model();
   return model == nullptr ? std::string() : ListGaps(*model)->ToString(g_xmlDisplayOptions);
 }
 
-std::string CProjectInspector::GetBuildProblem() {
+std::string ProjectInspector::GetBuildProblem() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   const auto list = ListGaps(*model);
   const CXmlNode* fatal = list->FindDescendantByAttr("IsFatal", "Yes");
   if (fatal == nullptr) return {};
-  const std::string reason = TextOf(fatal->GetAttrValue("Reason"));
-  const std::string type = TextOf(fatal->GetAttrValue("Type"));
-  std::string text = TextOf(fatal->GetAttrValue("Header")) + " can't be built: ";
+  const std::string reason = OrEmpty(fatal->GetAttrValue("Reason"));
+  const std::string type = OrEmpty(fatal->GetAttrValue("Type"));
+  std::string text = OrEmpty(fatal->GetAttrValue("Header")) + " can't be built: ";
   if (reason == "no-tool") return text + "it has no tool";
   if (reason == "no-file") return text + "it names no file";
   if (reason == "no-application") return text + "it is in no application";
@@ -46,7 +46,7 @@ std::string CProjectInspector::GetBuildProblem() {
   return text + "its type " + type + " isn't defined";
 }
 
-std::string CProjectInspector::GetInstallationProblem() {
+std::string ProjectInspector::GetInstallationProblem() {
   const CProjectModel* model = Model();
   if (model == nullptr) return {};
   const Installation& installation =

@@ -9,15 +9,15 @@
 
 namespace tarn {
 
-std::string CProjectInspector::ExplainOption(const char* set, const char* section,
-                                             const char* property) {
+std::string ProjectInspector::ExplainOption(const char* set, const char* section,
+                                            const char* property) {
   CProjectModel* model = Model();
   CXmlNode* node = model == nullptr ? nullptr : model->GetCurrentNode();
   if (node == nullptr) return {};
-  const std::string setName = TextOf(set).empty() ? node->GetName() : TextOf(set);
+  const std::string setName = OrEmpty(set).empty() ? node->GetName() : OrEmpty(set);
   CXmlNode explanation;
   explanation.SetName("Option");
-  explanation.AddAttr("Node", TextOf(node->GetAttrValue("Header")));
+  explanation.AddAttr("Node", OrEmpty(node->GetAttrValue("Header")));
   explanation.AddAttr("Value", static_cast<CProjectManager*>(manager_.Get())
                                    ->GetPropertyValue(setName.c_str(), section, property));
   const std::string current = model->Publishing().GetCurrentConfigName();
@@ -40,12 +40,12 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
                            : (flags & kTypeProject) != 0   ? "project"
                            : (flags & kTypeIsLeaf) != 0    ? "node"
                                                            : "group");
-      from.AddAttr("Header", TextOf(level->GetAttrValue("Header")));
-      const std::string configName = TextOf(config->GetAttrValue("Header"));
+      from.AddAttr("Header", OrEmpty(level->GetAttrValue("Header")));
+      const std::string configName = OrEmpty(config->GetAttrValue("Header"));
       from.AddAttr("Config", configName);
       const bool counts =
           EqualNoCase(configName, current) ||
-          (EqualNoCase(TextOf(section), "General") && EqualNoCase(configName, kStandardConfig));
+          (EqualNoCase(OrEmpty(section), "General") && EqualNoCase(configName, kStandardConfig));
       from.AddAttr("Current", counts ? "Yes" : "No");
       from.AddAttr("Text", value->ToString(g_xmlDisplayOptions));
     }

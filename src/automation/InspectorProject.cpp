@@ -27,46 +27,46 @@ std::string DamageText(const std::vector<FileDamage>& damage) {
 
 }  // namespace
 
-std::int32_t CProjectInspector::GetChangeCount() {
+std::int32_t ProjectInspector::GetChangeCount() {
   const CProjectModel* model = Model();
   return model == nullptr ? 0 : static_cast<std::int32_t>(model->State().changeCount & 0x7FFFFFFF);
 }
 
-std::string CProjectInspector::GetDamage() {
+std::string ProjectInspector::GetDamage() {
   const CProjectModel* model = Model();
   return model == nullptr ? std::string() : DamageText(model->Protection().GetDamage());
 }
 
-std::string CProjectInspector::GetFailedDamage() {
+std::string ProjectInspector::GetFailedDamage() {
   const CProjectModel* model = Model();
   return model == nullptr ? std::string() : DamageText(model->Protection().GetFailedDamage());
 }
 
-std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
+std::int32_t ProjectInspector::ProtectDamaged(std::int32_t protect) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->Protection().SetDamageProtection(protect != 0);
   return 1;
 }
 
-std::string CProjectInspector::TryLockProject(const char* path) {
+std::string ProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  const bool isTaken = model->Protection().TryTakeEdits(TextOf(path));
+  const bool isTaken = model->Protection().TryTakeEdits(OrEmpty(path));
   const std::string problem = model->Protection().GetEditProblem();
   if (!problem.empty()) model->Host().SendHost(kMsgLogLine, problem, 0);
   if (isTaken) return {};
   return problem.empty() ? model->Protection().GetEditor() : problem;
 }
 
-std::int32_t CProjectInspector::UnlockProject() {
+std::int32_t ProjectInspector::UnlockProject() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->Protection().ReleaseEdits();
   return 1;
 }
 
-std::string CProjectInspector::GetSaveReport() {
+std::string ProjectInspector::GetSaveReport() {
   const CProjectModel* model = Model();
   if (model == nullptr) return {};
   CXmlNode list;
@@ -75,32 +75,32 @@ std::string CProjectInspector::GetSaveReport() {
   return list.ToString(g_xmlDisplayOptions);
 }
 
-std::int32_t CProjectInspector::SaveAllOrNone(std::int32_t wanted) {
+std::int32_t ProjectInspector::SaveAllOrNone(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->Saver().SaveAllOrNone(wanted != 0);
   return 1;
 }
 
-std::int32_t CProjectInspector::OpenForReading(std::int32_t wanted) {
+std::int32_t ProjectInspector::OpenForReading(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->Loader().OpenForReading(wanted != 0);
   return 1;
 }
 
-std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
+std::int32_t ProjectInspector::AllowOutside(std::int32_t allow) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->Protection().AllowOutside(allow != 0);
   return 1;
 }
 
-std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
+std::int32_t ProjectInspector::SetTrustedFolders(const char* folders) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   std::vector<std::string> list;
-  const std::string lines = TextOf(folders);
+  const std::string lines = OrEmpty(folders);
   for (const std::string_view each : Split(lines, '\n')) {
     if (!each.empty()) list.emplace_back(each);
   }
@@ -108,14 +108,14 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
   return 1;
 }
 
-std::int32_t CProjectInspector::SetStateFolder(const char* folders) {
+std::int32_t ProjectInspector::SetStateFolder(const char* folders) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->Services().stateFolder = TextOf(folders);
+  model->Services().stateFolder = OrEmpty(folders);
   return 1;
 }
 
-std::string CProjectInspector::TakeRefusedWishes() {
+std::string ProjectInspector::TakeRefusedWishes() {
   CProjectModel* model = Model();
   std::string lines;
   if (model == nullptr) return lines;
@@ -125,22 +125,22 @@ std::string CProjectInspector::TakeRefusedWishes() {
   return lines;
 }
 
-std::string CProjectInspector::CheckScript(const char* path) {
+std::string ProjectInspector::CheckScript(const char* path) {
   auto* object = static_cast<CProjectManager*>(manager_.Get());
-  return Model() == nullptr ? std::string() : object->GetFileCalls()->CheckScript(TextOf(path));
+  return Model() == nullptr ? std::string() : object->GetFileCalls()->CheckScript(OrEmpty(path));
 }
 
-std::string CProjectInspector::GetFileTexts() {
+std::string ProjectInspector::GetFileTexts() {
   CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
   return JoinFileTexts(model->Saver().RenderFiles());
 }
 
-std::string CProjectInspector::ApplyChange(const char* before, const char* after) {
+std::string ProjectInspector::ApplyChange(const char* before, const char* after) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  const auto from = SplitFileTexts(TextOf(before));
-  const auto to = SplitFileTexts(TextOf(after));
+  const auto from = SplitFileTexts(OrEmpty(before));
+  const auto to = SplitFileTexts(OrEmpty(after));
   if (!from || !to) return "the description of the change is damaged";
   std::string lines;
   for (const std::string& each : model->Lifecycle().ApplyChange(*from, *to)) {
@@ -149,35 +149,35 @@ std::string CProjectInspector::ApplyChange(const char* before, const char* after
   return lines;
 }
 
-std::string CProjectInspector::GetBaseTexts() {
+std::string ProjectInspector::GetBaseTexts() {
   const CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
   return JoinFileTexts(model->Protection().GetBaseTexts());
 }
 
-std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* bases) {
+std::int32_t ProjectInspector::StageFileTexts(const char* texts, const char* bases) {
   CProjectModel* model = Model();
-  const auto changed = SplitFileTexts(TextOf(texts));
-  const auto former = SplitFileTexts(TextOf(bases));
+  const auto changed = SplitFileTexts(OrEmpty(texts));
+  const auto former = SplitFileTexts(OrEmpty(bases));
   if (model == nullptr || !changed || !former) return 0;
   model->Lifecycle().StageFiles(*changed, *former);
   return 1;
 }
 
-std::int32_t CProjectInspector::SetNewProjectFolder(const char* folder) {
+std::int32_t ProjectInspector::SetNewProjectFolder(const char* folder) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  const std::string wanted = ToNativeSeparators(TextOf(folder));
+  const std::string wanted = ToNativeSeparators(OrEmpty(folder));
   if (!wanted.empty()) model->Services().examplesFolder = AddSeparator(wanted);
   return 1;
 }
 
-std::int32_t CProjectInspector::IsModified() {
+std::int32_t ProjectInspector::IsModified() {
   const CProjectModel* model = Model();
   return model != nullptr && !model->IsDefaultProject() && model->State().HasUnsaved() ? 1 : 0;
 }
 
-std::int32_t CProjectInspector::DropChanges() {
+std::int32_t ProjectInspector::DropChanges() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->State().DropChanges();

@@ -44,10 +44,10 @@ void WriteRows(CGenericReport& report, const CXmlNode& root, const char* column,
 
 }  // namespace
 
-std::string CProjectInspector::GetGlobals(const char* application, const char* column) {
+std::string ProjectInspector::GetGlobals(const char* application, const char* column) {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
-  const std::string key = TextOf(application);
+  const std::string key = OrEmpty(application);
   const CXmlNode* node = key.empty() ? model->GetActiveApplication() : FindApplication(*model, key);
   if (node == nullptr) return {};
   const std::string path = model->Paths().GlobalsFileOf(*node);
@@ -68,12 +68,12 @@ std::string CProjectInspector::GetGlobals(const char* application, const char* c
   return globals.ToString(g_xmlDisplayOptions);
 }
 
-std::string CProjectInspector::GetReport(const char* log) {
+std::string ProjectInspector::GetReport(const char* log) {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   CXmlNode root;
   CXmlParseInfo info;
-  root.Load(TextOf(log), info);
+  root.Load(OrEmpty(log), info);
   CXmlNode rows;
   rows.SetName("Report");
   const auto definition = WithoutPictures(MakeOutputDefinition({}));
@@ -82,11 +82,11 @@ std::string CProjectInspector::GetReport(const char* log) {
   return rows.ToString(g_xmlDisplayOptions);
 }
 
-std::string CProjectInspector::MergeTexts(const char* base, const char* theirs, const char* ours) {
+std::string ProjectInspector::MergeTexts(const char* base, const char* theirs, const char* ours) {
   const struct {
     const char* name;
     std::string text;
-  } sides[] = {{"base", TextOf(base)}, {"theirs", TextOf(theirs)}, {"ours", TextOf(ours)}};
+  } sides[] = {{"base", OrEmpty(base)}, {"theirs", OrEmpty(theirs)}, {"ours", OrEmpty(ours)}};
   CXmlNode trees[std::size(sides)];
   for (std::size_t i = 0; i < std::size(sides); ++i) {
     if (!ReadWholeTree(sides[i].text, trees[i])) {

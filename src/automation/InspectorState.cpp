@@ -29,27 +29,27 @@ const char* NameOf(StateVerdict verdict) {
 
 }  // namespace
 
-std::string CProjectInspector::OpenBuildState(const char* path) {
+std::string ProjectInspector::OpenBuildState(const char* path) {
   CProjectModel* model = Model();
-  if (model == nullptr || !model->IsOpen() || TextOf(path).empty()) return {};
+  if (model == nullptr || !model->IsOpen() || OrEmpty(path).empty()) return {};
   return NameOf(GetBuilder()->Information().OpenBuildState(path));
 }
 
-std::string CProjectInspector::GetBuildStateProblem() {
+std::string ProjectInspector::GetBuildStateProblem() {
   CProjectModel* model = Model();
   return model == nullptr ? std::string()
                           : GetBuilder()->Information().GetBuildRecords().GetReadProblem();
 }
 
-std::int32_t CProjectInspector::IsBuildStateCurrent(const char* path) {
+std::int32_t ProjectInspector::IsBuildStateCurrent(const char* path) {
   CProjectModel* model = Model();
   return model != nullptr &&
-                 GetBuilder()->Information().GetBuildRecords().IsJournalCurrent(TextOf(path))
+                 GetBuilder()->Information().GetBuildRecords().IsJournalCurrent(OrEmpty(path))
              ? 1
              : 0;
 }
 
-std::int32_t CProjectInspector::RestoreFor(std::int32_t milliseconds) {
+std::int32_t ProjectInspector::RestoreFor(std::int32_t milliseconds) {
   CProjectModel* model = Model();
   return model == nullptr ||
                  GetBuilder()->Information().RestoreFor(std::chrono::milliseconds(milliseconds))
@@ -57,18 +57,19 @@ std::int32_t CProjectInspector::RestoreFor(std::int32_t milliseconds) {
              : 0;
 }
 
-std::string CProjectInspector::FinishBuildState(std::int32_t mayShrink) {
+std::string ProjectInspector::FinishBuildState(std::int32_t mayShrink) {
   CProjectModel* model = Model();
   return model == nullptr ? std::string()
                           : GetBuilder()->Information().FinishBuildState(mayShrink != 0);
 }
 
-std::string CProjectInspector::GetBuildInfos(const char* application, const char* outputFile) {
+std::string ProjectInspector::GetBuildInfos(const char* application, const char* outputFile) {
   CProjectModel* model = Model();
-  const CXmlNode* owner = model == nullptr ? nullptr : FindApplication(*model, TextOf(application));
+  const CXmlNode* owner =
+      model == nullptr ? nullptr : FindApplication(*model, OrEmpty(application));
   if (owner == nullptr) return {};
   const BuildRecordStore& store = GetBuilder()->Information().GetBuildRecords().Store();
-  const std::size_t record = store.Find(TextOf(owner->GetAttrValue("Path")), TextOf(outputFile));
+  const std::size_t record = store.Find(OrEmpty(owner->GetAttrValue("Path")), OrEmpty(outputFile));
   return record == BuildRecordStore::kNone ? std::string()
                                            : std::string(store.Text(store.Get(record).infos));
 }

@@ -64,7 +64,7 @@ const char* NameOf(StaleReason reason) {
 }
 
 void CopyAttribute(const CXmlNode& from, const char* name, CXmlNode& to, const char* as) {
-  to.AddAttr(as, TextOf(from.GetAttrValue(name)));
+  to.AddAttr(as, OrEmpty(from.GetAttrValue(name)));
 }
 
 // Visits the nodes below an application that take part in its build, in build order.
@@ -102,7 +102,7 @@ void AddGaps(const NodeTypes& types, const CXmlNode& application, bool isItself,
 // Considers only applications whose status has been determined.
 bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   for (const CXmlNode* entry : status.GetChildren()) {
-    if (TextOf(entry->GetAttrValue("Path")) != TextOf(application.GetAttrValue("Path"))) continue;
+    if (OrEmpty(entry->GetAttrValue("Path")) != OrEmpty(application.GetAttrValue("Path"))) continue;
     if (entry->FindChild("Node") != nullptr) return true;
   }
   return false;
@@ -156,7 +156,7 @@ void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& applic
 
 }  // namespace
 
-std::string CProjectInspector::GetStatus() {
+std::string ProjectInspector::GetStatus() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().InvalidateMtimes();
@@ -170,23 +170,23 @@ std::string CProjectInspector::GetStatus() {
   return status.ToString(g_xmlDisplayOptions);
 }
 
-std::string CProjectInspector::GetBuildInputs() {
+std::string ProjectInspector::GetBuildInputs() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   std::string lines;
   ForEachApplication(*model, [&](CXmlNode& application) {
-    lines += "A " + TextOf(application.GetAttrValue("Path")) + "\n";
+    lines += "A " + OrEmpty(application.GetAttrValue("Path")) + "\n";
     ForEachBuiltNode(*GetBuilder(), application, [&](CXmlNode& node) {
       if (FindStoredValues(node) == nullptr) return;
-      lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
+      lines += "N " + OrEmpty(node.GetAttrValue("OutputFile")) + "\n";
     });
   });
   return lines;
 }
 
-std::string CProjectInspector::GetSharedOutputs(const char* application) {
+std::string ProjectInspector::GetSharedOutputs(const char* application) {
   CProjectModel* model = Model();
-  const std::string wanted = TextOf(application);
+  const std::string wanted = OrEmpty(application);
   std::string lines;
   if (model == nullptr) return lines;
   const CXmlNode* const only = wanted.empty() ? nullptr : FindApplication(*model, wanted);
@@ -208,7 +208,7 @@ std::string CProjectInspector::GetSharedOutputs(const char* application) {
   return lines;
 }
 
-std::string CProjectInspector::GetToolInput(const char* application, const char* outputFile) {
+std::string ProjectInspector::GetToolInput(const char* application, const char* outputFile) {
   CProjectModel* model = Model();
   if (model == nullptr || application == nullptr || outputFile == nullptr) return {};
   CXmlNode* const owner = FindApplication(*model, application);
@@ -227,7 +227,7 @@ std::string CProjectInspector::GetToolInput(const char* application, const char*
   return input.ToString(g_xmlDisplayOptions);
 }
 
-std::string CProjectInspector::TakeBuildNotices() {
+std::string ProjectInspector::TakeBuildNotices() {
   CProjectModel* model = Model();
   CXmlNode list;
   list.SetName("Notices");

@@ -65,15 +65,15 @@ CXmlNode* ShownChild(CXmlNode& node, int number) {
 
 }  // namespace
 
-std::string CProjectInspector::GetTree() {
+std::string ProjectInspector::GetTree() {
   return CopyOfTree(CopyShown);
 }
 
-std::string CProjectInspector::GetApplications() {
+std::string ProjectInspector::GetApplications() {
   return CopyOfTree(CopyApplications);
 }
 
-std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXmlNode& copy)) {
+std::string ProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXmlNode& copy)) {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   CXmlNode copy;
@@ -82,16 +82,16 @@ std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXm
   for (CXmlNode* child : copy.GetChildren()) {
     if ((model->Types().FlagsOf(*child) & kTypeApplication) == 0) continue;
     std::string path;
-    if (model->Paths().MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), path, nullptr)) {
+    if (model->Paths().MakeAbsolutePath(OrEmpty(child->GetAttrValue("Path")), path, nullptr)) {
       child->SetAttrValue("Path", path);
     }
   }
   return copy.ToString(g_xmlDisplayOptions);
 }
 
-std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* application) {
+std::int32_t ProjectInspector::SelectNodeByKey(const char* key, const char* application) {
   CProjectModel* model = Model();
-  const std::string scope = TextOf(application);
+  const std::string scope = OrEmpty(application);
   if (model == nullptr || key == nullptr || (*key == '\0' && scope.empty())) return 0;
   CXmlNode* start = scope.empty() ? &model->GetProjectRoot() : FindApplication(*model, scope);
   if (start == nullptr) return 0;
@@ -102,7 +102,7 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* app
   return static_cast<std::int32_t>(found.size());
 }
 
-std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
+std::int32_t ProjectInspector::SelectNodeByPlace(const char* place) {
   CProjectModel* model = Model();
   if (model == nullptr || !model->IsOpen() || place == nullptr) return 0;
   CXmlNode* node = &model->GetProjectRoot();
@@ -118,13 +118,13 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
   return model->GetCurrentNode() == node ? 1 : 0;
 }
 
-std::string CProjectInspector::GetMissedSelection() {
+std::string ProjectInspector::GetMissedSelection() {
   if (Model() == nullptr) return {};
   const auto key = static_cast<CProjectManager*>(manager_.Get())->GetSelection()->GetMissedKey();
   return key ? "\"" + *key + "\"" : std::string();
 }
 
-std::int32_t CProjectInspector::NoteCurrentNode() {
+std::int32_t ProjectInspector::NoteCurrentNode() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   savedNode_ = model->GetCurrentNode();
@@ -132,7 +132,7 @@ std::int32_t CProjectInspector::NoteCurrentNode() {
   return 1;
 }
 
-std::int32_t CProjectInspector::SelectNotedNode() {
+std::int32_t ProjectInspector::SelectNotedNode() {
   CProjectModel* model = Model();
   if (model == nullptr || savedNode_ == nullptr || model->GetTreeGeneration() != savedGeneration_)
     return 0;

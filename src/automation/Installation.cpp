@@ -49,7 +49,7 @@ bool Installation::Locate(const char* givenApplicationPath, const char* givenDat
                          : InstalledDataFolder(files_);
   // The current folder changes with every project.
   if (IsRelativePath(root)) root = JoinPath(files_.CurrentFolder(), root);
-  dataPath_ = TextOf(givenDataPath);
+  dataPath_ = OrEmpty(givenDataPath);
   configFolder_ = root + "config" + kSeparator;
   const std::string own = configFolder_ + AfterLastSeparator(dataPath_) + "_" + kConfigFileName;
   const auto canBeRead = [this] {
@@ -124,7 +124,7 @@ void Installation::SeedDefaultProject() {
 }
 
 std::string Installation::FindConfigFile(const char* name) const {
-  const std::string path = TextOf(name);
+  const std::string path = OrEmpty(name);
   return files_.Exists(path) ? path : configFolder_ + path;
 }
 
@@ -139,7 +139,7 @@ std::string Installation::ReadRegistryValue(const char* key, const char* name) c
   const std::string own = OwnFolderName();
   const std::string base =
       own.empty() ? std::string("Software\\Corvane\\Tarn7\\") : "Software\\Corvane\\" + own + "\\";
-  return settings_.ReadRegistry(base + TextOf(key), TextOf(name)).value_or(std::string());
+  return settings_.ReadRegistry(base + OrEmpty(key), OrEmpty(name)).value_or(std::string());
 }
 
 std::string FindDefinitionProblem(const ProjectServices& services) {

@@ -24,7 +24,7 @@ void NodeSelection::Select(CXmlNode* found, const char* key) {
   model_.SetCurrentNode(found);
   missedKey_.reset();
   if (found != nullptr) return;
-  missedKey_ = TextOf(key);
+  missedKey_ = OrEmpty(key);
   nodeInstead_ = model_.GetCurrentNode();
 }
 

@@ -8,9 +8,9 @@
 
 namespace tarn {
 
-const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
-  using I = CProjectInspector;
-  static const DispatchTable<CProjectInspector> table({
+const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
+  using I = ProjectInspector;
+  static const DispatchTable<ProjectInspector> table({
       Method<&I::Attach>("Attach", TARN_INS_ATTACH, {"manager"}),
       Method<&I::PublishAll>("PublishAll", TARN_INS_PUBLISH_ALL, {}),
       Method<&I::GetTree>("GetTree", TARN_INS_GET_TREE, {}),
@@ -80,65 +80,65 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
   return table;
 }
 
-CProjectModel* CProjectInspector::Model() const {
+CProjectModel* ProjectInspector::Model() const {
   auto* object = static_cast<CProjectManager*>(manager_.Get());
   return object == nullptr ? nullptr : object->GetModel();
 }
 
-Builder* CProjectInspector::GetBuilder() const {
+Builder* ProjectInspector::GetBuilder() const {
   auto* object = static_cast<CProjectManager*>(manager_.Get());
   return object == nullptr ? nullptr : object->GetBuilder();
 }
 
-std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
+std::int32_t ProjectInspector::Attach(IDispatch* managerObject) {
   if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
   manager_ = DispatchPtr(managerObject);
   savedNode_ = nullptr;
   return 1;
 }
 
-std::int32_t CProjectInspector::PublishAll() {
+std::int32_t ProjectInspector::PublishAll() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->PublishAll();
   return 1;
 }
 
-std::int32_t CProjectInspector::PublishFor(std::int32_t milliseconds) {
+std::int32_t ProjectInspector::PublishFor(std::int32_t milliseconds) {
   CProjectModel* model = Model();
   return model == nullptr || model->Publishing().PublishFor(std::chrono::milliseconds(milliseconds))
              ? 1
              : 0;
 }
 
-DispatchPtr CProjectInspector::GetPropertyManager() {
+DispatchPtr ProjectInspector::GetPropertyManager() {
   auto* object = static_cast<CProjectManager*>(manager_.Get());
   if (object == nullptr || object->GetPropertyManager() == nullptr) return {};
   return DispatchPtr(object->GetPropertyManager()->GetDispatch());
 }
 
-std::int32_t CProjectInspector::RefreshDefinitions() {
+std::int32_t ProjectInspector::RefreshDefinitions() {
   CProjectModel* model = Model();
   return model == nullptr ? 0 : model->Options().RefreshDefinitions();
 }
 
-std::int32_t CProjectInspector::CopyConfiguration(const char* from, const char* to) {
+std::int32_t ProjectInspector::CopyConfiguration(const char* from, const char* to) {
   CProjectModel* model = Model();
-  return model == nullptr ? 0 : model->Options().CopyConfiguration(TextOf(from), TextOf(to));
+  return model == nullptr ? 0 : model->Options().CopyConfiguration(OrEmpty(from), OrEmpty(to));
 }
 
-std::string CProjectInspector::MissingImportProgram() {
+std::string ProjectInspector::MissingImportProgram() {
   const CProjectModel* model = Model();
   return model == nullptr ? std::string() : model->Import().MissingImportProgram();
 }
 
-std::string CProjectInspector::GetTargets() {
+std::string ProjectInspector::GetTargets() {
   if (Model() == nullptr) return {};
   const auto* object = static_cast<CProjectManager*>(manager_.Get());
   return DescribeTargets(*object->GetInstallation().GetTargetCatalogue().Read());
 }
 
-std::string CProjectInspector::GetLogFile() {
+std::string ProjectInspector::GetLogFile() {
   const CProjectModel* model = Model();
   const bool hasOutput = model != nullptr && model->Services().output != nullptr;
   return hasOutput ? model->Services().output->GetLogFile() : std::string();

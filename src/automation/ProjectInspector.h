@@ -14,11 +14,11 @@ namespace tarn {
 //
 // Belongs to the manager's thread and keeps the manager alive. Calling sequence: Attach() first;
 // until then every call returns 0 or an empty string.
-class CProjectInspector : public DispatchObject<CProjectInspector> {
+class ProjectInspector : public DispatchObject<ProjectInspector> {
  public:
   static constexpr const char* kProgId = "TarnProjectManager.ProjectInspector";
 
-  static const DispatchTable<CProjectInspector>& Table();
+  static const DispatchTable<ProjectInspector>& Table();
 
   // Attaches the manager. Returns 0 if the object isn't a manager of this library.
   std::int32_t Attach(IDispatch* managerObject);

@@ -57,7 +57,7 @@ void CProjectManager::OpenDefaultProject() {
 std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
   if (!model_) return 0;
   selection_->Reset();
-  const std::string path = TextOf(projectPath);
+  const std::string path = OrEmpty(projectPath);
   if (model_->Paths().IsOpenAs(path)) return 0;
   const bool isDefault = !path.empty() && EqualNoCase(model_->Paths().FullProjectPath(path),
                                                       installation_.GetDefaultProject());
@@ -175,7 +175,7 @@ std::string CProjectManager::GetSelectedApplicationsList(const char* separator) 
   std::string list;
   const CXmlNode* application = model_ ? model_->GetActiveApplication() : nullptr;
   if (application != nullptr && application->GetAttr("Path") != nullptr) {
-    CollectDebugFiles(list, application, application, TextOf(separator));
+    CollectDebugFiles(list, application, application, OrEmpty(separator));
   }
   return list;
 }
@@ -184,7 +184,7 @@ std::string CProjectManager::GetSelectedFilesList(const char* separator) {
   std::string list;
   const CXmlNode* application = model_ ? model_->GetActiveApplication() : nullptr;
   if (application != nullptr && application->GetAttr("Path") != nullptr) {
-    CollectLinkFiles(model_->Types(), list, application, true, application, TextOf(separator));
+    CollectLinkFiles(model_->Types(), list, application, true, application, OrEmpty(separator));
   }
   return list;
 }

@@ -7,7 +7,7 @@ namespace tarn {
 
 namespace {
 
-const char* WordOf(ValueType type) {
+const char* ToString(ValueType type) {
   switch (type) {
     case ValueType::Long:
       return "long";
@@ -31,12 +31,12 @@ std::string Attribute(const char* name, std::string_view value) {
 std::string MethodText(const MethodInfo& method) {
   std::string text = "    <Method" + Attribute("Header", method.name) +
                      Attribute("Id", std::to_string(method.id)) +
-                     Attribute("Result", WordOf(method.result));
+                     Attribute("Result", ToString(method.result));
   if (method.arguments.empty()) return text + " />\n";
   text += ">\n";
   for (std::size_t i = 0; i < method.arguments.size(); ++i) {
     text += "      <Argument" + Attribute("Header", method.arguments[i]) +
-            Attribute("Type", WordOf(method.types[i])) + " />\n";
+            Attribute("Type", ToString(method.types[i])) + " />\n";
   }
   return text + "    </Method>\n";
 }

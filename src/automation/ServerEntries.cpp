@@ -22,7 +22,7 @@ struct MakeManager {
   IDispatch* operator()() const { return new CProjectManager(ServerPlatform::Native()); }
 };
 struct MakeInspector {
-  IDispatch* operator()() const { return new CProjectInspector(); }
+  IDispatch* operator()() const { return new ProjectInspector(); }
 };
 
 IClassFactory* FactoryOf(const char* classId) {
@@ -32,7 +32,7 @@ IClassFactory* FactoryOf(const char* classId) {
       EqualNoCase(classId, CProjectManager::kClassId)) {
     return &managers;
   }
-  return EqualNoCase(classId, CProjectInspector::kProgId) ? &inspectors : nullptr;
+  return EqualNoCase(classId, ProjectInspector::kProgId) ? &inspectors : nullptr;
 }
 
 std::string OwnPath() {

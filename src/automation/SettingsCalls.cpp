@@ -11,7 +11,7 @@ namespace tarn {
 namespace {
 
 std::string KeyOf(const char* set, const char* section, const char* property) {
-  return TextOf(set) + "." + TextOf(section) + "." + TextOf(property);
+  return OrEmpty(set) + "." + OrEmpty(section) + "." + OrEmpty(property);
 }
 
 }  // namespace
@@ -67,10 +67,10 @@ std::int32_t CProjectManager::EnableProperty(const char* set, const char* sectio
 std::int32_t CProjectManager::HideProperty(const char* set, const char* section,
                                            const char* property, std::int32_t hide) {
   if (!propertyManager_) return 0;
-  if (!TextOf(property).empty()) {
+  if (!OrEmpty(property).empty()) {
     return propertyManager_->HideProperty(set, section, property, hide);
   }
-  if (!TextOf(section).empty()) return propertyManager_->HideSection(set, section, hide);
+  if (!OrEmpty(section).empty()) return propertyManager_->HideSection(set, section, hide);
   return propertyManager_->HideSet(set, hide);
 }
 
@@ -87,7 +87,7 @@ std::int32_t CProjectManager::ResetPropertyValue(const char* set, const char* se
                                                  const char* property) {
   if (!model_) return 0;
   // `ResetStoredProperty()` parses the key from the left and can't handle an empty set.
-  std::string setName = TextOf(set);
+  std::string setName = OrEmpty(set);
   if (setName.empty()) setName = model_->GetCurrentNode()->GetName();
   return model_->Options().ResetStoredProperty(KeyOf(setName.c_str(), section, property));
 }
@@ -115,7 +115,7 @@ std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key
 
 std::string CProjectManager::GetSelectedApplication() {
   const CXmlNode* application = model_ ? model_->GetActiveApplication() : nullptr;
-  return application == nullptr ? std::string() : TextOf(application->GetAttrValue("Path"));
+  return application == nullptr ? std::string() : OrEmpty(application->GetAttrValue("Path"));
 }
 
 std::string CProjectManager::GetSelectedDBI() {
@@ -129,7 +129,7 @@ std::string CProjectManager::GetSelectedDBI() {
 }
 
 std::int32_t CProjectManager::ExecuteScript(const char* scriptPath) {
-  return fileCalls_ ? fileCalls_->ExecuteScript(TextOf(scriptPath)) : 0;
+  return fileCalls_ ? fileCalls_->ExecuteScript(OrEmpty(scriptPath)) : 0;
 }
 
 }  // namespace tarn

@@ -13,7 +13,7 @@ void AddTarget(const CXmlNode& target, CXmlNode& list) {
   const TargetDescription description = DescribeTarget(target);
   const std::string config = description.configName.value_or("");
   CXmlNode& entry = *list.AddChild("Target");
-  entry.AddAttr("Header", TextOf(target.GetAttrValue("Header")));
+  entry.AddAttr("Header", OrEmpty(target.GetAttrValue("Header")));
   entry.AddAttr("Description", description.text);
   entry.AddAttr("Datasheet", description.datasheet.value_or(""));
   entry.AddAttr("Config", config.empty() ? kStandardConfig : config);
@@ -23,7 +23,7 @@ void AddFamily(const CXmlNode& family, CXmlNode& list) {
   for (const CXmlNode* child : family.GetChildren()) {
     const bool isTarget = child->NameView() == "Target";
     if (!isTarget && child->NameView() != "Targets") continue;
-    const std::string label = TextOf(child->GetAttrValue("Header"));
+    const std::string label = OrEmpty(child->GetAttrValue("Header"));
     if (label.empty()) continue;
     if (isTarget) {
       AddTarget(*child, list);
@@ -40,7 +40,7 @@ void AddFamily(const CXmlNode& family, CXmlNode& list) {
 std::string DescribeTargets(const CXmlNode& catalogue) {
   CXmlNode list;
   list.SetName("Targets");
-  const std::string problem = TextOf(catalogue.GetAttrValue("Problem"));
+  const std::string problem = OrEmpty(catalogue.GetAttrValue("Problem"));
   if (!problem.empty()) list.AddAttr("Problem", problem);
   AddFamily(catalogue, list);
   return list.ToString(g_xmlDisplayOptions);

@@ -43,7 +43,7 @@ ApplicationOrder::ApplicationOrder(const NodeTypes& nodeTypes, CToolManagerDrive
     if ((types_.FlagsOf(child) & kTypeApplication) == 0) continue;
     Entry& entry = entries_.emplace_back();
     entry.node = &child;
-    entry.output = NameToCompare(TextOf(child.GetAttrValue("OutputFile")));
+    entry.output = NameToCompare(OrEmpty(child.GetAttrValue("OutputFile")));
     entry.fileName = FileNameOf(entry.output);
   }
   if (entries_.size() > 1) {
@@ -64,7 +64,7 @@ void ApplicationOrder::FindUses(Entry& entry) {
     candidates.push_back(&each);
     if (&each == &entry) continue;
     outputs +=
-        (outputs.empty() ? "\"" : ",\"") + TextOf(each.node->GetAttrValue("OutputFile")) + '"';
+        (outputs.empty() ? "\"" : ",\"") + OrEmpty(each.node->GetAttrValue("OutputFile")) + '"';
   }
   if (outputs.empty()) return;
   const auto take = [&](std::string_view path) {
@@ -109,9 +109,9 @@ void ApplicationOrder::ReportCycle(const std::vector<const CXmlNode*>& chain,
                                    const CXmlNode& again) {
   if (!cycle_.empty()) return;
   for (auto each = std::find(chain.begin(), chain.end(), &again); each != chain.end(); ++each) {
-    cycle_ += TextOf((*each)->GetAttrValue("Header")) + " -> ";
+    cycle_ += OrEmpty((*each)->GetAttrValue("Header")) + " -> ";
   }
-  cycle_ += TextOf(again.GetAttrValue("Header"));
+  cycle_ += OrEmpty(again.GetAttrValue("Header"));
 }
 
 std::string ApplicationOrder::GetProblem() const {

@@ -36,8 +36,8 @@ void HashOutputs(const CXmlNode& node, std::vector<std::uint64_t>& hashes) {
 }
 
 void CountListings(const CXmlNode& node, std::unordered_map<std::string, int>& counts) {
-  const std::string listing = TextOf(node.GetAttrValue("ListingFile"));
-  const std::string tool = TextOf(node.GetAttrValue("TranslateTool"));
+  const std::string listing = OrEmpty(node.GetAttrValue("ListingFile"));
+  const std::string tool = OrEmpty(node.GetAttrValue("TranslateTool"));
   if (!listing.empty() && !tool.empty()) ++counts[listing];
   for (const CXmlNode* child : node.GetChildren()) {
     if (IsContentNode(*child)) CountListings(*child, counts);
@@ -65,13 +65,13 @@ std::vector<std::unique_ptr<CXmlNode>> TakeChildren(CXmlNode& node) {
 
 BuildReport ReadReport(const CXmlNode& record) {
   BuildReport report;
-  report.infos = TextOf(record.GetAttrValue("Infos"));
-  report.date = TextOf(record.GetAttrValue("Date"));
-  report.command = ParseCommandHash(TextOf(record.GetAttrValue("Command")));
-  report.programs = SplitQuotedList(TextOf(record.GetAttrValue("Programs")));
-  report.products = SplitQuotedList(TextOf(record.GetAttrValue("Products")));
-  report.byProducts = SplitQuotedList(TextOf(record.GetAttrValue("ByProducts")));
-  report.search = TextOf(record.GetAttrValue("Search"));
+  report.infos = OrEmpty(record.GetAttrValue("Infos"));
+  report.date = OrEmpty(record.GetAttrValue("Date"));
+  report.command = ParseCommandHash(OrEmpty(record.GetAttrValue("Command")));
+  report.programs = SplitQuotedList(OrEmpty(record.GetAttrValue("Programs")));
+  report.products = SplitQuotedList(OrEmpty(record.GetAttrValue("Products")));
+  report.byProducts = SplitQuotedList(OrEmpty(record.GetAttrValue("ByProducts")));
+  report.search = OrEmpty(record.GetAttrValue("Search"));
   report.hasInexactNames = IsExactlyYes(record, "InexactNames");
   for (int i = 0; i < record.GetChildCount(); ++i) {
     const char* file = record.GetChild(i)->GetAttrValue("Header");
@@ -103,7 +103,7 @@ BuildInformation::BuildInformation(ProjectServices& projectServices, ProjectStat
 BuildInformation::~BuildInformation() = default;
 
 std::int32_t BuildInformation::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
-  if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
+  if (!TakeBuildRecords(OrEmpty(xmlinfo))) return 0;
   // The report may have changed which nodes are up to date.
   mtimes_.Invalidate();
   if (state_.activeApplication != nullptr)
@@ -121,14 +121,14 @@ bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
   for (std::unique_ptr<CXmlNode>& record : TakeChildren(records)) {
     CXmlNode* node = FindNodeByOutput(*application, record->GetAttrValue("Header"));
     if (node == nullptr) continue;
-    const std::string infos = TextOf(record->GetAttrValue("Infos"));
-    const std::string date = TextOf(record->GetAttrValue("Date"));
+    const std::string infos = OrEmpty(record->GetAttrValue("Infos"));
+    const std::string date = OrEmpty(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
     BuildReport report = ReadReport(*record);
     // A listing shared by several nodes is replaced by each run, so it can't be tracked as a
     // product.
     std::erase_if(report.products, [&](const std::string& each) {
-      return each == TextOf(node->GetAttrValue("ListingFile")) && IsSharedListing(each);
+      return each == OrEmpty(node->GetAttrValue("ListingFile")) && IsSharedListing(each);
     });
     buildRecords_.TakeReport(*node, report);
     ReplaceDependencies(*node, TakeDependencies(std::move(record)));
@@ -190,7 +190,7 @@ std::vector<SharedOutput> BuildInformation::FindSharedOutputs(CXmlNode& applicat
     }
     if (!IsBuilt(*first, application) || !IsBuilt(*second, application)) continue;
     const auto source = [this](const CXmlNode& node) {
-      return RealName(files_, TextOf(node.GetAttrValue("Path")));
+      return RealName(files_, OrEmpty(node.GetAttrValue("Path")));
     };
     const bool isSameSource = source(*first) == source(*second);
     found.push_back({first, second, isSameSource && first != &application});
@@ -245,11 +245,11 @@ std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos
   } else if (path != nullptr) {
     desc = GetMessageText(kRowLabelPath);
   }
-  desc += " \t " + TextOf(path);
+  desc += " \t " + OrEmpty(path);
   std::string info = " ";
   if (infos != nullptr) {
     desc += "\n" + GetMessageText(kRowLabelOutputFile) + " \t\t " +
-            TextOf(node->GetAttrValue("OutputFile")) + "\n";
+            OrEmpty(node->GetAttrValue("OutputFile")) + "\n";
     if (const char* config = node->GetAttrValue("Config")) {
       desc += GetMessageText(kRowLabelConfiguration) + " \t " + config + "\n";
     }

@@ -35,7 +35,7 @@ void BuildInformation::RestoreRecords(CXmlNode& application) {
 }
 
 void BuildInformation::RestoreRecord(CXmlNode& node, const std::string& owner) {
-  const std::string made = TextOf(node.GetAttrValue("OutputFile"));
+  const std::string made = OrEmpty(node.GetAttrValue("OutputFile"));
   if (made.empty()) return;
   const BuildRecord* const record = buildRecords_.Restore(node, owner, made);
   if (record == nullptr) return;

@@ -238,7 +238,7 @@ bool BuildWalk::StartNode(Frame& frame) {
     information_.SetWalkApplication(&node);
     const char* config = node.GetAttrValue("Config");
     model_.Services().output->WriteMessage(
-        kRowApplicationStarts, {GetOperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
+        kRowApplicationStarts, {GetOperationText(frame.mode), OrEmpty(node.GetAttrValue("Header")),
                                 config == nullptr ? kStandardConfig : config});
     if (IsTreeStale()) return true;
     // Programs that need the debug database re-create it.

@@ -20,7 +20,7 @@ std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
   std::vector<NamedOutput> outputs;
   for (const auto& [attribute, option] : {std::pair("OutputFile", "Build.OutputFile"),
                                           std::pair("ListingFile", "Build.ListingFile")}) {
-    const std::string path = TextOf(node.GetAttrValue(attribute));
+    const std::string path = OrEmpty(node.GetAttrValue(attribute));
     if (!path.empty()) outputs.push_back({path, option});
   }
   return outputs;
@@ -32,7 +32,7 @@ std::vector<std::string> HeadersOf(const CXmlNode& node) {
   for (const CXmlNode* child : node.GetChildren()) {
     if (child->NameView() != "Dependencies") continue;
     for (const CXmlNode* each : child->GetChildren()) {
-      headers.push_back(TextOf(each->GetAttrValue("Header")));
+      headers.push_back(OrEmpty(each->GetAttrValue("Header")));
     }
   }
   return headers;
@@ -81,8 +81,8 @@ bool BuildWalk::Clean(CXmlNode& node) {
   }
   if (information_.GetWalkApplication() != nullptr && !isLeft) {
     information_.GetBuildRecords().Drop(
-        node, TextOf(information_.GetWalkApplication()->GetAttrValue("Path")),
-        TextOf(node.GetAttrValue("OutputFile")));
+        node, OrEmpty(information_.GetWalkApplication()->GetAttrValue("Path")),
+        OrEmpty(node.GetAttrValue("OutputFile")));
   }
   const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
   if (isApplication && information_.GetBuildRecords().HasJournal()) {
@@ -135,7 +135,7 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
     ForEachLinkFile(model_.Types(), &node, true, &node,
                     [&](const char* part) { sources.emplace_back(part); });
   } else {
-    sources.push_back(TextOf(node.GetAttrValue("Path")));
+    sources.push_back(OrEmpty(node.GetAttrValue("Path")));
   }
   for (std::string& each : sources) each = model_.GetFiles().NameOnDisk(each);
   return sources;
@@ -148,7 +148,7 @@ std::vector<std::string> BuildWalk::HeadersToCome(const CXmlNode& node,
   std::vector<std::string> headers = HeadersOf(node);
   const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
   if (!headers.empty() || isApplication) return headers;
-  std::string pipe = pipes_.Find(TextOf(node.GetAttrValue("Path")), folders);
+  std::string pipe = pipes_.Find(OrEmpty(node.GetAttrValue("Path")), folders);
   if (!pipe.empty()) headers.push_back(std::move(pipe));
   return headers;
 }
@@ -235,7 +235,7 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
     WarnOfSameFiles(node);
     if (IsTreeStale()) return true;
     model_.Services().output->WriteMessage(kRowTranslateStarts,
-                                           {TextOf(node.GetAttrValue("Path"))});
+                                           {OrEmpty(node.GetAttrValue("Path"))});
     if (IsTreeStale()) return true;
     folderBefore_ = model_.GetFiles().CurrentFolder();
     model_.GetFiles().SetCurrentFolder(state_.projectFolder);
@@ -259,13 +259,13 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
 std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const std::string& tool,
                                                const std::string& files,
                                                const std::string& options) {
-  const std::string output = TextOf(node.GetAttrValue("OutputFile"));
-  if (output.empty() || tool != TextOf(node.GetAttrValue("TranslateTool")) ||
+  const std::string output = OrEmpty(node.GetAttrValue("OutputFile"));
+  if (output.empty() || tool != OrEmpty(node.GetAttrValue("TranslateTool")) ||
       information_.GetWalkApplication() == nullptr) {
     return std::nullopt;
   }
   return information_.GetBuildRecords().BeginRun(
-      node, TextOf(information_.GetWalkApplication()->GetAttrValue("Path")), output,
+      node, OrEmpty(information_.GetWalkApplication()->GetAttrValue("Path")), output,
       SourcesOf(node), information_.GetToolCommands().SignatureOf(tool, files, options));
 }
 
@@ -320,7 +320,7 @@ void BuildWalk::FinishTool(Frame& frame) {
   if (toolSucceeded_) {
     const bool isApplication = (model_.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
     if (order_ && isApplication) built_.push_back(frame.node);
-    model_.Host().SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+    model_.Host().SendHost(kMsgToolSucceeded, OrEmpty(frame.node->GetAttrValue("OutputFile")), 0);
   }
   LeaveTool();
   if (!IsTreeStale()) Return(toolSucceeded_, false);

@@ -95,7 +95,7 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
       if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
     }
     if (entry == nullptr) return 1;  // silently ignores unknown commands
-    tool = TextOf(entry->GetAttrValue("Header"));
+    tool = OrEmpty(entry->GetAttrValue("Header"));
     isTool = true;
     node = state_.GetCurrentNode();
   } else if (command >= kWorkerBuildAll && command <= kWorkerCleanAll) {
@@ -104,7 +104,7 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
   } else {
     node = state_.GetCurrentNode();
     if (command == kWorkerTranslate) {
-      tool = node == nullptr ? std::string() : TextOf(node->GetAttrValue("TranslateTool"));
+      tool = node == nullptr ? std::string() : OrEmpty(node->GetAttrValue("TranslateTool"));
       isTool = true;
     }
   }
@@ -216,7 +216,7 @@ bool Builder::EndWorker() {
   information_.GetMtimes().Invalidate();
   if (control.isBuild && !succeeded && hasTree) {
     const std::string outputFile =
-        control.node == nullptr ? std::string() : TextOf(control.node->GetAttrValue("OutputFile"));
+        control.node == nullptr ? std::string() : OrEmpty(control.node->GetAttrValue("OutputFile"));
     model_.Host().SendHost(kMsgOutputInvalid, outputFile, -1);
     if (state_.treeGeneration == control.epoch)
       information_.RecordBuildInfo(control.node, nullptr, nullptr);

@@ -65,12 +65,12 @@ void CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* 
 
 bool GetToolInput(const NodeTypes& types, const CXmlNode& node, std::string& tool,
                   std::string& fileList) {
-  tool = TextOf(node.GetAttrValue("TranslateTool"));
+  tool = OrEmpty(node.GetAttrValue("TranslateTool"));
   fileList.clear();
   if ((types.FlagsOf(node) & kTypeApplication) != 0) {
     CollectLinkFiles(types, fileList, &node, true, &node, ",");
   } else {
-    fileList = '"' + TextOf(node.GetAttrValue("Path")) + '"';
+    fileList = '"' + OrEmpty(node.GetAttrValue("Path")) + '"';
   }
   return !tool.empty();
 }

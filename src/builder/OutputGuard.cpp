@@ -206,10 +206,10 @@ bool OutputGuard::IsUnchangedProduct(BuildRecord::Number version) {
 
 std::vector<OutputGuard::Removed> OutputGuard::FindRemoved(const CXmlNode& application) {
   const BuildRecordStore& store = records_.Store();
-  const std::string own = TextOf(application.GetAttrValue("Path"));
+  const std::string own = OrEmpty(application.GetAttrValue("Path"));
   const std::vector<std::size_t> all = store.RecordsOf(own);
   // An application is linked from the outputs of its sources.
-  const std::string output = TextOf(application.GetAttrValue("OutputFile"));
+  const std::string output = OrEmpty(application.GetAttrValue("OutputFile"));
   std::vector<Removed> found;
   for (const std::size_t record : all) {
     const BuildRecord& each = store.Get(record);
@@ -302,7 +302,7 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
     }
     for (const CXmlNode* each : model_.GetProjectRoot().GetChildren()) {
       if ((model_.Types().FlagsOf(*each) & kTypeApplication) == 0) continue;
-      applications_.push_back(TextOf(each->GetAttrValue("Path")));
+      applications_.push_back(OrEmpty(each->GetAttrValue("Path")));
     }
     Collect(model_.GetProjectRoot(), folder);
   }

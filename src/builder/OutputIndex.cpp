@@ -37,7 +37,7 @@ void OutputIndex::Add(CXmlNode& node, CXmlNode& start) {
 void OutputIndex::AddOutput(CXmlNode& node, const char* outputFile) {
   const auto [entry, isNew] = nodes_.try_emplace(FoldCase(outputFile), &node);
   if (isNew) return;
-  const std::string other = TextOf(entry->second->GetAttrValue("OutputFile"));
+  const std::string other = OrEmpty(entry->second->GetAttrValue("OutputFile"));
   if (other != outputFile) {
     exactNodes_.try_emplace(other, entry->second);
     exactNodes_[outputFile] = &node;
@@ -74,7 +74,7 @@ void FindOutputsOfSeveral(const CXmlNode& node, const CXmlNode& application,
         owners.try_emplace(output, OutputOwner{&node, &application}).first->second;
     if (owner.application != &application) {
       const bool isSameSource =
-          TextOf(node.GetAttrValue("Path")) == TextOf(owner.node->GetAttrValue("Path"));
+          OrEmpty(node.GetAttrValue("Path")) == OrEmpty(owner.node->GetAttrValue("Path"));
       onShared(*owner.application, application, {owner.node, &node, isSameSource});
     }
   }
@@ -95,9 +95,9 @@ void FindOutputsOfSeveral(const std::vector<CXmlNode*>& applications,
 }
 
 std::string DescribeSharedOutput(const SharedOutput& shared) {
-  return TextOf(shared.first->GetAttrValue("Path")) + " and " +
-         TextOf(shared.second->GetAttrValue("Path")) + " have the same output file " +
-         TextOf(shared.second->GetAttrValue("OutputFile")) +
+  return OrEmpty(shared.first->GetAttrValue("Path")) + " and " +
+         OrEmpty(shared.second->GetAttrValue("Path")) + " have the same output file " +
+         OrEmpty(shared.second->GetAttrValue("OutputFile")) +
          "; set Build.OutputFile of one of them to a different name";
 }
 

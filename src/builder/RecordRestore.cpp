@@ -33,7 +33,7 @@ bool RecordRestore::Step(std::chrono::milliseconds time) {
       CXmlNode& child = *next.node->GetChild(i);
       if (IsContentNode(child)) pending_.push_back({&child, next.application});
     }
-    information_.RestoreRecord(*next.node, TextOf(next.application->GetAttrValue("Path")));
+    information_.RestoreRecord(*next.node, OrEmpty(next.application->GetAttrValue("Path")));
     if (done % kNodesPerLook == 0 && std::chrono::steady_clock::now() >= end) return true;
   }
   return false;

@@ -19,7 +19,7 @@ using PathsByName = std::unordered_map<std::string, std::vector<std::string>>;
 void CollectSources(const CXmlNode& parent, const CXmlNode& application, PathsByName& found) {
   for (const CXmlNode* child : parent.GetChildren()) {
     if (!IsContentNode(*child)) continue;
-    const std::string path = TextOf(child->GetAttrValue("Path"));
+    const std::string path = OrEmpty(child->GetAttrValue("Path"));
     if (!path.empty() && IsBuilt(*child, application)) {
       found[FoldCase(FileNameOf(path))].push_back(path);
     }

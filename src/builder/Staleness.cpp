@@ -25,13 +25,13 @@ struct JudgedBy {
 
   explicit JudgedBy(const CXmlNode& node) {
     for (const CXmlAttr& attribute : node.Attributes()) {
-      const char** const place = PlaceOf(attribute.NameView());
+      const char** const place = SlotOf(attribute.NameView());
       if (place != nullptr && *place == nullptr) *place = attribute.ValueText();
     }
   }
 
  private:
-  const char** PlaceOf(std::string_view name) {
+  const char** SlotOf(std::string_view name) {
     switch (name.size()) {
       case 4:
         return name == "Path" ? &path : nullptr;
@@ -155,7 +155,7 @@ StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
 
   const char* path = node.GetAttrValue("Path");
   const MtimeCache::Entry* const source = path == nullptr ? nullptr : &Query(path);
-  if (source == nullptr || !source->exists) return {StaleReason::SourceMissing, TextOf(path)};
+  if (source == nullptr || !source->exists) return {StaleReason::SourceMissing, OrEmpty(path)};
   if (source->status.modifiedSeconds > *outputTime) return {StaleReason::SourceNewer, path};
   if (source->status.otherSpelling && !ReportsSpellingOf(node, path)) {
     return {StaleReason::SourceRenamed, path};

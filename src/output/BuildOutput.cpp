@@ -57,7 +57,7 @@ void CBuildOutput::Initialise(const std::string& configFilePath, WindowHandle ho
 
 void CBuildOutput::LoadMessages(const CXmlNode& messages) {
   if (messages.NameView() != "Messages") return;
-  viewTitle_ = TextOf(messages.GetAttrValue("Tab"));
+  viewTitle_ = OrEmpty(messages.GetAttrValue("Tab"));
   // A log in the same folder as its style sheet needs no path to it.
   stylesheet_.clear();
   for (int i = 0; i < messages.GetChildCount(); ++i) {
@@ -79,7 +79,7 @@ void CBuildOutput::SetViews(ILogView* log, IReportView* report) {
 void CBuildOutput::SetLogFile(const std::string& path) {
   logFile_ = path;
   flags_ = kMergeToolFiles;
-  writer_.Forget();
+  writer_.Clear();
 }
 
 bool CBuildOutput::PlaceLogFile(const std::string& folder) {
@@ -94,7 +94,7 @@ bool CBuildOutput::PlaceLogFile(const std::string& folder) {
 }
 
 void CBuildOutput::DeleteLogFile() {
-  writer_.Forget();
+  writer_.Clear();
   // A missing file is not an error.
   if (!logFile_.empty()) static_cast<void>(disk_.RemoveFile(logFile_));
 }
@@ -173,7 +173,7 @@ bool CBuildOutput::UseSpareFolder() {
 void CBuildOutput::ResetLog() {
   root_ = MakeRoot("output");
   ++generation_;
-  writer_.Forget();
+  writer_.Clear();
   WriteLogFile(MakeHead("<?xml-stylesheet href=\"", stylesheet_, "\" type=\"text/xsl\"?>"));
   if (logView_ != nullptr) logView_->Clear();
 }

@@ -27,7 +27,7 @@ class LogFileWriter {
   // next call rewrites the file.
   Status Save(const std::string& path, const std::string& head, const CXmlNode& root);
   // Makes the next `Save()` rewrite the file.
-  void Forget() { last_.reset(); }
+  void Clear() { last_.reset(); }
 
  private:
   // State of the file after the last save.

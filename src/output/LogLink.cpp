@@ -49,10 +49,10 @@ std::int32_t FindTime(std::string_view target, const char* name) {
 
 std::string MakeLinkTarget(const CXmlNode& message) {
   std::string target;
-  const std::string channel = TextOf(message.GetAttrValue("ChannelName"));
+  const std::string channel = OrEmpty(message.GetAttrValue("ChannelName"));
   if (!channel.empty()) target += Field("channel_name", channel);
-  const std::string low = TextOf(message.GetAttrValue("TimeL"));
-  const std::string high = TextOf(message.GetAttrValue("TimeH"));
+  const std::string low = OrEmpty(message.GetAttrValue("TimeL"));
+  const std::string high = OrEmpty(message.GetAttrValue("TimeH"));
   const bool hasTime = ParseDecimal(low.c_str()) != 0 || ParseDecimal(high.c_str()) != 0;
   if (hasTime && !low.empty()) target += Field("TimeL", low);
   if (hasTime && !high.empty()) target += Field("TimeH", high);
@@ -67,7 +67,7 @@ std::string MakePlaceTarget(const CXmlNode& message) {
 }
 
 std::string MakeFileTarget(const CXmlNode& message) {
-  return Field("file", PathText(TextOf(message.GetAttrValue("File"))));
+  return Field("file", PathText(OrEmpty(message.GetAttrValue("File"))));
 }
 
 LogLink ReadLinkTarget(std::string_view target) {

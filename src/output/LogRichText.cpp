@@ -58,7 +58,7 @@ Line ToLine(const CXmlNode& message) {
     return {kIconPlain, message.GetValue()};
   }
   // The output of a tool is encoded in the tree.
-  return {ParseNumber(message.GetAttrValue("Icon")), UnescapeXml(TextOf(description))};
+  return {ParseNumber(message.GetAttrValue("Icon")), UnescapeXml(OrEmpty(description))};
 }
 
 }  // namespace
@@ -70,7 +70,7 @@ std::string MakeLogRichText(const CXmlNode& message, PlaceLinks places) {
   const bool isKnown = found != std::end(kStyles);
   const LineStyle& style = isKnown ? *found : kOtherStyle;
   if (style.isLink) return kHead + Link(MakeLinkTarget(message), style.color, text);
-  if (!isKnown && !TextOf(message.GetAttrValue("File")).empty()) {
+  if (!isKnown && !OrEmpty(message.GetAttrValue("File")).empty()) {
     const bool hasLine = places == PlaceLinks::WithLine;
     return kHead +
            Link(hasLine ? MakePlaceTarget(message) : MakeFileTarget(message), style.color, text);

@@ -68,7 +68,7 @@ void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
     ParseToolRows(text + rows);
     return;
   }
-  const std::string help = TextOf(helpFolder);
+  const std::string help = OrEmpty(helpFolder);
   std::optional<DiagnosticPattern> special;
   if (lineTemplate != nullptr) special = PatternOfTemplate(lineTemplate, kToolTextTemplates);
   if (special && !special->IsCompiled()) special.reset();

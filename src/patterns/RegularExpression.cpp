@@ -38,7 +38,7 @@ bool IsGroup(int group) {
 }
 
 // Returns the string that the group matched; a view with null data if the group took no part.
-std::string_view TextOf(const CCompiledPattern& pattern, int group) {
+std::string_view GroupText(const CCompiledPattern& pattern, int group) {
   if (!IsGroup(group)) return {};
   const char* start = pattern.groupStart[static_cast<std::size_t>(group)];
   const char* end = pattern.groupEnd[static_cast<std::size_t>(group)];
@@ -119,17 +119,17 @@ int CRegularExpression::SubCount() {
 
 int CRegularExpression::SubStart(int group) {
   if (!HasProgram()) return -1;
-  const char* start = TextOf(*program_, group).data();
+  const char* start = GroupText(*program_, group).data();
   return start ? static_cast<int>(start - subject_) : -1;
 }
 
 int CRegularExpression::SubLength(int group) {
   if (!HasProgram()) return -1;
-  return static_cast<int>(TextOf(*program_, group).size());
+  return static_cast<int>(GroupText(*program_, group).size());
 }
 
 std::string CRegularExpression::SubString(int group) {
-  return HasProgram() ? std::string(TextOf(*program_, group)) : std::string();
+  return HasProgram() ? std::string(GroupText(*program_, group)) : std::string();
 }
 
 std::string CRegularExpression::Substitute(const char* replacement) {

@@ -304,7 +304,7 @@ class Expander {
   std::string Stringify(const Tokens& tokens) {
     std::string text = "\"";
     for (const MacroToken& each : tokens) {
-      NoteUnknown(each);
+      RecordUnknown(each);
       if (each.hasSpace && text.size() > 1) text += ' ';
       for (const char c : each.text) {
         if (IsString(each) && (c == '"' || c == '\\')) text += '\\';
@@ -315,7 +315,7 @@ class Expander {
   }
 
   // Marks the result as incomplete if the compiler may have a built-in value for the name.
-  void NoteUnknown(const MacroToken& token) {
+  void RecordUnknown(const MacroToken& token) {
     if (token.text.starts_with("__") && !macros_.contains(token.text)) found_.isIncomplete = true;
   }
 
@@ -335,7 +335,7 @@ class Expander {
   void ReadAngleName(const Tokens& tokens, std::size_t at) {
     std::string spaced, dense;
     for (; at < tokens.size() && tokens[at].text != ">"; ++at) {
-      NoteUnknown(tokens[at]);
+      RecordUnknown(tokens[at]);
       if (tokens[at].hasSpace) spaced += ' ';
       spaced += tokens[at].text;
       dense += tokens[at].text;

@@ -35,7 +35,7 @@ void AdoptActive(CXmlNode& base, const CXmlNode& now) {
   const char* const found = now.GetAttrValue("ActiveApp");
   if (active == nullptr || found == nullptr) return;
   for (const CXmlNode* child : base.GetChildren()) {
-    if (EqualNoCase(TextOf(child->GetAttrValue("Header")), active)) return;
+    if (EqualNoCase(OrEmpty(child->GetAttrValue("Header")), active)) return;
   }
   base.SetAttrValue("ActiveApp", found);
 }
@@ -66,8 +66,8 @@ using Trail = std::vector<std::string>;
 
 // Uses the file name without its folder, because publishing a node changes how its path is written.
 std::string MarkOf(const CXmlNode& node) {
-  return node.GetName() + '\n' + TextOf(node.GetAttrValue("Header")) + '\n' +
-         FileNameOf(TextOf(node.GetAttrValue("Path")));
+  return node.GetName() + '\n' + OrEmpty(node.GetAttrValue("Header")) + '\n' +
+         FileNameOf(OrEmpty(node.GetAttrValue("Path")));
 }
 
 Trail TrailOf(const CXmlNode* node) {
@@ -135,7 +135,7 @@ void ProjectLifecycle::FollowMove(FileText& text, std::vector<FileText>& bases,
     const bool isSame =
         Find(bases, path) == nullptr && ReadWholeTree(content, other) &&
         other.GetName() == root.GetName() &&
-        EqualNoCase(TextOf(other.GetAttrValue("Header")), TextOf(root.GetAttrValue("Header")));
+        EqualNoCase(OrEmpty(other.GetAttrValue("Header")), OrEmpty(root.GetAttrValue("Header")));
     if (isSame && place != nullptr) return;  // it could be either
     if (isSame) place = &path;
   }

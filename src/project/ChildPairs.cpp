@@ -20,12 +20,12 @@ std::string KeyWith(const CXmlNode& node, std::string_view kind, std::string_vie
 
 std::string KeyByLabel(const CXmlNode& node) {
   if (node.GetType() != XmlElement) return KeyWith(node, "text", node.ValueView());
-  return KeyWith(node, "label", TextOf(node.GetAttrValue("Header")));
+  return KeyWith(node, "label", OrEmpty(node.GetAttrValue("Header")));
 }
 
 std::string KeyByFile(const CXmlNode& node) {
   for (const char* name : {"Extern", "Path"}) {
-    const std::string file = TextOf(node.GetAttrValue(name));
+    const std::string file = OrEmpty(node.GetAttrValue(name));
     if (!file.empty()) return KeyWith(node, "file", file);
   }
   return KeyByLabel(node);

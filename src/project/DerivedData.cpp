@@ -42,7 +42,7 @@ void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
   MakeAttributeRelative(node, "OutputFile");
   if ((types_.FlagsOf(node) & kTypeExtern) == 0) return;
   std::string relative;
-  if (paths_.MakeRelativePath(TextOf(node.GetAttrValue("Extern")), relative, nullptr)) {
+  if (paths_.MakeRelativePath(OrEmpty(node.GetAttrValue("Extern")), relative, nullptr)) {
     node.SetAttrValue("Extern", relative);
   }
 }
@@ -51,7 +51,7 @@ void DerivedData::StripSubtree(CXmlNode& node, bool dropDependencies) {
 void DerivedData::MakeActivePathAbsolute() {
   if (state_.activeApplication == nullptr) return;
   std::string path;
-  if (paths_.MakeAbsolutePath(TextOf(state_.activeApplication->GetAttrValue("Path")), path,
+  if (paths_.MakeAbsolutePath(OrEmpty(state_.activeApplication->GetAttrValue("Path")), path,
                               nullptr)) {
     state_.activeApplication->SetAttrValue("Path", path);
   }

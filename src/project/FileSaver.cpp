@@ -16,7 +16,7 @@ namespace {
 CXmlNode* FindPart(const CXmlNode& root, const std::string& file) {
   const auto children = root.GetChildren();
   const auto found = std::find_if(children.begin(), children.end(), [&file](const CXmlNode* child) {
-    return TextOf(child->GetAttrValue("Extern")) == file;
+    return OrEmpty(child->GetAttrValue("Extern")) == file;
   });
   return found == children.end() ? nullptr : *found;
 }
@@ -25,7 +25,7 @@ CXmlNode* FindPart(const CXmlNode& root, const std::string& file) {
 void KeepPart(CXmlNode& base, const std::string& file, std::vector<TreeConflict>& conflicts) {
   const CXmlNode* const part = FindPart(base, file);
   if (part == nullptr) return;
-  conflicts.push_back({TextOf(part->GetAttrValue("Header")), "changed here, removed there"});
+  conflicts.push_back({OrEmpty(part->GetAttrValue("Header")), "changed here, removed there"});
   base.RemoveChild(part);
 }
 
@@ -33,7 +33,7 @@ void KeepPart(CXmlNode& base, const std::string& file, std::vector<TreeConflict>
 void RenamePart(CXmlNode& root, const PartChange& change) {
   CXmlNode* const part = FindPart(root, change.from);
   if (part == nullptr) return;
-  if (TextOf(part->GetAttrValue("Path")) == change.from) part->SetAttrValue("Path", change.to);
+  if (OrEmpty(part->GetAttrValue("Path")) == change.from) part->SetAttrValue("Path", change.to);
   part->SetAttrValue("Extern", change.to);
 }
 

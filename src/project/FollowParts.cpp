@@ -20,7 +20,7 @@ namespace tarn {
 namespace {
 
 std::string ReferenceOf(const CXmlNode& node) {
-  return TextOf(node.GetAttrValue("Extern"));
+  return OrEmpty(node.GetAttrValue("Extern"));
 }
 
 // Returns the references of one version of a file that are different or missing in a later version.
@@ -54,7 +54,7 @@ std::vector<std::string> FindNewReferences(const CXmlNode& before, const CXmlNod
 void CollectPaths(const CXmlNode& node, std::set<std::string>& paths) {
   for (const CXmlNode* child : node.GetChildren()) {
     if (!IsContentNode(*child)) continue;
-    const std::string path = TextOf(child->GetAttrValue("Path"));
+    const std::string path = OrEmpty(child->GetAttrValue("Path"));
     if (!path.empty()) paths.insert(FoldCase(path));
     CollectPaths(*child, paths);
   }

@@ -62,7 +62,7 @@ void HostLink::ClearHost() {
 }
 
 void HostLink::ReportMessage(const char* text) {
-  services_.output->AddOutput(TextOf(text));
+  services_.output->AddOutput(OrEmpty(text));
   services_.output->SaveLog();
   services_.output->UpdateReport();
 }

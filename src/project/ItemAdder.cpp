@@ -29,7 +29,7 @@ bool HasControlBytes(std::string_view text) {
 // Appends the type's first extension to `path` unless it has one of them already. Returns false if
 // `path` is unchanged.
 bool AppendExtension(const CXmlNode& type, std::string& path) {
-  const std::string extensions = TextOf(type.GetAttrValue("Extension"));
+  const std::string extensions = OrEmpty(type.GetAttrValue("Extension"));
   const std::string own = ExtensionOf(path);
   std::string first;
   for (const std::string_view each : Split(extensions, ';')) {
@@ -71,8 +71,8 @@ std::string FilterOf(int row, const std::string& patterns) {
 
 std::int32_t ItemAdder::AddExistingItem(const char* itempath, const char* itemtype) {
   if (!services_.build.CanStartOperation()) return 0;
-  if (EqualNoCase(TextOf(itemtype), kSourceList)) return ReplaceSourceList(TextOf(itempath));
-  return AddItem(TextOf(itempath), itemtype, false);
+  if (EqualNoCase(OrEmpty(itemtype), kSourceList)) return ReplaceSourceList(OrEmpty(itempath));
+  return AddItem(OrEmpty(itempath), itemtype, false);
 }
 
 // `isJustMade`: the application file was written for this call and must be used unchanged.
@@ -148,7 +148,7 @@ bool ItemAdder::HoldsApplicationOf(const std::string& path) const {
     const CXmlNode& child = *state_.projectRoot->GetChild(i);
     std::string full;
     if ((types_.FlagsOf(child) & kTypeApplication) != 0 &&
-        paths_.MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
+        paths_.MakeAbsolutePath(OrEmpty(child.GetAttrValue("Path")), full, nullptr) &&
         IsSameName(files_, files_.Canonical(full), wanted)) {
       return true;
     }
@@ -238,7 +238,7 @@ std::int32_t ItemAdder::BrowseAndAddFiles() {
     if ((flags & kTypeProject) != 0 || !types_.CanContain(holder, &type)) continue;
     std::string endings =
         services_.propertyManager->GetPropertyValue("Target", "Internal", type.GetName() + "-Ext");
-    if (endings.empty()) endings = TextOf(type.GetAttrValue("Extension"));
+    if (endings.empty()) endings = OrEmpty(type.GetAttrValue("Extension"));
     const std::string patterns = PatternsOf(endings);
     std::string& list = (flags & kTypeApplication) != 0 ? applicationPatterns : filePatterns;
     if (patterns.empty() || list.find(patterns) != std::string::npos) continue;

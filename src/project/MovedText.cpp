@@ -16,7 +16,7 @@ namespace {
 void MovePaths(FileSystem& files, CXmlNode& node, const std::string& from, const std::string& to) {
   for (CXmlNode* child : node.GetChildren()) {
     if (!IsContentNode(*child)) continue;
-    const std::string path = TextOf(child->GetAttrValue("Path"));
+    const std::string path = OrEmpty(child->GetAttrValue("Path"));
     const std::string absolute = files.Canonical(JoinPath(from, path));
     if (!path.empty() && IsRelativePath(path) && files.Exists(absolute)) {
       const std::string relative = RelativeNameOnDisk(files, to, absolute);
@@ -32,9 +32,9 @@ std::string MoveText(FileSystem& files, const std::string& text, const std::stri
                      const std::string& to) {
   CXmlNode root;
   if (from == to || !ReadWholeTree(text, root)) return text;
-  const std::string path = TextOf(root.GetAttrValue("Path"));
+  const std::string path = OrEmpty(root.GetAttrValue("Path"));
   // Its paths are not relative to its location.
-  if (!path.empty() && path != TextOf(root.GetAttrValue("Extern"))) return text;
+  if (!path.empty() && path != OrEmpty(root.GetAttrValue("Extern"))) return text;
   MovePaths(files, root, from, to);
   return WriteTree(root, text);
 }

@@ -28,7 +28,7 @@ class Creating {
 };
 
 bool IsYes(const CXmlNode& type, const char* name) {
-  return EqualNoCase(TextOf(type.GetAttrValue(name)), "Yes");
+  return EqualNoCase(OrEmpty(type.GetAttrValue(name)), "Yes");
 }
 
 // Returns true if the name can be used as the base name of the two files.
@@ -69,7 +69,7 @@ std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
   CXmlNode* type = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types_.GetRoot(), type);
   if (type != nullptr && !types_.CanContain(target, type)) {
-    return "\"" + TextOf(target->GetAttrValue("Header")) +
+    return "\"" + OrEmpty(target->GetAttrValue("Header")) +
            "\" can't contain an application of this type. Select the project first.";
   }
   const std::string file = AddSeparator(folder) + name + ".tapp";
@@ -80,9 +80,9 @@ std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
 
 std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
   if (!services_.build.CanStartOperation()) return 0;
-  if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
+  if (EqualNoCase(OrEmpty(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
-  const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
+  const CXmlNode* type = ProposeApplication(OrEmpty(itempath), itemtype, wanted);
   // While the user was choosing, another project may have been opened or a build started.
   const std::uint64_t asked = state_.projectGeneration;
   if (!views_.AskNewApplication(wanted) || state_.projectGeneration != asked ||
@@ -162,7 +162,7 @@ const CXmlNode* ItemAdder::ProposeApplication(const std::string& itempath, const
   FindChildNode(itemtype, nullptr, &types_.GetRoot(), type);
   wanted.createNewProject = state_.isDefaultProject != 0;
   if (type != nullptr) {
-    wanted.typeHeader = TextOf(type->GetAttrValue("Header"));
+    wanted.typeHeader = OrEmpty(type->GetAttrValue("Header"));
     if (!IsYes(*type, "Build")) {
       if (!parts.title.empty()) wanted.applicationName = parts.title + parts.extension;
       wanted.createNewProject = true;

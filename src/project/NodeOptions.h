@@ -43,7 +43,7 @@ class NodeOptions {
 
   // Adds the configuration named in the options window to the active application.
   std::int32_t AddConfiguration();
-  // See CProjectInspector::CopyConfiguration.
+  // See ProjectInspector::CopyConfiguration.
   std::int32_t CopyConfiguration(const std::string& from, const std::string& to);
   // Makes a configuration of the active application the current one and republishes its nodes.
   std::int32_t SelectConfiguration(const std::string& name);

@@ -64,7 +64,7 @@ std::int32_t ProjectLifecycle::OpenProject(const char* path, std::int32_t isDefa
   state_.currentNode = nullptr;
 
   const std::uint64_t opened = ++state_.projectGeneration;
-  std::string chosen = TextOf(path);
+  std::string chosen = OrEmpty(path);
   if (path == nullptr) {
     chosen = AskForProject();
     if (state_.projectGeneration != opened) return 0;
@@ -122,7 +122,7 @@ std::int32_t ProjectLifecycle::LoadProject(std::uint64_t opened) {
   if (application != nullptr && (types_.FlagsOf(*application) & kTypeApplication) != 0) {
     state_.activeApplication = application;
     std::string absolute;
-    if (paths_.MakeAbsolutePath(TextOf(application->GetAttrValue("Path")), absolute, nullptr)) {
+    if (paths_.MakeAbsolutePath(OrEmpty(application->GetAttrValue("Path")), absolute, nullptr)) {
       application->SetAttrValue("Path", absolute);
     }
   }
@@ -162,7 +162,7 @@ bool ProjectLifecycle::AnnounceApplications(std::uint64_t opened) {
       if (child == nullptr) return true;
     }
     std::string absolute;
-    paths_.MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), absolute, nullptr);
+    paths_.MakeAbsolutePath(OrEmpty(child->GetAttrValue("Path")), absolute, nullptr);
     host_.SendHost(kMsgApplicationKnown, absolute, ConfigOf(*child));
     if (state_.projectGeneration != opened) return false;
   }
@@ -302,7 +302,7 @@ std::int32_t ProjectLifecycle::SaveProject() {
   for (int i = 0; state_.isOpen && i < state_.projectRoot->GetChildCount(); ++i) {
     std::string file;
     const char* path = state_.projectRoot->GetChild(i)->GetAttrValue("Extern");
-    if (paths_.MakeAbsolutePath(TextOf(path), file, nullptr) && isLost(file)) isMissing = true;
+    if (paths_.MakeAbsolutePath(OrEmpty(path), file, nullptr) && isLost(file)) isMissing = true;
   }
   if (state_.structureChanged || isMissing) state_.MarkModified();
   saver_.SetSaving(true);

@@ -72,7 +72,7 @@ class ProjectLifecycle {
   std::int32_t CreateProjectFile(const std::string& path, std::int32_t askOverwrite);
 
   // Applies a change of these files to the open project, in memory only (ApplyChange.cpp); see
-  // CProjectInspector. Returns the reasons for a failure; empty on success.
+  // ProjectInspector. Returns the reasons for a failure; empty on success.
   std::vector<std::string> ApplyChange(const std::vector<FileText>& before,
                                        const std::vector<FileText>& after);
   // The next project is opened from `texts` instead of its files, as unsaved changes: a later save

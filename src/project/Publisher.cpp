@@ -190,7 +190,7 @@ void Publisher::WriteDerivedAttributes(CXmlNode& node) {
 
   std::string base;
   if (state_.activeApplication != nullptr)
-    base = FolderOf(TextOf(state_.activeApplication->GetAttrValue("Path")));
+    base = FolderOf(OrEmpty(state_.activeApplication->GetAttrValue("Path")));
   const char* baseFolder = base.empty() ? nullptr : base.c_str();
   for (std::string* const file : {&outputFile, &listingFile}) {
     // Options mix separators; tools and build records have one spelling of a path.
@@ -237,7 +237,7 @@ CXmlNode* Publisher::LoadNodeOptions(CXmlNode* node, bool force) {
   services_.propertyManager->EndUpdate();
 
   const std::uint64_t epoch = state_.treeGeneration;
-  host_.SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings",
+  host_.SendHost(kMsgPaneCaption, OrEmpty(node->GetAttrValue("Header")) + " Local Settings",
                  kOptionsPane);
   if (state_.treeGeneration != epoch) return nullptr;
   if (state_.currentNode == node)
@@ -298,7 +298,7 @@ void Publisher::RunAutoDebugStep() {
 
 void Publisher::SendActiveApplication() {
   if (state_.activeApplication == nullptr) return;
-  host_.SendHost(kMsgApplicationActivated, TextOf(state_.activeApplication->GetAttrValue("Path")),
+  host_.SendHost(kMsgApplicationActivated, OrEmpty(state_.activeApplication->GetAttrValue("Path")),
                  GetCurrentConfigName());
 }
 
@@ -318,7 +318,7 @@ void Publisher::SetCurrentNode(CXmlNode* node) {
     RunAutoDebugStep();
   }
   if (state_.currentNode != nullptr && state_.currentNode != savedNode) {
-    host_.SendHost(kMsgCurrentNodeChanged, TextOf(state_.currentNode->GetAttrValue("Path")), 0);
+    host_.SendHost(kMsgCurrentNodeChanged, OrEmpty(state_.currentNode->GetAttrValue("Path")), 0);
     if (state_.treeGeneration != epoch) return;
   }
   if (views_.GetSelectedNode() != node) views_.SelectTreeNode(node);
@@ -335,7 +335,7 @@ std::int32_t Publisher::SetActiveApplication(CXmlNode* application) {
     if (present != application) state_.MarkModified();
   }
   application->SetAttrValue("highlight", "yes");
-  state_.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
+  state_.projectRoot->SetAttrValue("ActiveApp", OrEmpty(application->GetAttrValue("Header")));
   views_.RepaintTree();
   return 1;
 }
@@ -390,7 +390,7 @@ std::int32_t Publisher::PublishTick() {
 
   host_.PostHostCommand(TARN_CMD_OPTIONS_LOADED);
   if (state_.activeApplication != nullptr) {
-    host_.SendHost(kMsgApplicationKnown, TextOf(state_.activeApplication->GetAttrValue("Path")),
+    host_.SendHost(kMsgApplicationKnown, OrEmpty(state_.activeApplication->GetAttrValue("Path")),
                    GetCurrentConfigName());
     if (state_.treeGeneration != epoch) return 0;
   }

@@ -122,14 +122,14 @@ void SettleChildren(const CXmlNode* base, CXmlNode& node, const NodeTypes* types
 // to it by a different path. Omits attributes that only state the default.
 void SettleApplication(const CXmlNode& base, CXmlNode& root) {
   for (const char* name : {"Extern", "Path"}) {
-    const std::string former = TextOf(base.GetAttrValue(name));
-    const std::string now = TextOf(root.GetAttrValue(name));
+    const std::string former = OrEmpty(base.GetAttrValue(name));
+    const std::string now = OrEmpty(root.GetAttrValue(name));
     const bool isOfForm = former.starts_with('.') && former.find('/') == former.npos;
     const bool isSameFile = EqualNoCase(FileNameOf(former), FileNameOf(now));
     if (isOfForm && isSameFile) root.SetAttrValue(name, former);
   }
   const auto namesStandard = [](const CXmlNode& node) {
-    return EqualNoCase(TextOf(node.GetAttrValue("Config")), kStandardConfig);
+    return EqualNoCase(OrEmpty(node.GetAttrValue("Config")), kStandardConfig);
   };
   if (namesStandard(root) && !namesStandard(base)) root.RemoveAttr(root.GetAttr("Config"));
 }

@@ -48,7 +48,7 @@ void StructureCheck::CheckFile(const CXmlNode& root, const std::vector<std::stri
 // is never intended. A configuration that is not listed but has options is valid; an application
 // that lists none may use any.
 void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
-  const std::string config = TextOf(root.GetAttrValue("Config"));
+  const std::string config = OrEmpty(root.GetAttrValue("Config"));
   const bool isChosen = (types_.FlagsOf(root) & kTypeApplication) != 0 && !config.empty();
   if (!isChosen || EqualNoCase(config, kStandardConfig)) return;
   bool isListing = false;
@@ -58,7 +58,7 @@ void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
     isListing = isListing || isList;
     if (!isList && child.NameView() != "Options") return;
     ForEachElement(child, [&](const CXmlNode& each) {
-      isKnown = isKnown || EqualNoCase(TextOf(each.GetAttrValue("Header")), config);
+      isKnown = isKnown || EqualNoCase(OrEmpty(each.GetAttrValue("Header")), config);
     });
   });
   if (isListing && !isKnown) {
@@ -67,7 +67,7 @@ void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
 }
 
 bool StructureCheck::HasOwnFile(const CXmlNode& node) const {
-  return (types_.FlagsOf(node) & kTypeExtern) != 0 && !TextOf(node.GetAttrValue("Extern")).empty();
+  return (types_.FlagsOf(node) & kTypeExtern) != 0 && !OrEmpty(node.GetAttrValue("Extern")).empty();
 }
 
 bool StructureCheck::IsNodeAmong(const CXmlNode& holder, const CXmlNode& node) const {

@@ -178,13 +178,13 @@ std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolut
 // application has that label, a line was lost. The label may be the one in the project file or the
 // one in the application's own file.
 void TreeLoader::CheckActiveApplication() {
-  const std::string active = TextOf(state_.projectRoot->GetAttrValue("ActiveApp"));
+  const std::string active = OrEmpty(state_.projectRoot->GetAttrValue("ActiveApp"));
   const std::string* const text = guard_.ContentOf(state_.projectPath);
   const auto isListedIn = [&](const CXmlNode& root) {
     const auto children = root.GetChildren();
     return std::any_of(children.begin(), children.end(), [&](const CXmlNode* child) {
       return (types_.FlagsOf(*child) & kTypeApplication) != 0 &&
-             EqualNoCase(TextOf(child->GetAttrValue("Header")), active);
+             EqualNoCase(OrEmpty(child->GetAttrValue("Header")), active);
     });
   };
   if (active.empty() || text == nullptr || isListedIn(*state_.projectRoot)) return;
@@ -211,9 +211,9 @@ std::int32_t TreeLoader::LoadExternChildren(CXmlNode& node, std::uint64_t epoch)
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
     if ((types_.FlagsOf(child) & kTypeExtern) == 0) continue;
-    const std::string fileName = TextOf(child.GetAttrValue("Extern"));
+    const std::string fileName = OrEmpty(child.GetAttrValue("Extern"));
     if (fileName.empty()) {
-      services_.output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
+      services_.output->WriteMessage(kRowFileMissing, {OrEmpty(child.GetAttrValue("Header"))},
                                      "the project file has no path for it");
     }
     const bool isLoaded = state_.treeGeneration == epoch && LoadTreeFile(child, fileName);

@@ -103,7 +103,7 @@ class Versions {
   }
   bool IsMoved(const CXmlNode* base) const { return base != nullptr && moved_.contains(base); }
   // The side that determines the position of a moved node: ours if both moved it.
-  Side PlaceOf(const CXmlNode& base) const {
+  Side SideOf(const CXmlNode& base) const {
     return toOurs_.GetMoved().contains(&base) ? Side::Ours : Side::Theirs;
   }
   Item ItemOf(const CXmlNode& base) const {
@@ -179,7 +179,7 @@ ItemList::Added ItemList::AddSide(Side side, const Item& parent, Places& order) 
     const auto found = baseItems_.find(base);
     const std::size_t at = found == baseItems_.end() ? items_.size() : found->second;
     if (versions_.IsMoved(base)) {
-      if (versions_.PlaceOf(*base) != side) continue;
+      if (versions_.SideOf(*base) != side) continue;
       items_.push_back(versions_.ItemOf(*base));
     } else {
       if (found == baseItems_.end()) {
@@ -372,7 +372,7 @@ bool Merger::IsUnchanged(const CXmlNode& base, Side side, const CXmlNode& node) 
   std::erase_if(former, [&](const CXmlNode* child) { return versions_.IsMoved(child); });
   std::erase_if(present, [&](const CXmlNode* child) {
     const CXmlNode* const source = versions_.SourceOf(side, *child);
-    return versions_.IsMoved(source) && versions_.PlaceOf(*source) != side;
+    return versions_.IsMoved(source) && versions_.SideOf(*source) != side;
   });
   const auto isSame = [&](const CXmlNode* one, const CXmlNode* other) {
     return IsUnchanged(*one, side, *other);

@@ -13,12 +13,12 @@ namespace tarn {
 namespace {
 
 std::string PathOf(const CXmlNode& node) {
-  return TextOf(node.GetAttrValue("Path"));
+  return OrEmpty(node.GetAttrValue("Path"));
 }
 
 bool IsFileNode(const CXmlNode& node) {
   const auto children = node.GetChildren();
-  return !PathOf(node).empty() && TextOf(node.GetAttrValue("Extern")).empty() &&
+  return !PathOf(node).empty() && OrEmpty(node.GetAttrValue("Extern")).empty() &&
          std::none_of(children.begin(), children.end(), [](const CXmlNode* child) {
            return child->GetType() == XmlElement && IsContentNode(*child);
          });
@@ -37,7 +37,7 @@ void CollectLeftovers(const CXmlNode& node, const IsPaired& isPaired,
 
 std::string KeyWith(const CXmlNode& node, std::initializer_list<const char*> attributes) {
   std::string key(node.NameView());
-  for (const char* name : attributes) key += "\n" + FoldCase(TextOf(node.GetAttrValue(name)));
+  for (const char* name : attributes) key += "\n" + FoldCase(OrEmpty(node.GetAttrValue(name)));
   return key;
 }
 

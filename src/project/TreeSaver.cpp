@@ -25,11 +25,11 @@ void NameActive(CXmlNode& root, const NodeTypes& types) {
   const CXmlNode* first = nullptr;
   for (const CXmlNode* child : root.GetChildren()) {
     if ((types.FlagsOf(*child) & kTypeApplication) == 0) continue;
-    if (EqualNoCase(TextOf(child->GetAttrValue("Header")), active)) return;
+    if (EqualNoCase(OrEmpty(child->GetAttrValue("Header")), active)) return;
     if (first == nullptr) first = child;
   }
   if (first != nullptr) {
-    root.SetAttrValue("ActiveApp", TextOf(first->GetAttrValue("Header")));
+    root.SetAttrValue("ActiveApp", OrEmpty(first->GetAttrValue("Header")));
   } else {
     root.RemoveAttr(root.GetAttr("ActiveApp"));
   }
@@ -174,7 +174,7 @@ std::size_t TreeSaver::CollectTreeFiles(CXmlNode& node, const std::string& absol
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode& part = *node.GetChild(i);
     if ((types_.FlagsOf(part) & kTypeExtern) == 0) continue;
-    const std::string path = TextOf(part.GetAttrValue("Extern"));
+    const std::string path = OrEmpty(part.GetAttrValue("Extern"));
     // The part has no file: its children stay in this one.
     if (path.empty()) continue;
     std::string relative;

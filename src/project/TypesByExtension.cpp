@@ -15,7 +15,7 @@ void TypesByExtension::Fill() {
     const CXmlNode* record = records.GetChild(i);
     std::string extensions = services_.propertyManager->GetPropertyValue(
         "Target", "Internal", record->GetName() + "-Ext");
-    if (extensions.empty()) extensions = TextOf(record->GetAttrValue("Extension"));
+    if (extensions.empty()) extensions = OrEmpty(record->GetAttrValue("Extension"));
     const CParser entries(extensions, ";");
     for (int entry = 0; entry < entries.GetCount(); ++entry) {
       types_["." + FoldCase(entries.GetToken(entry))] = record;

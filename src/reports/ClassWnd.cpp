@@ -122,7 +122,7 @@ std::unique_ptr<CMenu> CClassWnd::MakeSortMenu() const {
   auto menu = std::make_unique<CMenu>();
   constexpr int kMost = kLastSortCommand - kFirstSortCommand + 1;
   for (int i = 0; i < sortChoices_->GetChildCount() && i < kMost; ++i) {
-    const std::string header = TextOf(sortChoices_->GetChild(i)->GetAttrValue("Header"));
+    const std::string header = OrEmpty(sortChoices_->GetChild(i)->GetAttrValue("Header"));
     menu->AppendCommand(kFirstSortCommand + i, header).isChecked = i == sortIndex_;
   }
   return menu;
@@ -144,7 +144,7 @@ void CClassWnd::SortBy(int choice) {
   if (name == nullptr || shownTree_ == nullptr) return;
   std::vector<std::pair<std::string, const CXmlNode*>> order;
   for (const CXmlNode* child : shownTree_->GetChildren()) {
-    order.emplace_back(TextOf(child->GetAttrValue(name)), child);
+    order.emplace_back(OrEmpty(child->GetAttrValue(name)), child);
   }
   std::stable_sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
     return CompareNoCase(a.first, b.first) < 0;

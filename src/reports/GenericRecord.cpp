@@ -25,7 +25,7 @@ Color ColorOf(const CXmlNode& element, const char* name, Color usual) {
 
 std::unique_ptr<CGenericItem> MakePictureItem(const CGenericColumn& column, const char* value) {
   if (EqualNoCase(column.GetName(), "Check")) {
-    return std::make_unique<CGenericBoolItem>(EqualNoCase(TextOf(value), "True"));
+    return std::make_unique<CGenericBoolItem>(EqualNoCase(OrEmpty(value), "True"));
   }
   auto item = std::make_unique<CGenericIconItem>();
   if (value != nullptr) item->SetIconIndex(ParseDecimal(value));

@@ -97,7 +97,7 @@ void CGenericReport::CreateColumns(const CXmlNode& definitionNode) {
 }
 
 bool CGenericReport::CreateColumn(const CXmlNode& column, int index) {
-  const std::string type = TextOf(column.GetAttrValue("Type"));
+  const std::string type = OrEmpty(column.GetAttrValue("Type"));
   const char* sample = column.GetAttrValue("sizeCache");
   const char* pictures = column.GetAttrValue("Icon");
   bool isAutoSize = NumberOf(column, "AutoSize", 1) != 0;
@@ -120,7 +120,7 @@ bool CGenericReport::CreateColumn(const CXmlNode& column, int index) {
   } else {
     isEditable = false;
   }
-  auto made = std::make_unique<CGenericColumn>(index, TextOf(column.GetAttrValue("Header")), width,
+  auto made = std::make_unique<CGenericColumn>(index, OrEmpty(column.GetAttrValue("Header")), width,
                                                isAutoSize, icon, isSortable,
                                                NumberOf(column, "Visible", 1) != 0);
   made->SetEditable(isEditable);

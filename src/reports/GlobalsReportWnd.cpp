@@ -38,7 +38,7 @@ void CGlobalsReportWnd::OnSize(Size size) {
 }
 
 std::int32_t CGlobalsReportWnd::Load(const char* path) {
-  const std::string name = TextOf(path);
+  const std::string name = OrEmpty(path);
   const std::optional<FileStatus> status = name.empty() ? std::nullopt : files_.Examine(name);
   // Compare the full path: a different folder may have a file with the same name and time.
   const bool isShown = loaded_ && status && EqualNoCase(loaded_->path, name) &&
@@ -66,12 +66,12 @@ std::intptr_t CGlobalsReportWnd::OnMessage(std::uint32_t message, std::intptr_t 
   if (message < kMsgReportClick || message > kMsgReportEdit) return 0;
   const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
   if (notice.id != kReportId) return 0;
-  if (message == kMsgReportDoubleClick || message == kMsgReportEnter) OpenPlaceOf(notice.row);
+  if (message == kMsgReportDoubleClick || message == kMsgReportEnter) OpenPositionOf(notice.row);
   if (message == kMsgReportHeaderRightClick) ShowHeaderMenu(notice.column, notice.screen);
   return 0;
 }
 
-void CGlobalsReportWnd::OpenPlaceOf(int row) const {
+void CGlobalsReportWnd::OpenPositionOf(int row) const {
   const CReportRow* clicked = report_->GetRows().GetAt(row);
   if (clicked == nullptr || clicked->IsGroup()) return;
   const std::string file = report_->GetValueAt(row, kGlobalsFile);

@@ -46,7 +46,7 @@ class CGlobalsReportWnd : public CWnd, public IGlobalsWindow {
     FileStatus status;
   };
 
-  void OpenPlaceOf(int row) const;
+  void OpenPositionOf(int row) const;
   // Defined in GlobalsMenu.cpp.
   CMenu MakeHeaderMenu(int column) const;
   void ShowHeaderMenu(int column, Point screen);

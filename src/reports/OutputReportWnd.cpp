@@ -44,11 +44,11 @@ std::intptr_t COutputReportWnd::OnMessage(std::uint32_t message, std::intptr_t w
                                           std::intptr_t /*lParam*/) {
   if (message != kMsgReportClick && message != kMsgReportEnter) return 0;
   const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
-  if (report_ != nullptr && notice.id == kReportId) OpenPlaceOf(notice.row);
+  if (report_ != nullptr && notice.id == kReportId) OpenPositionOf(notice.row);
   return 0;
 }
 
-void COutputReportWnd::OpenPlaceOf(int row) const {
+void COutputReportWnd::OpenPositionOf(int row) const {
   const CReportRow* clicked = report_->GetRows().GetAt(row);
   if (clicked == nullptr || clicked->IsGroup()) return;
   const std::string file = report_->GetValueAt(row, kOutputFile);

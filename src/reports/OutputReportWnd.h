@@ -31,7 +31,7 @@ class COutputReportWnd : public CWnd, public IReportView {
  private:
   static constexpr int kReportId = 100;
   bool CreateReport();
-  void OpenPlaceOf(int row) const;
+  void OpenPositionOf(int row) const;
 
   FileSystem& files_;
   std::unique_ptr<COutputReport> report_;

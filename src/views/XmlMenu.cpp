@@ -21,8 +21,8 @@ int CommandOf(const char* id) {
 void Fill(CMenu& menu, const CXmlNode& description) {
   for (int i = 0; i < description.GetChildCount(); ++i) {
     const CXmlNode& entry = *description.GetChild(i);
-    const std::string header = TextOf(entry.GetAttrValue("Header"));
-    if (TextOf(entry.GetAttrValue("Mode")) == "Separator") {
+    const std::string header = OrEmpty(entry.GetAttrValue("Header"));
+    if (OrEmpty(entry.GetAttrValue("Mode")) == "Separator") {
       menu.AppendSeparator();
     } else if (entry.GetChildCount() > 0) {
       auto submenu = std::make_unique<CMenu>();

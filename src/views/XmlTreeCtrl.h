@@ -120,7 +120,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void OnDestroy() override;
   void OnItemExpanded(const CTreeItem& /*item*/) override { isStateSaved_ = false; }
   void OnItemGone(const CTreeItem& item) override;
-  DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override;
+  PaintCommands OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override;
 
  private:
   static CXmlNode* NodeOf(const CTreeItem& item) { return static_cast<CXmlNode*>(item.GetData()); }

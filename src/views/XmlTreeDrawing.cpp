@@ -27,8 +27,8 @@ struct Look {
 Look LookOf(const CXmlNode* node) {
   Look look;
   if (node == nullptr) return look;
-  look.isBold = EqualNoCase(TextOf(node->GetAttrValue("highlight")), "Yes");
-  look.info = TextOf(node->GetAttrValue("Info"));
+  look.isBold = EqualNoCase(OrEmpty(node->GetAttrValue("highlight")), "Yes");
+  look.info = OrEmpty(node->GetAttrValue("Info"));
   const char* const marker = node->GetAttrValue("Marker");
   if (marker != nullptr) look.marker = ParseDecimal(marker);
   return look;
@@ -36,8 +36,8 @@ Look LookOf(const CXmlNode* node) {
 
 }  // namespace
 
-DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const {
-  DrawingSteps steps;
+PaintCommands CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const {
+  PaintCommands steps;
   if (isEmpty_ || paint.rect.IsEmpty()) return steps;
   const Look look = LookOf(NodeOf(item));
   WindowToolkit& toolkit = WindowToolkit::Current();
@@ -50,11 +50,11 @@ DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint
   bool isSelected = paint.background != window;
 
   Rect place = GetTextRect(item);
-  steps.push_back(FillStep{{place.left, place.top, kRightEnd, place.bottom}, window});
+  steps.push_back(PaintFill{{place.left, place.top, kRightEnd, place.bottom}, window});
   if (markerImageList_ != nullptr && look.marker >= 0 &&
       look.marker < markerImageList_->GetCount()) {
     steps.push_back(
-        ImageStep{markerImageList_.get(), look.marker, {place.left - kMarkerWidth, place.top}});
+        PaintImage{markerImageList_.get(), look.marker, {place.left - kMarkerWidth, place.top}});
   }
   const Size labelSize = toolkit.MeasureText(labelFont, item.GetText());
   const Size infoSize = toolkit.MeasureText(infoFont, look.info);
@@ -62,17 +62,17 @@ DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint
   const int width = std::max(place.Width(), labelSize.width + infoSize.width + kPadding);
   place.right = place.left + width;
   isSelected = isSelected && width >= 0;
-  if (isSelected) steps.push_back(FillStep{place, toolkit.GetColor(SystemColor::Highlight)});
+  if (isSelected) steps.push_back(PaintFill{place, toolkit.GetColor(SystemColor::Highlight)});
 
   const Color selectedText = toolkit.GetColor(SystemColor::HighlightText);
   const int shrink = (place.Height() - labelSize.height) / 2;
   place = {place.left + kMargin, place.top + shrink, place.right - kMargin, place.bottom - shrink};
   const Color labelColor = isSelected ? selectedText : paint.foreground;
-  steps.push_back(TextStep{place, item.GetText(), labelFont, labelColor});
+  steps.push_back(PaintText{place, item.GetText(), labelFont, labelColor});
   if (showInfo_ && !look.info.empty()) {
     place.left += labelSize.width;
     place.right = kRightEnd;
-    steps.push_back(TextStep{place, look.info, infoFont, isSelected ? selectedText : kInfoColor});
+    steps.push_back(PaintText{place, look.info, infoFont, isSelected ? selectedText : kInfoColor});
   }
   return steps;
 }

@@ -215,7 +215,7 @@ void CXmlTreeCtrl::RestoreSelection() {
     ChooseItem(item);
     if (!IsWindow(own) || fillCount_ != fill) return;
   }
-  TellSelection();
+  NotifySelection();
   if (CTreeItem* const item = GetSelectedItem()) EnsureVisible(*item);
 }
 

@@ -36,8 +36,8 @@ void CXmlTreeCtrl::OnClick(const TreeHit& hit, Point point) {
   const char* const description = node == nullptr ? nullptr : node->GetAttrValue("Desc");
   // Copied because the node may be freed by the handler of the selection message.
   const bool hasDescription = description != nullptr;
-  const std::string title = hasDescription ? TextOf(node->GetAttrValue("Header")) : std::string();
-  const std::string body = TextOf(description);
+  const std::string title = hasDescription ? OrEmpty(node->GetAttrValue("Header")) : std::string();
+  const std::string body = OrEmpty(description);
 
   const WindowHandle own = GetHandle();
   if (hit.part == TreePart::RightOfLabel) SelectItem(hit.item);

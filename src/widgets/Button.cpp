@@ -35,7 +35,7 @@ void CButton::UncheckOthers() {
 void CButton::NotifyClicked() {
   if (!IsUsable()) return;
   if (kind_ != ButtonKind::Push) SetCheck(kind_ == ButtonKind::Radio || !isChecked_);
-  TellUsed();
+  NotifyUsed();
 }
 
 std::unique_ptr<WindowPeer> CButton::MakePeer(WindowToolkit& toolkit) {

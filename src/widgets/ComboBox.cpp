@@ -49,7 +49,7 @@ int CComboBox::SelectString(std::string_view beginning) {
 void CComboBox::NotifySelected(int index) {
   if (!IsUsable() || !Holds(index) || index == selected_) return;
   SetCurSel(index);
-  TellUsed();
+  NotifyUsed();
 }
 
 std::unique_ptr<WindowPeer> CComboBox::MakePeer(WindowToolkit& toolkit) {

@@ -16,7 +16,7 @@ class CControl : public CWnd {
   // User input to a control that is hidden or disabled is ignored.
   bool IsUsable() const { return IsCreated() && IsVisible() && IsEnabled(); }
   // Must be the last step of handling a user action: the owner may destroy the control.
-  void TellUsed() { SendOwner(kMsgControlUsed, GetId(), GetHandle()); }
+  void NotifyUsed() { SendOwner(kMsgControlUsed, GetId(), GetHandle()); }
 };
 
 }  // namespace tarn

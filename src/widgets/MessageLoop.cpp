@@ -40,7 +40,7 @@ WindowHandle RegisterWindow(WindowTarget& target) {
 
 void UnregisterWindow(WindowHandle window) {
   const WindowTable::Entry removed = WindowTable::Native().Remove(window);
-  if (removed.loop) LoopOf(removed)->Forget(window);
+  if (removed.loop) LoopOf(removed)->Remove(window);
 }
 
 bool IsWindow(WindowHandle window) {

@@ -107,17 +107,17 @@ std::optional<std::size_t> CRichTextCtrl::HitTest(Point point) {
 
 void CRichTextCtrl::OnMouse(const MouseEvent& event) {
   if (!onLink_) return;
-  if (const auto position = HitTest(event.point)) TellLink(*position, event);
+  if (const auto position = HitTest(event.point)) NotifyLink(*position, event);
 }
 
 void CRichTextCtrl::NotifyLinkKey(std::size_t position) {
   MouseEvent release;
   release.action = MouseAction::Release;
   release.button = MouseButton::Left;
-  if (IsCreated()) TellLink(position, release);
+  if (IsCreated()) NotifyLink(position, release);
 }
 
-void CRichTextCtrl::TellLink(std::size_t position, const MouseEvent& event) {
+void CRichTextCtrl::NotifyLink(std::size_t position, const MouseEvent& event) {
   const std::string* target = GetLinkAt(position);
   if (target == nullptr || !onLink_) return;
   // Copies: the handler may destroy the control.

@@ -71,7 +71,7 @@ class CRichTextCtrl : public CWnd {
  private:
   RichTextPeer* Drawing() { return static_cast<RichTextPeer*>(GetPeer()); }
   std::optional<std::size_t> HitTest(Point point);
-  void TellLink(std::size_t position, const MouseEvent& event);
+  void NotifyLink(std::size_t position, const MouseEvent& event);
   void Remove(TextRange range);
 
   std::string text_ = "\n";

@@ -311,7 +311,7 @@ void ThreadLoop::KillTimer(WindowHandle window, std::int32_t id) {
   killed = timers_.extract({window, id});
 }
 
-void ThreadLoop::Forget(WindowHandle window) {
+void ThreadLoop::Remove(WindowHandle window) {
   std::vector<Timers::node_type> killed;
   const std::lock_guard guard(lock_);
   std::erase_if(messages_, [window](const Posted& posted) { return posted.window == window; });

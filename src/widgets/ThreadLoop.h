@@ -48,7 +48,7 @@ class ThreadLoop final : public MessageLoop {
                 std::function<void()> onTick);
   void KillTimer(WindowHandle window, std::int32_t id);
   // Drops the messages and timers of a destroyed window.
-  void Forget(WindowHandle window);
+  void Remove(WindowHandle window);
   // Cancels all waiting calls and invalidates the loop's windows. Called on the loop's own thread
   // at its end.
   void Close();

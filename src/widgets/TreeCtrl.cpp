@@ -124,11 +124,11 @@ void CTreeCtrl::LetGo(const CTreeItem& above, int first, int count) {
 
 void CTreeCtrl::DiscardItems(CTreeItems&& items) {
   const CTreeItems gone = std::move(items);
-  for (const std::unique_ptr<CTreeItem>& item : gone) TellGone(*item);
+  for (const std::unique_ptr<CTreeItem>& item : gone) NotifyItemDeleted(*item);
 }
 
-void CTreeCtrl::TellGone(const CTreeItem& item) {
-  for (const std::unique_ptr<CTreeItem>& child : item.children_) TellGone(*child);
+void CTreeCtrl::NotifyItemDeleted(const CTreeItem& item) {
+  for (const std::unique_ptr<CTreeItem>& child : item.children_) NotifyItemDeleted(*child);
   OnItemGone(item);
 }
 
@@ -161,11 +161,11 @@ void CTreeCtrl::SelectItem(CTreeItem* item) {
 void CTreeCtrl::ChooseItem(CTreeItem* item) {
   if (item == selected_) return;
   selected_ = item;
-  TellSelection();
+  NotifySelection();
   OnSelectionChanged();
 }
 
-void CTreeCtrl::TellSelection() {
+void CTreeCtrl::NotifySelection() {
   if (shownSelection_ == selected_) return;
   TreePeer* const listener = Listener();
   shownSelection_ = selected_;
@@ -256,7 +256,7 @@ Rect CTreeCtrl::GetTextRect(const CTreeItem& item) const {
   return {left, rowTop, left + width, rowTop + GetLineHeight()};
 }
 
-DrawingSteps CTreeCtrl::DrawItem(const CTreeItem& item) const {
+PaintCommands CTreeCtrl::DrawItem(const CTreeItem& item) const {
   const Rect label = GetTextRect(item);
   WindowToolkit& toolkit = WindowToolkit::Current();
   const bool isSelected = IsShownSelected(*this, item);

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "widgets/DrawingSteps.h"
 #include "widgets/ImageList.h"
+#include "widgets/PaintCommands.h"
 #include "widgets/TreeInput.h"
 #include "widgets/TreeRows.h"
 #include "widgets/Wnd.h"
@@ -217,7 +217,7 @@ class CTreeCtrl : public CWnd, protected TreeInputEvents {
 
   // Paint commands to execute on a line of the window, in order, after its lines, button and image
   // have been drawn. Empty: the toolkit draws the label.
-  DrawingSteps DrawItem(const CTreeItem& item) const;
+  PaintCommands DrawItem(const CTreeItem& item) const;
 
   // --- Called by the toolkit; NotifyMouse() and NotifyKey() call these as well ---
 
@@ -247,7 +247,8 @@ class CTreeCtrl : public CWnd, protected TreeInputEvents {
   // The item is about to be freed, with its descendants; it is already removed from all lists. Must
   // not change the control.
   virtual void OnItemGone(const CTreeItem& /*item*/) {}
-  virtual DrawingSteps OnDrawItem(const CTreeItem& /*item*/, const TreeItemPaint& /*paint*/) const {
+  virtual PaintCommands OnDrawItem(const CTreeItem& /*item*/,
+                                   const TreeItemPaint& /*paint*/) const {
     return {};
   }
   // Calls OnItemActivated() and expands or collapses.
@@ -257,7 +258,7 @@ class CTreeCtrl : public CWnd, protected TreeInputEvents {
   // the peer is notified once of the result.
   void DropSelection() { selected_ = nullptr; }
   void ChooseItem(CTreeItem* item);
-  void TellSelection();
+  void NotifySelection();
   // Removes items without freeing them; clears the selection and the highlight if they are among
   // them.
   CTreeItems TakeItems(CTreeItem* above, int first, int count);
@@ -281,7 +282,7 @@ class CTreeCtrl : public CWnd, protected TreeInputEvents {
   TreePeer* Listener();
   CTreeItem& ParentOf(CTreeItem* above) { return above == nullptr ? top_ : *above; }
   void LetGo(const CTreeItem& above, int first, int count);
-  void TellGone(const CTreeItem& item);
+  void NotifyItemDeleted(const CTreeItem& item);
 
   CTreeItem top_{{}, -1, -1, nullptr};
   CTreeItem* selected_ = nullptr;

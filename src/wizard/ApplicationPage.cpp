@@ -55,21 +55,21 @@ constexpr const char* kUseCobbler = "UseCobbler";
 constexpr const char* kProgramFilter = "Applications (*.hex;*.bin;*.aof)|*.hex;*.bin;*.aof;*|";
 
 bool IsYes(const CXmlNode& node, const char* name) {
-  return EqualNoCase(TextOf(node.GetAttrValue(name)), "Yes");
+  return EqualNoCase(OrEmpty(node.GetAttrValue(name)), "Yes");
 }
 
 // A control without an image isn't shown, so an empty image is used if the installation has none.
-std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
-  const std::string path = surroundings.model.Services().configFolder + "resources/target.bmp";
-  auto bitmap = ReadBitmapFile(surroundings.files, path);
+std::shared_ptr<const Bitmap> TargetPicture(const WizardEnvironment& environment) {
+  const std::string path = environment.model.Services().configFolder + "resources/target.bmp";
+  auto bitmap = ReadBitmapFile(environment.files, path);
   return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}, {}});
 }
 
 }  // namespace
 
-CApplicationPage::CApplicationPage(const WizardSurroundings& wizardSurroundings)
-    : CPropertyPage(kTemplate), surroundings_(wizardSurroundings) {
-  const bool isDefault = surroundings_.model.IsDefaultProject();
+CApplicationPage::CApplicationPage(const WizardEnvironment& wizardEnvironment)
+    : CPropertyPage(kTemplate), environment_(wizardEnvironment) {
+  const bool isDefault = environment_.model.IsDefaultProject();
   application.createNewProject = isDefault;
   SetHeader(GetMessageText(isDefault ? kRowWizardTitleNew : kRowWizardTitleAdd),
             GetMessageText(kRowWizardSubtitle));
@@ -92,11 +92,11 @@ void CApplicationPage::ShowTargets() {
   frame.ShowWindow(false);
   targetTree_.Create(1, kStyleChild | kStyleVisible | kStyleBorder, frame.GetRect(), this,
                      kIdTargetTree);
-  const auto picture = TargetPicture(surroundings_);
+  const auto picture = TargetPicture(environment_);
   targetTree_.AddImage("Targets", picture);
   targetTree_.AddImage("Target", picture);
 
-  targetsRoot_ = surroundings_.catalogue.Read();
+  targetsRoot_ = environment_.catalogue.Read();
   targetTree_.SetXmlRoot(targetsRoot_.get());
   // All families are collapsed, except for the one with the selected microcontroller.
   for (CXmlNode* family : targetsRoot_->GetChildren()) {
@@ -105,7 +105,7 @@ void CApplicationPage::ShowTargets() {
     if (item != nullptr && item->GetData() == family) targetTree_.Expand(*item, false);
   }
   const std::string last =
-      surroundings_.settings.ReadProfile(kSection, kLastProcessor, kFirstProcessor);
+      environment_.settings.ReadProfile(kSection, kLastProcessor, kFirstProcessor);
   if (CXmlNode* const target = targetsRoot_->FindDescendantByAttr("Header", last)) {
     targetTree_.SelectNode(target);
   }
@@ -114,8 +114,8 @@ void CApplicationPage::ShowTargets() {
 
 void CApplicationPage::FillTypes() {
   auto& list = *FindControl<CComboBox>(kIdType);
-  for (const CXmlNode* type : surroundings_.model.Types().GetRoot().GetChildren()) {
-    if (IsYes(*type, "Application")) list.AddString(TextOf(type->GetAttrValue("Header")), type);
+  for (const CXmlNode* type : environment_.model.Types().GetRoot().GetChildren()) {
+    if (IsYes(*type, "Application")) list.AddString(OrEmpty(type->GetAttrValue("Header")), type);
   }
   if (application.typeHeader.empty()) {
     list.SetCurSel(0);
@@ -130,7 +130,7 @@ void CApplicationPage::OnSetActive() {
 }
 
 bool CApplicationPage::WantsTool() const {
-  return surroundings_.settings.ReadProfile(kSection, kUseCobbler, "No") != "No";
+  return environment_.settings.ReadProfile(kSection, kUseCobbler, "No") != "No";
 }
 
 void CApplicationPage::OnTargetSelected() {
@@ -163,7 +163,7 @@ void CApplicationPage::OnTypeChosen() {
   const auto& list = *FindControl<CComboBox>(kIdType);
   const auto* const type = static_cast<const CXmlNode*>(list.GetItemData(list.GetCurSel()));
   if (type == nullptr) return;
-  application.typeHeader = TextOf(type->GetAttrValue("Header"));
+  application.typeHeader = OrEmpty(type->GetAttrValue("Header"));
   typeBuilds_ = IsYes(*type, "Build");
   if (typeBuilds_) {
     auto& name = *FindControl<CEdit>(kIdName);
@@ -213,7 +213,7 @@ void CApplicationPage::TakeFields(NewApplication& wanted) const {
 std::string CApplicationPage::FindFinishProblem() {
   NewApplication wanted = application;
   TakeFields(wanted);
-  return surroundings_.model.Items().FindApplicationProblem(wanted);
+  return environment_.model.Items().FindApplicationProblem(wanted);
 }
 
 void CApplicationPage::OnWizardFinish() {
@@ -225,9 +225,9 @@ void CApplicationPage::OnWizardFinish() {
   const bool isTicked = FindControl<CButton>(kIdLaunchTool)->IsChecked();
   application.wizardPath =
       isTicked ? DescribeTarget(*target).wizard.value_or(std::string()) : std::string();
-  surroundings_.settings.WriteProfile(kSection, kUseCobbler, isTicked ? "Yes" : "No");
-  surroundings_.settings.WriteProfile(kSection, kLastProcessor,
-                                      TextOf(target->GetAttrValue("Header")));
+  environment_.settings.WriteProfile(kSection, kUseCobbler, isTicked ? "Yes" : "No");
+  environment_.settings.WriteProfile(kSection, kLastProcessor,
+                                     OrEmpty(target->GetAttrValue("Header")));
 }
 
 }  // namespace tarn

@@ -29,7 +29,7 @@ enum ApplicationPageControl : int {
 };
 
 // Objects that a wizard uses. All references must outlive the wizard.
-struct WizardSurroundings {
+struct WizardEnvironment {
   CProjectModel& model;
   FileSystem& files;
   Settings& settings;
@@ -40,7 +40,7 @@ struct WizardSurroundings {
 // folder, and if the application is added to the open project. It doesn't create anything itself.
 class CApplicationPage : public CPropertyPage {
  public:
-  explicit CApplicationPage(const WizardSurroundings& wizardSurroundings);
+  explicit CApplicationPage(const WizardEnvironment& wizardEnvironment);
   ~CApplicationPage() override { DestroyWindow(); }
 
   // Initially the proposed values, then the chosen ones. Fields that the selected microcontroller
@@ -70,7 +70,7 @@ class CApplicationPage : public CPropertyPage {
   // Copies name, location and project choice from the controls to `wanted`.
   void TakeFields(NewApplication& wanted) const;
 
-  const WizardSurroundings surroundings_;
+  const WizardEnvironment environment_;
   std::unique_ptr<CXmlNode> targetsRoot_;  // must outlive the tree's window
   CXmlTreeCtrl targetTree_;
   bool typeBuilds_ = true;  // the chosen type is built from sources, not a finished program

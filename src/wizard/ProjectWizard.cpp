@@ -7,16 +7,15 @@
 namespace tarn {
 
 CProjectWizard::CProjectWizard(const std::string& title, WindowHandle askedWindow,
-                               const WizardSurroundings& surroundings)
-    : CPropertySheet(title, askedWindow), page(surroundings) {
+                               const WizardEnvironment& environment)
+    : CPropertySheet(title, askedWindow), page(environment) {
   SetPage(page);
-  const std::string picture = surroundings.model.Services().configFolder + "resources/wizard.bmp";
-  SetHeaderBitmap(ReadBitmapFile(surroundings.files, picture));
+  const std::string picture = environment.model.Services().configFolder + "resources/wizard.bmp";
+  SetHeaderBitmap(ReadBitmapFile(environment.files, picture));
 }
 
 bool ProjectWizardMaker::AskNewApplication(NewApplication& application) {
-  CProjectWizard wizard("Project New", surroundings_.model.Services().mainframeHandle,
-                        surroundings_);
+  CProjectWizard wizard("Project New", environment_.model.Services().mainframeHandle, environment_);
   wizard.page.application = application;
   if (wizard.DoModal() != kSheetFinish) return false;
   application = std::move(wizard.page.application);

@@ -11,7 +11,7 @@ namespace tarn {
 class CProjectWizard : public CPropertySheet {
  public:
   CProjectWizard(const std::string& title, WindowHandle askedWindow,
-                 const WizardSurroundings& surroundings);
+                 const WizardEnvironment& environment);
   ~CProjectWizard() override { DestroyWindow(); }
 
   CApplicationPage page;
@@ -20,14 +20,14 @@ class CProjectWizard : public CPropertySheet {
 // Creates a wizard each time the model requests a new application.
 class ProjectWizardMaker final : public IProjectWizard {
  public:
-  explicit ProjectWizardMaker(const WizardSurroundings& wizardSurroundings)
-      : surroundings_(wizardSurroundings) {}
+  explicit ProjectWizardMaker(const WizardEnvironment& wizardEnvironment)
+      : environment_(wizardEnvironment) {}
   // Shows the wizard, initialised with `application`. Returns false and leaves `application`
   // unchanged if the user cancelled.
   bool AskNewApplication(NewApplication& application) override;
 
  private:
-  const WizardSurroundings surroundings_;
+  const WizardEnvironment environment_;
 };
 
 }  // namespace tarn

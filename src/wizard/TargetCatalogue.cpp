@@ -18,7 +18,7 @@ constexpr const char* kHeader = "Header";
 constexpr const char* kProblem = "Problem";
 
 bool IsHidden(const CXmlNode& node) {
-  return EqualNoCase(TextOf(node.GetAttrValue("Hidden")), "Yes");
+  return EqualNoCase(OrEmpty(node.GetAttrValue("Hidden")), "Yes");
 }
 
 // Applies the presentation attributes: removes hidden children and replaces labels by nicknames.
@@ -28,7 +28,7 @@ void ApplyPresentation(CXmlNode& root) {
       root.RemoveChild(child);
       continue;
     }
-    const std::string nickname = TextOf(child->GetAttrValue("Nickname"));
+    const std::string nickname = OrEmpty(child->GetAttrValue("Nickname"));
     if (!nickname.empty()) child->SetAttrValue(kHeader, nickname);
   }
 }

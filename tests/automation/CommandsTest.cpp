@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/WizardUser.h"
 #include "xml/XmlNode.h"
@@ -50,12 +50,12 @@ struct Scene {
     std::string text;
     for (const CXmlNode* child : Model().GetProjectRoot().GetChild(0)->GetChildren()) {
       if (!IsContentNode(*child)) continue;
-      text += (text.empty() ? "" : " ") + TextOf(child->GetAttrValue("Header"));
+      text += (text.empty() ? "" : " ") + OrEmpty(child->GetAttrValue("Header"));
     }
     return text;
   }
 
-  ManagerWorld world;
+  ManagerFixture world;
   AnsweringUser user{world.host.Handle()};
 };
 

@@ -7,7 +7,7 @@
 
 #include <climits>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -84,7 +84,7 @@ std::string Answer(IDispatch& object, const Row& row, const std::vector<Variant>
 }
 
 TEST(DispatchSurface, EveryMethodHasItsNameAndNumberAndNoOtherIsThere) {
-  ManagerWorld world;
+  ManagerFixture world;
   const std::vector<MethodInfo> methods = world.manager->GetMethods();
   ASSERT_EQ(methods.size(), std::size(kMethods));
   for (std::size_t i = 0; i < methods.size(); ++i) {
@@ -105,7 +105,7 @@ TEST(DispatchSurface, EveryMethodHasItsNameAndNumberAndNoOtherIsThere) {
 }
 
 TEST(DispatchSurface, WrongArgumentsAreToldAndNothingIsDone) {
-  ManagerWorld world;
+  ManagerFixture world;
   const DispatchPtr object(&world.components.Tools());
   for (const Row& row : kMethods) {
     const std::vector<Variant> good = Arguments(row, "x", 1);
@@ -138,7 +138,7 @@ TEST(DispatchSurface, WrongArgumentsAreToldAndNothingIsDone) {
 }
 
 TEST(DispatchSurface, BeforeInitEveryCallAnswersAndDoesNothing) {
-  ManagerWorld world;
+  ManagerFixture world;
   world.AddDemo();
   world.disk.TakeOperations();
   for (const Row& row : kMethods) {
@@ -155,7 +155,7 @@ TEST(DispatchSurface, BeforeInitEveryCallAnswersAndDoesNothing) {
 
 TEST(DispatchSurface, WithNothingOpenEveryCallAnswers) {
   for (const Row& row : kMethods) {
-    ManagerWorld world;
+    ManagerFixture world;
     world.components.Properties().propertyWindow = 77;
     world.components.Properties().defaults[".none.none"] = "default";
     ASSERT_EQ(world.Init(), "1");
@@ -188,7 +188,7 @@ TEST(DispatchSurface, NoTextAndNoNumberBringsTheManagerDown) {
                                   TARN_CMD_OPTIONS_LOADED,
                                   TARN_CMD_REMOVE_NODE,
                                   TARN_CMD_SET_ACTIVE_APPLICATION};
-  ManagerWorld world;
+  ManagerFixture world;
   world.AddDemo();
   world.AddDefaultProject();
   ASSERT_EQ(world.Init(), "1");

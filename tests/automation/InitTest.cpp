@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "platform/modules/Modules.h"
 #include "platform/paths/Paths.h"
 #include "xml/XmlNode.h"
@@ -23,7 +23,7 @@ using ::testing::Gt;
 using ::testing::SizeIs;
 
 // Returns the notification of the project that is opened instead of one that can't be opened.
-std::string ShownInstead(ManagerWorld& world, const std::string& file) {
+std::string ShownInstead(ManagerFixture& world, const std::string& file) {
   world.disk.AddFile(file, "<Project Header='x' />");
   world.TakeLines();
   world.Call("ProjectOpen", {"/p/none.tprj"});
@@ -67,9 +67,9 @@ TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
        "/app/config/other_projectmanager.config", "0", ""},
   };
   for (const auto& row : rows) {
-    ManagerWorld world;
-    world.disk.Erase(ManagerWorld::kConfigFile);
-    world.disk.AddFile(row.config, ManagerWorld::Configuration());
+    ManagerFixture world;
+    world.disk.Erase(ManagerFixture::kConfigFile);
+    world.disk.AddFile(row.config, ManagerFixture::Configuration());
     world.disk.AddFolder("/start");
     world.disk.SetCurrentFolder("/start");
     EXPECT_EQ(world.Init(row.application, row.data), row.result) << row.name;
@@ -86,7 +86,7 @@ TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
 }
 
 // Adds a target folder with the files from which a new user's default project is created.
-void AddTarget(ManagerWorld& world, const std::string& name) {
+void AddTarget(ManagerFixture& world, const std::string& name) {
   world.disk.AddFile("/machine/registry.ini",
                      "[Software\\Corvane\\app\\Default Directories]\r\n"
                      "LastTargetConfig=/targets\r\n");
@@ -97,10 +97,10 @@ void AddTarget(ManagerWorld& world, const std::string& name) {
 
 // One list of all externally visible events in order.
 TEST(Init, DoesItsStepsInOrder) {
-  ManagerWorld world;
+  ManagerFixture world;
   world.disk.AddFile(
-      ManagerWorld::kConfigFile,
-      ManagerWorld::Configuration(
+      ManagerFixture::kConfigFile,
+      ManagerFixture::Configuration(
           "<ToolBar><Item Header='Build' /></ToolBar>"
           "<MainMenus><Menu Header='Project' /><Menu Header='Build' /></MainMenus><Other />"));
   AddTarget(world, "demo");
@@ -161,9 +161,9 @@ TEST(Init, DoesItsStepsInOrder) {
 
 TEST(Init, ComponentsGetTheFoldersAsTheyCame) {
   for (const bool isNull : {true, false}) {
-    ManagerWorld world;
+    ManagerFixture world;
     world.disk.AddFile(CanonicalPath(ModuleFolder() + "/../config/projectmanager.config"),
-                       ManagerWorld::Configuration());
+                       ManagerFixture::Configuration());
     const Variant folder = isNull ? Variant(NullableText()) : Variant("");
     const std::string shown = isNull ? "null" : "\"\"";
     ASSERT_EQ(world.Call("Init", {folder, folder, 0}), "1");
@@ -178,27 +178,27 @@ TEST(Init, ComponentsGetTheFoldersAsTheyCame) {
 TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
   const struct {
     const char* name;
-    std::function<void(ManagerWorld&)> damage;
+    std::function<void(ManagerFixture&)> damage;
     std::size_t calls;      // to the property manager
     const char* again;      // result of Init after the cause is gone
     std::size_t lines = 0;  // received by the host
   } rows[] = {
-      {"no configuration", [](ManagerWorld& world) { world.disk.Erase("/app/config"); }, 0, "1"},
+      {"no configuration", [](ManagerFixture& world) { world.disk.Erase("/app/config"); }, 0, "1"},
       {"an unreadable one",
-       [](ManagerWorld& world) {
-         world.disk.FailOn("read", ManagerWorld::kConfigFile, ErrorCode::Io);
+       [](ManagerFixture& world) {
+         world.disk.FailOn("read", ManagerFixture::kConfigFile, ErrorCode::Io);
        },
        2, "0", 1},
       {"one that breaks off",
-       [](ManagerWorld& world) {
-         world.disk.AddFile(ManagerWorld::kConfigFile, "<ProjectManager><ToolBar /><!-- ");
+       [](ManagerFixture& world) {
+         world.disk.AddFile(ManagerFixture::kConfigFile, "<ProjectManager><ToolBar /><!-- ");
        },
        2, "0"},
       {"an empty one",
-       [](ManagerWorld& world) { world.disk.AddFile(ManagerWorld::kConfigFile, ""); }, 2, "0"},
+       [](ManagerFixture& world) { world.disk.AddFile(ManagerFixture::kConfigFile, ""); }, 2, "0"},
   };
   for (const auto& row : rows) {
-    ManagerWorld world;
+    ManagerFixture world;
     row.damage(world);
     EXPECT_EQ(world.Init(), "0") << row.name;
     EXPECT_EQ(world.components.Properties().Calls().size(), row.calls) << row.name;
@@ -208,13 +208,13 @@ TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
     EXPECT_EQ(world.disk.CurrentFolder(), "/") << row.name;
     world.Call("ProjectOpen", {"/p/none.tprj"});
     world.disk.ClearFailures();
-    world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration());
+    world.disk.AddFile(ManagerFixture::kConfigFile, ManagerFixture::Configuration());
     EXPECT_EQ(world.Init(), row.again) << row.name;
   }
 }
 
 TEST(Init, ASecondOneIsRefusedAndHarmsNothing) {
-  ManagerWorld world;
+  ManagerFixture world;
   world.AddDemo();
   ASSERT_EQ(world.Init(), "1");
   ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
@@ -228,8 +228,8 @@ TEST(Init, ASecondOneIsRefusedAndHarmsNothing) {
 }
 
 TEST(Init, OneFromInsideAnotherIsRefused) {
-  ManagerWorld world;
-  world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration("<ToolBar />"));
+  ManagerFixture world;
+  world.disk.AddFile(ManagerFixture::kConfigFile, ManagerFixture::Configuration("<ToolBar />"));
   std::vector<std::string> answers;
   world.components.Properties().onCall = [&](std::string_view) { answers.push_back(world.Init()); };
   world.host.actions[kMsgCreateToolbar] = [&] { answers.push_back(world.Init()); };
@@ -253,10 +253,10 @@ TEST(Init, KeepsSettingsUnderTheNameOfTheApplicationFolder) {
       {"/", "Corvane\\Tarn", "'standard'"},
   };
   for (const auto& row : rows) {
-    ManagerWorld world;
+    ManagerFixture world;
     world.disk.AddFolder("/opt/Tarn");
     world.disk.AddFile(CanonicalPath(row.application + std::string("config/projectmanager.config")),
-                       ManagerWorld::Configuration());
+                       ManagerFixture::Configuration());
     world.disk.AddFile("/machine/registry.ini",
                        "[Software\\Corvane\\Tarn7\\Keys]\r\nName=standard\r\n"
                        "[Software\\Corvane\\Demo\\Keys]\r\nName=demo\r\n");
@@ -285,7 +285,7 @@ TEST(Init, SeedsTheDefaultProjectWithoutTouchingWhatIsThere) {
       {"no target", false, false, false, "none", "none", 2},
   };
   for (const auto& row : rows) {
-    ManagerWorld world;
+    ManagerFixture world;
     if (row.hasProject) world.disk.AddFile("/data/demo/demo.tprj", "mine");
     if (row.hasApplication) world.disk.AddFile("/data/demo/demo.tapp", "mine");
     AddTarget(world, "demo");
@@ -301,7 +301,7 @@ TEST(Init, SeedsTheDefaultProjectWithoutTouchingWhatIsThere) {
 
 // On a new account, the folder for user data doesn't exist until it is created.
 TEST(Init, ANewUserWithoutADataFolderGetsTheDefaultProject) {
-  ManagerWorld world;
+  ManagerFixture world;
   AddTarget(world, "");
   ASSERT_EQ(world.Init("/app/", NullableText()), "1");
   EXPECT_EQ(world.disk.BytesOf("/userdata/.tprj"), "seed");
@@ -310,7 +310,7 @@ TEST(Init, ANewUserWithoutADataFolderGetsTheDefaultProject) {
 
 TEST(Init, WithoutATemporaryFolderThereIsNoLogFileAndMessagesAreSavedAtOnce) {
   for (const bool fails : {false, true}) {
-    ManagerWorld world;
+    ManagerFixture world;
     if (fails) world.disk.FailOn("reserve", "", ErrorCode::ReadOnly);
     ASSERT_EQ(world.Init(), "1");
     const CBuildOutput& output = *world.Manager().GetModel()->Services().output;
@@ -364,7 +364,7 @@ TEST(Init, AMissingComponentIsAFailureThatTheHostGetsTheReasonOf) {
       {tools, nullptr, true, "1", ""},  // the host supplies one
   };
   for (const auto& row : rows) {
-    ManagerWorld world;
+    ManagerFixture world;
     world.AddDemo();
     ClassRegistry classes("/nowhere");
     world.components.RegisterWith(classes);
@@ -416,7 +416,7 @@ TEST(Init, WorksOnWithComponentsThatMisbehave) {
   };
   for (const auto& row : rows) {
     StubbornComponent component(row.answer);
-    ManagerWorld world;
+    ManagerFixture world;
     world.AddDemo();
     ClassRegistry classes("/nowhere");
     for (const char* progId : {CPropertyManagerDriver::kProgId, CToolManagerDriver::kProgId}) {
@@ -444,8 +444,8 @@ TEST(Init, WorksOnWithComponentsThatMisbehave) {
 }
 
 TEST(Init, AHostOnAnotherThreadAnswersWhenItGetsToIt) {
-  ManagerWorld world;
-  world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration("<ToolBar />"));
+  ManagerFixture world;
+  world.disk.AddFile(ManagerFixture::kConfigFile, ManagerFixture::Configuration("<ToolBar />"));
   world.AddDemo();
   std::promise<WindowHandle> handle;
   std::promise<void> mayServe;

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "automation/ProjectInspector.h"
 #include "xml/XmlNode.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 class Inspector : public ::testing::Test {
  protected:
-  Inspector() : object(DispatchPtr::Adopt(new CProjectInspector)) {
+  Inspector() : object(DispatchPtr::Adopt(new ProjectInspector)) {
     world.AddDemo();
     world.disk.AddFile("/p/demo.tapp",
                        "<Application Header='demo' Extern='.\\demo.tapp' "
@@ -40,7 +40,7 @@ class Inspector : public ::testing::Test {
     ASSERT_EQ(Ask(TARN_INS_PUBLISH_ALL), "1");
   }
 
-  ManagerWorld world;
+  ManagerFixture world;
   DispatchPtr object;
 };
 
@@ -123,7 +123,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
     EXPECT_EQ(Ask(TARN_INS_ATTACH, {other}), "0");
   }
-  ManagerWorld uninitialised;
+  ManagerFixture uninitialised;
   for (const bool hasManager : {false, true}) {
     if (hasManager) {
       EXPECT_EQ(Ask(TARN_INS_ATTACH, {uninitialised.manager}), "1");
@@ -145,7 +145,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
   }
 }
 
-TEST_F(Inspector, ToldToProtectKeepsADamagedProjectFromBuildsAndSaves) {
+TEST_F(Inspector, ProtectedDamagedProjectIsNeitherBuiltNorSaved) {
   world.disk.AddFile("/p/demo.tapp",
                      "<Application Header='demo' Extern='.\\demo.tapp' Path='.\\demo.tapp' >\n"
                      "stray<C Header='main.c' Path='.\\src\\main.c' /></Application>");
@@ -246,9 +246,9 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
     std::vector<std::string> gaps;
     for (const CXmlNode* application : list.GetChildren()) {
       for (const CXmlNode* gap : application->GetChildren()) {
-        gaps.push_back(TextOf(gap->GetAttrValue("Type")) + ' ' +
-                       TextOf(gap->GetAttrValue("Reason")) + ' ' +
-                       TextOf(gap->GetAttrValue("IsFatal")));
+        gaps.push_back(OrEmpty(gap->GetAttrValue("Type")) + ' ' +
+                       OrEmpty(gap->GetAttrValue("Reason")) + ' ' +
+                       OrEmpty(gap->GetAttrValue("IsFatal")));
       }
     }
     EXPECT_EQ(gaps, row.gaps) << xml;

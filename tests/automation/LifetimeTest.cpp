@@ -9,7 +9,7 @@
 #include <future>
 
 #include "automation/ProjectInspector.h"
-#include "automation/WatchedWorld.h"
+#include "automation/WatchedFixture.h"
 #include "tarn/automation.h"
 #include "xml/XmlNode.h"
 
@@ -103,8 +103,8 @@ TEST(Lifetime, AnInspectorKeepsTheManagerThatItLooksAt) {
   Watched world;
   ASSERT_EQ(world.Init(), "1");
   ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
-  DispatchPtr object = DispatchPtr::Adopt(new CProjectInspector);
-  auto& inspector = static_cast<CProjectInspector&>(*object.Get());
+  DispatchPtr object = DispatchPtr::Adopt(new ProjectInspector);
+  auto& inspector = static_cast<ProjectInspector&>(*object.Get());
   ASSERT_EQ(inspector.Attach(world.manager.Get()), 1);
   world.LetGo();
   EXPECT_NE(inspector.GetTree().find("main.c"), std::string::npos);

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/WizardUser.h"
 #include "xml/XmlNode.h"
@@ -36,7 +36,7 @@ const Act kActs[] = {
 class Session {
  public:
   Session() {
-    world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration(kMenus));
+    world.disk.AddFile(ManagerFixture::kConfigFile, ManagerFixture::Configuration(kMenus));
     std::string rows;
     for (int row = 0x20000; row < 0x20027; ++row) {
       rows += "<m Id='" + std::to_string(row) + "' String='row %s' />";
@@ -123,7 +123,7 @@ class Session {
   }
 
   std::size_t messages = 0;
-  ManagerWorld world;
+  ManagerFixture world;
 
  private:
   static bool Holds(const std::string& text, const char* part) {

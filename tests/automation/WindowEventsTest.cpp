@@ -9,7 +9,7 @@
 #include <future>
 #include <set>
 
-#include "automation/WatchedWorld.h"
+#include "automation/WatchedFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/TinyBitmap.h"
 #include "xml/XmlNode.h"

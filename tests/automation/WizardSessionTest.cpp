@@ -6,7 +6,7 @@
 
 #include <functional>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/WizardUser.h"
 #include "xml/XmlNode.h"
@@ -19,7 +19,7 @@ class WizardSession : public ::testing::Test {
   // Adds an application "boot" to the project and performs `act` while the wizard is open. Returns
   // the result of the call and the final applications of the project.
   std::string Play(const std::function<void(WizardSession&, CPropertySheet&)>& act) {
-    world = std::make_unique<ManagerWorld>();
+    world = std::make_unique<ManagerFixture>();
     AnsweringUser user(world->host.Handle());
     world->AddDemo();
     world->AddDefaultProject();
@@ -41,7 +41,7 @@ class WizardSession : public ::testing::Test {
                                                std::chrono::seconds(20));
     std::string text = answer + (Model().IsDefaultProject() ? " default:" : ":");
     for (const CXmlNode* child : Model().GetProjectRoot().GetChildren()) {
-      if (IsContentNode(*child)) text += " " + TextOf(child->GetAttrValue("Header"));
+      if (IsContentNode(*child)) text += " " + OrEmpty(child->GetAttrValue("Header"));
     }
     return text;
   }
@@ -49,7 +49,7 @@ class WizardSession : public ::testing::Test {
   Builder& GetBuilder() { return *world->Manager().GetBuilder(); }
 
  public:
-  std::unique_ptr<ManagerWorld> world;
+  std::unique_ptr<ManagerFixture> world;
 };
 
 TEST_F(WizardSession, NothingThatHappensMeanwhileCrashesOrMeetsAnotherProject) {

@@ -3,7 +3,7 @@
 
 #include <thread>
 
-#include "builder/BuildWorld.h"
+#include "builder/BuildFixture.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -28,7 +28,7 @@ TEST(Build, OnlyWhatDependsOnAChangedFileIsRebuiltAndChildrenComeFirst) {
       {"/p/demo.elf", {"ld a.o b.o c.o"}},
   };
   for (const Row& row : rows) {
-    BuildWorld world;
+    BuildFixture world;
     world.dependencies = "<D Header=\"/p/a.h\" /><D />";
     world.Open();
     EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("WorkerEnded 1 /tmp/log.xml"));
@@ -48,7 +48,7 @@ TEST(Build, ANameThatAToolReportedCountsExactly) {
       {"/p/C.c", {"cc c.c", "ld a.o b.o c.o"}},
   };
   for (const auto& [name, runs] : rows) {
-    BuildWorld world;
+    BuildFixture world;
     world.dependencies = "<D Header=\"/p/a.h\" />";
     world.Open();
     world.Build(kWorkerBuildAll);
@@ -61,7 +61,7 @@ TEST(Build, ANameThatAToolReportedCountsExactly) {
 }
 
 TEST(Build, AFailureLeavesTheSiblingsBehindItAlone) {
-  BuildWorld world;
+  BuildFixture world;
   world.failing = "a.c";
   world.Open();
   const std::vector<std::string> lines = world.Build(kWorkerBuildAll);
@@ -72,7 +72,7 @@ TEST(Build, AFailureLeavesTheSiblingsBehindItAlone) {
 }
 
 TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
-  BuildWorld world;
+  BuildFixture world;
   world.dependencies = "<D Header=\"/p/a.h\" />";
   world.Open();
   world.Build(kWorkerBuildAll);
@@ -89,7 +89,7 @@ TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
 
 TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
   for (const bool isLinked : {true, false}) {
-    BuildWorld world;
+    BuildFixture world;
     world.Open();
     world.Node("a.c")->SetAttrValue("LinkExclude", isLinked ? "" : "Yes");
     world.Build(kWorkerBuildAll);
@@ -110,7 +110,7 @@ TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
 }
 
 TEST(Build, CleanDeletesProductsAndTheDebugDatabase) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   world.Build(kWorkerBuildAll);
   world.AddFile("/p/demo.tdb", "");
@@ -124,7 +124,7 @@ TEST(Build, CleanDeletesProductsAndTheDebugDatabase) {
 }
 
 TEST(Build, TheNodeThatWasCurrentIsCurrentAgain) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   world.model->SetCurrentNode(world.Node("b.c"));
   world.Build(kWorkerBuildAll);
@@ -132,7 +132,7 @@ TEST(Build, TheNodeThatWasCurrentIsCurrentAgain) {
 }
 
 TEST(Build, AStopBetweenTwoToolsEndsTheWalk) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   world.host.actions[kMsgLogLine] = [&world] {
     if (world.host.lines.back().find("b.c") != std::string::npos) world.builder->RequestStop();
@@ -145,7 +145,7 @@ TEST(Build, AStopBetweenTwoToolsEndsTheWalk) {
 }
 
 TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   world.host.actions[kMsgToolSucceeded] = [&world] {
     EXPECT_EQ(world.model->CloseProject(), 0);
@@ -160,7 +160,7 @@ TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {
 }
 
 TEST(Build, TheNextBuildMayStartInsideTheMessageThatEndsOne) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   int ends = 0;
   world.host.actions[kMsgWorkerEnded] = [&] {
@@ -173,7 +173,7 @@ TEST(Build, TheNextBuildMayStartInsideTheMessageThatEndsOne) {
 }
 
 TEST(Build, ABuilderThatDiesWaitsForItsWorker) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   std::atomic<bool> isRunning = false;
   world.components.Tools().onRun = [&](const ToolRun&) {
@@ -189,7 +189,7 @@ TEST(Build, ABuilderThatDiesWaitsForItsWorker) {
 }
 
 TEST(Build, BuildingOnTheHostsThreadWritesNoEndAndChangesNoState) {
-  BuildWorld world;
+  BuildFixture world;
   world.Open();
   EXPECT_EQ(world.builder->BuildSynchronously(), 1);
   EXPECT_EQ(world.builder->GetBuildState(), StateIdle);

@@ -2,8 +2,8 @@
 
 #include <functional>
 
+#include "builder/BuildFixture.h"
 #include "builder/BuildRecordStore.h"
-#include "builder/BuildWorld.h"
 #include "builder/StateText.h"
 
 namespace tarn::test {
@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kState = "/p/demo.tstate";
 constexpr const char* kProject = "demo.tprj";
 
-void OpenState(BuildWorld& world) {
+void OpenState(BuildFixture& world) {
   world.builder->Information().OpenBuildState(kState);
   while (!world.builder->Information().RestoreFor(std::chrono::seconds(1))) {
   }
@@ -43,7 +43,7 @@ TEST(RecordLoss, WhatTheJournalHasNoRecordOfAnyMoreIsBuiltAgain) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    BuildWorld world;
+    BuildFixture world;
     world.Open();
     OpenState(world);
     world.Build(kWorkerBuildAll);

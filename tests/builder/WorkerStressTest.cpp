@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "builder/BuildWorld.h"
+#include "builder/BuildFixture.h"
 #include "builder/LinkFiles.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -15,9 +15,9 @@ namespace {
 
 constexpr int kFiles = 1000;
 
-class StressWorld : public ProjectWorld {
+class StressFixture : public ProjectFixture {
  public:
-  StressWorld() {
+  StressFixture() {
     std::string content;
     for (int i = 0; i < kFiles; ++i) {
       const std::string name = "f" + std::to_string(i);
@@ -68,7 +68,7 @@ class StressWorld : public ProjectWorld {
 };
 
 TEST(WorkerStress, AHostThatIsBusyBesideABuildMeetsNoRace) {
-  StressWorld world;
+  StressFixture world;
   bool ended = false;
   world.host.actions[kMsgWorkerEnded] = [&ended] { ended = true; };
   ASSERT_EQ(world.builder->StartBuildThread(kWorkerBuildAll), 1);

@@ -7,7 +7,7 @@
 #include "hosts/desktop/AssemblerStyles.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::host {
 namespace {

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "hosts/desktop/EditorTabs.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "widgets/qt/QtColor.h"
 
 namespace tarn::host {

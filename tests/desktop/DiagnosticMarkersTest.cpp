@@ -8,7 +8,7 @@
 
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "support/qt/WindowLoop.h"
 
 namespace tarn::host {

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "hosts/desktop/CodeEditor.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "support/qt/WindowLoop.h"
 
 namespace tarn::host {

@@ -15,7 +15,7 @@
 #include <string>
 
 #include "hosts/desktop/IdeWindow.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "support/qt/WindowLoop.h"
 #include "widgets/qt/QtToolkit.h"
 
@@ -49,7 +49,7 @@ class IdeFixture : public ::testing::Test {
     return found.isEmpty() ? QModelIndex() : found.front();
   }
   // Scrolls to a row and returns a position on it, relative to the viewport.
-  QPoint PlaceOf(const QString& label) {
+  QPoint PointOf(const QString& label) {
     const QModelIndex line = FindLine(label);
     EXPECT_TRUE(line.isValid()) << label.toStdString();
     Tree().scrollTo(line);
@@ -59,7 +59,7 @@ class IdeFixture : public ::testing::Test {
   }
   // Clicks on a row of the tree.
   void Select(const QString& label) {
-    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(label));
+    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, PointOf(label));
   }
   // Waits for a popup menu; returns nullptr if none appears.
   QMenu* AwaitPopup() {

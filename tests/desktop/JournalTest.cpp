@@ -8,7 +8,7 @@
 #include <string>
 
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::host {
 namespace {

@@ -20,7 +20,7 @@
 #include "hosts/desktop/IdeWindow.h"
 #include "hosts/desktop/OptionEditors.h"
 #include "hosts/desktop/OptionsGrid.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "support/qt/WindowLoop.h"
 #include "widgets/qt/QtToolkit.h"
 

@@ -38,7 +38,7 @@ class PopupMenusTest : public testing::IdeFixture {
 };
 
 TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFitIt) {
-  QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PlaceOf("Drivers"));
+  QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PointOf("Drivers"));
   QMenu* menu = AwaitPopup();
   EXPECT_EQ(TextsOf(menu),
             "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Reset to "

@@ -20,7 +20,7 @@ class UserActionsTest : public testing::IdeFixture {
   // Drags without releasing the button.
   void DragTo(QPoint onto) {
     QWidget* const lines = Tree().viewport();
-    const QPoint from = PlaceOf("led.c");
+    const QPoint from = PointOf("led.c");
     QTest::mousePress(lines, Qt::LeftButton, {}, from);
     for (int step = 1; step <= 10; ++step) {
       // With the button pressed, unlike the moves of QTest.
@@ -49,7 +49,7 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
     if (end == Qt::Key_Escape) {
       QTest::keyClick(&Tree(), Qt::Key_F2);
     } else {
-      QTest::mouseDClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(from));
+      QTest::mouseDClick(Tree().viewport(), Qt::LeftButton, {}, PointOf(from));
     }
     QLineEdit* field = nullptr;
     ASSERT_TRUE(RunUntil(
@@ -78,7 +78,7 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
 
 TEST_F(UserActionsTest, ANodeThatIsDraggedOntoAGroupGoesIntoIt) {
   ASSERT_EQ(ParentOf("led.c"), "Drivers");
-  const QPoint onto = PlaceOf("Application");
+  const QPoint onto = PointOf("Application");
   // A drag that is released elsewhere or cancelled has ended: the next click drops nothing.
   DragTo({Tree().viewport()->width() + 50, onto.y()});
   QTest::mouseRelease(Tree().viewport(), Qt::LeftButton, {},

@@ -8,7 +8,7 @@
 
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/ServerLibrary.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::test {
 namespace {

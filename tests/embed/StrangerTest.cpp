@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace {
 

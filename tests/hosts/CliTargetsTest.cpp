@@ -111,7 +111,7 @@ std::vector<Part> PartsOf(const std::string& package) {
   for (const CXmlNode* family : packageRoot->GetChildren()) {
     for (const CXmlNode* target : family->GetChildren()) {
       if (target->NameView() != "Target") continue;
-      parts.push_back({TextOf(target->GetAttrValue("Header")), DescribeTarget(*target)});
+      parts.push_back({OrEmpty(target->GetAttrValue("Header")), DescribeTarget(*target)});
     }
   }
   return parts;

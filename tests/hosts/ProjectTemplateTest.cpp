@@ -6,7 +6,7 @@
 
 #include "hosts/core/StagingFolder.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::host {
 namespace {

@@ -8,7 +8,7 @@
 #include "output/BuildOutput.h"
 #include "output/MessageTable.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {

@@ -6,7 +6,7 @@
 #include "output/BuildOutput.h"
 #include "platform/text/Text.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn {
 namespace {
@@ -22,7 +22,7 @@ struct ParsedToolText : ::testing::Test {
     std::string lines;
     for (int i = before; i < hub.GetRoot().GetChildCount(); ++i) {
       const CXmlNode& message = *hub.GetRoot().GetChild(i);
-      const auto value = [&](const char* name) { return TextOf(message.GetAttrValue(name)); };
+      const auto value = [&](const char* name) { return OrEmpty(message.GetAttrValue(name)); };
       const std::string kind = value("Icon").empty() ? "P" : value("Icon") == "2" ? "E" : "W";
       if (i > before) lines += '\n';
       lines += kind + '|' + value("File") + '|' + value("Line") + '|' +
@@ -198,7 +198,7 @@ TEST_F(ParsedToolText, AResetInTheMidstLeavesTheRest) {
   struct Resetting : ILogView {
     explicit Resetting(CBuildOutput& output) : hub(output) {}
     void AddMessage(const CXmlNode& node) override {
-      if (TextOf(node.GetAttrValue("Description")) != "7> a") return;
+      if (OrEmpty(node.GetAttrValue("Description")) != "7> a") return;
       hub.ResetLog();
       hub.ParseToolText("*** WARNING L1 : inner", "^x", nullptr);
     }

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -26,14 +26,14 @@ class ApplyChange : public ::testing::Test {
     before = world.model->Saver().RenderFiles();
   }
 
-  std::string Tree() { return ProjectWorld::Labels(world.model->GetProjectRoot()); }
+  std::string Tree() { return ProjectFixture::Labels(world.model->GetProjectRoot()); }
   void Replace(const std::string& path, std::string_view from, std::string_view to) {
     world.AddFile(path, ReplaceAll(world.FileText(path), from, to));
   }
   Lines Undo() { return world.model->Lifecycle().ApplyChange(after, before); }
   Lines Redo() { return world.model->Lifecycle().ApplyChange(before, after); }
 
-  ProjectWorld world;
+  ProjectFixture world;
   Texts before, after;
 };
 
@@ -63,7 +63,7 @@ TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
 TEST_F(ApplyChange, TheCurrentNodeStaysOrIsTheProject) {
   CXmlNode& root = world.model->GetProjectRoot();
   const auto label = [this] {
-    return TextOf(world.model->GetCurrentNode()->GetAttrValue("Header"));
+    return OrEmpty(world.model->GetCurrentNode()->GetAttrValue("Header"));
   };
   world.model->SetCurrentNode(root.FindDescendant("Group"));
   ASSERT_EQ(world.model->Editor().RemoveItem("a.c"), 1);

@@ -7,7 +7,7 @@
 
 #include "output/MessageTable.h"
 #include "platform/text/Text.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -46,7 +46,7 @@ constexpr ReachRow kReachRows[] = {
 
 std::string LabelsOfBuilt(const CXmlNode& node) {
   std::string labels;
-  if (node.GetAttr("LastBuilt") != nullptr) labels = TextOf(node.GetAttrValue("Header"));
+  if (node.GetAttr("LastBuilt") != nullptr) labels = OrEmpty(node.GetAttrValue("Header"));
   for (int i = 0; i < node.GetChildCount(); ++i) {
     const std::string below = LabelsOfBuilt(*node.GetChild(i));
     if (!below.empty()) labels += (labels.empty() ? "" : " ") + below;
@@ -56,7 +56,7 @@ std::string LabelsOfBuilt(const CXmlNode& node) {
 
 TEST(BuildInfo, AReportReachesTheLastNodeOfItsOutput) {
   for (const ReachRow& row : kReachRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddFile("/p/demo.tprj", "<Project><Application Extern=\"demo.tapp\" /></Project>");
     world.AddFile("/p/demo.tapp",
                   "<Application Header=\"app\" >" + std::string(row.content) + "</Application>");
@@ -99,7 +99,7 @@ constexpr RecordRow kRecordRows[] = {
 TEST(BuildInfo, ARecordIsShownAtItsNode) {
   setenv("TZ", "UTC", 1);
   for (const RecordRow& row : kRecordRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     SetMessageText(kRowLabelPath, "file");
     SetMessageText(kRowLabelOutputFile, "output");
     SetMessageText(kRowLabelConfiguration, "config");
@@ -122,7 +122,7 @@ TEST(BuildInfo, ARecordIsShownAtItsNode) {
 }
 
 TEST(BuildInfo, DependenciesAreReplacedAndGetTheTypesOfTheirFiles) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.components.Properties().defaults["Target.Internal.C-Ext"] = "c;S";
   world.AddDemo("<C Header=\"m\" OutputFile=\"a.o\" /><C Header=\"n\" OutputFile=\"b.o\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
@@ -157,7 +157,7 @@ TEST(BuildInfo, DependenciesAreReplacedAndGetTheTypesOfTheirFiles) {
 
 // The index of outputs must be updated when publishing changes them.
 TEST(BuildInfo, AReportFindsAnOutputThatWasChangedSinceTheLastOne) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<C Header=\"m\" />");
   FakePropertyManager& properties = world.components.Properties();
   ASSERT_EQ(world.OpenDemo(), 1);

@@ -6,7 +6,7 @@
 #include <cctype>
 #include <cstring>
 
-#include "project/EditedWorld.h"
+#include "project/EditedFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -80,7 +80,7 @@ TEST(Damage, EachLossIsNamedWithItsLine) {
        ":5: content after the end of the root element, which is not read"},
   };
   for (const DamageRow& row : rows) {
-    EditedWorld world;
+    EditedFixture world;
     world.model->Protection().SetDamageProtection(true);
     world.AddFile(kTwo, row.text);
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
@@ -99,7 +99,7 @@ TEST(Damage, EachLossIsNamedWithItsLine) {
 }
 
 TEST(Damage, AFileThatBreaksOffWhileItIsReadIsNamed) {
-  EditedWorld world;
+  EditedFixture world;
   Fail("read", kTwo, ErrorCode::Io)(world);
   ASSERT_EQ(world.OpenDemo(), 1);
   ASSERT_EQ(world.model->Protection().GetDamage().size(), 1U);
@@ -108,7 +108,7 @@ TEST(Damage, AFileThatBreaksOffWhileItIsReadIsNamed) {
 }
 
 TEST(Damage, ProtectedFilesAreNeitherBuiltNorWritten) {
-  EditedWorld world;
+  EditedFixture world;
   world.AddFile(kTwo, File("<?x?><C Header=\"two.c\" />"));
   world.model->Protection().SetDamageProtection(true);
   ASSERT_EQ(world.OpenDemo(), 1);
@@ -133,7 +133,7 @@ TEST(Damage, ProtectedFilesAreNeitherBuiltNorWritten) {
 TEST(Damage, ALongListEndsWithARemark) {
   std::string text;
   for (int i = 0; i < 500; ++i) text += "<C/>x" + std::to_string(i) + "\n";
-  EditedWorld world;
+  EditedFixture world;
   world.AddFile(kTwo, File(text));
   ASSERT_EQ(world.OpenDemo(), 1);
   ASSERT_EQ(world.model->Protection().GetDamage().size(), DamageCollector::kMaxDamage + 1);

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "project/EditedWorld.h"
+#include "project/EditedFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -78,13 +78,13 @@ const LoadRow kDamageRows[] = {
 
 TEST(DamagedFiles, WhatWasNotReadIsNeverSavedOver) {
   for (const LoadRow& row : kDamageRows) {
-    EditedWorld world;
+    EditedFixture world;
     row.damage(world);
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
     Lines heard = row.heard;
     heard.insert(heard.end(), kOpened.begin(), kOpened.end());
     EXPECT_EQ(world.Heard(), heard) << row.name;
-    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), row.tree) << row.name;
+    EXPECT_EQ(ProjectFixture::Labels(world.model->GetProjectRoot()), row.tree) << row.name;
     // If the project is opened and closed without a change, nothing is written at all.
     const Lines before = world.Files();
     EXPECT_EQ(world.model->CloseProject(), 1) << row.name;
@@ -141,7 +141,7 @@ const RefusalRow kRefusalRows[] = {
 
 // Forty files, each of which references the next one twice: 2^39 reads of the last one.
 TEST(DamagedFiles, FilesThatReferToEachOtherManyTimesAreRefusedSoon) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("");
   for (int i = 0; i < 40; ++i) {
     const std::string next = "f" + std::to_string(i + 1) + ".tapp";
@@ -160,7 +160,7 @@ TEST(DamagedFiles, FilesThatReferToEachOtherManyTimesAreRefusedSoon) {
 // A project with a missing part is not opened, and nothing of it is ever written.
 TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
   for (const RefusalRow& row : kRefusalRows) {
-    EditedWorld world;
+    EditedFixture world;
     row.damage(world);
     const Lines before = world.Files();
     EXPECT_EQ(world.OpenDemo(), 0) << row.name;
@@ -168,7 +168,8 @@ TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
     EXPECT_FALSE(world.model->IsOpen()) << row.name;
     EXPECT_FALSE(world.model->Paths().IsOpenAs("/p/demo.tprj")) << row.name;
     EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj") << row.name;
-    EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp"}), "Project")
+    EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp"}),
+              "Project")
         << row.name;
     EXPECT_EQ(world.model->Publishing().PublishTick(), 0) << row.name;
     world.Touch();
@@ -180,12 +181,12 @@ TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
 
 // Content of the previous project must not appear in one whose file could not be read.
 TEST(DamagedFiles, AProjectThatCannotBeReadInheritsNothing) {
-  EditedWorld world;
+  EditedFixture world;
   world.AddFile("/p/next.tprj", "<Project Header=\"next\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
   world.disk.FailOn("read", "/p/next.tprj", ErrorCode::Io);
   ASSERT_EQ(world.model->OpenProject("/p/next.tprj", 0), 1);
-  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp", "Path"}),
+  EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp", "Path"}),
             "Project(Path=/p/next.tprj)");
 }
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/process/RunAndWait.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "support/AnsweringUser.h"
 
 namespace tarn::test {
@@ -57,7 +57,7 @@ class Import : public ::testing::Test {
   }
   void MakeProject() { world.AddFile("/p/old.tprj", "\n<Project Header=\"Old\" />"); }
 
-  ProjectWorld world;
+  ProjectFixture world;
   AnsweringUser user{world.host.Handle()};
   ScriptLauncher launcher;
 };

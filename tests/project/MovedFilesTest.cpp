@@ -6,7 +6,7 @@
 
 #include "platform/text/Text.h"
 #include "project/AnsweringWizard.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -20,7 +20,7 @@ class MovedFiles : public ::testing::Test {
   void SetUp() override { Reset(); }
 
   void Reset() {
-    world = std::make_unique<ProjectWorld>();
+    world = std::make_unique<ProjectFixture>();
     world->AddFile("/p/demo.tprj", Project("app"));
     world->AddFile("/p/app/one.tapp", Application("app", "", "..\\a.c"));
     for (const char* source : {"/p/a.c", "/p/app/b.c", "/p/app/new.c"}) world->AddFile(source, "");
@@ -66,7 +66,7 @@ class MovedFiles : public ::testing::Test {
   void Add() { ASSERT_EQ(world->model->Items().AddExistingItem("/p/app/new.c", nullptr), 1); }
 
   std::string Paths() {
-    return ProjectWorld::Show(world->model->GetProjectRoot(), {"Header", "Path"});
+    return ProjectFixture::Show(world->model->GetProjectRoot(), {"Header", "Path"});
   }
   Lines Reported() {
     Lines lines;
@@ -84,7 +84,7 @@ class MovedFiles : public ::testing::Test {
     return found;
   }
 
-  std::unique_ptr<ProjectWorld> world;
+  std::unique_ptr<ProjectFixture> world;
 };
 
 TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
@@ -167,7 +167,7 @@ TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
                    named(Application("fw\\avr", row.sources[0], row.sources[1]), "new"));
     world->AddFile("/p/demo.tprj", named(Project("fw\\avr"), "new"));
     EXPECT_EQ(world->model->SaveProject(), 1);
-    EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), row.tree);
+    EXPECT_EQ(ProjectFixture::Labels(world->model->GetProjectRoot()), row.tree);
     EXPECT_EQ(world->disk.Exists("/p/app/one.tapp"), std::string_view(row.name) != "renamed");
   }
 }
@@ -206,11 +206,11 @@ TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
     EXPECT_EQ(Reported(), Lines{"/p/gone/one.tapp can't be saved: the folder /p/gone does not "
                                 "exist; the unsaved content is in /data/one.tapp.unsaved"});
     EXPECT_TRUE(world->model->IsModified());
-    EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
+    EXPECT_EQ(ProjectFixture::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
   }
   world->AddFile("/p/gone/one.tapp", Application("gone", "..\\app\\b.c", "..\\a.c"));
   EXPECT_EQ(world->model->SaveProject(), 1);
-  EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
+  EXPECT_EQ(ProjectFixture::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
   EXPECT_EQ(Files(), (Lines{"/p/demo.tprj", "/p/gone/one.tapp"}));
 }
 
@@ -228,7 +228,7 @@ TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
   EXPECT_EQ(world->model->SaveProject(), 0);
   EXPECT_FALSE(world->disk.Exists("/p"));
   EXPECT_EQ(Reported().size(), 3u);
-  EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c] fresh");
+  EXPECT_EQ(ProjectFixture::Labels(world->model->GetProjectRoot()), "one[a.c b.c] fresh");
   EXPECT_TRUE(world->model->IsModified());
 }
 

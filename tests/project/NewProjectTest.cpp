@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "output/MessageTable.h"
-#include "project/EditedWorld.h"
+#include "project/EditedFixture.h"
 #include "project/FileAccess.h"
 #include "support/AnsweringUser.h"
 #include "xml/XmlNode.h"
@@ -31,14 +31,14 @@ const Lines kReplaced = {kNew.front(), "/p/new.tprj.orig = old"};
 const Lines kOld = {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"};
 const Lines kQuestion = {"ask: row 25 /p/new.tprj   [Tarn Project]"};
 
-void AddOld(EditedWorld& world) {
+void AddOld(EditedFixture& world) {
   for (const char* file : {"new.tprj", "new.tdb", "new.dbi"}) {
     world.disk.AddFile("/p/" + std::string(file), "old");
   }
 }
 
 const CreateRow kCreateRows[] = {
-    {"a new file", [](EditedWorld&) {}, false, 1, {}, {"ProjectCreated"}, kNew},
+    {"a new file", [](EditedFixture&) {}, false, 1, {}, {"ProjectCreated"}, kNew},
     {"a file that may be replaced", AddOld, true, 1, kQuestion, {"ProjectCreated"}, kReplaced},
     {"a file that may not be replaced", AddOld, false, 0, kQuestion, {}, kOld},
     {"a read-only file",
@@ -67,7 +67,7 @@ const CreateRow kCreateRows[] = {
 
 TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {
   for (const CreateRow& row : kCreateRows) {
-    EditedWorld world;
+    EditedFixture world;
     AnsweringUser answers(world.host.Handle());
     answers.okCancel = {row.ok};
     row.prepare(world);
@@ -83,7 +83,7 @@ TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {
 }
 
 TEST(OpenDialog, TheQuestionStartsWhereTheUsersProjectIs) {
-  EditedWorld world;
+  EditedFixture world;
   AnsweringUser answers(world.host.Handle());
   SetMessageText(kRowFilterPrj, "Older");
   SetMessageText(kRowFilterStw, "Oldest");
@@ -126,7 +126,7 @@ constexpr OpenRow kOpenRows[] = {
 
 TEST(OpenProject, TheActiveApplicationIsTheOneThatTheFileMeans) {
   for (const OpenRow& row : kOpenRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddFile("/p/x.tprj", row.project);
     world.AddFile("/p/x.prj", row.project);
     for (const std::string number : {"1", "2"}) {
@@ -142,7 +142,7 @@ TEST(OpenProject, TheActiveApplicationIsTheOneThatTheFileMeans) {
 
 // It has options although it contains no application.
 TEST(OpenProject, AChangedProjectWithoutApplicationsIsSavedBeforeAnotherIsOpened) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddFile("/p/empty.tprj", "<Project Header=\"old\" />");
   world.AddDemo("");
   ASSERT_EQ(world.model->OpenProject("/p/empty.tprj", 0), 1);
@@ -185,7 +185,7 @@ constexpr AccessRow kAccessRows[] = {
 
 TEST(FileAccess, APathAllowsWhatItsFolderAndFileDo) {
   for (const AccessRow& row : kAccessRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     for (const char* file : {"/d/file", "/d/locked", "/ro/file"}) world.AddFile(file, "");
     world.disk.AddFolder("/d/folder");
     world.disk.SetReadOnly("/d/locked");

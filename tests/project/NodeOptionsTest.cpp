@@ -5,7 +5,7 @@
 
 #include "platform/text/Text.h"
 #include "project/MergeOptions.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "project/RecordingWindows.h"
 #include "project/TreeSearch.h"
 
@@ -50,7 +50,7 @@ constexpr StoreRow kStoreRows[] = {
 
 TEST(NodeOptions, AChangedValueIsStoredUnderTheRightConfigurationAndSet) {
   for (const StoreRow& row : kStoreRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddDemo("<C Header=\"m\" />");
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Application()->SetAttrValue("Config", row.config);
@@ -69,7 +69,7 @@ TEST(NodeOptions, AChangedValueIsStoredUnderTheRightConfigurationAndSet) {
 
 // If a damaged file has two, the first one is read.
 TEST(NodeOptions, OptionsKeepTheirOrder) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<Options/><C Header=\"m\" /><Options><Opt Header=\"x\" /></Options>");
   ASSERT_EQ(world.OpenDemo(), 1);
   CXmlNode& application = *world.Application();
@@ -80,7 +80,7 @@ TEST(NodeOptions, OptionsKeepTheirOrder) {
 }
 
 TEST(NodeOptions, NothingChangedStoresNothing) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("");
   ASSERT_EQ(world.OpenDemo(), 1);
   EXPECT_EQ(world.model->Options().StoreChangedProperty(""), 0);
@@ -88,7 +88,7 @@ TEST(NodeOptions, NothingChangedStoresNothing) {
 }
 
 TEST(NodeOptions, AValueStoredTwiceStandsOnceAndIsUsedAtOnce) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<C Header=\"m\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
   FakePropertyManager& properties = world.components.Properties();
@@ -104,7 +104,7 @@ TEST(NodeOptions, AValueStoredTwiceStandsOnceAndIsUsedAtOnce) {
   const auto publish = [&] {
     world.model->Derived().ResetNodeCache(*world.Node("m"), true);
     world.model->PublishAll();
-    return ProjectWorld::Show(*world.Node("m"), {"TranslateTool", "Marker"});
+    return ProjectFixture::Show(*world.Node("m"), {"TranslateTool", "Marker"});
   };
   EXPECT_EQ(publish(), "C(TranslateTool=gcc Marker=0)");
 
@@ -126,7 +126,7 @@ TEST(NodeOptions, AValueIsInheritedFromTheApplicationDownwards) {
            "Header=\"TranslateTool\" Value=\"" +
            value + "\" /></Sec></Set></Opt></Options>";
   };
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo(options("app") + "<C Header=\"plain\" /><Group Header=\"g\" >" + options("group") +
                 "<C Header=\"below\" /><C Header=\"own\" >" + options("own") + "</C></Group>");
   world.AddFile("/p/demo.tprj", "<Project>" + options("project") +
@@ -173,7 +173,7 @@ constexpr ResetRow kResetRows[] = {
 std::string PropertiesOf(const CXmlNode& node) {
   std::string list;
   for (const CXmlNode* child : node.GetChildren()) {
-    const std::string name = TextOf(child->GetAttrValue("Header"));
+    const std::string name = OrEmpty(child->GetAttrValue("Header"));
     const std::string below = child->NameView() == "Prop" ? name : PropertiesOf(*child);
     list += (list.empty() ? "" : " ") + (below.empty() ? name + "/" : below);
   }
@@ -182,7 +182,7 @@ std::string PropertiesOf(const CXmlNode& node) {
 
 TEST(NodeOptions, AResetTakesOnlyWhatItNamesAndWhatBecomesEmpty) {
   for (const ResetRow& row : kResetRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddDemo(
         "<C Header='m' ><Options><Opt Header='Debug' ><Set Header='C' ><Sec "
         "Header='Build' ><Prop Header='Tool' Removable='No' /><Prop Header='Fixed' /></Sec>"
@@ -261,7 +261,7 @@ constexpr IdentityRow kIdentityRows[] = {
 
 TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
   for (const IdentityRow& row : kIdentityRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddDemo("<C Header=\"m\" />");
     RecordingProjectWindow window;
     world.model->Services().views.project = &window;
@@ -277,7 +277,7 @@ TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
               isTaken)
         << row.name;
     const std::string same = "Project(ActiveApp=demo)[Application(Header=demo)[C(Header=m)]]";
-    EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp"}),
+    EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"Header", "ActiveApp"}),
               "Project(Header=Tarn Project 'demo' " + (isTaken ? row.tree : same).substr(8))
         << row.name;
     EXPECT_EQ(FindStoredValues(*node) == nullptr, isTaken) << row.name;
@@ -286,15 +286,15 @@ TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
     }
     EXPECT_STREQ(world.Application()->GetAttrValue("Path"), "/p/demo.tapp") << row.name;
     // After saving and loading, the node is where it was.
-    const std::string tree = ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"});
+    const std::string tree = ProjectFixture::Show(world.model->GetProjectRoot(), {"Header"});
     ASSERT_EQ(world.model->SaveProject(), 1) << row.name;
-    EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"}), tree) << row.name;
+    EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"Header"}), tree) << row.name;
   }
 }
 
 // A malformed text must not corrupt what follows it in the file.
 TEST(NodeOptions, AnEmptyAnswerOfThePropertyManagerLosesNothing) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<C Header=\"m\" /><C Header=\"n\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->SetCurrentNode(world.Node("m"));
@@ -307,7 +307,7 @@ TEST(NodeOptions, AnEmptyAnswerOfThePropertyManagerLosesNothing) {
 }
 
 TEST(NodeOptions, ConfigurationsAreAddedAndChosen) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<C Header=\"m\" LastBuilt=\"5\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->PublishAll();
@@ -346,7 +346,7 @@ TEST(NodeOptions, ConfigurationsAreAddedAndChosen) {
 
 TEST(NodeOptions, TheHostHearsOfAChangeOfAnApplicationThatAsksForIt) {
   for (const bool isDefault : {false, true}) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddFile("/p/demo.tprj", "<Project><AutoApp Extern=\"demo.tapp\" /></Project>");
     world.AddFile("/p/demo.tapp", "<AutoApp Header=\"auto\" ><C Header=\"m\" /></AutoApp>");
     ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", isDefault ? 1 : 0), 1);
@@ -370,7 +370,7 @@ TEST(TreeSearch, TheLastChildAndTheLastNodeOfTheTreeAreFound) {
       "<r H=\"x\" n=\"root\" ><a H=\"k\" n=\"1\" ><b H=\"K\" n=\"2\" /></a><a H=\"K\" n=\"3\" />"
       "<A H=\"m\" n=\"4\" ><c H=\"k\" n=\"5\" ><d H=\"k\" n=\"6\" /></c></A></r>");
   const auto numberOf = [](const CXmlNode* node) {
-    return node == nullptr ? std::string("none") : TextOf(node->GetAttrValue("n"));
+    return node == nullptr ? std::string("none") : OrEmpty(node->GetAttrValue("n"));
   };
   const auto child = [&](const char* value, const char* attribute) {
     CXmlNode* found = nullptr;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -96,7 +96,7 @@ TEST(Parts, ReportsOfToolsReachTheirNodesWithoutABuilder) {
 }
 
 TEST(Parts, AProjectWithoutABuilderIsEditedAndSaved) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.builder.reset();
   world.AddDemo("<C Header=\"a.c\" Path=\".\\a.c\" /><C Header=\"b.c\" Path=\".\\b.c\" />");
   ASSERT_EQ(world.OpenDemo(), 1);

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text/Text.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -57,7 +57,7 @@ constexpr Content kContents[] = {
 
 TEST(ProjectFiles, ASaveOfWhatWasNotChangedLosesAndAddsNothing) {
   for (const Content& row : kContents) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddDemo(std::string(row.text) + "\n");
     const std::string before = world.FileText("/p/demo.tapp");
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
@@ -79,7 +79,7 @@ TEST(ProjectFiles, ASaveOfWhatWasNotChangedLosesAndAddsNothing) {
 
 // Byte for byte, including line endings, tabs and the space after each attribute.
 TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.disk.AddFile("/p/demo.tprj",
                      "<Project Header='demo' Project='Yes'><Application Header='demo' "
                      "Extern='app/demo.tapp' Path='app/demo.tapp' sate='32'/></Project>");
@@ -123,7 +123,7 @@ TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
 
 // Names with different case, backslashes and drives, as written on a case-insensitive file system.
 TEST(ProjectFiles, AProjectFromElsewhereOpensAndKeepsItsNames) {
-  ProjectWorld world;
+  ProjectFixture world;
   const std::string project =
       "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" Project=\"Yes\" ActiveApp=\"Demo\" "
       "OutputFile=\"\" >\n\t<Application Header=\"Demo\" Extern=\".\\App\\DEMO.tapp\" "

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text/Text.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "project/RecordingWindows.h"
 #include "project/TreeSearch.h"
 
@@ -36,7 +36,7 @@ Lines ShortCalls(CallRecorder& recorder) {
 }
 
 TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo(Options("Standard", "C", "Build", "Tool", "app") +
                 "<Configs><Config Header=\"Debug\" /></Configs><Group Header=\"g\" >" +
                 Options("Standard", "C", "Build", "Tool", "group") +
@@ -97,7 +97,7 @@ TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
 
 // Only the byte that replaces a bracket in a cached text is replaced back.
 TEST(Publishing, ABracketComesBackFromAKeptText) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("");
   ASSERT_EQ(world.OpenDemo(), 1);
   FindStoredValues(*world.Application())->SetValue("a[1\xA7\xC3");
@@ -133,7 +133,7 @@ constexpr PathRow kPathRows[] = {
 
 TEST(Publishing, AMissingFileIsLookedForInTheFoldersOfTheOptions) {
   for (const PathRow& row : kPathRows) {
-    ProjectWorld world;
+    ProjectFixture world;
     world.AddFile("/p/demo.tprj",
                   "<Project><Application Header=\"demo\" "
                   "Extern=\".\\app\\demo.tapp\" /></Project>");
@@ -157,13 +157,13 @@ TEST(Publishing, AMissingFileIsLookedForInTheFoldersOfTheOptions) {
 }
 
 TEST(Publishing, AttributesAreWrittenAlsoWhenEmptyButForTwo) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo(
       "<C Header=\"m\" TranslateTool=\"old\" Exclude=\"old\" DBIFile=\"old\" "
       "LoadExclude=\"old\" ListingFile=\"old\" />");
   ASSERT_EQ(world.OpenDemo(), 1);
   const auto show = [&] {
-    return ProjectWorld::Show(
+    return ProjectFixture::Show(
         *world.Node("m"), {"TranslateTool", "Exclude", "LinkExclude", "OutputFile", "ListingFile",
                            "DBIFile", "LoadExclude", "Marker"});
   };
@@ -185,20 +185,20 @@ TEST(Publishing, AttributesAreWrittenAlsoWhenEmptyButForTwo) {
 
 // Tools report paths with the separators of their root; a record under another spelling is lost.
 TEST(Publishing, OutputPathsHaveTheSeparatorsOfTheirDrive) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<C Header=\"m\" />");
   world.disk.MapDrive('c', "/p");
   world.components.Properties().defaults = {{"C.Build.OutputFile", "C:\\p\\demo/out/./m.o"},
                                             {"C.Build.ListingFile", "/p//out\\m.lst"}};
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->PublishAll();
-  EXPECT_EQ(ProjectWorld::Show(*world.Node("m"), {"OutputFile", "ListingFile"}),
+  EXPECT_EQ(ProjectFixture::Show(*world.Node("m"), {"OutputFile", "ListingFile"}),
             "C(OutputFile=C:\\p\\demo\\out\\m.o ListingFile=/p/out/m.lst)");
 }
 
 // 23 nodes below the application, 25 in total; the application is published by the open.
 TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
-  ProjectWorld world;
+  ProjectFixture world;
   std::string nodes;
   for (int i = 0; i < 23; ++i) nodes += "<C Header=\"n" + ToDecimal(i) + "\" />";
   world.AddDemo(nodes);
@@ -240,16 +240,16 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
 
 // The root of a foreign file is not a project and has no parent to inherit from.
 TEST(Publishing, ARootWithoutATypeIsPublishedOnce) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddFile("/p/demo.tprj", "<Foo Header=\"x\" ><Bar Header=\"y\" /></Foo>");
   ASSERT_EQ(world.OpenDemo(), 1);
   world.model->PublishAll();
-  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header", "Marker"}),
+  EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"Header", "Marker"}),
             "Foo(Header=x Marker=-1)[Bar(Header=y Marker=-1)]");
 }
 
 TEST(Publishing, TheDefaultProjectIsReadyWhenItsOpenEnds) {
-  ProjectWorld world;
+  ProjectFixture world;
   world.AddDemo("<C Header=\"left\" /><Options />");
   RecordingProjectWindow window;
   world.model->Services().views.project = &window;

@@ -30,7 +30,7 @@ class RecordingProjectWindow : public IProjectWindow {
   void InvalidateNode(const CXmlNode&) override {}
   void NotifyNodeUpdated(const CXmlNode&) override {}
   void SelectTreeNode(CXmlNode* node) override {
-    calls_.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
+    calls_.push_back("SelectTreeNode " + OrEmpty(node->GetAttrValue("Header")));
   }
 
  private:

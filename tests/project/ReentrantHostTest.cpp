@@ -6,7 +6,7 @@
 #include <functional>
 #include <set>
 
-#include "project/EditedWorld.h"
+#include "project/EditedFixture.h"
 #include "project/RecordingWindows.h"
 
 namespace tarn::test {
@@ -16,73 +16,78 @@ using Lines = std::vector<std::string>;
 
 struct Act {
   const char* name;
-  std::function<void(EditedWorld&)> run;
+  std::function<void(EditedFixture&)> run;
 };
 
 const Act kInnerActs[] = {
-    {"close", [](EditedWorld& world) { world.model->CloseProject(); }},
-    {"open the same", [](EditedWorld& world) { world.OpenDemo(); }},
-    {"open another", [](EditedWorld& world) { world.model->OpenProject("/p/next.tprj", 0); }},
-    {"open a default", [](EditedWorld& world) { world.model->OpenProject("/p/next.tprj", 1); }},
-    {"open what is missing", [](EditedWorld& world) { world.model->OpenProject("/x.tprj", 0); }},
-    {"save", [](EditedWorld& world) { world.model->SaveProject(); }},
-    {"new", [](EditedWorld& world) { world.model->Items().NewProject("/p/new.tprj"); }},
-    {"remove", [](EditedWorld& world) { world.model->Editor().RemoveItem("one.c"); }},
+    {"close", [](EditedFixture& world) { world.model->CloseProject(); }},
+    {"open the same", [](EditedFixture& world) { world.OpenDemo(); }},
+    {"open another", [](EditedFixture& world) { world.model->OpenProject("/p/next.tprj", 0); }},
+    {"open a default", [](EditedFixture& world) { world.model->OpenProject("/p/next.tprj", 1); }},
+    {"open what is missing", [](EditedFixture& world) { world.model->OpenProject("/x.tprj", 0); }},
+    {"save", [](EditedFixture& world) { world.model->SaveProject(); }},
+    {"new", [](EditedFixture& world) { world.model->Items().NewProject("/p/new.tprj"); }},
+    {"remove", [](EditedFixture& world) { world.model->Editor().RemoveItem("one.c"); }},
     {"remove the current node",
-     [](EditedWorld& world) { world.model->Editor().RemoveItem(nullptr); }},
-    {"remove an application", [](EditedWorld& world) { world.model->Editor().RemoveItem("one"); }},
-    {"add", [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/in.c", nullptr); }},
-    {"build", [](EditedWorld& world) { world.builder->StartBuildThread(kWorkerBuildAll); }},
-    {"build here", [](EditedWorld& world) { world.builder->BuildSynchronously(); }},
-    {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
+     [](EditedFixture& world) { world.model->Editor().RemoveItem(nullptr); }},
+    {"remove an application",
+     [](EditedFixture& world) { world.model->Editor().RemoveItem("one"); }},
+    {"add", [](EditedFixture& world) { world.model->Items().AddExistingItem("/p/in.c", nullptr); }},
+    {"build", [](EditedFixture& world) { world.builder->StartBuildThread(kWorkerBuildAll); }},
+    {"build here", [](EditedFixture& world) { world.builder->BuildSynchronously(); }},
+    {"select", [](EditedFixture& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
     {"select the project",
-     [](EditedWorld& world) { world.model->SetCurrentNode(&world.model->GetProjectRoot()); }},
+     [](EditedFixture& world) { world.model->SetCurrentNode(&world.model->GetProjectRoot()); }},
     {"store",
-     [](EditedWorld& world) { world.model->Options().StoreChangedProperty("Build.Tool"); }},
+     [](EditedFixture& world) { world.model->Options().StoreChangedProperty("Build.Tool"); }},
     {"rename",
-     [](EditedWorld& world) { world.model->Options().StoreChangedProperty("General.Header"); }},
-    {"reset", [](EditedWorld& world) { world.model->Options().ResetNodeOptions(nullptr); }},
+     [](EditedFixture& world) { world.model->Options().StoreChangedProperty("General.Header"); }},
+    {"reset", [](EditedFixture& world) { world.model->Options().ResetNodeOptions(nullptr); }},
     {"configure",
-     [](EditedWorld& world) {
+     [](EditedFixture& world) {
        world.model->Options().AddConfiguration();
        world.model->Options().SelectConfiguration("Debug");
      }},
-    {"publish", [](EditedWorld& world) { world.model->PublishAll(); }},
-    {"tick", [](EditedWorld& world) { world.model->Publishing().PublishTick(); }},
-    {"clear", [](EditedWorld& world) { world.model->Editor().ClearDefaultApplicationItems(); }},
+    {"publish", [](EditedFixture& world) { world.model->PublishAll(); }},
+    {"tick", [](EditedFixture& world) { world.model->Publishing().PublishTick(); }},
+    {"clear", [](EditedFixture& world) { world.model->Editor().ClearDefaultApplicationItems(); }},
     {"report",
-     [](EditedWorld& world) {
+     [](EditedFixture& world) {
        world.builder->Information().SetBuildInfo(
            "", "<I><F Header=\"\" Infos=\"i\" Date=\"1\" ><D Header=\"a.c\" /></F></I>");
      }},
 };
 
 const Act kOuterActs[] = {
-    {"open", [](EditedWorld& world) { world.OpenDemo(); }},
-    {"open a default", [](EditedWorld& world) { world.model->OpenProject("/p/demo.tprj", 1); }},
-    {"save", [](EditedWorld& world) { world.model->SaveProject(); }},
-    {"close", [](EditedWorld& world) { world.model->CloseProject(); }},
+    {"open", [](EditedFixture& world) { world.OpenDemo(); }},
+    {"open a default", [](EditedFixture& world) { world.model->OpenProject("/p/demo.tprj", 1); }},
+    {"save", [](EditedFixture& world) { world.model->SaveProject(); }},
+    {"close", [](EditedFixture& world) { world.model->CloseProject(); }},
     {"publish",
-     [](EditedWorld& world) {
+     [](EditedFixture& world) {
        while (world.model->Publishing().PublishTick()) {
        }
      }},
-    {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("one.c")); }},
-    {"configure", [](EditedWorld& world) { world.model->Options().SelectConfiguration("Debug"); }},
+    {"select", [](EditedFixture& world) { world.model->SetCurrentNode(world.Node("one.c")); }},
+    {"configure",
+     [](EditedFixture& world) { world.model->Options().SelectConfiguration("Debug"); }},
     {"reset",
-     [](EditedWorld& world) { world.model->Options().ResetNodeOptions(world.Node("two")); }},
-    {"add", [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/new.c", nullptr); }},
+     [](EditedFixture& world) { world.model->Options().ResetNodeOptions(world.Node("two")); }},
+    {"add",
+     [](EditedFixture& world) { world.model->Items().AddExistingItem("/p/new.c", nullptr); }},
     {"add an application",
-     [](EditedWorld& world) { world.model->Items().AddExistingItem("/p/n.tapp", "Application"); }},
-    {"new group", [](EditedWorld& world) { world.model->Items().AddNewItem(nullptr, "Group"); }},
-    {"remove", [](EditedWorld& world) { world.model->Editor().RemoveItem("two.c"); }},
+     [](EditedFixture& world) {
+       world.model->Items().AddExistingItem("/p/n.tapp", "Application");
+     }},
+    {"new group", [](EditedFixture& world) { world.model->Items().AddNewItem(nullptr, "Group"); }},
+    {"remove", [](EditedFixture& world) { world.model->Editor().RemoveItem("two.c"); }},
     {"paste",
-     [](EditedWorld& world) {
+     [](EditedFixture& world) {
        world.model->Editor().CopyNode(world.Node("one.c"));
        world.model->Editor().PasteNode(world.Node("two"));
      }},
     {"move",
-     [](EditedWorld& world) {
+     [](EditedFixture& world) {
        world.model->Editor().MoveNode(world.Node("one.c"), world.Node("two"));
      }},
 };
@@ -126,7 +131,7 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
           if (when == 2 && (message != kMsgApplicationKnown && message != kMsgLogLine)) continue;
           SCOPED_TRACE(std::string(outer.name) + ", " + std::to_string(message) + ", " +
                        inner.name + ", " + std::to_string(when));
-          EditedWorld world;
+          EditedFixture world;
           world.AddNext();
           ASSERT_EQ(world.OpenDemo(), 1);
           world.Edit();
@@ -210,7 +215,7 @@ const OrderRow kOrderRows[] = {
 
 TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
   for (const OrderRow& row : kOrderRows) {
-    EditedWorld world;
+    EditedFixture world;
     world.AddNext();
     if (row.message == kMsgLogLine) world.disk.SetReadOnly("/p/two.tapp");
     std::int32_t inner = 0;
@@ -234,7 +239,7 @@ TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
 TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
   for (const std::uint32_t message :
        {std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgLogLine}}) {
-    EditedWorld world;
+    EditedFixture world;
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Edit();
     world.disk.SetReadOnly("/p/two.tapp");

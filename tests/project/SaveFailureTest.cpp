@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "project/EditedWorld.h"
+#include "project/EditedFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -42,7 +42,7 @@ struct SaveRow {
 };
 
 // Removes everything that prevented the files from being written.
-void Repair(EditedWorld& world) {
+void Repair(EditedFixture& world) {
   world.disk.ClearFailures();
   world.disk.AddFolder("/p");
   if (world.disk.IsFolder("/p/two.tapp")) world.disk.Erase("/p/two.tapp");
@@ -53,7 +53,7 @@ void Repair(EditedWorld& world) {
 const std::string kTwo = "/p/two.tapp";
 
 const SaveRow kSaveRows[] = {
-    {"nothing is wrong", [](EditedWorld&) {}, {}, {}},
+    {"nothing is wrong", [](EditedFixture&) {}, {}, {}},
     {"a read-only application file",
      SetReadOnly("/p/one.tapp"),
      {"row 17 /p/one.tapp", "row 9 /p/one.tapp: failed in memory with code 3",
@@ -138,7 +138,7 @@ TEST(SaveFailure, NothingIsLostAndTheUserHearsOfIt) {
   for (const SaveRow& row : kSaveRows) {
     for (const bool isSave : {false, true}) {
       const std::string name = std::string(row.name) + (isSave ? ", save" : ", close");
-      EditedWorld world;
+      EditedFixture world;
       ASSERT_EQ(world.OpenDemo(), 1) << name;
       world.Edit();
       row.damage(world);
@@ -162,14 +162,14 @@ TEST(SaveFailure, WhatWasNotSavedIsInMemoryAndTriedAgain) {
   for (const SaveRow& row : kSaveRows) {
     if (!row.Fails()) continue;
     SCOPED_TRACE(row.name);
-    EditedWorld world;
+    EditedFixture world;
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Edit();
     row.damage(world);
     for (int round = 0; round < 2; ++round) {
       EXPECT_EQ(world.model->SaveProject(), 0);
       EXPECT_TRUE(world.model->IsModified());
-      EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
+      EXPECT_EQ(ProjectFixture::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
       EXPECT_FALSE(world.model->Saver().GetSavedFiles().empty());
     }
     Repair(world);
@@ -184,11 +184,11 @@ TEST(SaveFailure, WhatWasNotSavedIsInMemoryAndTriedAgain) {
 // The project is read again at the end of a save.
 TEST(SaveFailure, AnUnchangedProjectThatCanNoLongerBeReadStaysOpen) {
   for (const std::string file : {"/p/demo.tprj", "/p/two.tapp"}) {
-    EditedWorld world;
+    EditedFixture world;
     ASSERT_EQ(world.OpenDemo(), 1);
     MakeFolderOf(file)(world);
     EXPECT_EQ(world.model->SaveProject(), 0) << file;
-    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
+    EXPECT_EQ(ProjectFixture::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
     ASSERT_EQ(world.model->Saver().GetSavedFiles().size(), 1U);
     EXPECT_EQ(world.model->Saver().GetSavedFiles()[0].path, file);
     EXPECT_EQ(world.model->Saver().GetSavedFiles()[0].problem, "failed in memory with code 4");
@@ -202,7 +202,7 @@ TEST(SaveFailure, AnUnchangedProjectThatCanNoLongerBeReadStaysOpen) {
 // No location is writable, so the tree is the only place with the user's work.
 TEST(SaveFailure, ASaveOrCloseThatFindsNoPlaceAtAllKeepsTheTree) {
   for (const bool isSave : {false, true}) {
-    EditedWorld world;
+    EditedFixture world;
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Edit();
     for (const char* file : {"one.tapp", "demo.tprj"}) {
@@ -219,7 +219,7 @@ TEST(SaveFailure, ASaveOrCloseThatFindsNoPlaceAtAllKeepsTheTree) {
                      "row 9 /p/demo.tprj: failed in memory with code 6"}));
     EXPECT_EQ(Lines(reopened.end() - 6, reopened.end()), kReopened);
     EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old"}));
-    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
+    EXPECT_EQ(ProjectFixture::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
     EXPECT_TRUE(world.model->IsModified());
 
     // There is space again: everything is saved, and the log does not mention the earlier failure.
@@ -236,13 +236,13 @@ TEST(SaveFailure, ASaveOrCloseThatFindsNoPlaceAtAllKeepsTheTree) {
 TEST(SaveFailure, ACopyThatALaterSaveSupersedesIsRemoved) {
   const struct {
     const char* name;
-    std::function<void(EditedWorld&)> between;
+    std::function<void(EditedFixture&)> between;
     Lines left;
   } rows[] = {
-      {"saved", [](EditedWorld&) {}, {}},
+      {"saved", [](EditedFixture&) {}, {}},
       {"copy changed", Write("/p/two.tapp.unsaved", "mine"), {"/p/two.tapp.unsaved = mine"}},
       {"read again",
-       [](EditedWorld& world) {
+       [](EditedFixture& world) {
          world.model->State().DropChanges();
          world.model->CloseProject();
          ASSERT_EQ(world.OpenDemo(), 1);
@@ -252,7 +252,7 @@ TEST(SaveFailure, ACopyThatALaterSaveSupersedesIsRemoved) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    EditedWorld world;
+    EditedFixture world;
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Edit();
     world.disk.FailOn("write", "/p/two.tapp", ErrorCode::NoSpace);
@@ -266,7 +266,7 @@ TEST(SaveFailure, ACopyThatALaterSaveSupersedesIsRemoved) {
 }
 
 TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
-  EditedWorld world;
+  EditedFixture world;
   ASSERT_EQ(world.OpenDemo(), 1);
   world.Edit();
   world.host.answers[kMsgProjectClosing] = 0;
@@ -282,7 +282,7 @@ TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
 
 // Two elements may name the same file, which can only have the content of one of them.
 TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
-  EditedWorld world;
+  EditedFixture world;
   world.AddFile("/p/demo.tprj",
                 "\n<Project Header=\"demo\" ><Application Header=\"one\" Extern=\".\\one.tapp\" "
                 "/><Application Header=\"one\" Extern=\".\\one.tapp\" /></Project>");
@@ -298,7 +298,7 @@ TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
 TEST(SaveFailure, AnApplicationIsSavedWhereItWasReadWhateverItsFileSays) {
   for (const std::string path : {"demo.tprj", "DEMO.TPRJ", "two.tapp", "notes", "new.tapp"}) {
     SCOPED_TRACE(path);
-    EditedWorld world;
+    EditedFixture world;
     const std::string project =
         "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" Project=\"Yes\" ><Application "
         "Header=\"one\" Extern=\".\\one.tapp\" Path=\".\\one.tapp\" /></Project>";

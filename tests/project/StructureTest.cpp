@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "project/EditedWorld.h"
+#include "project/EditedFixture.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -123,7 +123,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    EditedWorld world;
+    EditedFixture world;
     world.AddFile(row.file, row.text);
     ASSERT_EQ(world.OpenDemo(), 1);
     EXPECT_EQ(ToText(world.model->Protection().GetDamage(), row.file), row.damage);
@@ -142,7 +142,7 @@ TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    EditedWorld world;
+    EditedFixture world;
     world.AddFile(row.file, row.text);
     world.model->Protection().SetDamageProtection(true);
     EXPECT_EQ(world.OpenDemo(), 0);
@@ -157,7 +157,7 @@ TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
 }
 
 TEST(Structure, AnApplicationThatIsAddedMayBeOfAnotherType) {
-  EditedWorld world;
+  EditedFixture world;
   ASSERT_EQ(world.OpenDemo(), 1);
   world.AddFile("/p/auto.tapp", "<AutoApp Header='auto' ></AutoApp>");
   world.AddFile("/p/group.tapp", "<Group Header='group' ></Group>");
@@ -172,7 +172,7 @@ TEST(Structure, AnApplicationThatIsAddedMayBeOfAnotherType) {
 }
 
 TEST(Structure, ANodeWithContentBecomesNoLeaf) {
-  EditedWorld world;
+  EditedFixture world;
   world.AddFile(kOne, Application("<Group Header='g' ><C Header='c' /></Group>"));
   ASSERT_EQ(world.OpenDemo(), 1);
   for (const auto& [header, name] : {std::pair{"g", "Group"}, std::pair{"c", "Header"}}) {
@@ -186,7 +186,7 @@ TEST(Structure, ANodeWithContentBecomesNoLeaf) {
 }
 
 TEST(Structure, ConflictMarksAreNamedInAValueAndNotInAComment) {
-  EditedWorld world;
+  EditedFixture world;
   world.AddFile(kOne, Application("<C Header='a\n<<<<<<< ours\nb\n=======\nc\n>>>>>>> theirs\n' />"
                                   "<!-- title\n=======\n-->\n<!-- x\n--><!--\n||||||| \n-->"
                                   "<C Header='\n========\n=======x\n|||||||' />"));

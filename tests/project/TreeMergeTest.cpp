@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "project/FileDamage.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "project/StableForm.h"
 #include "project/TreeMerge.h"
 #include "project/TreeText.h"
@@ -23,7 +23,7 @@ class Short {
     std::string text;
     for (const CXmlNode* child : node.GetChildren()) {
       if (!text.empty()) text += ' ';
-      text += child->GetName() + "=" + TextOf(child->GetAttrValue("Header"));
+      text += child->GetName() + "=" + OrEmpty(child->GetAttrValue("Header"));
       for (const CXmlAttr& each : child->Attributes()) {
         if (each.NameView() != "Header")
           text += ":" + each.GetName().substr(0, 1) + each.GetValue();
@@ -232,7 +232,7 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
       {"<Project Header='a' Header='b' sate='1' />", "<Project Header='c' Header='b' sate='2' />",
        "\r\n<Project Header=\"c\" Header=\"b\" sate=\"1\" />"},
   };
-  ProjectWorld world;
+  ProjectFixture world;
   for (const auto& row : rows) {
     CXmlNode base;
     CXmlNode tree;

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "project/AnsweringWizard.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/RecordingToolkit.h"
 #include "xml/XmlNode.h"
@@ -31,9 +31,9 @@ class TreeOperations : public ::testing::Test {
     world.host.TakeLines();
   }
   void Select(const char* header) { world.model->SetCurrentNode(world.Node(header)); }
-  std::string Shape() { return ProjectWorld::Labels(world.model->GetProjectRoot()); }
+  std::string Shape() { return ProjectFixture::Labels(world.model->GetProjectRoot()); }
 
-  ProjectWorld world;
+  ProjectFixture world;
   AnsweringUser user{world.host.Handle()};
   AnsweringWizard wizard;
 };
@@ -95,7 +95,7 @@ TEST_F(TreeOperations, AnApplicationIsAddedToTheProjectOnceWhateverIsSelected) {
   Open();
   Select("main.c");
   EXPECT_EQ(world.model->Items().AddExistingItem("/p/boot", "Application"), 1);
-  EXPECT_EQ(ProjectWorld::Show(*world.Application(1), {"Header", "Path", "Extern"}),
+  EXPECT_EQ(ProjectFixture::Show(*world.Application(1), {"Header", "Path", "Extern"}),
             "Application(Header=boot Path=/p/boot.tapp Extern=/p/boot.tapp)[C(Header=b.c "
             "Path=.\\b.c)]");
   EXPECT_STREQ(world.model->GetProjectRoot().GetAttrValue("ActiveApp"), "boot");
@@ -124,7 +124,7 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
     world.model->SetCurrentNode(&world.model->GetProjectRoot());
     EXPECT_EQ(world.model->Items().AddExistingItem(path, "Kit"), 1) << path;
   }
-  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Extern"}),
+  EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"Extern"}),
             "Project[Application(Extern=/p/demo.tapp)[Group[C C] Group] Kit(Extern=/p/a.TAPP) "
             "Kit(Extern=/p/b.kapp) Kit(Extern=/p/c.kapp)]");
   EXPECT_EQ(world.model->Items().AddExistingItem("/p/sub/d.x", "Kit"), 0);
@@ -136,7 +136,7 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
     return true;
   };
   EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Kit"), 1);
-  EXPECT_EQ(ProjectWorld::Show(*world.Application(), {"Extern"}), "Kit(Extern=/new/boot.tapp)");
+  EXPECT_EQ(ProjectFixture::Show(*world.Application(), {"Extern"}), "Kit(Extern=/new/boot.tapp)");
   EXPECT_THAT(wizard.lines,
               ElementsAre("/p/sub/ d.x 'Kit' this project", "/p/ Application0 'Kit' this project"));
 }
@@ -179,7 +179,7 @@ TEST_F(TreeOperations, ASourceListReplacesTheContentOfADebuggedApplication) {
   EXPECT_EQ(world.model->Items().AddExistingItem("", "DebugSrcFiles"), 0);
   EXPECT_EQ(world.model->Items().AddExistingItem("a.c\r\nb \"x\".c\nc\\\n", "debugsrcfiles"), 1);
   EXPECT_EQ(
-      ProjectWorld::Show(*world.Application(), {"Path", "Header", "Marker", "sate"}),
+      ProjectFixture::Show(*world.Application(), {"Path", "Header", "Marker", "sate"}),
       "DebugApp(Path=/p/demo.tapp Header=demo)[NodeText(Path=c\\ Header=c\\ Marker=-1 sate=2) "
       "NodeText(Path=b \"x\".c Header=b \"x\".c Marker=-1 sate=2) "
       "NodeText(Path=a.c Header=a.c Marker=-1 sate=2)]");
@@ -260,7 +260,7 @@ TEST_F(TreeOperations, ACopyIsANodeOfItsNewPlace) {
   }
   ASSERT_EQ(world.model->Editor().CopyNode(world.Node("main.c")), 1);
   ASSERT_EQ(world.model->Editor().PasteNode(led), 1) << "in front of a leaf";
-  EXPECT_EQ(ProjectWorld::Labels(*world.Application(0)), "Sources[main.c main.c led.c] Other");
+  EXPECT_EQ(ProjectFixture::Labels(*world.Application(0)), "Sources[main.c main.c led.c] Other");
 }
 
 TEST_F(TreeOperations, AMoveLosesNothing) {
@@ -361,7 +361,7 @@ TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
   EXPECT_EQ(world.FileText("/new/boot.tapp.orig"), "precious");
   EXPECT_EQ(world.FileText("/new/boot.tprj"),
             "\n<Project Header=\"Tarn Project 'boot'\" Path=\"/new/boot.tprj\" Project=\"Yes\" />");
-  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"ActiveApp", "sate", "Header"}),
+  EXPECT_EQ(ProjectFixture::Show(world.model->GetProjectRoot(), {"ActiveApp", "sate", "Header"}),
             "Project(ActiveApp=boot sate=32 Header=Tarn Project 'boot')[Application(Header=boot)]");
   EXPECT_TRUE(world.model->IsModified());
   EXPECT_FALSE(world.model->IsDefaultProject());

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "reports/ReportWorld.h"
+#include "reports/ReportFixture.h"
 #include "support/RecordingHost.h"
 #include "support/RecordingToolkit.h"
 

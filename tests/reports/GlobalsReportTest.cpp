@@ -3,7 +3,7 @@
 #include "project/ProjectViews.h"
 #include "reports/GlobalsReportWnd.h"
 #include "reports/ReportDefinition.h"
-#include "reports/ReportWorld.h"
+#include "reports/ReportFixture.h"
 #include "reports/SymbolFile.h"
 #include "support/RecordingHost.h"
 #include "support/RecordingToolkit.h"

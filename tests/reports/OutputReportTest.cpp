@@ -7,7 +7,7 @@
 #include "output/BuildOutput.h"
 #include "reports/OutputReportWnd.h"
 #include "reports/ReportDefinition.h"
-#include "reports/ReportWorld.h"
+#include "reports/ReportFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/RecordingHost.h"
 #include "support/RecordingToolkit.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/text/Text.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::shipped {
@@ -47,7 +47,7 @@ inline std::vector<CXmlNode*> Elements(const CXmlNode& parent) {
 
 // Returns the attribute's value; empty if it is missing.
 inline std::string Attribute(const CXmlNode& node, const char* name) {
-  return TextOf(node.GetAttrValue(name));
+  return OrEmpty(node.GetAttrValue(name));
 }
 
 }  // namespace tarn::shipped

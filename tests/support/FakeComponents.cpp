@@ -39,11 +39,11 @@ std::string Decode(std::string_view text) {
 }
 
 std::string Attribute(const CXmlNode& node, const char* name) {
-  return Decode(TextOf(node.GetAttrValue(name)));
+  return Decode(OrEmpty(node.GetAttrValue(name)));
 }
 
 std::string KeyOf(const char* set, const char* section, const char* property) {
-  return TextOf(set) + "." + TextOf(section) + "." + TextOf(property);
+  return OrEmpty(set) + "." + OrEmpty(section) + "." + OrEmpty(property);
 }
 
 std::string Show(const Variant& argument) {
@@ -145,16 +145,16 @@ std::string FakePropertyManager::GetPropertyValue(const char* set, const char* s
 
 std::int32_t FakePropertyManager::SetPropertyValue(const char* set, const char* section,
                                                    const char* property, const char* value) {
-  Store(KeyOf(set, section, property), TextOf(value));
+  Store(KeyOf(set, section, property), OrEmpty(value));
   return 1;
 }
 
 std::string FakePropertyManager::GetConfigText(const char* config, const char* set,
                                                const char* section, const char* property) {
-  const std::string start = "<Opt Header=\"" + Encode(TextOf(config)) + "\"";
+  const std::string start = "<Opt Header=\"" + Encode(OrEmpty(config)) + "\"";
   if (KeyOf(set, section, property) == "..") return start + " />";
-  return start + "><Set Header=\"" + Encode(TextOf(set)) + "\"><Sec Header=\"" +
-         Encode(TextOf(section)) + "\"><Prop Header=\"" + Encode(TextOf(property)) +
+  return start + "><Set Header=\"" + Encode(OrEmpty(set)) + "\"><Sec Header=\"" +
+         Encode(OrEmpty(section)) + "\"><Prop Header=\"" + Encode(OrEmpty(property)) +
          "\" Removable=\"Yes\" Value=\"" + Encode(GetPropertyValue(set, section, property)) +
          "\" /></Sec></Set></Opt>";
 }
@@ -179,7 +179,7 @@ std::int32_t FakePropertyManager::ApplyOptions(const char* config, const char* x
   CXmlParseInfo info;
   root.Load(xml, info);
   for (const CXmlNode* opt : root.GetChildren()) {
-    const bool isMeant = EqualNoCase(Attribute(*opt, "Header"), TextOf(config));
+    const bool isMeant = EqualNoCase(Attribute(*opt, "Header"), OrEmpty(config));
     const bool isStandard = EqualNoCase(Attribute(*opt, "Header"), "Standard");
     for (const CXmlNode* set : opt->GetChildren()) {
       for (const CXmlNode* section : set->GetChildren()) {
@@ -225,12 +225,12 @@ const DispatchTable<FakeToolManager>& FakeToolManager::Table() {
 std::int32_t FakeToolManager::RunTool(const char* tool, const char* files, const char* options,
                                       const char* messageFile) {
   if (!onRun) return 1;
-  return onRun({TextOf(tool), TextOf(files), TextOf(options),
+  return onRun({OrEmpty(tool), OrEmpty(files), OrEmpty(options),
                 messageFile == nullptr ? NullableText() : NullableText(messageFile)});
 }
 
 std::string FakeToolManager::GetToolsForExtension(const char* extension) {
-  const auto found = tools.find(TextOf(extension));
+  const auto found = tools.find(OrEmpty(extension));
   return found == tools.end() ? tools[""] : found->second;
 }
 

@@ -90,9 +90,9 @@ class FakePropertyManager : public RecordingObject<FakePropertyManager> {
   std::string GetValuesAsText(const char* set, const char* section, const char* property);
   void BeginChildLevel() { levels_.emplace_back(); }
   std::string GetNewConfigName() { return newConfigName; }
-  void SetCurrentConfig(const char* config) { currentConfig = TextOf(config); }
+  void SetCurrentConfig(const char* config) { currentConfig = OrEmpty(config); }
   std::string GetPropState() { return propState; }
-  void SetPropState(const char* state) { propState = TextOf(state); }
+  void SetPropState(const char* state) { propState = OrEmpty(state); }
   std::int32_t ApplyOptions(const char* config, const char* xml);
   void ProjectClosing();
 

@@ -36,7 +36,7 @@ class TreeMirror : public RecordingToolkit {
   }
 
   // Formats the copy like TreeText().
-  std::string Text() const { return TextOf(top_); }
+  std::string Text() const { return ToString(top_); }
   bool dragWorks = true;
 
  private:
@@ -138,14 +138,14 @@ class TreeMirror : public RecordingToolkit {
     CTreeCtrl& tree_;
   };
 
-  static std::string TextOf(const Copy& copy) {
+  static std::string ToString(const Copy& copy) {
     std::string text;
     for (const Copy& child : copy.children) {
       if (&child != &copy.children.front()) text += ' ';
       if (child.isSelected) text += '*';
       text += child.text;
       if (child.children.empty()) continue;
-      text += child.isExpanded ? "{" + TextOf(child) + "}" : "(" + TextOf(child) + ")";
+      text += child.isExpanded ? "{" + ToString(child) + "}" : "(" + ToString(child) + ")";
     }
     return text;
   }

@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "platform/text/Text.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "support/AnsweringUser.h"
 #include "support/ManualClock.h"
 #include "support/RecordingToolkit.h"
@@ -98,7 +98,7 @@ class ProjectWindow : public ::testing::Test {
 
   RecordingToolkit toolkit;
   ManualClock clock;
-  ProjectWorld world;
+  ProjectFixture world;
   Settings settings{world.disk, {"/machine", "/user", "/userdata"}};
   AnsweringUser user{world.host.Handle()};
   std::unique_ptr<CProjectWnd> window;
@@ -139,7 +139,7 @@ TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
     row.act();
     Pump();
     EXPECT_EQ(TakeLines(), SplitLines(row.host)) << row.name;
-    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), row.shape) << row.name;
+    EXPECT_EQ(ProjectFixture::Labels(world.model->GetProjectRoot()), row.shape) << row.name;
     world.model->CloseProject();
     world.AddDemo(kContent);
   }
@@ -170,7 +170,7 @@ TEST_F(ProjectWindow, RemovalOfTheSelectedNodeByAnyRoadLeavesNoPointer) {
     Pump();
     const CXmlNode* const selected = window->GetSelectedNode();
     if (selected != nullptr) {
-      EXPECT_EQ(world.Node(TextOf(selected->GetAttrValue("Header")).c_str()), selected);
+      EXPECT_EQ(world.Node(OrEmpty(selected->GetAttrValue("Header")).c_str()), selected);
     }
     world.model->GetCurrentNode()->GetName();
     world.model->CloseProject();
@@ -213,7 +213,7 @@ TEST_F(ProjectWindow, NamesAreEditedInPlace) {
   // An empty name is not rejected.
   Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Docs"));
   window->GetNameEditor()->NotifyKey({kKeyEnter, false, false});
-  EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "demo[Sources[main.c led.c] ]");
+  EXPECT_EQ(ProjectFixture::Labels(world.model->GetProjectRoot()), "demo[Sources[main.c led.c] ]");
 }
 
 // Two folders contain a main.c. A change of one must neither select nor remove the other.
@@ -257,8 +257,8 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
     Pump();
     const CXmlNode* const selected = window->GetSelectedNode();
     ASSERT_NE(selected, nullptr) << row.name;
-    EXPECT_EQ(TextOf(selected->GetAttrValue("Header")) + " in " +
-                  TextOf(selected->GetParent()->GetAttrValue("Header")),
+    EXPECT_EQ(OrEmpty(selected->GetAttrValue("Header")) + " in " +
+                  OrEmpty(selected->GetParent()->GetAttrValue("Header")),
               row.selected)
         << row.name;
     for (const std::string& line : TakeLines()) {
@@ -320,7 +320,7 @@ TEST_F(ProjectWindow, FilesAreAddedInTheOrderOfTheDrop) {
   Select("Other");
   for (const char* file : {"/p/b.c", "/p/a.c"}) world.AddFile(file, "x");
   window->NotifyDroppedFiles({"/p/b.c", "/p/a.c"});
-  EXPECT_EQ(ProjectWorld::Labels(*world.Node("Other")), "b.c a.c");
+  EXPECT_EQ(ProjectFixture::Labels(*world.Node("Other")), "b.c a.c");
 }
 
 TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {

@@ -51,7 +51,7 @@ class TreeOwner : public CWnd {
  protected:
   std::intptr_t OnMessage(std::uint32_t message, std::intptr_t wParam,
                           std::intptr_t lParam) override {
-    std::string line = TextOf(message, wParam, lParam);
+    std::string line = ToString(message, wParam, lParam);
     if (message != kXmlTreeDrop) line += " " + LabelOf(tree->GetCurrentNode());
     messages.push_back(line);
     if (then) then();
@@ -63,7 +63,7 @@ class TreeOwner : public CWnd {
   }
 
  private:
-  static std::string TextOf(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
+  static std::string ToString(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
     switch (message) {
       case kXmlTreeSelect:
         return "select";

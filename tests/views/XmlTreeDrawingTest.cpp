@@ -24,15 +24,15 @@ std::string ColorText(Color color) {
 struct StepText {
   const CImageList* markers;
 
-  std::string operator()(const FillStep& step) const {
+  std::string operator()(const PaintFill& step) const {
     return "fill " + PlaceText(step.rect) + " " + ColorText(step.color);
   }
-  std::string operator()(const ImageStep& step) const {
+  std::string operator()(const PaintImage& step) const {
     return std::string(step.images == markers ? "marker " : "other image ") +
            std::to_string(step.index) + " at " + std::to_string(step.place.x) + "," +
            std::to_string(step.place.y);
   }
-  std::string operator()(const TextStep& step) const {
+  std::string operator()(const PaintText& step) const {
     return "text " + PlaceText(step.rect) + " " + ColorText(step.color) +
            (step.font.isBold ? " bold" : "") + (step.font.isItalic ? " italic" : "") + " '" +
            step.text + "'";
@@ -80,7 +80,7 @@ TEST(XmlTreeDrawingTest, AnItemIsMarkerLabelAndInformation) {
     tree.SetXmlRoot(root.get());
     const CTreeItem& item = *tree.GetRootItem()->GetFirstChildItem();
     Lines steps;
-    for (const DrawingStep& step : tree.DrawItem(item)) {
+    for (const PaintCommand& step : tree.DrawItem(item)) {
       steps.push_back(std::visit(StepText{tree.GetMarkerImages()}, step));
     }
     EXPECT_EQ(steps, SplitLines(row.steps)) << row.what;

@@ -9,7 +9,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-std::string TextOf(TextRange range) {
+std::string ToString(TextRange range) {
   return std::to_string(range.start) + "-" + std::to_string(range.end);
 }
 
@@ -20,13 +20,13 @@ class RichTextToolkit : public test::RecordingToolkit {
     struct Peer : RichTextPeer {
       Peer(RichTextToolkit& owner, CRichTextCtrl& drawn) : toolkit(owner), control(drawn) {}
       void OnTextAppended(TextRange range) override {
-        toolkit.lines.push_back("appended " + TextOf(range));
+        toolkit.lines.push_back("appended " + ToString(range));
       }
       void OnTextReplaced() override {
         toolkit.lines.push_back("replaced " + std::to_string(control.GetText().size()));
       }
       void OnSelectionChanged() override {
-        toolkit.lines.push_back("selected " + TextOf(control.GetSelection()));
+        toolkit.lines.push_back("selected " + ToString(control.GetSelection()));
       }
       bool HitTest(Point, std::optional<std::size_t>& position) override {
         position = toolkit.hit;

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/settings/Settings.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 #include "wizard/ProjectWizard.h"
 #include "xml/XmlNode.h"
 
@@ -60,7 +60,7 @@ class WizardScene {
            settings.ReadProfile("Project", "LastProcessor", "none");
   }
 
-  ProjectWorld world;
+  ProjectFixture world;
   Settings settings{world.disk, {"/machine", "/user", "/data"}};
 };
 

@@ -68,7 +68,7 @@ inline std::string TextAttribute(Dwarf_Die entry, unsigned name) {
   for (int i = 0; i < kMaxSteps; ++i) {
     Dwarf_Attribute attribute;
     if (dwarf_attr(&entry, name, &attribute) != nullptr) {
-      return TextOf(dwarf_formstring(&attribute));
+      return OrEmpty(dwarf_formstring(&attribute));
     }
     auto described = EntryOf(entry, DW_AT_specification);
     if (!described) described = EntryOf(entry, DW_AT_abstract_origin);

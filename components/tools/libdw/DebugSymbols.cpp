@@ -41,7 +41,7 @@ void AddNamesAtZero(Elf* elf, Elf_Scn* section, const GElf_Shdr& header, NameSet
   GElf_Sym symbol;
   for (int i = 0; data != nullptr && gelf_getsym(data, i, &symbol) != nullptr; ++i) {
     if (symbol.st_value != 0 || symbol.st_shndx == SHN_UNDEF) continue;
-    names.insert(TextOf(elf_strptr(elf, header.sh_link, symbol.st_name)));
+    names.insert(OrEmpty(elf_strptr(elf, header.sh_link, symbol.st_name)));
   }
 }
 
@@ -83,7 +83,7 @@ bool HasPlainDebugSections(Elf* elf) {
     GElf_Shdr header;
     if (gelf_getshdr(section, &header) == nullptr) return false;
     const bool isPlain = header.sh_type == SHT_PROGBITS || header.sh_type == SHT_MIPS_DWARF;
-    const std::string name = TextOf(elf_strptr(elf, names, header.sh_name));
+    const std::string name = OrEmpty(elf_strptr(elf, names, header.sh_name));
     if (!isPlain && (name.starts_with(".debug_") || name.starts_with(".zdebug_"))) return false;
   }
   return true;
@@ -103,7 +103,7 @@ int CountDeclarations(Dwarf_Die& unit, std::string_view text) {
     const std::string name = NameOf(entry);
     int line = 0;
     const bool isPlaced = !name.empty() && dwarf_decl_line(&entry, &line) == 0 && line > 0 &&
-                          FileNameOf(TextOf(dwarf_decl_file(&entry))) == FileNameOf(source);
+                          FileNameOf(OrEmpty(dwarf_decl_file(&entry))) == FileNameOf(source);
     if (!isPlaced || ++looked > kMostLooked) return;
     const auto index = static_cast<std::size_t>(line) - 1;
     if (index < lines.size() && lines[index].find(name) != std::string_view::npos) ++count;
@@ -251,7 +251,7 @@ class SymbolCollector {
   const std::string& FileOf(Dwarf_Die& entry) {
     const char* name = dwarf_decl_file(&entry);
     const auto [place, isFirst] = paths_.try_emplace(name);
-    if (isFirst) place->second = AbsolutePath(&FileSystem::Native(), folder_, TextOf(name));
+    if (isFirst) place->second = AbsolutePath(&FileSystem::Native(), folder_, OrEmpty(name));
     return place->second;
   }
 

@@ -41,12 +41,12 @@ std::string DescribeSimilar(const std::string& path, const std::vector<std::stri
 }  // namespace
 
 std::string LabelOf(const CXmlNode& node) {
-  const std::string label = AttributeOf(&node, "Header");
-  return label.empty() ? FileNameOf(AttributeOf(&node, "Path")) : label;
+  const std::string label = GetAttribute(&node, "Header");
+  return label.empty() ? FileNameOf(GetAttribute(&node, "Path")) : label;
 }
 
 std::string ConfigurationOf(const CheckedNode& node) {
-  const std::string name = AttributeOf(node.application, "Config");
+  const std::string name = GetAttribute(node.application, "Config");
   return name.empty() ? kStandardConfiguration : name;
 }
 
@@ -64,11 +64,11 @@ void CheckScope::ReadTools() {
   const auto list = ParseXml(session.Tools().ListTools());
   if (list == nullptr) return;
   for (const CXmlNode* element : list->GetChildren()) {
-    KnownTool& tool = tools[FoldCase(AttributeOf(element, "Header"))];
+    KnownTool& tool = tools[FoldCase(GetAttribute(element, "Header"))];
     for (const CXmlNode* each : element->GetChildren()) {
-      const std::string name = AttributeOf(each, "Header");
+      const std::string name = GetAttribute(each, "Header");
       if (each->NameView() == "Makes") madeByTools.insert(OptionOfMacro(name));
-      const bool isNeeded = !EqualNoCase(AttributeOf(each, "Optional"), "Yes");
+      const bool isNeeded = !EqualNoCase(GetAttribute(each, "Optional"), "Yes");
       if (each->NameView() == "Program" && isNeeded) tool.programs.push_back(name);
     }
   }
@@ -83,8 +83,8 @@ void CheckScope::ReadTypes() {
     if (each->GetType() != XmlElement) continue;
     const std::string name = FoldCase(each->NameView());
     types.insert(name);
-    const bool isFile = EqualNoCase(AttributeOf(each, "Path"), "Yes") &&
-                        EqualNoCase(AttributeOf(each, "IsLeaf"), "Yes");
+    const bool isFile = EqualNoCase(GetAttribute(each, "Path"), "Yes") &&
+                        EqualNoCase(GetAttribute(each, "IsLeaf"), "Yes");
     if (isFile) fileTypes.insert(name);
   }
 }
@@ -138,7 +138,7 @@ std::vector<CheckedNode> CheckScope::ChildrenOf(const CheckedNode& parent) {
 void CheckScope::Locate(CheckedNode& node, const CheckedNode& parent, std::size_t& after) {
   if (parent.elements == nullptr) return;
   const std::size_t found = parent.elements->FindChild(parent.element, node.node->NameView(),
-                                                       AttributeOf(node.node, "Header"), after);
+                                                       GetAttribute(node.node, "Header"), after);
   if (found == 0) return;
   node.element = found;
   node.line = (*parent.elements)[found].line;
@@ -147,8 +147,8 @@ void CheckScope::Locate(CheckedNode& node, const CheckedNode& parent, std::size_
 
 // The contents of an application are in a separate file.
 void CheckScope::EnterFile(CheckedNode& application) {
-  if (AttributeOf(application.node, "Extern").empty()) return;
-  application.file = AbsolutePath(application, AttributeOf(application.node, "Extern"));
+  if (GetAttribute(application.node, "Extern").empty()) return;
+  application.file = AbsolutePath(application, GetAttribute(application.node, "Extern"));
   application.elements = ElementsOf(application.file);
   application.element = 0;
   if (application.elements == nullptr) return;
@@ -159,8 +159,8 @@ void CheckScope::EnterFile(CheckedNode& application) {
 void CheckScope::AddNode(const CheckedNode& node) {
   const std::size_t number = nodes.size();
   nodes.push_back(node);
-  const std::string output = AttributeOf(node.node, "OutputFile");
-  if (!output.empty() && !AttributeOf(node.node, "TranslateTool").empty()) {
+  const std::string output = GetAttribute(node.node, "OutputFile");
+  if (!output.empty() && !GetAttribute(node.node, "TranslateTool").empty()) {
     outputs.try_emplace(AbsolutePath(node, output), number);
   }
 }
@@ -186,7 +186,7 @@ Finding& CheckScope::Add(FindingKind kind, const CheckedNode& node) {
   finding.line = node.line;
   if (node.application != nullptr) {
     finding.application = LabelOf(*node.application);
-    finding.applicationPath = AttributeOf(node.application, "Path");
+    finding.applicationPath = GetAttribute(node.application, "Path");
   }
   finding.node = LabelOf(*node.node);
   finding.place = node.place;
@@ -207,7 +207,7 @@ std::string CheckScope::AbsoluteIn(const CXmlNode* application, const std::strin
   if (!IsRelativePath(native)) return files.Canonical(native);
   std::string folder = FolderOf(session.GetProjectPath());
   if (application != nullptr) {
-    const std::string own = ToNativeSeparators(AttributeOf(application, "Path"));
+    const std::string own = ToNativeSeparators(GetAttribute(application, "Path"));
     folder = FolderOf(IsRelativePath(own) ? JoinPath(folder, own) : own);
   }
   return files.Canonical(JoinPath(folder, native));
@@ -270,11 +270,11 @@ bool CheckScope::IsFoundElsewhere(const CheckedNode& node, const std::string& pa
 }
 
 const OptionValues& CheckScope::ValuesOf(const CheckedNode& node) {
-  std::string output = AttributeOf(node.node, "OutputFile");
-  if (output.empty() || AttributeOf(node.node, "TranslateTool").empty()) {
-    output = AttributeOf(node.application, "OutputFile");
+  std::string output = GetAttribute(node.node, "OutputFile");
+  if (output.empty() || GetAttribute(node.node, "TranslateTool").empty()) {
+    output = GetAttribute(node.application, "OutputFile");
   }
-  const std::string application = AttributeOf(node.application, "Path");
+  const std::string application = GetAttribute(node.application, "Path");
   auto [known, isNew] = valuesByOutput_.try_emplace(application + "\n" + output);
   if (isNew) {
     const auto input = ParseXml(session.Inspector().GetToolInput(application, output));

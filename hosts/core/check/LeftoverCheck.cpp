@@ -43,7 +43,7 @@ void ProjectCheck::CheckLeftovers() {
   CollectFiles(files_, FolderOf(project), kSearchDepth, applications, projects);
   std::set<std::string> own;
   for (const CheckedNode& node : scope_->nodes) {
-    if (node.node == node.application) own.insert(AttributeOf(node.node, "Path"));
+    if (node.node == node.application) own.insert(GetAttribute(node.node, "Path"));
   }
   // The files of other projects.
   std::string others;
@@ -56,14 +56,14 @@ void ProjectCheck::CheckLeftovers() {
     if (own.contains(path) || others.find(name) != others.npos) continue;
     for (const CheckedNode& node : scope_->nodes) {
       if (node.node != node.application) continue;
-      const std::string present = AttributeOf(node.node, "Path");
-      const std::string label = AttributeOf(node.node, "Header");
+      const std::string present = GetAttribute(node.node, "Path");
+      const std::string label = GetAttribute(node.node, "Header");
       const bool isNamed =
           EqualNoCase(name, FileNameOf(present)) || EqualNoCase(SplitPath(name).title, label);
       if (!isNamed || present == path) continue;
       const auto text = files_.ReadWholeFile(path);
       const auto root = text ? ParseXml(*text) : nullptr;
-      if (root == nullptr || !EqualNoCase(AttributeOf(root.get(), "Header"), label)) continue;
+      if (root == nullptr || !EqualNoCase(GetAttribute(root.get(), "Header"), label)) continue;
       Finding& finding = scope_->Add(FindingKind::LeftoverApplication, node);
       finding.subject = path;
       finding.detail = present;

@@ -14,7 +14,7 @@ namespace tarn::host {
 namespace {
 
 bool IsBuilt(const CXmlNode& node) {
-  return AttributeOf(&node, "Exclude") != "Yes" && !AttributeOf(&node, "TranslateTool").empty();
+  return GetAttribute(&node, "Exclude") != "Yes" && !GetAttribute(&node, "TranslateTool").empty();
 }
 
 }  // namespace
@@ -41,8 +41,8 @@ void NodeCheck::CheckLabel(const CheckedNode& node, std::size_t number) {
   const auto [first, isNew] = labels_.try_emplace(FoldCase(LabelOf(*node.node)), number);
   if (isNew) return;
   Finding& finding = scope_.Add(FindingKind::DuplicateLabel, node);
-  finding.subject = AttributeOf(scope_.nodes[first->second].node, "Path");
-  finding.detail = AttributeOf(node.node, "Path");
+  finding.subject = GetAttribute(scope_.nodes[first->second].node, "Path");
+  finding.detail = GetAttribute(node.node, "Path");
 }
 
 void NodeCheck::CheckCycle() {
@@ -58,7 +58,7 @@ void NodeCheck::CheckCycle() {
 }
 
 void NodeCheck::CheckFile(const CheckedNode& node) {
-  const std::string resolved = AttributeOf(node.node, "Path");
+  const std::string resolved = GetAttribute(node.node, "Path");
   if (resolved.empty()) {
     if (scope_.NeedsFile(*node.node)) {
       const std::string label = LabelOf(*node.node);
@@ -74,7 +74,7 @@ void NodeCheck::CheckFile(const CheckedNode& node) {
   if (IsBuilt(*node.node)) named.wanted = NamedPath::Wanted::File;
   scope_.CheckPath(node, named);
   const std::string key =
-      AttributeOf(node.application, "Path") + "\n" + RealName(scope_.files, path);
+      GetAttribute(node.application, "Path") + "\n" + RealName(scope_.files, path);
   if (node.application == node.node) return;
   const auto [first, isNew] = listed_.try_emplace(key, path);
   if (isNew) return;
@@ -87,12 +87,12 @@ void NodeCheck::CheckFile(const CheckedNode& node) {
 }
 
 void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
-  const std::string path = scope_.AbsolutePath(node, AttributeOf(node.node, "OutputFile"));
+  const std::string path = scope_.AbsolutePath(node, GetAttribute(node.node, "OutputFile"));
   const auto first = scope_.outputs.find(path);
   if (first != scope_.outputs.end() && first->second != number) {
     AddDuplicateOutput(node, scope_.nodes[first->second], path);
   }
-  const std::string tool = AttributeOf(node.node, "TranslateTool");
+  const std::string tool = GetAttribute(node.node, "TranslateTool");
   CheckCommand(node, tool);
   if (!seenTools_.insert(FoldCase(tool)).second) return;
   const auto known = scope_.tools.find(FoldCase(tool));
@@ -106,10 +106,10 @@ void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
 
 // Checks one node per tool and application: a missing option usually affects all of them.
 void NodeCheck::CheckCommand(const CheckedNode& node, const std::string& tool) {
-  const std::string application = AttributeOf(node.application, "Header");
+  const std::string application = GetAttribute(node.application, "Header");
   if (!seenCommands_.insert(application + "\n" + FoldCase(tool)).second) return;
   std::string problem =
-      scope_.session.FindCommandProblem(application, AttributeOf(node.node, "OutputFile"));
+      scope_.session.FindCommandProblem(application, GetAttribute(node.node, "OutputFile"));
   if (problem.empty() || !seenCommands_.insert(application + "\n" + problem).second) return;
   Finding& finding = scope_.Add(FindingKind::InvalidValue, node);
   finding.subject = application;
@@ -120,7 +120,7 @@ void NodeCheck::CheckCommand(const CheckedNode& node, const std::string& tool) {
 void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
                                    const std::string& output) {
   const auto fileOf = [this](const CheckedNode& each) {
-    const std::string path = AttributeOf(each.node, "Path");
+    const std::string path = GetAttribute(each.node, "Path");
     return path.empty() ? path : scope_.AbsolutePath(each, path);
   };
   const std::string file = fileOf(first);

@@ -67,9 +67,9 @@ void ForEachStored(const CheckedNode& node, OnOption&& onOption) {
       const bool isLocated = parent.elements != nullptr && (parent.element != 0);
       if (isLocated) {
         next.element = parent.elements->FindChild(parent.element, child->NameView(),
-                                                  AttributeOf(child, "Header"), after);
+                                                  GetAttribute(child, "Header"), after);
       }
-      names.push_back(AttributeOf(child, "Header"));
+      names.push_back(GetAttribute(child, "Header"));
       if (depth == kDepth) {
         onOption(next, names);
       } else {
@@ -96,7 +96,7 @@ void OptionCheck::Check(const CheckedNode& node) {
     stored.set = names[2];
     stored.section = names[3];
     stored.name = names[4];
-    stored.value = Unescape(AttributeOf(property.node, "Value"));
+    stored.value = Unescape(GetAttribute(property.node, "Value"));
     stored.isActive = EqualNoCase(stored.configuration, ConfigurationOf(node));
     CheckConfiguration(stored);
     CheckStored(stored);
@@ -113,7 +113,7 @@ void OptionCheck::CheckConfiguration(const Stored& stored) {
   const bool isKnown =
       configurations != nullptr &&
       std::ranges::any_of(configurations->GetChildren(), [&](const CXmlNode* each) {
-        return EqualNoCase(AttributeOf(each, "Header"), name);
+        return EqualNoCase(GetAttribute(each, "Header"), name);
       });
   if (isKnown || !seenConfigurations_.insert(stored.owner.place + "\n" + FoldCase(name)).second) {
     return;
@@ -245,7 +245,7 @@ bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
 }
 
 std::vector<std::string> OptionCheck::CompilerFoldersOf(const CheckedNode& node) {
-  const auto tool = scope_.tools.find(FoldCase(AttributeOf(node.application, "TranslateTool")));
+  const auto tool = scope_.tools.find(FoldCase(GetAttribute(node.application, "TranslateTool")));
   if (tool == scope_.tools.end() || tool->second.programs.empty()) return {};
   return FoldersBeside(tool->second.programs.front());
 }

@@ -36,7 +36,7 @@ std::string ProfileFile(const SettingsFolders& folders) {
 }  // namespace
 
 SettingsFolders SettingsFolders::FromEnvironment() {
-  std::string root = TextOf(std::getenv("TARN_SETTINGS"));
+  std::string root = OrEmpty(std::getenv("TARN_SETTINGS"));
   if (!root.empty()) {
     // Make it absolute now: the current folder changes with every project.
     if (IsRelativePath(root)) root = JoinPath(FileSystem::Native().CurrentFolder(), root);

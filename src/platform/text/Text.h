@@ -50,7 +50,7 @@ std::string FormatMessageText(std::string_view format, std::span<const std::stri
 std::string FormatLocalTime(std::int64_t seconds);
 
 // Converts a null string argument to an empty string.
-inline std::string TextOf(const char* text) {
+inline std::string OrEmpty(const char* text) {
   return text == nullptr ? std::string() : text;
 }
 

@@ -17,16 +17,16 @@ FollowingView::FollowingView(CWnd& shownControl)
   setHorizontalScrollMode(ScrollPerPixel);
 }
 
-void FollowingView::AskToTellState() {
+void FollowingView::ScheduleNotifyState() {
   if (isTellingDue_) return;
   isTellingDue_ = true;
   QTimer::singleShot(0, this, [this] {
     isTellingDue_ = false;
-    if (IsWindow(handle) && isVisible()) TellState();
+    if (IsWindow(handle) && isVisible()) NotifyState();
   });
 }
 
-void FollowingView::TellSize() {
+void FollowingView::NotifySize() {
   const Rect known = control_.GetClientRect();
   const QSize size = viewport()->size();
   if (size.width() != known.Width() || size.height() != known.Height()) {
@@ -42,14 +42,14 @@ void FollowingView::focusInEvent(QFocusEvent* event) {
 
 void FollowingView::resizeEvent(QResizeEvent* event) {
   QTreeView::resizeEvent(event);
-  AskToTellState();
+  ScheduleNotifyState();
 }
 
 void FollowingView::showEvent(QShowEvent* event) {
   QTreeView::showEvent(event);
   if (!IsWindow(handle)) return;
   FollowScroll();
-  AskToTellState();
+  ScheduleNotifyState();
 }
 
 }  // namespace tarn

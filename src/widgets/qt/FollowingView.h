@@ -15,20 +15,20 @@ class FollowingView : public QTreeView {
  public:
   // Adopts the control's top line.
   virtual void FollowScroll() = 0;
-  // Schedules a TellState() for size and top line, in case the view cannot adopt the control's
+  // Schedules a NotifyState() for size and top line, in case the view cannot adopt the control's
   // values.
-  void AskToTellState();
+  void ScheduleNotifyState();
 
  protected:
   using Following = QScopedValueRollback<int>;
 
   explicit FollowingView(CWnd& shownControl);
 
-  // Executes what AskToTellState() has scheduled. Called only if the control exists and the view is
-  // visible; either may be destroyed by it.
-  virtual void TellState() = 0;
+  // Executes what ScheduleNotifyState() has scheduled. Called only if the control exists and the
+  // view is visible; either may be destroyed by it.
+  virtual void NotifyState() = 0;
   // The part common to all views: the control's size is the view's without its scroll bars.
-  void TellSize();
+  void NotifySize();
 
   void focusInEvent(QFocusEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;

@@ -28,11 +28,11 @@ QWidget& AreaOf(QPlainTextEdit& field) {
   return *field.viewport();
 }
 
-QString TextOf(const QLineEdit& field) {
+QString ContentOf(const QLineEdit& field) {
   return field.text();
 }
 // Converts the raw text: toPlainText() would replace a non-breaking space by an ordinary one.
-QString TextOf(const QPlainTextEdit& field) {
+QString ContentOf(const QPlainTextEdit& field) {
   QString text = field.document()->toRawText();
   for (QChar& c : text) {
     if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator) c = QLatin1Char('\n');
@@ -128,12 +128,12 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
  private:
   void OnEdited() {
     if (isShowing_) return;
-    const std::string text = WithChange(edit_.GetControlText(), TextOf(*widget));
+    const std::string text = WithChange(edit_.GetControlText(), ContentOf(*widget));
     edit_.NotifyTextEdited(text, SelectedBytes(text));
   }
   void OnSelected() {
     // A selection signal that precedes its text change is reported together with that.
-    if (isShowing_ || TextOf(*widget) != ToQt(edit_.GetControlText())) return;
+    if (isShowing_ || ContentOf(*widget) != ToQt(edit_.GetControlText())) return;
     edit_.NotifySelected(SelectedBytes(edit_.GetControlText()));
   }
   TextRange SelectedBytes(const std::string& text) const {

@@ -124,7 +124,7 @@ class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
 
   void OnMoved() override {
     WidgetPeer::OnMoved();
-    if (widget != nullptr) widget->view->AskToTellState();
+    if (widget != nullptr) widget->view->ScheduleNotifyState();
   }
   void OnTextChanged() override {
     WidgetPeer::OnTextChanged();
@@ -163,7 +163,7 @@ class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
     if (widget != nullptr) widget->view->FollowScroll();
   }
   void OnEditWanted(int row, int column) override {
-    if (widget != nullptr) widget->view->AskToEdit(row, column);
+    if (widget != nullptr) widget->view->RequestEdit(row, column);
   }
   std::optional<ReportHit> HitTest(Point point) override {
     if (widget == nullptr) return std::nullopt;

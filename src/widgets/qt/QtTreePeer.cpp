@@ -25,7 +25,7 @@ QtTreePeer::~QtTreePeer() {
 
 void QtTreePeer::OnMoved() {
   WidgetPeer::OnMoved();
-  if (widget != nullptr) widget->AskToTellState();
+  if (widget != nullptr) widget->ScheduleNotifyState();
 }
 
 void QtTreePeer::OnTextChanged() {
@@ -65,7 +65,7 @@ void QtTreePeer::OnItemsRemoved(const CTreeItem* parent, int /*first*/, int /*co
 }
 
 void QtTreePeer::OnItemChanged(const CTreeItem& item) {
-  if (widget != nullptr) widget->Model().TellChanged(item);
+  if (widget != nullptr) widget->Model().NotifyChanged(item);
 }
 
 void QtTreePeer::OnItemExpanded(const CTreeItem& item) {

@@ -45,12 +45,12 @@ void ReportModel::TakeMore() {
   endInsertRows();
 }
 
-void ReportModel::TellChanged(int row) {
+void ReportModel::NotifyChanged(int row) {
   if (row < 0 || row >= knownRows_ || knownColumns_ == 0) return;
   Q_EMIT dataChanged(index(row, 0), index(row, knownColumns_ - 1));
 }
 
-bool ReportModel::TellColumns() {
+bool ReportModel::NotifyColumns() {
   if (report_ == nullptr || report_->GetColumns().GetCount() != knownColumns_) return false;
   if (knownColumns_ > 0) Q_EMIT headerDataChanged(Qt::Horizontal, 0, knownColumns_ - 1);
   return true;

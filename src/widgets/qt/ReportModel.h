@@ -22,9 +22,9 @@ class ReportModel : public QAbstractTableModel {
   // Rows of the control that have been added after the ones known here.
   bool HasMore() const;
   void TakeMore();
-  void TellChanged(int row);
+  void NotifyChanged(int row);
   // The headers have changed. Returns false if their number changed, which needs a reset.
-  bool TellColumns();
+  bool NotifyColumns();
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

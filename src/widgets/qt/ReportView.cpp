@@ -69,7 +69,7 @@ ReportView::ReportView(CReportControl& shownReport)
   });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
     if (following > 0 || isRefillDue_) {
-      AskToTellState();
+      ScheduleNotifyState();
     } else if (IsWindow(handle)) {
       report_.NotifyScrolled(row);
     }
@@ -85,7 +85,7 @@ void ReportView::Detach() {
 void ReportView::FollowColumns() {
   const Following quiet(following, following + 1);
   head_->setFont(ToQtFont(report_.GetLook().captionFont, font()));
-  if (!rows_->TellColumns()) FollowRows();
+  if (!rows_->NotifyColumns()) FollowRows();
   LayOutColumns();
   viewport()->update();
 }
@@ -107,7 +107,7 @@ void ReportView::FollowRows() {
   takeTimer_.stop();
   rows_->Reset();
   isRefillDue_ = true;
-  AskToTellState();
+  ScheduleNotifyState();
 }
 
 void ReportView::ShowRefill() {
@@ -132,7 +132,7 @@ void ReportView::TakeMore() {
 }
 
 void ReportView::FollowRow(int row) {
-  rows_->TellChanged(row);
+  rows_->NotifyChanged(row);
 }
 
 void ReportView::FollowSelection() {
@@ -169,7 +169,7 @@ void ReportView::FollowScroll() {
   if (report_.GetTopRow() > 0) TakeMore();
   executeDelayedItemsLayout();
   verticalScrollBar()->setValue(report_.GetTopRow());
-  if (verticalScrollBar()->value() != report_.GetTopRow()) AskToTellState();
+  if (verticalScrollBar()->value() != report_.GetTopRow()) ScheduleNotifyState();
 }
 
 void ReportView::FollowMeasures() {
@@ -178,7 +178,7 @@ void ReportView::FollowMeasures() {
   scheduleDelayedItemsLayout();
 }
 
-void ReportView::AskToEdit(int row, int column) {
+void ReportView::RequestEdit(int row, int column) {
   const QPersistentModelIndex cell = rows_->index(row, column);
   QTimer::singleShot(0, this, [this, cell] {
     if (!IsWindow(handle) || !cell.isValid()) return;
@@ -197,15 +197,15 @@ int ReportView::RowAt(int y) const {
   return row < rows_->rowCount() ? row : -1;
 }
 
-QRect ReportView::PlaceOf(int row) const {
+QRect ReportView::RectOf(int row) const {
   const int height = delegate_->RowHeight();
   const int left = -head_->offset();
   return {left, (row - verticalScrollBar()->value()) * height,
           std::max(head_->length(), viewport()->width() - left), height};
 }
 
-QRect ReportView::PlaceOf(int row, int column) const {
-  QRect place = PlaceOf(row);
+QRect ReportView::RectOf(int row, int column) const {
+  QRect place = RectOf(row);
   const CReportRow* const shown = report_.GetRows().GetAt(row);
   if (shown == nullptr || shown->IsGroup()) return place;
   place.setLeft(head_->sectionViewportPosition(column));
@@ -223,13 +223,13 @@ ReportHit ReportView::HitAt(QPoint point) const {
   // A group row spans all columns, and there may be no column at this point.
   const int column = row->IsGroup() ? std::max(0, hit.column) : hit.column;
   if (report_.GetColumns().GetAt(column) == nullptr) return hit;
-  delegate_->Hit(hit.row, column, PlaceOf(hit.row, column), point, hit);
+  delegate_->Hit(hit.row, column, RectOf(hit.row, column), point, hit);
   return hit;
 }
 
 void ReportView::drawRow(QPainter* painter, const QStyleOptionViewItem& /*option*/,
                          const QModelIndex& index) const {
-  if (IsWindow(handle)) delegate_->PaintRow(*painter, index.row(), PlaceOf(index.row()), *head_);
+  if (IsWindow(handle)) delegate_->PaintRow(*painter, index.row(), RectOf(index.row()), *head_);
 }
 
 void ReportView::paintEvent(QPaintEvent* event) {
@@ -247,7 +247,7 @@ void ReportView::ShowTip(QHelpEvent& event) {
   if (!IsWindow(handle)) return;
   const ReportHit hit = HitAt(event.pos());
   const QModelIndex index = rows_->index(hit.row, hit.column);
-  const QRect place = PlaceOf(hit.row, hit.column);
+  const QRect place = RectOf(hit.row, hit.column);
   const bool isWanted =
       report_.GetLook().hasToolTips && index.isValid() && delegate_->IsCut(index, place);
   if (!isWanted) {
@@ -272,7 +272,7 @@ void ReportView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (!IsWindow(handle)) return;
   const ReportHit hit = HitAt(event->position().toPoint());
   const bool isOnText = hit.column >= 0 && hit.part == ReportHit::Part::Cell;
-  if (isOnText && report_.CanEdit(hit.row, hit.column)) AskToEdit(hit.row, hit.column);
+  if (isOnText && report_.CanEdit(hit.row, hit.column)) RequestEdit(hit.row, hit.column);
 }
 
 void ReportView::mouseMoveEvent(QMouseEvent* event) {
@@ -410,13 +410,13 @@ void ReportView::changeEvent(QEvent* event) {
 
 // Reports where the view could not follow the control: a size reduced by its scroll bars, and a top
 // row that would leave empty space at the bottom.
-void ReportView::TellState() {
+void ReportView::NotifyState() {
   ShowRefill();
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
   const WindowHandle own = handle;
   if (row != report_.GetTopRow() && !rows_->HasMore()) report_.NotifyScrolled(row);
-  if (IsWindow(own)) TellSize();
+  if (IsWindow(own)) NotifySize();
   if (IsWindow(own)) LayOutColumns();
 }
 

@@ -27,7 +27,7 @@ class ReportView : public FollowingView {
   void FollowScroll() override;
   void FollowMeasures();
   // Schedules opening the editor of a cell.
-  void AskToEdit(int row, int column);
+  void RequestEdit(int row, int column);
 
   // Geometry as drawn, in viewport coordinates.
   int RowsPerPage() const;
@@ -46,14 +46,14 @@ class ReportView : public FollowingView {
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void TellState() override;
+  void NotifyState() override;
 
  private:
   int RowAt(int y) const;
   // Rectangle of a row.
-  QRect PlaceOf(int row) const;
+  QRect RectOf(int row) const;
   // Rectangle of a cell; a group row spans all columns.
-  QRect PlaceOf(int row, int column) const;
+  QRect RectOf(int row, int column) const;
   void LayOutColumns();
   // Adds the pending rows to the model. Scheduled by a timer, so that rows added in quick
   // succession cost one layout.

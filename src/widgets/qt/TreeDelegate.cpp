@@ -42,20 +42,20 @@ class StepPainter {
         view_(treeView),
         cache_(pictures) {}
 
-  void operator()(const FillStep& step) const {
+  void operator()(const PaintFill& step) const {
     painter_.fillRect(ToQtRect(step.rect),
                       OwnColor(step.color, {QPalette::Base, QPalette::Highlight})
                           .value_or(ToQtColor(step.color)));
   }
   // An image at the top of the line is centred vertically, like the item's own image.
-  void operator()(const ImageStep& step) const {
+  void operator()(const PaintImage& step) const {
     if (step.images == nullptr) return;
     const int room = line_.height() - step.images->GetImageSize().height;
     const int shift = step.place.y == line_.top() ? std::max(0, room / 2) : 0;
     painter_.drawPixmap(step.place.x, step.place.y + shift,
                         cache_.Get(*step.images, step.index, view_.devicePixelRatioF()));
   }
-  void operator()(const TextStep& step) const {
+  void operator()(const PaintText& step) const {
     painter_.setFont(ToQtFont(step.font, view_.font()));
     // Two roles can have the same colour while active but different ones in an unfocused view.
     const QPalette::ColorRole role = isSelected_ ? QPalette::HighlightedText : QPalette::Text;
@@ -113,12 +113,12 @@ QPixmap TreeDelegate::PictureOf(const CTreeItem& item) {
   picture.setDevicePixelRatio(ratio);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
-  PaintImage(painter, line, item);
+  PaintIcon(painter, line, item);
   PaintLabel(painter, line, item, view_.palette().color(QPalette::Text));
   return picture;
 }
 
-void TreeDelegate::PaintImage(QPainter& painter, const QRect& line, const CTreeItem& item) const {
+void TreeDelegate::PaintIcon(QPainter& painter, const QRect& line, const CTreeItem& item) const {
   const CImageList* const images = tree_.GetImageList();
   if (images == nullptr) return;
   const bool isSelected = &item == tree_.GetSelectedItem();
@@ -136,14 +136,14 @@ void TreeDelegate::PaintLabel(QPainter& painter, const QRect& line, const CTreeI
                    ToQt(item.GetText()));
 }
 
-int TreeDelegate::WidthOf(const DrawingSteps& steps, int left) const {
+int TreeDelegate::WidthOf(const PaintCommands& steps, int left) const {
   int right = left;
-  for (const DrawingStep& step : steps) {
-    if (const auto* const text = std::get_if<TextStep>(&step)) {
+  for (const PaintCommand& step : steps) {
+    if (const auto* const text = std::get_if<PaintText>(&step)) {
       const QFontMetrics metrics(ToQtFont(text->font, view_.font()));
       right = std::max(
           right, text->rect.left + metrics.horizontalAdvance(ToQt(text->text)) + kLabelMargin);
-    } else if (const auto* const image = std::get_if<ImageStep>(&step);
+    } else if (const auto* const image = std::get_if<PaintImage>(&step);
                image != nullptr && image->images != nullptr) {
       right = std::max(right, image->place.x + image->images->GetImageSize().width);
     }
@@ -161,10 +161,10 @@ void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const CTreeItem* const item = TreeModel::ItemAt(index);
   if (item == nullptr) return;
   painter->save();
-  PaintImage(*painter, option.rect, *item);
+  PaintIcon(*painter, option.rect, *item);
   const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-  const DrawingSteps steps = tree_.DrawItem(*item);
-  for (const DrawingStep& step : steps) {
+  const PaintCommands steps = tree_.DrawItem(*item);
+  for (const PaintCommand& step : steps) {
     std::visit(StepPainter(*painter, option.rect, isSelected, view_, cache_), step);
   }
   KeepWidth(*item, WidthOf(steps, option.rect.left()));

@@ -25,7 +25,7 @@ class TreeDelegate : public QAbstractItemDelegate {
   // Renders image and label only, for a drag.
   QPixmap PictureOf(const CTreeItem& item);
   // All items have changed.
-  void ForgetWidths() { drawnWidths_.clear(); }
+  void ClearWidths() { drawnWidths_.clear(); }
 
   // Called when the painted width of a line has changed.
   std::function<void()> onWidthChanged;
@@ -35,11 +35,11 @@ class TreeDelegate : public QAbstractItemDelegate {
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
  private:
-  void PaintImage(QPainter& painter, const QRect& line, const CTreeItem& item) const;
+  void PaintIcon(QPainter& painter, const QRect& line, const CTreeItem& item) const;
   void PaintLabel(QPainter& painter, const QRect& line, const CTreeItem& item,
                   const QColor& color) const;
   // Distance from the left edge of the line to the end of what the commands draw.
-  int WidthOf(const DrawingSteps& steps, int left) const;
+  int WidthOf(const PaintCommands& steps, int left) const;
   void KeepWidth(const CTreeItem& item, int width) const;
 
   const CTreeCtrl& tree_;

@@ -30,7 +30,7 @@ void TreeModel::BeginRemove(const CTreeItem* above, int first, int count) {
   beginRemoveRows(IndexOf(above), first, first + count - 1);
 }
 
-void TreeModel::TellChanged(const CTreeItem& item) {
+void TreeModel::NotifyChanged(const CTreeItem& item) {
   const QModelIndex changed = IndexOf(&item);
   Q_EMIT dataChanged(changed, changed);
 }

@@ -24,7 +24,7 @@ class TreeModel : public QAbstractItemModel {
   void EndInsert() { endInsertRows(); }
   void BeginRemove(const CTreeItem* above, int first, int count);
   void EndRemove() { endRemoveRows(); }
-  void TellChanged(const CTreeItem& item);
+  void NotifyChanged(const CTreeItem& item);
 
   // Returns the invalid index for null.
   QModelIndex IndexOf(const CTreeItem* item) const;

@@ -41,7 +41,7 @@ TreeView::TreeView(CTreeCtrl& shownTree)
   // As wide as the visible lines; see OnScrolledTo().
   header()->setResizeContentsPrecision(0);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
-  delegate_->onWidthChanged = [this] { AskToTellState(); };
+  delegate_->onWidthChanged = [this] { ScheduleNotifyState(); };
 }
 
 void TreeView::Detach() {
@@ -56,7 +56,7 @@ void TreeView::FollowResetting() {
 
 void TreeView::FollowReset() {
   const Following quiet(following, following + 1);
-  delegate_->ForgetWidths();
+  delegate_->ClearWidths();
   items_->EndReset();
   for (const CTreeItem* item = tree_.GetRootItem(); item != nullptr;
        item = item->GetNextVisible()) {
@@ -112,7 +112,7 @@ void TreeView::FollowScroll() {
   const Following quiet(following, following + 1);
   executeDelayedItemsLayout();
   verticalScrollBar()->setValue(tree_.GetTopRow());
-  if (verticalScrollBar()->value() != tree_.GetTopRow()) AskToTellState();
+  if (verticalScrollBar()->value() != tree_.GetTopRow()) ScheduleNotifyState();
 }
 
 void TreeView::FollowMeasures() {
@@ -204,7 +204,7 @@ void TreeView::SearchFor(const QKeyEvent& typed) {
   if (!IsWindow(own) || tree_.GetSelectedItem() != found) return;
   tree_.EnsureVisible(*found);
   // Wider lines may have made a scroll bar appear, which takes space for one line.
-  TellState();
+  NotifyState();
   if (IsWindow(own) && tree_.GetSelectedItem() == found) tree_.EnsureVisible(*found);
 }
 
@@ -291,7 +291,7 @@ void TreeView::OnScrolledTo(int row) {
   // The newly visible lines may be wider.
   resizeColumnToContents(0);
   if (following > 0) {
-    AskToTellState();
+    ScheduleNotifyState();
   } else if (IsWindow(handle) && !items_->IsResetting()) {
     tree_.NotifyScrolled(row);
   }
@@ -300,14 +300,14 @@ void TreeView::OnScrolledTo(int row) {
 // Reports where the view could not follow the control: a size reduced by its scroll bars, and a top
 // line that would leave empty space at the bottom. Before that, widens the view for lines that were
 // painted wider than known.
-void TreeView::TellState() {
+void TreeView::NotifyState() {
   if (items_->IsResetting()) return;
   executeDelayedItemsLayout();
   resizeColumnToContents(0);
   const int row = verticalScrollBar()->value();
   const WindowHandle own = handle;
   if (row != tree_.GetTopRow()) tree_.NotifyScrolled(row);
-  if (IsWindow(own)) TellSize();
+  if (IsWindow(own)) NotifySize();
 }
 
 }  // namespace tarn

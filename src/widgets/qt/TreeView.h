@@ -43,7 +43,7 @@ class TreeView : public FollowingView {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void updateGeometries() override;
-  void TellState() override;
+  void NotifyState() override;
 
  private:
   std::vector<CTreeItem*> ListItems() const;

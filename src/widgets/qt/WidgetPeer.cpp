@@ -31,11 +31,11 @@ QWidget* ClientAreaOf(const CWnd& window) {
   return area == nullptr ? widget : area->viewport();
 }
 
-void NoteWidget(WindowHandle window, QWidget* widget) {
+void RegisterWidget(WindowHandle window, QWidget* widget) {
   Widgets()[window] = widget;
 }
 
-void ForgetWidget(WindowHandle window) {
+void UnregisterWidget(WindowHandle window) {
   Widgets().erase(window);
 }
 

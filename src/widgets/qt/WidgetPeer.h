@@ -31,9 +31,9 @@ inline bool HasFrame(const CWnd& window) {
   return (window.GetStyle() & (kStyleBorder | kStyleStaticEdge)) != 0;
 }
 
-// Registers the widget of a window, until ForgetWidget().
-void NoteWidget(WindowHandle window, QWidget* widget);
-void ForgetWidget(WindowHandle window);
+// Registers the widget of a window, until UnregisterWidget().
+void RegisterWidget(WindowHandle window, QWidget* widget);
+void UnregisterWidget(WindowHandle window);
 
 // Moves the keyboard focus, if it is here, to the surrounding widget if that accepts it: the focus
 // of a destroyed field would otherwise move to an arbitrary neighbour.
@@ -51,7 +51,7 @@ class WidgetPeer : public Base {
       : window(shownWindow), handle(shownWindow.GetHandle()), widget(newWidget) {
     const CWnd* const above = window.GetParent();
     widget->setParent(above == nullptr ? nullptr : ClientAreaOf(*above));
-    NoteWidget(handle, widget);
+    RegisterWidget(handle, widget);
     WidgetPeer::OnMoved();
     WidgetPeer::OnShown();
     WidgetPeer::OnEnabled();
@@ -59,7 +59,7 @@ class WidgetPeer : public Base {
     WidgetPeer::OnFontChanged();
   }
   ~WidgetPeer() override {
-    ForgetWidget(handle);
+    UnregisterWidget(handle);
     if (widget == nullptr) return;
     LeaveFocus(*widget);
     widget->hide();

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "components/options/OptionsRig.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::options {

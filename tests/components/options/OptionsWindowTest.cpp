@@ -18,7 +18,7 @@ class OptionsWindowTest : public ::testing::Test {
     CXmlNode root;
     root.Load(rig.driver.InvokeText(TARN_OPT_LIST_PROPERTIES, {"C"}), g_xmlParseInfo);
     const CXmlNode* node = root.FindDescendantByAttr("Header", property);
-    return node == nullptr ? "missing" : TextOf(node->GetAttrValue(attribute));
+    return node == nullptr ? "missing" : OrEmpty(node->GetAttrValue(attribute));
   }
   std::int32_t Change(const char* property, const char* value) {
     return rig.driver.InvokeLong(TARN_OPT_SET_CHANGED_PROPERTY, {"", "Compiler", property, value});

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text/Text.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "tests/components/tools/FakeLauncher.h"
 
 namespace tarn::tools {

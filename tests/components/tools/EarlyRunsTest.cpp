@@ -7,7 +7,7 @@
 #include "components/tools/ToolManager.h"
 #include "components/values/OptionValues.h"
 #include "platform/text/Text.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::tools {
 namespace {

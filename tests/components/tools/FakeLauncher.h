@@ -12,7 +12,7 @@
 #include "components/tools/ToolManager.h"
 #include "components/values/OptionValues.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::tools::testing {
 

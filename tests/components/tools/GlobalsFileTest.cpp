@@ -9,7 +9,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "tests/components/tools/FakeLauncher.h"
 #include "xml/XmlNode.h"
 
@@ -59,7 +59,7 @@ class GlobalsFile : public ::testing::Test {
     EXPECT_NE(root.GetAttr("dwarf"), nullptr);
     std::string lines;
     for (const CXmlNode* symbol : root.GetChildren()) {
-      const auto value = [&](const char* name) { return TextOf(symbol->GetAttrValue(name)); };
+      const auto value = [&](const char* name) { return OrEmpty(symbol->GetAttrValue(name)); };
       if (value("DeclFile") != folder / source) continue;
       lines += value("Icon") + ' ' + value("Header") + ':' + value("DeclLine") + ' ' +
                value("Desc") + '\n';

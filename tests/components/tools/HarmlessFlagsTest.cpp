@@ -7,7 +7,7 @@
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
 #include "components/tools/ToolDefinitionReader.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::tools {
 namespace {

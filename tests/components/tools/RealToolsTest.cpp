@@ -4,7 +4,7 @@
 #include "components/tools/ToolManager.h"
 #include "components/values/OptionValues.h"
 #include "platform/text/Text.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 // The shipped definitions with the compilers installed on this system: their real output and files.
 // Tests of a missing toolchain are skipped.

@@ -6,7 +6,7 @@
 
 #include "components/tools/FileList.h"
 #include "components/tools/ToolDefinitionReader.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::tools::testing {
 

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "components/tools/ToolManager.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::tools {
 namespace {

@@ -8,7 +8,7 @@
 #include "components/tools/MessageReader.h"
 #include "components/tools/ToolText.h"
 #include "platform/text/Text.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "tests/components/tools/ShippedTools.h"
 
 // Recorded output of real tools in tests/data/toollogs (created by scripts/make-toollogs), with the
@@ -76,7 +76,7 @@ Seen ReadLog(const std::string& path, const MessageRuleLists& rules, const std::
 }
 
 // Returns file and line of a message, without its kind and text; empty if it names no file.
-std::string PlaceOf(const Seen& seen, int number) {
+std::string PositionOf(const Seen& seen, int number) {
   const auto found = seen.find(number);
   if (found == seen.end()) return {};
   const auto parts = Split(found->second, '|');
@@ -86,13 +86,13 @@ std::string PlaceOf(const Seen& seen, int number) {
 void Count(const Seen& expected, const Seen& found, Counts& counts) {
   counts.messages += static_cast<int>(expected.size());
   for (const auto& [number, message] : expected) {
-    const std::string place = PlaceOf(expected, number);
+    const std::string place = PositionOf(expected, number);
     if (place.empty()) continue;
     ++counts.expected;
-    if (place == PlaceOf(found, number)) ++counts.right;
+    if (place == PositionOf(found, number)) ++counts.right;
   }
   for (const auto& [number, message] : found)
-    counts.found += PlaceOf(found, number).empty() ? 0 : 1;
+    counts.found += PositionOf(found, number).empty() ? 0 : 1;
 }
 
 TEST(ToolLogs, EveryPlaceInWhatRealToolsSayIsFoundAndNoOther) {

@@ -32,11 +32,11 @@ std::string Summary(const std::string& file) {
   root.Load(file, g_xmlParseInfo);
   std::string lines;
   for (const CXmlNode* message : root.GetChildren()) {
-    const std::string icon = TextOf(message->GetAttrValue("Icon"));
+    const std::string icon = OrEmpty(message->GetAttrValue("Icon"));
     const bool isReported = message->GetAttr("ShowInReport") != nullptr;
     lines += (icon == "0" && isReported ? "*" : icon) + ' ' +
-             TextOf(message->GetAttrValue("Description"));
-    if (message->GetAttr("Count")) lines += TextOf(message->GetAttrValue("Count")).insert(0, " x");
+             OrEmpty(message->GetAttrValue("Description"));
+    if (message->GetAttr("Count")) lines += OrEmpty(message->GetAttrValue("Count")).insert(0, " x");
     lines += '\n';
   }
   return lines;

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <tarn/load.h>
 
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::test {
 namespace {

@@ -10,7 +10,7 @@
 #include "platform/files/posix/PosixFileSystem.h"
 #include "platform/paths/Paths.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn {
 namespace {

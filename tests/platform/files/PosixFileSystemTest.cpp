@@ -15,7 +15,7 @@
 #include "platform/files/Locks.h"
 #include "platform/files/RelativeName.h"
 #include "platform/text/Text.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn {
 namespace {

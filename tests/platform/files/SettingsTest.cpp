@@ -8,7 +8,7 @@
 
 #include "platform/settings/IniFile.h"
 #include "support/MemoryFileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn {
 namespace {

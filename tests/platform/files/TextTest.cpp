@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn {
 namespace {
@@ -50,7 +50,7 @@ TEST(Text, DecimalWrapsInsteadOfOverflowing) {
       {"-2147483648", INT32_MIN},
       {"99999999999999999999", 1661992959},
   };
-  for (const auto& [text, value] : rows) EXPECT_EQ(ParseDecimal(text), value) << TextOf(text);
+  for (const auto& [text, value] : rows) EXPECT_EQ(ParseDecimal(text), value) << OrEmpty(text);
 }
 
 TEST(Text, Int64TellsNoNumberFromZero) {

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn::test {
 namespace {

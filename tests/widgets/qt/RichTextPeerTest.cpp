@@ -47,7 +47,7 @@ class RichTextPeerTest : public ::testing::Test {
   bool WaitForText() {
     return QTest::qWaitFor([this] { return Shown() == ToQt(control.GetText()); }, 20'000);
   }
-  QPoint PlaceOf(std::size_t byte) {
+  QPoint PointOf(std::size_t byte) {
     QTextCursor cursor = view->textCursor();
     cursor.setPosition(ToQtPosition(control.GetText(), byte));
     return view->cursorRect(cursor).center() + QPoint(3, 0);
@@ -137,20 +137,20 @@ TEST_F(RichTextPeerTest, SelectsBytesBothWays) {
   // Text appended before or during a selection is inserted after its end.
   const int lines = view->blockCount();
   control.AppendRichText(LogLine(3));
-  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(from) - QPoint(3, 0));
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PointOf(from) - QPoint(3, 0));
   control.AppendRichText(LogLine(3));
   QTest::qWait(40);
   EXPECT_EQ(view->blockCount(), lines);
-  QMouseEvent move(QEvent::MouseMove, PlaceOf(from + 5) - QPoint(3, 0), QPointF(), Qt::NoButton,
+  QMouseEvent move(QEvent::MouseMove, PointOf(from + 5) - QPoint(3, 0), QPointF(), Qt::NoButton,
                    Qt::LeftButton, {});
   QApplication::sendEvent(view->viewport(), &move);
   EXPECT_EQ(control.GetSelectedText(), "plain");
-  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 5) - QPoint(3, 0));
+  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PointOf(from + 5) - QPoint(3, 0));
   ASSERT_TRUE(WaitForText());
   EXPECT_EQ(view->textCursor().selectedText(), QStringLiteral("plain"));
   // Text appended afterwards does not change the selection either, even if a drag has consumed the
   // release.
-  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 2));
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PointOf(from + 2));
   control.AppendRichText(LogLine(4));
   QMouseEvent hover(QEvent::MouseMove, QPointF(5, 5), QPointF(), Qt::NoButton, Qt::NoButton, {});
   QApplication::sendEvent(view->viewport(), &hover);
@@ -164,21 +164,21 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   ASSERT_TRUE(WaitForText());
   view->resize(800, 200);
   const std::size_t link = control.GetText().find("link 1");
-  QTest::mouseMove(view->viewport(), PlaceOf(link));
+  QTest::mouseMove(view->viewport(), PointOf(link));
   EXPECT_TRUE(QTest::qWaitFor(
       [this] { return view->viewport()->cursor().shape() == Qt::PointingHandCursor; }));
   ASSERT_EQ(view->extraSelections().size(), 1);
   EXPECT_EQ(view->extraSelections()[0].cursor.selectedText(), "link 1");
-  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link));
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PointOf(link));
   EXPECT_EQ(followed, (std::vector<std::string>{"file 1"}));
-  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 3));
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PointOf(link - 3));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(790, 10));
   EXPECT_EQ(followed.size(), 1U);
   // Pending text must not move the content under the mouse.
   followed.clear();
   for (int i = 3; i < 40; ++i) control.AppendRichText(LogLine(i));
   ASSERT_TRUE(WaitForText());
-  const QPoint last = PlaceOf(control.GetText().find("link 39"));
+  const QPoint last = PointOf(control.GetText().find("link 39"));
   for (int i = 40; i < 43; ++i) control.AppendRichText(LogLine(i));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, last);
   EXPECT_EQ(followed, (std::vector<std::string>{"file 39"}));
@@ -186,8 +186,8 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   for (int i = 0; i < 3; ++i) control.AppendRichText(LogLine(i));
   ASSERT_TRUE(WaitForText());
   // A selection that ends on a link is not a click.
-  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 5));
-  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(link + 3));
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PointOf(link - 5));
+  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PointOf(link + 3));
   EXPECT_EQ(followed.size(), 1U);
 
   // Backwards from the end, back and forth, and out at the beginning.
@@ -208,7 +208,7 @@ TEST_F(RichTextPeerTest, MayEndInItsOwnEvents) {
   isEnding = true;
   const QPointer<QPlainTextEdit> watched = view;
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
-                    PlaceOf(control.GetText().find("link 0")));
+                    PointOf(control.GetText().find("link 0")));
   EXPECT_FALSE(control.IsCreated());
   EXPECT_TRUE(QTest::qWaitFor([&watched] { return watched == nullptr; }));
 }

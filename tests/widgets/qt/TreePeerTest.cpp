@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 #include "widgets/Edit.h"
 #include "widgets/TipWindow.h"
 #include "widgets/TreeCtrl.h"
@@ -45,13 +45,13 @@ class TalkingTree : public CTreeCtrl {
   mutable std::vector<const CTreeItem*> drawn;
 
  protected:
-  DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override {
+  PaintCommands OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override {
     drawn.push_back(&item);
     const Rect label = GetTextRect(item);
     const Rect behind{label.right, label.top, label.right + 1, label.bottom};
-    return {FillStep{paint.rect, paint.background}, ImageStep{GetImageList(), 0, {0, 0}},
-            TextStep{label, item.GetText(), GetFont(), paint.foreground},
-            TextStep{behind, remark, GetFont(), paint.foreground}};
+    return {PaintFill{paint.rect, paint.background}, PaintImage{GetImageList(), 0, {0, 0}},
+            PaintText{label, item.GetText(), GetFont(), paint.foreground},
+            PaintText{behind, remark, GetFont(), paint.foreground}};
   }
   void OnItemActivated(Point point) override { activated.push_back(HitTest(point)); }
   bool OnItemKey(const KeyEvent& event) override {

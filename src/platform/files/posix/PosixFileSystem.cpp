@@ -481,7 +481,7 @@ bool PosixFileSystem::SetCurrentFolder(const std::string& path) {
 }
 
 std::string PosixFileSystem::TemporaryFolder() {
-  const std::string wanted = TextOf(std::getenv("TMPDIR"));
+  const std::string wanted = OrEmpty(std::getenv("TMPDIR"));
   if (wanted.starts_with(kSeparator) && IsFolder(wanted)) return wanted;
   return IsFolder("/tmp") ? "/tmp" : "";
 }

@@ -131,7 +131,7 @@ bool Reap(Tool& tool) {
   }
 }
 
-void AskToEnd(const Tool& tool) {
+void RequestEnd(const Tool& tool) {
   // The group id cannot be reused before the tool has been waited for.
   if (!tool.hasEnded) {
     kill(-tool.pid, SIGTERM);
@@ -175,7 +175,7 @@ void Attend(Tool& tool, int childSignals, bool mayOutlive) {
     if (wish == Wish::LetGo) return;
     if (wish == Wish::End) {
       isStopping = true;
-      AskToEnd(tool);
+      RequestEnd(tool);
     }
     if (wish == Wish::Kill) killedSince = Now();
     if (killedSince == 0) continue;

@@ -15,20 +15,20 @@ namespace {
 // Folder of the XDG base directory specification. The environment variable is used only if it is an
 // absolute path.
 std::string UserFolder(const char* variable, std::string_view belowHome) {
-  const std::string base = TextOf(std::getenv(variable));
+  const std::string base = OrEmpty(std::getenv(variable));
   return JoinPath(base.starts_with(kSeparator) ? base : JoinPath(HomeFolder(), belowHome), "tarn");
 }
 
 }  // namespace
 
 std::string HomeFolder() {
-  const std::string home = TextOf(std::getenv("HOME"));
+  const std::string home = OrEmpty(std::getenv("HOME"));
   if (home.starts_with(kSeparator)) return home;
   passwd entry{};
   passwd* found = nullptr;
   std::string buffer(16384, '\0');
   getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
-  return found == nullptr ? "/" : TextOf(found->pw_dir);
+  return found == nullptr ? "/" : OrEmpty(found->pw_dir);
 }
 
 SettingsFolders SettingsFolders::OfSystem() {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
-#include "support/Surroundings.h"
+#include "support/TestEnvironment.h"
 
 namespace tarn {
 namespace {

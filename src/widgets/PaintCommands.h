@@ -10,19 +10,19 @@
 // Paint commands of a control, executed by the toolkit in order.
 namespace tarn {
 
-struct FillStep {
+struct PaintFill {
   Rect rect;
   Color color = 0;
 };
 
-struct ImageStep {
+struct PaintImage {
   const CImageList* images = nullptr;  // borrowed while painting
   int index = 0;
   Point place;
 };
 
 // Draws a single line; no character of the text is interpreted as markup.
-struct TextStep {
+struct PaintText {
   Rect rect;
   std::string text;
   Font font;
@@ -30,7 +30,7 @@ struct TextStep {
 };
 
 // The lists are built for one paint operation and not stored.
-using DrawingStep = std::variant<FillStep, ImageStep, TextStep>;
-using DrawingSteps = std::vector<DrawingStep>;
+using PaintCommand = std::variant<PaintFill, PaintImage, PaintText>;
+using PaintCommands = std::vector<PaintCommand>;
 
 }  // namespace tarn

@@ -16,13 +16,13 @@ namespace tarn::test {
 // Manager as used by a host, called through the dispatch interface only. The platform is an
 // in-memory file system, and external components are fakes. Installed in /app/, with the data
 // folder /data/demo; projects are in /p.
-class ManagerWorld {
+class ManagerFixture {
  public:
-  ManagerWorld();
+  ManagerFixture();
   // Calls Clean like a host does.
-  ~ManagerWorld();
-  ManagerWorld(const ManagerWorld&) = delete;
-  ManagerWorld& operator=(const ManagerWorld&) = delete;
+  ~ManagerFixture();
+  ManagerFixture(const ManagerFixture&) = delete;
+  ManagerFixture& operator=(const ManagerFixture&) = delete;
 
   static constexpr const char* kConfigFile = "/app/config/projectmanager.config";
 

@@ -6,12 +6,12 @@
 
 #include <memory>
 
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 
 namespace tarn::test {
 
 // Detects when the manager is destroyed, by its reference to the property manager.
-class Watched : public ManagerWorld {
+class Watched : public ManagerFixture {
  public:
   Watched() : before_(ReferencesTo(components.Properties())) {
     AddDemo();

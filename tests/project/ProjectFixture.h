@@ -17,9 +17,9 @@ namespace tarn::test {
 // A model with everything it needs and nothing real: an in-memory disk, fake components, a host
 // that records its messages, and the message texts "row N" followed by the arguments. The project
 // folder in the paths below is /p.
-class ProjectWorld {
+class ProjectFixture {
  public:
-  ProjectWorld();
+  ProjectFixture();
 
   // Adds a file to the disk; "\n" in `text` becomes CR LF.
   void AddFile(const std::string& path, std::string_view text);

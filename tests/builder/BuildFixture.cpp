@@ -1,4 +1,4 @@
-#include "builder/BuildWorld.h"
+#include "builder/BuildFixture.h"
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -30,7 +30,7 @@ std::string NamesOf(const std::string& files) {
 
 }  // namespace
 
-BuildWorld::BuildWorld() {
+BuildFixture::BuildFixture() {
   AddDemo(kContent);
   for (const char* name : {"/p/a.c", "/p/b.c", "/p/c.c", "/p/a.h"}) AddFile(name, "source");
   auto& defaults = components.Properties().defaults;
@@ -43,7 +43,7 @@ BuildWorld::BuildWorld() {
   };
 }
 
-void BuildWorld::Open() {
+void BuildFixture::Open() {
   OpenDemo();
   model->PublishAll();
   // The fake property manager has no macros, so the values a real one derives are set as
@@ -57,7 +57,7 @@ void BuildWorld::Open() {
   components.Tools().TakeCalls();
 }
 
-std::int32_t BuildWorld::Run(const ToolRun& run) {
+std::int32_t BuildFixture::Run(const ToolRun& run) {
   const std::string names = NamesOf(run.files);
   runs_.push_back(run.tool + " " + names);
   if (!failing.empty() && names == failing) return 0;
@@ -66,14 +66,14 @@ std::int32_t BuildWorld::Run(const ToolRun& run) {
   return 1;
 }
 
-void BuildWorld::Report(const std::string& product) {
+void BuildFixture::Report(const std::string& product) {
   std::string record = "<I><F Header=\"" + product + "\" Infos=\"made\" Date=\"" +
                        ToDecimal(disk.ModifiedOf(product).value_or(0)) + "\" >";
   if (!EndsWithNoCase(product, ".elf")) record += dependencies;
   builder->Information().SetBuildInfo("", (record + "</F></I>").c_str());
 }
 
-std::vector<std::string> BuildWorld::Build(std::int32_t command) {
+std::vector<std::string> BuildFixture::Build(std::int32_t command) {
   bool ended = false;
   host.actions[kMsgWorkerEnded] = [&ended] { ended = true; };
   builder->StartBuildThread(command);
@@ -82,11 +82,11 @@ std::vector<std::string> BuildWorld::Build(std::int32_t command) {
   return host.TakeLines();
 }
 
-std::vector<std::string> BuildWorld::TakeRuns() {
+std::vector<std::string> BuildFixture::TakeRuns() {
   return std::exchange(runs_, {});
 }
 
-void BuildWorld::Touch(const std::string& path) {
+void BuildFixture::Touch(const std::string& path) {
   disk.Advance(1);
   disk.AddFile(path, "touched");
 }

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 
 namespace tarn::test {
 
@@ -11,9 +11,9 @@ namespace tarn::test {
 // options, and its end is reported as a real host does, from inside the host's message handler.
 //
 //   app:  Group "src": a.c, b.c; Group "lib": c.c
-class BuildWorld : public ProjectWorld {
+class BuildFixture : public ProjectFixture {
  public:
-  BuildWorld();
+  BuildFixture();
 
   // Opens the project and publishes every node.
   void Open();

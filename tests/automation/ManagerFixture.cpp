@@ -1,4 +1,4 @@
-#include "automation/ManagerWorld.h"
+#include "automation/ManagerFixture.h"
 
 #include <algorithm>
 
@@ -33,7 +33,7 @@ std::string ApplicationText(const std::string& name, const std::string& content)
 
 }  // namespace
 
-ManagerWorld::ManagerWorld() {
+ManagerFixture::ManagerFixture() {
   for (const char* picture : {"errors", "globals"}) {
     disk.AddFile("/app/config/resources/" + std::string(picture) + ".bmp", TinyBitmap(96, 16));
   }
@@ -46,27 +46,27 @@ ManagerWorld::ManagerWorld() {
       new CProjectManager(ServerPlatform{disk, settings, classes, runningObjects}));
 }
 
-ManagerWorld::~ManagerWorld() {
+ManagerFixture::~ManagerFixture() {
   if (manager) Call("Clean");
 }
 
-std::string ManagerWorld::Configuration(std::string_view more) {
+std::string ManagerFixture::Configuration(std::string_view more) {
   return "<ProjectManager>" + std::string(kTypes) + std::string(more) + "</ProjectManager>";
 }
 
-void ManagerWorld::AddDemo() {
+void ManagerFixture::AddDemo() {
   disk.AddFile("/p/demo.tprj", ProjectText("demo"));
   disk.AddFile("/p/demo.tapp",
                ApplicationText("demo", "\r\n\t<C Header=\"main.c\" Path=\".\\main.c\" />\r\n"));
   disk.AddFile("/p/main.c", "int main() {}");
 }
 
-void ManagerWorld::AddDefaultProject() {
+void ManagerFixture::AddDefaultProject() {
   disk.AddFile("/data/demo/demo.tprj", ProjectText("demo"));
   disk.AddFile("/data/demo/demo.tapp", ApplicationText("demo", ""));
 }
 
-std::string ManagerWorld::Call(const char* method, std::initializer_list<Variant> arguments) {
+std::string ManagerFixture::Call(const char* method, std::initializer_list<Variant> arguments) {
   DispatchId id = 0;
   Variant result;
   DispatchResult outcome = manager->GetIDsOfNames(method, id);
@@ -74,16 +74,16 @@ std::string ManagerWorld::Call(const char* method, std::initializer_list<Variant
   return Show(outcome, result);
 }
 
-std::string ManagerWorld::Init(Variant application, Variant data) {
+std::string ManagerFixture::Init(Variant application, Variant data) {
   return Call("Init", {std::move(application), std::move(data), host.Handle()});
 }
 
-std::uint32_t ManagerWorld::ReferencesTo(IDispatch& object) {
+std::uint32_t ManagerFixture::ReferencesTo(IDispatch& object) {
   object.AddRef();
   return object.Release();
 }
 
-std::vector<std::string> ManagerWorld::TakeLines() {
+std::vector<std::string> ManagerFixture::TakeLines() {
   std::vector<std::string> lines = host.TakeLines();
   std::erase_if(lines, [](const std::string& line) { return line.starts_with("LogLine"); });
   return lines;

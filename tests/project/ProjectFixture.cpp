@@ -1,4 +1,4 @@
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 
 #include "output/MessageTable.h"
 #include "platform/text/Text.h"
@@ -23,7 +23,7 @@ constexpr const char* kTypes =
 
 }  // namespace
 
-ProjectWorld::ProjectWorld() {
+ProjectFixture::ProjectFixture() {
   disk.AddFolder("/p");
   components.RegisterWith(classes);
   propertyManager.CreateDispatch(classes, CPropertyManagerDriver::kProgId);
@@ -49,16 +49,16 @@ ProjectWorld::ProjectWorld() {
   for (int i = 0; i < types.GetChildCount(); ++i) model->Services().types.Add(*types.GetChild(i));
 }
 
-void ProjectWorld::AddFile(const std::string& path, std::string_view text) {
+void ProjectFixture::AddFile(const std::string& path, std::string_view text) {
   disk.AddFile(path, ReplaceAll(text, "\n", "\r\n"));
 }
 
-std::string ProjectWorld::FileText(const std::string& path) const {
+std::string ProjectFixture::FileText(const std::string& path) const {
   const std::optional<std::string> bytes = disk.BytesOf(path);
   return bytes ? ReplaceAll(*bytes, "\r\n", "\n") : "(none)";
 }
 
-void ProjectWorld::AddDemo(std::string_view content) {
+void ProjectFixture::AddDemo(std::string_view content) {
   AddFile("/p/demo.tprj",
           "\n<Project Header=\"Tarn Project 'demo'\" Path=\".\\demo.tprj\" Project=\"Yes\" "
           "ActiveApp=\"demo\" >\n\t<Application Header=\"demo\" Extern=\".\\demo.tapp\" "
@@ -68,25 +68,25 @@ void ProjectWorld::AddDemo(std::string_view content) {
               std::string(content) + "</Application>");
 }
 
-void ProjectWorld::Touch() {
+void ProjectFixture::Touch() {
   // The type does not exist, so the change is refused.
   model->Options().StoreChangedProperty("General.Type");
 }
 
-CXmlNode* ProjectWorld::Application(int index) {
+CXmlNode* ProjectFixture::Application(int index) {
   for (CXmlNode* child : model->GetProjectRoot().GetChildren()) {
     if (IsContentNode(*child) && index-- == 0) return child;
   }
   return nullptr;
 }
 
-CXmlNode* ProjectWorld::Node(const char* header) {
+CXmlNode* ProjectFixture::Node(const char* header) {
   CXmlNode* found = nullptr;
   FindTreeNode(header, "Header", &model->GetProjectRoot(), found);
   return found;
 }
 
-std::string ProjectWorld::LogText() const {
+std::string ProjectFixture::LogText() const {
   std::string text;
   const CXmlNode& root = output.GetRoot();
   for (int i = 0; i < root.GetChildCount(); ++i) {
@@ -95,19 +95,19 @@ std::string ProjectWorld::LogText() const {
   return text;
 }
 
-std::string ProjectWorld::Labels(const CXmlNode& node) {
+std::string ProjectFixture::Labels(const CXmlNode& node) {
   std::string text;
   for (const CXmlNode* child : node.GetChildren()) {
     if (!IsContentNode(*child)) continue;
     const std::string below = Labels(*child);
-    text += (text.empty() ? "" : " ") + TextOf(child->GetAttrValue("Header"));
+    text += (text.empty() ? "" : " ") + OrEmpty(child->GetAttrValue("Header"));
     if (!below.empty()) text += "[" + below + "]";
   }
   return text;
 }
 
-std::string ProjectWorld::Show(const CXmlNode& node,
-                               std::initializer_list<const char*> attributes) {
+std::string ProjectFixture::Show(const CXmlNode& node,
+                                 std::initializer_list<const char*> attributes) {
   std::string text = node.GetName();
   std::string list;
   for (const char* name : attributes) {

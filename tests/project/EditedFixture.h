@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "platform/text/Text.h"
-#include "project/ProjectWorld.h"
+#include "project/ProjectFixture.h"
 
 namespace tarn::test {
 
-class EditedWorld;
-using Damage = std::function<void(EditedWorld&)>;
+class EditedFixture;
+using Damage = std::function<void(EditedFixture&)>;
 
 // A project with two applications, and changes in the project and in each application.
-class EditedWorld : public ProjectWorld {
+class EditedFixture : public ProjectFixture {
  public:
-  EditedWorld() {
+  EditedFixture() {
     AddFile("/p/demo.tprj",
             "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" Project=\"Yes\" ActiveApp=\"one\" "
             ">\n\t<Application Header=\"one\" Extern=\".\\one.tapp\" Path=\".\\one.tapp\" "
@@ -87,25 +87,25 @@ class EditedWorld : public ProjectWorld {
 
 // Things that may happen to a file.
 inline Damage Write(const std::string& path, const std::string& bytes) {
-  return [=](EditedWorld& world) { world.disk.AddFile(path, bytes); };
+  return [=](EditedFixture& world) { world.disk.AddFile(path, bytes); };
 }
 inline Damage Erase(const std::string& path) {
-  return [=](EditedWorld& world) { world.disk.Erase(path); };
+  return [=](EditedFixture& world) { world.disk.Erase(path); };
 }
 inline Damage MakeFolderOf(const std::string& path) {
-  return [=](EditedWorld& world) {
+  return [=](EditedFixture& world) {
     world.disk.Erase(path);
     world.disk.AddFolder(path);
   };
 }
 inline Damage SetReadOnly(const std::string& path) {
-  return [=](EditedWorld& world) { world.disk.SetReadOnly(path); };
+  return [=](EditedFixture& world) { world.disk.SetReadOnly(path); };
 }
 inline Damage Fail(const std::string& operation, const std::string& path, ErrorCode code) {
-  return [=](EditedWorld& world) { world.disk.FailOn(operation, path, code); };
+  return [=](EditedFixture& world) { world.disk.FailOn(operation, path, code); };
 }
 inline Damage Both(const Damage& first, const Damage& second) {
-  return [=](EditedWorld& world) {
+  return [=](EditedFixture& world) {
     first(world);
     second(world);
   };
