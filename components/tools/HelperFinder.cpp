@@ -45,7 +45,7 @@ std::vector<std::string> HelperFinder::Find(const ToolEnvironment& world,
       answer = Ask(world, command, std::move(arguments));
     }
     // A name without a folder was not found by the driver, which leaves it to PATH.
-    if (answer.find(kSeparator) == answer.npos) answer = isProgram ? world.findProgram(answer) : "";
+    if (!HasNativeSeparator(answer)) answer = isProgram ? world.findProgram(answer) : "";
     if (answer.empty()) return;
     std::string path = AbsolutePath(world.files, command.folder, answer);
     const bool isKnown = std::find(found.begin(), found.end(), path) != found.end();

@@ -289,8 +289,7 @@ std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& n
   const auto set = Tools();
   if (const ToolDefinition* found = set->Find(name)) return {set, found};
   const std::string path = ToNativeSeparators(name);
-  const bool isPath = path.find(kSeparator) != std::string::npos;
-  if (!isPath || world_.findProgram(path).empty()) return nullptr;
+  if (!HasNativeSeparator(path) || world_.findProgram(path).empty()) return nullptr;
   return std::make_shared<ToolDefinition>(DefinitionOfProgram(path, set->CommonMessages()));
 }
 

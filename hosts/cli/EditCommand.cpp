@@ -227,8 +227,7 @@ int Edit::SelectTarget() {
   }
   if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
-  const bool isGroupName = target.find(kSeparator) == std::string::npos;
-  if (context_.Own<EditOptions>().create && isGroupName &&
+  if (context_.Own<EditOptions>().create && !HasNativeSeparator(target) &&
       context_.SelectNode(target, context_.Scope()) == 0) {
     return MakeGroup(target);
   }

@@ -101,9 +101,9 @@ class Collector {
   }
 
   std::string FullPathOf(const ToolCommand& command) {
-    const bool isPath = command.program.find(kSeparator) != std::string::npos;
-    const std::string program =
-        isPath ? AbsoluteIn(command.folder, command.program) : command.program;
+    const std::string program = HasNativeSeparator(command.program)
+                                    ? AbsoluteIn(command.folder, command.program)
+                                    : command.program;
     std::string path = FindProgram(program);
     if (!path.empty()) return path;
     list_.missingPrograms.insert(program);

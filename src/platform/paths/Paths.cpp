@@ -125,6 +125,10 @@ bool IsRelativePath(std::string_view path) {
   return path.empty() || (!IsSeparator(path[0]) && !HasDrive(path));
 }
 
+bool HasNativeSeparator(std::string_view path) {
+  return path.find(kSeparator) != path.npos;
+}
+
 std::string CanonicalPath(std::string_view path) {
   if (path.empty()) return {};
   const Components parts = Resolve(path);

@@ -24,6 +24,10 @@ bool IsNetworkPath(std::string_view path);
 // Starts with neither a separator nor a drive. An empty path is relative.
 bool IsRelativePath(std::string_view path);
 
+// Contains the separator of this platform: the string is a path rather than a bare name, such as
+// that of a program on PATH.
+bool HasNativeSeparator(std::string_view path);
+
 // Resolves "." and ".." without leaving the root, collapses repeated separators and normalises them
 // to the one that the path's root requires: a backslash after a drive, the path's first separator
 // for a network path, otherwise that of this platform.
