@@ -27,7 +27,7 @@ struct BuildWorkerState;
 // Threads: everything runs on the main thread (the one that created the builder), except where the
 // worker is mentioned; see BuildWorker.cpp. Errors: operations return 1 if done and 0 if not; the
 // reasons are in the log.
-class Builder : public IBuildControl {
+class Builder final : public IBuildControl {
  public:
   // `projectModel` is borrowed.
   explicit Builder(CProjectModel& projectModel);
