@@ -50,7 +50,8 @@ void CheckMatch(CCompiledPattern& pattern, std::string_view subject) {
   Require(matcher.GetStepCount() <= 1024 + (3 * pattern.size + 16) * (subject.size() + 1));
   if (matches) CheckGroups(pattern, subject);
 
-  PikeVm other(*pattern.prepared, pattern.code.get(), subject.data(), subject.data() + subject.size());
+  PikeVm other(*pattern.prepared, pattern.code.get(), subject.data(),
+               subject.data() + subject.size());
   PatternSlots slots{};
   Require(other.Search(subject.data(), pattern.anchored, slots) == matches);
   for (std::size_t i = 0; matches && i < tarn::kPatternGroups; ++i) {

@@ -37,7 +37,7 @@ void Prepare(CBuildOutput& hub, std::int64_t count) {
   hub.SaveLog();
 }
 
-void SaveBehindEachMessage(benchmark::State& state) {
+void SaveAfterEachMessage(benchmark::State& state) {
   CBuildOutput hub(FileSystem::Native());
   Prepare(hub, state.range(0));
   for (auto _ : state) {
@@ -92,7 +92,7 @@ void FloorAppendByName(benchmark::State& state) {
   if (!good) state.SkipWithError("the floor could not write");
 }
 
-// The part of SaveBehindEachMessage without the save.
+// The part of SaveAfterEachMessage without the save.
 void MessageAlone(benchmark::State& state) {
   CBuildOutput hub(FileSystem::Native());
   SetMessageText(kRowTranslateStarts, "Compiling %s");
@@ -101,7 +101,7 @@ void MessageAlone(benchmark::State& state) {
 
 BENCHMARK(FloorAppendByName)->Iterations(kSaves);
 BENCHMARK(MessageAlone)->Iterations(kSaves);
-BENCHMARK(SaveBehindEachMessage)->Arg(0)->Arg(1'000)->Arg(10'000)->Arg(50'000)->Iterations(kSaves);
+BENCHMARK(SaveAfterEachMessage)->Arg(0)->Arg(1'000)->Arg(10'000)->Arg(50'000)->Iterations(kSaves);
 BENCHMARK(SaveWithoutNews)->Arg(1'000)->Arg(50'000);
 
 // --- The ratio ---

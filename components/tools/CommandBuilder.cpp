@@ -192,10 +192,10 @@ class PlanBuilder : public TemplateValues {
                                   std::vector<std::string> (*split)(std::string_view),
                                   const Template::Change& change = nullptr) const {
     isSplitLater_ = true;
-    std::vector<std::string> pieces = split(text.Fill(*this, change));
+    std::vector<std::string> parts = split(text.Fill(*this, change));
     isSplitLater_ = false;
-    for (std::string& piece : pieces) piece = RestoreSeparators(piece);
-    return pieces;
+    for (std::string& part : parts) part = RestoreSeparators(part);
+    return parts;
   }
 
   // Returns an absolute path as the step writes it. `mayClimb`: the project has it as a path

@@ -47,7 +47,7 @@ class RuleReader {
     isContinued_ = false;
     if (c == '\n') {
       EndWord();
-      isBehindColon_ = false;
+      isAfterColon_ = false;
       ++at_;
     } else if (IsBlank(c) || (c == '\r' && (Peek(1) == '\n' || at_ + 1 == text_.size()))) {
       EndWord();
@@ -56,7 +56,7 @@ class RuleReader {
       SkipComment();
     } else if (IsRuleColon(c)) {
       word_.clear();  // the last target
-      isBehindColon_ = true;
+      isAfterColon_ = true;
       hasRule_ = true;
       ++at_;
     } else {
@@ -68,7 +68,7 @@ class RuleReader {
   // so it is not the one after a drive letter. After the first such colon, colons are part of
   // names.
   bool IsRuleColon(char c) const {
-    if (c != ':' || isBehindColon_) return false;
+    if (c != ':' || isAfterColon_) return false;
     const char next = Peek(1);
     return next == '\0' || next == '\n' || next == '\r' || IsBlank(next);
   }
@@ -111,13 +111,13 @@ class RuleReader {
   }
 
   void EndWord() {
-    if (isBehindColon_ && !word_.empty() && seen_.insert(word_).second) names_.push_back(word_);
+    if (isAfterColon_ && !word_.empty() && seen_.insert(word_).second) names_.push_back(word_);
     word_.clear();
   }
 
   std::string_view text_;
   std::size_t at_ = 0;
-  bool isBehindColon_ = false;
+  bool isAfterColon_ = false;
   bool hasRule_ = false;
   bool isContinued_ = false;  // the last line ended in a backslash
   std::string word_;

@@ -94,8 +94,8 @@ std::vector<std::string> SplitFileList(std::string_view list) {
 
 std::vector<std::string> SplitOptionList(std::string_view list) {
   std::vector<std::string> entries;
-  for (const std::string_view piece : Split(list, ';')) {
-    const std::string_view entry = Trim(piece);
+  for (const std::string_view part : Split(list, ';')) {
+    const std::string_view entry = Trim(part);
     if (!entry.empty()) entries.emplace_back(entry);
   }
   return entries;

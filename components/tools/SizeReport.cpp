@@ -14,8 +14,8 @@ using Sizes = std::map<std::string, std::uint64_t>;
 // Splits a line at spaces.
 std::vector<std::string_view> Columns(std::string_view line) {
   std::vector<std::string_view> columns;
-  for (const std::string_view piece : Split(line, ' ')) {
-    if (!Trim(piece).empty()) columns.push_back(Trim(piece));
+  for (const std::string_view part : Split(line, ' ')) {
+    if (!Trim(part).empty()) columns.push_back(Trim(part));
   }
   return columns;
 }

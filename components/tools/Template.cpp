@@ -20,7 +20,7 @@ constexpr std::array<std::pair<std::string_view, OwnName>, 9> kOwnNames{{
 }};
 
 // Returns the position after the parenthesis that matches the one at `open`, or npos.
-std::size_t BehindMacro(std::string_view text, std::size_t open) {
+std::size_t EndOfMacro(std::string_view text, std::size_t open) {
   int depth = 0;
   for (std::size_t i = open; i < text.size(); ++i) {
     if (text[i] == '(') ++depth;
@@ -43,7 +43,7 @@ std::optional<Template> Template::Parse(std::string_view text, std::string& erro
       result.AddText("$");
       at += 2;
     } else {
-      const std::size_t end = BehindMacro(text, at + 1);
+      const std::size_t end = EndOfMacro(text, at + 1);
       if (end == std::string_view::npos) {
         error = "unterminated macro: " + std::string(text.substr(at));
         return std::nullopt;

@@ -22,15 +22,15 @@ class LineAssembler {
  public:
   static constexpr std::size_t kMaxLine = 8192;
 
-  // Calls `onLine(std::string_view)` for every line completed by `piece`, without its line ending.
+  // Calls `onLine(std::string_view)` for every line completed by `chunk`, without its line ending.
   template <class Handler>
-  void Add(std::string_view piece, const Handler& onLine) {
-    while (!piece.empty()) {
-      const std::size_t end = piece.find('\n');
-      Append(piece.substr(0, end));
+  void Add(std::string_view chunk, const Handler& onLine) {
+    while (!chunk.empty()) {
+      const std::size_t end = chunk.find('\n');
+      Append(chunk.substr(0, end));
       if (end == std::string_view::npos) return;
       Flush(onLine);
-      piece.remove_prefix(end + 1);
+      chunk.remove_prefix(end + 1);
     }
   }
 

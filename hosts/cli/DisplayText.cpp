@@ -36,7 +36,7 @@ ConsoleText DyeKind(const std::string& text, const MessageLabel& kind, const Con
 
 // Returns the rest of the line after the file name, with the column, if the tool's position matches
 // that of the entry.
-std::string TextBehindFile(const LogEntry& entry) {
+std::string TextAfterFile(const LogEntry& entry) {
   const std::string place = ":" + std::to_string(entry.line) + ":";
   const std::size_t at = entry.text.find(place);
   if (at == std::string::npos) return {};
@@ -98,16 +98,16 @@ ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const
     return entry.kind == LogKind::Heading ? console.Dye(Paint::Bold, text) : text;
   }
   const std::string file = Printable(DisplayPath(entry.file, folder));
-  std::string behind = Printable(TextBehindFile(entry));
+  std::string rest = Printable(TextAfterFile(entry));
   const std::string word = std::string(kind->word) + ":";
-  if (behind.empty()) {
-    if (entry.line > 0) behind = ":" + std::to_string(entry.line);
-    behind += ": " + word + " " + Printable(entry.message);
-  } else if (behind.find(word) == std::string::npos) {
+  if (rest.empty()) {
+    if (entry.line > 0) rest = ":" + std::to_string(entry.line);
+    rest += ": " + word + " " + Printable(entry.message);
+  } else if (rest.find(word) == std::string::npos) {
     // Not every tool prints the severity; insert it after line and column.
-    behind.insert(std::min(behind.find_first_not_of(":0123456789"), behind.size()), " " + word);
+    rest.insert(std::min(rest.find_first_not_of(":0123456789"), rest.size()), " " + word);
   }
-  return console.Dye(Paint::Bold, file) + DyeKind(behind, *kind, console);
+  return console.Dye(Paint::Bold, file) + DyeKind(rest, *kind, console);
 }
 
 std::string ClockText(std::chrono::milliseconds elapsed) {

@@ -37,13 +37,13 @@ std::string Section(const std::string& heading, const TextTable& rows, std::size
   std::string text = "\n" + heading + "\n";
   for (const auto& [term, help] : rows) {
     std::string line = "  " + term;
-    for (const std::string& piece : Wrap(help, kWidth - column)) {
+    for (const std::string& part : Wrap(help, kWidth - column)) {
       if (line.size() + 2 > column) {
         text += line + "\n";
         line.clear();
       }
       line.resize(column, ' ');
-      text += line + piece + "\n";
+      text += line + part + "\n";
       line.clear();
     }
   }

@@ -21,7 +21,7 @@ constexpr std::string_view kNoteWord = ": note: ";
 
 // Returns the text after the position at the start of the message; empty unless it is the position
 // of the entry.
-std::string_view BehindPlace(const LogEntry& entry) {
+std::string_view TextAfterPlace(const LogEntry& entry) {
   const std::string place = ":" + std::to_string(entry.line) + ":";
   const std::size_t at = entry.text.find(place);
   if (entry.line <= 0 || at == std::string::npos) return {};
@@ -117,10 +117,10 @@ std::string UtcText(std::int64_t seconds) {
 }  // namespace
 
 int ColumnOf(const LogEntry& entry) {
-  const std::string_view behind = BehindPlace(entry);
-  const std::size_t end = behind.find_first_not_of("0123456789");
-  if (end == 0 || end == std::string_view::npos || behind[end] != ':') return 0;
-  return ParseDecimal(std::string(behind.substr(0, end)).c_str());
+  const std::string_view rest = TextAfterPlace(entry);
+  const std::size_t end = rest.find_first_not_of("0123456789");
+  if (end == 0 || end == std::string_view::npos || rest[end] != ':') return 0;
+  return ParseDecimal(std::string(rest.substr(0, end)).c_str());
 }
 
 std::string UriPathOf(const std::string& path) {

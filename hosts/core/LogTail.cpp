@@ -71,8 +71,8 @@ LogTail::Update LogTail::Take(std::int64_t now, std::size_t most) {
   if (rest.empty()) return update;
   const std::size_t length =
       rest.size() <= most ? rest.size() : LengthOfPiece(rest, taken_ != 0, most);
-  const std::string piece(rest.substr(0, length));
-  update.entries = ReadLogEntries(taken_ == 0 ? piece : "<log>" + piece + "</log>");
+  const std::string part(rest.substr(0, length));
+  update.entries = ReadLogEntries(taken_ == 0 ? part : "<log>" + part + "</log>");
   taken_ += length;
   update.hasMore = taken_ < seen_.size();
   return update;

@@ -162,8 +162,8 @@ class Styler {
 
   // A label doesn't count as the operation of the line.
   AssemblerStyle StyleOfFirst(std::string_view word) {
-    const std::string_view behind = Rest().substr(word.size());
-    if (behind.starts_with(':')) return AssemblerStyle::Label;
+    const std::string_view rest = Rest().substr(word.size());
+    if (rest.starts_with(':')) return AssemblerStyle::Label;
     hasOperation_ = true;
     isNamed_ = false;
     if (word.front() == '.' || IsAmong(kDirectives, word)) return AssemblerStyle::Directive;

@@ -65,7 +65,7 @@ class CommandRunner : public QObject {
   // Stops a running build and its tools; onEnded is called as soon as they have exited. A build
   // that hasn't started yet has ended when this returns.
   void Stop();
-  // Stops the tools if the server has been told to stop the build by the user's answer to one of
+  // Stops the tools if the server was requested to stop the build by the user's answer to one of
   // its questions.
   void FollowStop();
   // True from the request of a build until its results have been stored.

@@ -59,7 +59,7 @@ class RecordCheck {
   FileSystem& files_;
   MtimeCache& times_;
   std::uint64_t folderEpoch_ = 0;  // epoch of the last check of folders
-  // Cache of AskFor by version number, valid for one epoch and one loaded journal.
+  // Cache of RequestStat by version number, valid for one epoch and one loaded journal.
   std::vector<const MtimeCache::Entry*> entries_;
   std::uint64_t looksEpoch_ = 0;
   std::uint64_t looksJournal_ = 0;

@@ -23,11 +23,11 @@ std::unique_ptr<CXmlNode> MakeRoot(const char* name) {
 
 // Returns the lines before the tree. `reference` is inserted between the two parts of the style
 // sheet line.
-std::string MakeHead(const char* before, const std::string& reference, const char* behind) {
+std::string MakeHead(const char* before, const std::string& reference, const char* after) {
   std::string head = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n";
   head += before;
   head += reference.empty() ? kMessageFile : reference;
-  head += behind;
+  head += after;
   head += "\r\n";
   return head;
 }

@@ -11,10 +11,10 @@ constexpr int kBrowserId = 100;
 constexpr std::string_view kPlaceMark = "err://";
 constexpr std::string_view kNowhereMark = "lnk://";
 // Minimum offset of the colon before the line, to skip the colon of a drive.
-constexpr std::size_t kBehindDrive = 3;
+constexpr std::size_t kAfterDrive = 3;
 
 void SendPlace(WindowHandle host, std::string_view place) {
-  const std::size_t colon = place.find(':', kBehindDrive);
+  const std::size_t colon = place.find(':', kAfterDrive);
   const std::string file(place.substr(0, colon));
   const std::string line(colon == place.npos ? std::string_view() : place.substr(colon + 1));
   SendWindowMessage(host, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(file.c_str()),

@@ -19,7 +19,7 @@ constexpr std::array<TemplateKeyword, 4> kKeywords{{
 
 // Returns the position after the set that opens at `at`. A ] directly after the opening [ or [^ is
 // a member and doesn't end the set.
-std::size_t BehindSet(std::string_view text, std::size_t at) {
+std::size_t EndOfSet(std::string_view text, std::size_t at) {
   std::size_t first = at + 1;
   if (first < text.size() && text[first] == '^') ++first;
   return std::min(text.find(']', first + 1), text.size() - 1) + 1;
@@ -31,7 +31,7 @@ int CountGroups(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     if (text[at] == '(') ++count;
     if (text[at] == '[') {
-      at = BehindSet(text, at);
+      at = EndOfSet(text, at);
     } else {
       at += text[at] == '\\' ? 2 : 1;
     }

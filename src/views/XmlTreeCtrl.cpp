@@ -75,8 +75,8 @@ void CXmlTreeCtrl::SelectNode(const CXmlNode* node) {
   SelectItem(item);
   isSelectingNode_ = false;
   currentNode_ = NodeOf(*item);
-  if (const CWnd* const hears = GetOwner()) {
-    PostWindowMessage(hears->GetHandle(), kXmlTreeSelect, 0, 0);
+  if (const CWnd* const owner = GetOwner()) {
+    PostWindowMessage(owner->GetHandle(), kXmlTreeSelect, 0, 0);
   }
 }
 

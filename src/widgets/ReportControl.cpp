@@ -25,7 +25,7 @@ CReportColumn* CReportControl::AddColumn(std::unique_ptr<CReportColumn> column) 
 }
 
 void CReportControl::OnColumnsChanged() {
-  isArrangedAnew_ = true;
+  isRearranged_ = true;
   if (ReportPeer* drawn = DrawnBy()) drawn->OnColumnsChanged();
 }
 
@@ -85,15 +85,15 @@ void CReportControl::Populate() {
   const ReportSelection::Remembered remembered = selection_.Remember();
   rows_.Build(records_, header_.IsShowItemsInGroups());
   populated_ = records_.GetCount();
-  isArrangedAnew_ = false;
+  isRearranged_ = false;
   RestoreSelection(remembered);
   ResetRows();
 }
 
 void CReportControl::PopulateAdded() {
-  if (populated_ == records_.GetCount() && !isArrangedAnew_) return;
+  if (populated_ == records_.GetCount() && !isRearranged_) return;
   const bool isSorted = columns_.GetSortColumn() != nullptr;
-  if (isArrangedAnew_ || (isSorted && header_.IsShowItemsInGroups())) return Populate();
+  if (isRearranged_ || (isSorted && header_.IsShowItemsInGroups())) return Populate();
   // Rows change their position only if they are sorted.
   const ReportSelection::Remembered remembered =
       isSorted ? selection_.Remember() : ReportSelection::Remembered();

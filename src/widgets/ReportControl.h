@@ -190,9 +190,9 @@ class CReportControl : public CWnd {
   ReportLayout layout_{*this};
   std::shared_ptr<const CImageList> images_;
   ReportLook look_;
-  int populated_ = 0;            // records that have rows
-  bool isArrangedAnew_ = false;  // columns have changed since the rows were built
-  std::uint64_t epoch_ = 0;      // number of changes of the rows
+  int populated_ = 0;          // records that have rows
+  bool isRearranged_ = false;  // columns have changed since the rows were built
+  std::uint64_t epoch_ = 0;    // number of changes of the rows
   bool showsGroupBox_ = false;
   bool mayEdit_ = false;
   int topRow_ = 0;

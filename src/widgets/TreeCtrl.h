@@ -80,7 +80,7 @@ class CTreeItem {
  private:
   friend class CTreeCtrl;
 
-  CTreeItem* NextBehindSubtree() const;
+  CTreeItem* NextAfterSubtree() const;
   void NumberChildren(int from);
 
   std::string text_;

@@ -27,7 +27,7 @@ bool CTreeItem::IsBelow(const CTreeItem& other) const {
 }
 
 CTreeItem* CTreeItem::GetNextVisible() const {
-  return isExpanded_ ? GetFirstChildItem() : NextBehindSubtree();
+  return isExpanded_ ? GetFirstChildItem() : NextAfterSubtree();
 }
 
 CTreeItem* CTreeItem::GetPreviousVisible() const {
@@ -38,10 +38,10 @@ CTreeItem* CTreeItem::GetPreviousVisible() const {
 }
 
 CTreeItem* CTreeItem::GetNext() const {
-  return HasChildren() ? GetFirstChildItem() : NextBehindSubtree();
+  return HasChildren() ? GetFirstChildItem() : NextAfterSubtree();
 }
 
-CTreeItem* CTreeItem::NextBehindSubtree() const {
+CTreeItem* CTreeItem::NextAfterSubtree() const {
   for (const CTreeItem* item = this; item != nullptr; item = item->parent_) {
     if (CTreeItem* const next = item->GetNextSiblingItem()) return next;
   }

@@ -69,8 +69,8 @@ void CWnd::DestroyWindow() {
 }
 
 std::intptr_t CWnd::SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
-  CWnd* const hears = GetOwner();
-  return hears == nullptr ? 0 : SendWindowMessage(hears->handle_, message, wParam, lParam);
+  CWnd* const owner = GetOwner();
+  return owner == nullptr ? 0 : SendWindowMessage(owner->handle_, message, wParam, lParam);
 }
 
 void CWnd::MoveWindow(const Rect& newRect) {

@@ -143,20 +143,20 @@ void CApplicationPage::OnTargetSelected() {
   launch.SetCheck(false);
   launch.EnableWindow(false);
 
-  TargetDescription told = DescribeTarget(*target);
-  description.SetControlText(told.text);
-  if (told.datasheet) {
+  TargetDescription reported = DescribeTarget(*target);
+  description.SetControlText(reported.text);
+  if (reported.datasheet) {
     auto& link = *FindControl<CHyperlinkCtrl>(kIdDatasheet);
-    if (!told.datasheet->empty()) link.SetAddress(*told.datasheet);
-    link.EnableWindow(!told.datasheet->empty());
+    if (!reported.datasheet->empty()) link.SetAddress(*reported.datasheet);
+    link.EnableWindow(!reported.datasheet->empty());
   }
-  if (told.wizard && typeBuilds_) {
+  if (reported.wizard && typeBuilds_) {
     launch.SetCheck(application.useCobbler);
     launch.EnableWindow(true);
-    application.wizardPath = std::move(*told.wizard);
+    application.wizardPath = std::move(*reported.wizard);
   }
-  if (told.script) application.targetText = std::move(*told.script);
-  if (told.configName) application.configName = std::move(*told.configName);
+  if (reported.script) application.targetText = std::move(*reported.script);
+  if (reported.configName) application.configName = std::move(*reported.configName);
 }
 
 void CApplicationPage::OnTypeChosen() {

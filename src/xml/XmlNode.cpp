@@ -100,17 +100,17 @@ CXmlAttr* CXmlNode::GetLastAttr() const {
 }
 
 CXmlAttr* CXmlNode::AddAttr(XmlArg attrName, XmlArg attrValue) {
-  return AddAttrBehind(GetLastAttr(), attrName, attrValue);
+  return AddAttrAfter(GetLastAttr(), attrName, attrValue);
 }
 
 void CXmlNode::CopyAttrs(const CXmlNode& source) {
   CXmlAttr* last = GetLastAttr();
   for (const CXmlAttr& attr : source.Attributes()) {
-    last = AddAttrBehind(last, attr.NameView(), attr.ValueView());
+    last = AddAttrAfter(last, attr.NameView(), attr.ValueView());
   }
 }
 
-CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
+CXmlAttr* CXmlNode::AddAttrAfter(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
   // The value is stored directly after the record, in the same allocation.
   const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
   const XmlArena::Block page = AllocateLate(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);

@@ -160,7 +160,7 @@ class CXmlNode {
   template <class Pairs>
   void AddAttrs(const Pairs& pairs) {
     CXmlAttr* last = GetLastAttr();
-    for (const auto& [attrName, attrValue] : pairs) last = AddAttrBehind(last, attrName, attrValue);
+    for (const auto& [attrName, attrValue] : pairs) last = AddAttrAfter(last, attrName, attrValue);
   }
   // Appends copies of the attributes of another node in linear time.
   void CopyAttrs(const CXmlNode& source);
@@ -236,7 +236,7 @@ class CXmlNode {
   CXmlAttr* GetLastAttr() const;
   // Appends an attribute after `last`, which is the current last attribute, or nullptr if there is
   // none.
-  CXmlAttr* AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue);
+  CXmlAttr* AddAttrAfter(CXmlAttr* last, XmlArg attrName, XmlArg attrValue);
   void DestroyAttr(CXmlAttr* attr);
   void DestroyAttrs();
   void DestroyChildren();

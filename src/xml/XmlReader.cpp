@@ -121,7 +121,7 @@ const char* XmlReader::Read(CXmlNode& node, const char* text) {
       CloseLevel();  // the input ends inside the element
     }
     if (levels_.size() > depth) continue;
-    while (p && !levels_.empty() && ReadBehindChild(p)) CloseLevel();
+    while (p && !levels_.empty() && ReadAfterChild(p)) CloseLevel();
   }
   while (!levels_.empty()) CloseLevel();
   if (losses_ && p) ReportTail(text, p);
@@ -276,7 +276,7 @@ const char* XmlReader::FindUnescaped(const char* p, char end, bool& isEncoded) c
   }
 }
 
-bool XmlReader::ReadBehindChild(const char*& p) {
+bool XmlReader::ReadAfterChild(const char*& p) {
   if (p[0] == '<' && p[1] == '/') {
     bool closesLevel = false;
     p = ReadCloseTag(p + 2, closesLevel);
@@ -329,7 +329,7 @@ void XmlReader::FillTop(const XmlInternedName* name, const Run& text, bool isOpe
   top_->name_ = name;
   CXmlAttr* last = nullptr;
   for (const AttrSpan& attr : attrs_) {
-    last = top_->AddAttrBehind(last, attr.name->View(), Stored(attr.value));
+    last = top_->AddAttrAfter(last, attr.name->View(), Stored(attr.value));
     ReleaseName(attr.name);
   }
   if (!isOpen) return;

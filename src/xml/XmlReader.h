@@ -69,7 +69,7 @@ class XmlReader {
   const char* ReadTagEnd(const char* p, bool& isOpen, Run& text);
   const char* ReadText(const char* p, Run& text) const;
   // Reads the input after a complete child. Returns true if it was the close tag of the level.
-  bool ReadBehindChild(const char*& p);
+  bool ReadAfterChild(const char*& p);
   const char* ReadCloseTag(const char* p, bool& closesLevel);
 
   bool IsReadingTop() const { return levels_.empty(); }

@@ -175,7 +175,7 @@ TEST(Init, ComponentsGetTheFoldersAsTheyCame) {
   }
 }
 
-TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
+TEST(Init, AFailedStepLeavesNothingAndIsRecognisableByWhatWasDone) {
   const struct {
     const char* name;
     std::function<void(ManagerFixture&)> damage;
@@ -377,9 +377,9 @@ TEST(Init, AMissingComponentIsAFailureThatTheHostGetsTheReasonOf) {
     EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), row.result);
     EXPECT_EQ(world.runningObjects.GetActiveObject(CProjectManager::kClassId).Get() != nullptr,
               *row.result == '1');
-    const std::vector<std::string> told = world.host.LinesOf(kMsgLogLine);
-    ASSERT_EQ(told.size(), row.line.empty() ? 0u : 1u);
-    EXPECT_TRUE(told.empty() || told[0].starts_with("LogLine " + row.line)) << told[0];
+    const std::vector<std::string> reported = world.host.LinesOf(kMsgLogLine);
+    ASSERT_EQ(reported.size(), row.line.empty() ? 0u : 1u);
+    EXPECT_TRUE(reported.empty() || reported[0].starts_with("LogLine " + row.line)) << reported[0];
     for (const MethodInfo& method : world.manager->GetMethods()) {
       if (method.name == "Init") continue;
       Variant result;

@@ -260,9 +260,9 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
 TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {
   Open();
   const auto selected = [&](const char* place) {
-    const std::string told = Ask(TARN_INS_SELECT_NODE_BY_PLACE, {place});
+    const std::string reported = Ask(TARN_INS_SELECT_NODE_BY_PLACE, {place});
     const CXmlNode* const node = world.Manager().GetModel()->GetCurrentNode();
-    return told + ' ' + (node == nullptr ? "" : node->GetName());
+    return reported + ' ' + (node == nullptr ? "" : node->GetName());
   };
   EXPECT_EQ(selected(""), "1 Project");
   EXPECT_EQ(selected("0"), "1 Application");
@@ -463,12 +463,14 @@ TEST_F(Inspector, TellsWhereAValueIsStored) {
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "group"}), "1");
   ASSERT_EQ(Ask(TARN_INS_SELECT_NODE_BY_KEY, {"main.c", ""}), "1");
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "own"}), "1");
-  const std::string told = Ask(TARN_INS_EXPLAIN_OPTION, {"", "Build", "Flag"});
-  const std::size_t group = told.find("<From Kind=\"group\" Header=\"src\" Config=\"Standard\"");
-  const std::size_t own = told.find("<From Kind=\"node\" Header=\"main.c\" Config=\"Standard\"");
-  EXPECT_LT(group, own) << told;
-  EXPECT_NE(own, std::string::npos) << told;
-  EXPECT_NE(told.find("<Option Node=\"main.c\" Value=\"own\""), std::string::npos) << told;
+  const std::string reported = Ask(TARN_INS_EXPLAIN_OPTION, {"", "Build", "Flag"});
+  const std::size_t group =
+      reported.find("<From Kind=\"group\" Header=\"src\" Config=\"Standard\"");
+  const std::size_t own =
+      reported.find("<From Kind=\"node\" Header=\"main.c\" Config=\"Standard\"");
+  EXPECT_LT(group, own) << reported;
+  EXPECT_NE(own, std::string::npos) << reported;
+  EXPECT_NE(reported.find("<Option Node=\"main.c\" Value=\"own\""), std::string::npos) << reported;
 }
 
 }  // namespace

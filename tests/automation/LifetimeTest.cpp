@@ -112,7 +112,7 @@ TEST(Lifetime, AnInspectorKeepsTheManagerThatItLooksAt) {
   EXPECT_TRUE(world.IsGone());
 }
 
-TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsBehindTheWorker) {
+TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsAfterTheWorker) {
   Building world;
   std::vector<std::string> answers;
   bool released = false;

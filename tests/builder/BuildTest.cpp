@@ -60,7 +60,7 @@ TEST(Build, ANameThatAToolReportedCountsExactly) {
   }
 }
 
-TEST(Build, AFailureLeavesTheSiblingsBehindItAlone) {
+TEST(Build, AFailureLeavesTheNextSiblingsAlone) {
   BuildFixture world;
   world.failing = "a.c";
   world.Open();

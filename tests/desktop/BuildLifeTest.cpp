@@ -144,7 +144,7 @@ TEST_F(BuildLifeTest, CtrlAndBreakStopABuild) {
   EXPECT_EQ(ended, BuildEnd::Stopped);
 }
 
-TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
+TEST_F(BuildLifeTest, AProjectClosedAfterItsBuildKeepsWhatWasReported) {
   window->Frame().SetHandler(kMsgWorkerEnded, [&](const HostMessageEvent&) {
     QTimer::singleShot(0, &*window, [this] { window->Session().Manager().ProjectClose(); });
     return std::intptr_t{1};

@@ -239,10 +239,11 @@ TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
     next = window->findChild<QDialog*>("recoveryDialog");
     return next != nullptr && next != dialog;
   }));
-  QString told;
-  CloseNextBox(told);
+  QString reported;
+  CloseNextBox(reported);
   ASSERT_NO_FATAL_FAILURE(Press(*next, "restore"));
-  EXPECT_TRUE(told.contains("main.c already has other unsaved changes")) << told.toStdString();
+  EXPECT_TRUE(reported.contains("main.c already has other unsaved changes"))
+      << reported.toStdString();
   for (const char* const each : {"new.c", "FIRST", "SPEED"}) {
     EXPECT_NE(window->Session().Inspector().GetFileTexts().find(each), std::string::npos) << each;
   }
@@ -285,7 +286,7 @@ TEST_F(CrashTest, ChangesOfAProjectThatIsGoneCanBeSavedElsewhere) {
   QDialog* dialog = Start();
   ASSERT_NE(dialog, nullptr);
   EXPECT_TRUE(RowsOf(*dialog).front().ends_with("the project no longer exists"));
-  QString told;
+  QString reported;
   testing::InNextDialog<QMessageBox>([&](QMessageBox& box) {
     for (QAbstractButton* each : box.buttons()) {
       if (each->text().contains("Save copies")) each->click();
@@ -294,11 +295,11 @@ TEST_F(CrashTest, ChangesOfAProjectThatIsGoneCanBeSavedElsewhere) {
       chooser.setDirectory(ToQt(folder / "copies"));
       chooser.findChild<QLineEdit*>()->clear();
       static_cast<QDialog&>(chooser).done(QDialog::Accepted);
-      CloseNextBox(told);
+      CloseNextBox(reported);
     });
   });
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
-  EXPECT_TRUE(told.contains("main.c.unsaved")) << told.toStdString();
+  EXPECT_TRUE(reported.contains("main.c.unsaved")) << reported.toStdString();
   EXPECT_EQ(ReadBytes(folder / "copies/main.c.unsaved"), "mine " + main);
   EXPECT_NE(ReadBytes(folder / "copies/blinky-avr.tapp.unsaved").find("SPEED"), std::string::npos);
   window.reset();

@@ -35,11 +35,11 @@ TEST(TextSearchTest, PlacesAndReplacements) {
   };
   for (const Row& row : rows) {
     const SearchResult result = SearchText(row.text, row.options, row.replacement, 100);
-    QString told = result.problem;
+    QString reported = result.problem;
     for (const SearchHit& hit : result.hits) {
-      told += QString("%1+%2=%3 ").arg(hit.start).arg(hit.length).arg(hit.replacement);
+      reported += QString("%1+%2=%3 ").arg(hit.start).arg(hit.length).arg(hit.replacement);
     }
-    EXPECT_EQ(told.toStdString(), row.expected) << row.options.text.toStdString();
+    EXPECT_EQ(reported.toStdString(), row.expected) << row.options.text.toStdString();
   }
 }
 
@@ -59,7 +59,7 @@ class FindBarTest : public ::testing::Test {
     tabs.Current()->getCursorPosition(&line, &column);
     return line + 1;
   }
-  std::string Told() { return bar.findChild<QLabel*>()->text().toStdString(); }
+  std::string Shown() { return bar.findChild<QLabel*>()->text().toStdString(); }
 
   testing::ScratchFolder folder;
   QWidget window;
@@ -72,11 +72,11 @@ class FindBarTest : public ::testing::Test {
 TEST_F(FindBarTest, KeysGoFromPlaceToPlaceAroundTheEndAndEscapeLeaves) {
   window.show();
   QTest::keyClicks(pattern, "LED");
-  EXPECT_EQ(Told(), "3 found");
+  EXPECT_EQ(Shown(), "3 found");
   std::string lines;
   for (int i = 0; i < 4; ++i) {
     QTest::keyClick(pattern, Qt::Key_Return);
-    lines += std::to_string(Line()) + ' ' + Told() + ", ";
+    lines += std::to_string(Line()) + ' ' + Shown() + ", ";
   }
   QTest::keyClick(pattern, Qt::Key_Return, Qt::ShiftModifier);
   EXPECT_EQ(lines, "2 1 of 3, 3 2 of 3, 4 3 of 3, 2 1 of 3, ");
@@ -99,7 +99,7 @@ TEST_F(FindBarTest, ReplacingIsOneStepBackAndTakesWhatIsSelectedFirst) {
   bar.findChildren<QPushButton*>().at(1)->click();
   EXPECT_EQ(tabs.Current()->text().toStdString(),
             "// \xC3\xA9\nint lamp\xC3\xBC;\nint lamp\xC3\xBC;\nlamp\xC3\xBC = 1;\n");
-  EXPECT_EQ(Told(), "2 replaced");
+  EXPECT_EQ(Shown(), "2 replaced");
   tabs.Current()->undo();
   EXPECT_EQ(tabs.Current()->text().toStdString(),
             "// \xC3\xA9\nint lamp\xC3\xBC;\nint Led;\nled = 1;\n");
@@ -120,7 +120,7 @@ TEST_F(FindBarTest, AllAreReplacedHoweverManyThereAre) {
   window.show();
   tabs.Current()->setText(QString("a\n").repeated(10001));
   pattern->setText("a");
-  EXPECT_EQ(Told(), "10000+ found");
+  EXPECT_EQ(Shown(), "10000+ found");
   replacement->setText("b");
   bar.findChildren<QPushButton*>().at(1)->click();
   EXPECT_FALSE(tabs.Current()->text().contains('a'));

@@ -200,7 +200,7 @@ TEST_F(IdeWindowTest, ClosingEndsAScriptWithTheBuildThatItWaitsFor) {
   EXPECT_FALSE(window->Session().Scripts().IsRunning());
 }
 
-TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
+TEST_F(IdeWindowTest, ABuildRefusedAfterItsPrologEndsImmediately) {
   std::optional<BuildEnd> ended;
   window->Commands().onEnded = [&](BuildEnd end) { ended = end; };
   // A different build is started in between, and the user agrees to stop it when the server asks.

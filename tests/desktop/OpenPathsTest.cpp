@@ -59,15 +59,15 @@ TEST_F(OpenPathsTest, AFileThatTheProjectSpellsInAnotherWayIsEditedOnce) {
 }
 
 TEST_F(OpenPathsTest, OfSeveralFilesTheMissingOnesAreNamedAndTheOthersOpened) {
-  QString told;
+  QString reported;
   testing::InNextDialog<QMessageBox>([&](QMessageBox& box) {
-    told = box.text();
+    reported = box.text();
     box.reject();
   });
   window->OpenPaths({folder / "blinky/src/none.c", folder / "blinky/src/main.c",
                      folder / "blinky/src", folder / "blinky/blinky-avr.tprj"});
-  EXPECT_TRUE(told.contains("src/none.c")) << told.toStdString();
-  EXPECT_FALSE(told.contains("main.c"));
+  EXPECT_TRUE(reported.contains("src/none.c")) << reported.toStdString();
+  EXPECT_FALSE(reported.contains("main.c"));
   EXPECT_EQ(window->Editors().count(), 1);
 }
 

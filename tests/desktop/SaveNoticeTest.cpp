@@ -34,7 +34,7 @@ class SaveNoticeTest : public testing::IdeFixture {
   }
 };
 
-TEST_F(SaveNoticeTest, ChangesOfBothSidesAreSavedTogetherAndTold) {
+TEST_F(SaveNoticeTest, ChangesOfBothSidesAreSavedTogetherAndReported) {
   ASSERT_NO_FATAL_FAILURE(RenameThere("uart.c", "theirs"));
   ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
   ASSERT_TRUE(Choose("Save all"));

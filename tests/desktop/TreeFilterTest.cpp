@@ -24,13 +24,13 @@ constexpr const char* kTree =
 TEST(NodeIndexTest, FindsNodesByLabelAndPathAndKnowsTheirPlaces) {
   const std::vector<IndexedNode> nodes = IndexTree(kTree, "/p/");
   const auto found = [&](const char* text) {
-    QStringList told;
+    QStringList reported;
     for (const int number : FindNodes(nodes, text)) {
       const IndexedNode& node = nodes[static_cast<std::size_t>(number)];
       const QString remark = node.path.isEmpty() ? node.above : node.path;
-      told += QString::fromStdString(node.place) + " " + node.label + " (" + remark + ")";
+      reported += QString::fromStdString(node.place) + " " + node.label + " (" + remark + ")";
     }
-    return told.join(", ").toStdString();
+    return reported.join(", ").toStdString();
   };
   EXPECT_EQ(found("drivers"), "0/0 Drivers (app), 0/1/0 Drivers (app / Tests)");
   EXPECT_EQ(found("uart .C"),

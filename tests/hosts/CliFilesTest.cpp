@@ -35,7 +35,7 @@ void Put(Instead what, const std::string& path) {
   }
 }
 
-TEST(CliFiles, WhichFileAndWhyIsTold) {
+TEST(CliFiles, FileAndReasonAreReported) {
   const std::string notAFile = "not a regular file";
   const std::string loop = "Too many levels of symbolic links";
   const std::string link = "it is a symbolic link, which is not followed";
@@ -186,7 +186,7 @@ TEST(CliFiles, NoToolReadsAPipe) {
   }
 }
 
-TEST(CliFiles, ALogThatLacksMessagesIsTold) {
+TEST(CliFiles, ALogThatLacksMessagesIsReported) {
   CliProject project;
   project.Out({"build"});
   const std::string log = project.Read("demo.tlog");

@@ -295,7 +295,7 @@ TEST(CliImport, AScriptThatWasCutConvertsNothing) {
   }
 }
 
-TEST(CliImport, WhatIsNoOlderProjectIsTold) {
+TEST(CliImport, WhatIsNotAnOlderProjectIsReported) {
   CliProject project;
   EXPECT_EQ(project.Run({"import", "gone.prj"}).code, 3);
   EXPECT_EQ(project.Run({"import", "src"}).code, 3);

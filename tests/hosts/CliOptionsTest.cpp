@@ -137,9 +137,9 @@ TEST(CliConfig, ADeviceThatIsNotSetIsAnErrorOfTheBuildThatNamesTheOption) {
   EXPECT_EQ(build.code, 1) << build.out;
   EXPECT_TRUE(Has(build.out, said)) << build.out;
   for (const char* command : {"status", "check"}) {
-    const auto told = project.Run({command, "-c", "Bare"});
-    EXPECT_EQ(told.code, 1) << command;
-    EXPECT_TRUE(Has(told.out + told.err, said)) << command << told.out << told.err;
+    const auto reported = project.Run({command, "-c", "Bare"});
+    EXPECT_EQ(reported.code, 1) << command;
+    EXPECT_TRUE(Has(reported.out + reported.err, said)) << command << reported.out << reported.err;
   }
   EXPECT_TRUE(Has(project.Out({"options", "list", "-c", "Bare"}), "(needs a value)"));
   project.ExpectRefusal({"options", "set", "Target.Device", "", "-c", "Bare"}, 2,

@@ -21,7 +21,7 @@ TEST(CliRegister, SaysWhatItDidForWhomAndWhatIsLeft) {
   const std::string name = "  TarnProjectManager.ProjectManager";
   const std::string whole = name + "  " + LibraryPath() + "\n";
   const std::string targets = "  targets  " + project.PathOf("root/targets") + "\n";
-  const auto told = [&](const std::string& what, const std::string& done) {
+  const auto reported = [&](const std::string& what, const std::string& done) {
     return done + what + whole + done + what + targets;
   };
   const std::string left = "tarn: It is still registered for all users, as " + LibraryPath() + "\n";
@@ -30,12 +30,12 @@ TEST(CliRegister, SaysWhatItDidForWhomAndWhatIsLeft) {
     std::string out, err;
   } steps[] = {
       {{"unregister"}, "wasn't registered for this user" + name + "\n", ""},
-      {{"register"}, told(" for this user", "registered"), ""},
-      {{"register"}, told(" for this user", "already registered"), ""},
+      {{"register"}, reported(" for this user", "registered"), ""},
+      {{"register"}, reported(" for this user", "already registered"), ""},
       {{"register", "--system", "-q"}, "", ""},
-      {{"unregister"}, told(" for this user", "unregistered"), left},
+      {{"unregister"}, reported(" for this user", "unregistered"), left},
       {{"unregister", "-q"}, "", ""},
-      {{"unregister", "--system"}, told(" for all users", "unregistered"), ""},
+      {{"unregister", "--system"}, reported(" for all users", "unregistered"), ""},
       {{"register", "--json"},
        "{\n  \"changed\": true,\n  \"class\": \"TarnProjectManager.ProjectManager\",\n"
        "  \"library\": \"" +

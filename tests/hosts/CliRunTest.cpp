@@ -32,7 +32,7 @@ TEST(CliRun, AScriptChangesOptionsBuildsAndSavesWhatItWants) {
   EXPECT_TRUE(Has(project.Run({"status"}).out, "up to date"));
 }
 
-TEST(CliRun, WhatAScriptPrintsBehindABuildStandsInItsLog) {
+TEST(CliRun, WhatAScriptPrintsAfterABuildIsInItsLog) {
   CliProject project;
   project.Trust();
   project.Write("r.lua", "print('early')\nhost.build()\nprint('late')\nerror('enough')\n");

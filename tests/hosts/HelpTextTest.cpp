@@ -95,7 +95,7 @@ TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
   });
 }
 
-TEST(CommandLine, HelpInFrontOfACommandIsHelpBehindIt) {
+TEST(CommandLine, HelpBeforeACommandIsHelpAfterIt) {
   const char* const front[] = {"tarn", "help", "options", "set"};
   const char* const behind[] = {"tarn", "options", "set", "--help"};
   ::testing::internal::CaptureStdout();

@@ -13,7 +13,7 @@ std::intptr_t Send(const HostWindow& frame, std::uint32_t number, const char* fi
                            reinterpret_cast<std::intptr_t>(second));
 }
 
-TEST(HostWindow, WhatNobodyAnswersIsNeverRefused) {
+TEST(HostWindow, MessagesWithoutAHandlerAreNeverRefused) {
   const HostWindow frame;
   for (const std::uint32_t number : {kMsgProjectClosing + 0u, kMsgBuildStarting + 0u, 0x9999u}) {
     EXPECT_EQ(SendWindowMessage(frame.GetHandle(), number, 0, 0), 1) << number;
@@ -42,7 +42,7 @@ TEST(HostWindow, TextsAreCopiesAndNumbersAreLeftAlone) {
   EXPECT_EQ(seen.text, "");
 }
 
-TEST(HostWindow, AHandlerMayTakeItselfAwayAndMayFail) {
+TEST(HostWindow, AHandlerMayRemoveItselfAndMayFail) {
   HostWindow frame;
   frame.SetHandler(kMsgProjectClosing, [&frame](const HostMessageEvent&) {
     frame.SetHandler(kMsgProjectClosing, {});
@@ -56,15 +56,15 @@ TEST(HostWindow, AHandlerMayTakeItselfAwayAndMayFail) {
   EXPECT_EQ(Send(frame, kMsgProjectClosing, ""), 1);
 }
 
-TEST(HostWindow, AWatcherHearsOfEveryMessageAheadOfItsHandler) {
+TEST(HostWindow, AnObserverSeesEveryMessageBeforeItsHandler) {
   HostWindow frame;
-  std::string heard;
-  frame.SetObserver([&heard](const HostMessageEvent& event) {
-    heard += "watch " + event.text + (event.hasText ? " text" : " number");
-    heard += event.hasDetail ? " text; " : " number; ";
+  std::string received;
+  frame.SetObserver([&received](const HostMessageEvent& event) {
+    received += "watch " + event.text + (event.hasText ? " text" : " number");
+    received += event.hasDetail ? " text; " : " number; ";
   });
-  frame.SetHandler(kMsgProjectClosing, [&heard](const HostMessageEvent& event) {
-    heard += "answer " + event.text + "; ";
+  frame.SetHandler(kMsgProjectClosing, [&received](const HostMessageEvent& event) {
+    received += "answer " + event.text + "; ";
     return std::intptr_t{0};
   });
   EXPECT_EQ(Send(frame, kMsgProjectClosing, "p.tprj"), 0);
@@ -72,7 +72,7 @@ TEST(HostWindow, AWatcherHearsOfEveryMessageAheadOfItsHandler) {
   EXPECT_EQ(SendWindowMessage(frame.GetHandle(), 0x9999, 1, 2), 1);
   frame.SetObserver({});
   EXPECT_EQ(Send(frame, kMsgApplicationActivated, "p", "q"), 1);
-  EXPECT_EQ(heard,
+  EXPECT_EQ(received,
             "watch p.tprj text number; answer p.tprj; watch  text text; watch  number number; ");
 }
 

@@ -167,7 +167,7 @@ TEST_F(OutputEditTest, TheTextFillsTheWindowBesideItsMargin) {
 }
 
 // All ways for a string to reach the view, each followed by another line.
-TEST_F(OutputEditTest, NoTextHidesTheLinesBehindIt) {
+TEST_F(OutputEditTest, NoTextHidesTheLinesAfterIt) {
   std::string megabyte(1 << 20, 'x');
   megabyte.front() = '{';
   megabyte.back() = '}';

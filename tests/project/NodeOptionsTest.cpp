@@ -259,7 +259,7 @@ constexpr IdentityRow kIdentityRows[] = {
      "Project(ActiveApp=other)[Application(Header=other)[C(Header=m)]]"},
 };
 
-TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
+TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAgain) {
   for (const IdentityRow& row : kIdentityRows) {
     ProjectFixture world;
     world.AddDemo("<C Header=\"m\" />");

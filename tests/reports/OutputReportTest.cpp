@@ -173,7 +173,7 @@ TEST_F(OutputReport, AHostThatResetsOrDestroysItInsideAClickHearsOfTheHelpAllThe
 
 // An incrementally updated report must show the same as one created from the whole tree, for any
 // order of messages, resets, sorting and reloads.
-TEST_F(OutputReport, AReportThatGrowsIsAReportMadeAnew) {
+TEST_F(OutputReport, AReportThatGrowsEqualsARebuiltOne) {
   std::mt19937 random(11);
   const auto any = [&random](int bound) {
     return static_cast<int>(random() % static_cast<unsigned>(bound));

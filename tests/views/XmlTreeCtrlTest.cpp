@@ -19,7 +19,7 @@ using test::TreeText;
 using test::XmlTreeTest;
 using Lines = std::vector<std::string>;
 
-TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
+TEST_F(XmlTreeTest, TheOwnerIsNotifiedOfEachActionOnce) {
   const struct {
     const char* what;
     std::function<void()> action;

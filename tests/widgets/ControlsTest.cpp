@@ -91,7 +91,7 @@ TEST_F(Controls, WhatTheUserDoesIsToldOnceAndWhatTheProgramDoesNotAtAll) {
   const struct {
     const char* name;
     std::function<void()> act;
-    Lines told;
+    Lines reported;
   } rows[] = {
       {"push", [&] { push.NotifyClicked(); }, {"used 1"}},
       {"a button to push has no mark", [&] { push.SetCheck(true); }, {}},
@@ -118,7 +118,7 @@ TEST_F(Controls, WhatTheUserDoesIsToldOnceAndWhatTheProgramDoesNotAtAll) {
   };
   for (const auto& row : rows) {
     row.act();
-    EXPECT_EQ(toolkit.TakeLines(), row.told) << row.name;
+    EXPECT_EQ(toolkit.TakeLines(), row.reported) << row.name;
   }
   EXPECT_TRUE(stray.IsChecked());
   EXPECT_TRUE(other.IsChecked());
@@ -174,7 +174,7 @@ TEST_F(Controls, ABeginningSelectsTheFirstThatHasItWhateverItsCase) {
   EXPECT_EQ(list.SelectString(""), -1);
 }
 
-TEST_F(Controls, AnOwnerMayTakeTheWindowsAwayWhenItIsTold) {
+TEST_F(Controls, AnOwnerMayDestroyTheWindowsWhenNotified) {
   panel.then = [&] { panel.DestroyWindow(); };
   second.NotifyClicked();
   EXPECT_FALSE(second.IsCreated());

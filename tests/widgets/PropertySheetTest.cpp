@@ -139,7 +139,7 @@ std::string KindOf(const CWnd& control) {
   return dynamic_cast<const CComboBox*>(&control) != nullptr ? "list" : "link";
 }
 
-TEST_F(PropertySheet, ItsControlsAreThoseOfTheTableEachTimeAnew) {
+TEST_F(PropertySheet, ItsControlsAreThoseOfTheTableEachTime) {
   std::string seen;
   user.useSheet = [&](CPropertySheet& shown) {
     const CPropertyPage& body = *shown.GetPage();

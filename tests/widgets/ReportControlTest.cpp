@@ -165,7 +165,7 @@ TEST_F(Report, WhatTheUserDoesReachesTheOwnerAndTheState) {
   const struct {
     const char* name;
     std::function<void(Report&)> act;
-    const char* told;
+    const char* reported;
     const char* drawn;
     const char* rows;
   } table[] = {
@@ -281,7 +281,7 @@ TEST_F(Report, WhatTheUserDoesReachesTheOwnerAndTheState) {
     Fill();
     owner.TakeLines();
     row.act(*this);
-    EXPECT_EQ(owner.TakeLines(), row.told) << row.name;
+    EXPECT_EQ(owner.TakeLines(), row.reported) << row.name;
     EXPECT_EQ(toolkit.Take(), row.drawn) << row.name;
     EXPECT_EQ(RowsText(*report), row.rows) << row.name;
   }

@@ -37,7 +37,7 @@ class TimerTest : public ::testing::Test, public WindowTarget {
   std::string order;
 };
 
-TEST_F(TimerTest, TicksComeBehindAllMessages) {
+TEST_F(TimerTest, TicksComeAfterAllMessages) {
   Set(1, 1, Mark("tick"));
   PostWindowMessage(handle, 9, 0, 0);  // its handler posts another message
   Stall(5);
@@ -96,7 +96,7 @@ TEST_F(TimerTest, KillingDropsADueTick) {
   EXPECT_EQ(order, "");
 }
 
-TEST_F(TimerTest, SettingAgainReplacesAndStartsThePeriodAnew) {
+TEST_F(TimerTest, SettingAgainReplacesAndRestartsThePeriod) {
   Set(1, 30, Mark("old"));
   Stall(20);
   Set(1, 30, Mark("new"));

@@ -86,7 +86,7 @@ TEST_F(ToolBarTest, ButtonsAndMenusSendTheirCommands) {
   EXPECT_EQ(toolkit.TakeLines(), Lines{"menu at 215,75: [x] Build information 32773"});
 }
 
-TEST_F(ToolBarTest, StatesAreRefreshedAtIdleAndOnlyChangesAreTold) {
+TEST_F(ToolBarTest, StatesAreRefreshedAtIdleAndOnlyChangesAreNotified) {
   bool isPossible = false;
   bar->SetUpdater([&](CToolBar::Button& button) {
     button.isEnabled = button.id != 32776 || isPossible;

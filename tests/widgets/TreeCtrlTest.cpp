@@ -220,7 +220,7 @@ TEST_F(TreeCtrlTest, WithoutRedrawThePeerHearsOneReset) {
 TEST_F(TreeCtrlTest, AnEventMayEndTheTree) {
   tree.DestroyWindow();
   auto own = std::make_unique<TalkingTree>(lines);
-  const auto makeAnew = [&] {
+  const auto rebuild = [&] {
     own = std::make_unique<TalkingTree>(lines);
     own->Create(kStyleChild, {0, 0, 200, 64}, nullptr, 1);
     CTreeItem& root = own->InsertItem(nullptr, "r", -1, -1, nullptr);
@@ -248,7 +248,7 @@ TEST_F(TreeCtrlTest, AnEventMayEndTheTree) {
       },
   };
   for (const auto& action : actions) {
-    makeAnew();
+    rebuild();
     action();
     EXPECT_EQ(own, nullptr);
   }
@@ -307,7 +307,7 @@ TEST_F(TreeCtrlTest, WhatThePeerHearsIsWhatHasHappened) {
   }
 }
 
-TEST(TipWindowTest, ShowsBehindItsDelayForItsTime) {
+TEST(TipWindowTest, ShowsAfterItsDelayForItsTime) {
   using std::chrono::milliseconds;
   test::ManualClock clock;
   CWnd owner;

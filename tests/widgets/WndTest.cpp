@@ -151,7 +151,7 @@ TEST_F(WndTest, TimersGoByTheClockAndDieWithTheWindow) {
   EXPECT_EQ(lines, Lines{});
 }
 
-TEST_F(WndTest, AChildIsFreedBehindItsOwnEvent) {
+TEST_F(WndTest, AChildIsFreedAfterItsOwnEvent) {
   CreateBoth();
   bool isFreed = false;
   struct Freed : CWnd {
@@ -197,7 +197,7 @@ TEST(ImageListTest, OnlyBitmapsWithPixelsAreRead) {
   }
 }
 
-TEST(ImageListTest, StripsAreNumberedOneBehindTheOther) {
+TEST(ImageListTest, StripsAreNumberedConsecutively) {
   CImageList images({16, 16});
   EXPECT_EQ(images.Add(ReadBitmap(TinyBitmap(96, 16))), 0);
   EXPECT_EQ(images.Add(ReadBitmap(TinyBitmap(15, 16))), -1);

@@ -188,13 +188,13 @@ bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
       widget.focusPolicy() != Qt::NoFocus) {
     widget.setFocus(Qt::MouseFocusReason);
   }
-  MouseEvent told;
-  told.action = ToAction(event.type()).value_or(MouseAction::Move);
-  told.button = ToButton(mouse.button());
-  told.point = {static_cast<int>(mouse.position().x()), static_cast<int>(mouse.position().y())};
-  told.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
-  told.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
-  if (IsWindow(own)) window_.NotifyMouse(told);
+  MouseEvent reported;
+  reported.action = ToAction(event.type()).value_or(MouseAction::Move);
+  reported.button = ToButton(mouse.button());
+  reported.point = {static_cast<int>(mouse.position().x()), static_cast<int>(mouse.position().y())};
+  reported.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
+  reported.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
+  if (IsWindow(own)) window_.NotifyMouse(reported);
   return !isHeardAlone || !IsWindow(own);
 }
 

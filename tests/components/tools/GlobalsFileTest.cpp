@@ -156,7 +156,7 @@ TEST_F(GlobalsFile, DamagedDebugInformationIsToldAndGivesWhatIsWhole) {
   std::string intact = program;
   const std::size_t whole = ReadDebugSymbols(intact, "").symbols.size();
   ASSERT_GE(whole, 2u);
-  std::size_t told = 0;
+  std::size_t reported = 0;
   std::size_t partial = 0;
   std::uint32_t state = 1;
   const auto random = [&state] { return (state = state * 1664525u + 1013904223u) >> 8; };
@@ -172,10 +172,10 @@ TEST_F(GlobalsFile, DamagedDebugInformationIsToldAndGivesWhatIsWhole) {
     const std::string note = UpdateGlobalsFile(disk, "/list.xml", "/app", "/").text;
     const std::string list = disk.BytesOf("/list.xml").value_or("<Globals");
     ASSERT_TRUE(list.starts_with("<Globals")) << "round " << round;
-    if (!note.empty()) ++told;
+    if (!note.empty()) ++reported;
     if (!note.empty() && disk.BytesOf("/list.xml")) ++partial;
   }
-  EXPECT_GT(told, 0u);
+  EXPECT_GT(reported, 0u);
   EXPECT_GT(partial, 0u);
 }
 

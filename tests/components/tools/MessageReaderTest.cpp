@@ -24,7 +24,7 @@ void Check(const MessageRuleLists& lists, std::span<const Row> rows) {
   }
 }
 
-TEST(MessageReader, CompilerLinesAreJudgedByTheWordBehindThePlace) {
+TEST(MessageReader, CompilerLinesAreJudgedByTheWordAfterThePosition) {
   const Row rows[] = {
       {"c.c:3:21: warning: unused variable 'u' [-Wunused-variable]",
        "W|/w/c.c|3|unused variable 'u' [-Wunused-variable]"},

@@ -32,7 +32,7 @@ std::vector<std::string> Assemble(const std::vector<std::string>& pieces) {
   std::vector<std::string> lines;
   LineAssembler assembler;
   const auto take = [&](std::string_view line) { lines.emplace_back(line); };
-  for (const std::string& piece : pieces) assembler.Add(piece, take);
+  for (const std::string& chunk : pieces) assembler.Add(chunk, take);
   assembler.Finish(take);
   return lines;
 }
@@ -49,7 +49,7 @@ TEST(ToolText, LinesSurviveEveryCutIntoPieces) {
   }
 }
 
-TEST(ToolText, ALineOfTenMegabytesIsCutAndTold) {
+TEST(ToolText, ALineOfTenMegabytesIsCutAndReported) {
   const std::vector<std::string> pieces(160, std::string(65536, 'x'));
   const auto lines = Assemble(pieces);
   ASSERT_EQ(lines.size(), 1u);

@@ -34,7 +34,7 @@ TEST(ClassRegistry, FindsFactoriesNamedLibrariesAndLibrariesOfTheModuleFolder) {
   EXPECT_TRUE(folder.CreateInstance("TarnTestServer.Counter")->GetIDsOfNames("Join", id));
 }
 
-TEST(ClassRegistry, RegisteredClassesComeBehindTheInstallationsOwn) {
+TEST(ClassRegistry, RegisteredClassesComeAfterTheInstallationsOwn) {
   testing::MemoryFileSystem disk;
   const ServerIdentity identity = {
       "Elsewhere.Counter", "{E}", "Counter", "{T}", "T", "1.0", "{I}", "I"};

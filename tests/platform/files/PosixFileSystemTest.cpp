@@ -272,7 +272,7 @@ TEST_F(PosixFileSystemTest, AChangeWithinOneTickOfTheFoldersClockShows) {
   }
 }
 
-TEST_F(PosixFileSystemTest, TheMachinesSpellingOfANameIsTold) {
+TEST_F(PosixFileSystemTest, TheSpellingOfANameOnDiskIsReturned) {
   scratch.Write("Src/Main.c", "");
   EXPECT_EQ(files.NameOnDisk(scratch / "sRC\\MAIN.C"), scratch / "Src/Main.c");
   EXPECT_EQ(files.NameOnDisk(scratch / "src\\none.c"), scratch / "src\\none.c");
@@ -322,7 +322,7 @@ TEST_F(PosixFileSystemTest, AStepUpAfterALinkIsNoMatterOfLetters) {
   }
 }
 
-TEST_F(PosixFileSystemTest, AnotherSpellingOfANameIsTold) {
+TEST_F(PosixFileSystemTest, AnotherSpellingOfANameIsReported) {
   scratch.Write("Src/Main.c", "");
   const std::pair<const char*, bool> rows[] = {
       {"Src/Main.c", false}, {"Src/main.c", true}, {"src/Main.c", true}};

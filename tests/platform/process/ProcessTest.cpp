@@ -94,7 +94,7 @@ TEST(Process, MegabytesOnBothStreamsAtOnceComeWhole) {
   EXPECT_EQ(std::count(run.output.begin(), run.output.end(), 'o'), 4000000);
 }
 
-TEST(Process, AMissingProgramOrFolderIsToldAndLeavesNothingBehind) {
+TEST(Process, AMissingProgramOrFolderIsReportedAndLeavesNothing) {
   const struct {
     ProcessRequest request;
     const char* place;

@@ -37,8 +37,8 @@ class ReportOwner : public CWnd {
   ReportOwner() { Create(kStylePopup | kStyleVisible, {0, 0, 400, 200}, nullptr, 0); }
   ~ReportOwner() override { DestroyWindow(); }
 
-  std::string Take() { return std::exchange(told_, {}); }
-  std::function<void()> whenTold;
+  std::string Take() { return std::exchange(notified_, {}); }
+  std::function<void()> onNotified;
   int menus = 0;
 
  protected:
@@ -46,17 +46,17 @@ class ReportOwner : public CWnd {
     const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
     static constexpr const char* kNames[] = {"click",     "double", "enter", "header",
                                              "selection", "check",  "edit"};
-    told_ += kNames[message - kMsgReportClick];
-    told_ += " " + std::to_string(notice.row) + "," + std::to_string(notice.column);
-    if (notice.hyperlink >= 0) told_ += " link " + std::to_string(notice.hyperlink);
-    told_ += "; ";
-    if (whenTold) whenTold();
+    notified_ += kNames[message - kMsgReportClick];
+    notified_ += " " + std::to_string(notice.row) + "," + std::to_string(notice.column);
+    if (notice.hyperlink >= 0) notified_ += " link " + std::to_string(notice.hyperlink);
+    notified_ += "; ";
+    if (onNotified) onNotified();
     return 0;
   }
   bool OnContextMenu(Point) override { return ++menus > 1; }
 
  private:
-  std::string told_;
+  std::string notified_;
 };
 
 struct ReportPeerTest : ::testing::Test {
@@ -327,7 +327,7 @@ TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
 
 TEST_F(ReportPeerTest, MayBeDestroyedInItsEventsAndLivesOnWithoutItsView) {
   const QPointer<QTreeView> watched = view;
-  owner.whenTold = [this] { report.DestroyWindow(); };
+  owner.onNotified = [this] { report.DestroyWindow(); };
   Click(CellAt(1, 1));
   EXPECT_FALSE(report.IsCreated());
   EXPECT_EQ(view->model()->rowCount(), 0);
@@ -340,7 +340,7 @@ TEST_F(ReportPeerTest, MayBeDestroyedInItsEventsAndLivesOnWithoutItsView) {
   view = WidgetOf(report)->findChild<QTreeView*>();
   Settle();
   const QPointer<QTreeView> second = view;
-  owner.whenTold = [&] {
+  owner.onNotified = [&] {
     QEventLoop inner;
     QTimer::singleShot(0, &inner, [this] { report.DestroyWindow(); });
     QTimer::singleShot(20, &inner, &QEventLoop::quit);
@@ -350,7 +350,7 @@ TEST_F(ReportPeerTest, MayBeDestroyedInItsEventsAndLivesOnWithoutItsView) {
   QTest::mousePress(view->viewport(), Qt::LeftButton, {}, CellAt(0, 1));
   EXPECT_FALSE(report.IsCreated());
 
-  owner.whenTold = nullptr;
+  owner.onNotified = nullptr;
   report.Create(kStyleChild | kStyleVisible, {0, 0, 400, 200}, &owner, 7);
   delete WidgetOf(report);
   Add("late", "x.c");

@@ -338,7 +338,7 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   EXPECT_EQ(tree.GetClientRect().Height(), view->viewport()->height());
 }
 
-TEST_F(TreePeerTest, WhatIsDrawnBehindTheLabelsCanBeScrolledTo) {
+TEST_F(TreePeerTest, WhatIsDrawnAfterTheLabelsCanBeScrolledTo) {
   const QScrollBar& bar = *view->horizontalScrollBar();
   ASSERT_EQ(bar.maximum(), 0);
   tree.remark = std::string(200, 'w');
@@ -355,7 +355,7 @@ TEST_F(TreePeerTest, WhatIsDrawnBehindTheLabelsCanBeScrolledTo) {
   EXPECT_EQ(bar.maximum(), 0);
 }
 
-TEST_F(TreePeerTest, EventsMayRunWhileItIsFilledAnew) {
+TEST_F(TreePeerTest, EventsMayRunWhileItIsRefilled) {
   tree.InsertItems(nullptr, 2, Many(200));
   tree.SetTopRow(50);
   Settle();
