@@ -43,7 +43,7 @@ struct Node {
 
 class Publisher {
  public:
-  Publisher() : configFile(std::string(TARN_SOURCE_DIR) + "/share/config/projectmanager.config") {
+  Publisher() : configFile_(std::string(TARN_SOURCE_DIR) + "/share/config/projectmanager.config") {
     driver_.AttachDispatch(&manager_, false);
     driver_.InvokeLong(TARN_OPT_INIT_OPTIONS, {"/usr/share/tarn/", "/tmp/", 0, 1});
     driver_.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", configFile_});

@@ -67,15 +67,15 @@ std::string OneMessage() {
 // Appends the bytes of one message.
 class TailWriter {
  public:
-  TailWriter() : path(LogPath(".floor")), tail(OneMessage() + closing) {}
-  ~TailWriter() { unlink(path.c_str()); }
+  TailWriter() : path_(LogPath(".floor")), tail_(OneMessage() + closing_) {}
+  ~TailWriter() { unlink(path_.c_str()); }
 
   bool Append() {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    const ssize_t written = pwrite(file, tail.data(), tail.size(), keep);
+    const int file = open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    const ssize_t written = pwrite(file, tail_.data(), tail_.size(), keep_);
     close(file);
-    keep += static_cast<off_t>(tail.size() - closing.size());
-    return written == static_cast<ssize_t>(tail.size());
+    keep_ += static_cast<off_t>(tail_.size() - closing_.size());
+    return written == static_cast<ssize_t>(tail_.size());
   }
 
  private:

@@ -135,45 +135,46 @@ tarn::DispatchPtr Create(const char* name) {
 class Host {
  public:
   explicit Host(const Project& opened) : project_(opened) {
-    manager.AttachDispatch(Create("TarnProjectManager.ProjectManager").Get(), true);
-    inspector.AttachDispatch(Create("TarnProjectManager.ProjectInspector").Get(), true);
-    frame.Answer(tarn::kMsgWorkerEnded, [this](const tarn::host::HostMessageEvent& event) {
-      ended = true;
-      succeeded = event.wParam != 0;
+    manager_.AttachDispatch(Create("TarnProjectManager.ProjectManager").Get(), true);
+    inspector_.AttachDispatch(Create("TarnProjectManager.ProjectInspector").Get(), true);
+    frame_.SetHandler(tarn::kMsgWorkerEnded, [this](const tarn::host::HostMessageEvent& event) {
+      ended_ = true;
+      succeeded_ = event.wParam != 0;
       return std::intptr_t{1};
     });
-    manager.Init(TARN_SOURCE_DIR "/share/", project.folder + "/", frame.GetHandle());
-    manager.InitToolManager(&tools);
-    inspector.Attach(manager.GetDispatch());
-    if (manager.ProjectOpen(project.Path()) == 0) throw std::runtime_error("can't open");
+    manager_.Init(TARN_SOURCE_DIR "/share/", project_.folder + "/", frame_.GetHandle());
+    manager_.InitToolManager(&tools);
+    inspector_.Attach(manager_.GetDispatch());
+    if (manager_.ProjectOpen(project_.Path()) == 0) throw std::runtime_error("can't open");
   }
   ~Host() {
-    inspector.ReleaseDispatch();
-    manager.Clean();
+    inspector_.ReleaseDispatch();
+    manager_.Clean();
   }
 
   double Publish() {
-    const double seconds = SecondsOf([&] { inspector.PublishAll(); });
-    lines = inspector.GetBuildInputs();
-    const auto inputs = tarn::host::ParseBuildInputs(lines);
-    for (const std::string_view each : inputs.at(0).outputs) outputs.emplace_back(each);
+    const double seconds = SecondsOf([&] { inspector_.PublishAll(); });
+    lines_ = inspector_.GetBuildInputs();
+    const auto inputs = tarn::host::ParseBuildInputs(lines_);
+    for (const std::string_view each : inputs.at(0).outputs) outputs_.emplace_back(each);
     const auto expected = static_cast<std::size_t>(project_.count) + 1;
-    if (outputs.size() != expected) throw std::runtime_error("not all is published");
-    fs::create_directories(fs::path(outputs.front()).parent_path());
+    if (outputs_.size() != expected) throw std::runtime_error("not all is published");
+    fs::create_directories(fs::path(outputs_.front()).parent_path());
     for (int i = 0; i < project_.count; ++i) {
-      tools.outputs[project.SourceAt(i)] = outputs[static_cast<std::size_t>(i)];
+      tools.outputs[project_.SourceAt(i)] = outputs_[static_cast<std::size_t>(i)];
     }
-    tools.outputs[outputs.front()] = outputs.back();  // the link
+    tools.outputs[outputs_.front()] = outputs_.back();  // the link
     return seconds;
   }
 
   // Returns a tool's report on an output.
   std::string RecordOf(std::size_t i) const {
     struct stat info {};
-    if (stat(outputs[i].c_str(), &info) != 0) throw std::runtime_error(outputs[i] + " is missing");
-    std::string xml = "<I><F Header=\"" + outputs[i] + "\" Infos=\"\" Date=\"" +
+    if (stat(outputs_[i].c_str(), &info) != 0)
+      throw std::runtime_error(outputs_[i] + " is missing");
+    std::string xml = "<I><F Header=\"" + outputs_[i] + "\" Infos=\"\" Date=\"" +
                       std::to_string(info.st_mtim.tv_sec) + "\" >";
-    const bool isFile = i + 1 < outputs.size();
+    const bool isFile = i + 1 < outputs_.size();
     for (int each = 0; isFile && each < kHeadersPerFile; ++each) {
       xml += "<D Header=\"" + project_.HeaderAt(static_cast<int>(i) * 7 + each) + "\" />";
     }
@@ -182,33 +183,33 @@ class Host {
 
   double Report() {
     std::vector<std::string> records;
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-      if (!fs::exists(outputs[i])) Write(outputs[i], "made");
+    for (std::size_t i = 0; i < outputs_.size(); ++i) {
+      if (!fs::exists(outputs_[i])) Write(outputs_[i], "made");
       records.push_back(RecordOf(i));
     }
     return SecondsOf([&] {
-      for (const std::string& record : records) manager.SetBuildInfo(record);
+      for (const std::string& record : records) manager_.SetBuildInfo(record);
     });
   }
 
   double Run(std::uint32_t command) {
     const auto loop = tarn::MessageLoop::ForCurrentThread();
     ended_ = false;
-    if (manager.PrologCommand(command) == 0) throw std::runtime_error("refused");
+    if (manager_.PrologCommand(command) == 0) throw std::runtime_error("refused");
     const double seconds = SecondsOf([&] {
-      manager.Command(command);
-      while (!ended) loop->PumpUntil([this] { return ended; }, std::chrono::seconds(1));
+      manager_.Command(command);
+      while (!ended_) loop->PumpUntil([this] { return ended_; }, std::chrono::seconds(1));
     });
-    manager.EpilogCommand(command);
+    manager_.EpilogCommand(command);
     if (!succeeded_) throw std::runtime_error("the build failed");
     return seconds;
   }
 
   // The minimum work to determine that nothing has changed.
   double StatEachFile() const {
-    std::vector<std::string> files = outputs;
-    for (int i = 0; i < project.count; ++i) files.push_back(project.SourceAt(i));
-    for (int i = 0; i < kHeaders; ++i) files.push_back(project.HeaderAt(i));
+    std::vector<std::string> files = outputs_;
+    for (int i = 0; i < project_.count; ++i) files.push_back(project_.SourceAt(i));
+    for (int i = 0; i < kHeaders; ++i) files.push_back(project_.HeaderAt(i));
     int found = 0;
     const double seconds = SecondsOf([&] {
       struct stat info {};

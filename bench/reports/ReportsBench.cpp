@@ -15,6 +15,8 @@
 #include "reports/OutputReportWnd.h"
 #include "reports/ReportDefinition.h"
 #include "reports/SymbolFile.h"
+#include "xml/XmlNode.h"
+#include "xml/XmlParseInfo.h"
 
 namespace tarn {
 namespace {
