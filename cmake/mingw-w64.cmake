@@ -1,4 +1,4 @@
-# Toolchain file for 64-bit Windows: mingw-w64, with headers and libraries of its own only.
+# Toolchain file for 64-bit Windows: mingw-w64, with its own headers and libraries only.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(triplet x86_64-w64-mingw32)

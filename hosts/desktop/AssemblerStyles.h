@@ -19,7 +19,7 @@ enum class AssemblerStyle : char {
 };
 
 // Returns the style of each byte of an assembler source. `text` must begin at the start of a line;
-// `isInComment` tells if that is inside a block comment, the only context needed. Recognises the
+// `isInComment` is true if that is inside a block comment, the only context needed. Recognises the
 // syntax of the GNU assembler and of assemblers for AVR and 8051; everything else is plain.
 // Hand-written scanner, one pass, linear time.
 std::string StyleAssembler(std::string_view text, bool isInComment);

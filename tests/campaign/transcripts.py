@@ -40,8 +40,8 @@ def transcript(world, words, jobs):
     status = world.tarn("status", "--json")
     outputs = world.outputs()
     if run.code != 0:
-        # What runs early and isn't reached is removed: which outputs of an earlier build are left
-        # after a failure depends on the jobs, and so does what is out of date.
+        # Outputs of early runs that the build doesn't reach are removed: which outputs of an earlier
+        # build remain after a failure depends on the jobs, and so does what is out of date.
         status.output, outputs = "", {}
     return {"exit code": run.code, "output": untimed(run.output), "errors": untimed(run.errors),
             "log": untimed(log), "report": untimed(report.output), "status": status.output,

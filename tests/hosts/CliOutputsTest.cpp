@@ -354,7 +354,7 @@ TEST(CliOutputs, WhatAnArgumentWritesIsNotWrittenOverASource) {
       {"Linker.Extra", "-flto -aux-info src/c.c"},
       {"Linker.Extra", "-flto -fopt-info-all=src/c.c"},
       {"Linker.Extra", "-flto -Wa,-adhlns=src/c.c"},
-      // Beside the output, where the compiler puts them.
+      // Next to the output, where the compiler puts them.
       {"Build.OutputFile", "src/x.o", "src/a.c"},
   };
   for (const auto& row : rows) {

@@ -34,7 +34,7 @@ TEST(CliSharing, AnEditWaitsForAnother) {
   EXPECT_TRUE(Has(answer.out, "\nadded src/d.c\n")) << answer.out;
 }
 
-// Gives every user access to the project.
+// Grants every user access to the project.
 void OpenToAll(const CliProject& project) {
   const fs::path root = fs::path(project.PathOf("..")).lexically_normal();
   fs::permissions(root, fs::perms::all);
