@@ -58,6 +58,7 @@ void ProjectState::MarkUnpublished() {
 
 void ProjectState::ClearCachedTexts() {
   if (!optionTexts.empty()) optionTexts.clear();
+  if (!configurationTexts.empty()) configurationTexts.clear();
 }
 
 }  // namespace tarn

@@ -95,8 +95,10 @@ struct ProjectState {
   std::uint64_t publishGeneration = 0;  // counts those, and losses of published values
   std::uint64_t outputGeneration = 0;   // counts those, and changes of output files
 
-  // Serialized stored options and configurations, by the node that has them.
+  // Serialized stored options by the node that has them, and configurations by application; empty
+  // if there are none. Looking for them walks through all children of an application.
   std::unordered_map<const CXmlNode*, std::string> optionTexts;
+  std::unordered_map<const CXmlNode*, std::string> configurationTexts;
 
  private:
   ProjectServices& services_;

@@ -247,16 +247,15 @@ CXmlNode* Publisher::LoadNodeOptions(CXmlNode* node, bool force) {
 
 void Publisher::ReadConfigurations() {
   if (state_.activeApplication == nullptr) return;
-  const CXmlNode* configs = state_.activeApplication->FindChild("Configs");
-  if (configs == nullptr) return;
-  const auto [kept, isNew] = state_.optionTexts.try_emplace(configs);
-  if (isNew) {
+  const auto [kept, isNew] = state_.configurationTexts.try_emplace(state_.activeApplication);
+  const CXmlNode* configs = isNew ? state_.activeApplication->FindChild("Configs") : nullptr;
+  if (configs != nullptr) {
     CXmlNode list;
     list.SetName("ProjectsConfigs");
     list.AppendCopy(*configs);
     kept->second = list.ToString(g_xmlDisplayOptions);
   }
-  services_.propertyManager->ReadValuesFromText(kept->second);
+  if (!kept->second.empty()) services_.propertyManager->ReadValuesFromText(kept->second);
 }
 
 void Publisher::LoadToolCommands(const CXmlNode& node) {
