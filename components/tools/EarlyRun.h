@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "components/tools/OwnedJob.h"
+#include "components/tools/RunEvents.h"
 #include "components/tools/RunningTools.h"
 #include "components/tools/ToolRun.h"
 
@@ -32,6 +34,11 @@ class EarlyRun {
   bool MayRunEarly() const;
   // Files that the run writes, and the common beginning of their names.
   const std::vector<std::string>& Claims() const { return claims_; }
+
+  // Reports the run's events from now on; null reports none. Call this before Execute.
+  void Report(std::unique_ptr<RunEvents::Run> events) { events_ = std::move(events); }
+  // Passes the reporting of its events on to the caller.
+  std::unique_ptr<RunEvents::Run> TakeEvents() { return std::move(events_); }
 
   void Execute();
   // Thread-safe.
@@ -61,6 +68,7 @@ class EarlyRun {
   const std::size_t most_;
   std::vector<std::string> claims_;
   bool hasSucceeded_ = false;
+  std::unique_ptr<RunEvents::Run> events_;
 };
 
 }  // namespace tarn::tools

@@ -1,5 +1,6 @@
 #include <nlohmann/json.hpp>
 
+#include "hosts/cli/BuildEvents.h"
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
@@ -9,6 +10,11 @@
 namespace tarn::host {
 
 namespace {
+
+// Of builds and rebuilds.
+struct BuildOptions {
+  bool events = false;
+};
 
 int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefused) {
   if (isRefused) return kExitCannotOpen;
@@ -54,17 +60,18 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
   }
   nlohmann::json gaps = nlohmann::json::array();
   for (const BuildGap& each : outcome.gaps.gaps) gaps.push_back(ToJson(context, each));
-  PrintJson(context, {{"result", refused.empty() ? WordOf(outcome.end) : "refused"},
-                      {"exitCode", exitCode},
-                      {"untrusted", refused},
-                      {"toolsRun", outcome.toolsRun},
-                      {"toolsFailed", outcome.toolsFailed},
-                      {"errors", reporter.GetErrors()},
-                      {"warnings", reporter.GetWarnings()},
-                      {"milliseconds", reporter.GetElapsed().count()},
-                      {"applications", applications},
-                      {"notBuilt", gaps},
-                      {"diagnostics", ToJson(reporter.GetDiagnostics())}});
+  nlohmann::json document = {{"result", refused.empty() ? WordOf(outcome.end) : "refused"},
+                             {"exitCode", exitCode},
+                             {"untrusted", refused},
+                             {"toolsRun", outcome.toolsRun},
+                             {"toolsFailed", outcome.toolsFailed},
+                             {"errors", reporter.GetErrors()},
+                             {"warnings", reporter.GetWarnings()},
+                             {"milliseconds", reporter.GetElapsed().count()},
+                             {"applications", applications},
+                             {"notBuilt", gaps},
+                             {"diagnostics", ToJson(reporter.GetDiagnostics())}};
+  PrintJson(context, document, context.Own<BuildOptions>().events ? -1 : 2);
 }
 
 // Reports a problem with the stored state.
@@ -79,7 +86,8 @@ void RemarkState(CommandContext& context) {
 // Ends a build that was never started.
 int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::string& why) {
   if (context.Asked().json) {
-    PrintJson(context, {{"result", WordOf(end)}, {"exitCode", code}, {"error", why}});
+    PrintJson(context, {{"result", WordOf(end)}, {"exitCode", code}, {"error", why}},
+              context.Own<BuildOptions>().events ? -1 : 2);
   }
   return code;
 }
@@ -118,6 +126,13 @@ BuildRequest RequestOf(CommandContext& context, BuildWork work,
   return request;
 }
 
+// Durations are looked up only if the remaining time is shown.
+WorkEstimate EstimateWork(CommandContext& context, const BuildRequest& request) {
+  const bool showsTime = context.Own<BuildOptions>().events || context.Out().Redraws();
+  return showsTime ? context.Session().EstimateWork(request)
+                   : WorkEstimate(context.Session().CountWork(request));
+}
+
 int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
   const Interrupts interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
@@ -133,7 +148,11 @@ int RunBuild(CommandContext& context, BuildWork work) {
   RemarkState(context);
 
   BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(asked),
-                         [&] { return session.CountWork(request); });
+                         [&] { return EstimateWork(context, request); });
+  BuildEvents events(context.Out(), reporter.GetProgress());
+  if (context.Own<BuildOptions>().events) {
+    reporter.AddRunObserver([&](const RunEvent& event) { events.OnRunEvent(event); });
+  }
   const BuildOutcome outcome = reporter.Watch(session, request);
 
   const bool hasNews = outcome.toolsRun > 0;
@@ -151,7 +170,7 @@ int RunBuild(CommandContext& context, BuildWork work) {
   return exitCode;
 }
 
-void Declare(CommandArguments& arguments) {
+void DeclareCommon(CommandArguments& arguments) {
   arguments.AddProjectAndApp();
   arguments.AddConfiguration();
   arguments.AddJobs();
@@ -160,6 +179,20 @@ void Declare(CommandArguments& arguments) {
                  "Fail (exit code 3) if another build of the project is running");
   arguments.AddDamagedOk();
   arguments.AddTrust();
+}
+
+void DeclareClean(CommandArguments& arguments) {
+  arguments.Own<BuildOptions>();
+  DeclareCommon(arguments);
+}
+
+void Declare(CommandArguments& arguments) {
+  auto& own = arguments.Own<BuildOptions>();
+  DeclareCommon(arguments);
+  arguments
+      .Flag("--events", own.events,
+            "Print a JSON object per line for each tool that starts or is retired")
+      .Needs(arguments.Find("--json"));
 }
 
 }  // namespace
@@ -196,7 +229,7 @@ CommandSpec CleanCommand() {
       .group = CommandGroup::Building,
       .help = "Delete what was built",
       .access = ProjectAccess::Build,
-      .declare = Declare,
+      .declare = DeclareClean,
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Clean); },
   };
 }

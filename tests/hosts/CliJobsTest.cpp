@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+
 #include "hosts/CliProject.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 namespace {
@@ -10,6 +15,16 @@ std::string CompilerThat(const std::string& cases) {
   return "#!/bin/sh\nawait() { for i in $(seq 500); do [ -e \"$TMPDIR/$1\" ] && break; sleep 0.01; "
          "done; [ -e \"$TMPDIR/$1\" ]; }\ncase \"$*\" in\n" +
          cases + "esac\nexec /usr/bin/gcc \"$@\"\n";
+}
+
+// Sorts the words of a list.
+std::string Sorted(const std::string& list) {
+  const std::vector<std::string> words = Words(list);
+  std::string sorted;
+  for (const std::string& word : std::set<std::string>(words.begin(), words.end())) {
+    sorted += (sorted.empty() ? "" : " ") + word;
+  }
+  return sorted;
 }
 
 class CliJobs : public ::testing::Test {
@@ -85,6 +100,28 @@ TEST_F(CliJobs, ARunIsRepeatedIfAnEarlierOneHasChangedWhatItRead) {
     EXPECT_TRUE(Has(project.Out({"status"}), "up to date")) << project.Out({"status"});
     EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
   }
+}
+
+TEST_F(CliJobs, EventsHaveEachToolOnceAndRetireInOrder) {
+  project.AddProgram("gcc", CompilerThat("*src/a.c*) await c || exit 9 ;;\n"
+                                         "*src/c.c*) touch \"$TMPDIR/c\" ;;\n"));
+  const std::string out = project.Out({"rebuild", "-j3", "--json", "--events"});
+  std::map<std::string, std::string> files;
+  nlohmann::json last;
+  for (const std::string& line : SplitLines(out)) {
+    last = nlohmann::json::parse(line);
+    if (!last.contains("event")) continue;
+    const std::string path = last["file"];
+    std::string& names = files[last["event"]];
+    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
+    if (last["event"] != "retired") continue;
+    EXPECT_EQ(last["exitCode"], 0) << line;
+    EXPECT_GE(last["duration"], 0) << line;
+    EXPECT_EQ(last["total"], 4) << line;
+  }
+  EXPECT_EQ(files["retired"], "a.c b.c c.c app") << out;
+  EXPECT_EQ(Sorted(files["started"]), "a.c app b.c c.c") << out;
+  EXPECT_EQ(last["result"], "succeeded") << out;
 }
 
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {
