@@ -1,11 +1,15 @@
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "hosts/cli/BuildEvents.h"
 #include "hosts/cli/BuildReporter.h"
+#include "hosts/cli/BuildTrace.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/core/Interrupts.h"
 #include "hosts/core/ProjectFile.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn::host {
 
@@ -14,6 +18,7 @@ namespace {
 // Of builds and rebuilds.
 struct BuildOptions {
   bool events = false;
+  std::string trace;  // file; empty: none
 };
 
 int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefused) {
@@ -72,6 +77,35 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
                              {"notBuilt", gaps},
                              {"diagnostics", ToJson(reporter.GetDiagnostics())}};
   PrintJson(context, document, context.Own<BuildOptions>().events ? -1 : 2);
+}
+
+// Creates the file of --trace before the build, and reports why that fails. A path that the project
+// uses isn't replaced, even if nothing exists there.
+int BeginTrace(CommandContext& context, std::optional<BuildTrace>& trace) {
+  std::string path = context.Own<BuildOptions>().trace;
+  if (path.empty()) return kExitDone;
+  if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
+  trace.emplace(context.Files(), path);
+  const std::string wanted = context.Files().Canonical(path);
+  const auto isSame = [&](const std::string& other) {
+    return context.Files().Canonical(other) == wanted;
+  };
+  bool isUsed = isSame(context.Session().GetProjectPath());
+  for (const ApplicationTimes& each :
+       ParseBuildTimes(context.Session().Inspector().GetBuildTimes())) {
+    isUsed = isUsed || isSame(each.application) ||
+             std::ranges::any_of(each.tools, [&](const OutputTime& tool) {
+               return isSame(tool.output) || isSame(tool.path);
+             });
+  }
+  if (isUsed || !trace->MayReplace()) {
+    context.Complain("--trace would replace " + context.Show(path) + ", which is not a trace.");
+    return kExitUsage;
+  }
+  const Status written = trace->Begin();
+  if (written) return kExitDone;
+  context.Complain(context.ShowFailure(path, "written", written.GetError().text));
+  return kExitCannotOpen;
 }
 
 // Reports a problem with the stored state.
@@ -147,13 +181,19 @@ int RunBuild(CommandContext& context, BuildWork work) {
   session.Prepare();
   RemarkState(context);
 
+  std::optional<BuildTrace> trace;
+  if (const int code = BeginTrace(context, trace); code != kExitDone) {
+    return EndUnstarted(context, BuildEnd::Refused, code, "The trace can't be written.");
+  }
   BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(asked),
                          [&] { return EstimateWork(context, request); });
   BuildEvents events(context.Out(), reporter.GetProgress());
   if (context.Own<BuildOptions>().events) {
     reporter.AddRunObserver([&](const RunEvent& event) { events.OnRunEvent(event); });
   }
+  if (trace) reporter.AddRunObserver([&](const RunEvent& event) { trace->OnRunEvent(event); });
   const BuildOutcome outcome = reporter.Watch(session, request);
+  const Status traced = trace ? trace->Write(WordOf(outcome.end)) : Status();
 
   const bool hasNews = outcome.toolsRun > 0;
   std::vector<ApplicationSummary> summaries;
@@ -163,9 +203,13 @@ int RunBuild(CommandContext& context, BuildWork work) {
     context.Complain("The state of this build couldn't be saved: " +
                      Printable(session.GetStateProblem()));
   }
+  if (!traced) {
+    context.Complain(context.ShowFailure(trace->GetPath(), "written", traced.GetError().text));
+  }
   ComplainOfGaps(context, outcome);
   const std::vector<std::string> refused = context.ShowRefused();
-  const int exitCode = ExitCodeOf(context, outcome, !refused.empty());
+  int exitCode = ExitCodeOf(context, outcome, !refused.empty());
+  if (!traced && exitCode == kExitDone) exitCode = kExitCannotOpen;
   if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode, refused);
   return exitCode;
 }
@@ -193,6 +237,8 @@ void Declare(CommandArguments& arguments) {
       .Flag("--events", own.events,
             "Print a JSON object per line for each tool that starts or is retired")
       .Needs(arguments.Find("--json"));
+  arguments.Option("--trace", own.trace, "FILE", "Write a timeline of the tools in Chrome's format")
+      .NotEmpty();
 }
 
 }  // namespace

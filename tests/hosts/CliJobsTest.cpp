@@ -3,6 +3,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <thread>
 
 #include "hosts/CliProject.h"
 #include "platform/text/Text.h"
@@ -122,6 +123,80 @@ TEST_F(CliJobs, EventsHaveEachToolOnceAndRetireInOrder) {
   EXPECT_EQ(files["retired"], "a.c b.c c.c app") << out;
   EXPECT_EQ(Sorted(files["started"]), "a.c app b.c c.c") << out;
   EXPECT_EQ(last["result"], "succeeded") << out;
+}
+
+// "a.c b.c": the files with an event of this state.
+std::string FilesOf(const nlohmann::json& trace, const std::string& state) {
+  std::string names;
+  for (const auto& event : trace["traceEvents"]) {
+    if (event["ph"] != "X" || event["cat"] != state) continue;
+    EXPECT_GE(event["dur"], 0) << event;
+    EXPECT_EQ(event["args"]["state"], state);
+    const std::string path = event["args"]["file"];
+    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
+  }
+  return Sorted(names);
+}
+
+TEST_F(CliJobs, TheTraceIsValidHoweverTheBuildEnds) {
+  const struct {
+    const char* result;
+    int code;
+    const char* compiler;  // what it does for b.c, which ends after c.c
+    const char* running;
+    const char* retiring;
+  } rows[] = {
+      {"succeeded", 0, "", "a.c app b.c c.c", "a.c app b.c c.c"},
+      {"failed", 1, "exit 7", "a.c b.c c.c", "a.c b.c"},
+      {"interrupted", 130, "touch \"$TMPDIR/b\"; sleep 30", "a.c b.c c.c", "a.c b.c"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.result);
+    project.Out({"clean"});
+    std::filesystem::remove(project.PathOf("../c"));
+    project.AddProgram("gcc",
+                       CompilerThat(std::string("*src/b.c*) await c || exit 9; ") + row.compiler +
+                                    " ;;\n*src/c.c*) /usr/bin/gcc \"$@\"; "
+                                    "touch \"$TMPDIR/c\"; exit 0 ;;\n"));
+    bool isStopped = row.code != 130;
+    const auto answer =
+        project.Run({"build", "-j3", "--trace", "t.json"}, [&](Process& process, const auto& out) {
+          if (isStopped || !Has(out, "src/b.c")) return;
+          isStopped = true;
+          while (!project.Exists("../b")) std::this_thread::yield();
+          process.Stop(std::chrono::seconds(10));
+        });
+    EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
+    const auto trace = nlohmann::json::parse(project.Read("t.json"), nullptr, false);
+    ASSERT_FALSE(trace.is_discarded()) << project.Read("t.json");
+    EXPECT_EQ(trace["otherData"]["result"], row.result);
+    EXPECT_TRUE(Has(FilesOf(trace, "waiting"), "c.c")) << trace.dump(1);
+    EXPECT_EQ(FilesOf(trace, "running"), row.running) << trace.dump(1);
+    if (row.code != 130) {
+      EXPECT_EQ(FilesOf(trace, "retiring"), row.retiring) << trace.dump(1);
+    }
+    if (row.code == 1) {
+      EXPECT_TRUE(Has(trace.dump(), "\"exit\":7")) << trace.dump(1);
+    }
+  }
+}
+
+TEST_F(CliJobs, ATraceReplacesOnlyATrace) {
+  project.Write("notes.txt", "mine");
+  const struct {
+    const char* file;
+    int code;
+    const char* said;
+  } rows[] = {
+      {"src/a.c", 2, "is not a trace"},     {"demo.tprj", 2, "is not a trace"},
+      {"notes.txt", 2, "is not a trace"},   {"build/Standard/app", 2, "is not a trace"},
+      {"no/t.json", 3, "can't be written"}, {"src", 2, "is not a trace"},
+  };
+  for (const auto& row : rows) {
+    project.ExpectRefusal({"build", "--trace", row.file}, row.code, row.said);
+  }
+  EXPECT_FALSE(project.Exists("build/Standard/app"));
+  EXPECT_EQ(project.Read("notes.txt"), "mine");
 }
 
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {
