@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -197,6 +198,24 @@ TEST_F(CliJobs, ATraceReplacesOnlyATrace) {
   }
   EXPECT_FALSE(project.Exists("build/Standard/app"));
   EXPECT_EQ(project.Read("notes.txt"), "mine");
+}
+
+TEST_F(CliJobs, TheTimingHasTheSlowestSourceAndTheLink) {
+  const auto timing = [this] {
+    return nlohmann::json::parse(project.Out({"status", "--timing", "--json", "-j2"}))["timing"];
+  };
+  EXPECT_EQ(timing()["unknown"], 4);
+  project.AddProgram("gcc", CompilerThat("*src/b.c*) sleep 0.5 ;;\n"));
+  project.Out({"build", "-j1"});
+  const auto known = timing();
+  ASSERT_EQ(known["chain"].size(), 2u) << known;
+  EXPECT_TRUE(Has(known["chain"][0]["path"], "src/b.c")) << known;
+  EXPECT_TRUE(Has(known["chain"][1]["path"], "app.tapp")) << known;
+  EXPECT_EQ(known["unknown"], 0) << known;
+  const int length = known["criticalPath"], work = known["work"];
+  EXPECT_GE(length, 500);
+  EXPECT_EQ(known["ideal"], std::max(length, work / 2)) << known;
+  EXPECT_TRUE(Has(project.Out({"status", "--timing"}), "Critical path: "));
 }
 
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {
