@@ -8,6 +8,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/core/Interrupts.h"
+#include "hosts/core/Jobs.h"
 #include "hosts/core/ProjectFile.h"
 #include "platform/paths/Paths.h"
 
@@ -167,6 +168,15 @@ WorkEstimate EstimateWork(CommandContext& context, const BuildRequest& request) 
                    : WorkEstimate(context.Session().CountWork(request));
 }
 
+// A launcher that the project names may run more tools than this machine can.
+void AdoptLauncher(CommandContext& context) {
+  if (!context.Asked().jobs.empty()) return;
+  BuildSession& session = context.Session();
+  const std::string launcher =
+      session.Manager().GetPropertyValue("Application", "Build", "Launcher");
+  if (!launcher.empty()) session.Tools().SetJobs(DefaultJobs(nullptr, launcher));
+}
+
 int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
   const Interrupts interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
@@ -179,6 +189,7 @@ int RunBuild(CommandContext& context, BuildWork work) {
   if (const int code = LockBuild(context); code != kExitDone) return code;
   const BuildRequest request = RequestOf(context, work, chosen);
   session.Prepare();
+  AdoptLauncher(context);
   RemarkState(context);
 
   std::optional<BuildTrace> trace;
