@@ -36,6 +36,7 @@ std::string BuildRecordText(const BuildRecord& record) {
   }
   if (!search.empty()) text += XmlPathAttribute("Search", QuotedList(search));
   if (record.hasInexactNames) text += XmlAttribute("InexactNames", "Yes");
+  if (record.milliseconds > 0) text += XmlAttribute("Duration", ToDecimal(record.milliseconds));
   text += ">";
   for (const std::string& file : record.dependencies) {
     text += "<D" + XmlPathAttribute("Header", file) + "/>";

@@ -19,6 +19,7 @@ struct BuildRecord {
   std::vector<std::string> products;  // further files produced
   std::vector<std::string> missing;   // files that would be read instead of others if they existed
   bool hasInexactNames = false;       // the command lines depend on the spelling of names on disk
+  std::int64_t milliseconds = 0;      // duration of the run; 0 if unknown
   std::vector<std::string> byProducts = {};   // further files produced that nothing needs
   std::vector<std::string> definitions = {};  // macros defined by options: NAME=VALUE
 };

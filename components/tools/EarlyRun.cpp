@@ -64,10 +64,13 @@ bool EarlyRun::MayRunEarly() const {
 }
 
 void EarlyRun::Execute() {
+  if (events_) events_->Start();
   hasSucceeded_ = run_.Run();
+  if (events_) events_->End(hasSucceeded_, run_.GetExitCode());
 }
 
 bool EarlyRun::IsValid(std::size_t mostMessages) {
+  if (events_) events_->BeginRetiring();
   if (!hasSucceeded_ || !run_.Record()) return false;
   // With a different limit, the run might have retained different messages.
   const bool isLimited = run_.GetLog().GetRetained() >= std::min(most_, mostMessages);

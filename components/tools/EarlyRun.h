@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "components/tools/OwnedJob.h"
+#include "components/tools/RunEvents.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolRun.h"
 
@@ -26,12 +28,17 @@ class EarlyRun {
   static std::string KeyOf(const char* tool, const char* files, const char* options);
   const std::string& Key() const { return key_; }
 
-  // Returns true if the run's result can't depend on when it runs, apart from changes that IsGood
+  // Returns true if the run's result can't depend on when it runs, apart from changes that IsValid
   // detects: the definition permits early runs of the tool, its inputs are reported, and it writes
   // only files that the plan names.
   bool MayRunEarly() const;
   // Files that the run writes, and the common beginning of their names.
   const std::vector<std::string>& Claims() const { return claims_; }
+
+  // Reports the run's events from now on; null reports none. Call this before Execute.
+  void Report(std::unique_ptr<RunEvents::Run> events) { events_ = std::move(events); }
+  // Passes the reporting of its events on to the caller.
+  std::unique_ptr<RunEvents::Run> TakeEvents() { return std::move(events_); }
 
   void Execute();
   // Thread-safe.
@@ -61,6 +68,7 @@ class EarlyRun {
   const std::size_t most_;
   std::vector<std::string> claims_;
   bool hasSucceeded_ = false;
+  std::unique_ptr<RunEvents::Run> events_;
 };
 
 }  // namespace tarn::tools

@@ -95,6 +95,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::AwaitTool>("AwaitTool", TARN_TOOL_AWAIT_TOOL,
                                       {"tool", "files", "options"}),
       Method<&ToolManager::DropTools>("DropTools", TARN_TOOL_DROP_TOOLS, {}),
+      Method<&ToolManager::WatchRuns>("WatchRuns", TARN_TOOL_WATCH_RUNS, {"isWatched"}),
+      Method<&ToolManager::TakeRunEvents>("TakeRunEvents", TARN_TOOL_TAKE_RUN_EVENTS, {}),
   });
   return table;
 }
@@ -130,7 +132,9 @@ std::int32_t ToolManager::RefreshTools() {
 std::int32_t ToolManager::RunTool(const char* tool, const char* files, const char* options,
                                   const char* messageFile) {
   ToolMessages messages;
-  bool isDone = Execute(OrEmpty(tool), files, options, messages);
+  Events events;
+  bool isDone = Execute(OrEmpty(tool), files, options, messages, events);
+  if (events) events->BeginRetiring();
   std::string text = MessageFileText(messages);
   const bool isWanted = messageFile != nullptr && *messageFile != '\0';
   const Status written = isWanted ? world_.files->WriteScratchFile(messageFile, text) : Status();
@@ -145,6 +149,7 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
     text = MessageFileText(messages);
   }
   NotifyHost(kMsgToolEnded, text, isDone ? 1 : 0);
+  if (events) events->Retire();
   return isDone ? 1 : 0;
 }
 
@@ -159,6 +164,10 @@ std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const
   auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(definition),
                                         EarlyRun::KeyOf(tool, files, options), files, options,
                                         MostMessages());
+  if (events_.IsWatched()) {
+    const std::string start = DescribeStart(OrEmpty(tool), files, run->Job(), run->Plan());
+    run->Report(std::make_unique<RunEvents::Run>(events_, start));
+  }
   return run->MayRunEarly() && early_.Start(std::move(run)) ? 1 : 0;
 }
 
@@ -179,10 +188,16 @@ std::int32_t ToolManager::DropTools() {
   return 1;
 }
 
+std::int32_t ToolManager::WatchRuns(std::int32_t isWatched) {
+  events_.Watch(isWatched != 0);
+  return 1;
+}
+
 bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
-                          ToolMessages& messages) {
+                          ToolMessages& messages, Events& events) {
   const std::string key = EarlyRun::KeyOf(toolName.c_str(), files, options);
   if (const auto ended = early_.Take(key)) {
+    events = ended->TakeEvents();
     return Deliver(*ended, toolName, files, messages);
   }
   OwnedJob owned(world_, files, options);
@@ -199,11 +214,18 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   }
   ToolRun run(world_, running_, helpers_, *definition, owned.job, MostMessages());
   NotifyStart(toolName, files, key, owned.job, run.Plan());
+  if (events_.IsWatched()) {
+    events = std::make_unique<RunEvents::Run>(
+        events_, DescribeStart(toolName, files, owned.job, run.Plan()));
+  }
   bool isDone = false;
   {
     const EarlyRuns::Turn turn(early_);
+    if (events) events->Start();
     isDone = run.Run();
+    if (events) events->End(isDone, run.GetExitCode());
   }
+  if (events) events->BeginRetiring();
   CountMessages(run.GetLog().GetRetained());
   messages = run.TakeMessages();
   if (isDone) Keep(run, owned.job);
@@ -226,9 +248,14 @@ void ToolManager::NotifyStart(const std::string& toolName, const char* files,
     const std::lock_guard guard(lock_);
     if (std::exchange(notifiedKey_, {}) == key) return;
   }
+  NotifyHost(kMsgToolStarted, DescribeStart(toolName, files, job, plan), 0);
+}
+
+std::string ToolManager::DescribeStart(const std::string& toolName, const char* files,
+                                       const ToolInvocation& job, const ToolPlan& plan) {
   const bool isPart = job.files.size() == 1 && !plan.output.empty() &&
                       !Tools()->HasExtension(ExtensionOf(job.files.front()));
-  NotifyHost(kMsgToolStarted, StartText(toolName, files, plan, isPart), 0);
+  return StartText(toolName, files, plan, isPart);
 }
 
 // Stores the record of a successful run.

@@ -12,6 +12,7 @@
 
 #include "components/tools/EarlyRuns.h"
 #include "components/tools/HelperFinder.h"
+#include "components/tools/RunEvents.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolEnvironment.h"
 #include "components/tools/ToolMessage.h"
@@ -65,6 +66,10 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::int32_t AwaitTool(const char* tool, const char* files, const char* options);
   // Stops the early runs that were not requested, and removes what they wrote. Always returns 1.
   std::int32_t DropTools();
+  // Starts (1) or ends (0) the recording of events of tool runs. Always returns 1.
+  std::int32_t WatchRuns(std::int32_t isWatched);
+  // Returns the events since the last call, see RunEvents; empty if there are none.
+  std::string TakeRunEvents() { return events_.Take(); }
 
   // Returns an element with one child per tool for the extension (including its dot).
   std::string GetToolsForExtension(const char* extension);
@@ -106,12 +111,18 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Returns the tool of this name or, if it is the path of a program, a definition made for it;
   // otherwise nullptr. Shares ownership of everything it refers to.
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
+  using Events = std::unique_ptr<RunEvents::Run>;
+
   // Runs the tool and appends its messages, including errors in the plan. Returns true on success.
+  // `events` receives the object that reports the end of the run; null if no host watches.
   bool Execute(const std::string& toolName, const char* files, const char* options,
-               ToolMessages& messages);
+               ToolMessages& messages, Events& events);
   // Same for a run that has already ended.
   bool Deliver(EarlyRun& ended, const std::string& toolName, const char* files,
                ToolMessages& messages);
+  // Returns the element that describes the start of a run.
+  std::string DescribeStart(const std::string& toolName, const char* files,
+                            const ToolInvocation& job, const ToolPlan& plan);
   // Notifies the frame of the start of a run, unless that was done when it was awaited.
   void NotifyStart(const std::string& toolName, const char* files, const std::string& key,
                    const ToolInvocation& job, const ToolPlan& plan);
@@ -127,6 +138,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   const ToolEnvironment world_;
   RunningToolSet running_;
   HelperFinder helpers_;
+  RunEvents events_;
   EarlyRuns early_;
 
   std::mutex lock_;  // guards the members below; not held while calling out

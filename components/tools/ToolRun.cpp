@@ -206,6 +206,7 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
     const RunningTool entry(running_, **started);
     ReadOutput(command, **started, exit);
   }
+  exitCode_ = exit.code;
   return Judge(command, exit);
 }
 
@@ -325,8 +326,16 @@ bool ToolRun::CollectRecord() {
   WriteGlobals(found.dependencies);
   found.products = FindProducts();
   found.byProducts = FindByProducts();
+  found.milliseconds = MillisecondsSince(startTime_);
   record_ = std::move(found);
   return true;
+}
+
+// Returns the time since the start of the run, at least 1; 0 if there is no clock.
+std::int64_t ToolRun::MillisecondsSince(std::int64_t start) const {
+  constexpr std::int64_t kNanosPerMilli = 1'000'000;
+  if (start == 0) return 0;
+  return std::max<std::int64_t>((world_.files->Clock() - start) / kNanosPerMilli, 1);
 }
 
 // Programs whose temporary files can't be named by an option use different names in each run.

@@ -35,6 +35,8 @@ class ToolRun {
   const std::optional<BuildRecord>& Record() const { return record_; }
   // Time at which the run started, on the file system's clock; 0 if it didn't start.
   std::int64_t GetStartTime() const { return startTime_; }
+  // Exit code of the last process; 0 if none was started.
+  int GetExitCode() const { return exitCode_; }
   // Removes the files that the run has written, for a run whose result is not used.
   void RemoveResults();
 
@@ -53,6 +55,7 @@ class ToolRun {
   bool Fail(const ToolCommand& command, const std::string& reason);
   void LogStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
+  std::int64_t MillisecondsSince(std::int64_t start) const;
   bool FailWithoutOutput(const std::string& reason);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
   // Returns false, after adding an error message, if the dependencies can't be determined.
@@ -81,6 +84,7 @@ class ToolRun {
   MessageLog log_;
   std::string captured_;
   std::int64_t startTime_ = 0;  // on the file system's clock
+  int exitCode_ = 0;
   // State before the current or last step.
   std::size_t errorsBefore_ = 0;
   bool hasStatedError_ = false;  // the step printed an error that fails it

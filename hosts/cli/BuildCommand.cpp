@@ -1,14 +1,26 @@
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 
+#include "hosts/cli/BuildEvents.h"
 #include "hosts/cli/BuildReporter.h"
+#include "hosts/cli/BuildTrace.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/core/Jobs.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/SignalHandler.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn::host {
 
 namespace {
+
+// Of builds and rebuilds.
+struct BuildOptions {
+  bool events = false;
+  std::string trace;  // file; empty: none
+};
 
 int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefused) {
   if (isRefused) return kExitCannotOpen;
@@ -54,17 +66,47 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
   }
   nlohmann::json gaps = nlohmann::json::array();
   for (const BuildGap& each : outcome.gaps.gaps) gaps.push_back(ToJson(context, each));
-  PrintJson(context, {{"result", refused.empty() ? ToString(outcome.end) : "refused"},
-                      {"exitCode", exitCode},
-                      {"untrusted", refused},
-                      {"toolsRun", outcome.toolsRun},
-                      {"toolsFailed", outcome.toolsFailed},
-                      {"errors", reporter.GetErrors()},
-                      {"warnings", reporter.GetWarnings()},
-                      {"milliseconds", reporter.GetElapsed().count()},
-                      {"applications", applications},
-                      {"notBuilt", gaps},
-                      {"diagnostics", ToJson(reporter.GetDiagnostics())}});
+  nlohmann::json document = {{"result", refused.empty() ? ToString(outcome.end) : "refused"},
+                             {"exitCode", exitCode},
+                             {"untrusted", refused},
+                             {"toolsRun", outcome.toolsRun},
+                             {"toolsFailed", outcome.toolsFailed},
+                             {"errors", reporter.GetErrors()},
+                             {"warnings", reporter.GetWarnings()},
+                             {"milliseconds", reporter.GetElapsed().count()},
+                             {"applications", applications},
+                             {"notBuilt", gaps},
+                             {"diagnostics", ToJson(reporter.GetDiagnostics())}};
+  PrintJson(context, document, context.Own<BuildOptions>().events ? -1 : 2);
+}
+
+// Creates the file of --trace before the build, and reports why that fails. A path that the project
+// uses isn't replaced, even if nothing exists there.
+int BeginTrace(CommandContext& context, std::optional<BuildTrace>& trace) {
+  std::string path = context.Own<BuildOptions>().trace;
+  if (path.empty()) return kExitDone;
+  if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
+  trace.emplace(context.Files(), path);
+  const std::string wanted = context.Files().Canonical(path);
+  const auto isSame = [&](const std::string& other) {
+    return context.Files().Canonical(other) == wanted;
+  };
+  bool isUsed = isSame(context.Session().GetProjectPath());
+  for (const ApplicationTimes& each :
+       ParseBuildTimes(context.Session().Inspector().GetBuildTimes())) {
+    isUsed = isUsed || isSame(each.application) ||
+             std::ranges::any_of(each.tools, [&](const OutputTime& tool) {
+               return isSame(tool.output) || isSame(tool.path);
+             });
+  }
+  if (isUsed || !trace->MayReplace()) {
+    context.Complain("--trace would replace " + context.Show(path) + ", which is not a trace.");
+    return kExitUsage;
+  }
+  const Status written = trace->Begin();
+  if (written) return kExitDone;
+  context.Complain(context.ShowFailure(path, "written", written.GetError().text));
+  return kExitCannotOpen;
 }
 
 // Reports a problem with the stored state.
@@ -79,7 +121,8 @@ void RemarkState(CommandContext& context) {
 // Ends a build that was never started.
 int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::string& why) {
   if (context.Asked().json) {
-    PrintJson(context, {{"result", ToString(end)}, {"exitCode", code}, {"error", why}});
+    PrintJson(context, {{"result", ToString(end)}, {"exitCode", code}, {"error", why}},
+              context.Own<BuildOptions>().events ? -1 : 2);
   }
   return code;
 }
@@ -118,6 +161,22 @@ BuildRequest RequestOf(CommandContext& context, BuildWork work,
   return request;
 }
 
+// Durations are looked up only if the remaining time is shown.
+WorkEstimate EstimateWork(CommandContext& context, const BuildRequest& request) {
+  const bool showsTime = context.Own<BuildOptions>().events || context.Out().Redraws();
+  return showsTime ? context.Session().EstimateWork(request)
+                   : WorkEstimate(context.Session().CountWork(request));
+}
+
+// A launcher that the project names may run more tools than this machine can.
+void AdoptLauncher(CommandContext& context) {
+  if (!context.Asked().jobs.empty()) return;
+  BuildSession& session = context.Session();
+  const std::string launcher =
+      session.Manager().GetPropertyValue("Application", "Build", "Launcher");
+  if (!launcher.empty()) session.Tools().SetJobs(DefaultJobs(nullptr, launcher));
+}
+
 int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
   const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
@@ -130,11 +189,22 @@ int RunBuild(CommandContext& context, BuildWork work) {
   if (const int code = LockBuild(context); code != kExitDone) return code;
   const BuildRequest request = RequestOf(context, work, chosen);
   session.Prepare();
+  AdoptLauncher(context);
   RemarkState(context);
 
+  std::optional<BuildTrace> trace;
+  if (const int code = BeginTrace(context, trace); code != kExitDone) {
+    return EndUnstarted(context, BuildEnd::Refused, code, "The trace can't be written.");
+  }
   BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(asked),
-                         [&] { return session.CountWork(request); });
+                         [&] { return EstimateWork(context, request); });
+  BuildEvents events(context.Out(), reporter.GetProgress());
+  if (context.Own<BuildOptions>().events) {
+    reporter.AddRunObserver([&](const RunEvent& event) { events.OnRunEvent(event); });
+  }
+  if (trace) reporter.AddRunObserver([&](const RunEvent& event) { trace->OnRunEvent(event); });
   const BuildOutcome outcome = reporter.Watch(session, request);
+  const Status traced = trace ? trace->Write(ToString(outcome.end)) : Status();
 
   const bool hasNews = outcome.toolsRun > 0;
   std::vector<ApplicationSummary> summaries;
@@ -144,14 +214,18 @@ int RunBuild(CommandContext& context, BuildWork work) {
     context.Complain("The state of this build couldn't be saved: " +
                      Printable(session.GetStateProblem()));
   }
+  if (!traced) {
+    context.Complain(context.ShowFailure(trace->GetPath(), "written", traced.GetError().text));
+  }
   ComplainOfGaps(context, outcome);
   const std::vector<std::string> refused = context.ShowRefused();
-  const int exitCode = ExitCodeOf(context, outcome, !refused.empty());
+  int exitCode = ExitCodeOf(context, outcome, !refused.empty());
+  if (!traced && exitCode == kExitDone) exitCode = kExitCannotOpen;
   if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode, refused);
   return exitCode;
 }
 
-void Declare(CommandArguments& arguments) {
+void DeclareCommon(CommandArguments& arguments) {
   arguments.AddProjectAndApp();
   arguments.AddConfiguration();
   arguments.AddJobs();
@@ -160,6 +234,22 @@ void Declare(CommandArguments& arguments) {
                  "Fail (exit code 3) if another build of the project is running");
   arguments.AddDamagedOk();
   arguments.AddTrust();
+}
+
+void DeclareClean(CommandArguments& arguments) {
+  arguments.Own<BuildOptions>();
+  DeclareCommon(arguments);
+}
+
+void Declare(CommandArguments& arguments) {
+  auto& own = arguments.Own<BuildOptions>();
+  DeclareCommon(arguments);
+  arguments
+      .Flag("--events", own.events,
+            "Print a JSON object per line for each tool that starts or is retired")
+      .Needs(arguments.Find("--json"));
+  arguments.Option("--trace", own.trace, "FILE", "Write a timeline of the tools in Chrome's format")
+      .NotEmpty();
 }
 
 }  // namespace
@@ -196,7 +286,7 @@ CommandSpec CleanCommand() {
       .group = CommandGroup::Building,
       .help = "Delete what was built",
       .access = ProjectAccess::Build,
-      .declare = Declare,
+      .declare = DeclareClean,
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Clean); },
   };
 }

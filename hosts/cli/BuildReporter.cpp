@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::int32_t kProgressTimer = 1;
 constexpr std::chrono::milliseconds kProgressPeriod(200);
+// A remaining time is shown in full seconds and ends at 0:01.
+constexpr std::chrono::milliseconds kRoundedUp(999);
 // Maximum number of lines shown of a failed tool; more would hide what matters.
 constexpr std::size_t kMostLines = 100;
 
@@ -31,11 +33,12 @@ ReportDetail DetailOf(const Invocation& asked) {
 }
 
 BuildReporter::BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
-                             std::function<int()> countWork)
+                             std::function<WorkEstimate()> estimateWork)
     : console_(output),
       folder_(std::move(startFolder)),
       detail_(reportDetail),
-      progress_(std::move(countWork)) {}
+      progress_(std::move(estimateWork),
+                output.Redraws() && reportDetail == ReportDetail::Progress) {}
 
 void BuildReporter::OnToolStarted(const ToolStart& start) {
   progress_.OnToolStarted(start);
@@ -82,8 +85,18 @@ bool BuildReporter::IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFa
   return isEndOfFailed || IsContext(entry);
 }
 
+void BuildReporter::OnRunEvent(const RunEvent& event) {
+  progress_.OnRunEvent(event);
+  for (const RunObserver& each : runObservers_) each(event);
+}
+
 BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& request) {
-  if (console_.Redraws()) session.SetTicker(kProgressTimer, kProgressPeriod, [this] { OnTick(); });
+  if (WatchesRuns()) {
+    session.SetTicker(kProgressTimer, kProgressPeriod, [this, &session] {
+      session.PollRuns();
+      OnTick();
+    });
+  }
   const BuildOutcome outcome = session.Run(request, this);
   session.ClearTicker(kProgressTimer);
   if (!outcome.problem.empty()) {
@@ -94,10 +107,23 @@ BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& req
 
 void BuildReporter::OnTick() {
   if (progress_.GetNumber() == 0 || detail_ != ReportDetail::Progress) return;
-  std::string count = std::to_string(progress_.GetNumber());
-  const std::string all = std::to_string(progress_.GetTotal());
-  count.insert(0, all.size() - count.size(), ' ');
-  console_.ShowProgress("[" + count + "/" + all + "] " + current_ + "  " + ClockText(GetElapsed()));
+  console_.ShowProgress(ProgressText());
+}
+
+// "[12/300] 4 running  src/slow.c 3.1s  0:25 left"; the file is that of the longest running tool.
+std::string BuildReporter::ProgressText() const {
+  const BuildProgress::Clock::time_point now = BuildProgress::Clock::now();
+  std::string text = "[" + std::to_string(progress_.GetRetired()) + "/" +
+                     std::to_string(progress_.GetTotal()) + "] ";
+  const std::vector<BuildProgress::Running> running = progress_.GetRunning();
+  if (running.empty()) return text + current_;
+  const BuildProgress::Running& longest = running.front();
+  text += std::to_string(running.size()) + " running  ";
+  text += Printable(DisplayPath(SubjectOf(longest.start), folder_)) + " ";
+  text += SecondsText(std::chrono::duration_cast<std::chrono::milliseconds>(now - longest.started));
+  const auto remaining = progress_.GetRemaining(now);
+  if (remaining) text += "  " + ClockText(*remaining + kRoundedUp) + " left";
+  return text;
 }
 
 void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,

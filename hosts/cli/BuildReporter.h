@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hosts/cli/Console.h"
@@ -22,13 +23,19 @@ ReportDetail DetailOf(const Invocation& asked);
 // else one line per tool, and the tools' messages as they end.
 class BuildReporter : public BuildObserver {
  public:
-  // `countWork` returns the number of tools to run; it is called once, when the first one starts.
+  // `estimateWork` returns the tools to run; it is called once, when the first one starts.
   BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
-                std::function<int()> countWork);
+                std::function<WorkEstimate()> estimateWork);
+
+  // Also passes the events of tool runs to `observer`. Call this before Watch.
+  using RunObserver = std::function<void(const RunEvent& event)>;
+  void AddRunObserver(RunObserver observer) { runObservers_.push_back(std::move(observer)); }
 
   void OnToolStarted(const ToolStart& start) override;
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
-  // Redraws the running clock.
+  bool WatchesRuns() const override { return !runObservers_.empty() || progress_.WatchesRuns(); }
+  void OnRunEvent(const RunEvent& event) override;
+  // Redraws the progress line.
   void OnTick();
 
   // Runs the build and shows its events; on a terminal also the elapsed time.
@@ -37,6 +44,7 @@ class BuildReporter : public BuildObserver {
   void Finish(const BuildOutcome& outcome, BuildWork work,
               const std::vector<ApplicationSummary>& summaries);
 
+  const BuildProgress& GetProgress() const { return progress_; }
   int GetErrors() const { return progress_.GetErrors(); }
   int GetWarnings() const { return progress_.GetWarnings(); }
   const std::vector<LogEntry>& GetDiagnostics() const { return diagnostics_; }
@@ -45,12 +53,14 @@ class BuildReporter : public BuildObserver {
  private:
   bool IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFailed) const;
   void PrintSkipped(std::size_t& count);
+  std::string ProgressText() const;
   std::string FailureText(const BuildOutcome& outcome, BuildWork work) const;
 
   Console& console_;
   const std::string folder_;
   const ReportDetail detail_;
   BuildProgress progress_;
+  std::vector<RunObserver> runObservers_;
   std::string current_;  // displayed file or tool
   std::vector<LogEntry> diagnostics_;
 };

@@ -11,8 +11,8 @@
 namespace tarn::host {
 
 // Prints a JSON document, to which damage of the project is added as "damage"; bytes that are not
-// UTF-8 are replaced.
-void PrintJson(CommandContext& context, nlohmann::json document);
+// UTF-8 are replaced. `indent` is -1 for a single line.
+void PrintJson(CommandContext& context, nlohmann::json document, int indent = 2);
 // Names by which a user can select targets or families.
 std::vector<std::string> TargetNames(const std::vector<TargetEntry>& targets);
 std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets);

@@ -124,6 +124,12 @@ std::string DurationText(std::chrono::milliseconds elapsed) {
   return text;
 }
 
+std::string SecondsText(std::chrono::milliseconds elapsed) {
+  std::string text = DurationText(elapsed);
+  std::erase(text, ' ');
+  return text;
+}
+
 std::string CountText(int count, std::string_view noun) {
   return std::to_string(count).append(" ").append(noun).append(count == 1 ? "" : "s");
 }

@@ -23,6 +23,8 @@ ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const
 std::string ClockText(std::chrono::milliseconds elapsed);
 // Formats a duration for a summary: "0.8 s".
 std::string DurationText(std::chrono::milliseconds elapsed);
+// Formats the time that a tool has been running: "3.1s".
+std::string SecondsText(std::chrono::milliseconds elapsed);
 // "1 warning", "2 warnings".
 std::string CountText(int count, std::string_view noun);
 

@@ -134,7 +134,7 @@ void AddField(nlohmann::json& document, const char* name, const nlohmann::json& 
 }  // namespace
 
 // Every document about a project includes its damage and the errors in definitions.
-void PrintJson(CommandContext& context, nlohmann::json document) {
+void PrintJson(CommandContext& context, nlohmann::json document, int indent) {
   if (context.HasOpened() || !context.GetDamage().empty()) {
     nlohmann::json damage = nlohmann::json::array();
     for (const DamageEntry& each : context.GetDamage()) {
@@ -144,7 +144,8 @@ void PrintJson(CommandContext& context, nlohmann::json document) {
     AddField(document, "definitionErrors", context.Session().GetDefinitionErrors());
   }
   context.Out().PrintDocument(
-      document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace), DocumentFormat::Json);
+      document.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace),
+      DocumentFormat::Json);
 }
 
 namespace {

@@ -3,6 +3,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/core/BuildTiming.h"
 #include "hosts/core/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -10,6 +11,12 @@
 namespace tarn::host {
 
 namespace {
+
+struct StatusOptions {
+  bool timing = false;
+};
+
+constexpr std::size_t kMostSlow = 10;  // slowest tools that are listed
 
 struct StatusLine {
   std::string name;
@@ -76,6 +83,52 @@ std::string ProblemOf(BuildSession& session, const ApplicationStatus& applicatio
   return {};
 }
 
+nlohmann::json ToJson(const std::vector<OutputTime>& tools, std::size_t most) {
+  nlohmann::json list = nlohmann::json::array();
+  for (std::size_t i = 0; i < std::min(tools.size(), most); ++i) {
+    list.push_back({{"path", tools[i].path},
+                    {"output", tools[i].output},
+                    {"milliseconds", tools[i].time.count()}});
+  }
+  return list;
+}
+
+nlohmann::json ToJson(const BuildTiming& timing, int jobs) {
+  return {{"work", timing.work.count()},
+          {"criticalPath", timing.length.count()},
+          {"chain", ToJson(timing.chain, timing.chain.size())},
+          {"jobs", jobs},
+          {"ideal", timing.GetIdeal(jobs).count()},
+          {"slowest", ToJson(timing.tools, kMostSlow)},
+          {"unknown", timing.unknown}};
+}
+
+void PrintTiming(CommandContext& context, const BuildTiming& timing, int jobs) {
+  Console& out = context.Out();
+  if (timing.tools.empty()) {
+    out.PrintLine("No durations are known; a build records them");
+    return;
+  }
+  const auto toolsOf = [&](const std::vector<OutputTime>& tools, std::size_t most) {
+    for (std::size_t i = 0; i < std::min(tools.size(), most); ++i) {
+      const std::string time = DurationText(tools[i].time);
+      const std::string space(time.size() < 8 ? 8 - time.size() : 0, ' ');
+      out.PrintLine("  " + space + time + "  " + context.Show(tools[i].path));
+    }
+  };
+  out.PrintLine(out.Dye(Paint::Bold, "Critical path: ") + DurationText(timing.length));
+  toolsOf(timing.chain, timing.chain.size());
+  out.PrintLine(out.Dye(Paint::Bold, "Slowest tools"));
+  toolsOf(timing.tools, kMostSlow);
+  const int count = static_cast<int>(timing.tools.size());
+  out.PrintLine("Total work: " + DurationText(timing.work) + " (" + CountText(count, "tool") +
+                "); ideal time at -j " + std::to_string(jobs) + ": " +
+                DurationText(timing.GetIdeal(jobs)));
+  if (timing.unknown > 0) {
+    out.PrintLine("Durations that are not known and count as 0: " + std::to_string(timing.unknown));
+  }
+}
+
 std::string DescribeState(const CommandContext& context, const BuildStateManager& state) {
   const std::string& verdict = state.GetVerdict();
   const std::string path = context.ShowResolved(state.GetPath());
@@ -99,16 +152,28 @@ int RunStatus(CommandContext& context) {
   if (!state.IsUsable()) context.Remark(DescribeState(context, state));
   nlohmann::json document = nlohmann::json::array();
   std::string problem;
-  for (const ApplicationStatus& application : context.Session().GetStatus(&problem)) {
-    const bool wanted = std::any_of(chosen.begin(), chosen.end(), [&](const auto& each) {
-      return each.path == application.path;
-    });
-    if (!wanted) continue;
+  const std::vector<ApplicationStatus> status = context.Session().GetStatus(&problem);
+  const auto isWanted = [&chosen](const ApplicationStatus& application) {
+    return std::any_of(chosen.begin(), chosen.end(),
+                       [&](const auto& each) { return each.path == application.path; });
+  };
+  for (const ApplicationStatus& application : status) {
+    if (!isWanted(application)) continue;
     if (problem.empty()) problem = ProblemOf(context.Session(), application);
     if (context.Asked().json) {
       document.push_back(ToJson(context, application));
     } else {
       PrintApplication(context, application);
+    }
+  }
+  if (context.Own<StatusOptions>().timing) {
+    const auto times = ParseBuildTimes(context.Session().Inspector().GetBuildTimes());
+    const BuildTiming timing = ComputeTiming(times, status, isWanted);
+    const int jobs = std::max(context.Session().Tools().GetJobs(), 1);
+    if (context.Asked().json) {
+      document = {{"applications", document}, {"timing", ToJson(timing, jobs)}};
+    } else {
+      PrintTiming(context, timing, jobs);
     }
   }
   if (context.Asked().json) PrintJson(context, document);
@@ -126,11 +191,15 @@ CommandSpec StatusCommand() {
       .name = "status",
       .group = CommandGroup::Building,
       .help = "Explain what is out of date and why",
-      .examples = {{"tarn status --json", "as JSON, for programs"}},
+      .examples = {{"tarn status --json", "as JSON, for programs"},
+                   {"tarn status --timing -j 8", "what limits the duration of a build"}},
       .declare =
           [](CommandArguments& arguments) {
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
+            arguments.Flag("--timing", arguments.Own<StatusOptions>().timing,
+                           "Show the critical path of a build, by the durations of the last runs");
+            arguments.AddJobs();
           },
       .run = RunStatus,
   };

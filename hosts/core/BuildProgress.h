@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,29 +16,53 @@ namespace tarn::host {
 class BuildProgress : public BuildObserver {
  public:
   using Clock = std::chrono::steady_clock;
+  using Milliseconds = std::chrono::milliseconds;
 
-  // `countWork` returns the number of tools to run; it is called once, when the first tool starts.
-  // Pass an empty function if the number is unknown.
-  explicit BuildProgress(std::function<int()> countWork);
+  // A tool that runs now.
+  struct Running {
+    ToolStart start;
+    Clock::time_point started;
+  };
+
+  // `estimateWork` returns the tools to run; it is called once, when the first tool starts. Pass an
+  // empty function if they are unknown. `watchesRuns`: shows which tools run at the same time.
+  explicit BuildProgress(std::function<WorkEstimate()> estimateWork, bool watchesRuns = false);
 
   void OnToolStarted(const ToolStart& start) override;
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
+  bool WatchesRuns() const override { return watchesRuns_; }
+  void OnRunEvent(const RunEvent& event) override;
 
-  // Number of the running tool, counted from 1; 0 before the first one.
+  // Number of the tool whose turn it is, counted from 1; 0 before the first one.
   int GetNumber() const { return number_; }
+  // Number of tools whose results were delivered.
+  int GetRetired() const { return retired_; }
   // Total number of tools, never less than GetNumber(); 0 if unknown.
-  int GetTotal() const { return total_; }
-  // The file that identifies the running tool, or the tool's name if there is none.
+  int GetTotal() const { return work_.count; }
+  // The file that identifies the tool whose turn it is, or the tool's name if there is none.
   const std::string& GetSubject() const { return subject_; }
+  // The tools that run now, those that run longest first.
+  std::vector<Running> GetRunning() const;
+  // Time that the rest of the build is going to take according to the last runs of its tools;
+  // nullopt if one of these is unknown, or if all took longer this time.
+  std::optional<Milliseconds> GetRemaining(Clock::time_point now) const;
   int GetErrors() const { return errors_; }
   int GetWarnings() const { return warnings_; }
   std::chrono::milliseconds GetElapsed() const;
+  Clock::time_point GetStart() const { return started_; }
 
  private:
-  std::function<int()> queryCount_;
+  void FetchWork();
+
+  std::function<WorkEstimate()> askWork_;
+  const bool watchesRuns_;
   const Clock::time_point started_ = Clock::now();
+  WorkEstimate work_;                     // without the durations of tools that have ended
+  std::vector<std::string> endedBefore_;  // outputs of tools that ended before the work was known
+  bool isCounted_ = false;
   int number_ = 0;
-  int total_ = 0;
+  int retired_ = 0;
+  std::map<int, Running> running_;  // by number of the run, which grows with its start
   std::string subject_;
   int errors_ = 0;
   int warnings_ = 0;

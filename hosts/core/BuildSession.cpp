@@ -6,7 +6,6 @@
 #include <chrono>
 #include <iterator>
 
-#include "hosts/core/BuildInputs.h"
 #include "hosts/core/Printable.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/SharedProducts.h"
@@ -215,6 +214,8 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   static_cast<void>(TryLockBuild());
   if (HasProject()) state_.Open();
   tools.ResumeTools();
+  watchesRuns_ = observer != nullptr && observer->WatchesRuns();
+  tools.WatchRuns(watchesRuns_);
   trust_.Refresh();
   if (!isOtherProject_) inspector.RefreshDefinitions();
 }
@@ -224,7 +225,13 @@ void BuildSession::EndWork() {
   KeepState();
 }
 
+void BuildSession::PollRuns() {
+  if (watcher_ == nullptr || !watchesRuns_) return;
+  for (const RunEvent& event : ParseRunEvents(tools.TakeRunEvents())) watcher_->OnRunEvent(event);
+}
+
 void BuildSession::KeepState() {
+  PollRuns();
   watcher_ = nullptr;
   const std::string problem = state_.Finish();
   if (!problem.empty()) stateProblem_ = problem;
@@ -389,15 +396,11 @@ void BuildSession::ClearTicker(std::int32_t id) {
 
 std::intptr_t BuildSession::OnToolStarted(const HostMessageEvent& event) {
   const auto element = ParseXml(event.text);
-  ToolStart start;
-  start.tool = GetAttribute(element.get(), "Name");
-  start.files = SplitQuotedPaths(GetAttribute(element.get(), "Files"));
-  start.output = GetAttribute(element.get(), "Output");
-  start.command = GetAttribute(element.get(), "Command");
-  start.subject = GetAttribute(element.get(), "Subject");
+  const ToolStart start = ReadToolStart(element.get());
   // From here on tools run, so this build's log replaces the stored one.
   log_.Renew(inspector.GetLogFile());
   if (!isOtherProject_) log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
+  PollRuns();
   if (watcher_ != nullptr) watcher_->OnToolStarted(start);
   return 1;
 }
@@ -405,6 +408,7 @@ std::intptr_t BuildSession::OnToolStarted(const HostMessageEvent& event) {
 std::intptr_t BuildSession::OnToolEnded(const HostMessageEvent& event) {
   const bool success = event.lParam != 0;
   ++(success ? outcome_.toolsRun : outcome_.toolsFailed);
+  PollRuns();
   if (watcher_ != nullptr) watcher_->OnToolEnded(success, ReadLogEntries(event.text));
   return 1;
 }

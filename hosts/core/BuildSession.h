@@ -14,6 +14,7 @@
 #include "hosts/core/HostWindow.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/LogMirror.h"
+#include "hosts/core/RunEvents.h"
 #include "hosts/core/SaveReport.h"
 #include "hosts/core/ServerConnection.h"
 #include "hosts/core/SessionDamage.h"
@@ -41,21 +42,17 @@ struct BuildOutcome {
   std::string problem = {};  // why nothing could be built, if no tool reported it
 };
 
-// The inputs and outputs of a tool that is being started.
-struct ToolStart {
-  std::string tool;
-  std::vector<std::string> files;
-  std::string output;
-  std::string command;
-  std::string subject = {};  // file that identifies the run; empty: its only file, or its output
-};
-
 // Receives the events of a build. Called on the main thread, between two steps of the build.
 class BuildObserver {
  public:
   virtual ~BuildObserver() = default;
   virtual void OnToolStarted(const ToolStart& start) = 0;
   virtual void OnToolEnded(bool success, const std::vector<LogEntry>& messages) = 0;
+  // Returns true if OnRunEvent is to be called. Queried when the work begins.
+  virtual bool WatchesRuns() const { return false; }
+  // Receives the events of all tool runs, also of those whose turn has not come. They are delivered
+  // by PollRuns and between the other events.
+  virtual void OnRunEvent(const RunEvent& /*event*/) {}
 };
 
 // The life of one project in a host: the connection to the server, the project, its builds and the
@@ -108,6 +105,8 @@ class BuildSession : public ServerConnection {
   // Builds, and stores the tools' messages even if the build fails or is stopped. `observer` may be
   // null.
   BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
+  // Delivers the events of tool runs since the last call to the observer.
+  void PollRuns();
   // Waits for a build that was started directly by a command, and stores its tools' messages.
   // Returns Refused immediately if no build is running.
   BuildEnd AwaitBuild();
@@ -217,6 +216,7 @@ class BuildSession : public ServerConnection {
   bool workerSucceeded_ = false;
   std::deque<std::uint32_t> postedCommands_;
   BuildObserver* watcher_ = nullptr;
+  bool watchesRuns_ = false;
   BuildOutcome outcome_;
 };
 

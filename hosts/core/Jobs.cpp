@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdlib>
 
+#include "hosts/core/LauncherJobs.h"
 #include "platform/files/FileSystem.h"
 #include "platform/process/Processors.h"
 #include "platform/settings/Settings.h"
@@ -17,7 +18,7 @@ int ParseJobs(std::string_view text) {
   return isNumber && count >= 1 && count <= kMaxJobs ? count : 0;
 }
 
-int DefaultJobs(std::string* problem) {
+int DefaultJobs(std::string* problem, const std::string& launcher) {
   const Settings settings(FileSystem::Native(), SettingsFolders::FromEnvironment());
   const std::pair<const char*, std::string> given[] = {
       {"TARN_JOBS", OrEmpty(std::getenv("TARN_JOBS"))},
@@ -30,7 +31,11 @@ int DefaultJobs(std::string* problem) {
                  ", not " + text + ".";
     }
   }
-  return CountUsableProcessors();
+  const auto environment = [](const char* name) { return OrEmpty(std::getenv(name)); };
+  const int processors = CountUsableProcessors();
+  return CountLauncherJobs(launcher.empty() ? environment("TARN_LAUNCHER") : launcher, environment,
+                           FileSystem::Native(), processors)
+      .value_or(processors);
 }
 
 }  // namespace tarn::host

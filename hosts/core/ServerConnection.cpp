@@ -109,11 +109,16 @@ Status ServerConnection::CheckInstallation() {
 }
 
 int ServerConnection::CountWork(const BuildRequest& request) {
+  return static_cast<int>(ListWork(request).size());
+}
+
+// Returns the outputs of the tools that a build would run now.
+std::vector<std::string> ServerConnection::ListWork(const BuildRequest& request) {
   const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
   const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
     return each.path == request.application;
   });
-  std::size_t count = 0;
+  std::vector<std::string> outputs;
   for (const ApplicationStatus& each : status) {
     const bool isUsed =
         chosen != status.end() &&
@@ -122,19 +127,39 @@ int ServerConnection::CountWork(const BuildRequest& request) {
     // Applications used by others are brought up to date even by a rebuild.
     const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
     if (!isCounted) continue;
-    for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;
+    for (const StaleNode& node : each.stale) {
+      if (!node.tool.empty()) outputs.push_back(node.outputFile);
+    }
   }
-  return static_cast<int>(count + (request.work == BuildWork::Rebuild ? CountInputs(request) : 0));
-}
-
-std::size_t ServerConnection::CountInputs(const BuildRequest& request) {
-  std::size_t count = 0;
+  if (request.work != BuildWork::Rebuild) return outputs;
   const std::string lines = inspector.GetBuildInputs();
   for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
     const bool wanted = request.application.empty() || each.application == request.application;
-    if (wanted) count += each.outputs.size();
+    if (wanted) outputs.insert(outputs.end(), each.outputs.begin(), each.outputs.end());
   }
-  return count;
+  return outputs;
+}
+
+WorkEstimate ServerConnection::EstimateWork(const BuildRequest& request) {
+  const std::vector<std::string> outputs = ListWork(request);
+  WorkEstimate work(static_cast<int>(outputs.size()));
+  work.jobs = std::max(tools.GetJobs(), 1);
+  std::unordered_map<std::string, WorkEstimate::Duration> known;
+  for (ApplicationTimes& each : ParseBuildTimes(inspector.GetBuildTimes())) {
+    for (OutputTime& tool : each.tools) {
+      known[std::move(tool.output)] = {tool.time, tool.path == each.application};
+    }
+  }
+  for (const std::string& output : outputs) {
+    const auto found = known.find(output);
+    const bool isKnown = found != known.end() && found->second.time.count() > 0;
+    if (!isKnown) {
+      work.durations.clear();
+      break;
+    }
+    work.durations.insert(*found);
+  }
+  return work;
 }
 
 std::vector<ApplicationStatus> ServerConnection::GetStatus(std::string* problem) {

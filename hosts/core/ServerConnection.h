@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hosts/core/BuildGaps.h"
+#include "hosts/core/BuildTimes.h"
 #include "hosts/core/HostFolders.h"
 #include "hosts/core/ProjectStatus.h"
 #include "hosts/core/ServerDrivers.h"
@@ -56,6 +57,8 @@ class ServerConnection {
   // Returns the number of tools that a build would run now. Expensive: the server checks every
   // file.
   int CountWork(const BuildRequest& request);
+  // Returns the same with the durations of the last runs, and the number of jobs.
+  WorkEstimate EstimateWork(const BuildRequest& request);
   // Returns the outdated nodes, including reasons that only the host can find. `problem`, if given,
   // receives the reason if the applications can't be built at all.
   std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
@@ -82,7 +85,7 @@ class ServerConnection {
 
  private:
   Status AttachComponents(WindowHandle host);
-  std::size_t CountInputs(const BuildRequest& request);
+  std::vector<std::string> ListWork(const BuildRequest& request);
 };
 
 }  // namespace tarn::host

@@ -113,6 +113,8 @@ class InspectorDriver : public COleDispatchDriver {
   std::string GetStatus() { return InvokeText(TARN_INS_GET_STATUS, {}); }
   // Returns the outputs of each application in build order; see ParseBuildInputs.
   std::string GetBuildInputs() { return InvokeText(TARN_INS_GET_BUILD_INPUTS, {}); }
+  // Returns the same with the durations of the last runs; see ParseBuildTimes.
+  std::string GetBuildTimes() { return InvokeText(TARN_INS_GET_BUILD_TIMES, {}); }
   // Returns the input of the tool that produces an output.
   std::string GetToolInput(const std::string& application, const std::string& output) {
     return InvokeText(TARN_INS_GET_TOOL_INPUT, {application, output});
@@ -288,6 +290,11 @@ class ToolManagerDriver : public COleDispatchDriver {
   void StopTools() { InvokeHelper(TARN_TOOL_STOP_TOOLS, {}); }
   void ResumeTools() { InvokeHelper(TARN_TOOL_RESUME_TOOLS, {}); }
   // Sets the number of tools that may run at the same time.
+  std::int32_t GetJobs() { return InvokeLong(TARN_TOOL_GET_JOBS, {}); }
+  // Starts or ends the recording of events of tool runs.
+  void WatchRuns(bool isWatched) { InvokeHelper(TARN_TOOL_WATCH_RUNS, {isWatched ? 1 : 0}); }
+  // Returns the events since the last call; see ParseRunEvents.
+  std::string TakeRunEvents() { return InvokeText(TARN_TOOL_TAKE_RUN_EVENTS, {}); }
   void SetJobs(std::int32_t count) { InvokeHelper(TARN_TOOL_SET_JOBS, {count}); }
   // Returns the tool's first program that is not installed; an empty string if there is none.
   std::string MissingProgram(const std::string& tool) {

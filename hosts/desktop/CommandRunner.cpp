@@ -35,10 +35,10 @@ bool IsOfProject(std::uint32_t command) {
          command == TARN_CMD_CLEAN_ALL;
 }
 
-std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
+std::function<WorkEstimate()> EstimatorFor(std::uint32_t command, BuildSession& session) {
   for (const WholeBuild& each : kWholeBuilds) {
     if (each.command != command) continue;
-    return [&session, work = each.work] { return session.CountWork({work, {}}); };
+    return [&session, work = each.work] { return session.EstimateWork({work, {}}); };
   }
   return {};
 }
@@ -203,7 +203,7 @@ void CommandRunner::Repeat() {
 void CommandRunner::Ask(std::uint32_t command) {
   waiting_ = command;
   isStopAsked_ = false;
-  progress_.emplace(CounterFor(command, session_));
+  progress_.emplace(EstimatorFor(command, session_), true);
   if (onAsked) onAsked();
   Approach();
 }
@@ -282,7 +282,7 @@ BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
 // of the build is unknown.
 void CommandRunner::TakeOver() {
   if (IsBuilding() || session_.Manager().EnableCommand(TARN_CMD_STOP) == 0) return;
-  progress_.emplace(std::function<int()>());
+  progress_.emplace(std::function<WorkEstimate()>(), true);
   isStopAsked_ = false;
   isCleaning_ = false;
   isUnkept_ = session_.HasProject();

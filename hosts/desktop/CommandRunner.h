@@ -79,6 +79,8 @@ class CommandRunner : public QObject {
   bool IsCleaning() const { return isCleaning_; }
   // Progress of the running or the last build; nullptr before the first one. Re-created for each
   // build.
+  // Brings the progress up to date.
+  void PollProgress() { session_.PollRuns(); }
   const BuildProgress* GetProgress() const { return progress_ ? &*progress_ : nullptr; }
 
   // A build was requested; it has started; it has ended, which is also called if it never started.

@@ -15,6 +15,8 @@ namespace {
 // A build may start hundreds of tools per second, too fast to be read.
 constexpr int kTickMs = 100;
 constexpr int kBarWidth = 160;
+// A remaining time is shown in full seconds and ends at 0:01.
+constexpr std::chrono::milliseconds kRoundedUp(999);
 
 QString WordFor(BuildEnd end, const CommandRunner& runner) {
   switch (end) {
@@ -105,6 +107,7 @@ void StatusProgress::End(BuildEnd end) {
   ticker_.stop();
   ShowIdle(true);
   text_->clear();
+  text_->setToolTip({});
   const BuildProgress& progress = *runner_.GetProgress();
   const QString counts = CountText(progress.GetErrors(), progress.GetWarnings());
   const double seconds = static_cast<double>(progress.GetElapsed().count()) / 1000.0;
@@ -120,9 +123,9 @@ void StatusProgress::Say(const QString& message) {
 }
 
 void StatusProgress::ShowRunning() {
+  runner_.PollProgress();
   const BuildProgress& progress = *runner_.GetProgress();
-  const auto seconds = progress.GetElapsed().count() / 1000;
-  clock_->setText(QString("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0')));
+  ShowTimes(progress);
   stop_->setEnabled(!runner_.IsStopping());
   if (runner_.IsStopping()) {
     text_->setText(tr("Stopping the build..."));
@@ -132,17 +135,51 @@ void StatusProgress::ShowRunning() {
   const int total = progress.GetTotal();
   // With an unknown total the bar only indicates activity.
   bar_->setRange(0, total);
-  bar_->setValue(number > 0 ? number - 1 : 0);
+  bar_->setValue(progress.GetRetired());
   if (number == 0) {
     text_->setText(TextOfStart(runner_));
     return;
   }
-  QString name = ToQt(progress.GetSubject());
+  const std::vector<BuildProgress::Running> running = progress.GetRunning();
+  QString place = total > 0 ? tr("Building %1 of %2").arg(number).arg(total)
+                            : tr("Building file %1").arg(number);
+  if (running.size() > 1) place += tr(", %1 running").arg(running.size());
+  const std::string file =
+      running.empty() ? progress.GetSubject() : SubjectOf(running.front().start);
+  text_->setText(text_->fontMetrics().elidedText(tr("%1: %2").arg(place, ShortName(file)),
+                                                 Qt::ElideMiddle, text_->width()));
+}
+
+// Shows the elapsed time, and the running files with theirs in the tooltip.
+void StatusProgress::ShowTimes(const BuildProgress& progress) {
+  const auto now = BuildProgress::Clock::now();
+  const auto clock = [](std::chrono::milliseconds time) {
+    const auto seconds = time.count() / 1000;
+    return QString("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0'));
+  };
+  QString text = clock(progress.GetElapsed());
+  const auto remaining = progress.GetRemaining(now);
+  if (remaining) text = tr("%1, %2 left").arg(text, clock(*remaining + kRoundedUp));
+  clock_->setText(text);
+  constexpr std::size_t kMostShown = 20;
+  QStringList files;
+  for (const BuildProgress::Running& each : progress.GetRunning()) {
+    if (files.size() == kMostShown) break;
+    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(now - each.started);
+    files += tr("%1 s  %2")
+                 .arg(locale().toString(static_cast<double>(time.count()) / 1000.0, 'f', 1),
+                      ShortName(SubjectOf(each.start)).toHtmlEscaped());
+  }
+  for (QWidget* const each : {static_cast<QWidget*>(text_), static_cast<QWidget*>(bar_)}) {
+    each->setToolTip(files.isEmpty() ? QString()
+                                     : "<p style='white-space:pre'>" + files.join("<br>") + "</p>");
+  }
+}
+
+QString StatusProgress::ShortName(const std::string& file) const {
+  QString name = ToQt(file);
   if (!folder_.isEmpty() && name.startsWith(folder_ + '/')) name.remove(0, folder_.size() + 1);
-  const QString place = total > 0 ? tr("Building %1 of %2").arg(number).arg(total)
-                                  : tr("Building file %1").arg(number);
-  text_->setText(text_->fontMetrics().elidedText(tr("%1: %2").arg(place, name), Qt::ElideMiddle,
-                                                 text_->width()));
+  return name;
 }
 
 void StatusProgress::ShowIdle(bool isIdle) {

@@ -14,8 +14,9 @@ class QToolButton;
 
 namespace tarn::host {
 
-// Build status in a status bar: during a build the number and name of the current file, the elapsed
-// time, and a button to stop; after its end the result, which opens the log when clicked.
+// Build status in a status bar: during a build the number of files that were built, the running
+// tools, with their files in the tooltip, the elapsed and the remaining time, and a button to stop;
+// after its end the result, which opens the log when clicked.
 class StatusProgress : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(StatusProgress)
 
@@ -35,6 +36,8 @@ class StatusProgress : public QWidget {
 
  private:
   void ShowRunning();
+  void ShowTimes(const BuildProgress& progress);
+  QString ShortName(const std::string& file) const;
   void ShowIdle(bool isIdle);
 
   CommandRunner& runner_;

@@ -184,6 +184,26 @@ std::string ProjectInspector::GetBuildInputs() {
   return lines;
 }
 
+std::string ProjectInspector::GetBuildTimes() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  const BuildRecordStore& store = GetBuilder()->Information().GetBuildRecords().Store();
+  std::string lines;
+  ForEachApplication(*model, [&](CXmlNode& application) {
+    const std::string owner = OrEmpty(application.GetAttrValue("Path"));
+    lines += "A " + owner + "\n";
+    ForEachBuiltNode(*GetBuilder(), application, [&](CXmlNode& node) {
+      if (FindStoredValues(node) == nullptr) return;
+      const std::string output = OrEmpty(node.GetAttrValue("OutputFile"));
+      const std::size_t record = store.Find(owner, output);
+      const bool isKnown = record != BuildRecordStore::kNone;
+      lines += "N " + std::to_string(isKnown ? store.Get(record).milliseconds : 0) + " " + output +
+               "\nP " + OrEmpty(node.GetAttrValue("Path")) + "\n";
+    });
+  });
+  return lines;
+}
+
 std::string ProjectInspector::GetSharedOutputs(const char* application) {
   CProjectModel* model = Model();
   const std::string wanted = OrEmpty(application);

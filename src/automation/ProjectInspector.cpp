@@ -16,6 +16,7 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
       Method<&I::GetTree>("GetTree", TARN_INS_GET_TREE, {}),
       Method<&I::GetStatus>("GetStatus", TARN_INS_GET_STATUS, {}),
       Method<&I::GetBuildInputs>("GetBuildInputs", TARN_INS_GET_BUILD_INPUTS, {}),
+      Method<&I::GetBuildTimes>("GetBuildTimes", TARN_INS_GET_BUILD_TIMES, {}),
       Method<&I::GetToolInput>("GetToolInput", TARN_INS_GET_TOOL_INPUT,
                                {"application", "outputFile"}),
       Method<&I::GetPropertyManager>("GetPropertyManager", TARN_INS_GET_PROPERTY_MANAGER, {}),

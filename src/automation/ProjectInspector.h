@@ -38,6 +38,9 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // Returns lines: "A <path of the application>", then "N <output file>" for each node with a tool,
   // in build order.
   std::string GetBuildInputs();
+  // Like GetBuildInputs(), but each node has the lines "N <milliseconds> <output file>", with the
+  // duration of the last recorded run, 0 if unknown, and "P <path of the node>".
+  std::string GetBuildTimes();
   // Returns the input of the node's tool; an empty string if there is no such node.
   std::string GetToolInput(const char* application, const char* outputFile);
   // Returns a line for every two sources that would be built into the same output, of the

@@ -3,6 +3,7 @@
 #include "builder/BuildInformation.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "builder/LinkFiles.h"
 #include "builder/RecordRestore.h"
@@ -73,6 +74,8 @@ BuildReport ReadReport(const CXmlNode& record) {
   report.byProducts = SplitQuotedList(OrEmpty(record.GetAttrValue("ByProducts")));
   report.search = OrEmpty(record.GetAttrValue("Search"));
   report.hasInexactNames = IsExactlyYes(record, "InexactNames");
+  const std::string duration = OrEmpty(record.GetAttrValue("Duration"));
+  std::from_chars(duration.data(), duration.data() + duration.size(), report.milliseconds);
   for (int i = 0; i < record.GetChildCount(); ++i) {
     const char* file = record.GetChild(i)->GetAttrValue("Header");
     if (file != nullptr) report.dependencies.emplace_back(file);

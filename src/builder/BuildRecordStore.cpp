@@ -56,6 +56,7 @@ void AppendRecord(std::string& body, const BuildRecord& record) {
     AppendNumber(body, static_cast<std::int64_t>(each));
   }
   body.push_back('\n');
+  if (record.milliseconds != 0) AppendNumbers(body, 'D', {record.milliseconds});
   AppendNumbers(body, 'I', record.inputs);
   AppendNumbers(body, 'P', record.passedOver);
   AppendNumbers(body, 'B', record.byProducts);
@@ -100,6 +101,8 @@ class BuildRecordStore::Reader {
         return Finish() && (hasApplication_ = TakeText(application_) && line_.empty());
       case 'R':
         return Finish() && ReadRecord();
+      case 'D':
+        return hasRecord_ && Take(record_.milliseconds) && line_.empty();
       case 'I':
         return hasRecord_ && record_.inputs.empty() && ReadVersions(record_.inputs);
       case 'P':

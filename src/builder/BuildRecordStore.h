@@ -44,6 +44,7 @@ struct BuildRecord {
   static constexpr std::uint64_t kNoSignature = 0;
   std::uint64_t signature = kNoSignature;
   std::uint64_t command = 0;  // hash of the command lines that were run; 0 if unknown
+  Number milliseconds = 0;    // duration of the run; 0 if unknown
   // String number; may be empty: the header search folders, quoted; paths prefixed with "?" of
   // files that would have been read if they existed; and macro definitions prefixed with "#".
   Number search = 0;
@@ -78,6 +79,7 @@ struct BuildRecord {
 //   G version...                              next set of folders, numbered from 1; 0 is empty
 //   R output infos date search folders sources programs signature command
 //                                             a record; replaces that of the same output
+//   D milliseconds                            the duration of its run, if known
 //   I version...                              its inputs
 //   P text...                                 the files that were passed over
 //   B version...                              other files that the run produced

@@ -154,6 +154,7 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   record.search = store_.Intern(report.search);
   record.signature = report.hasInexactNames ? BuildRecord::kNoSignature : run.signature;
   record.command = report.command;
+  record.milliseconds = report.milliseconds;
   record.sources = static_cast<BuildRecord::Number>(run.sources.size());
   record.programs =
       static_cast<BuildRecord::Number>(report.programs.size() + report.products.size());

@@ -28,6 +28,7 @@ struct BuildReport {
   std::string search;                   // header search folders, quoted
   std::uint64_t command = 0;            // hash of the command lines; 0 if unknown
   bool hasInexactNames = false;         // the command lines depend on the spelling of names on disk
+  std::uint32_t milliseconds = 0;       // duration of the run; 0 if unknown
 };
 
 // Build records of the open project: for each output, the file versions and the command of the run

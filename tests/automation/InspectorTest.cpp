@@ -56,6 +56,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetTree", TARN_INS_GET_TREE, {}, "''", "'\r\n<Project/>'"},
       {"GetStatus", TARN_INS_GET_STATUS, {}, "''", "'\r\n<Status/>'"},
       {"GetBuildInputs", TARN_INS_GET_BUILD_INPUTS, {}, "''", "''"},
+      {"GetBuildTimes", TARN_INS_GET_BUILD_TIMES, {}, "''", "''"},
       {"GetToolInput", TARN_INS_GET_TOOL_INPUT, {"demo", "/p/main.o"}, "''", "''"},
       {"GetPropertyManager", TARN_INS_GET_PROPERTY_MANAGER, {}, "object", "object"},
       {"SelectNodeByKey", TARN_INS_SELECT_NODE_BY_KEY, {"main.c", ""}, "0", "0"},

@@ -20,6 +20,7 @@ void PutRecord(BuildRecordStore& store, const std::string& output, std::int64_t 
   record.search = store.Intern("");
   record.signature = UINT64_MAX;
   record.command = 9;
+  record.milliseconds = static_cast<std::uint32_t>(time % 10);  // unknown for some
   record.sources = 1;
   record.programs = 1;
   record.inputs = {store.AddVersion(output + ".c", {1, 2, 3, 4, 5, 6}, 77),
@@ -55,7 +56,7 @@ TEST(StateFile, StringsAndVersionsThatRecordsShareAreStoredOnce) {
       "T /p/a.h\nT /bin/cc\nT /p/b.o\nT 11\nT /p/b.o.c\n"
       "F 1 10 5 4 7 8 6 0\nF 5 1 3 2 5 6 4 77\nF 6 2 3 2 5 6 4 78\nF 7 3 3 2 5 6 4 0\n"
       "F 8 11 5 4 7 8 6 0\nF 10 1 3 2 5 6 4 77\n"
-      "G 2\nA 0\nR 0 2 3 4 1 1 1 -1 9\nI 1 2 3\nP 6\nR 4 2 9 4 1 1 1 -1 9\nI 5 2 3\nP 6\n";
+      "G 2\nA 0\nR 0 2 3 4 1 1 1 -1 9\nI 1 2 3\nP 6\nR 4 2 9 4 1 1 1 -1 9\nD 1\nI 5 2 3\nP 6\n";
   std::uint64_t chain = StateChecksum(StateHead(kProject));
   EXPECT_EQ(store.RestartJournal(kProject), StateHead(kProject) + StateBlock(body, chain));
 }
@@ -150,6 +151,7 @@ TEST(StateFile, WellWrappedNonsenseIsDamaged) {
       start + "G 1\n",
       record + "I 0\nI 0\n",
       record + "I 9\n",
+      record + "D x\n",
       record + "I -1\n",
       record + "I 4294967296\n",
       record + "P 1\n",

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <sstream>
 
 namespace tarn::host {
@@ -72,8 +73,8 @@ TEST(BuildReporter, OfAToolThatFailedEverythingButItsCommandIsShown) {
 
 TEST(BuildReporter, OnATerminalDiagnosticsStandAboveTheProgressLine) {
   const std::string erase = "\r\033[K";
-  const std::string first = erase + "[1/3] a.c  0:00";
-  const std::string second = erase + "[2/3] app.elf  0:00";
+  const std::string first = erase + "[0/3] a.c";
+  const std::string second = erase + "[1/3] app.elf";
   const auto above = [&](const std::string& line, const std::string& progress) {
     return erase + line + "\n" + progress;
   };
@@ -81,6 +82,48 @@ TEST(BuildReporter, OnATerminalDiagnosticsStandAboveTheProgressLine) {
             first + above("a.c:2:1: warning: odd", first) + above("    2 | x", first) + second +
                 above("a.c:2:1: warning: odd", second) + above("    2 | x", second) + erase +
                 "app  12 bytes\nBuilt 2 files, 2 warnings (T)\n");
+}
+
+TEST(BuildReporter, TheProgressLineHasTheLongestRunningFileAndTheRemainingTimeIfItIsKnown) {
+  using std::chrono::seconds;
+  const auto now = std::chrono::steady_clock::now();
+  WorkEstimate known(3);
+  known.jobs = 2;
+  known.durations = {{"/p/a.o", {seconds(60), false}},
+                     {"/p/b.o", {seconds(40), false}},
+                     {"/p/app.elf", {seconds(20), true}}};
+  const auto started = [](int run, const char* file, const char* output,
+                          RunEvent::Time time) -> RunEvent {
+    return {RunEvent::Kind::Started, run, time, 0, {"cc", {file}, output, "gcc"}};
+  };
+  const RunEvent a = started(1, "/p/a.c", "/p/a.o", now - seconds(30));
+  const RunEvent b = started(2, "/p/b.c", "/p/b.o", now - seconds(5));
+  const RunEvent ended{RunEvent::Kind::Ended, 1, now, 0, {}, true};
+  const struct {
+    const char* name;
+    WorkEstimate work;
+    std::vector<RunEvent> events;
+    int width;
+    const char* line;  // T: the seconds of the file
+  } rows[] = {
+      {"two running", known, {a, b}, 80, "[0/3] 2 running  a.c T  0:55 left"},
+      {"one has ended", known, {a, b, ended}, 80, "[0/3] 1 running  b.c T  0:55 left"},
+      {"unknown durations", WorkEstimate(3), {a, b}, 80, "[0/3] 2 running  a.c T"},
+      {"narrow", known, {a, b}, 14, "[0/3] 2 runni"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::ostringstream out;
+    ConsoleStyle style;
+    style.redraws = true;
+    style.width = [&row] { return row.width; };
+    Console console(out, style);
+    BuildReporter reporter(console, "/p", ReportDetail::Progress, [&row] { return row.work; });
+    for (const RunEvent& event : row.events) reporter.OnRunEvent(event);
+    reporter.OnToolStarted(a.start);
+    const std::string line = out.str().substr(out.str().rfind("\033[K") + 3);
+    EXPECT_EQ(std::regex_replace(line, std::regex("\\d+\\.\\ds"), "T"), row.line);
+  }
 }
 
 TEST(BuildReporter, VerboseShowsCommandsAndNothingShowsNothing) {

@@ -1,6 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <thread>
+
 #include "hosts/CliProject.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 namespace {
@@ -10,6 +17,16 @@ std::string CompilerThat(const std::string& cases) {
   return "#!/bin/sh\nawait() { for i in $(seq 500); do [ -e \"$TMPDIR/$1\" ] && break; sleep 0.01; "
          "done; [ -e \"$TMPDIR/$1\" ]; }\ncase \"$*\" in\n" +
          cases + "esac\nexec /usr/bin/gcc \"$@\"\n";
+}
+
+// Sorts the words of a list.
+std::string Sorted(const std::string& list) {
+  const std::vector<std::string> words = Words(list);
+  std::string sorted;
+  for (const std::string& word : std::set<std::string>(words.begin(), words.end())) {
+    sorted += (sorted.empty() ? "" : " ") + word;
+  }
+  return sorted;
 }
 
 class CliJobs : public ::testing::Test {
@@ -85,6 +102,120 @@ TEST_F(CliJobs, ARunIsRepeatedIfAnEarlierOneHasChangedWhatItRead) {
     EXPECT_TRUE(Has(project.Out({"status"}), "up to date")) << project.Out({"status"});
     EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
   }
+}
+
+TEST_F(CliJobs, EventsHaveEachToolOnceAndRetireInOrder) {
+  project.AddProgram("gcc", CompilerThat("*src/a.c*) await c || exit 9 ;;\n"
+                                         "*src/c.c*) touch \"$TMPDIR/c\" ;;\n"));
+  const std::string out = project.Out({"rebuild", "-j3", "--json", "--events"});
+  std::map<std::string, std::string> files;
+  nlohmann::json last;
+  for (const std::string& line : SplitLines(out)) {
+    last = nlohmann::json::parse(line);
+    if (!last.contains("event")) continue;
+    const std::string path = last["file"];
+    std::string& names = files[last["event"]];
+    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
+    if (last["event"] != "retired") continue;
+    EXPECT_EQ(last["exitCode"], 0) << line;
+    EXPECT_GE(last["duration"], 0) << line;
+    EXPECT_EQ(last["total"], 4) << line;
+  }
+  EXPECT_EQ(files["retired"], "a.c b.c c.c app") << out;
+  EXPECT_EQ(Sorted(files["started"]), "a.c app b.c c.c") << out;
+  EXPECT_EQ(last["result"], "succeeded") << out;
+}
+
+// "a.c b.c": the files with an event of this state.
+std::string FilesOf(const nlohmann::json& trace, const std::string& state) {
+  std::string names;
+  for (const auto& event : trace["traceEvents"]) {
+    if (event["ph"] != "X" || event["cat"] != state) continue;
+    EXPECT_GE(event["dur"], 0) << event;
+    EXPECT_EQ(event["args"]["state"], state);
+    const std::string path = event["args"]["file"];
+    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
+  }
+  return Sorted(names);
+}
+
+TEST_F(CliJobs, TheTraceIsValidHoweverTheBuildEnds) {
+  const struct {
+    const char* result;
+    int code;
+    const char* compiler;  // what it does for b.c, which ends after c.c
+    const char* running;
+    const char* retiring;
+  } rows[] = {
+      {"succeeded", 0, "", "a.c app b.c c.c", "a.c app b.c c.c"},
+      {"failed", 1, "exit 7", "a.c b.c c.c", "a.c b.c"},
+      {"interrupted", 130, "touch \"$TMPDIR/b\"; sleep 30", "a.c b.c c.c", "a.c b.c"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.result);
+    project.Out({"clean"});
+    std::filesystem::remove(project.PathOf("../c"));
+    project.AddProgram("gcc",
+                       CompilerThat(std::string("*src/b.c*) await c || exit 9; ") + row.compiler +
+                                    " ;;\n*src/c.c*) /usr/bin/gcc \"$@\"; "
+                                    "touch \"$TMPDIR/c\"; exit 0 ;;\n"));
+    bool isStopped = row.code != 130;
+    const auto answer =
+        project.Run({"build", "-j3", "--trace", "t.json"}, [&](Process& process, const auto& out) {
+          if (isStopped || !Has(out, "src/b.c")) return;
+          isStopped = true;
+          while (!project.Exists("../b")) std::this_thread::yield();
+          process.Stop(std::chrono::seconds(10));
+        });
+    EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
+    const auto trace = nlohmann::json::parse(project.Read("t.json"), nullptr, false);
+    ASSERT_FALSE(trace.is_discarded()) << project.Read("t.json");
+    EXPECT_EQ(trace["otherData"]["result"], row.result);
+    EXPECT_TRUE(Has(FilesOf(trace, "waiting"), "c.c")) << trace.dump(1);
+    EXPECT_EQ(FilesOf(trace, "running"), row.running) << trace.dump(1);
+    if (row.code != 130) {
+      EXPECT_EQ(FilesOf(trace, "retiring"), row.retiring) << trace.dump(1);
+    }
+    if (row.code == 1) {
+      EXPECT_TRUE(Has(trace.dump(), "\"exit\":7")) << trace.dump(1);
+    }
+  }
+}
+
+TEST_F(CliJobs, ATraceReplacesOnlyATrace) {
+  project.Write("notes.txt", "mine");
+  const struct {
+    const char* file;
+    int code;
+    const char* said;
+  } rows[] = {
+      {"src/a.c", 2, "is not a trace"},     {"demo.tprj", 2, "is not a trace"},
+      {"notes.txt", 2, "is not a trace"},   {"build/Standard/app", 2, "is not a trace"},
+      {"no/t.json", 3, "can't be written"}, {"src", 2, "is not a trace"},
+  };
+  for (const auto& row : rows) {
+    project.ExpectRefusal({"build", "--trace", row.file}, row.code, row.said);
+  }
+  EXPECT_FALSE(project.Exists("build/Standard/app"));
+  EXPECT_EQ(project.Read("notes.txt"), "mine");
+}
+
+TEST_F(CliJobs, TheTimingHasTheSlowestSourceAndTheLink) {
+  const auto timing = [this] {
+    return nlohmann::json::parse(project.Out({"status", "--timing", "--json", "-j2"}))["timing"];
+  };
+  EXPECT_EQ(timing()["unknown"], 4);
+  project.AddProgram("gcc", CompilerThat("*src/b.c*) sleep 0.5 ;;\n"));
+  project.Out({"build", "-j1"});
+  const auto known = timing();
+  ASSERT_EQ(known["chain"].size(), 2u) << known;
+  EXPECT_TRUE(Has(known["chain"][0]["path"], "src/b.c")) << known;
+  EXPECT_TRUE(Has(known["chain"][1]["path"], "app.tapp")) << known;
+  EXPECT_EQ(known["unknown"], 0) << known;
+  const int length = known["criticalPath"], work = known["work"];
+  EXPECT_GE(length, 500);
+  EXPECT_EQ(known["ideal"], std::max(length, work / 2)) << known;
+  EXPECT_TRUE(Has(project.Out({"status", "--timing"}), "Critical path: "));
 }
 
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {

@@ -11,7 +11,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using std::chrono::milliseconds;
 
-constexpr const char* kLog = "/p/demo.tlog";
+constexpr const char* kProjectLog = "/p/demo.tlog";
 
 struct Window : WindowTarget {
   Window() : handle(RegisterWindow(*this)) {}
@@ -25,14 +25,14 @@ TEST(LogMirrorTest, TheKeptLogFollowsTheServersWhileItChanges) {
   test::ManualClock clock;
   Window window;
   testing::MemoryFileSystem disk;
-  const auto kept = [&disk] { return disk.BytesOf(kLog).value_or("none"); };
+  const auto kept = [&disk] { return disk.BytesOf(kProjectLog).value_or("none"); };
   disk.AddFolder("/p");
   LogMirror mirror(disk, window.handle);
   EXPECT_TRUE(mirror.Sync());
   EXPECT_EQ(kept(), "none") << "nothing was followed";
 
   disk.AddFile(kServerLog, "<a>\xC3\xA4</a>");
-  mirror.Follow(kServerLog, kLog);
+  mirror.Follow(kServerLog, kProjectLog);
   EXPECT_EQ(kept(), "<a>&#228;</a>");
   disk.TakeOperations();
   clock.Advance(milliseconds(10'000));
@@ -42,7 +42,7 @@ TEST(LogMirrorTest, TheKeptLogFollowsTheServersWhileItChanges) {
   clock.Advance(milliseconds(10'000));
   EXPECT_EQ(kept(), "<a>b</a>");
 
-  disk.FailOn("write", kLog, ErrorCode::Io);
+  disk.FailOn("write", kProjectLog, ErrorCode::Io);
   disk.AddFile(kServerLog, "<a>c</a>");
   clock.Advance(milliseconds(10'000));
   EXPECT_FALSE(mirror.Sync());

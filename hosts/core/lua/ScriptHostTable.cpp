@@ -13,12 +13,12 @@ namespace tarn::host {
 
 namespace {
 
-constexpr std::int64_t kCallSteps = 1000;
+constexpr std::int64_t kHostCallSteps = 1000;
 
 // Runs `work` with the script's clock stopped.
 template <class Work>
 void Ask(lua_State* lua, Work work) {
-  ScriptState::Spend(lua, kCallSteps);
+  ScriptState::Spend(lua, kHostCallSteps);
   ScriptState& state = ScriptState::Of(lua);
   state.Budget().HoldClock();
   try {

@@ -1332,6 +1332,18 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Waiting for another build of this project (%1)</source>
         <translation>Warten auf einen anderen Build dieses Projekts (%1)</translation>
     </message>
+    <message>
+        <source>, %1 running</source>
+        <translation>, %1 laufen</translation>
+    </message>
+    <message>
+        <source>%1, %2 left</source>
+        <translation>%1, noch %2</translation>
+    </message>
+    <message>
+        <source>%1 s  %2</source>
+        <translation>%1 s  %2</translation>
+    </message>
 </context>
 <context>
     <name>TreeFilter</name>

@@ -1332,6 +1332,18 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>Waiting for another build of this project (%1)</source>
         <translation>En attente d’une autre génération de ce projet (%1)</translation>
     </message>
+    <message>
+        <source>, %1 running</source>
+        <translation>, %1 en cours</translation>
+    </message>
+    <message>
+        <source>%1, %2 left</source>
+        <translation>%1, reste %2</translation>
+    </message>
+    <message>
+        <source>%1 s  %2</source>
+        <translation>%1 s  %2</translation>
+    </message>
 </context>
 <context>
     <name>TreeFilter</name>
