@@ -162,6 +162,11 @@ void Declare(CommandArguments& arguments) {
   arguments.AddTrust();
 }
 
+void DeclareBuild(CommandArguments& arguments) {
+  Declare(arguments);
+  arguments.AddKeepGoing();
+}
+
 }  // namespace
 
 CommandSpec BuildCommand() {
@@ -173,7 +178,7 @@ CommandSpec BuildCommand() {
                    {"tarn build blinky --config Debug", "a different project and configuration"},
                    {"tarn build --app boot -v", "one application, showing its commands"}},
       .access = ProjectAccess::Build,
-      .declare = Declare,
+      .declare = DeclareBuild,
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Build); },
   };
 }
@@ -185,7 +190,7 @@ CommandSpec RebuildCommand() {
       .help = "Rebuild everything",
       .examples = {{"tarn rebuild --config Debug", "everything in a configuration"}},
       .access = ProjectAccess::Build,
-      .declare = Declare,
+      .declare = DeclareBuild,
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Rebuild); },
   };
 }

@@ -100,7 +100,14 @@ void CommandArguments::AddNode() {
 }
 
 void CommandArguments::AddJobs() {
-  Option("-j,--jobs", asked_.jobs, "N", "Run up to N tools at the same time").Between(1, kMaxJobs);
+  Option("-j,--jobs", asked_.limits.jobs, "N", "Run up to N tools at the same time")
+      .Between(1, kMaxJobs);
+}
+
+void CommandArguments::AddKeepGoing() {
+  Option("-k,--keep-going", asked_.limits.failures, "N",
+         "Stop after N failures (0: never) instead of the first")
+      .Between(0, kMaxFailures);
 }
 
 void CommandArguments::AddVerbose(const char* help) {

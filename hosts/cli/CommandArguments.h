@@ -77,6 +77,7 @@ class CommandArguments {
   void AddConfiguration();
   void AddNode();
   void AddJobs();
+  void AddKeepGoing();
   void AddVerbose(const char* help);
   // For commands that build, clean, change the project's files, or export the whole project.
   void AddDamagedOk();

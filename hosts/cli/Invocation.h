@@ -5,6 +5,7 @@
 #include <string>
 
 #include "hosts/core/Interrupts.h"
+#include "hosts/core/Jobs.h"
 
 namespace tarn::host {
 
@@ -30,7 +31,7 @@ struct Invocation {
   std::string application;    // --app
   std::string configuration;  // --config
   std::string node;           // --node: path or label
-  std::string jobs;           // --jobs: a valid number; empty: the default
+  BuildLimits limits;         // --jobs, --keep-going
   bool json = false;
   bool quiet = false;
   bool verbose = false;

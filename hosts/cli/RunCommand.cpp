@@ -147,6 +147,7 @@ CommandSpec RunCommand() {
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
             arguments.AddJobs();
+            arguments.AddKeepGoing();
             arguments.AddVerbose("Show every command of its builds");
             arguments.AddDamagedOk();
             arguments.AddOutsideOk();

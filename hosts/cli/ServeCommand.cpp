@@ -2,7 +2,6 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/core/Interrupts.h"
-#include "hosts/core/Jobs.h"
 #include "hosts/serve/ByteChannel.h"
 #include "hosts/serve/RpcServer.h"
 
@@ -22,8 +21,7 @@ int RunServe(CommandContext& context) {
         "`tarn serve` communicates over standard input and output; one of them is closed.");
     return kExitUsage;
   }
-  RpcServer server(context.Files(), *streams, context.Asked().trust,
-                   ParseJobs(context.Asked().jobs));
+  RpcServer server(context.Files(), *streams, context.Asked().trust, context.Asked().limits);
   const Interrupts interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
 }
@@ -39,6 +37,7 @@ CommandSpec ServeCommand() {
       .declare =
           [](CommandArguments& arguments) {
             arguments.AddJobs();
+            arguments.AddKeepGoing();
             arguments.AddTrust();  // the client passes everything else in messages
           },
       .run = RunServe,

@@ -17,6 +17,10 @@ int ParseJobs(std::string_view text) {
   return isNumber && count >= 1 && count <= kMaxJobs ? count : 0;
 }
 
+int ParseFailures(const std::string& text) {
+  return text.empty() ? 1 : std::atoi(text.c_str());
+}
+
 int DefaultJobs(std::string* problem) {
   const Settings settings(FileSystem::Native(), SettingsFolders::FromEnvironment());
   const std::pair<const char*, std::string> given[] = {

@@ -87,6 +87,15 @@ Status ServerConnection::CreateServer(WindowHandle host,
   return AttachComponents(host);
 }
 
+std::vector<std::string> ServerConnection::SetLimits(const BuildLimits& limits) {
+  std::string problem;
+  tools.SetJobs(limits.jobs.empty() ? DefaultJobs(&problem) : ParseJobs(limits.jobs));
+  inspector.SetFailureLimit(ParseFailures(limits.failures));
+  std::vector<std::string> problems;
+  if (!problem.empty()) problems.push_back(std::move(problem));
+  return problems;
+}
+
 Status ServerConnection::AttachComponents(WindowHandle host) {
   if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
   tools.InitTools(folders.application, folders.data, host);

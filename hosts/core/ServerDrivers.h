@@ -198,6 +198,10 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t SaveAllOrNone(bool wanted) {
     return InvokeLong(TARN_INS_SAVE_ALL_OR_NONE, {std::int32_t{wanted}});
   }
+  // Builds end after this number of failures; 0 for no limit.
+  std::int32_t SetFailureLimit(std::int32_t limit) {
+    return InvokeLong(TARN_INS_SET_FAILURE_LIMIT, {limit});
+  }
   // Permits a save to write outside the project's folder without asking the user.
   std::int32_t AllowOutside(bool allow) {
     return InvokeLong(TARN_INS_ALLOW_OUTSIDE, {std::int32_t{allow}});

@@ -25,8 +25,9 @@ enum class ServerEnd {
 class RpcServer {
  public:
   // `bytes` is the borrowed connection. `trustsAll`: trust every project, like the option `trust`
-  // of `initialize`. `jobs`: number of tools that may run at the same time; 0 is the default.
-  RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsAll = false, int jobs = 0);
+  // of `initialize`. `buildLimits`: see ServerConnection.
+  RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsAll = false,
+            BuildLimits buildLimits = {});
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();
@@ -59,7 +60,7 @@ class RpcServer {
   std::vector<MethodInfo> methods_;
   std::atomic<bool> interrupted_ = false;
   const bool trustsAll_;
-  const int jobsWanted_;
+  const BuildLimits limits_;
   bool isShutDown_ = false;
   bool exitAsked_ = false;
 };

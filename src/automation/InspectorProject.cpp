@@ -89,6 +89,13 @@ std::int32_t CProjectInspector::OpenForReading(std::int32_t wanted) {
   return 1;
 }
 
+std::int32_t CProjectInspector::SetFailureLimit(std::int32_t limit) {
+  Builder* builder = GetBuilder();
+  if (builder == nullptr || limit < 0) return 0;
+  builder->SetFailureLimit(limit);
+  return 1;
+}
+
 std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;

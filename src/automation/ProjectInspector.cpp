@@ -76,6 +76,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBuildStateProblem>("GetBuildStateProblem", TARN_INS_GET_BUILD_STATE_PROBLEM,
                                        {}),
       Method<&I::OpenForReading>("OpenForReading", TARN_INS_OPEN_FOR_READING, {"wanted"}),
+      Method<&I::SetFailureLimit>("SetFailureLimit", TARN_INS_SET_FAILURE_LIMIT, {"limit"}),
   });
   return table;
 }

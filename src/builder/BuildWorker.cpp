@@ -177,13 +177,13 @@ void Builder::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
       control->alive = false;
       return;
     }
+    DropEarlyRuns(request);
     if (request.kind == WalkRequest::Kind::RunTool) {
       toolResult = RunRequestedTool(request, disk);
     } else if (request.kind == WalkRequest::Kind::Examine) {
       request.inquiry.Examine(disk, BuildWalk::Clock::now() + kLookTime);
     }
   } while (request.kind != WalkRequest::Kind::Done);
-  DropEarlyRuns(request);
 
   bool succeeded = false;
   std::string logFile;
@@ -247,10 +247,8 @@ std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
   ++walksHere_;
   for (;;) {
     WalkRequest request = walk.Advance(std::nullopt);
-    if (request.kind != WalkRequest::Kind::RunTool) {
-      DropEarlyRuns(request);
-      break;
-    }
+    DropEarlyRuns(request);
+    if (request.kind != WalkRequest::Kind::RunTool) break;
     const bool isDone = RunRequestedTool(request, services_.files);
     walk.TakeToolResult(isDone, std::move(request.snapshot));
   }
