@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "components/tools/EarlyRun.h"
+#include "components/tools/JobPermits.h"
 
 namespace tarn::tools {
 
@@ -21,7 +22,8 @@ namespace tarn::tools {
 // time, all other functions by any. None sends messages.
 class EarlyRuns {
  public:
-  EarlyRuns() = default;
+  // `jobPermits` is borrowed.
+  explicit EarlyRuns(JobPermits& jobPermits) : permits_(jobPermits) {}
   EarlyRuns(const EarlyRuns&) = delete;
   EarlyRuns& operator=(const EarlyRuns&) = delete;
   ~EarlyRuns();
@@ -74,9 +76,13 @@ class EarlyRuns {
   Entries::iterator Find(const std::string& key);
   Entries::iterator FindQueued();
   bool MayStart() const;
+  JobPermits::Answer AskToRun(const Entry& entry);
+  void AwaitChange(std::unique_lock<std::mutex>& hold, JobPermits::Answer answer);
+  void Notify();
   bool EnsureThread();
   void RunQueued();
 
+  JobPermits& permits_;
   std::mutex lock_;  // guards everything below; not held while a tool runs
   std::condition_variable changed_;
   int jobs_ = 1;
@@ -85,7 +91,9 @@ class EarlyRuns {
   int waitingTurns_ = 0;  // tools that wait for their turn
   bool isStopping_ = false;
   bool isEnding_ = false;
-  Entries entries_;  // in the order of Start
+  bool isPolling_ = false;          // a thread waits for a token
+  const Entry* awaited_ = nullptr;  // the build waits for it
+  Entries entries_;                 // in the order of Start
   std::vector<std::thread> threads_;
 };
 

@@ -165,6 +165,7 @@ void Declare(CommandArguments& arguments) {
 void DeclareBuild(CommandArguments& arguments) {
   Declare(arguments);
   arguments.AddKeepGoing();
+  arguments.AddLoadLimits();
 }
 
 }  // namespace

@@ -132,7 +132,9 @@ int CommandContext::StartSession() {
   const Status started = Session().Start();
   isStarted_ = static_cast<bool>(started);
   if (started) {
-    for (const std::string& each : Session().SetLimits(asked_.limits)) Remark(Printable(each));
+    BuildLimits limits = asked_.limits;
+    limits.joinsJobserver = Access() == ProjectAccess::Build || Access() == ProjectAccess::Script;
+    for (const std::string& each : Session().SetLimits(limits)) Remark(Printable(each));
     return kExitDone;
   }
   Complain("This installation is incomplete: " + started.GetError().place + ": " +

@@ -148,6 +148,7 @@ CommandSpec RunCommand() {
             arguments.AddConfiguration();
             arguments.AddJobs();
             arguments.AddKeepGoing();
+            arguments.AddLoadLimits();
             arguments.AddVerbose("Show every command of its builds");
             arguments.AddDamagedOk();
             arguments.AddOutsideOk();

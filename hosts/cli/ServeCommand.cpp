@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
 #include "hosts/core/Interrupts.h"
 #include "hosts/serve/ByteChannel.h"
 #include "hosts/serve/RpcServer.h"
@@ -21,7 +22,10 @@ int RunServe(CommandContext& context) {
         "`tarn serve` communicates over standard input and output; one of them is closed.");
     return kExitUsage;
   }
-  RpcServer server(context.Files(), *streams, context.Asked().trust, context.Asked().limits);
+  BuildLimits limits = context.Asked().limits;
+  limits.joinsJobserver = true;
+  RpcServer server(context.Files(), *streams, context.Asked().trust, std::move(limits));
+  server.onRemark = [&context](const std::string& text) { context.Remark(Printable(text)); };
   const Interrupts interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
 }
@@ -38,6 +42,7 @@ CommandSpec ServeCommand() {
           [](CommandArguments& arguments) {
             arguments.AddJobs();
             arguments.AddKeepGoing();
+            arguments.AddLoadLimits();
             arguments.AddTrust();  // the client passes everything else in messages
           },
       .run = RunServe,

@@ -12,6 +12,7 @@
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/ProjectTree.h"
 #include "platform/paths/Paths.h"
+#include "platform/process/Processors.h"
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
@@ -87,12 +88,20 @@ Status ServerConnection::CreateServer(WindowHandle host,
   return AttachComponents(host);
 }
 
-std::vector<std::string> ServerConnection::SetLimits(const BuildLimits& limits) {
-  std::string problem;
-  tools.SetJobs(limits.jobs.empty() ? DefaultJobs(&problem) : ParseJobs(limits.jobs));
-  inspector.SetFailureLimit(ParseFailures(limits.failures));
+std::vector<std::string> ServerConnection::SetLimits(BuildLimits limits) {
   std::vector<std::string> problems;
+  AddLimitSettings(limits, problems);
+  std::string problem;
+  const int jobs = limits.jobs.empty() ? ReadJobsSetting(&problem) : ParseJobs(limits.jobs);
   if (!problem.empty()) problems.push_back(std::move(problem));
+  tools.SetJobs(jobs > 0 ? jobs : CountUsableProcessors());
+  if (limits.joinsJobserver && limits.jobs.empty()) {
+    const std::string why = tools.JoinJobserver(jobs);
+    if (!why.empty()) problems.push_back("The jobserver of make is not used: " + why + ".");
+  }
+  const MemoryAmount memory = ParseMemory(limits.memory);
+  tools.SetStartLimits(ParseLoad(limits.load), memory.megabytes, memory.percent);
+  inspector.SetFailureLimit(ParseFailures(limits.failures));
   return problems;
 }
 

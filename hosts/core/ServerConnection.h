@@ -47,7 +47,7 @@ class ServerConnection {
 
   // Applies the limits to the following builds. Returns a sentence about each setting of the user
   // that is passed over.
-  std::vector<std::string> SetLimits(const BuildLimits& limits);
+  std::vector<std::string> SetLimits(BuildLimits limits);
 
   const HostFolders& GetFolders() const { return folders; }
   ProjectManagerDriver& Manager() { return manager; }

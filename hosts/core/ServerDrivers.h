@@ -293,6 +293,15 @@ class ToolManagerDriver : public COleDispatchDriver {
   void ResumeTools() { InvokeHelper(TARN_TOOL_RESUME_TOOLS, {}); }
   // Sets the number of tools that may run at the same time.
   void SetJobs(std::int32_t count) { InvokeHelper(TARN_TOOL_SET_JOBS, {count}); }
+  // Takes tokens of the jobserver that has started this process, if there is one, for up to `count`
+  // jobs; 0: for as many as it has. Returns why it can't be used.
+  std::string JoinJobserver(std::int32_t count) {
+    return InvokeText(TARN_TOOL_JOIN_JOBSERVER, {count});
+  }
+  // Limits for starting a tool while others run; negative for none.
+  void SetStartLimits(std::int32_t loadHundredths, std::int32_t megabytes, std::int32_t percent) {
+    InvokeHelper(TARN_TOOL_SET_START_LIMITS, {loadHundredths, megabytes, percent});
+  }
   // Returns the tool's first program that is not installed; an empty string if there is none.
   std::string MissingProgram(const std::string& tool) {
     return InvokeText(TARN_TOOL_MISSING_PROGRAM, {tool});

@@ -315,7 +315,9 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   }
   session_->SetWaitEnd([this] { return channel_.HasRequest(AsksForStop); });
   if (given[3] == true) session_->AcceptAllDamage();
-  session_->SetLimits(limits_);
+  for (const std::string& each : session_->SetLimits(limits_)) {
+    if (onRemark) onRemark(each);
+  }
   if (trustsAll_ || given[4] == true) session_->Trust().TrustAll();
   session_->onRefused = [this](const std::vector<std::string>& wishes) {
     channel_.Send(MakeRpcNotification(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ class RpcServer {
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();
+
+  // Receives sentences for the user about limits that are passed over; may be empty.
+  std::function<void(const std::string&)> onRemark;
 
   ServerEnd Run();
   // Stops running work and makes Run return soon. May be called from any thread, but not from a

@@ -66,7 +66,10 @@ class ServedSession {
   // Called after a damaged project was opened.
   std::function<void()> onDamaged;
   SessionTrust& Trust() { return session_.Trust(); }
-  void SetLimits(const BuildLimits& limits) { session_.SetLimits(limits); }
+  // See ServerConnection.
+  std::vector<std::string> SetLimits(const BuildLimits& limits) {
+    return session_.SetLimits(limits);
+  }
   // Returns the folder of the open project; an empty string if there is none.
   std::string GetProjectFolder() const;
   // Called with the operations refused to a build because the project is not trusted, if the build
