@@ -19,15 +19,16 @@ EarlyRuns::~EarlyRuns() {
   {
     const std::lock_guard guard(lock_);
     isEnding_ = true;
+    Notify();
   }
-  changed_.notify_all();
   for (std::thread& thread : threads_) thread.join();
 }
 
 void EarlyRuns::SetJobs(int count) {
   const std::lock_guard guard(lock_);
   jobs_ = std::max(count, 1);
-  changed_.notify_all();
+  permits_.SetJobs(jobs_);
+  Notify();
 }
 
 int EarlyRuns::GetJobs() {
@@ -43,7 +44,7 @@ bool EarlyRuns::Start(std::unique_ptr<EarlyRun> run) {
   });
   if (isTaken || !EnsureThread()) return false;
   entries_.push_back({std::move(run)});
-  changed_.notify_all();
+  Notify();
   return true;
 }
 
@@ -73,22 +74,54 @@ EarlyRuns::Entries::iterator EarlyRuns::FindQueued() {
                       [](const Entry& each) { return each.state == State::Queued; });
 }
 
+JobPermits::Answer EarlyRuns::AskToRun(const Entry& entry) {
+  return permits_.Take(running_ + turns_, &entry == awaited_);
+}
+
+// Wakes the threads up that wait for a change.
+void EarlyRuns::Notify() {
+  changed_.notify_all();
+  if (isPolling_) permits_.Wake();
+}
+
+// Waits for a change, which may be that of the jobserver or the load if that prevents a start. One
+// thread watches the jobserver, and lets the others try when it has changed.
+void EarlyRuns::AwaitChange(std::unique_lock<std::mutex>& hold, JobPermits::Answer answer) {
+  constexpr std::chrono::milliseconds kBetweenLooks(200);
+  if (answer == JobPermits::Answer::Loaded) {
+    changed_.wait_for(hold, kBetweenLooks);
+  } else if (answer == JobPermits::Answer::NoToken && !isPolling_) {
+    isPolling_ = true;
+    hold.unlock();
+    permits_.Wait(kBetweenLooks);
+    hold.lock();
+    isPolling_ = false;
+    changed_.notify_all();
+  } else {
+    changed_.wait(hold);
+  }
+}
+
 // Main function of the threads.
 void EarlyRuns::RunQueued() {
   std::unique_lock hold(lock_);
-  for (;;) {
-    changed_.wait(hold,
-                  [this] { return isEnding_ || (MayStart() && FindQueued() != entries_.end()); });
-    if (isEnding_) return;
+  while (!isEnding_) {
     const auto entry = FindQueued();
+    const bool isPossible = MayStart() && entry != entries_.end();
+    const JobPermits::Answer answer = isPossible ? AskToRun(*entry) : JobPermits::Answer::Yes;
+    if (!isPossible || answer != JobPermits::Answer::Yes) {
+      AwaitChange(hold, answer);
+      continue;
+    }
     entry->state = State::Running;
     ++running_;
     hold.unlock();
     entry->run->Execute();
     hold.lock();
     --running_;
+    permits_.ReturnUnneeded(running_ + turns_);
     entry->state = State::Ended;
-    changed_.notify_all();
+    Notify();
   }
 }
 
@@ -102,7 +135,10 @@ bool EarlyRuns::IsValid(const std::string& key, std::size_t mostMessages) {
   std::unique_lock hold(lock_);
   const auto entry = Find(key);
   if (entry == entries_.end()) return false;
+  awaited_ = &*entry;
+  Notify();
   changed_.wait(hold, [&] { return entry->state == State::Ended || isStopping_; });
+  awaited_ = nullptr;
   if (entry->state == State::Queued) {
     entries_.erase(entry);
     return false;
@@ -143,30 +179,36 @@ void EarlyRuns::Stop() {
   for (Entry& each : entries_) {
     if (each.state == State::Running) each.run->Stop();
   }
-  changed_.notify_all();
+  Notify();
 }
 
 void EarlyRuns::Resume() {
   const std::lock_guard guard(lock_);
   isStopping_ = false;
-  changed_.notify_all();
+  Notify();
 }
 
 EarlyRuns::Turn::Turn(EarlyRuns& list) : runs_(list) {
   std::unique_lock hold(runs_.lock_);
   ++runs_.waitingTurns_;
   // Doesn't wait for other turns: the thread of one may be waiting for this one.
-  runs_.changed_.wait(
-      hold, [this] { return runs_.running_ == 0 || runs_.running_ + runs_.turns_ < runs_.jobs_; });
+  while (runs_.running_ > 0) {
+    const int active = runs_.running_ + runs_.turns_;
+    const bool isPossible = active < runs_.jobs_;
+    const auto answer = isPossible ? runs_.permits_.Take(active, true) : JobPermits::Answer::Yes;
+    if (isPossible && answer == JobPermits::Answer::Yes) break;
+    runs_.AwaitChange(hold, answer);
+  }
   --runs_.waitingTurns_;
   ++runs_.turns_;
-  runs_.changed_.notify_all();
+  runs_.Notify();
 }
 
 EarlyRuns::Turn::~Turn() {
   const std::lock_guard guard(runs_.lock_);
   --runs_.turns_;
-  runs_.changed_.notify_all();
+  runs_.permits_.ReturnUnneeded(runs_.running_ + runs_.turns_);
+  runs_.Notify();
 }
 
 }  // namespace tarn::tools

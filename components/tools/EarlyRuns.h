@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "components/tools/EarlyRun.h"
+#include "components/tools/JobPermits.h"
 
 namespace tarn::tools {
 
@@ -17,11 +18,12 @@ namespace tarn::tools {
 // the same time. Each retains its messages and its record until it is taken; a run that is never
 // taken leaves nothing behind.
 //
-// Calling sequence for a run: Start, IsGood, Take. These and Drop are called by one thread at a
+// Calling sequence for a run: Start, IsValid, Take. These and Drop are called by one thread at a
 // time, all other functions by any. None sends messages.
 class EarlyRuns {
  public:
-  EarlyRuns() = default;
+  // `jobPermits` is borrowed.
+  explicit EarlyRuns(JobPermits& jobPermits) : permits_(jobPermits) {}
   EarlyRuns(const EarlyRuns&) = delete;
   EarlyRuns& operator=(const EarlyRuns&) = delete;
   ~EarlyRuns();
@@ -35,13 +37,13 @@ class EarlyRuns {
   // or if another run that has not been taken writes one of the same files.
   bool Start(std::unique_ptr<EarlyRun> run);
   // Returns the run with this key, which may not have ended; null if there is none. Valid until
-  // IsGood, Take or Drop.
+  // IsValid, Take or Drop.
   const EarlyRun* Get(const std::string& key);
   // Waits until the run with this key has ended. Returns true if it succeeded and its result is
   // what the same run would produce now, given the limit for messages that now applies; otherwise
   // removes the run and its results. Returns false if there is no such run.
   bool IsValid(const std::string& key, std::size_t mostMessages);
-  // Removes a run that IsGood has accepted, and returns it; null if there is none with this key.
+  // Removes a run that IsValid has accepted, and returns it; null if there is none with this key.
   std::unique_ptr<EarlyRun> Take(const std::string& key);
   // Stops all runs, waits for their end and removes their results.
   void Drop();
@@ -67,16 +69,20 @@ class EarlyRuns {
   struct Entry {
     std::unique_ptr<EarlyRun> run;
     State state = State::Queued;
-    bool isValid = false;  // IsGood returned true
+    bool isValid = false;  // IsValid returned true
   };
   using Entries = std::list<Entry>;
 
   Entries::iterator Find(const std::string& key);
   Entries::iterator FindQueued();
   bool MayStart() const;
+  JobPermits::Answer AskToRun(const Entry& entry);
+  void AwaitChange(std::unique_lock<std::mutex>& hold, JobPermits::Answer answer);
+  void Notify();
   bool EnsureThread();
   void RunQueued();
 
+  JobPermits& permits_;
   std::mutex lock_;  // guards everything below; not held while a tool runs
   std::condition_variable changed_;
   int jobs_ = 1;
@@ -85,7 +91,9 @@ class EarlyRuns {
   int waitingTurns_ = 0;  // tools that wait for their turn
   bool isStopping_ = false;
   bool isEnding_ = false;
-  Entries entries_;  // in the order of Start
+  bool isPolling_ = false;          // a thread waits for a token
+  const Entry* awaited_ = nullptr;  // the build waits for it
+  Entries entries_;                 // in the order of Start
   std::vector<std::thread> threads_;
 };
 

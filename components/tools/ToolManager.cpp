@@ -90,6 +90,9 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
                                       {"tool", "files", "options"}),
       Method<&ToolManager::SetJobs>("SetJobs", TARN_TOOL_SET_JOBS, {"count"}),
       Method<&ToolManager::GetJobs>("GetJobs", TARN_TOOL_GET_JOBS, {}),
+      Method<&ToolManager::JoinJobserver>("JoinJobserver", TARN_TOOL_JOIN_JOBSERVER, {"count"}),
+      Method<&ToolManager::SetStartLimits>("SetStartLimits", TARN_TOOL_SET_START_LIMITS,
+                                           {"load", "megabytes", "percent"}),
       Method<&ToolManager::PrepareTool>("PrepareTool", TARN_TOOL_PREPARE_TOOL,
                                         {"tool", "files", "options"}),
       Method<&ToolManager::AwaitTool>("AwaitTool", TARN_TOOL_AWAIT_TOOL,
@@ -100,6 +103,13 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
   });
   return table;
 }
+
+ToolManager::ToolManager(ToolEnvironment machine)
+    : permits_(machine.environment ? machine.environment("MAKEFLAGS") : std::string()),
+      launcher_(machine.launcher, permits_),
+      world_{&launcher_, machine.files, std::move(machine.findProgram),
+             std::move(machine.environment)},
+      early_(permits_) {}
 
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
                                     std::int32_t frameWindow) {
@@ -155,6 +165,21 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
 
 std::int32_t ToolManager::SetJobs(std::int32_t count) {
   early_.SetJobs(count);
+  return 1;
+}
+
+std::string ToolManager::JoinJobserver(std::int32_t count) {
+  const Result<int> joined = permits_.Join();
+  if (!joined) return joined.GetError().text;
+  const int jobs = count > 0 ? count : *joined;
+  if (jobs > 0) early_.SetJobs(jobs);
+  return {};
+}
+
+std::int32_t ToolManager::SetStartLimits(std::int32_t load, std::int32_t megabytes,
+                                         std::int32_t percent) {
+  constexpr std::int64_t kMegabyte = 1 << 20;
+  permits_.SetLimits({load / 100.0, megabytes < 0 ? -1 : megabytes * kMegabyte, percent});
   return 1;
 }
 

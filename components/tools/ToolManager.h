@@ -12,6 +12,7 @@
 
 #include "components/tools/EarlyRuns.h"
 #include "components/tools/HelperFinder.h"
+#include "components/tools/JobPermits.h"
 #include "components/tools/RunEvents.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolEnvironment.h"
@@ -33,7 +34,7 @@ enum ToolFrameMessage : std::uint32_t {
 // Thread-safe; RunTool blocks until its tool has ended.
 class ToolManager : public DispatchObject<ToolManager> {
  public:
-  explicit ToolManager(ToolEnvironment machine) : world_(std::move(machine)) {}
+  explicit ToolManager(ToolEnvironment machine);
 
   static const DispatchTable<ToolManager>& Table();
 
@@ -56,6 +57,15 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Always returns 1.
   std::int32_t SetJobs(std::int32_t count);
   std::int32_t GetJobs() { return early_.GetJobs(); }
+  // If MAKEFLAGS describes a jobserver of make, takes one of its tokens for each tool beyond the
+  // first. The number of jobs is then `count` or, if that is 0, the number that MAKEFLAGS has.
+  // Returns the reason if the jobserver can't be used; nothing changes then. Without it, and after
+  // SetJobs with more than 1, tools find a jobserver with the free jobs in their MAKEFLAGS.
+  std::string JoinJobserver(std::int32_t count);
+  // Limits for starting a run early while other tools run: from `load` hundredths of the load
+  // average on none is started, nor with less than `megabytes`, or `percent` of the total memory,
+  // available. Negative values mean no limit, the default. Always returns 1.
+  std::int32_t SetStartLimits(std::int32_t load, std::int32_t megabytes, std::int32_t percent);
   // Starts a run early. Returns 0 if it can't: its result could depend on when it runs, or another
   // early run writes the same file. Returns immediately.
   std::int32_t PrepareTool(const char* tool, const char* files, const char* options);
@@ -135,6 +145,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   void CountMessages(std::size_t retained);
   void NotifyHost(std::uint32_t message, const std::string& text, std::intptr_t lParam);
 
+  JobPermits permits_;
+  JobserverLauncher launcher_;
   const ToolEnvironment world_;
   RunningToolSet running_;
   HelperFinder helpers_;

@@ -174,7 +174,7 @@ void AdoptLauncher(CommandContext& context) {
   BuildSession& session = context.Session();
   const std::string launcher =
       session.Manager().GetPropertyValue("Application", "Build", "Launcher");
-  if (!launcher.empty()) session.Tools().SetJobs(DefaultJobs(nullptr, launcher));
+  if (!launcher.empty()) session.Tools().SetJobs(DefaultJobs(launcher));
 }
 
 int RunBuild(CommandContext& context, BuildWork work) {
@@ -241,7 +241,7 @@ void DeclareClean(CommandArguments& arguments) {
   DeclareCommon(arguments);
 }
 
-void Declare(CommandArguments& arguments) {
+void DeclareBuild(CommandArguments& arguments) {
   auto& own = arguments.Own<BuildOptions>();
   DeclareCommon(arguments);
   arguments
@@ -250,6 +250,8 @@ void Declare(CommandArguments& arguments) {
       .Needs(arguments.Find("--json"));
   arguments.Option("--trace", own.trace, "FILE", "Write a timeline of the tools in Chrome's format")
       .NotEmpty();
+  arguments.AddKeepGoing();
+  arguments.AddLoadLimits();
 }
 
 }  // namespace
@@ -263,7 +265,7 @@ CommandSpec BuildCommand() {
                    {"tarn build blinky --config Debug", "a different project and configuration"},
                    {"tarn build --app boot -v", "one application, showing its commands"}},
       .access = ProjectAccess::Build,
-      .declare = Declare,
+      .declare = DeclareBuild,
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Build); },
   };
 }
@@ -275,7 +277,7 @@ CommandSpec RebuildCommand() {
       .help = "Rebuild everything",
       .examples = {{"tarn rebuild --config Debug", "everything in a configuration"}},
       .access = ProjectAccess::Build,
-      .declare = Declare,
+      .declare = DeclareBuild,
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Rebuild); },
   };
 }

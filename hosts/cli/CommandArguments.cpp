@@ -35,6 +35,15 @@ Argument Argument::Between(int least, int most) const {
   return *this;
 }
 
+Argument Argument::Valid(bool (*isValid)(const std::string&), const char* wanted) const {
+  option_->check(CLI::Validator(
+      [isValid, wanted](std::string& text) {
+        return isValid(text) ? std::string() : std::string("must be ") + wanted;
+      },
+      ""));
+  return *this;
+}
+
 Argument Argument::Excludes(Argument other) const {
   option_->excludes(other.option_);
   return *this;
@@ -100,7 +109,23 @@ void CommandArguments::AddNode() {
 }
 
 void CommandArguments::AddJobs() {
-  Option("-j,--jobs", asked_.jobs, "N", "Run up to N tools at the same time").Between(1, kMaxJobs);
+  Option("-j,--jobs", asked_.limits.jobs, "N", "Run up to N tools at the same time")
+      .Between(1, kMaxJobs);
+}
+
+void CommandArguments::AddKeepGoing() {
+  Option("-k,--keep-going", asked_.limits.failures, "N",
+         "Stop after N failures (0: never) instead of the first")
+      .Between(0, kMaxFailures);
+}
+
+void CommandArguments::AddLoadLimits() {
+  Option("-l,--load-average", asked_.limits.load, "LOAD",
+         "Start no further tool while the load average is LOAD or more")
+      .Valid([](const std::string& text) { return ParseLoad(text) >= 0; }, kLoadText);
+  Option("--memfree", asked_.limits.memory, "SIZE",
+         "Start no further tool with less than SIZE (2G, 10%) of memory available")
+      .Valid([](const std::string& text) { return IsMemory(text); }, kMemoryText);
 }
 
 void CommandArguments::AddVerbose(const char* help) {

@@ -29,6 +29,8 @@ class Argument {
   Argument OneOf(const std::vector<std::string>& values) const;
   // Accepts only a number in this range.
   Argument Between(int least, int most) const;
+  // Accepts only values for which the function returns true; `wanted` describes them.
+  Argument Valid(bool (*isValid)(const std::string&), const char* wanted) const;
   Argument Excludes(Argument other) const;
   Argument Needs(Argument other) const;
 
@@ -77,6 +79,8 @@ class CommandArguments {
   void AddConfiguration();
   void AddNode();
   void AddJobs();
+  void AddKeepGoing();
+  void AddLoadLimits();
   void AddVerbose(const char* help);
   // For commands that build, clean, change the project's files, or export the whole project.
   void AddDamagedOk();

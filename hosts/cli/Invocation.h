@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "hosts/core/Jobs.h"
 #include "hosts/core/SignalHandler.h"
 
 namespace tarn::host {
@@ -30,7 +31,7 @@ struct Invocation {
   std::string application;    // --app
   std::string configuration;  // --config
   std::string node;           // --node: path or label
-  std::string jobs;           // --jobs: a valid number; empty: the default
+  BuildLimits limits;         // --jobs, --keep-going, --load-average, --memfree
   bool json = false;
   bool quiet = false;
   bool verbose = false;

@@ -13,7 +13,6 @@
 #include "hosts/cli/EditRecord.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/ChangeLabel.h"
-#include "hosts/core/Jobs.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/NewConfiguration.h"
 #include "hosts/core/ProjectFile.h"
@@ -133,19 +132,14 @@ int CommandContext::StartSession() {
   const Status started = Session().Start();
   isStarted_ = static_cast<bool>(started);
   if (started) {
-    SetJobs();
+    BuildLimits limits = asked_.limits;
+    limits.joinsJobserver = Access() == ProjectAccess::Build || Access() == ProjectAccess::Script;
+    for (const std::string& each : Session().SetLimits(limits)) Remark(Printable(each));
     return kExitDone;
   }
   Complain("This installation is incomplete: " + started.GetError().place + ": " +
            started.GetError().text + ". Reinstall it, or set TARN_ROOT to its share folder.");
   return kExitCannotOpen;
-}
-
-void CommandContext::SetJobs() {
-  std::string problem;
-  const int count = asked_.jobs.empty() ? DefaultJobs(&problem) : ParseJobs(asked_.jobs);
-  if (!problem.empty()) Remark(Printable(problem));
-  Session().Tools().SetJobs(count);
 }
 
 int CommandContext::OpenProject(const std::string& path) {

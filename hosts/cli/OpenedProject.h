@@ -58,7 +58,6 @@ class CommandContext {
   // Creates the server and its components, once. Returns 0, or an exit code after printing the
   // error.
   int StartSession();
-  void SetJobs();
   // Opens the project. Returns 0, or an exit code after printing the error.
   int OpenProject();
   int OpenProject(const std::string& path);

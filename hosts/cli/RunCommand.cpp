@@ -147,6 +147,8 @@ CommandSpec RunCommand() {
             arguments.AddProjectAndApp();
             arguments.AddConfiguration();
             arguments.AddJobs();
+            arguments.AddKeepGoing();
+            arguments.AddLoadLimits();
             arguments.AddVerbose("Show every command of its builds");
             arguments.AddDamagedOk();
             arguments.AddOutsideOk();

@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
 #include "hosts/core/Jobs.h"
 #include "hosts/core/SignalHandler.h"
 #include "hosts/serve/ByteChannel.h"
@@ -22,8 +23,10 @@ int RunServe(CommandContext& context) {
         "`tarn serve` communicates over standard input and output; one of them is closed.");
     return kExitUsage;
   }
-  RpcServer server(context.Files(), *streams, context.Asked().trust,
-                   ParseJobs(context.Asked().jobs));
+  BuildLimits limits = context.Asked().limits;
+  limits.joinsJobserver = true;
+  RpcServer server(context.Files(), *streams, context.Asked().trust, std::move(limits));
+  server.onRemark = [&context](const std::string& text) { context.Remark(Printable(text)); };
   const SignalHandler interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
 }
@@ -39,6 +42,8 @@ CommandSpec ServeCommand() {
       .declare =
           [](CommandArguments& arguments) {
             arguments.AddJobs();
+            arguments.AddKeepGoing();
+            arguments.AddLoadLimits();
             arguments.AddTrust();  // the client passes everything else in messages
           },
       .run = RunServe,

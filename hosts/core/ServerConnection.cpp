@@ -87,6 +87,23 @@ Status ServerConnection::CreateServer(WindowHandle host,
   return AttachComponents(host);
 }
 
+std::vector<std::string> ServerConnection::SetLimits(BuildLimits limits) {
+  std::vector<std::string> problems;
+  AddLimitSettings(limits, problems);
+  std::string problem;
+  const int jobs = limits.jobs.empty() ? ReadJobsSetting(&problem) : ParseJobs(limits.jobs);
+  if (!problem.empty()) problems.push_back(std::move(problem));
+  tools.SetJobs(jobs > 0 ? jobs : CountMachineJobs());
+  if (limits.joinsJobserver && limits.jobs.empty()) {
+    const std::string why = tools.JoinJobserver(jobs);
+    if (!why.empty()) problems.push_back("The jobserver of make is not used: " + why + ".");
+  }
+  const MemoryAmount memory = ParseMemory(limits.memory);
+  tools.SetStartLimits(ParseLoad(limits.load), memory.megabytes, memory.percent);
+  inspector.SetFailureLimit(ParseFailures(limits.failures));
+  return problems;
+}
+
 Status ServerConnection::AttachComponents(WindowHandle host) {
   if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
   tools.InitTools(folders.application, folders.data, host);

@@ -8,6 +8,7 @@
 #include "hosts/core/BuildGaps.h"
 #include "hosts/core/BuildTimes.h"
 #include "hosts/core/HostFolders.h"
+#include "hosts/core/Jobs.h"
 #include "hosts/core/ProjectStatus.h"
 #include "hosts/core/ServerDrivers.h"
 
@@ -44,6 +45,10 @@ class ServerConnection {
                       const std::function<std::vector<std::string>()>& takeLines);
   // Returns the fault of the installation that prevents builds, if there is one.
   Status CheckInstallation();
+
+  // Applies the limits to the following builds. Returns a sentence about each setting of the user
+  // that is passed over.
+  std::vector<std::string> SetLimits(BuildLimits limits);
 
   const HostFolders& GetFolders() const { return folders; }
   ProjectManagerDriver& Manager() { return manager; }

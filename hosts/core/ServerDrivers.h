@@ -200,6 +200,10 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t SaveAllOrNone(bool wanted) {
     return InvokeLong(TARN_INS_SAVE_ALL_OR_NONE, {std::int32_t{wanted}});
   }
+  // Builds end after this number of failures; 0 for no limit.
+  std::int32_t SetFailureLimit(std::int32_t limit) {
+    return InvokeLong(TARN_INS_SET_FAILURE_LIMIT, {limit});
+  }
   // Permits a save to write outside the project's folder without asking the user.
   std::int32_t AllowOutside(bool allow) {
     return InvokeLong(TARN_INS_ALLOW_OUTSIDE, {std::int32_t{allow}});
@@ -296,6 +300,15 @@ class ToolManagerDriver : public COleDispatchDriver {
   // Returns the events since the last call; see ParseRunEvents.
   std::string TakeRunEvents() { return InvokeText(TARN_TOOL_TAKE_RUN_EVENTS, {}); }
   void SetJobs(std::int32_t count) { InvokeHelper(TARN_TOOL_SET_JOBS, {count}); }
+  // Takes tokens of the jobserver that has started this process, if there is one, for up to `count`
+  // jobs; 0: for as many as it has. Returns why it can't be used.
+  std::string JoinJobserver(std::int32_t count) {
+    return InvokeText(TARN_TOOL_JOIN_JOBSERVER, {count});
+  }
+  // Limits for starting a tool while others run; negative for none.
+  void SetStartLimits(std::int32_t loadHundredths, std::int32_t megabytes, std::int32_t percent) {
+    InvokeHelper(TARN_TOOL_SET_START_LIMITS, {loadHundredths, megabytes, percent});
+  }
   // Returns the tool's first program that is not installed; an empty string if there is none.
   std::string MissingProgram(const std::string& tool) {
     return InvokeText(TARN_TOOL_MISSING_PROGRAM, {tool});

@@ -265,6 +265,7 @@ bool IdeWindow::Start() {
             .arg(ToQt(started.GetError().place + ": " + started.GetError().text)));
     return false;
   }
+  session_->SetLimits({});
   // Placed after the server's menus.
   QMenu* const navigation = menuBar()->addMenu(tr("&Navigate"));
   problems_->AddActions(*navigation);

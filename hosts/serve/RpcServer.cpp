@@ -128,12 +128,13 @@ bool AsksForStop(const RpcRequest& request) {
 
 }  // namespace
 
-RpcServer::RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsEveryProject, int jobs)
+RpcServer::RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsEveryProject,
+                     BuildLimits buildLimits)
     : files_(fileSystem),
       channel_(bytes, MessageLoop::ForCurrentThread(), [this] { stopper_.Stop(); }),
       questions_(channel_),
       trustsAll_(trustsEveryProject),
-      jobsWanted_(jobs) {}
+      limits_(std::move(buildLimits)) {}
 
 RpcServer::~RpcServer() {
   // Destroyed while the channel still exists; its last notifications have no recipient any more.
@@ -314,7 +315,9 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   }
   session_->SetWaitEnd([this] { return channel_.HasRequest(AsksForStop); });
   if (given[3] == true) session_->AcceptAllDamage();
-  if (jobsWanted_ > 0) session_->SetJobs(jobsWanted_);
+  for (const std::string& each : session_->SetLimits(limits_)) {
+    if (onRemark) onRemark(each);
+  }
   if (trustsAll_ || given[4] == true) session_->Trust().TrustAll();
   session_->onRefused = [this](const std::vector<std::string>& wishes) {
     channel_.Send(MakeRpcNotification(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,11 +26,15 @@ enum class ServerEnd {
 class RpcServer {
  public:
   // `bytes` is the borrowed connection. `trustsAll`: trust every project, like the option `trust`
-  // of `initialize`. `jobs`: number of tools that may run at the same time; 0 is the default.
-  RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsAll = false, int jobs = 0);
+  // of `initialize`. `buildLimits`: see ServerConnection.
+  RpcServer(FileSystem& fileSystem, ByteChannel& bytes, bool trustsAll = false,
+            BuildLimits buildLimits = {});
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();
+
+  // Receives sentences for the user about limits that are passed over; may be empty.
+  std::function<void(const std::string&)> onRemark;
 
   ServerEnd Run();
   // Stops running work and makes Run return soon. May be called from any thread, but not from a
@@ -59,7 +64,7 @@ class RpcServer {
   std::vector<MethodInfo> methods_;
   std::atomic<bool> interrupted_ = false;
   const bool trustsAll_;
-  const int jobsWanted_;
+  const BuildLimits limits_;
   bool isShutDown_ = false;
   bool exitAsked_ = false;
 };

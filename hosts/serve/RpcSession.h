@@ -66,7 +66,10 @@ class RpcSession {
   // Called after a damaged project was opened.
   std::function<void()> onDamaged;
   SessionTrust& Trust() { return session_.Trust(); }
-  void SetJobs(int count) { session_.Tools().SetJobs(count); }
+  // See ServerConnection.
+  std::vector<std::string> SetLimits(const BuildLimits& limits) {
+    return session_.SetLimits(limits);
+  }
   // Returns the folder of the open project; an empty string if there is none.
   std::string GetProjectFolder() const;
   // Called with the operations refused to a build because the project is not trusted, if the build

@@ -89,6 +89,13 @@ std::int32_t ProjectInspector::OpenForReading(std::int32_t wanted) {
   return 1;
 }
 
+std::int32_t ProjectInspector::SetFailureLimit(std::int32_t limit) {
+  Builder* builder = GetBuilder();
+  if (builder == nullptr || limit < 0) return 0;
+  builder->SetFailureLimit(limit);
+  return 1;
+}
+
 std::int32_t ProjectInspector::AllowOutside(std::int32_t allow) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;

@@ -77,6 +77,7 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
       Method<&I::GetBuildStateProblem>("GetBuildStateProblem", TARN_INS_GET_BUILD_STATE_PROBLEM,
                                        {}),
       Method<&I::OpenForReading>("OpenForReading", TARN_INS_OPEN_FOR_READING, {"wanted"}),
+      Method<&I::SetFailureLimit>("SetFailureLimit", TARN_INS_SET_FAILURE_LIMIT, {"limit"}),
   });
   return table;
 }

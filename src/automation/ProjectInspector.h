@@ -126,6 +126,10 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // Sets the folder that is proposed for a new project if none is open; an empty string changes
   // nothing. Returns 0 before Attach().
   std::int32_t SetNewProjectFolder(const char* folder);
+  // Sets the number of failures after which builds end; 0 for no limit. Until then they go on with
+  // what doesn't need the missing outputs. 1 by default. Returns 0 before Attach(), and if `limit`
+  // is negative.
+  std::int32_t SetFailureLimit(std::int32_t limit);
   // If 1, files outside the project's folder are written without asking the user.
   std::int32_t AllowOutside(std::int32_t allow);
   // Limits trust to projects in these folders, one per line: only these may run their own programs

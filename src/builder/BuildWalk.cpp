@@ -56,6 +56,7 @@ BuildWalk::BuildWalk(Builder& projectBuilder, bool examinesElsewhere)
       information_(projectBuilder.Information()),
       guard_(model_, information_.GetBuildRecords()),
       requestsMtimes_(examinesElsewhere),
+      failures_(projectBuilder.GetFailureLimit()),
       treeGeneration_(state_.treeGeneration),
       pipes_(model_.GetFiles()) {
   CToolManagerDriver* const tools = model_.Services().toolManager;
@@ -152,7 +153,10 @@ bool BuildWalk::Return(bool success, bool isUpToDate) {
   Frame& parent = frames_.back();
   if (!isUpToDate && !isUsed) parent.childrenUpToDate = false;
   if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
-  if (!success) return Return(false, false);  // a failure stops the processing of all ancestors
+  if (!success) {
+    parent.isMissingInput = true;
+    if (!KeepsGoing()) return Return(false, false);  // stops the processing of all ancestors
+  }
   return true;
 }
 
@@ -280,6 +284,7 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
 bool BuildWalk::DoOwnWork(Frame& frame, BuildAction& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
+  if (LacksInput(frame)) return LeaveUnbuilt(frame, request);
   // A file that was just built may be newer than its time indicates, given its resolution.
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead_.Has(node)) {
     Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck(),

@@ -10,6 +10,7 @@
 
 #include "builder/ApplicationOrder.h"
 #include "builder/BuildCommands.h"
+#include "builder/BuildFailures.h"
 #include "builder/Builder.h"
 #include "builder/MtimeCache.h"
 #include "builder/OutputGuard.h"
@@ -53,11 +54,12 @@ struct BuildAction {
   MtimeCache::StatBatch batch;
 };
 
+// Drops the early runs of the tool manager if the request asks for it. Comes before the next
+// function.
+void DropEarlyRuns(BuildAction& request);
 // Starts the early runs of the request, and runs its tool with its snapshot on the calling thread.
 // Returns true if the tool succeeded.
 bool RunRequestedTool(BuildAction& request, FileSystem& files);
-// Drops the early runs of the tool manager if the request asks for it.
-void DropEarlyRuns(BuildAction& request);
 
 // A resumable build: a depth-first traversal, children before their node, that runs the tool of
 // every stale node. Everything that accesses the tree, the log, the views or the property manager
@@ -105,6 +107,7 @@ class BuildWalk {
     std::vector<CXmlNode*> children;  // a copy, so that a host may reorder them
     std::size_t next = 0;
     bool childrenUpToDate = true;     // all children were up to date
+    bool isMissingInput = false;      // something below was not built
     std::uint64_t upToDateEpoch = 0;  // file-time epoch at which they were
     // Newest output in this subtree if every child is up to date; nullopt if some node's output
     // time is known only from the tree.
@@ -135,6 +138,10 @@ class BuildWalk {
   std::shared_ptr<RunAhead> PlanEarly(CXmlNode& node);
   void BeginOwnRun(const CXmlNode& node, BuildAction& request);
   void DropAhead(BuildAction& request);
+  bool KeepsGoing() const;
+  bool LacksInput(const Frame& frame) const;
+  bool LeaveUnbuilt(Frame& frame, BuildAction& request);
+  bool FailNode(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
@@ -177,6 +184,8 @@ class BuildWalk {
   std::string explicitTool_;  // for a walk that runs one specified tool
   bool usesExplicitTool_ = false;
   std::vector<Frame> frames_;
+  BuildFailures failures_;
+  std::vector<NamedOutput> runOutputs_;  // of the current run
   bool succeeded_ = true;
   bool toolSucceeded_ = false;
   bool isRecorded_ = false;  // the current run is recorded

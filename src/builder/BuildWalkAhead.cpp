@@ -47,6 +47,7 @@ void BuildWalk::PlanAhead(Frame& frame, BuildAction& request) {
 bool BuildWalk::IsStale(const Frame& frame, CXmlNode& node) {
   std::string tool, files;
   if (!GetToolInput(model_.Types(), node, tool, files)) return false;
+  if (failures_.IsInputMissing(node)) return false;
   if (frame.mode != ModeBuild) return true;
   Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck());
   staleness.IgnoreUnbuildable();

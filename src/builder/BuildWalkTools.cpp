@@ -1,6 +1,7 @@
 // The part of a build walk that deletes outputs and runs tools, with the checks before each run.
 
 #include <algorithm>
+#include <utility>
 
 #include "builder/BuildWalk.h"
 #include "builder/LinkFiles.h"
@@ -24,18 +25,6 @@ std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
     if (!path.empty()) outputs.push_back({path, option});
   }
   return outputs;
-}
-
-// Returns the headers that the node's last run has read.
-std::vector<std::string> HeadersOf(const CXmlNode& node) {
-  std::vector<std::string> headers;
-  for (const CXmlNode* child : node.GetChildren()) {
-    if (child->NameView() != "Dependencies") continue;
-    for (const CXmlNode* each : child->GetChildren()) {
-      headers.push_back(OrEmpty(each->GetAttrValue("Header")));
-    }
-  }
-  return headers;
 }
 
 }  // namespace
@@ -204,11 +193,11 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& r
 
 bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
   CXmlNode& node = *frame.node;
-  if (model_.Services().toolManager == nullptr) return Return(false, false);
+  if (model_.Services().toolManager == nullptr) return FailNode(node, {});
   const CXmlNode* values = FindStoredValues(node);
   if (values == nullptr) values = model_.Publishing().LoadNodeOptions(&node, true);
   if (IsTreeStale()) return true;
-  if (values == nullptr) return Return(false, false);
+  if (values == nullptr) return FailNode(node, {});
   request.options = values->ValueText();
 
   const bool hasTool = GetToolInput(model_.Types(), node, request.tool, request.files);
@@ -227,9 +216,10 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
     if (!obstacle.text.empty()) {
       if (obstacle.wish) model_.Protection().GetTrust().Refuse(*obstacle.wish);
       model_.Host().AddBuildNotice(LineKind::Error, obstacle.text + "; the tool is not run");
-      return IsTreeStale() || Return(false, false);
+      return IsTreeStale() || FailNode(node, std::exchange(request.outputs, {}));
     }
   }
+  runOutputs_ = request.outputs;
   if (!usesExplicitTool_) {
     RemoveReadOnly(node, request.outputs);
     WarnOfSameFiles(node);
@@ -284,7 +274,6 @@ void DropEarlyRuns(BuildAction& request) {
 }
 
 bool RunRequestedTool(BuildAction& request, FileSystem& files) {
-  DropEarlyRuns(request);
   CToolManagerDriver tools;
   tools.AttachDispatch(request.toolManager.Get(), true);
   for (const std::shared_ptr<RunAhead>& run : request.early) {
@@ -323,7 +312,12 @@ void BuildWalk::FinishTool(Frame& frame) {
     model_.Host().SendHost(kMsgToolSucceeded, OrEmpty(frame.node->GetAttrValue("OutputFile")), 0);
   }
   LeaveTool();
-  if (!IsTreeStale()) Return(toolSucceeded_, false);
+  if (IsTreeStale()) return;
+  if (toolSucceeded_) {
+    Return(true, false);
+  } else {
+    FailNode(*frame.node, runOutputs_);
+  }
 }
 
 void BuildWalk::RemoveByProducts(const CXmlNode& node) {

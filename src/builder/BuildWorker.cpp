@@ -177,13 +177,13 @@ void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) {
       control->alive = false;
       return;
     }
+    DropEarlyRuns(request);
     if (request.kind == BuildAction::Kind::RunTool) {
       toolResult = RunRequestedTool(request, disk);
     } else if (request.kind == BuildAction::Kind::Examine) {
       request.batch.Examine(disk, BuildWalk::Clock::now() + kStatTime);
     }
   } while (request.kind != BuildAction::Kind::Done);
-  DropEarlyRuns(request);
 
   bool succeeded = false;
   std::string logFile;
@@ -247,10 +247,8 @@ std::int32_t Builder::RunSynchronously(BuildWalk& walk) {
   ++syncBuildDepth_;
   for (;;) {
     BuildAction request = walk.Advance(std::nullopt);
-    if (request.kind != BuildAction::Kind::RunTool) {
-      DropEarlyRuns(request);
-      break;
-    }
+    DropEarlyRuns(request);
+    if (request.kind != BuildAction::Kind::RunTool) break;
     const bool isDone = RunRequestedTool(request, services_.files);
     walk.TakeToolResult(isDone, std::move(request.snapshot));
   }

@@ -39,6 +39,11 @@ class Builder final : public IBuildControl {
   CProjectModel& GetModel() { return model_; }
   BuildInformation& Information() { return information_; }
 
+  // Number of failures after which the following builds end; 0 for no limit. Until then they go on
+  // with what doesn't need the outputs that are missing. 1 unless set.
+  void SetFailureLimit(int limit) { failureLimit_ = limit; }
+  int GetFailureLimit() const { return failureLimit_; }
+
   // Run on the calling thread until done, and return 1 on success. A null node means the current
   // one.
   std::int32_t BuildNode(CXmlNode* node, std::int32_t mode);
@@ -104,6 +109,7 @@ class Builder final : public IBuildControl {
   std::mutex buildLock_;  // guards buildState only
   std::int32_t buildState_ = StateIdle;
   std::int32_t buildCommand_ = 0;
+  int failureLimit_ = 1;
   std::shared_ptr<MessageLoop> loop_;  // of the main thread
   std::shared_ptr<BuildWorkerState> worker_;
   CXmlNode* savedCurrentNode_ = nullptr;  // current node at the start of a synchronous build

@@ -112,6 +112,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"StageFileTexts", TARN_INS_STAGE_FILE_TEXTS, {"", ""}, "0", "1"},
       {"IsModified", TARN_INS_IS_MODIFIED, {}, "0", "0"},
       {"SaveAllOrNone", TARN_INS_SAVE_ALL_OR_NONE, {0}, "0", "1"},
+      {"SetFailureLimit", TARN_INS_SET_FAILURE_LIMIT, {1}, "0", "1"},
       {"DropChanges", TARN_INS_DROP_CHANGES, {}, "0", "1"},
       {"GetMissedSelection", TARN_INS_GET_MISSED_SELECTION, {}, "''", "''"},
       {"TakeBuildNotices", TARN_INS_TAKE_BUILD_NOTICES, {}, "''", "'\r\n<Notices/>'"},

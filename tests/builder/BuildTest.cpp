@@ -60,15 +60,32 @@ TEST(Build, ANameThatAToolReportedCountsExactly) {
   }
 }
 
-TEST(Build, AFailureLeavesTheNextSiblingsAlone) {
-  BuildFixture world;
-  world.failing = "a.c";
-  world.Open();
-  const std::vector<std::string> lines = world.Build(kWorkerBuildAll);
-  EXPECT_THAT(lines, Contains("OutputInvalid \"\" -1"));
-  EXPECT_THAT(lines, Contains("WorkerEnded 0 /tmp/log.xml"));
-  EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c"));
-  EXPECT_EQ(world.builder->GetBuildState(), StateFailed);
+TEST(Build, AFailureEndsTheBuildUnlessMoreArePermitted) {
+  const struct {
+    int limit;
+    const char* header;  // read by every source
+    std::vector<std::string> runs;
+  } rows[] = {
+      {1, "/p/a.h", {"cc a.c"}},
+      {2, "/p/a.h", {"cc a.c", "cc b.c", "cc c.c"}},
+      {0, "/p/a.h", {"cc a.c", "cc b.c", "cc c.c"}},
+      {0, "/p/a.o", {"cc a.c"}},  // missing because of the failure
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.header + std::to_string(row.limit));
+    BuildFixture world;
+    world.dependencies = std::string("<D Header=\"") + row.header + "\" />";
+    world.Open();
+    world.Build(kWorkerBuildAll);
+    world.TakeRuns();
+    world.failing = "a.c";
+    world.builder->SetFailureLimit(row.limit);
+    const std::vector<std::string> lines = world.Build(kWorkerRebuildAll);
+    EXPECT_THAT(lines, Contains("OutputInvalid \"\" -1"));
+    EXPECT_THAT(lines, Contains("WorkerEnded 0 /tmp/log.xml"));
+    EXPECT_EQ(world.TakeRuns(), row.runs);
+    EXPECT_EQ(world.builder->GetBuildState(), StateFailed);
+  }
 }
 
 TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {

@@ -77,7 +77,8 @@ def run_jobs(world, firmware, edits, random, count, tally, options):
         except EditFailed as failure:
             tally.fault("failed command", f"{place} {kind}", failure)
         place = f"{place} {kind} {told}"
-        words = random.choice((("build", "-v"), ("build", "--json"), ("rebuild",)))
+        words = random.choice(
+            (("build", "-v"), ("build", "--json"), ("rebuild",), ("build", "-v", "-k", "0")))
         before = park(world, "before")
         made = {}
         for jobs in JOBS:

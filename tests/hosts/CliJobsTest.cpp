@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <set>
 #include <thread>
 
@@ -216,6 +217,42 @@ TEST_F(CliJobs, TheTimingHasTheSlowestSourceAndTheLink) {
   EXPECT_GE(length, 500);
   EXPECT_EQ(known["ideal"], std::max(length, work / 2)) << known;
   EXPECT_TRUE(Has(project.Out({"status", "--timing"}), "Critical path: "));
+}
+
+TEST_F(CliJobs, TheRestIsBuiltAfterFailuresAndReportedAlike) {
+  const struct {
+    const char* failures;
+    std::vector<std::string> broken;
+    const char* tried;
+    const char* then;  // built without the errors
+  } rows[] = {
+      {"1", {"a"}, "a.c", "a.c b.c app c.c other"},
+      {"2", {"a", "c"}, "a.c b.c c.c", "a.c app c.c other"},
+      {"0", {"a"}, "a.c b.c c.c other", "a.c app"},
+  };
+  project.WriteProject({{"app", {"a.c", "b.c"}}, {"other", {"c.c"}}});
+  project.Write("src/c.c", "int main(void) { return 0; }\n");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.failures);
+    std::vector<std::string> before;
+    for (const std::string& name : row.broken) {
+      before.push_back(project.Read("src/" + name + ".c"));
+      project.Edit("src/" + name + ".c", "#error broken\n");
+    }
+    std::string outs[2];
+    for (const char* jobs : {"-j1", "-j3"}) {
+      const auto answer = project.Run({"rebuild", jobs, "-v", "-k", row.failures});
+      EXPECT_EQ(answer.code, 1);
+      EXPECT_EQ(Built(answer.out), row.tried) << answer.out;
+      outs[jobs[2] == '3'] =
+          std::regex_replace(answer.out + answer.err, std::regex("[0-9.]+ s|/cc\\w{6}"), "T");
+    }
+    EXPECT_EQ(outs[0], outs[1]);
+    for (std::size_t i = 0; i < row.broken.size(); ++i) {
+      project.Edit("src/" + row.broken[i] + ".c", before[i]);
+    }
+    EXPECT_EQ(Built(project.Out({"build"})), row.then);
+  }
 }
 
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {

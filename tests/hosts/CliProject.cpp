@@ -73,6 +73,7 @@ CliProject::CliProject() {
                  {"XDG_DATA_HOME", (root_ / "data").string()},
                  {"TMPDIR", root_.string()},
                  {"TERM", "xterm"},
+                 {"MAKEFLAGS", ""},  // of a make that runs the tests
                  {"PATH", (root_ / "bin").string() + ":" + path}};
 }
 

@@ -20,6 +20,8 @@ struct ProcessRequest {
   // Variables added to this process's environment, replacing those of the same name.
   std::vector<std::pair<std::string, std::string>> environment;
   std::string folder = {};  // working folder; empty: the current one
+  // Descriptors of this process that the program inherits with the same numbers, above 3.
+  std::vector<int> passed = {};
   bool mayOutlive = false;  // keeps running if this process ends
 };
 

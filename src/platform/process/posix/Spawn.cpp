@@ -115,6 +115,10 @@ class SpawnPlan {
     Check(posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     Check(posix_spawn_file_actions_adddup2(&actions_, outputStream, STDOUT_FILENO));
     Check(posix_spawn_file_actions_adddup2(&actions_, errorStream, STDERR_FILENO));
+    // The same number twice: clears the flag that closes it.
+    for (const int each : request.passed) {
+      Check(posix_spawn_file_actions_adddup2(&actions_, each, each));
+    }
     // Last, since one of the other descriptors may have this number.
     Check(posix_spawn_file_actions_adddup2(&actions_, channel, guard::kChannel));
     sigset_t none;

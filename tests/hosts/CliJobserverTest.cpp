@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+// A program that takes a while, and records how many of its kind run at the same time.
+constexpr const char* kCounted =
+    "#!/bin/sh\ntouch \"$TMPDIR/run.$$\"; set -- \"$TMPDIR\"/run.*; echo $# >> \"$TMPDIR/counts\"\n"
+    "sleep 0.2; rm \"$TMPDIR/run.$$\"\n";
+
+// Six sources, whose compiler counts; that of a.c runs make for further counted programs.
+class CliJobserver : public ::testing::Test {
+ protected:
+  CliJobserver() {
+    project.WriteProject({{"app", {"a.c", "b.c", "c.c", "d.c", "e.c"}}});
+    for (const char* name : {"d", "e"}) {
+      project.Write("src/" + std::string(name) + ".c", "int " + std::string(name) + ";\n");
+    }
+    project.AddProgram("counted", kCounted);
+    project.Write("sub.mk", "all: 1 2 3 4\n1 2 3 4:\n\tcounted\n.PHONY: all 1 2 3 4\n");
+    UseCompiler("*src/a.c*) make -s -f sub.mk all >&2 ;;");
+    project.environment.emplace_back("TARN", TARN_PROGRAM);
+  }
+
+  void UseCompiler(const std::string& cases) {
+    project.AddProgram("gcc", "#!/bin/sh\ncase \"$*\" in\n" + cases +
+                                  "\n*src/?.c*) counted ;;\nesac\nexec /usr/bin/gcc \"$@\"\n");
+  }
+  // Returns the largest number of counted programs at the same time since the last call.
+  int TakePeak() {
+    std::istringstream counts(project.Read("../counts"));
+    int peak = 0;
+    for (int count = 0; counts >> count;) peak = std::max(peak, count);
+    std::filesystem::remove(project.PathOf("../counts"));
+    return peak;
+  }
+
+  CliProject project;
+};
+
+// make complains at its end if tokens are missing.
+TEST_F(CliJobserver, MakeLimitsTheJobsOfAllPrograms) {
+  const struct {
+    const char* name;
+    const char* recipe;
+    const char* compiler;
+    int code;
+  } rows[] = {
+      {"built", "+$(TARN) rebuild", "*src/a.c*) make -s -f sub.mk all >&2 ;;", 0},
+      {"killed tool", "+$(TARN) rebuild", "*src/d.c*) kill -9 $$ ;;", 2},
+      {"stopped", "+$(TARN) rebuild & sleep 1; kill $$!; wait $$!; exit 0",
+       "*src/[bcd].c*) sleep 9 ;;", 0},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    UseCompiler(row.compiler);
+    project.Write("Makefile", std::string("all: tarn x y z\ntarn:\n\t") + row.recipe +
+                                  "\nx y z:\n\tcounted\n.PHONY: all tarn x y z\n");
+    const auto made = project.RunProgram("make", {"-k", "-j3"});
+    EXPECT_EQ(made.code, row.code) << made.out << made.err;
+    EXPECT_FALSE(Has(made.err, "jobserver")) << made.err;
+    const int peak = TakePeak();
+    EXPECT_LE(peak, 3);
+    EXPECT_GE(peak, 2);
+  }
+}
+
+TEST_F(CliJobserver, ToolsTakePartInTheJobsOfABuild) {
+  const std::string out = project.Out({"build", "-j3", "-v"});
+  EXPECT_FALSE(Has(out, "jobserver")) << out;
+  EXPECT_FALSE(Has(out, "MAKEFLAGS"));
+  const int peak = TakePeak();
+  EXPECT_TRUE(peak == 2 || peak == 3) << peak;
+  EXPECT_TRUE(Has(project.Out({"build", "-j1"}), "Nothing to do"));
+  project.Out({"rebuild", "-j1"});
+  EXPECT_EQ(TakePeak(), 1);
+}
+
+TEST_F(CliJobserver, ANamedPipeGetsItsTokensBack) {
+  const auto made =
+      project.RunProgram("sh", {"-c",
+                                "mkfifo p && exec 9<>p && printf ab >&9 && "
+                                "MAKEFLAGS=\" -j3 --jobserver-auth=fifo:$PWD/p\" $TARN build -q && "
+                                "dd bs=1 count=2 <&9 2>/dev/null | fold -w1 | sort | tr -d '\\n'"});
+  EXPECT_EQ(made.out, "ab") << made.err;
+  EXPECT_LE(TakePeak(), 3);
+}
+
+TEST_F(CliJobserver, AJobserverThatCannotBeUsedIsIgnoredAloud) {
+  for (const char* flags :
+       {"--jobserver-auth=97,98", "--jobserver-auth=fifo:missing", "k --jobserver-fds=-2,-2",
+        "--jobserver-auth=0,1", "--jobserver-auth=fifo:sub.mk", "--jobserver-auth="}) {
+    SCOPED_TRACE(flags);
+    for (auto& [name, value] : project.environment) {
+      if (name == "MAKEFLAGS") value = flags;
+    }
+    const auto built = project.Run({"build"});
+    EXPECT_EQ(built.code, 0) << built.err;
+    EXPECT_TRUE(built.err.starts_with("tarn: The jobserver of make is not used: ")) << built.err;
+    EXPECT_EQ(std::count(built.err.begin(), built.err.end(), '\n'), 1) << built.err;
+    EXPECT_EQ(project.Run({"build", "-j2"}).err, "");
+  }
+}
+
+TEST_F(CliJobserver, LoadAndMemoryLimitEarlyRuns) {
+  UseCompiler("none) ;;");
+  const struct {
+    std::vector<std::string> limit;
+    bool isParallel;
+  } rows[] = {
+      {{"-l", "0"}, false},
+      {{"--memfree", "100%"}, false},
+      {{"-l", "100000", "--memfree", "1M"}, true},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.limit.front());
+    std::vector<std::string> words = {"rebuild", "-j3"};
+    words.insert(words.end(), row.limit.begin(), row.limit.end());
+    EXPECT_EQ(Built(project.Out(words)), "a.c b.c c.c d.c e.c app");
+    const int peak = TakePeak();
+    EXPECT_EQ(peak > 1, row.isParallel) << peak;
+  }
+  for (const auto& [option, value] : {std::pair("-l", "-1"),
+                                      {"-l", "x"},
+                                      {"--memfree", "5"},
+                                      {"--memfree", "101%"},
+                                      {"-k", "x"}}) {
+    SCOPED_TRACE(value);
+    EXPECT_EQ(project.Run({"build", option, value}).code, 2);
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host
