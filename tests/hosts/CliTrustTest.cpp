@@ -204,6 +204,15 @@ const struct Row {
                                                 "' '-c' 'src/c.c'\nO none\n");
      },
      "", true, "/usr/bin/avr-gcc"},
+    {"specifications that the compiler lacks", "run commands from the file ", "Linker.Extra",
+     "-fsanitize=address -static-libasan", "",
+     [](Hostile& h) {
+       h.Set("Target.Toolchain", "avr-gcc");
+       h.Set("Target.Device", "atmega328p");
+       h.AddPlugin();
+       h.project.Write("libsanitizer.spec", "*link_libasan:\n-plugin ./p.so\n\n");
+     },
+     "", false, "/usr/bin/avr-gcc"},
     {"an object with options of a compiler", kFromObject, "Linker.Extra", "-Wl,-z,muldefs e.o", "",
      [](Hostile& h) { h.AddBytecode(); }},
     {"a library with such an object", kFromObject, "Linker.Libraries", "e", "",
