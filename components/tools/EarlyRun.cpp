@@ -65,6 +65,8 @@ bool EarlyRun::MayRunEarly() const {
 
 void EarlyRun::Execute() {
   hasSucceeded_ = run_.Run();
+  // The tool runs again in its turn, and many messages take much memory.
+  if (!hasSucceeded_) static_cast<void>(run_.TakeMessages());
 }
 
 bool EarlyRun::IsGood(std::size_t mostMessages) {

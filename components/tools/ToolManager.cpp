@@ -158,7 +158,7 @@ std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const
   if (!definition || !definition->isEarly) return 0;
   auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(definition),
                                         EarlyRun::KeyOf(tool, files, options), files, options,
-                                        MostMessages());
+                                        std::min(MostMessages(), MessageLog::kMaxOfEarlyRun));
   return run->MayRunEarly() && early_.Start(std::move(run)) ? 1 : 0;
 }
 
