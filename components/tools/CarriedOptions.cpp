@@ -1,6 +1,7 @@
 #include "components/tools/CarriedOptions.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 
@@ -203,14 +204,17 @@ bool ReadCarriedOptions(const std::vector<CarrierRule>& rules, std::string_view 
   // A thin archive may hide the name of a member.
   if (!mayCarry && !IsThinArchive(bytes)) return false;
   bool isCarrier = false;
-  const bool isRead = ForEachSection(bytes, [&](std::string_view name, std::string_view content) {
+  const auto onSection = [&](std::string_view name, std::optional<std::string_view> content) {
     for (const CarrierRule& rule : rules) {
       if (!name.starts_with(rule.sections)) continue;
       isCarrier = true;
       if (!name.substr(rule.sections.size()).starts_with(rule.options)) continue;
-      for (const std::string_view list : Split(content, '\0')) AddList(list, carried);
+      // Compilers read the options without regard to the type of the section.
+      if (!content) carried.isReadable = false;
+      for (const std::string_view list : Split(content.value_or(""), '\0')) AddList(list, carried);
     }
-  });
+  };
+  const bool isRead = ForEachSection(bytes, onSection);
   carried.isReadable &= isRead;
   // A text, such as a source of an assembler, is not what a linker takes code from.
   const bool isUnreadable = !isRead && (IsArchive(bytes) || bytes.find('\0') != bytes.npos);

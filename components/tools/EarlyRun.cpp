@@ -67,6 +67,8 @@ void EarlyRun::Execute() {
   if (events_) events_->Start();
   hasSucceeded_ = run_.Run();
   if (events_) events_->End(hasSucceeded_, run_.GetExitCode());
+  // The tool runs again in its turn, and many messages take much memory.
+  if (!hasSucceeded_) static_cast<void>(run_.TakeMessages());
 }
 
 bool EarlyRun::IsValid(std::size_t mostMessages) {

@@ -26,6 +26,8 @@ class MessageLog {
   // Limit for all runs of a build together, and what each run retains beyond it.
   static constexpr std::size_t kMaxOfBuild = 40000;
   static constexpr std::size_t kLeast = 20;
+  // Limit for a run that starts before its turn; many of them may wait with their messages.
+  static constexpr std::size_t kMaxOfEarlyRun = 1000;
   // Number of lines shown in the report for a step that fails without an error message.
   static constexpr std::size_t kReportedLines = 20;
 

@@ -52,16 +52,18 @@ class ElfFile {
         *count > (bytes_.size() - *start) / *entry) {
       return false;
     }
-    const auto table = Content(*start + *names * *entry);
-    if (!table) return false;
+    const std::uint64_t namesHeader = *start + *names * *entry;
+    const auto table = Content(namesHeader);
+    if (!table || HasNoContent(namesHeader)) return false;
     for (std::uint64_t i = 1; i < *count; ++i) {
       const std::uint64_t header = *start + i * *entry;
       const auto name = Number(header, 4);
       if (!name || *name > table->size()) return false;
       const std::string_view text = table->substr(*name);
-      const auto content = Content(header);
-      if (!content) return false;
-      read(text.substr(0, text.find('\0')), *content);
+      const bool isEmpty = HasNoContent(header);
+      const auto content = isEmpty ? std::nullopt : Content(header);
+      if (!content && !isEmpty) return false;
+      read(text.substr(0, text.find('\0')), content);
     }
     return true;
   }
@@ -71,14 +73,15 @@ class ElfFile {
   std::optional<std::uint64_t> Number(std::uint64_t at, std::size_t size) const {
     return ReadNumber(bytes_, at, size, isBigEndian_);
   }
-  // Returns the content of a section; nothing for one without, such as ".bss".
-  std::optional<std::string_view> Content(std::uint64_t header) const {
+  bool HasNoContent(std::uint64_t header) const {
     constexpr std::uint64_t kNoBits = 8;
-    const auto type = Number(header + 4, 4);
+    return Number(header + 4, 4) == kNoBits;
+  }
+  // Returns the content of a section, or nullopt if it is outside the bytes.
+  std::optional<std::string_view> Content(std::uint64_t header) const {
     const auto offset = Number(header + (isWide_ ? 24 : 16), isWide_ ? 8 : 4);
     const auto size = Number(header + (isWide_ ? 32 : 20), isWide_ ? 8 : 4);
-    if (!type || !offset || !size) return std::nullopt;
-    if (*type == kNoBits) return std::string_view();
+    if (!offset || !size) return std::nullopt;
     if (*offset > bytes_.size() || *size > bytes_.size() - *offset) return std::nullopt;
     return bytes_.substr(*offset, *size);
   }

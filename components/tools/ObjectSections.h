@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string_view>
 
 namespace tarn::tools {
 
-// Called with the name and the content of a section.
-using SectionReader = std::function<void(std::string_view name, std::string_view content)>;
+// Called with the name and the content of a section; nullopt for one that claims to have no content
+// in the file, such as ".bss".
+using SectionReader =
+    std::function<void(std::string_view name, std::optional<std::string_view> content)>;
 
 // Returns true for an archive, thin or not.
 bool IsArchive(std::string_view bytes);

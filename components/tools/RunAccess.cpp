@@ -120,6 +120,9 @@ class AccessFinder {
   void AddCommand(const ToolCommand& command) {
     folder_ = command.folder;
     AddPrograms(command);
+    for (const std::string& name : tool_.loadsHere) {
+      AddCommandFile(AbsolutePath(world_.files, folder_, name));
+    }
     for (const auto& [scratch, path] : command.moves) {
       AddWrite(scratch);
       AddWrite(path);
@@ -266,10 +269,13 @@ class AccessFinder {
     const std::size_t dot = file.rfind('.');
     const bool isExtension = dot != file.npos && dot >= file.size() - FileNameOf(file).size();
     for (const std::string& extension : tool_.loadsNextTo) {
-      const std::string path = file.substr(0, isExtension ? dot : file.size()) + extension;
-      const bool isThere = world_.files->ExamineExactly(path) || world_.files->IsSpecial(path);
-      if (isThere) AddRequest(TrustRequestKind::CommandFile, path);
+      AddCommandFile(file.substr(0, isExtension ? dot : file.size()) + extension);
     }
+  }
+
+  void AddCommandFile(const std::string& path) {
+    const bool isThere = world_.files->ExamineExactly(path) || world_.files->IsSpecial(path);
+    if (isThere) AddRequest(TrustRequestKind::CommandFile, path);
   }
 
   static bool TakesOptions(const StepRule& step) {

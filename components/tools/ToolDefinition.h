@@ -182,6 +182,7 @@ struct ToolDefinition {
   std::vector<std::string> loadsFrom;  // name a folder that the program loads code from
   // Extensions of files with commands that the program looks for next to those that arguments name.
   std::vector<std::string> loadsNextTo;
+  std::vector<std::string> loadsHere;  // names of such files in the working folder
   std::vector<CarrierRule> carriers;
   HarmlessFlags harmless;  // empty: all that the rules above don't describe are
   Follow follows = Follow::None;

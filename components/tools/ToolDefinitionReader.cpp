@@ -33,7 +33,7 @@ class ToolReader : public ElementReader {
          "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
-         "Harmless", "LoadsFrom",   "LoadsNextTo",  "Early",          "Carries"});
+         "Harmless", "LoadsFrom",   "LoadsNextTo",  "LoadsHere",      "Early",        "Carries"});
     tool_->name = Text(node, "Name");
     tool_->isEarly = IsYes(node, "Early");
     tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
@@ -51,6 +51,7 @@ class ToolReader : public ElementReader {
     tool_->strays = ReadPatterns(Text(node, "Strays"));
     tool_->loadsFrom = SplitOptionList(Text(node, "LoadsFrom"));
     tool_->loadsNextTo = SplitOptionList(Text(node, "LoadsNextTo"));
+    tool_->loadsHere = SplitOptionList(Text(node, "LoadsHere"));
     ReadHarmless(Text(node, "Harmless"));
     for (auto& [flag, place] : ReadPairs(Text(node, "Loads")))
       tool_->loads.push_back({flag, place});

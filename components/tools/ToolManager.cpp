@@ -188,7 +188,7 @@ std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const
   if (!definition || !definition->isEarly) return 0;
   auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(definition),
                                         EarlyRun::KeyOf(tool, files, options), files, options,
-                                        MostMessages());
+                                        std::min(MostMessages(), MessageLog::kMaxOfEarlyRun));
   if (events_.IsWatched()) {
     const std::string start = DescribeStart(OrEmpty(tool), files, run->Job(), run->Plan());
     run->Report(std::make_unique<RunEvents::Run>(events_, start));

@@ -77,6 +77,25 @@ struct Hostile {
     project.RunProgram("ar", {"qcs", "libe.a", "e.o"});
     Set("Linker.Extra", "-Wl,-z,muldefs");
   }
+  // Marks the section with the options of a wide object as one without content, like ".bss". What
+  // reads the options finds them anyway.
+  void HideOptions(const std::string& object) {
+    std::string bytes = project.Read(object);
+    const auto number = [&bytes](std::size_t at, int size) {
+      std::size_t value = 0;
+      while (size-- > 0) value = value << 8 | static_cast<unsigned char>(bytes.at(at + size));
+      return value;
+    };
+    const std::size_t table = number(40, 8);
+    const std::size_t names = number(table + 64 * number(62, 2) + 24, 8);
+    for (std::size_t i = 0; i < number(60, 2); ++i) {
+      const std::size_t header = table + 64 * i;
+      if (bytes.substr(names + number(header, 4)).starts_with(".gnu.lto_.opts")) {
+        bytes.at(header + 4) = 8;
+      }
+    }
+    project.Write(object, bytes);
+  }
   void AddAssembly() {
     Set("Target.Toolchain", "sdcc-mcs51");
     for (const char* name : {"src/z.asm", "z.asm"}) project.Write(name, " .area CSEG\n");
@@ -185,6 +204,15 @@ const struct Row {
                                                 "' '-c' 'src/c.c'\nO none\n");
      },
      "", true, "/usr/bin/avr-gcc"},
+    {"specifications that the compiler lacks", "run commands from the file ", "Linker.Extra",
+     "-fsanitize=address -static-libasan", "",
+     [](Hostile& h) {
+       h.Set("Target.Toolchain", "avr-gcc");
+       h.Set("Target.Device", "atmega328p");
+       h.AddPlugin();
+       h.project.Write("libsanitizer.spec", "*link_libasan:\n-plugin ./p.so\n\n");
+     },
+     "", false, "/usr/bin/avr-gcc"},
     {"an object with options of a compiler", kFromObject, "Linker.Extra", "-Wl,-z,muldefs e.o", "",
      [](Hostile& h) { h.AddBytecode(); }},
     {"a library with such an object", kFromObject, "Linker.Libraries", "e", "",
@@ -192,6 +220,12 @@ const struct Row {
        h.AddBytecode();
        h.Set("Linker.LibraryPaths", ".");
        h.Set("Linker.Extra", "-Wl,-u,e,-z,muldefs");
+     }},
+    {"an object that claims to have none", "run code, which is in the file ", "Linker.Extra", "e.o",
+     "",
+     [](Hostile& h) {
+       h.AddBytecode();
+       h.HideOptions("e.o");
      }},
     {"a linker script among the objects that names it", kFromObject, "Build.OutputFile", "i.o",
      kNode,
