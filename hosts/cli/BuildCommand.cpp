@@ -170,7 +170,7 @@ WorkEstimate EstimateWork(CommandContext& context, const BuildRequest& request) 
 
 // A launcher that the project names may run more tools than this machine can.
 void AdoptLauncher(CommandContext& context) {
-  if (!context.Asked().jobs.empty()) return;
+  if (!context.Asked().limits.jobs.empty()) return;
   BuildSession& session = context.Session();
   const std::string launcher =
       session.Manager().GetPropertyValue("Application", "Build", "Launcher");

@@ -115,12 +115,12 @@ void CommandArguments::AddJobs() {
 
 void CommandArguments::AddKeepGoing() {
   Option("-k,--keep-going", asked_.limits.failures, "N",
-         "Stop after N failures (0: never) instead of the first")
+         "Stop after N failures (0: never), not the first")
       .Between(0, kMaxFailures);
 }
 
 void CommandArguments::AddLoadLimits() {
-  Option("-l,--load-average", asked_.limits.load, "LOAD",
+  Option("-l,--load", asked_.limits.load, "LOAD",
          "Start no further tool while the load average is LOAD or more")
       .Valid([](const std::string& text) { return ParseLoad(text) >= 0; }, kLoadText);
   Option("--memfree", asked_.limits.memory, "SIZE",

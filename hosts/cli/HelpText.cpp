@@ -9,7 +9,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr std::size_t kWidth = 80;
+constexpr std::size_t kWidth = 79;       // some terminals wrap a line that fills the last column
 constexpr std::size_t kWidestTerm = 26;  // a wider term gets a separate line
 
 // Wraps the text into lines of at most `width` bytes; a longer word gets its own line.

@@ -31,7 +31,7 @@ struct Invocation {
   std::string application;    // --app
   std::string configuration;  // --config
   std::string node;           // --node: path or label
-  BuildLimits limits;         // --jobs, --keep-going, --load-average, --memfree
+  BuildLimits limits;         // --jobs, --keep-going, --load, --memfree
   bool json = false;
   bool quiet = false;
   bool verbose = false;
