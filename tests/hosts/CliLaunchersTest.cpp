@@ -106,7 +106,9 @@ TEST_F(CliLaunchers, EachBuildsWhatTheCompilerAloneWouldAndNoticesChanges) {
     if (isOption) project.Out({"options", "set", "Build.Launcher", row.option});
     project.Out({"clean"});
     int count = CountCompiled();
-    EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c c.c app");
+    const std::string first = project.Out({"build"});
+    EXPECT_EQ(Built(first), "a.c b.c c.c app");
+    EXPECT_FALSE(Has(first, "warning")) << first;
     EXPECT_EQ(CountCompiled() - count, row.compiled);
     EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/app"), {}).code, code);
     // An object that was made remotely contains the name of a temporary file.
