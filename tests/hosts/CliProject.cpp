@@ -146,9 +146,13 @@ void CliProject::Edit(const std::string& name, const std::string& text) {
 }
 
 void CliProject::Point(const std::string& variable, const std::string& name) {
+  bool isSet = false;
   for (auto& [each, value] : environment) {
-    if (each == variable) value = PathOf(name);
+    if (each != variable) continue;
+    value = PathOf(name);
+    isSet = true;
   }
+  if (!isSet) environment.emplace_back(variable, PathOf(name));
 }
 
 std::string CliProject::Read(const std::string& name) const {
