@@ -26,9 +26,8 @@ class RunEvents {
   //
   //   Started   a process starts; `Lane` is the lowest number that no running tool has; contains
   //             the element that the frame receives as well (TARN_MSG_TOOL_STARTED)
-  //   Ended     the last process has ended; `Done` is "Yes" if the run succeeded; `Exit` is the
-  //   exit
-  //             code of the process
+  //   Ended     the last process has ended; `Done` is "Yes" if the run succeeded; `Exit` is its
+  //             exit code
   //   Retiring  its turn has come: the result is checked and delivered
   //   Retired   it was delivered
   //   Dropped   the result isn't used

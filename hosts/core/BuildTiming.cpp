@@ -21,8 +21,7 @@ milliseconds BuildTiming::GetIdeal(int jobs) const {
   return std::max(length, work / std::max(jobs, 1));
 }
 
-// The applications are in build order, so each finds the chains of those that it uses: one pass,
-// linear in the tools and the uses.
+// The applications are in build order, so each finds the chains of those that it uses: one pass.
 BuildTiming ComputeTiming(const std::vector<ApplicationTimes>& times,
                           const std::vector<ApplicationStatus>& status,
                           const std::function<bool(const ApplicationStatus&)>& isWanted) {
@@ -33,18 +32,19 @@ BuildTiming ComputeTiming(const std::vector<ApplicationTimes>& times,
     labels.insert(each.label);
     labels.insert(each.uses.begin(), each.uses.end());
   }
+  std::map<std::string, const ApplicationTimes*> timesOf;
+  for (const ApplicationTimes& each : times) timesOf.emplace(each.application, &each);
   std::map<std::string, Chain> chains;
   for (const ApplicationStatus& each : status) {
-    const auto entry = std::ranges::find_if(
-        times, [&](const ApplicationTimes& other) { return other.application == each.path; });
-    if (entry == times.end() || !labels.contains(each.label)) continue;
+    const auto entry = timesOf.find(each.path);
+    if (entry == timesOf.end() || !labels.contains(each.label)) continue;
     Chain chain;
     const auto takeLonger = [&chain](const Chain& other) {
       if (other.length > chain.length) chain = other;
     };
     for (const std::string& used : each.uses) takeLonger(chains[used]);
     const OutputTime* own = nullptr;
-    for (const OutputTime& tool : entry->tools) {
+    for (const OutputTime& tool : entry->second->tools) {
       if (tool.time.count() == 0) {
         ++timing.unknown;
         continue;
