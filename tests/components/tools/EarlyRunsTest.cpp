@@ -14,12 +14,15 @@ namespace {
 
 using ::testing::HasSubstr;
 
-// A compiler that copies its source to its output after a pause that the source names, and that
-// counts how many of its kind run at the same time.
+// A compiler that copies its source to its output after a pause that the source names, or once
+// three of its kind have run ("meet"), and that counts how many run at the same time.
 constexpr const char* kCompiler =
     "out=$1 src=$2 dir=$3\n"
     "touch \"$dir/run.$$\"; set -- \"$dir\"/run.*; echo $# >> \"$dir/counts\"\n"
-    "read pause < \"$src\"; sleep \"$pause\"\n"
+    "read pause < \"$src\"\n"
+    "if [ \"$pause\" = meet ]; then\n"
+    "  until [ $(wc -l < \"$dir/counts\") -ge 3 ]; do sleep 0.01; done\n"
+    "else sleep \"$pause\"; fi\n"
     "if grep -q bad \"$src\"; then echo \"$src:1: error: bad\"; rm \"$dir/run.$$\"; exit 1; fi\n"
     "if grep -q flood \"$src\"; then yes \"$src:1: warning: odd\" | head -n 2000; fi\n"
     "echo \"$src:1: warning: odd\"\ncp \"$src\" \"$out\"; echo \"o: $src $dir/h\" > \"$out.d\"\n"
@@ -75,7 +78,7 @@ TEST_F(EarlyRunsThread, ResultsWaitUntilTheyAreRequestedInAnyOrder) {
   std::vector<std::string> names;
   for (int i = 0; i < 12; ++i) {
     names.push_back("s" + std::to_string(i));
-    folder.Write(names.back() + ".c", i % 3 == 0 ? "0.2\n" : "0\n");
+    folder.Write(names.back() + ".c", i < 3 ? "meet\n" : "0\n");
   }
   AwaitTick();
   for (const std::string& name : names) EXPECT_TRUE(Prepare(name));
