@@ -108,10 +108,22 @@ bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   return false;
 }
 
+bool IsOfMissingFile(const StaleVerdict& verdict) {
+  switch (verdict.reason) {
+    case StaleReason::OutputMissing:
+    case StaleReason::PartMissing:
+    case StaleReason::SourceMissing:
+    case StaleReason::DependencyMissing:
+      return !verdict.file.empty();
+    default:
+      return false;
+  }
+}
+
 // Adds the reason of an outdated node. A file that can't be examined only seems to be missing.
 void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
   const Result<bool> exists =
-      verdict.file.empty() ? Result<bool>(true) : files.CheckExists(verdict.file);
+      IsOfMissingFile(verdict) ? files.CheckExists(verdict.file) : Result<bool>(true);
   row.AddAttr("Reason", exists ? NameOf(verdict.reason) : "unreadable");
   row.AddAttr("File", verdict.file);
   if (!exists) row.AddAttr("Detail", exists.GetError().text);

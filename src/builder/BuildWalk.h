@@ -28,9 +28,10 @@ namespace tarn {
 struct BuildAction {
   enum class Kind {
     Done,
-    Pause,    // time limit reached; call Advance again after serving the host
-    RunTool,  // run the tool, then call TakeToolResult
-    Examine,  // stat the files of the batch, then call SetMtimes
+    Pause,       // time limit reached; call Advance again after serving the host
+    FindAccess,  // call FindRequestedAccess, then TakeAccess
+    RunTool,     // run the tool, then call TakeToolResult
+    Examine,     // stat the files of the batch, then call SetMtimes
   };
   Kind kind = Kind::Done;
 
@@ -57,14 +58,17 @@ struct BuildAction {
 // Drops the early runs of the tool manager if the request asks for it. Comes before the next
 // function.
 void DropEarlyRuns(BuildAction& request);
+// Sets the access of the request, on the calling thread. A link takes time for each of its files.
+void FindRequestedAccess(BuildAction& request);
 // Starts the early runs of the request, and runs its tool with its snapshot on the calling thread.
 // Returns true if the tool succeeded.
 bool RunRequestedTool(BuildAction& request, FileSystem& files);
 
 // A resumable build: a depth-first traversal, children before their node, that runs the tool of
 // every stale node. Everything that accesses the tree, the log, the views or the property manager
-// happens inside Advance, on the main thread; running tools and, optionally, checking files are
-// left to the caller, which may be on another thread. Therefore no locks are needed.
+// happens inside Advance, on the main thread; running tools and, optionally, checking files and
+// what a tool accesses are left to the caller, which may be on another thread. Therefore no locks
+// are needed.
 //
 // Calling sequence: one Begin function, then Advance until it returns Done, serving each request.
 //
@@ -74,7 +78,7 @@ class BuildWalk {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // If `examinesElsewhere` is false, files are checked inside Advance.
+  // If `examinesElsewhere` is false, files and accesses are checked inside Advance.
   BuildWalk(Builder& projectBuilder, bool examinesElsewhere);
 
   // Call one of these once. A null node is a no-op.
@@ -84,6 +88,8 @@ class BuildWalk {
 
   // Continues until a request is needed, the walk is done, or `deadline` has passed.
   BuildAction Advance(std::optional<Clock::time_point> deadline);
+  // Completes a FindAccess request.
+  void TakeAccess(BuildAction request);
   // Completes a RunTool request.
   void TakeToolResult(bool succeeded, RunSnapshot snapshot);
   // Completes an Examine request. An unfinished batch is requested again.
@@ -133,6 +139,7 @@ class BuildWalk {
   bool EnterNextChild(Frame& frame);
   bool DoOwnWork(Frame& frame, BuildAction& request);
   bool RequestTool(Frame& frame, BuildAction& request);
+  bool RequestAccess(const CXmlNode& node, BuildAction& request) const;
   void PlanAhead(Frame& frame, BuildAction& request);
   bool IsStale(const Frame& frame, CXmlNode& node);
   std::shared_ptr<RunAhead> PlanEarly(CXmlNode& node);
@@ -192,6 +199,7 @@ class BuildWalk {
   RunSnapshot runSnapshot_;
   std::string folderBefore_;  // current folder to restore after the tool
   std::string messageFile_;
+  BuildAction accessed_;  // the last FindAccess request
   std::uint64_t treeGeneration_ = 0;
   // Set for projects with several applications, once known.
   std::unique_ptr<ApplicationOrder> order_;

@@ -27,6 +27,11 @@ std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
   return outputs;
 }
 
+template <class Run>
+bool IsSameRun(const Run& run, const BuildAction& request) {
+  return run.tool == request.tool && run.files == request.files && run.options == request.options;
+}
+
 }  // namespace
 
 bool BuildWalk::Clean(CXmlNode& node) {
@@ -166,6 +171,21 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   }
 }
 
+// Only an application has so many input files that checking them would delay the host. Returns true
+// if `request` was filled in.
+bool BuildWalk::RequestAccess(const CXmlNode& node, BuildAction& request) const {
+  const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
+  const bool isKnown = accessed_.kind == BuildAction::Kind::FindAccess;
+  if (!requestsMtimes_ || !isApplication || isKnown) return false;
+  request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
+  request.kind = BuildAction::Kind::FindAccess;
+  return true;
+}
+
+void BuildWalk::TakeAccess(BuildAction request) {
+  accessed_ = std::move(request);
+}
+
 BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& request) {
   const auto isUnusable = [this](const std::vector<std::string>& paths, std::string& why) {
     why = FindUnusableInput(paths);
@@ -173,8 +193,10 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& r
   };
   std::string why;
   if (isUnusable(SourcesOf(node), why)) return {why, std::nullopt};
-  request.access =
-      model_.Services().toolManager->GetAccess(request.tool, request.files, request.options);
+  BuildAction known = std::exchange(accessed_, {});
+  request.access = IsSameRun(known, request) ? std::move(known.access)
+                                             : model_.Services().toolManager->GetAccess(
+                                                   request.tool, request.files, request.options);
   if (isUnusable(FindAccessed(request.access, "read"), why) ||
       isUnusable(HeadersToCome(node, FindAccessed(request.access, "search")), why)) {
     return {why, std::nullopt};
@@ -206,10 +228,9 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
+  if (RequestAccess(node, request)) return false;
   request.own = runsAhead_.Take(node);
-  const bool isAhead = request.own != nullptr && request.own->tool == request.tool &&
-                       request.own->files == request.files &&
-                       request.own->options == request.options;
+  const bool isAhead = request.own != nullptr && IsSameRun(*request.own, request);
   if (request.own != nullptr && !isAhead) DropAhead(request);
   if (!isAhead) {
     const Obstacle obstacle = FindObstacle(node, request);
@@ -271,6 +292,12 @@ void DropEarlyRuns(BuildAction& request) {
   CToolManagerDriver tools;
   tools.AttachDispatch(request.toolManager.Get(), true);
   tools.DropTools();
+}
+
+void FindRequestedAccess(BuildAction& request) {
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  request.access = tools.GetAccess(request.tool, request.files, request.options);
 }
 
 bool RunRequestedTool(BuildAction& request, FileSystem& files) {

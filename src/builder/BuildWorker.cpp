@@ -168,6 +168,7 @@ void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) {
     if (request.kind == BuildAction::Kind::RunTool) {
       walk.TakeToolResult(toolResult, std::move(request.snapshot));
     }
+    if (request.kind == BuildAction::Kind::FindAccess) walk.TakeAccess(std::move(request));
     if (request.kind == BuildAction::Kind::Examine) walk.SetMtimes(request.batch);
     request = walk.Advance(BuildWalk::Clock::now() + kStepTime);
     control->isInStep = false;
@@ -180,6 +181,8 @@ void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) {
     DropEarlyRuns(request);
     if (request.kind == BuildAction::Kind::RunTool) {
       toolResult = RunRequestedTool(request, disk);
+    } else if (request.kind == BuildAction::Kind::FindAccess) {
+      FindRequestedAccess(request);
     } else if (request.kind == BuildAction::Kind::Examine) {
       request.batch.Examine(disk, BuildWalk::Clock::now() + kStatTime);
     }
