@@ -8,10 +8,13 @@
 namespace tarn::host {
 namespace {
 
-// A program that takes a while, and records how many of its kind run at the same time.
+// A program that takes a while, and records how many of its kind run at the same time, without
+// those that were killed.
 constexpr const char* kCounted =
-    "#!/bin/sh\ntouch \"$TMPDIR/run.$$\"; set -- \"$TMPDIR\"/run.*; echo $# >> \"$TMPDIR/counts\"\n"
-    "sleep 0.2; rm \"$TMPDIR/run.$$\"\n";
+    "#!/bin/sh\ntouch \"$TMPDIR/run.$$\"; count=0\n"
+    "for each in \"$TMPDIR\"/run.*; do kill -0 ${each##*.} && count=$((count + 1)); done "
+    "2>/dev/null\n"
+    "echo $count >> \"$TMPDIR/counts\"; sleep 0.2; rm \"$TMPDIR/run.$$\"\n";
 
 // Six sources, whose compiler counts; that of a.c runs make for further counted programs.
 class CliJobserver : public ::testing::Test {
