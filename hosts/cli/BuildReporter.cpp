@@ -33,7 +33,7 @@ ReportDetail DetailOf(const Invocation& asked) {
 }
 
 BuildReporter::BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
-                             std::function<WorkEstimate()> estimateWork)
+                             BuildProgress::Estimator estimateWork)
     : console_(output),
       folder_(std::move(startFolder)),
       detail_(reportDetail),

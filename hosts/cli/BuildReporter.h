@@ -25,7 +25,7 @@ class BuildReporter : public BuildObserver {
  public:
   // `estimateWork` returns the tools to run; it is called once, when the first one starts.
   BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
-                std::function<WorkEstimate()> estimateWork);
+                BuildProgress::Estimator estimateWork);
 
   // Also passes the events of tool runs to `observer`. Call this before Watch.
   using RunObserver = std::function<void(const RunEvent& event)>;

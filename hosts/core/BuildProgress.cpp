@@ -5,7 +5,7 @@
 
 namespace tarn::host {
 
-BuildProgress::BuildProgress(std::function<WorkEstimate()> estimateWork, bool watchesRuns)
+BuildProgress::BuildProgress(Estimator estimateWork, bool watchesRuns)
     : askWork_(std::move(estimateWork)), watchesRuns_(watchesRuns) {}
 
 void BuildProgress::OnToolStarted(const ToolStart& start) {
@@ -16,8 +16,9 @@ void BuildProgress::OnToolStarted(const ToolStart& start) {
 
 // The work is requested only if there is any.
 void BuildProgress::FetchWork() {
-  if (askWork_) {
-    work_ = std::exchange(askWork_, {})();
+  if (std::optional<WorkEstimate> work = askWork_ ? askWork_() : std::nullopt) {
+    askWork_ = {};
+    work_ = std::move(*work);
     for (const std::string& output : endedBefore_) work_.durations.erase(output);
     isCounted_ = true;
   }

@@ -24,9 +24,12 @@ class BuildProgress : public BuildObserver {
     Clock::time_point started;
   };
 
-  // `estimateWork` returns the tools to run; it is called once, when the first tool starts. Pass an
+  // Returns the tools to run, or nullopt if it has to be called again.
+  using Estimator = std::function<std::optional<WorkEstimate>()>;
+
+  // `estimateWork` is called whenever a tool starts, until it returns the tools to run. Pass an
   // empty function if they are unknown. `watchesRuns`: shows which tools run at the same time.
-  explicit BuildProgress(std::function<WorkEstimate()> estimateWork, bool watchesRuns = false);
+  explicit BuildProgress(Estimator estimateWork, bool watchesRuns = false);
 
   void OnToolStarted(const ToolStart& start) override;
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
@@ -54,7 +57,7 @@ class BuildProgress : public BuildObserver {
  private:
   void FetchWork();
 
-  std::function<WorkEstimate()> askWork_;
+  Estimator askWork_;
   const bool watchesRuns_;
   const Clock::time_point started_ = Clock::now();
   WorkEstimate work_;                     // without the durations of tools that have ended

@@ -126,12 +126,12 @@ Status ServerConnection::CheckInstallation() {
 }
 
 int ServerConnection::CountWork(const BuildRequest& request) {
-  return static_cast<int>(ListWork(request).size());
+  return static_cast<int>(ListWork(request, ParseStatus(inspector.GetStatus())).size());
 }
 
-// Returns the outputs of the tools that a build would run now.
-std::vector<std::string> ServerConnection::ListWork(const BuildRequest& request) {
-  const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
+// Returns the outputs of the tools that a build would run.
+std::vector<std::string> ServerConnection::ListWork(const BuildRequest& request,
+                                                    const std::vector<ApplicationStatus>& status) {
   const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
     return each.path == request.application;
   });
@@ -158,7 +158,21 @@ std::vector<std::string> ServerConnection::ListWork(const BuildRequest& request)
 }
 
 WorkEstimate ServerConnection::EstimateWork(const BuildRequest& request) {
-  const std::vector<std::string> outputs = ListWork(request);
+  return EstimateWork(request, inspector.GetStatus());
+}
+
+std::optional<WorkEstimate> ServerConnection::EstimateWorkFor(const BuildRequest& request,
+                                                              std::chrono::milliseconds time,
+                                                              bool begins) {
+  const std::string status =
+      inspector.GetStatusFor(static_cast<std::int32_t>(time.count()), begins ? 1 : 0);
+  if (status.empty()) return std::nullopt;
+  return EstimateWork(request, status);
+}
+
+WorkEstimate ServerConnection::EstimateWork(const BuildRequest& request,
+                                            const std::string& status) {
+  const std::vector<std::string> outputs = ListWork(request, ParseStatus(status));
   WorkEstimate work(static_cast<int>(outputs.size()));
   work.jobs = std::max(tools.GetJobs(), 1);
   std::unordered_map<std::string, WorkEstimate::Duration> known;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,6 +66,9 @@ class ServerConnection {
   int CountWork(const BuildRequest& request);
   // Returns the same with the durations of the last runs, and the number of jobs.
   WorkEstimate EstimateWork(const BuildRequest& request);
+  // Works for about that time. Returns nullopt if another call, without `begins`, is needed.
+  std::optional<WorkEstimate> EstimateWorkFor(const BuildRequest& request,
+                                              std::chrono::milliseconds time, bool begins);
   // Returns the outdated nodes, including reasons that only the host can find. `problem`, if given,
   // receives the reason if the applications can't be built at all.
   std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
@@ -90,7 +95,9 @@ class ServerConnection {
 
  private:
   Status AttachComponents(WindowHandle host);
-  std::vector<std::string> ListWork(const BuildRequest& request);
+  std::vector<std::string> ListWork(const BuildRequest& request,
+                                    const std::vector<ApplicationStatus>& status);
+  WorkEstimate EstimateWork(const BuildRequest& request, const std::string& status);
 };
 
 }  // namespace tarn::host

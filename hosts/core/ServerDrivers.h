@@ -111,6 +111,10 @@ class InspectorDriver : public COleDispatchDriver {
   std::string GetApplications() { return InvokeText(TARN_INS_GET_APPLICATIONS, {}); }
   // Returns the outdated nodes with their reasons as XML; see ParseStatus.
   std::string GetStatus() { return InvokeText(TARN_INS_GET_STATUS, {}); }
+  // Returns an empty string if another call, without `begins`, is needed to finish.
+  std::string GetStatusFor(std::int32_t milliseconds, std::int32_t begins) {
+    return InvokeText(TARN_INS_GET_STATUS_FOR, {milliseconds, begins});
+  }
   // Returns the outputs of each application in build order; see ParseBuildInputs.
   std::string GetBuildInputs() { return InvokeText(TARN_INS_GET_BUILD_INPUTS, {}); }
   // Returns the same with the durations of the last runs; see ParseBuildTimes.

@@ -4,6 +4,7 @@
 
 #include <QEventLoop>
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 #include <set>
 #include <utility>
@@ -18,6 +19,9 @@ constexpr std::uint32_t kBuildCommands[] = {
     TARN_CMD_REBUILD_ALL, TARN_CMD_BUILD_ALL,  TARN_CMD_CLEAN_ALL,      TARN_CMD_REBUILD_NODE,
     TARN_CMD_BUILD_NODE,  TARN_CMD_CLEAN_NODE, TARN_CMD_TRANSLATE_NODE, TARN_CMD_BUILD_APPLICATION,
 };
+
+// Duration of one step of work that can be divided.
+constexpr std::chrono::milliseconds kPieceTime(20);
 
 // Builds with a known number of tools; others may be of any part of the project.
 struct WholeBuild {
@@ -35,10 +39,13 @@ bool IsOfProject(std::uint32_t command) {
          command == TARN_CMD_CLEAN_ALL;
 }
 
-std::function<WorkEstimate()> EstimatorFor(std::uint32_t command, BuildSession& session) {
+// The status of a large project takes longer than the window may fail to respond.
+BuildProgress::Estimator EstimatorFor(std::uint32_t command, BuildSession& session) {
   for (const WholeBuild& each : kWholeBuilds) {
     if (each.command != command) continue;
-    return [&session, work = each.work] { return session.EstimateWork({work, {}}); };
+    return [&session, work = each.work, begins = true]() mutable {
+      return session.EstimateWorkFor({work, {}}, kPieceTime, std::exchange(begins, false));
+    };
   }
   return {};
 }
@@ -52,8 +59,6 @@ void RemoveCopies(FileSystem& files, const std::vector<FileText>& texts) {
   }
 }
 
-// Duration of one step of work that can be divided.
-constexpr std::chrono::milliseconds kPieceTime(20);
 // Interval of checks if the user's input has ended.
 constexpr std::chrono::milliseconds kOccupiedPause(100);
 
@@ -282,7 +287,7 @@ BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
 // of the build is unknown.
 void CommandRunner::TakeOver() {
   if (IsBuilding() || session_.Manager().EnableCommand(TARN_CMD_STOP) == 0) return;
-  progress_.emplace(std::function<WorkEstimate()>(), true);
+  progress_.emplace(BuildProgress::Estimator(), true);
   isStopAsked_ = false;
   isCleaning_ = false;
   isUnkept_ = session_.HasProject();

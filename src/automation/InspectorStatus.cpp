@@ -1,11 +1,13 @@
 // Status of the nodes before a build: which are out of date and why, inputs and outputs of tools.
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "automation/ApplicationSearch.h"
 #include "automation/BuildGaps.h"
 #include "automation/ProjectInspector.h"
-#include "builder/ApplicationOrder.h"
+#include "automation/StatusSurvey.h"
 #include "builder/LinkFiles.h"
 #include "builder/OutputIndex.h"
 #include "builder/Staleness.h"
@@ -129,57 +131,93 @@ void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
   if (!exists) row.AddAttr("Detail", exists.GetError().text);
 }
 
-// Adds the status of an application. The applications that it uses are listed by label, in build
-// order.
-void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& application,
-               CXmlNode& status) {
-  CProjectModel& model = builder.GetModel();
-  CXmlNode& entry = *status.AddChild("Application");
-  CopyAttribute(application, "Header", entry, "Header");
-  CopyAttribute(application, "Path", entry, "Path");
-  const char* config = application.GetAttrValue("Config");
-  entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
-  if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
-  AddGaps(model.Types(), application, false, entry);
-  bool partsAreStale = false;
-  for (const CXmlNode* used : order.GetUsed(application)) {
-    CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
-    partsAreStale = partsAreStale || HasStaleNodes(status, *used);
-  }
-  ForEachBuiltNode(builder, application, [&](CXmlNode& node) {
-    const StaleVerdict verdict = builder.ExamineNode(node);
-    const bool waitsForParts = !verdict && &node == &application && partsAreStale;
-    if (!verdict && !waitsForParts) return;
-    partsAreStale = true;
-    CXmlNode& row = *entry.AddChild("Node");
-    CopyAttribute(node, "Header", row, "Header");
-    CopyAttribute(node, "Path", row, "Path");
-    CopyAttribute(node, "OutputFile", row, "OutputFile");
-    CopyAttribute(node, "TranslateTool", row, "Tool");
-    if (verdict) {
-      AddReason(model.GetFiles(), verdict, row);
-    } else {
-      row.AddAttr("Reason", "parts-stale");
-      row.AddAttr("File", "");
-    }
-  });
-  AddGaps(model.Types(), application, true, entry);
-}
-
 }  // namespace
 
+StatusSurvey::StatusSurvey(Builder& builder)
+    : builder_(builder),
+      treeGeneration_(builder.GetModel().GetTreeGeneration()),
+      order_(builder.GetModel().Types(), builder.GetModel().Services().toolManager,
+             builder.GetModel().GetProjectRoot()) {
+  if (!builder.IsWorkerAlive()) builder.Information().InvalidateMtimes();
+  status_.SetName("Status");
+  if (!order_.GetProblem().empty()) status_.AddAttr("Problem", order_.GetProblem());
+}
+
+bool StatusSurvey::Continue(std::optional<Clock::time_point> deadline) {
+  const auto isComplete = [this] {
+    return application_ == nullptr && nextApplication_ == order_.GetAll().size();
+  };
+  while (!isComplete()) {
+    if (application_ == nullptr) {
+      BeginApplication(*order_.GetAll()[nextApplication_++]);
+    } else if (nextNode_ < nodes_.size()) {
+      Examine(*nodes_[nextNode_++]);
+    } else {
+      EndApplication();
+    }
+    if (deadline && Clock::now() >= *deadline) break;
+  }
+  return isComplete();
+}
+
+void StatusSurvey::BeginApplication(CXmlNode& application) {
+  CProjectModel& model = builder_.GetModel();
+  application_ = &application;
+  entry_ = status_.AddChild("Application");
+  CopyAttribute(application, "Header", *entry_, "Header");
+  CopyAttribute(application, "Path", *entry_, "Path");
+  const char* config = application.GetAttrValue("Config");
+  entry_->AddAttr("Config", config == nullptr ? kStandardConfig : config);
+  if (&application == model.GetActiveApplication()) entry_->AddAttr("Active", "Yes");
+  AddGaps(model.Types(), application, false, *entry_);
+  partsAreStale_ = false;
+  for (const CXmlNode* used : order_.GetUsed(application)) {
+    CopyAttribute(*used, "Header", *entry_->AddChild("Uses"), "Header");
+    partsAreStale_ = partsAreStale_ || HasStaleNodes(status_, *used);
+  }
+  nodes_.clear();
+  nextNode_ = 0;
+  ForEachBuiltNode(builder_, application, [&](CXmlNode& node) { nodes_.push_back(&node); });
+}
+
+void StatusSurvey::EndApplication() {
+  AddGaps(builder_.GetModel().Types(), *application_, true, *entry_);
+  application_ = nullptr;
+}
+
+void StatusSurvey::Examine(CXmlNode& node) {
+  const StaleVerdict verdict = builder_.ExamineNode(node);
+  const bool waitsForParts = !verdict && &node == application_ && partsAreStale_;
+  if (!verdict && !waitsForParts) return;
+  partsAreStale_ = true;
+  CXmlNode& row = *entry_->AddChild("Node");
+  CopyAttribute(node, "Header", row, "Header");
+  CopyAttribute(node, "Path", row, "Path");
+  CopyAttribute(node, "OutputFile", row, "OutputFile");
+  CopyAttribute(node, "TranslateTool", row, "Tool");
+  if (verdict) {
+    AddReason(builder_.GetModel().GetFiles(), verdict, row);
+  } else {
+    row.AddAttr("Reason", "parts-stale");
+    row.AddAttr("File", "");
+  }
+}
+
 std::string ProjectInspector::GetStatus() {
+  if (Model() == nullptr) return {};
+  StatusSurvey survey(*GetBuilder());
+  survey.Continue(std::nullopt);
+  return survey.ToText();
+}
+
+std::string ProjectInspector::GetStatusFor(std::int32_t milliseconds, std::int32_t begins) {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
-  if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().InvalidateMtimes();
-  CXmlNode status;
-  status.SetName("Status");
-  const ApplicationOrder order(model->Types(), model->Services().toolManager,
-                               model->GetProjectRoot());
-  for (CXmlNode* application : order.GetAll())
-    AddStatus(*GetBuilder(), order, *application, status);
-  if (!order.GetProblem().empty()) status.AddAttr("Problem", order.GetProblem());
-  return status.ToString(g_xmlDisplayOptions);
+  const auto deadline = StatusSurvey::Clock::now() + std::chrono::milliseconds(milliseconds);
+  const bool isValid = survey_ && survey_->GetTreeGeneration() == model->GetTreeGeneration();
+  if (begins != 0 || !isValid) survey_ = std::make_unique<StatusSurvey>(*GetBuilder());
+  if (!survey_->Continue(deadline)) return {};
+  return std::exchange(survey_, nullptr)->ToText();
 }
 
 std::string ProjectInspector::GetBuildInputs() {

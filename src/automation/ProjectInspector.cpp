@@ -2,6 +2,7 @@
 
 #include <tarn/methods.h>
 
+#include "automation/StatusSurvey.h"
 #include "automation/TargetList.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -15,6 +16,7 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
       Method<&I::PublishAll>("PublishAll", TARN_INS_PUBLISH_ALL, {}),
       Method<&I::GetTree>("GetTree", TARN_INS_GET_TREE, {}),
       Method<&I::GetStatus>("GetStatus", TARN_INS_GET_STATUS, {}),
+      Method<&I::GetStatusFor>("GetStatusFor", TARN_INS_GET_STATUS_FOR, {"milliseconds", "begins"}),
       Method<&I::GetBuildInputs>("GetBuildInputs", TARN_INS_GET_BUILD_INPUTS, {}),
       Method<&I::GetBuildTimes>("GetBuildTimes", TARN_INS_GET_BUILD_TIMES, {}),
       Method<&I::GetToolInput>("GetToolInput", TARN_INS_GET_TOOL_INPUT,
@@ -81,6 +83,9 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
   });
   return table;
 }
+
+ProjectInspector::ProjectInspector() = default;
+ProjectInspector::~ProjectInspector() = default;
 
 CProjectModel* ProjectInspector::Model() const {
   auto* object = static_cast<CProjectManager*>(manager_.Get());

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "automation/ProjectManager.h"
 
 namespace tarn {
+
+class StatusSurvey;
 
 // Inspection interface next to the manager, for hosts such as command-line tools: the tree as XML,
 // what is out of date and why, the input of a tool, the origin of an option's value. It doesn't
@@ -19,6 +22,9 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   static constexpr const char* kProgId = "TarnProjectManager.ProjectInspector";
 
   static const DispatchTable<ProjectInspector>& Table();
+
+  ProjectInspector();
+  ~ProjectInspector() override;
 
   // Attaches the manager. Returns 0 if the object isn't a manager of this library.
   std::int32_t Attach(IDispatch* managerObject);
@@ -35,6 +41,10 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // are out of date, each with its reason. The top element has the attribute "Problem" if the
   // applications can't be ordered.
   std::string GetStatus();
+  // Like GetStatus(), but stops after about that many milliseconds; returns an empty string if
+  // there is more to do in another call. If `begins`, and if nodes have been removed from the tree
+  // since the last call, it starts with the first node.
+  std::string GetStatusFor(std::int32_t milliseconds, std::int32_t begins);
   // Returns lines: "A <path of the application>", then "N <output file>" for each node with a tool,
   // in build order.
   std::string GetBuildInputs();
@@ -225,7 +235,8 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   const ServerLock lock_;
   DispatchPtr manager_;
   CXmlNode* savedNode_ = nullptr;
-  std::uint64_t savedGeneration_ = 0;  // generation of the tree at that time
+  std::uint64_t savedGeneration_ = 0;     // generation of the tree at that time
+  std::unique_ptr<StatusSurvey> survey_;  // unfinished one of GetStatusFor()
 };
 
 }  // namespace tarn

@@ -55,6 +55,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"PublishAll", TARN_INS_PUBLISH_ALL, {}, "0", "1"},
       {"GetTree", TARN_INS_GET_TREE, {}, "''", "'\r\n<Project/>'"},
       {"GetStatus", TARN_INS_GET_STATUS, {}, "''", "'\r\n<Status/>'"},
+      {"GetStatusFor", TARN_INS_GET_STATUS_FOR, {5, 1}, "''", "'\r\n<Status/>'"},
       {"GetBuildInputs", TARN_INS_GET_BUILD_INPUTS, {}, "''", "''"},
       {"GetBuildTimes", TARN_INS_GET_BUILD_TIMES, {}, "''", "''"},
       {"GetToolInput", TARN_INS_GET_TOOL_INPUT, {"demo", "/p/main.o"}, "''", "''"},
@@ -178,6 +179,10 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   EXPECT_EQ(Ask(TARN_INS_GET_TREE).find("Values"), std::string::npos);
   EXPECT_NE(Ask(TARN_INS_GET_STATUS).find("Reason=\"output-missing\""), std::string::npos)
       << Ask(TARN_INS_GET_STATUS);
+  std::string part = Ask(TARN_INS_GET_STATUS_FOR, {0, 1});
+  EXPECT_EQ(part, "''") << "the first of several parts";
+  while (part == "''") part = Ask(TARN_INS_GET_STATUS_FOR, {0, 0});
+  EXPECT_EQ(part, Ask(TARN_INS_GET_STATUS));
   const std::string inputs = Ask(TARN_INS_GET_BUILD_INPUTS);
   EXPECT_EQ(inputs.substr(0, 20), "'A /p/demo.tapp\nN /p") << inputs;
   EXPECT_NE(inputs.find(" /p/main.o\n"), std::string::npos) << inputs;
