@@ -39,7 +39,7 @@ bool IsOfProject(std::uint32_t command) {
          command == TARN_CMD_CLEAN_ALL;
 }
 
-// The status of a large project takes longer than the window may fail to respond.
+// Divides the work into steps: for a large project the window must respond in the meantime.
 BuildProgress::Estimator EstimatorFor(std::uint32_t command, BuildSession& session) {
   for (const WholeBuild& each : kWholeBuilds) {
     if (each.command != command) continue;

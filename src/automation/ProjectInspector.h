@@ -42,8 +42,8 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // applications can't be ordered.
   std::string GetStatus();
   // Like GetStatus(), but stops after about that many milliseconds; returns an empty string if
-  // there is more to do in another call. If `begins`, and if nodes have been removed from the tree
-  // since the last call, it starts with the first node.
+  // there is more to do in another call. Starts with the first node if `begins` is 1, or if nodes
+  // have been removed from the tree since the last call; otherwise continues.
   std::string GetStatusFor(std::int32_t milliseconds, std::int32_t begins);
   // Returns lines: "A <path of the application>", then "N <output file>" for each node with a tool,
   // in build order.
