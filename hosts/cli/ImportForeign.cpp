@@ -197,9 +197,11 @@ int ForeignImport::Place(const std::vector<NewFile>& list) {
 int ForeignImport::CheckNames(const ImportedProject& project) const {
   for (const ImportedApplication& each : project.applications) {
     for (const ImportedFile& file : each.files) {
-      if (IsStorable(file.path)) continue;
-      context_.Complain(context_.Show(file.path) +
-                        " can't be imported: a project can't store &quot; or &slash;.");
+      std::string why = context_.WhyUnusable(file.path);
+      if (why.empty() && !IsStorable(file.path)) why = "a project can't store &quot; or &slash;";
+      if (why.empty() && Printable(file.path) != file.path) why = "its name can't be printed";
+      if (why.empty()) continue;
+      context_.Complain(context_.ShowFailure(file.path, "imported", why) + ".");
       return kExitUsage;
     }
   }
@@ -286,7 +288,7 @@ int ChooseFormat(CommandContext& context, ForeignFormat& format) {
       context.Complain(context.Show(path) +
                        " contains nothing that can be imported. See `tarn "
                        "import --help`.");
-      return kExitUsage;
+      return kExitCannotOpen;
     }
   } else {
     for (const auto& each : kKnownNames) {

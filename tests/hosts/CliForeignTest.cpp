@@ -17,7 +17,10 @@ struct ForeignProject : CliProject {
     Write("other/src/main.c",
           "#include \"part.h\"\n#include <stdio.h>\n"
           "int main(void) { printf(\"%s %d\", NAME, part()); return 0; }\n");
-    Write("other/src/part/part.c", "#include \"part.h\"\nint part(void) { return LEVEL; }\n");
+    Write("other/src/part/part.c",
+          "#include \"part.h\"\nint part(void) { return LEVEL; }\n"
+          "#ifdef MAKE_TABLE\nint main(argc, argv)\n  int argc; char **argv;\n{ return 1; }\n"
+          "#endif\n");
     Write("other/inc/part.h", "int part(void);\n");
     Write("other/test/broken.c", "#error not part of it\n");
   }
@@ -119,7 +122,7 @@ TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
       {{"other/x.cproject", "--from", "cproject"}, 3, "not a C/C++ project description"},
       {{"other/none.json", "--from", "sketch"}, 3, "there is no *.ino file"},
       {{"other/gone.ini", "--from", "platformio"}, 3, "does not exist"},
-      {{"other/src"}, 2, "contains nothing that can be imported"},
+      {{"other/src"}, 3, "contains nothing that can be imported"},
   };
   for (const auto& row : rows) {
     std::vector<std::string> words = row.words;

@@ -1,6 +1,7 @@
 // Divides the sources of a foreign build into applications.
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "hosts/core/import/Converters.h"
@@ -18,6 +19,25 @@ constexpr std::size_t kLargestSource = std::size_t{8} << 20;
 std::string StemOf(const std::string& path) {
   const std::string name = FileNameOf(path);
   return name.starts_with("lib") ? name.substr(0, name.find('.')) : WithoutExtension(name);
+}
+
+// Returns false for a function within #ifdef NAME if the command doesn't define that name. Names
+// that start with an underscore may be the compiler's own.
+bool IsCompiled(const FoundFunction& function, const CompilerCommand& command) {
+  constexpr std::string_view kDirective = "#ifdef ";
+  const std::vector<std::string>& conditions = function.conditions;
+  for (std::size_t i = 0; i < conditions.size(); ++i) {
+    if (!conditions[i].starts_with(kDirective)) continue;
+    const bool isOther = i + 1 < conditions.size() && conditions[i + 1].starts_with("#el");
+    const std::string name(Trim(std::string_view(conditions[i]).substr(kDirective.size())));
+    const bool isDefined =
+        name.starts_with('_') ||
+        std::any_of(command.defines.begin(), command.defines.end(), [&](const std::string& each) {
+          return each.substr(0, each.find('=')) == name;
+        });
+    if (isDefined == isOther) return false;
+  }
+  return true;
 }
 
 class Division {
@@ -41,7 +61,7 @@ class Division {
   void CollectByMain();
   void TakeInputs(const ForeignLink& link, Part& part);
   bool MergesInto(const Part& part);
-  bool HasMain(const std::string& path) const;
+  bool HasMain(const CompiledSource& source) const;
   std::string UniqueLabel(const std::string& wanted);
   const Part* LibraryOf(const std::string& stem) const;
   void AddPart(const Part& part);
@@ -52,8 +72,9 @@ class Division {
   const ImportContext& context_;
   ImportedProject& project_;
   std::vector<Part> parts_;
-  std::set<std::string> labels_;  // in small letters
-  std::set<std::string> used_;    // sources
+  std::set<std::string> labels_;                          // in small letters
+  std::set<std::string> used_;                            // sources
+  std::map<std::string, const CompiledSource*> sources_;  // by their own path and their object's
 };
 
 std::string Division::UniqueLabel(const std::string& wanted) {
@@ -66,17 +87,13 @@ std::string Division::UniqueLabel(const std::string& wanted) {
 }
 
 void Division::TakeInputs(const ForeignLink& link, Part& part) {
+  std::set<std::string> known;
   for (const std::string& input : link.command.inputs) {
-    for (const CompiledSource& each : build_.sources) {
-      const bool isObject = !each.command.output.empty() && each.command.output == input;
-      if (!isObject && each.path != input) continue;
-      const bool isKnown =
-          std::any_of(part.sources.begin(), part.sources.end(),
-                      [&each](const CompiledSource& known) { return known.path == each.path; });
-      if (!isKnown) part.sources.push_back(each);
-      used_.insert(each.path);
-      break;
-    }
+    const auto found = sources_.find(input);
+    if (found == sources_.end()) continue;
+    const CompiledSource& source = *found->second;
+    if (known.insert(source.path).second) part.sources.push_back(source);
+    used_.insert(source.path);
   }
 }
 
@@ -96,13 +113,22 @@ bool Division::MergesInto(const Part& part) {
       each.sources = part.sources;
       return true;
     }
-    for (const CompiledSource& source : part.sources) each.sources.push_back(source);
+    for (const CompiledSource& source : part.sources) {
+      const bool isKnown =
+          std::any_of(each.sources.begin(), each.sources.end(),
+                      [&source](const CompiledSource& own) { return own.path == source.path; });
+      if (!isKnown) each.sources.push_back(source);
+    }
     return true;
   }
   return false;
 }
 
 void Division::CollectByLinks() {
+  for (const CompiledSource& each : build_.sources) {
+    sources_.insert({each.path, &each});
+    if (!each.command.output.empty()) sources_.insert({each.command.output, &each});
+  }
   for (const ForeignLink& link : build_.links) {
     Part part;
     part.link = &link;
@@ -119,12 +145,14 @@ void Division::CollectByLinks() {
   }
 }
 
-bool Division::HasMain(const std::string& path) const {
-  const auto text = ReadForImport(context_.files, path, kLargestSource);
+bool Division::HasMain(const CompiledSource& source) const {
+  const auto text = ReadForImport(context_.files, source.path, kLargestSource);
   if (!text || text->find("main") == std::string::npos) return false;
   const ScannedSource scanned = ScanSource(*text);
   return std::any_of(scanned.functions.begin(), scanned.functions.end(),
-                     [](const FoundFunction& each) { return each.name == "main"; });
+                     [&](const FoundFunction& each) {
+                       return each.name == "main" && IsCompiled(each, source.command);
+                     });
 }
 
 void Division::CollectByMain() {
@@ -134,7 +162,7 @@ void Division::CollectByMain() {
     used_.insert(each.path);
     if (!seen.insert(each.path).second) {
       project_.remarks.push_back(each.path + " is compiled twice; the first command is used");
-    } else if (HasMain(each.path)) {
+    } else if (HasMain(each)) {
       programs.push_back(each);
     } else {
       others.push_back(each);

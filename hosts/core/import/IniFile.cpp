@@ -7,6 +7,7 @@ namespace tarn::host {
 namespace {
 
 constexpr int kDeepest = 16;                            // references in references
+constexpr int kMostReferences = 10000;                  // for one value
 constexpr std::size_t kLongest = std::size_t{1} << 20;  // value after the replacement
 
 // Drops a comment after a value.
@@ -55,6 +56,7 @@ std::vector<std::string> IniFile::GetKeys(const std::string& section) const {
 }
 
 std::string IniFile::Get(const std::string& section, const std::string& key) const {
+  references_ = 0;
   return Find(section, key, 0);
 }
 
@@ -88,7 +90,8 @@ std::string IniFile::Expand(const std::string& value, const std::string& section
     const std::size_t dot = name.rfind('.');
     std::string from = dot == std::string::npos ? section : name.substr(0, dot);
     if (from == "this") from = section;
-    const bool isKnown = sections_.contains(from) && depth < kDeepest;
+    const bool isKnown =
+        sections_.contains(from) && depth < kDeepest && ++references_ < kMostReferences;
     text += isKnown ? Find(from, FoldCase(name.substr(dot + 1)), depth + 1)
                     : value.substr(start, end + 1 - start);
     at = end + 1;

@@ -28,6 +28,7 @@ class IniFile {
   std::map<std::string, Section> sections_;
   std::vector<std::string> order_;
   std::vector<std::string> faults_;
+  mutable int references_ = 0;  // that were replaced for one value
 };
 
 }  // namespace tarn::host

@@ -10,6 +10,10 @@ namespace tarn::host {
 
 namespace {
 
+// Limits for input that nobody has written by hand.
+constexpr std::size_t kMostConditions = 64;
+constexpr std::size_t kLongestHead = 10000;  // of a function, with the declarations after it
+
 bool IsWordChar(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
@@ -144,12 +148,14 @@ void Scanner::TakeDirective() {
       std::find_if_not(word.begin(), word.end(), IsWordChar) - word.begin());
   const std::string rest(Trim(std::string_view(word).substr(end)));
   word.resize(end);
+  const bool isKept = conditions_.size() < kMostConditions;
   if (word == "if" || word == "ifdef" || word == "ifndef") {
-    conditions_.push_back({line, start, ++level_});
+    ++level_;
+    if (isKept) conditions_.push_back({line, start, level_});
   } else if ((word == "else" || word == "elif") && level_ > 0) {
-    conditions_.push_back({line, start, level_});
+    if (isKept) conditions_.push_back({line, start, level_});
   } else if (word == "endif" && level_ > 0) {
-    std::erase_if(conditions_, [this](const Condition& each) { return each.group == level_; });
+    while (!conditions_.empty() && conditions_.back().group == level_) conditions_.pop_back();
     --level_;
   } else if (word == "include" && rest.size() > 2 && (rest[0] == '<' || rest[0] == '"')) {
     const std::size_t close = rest.find(rest[0] == '<' ? '>' : '"', 1);
@@ -212,7 +218,7 @@ void Scanner::TakeChar(char c) {
   } else if (depth_ > 0) {
     return;
   } else if (c == ';') {
-    if (!IsOldStyle()) return EndStatement();
+    if (statement_.size() > kLongestHead || !IsOldStyle()) return EndStatement();
     statement_ += c;
   } else if (IsSpace(c)) {
     if (!statement_.empty() && statement_.back() != ' ') statement_ += ' ';
