@@ -419,7 +419,7 @@ CommandSpec AddCommand() {
       .help = "Add files or applications",
       .examples = {{"tarn add blinky.tprj src/uart.c src/uart.h", "to the active application"},
                    {"tarn add . src/*.c --to Sources", "to a group"},
-                   {"tarn add -r src --exclude test", "a folder, with groups like its folders"},
+                   {"tarn add -r src --exclude test", "a folder with its subfolders"},
                    {"tarn add --application boot src/boot.c", "to a second application"}},
       .access = ProjectAccess::Edit,
       .declare =
