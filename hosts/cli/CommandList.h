@@ -38,6 +38,7 @@ namespace tarn::host {
   COMMAND(RegisterCommand)              \
   COMMAND(UnregisterCommand)            \
   COMMAND(AddCommand)                   \
+  COMMAND(SyncCommand)                  \
   COMMAND(RemoveCommand)                \
   COMMAND(MoveCommand)                  \
   COMMAND(RenameCommand)                \

@@ -6,6 +6,8 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/CreatedFiles.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/FolderSync.h"
+#include "hosts/cli/NewApplication.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/ProjectTemplate.h"
@@ -25,6 +27,11 @@ struct EditOptions {
   std::string name;                // NAME of rename, APP of select
   std::string target;              // add --to
   bool create = false;             // add --create
+  bool recursive = false;          // add --recursive
+  std::vector<std::string> exclude, match;
+  std::string application;  // add --application
+  bool remove = false;      // sync --remove
+  bool dryRun = false;      // sync --dry-run
 };
 
 constexpr std::string_view kProjectExtension = ".tprj";
@@ -78,11 +85,14 @@ class Edit {
   int Move();
   int Rename();
   int SelectApplication();
+  int Sync();
 
  private:
   int TakeWords();
   bool IsProject(const std::string& word) const;
   int AddOne(const std::string& file);
+  int AddFolder(const std::string& folder);
+  int ChooseApplication(ApplicationEntry& application);
   int SelectTarget();
   int MakeGroup(const std::string& label);
 
@@ -106,6 +116,7 @@ class Edit {
   std::vector<std::string> words_;
   std::string project_;
   CreatedFiles created_;
+  NewApplication newApplication_;
   std::vector<std::string> done_;  // lines that report the changes
 };
 
@@ -119,10 +130,11 @@ int Edit::Run() {
   // Publishing makes paths absolute, so that each file has a single name.
   context_.Session().Inspector().PublishAll();
   if (const int code = (this->*rule_.perform)(); code != kExitDone) return code;
-  if (!done_.empty()) {
+  if (!done_.empty() && !context_.Own<EditOptions>().dryRun) {
     if (const int code = context_.SaveProject(); code != kExitDone) return code;
   }
   created_.Keep();
+  newApplication_.Keep();
   return Report();
 }
 
@@ -155,9 +167,53 @@ bool Edit::IsProject(const std::string& word) const {
 }
 
 int Edit::Add() {
+  const EditOptions& own = context_.Own<EditOptions>();
+  if (words_.empty() && own.application.empty()) {
+    return Fail("Missing FILE. Usage: tarn add [PROJECT] " + std::string(rule_.usage));
+  }
+  if (!own.application.empty()) {
+    ApplicationEntry similar;
+    if (const int code = ChooseApplication(similar); code != kExitDone) return code;
+    const int code = newApplication_.Make(context_, own.application, similar.path);
+    if (code != kExitDone) return code;
+    Note("created " + context_.Show(newApplication_.GetPath()));
+  }
   for (const std::string& file : words_) {
     if (const int code = AddOne(file); code != kExitDone) return code;
   }
+  return kExitDone;
+}
+
+// Adds the files of a folder, with groups like the folders in it.
+int Edit::AddFolder(const std::string& folder) {
+  const EditOptions& own = context_.Own<EditOptions>();
+  ApplicationEntry application;
+  if (const int code = ChooseApplication(application); code != kExitDone) return code;
+  std::vector<std::string> group;
+  for (const std::string_view each : Split(own.target, '/')) {
+    if (!each.empty()) group.emplace_back(each);
+  }
+  const std::string project = FolderOf(context_.Session().GetProjectPath());
+  if (own.target.empty() && folder != project) group.push_back(FileNameOf(folder));
+  FolderSync sync(context_);
+  const int code = sync.Add(application.path, group, {folder, own.exclude, own.match});
+  if (code != kExitDone) return code;
+  Note((group.empty() ? application.label : "the group " + Printable(group.back())) + " follows " +
+       context_.Show(folder));
+  for (const std::string& each : sync.GetChanges()) Note(each);
+  return kExitDone;
+}
+
+int Edit::Sync() {
+  const EditOptions& own = context_.Own<EditOptions>();
+  FolderSync sync(context_);
+  const int code = sync.Refresh(context_.Scope(), own.remove, own.dryRun);
+  if (code != kExitDone) return code;
+  if (!sync.HasFollowed()) {
+    return Fail("No group follows a folder. Use `tarn add -r FOLDER` first.");
+  }
+  for (const std::string& each : sync.GetGone()) context_.Remark(each);
+  for (const std::string& each : sync.GetChanges()) Note(each);
   return kExitDone;
 }
 
@@ -166,7 +222,8 @@ int Edit::AddOne(const std::string& file) {
       IsRelativePath(file) ? JoinPath(context_.StartFolder(), file) : file);
   const bool isApplication = EqualNoCase(ExtensionOf(path), kApplicationExtension);
   if (context_.Files().IsFolder(path)) {
-    return Fail(context_.Show(path) + " is a folder. Specify the files in it.");
+    if (context_.Own<EditOptions>().recursive) return AddFolder(path);
+    return Fail(context_.Show(path) + " is a folder. Specify the files in it, or use -r.");
   }
   const std::string folder = FolderOf(context_.Session().GetProjectPath());
   if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
@@ -212,20 +269,32 @@ int Edit::AddOne(const std::string& file) {
   return kExitDone;
 }
 
+// Finds the application that new nodes go to: the new one, the one of --app, or the active one. Its
+// path is empty if there is none.
+int Edit::ChooseApplication(ApplicationEntry& application) {
+  if (!newApplication_.GetPath().empty()) {
+    application.path = newApplication_.GetPath();
+    application.label = context_.Own<EditOptions>().application;
+    return kExitDone;
+  }
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context_.ChooseApplications(chosen); code != kExitDone) return code;
+  for (const ApplicationEntry& each : chosen) {
+    if (application.path.empty() || each.active) application = each;
+  }
+  return kExitDone;
+}
+
 // Makes the parent of new nodes current: the node of --to, which may be a new group, else the
 // application.
 int Edit::SelectTarget() {
-  std::vector<ApplicationEntry> chosen;
-  if (const int code = context_.ChooseApplications(chosen); code != kExitDone) return code;
-  const ApplicationEntry* wanted = nullptr;
-  for (const ApplicationEntry& each : chosen) {
-    if (wanted == nullptr || each.active) wanted = &each;
-  }
+  ApplicationEntry wanted;
   const std::string& target = context_.Own<EditOptions>().target;
-  if (wanted != nullptr && !context_.Session().Inspector().SelectApplication(wanted->path)) {
-    return Fail(wanted->label + " can't be found.");
+  if (const int code = ChooseApplication(wanted); code != kExitDone) return code;
+  if (!wanted.path.empty() && !context_.Session().Inspector().SelectApplication(wanted.path)) {
+    return Fail(wanted.label + " can't be found.");
   }
-  if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
+  if (target.empty() && wanted.path.empty()) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
   if (context_.Own<EditOptions>().create && !HasNativeSeparator(target) &&
       context_.SelectNode(target, context_.Scope()) == 0) {
@@ -349,7 +418,9 @@ CommandSpec AddCommand() {
       .group = CommandGroup::Files,
       .help = "Add files or applications",
       .examples = {{"tarn add blinky.tprj src/uart.c src/uart.h", "to the active application"},
-                   {"tarn add . src/*.c --to Sources", "to a group"}},
+                   {"tarn add . src/*.c --to Sources", "to a group"},
+                   {"tarn add -r src --exclude test", "a folder with its subfolders"},
+                   {"tarn add --application boot src/boot.c", "to a second application"}},
       .access = ProjectAccess::Edit,
       .declare =
           [](CommandArguments& arguments) {
@@ -361,11 +432,50 @@ CommandSpec AddCommand() {
             arguments.Option("--to", own.target, "NODE", "Group or application to add the files to")
                 .NotEmpty();
             arguments.Flag("--create", own.create, "Create missing files and a missing group");
+            const Argument recursive = arguments.Flag(
+                "-r,--recursive", own.recursive,
+                "Add the sources in folders, with groups like these; see `tarn sync`");
+            arguments
+                .Option("--exclude", own.exclude, "PATTERN",
+                        "Leave out these files or folders; may be repeated")
+                .Needs(recursive);
+            arguments
+                .Option("--match", own.match, "PATTERN",
+                        "Add only these files, of any type; may be repeated")
+                .Needs(recursive);
+            arguments
+                .Option("--application", own.application, "NAME",
+                        "Create an application for the same target, and add the files to it")
+                .NotEmpty();
             arguments.AddEditing();
           },
       .run =
           [](CommandContext& context) {
-            return Edit(context, {1, true, "FILE...", &Edit::Add}).Run();
+            const bool isNew = !context.Own<EditOptions>().application.empty();
+            return Edit(context, {isNew ? 0U : 1U, true, "FILE...", &Edit::Add}).Run();
+          },
+  };
+}
+
+CommandSpec SyncCommand() {
+  return {
+      .name = "sync",
+      .group = CommandGroup::Files,
+      .help = "Add new files of the folders that groups follow",
+      .examples = {{"tarn sync --dry-run", "show what would change"},
+                   {"tarn sync --remove", "also remove files that are gone"}},
+      .access = ProjectAccess::Edit,
+      .declare =
+          [](CommandArguments& arguments) {
+            EditOptions& own = arguments.Own<EditOptions>();
+            arguments.AddProjectAndApp("Only groups of this application");
+            arguments.Flag("--remove", own.remove, "Remove files that do not exist any more");
+            arguments.Flag("-n,--dry-run", own.dryRun, "Change nothing, only show what would be");
+            arguments.AddEditing();
+          },
+      .run =
+          [](CommandContext& context) {
+            return Edit(context, {0, false, "", &Edit::Sync}).Run();
           },
   };
 }

@@ -4,6 +4,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/ImportForeign.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/Terminal.h"
 #include "platform/paths/Paths.h"
@@ -14,12 +15,7 @@ namespace tarn::host {
 
 namespace {
 
-struct ImportOptions {
-  std::string older;  // file in the old format
-  bool yes = false;
-};
-
-constexpr std::string_view kProjectExtension = ".tprj";
+constexpr std::string_view kCurrentExtension = ".tprj";
 
 // One import. Also acts as the user to whom the server's questions and messages are directed.
 class Import final : private DialogResponder {
@@ -27,7 +23,7 @@ class Import final : private DialogResponder {
   explicit Import(CommandContext& commandContext)
       : context_(commandContext),
         older_(FullPath(commandContext)),
-        project_(WithExtension(older_, std::string(kProjectExtension))) {
+        project_(WithExtension(older_, std::string(kCurrentExtension))) {
     SetDialogResponder(context_.Frame().GetHandle(), this);
   }
   Import(const Import&) = delete;
@@ -85,7 +81,7 @@ void Import::TakeLines() {
 }
 
 int Import::CheckFile() const {
-  if (EqualNoCase(ExtensionOf(older_), kProjectExtension)) {
+  if (EqualNoCase(ExtensionOf(older_), kCurrentExtension)) {
     context_.Complain(context_.Show(older_) + " needs no conversion.");
     return kExitUsage;
   }
@@ -151,7 +147,9 @@ int Import::Run() {
 }
 
 int RunImport(CommandContext& context) {
-  return Import(context).Run();
+  ForeignFormat format = ForeignFormat::Old;
+  if (const int code = ChooseFormat(context, format); code != kExitDone) return code;
+  return format == ForeignFormat::Old ? Import(context).Run() : ImportForeign(context, format);
 }
 
 }  // namespace
@@ -160,16 +158,33 @@ CommandSpec ImportCommand() {
   return {
       .name = "import",
       .group = CommandGroup::Files,
-      .help = "Import a project in the old format",
-      .examples = {{"tarn import blinky.prj", "create blinky.tprj from it"},
+      .help = "Import a project of another build system or in the old format",
+      .examples = {{"tarn import build/compile_commands.json", "what another build compiles"},
+                   {"tarn import platformio.ini", "its environments as configurations"},
+                   {"tarn import Blink --board uno", "a sketch"},
+                   {"tarn import --run-make Makefile", "what `make -n` prints"},
+                   {"tarn import blinky.prj", "create blinky.tprj from it"},
                    {"tarn import --yes all.stw", "all projects of a workspace, again"}},
       .declare =
           [](CommandArguments& arguments) {
             ImportOptions& own = arguments.Own<ImportOptions>();
             arguments
-                .Positional("OLD", own.older,
-                            "Project (*.prj) or workspace (*.stw) in the old format")
+                .Positional("FILE", own.older,
+                            "compile_commands.json, platformio.ini, .cproject, *.ino, Makefile, "
+                            "*.prj, *.stw, or a folder with one of them")
                 .Required();
+            arguments
+                .Option("--from", own.format, "FORMAT",
+                        "Format, if the name of the file doesn't show it")
+                .OneOf(FormatNames());
+            arguments
+                .Option("--to", own.folder, "FOLDER",
+                        "Folder of the new project; default: that of the sources")
+                .NotEmpty();
+            arguments.Option("--board", own.board, "NAME", "Board of a sketch; default: uno")
+                .NotEmpty();
+            arguments.Flag("--run-make", own.runMake,
+                           "Run `make -n` on a Makefile, which executes shell parts of it");
             arguments.Flag("-y,--yes", own.yes, "Replace an existing project");
           },
       .run = RunImport,

@@ -7,6 +7,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/core/FirstSource.h"
 #include "hosts/core/WizardForm.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Suggest.h"
@@ -16,8 +17,6 @@
 namespace tarn::host {
 
 namespace {
-
-constexpr const char* kFirstGroup = "Sources";
 
 // Returns "\"a\", \"b\""; unnamed entries are skipped, because the user can't select them.
 std::string Listed(const std::vector<std::string>& names) {
@@ -121,17 +120,12 @@ int Creation::AddFirstSource() {
   BuildSession& session = context_.Session();
   session.Inspector().PublishAll();
   const auto applications = ListApplications(session.Inspector());
-  // An application that only downloads a finished program has no sources.
-  if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
-  const std::string source = JoinPath(staged_.folder, "src/main.c");
-  if (const Status written = WriteFirstSource(context_.Files(), source); !written) {
-    return Fail(context_.ShowFailure(source, "written", written.GetError().text));
-  }
-  session.Inspector().SelectApplication(applications.front().path);
-  session.Manager().Command(TARN_CMD_NEW_GROUP);
-  context_.RenameCurrentNode(kFirstGroup);
-  session.Manager().AddExistingItem(source);
-  return kExitDone;
+  if (applications.size() != 1) return kExitDone;
+  const std::string& application = applications.front().path;
+  const Status added = host::AddFirstSource(session, context_.Files(), application);
+  if (added) return kExitDone;
+  const Error& error = added.GetError();
+  return Fail(context_.ShowFailure(error.place, "written", error.text));
 }
 
 int Creation::Run() {

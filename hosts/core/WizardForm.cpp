@@ -88,6 +88,11 @@ WizardProposals WizardForm::Read() const {
   return proposals;
 }
 
+bool WizardForm::MissesTarget() const {
+  const WizardProposals proposals = Read();
+  return proposals.target.empty() && !proposals.targets.empty();
+}
+
 // A choice that fills in other fields is made before the choices for those fields.
 std::optional<WizardRefusal> WizardForm::Fill(const WizardChoices& choices) {
   std::optional<WizardRefusal> refusal;

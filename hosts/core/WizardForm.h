@@ -45,7 +45,7 @@ struct WizardRefusal {
 // and performs the actions that a user could. Valid only for the duration of one RunSheet.
 class WizardForm {
  public:
-  explicit WizardForm(CPropertySheet& sheet) : page_(*sheet.GetPage()) {}
+  explicit WizardForm(const CPropertySheet& sheet) : page_(*sheet.GetPage()) {}
 
   // Returns true if the sheet is this wizard. All other functions require that.
   static bool Fits(const CPropertySheet& sheet);
@@ -54,6 +54,8 @@ class WizardForm {
   // Applies the choices in order; on the first one that can't be made, stops and returns the
   // reason.
   std::optional<WizardRefusal> Fill(const WizardChoices& choices);
+  // Returns true if a family of the catalogue, or nothing, is selected although there are targets.
+  bool MissesTarget() const;
 
  private:
   std::optional<WizardRefusal> ChooseType(const std::string& typeHeader);

@@ -23,6 +23,7 @@
 #include <utility>
 
 #include "hosts/core/ProjectFile.h"
+#include "hosts/core/WizardForm.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/CrashRecovery.h"
@@ -131,6 +132,7 @@ void IdeWindow::MakeMenuCommands() {
   menuCommands_.run = [this](std::uint32_t command) {
     // This command needs a name, which the options window asks for.
     if (command == TARN_CMD_ADD_CONFIGURATION) return options_->AddConfiguration();
+    if (command == TARN_CMD_NEW_APPLICATION) return project_->NewApplication();
     runner_->Run(command);
   };
   menuCommands_.listTools = [this] {
@@ -235,6 +237,10 @@ void IdeWindow::FollowBuilds() {
     return runner_->RunAndWait(request);
   };
   session_->Scripts().awaitBuild = [this] { return runner_->AwaitBuild(); };
+  dialogs_.findProblem = [](const CPropertySheet& sheet) {
+    const bool misses = WizardForm::Fits(sheet) && WizardForm(sheet).MissesTarget();
+    return misses ? FromQt(tr("Choose a microcontroller.")) : std::string();
+  };
   dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }
 
@@ -274,6 +280,8 @@ bool IdeWindow::Start() {
   AddFindingsDock(*navigation);
   surface_->LoadPopups(files_, session_->GetFolders().ConfigFile(files_));
   layout_.Restore();
+  layout_.HidePanes();
+  project_->ProposeFolder();
   AddJournal();
   connect(&refreshTimer_, &QTimer::timeout, this, [this] {
     project_->Note();
@@ -317,6 +325,11 @@ void IdeWindow::OnProjectChanged() {
   findings_->Clear();
   project_->Follow();
   options_->OnNodeLoaded();
+  if (!path.empty()) return layout_.ShowPanes();
+  // Deferred, because another project may be opened next.
+  QTimer::singleShot(0, this, [this] {
+    if (runner_->GetProjectPath().empty()) layout_.HidePanes();
+  });
 }
 
 void IdeWindow::OpenFile(const std::string& path, int line) {

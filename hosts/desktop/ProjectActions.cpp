@@ -1,5 +1,7 @@
 #include "hosts/desktop/ProjectActions.h"
 
+#include <tarn/commands.h>
+
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -12,6 +14,8 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "hosts/core/FirstSource.h"
+#include "hosts/core/ProjectTree.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/ChangeTexts.h"
 #include "hosts/desktop/EditorTabs.h"
@@ -265,14 +269,74 @@ void ProjectActions::New() {
   const std::string before = runner_.GetProjectPath();
   if (session_.Manager().ProjectNew() != 0) {
     RecentProjects::RecordNew(session_.GetProjectPath());
-    // The first save completes the files of the new project.
-    QTimer::singleShot(0, this, [this] { SaveAll(); });
+    CompleteNew({});
     return;
   }
   if (before.empty()) return;
   // Deferred until after the notification of the placeholder project, so that unsaved texts are
   // kept.
   QTimer::singleShot(0, this, [this, before] { Load(before); });
+}
+
+// Adds a first source to the applications that are new, and saves the project, deferred until after
+// the notification of the new one. `known` are the paths of those that are not new.
+void ProjectActions::CompleteNew(const std::vector<std::string>& known) {
+  QTimer::singleShot(0, this, [this, known] {
+    session_.Inspector().PublishAll();  // makes paths absolute
+    for (const ApplicationEntry& each : ListApplications(session_.Inspector())) {
+      if (std::ranges::find(known, each.path) != known.end()) continue;
+      const Status added = AddFirstSource(session_, files_, each.path);
+      if (!added) Warn(window_, added.GetError());
+    }
+    SaveAll();
+  });
+}
+
+void ProjectActions::NewApplication() {
+  const std::string before = runner_.GetProjectPath();
+  std::vector<std::string> known;
+  session_.Inspector().PublishAll();  // makes paths absolute
+  for (const ApplicationEntry& each : ListApplications(session_.Inspector())) {
+    known.push_back(each.path);
+  }
+  runner_.Run(TARN_CMD_NEW_APPLICATION);
+  if (!session_.HasProject()) return;
+  session_.Inspector().PublishAll();
+  const auto now = ListApplications(session_.Inspector());
+  const bool isAny = std::ranges::any_of(now, [&known](const ApplicationEntry& each) {
+    return std::ranges::find(known, each.path) == known.end();
+  });
+  if (!isAny) return;
+  if (session_.GetProjectPath() != before) RecentProjects::RecordNew(session_.GetProjectPath());
+  CompleteNew(known);
+}
+
+void ProjectActions::NewFile() {
+  const std::string project = runner_.GetProjectPath();
+  const QString start = project.empty() ? QDir::homePath() : ToQt(FolderOf(project));
+  const QString chosen = QFileDialog::getSaveFileName(&window_, tr("New file"), start, {}, nullptr,
+                                                      QFileDialog::DontConfirmOverwrite);
+  if (chosen.isEmpty()) return;
+  const std::string path = FromQt(chosen);
+  const Result<bool> exists = files_.CheckExists(path);
+  if (!exists) return Warn(window_, exists.GetError());
+  // An existing file is added as it is.
+  if (!*exists) {
+    if (const Status made = files_.WriteOwnFile(path, {}); !made) {
+      return Warn(window_, Error{made.GetError().code, made.GetError().text, path});
+    }
+  }
+  const bool mayAdd = !project.empty() && !runner_.IsBuilding() && damage_.MayGoOn();
+  if (mayAdd && session_.Manager().AddExistingItem(path) == 0) {
+    // The project itself contains no files.
+    session_.Inspector().SelectApplication(session_.Manager().GetSelectedApplication());
+    session_.Manager().AddExistingItem(path);
+  }
+  if (onShowFile) onShowFile(path);
+}
+
+void ProjectActions::ProposeFolder() {
+  session_.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
 }
 
 void ProjectActions::OpenExample(const Example& example) {
@@ -364,6 +428,7 @@ void ProjectActions::ShowUnsaved(const SaveReport& report) {
 
 void ProjectActions::AddOpening(QMenu& menu) {
   menu.addAction(tr("&New project..."), QKeySequence::New, this, [this] { New(); });
+  menu.addAction(tr("New &file..."), this, [this] { NewFile(); });
   menu.addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { Choose(); });
   QMenu* const recent =
       MakeRecentMenu(window_, [this](const QString& path) { Open(FromQt(path)); });
@@ -410,7 +475,7 @@ void ProjectActions::Follow() {
   // Its files are the same.
   if (isApplying_) return;
   // Commands of the server create projects as well.
-  session_.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
+  ProposeFolder();
   banner_.hide();
   damage_.Follow();
   saves_.Show(session_.TakeSaveReport());

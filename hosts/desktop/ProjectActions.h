@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "hosts/core/BuildSession.h"
 #include "hosts/core/ProjectHistory.h"
@@ -50,6 +51,12 @@ class ProjectActions : public QObject {
                  const std::vector<FileText>& bases);
   void Choose();
   void New();
+  // Runs the wizard for a new application, in the open project or in a new one.
+  void NewApplication();
+  // Creates an empty file that the user names, and adds it to the project at the current node.
+  void NewFile();
+  // Makes the user's own folder the proposal for new projects.
+  void ProposeFolder();
   void OpenExample(const Example& example);
   // Lets the user locate missing files, and corrects the project in one step.
   void Relocate();
@@ -84,6 +91,7 @@ class ProjectActions : public QObject {
   std::function<void(const std::string& path)> onShowFile;
 
  private:
+  void CompleteNew(const std::vector<std::string>& known);
   // Returns false during a build, after informing the user.
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage_.MayClose(); }

@@ -30,11 +30,32 @@ void WindowLayout::Restore() {
 void WindowLayout::Save() const {
   DesktopSettings settings;
   settings.setValue(kGeometryKey, window_.saveGeometry());
-  settings.setValue(kStateKey, window_.saveState(kVersion));
+  const bool isAlone = !shownState_.isEmpty();
+  settings.setValue(kStateKey, isAlone ? shownState_ : window_.saveState(kVersion));
+}
+
+void WindowLayout::HidePanes() {
+  if (!shownState_.isEmpty()) return;
+  shownState_ = window_.saveState(kVersion);
+  for (QDockWidget* const dock : window_.findChildren<QDockWidget*>()) dock->hide();
+  for (QToolBar* const bar :
+       window_.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+    bar->hide();
+  }
+}
+
+void WindowLayout::ShowPanes() {
+  if (shownState_.isEmpty()) return;
+  window_.restoreState(shownState_, kVersion);
+  shownState_.clear();
 }
 
 void WindowLayout::Reset() {
-  window_.restoreState(firstState_, kVersion);
+  if (shownState_.isEmpty()) {
+    window_.restoreState(firstState_, kVersion);
+  } else {
+    shownState_ = firstState_;
+  }
   if (onReset) onReset();
 }
 

@@ -19,6 +19,10 @@ class WindowLayout {
   // Restores the stored layout; call this after everything has its default position.
   void Restore();
   void Save() const;
+  // Hides the docks and tool bars until ShowPanes(), so that the centre stands alone. No-op if they
+  // are hidden already; the stored layout is that with them.
+  void HidePanes();
+  void ShowPanes();
   // Restores the default positions.
   void Reset();
   // Called after Reset, to restore the layout inside the docks; may be empty.
@@ -32,6 +36,7 @@ class WindowLayout {
 
   QMainWindow& window_;
   QByteArray firstState_;
+  QByteArray shownState_;  // while the panes are hidden
 };
 
 }  // namespace tarn::host

@@ -232,6 +232,7 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
     window.emplace(FileSystem::Native());
     EXPECT_TRUE(window->Start());
     window->show();
+    window->OpenProject(folder / "blinky/blinky-avr.tprj");
   };
   dock()->close();
   window->addDockWidget(Qt::RightDockWidgetArea, window->findChild<QDockWidget*>("dock4004"));

@@ -1,6 +1,8 @@
 // The wizard in the real window, from the command to a built project.
 #include <QDialog>
 #include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -57,8 +59,6 @@ TEST_F(WizardTest, LeadsByKeyboardToANewProjectThatBuilds) {
     QTest::keyClick(targets, Qt::Key_Return);
   }));
   ASSERT_TRUE(RunUntil([&] { return window->windowTitle().remove("[*]") == "demo - Tarn"; }));
-  folder.Write("new/main.c", "#include <avr/io.h>\nint main(void) { DDRB = 1; for (;;) {} }\n");
-  ASSERT_NE(window->Session().Manager().AddExistingItem(folder / "new/main.c"), 0);
   ASSERT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }));
   ASSERT_TRUE(Choose("Build all"));
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
@@ -106,6 +106,7 @@ TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
   QCoreApplication::processEvents();
   EXPECT_EQ(window->Session().Inspector().IsModified(), 0);
   const std::string texts = window->Session().Inspector().GetFileTexts();
+  EXPECT_TRUE(std::filesystem::exists(folder / "new/src/main.c"));
   for (const char* const name : {"demo.tprj", "demo.tapp"}) {
     EXPECT_NE(texts.find(testing::ReadBytes(folder / ("new/" + std::string(name)))),
               std::string::npos)
@@ -138,7 +139,40 @@ TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
     ASSERT_TRUE(dialog.isVisible());
     EXPECT_EQ(shown(), std::string(folder / "file") + " is a file, not a folder.");
     EXPECT_EQ(FieldOf(dialog, "Name:")->text(), "other");
+    for (QRadioButton* const each : dialog.findChildren<QRadioButton*>()) {
+      if (each->text() == "Create a new project") QTest::keyClick(each, Qt::Key_Space);
+    }
+    Fill(dialog, "Location:", folder / "new");
+    auto* const targets = dialog.findChild<QTreeView*>();
+    targets->setFocus();
+    QTest::keyClicks(targets, "STM8");
+    finish();
+    ASSERT_TRUE(dialog.isVisible());
+    EXPECT_EQ(shown(), "Choose a microcontroller.");
   }));
+}
+
+TEST_F(WizardTest, ANewFileIsCreatedWithItsNode) {
+  testing::InNextDialog<QFileDialog>([&](QFileDialog& dialog) {
+    dialog.findChild<QLineEdit*>()->setText(QString::fromStdString(folder / "blinky/src/extra.c"));
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  ASSERT_TRUE(Choose("New file..."));
+  EXPECT_TRUE(std::filesystem::exists(folder / "blinky/src/extra.c"));
+  EXPECT_TRUE(RunUntil([&] { return FindLine("extra.c").isValid(); }));
+}
+
+TEST_F(WizardTest, PanesComeWithAProject) {
+  const auto shown = [&] { return window->findChild<QDockWidget*>("dock4003")->isVisible(); };
+  EXPECT_TRUE(shown());
+  window.reset();
+  window.emplace(FileSystem::Native());
+  ASSERT_TRUE(window->Start());
+  window->show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+  EXPECT_FALSE(shown());
+  window->OpenProject(folder / "blinky/blinky-avr.tprj");
+  EXPECT_TRUE(RunUntil(shown));
 }
 
 TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {

@@ -753,6 +753,10 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <source>Only groups and applications can be renamed here; files are shown under their names on disk.</source>
         <translation>Nur Gruppen und Anwendungen lassen sich hier umbenennen; Dateien erscheinen unter ihrem Namen auf dem Datenträger.</translation>
     </message>
+    <message>
+        <source>Choose a microcontroller.</source>
+        <translation>Wählen Sie einen Mikrocontroller.</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>
@@ -901,6 +905,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Folder for the copies</source>
         <translation>Ordner für die Kopien</translation>
+    </message>
+    <message>
+        <source>New file</source>
+        <translation>Neue Datei</translation>
+    </message>
+    <message>
+        <source>New &amp;file...</source>
+        <translation>Neue &amp;Datei...</translation>
     </message>
 </context>
 <context>

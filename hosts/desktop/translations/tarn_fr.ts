@@ -753,6 +753,10 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <source>Only groups and applications can be renamed here; files are shown under their names on disk.</source>
         <translation>Seuls les groupes et les applications peuvent être renommés ici&#xa0;; les fichiers portent leur nom sur le disque.</translation>
     </message>
+    <message>
+        <source>Choose a microcontroller.</source>
+        <translation>Choisissez un microcontrôleur.</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>
@@ -901,6 +905,14 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>Folder for the copies</source>
         <translation>Dossier pour les copies</translation>
+    </message>
+    <message>
+        <source>New file</source>
+        <translation>Nouveau fichier</translation>
+    </message>
+    <message>
+        <source>New &amp;file...</source>
+        <translation>Nouveau &amp;fichier...</translation>
     </message>
 </context>
 <context>

@@ -111,6 +111,7 @@ int QtDialogs::RunSheet(CPropertySheet& sheet) {
   const QPointer<SheetDialog> dialog = dynamic_cast<SheetDialog*>(WidgetOf(sheet));
   if (dialog == nullptr || sheet.GetPage() == nullptr) return kSheetCancel;
   if (QWidget* const above = Parent()) dialog->setParent(above, dialog->windowFlags());
+  dialog->findProblem = findProblem;
   dialog->Build(sheet);
   // Destroying the sheet's window hides the dialog, which ends its loop; the sheet may no longer
   // exist then.

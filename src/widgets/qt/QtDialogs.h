@@ -31,6 +31,9 @@ class QtDialogs final : public DialogResponder {
   // Called after the user has confirmed a question with OK, before the caller continues; may be
   // empty.
   std::function<void()> onAccepted;
+  // Returns why a sheet can't be finished yet, although its page has no objection; an empty string
+  // if it can. May be empty.
+  std::function<std::string(const CPropertySheet& sheet)> findProblem;
 
  private:
   QWidget* Parent() const;

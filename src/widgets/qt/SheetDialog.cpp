@@ -169,7 +169,8 @@ QWidget* SheetDialog::MakeProblemRow() {
 
 // The sheet's window owns this dialog.
 void SheetDialog::TryFinish(const CPropertySheet& sheet) {
-  const QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
+  QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
+  if (problem.isEmpty() && findProblem) problem = ToQt(findProblem(sheet));
   if (problem.isEmpty()) return accept();
   problemText_->setText(problem);
   problemRow_->show();

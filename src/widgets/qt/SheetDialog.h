@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <functional>
 #include <memory>
 
 #include "widgets/PropertySheet.h"
@@ -17,6 +18,8 @@ class SheetDialog : public QDialog {
   // Embeds the page's widget, after all windows of the sheet have been created.
   void Build(const CPropertySheet& sheet);
   void EnableFinish(bool enable);
+  // See QtDialogs::findProblem.
+  std::function<std::string(const CPropertySheet& sheet)> findProblem;
 
  private:
   QWidget* MakeHeader(const CPropertySheet& sheet);

@@ -1,0 +1,67 @@
+#include "hosts/core/FirstSource.h"
+
+#include <tarn/commands.h>
+
+#include <algorithm>
+
+#include "components/values/OptionValues.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/ProjectTemplate.h"
+#include "hosts/core/ProjectTree.h"
+#include "platform/paths/Paths.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kFirstGroup = "Sources";
+
+bool HasFiles(BuildSession& session, const std::string& application) {
+  const ProjectTree tree(session.Inspector().GetTree());
+  if (tree.GetRoot() == nullptr) return true;
+  for (const CXmlNode* each : tree.GetRoot()->GetChildren()) {
+    if (GetAttribute(each, "Path") != application) continue;
+    const auto children = each->GetChildren();
+    return std::any_of(children.begin(), children.end(),
+                       [](const CXmlNode* child) { return ProjectTree::IsShown(*child); });
+  }
+  return true;
+}
+
+// Returns the path of the first source. If the folder has one of another application, the new one
+// is named after its own.
+std::string SourceOf(BuildSession& session, FileSystem& files,
+                     const ApplicationEntry& application) {
+  const std::string folder = JoinPath(FolderOf(application.path), "src");
+  const std::string main = JoinPath(folder, "main.c");
+  const bool isOnly = ListApplications(session.Inspector()).size() == 1;
+  return isOnly || !files.Exists(main) ? main : JoinPath(folder, application.label + ".c");
+}
+
+}  // namespace
+
+Status AddFirstSource(BuildSession& session, FileSystem& files, const std::string& application) {
+  session.Inspector().PublishAll();
+  for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
+    // An application that only downloads a finished program has no output.
+    if (each.path != application || each.output.empty() || HasFiles(session, application)) continue;
+    const std::string source = SourceOf(session, files, each);
+    const Result<bool> exists = files.CheckExists(source);
+    if (!exists) return exists.GetError();
+    if (!*exists) {
+      if (const Status written = WriteFirstSource(files, source); !written) {
+        return Error{written.GetError().code, written.GetError().text, source};
+      }
+    }
+    session.Inspector().SelectApplication(application);
+    session.Manager().Command(TARN_CMD_NEW_GROUP);
+    const std::string values = session.Options().GetValuesAsText();
+    const std::string set = OptionValues::FromText(values).GetOwnSet();
+    session.Manager().SavePropertyValue(set, "General", "Header", kFirstGroup);
+    session.Manager().AddExistingItem(source);
+  }
+  return {};
+}
+
+}  // namespace tarn::host

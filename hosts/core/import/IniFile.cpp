@@ -1,0 +1,102 @@
+#include "hosts/core/import/IniFile.h"
+
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kDeepest = 16;                            // references in references
+constexpr int kMostReferences = 10000;                  // for one value
+constexpr std::size_t kLongest = std::size_t{1} << 20;  // value after the replacement
+
+// Drops a comment after a value.
+std::string WithoutComment(std::string_view line) {
+  const std::size_t start = line.find(" ;");
+  return std::string(Trim(line.substr(0, start)));
+}
+
+}  // namespace
+
+IniFile::IniFile(const std::string& text) {
+  std::string section, key;
+  std::int64_t number = 0;
+  for (const std::string_view line : Split(text, '\n')) {
+    ++number;
+    const std::string_view content = Trim(line);
+    if (content.empty() || content[0] == ';' || content[0] == '#') continue;
+    const bool isIndented = IsSpace(line[0]);
+    if (content[0] == '[' && content.back() == ']' && !isIndented) {
+      section = Trim(content.substr(1, content.size() - 2));
+      key.clear();
+      if (sections_.try_emplace(section).second) order_.push_back(section);
+      continue;
+    }
+    if (isIndented && !key.empty()) {
+      std::string& value = sections_[section][key];
+      value += (value.empty() ? "" : "\n") + WithoutComment(content);
+      continue;
+    }
+    const std::size_t equals = content.find('=');
+    if (section.empty() || equals == std::string_view::npos || equals == 0) {
+      faults_.push_back(ToDecimal(number) + ": " + std::string(content));
+      continue;
+    }
+    key = FoldCase(Trim(content.substr(0, equals)));
+    sections_[section][key] = WithoutComment(content.substr(equals + 1));
+  }
+}
+
+std::vector<std::string> IniFile::GetKeys(const std::string& section) const {
+  std::vector<std::string> keys;
+  const auto found = sections_.find(section);
+  if (found == sections_.end()) return keys;
+  for (const auto& [key, value] : found->second) keys.push_back(key);
+  return keys;
+}
+
+std::string IniFile::Get(const std::string& section, const std::string& key) const {
+  references_ = 0;
+  return Find(section, key, 0);
+}
+
+std::string IniFile::Find(const std::string& section, const std::string& key, int depth) const {
+  const auto found = sections_.find(section);
+  if (found == sections_.end() || depth > kDeepest) return {};
+  const auto own = found->second.find(key);
+  if (own != found->second.end()) return Expand(own->second, section, depth);
+  const auto extends = found->second.find("extends");
+  if (extends != found->second.end()) {
+    const std::string list = ReplaceAll(extends->second, "\n", ",");
+    const auto bases = Split(list, ',');
+    for (auto each = bases.rbegin(); each != bases.rend(); ++each) {
+      const std::string value = Find(std::string(Trim(*each)), key, depth + 1);
+      if (!value.empty()) return value;
+    }
+  }
+  // The section "env" has the values of all sections "env:NAME".
+  return section.starts_with("env:") ? Find("env", key, depth + 1) : std::string();
+}
+
+std::string IniFile::Expand(const std::string& value, const std::string& section, int depth) const {
+  std::string text;
+  std::size_t at = 0;
+  while (at < value.size() && text.size() < kLongest) {
+    const std::size_t start = value.find("${", at);
+    const std::size_t end = start == std::string::npos ? start : value.find('}', start);
+    if (end == std::string::npos) break;
+    text += value.substr(at, start - at);
+    const std::string name = value.substr(start + 2, end - start - 2);
+    const std::size_t dot = name.rfind('.');
+    std::string from = dot == std::string::npos ? section : name.substr(0, dot);
+    if (from == "this") from = section;
+    const bool isKnown =
+        sections_.contains(from) && depth < kDeepest && ++references_ < kMostReferences;
+    text += isKnown ? Find(from, FoldCase(name.substr(dot + 1)), depth + 1)
+                    : value.substr(start, end + 1 - start);
+    at = end + 1;
+  }
+  return text + value.substr(std::min(at, value.size()));
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,291 @@
+// Import of projects of other build systems, from their files to the built program.
+
+#include <gtest/gtest.h>
+
+#include "hosts/CliProject.h"
+#include "platform/process/Process.h"
+
+namespace tarn::host {
+namespace {
+
+// A folder "other" with the sources of a foreign project: a program of two files.
+struct ForeignProject : CliProject {
+  ForeignProject() {
+    for (const char* each : {"other/src/part", "other/inc", "other/out", "other/test"}) {
+      std::filesystem::create_directories(PathOf(each));
+    }
+    Write("other/src/main.c",
+          "#include \"part.h\"\n#include <stdio.h>\n"
+          "int main(void) { printf(\"%s %d\", NAME, part()); return 0; }\n");
+    Write("other/src/part/part.c",
+          "#include \"part.h\"\nint part(void) { return LEVEL; }\n"
+          "#ifdef MAKE_TABLE\nint main(argc, argv)\n  int argc; char **argv;\n{ return 1; }\n"
+          "#endif\n");
+    Write("other/inc/part.h", "int part(void);\n");
+    Write("other/test/broken.c", "#error not part of it\n");
+  }
+  // Imports, builds and runs the program.
+  std::string Result(std::vector<std::string> arguments, const std::string& program,
+                     const std::vector<std::string>& more = {}) {
+    arguments.insert(arguments.begin(), "import");
+    const Answer made = Run(arguments);
+    EXPECT_EQ(made.code, 0) << made.err;
+    remarks = made.err;
+    std::vector<std::string> build = {"build", "other"};
+    build.insert(build.end(), more.begin(), more.end());
+    const Answer built = Run(build);
+    EXPECT_EQ(built.code, 0) << built.out << built.err;
+    return RunProgram(PathOf("other/build/" + program), {}).out;
+  }
+  std::string remarks;
+};
+
+constexpr const char* kDatabase = R"([
+ {"directory": "@/other/out", "file": "../src/main.c",
+  "command": "gcc -O1 -Wall -I../inc -DLEVEL=3 -DNAME='\"A \\$B;C\"' -std=gnu99 -c ../src/main.c -o main.o"},
+ {"directory": "@/other/out", "file": "@/other/src/part/part.c",
+  "arguments": ["gcc", "-O3", "-Wall", "-I../inc", "-DLEVEL=3", "-fno-common", "-c", "x", "-o", "p.o"]},
+ {"directory": 1}, 2])";
+
+TEST(CliForeign, ACompilationDatabaseIsImportedAndBuilds) {
+  ForeignProject project;
+  std::string text = kDatabase;
+  for (std::size_t at; (at = text.find('@')) != std::string::npos;) {
+    text.replace(at, 1, project.PathOf("."));
+  }
+  project.Write("other/out/compile_commands.json", text);
+  EXPECT_EQ(project.Result({"other/out/compile_commands.json", "--to", "other"}, "Standard/other"),
+            "A $B;C 3");
+  EXPECT_TRUE(Has(project.remarks, "2 entries without a file")) << project.remarks;
+  const struct {
+    const char *option, *node, *value;
+  } rows[] = {
+      {"Application.Target.Toolchain", "", "host-gcc"},
+      {"Application.Directories.Include", "", "inc"},
+      {"Application.Compiler.Defines", "", "LEVEL=3"},
+      {"Compiler.Optimize", "main.c", "1"},
+      {"Compiler.Standard", "main.c", "gnu99"},
+      {"Compiler.Optimize", "part.c", "3"},
+      {"Compiler.Extra", "part.c", "-fno-common"},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> words = {"options", "get", row.option, "other"};
+    if (*row.node != 0) words.insert(words.end(), {"-n", row.node});
+    EXPECT_EQ(project.Out(words), std::string(row.value) + "\n") << row.option << row.node;
+  }
+  // A save writes the same bytes.
+  const std::string made = project.Read("other/other.tapp") + project.Read("other/other.tprj");
+  project.Write("save.lua", "tarn.ProjectSave()");
+  project.Out({"run", "save.lua", "other"});
+  EXPECT_EQ(project.Read("other/other.tapp") + project.Read("other/other.tprj"), made);
+}
+
+TEST(CliForeign, LinkCommandsDivideADatabaseIntoApplications) {
+  ForeignProject project;
+  const std::string folder = project.PathOf("other/out");
+  std::filesystem::create_directories(folder + "/CMakeFiles/app.dir");
+  std::filesystem::create_directories(folder + "/CMakeFiles/part.dir");
+  const auto entry = [&](const std::string& target, const std::string& file) {
+    return "{\"directory\": \"" + folder + "\", \"file\": \"../src/" + file +
+           "\", \"command\": \"gcc -I../inc -DLEVEL=7 '-DNAME=\\\"n\\\"' -c ../src/" + file +
+           " -o CMakeFiles/" + target + ".dir/" + file + ".o\"}";
+  };
+  project.Write("other/out/compile_commands.json",
+                "[" + entry("app", "main.c") + "," + entry("part", "part/part.c") + "]");
+  project.Write("other/out/CMakeFiles/app.dir/link.txt",
+                "/usr/bin/gcc -O3 CMakeFiles/app.dir/main.c.o -o app libpart.a -lm\n");
+  project.Write("other/out/CMakeFiles/part.dir/link.txt",
+                "/usr/bin/ar qc libpart.a CMakeFiles/part.dir/part/part.c.o\n"
+                "/usr/bin/ranlib libpart.a\n");
+  EXPECT_EQ(project.Result({"other/out/compile_commands.json", "--to", "other"}, "Standard/app"),
+            "n 7");
+  EXPECT_TRUE(project.Exists("other/build/Standard/libpart.a"));
+}
+
+TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
+  ForeignProject project;
+  project.Write("other/compile_commands.json", "{\"a\": [");
+  project.Write("other/none.json", "[]");
+  project.Write("other/Makefile", "all:\n\ttouch made\n");
+  project.Write("other/platformio.ini", "[platformio]\nsrc_dir = src\n");
+  project.Write("other/x.cproject", "<a><b></a>");
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    const char* said;
+  } rows[] = {
+      {{"other/compile_commands.json"}, 3, "it is not a compilation database"},
+      {{"other/none.json", "--from", "compile-commands"}, 3, "it contains no compiler commands"},
+      {{"other/Makefile"}, 2, "Use --run-make if you trust it."},
+      {{"other/Makefile", "--run-make"}, 3, "prints no compiler commands"},
+      {{"other/platformio.ini"}, 3, "it has no section [env:NAME]"},
+      {{"other/x.cproject", "--from", "cproject"}, 3, "not a C/C++ project description"},
+      {{"other/none.json", "--from", "sketch"}, 3, "there is no *.ino file"},
+      {{"other/gone.ini", "--from", "platformio"}, 3, "does not exist"},
+      {{"other/src"}, 3, "contains nothing that can be imported"},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> words = row.words;
+    words.insert(words.begin(), "import");
+    project.ExpectRefusal(words, row.code, row.said);
+  }
+  EXPECT_FALSE(project.Exists("other/other.tprj"));
+  EXPECT_FALSE(project.Exists("other/made"));
+}
+
+TEST(CliForeign, AnExistingProjectIsReplacedOnlyOnRequest) {
+  ForeignProject project;
+  project.Write("other/platformio.ini", "[env:pc]\nplatform = native\nbuild_flags = -DLEVEL=1\n");
+  project.Write("other/other.tapp", "mine");
+  project.ExpectRefusal({"import", "other"}, 2, "other/other.tapp already exists");
+  EXPECT_EQ(project.Read("other/other.tapp"), "mine");
+  EXPECT_FALSE(project.Exists("other/other.tprj"));
+  EXPECT_TRUE(Has(project.Run({"import", "other", "--yes"}).err, "other/other.tapp.orig"));
+  EXPECT_EQ(project.Read("other/other.tapp.orig"), "mine");
+}
+
+TEST(CliForeign, EnvironmentsBecomeConfigurations) {
+  ForeignProject project;
+  std::filesystem::create_directories(project.PathOf("other/lib/part"));
+  std::filesystem::rename(project.PathOf("other/src/part/part.c"),
+                          project.PathOf("other/lib/part/part.c"));
+  std::filesystem::rename(project.PathOf("other/inc/part.h"),
+                          project.PathOf("other/lib/part/part.h"));
+  project.Write("other/src/slow.c", "#error only in the other environment\n");
+  project.Write("other/platformio.ini",
+                "[platformio]\ndefault_envs = fast\n[env]\nplatform = native\n"
+                "build_flags = -DNAME='\"pio\"' !touch made\n"
+                "[env:slow]\nbuild_src_filter = +<*>\n"
+                "[env:fast]\nbuild_flags = ${env.build_flags}\n  -DLEVEL=4\n  !touch made\n  -O2\n"
+                "build_src_filter = +<*> -<slow.c>\nextra_scripts = x.py\nlib_deps = far/away@1\n");
+  EXPECT_EQ(project.Result({"other"}, "fast/other"), "pio 4");
+  EXPECT_FALSE(project.Exists("other/made"));
+  for (const char* said : {"[env:fast] the program touch made was not run",
+                           "[env:fast] extra_scripts was not imported",
+                           "[env:fast] the library far/away@1 was not imported"}) {
+    EXPECT_TRUE(Has(project.remarks, said)) << project.remarks;
+  }
+  EXPECT_EQ(project.Out({"options", "get", "Compiler.Optimize", "other"}), "2\n");
+  EXPECT_EQ(project.Run({"build", "other", "--config", "slow"}).code, 1);
+}
+
+TEST(CliForeign, ADescriptionWithConfigurationsIsImported) {
+  ForeignProject project;
+  const auto configuration = [](const std::string& name, const std::string& level) {
+    return "<cconfiguration id=\"" + name +
+           "\"><storageModule moduleId=\"cdtBuildSystem\">"
+           "<configuration name=\"" +
+           name +
+           "\" postbuildStep=\"touch made\">"
+           "<folderInfo resourcePath=\"\"><toolChain superClass=\"x.toolchain.gnu.exe\">"
+           "<tool superClass=\"x.c.compiler\">"
+           "<option superClass=\"x.c.compiler.option.optimization.level\" "
+           "value=\"x.optimization.level.more\" valueType=\"enumerated\"/>"
+           "<option superClass=\"x.include\" valueType=\"includePath\">"
+           "<listOptionValue value=\"&quot;${workspace_loc:/${ProjName}/inc}&quot;\"/>"
+           "<listOptionValue value=\"${FAR}/inc\"/></option>"
+           "<option superClass=\"x.symbols\" valueType=\"definedSymbols\">"
+           "<listOptionValue value=\"LEVEL=" +
+           level +
+           "\"/>"
+           "<listOptionValue value=\"NAME=&quot;cdt&quot;\"/></option>"
+           "</tool></toolChain></folderInfo><sourceEntries>"
+           "<entry excluding=\"test\" kind=\"sourcePath\" name=\"\"/></sourceEntries>"
+           "</configuration></storageModule></cconfiguration>";
+  };
+  project.Write("other/.cproject",
+                "<?xml version=\"1.0\"?><?fileVersion 4.0.0?><cproject>"
+                "<storageModule moduleId=\"org.core.settings\">" +
+                    configuration("Debug", "8") + configuration("Release", "9") +
+                    "</storageModule></cproject>");
+  EXPECT_EQ(project.Result({"other"}, "Debug/other"), "cdt 8");
+  EXPECT_TRUE(Has(project.remarks, "${FAR}/inc was not imported")) << project.remarks;
+  EXPECT_TRUE(Has(project.remarks, "the build step touch made was not imported"));
+  EXPECT_EQ(project.Result({"other", "--yes"}, "Release/other", {"--config", "Release"}), "cdt 9");
+}
+
+TEST(CliForeign, AMakefileIsImportedByADryRun) {
+  if (FindProgram("make").empty()) GTEST_SKIP() << "make is not installed";
+  ForeignProject project;
+  project.Write(
+      "other/Makefile",
+      "prog: main.o libpart.a\n\tgcc -o prog main.o -L. -lpart\n"
+      "main.o: src/main.c\n\tgcc -Iinc -DNAME='\"make\"' -c $< -o $@\n"
+      "libpart.a: part.o\n\trm -f $@ && ar rc $@ $^ ; ranlib $@\n"
+      "part.o: src/part/part.c\n\tcd src/part; gcc -DLEVEL=5 \\\n\t  -I../../inc -c part.c "
+      "-o ../../part.o\n");
+  EXPECT_EQ(project.Result({"other/Makefile", "--run-make"}, "Standard/prog"), "make 5");
+  EXPECT_FALSE(project.Exists("other/main.o"));
+}
+
+TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
+  const bool hasCore = std::filesystem::exists("/usr/share/arduino/hardware/arduino/avr");
+  if (!hasCore) GTEST_SKIP() << "arduino-core-avr is not installed";
+  if (FindProgram("avr-gcc").empty()) GTEST_SKIP() << "gcc-avr is not installed";
+  CliProject project;
+  std::filesystem::create_directories(project.PathOf("Blink"));
+  project.Write("Blink/Blink.ino",
+                "#include <Wire.h>\nvoid setup() { Wire.begin(); pinMode(pin(), OUTPUT); }\n"
+                "void loop() { toggle(); delay(100); }\n");
+  project.Write("Blink/more.ino",
+                "int pin() { return 13; }\nvoid toggle() { digitalWrite(pin(), "
+                "!digitalRead(pin())); }\n");
+  project.ExpectRefusal({"import", "Blink", "--board", "una"}, 3, "unknown board \"una\"");
+  const auto made = project.Run({"import", "Blink"});
+  EXPECT_EQ(made.code, 0) << made.err;
+  EXPECT_TRUE(Has(made.err, "more.ino was copied to Blink.ino.cpp")) << made.err;
+  const auto built = project.Run({"build", "Blink"});
+  EXPECT_EQ(built.code, 0) << built.out << built.err;
+  EXPECT_TRUE(project.Exists("Blink/build/Standard/Blink.elf"));
+  EXPECT_EQ(project.Out({"options", "get", "Target.Device", "Blink"}), "atmega328p\n");
+}
+
+TEST(CliForeign, AGroupFollowsAFolder) {
+  CliProject project;
+  for (const char* each : {"lib/one/deep", "lib/two", "lib/skip", "lib/gen"}) {
+    std::filesystem::create_directories(project.PathOf(each));
+  }
+  for (const char* each : {"lib/one/a1.c", "lib/one/deep/a2.c", "lib/two/a1.c", "lib/two/a1.h",
+                           "lib/skip/no.c", "lib/gen/g.c", "lib/readme.txt"}) {
+    project.Write(each, "");
+  }
+  project.Write("lib/.gitignore", "# made\ngen/\n");
+  project.ExpectRefusal({"sync"}, 2, "No group follows a folder.");
+  project.ExpectRefusal({"add", "lib"}, 2, "or use -r.");
+  project.Out({"add", "-r", "lib", "--exclude", "skip"});
+  const std::string added = project.Read("app.tapp");
+  EXPECT_EQ(project.Out({"build"}).find("Error"), std::string::npos);
+  for (const char* each : {"one\\a1.c", "one\\deep\\a2.c", "two\\a1.c", "two\\a1.h"}) {
+    EXPECT_TRUE(Has(added, ".\\lib\\" + std::string(each))) << added;
+  }
+  for (const char* each : {"no.c", "g.c", "readme"}) EXPECT_FALSE(Has(added, each)) << added;
+  EXPECT_EQ(project.Out({"sync"}), "");
+  EXPECT_EQ(project.Read("app.tapp"), added);
+
+  project.Write("lib/one/deep/new.c", "");
+  std::filesystem::remove_all(project.PathOf("lib/two"));
+  EXPECT_EQ(project.Out({"sync", "--remove", "--dry-run"}),
+            "would add lib/one/deep/new.c\nwould remove lib/two/a1.c\nwould remove lib/two/a1.h\n");
+  EXPECT_EQ(project.Read("app.tapp"), added);
+  const auto kept = project.Run({"sync"});
+  EXPECT_EQ(kept.out, "added lib/one/deep/new.c\n");
+  EXPECT_TRUE(Has(kept.err, "lib/two/a1.c does not exist any more.")) << kept.err;
+  project.Out({"sync", "--remove"});
+  EXPECT_FALSE(Has(project.Read("app.tapp"), "two"));
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "one\\deep\\new.c"));
+  EXPECT_EQ(project.Run({"check"}).code, 0);
+}
+
+TEST(CliForeign, ASecondApplicationHasTheSameTarget) {
+  CliProject project;
+  project.Write("src/boot.c", "int main(void) { return 5; }\n");
+  project.ExpectRefusal({"add", "--application", "APP"}, 2, "already exists");
+  project.ExpectRefusal({"add", "--application", "boot", "src/gone.c"}, 2, "does not exist");
+  EXPECT_FALSE(project.Exists("boot.tapp"));
+  project.Out({"add", "--application", "boot", "src/boot.c"});
+  EXPECT_EQ(project.Run({"build", "--app", "boot"}).code, 0);
+  EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/boot"), {}).code, 5);
+}
+
+}  // namespace
+}  // namespace tarn::host
