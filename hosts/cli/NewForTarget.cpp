@@ -18,6 +18,7 @@ namespace tarn::host {
 namespace {
 
 constexpr const char* kFirstGroup = "Sources";
+constexpr const char* kFirstSource = "FirstSource";  // option of the application
 
 // Returns "\"a\", \"b\""; unnamed entries are skipped, because the user can't select them.
 std::string Listed(const std::vector<std::string>& names) {
@@ -124,10 +125,12 @@ int Creation::AddFirstSource() {
   // An application that only downloads a finished program has no sources.
   if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
   const std::string source = JoinPath(staged_.folder, "src/main.c");
-  if (const Status written = WriteFirstSource(context_.Files(), source); !written) {
+  session.Inspector().SelectApplication(applications.front().path);
+  const std::string original =
+      session.Manager().GetPropertyValue("Application", "Target", kFirstSource);
+  if (const Status written = WriteFirstSource(context_.Files(), source, original); !written) {
     return Fail(context_.ShowFailure(source, "written", written.GetError().text));
   }
-  session.Inspector().SelectApplication(applications.front().path);
   session.Manager().Command(TARN_CMD_NEW_GROUP);
   context_.RenameCurrentNode(kFirstGroup);
   session.Manager().AddExistingItem(source);
