@@ -406,6 +406,7 @@ std::string BaseFolderOf(const OptionValues& values, const std::string& fallback
 std::vector<ToolProgram> ProgramsOf(const ToolDefinition& tool) {
   std::vector<ToolProgram> programs;
   for (const StepRule& step : tool.steps) {
+    if (!step.program.GetOptionMacros().empty()) continue;
     ToolProgram program{step.program.Fill(NoValues()), step.isOptional};
     if (!program.name.empty()) programs.push_back(std::move(program));
   }

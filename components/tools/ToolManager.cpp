@@ -107,8 +107,11 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
 ToolManager::ToolManager(ToolEnvironment machine)
     : permits_(machine.environment ? machine.environment("MAKEFLAGS") : std::string()),
       launcher_(machine.launcher, permits_),
-      world_{&launcher_, machine.files, std::move(machine.findProgram),
-             std::move(machine.environment)},
+      world_{&launcher_,
+             machine.files,
+             std::move(machine.findProgram),
+             std::move(machine.environment),
+             {}},
       early_(permits_) {}
 
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
@@ -119,6 +122,7 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
   std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world_.files, place);
   const std::lock_guard guard(lock_);
   tools_ = std::move(read);
+  world_.configFolder = JoinPath(root, "config") + kSeparator;
   folder_ = place;
   frame_ = frameWindow;
   return 1;

@@ -147,7 +147,7 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   JobPermits permits_;
   JobserverLauncher launcher_;
-  const ToolEnvironment world_;
+  ToolEnvironment world_;  // constant after InitTools()
   RunningToolSet running_;
   HelperFinder helpers_;
   RunEvents events_;

@@ -134,7 +134,7 @@ int Creation::AddFirstSource() {
   session.Manager().Command(TARN_CMD_NEW_GROUP);
   context_.RenameCurrentNode(kFirstGroup);
   session.Manager().AddExistingItem(source);
-  return kExitDone;
+  return AddTemplateSources(context_, staged_.folder);
 }
 
 int Creation::Run() {
@@ -157,6 +157,23 @@ int Creation::Run() {
 }
 
 }  // namespace
+
+int AddTemplateSources(CommandContext& context, const std::string& folder) {
+  ProjectManagerDriver& manager = context.Session().Manager();
+  for (const char* option : {"StartUp", "SystemCalls"}) {
+    const std::string original = manager.GetPropertyValue("Application", "Target", option);
+    if (original.empty()) continue;
+    const std::string copy = JoinPath(folder, "src/" + FileNameOf(original));
+    const auto text = context.Files().ReadWholeFile(original);
+    const Status written = text ? context.Files().WriteOwnFile(copy, *text) : text.GetError();
+    if (!written) {
+      context.Complain(context.ShowFailure(copy, "written", written.GetError().text));
+      return kExitCannotOpen;
+    }
+    manager.AddExistingItem(copy);
+  }
+  return kExitDone;
+}
 
 int MakeProjectForTarget(CommandContext& context, const NewProject& staged,
                          const NewProject& project) {

@@ -23,4 +23,9 @@ struct NewOptions {
 int MakeProjectForTarget(CommandContext& context, const NewProject& staged,
                          const NewProject& project);
 
+// Copies the sources that the options of the application name for new projects, such as start-up
+// code, into the folder src and adds them to the current group. Returns 0, or an exit code after
+// printing the error.
+int AddTemplateSources(CommandContext& context, const std::string& folder);
+
 }  // namespace tarn::host
