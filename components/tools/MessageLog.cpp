@@ -8,7 +8,9 @@ namespace tarn::tools {
 namespace {
 
 // Limits on the memory for long lines, per kind of message.
-constexpr std::size_t kMaxBytes = 16u << 20;
+constexpr std::size_t kMaxBytes = 8u << 20;
+// A longer message counts as several towards the limit of a build.
+constexpr std::size_t kUsualBytes = 160;
 constexpr std::size_t kMaxTailBytes = 1u << 20;
 
 std::size_t BytesOf(const ToolMessage& message) {
@@ -48,6 +50,13 @@ void MessageLog::Add(ToolMessage message) {
   }
   if (!std::exchange(isHeadFull_, true)) head_.dropped = 0;  // this line goes to the tail
   AddToTail(std::move(entry));
+}
+
+std::size_t MessageLog::GetRetained() const {
+  const auto units = [](const Share& share) {
+    return std::max(share.count, share.bytes / kUsualBytes);
+  };
+  return units(warnings_) + units(head_);
 }
 
 void MessageLog::AddToTail(Entry entry) {

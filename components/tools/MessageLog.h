@@ -36,8 +36,9 @@ class MessageLog {
   void AddPlain(std::string_view text);
   void AddError(std::string_view text);
 
-  // Number of retained warnings and plain lines, without the last lines.
-  std::size_t GetRetained() const { return warnings_.count + head_.count; }
+  // Amount of retained warnings and plain lines, without the last lines, in messages of the usual
+  // length.
+  std::size_t GetRetained() const;
   bool HasErrors() const { return ErrorCount() > 0; }
   std::size_t ErrorCount() const { return errors_.count + errors_.dropped; }
   // Number of messages so far; identifies the position of the next one for ReportLastLines.

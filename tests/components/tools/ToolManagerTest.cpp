@@ -277,21 +277,31 @@ TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
 }
 
 TEST(ToolManager, ManyRunsTogetherRetainNoMoreThanABuildMay) {
-  ToolManagerFixture tools(kDefinitions);
-  const std::string warnings = Repeated("a.c:1:2: warning: odd\n", MessageLog::kMaxProblems);
-  const auto ending = [&] {
-    tools.launcher.Queue({{{false, warnings}}, {0, false}, {}});
-    EXPECT_TRUE(tools.Run("talk", ""));
-    const std::string summary = Summary(tools.Messages());
-    return summary.substr(summary.rfind('\n', summary.size() - 2) + 1);
+  struct {
+    std::string text;
+    std::size_t runs;  // that fill the log of a build
+  } const rows[] = {
+      {"odd", MessageLog::kMaxOfBuild / MessageLog::kMaxProblems},
+      {std::string(180, 'x'), 1},
   };
-  const std::string whole = "1 a.c:1:2: warning: odd\n";
-  EXPECT_EQ(ending(), whole);
-  for (std::size_t i = 1; i < MessageLog::kMaxOfBuild / MessageLog::kMaxProblems; ++i) ending();
-  const std::string left = std::to_string(MessageLog::kMaxProblems - MessageLog::kLeast);
-  EXPECT_EQ(ending(), "1 " + left + " more warnings, omitted here x" + left + "\n");
-  tools.manager->RefreshTools();
-  EXPECT_EQ(ending(), whole) << "another build";
+  for (const auto& row : rows) {
+    ToolManagerFixture tools(kDefinitions);
+    const std::string line = "a.c:1:2: warning: " + row.text;
+    const std::string warnings = Repeated(line + "\n", MessageLog::kMaxProblems);
+    const auto ending = [&] {
+      tools.launcher.Queue({{{false, warnings}}, {0, false}, {}});
+      EXPECT_TRUE(tools.Run("talk", ""));
+      const std::string summary = Summary(tools.Messages());
+      return summary.substr(summary.rfind('\n', summary.size() - 2) + 1);
+    };
+    const std::string whole = "1 " + line + "\n";
+    EXPECT_EQ(ending(), whole) << row.text;
+    for (std::size_t i = 1; i < row.runs; ++i) ending();
+    const std::string left = std::to_string(MessageLog::kMaxProblems - MessageLog::kLeast);
+    EXPECT_EQ(ending(), "1 " + left + " more warnings, omitted here x" + left + "\n") << row.text;
+    tools.manager->RefreshTools();
+    EXPECT_EQ(ending(), whole) << "another build";
+  }
 }
 
 TEST(ToolManager, AToolWhoseConditionsLeaveNoStepReadsNoFolderOfOne) {
