@@ -4,13 +4,15 @@
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 
-.PHONY: help demo ide screenshots test check format bench asan tsan fuzz campaign package clean
+.PHONY: help demo demo-arm demo-riscv ide screenshots test test-toolchains check format bench asan tsan fuzz campaign package clean
 
 help:
 	@echo "make demo     build everything, then a real firmware project, and run the firmware"
+	@echo "make demo-arm, make demo-riscv  the same for a Cortex-M and a RISC-V; installs a gigabyte"
 	@echo "make ide      build and start the desktop program"
 	@echo "make screenshots  take the pictures of the desktop program for the README"
 	@echo "make test     build and run the tests"
+	@echo "make test-toolchains  install the compilers of all families and test them"
 	@echo "make check    formatting, layers, headers, clang-tidy on changed files"
 	@echo "make format   put all sources into the project's format"
 	@echo "make bench    run the benchmarks"
@@ -24,6 +26,12 @@ help:
 demo:
 	scripts/demo
 
+demo-arm:
+	scripts/demo-firmware arm
+
+demo-riscv:
+	scripts/demo-firmware riscv
+
 ide:
 	scripts/ide
 
@@ -32,6 +40,9 @@ screenshots:
 
 test:
 	scripts/run-tests debug
+
+test-toolchains:
+	scripts/test-toolchains
 
 check:
 	scripts/setup build ide test check

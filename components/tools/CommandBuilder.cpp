@@ -82,7 +82,8 @@ class PlanBuilder : public TemplateValues {
     if (!circle.empty()) AddProblem(circle);
     if (!missing.empty()) {
       AddProblem("the option " + missing + " is not set in the configuration " +
-                 job_.values->GetConfig() + ", and it has no default");
+                 job_.values->GetConfig() + ", and it has no default; `tarn options set " +
+                 missing + " VALUE -c " + job_.values->GetConfig() + "` sets it");
     }
     return value;
   }
@@ -406,6 +407,7 @@ std::string BaseFolderOf(const OptionValues& values, const std::string& fallback
 std::vector<ToolProgram> ProgramsOf(const ToolDefinition& tool) {
   std::vector<ToolProgram> programs;
   for (const StepRule& step : tool.steps) {
+    if (!step.program.GetOptionMacros().empty()) continue;
     ToolProgram program{step.program.Fill(NoValues()), step.isOptional};
     if (!program.name.empty()) programs.push_back(std::move(program));
   }

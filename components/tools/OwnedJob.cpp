@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "components/tools/FileList.h"
+#include "platform/modules/Modules.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -36,6 +37,8 @@ void AddFiles(ToolInvocation& job, const std::vector<std::string>& listed) {
 
 OwnedJob::OwnedJob(const ToolEnvironment& world, const char* files, const char* options)
     : values(OptionValues::FromText(OrEmpty(options))) {
+  values.Put("", "Install", "ConfigFolder", ReplaceAll(world.configFolder, "$", "$$"));
+  values.Put("", "Install", "ProgramFolder", ReplaceAll(ModuleFolder() + kSeparator, "$", "$$"));
   job.values = &values;
   job.disk = world.files;
   job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder(), job.disk);

@@ -145,11 +145,13 @@ struct ByProductRule {
 struct ToolDefinition {
   std::string name;
   bool isProgram = false;  // a plain path without a definition
+  std::size_t folder = 0;  // number of the folder that defines it
   // Reads only the files that its rules list, and writes only those that its plan names.
   bool isEarly = false;
   std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
-  std::string hint;                     // how to install a missing program
+  std::string toolchain;  // whose programs it runs; empty if they are searched for in PATH only
+  std::string hint;       // how to install a missing program
   std::vector<std::string> extensions;  // with dots, in lower case
   MessageRuleLists messages;
   Template output;

@@ -14,6 +14,8 @@ namespace tarn::tools {
 struct DefinitionFile {
   std::string name;
   std::string text;
+  // Number of its folder. A tool of one folder may replace one of an earlier folder.
+  std::size_t folder = 0;
 };
 
 using NamedHarmlessFlags = std::map<std::string, HarmlessFlags, std::less<>>;
@@ -23,14 +25,19 @@ using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRul
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   NamedHarmlessFlags harmless;
+  std::map<std::string, std::string> toolchains;  // folders of those that have one, or empty
   NamedMessageRules messages;       // if two lists have the same name, the later one wins
   std::vector<std::string> errors;  // usually "file: tool: what is wrong"
   std::string lostFile;             // the first error that lost a whole file; empty if none
 };
 
+// Returns the folder of a toolchain's programs; an empty string if they are searched for in PATH.
+using ToolchainLocator = std::function<std::string(const std::string& toolchain)>;
+
 // Parses all files; a tool may refer to message lists of any file. A tool or message list with any
 // fault is omitted, so that a partially understood command line is never run; the others remain
 // valid.
-ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files);
+ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files,
+                                    const ToolchainLocator& locate = {});
 
 }  // namespace tarn::tools

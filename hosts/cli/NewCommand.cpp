@@ -1,9 +1,12 @@
+#include <tarn/commands.h>
+
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/NewForTarget.h"
 #include "hosts/cli/ShellText.h"
+#include "hosts/core/FirstSource.h"
 #include "hosts/core/GitFiles.h"
 #include "hosts/core/HostFolders.h"
 #include "hosts/core/ProjectTemplate.h"
@@ -43,6 +46,24 @@ int CheckCompiler(CommandContext& context) {
   return kExitUsage;
 }
 
+// The part of a new project whose compiler needs more than its name: one that a simulator has.
+constexpr struct {
+  const char* family;  // beginning of the compiler's name
+  const char* section;
+  const char* option;
+  const char* value;
+} kFirstParts[] = {
+    {"arm-", "Target", "Cpu", "cortex-m3"},
+    {"arm-", "Target", "FlashSize", "262144"},
+    {"arm-", "Target", "RamSize", "65536"},
+    {"arm-", "Simulate", "Machine", "lm3s6965evb"},
+    {"riscv-", "Target", "Arch", "rv32imac_zicsr"},
+    {"riscv-", "Target", "FlashStart", "0x20400000"},
+    {"riscv-", "Target", "FlashSize", "524288"},
+    {"riscv-", "Target", "RamSize", "16384"},
+    {"riscv-", "Simulate", "Machine", "sifive_e"},
+};
+
 // Stores the compiler in the new project, and a device if it requires one: nothing that affects the
 // build is left to a default.
 int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
@@ -53,6 +74,18 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   manager.SavePropertyValue("Application", "Target", "Toolchain", compiler);
   if (!context.Session().Options().CheckValue("Application", "Target", "Device", "").empty()) {
     manager.SavePropertyValue("Application", "Target", "Device", kFirstDevice);
+  }
+  for (const auto& each : kFirstParts) {
+    if (!compiler.starts_with(each.family)) continue;
+    manager.SavePropertyValue("Application", each.section, each.option, each.value);
+  }
+  manager.Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
+  context.SelectNode("Sources", "");
+  const Status added =
+      AddTemplateSources(context.Session(), context.Files(), FolderOf(projectFile));
+  if (!added) {
+    context.Complain(context.ShowFailure(added.GetError().place, "copied", added.GetError().text));
+    return kExitCannotOpen;
   }
   return context.SaveProject();
 }

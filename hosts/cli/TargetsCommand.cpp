@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 
 #include "hosts/cli/Commands.h"
@@ -13,7 +14,7 @@ namespace tarn::host {
 namespace {
 
 struct TargetsOptions {
-  std::string text;  // to search for
+  std::vector<std::string> words;  // to search for
   std::string family;
 };
 
@@ -29,17 +30,31 @@ bool KeepThoseThat(std::vector<TargetEntry>& targets, Predicate&& matches) {
   return true;
 }
 
+// The text that is searched: everything that is not a number.
+std::string AllTextOf(const TargetEntry& target) {
+  std::string text = target.name + "\n" + target.description;
+  for (const auto& [name, value] : target.facts) {
+    if (!IsNumericFact(name)) text += "\n" + value;
+  }
+  return text;
+}
+
 // An exact match with the full name of a target or a family takes precedence over partial matches.
 bool KeepMatching(std::vector<TargetEntry>& targets, const std::string& text) {
   const std::string wanted = FoldCase(text);
   const auto isNamed = [&](const TargetEntry& each) { return EqualNoCase(each.name, text); };
   const auto isOf = [&](const TargetEntry& each) { return IsOf(each, text); };
-  const auto tells = [&](const TargetEntry& each) {
-    const std::string all = FoldCase(each.name + "\n" + each.description);
-    return all.find(wanted) != all.npos;
+  const auto mentions = [&](const TargetEntry& each) {
+    return FoldCase(AllTextOf(each)).find(wanted) != std::string::npos;
   };
   return KeepThoseThat(targets, isNamed) || KeepThoseThat(targets, isOf) ||
-         KeepThoseThat(targets, tells);
+         KeepThoseThat(targets, mentions);
+}
+
+bool KeepMeeting(std::vector<TargetEntry>& targets, const std::string& word) {
+  const std::optional<TargetCondition> condition = TargetCondition::Parse(word);
+  if (!condition) return KeepMatching(targets, word);
+  return KeepThoseThat(targets, [&](const TargetEntry& each) { return condition->IsMetBy(each); });
 }
 
 std::string JoinedFamilies(const TargetEntry& target) {
@@ -54,6 +69,15 @@ void PrintTarget(CommandContext& context, const TargetEntry& target) {
   out.PrintLine(out.Dye(Paint::Bold, Printable(target.name)) + "  " + JoinedFamilies(target));
   for (const std::string_view line : Split(target.description, '\n')) {
     out.PrintLine("  " + Printable(line));
+  }
+  constexpr struct {
+    const char* label;
+    const char* fact;
+  } kShown[] = {{"Maker", "maker"},         {"Microcontroller", "mcu"}, {"Core", "core"},
+                {"Toolchain", "toolchain"}, {"Simulator", "simulator"}, {"Upload", "upload"}};
+  for (const auto& each : kShown) {
+    const std::string value = target.GetFact(each.fact);
+    if (!value.empty()) out.PrintLine("  " + Padded(each.label, 15) + Printable(value));
   }
   if (!target.datasheet.empty()) out.PrintLine("  Data sheet     " + Printable(target.datasheet));
   out.PrintLine("  Configuration  " + Printable(target.configuration));
@@ -77,14 +101,25 @@ void PrintList(CommandContext& context, const std::vector<TargetEntry>& targets)
   }
 }
 
+nlohmann::json ToJson(const TargetEntry& target) {
+  nlohmann::json object = {{"name", target.name},
+                           {"families", target.families},
+                           {"description", target.description},
+                           {"datasheet", target.datasheet},
+                           {"configuration", target.configuration}};
+  for (const auto& [name, value] : target.facts) {
+    // Several packages are a list of numbers of pins, which stays a string.
+    const bool isNumber = IsNumericFact(name) && !value.empty() && value.size() < 16 &&
+                          value.find_first_not_of("0123456789") == std::string::npos;
+    object.emplace(name, isNumber ? nlohmann::json(std::stoll(value)) : nlohmann::json(value));
+  }
+  return object;
+}
+
 nlohmann::json ToJson(const std::vector<TargetEntry>& targets) {
   nlohmann::json list = nlohmann::json::array();
   for (const TargetEntry& each : targets) {
-    list.push_back({{"name", each.name},
-                    {"families", each.families},
-                    {"description", each.description},
-                    {"datasheet", each.datasheet},
-                    {"configuration", each.configuration}});
+    list.push_back(ToJson(each));
   }
   return list;
 }
@@ -110,7 +145,6 @@ std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& 
 // Keeps only the requested targets. Returns 0, or an exit code after printing the error.
 int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   const std::string& family = context.Own<TargetsOptions>().family;
-  const std::string& text = context.Own<TargetsOptions>().text;
   if (targets.empty()) {
     context.Complain(
         "No targets are registered. Run `tarn register` to register those of this installation.");
@@ -121,11 +155,17 @@ int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
     ComplainOfFamily(context, family, targets);
     return kExitUsage;
   }
-  if (!text.empty() && !KeepMatching(targets, text)) {
-    const std::string of = family.empty() ? "" : " of the family \"" + family + "\"";
-    context.Complain("No target" + of + " has \"" + text + "\" in its name or description." +
-                     TargetHint(text, targets));
-    return kExitUsage;
+  std::string found = family.empty() ? "" : " of the family \"" + family + "\"";
+  for (const std::string& word : context.Own<TargetsOptions>().words) {
+    if (!word.empty() && !KeepMeeting(targets, word)) {
+      const bool isCondition = TargetCondition::Parse(word).has_value();
+      context.Complain("No target" + found +
+                       (isCondition ? " has " + word + "."
+                                    : " has \"" + word + "\" in its name or description." +
+                                          TargetHint(word, targets)));
+      return kExitUsage;
+    }
+    found += (found.empty() ? " with \"" : " and \"") + word + '"';
   }
   return kExitDone;
 }
@@ -178,12 +218,16 @@ CommandSpec TargetsCommand() {
       .help = "List the available microcontrollers",
       .examples = {{"tarn targets --family AVR", "all targets of a family"},
                    {"tarn targets ATmega328P", "details of one target"},
-                   {"tarn targets usb", "targets that mention it"}},
+                   {"tarn targets usb", "targets that mention it"},
+                   {"tarn targets cortex-m4 'flash>=512K' 'ram>=96K'",
+                    "targets with this core "
+                    "and memory"}},
       .declare =
           [](CommandArguments& arguments) {
             TargetsOptions& own = arguments.Own<TargetsOptions>();
-            arguments.Positional("TEXT", own.text,
-                                 "Text to search for in target, family or description");
+            arguments.Positional("TEXT", own.words,
+                                 "Text to search for in target, family or description; or a "
+                                 "condition like 'flash>=64K', core=cortex-m3 or maker=NXP");
             arguments.Option("--family", own.family, "FAMILY", "Only this family, e.g. AVR")
                 .NotEmpty();
           },

@@ -17,6 +17,10 @@ namespace {
 
 constexpr const char* kFirstGroup = "Sources";
 
+std::string TargetOption(BuildSession& session, const char* name) {
+  return session.Manager().GetPropertyValue("Application", "Target", name);
+}
+
 bool HasFiles(BuildSession& session, const std::string& application) {
   const ProjectTree tree(session.Inspector().GetTree());
   if (tree.GetRoot() == nullptr) return true;
@@ -49,17 +53,35 @@ Status AddFirstSource(BuildSession& session, FileSystem& files, const std::strin
     const std::string source = SourceOf(session, files, each);
     const Result<bool> exists = files.CheckExists(source);
     if (!exists) return exists.GetError();
+    session.Inspector().SelectApplication(application);
     if (!*exists) {
-      if (const Status written = WriteFirstSource(files, source); !written) {
+      const std::string original = TargetOption(session, "FirstSource");
+      if (const Status written = WriteFirstSource(files, source, original); !written) {
         return Error{written.GetError().code, written.GetError().text, source};
       }
     }
-    session.Inspector().SelectApplication(application);
     session.Manager().Command(TARN_CMD_NEW_GROUP);
     const std::string values = session.Options().GetValuesAsText();
     const std::string set = OptionValues::FromText(values).GetOwnSet();
     session.Manager().SavePropertyValue(set, "General", "Header", kFirstGroup);
     session.Manager().AddExistingItem(source);
+    const std::string folder = FolderOf(application);
+    if (const Status added = AddTemplateSources(session, files, folder); !added) return added;
+  }
+  return {};
+}
+
+Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder) {
+  for (const char* option : {"StartUp", "SystemCalls"}) {
+    const std::string original = TargetOption(session, option);
+    if (original.empty()) continue;
+    const std::string copy = JoinPath(JoinPath(folder, "src"), FileNameOf(original));
+    const auto text = files.ReadWholeFile(original);
+    if (!text) return Error{text.GetError().code, text.GetError().text, original};
+    if (const Status written = files.WriteOwnFile(copy, *text); !written) {
+      return Error{written.GetError().code, written.GetError().text, copy};
+    }
+    session.Manager().AddExistingItem(copy);
   }
   return {};
 }

@@ -13,4 +13,8 @@ namespace tarn::host {
 // sources. The application is the one with this path in the open project.
 Status AddFirstSource(BuildSession& session, FileSystem& files, const std::string& application);
 
+// Copies the start-up files that the application's options name (Target.StartUp and SystemCalls)
+// to the folder src in `folder`, and adds the copies at the current node. An error names the file.
+Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder);
+
 }  // namespace tarn::host

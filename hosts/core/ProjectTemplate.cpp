@@ -78,8 +78,10 @@ bool IsStorable(const std::string& text) {
   return g_xmlEntities.Decode(g_xmlEntities.Encode(text.c_str()).c_str()) == text;
 }
 
-Status WriteFirstSource(FileSystem& files, const std::string& path) {
-  return WriteWithFolder(files, path, kMainSource);
+Status WriteFirstSource(FileSystem& files, const std::string& path, const std::string& original) {
+  if (original.empty()) return WriteWithFolder(files, path, kMainSource);
+  const Result<std::string> text = files.ReadWholeFile(original);
+  return text ? WriteWithFolder(files, path, *text) : Status(text.GetError());
 }
 
 Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project) {

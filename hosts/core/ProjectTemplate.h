@@ -28,8 +28,9 @@ bool IsStorable(const std::string& text);
 // project or application file is an error, an existing source file is used.
 Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project);
 
-// Writes the first source file of a new project, and creates its folder.
-Status WriteFirstSource(FileSystem& files, const std::string& path);
+// Writes the first source file of a new project, and creates its folder. It is a copy of the file
+// `original`, or a program that does nothing if that is an empty string.
+Status WriteFirstSource(FileSystem& files, const std::string& path, const std::string& original);
 
 // Writes the placeholder project that is open when no other is: `name`.tprj and `name`.tapp, an
 // application without files. Existing files are left alone.

@@ -9,6 +9,16 @@ namespace tarn {
 
 namespace {
 
+// Copies the attributes for which an element has no meaning of its own, such as sizes of memories.
+void AddFacts(const CXmlNode& target, CXmlNode& entry) {
+  for (const CXmlAttr& each : target.Attributes()) {
+    if (each.GetName() == "Hidden" || each.GetName() == "Nickname") continue;
+    if (entry.GetAttr(each.GetName().c_str()) == nullptr) {
+      entry.AddAttr(each.GetName().c_str(), each.GetValue());
+    }
+  }
+}
+
 void AddTarget(const CXmlNode& target, CXmlNode& list) {
   const TargetDescription description = DescribeTarget(target);
   const std::string config = description.configName.value_or("");
@@ -17,6 +27,7 @@ void AddTarget(const CXmlNode& target, CXmlNode& list) {
   entry.AddAttr("Description", description.text);
   entry.AddAttr("Datasheet", description.datasheet.value_or(""));
   entry.AddAttr("Config", config.empty() ? kStandardConfig : config);
+  AddFacts(target, entry);
 }
 
 void AddFamily(const CXmlNode& family, CXmlNode& list) {

@@ -119,6 +119,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"TakeBuildNotices", TARN_INS_TAKE_BUILD_NOTICES, {}, "''", "'\r\n<Notices/>'"},
       {"SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"/p"}, "0", "1"},
       {"SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"/home/me/state"}, "0", "1"},
+      {"SetDefinitionFolders", TARN_INS_SET_DEFINITION_FOLDERS, {"/me", ".tarn"}, "0", "1"},
+      {"GetIgnoredDefinitions", TARN_INS_GET_IGNORED_DEFINITIONS, {}, "''", "''"},
       {"TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}, "''", "''"},
       {"CheckScript", TARN_INS_CHECK_SCRIPT, {"/p/x.lua"}, "''", "''"},
   };
@@ -369,7 +371,8 @@ TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
                      "<Targets><Target Header='t' ><Micro_Description>a\\nb</Micro_Description>"
                      "<Datasheet>\nd</Datasheet><ConfigName></ConfigName></Target>"
                      "<Target><ConfigName>x</ConfigName></Target><Chip Header='c' />"
-                     "<Targets Header='f' ><Target Header='u' ><ConfigName>C</ConfigName></Target>"
+                     "<Targets Header='f' ><Target Header='u' Flash='9' Config='-' ><ConfigName>C"
+                     "</ConfigName></Target>"
                      "</Targets></Targets>");
   ASSERT_EQ(Ask(TARN_INS_ATTACH, {world.manager}), "1");
   std::string text = Ask(TARN_INS_GET_TARGETS);
@@ -378,7 +381,8 @@ TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
             "'\n<Targets>\n\t<Targets Header=\"own\" >\n"
             "\t\t<Target Header=\"t\" Description=\"a\nb\" Datasheet=\"d\" Config=\"Standard\" />\n"
             "\t\t<Targets Header=\"f\" >\n"
-            "\t\t\t<Target Header=\"u\" Description=\"\" Datasheet=\"\" Config=\"C\" />\n"
+            "\t\t\t<Target Header=\"u\" Description=\"\" Datasheet=\"\" Config=\"C\" Flash=\"9\" "
+            "/>\n"
             "\t\t</Targets>\n\t</Targets>\n</Targets>'");
   world.disk.AddFile("/machine/registry.ini",
                      "[Software\\Corvane\\Tarn7\\Targets\\x]\nHidden=Yes\n");

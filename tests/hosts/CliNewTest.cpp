@@ -45,8 +45,8 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   std::filesystem::create_directories(project.PathOf("taken"));
   project.Write("taken/taken.tapp", "mine");
   project.ExpectRefusal({"new", ""}, 2, "A project needs a name.");
-  project.ExpectRefusal({"new", "a", "--target", "ATmega328"}, 2,
-                        "Unknown target \"ATmega328\". Did you mean \"ATmega328P\"");
+  project.ExpectRefusal({"new", "a", "--target", "ATtiny8411"}, 2,
+                        "Unknown target \"ATtiny8411\". Did you mean \"ATtiny841\"");
   project.ExpectRefusal({"new", "a", "--target", "Z80"}, 2,
                         "Unknown target \"Z80\". See `tarn targets`.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "aplication"}, 2,

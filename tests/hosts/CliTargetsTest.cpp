@@ -21,8 +21,9 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
       "<Targets Header='Mine' >"
       "<Target Header='ab1' ><Micro_Description>First.\\nUSB and\x1b[m.</Micro_Description>"
       "<Datasheet>https://example.com/ab1</Datasheet><ConfigName>Debug</ConfigName></Target>"
-      "<Targets Header='Inner' ><Target Header='ab12' ><Micro_Description>Second."
-      "</Micro_Description></Target><Target Header='\xc3\xa4' /><Other Header='ab3' /></Targets>"
+      "<Targets Header='Inner' ><Target Header='ab12' Core='c1' Flash='65536' Pins='28,32' >"
+      "<Micro_Description>Second.</Micro_Description></Target><Target Header='\xc3\xa4' /><Other "
+      "Header='ab3' /></Targets>"
       "</Targets>");
   std::filesystem::create_directories(project.PathOf("settings/user"));
   project.Point("TARN_SETTINGS", "settings");
@@ -44,12 +45,24 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
        "ab1  Mine\n  First.\n  USB and\\x1b[m.\n  Data sheet     https://example.com/ab1\n"
        "  Configuration  Debug\n",
        ""},
-      {{"targets", "seco"}, 0, "ab12  Mine, Inner\n  Second.\n  Configuration  Standard\n", ""},
+      {{"targets", "c1", "flash>=64K", "pins=32"},
+       0,
+       "ab12  Mine, Inner\n  Second.\n  Core           c1\n  Configuration  Standard\n",
+       ""},
+      {{"targets", "inner", "flash<64k"},
+       0,
+       "\xc3\xa4  Mine, Inner\n  Configuration  Standard\n",
+       ""},
+      {{"targets", "core=c1", "flash>64K"},
+       2,
+       "",
+       "tarn: No target with \"core=c1\" has flash>64K.\n"},
       {{"targets", "--family", "inner", "seco", "--json"},
        0,
-       "[\n  {\n    \"configuration\": \"Standard\",\n    \"datasheet\": \"\",\n"
+       "[\n  {\n    \"configuration\": \"Standard\",\n    \"core\": \"c1\",\n    \"datasheet\": "
+       "\"\",\n"
        "    \"description\": \"Second.\",\n    \"families\": [\n      \"Mine\",\n      \"Inner\"\n"
-       "    ],\n    \"name\": \"ab12\"\n  }\n]\n",
+       "    ],\n    \"flash\": 65536,\n    \"name\": \"ab12\",\n    \"pins\": \"28,32\"\n  }\n]\n",
        ""},
       {{"targets", "--family", "innr"},
        2,
@@ -96,11 +109,19 @@ struct Part {
   TargetDescription description;
 };
 
+std::string SharePath(const std::string& name) {
+  return std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/" + name;
+}
+
+std::string ReadText(const std::string& path) {
+  const auto text = FileSystem::Native().ReadWholeFile(path);
+  return text ? *text : std::string();
+}
+
 // Returns the installed catalogue without any user settings.
 std::unique_ptr<CXmlNode> ReadShipped() {
-  const std::string share = std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/";
   const Settings nobody(FileSystem::Native(), {"/none", "/none", "/none"});
-  return TargetCatalogue(FileSystem::Native(), nobody, share + "targets").Read();
+  return TargetCatalogue(FileSystem::Native(), nobody, SharePath("targets")).Read();
 }
 
 std::vector<Part> PartsOf(const std::string& package) {
@@ -139,7 +160,7 @@ std::string AvrSource(const std::string& description) {
   check("flash", "FLASHEND + 1UL");
   check("RAM", "RAMEND - RAMSTART + 1UL");
   check("EEPROM", "E2END + 1UL");
-  return source + "unsigned char counter;\nint main(void) { for (;;) counter++; }\n";
+  return source + ReadText(SharePath("config/templates/avr.c"));
 }
 
 std::string SdccSource(const std::string& description) {
@@ -164,9 +185,13 @@ void ExpectMemoryOptions(const Part& part) {
   EXPECT_TRUE(Has(part.description.script.value_or(""), options)) << part.name << options;
 }
 
+std::string SourceFor(const TargetDescription& description) {
+  return Has(description.script.value_or(""), "\"avr-gcc\"") ? AvrSource(description.text)
+                                                             : SdccSource(description.text);
+}
+
 struct Package {
   const char* label;
-  std::string (*makeSource)(const std::string& description);
   std::size_t count;  // minimum number of parts
   // Large packages are split, so that they are built in parallel.
   std::size_t piece;
@@ -194,16 +219,18 @@ TEST_P(ShippedTargets, CannotBeBuiltOrAreNotWhatTheyAreSaidToBe) {
   std::string setUp;
   for (const Part& part : parts) {
     const TargetDescription& description = part.description;
+    // sdcc can't handle the characters in the names of some boards.
+    const std::string file = "t" + std::to_string(applications.size());
     EXPECT_TRUE(names.insert(FoldCase(part.name)).second) << part.name << " is there twice";
     EXPECT_TRUE(description.datasheet.value_or("").starts_with("https://")) << part.name;
     EXPECT_EQ(description.configName, "Standard") << part.name;
-    EXPECT_GE(BytesOf(description.text, "flash"), 1024) << part.name;
+    EXPECT_GE(BytesOf(description.text, "flash"), 512) << part.name;
     if (GetParam().label == std::string("8051")) ExpectMemoryOptions(part);
-    applications.push_back({part.name, {part.name + ".c"}});
-    project.Write("src/" + part.name + ".c", GetParam().makeSource(description.text));
-    project.Write(part.name + ".lua", description.script.value_or(""));
-    setUp += "tarn.SelectApplication('" + part.name + "')\n" + "assert(tarn.ExecuteScript('" +
-             part.name + ".lua') == 1)\n";
+    applications.push_back({file, {file + ".c"}});
+    project.Write("src/" + file + ".c", SourceFor(description));
+    project.Write(file + ".lua", description.script.value_or(""));
+    setUp += "tarn.SelectApplication('" + file + "')\n" + "assert(tarn.ExecuteScript('" + file +
+             ".lua') == 1)\n";
   }
   project.WriteProject(applications);
   project.Write("setup.lua", setUp + "tarn.ProjectSave()\n");
@@ -216,14 +243,22 @@ TEST_P(ShippedTargets, CannotBeBuiltOrAreNotWhatTheyAreSaidToBe) {
 }
 
 const Package kPackages[] = {
-    {"AVR", AvrSource, 40, 0, 4},  {"AVR", AvrSource, 40, 1, 4},   {"AVR", AvrSource, 40, 2, 4},
-    {"AVR", AvrSource, 40, 3, 4},  {"8051", SdccSource, 15, 0, 2}, {"8051", SdccSource, 15, 1, 2},
-    {"STM8", SdccSource, 8, 0, 1},
+    {"AVR", 170, 0, 4},
+    {"AVR", 170, 1, 4},
+    {"AVR", 170, 2, 4},
+    {"AVR", 170, 3, 4},
+    {"8051", 25, 0, 2},
+    {"8051", 25, 1, 2},
+    {"STM8", 30, 0, 1},
+    {"Z80, HC08 and Padauk", 8, 0, 1},
+    {"Boards with 8 bits", 12, 0, 1},
 };
 
 INSTANTIATE_TEST_SUITE_P(Package, ShippedTargets, ::testing::ValuesIn(kPackages),
                          [](const auto& package) {
-                           return package.param.label + ("_" + std::to_string(package.param.piece));
+                           std::string name = package.param.label;
+                           std::erase_if(name, [](char c) { return c == ' ' || c == ','; });
+                           return name + "_" + std::to_string(package.param.piece);
                          });
 
 TEST(ShippedPackages, AreAllBuiltByATest) {

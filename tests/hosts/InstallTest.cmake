@@ -11,6 +11,7 @@ endif()
 set(wanted
   bin/tarn
   ${LIBDIR}/tarn-guard
+  ${LIBDIR}/tarn-uf2
   share/tarn/config/projectmanager.config
   share/tarn/config/message.xslt
   share/tarn/bin/k418/k418.pl
