@@ -8,6 +8,7 @@
 #include "components/tools/ElementReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/MessageRulesReader.h"
+#include "components/tools/ToolInheritance.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
@@ -388,7 +389,8 @@ void ReadLists(const ParsedFile& file, const char* element, Lists& lists,
   }
 }
 
-void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessages& leftOut) {
+void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance, ReadDefinitions& into,
+               ToolsWithoutMessages& leftOut) {
   for (const CXmlNode* child : file.root.GetChildren()) {
     const std::string_view name = child->NameView();
     if (child->GetType() != XmlElement || name == "Messages" || name == "Harmless") continue;
@@ -396,10 +398,16 @@ void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessag
       into.errors.push_back(file.name + ": unknown element " + child->GetName());
       continue;
     }
+    if (HasYes(*child, "Abstract")) continue;
+    std::string error;
+    const std::string abstract = OrEmpty(child->GetAttrValue("Abstract"));
+    if (!abstract.empty() && !EqualNoCase(abstract, "No")) error = "Abstract can't be " + abstract;
+    const auto resolved = inheritance.Resolve(*child, error);
     ToolReader reader(into.messages, into.harmless);
-    auto tool = reader.Read(*child);
-    if (!reader.Error().empty()) {
-      into.errors.push_back(file.name + ": " + tool->name + ": " + reader.Error());
+    auto tool = reader.Read(resolved ? *resolved : *child);
+    if (error.empty()) error = reader.Error();
+    if (!error.empty()) {
+      into.errors.push_back(file.name + ": " + tool->name + ": " + error);
     } else if (!reader.MissingMessages().empty()) {
       leftOut[reader.MissingMessages()].push_back(tool->name);
     } else {
@@ -431,8 +439,14 @@ ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
     ReadLists<MessageRulesReader>(file, "Messages", read.messages, read.errors);
     ReadLists<HarmlessFlagsReader>(file, "Harmless", read.harmless, read.errors);
   }
+  ToolInheritance inheritance;
+  for (const ParsedFile& file : parsed) {
+    for (const CXmlNode* child : file.root.GetChildren()) {
+      if (child->NameView() == "Tool") inheritance.Add(*child);
+    }
+  }
   ToolsWithoutMessages leftOut;
-  for (const ParsedFile& file : parsed) ReadTools(file, read, leftOut);
+  for (const ParsedFile& file : parsed) ReadTools(file, inheritance, read, leftOut);
   const bool hasShippedFile = std::any_of(files.begin(), files.end(), [](const auto& file) {
     return EqualNoCase(file.name, kShippedMessages);
   });

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "components/tools/ToolDefinitionReader.h"
+#include "components/tools/ToolInheritance.h"
 #include "components/tools/ToolSet.h"
 #include "support/MemoryFileSystem.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::tools {
 namespace {
@@ -58,6 +60,20 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
       {R"(<Tool Name="a" Harmless="none"><Step Program="p"/></Tool>)",
        "a: no Harmless is named none"},
       {R"(<Harmless Name="a"><Flags For="Loader"/></Harmless>)", "harmless a: For can't be Loader"},
+      {R"(<Tool Name="a" Base="OK b"/>)", "a: no other tool is named b, which is a Base of a"},
+      {R"(<Tool Name="a" Base="a"/>)", "a: no other tool is named a, which is a Base of a"},
+      {R"(<Tool Name="a" Base="b"/><Tool Name="b" Abstract="Yes" Base="A"/>)",
+       "a: Base refers to itself: a -> b -> a"},
+      {R"(<Tool Name="a" Base="ok"><Step Program="q" After="x"/></Tool>)",
+       "a: Step: no element has the Id x"},
+      {R"(<Tool Name="a" Base="ok"><Env Name="X" Remove="Yes"/></Tool>)",
+       "a: Env: nothing to remove"},
+      {R"(<Tool Name="a" Base="ok"><Step Id="1" Remove="1"/></Tool>)",
+       "a: Step: Remove can't be 1"},
+      {R"(<Tool Name="a" Abstract="Maybe"><Step Program="p"/></Tool>)",
+       "a: Abstract can't be Maybe"},
+      {R"(<Tool Name="a" Base="ok"><Step Program="q"><Place/></Step></Tool>)",
+       "a: Place: needs an Id"},
   };
   const std::string good =
       R"(<Messages Name="fine"/>)"
@@ -65,6 +81,47 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
   for (const auto& [tool, error] : rows) {
     EXPECT_EQ(ErrorsOf("<Tools>" + (tool + good) + "</Tools>"),
               "t.tools: " + std::string(error) + "\n1 tools");
+  }
+}
+
+TEST(Definition, ADerivedToolChangesSinglePartsOfItsBases) {
+  const std::string bases = R"~(
+    <Tool Name="base" Abstract="Yes" Title="B" Runs="-a;-b" Output="o">
+      <Env Name="E" Value="1"/>
+      <Step Id="main" Program="$(Prefix)cc">
+        <Arg V="-c"/><Place Id="cpu"/><Arg Id="debug" V="-g" If="Output"/>
+        <Arg Id="dep" V="-X"/><Arg Id="dep" V="--dep"/><Arg V="$(Output)"/>
+      </Step>
+      <Size Format="sections"><Sum Label="a" Of=".text"/></Size><Line Template="x"/>
+    </Tool>
+    <Tool Name="cpu" Abstract="Yes" Prefix="arm-">
+      <Step Id="main"><Arg V="-mcpu" Before="cpu"/><Arg V="-mthumb"/></Step>
+    </Tool>)~";
+  const std::pair<const char*, const char*> rows[] = {
+      {R"~( Base="base cpu" Runs="$(Base);-c" Output="">)~",
+       R"~(<Tool Name="t" Title="B" Runs="-a;-b;-c" Output="" ><Env Name="E" Value="1" />)~"
+       R"~(<Step Program="arm-cc" ><Arg V="-c" /><Arg V="-mcpu" /><Arg V="-mthumb" />)~"
+       R"~(<Arg V="-g" If="Output" /><Arg V="-X" /><Arg V="--dep" /><Arg V="$(Output)" /></Step>)~"
+       R"~(<Size Format="sections" ><Sum Label="a" Of=".text" /></Size><Line Template="x" /></Tool>)~"},
+      {R"~( Base="BASE"><Env Name="E" Value="2"/><Env Name="F" Value="3"/><Line Template="y"/>
+            <Size><Sum Label="a" Of="$(Base) .init"/><Sum Label="b" Of=".bss"/></Size>
+            <Step Program="size" After="main"/><Step Id="main" Program="gcc"><Arg Id="dep" Remove="Yes"/>
+            <Arg V="-last"/><Arg Id="debug" V="-ggdb" Before="cpu"/><Arg V="-x"/></Step>)~",
+       R"~(<Tool Name="t" Title="B" Runs="-a;-b" Output="o" ><Env Name="E" Value="2" />)~"
+       R"~(<Step Program="gcc" ><Arg V="-c" /><Arg V="-ggdb" If="Output" /><Arg V="-x" />)~"
+       R"~(<Arg V="-last" /><Arg V="$(Output)" /></Step><Step Program="size" />)~"
+       R"~(<Size Format="sections" ><Sum Label="a" Of=".text .init" /><Sum Label="b" Of=".bss" /></Size>)~"
+       R"~(<Line Template="y" /><Line Template="x" /><Env Name="F" Value="3" /></Tool>)~"},
+  };
+  for (const auto& [tool, expected] : rows) {
+    CXmlNode root;
+    root.Load("<T>" + bases + "<Tool Name='t'" + tool + "</Tool></T>", g_xmlParseInfo);
+    ToolInheritance inheritance;
+    for (const CXmlNode* each : root.GetChildren()) inheritance.Add(*each);
+    std::string error;
+    const auto resolved = inheritance.Resolve(*root.GetChildren().back(), error);
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(resolved ? resolved->ToString({.newline = false}) : "", expected);
   }
 }
 
