@@ -19,7 +19,7 @@ struct ImportOptions {
   bool yes = false;
 };
 
-constexpr std::string_view kProjectExtension = ".tprj";
+constexpr std::string_view kConvertedExtension = ".tprj";
 
 // One import. Also acts as the user to whom the server's questions and messages are directed.
 class Import final : private DialogResponder {
@@ -27,7 +27,7 @@ class Import final : private DialogResponder {
   explicit Import(CommandContext& commandContext)
       : context_(commandContext),
         older_(FullPath(commandContext)),
-        project_(WithExtension(older_, std::string(kProjectExtension))) {
+        project_(WithExtension(older_, std::string(kConvertedExtension))) {
     SetDialogResponder(context_.Frame().GetHandle(), this);
   }
   Import(const Import&) = delete;
@@ -85,7 +85,7 @@ void Import::TakeLines() {
 }
 
 int Import::CheckFile() const {
-  if (EqualNoCase(ExtensionOf(older_), kProjectExtension)) {
+  if (EqualNoCase(ExtensionOf(older_), kConvertedExtension)) {
     context_.Complain(context_.Show(older_) + " needs no conversion.");
     return kExitUsage;
   }

@@ -171,7 +171,7 @@ int RunNew(CommandContext& context) {
   return kExitDone;
 }
 
-void Declare(CommandArguments& arguments) {
+void DeclareNew(CommandArguments& arguments) {
   NewOptions& own = arguments.Own<NewOptions>();
   arguments
       .Positional("NAME", own.name, "Folder and name of the project, e.g. blinky or work/blinky")
@@ -206,7 +206,7 @@ CommandSpec NewCommand() {
       .examples = {{"tarn new blinky", "a project in the folder blinky"},
                    {"tarn new work/blinky --compiler sdcc-mcs51", "with a different compiler"},
                    {"tarn new blinky --target ATmega328P", "for a microcontroller"}},
-      .declare = Declare,
+      .declare = DeclareNew,
       .run = RunNew,
   };
 }

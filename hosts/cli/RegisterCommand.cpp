@@ -101,7 +101,7 @@ int RunRegister(CommandContext& context, bool adds) {
   return kExitDone;
 }
 
-void Declare(CommandArguments& arguments) {
+void DeclareRegister(CommandArguments& arguments) {
   arguments.Flag("--system", arguments.Own<RegisterOptions>().forAll,
                  "For all users of this computer");
 }
@@ -115,7 +115,7 @@ CommandSpec RegisterCommand() {
       .help = "Register this installation's server",
       .examples = {{"tarn register", "for this user"},
                    {"tarn register --system", "for all users; as root"}},
-      .declare = Declare,
+      .declare = DeclareRegister,
       .run = [](CommandContext& context) { return RunRegister(context, true); },
   };
 }
@@ -125,7 +125,7 @@ CommandSpec UnregisterCommand() {
       .name = "unregister",
       .group = CommandGroup::Integration,
       .help = "Unregister this installation's server",
-      .declare = Declare,
+      .declare = DeclareRegister,
       .run = [](CommandContext& context) { return RunRegister(context, false); },
   };
 }
