@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "components/tools/ToolActions.h"
 #include "components/tools/ToolDefinition.h"
 
 namespace tarn::tools {
@@ -22,6 +23,7 @@ using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRul
 // Result of reading definition files.
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
+  ActionRules actions;
   NamedHarmlessFlags harmless;
   NamedMessageRules messages;       // if two lists have the same name, the later one wins
   std::vector<std::string> errors;  // usually "file: tool: what is wrong"

@@ -121,6 +121,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"/home/me/state"}, "0", "1"},
       {"TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}, "''", "''"},
       {"CheckScript", TARN_INS_CHECK_SCRIPT, {"/p/x.lua"}, "''", "''"},
+      {"CheckTool", TARN_INS_CHECK_TOOL, {"t", "", ""}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
