@@ -35,7 +35,8 @@ class PlanBuilder : public TemplateValues {
   ToolPlan Make() {
     spelledBase_ = SpelledPath(job_.disk, folder_);
     spelledFolder_ = spelledBase_;
-    plan_.output = Path(tool_.output);
+    const bool isAction = !tool_.action.empty();
+    plan_.output = isAction ? BuiltFile() : Path(tool_.output);
     plan_.outputOnDisk = Spelled(plan_.output);
     plan_.listing = Spelled(Path(tool_.listing));
     plan_.rules = Spelled(Path(tool_.rules));
@@ -67,7 +68,13 @@ class PlanBuilder : public TemplateValues {
     }
     folder_ = job_.baseFolder;
     for (const ByProductRule& rule : tool_.byProducts) AddByProducts(rule);
+    if (isAction) plan_.output = plan_.outputOnDisk = "";  // an action doesn't make it
     return std::move(plan_);
+  }
+
+  bool Holds(const Conditions& conditions) const {
+    return std::all_of(conditions.begin(), conditions.end(),
+                       [this](const Condition& each) { return Holds(each); });
   }
 
   std::string Own(OwnName name) const override {
@@ -89,6 +96,11 @@ class PlanBuilder : public TemplateValues {
   }
 
  private:
+  // The output of the node, which an action works on.
+  std::string BuiltFile() const {
+    return AbsolutePath(job_.disk, folder_, Option("$(Build.OutputFile)"));
+  }
+
   std::string OwnValue(OwnName name) const {
     switch (name) {
       case OwnName::File:
@@ -258,11 +270,6 @@ class PlanBuilder : public TemplateValues {
     return false;
   }
 
-  bool Holds(const Conditions& conditions) const {
-    return std::all_of(conditions.begin(), conditions.end(),
-                       [this](const Condition& each) { return Holds(each); });
-  }
-
   ToolCommand MakeCommand(const StepRule& step) {
     ToolCommand command;
     command.rule = &step;
@@ -306,7 +313,24 @@ class PlanBuilder : public TemplateValues {
     item_.clear();
   }
 
+  // Refuses values of options that the program could interpret as something else.
+  void CheckAllowed(const ArgumentRule& rule) const {
+    if (rule.allowed == AllowedValue::Any) return;
+    for (const std::string& macro : rule.value.GetOptionMacros()) {
+      RefuseOther(rule, Option(macro), "the option " + macro.substr(2, macro.size() - 3));
+    }
+    if (!item_.empty()) RefuseOther(rule, item_, "an argument");
+  }
+
+  void RefuseOther(const ArgumentRule& rule, const std::string& value,
+                   const std::string& what) const {
+    if (IsAllowed(rule.allowed, value)) return;
+    AddProblem(what + " can't be \"" + value +
+               "\"; allowed: " + std::string(DescribeAllowed(rule.allowed)));
+  }
+
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
+    CheckAllowed(rule);
     const bool isFile = rule.source == ArgumentRule::Source::Files;
     const auto asPath = [this, isFile, &rule](const std::string& value) {
       const std::string path = isSplitLater_ ? RestoreSeparators(value) : value;
@@ -314,6 +338,7 @@ class PlanBuilder : public TemplateValues {
                          path.starts_with(AddSeparator(job_.baseFolder));
       const std::string full = AbsolutePath(job_.disk, job_.baseFolder, path);
       std::string name = Shown(SpelledArgument(full, isFile), isOwn);
+      if (rule.allowed == AllowedValue::Text) RefuseOther(rule, name, "the path");
       if (name.find_first_of(rule.avoided) != std::string::npos) name = StandIn(name, full);
       return isSplitLater_ ? ProtectSeparators(name) : name;
     };
@@ -380,6 +405,10 @@ class NoValues : public TemplateValues {
 
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolInvocation& job) {
   return PlanBuilder(tool, job).Make();
+}
+
+bool Holds(const ToolDefinition& tool, const ToolInvocation& job) {
+  return PlanBuilder(tool, job).Holds(tool.conditions);
 }
 
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start) {

@@ -69,6 +69,9 @@ struct ToolPlan {
 // no process and writes nothing.
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolInvocation& job);
 
+// Returns true if the conditions under which the tool performs its action hold.
+bool Holds(const ToolDefinition& tool, const ToolInvocation& job);
+
 // Returns the files whose absolute paths start so. Returns none if their folder can't be listed.
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start);
 

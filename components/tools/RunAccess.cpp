@@ -197,7 +197,9 @@ class AccessFinder {
         AddRequest(TrustRequestKind::Launcher, JoinWords(launcher));
       }
     }
-    if (!command.rule->program.GetOptionMacros().empty()) {
+    // The program of an action may be what the project has built.
+    const bool isBuilt = !tool_.action.empty() && HasSeparator(program);
+    if (isBuilt || !command.rule->program.GetOptionMacros().empty()) {
       AddRequest(TrustRequestKind::Program, program);
     } else {
       AddProgram(program);

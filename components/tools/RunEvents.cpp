@@ -69,6 +69,20 @@ void RunEvents::Run::Start() {
   Add("Started", XmlAttribute("Lane", std::to_string(lane_)), std::exchange(start_, {}));
 }
 
+void RunEvents::Run::AddOutput(std::string_view text) {
+  constexpr std::size_t kMostPending = 4 << 20;
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  const std::lock_guard guard(events_.lock_);
+  if (text.empty() || events_.journal_.size() > kMostPending) return;
+  std::string bytes;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    bytes += kDigits[byte >> 4];
+    bytes += kDigits[byte & 15];
+  }
+  Add("Output", XmlAttribute("Bytes", bytes), {});
+}
+
 void RunEvents::Run::End(bool isDone, int exitCode) {
   const std::lock_guard guard(events_.lock_);
   events_.lanes_[lane_] = false;

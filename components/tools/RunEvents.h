@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarn::tools {
@@ -26,6 +27,8 @@ class RunEvents {
   //
   //   Started   a process starts; `Lane` is the lowest number that no running tool has; contains
   //             the element that the frame receives as well (TARN_MSG_TOOL_STARTED)
+  //   Output    its processes have printed something, `Bytes` in hexadecimal; only of runs of an
+  //             action
   //   Ended     the last process has ended; `Done` is "Yes" if the run succeeded; `Exit` is its
   //             exit code
   //   Retiring  its turn has come: the result is checked and delivered
@@ -33,7 +36,8 @@ class RunEvents {
   //   Dropped   the result isn't used
   std::string Take();
 
-  // One run. Each function adds an event and is called at most once, in this order. A run that was
+  // One run. Each function adds an event and is called at most once except where noted, in this
+  // order. A run that was
   // started and not retired is dropped by the destructor.
   class Run {
    public:
@@ -43,6 +47,8 @@ class RunEvents {
     ~Run();
 
     void Start();
+    // May be called any number of times. Dropped if the host doesn't take the events.
+    void AddOutput(std::string_view text);
     void End(bool isDone, int exitCode);
     void BeginRetiring();
     void Retire();

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "components/tools/AllowedValue.h"
 #include "components/tools/HarmlessFlags.h"
 #include "components/tools/MessageRules.h"
 #include "components/tools/ResponseFile.h"
@@ -37,7 +38,8 @@ struct ArgumentRule {
   bool isRelative = false;  // ... written relative to the working folder if below it
   std::string avoided;      // characters not allowed in a path: a temporary file replaces it
   bool isWords = false;     // the text is split like a command line
-  std::vector<std::string> without;  // words to be removed from it
+  std::vector<std::string> without;          // words to be removed from it
+  AllowedValue allowed = AllowedValue::Any;  // other values of macros stop the tool
   Conditions conditions;
 };
 
@@ -61,6 +63,7 @@ struct StepRule {
   bool capturesSizes = false;     // its standard output is the input of `Size`
   bool relativePaths = false;     // write paths below the working folder relative to it
   bool plainArguments = false;    // the program passes its arguments to a shell
+  std::string trimmed;  // removed from the ends of output lines, where the program adds it
   Conditions conditions;
 };
 
@@ -151,7 +154,11 @@ struct ToolDefinition {
   std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
   std::string toolchain;  // whose programs it runs; empty if they are searched for in PATH only
-  std::string hint;       // how to install a missing program
+  // Name of the action (see ToolActions.h) that the tool performs if the conditions hold; empty if
+  // it is not for an action.
+  std::string action;
+  Conditions conditions;
+  std::string hint;                     // how to install a missing program
   std::vector<std::string> extensions;  // with dots, in lower case
   MessageRuleLists messages;
   Template output;

@@ -57,12 +57,14 @@ class ToolReader : public ElementReader {
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
          "Harmless", "LoadsFrom",   "LoadsNextTo",  "LoadsHere",      "Early",        "Carries",
-         "Toolchain"});
+         "Toolchain", "Action", "If"});
     tool_->name = Text(node, "Name");
     tool_->isEarly = IsYes(node, "Early");
     tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool_->title = Text(node, "Title");
     tool_->toolchain = ToolchainOf(node);
+    tool_->action = Text(node, "Action");
+    tool_->conditions = ReadConditions(Text(node, "If"));
     tool_->hint = Text(node, "Hint");
     tool_->output = Filled(node, "Output");
     tool_->listing = Filled(node, "Listing");
@@ -97,6 +99,7 @@ class ToolReader : public ElementReader {
     ReadChildren(node);
     ReadMessages(Text(node, "Messages"));
     if (tool_->steps.empty()) Fail("a tool has no Step");
+    if (!tool_->action.empty() && !tool_->output.IsEmpty()) Fail("an Action has no Output");
     return std::move(tool_);
   }
 
@@ -265,8 +268,9 @@ class ToolReader : public ElementReader {
 
   StepRule ReadStep(const CXmlNode& node) {
     CheckAttributes(node, {"Program", "Launcher", "Folder", "Response", "ResponseAbove", "Optional",
-                           "Capture", "Paths", "Plain", "If"});
+                           "Capture", "Paths", "Plain", "If", "Trim"});
     StepRule step;
+    step.trimmed = Text(node, "Trim");
     step.program = Filled(node, "Program");
     if (step.program.IsEmpty()) Fail("a Step has no Program");
     step.hasLauncher = node.GetAttr("Launcher") != nullptr;
@@ -306,8 +310,9 @@ class ToolReader : public ElementReader {
   }
 
   ArgumentRule ReadArgument(const CXmlNode& node) {
-    CheckAttributes(node, {"V", "List", "Path", "Avoid", "Words", "Without", "If"});
+    CheckAttributes(node, {"V", "List", "Path", "Avoid", "Words", "Without", "If", "Allow"});
     ArgumentRule rule;
+    rule.allowed = static_cast<AllowedValue>(Choose(node, "Allow", {"", "Name", "Port", "Text"}));
     rule.value = Filled(node, "V");
     const std::size_t path = Choose(node, "Path", {"", "No", "Yes", "Relative"});
     rule.isPath = path >= 2;
@@ -421,6 +426,10 @@ void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance,
   for (const CXmlNode* child : file.root.GetChildren()) {
     const std::string_view name = child->NameView();
     if (child->GetType() != XmlElement || name == "Messages" || name == "Harmless") continue;
+    if (name == "Action") {
+      ReadAction(*child, file.name, into.actions, into.errors);
+      continue;
+    }
     if (name != "Tool") {
       into.errors.push_back(file.name + ": unknown element " + child->GetName());
       continue;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "components/tools/ToolActions.h"
 #include "components/tools/ToolDefinition.h"
 
 namespace tarn::tools {
@@ -24,6 +25,7 @@ using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRul
 // Result of reading definition files.
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
+  ActionRules actions;
   NamedHarmlessFlags harmless;
   std::map<std::string, std::string> toolchains;  // folders of those that have one, or empty
   NamedMessageRules messages;       // if two lists have the same name, the later one wins

@@ -109,6 +109,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::DropTools>("DropTools", TARN_TOOL_DROP_TOOLS, {}),
       Method<&ToolManager::WatchRuns>("WatchRuns", TARN_TOOL_WATCH_RUNS, {"isWatched"}),
       Method<&ToolManager::TakeRunEvents>("TakeRunEvents", TARN_TOOL_TAKE_RUN_EVENTS, {}),
+      Method<&ToolManager::GetActions>("GetActions", TARN_TOOL_GET_ACTIONS,
+                                       {"extension", "files", "options"}),
   });
   return table;
 }
@@ -283,11 +285,11 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     return Deliver(*ended, toolName, files, messages);
   }
   OwnedJob owned(world_, files, options);
-  const auto definition = FindTool(toolName);
+  const auto definition = FindTool(toolName, owned.job);
   if (!definition) {
     NotifyHost(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
-    log.AddError("unknown tool " + toolName + " in " + Tools()->Folder());
+    log.AddError(DescribeMissing(toolName));
     messages = log.Take();
     return false;
   }
@@ -299,6 +301,9 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (events_.IsWatched()) {
     events = std::make_unique<RunEvents::Run>(
         events_, DescribeStart(toolName, files, owned.job, run.Plan()));
+    if (!definition->action.empty()) {
+      run.SetOutputHandler([&events](std::string_view text) { events->AddOutput(text); });
+    }
   }
   bool isDone = false;
   {
@@ -410,9 +415,9 @@ std::string ToolManager::GetToolsForExtension(const char* extension) {
 }
 
 std::string ToolManager::GetCommandLines(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(OrEmpty(tool));
-  if (!definition) return "<Commands/>";
   const OwnedJob owned(world_, files, options);
+  const auto definition = FindTool(OrEmpty(tool), owned.job);
+  if (!definition) return "<Commands/>";
   std::string macros;
   for (const std::string& each : definition->predefined) {
     macros.append(macros.empty() ? "" : ";") += each;
@@ -428,18 +433,18 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
 
 std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
                                             const char* options) {
-  const auto definition = FindTool(OrEmpty(tool));
-  if (!definition) return {};
   const OwnedJob owned(world_, files, options);
+  const auto definition = FindTool(OrEmpty(tool), owned.job);
+  if (!definition) return DescribeMissing(OrEmpty(tool)) + "\n";
   std::string lines;
   for (const std::string& each : MakePlan(*definition, owned.job).problems) lines += each + "\n";
   return lines;
 }
 
 std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(OrEmpty(tool));
-  if (!definition) return {};
   const OwnedJob owned(world_, files, options);
+  const auto definition = FindTool(OrEmpty(tool), owned.job);
+  if (!definition) return {};
   return HexText(HashCommands(world_, MakePlan(*definition, owned.job)));
 }
 
@@ -462,9 +467,9 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
 
 std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const char* options,
                                       const char* candidates) {
-  const auto definition = FindTool(OrEmpty(tool));
-  if (!definition) return {};
   const OwnedJob owned(world_, files, options);
+  const auto definition = FindTool(OrEmpty(tool), owned.job);
+  if (!definition) return {};
   const ToolPlan plan = MakePlan(*definition, owned.job);
   std::string list;
   for (const std::string& file : FindUsedFiles(*definition, plan, owned.job.files,
@@ -503,9 +508,9 @@ std::string ToolManager::MissingProgram(const char* tool) {
 }
 
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(OrEmpty(tool));
-  if (!definition) return RunAccessText({});
   const OwnedJob owned(world_, files, options);
+  const auto definition = FindTool(OrEmpty(tool), owned.job);
+  if (!definition) return RunAccessText({});
   return RunAccessText(
       FindRunAccess(world_, *definition, MakePlan(*definition, owned.job), owned.job));
 }

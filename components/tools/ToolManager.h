@@ -87,6 +87,10 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Returns an element with one child per tool for the extension (including its dot).
   std::string GetToolsForExtension(const char* extension);
 
+  // Returns an element with one child per action for the extension: its name and title, the tool
+  // that performs it with these options, why it would start nothing, and a program that is missing.
+  std::string GetActions(const char* extension, const char* files, const char* options);
+
   // Returns the command lines that RunTool would start.
   std::string GetCommandLines(const char* tool, const char* files, const char* options);
   // Returns the reasons why RunTool would start nothing, one per line; empty if there are none.
@@ -128,6 +132,11 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Returns the tool of this name or, if it is the path of a program, a definition made for it;
   // otherwise nullptr. Shares ownership of everything it refers to.
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
+  // Same, but if the name is that of an action, returns the tool that performs it.
+  std::shared_ptr<const ToolDefinition> FindTool(const std::string& name,
+                                                 const ToolInvocation& job);
+  // Returns why FindTool returns nullptr.
+  std::string DescribeMissing(const std::string& tool);
   using Events = std::unique_ptr<RunEvents::Run>;
 
   // Runs the tool and appends its messages, including errors in the plan. Returns true on success.

@@ -8,6 +8,7 @@
 #include "components/tools/GlobalsFile.h"
 #include "components/tools/RandomNames.h"
 #include "components/tools/ToolSet.h"
+#include "components/tools/StreamedText.h"
 #include "components/tools/ToolText.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -219,20 +220,26 @@ void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessEx
       AddLine(command, reader, line, isErrorStream);
     };
   };
+  StreamedText streams[2] = {StreamedText(command.rule->trimmed),
+                             StreamedText(command.rule->trimmed)};
   exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
+    if (onOutput_) onOutput_(streams[fromErrorStream ? 1 : 0].Add(text));
     if (command.rule->capturesSizes && !fromErrorStream) {
       captured_.append(text.substr(0, kMaxCaptured - std::min(kMaxCaptured, captured_.size())));
     } else {
       lines[fromErrorStream ? 1 : 0].Add(text, onLine(fromErrorStream));
     }
   });
+  if (onOutput_) onOutput_(streams[0].Finish() + streams[1].Finish());
   lines[0].Finish(onLine(false));
   lines[1].Finish(onLine(true));
 }
 
 void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
                       bool isErrorStream) {
-  const std::string clean = CleanLine(line);
+  std::string clean = CleanLine(line);
+  const std::string& trimmed = command.rule->trimmed;
+  if (clean.ends_with(trimmed)) clean.resize(clean.size() - trimmed.size());
   if (clean.empty()) return;
   ToolMessage message = reader.Read(clean, isErrorStream);
   // Complaints of an optional step must not look like a failure of the tool.

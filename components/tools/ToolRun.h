@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "components/tools/BuildRecord.h"
 #include "components/tools/CommandBuilder.h"
@@ -27,6 +29,10 @@ class ToolRun {
   // Runs the steps in order until one fails, and processes their results. Returns false if the tool
   // failed; the messages then say why.
   bool Run();
+
+  // Passes the output of the programs to `onOutput` as it arrives, in addition to the messages.
+  using OutputHandler = std::function<void(std::string_view text)>;
+  void SetOutputHandler(OutputHandler onOutput) { onOutput_ = std::move(onOutput); }
 
   // Messages of the run so far.
   const MessageLog& GetLog() const { return log_; }
@@ -82,6 +88,7 @@ class ToolRun {
   const ToolInvocation& job_;
   ToolPlan plan_;
   MessageLog log_;
+  OutputHandler onOutput_;
   std::string captured_;
   std::int64_t startTime_ = 0;  // on the file system's clock
   int exitCode_ = 0;

@@ -12,7 +12,9 @@ namespace tarn::tools {
 
 namespace {
 
-std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
+// `Tool` is a tool or an action.
+template <class Tool>
+std::string ToolElement(const Tool& tool, std::string_view children) {
   std::string text =
       "<Tool" + XmlAttribute("Header", tool.name) + XmlAttribute("Title", tool.title);
   return text.append(children.empty() ? "/>" : children);
@@ -101,6 +103,7 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   set->errors_.insert(set->errors_.end(), read.errors.begin(), read.errors.end());
   set->messages_ = std::move(read.messages);
   set->toolchains_ = std::move(read.toolchains);
+  set->actions_ = std::move(read.actions);
   for (auto& tool : read.tools) set->Take(std::move(tool));
   set->PrepareLists();
   if (set->tools_.empty() && set->problem_.empty())
@@ -135,20 +138,39 @@ void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
 
 void ToolSet::PrepareLists() {
   std::map<std::string, std::size_t> counts;
+  const auto list = [&](const auto& tool) {
+    for (const std::string& extension : tool.extensions) {
+      if (counts[extension]++ < kMaxListed) listsByExtension_[extension] += ToolElement(tool, "");
+    }
+  };
   for (const auto& tool : tools_) {
     byName_[FoldCase(tool->name)] = tool.get();
-    for (const std::string& extension : tool->extensions) {
-      if (counts[extension]++ < kMaxListed) listsByExtension_[extension] += ToolElement(*tool, "");
-    }
+    list(*tool);
   }
-  for (auto& [extension, list] : listsByExtension_) {
-    list.insert(0, "<Tools>").append("</Tools>");
+  for (const ActionRule& action : actions_) list(action);
+  for (auto& [extension, text] : listsByExtension_) {
+    text.insert(0, "<Tools>").append("</Tools>");
   }
 }
 
 const ToolDefinition* ToolSet::Find(std::string_view name) const {
   const auto found = byName_.find(FoldCase(name));
   return found == byName_.end() ? nullptr : found->second;
+}
+
+const ActionRule* ToolSet::FindAction(std::string_view name) const {
+  const auto found = std::find_if(actions_.begin(), actions_.end(), [&](const ActionRule& each) {
+    return EqualNoCase(each.name, name);
+  });
+  return found == actions_.end() ? nullptr : &*found;
+}
+
+std::vector<const ToolDefinition*> ToolSet::ToolsForAction(std::string_view action) const {
+  std::vector<const ToolDefinition*> found;
+  for (const auto& tool : tools_) {
+    if (!tool->action.empty() && EqualNoCase(tool->action, action)) found.push_back(tool.get());
+  }
+  return found;
 }
 
 MessageRuleLists ToolSet::CommonMessages() const {

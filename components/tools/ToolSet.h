@@ -41,9 +41,13 @@ class ToolSet {
   // Returns the message rules for a program without a definition: the list "gcc", whose patterns
   // most compilers share, if it exists.
   MessageRuleLists CommonMessages() const;
-  // Returns the element that lists the tools for an extension (including its dot), at most
-  // kMaxListed of them.
+  // Returns the element that lists the tools and the actions for an extension (including its dot),
+  // at most kMaxListed of them.
   std::string ToolsForExtension(std::string_view extension) const;
+  const ActionRules& Actions() const { return actions_; }
+  // Returns nullptr if the action does not exist. Ignores case.
+  const ActionRule* FindAction(std::string_view name) const;
+  std::vector<const ToolDefinition*> ToolsForAction(std::string_view action) const;
   // Returns true if a tool accepts files with this extension.
   bool HasExtension(std::string_view extension) const {
     return listsByExtension_.contains(FoldCase(extension));
@@ -64,6 +68,7 @@ class ToolSet {
   void PrepareLists();
 
   std::vector<std::unique_ptr<ToolDefinition>> tools_;
+  ActionRules actions_;
   NamedMessageRules messages_;
   std::map<std::string, std::string> toolchains_;  // their folders, which may be empty
   std::map<std::string, const ToolDefinition*, std::less<>> byName_;  // by lower-case name

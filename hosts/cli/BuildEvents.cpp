@@ -16,6 +16,7 @@ void BuildEvents::OnRunEvent(const RunEvent& event) {
   if (event.kind == RunEvent::Kind::Started) run.started = event;
   if (event.kind == RunEvent::Kind::Ended) run.ended = event;
   if (event.kind == RunEvent::Kind::Ended || event.kind == RunEvent::Kind::Retiring) return;
+  if (event.kind == RunEvent::Kind::Output) return;
 
   const ToolStart& start = run.started.start;
   nlohmann::json line = {

@@ -100,6 +100,8 @@ void BuildTrace::OnRunEvent(const RunEvent& event) {
       run.isDone = event.isDone;
       run.exitCode = event.exitCode;
       break;
+    case RunEvent::Kind::Output:
+      break;
     case RunEvent::Kind::Retiring:
       run.retiring = event.time;
       break;

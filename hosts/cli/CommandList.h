@@ -13,6 +13,11 @@ namespace tarn::host {
   COMMAND(BuildCommand)                 \
   COMMAND(RebuildCommand)               \
   COMMAND(CleanCommand)                 \
+  COMMAND(ActionsCommand)               \
+  COMMAND(RunToolCommand)               \
+  COMMAND(TestCommand)                  \
+  COMMAND(DebugCommand)                 \
+  COMMAND(MonitorCommand)               \
   COMMAND(StatusCommand)                \
   COMMAND(CheckCommand)                 \
   COMMAND(TreeCommand)                  \

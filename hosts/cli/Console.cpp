@@ -78,6 +78,12 @@ void Console::PrintLine(const ConsoleText& text) {
   if (!waiting.empty()) ShowProgress(waiting);
 }
 
+void Console::PrintOutput(std::string_view text) {
+  ClearProgress();
+  Write(PrintableLines(text));
+  hasPrinted_ = hasPrinted_ || !text.empty();
+}
+
 void Console::PrintDocument(std::string_view text, DocumentFormat format) {
   ClearProgress();
   const auto escape = format == DocumentFormat::Json  ? PrintableJson

@@ -60,6 +60,8 @@ class Console {
 
   // Prints a whole line above the progress line.
   void PrintLine(const ConsoleText& text);
+  // Prints lines of a program as they are, without a further line end.
+  void PrintOutput(std::string_view text);
   // Prints a document and a line end. Control characters are escaped without changing its meaning.
   void PrintDocument(std::string_view text, DocumentFormat format);
   // Prints a line with the program's name on the error stream, and the lines of `more` below it. A

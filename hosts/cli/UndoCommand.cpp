@@ -198,7 +198,7 @@ int RunUndo(CommandContext& context, bool isUndo) {
   return kExitDone;
 }
 
-void Declare(CommandArguments& arguments) {
+void DeclareUndo(CommandArguments& arguments) {
   arguments.AddProject();
   arguments.AddEditing();
 }
@@ -212,7 +212,7 @@ CommandSpec UndoCommand() {
       .help = "Undo the last change that a command made to a project",
       .examples = {{"tarn undo", "the last add, options set or similar"}},
       .access = ProjectAccess::Edit,
-      .declare = Declare,
+      .declare = DeclareUndo,
       .run = [](CommandContext& context) { return RunUndo(context, true); },
   };
 }
@@ -223,7 +223,7 @@ CommandSpec RedoCommand() {
       .group = CommandGroup::Files,
       .help = "Redo a change that was undone",
       .access = ProjectAccess::Edit,
-      .declare = Declare,
+      .declare = DeclareUndo,
       .run = [](CommandContext& context) { return RunUndo(context, false); },
   };
 }

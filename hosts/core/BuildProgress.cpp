@@ -38,6 +38,7 @@ void BuildProgress::OnRunEvent(const RunEvent& event) {
     running_[event.run] = {event.start, event.time};
     return;
   }
+  if (event.kind == RunEvent::Kind::Output) return;
   const auto found = running_.find(event.run);
   if (found == running_.end()) return;
   if (event.isDone && askWork_) endedBefore_.push_back(found->second.start.output);

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <iterator>
 
+#include "hosts/core/Actions.h"
 #include "hosts/core/Printable.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/SharedProducts.h"
@@ -280,6 +281,7 @@ std::vector<std::uint32_t> BuildSession::TakePostedCommands() {
 
 std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
   if (!request.application.empty() && !inspector.SelectApplication(request.application)) return 0;
+  if (!request.action.empty()) return FindActionCommand(manager, request.action);
   for (const WorkCommands& each : kWorkCommands) {
     if (each.work == request.work) {
       return request.application.empty() ? each.project : each.application;
@@ -309,7 +311,7 @@ bool BuildSession::RunCommand(std::uint32_t command) {
 // Refuses a build in which two nodes have the same output: with two sources the program would lack
 // one of them, and with two applications each build would make the other outdated.
 bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
-  if (request.work == BuildWork::Clean) return false;
+  if (request.work == BuildWork::Clean || !request.action.empty()) return false;
   std::vector<LogEntry> errors;
   std::vector<std::string> lines = SplitLines(inspector.GetSharedOutputs(request.application));
   std::ranges::move(FindSharedProducts(inspector, tools, files, request.application),
@@ -361,6 +363,7 @@ void BuildSession::WaitForWorker() {
 void BuildSession::JudgeGaps(const BuildRequest& request) {
   const bool hasEnded = outcome_.end == BuildEnd::Succeeded || outcome_.end == BuildEnd::Failed;
   if (!hasEnded || stopRequested_ || request.work == BuildWork::Clean) return;
+  if (!request.action.empty()) return;
   outcome_.gaps = FindGaps(request.application);
   if (!ReportGaps(outcome_.gaps, manager)) outcome_.end = BuildEnd::Failed;
 }

@@ -20,8 +20,18 @@ struct EventName {
 constexpr EventName kEventNames[] = {
     {"Started", RunEvent::Kind::Started},   {"Ended", RunEvent::Kind::Ended},
     {"Retiring", RunEvent::Kind::Retiring}, {"Retired", RunEvent::Kind::Retired},
-    {"Dropped", RunEvent::Kind::Dropped},
+    {"Dropped", RunEvent::Kind::Dropped},   {"Output", RunEvent::Kind::Output},
 };
+
+std::string FromHex(const std::string& digits) {
+  std::string bytes;
+  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+    unsigned value = 0;
+    std::from_chars(digits.data() + i, digits.data() + i + 2, value, 16);
+    bytes += static_cast<char>(value);
+  }
+  return bytes;
+}
 
 template <class Number = int>
 Number NumberOf(const CXmlNode* node, const char* name) {
@@ -64,6 +74,7 @@ std::vector<RunEvent> ParseRunEvents(const std::string& xml) {
     event.run = NumberOf(each, "Run");
     event.time = RunEvent::Time(std::chrono::microseconds(NumberOf<std::int64_t>(each, "Time")));
     event.lane = NumberOf(each, "Lane");
+    event.text = FromHex(GetAttribute(each, "Bytes"));
     event.isDone = GetAttribute(each, "Done") == "Yes";
     event.exitCode = NumberOf(each, "Exit");
     if (each->GetChildCount() > 0) event.start = ReadToolStart(each->GetChild(0));

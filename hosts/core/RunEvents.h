@@ -28,6 +28,7 @@ std::string SubjectOf(const ToolStart& start);
 struct RunEvent {
   enum class Kind {
     Started,
+    Output,  // of a tool that performs an action
     Ended,
     Retiring,  // its turn has come
     Retired,   // its result was delivered
@@ -44,6 +45,8 @@ struct RunEvent {
   // Of Ended:
   bool isDone = false;
   int exitCode = 0;
+  // Of Output:
+  std::string text = {};
 };
 
 // Parses the tool manager's list of events; malformed ones are skipped.

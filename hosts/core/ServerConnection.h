@@ -21,6 +21,7 @@ enum class BuildWork { Build, Rebuild, Clean };
 struct BuildRequest {
   BuildWork work = BuildWork::Build;
   std::string application;  // path; empty: the whole project
+  std::string action = {};  // of the application, to be carried out instead of a build
 };
 
 struct ApplicationSummary {

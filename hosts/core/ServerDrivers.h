@@ -233,6 +233,11 @@ class InspectorDriver : public COleDispatchDriver {
   std::string CheckScript(const std::string& path) {
     return InvokeText(TARN_INS_CHECK_SCRIPT, {path});
   }
+  // Returns why the run of a tool is not trusted; an empty string if it may run.
+  std::string CheckTool(const std::string& tool, const std::string& files,
+                        const std::string& options) {
+    return InvokeText(TARN_INS_CHECK_TOOL, {tool, files, options});
+  }
   // Sets whether the server refuses to build or save a damaged project.
   std::int32_t ProtectDamaged(bool protect) {
     return InvokeLong(TARN_INS_PROTECT_DAMAGED, {protect ? 1 : 0});
@@ -324,6 +329,11 @@ class ToolManagerDriver : public COleDispatchDriver {
     return InvokeText(TARN_TOOL_MISSING_PROGRAM, {tool});
   }
   std::string GetDefinitionErrors() { return InvokeText(TARN_TOOL_GET_DEFINITION_ERRORS, {}); }
+  // Returns the actions for nodes with this extension; see ParseActions.
+  std::string GetActions(const std::string& extension, const std::string& files,
+                         const std::string& options) {
+    return InvokeText(TARN_TOOL_GET_ACTIONS, {extension, files, options});
+  }
 };
 
 // Methods of the options component that the project manager doesn't forward.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "automation/ProjectInspector.h"
+#include "builder/TrustCheck.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -150,6 +151,19 @@ std::string ProjectInspector::TakeRefusedWishes() {
 std::string ProjectInspector::CheckScript(const char* path) {
   auto* object = static_cast<CProjectManager*>(manager_.Get());
   return Model() == nullptr ? std::string() : object->GetFileCalls()->CheckScript(OrEmpty(path));
+}
+
+std::string ProjectInspector::CheckTool(const char* tool, const char* files, const char* options) {
+  CProjectModel* model = Model();
+  if (model == nullptr || model->Services().toolManager == nullptr) return {};
+  ProjectTrust& trust = model->Protection().GetTrust();
+  if (!trust.IsWithheld()) return {};
+  const std::string access =
+      model->Services().toolManager->GetAccess(OrEmpty(tool), OrEmpty(files), OrEmpty(options));
+  const auto wish = FindUntrusted(trust, OrEmpty(tool), access);
+  if (!wish) return {};
+  trust.Refuse(*wish);
+  return "the project wants to " + Describe(*wish) + ", and its folder is not trusted";
 }
 
 std::string ProjectInspector::GetFileTexts() {

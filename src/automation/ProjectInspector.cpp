@@ -78,6 +78,7 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
                                         {}),
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}),
       Method<&I::CheckScript>("CheckScript", TARN_INS_CHECK_SCRIPT, {"path"}),
+      Method<&I::CheckTool>("CheckTool", TARN_INS_CHECK_TOOL, {"tool", "files", "options"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", TARN_INS_SET_NEW_PROJECT_FOLDER,
                                       {"folder"}),
       Method<&I::GetBuildStateProblem>("GetBuildStateProblem", TARN_INS_GET_BUILD_STATE_PROBLEM,

@@ -164,6 +164,9 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // Returns the reason why the script at this path isn't trusted to run; an empty string if it may
   // run.
   std::string CheckScript(const char* path);
+  // Returns the reason why the run of a tool with this input (see GetToolInput) isn't trusted; an
+  // empty string if it may run. For hosts that run the tool's commands themselves.
+  std::string CheckTool(const char* tool, const char* files, const char* options);
   // If 1, a save writes either all of the project's files or none, for a host whose user can repeat
   // a failed operation; if 0, it writes as many as possible.
   std::int32_t SaveAllOrNone(std::int32_t wanted);

@@ -123,6 +123,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetIgnoredDefinitions", TARN_INS_GET_IGNORED_DEFINITIONS, {}, "''", "''"},
       {"TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}, "''", "''"},
       {"CheckScript", TARN_INS_CHECK_SCRIPT, {"/p/x.lua"}, "''", "''"},
+      {"CheckTool", TARN_INS_CHECK_TOOL, {"t", "", ""}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

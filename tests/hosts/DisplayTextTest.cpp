@@ -1,4 +1,5 @@
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/MonitorText.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +132,18 @@ TEST(DisplayText, ClocksAndCounts) {
   EXPECT_EQ(ClockText(milliseconds(65'400)), "1:05");
   EXPECT_EQ(DurationText(milliseconds(1'249)), "1.2 s");
   EXPECT_EQ(CountText(1, "error") + " " + CountText(0, "error"), "1 error 0 errors");
+}
+
+TEST(MonitorText, FormatsWhatAPortReceives) {
+  const auto time = [] { return std::string("[0.5]"); };
+  MonitorText text(false, time);
+  EXPECT_EQ(text.Add("a\r\nb") + text.Add("c\n\nd") + text.Finish(),
+            "[0.5] a\n[0.5] bc\n\n[0.5] d\n");
+  MonitorText hex(true, {});
+  EXPECT_EQ(hex.Add("0123456789abcdef\n\xff") + hex.Finish(),
+            "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66  0123456789abcdef\n0a ff " +
+                std::string(43, ' ') + "..\n");
+  EXPECT_EQ(ToLineEnds("a\nb\n", "\r\n"), "a\r\nb\r\n");
 }
 
 }  // namespace

@@ -1,0 +1,185 @@
+#include "hosts/cli/ActionRun.h"
+
+#include <algorithm>
+
+#include "hosts/cli/BuildReporter.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/ShellText.h"
+#include "platform/text/Suggest.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::int32_t kOutputTimer = 2;
+constexpr std::chrono::milliseconds kOutputPeriod(40);
+// More output is shown, but not stored.
+constexpr std::size_t kMostStored = 1 << 20;
+
+// Returns the length of the text without an incomplete UTF-8 character at its end.
+std::size_t WholeLength(std::string_view text) {
+  std::size_t start = text.size();
+  while (start > 0 && text.size() - start < 4 &&
+         (static_cast<unsigned char>(text[start - 1]) & 0xC0) == 0x80) {
+    --start;
+  }
+  if (start == 0) return text.size();
+  const auto lead = static_cast<unsigned char>(text[start - 1]);
+  const std::size_t needed = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+  return text.size() - (start - 1) < needed ? start - 1 : text.size();
+}
+
+// Shows the output of an action while it runs.
+class ActionWatch : public BuildObserver {
+ public:
+  ActionWatch(CommandContext& context, const ActionRequest& request)
+      : context_(context), request_(request), start_(Clock::now()) {}
+
+  void OnToolStarted(const ToolStart&) override {}
+  void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override {
+    if (success) return;
+    for (const LogEntry& each : messages) {
+      if (each.kind == LogKind::Error) problem_ = each.message.empty() ? each.text : each.message;
+    }
+  }
+  bool WatchesRuns() const override { return true; }
+  void OnRunEvent(const RunEvent& event) override {
+    isStarted_ = isStarted_ || event.kind == RunEvent::Kind::Started;
+    if (event.kind == RunEvent::Kind::Ended) exitCode_ = event.exitCode;
+    if (event.kind != RunEvent::Kind::Output) return;
+    pending_ += event.text;
+    output_ += event.text.substr(0, kMostStored - std::min(kMostStored, output_.size()));
+  }
+
+  void OnTick(BuildSession& session) {
+    session.PollRuns();
+    Show(WholeLength(pending_));
+    const bool isOver = request_.limit.count() > 0 && Clock::now() - start_ > request_.limit;
+    if (!isOver || isLate_) return;
+    isLate_ = true;
+    session.RequestStop();
+  }
+
+  ActionResult Finish(const BuildOutcome& outcome) {
+    Show(pending_.size());
+    if (request_.echoes && !output_.empty() && !endsLine_) context_.Out().PrintOutput("\n");
+    ActionResult result;
+    result.isStarted = isStarted_;
+    result.programCode = exitCode_;
+    result.isLate = isLate_ && outcome.end != BuildEnd::Succeeded;
+    result.output = std::move(output_);
+    result.time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start_);
+    if (outcome.end == BuildEnd::Succeeded) return result;
+    result.problem = problem_.empty() ? outcome.problem : problem_;
+    result.code = result.isLate                      ? kExitLate
+                  : outcome.end == BuildEnd::Stopped ? kExitInterrupted
+                  : outcome.end == BuildEnd::Refused ? kExitCannotOpen
+                  : exitCode_ > 0 && exitCode_ < 256 ? exitCode_
+                                                     : int{kExitBuildFailed};
+    if (result.isLate) {
+      result.problem = "ended after " + DurationText(request_.limit) + ", the time limit";
+    } else if (outcome.end == BuildEnd::Stopped) {
+      result.problem = "interrupted";
+    } else if (result.problem.empty()) {
+      result.problem = "it couldn't be started";
+    }
+    return result;
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void Show(std::size_t length) {
+    const std::string text = pending_.substr(0, length);
+    pending_.erase(0, length);
+    if (text.empty() || !request_.echoes) return;
+    context_.Out().PrintOutput(text);
+    endsLine_ = text.back() == '\n';
+  }
+
+  CommandContext& context_;
+  const ActionRequest& request_;
+  Clock::time_point start_;
+  std::string pending_;  // not shown yet
+  std::string output_;
+  std::string problem_;
+  int exitCode_ = 0;
+  bool isStarted_ = false;
+  bool isLate_ = false;
+  bool endsLine_ = true;
+};
+
+}  // namespace
+
+int ChooseOneApplication(CommandContext& context, ApplicationEntry& chosen) {
+  std::vector<ApplicationEntry> applications;
+  if (const int code = context.ChooseApplications(applications); code != kExitDone) return code;
+  for (const ApplicationEntry& each : applications) {
+    if (each.active || &each == &applications.front()) chosen = each;
+  }
+  if (!applications.empty()) return kExitDone;
+  context.Complain("The project has no application.");
+  return kExitUsage;
+}
+
+int BuildForAction(CommandContext& context, const ApplicationEntry& application) {
+  BuildSession& session = context.Session();
+  const BuildRequest request{BuildWork::Build, application.path};
+  const ReportDetail detail = context.Asked().verbose
+                                  ? DetailOf(context.Asked())
+                                  : std::min(DetailOf(context.Asked()), ReportDetail::Diagnostics);
+  BuildReporter reporter(context.Out(), context.StartFolder(), detail,
+                         [&] { return session.CountWork(request); });
+  const BuildOutcome outcome = reporter.Watch(session, request);
+  reporter.Finish(outcome, BuildWork::Build, {});
+  if (!context.ShowRefused().empty()) return kExitCannotOpen;
+  if (outcome.end == BuildEnd::Succeeded) return kExitDone;
+  if (outcome.end == BuildEnd::Stopped) return kExitInterrupted;
+  context.Complain("The build of " + application.label + " has failed.");
+  return kExitBuildFailed;
+}
+
+int FindAction(CommandContext& context, const ApplicationEntry& application,
+               const std::string& name, ActionEntry& found) {
+  const std::vector<ActionEntry> actions = ListActions(context.Session(), application);
+  std::vector<std::string> names;
+  for (const ActionEntry& each : actions) {
+    names.push_back(each.name);
+    if (EqualNoCase(each.name, name)) found = each;
+  }
+  if (found.name.empty()) {
+    const std::string hint = SuggestionText(name, names);
+    context.Complain("Unknown action \"" + name + "\"." +
+                     (hint.empty() ? " See `tarn actions`." : hint));
+    return kExitUsage;
+  }
+  if (!found.problem.empty()) {
+    context.Complain(application.label + ": " + found.problem + ".");
+    return kExitBuildFailed;
+  }
+  if (!found.missing.empty()) {
+    context.Complain("The program " + found.missing + " was not found. " + found.install);
+    return kExitToolMissing;
+  }
+  return kExitDone;
+}
+
+std::string ShellLine(const ToolCommand& command) {
+  std::string line = ShellWord(command.program);
+  for (const std::string& each : command.arguments) line += ' ' + ShellWord(each);
+  return line;
+}
+
+ActionResult RunAction(CommandContext& context, const ActionRequest& request) {
+  BuildSession& session = context.Session();
+  ActionWatch watch(context, request);
+  session.SetTicker(kOutputTimer, kOutputPeriod, [&] { watch.OnTick(session); });
+  BuildRequest work{BuildWork::Build, request.application.path};
+  work.action = request.action;
+  const BuildOutcome outcome = session.Run(work, &watch);
+  session.ClearTicker(kOutputTimer);
+  return watch.Finish(outcome);
+}
+
+}  // namespace tarn::host

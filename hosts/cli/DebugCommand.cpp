@@ -1,0 +1,154 @@
+#include <memory>
+#include <thread>
+
+#include "hosts/cli/ActionRun.h"
+#include "hosts/cli/Commands.h"
+#include "hosts/core/Foreground.h"
+#include "hosts/core/SignalHandler.h"
+#include "platform/process/Process.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kDebugAction = "debug";
+constexpr std::chrono::milliseconds kGrace(500);
+
+struct DebugOptions {
+  std::vector<std::string> commands;
+  bool keepsOutput = false;  // doesn't build
+  bool isDry = false;
+};
+
+// Removes escape sequences, such as those for colours, from the output of a program.
+std::string WithoutColors(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\033') {
+      plain += text[i];
+      continue;
+    }
+    while (i + 1 < text.size() && (text[i] < '@' || text[i] == '[')) ++i;
+  }
+  return plain;
+}
+
+// A simulator or a probe's server, which runs until the object is destroyed. Its output is shown.
+class DebugServer {
+ public:
+  explicit DebugServer(Console& output) : console_(output) {}
+  DebugServer(const DebugServer&) = delete;
+  DebugServer& operator=(const DebugServer&) = delete;
+  ~DebugServer() {
+    if (process_) process_->Stop(kGrace);
+    if (reader_.joinable()) reader_.join();
+  }
+
+  Status Start(const ToolCommand& command) {
+    auto started =
+        ProcessLauncher::Native().Start({command.program, command.arguments, {}, command.folder});
+    if (!started) return started.GetError();
+    process_ = std::move(*started);
+    reader_ = std::thread([this] {
+      process_->WaitWithOutput(
+          [this](std::string_view text, bool) { console_.PrintOutput(WithoutColors(text)); });
+    });
+    return {};
+  }
+
+ private:
+  Console& console_;
+  std::unique_ptr<Process> process_;
+  std::thread reader_;
+};
+
+int ComplainOfMissing(CommandContext& context, const std::vector<ToolCommand>& commands) {
+  for (const ToolCommand& each : commands) {
+    if (!FindProgram(each.program).empty()) continue;
+    context.Complain("The program " + each.program + " was not found.");
+    return kExitToolMissing;
+  }
+  return kExitDone;
+}
+
+// The last command is the debugger, the others are servers. The main thread prints nothing while
+// they run.
+int RunDebugger(CommandContext& context, std::vector<ToolCommand> commands) {
+  ToolCommand debugger = std::move(commands.back());
+  commands.pop_back();
+  std::vector<std::unique_ptr<DebugServer>> servers;
+  for (const ToolCommand& each : commands) {
+    servers.push_back(std::make_unique<DebugServer>(context.Out()));
+    const Status started = servers.back()->Start(each);
+    if (started) continue;
+    context.Complain(each.program + " can't be started: " + started.GetError().text);
+    return kExitToolMissing;
+  }
+  const auto ended = RunInForeground(debugger);
+  if (ended) return *ended;
+  context.Complain(debugger.program + " can't be started: " + ended.GetError().text);
+  return kExitToolMissing;
+}
+
+int RunDebug(CommandContext& context) {
+  const auto& own = context.Own<DebugOptions>();
+  BuildSession& session = context.Session();
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  ApplicationEntry application;
+  if (const int code = ChooseOneApplication(context, application); code != kExitDone) return code;
+  session.Prepare();
+  ActionCommands planned = GetActionCommands(context.Session(), application, kDebugAction);
+  if (!planned.problems.empty() || planned.commands.empty()) {
+    context.Complain(application.label + ": " +
+                     (planned.problems.empty() ? "nothing to run" : planned.problems.front()) +
+                     ".");
+    return kExitBuildFailed;
+  }
+  std::vector<std::string>& arguments = planned.commands.back().arguments;
+  if (!own.commands.empty()) arguments.insert(arguments.begin(), "-batch");
+  for (const std::string& each : own.commands) arguments.insert(arguments.end(), {"-ex", each});
+  if (own.isDry) {
+    for (const ToolCommand& each : planned.commands) context.Out().PrintLine(ShellLine(each));
+    return kExitDone;
+  }
+  if (!CheckAction(session, application, kDebugAction).empty()) {
+    context.ShowRefused();
+    return kExitCannotOpen;
+  }
+  if (const int code = ComplainOfMissing(context, planned.commands); code != kExitDone) return code;
+  if (!own.keepsOutput) {
+    const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
+    if (const int code = BuildForAction(context, application); code != kExitDone) return code;
+  }
+  return RunDebugger(context, std::move(planned.commands));
+}
+
+void DeclareDebug(CommandArguments& arguments) {
+  auto& own = arguments.Own<DebugOptions>();
+  arguments.AddProjectAndApp("The application; without it the active one");
+  arguments.AddConfiguration();
+  arguments.Option("-x,--execute", own.commands, "COMMAND",
+                   "Run this command of gdb after the stop in main, and end; may be repeated");
+  arguments.Flag("--no-build", own.keepsOutput, "Don't build the application first");
+  arguments.Flag("--dry-run", own.isDry, "Print the commands, and run nothing");
+  arguments.AddVerbose("Show every command of the build");
+  arguments.AddDamagedOk();
+  arguments.AddTrust();
+}
+
+}  // namespace
+
+CommandSpec DebugCommand() {
+  return {
+      .name = "debug",
+      .group = CommandGroup::Building,
+      .help = "Run an application in gdb, with its simulator or debug probe",
+      .examples = {{"tarn debug", "stop in main, and wait for commands"},
+                   {"tarn debug -x bt -x 'info locals'", "print these, and end"}},
+      .access = ProjectAccess::Build,
+      .declare = DeclareDebug,
+      .run = RunDebug,
+  };
+}
+
+}  // namespace tarn::host
