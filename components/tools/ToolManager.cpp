@@ -8,6 +8,7 @@
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
+#include "components/tools/GlobalsFile.h"
 #include "components/tools/MessageFile.h"
 #include "components/tools/OwnedJob.h"
 #include "components/tools/RunAccess.h"
@@ -100,6 +101,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::DropTools>("DropTools", TARN_TOOL_DROP_TOOLS, {}),
       Method<&ToolManager::WatchRuns>("WatchRuns", TARN_TOOL_WATCH_RUNS, {"isWatched"}),
       Method<&ToolManager::TakeRunEvents>("TakeRunEvents", TARN_TOOL_TAKE_RUN_EVENTS, {}),
+      Method<&ToolManager::ListSymbolPositions>(
+          "ListSymbolPositions", TARN_TOOL_LIST_SYMBOL_POSITIONS, {"program", "folder"}),
   });
   return table;
 }
@@ -448,6 +451,10 @@ std::string ToolManager::GetAccess(const char* tool, const char* files, const ch
   const OwnedJob owned(world_, files, options);
   return RunAccessText(
       FindRunAccess(world_, *definition, MakePlan(*definition, owned.job), owned.job));
+}
+
+std::string ToolManager::ListSymbolPositions(const char* program, const char* folder) {
+  return SymbolPositionsText(*world_.files, OrEmpty(program), OrEmpty(folder));
 }
 
 std::string ToolManager::ListTools() {
