@@ -42,6 +42,10 @@ class PlanBuilder : public TemplateValues {
     plan_.rules = Spelled(Path(tool_.rules));
     plan_.furtherRules = Spelled(Path(tool_.furtherRules));
     plan_.sizeFile = Path(tool_.size.file);
+    plan_.mapFile = Path(tool_.size.map);
+    for (const auto& [total, max] : tool_.size.bounds) {
+      plan_.sizeBounds.push_back({total.Fill(*this), max.Fill(*this)});
+    }
     plan_.globals = Spelled(Path(tool_.globals.file));
     plan_.products = Paths(tool_.products);
     for (std::string& product : plan_.products) product = Spelled(product);

@@ -45,7 +45,9 @@ struct ToolPlan {
   std::string rules;
   std::string furtherRules;  // optional: the tool may not write it
   std::string sizeFile;
-  std::string globals;  // empty if the tool produces none
+  std::string mapFile;
+  std::vector<SizeBound> sizeBounds;  // of the sums
+  std::string globals;                // empty if the tool produces none
   std::vector<std::string> products;
   std::vector<std::string> byProducts;       // files that a run may produce
   std::vector<std::string> byProductStarts;  // beginnings of paths of further such files

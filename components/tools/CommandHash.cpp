@@ -92,6 +92,12 @@ std::uint64_t HashCommands(const ToolEnvironment& world, const ToolPlan& plan) {
     }
   }
   for (const std::string& path : plan.depends) Mix(hash, path);
+  // A program that was within the limits may exceed others. Without limits nothing is added.
+  for (std::size_t i = 0; i < plan.sizeBounds.size(); ++i) {
+    const SizeBound& bound = plan.sizeBounds[i];
+    if (bound.total.empty() && bound.max.empty()) continue;
+    Mix(hash, std::to_string(i) + ' ' + bound.total + ' ' + bound.max);
+  }
   for (const std::string& name : plan.helpers) Mix(hash, world.findProgram(name));
   for (const std::string& name : plan.variables) {
     const std::string value = world.environment(name.c_str());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct GlobalSymbol {
   std::string definition;  // as in source, such as "static uint8_t uart_put(char c)"
   std::string file;        // absolute
   int line = 0;
+  std::uint64_t address = 0;  // of a function or variable; 0 if unknown
 };
 
 // Result of reading a program's symbols.

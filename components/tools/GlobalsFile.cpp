@@ -79,4 +79,18 @@ ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
   return said;
 }
 
+std::string SymbolPositionsText(FileSystem& files, const std::string& program,
+                                const std::string& folder) {
+  auto bytes = files.ReadWholeFile(program);
+  if (!bytes) return {};
+  std::string text;
+  for (const GlobalSymbol& symbol : ReadDebugSymbols(*bytes, folder).symbols) {
+    const bool isPlain = symbol.file.find('\n') == std::string::npos;
+    if (symbol.kind == GlobalSymbol::Kind::Type || !isPlain) continue;
+    text += std::to_string(symbol.address) + ' ' + std::to_string(symbol.line) + ' ' + symbol.file +
+            '\n';
+  }
+  return text;
+}
+
 }  // namespace tarn::tools

@@ -22,4 +22,9 @@ ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
                               const std::string& program, const std::string& folder,
                               const std::vector<std::string>& otherFolders = {});
 
+// Returns lines "ADDRESS LINE FILE" for the functions and variables of the program, in no
+// particular order; empty if it can't be read or has no debug information.
+std::string SymbolPositionsText(FileSystem& files, const std::string& program,
+                                const std::string& folder);
+
 }  // namespace tarn::tools

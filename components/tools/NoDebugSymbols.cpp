@@ -4,7 +4,7 @@
 
 namespace tarn::tools {
 
-GlobalSymbols ReadDebugSymbols(std::string&, const std::string&) {
+GlobalSymbols ReadDebugSymbols(std::string&, const std::string&, const std::vector<std::string>&) {
   return {{}, "this build of Tarn can't read debug information", true};
 }
 

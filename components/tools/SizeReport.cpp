@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/text/Text.h"
+#include "sizes/SizeLimit.h"
 
 namespace tarn::tools {
 
@@ -97,11 +98,19 @@ bool Matches(const std::string& name, const std::string& wanted) {
   return name.compare(0, wanted.size() - 1, wanted, 0, wanted.size() - 1) == 0;
 }
 
+}  // namespace
+
+bool IsInSections(const std::string& name, const std::vector<std::string>& sections) {
+  return std::ranges::any_of(sections,
+                             [&](const std::string& each) { return Matches(name, each); });
+}
+
+namespace {
+
 std::uint64_t Add(const Sizes& sizes, const std::vector<std::string>& sections) {
   std::uint64_t sum = 0;
   for (const auto& [name, size] : sizes) {
-    const auto isWanted = [&name = name](const std::string& each) { return Matches(name, each); };
-    if (std::any_of(sections.begin(), sections.end(), isWanted)) sum += size;
+    if (IsInSections(name, sections)) sum += size;
   }
   return sum;
 }
@@ -122,16 +131,45 @@ Sizes ReadSizes(SizeFormat format, std::string_view text) {
   return {};
 }
 
-std::string DescribeSizes(const Sizes& sizes, const std::vector<SizeSum>& sums) {
+std::string DescribeSizes(const Sizes& sizes, const std::vector<SizeSum>& sums,
+                          const std::vector<SizeBound>& bounds) {
   std::string text;
   if (sizes.empty()) return text;
-  for (const SizeSum& sum : sums) {
-    const std::uint64_t size = Add(sizes, sum.sections);
-    if (size == 0 && sum.skipZero) continue;
+  for (std::size_t i = 0; i < sums.size(); ++i) {
+    const std::uint64_t size = Add(sizes, sums[i].sections);
+    if (size == 0 && sums[i].skipZero) continue;
     if (!text.empty()) text += ", ";
-    text += sum.label + ' ' + std::to_string(size) + " B";
+    text += sums[i].label + ' ' + std::to_string(size) + " B";
+    const std::uint64_t total = i < bounds.size() ? sizes::ReadByteCount(bounds[i].total) : 0;
+    if (total != 0) text += " (" + sizes::PercentText(size, total) + ")";
   }
   return text;
+}
+
+std::vector<ExceededSize> FindExceeded(const Sizes& sizes, const std::vector<SizeSum>& sums,
+                                       const std::vector<SizeBound>& bounds) {
+  std::vector<ExceededSize> found;
+  for (std::size_t i = 0; i < sums.size() && i < bounds.size(); ++i) {
+    if (bounds[i].max.empty()) continue;
+    const std::string& label = sums[i].label;
+    const std::string limit = sums[i].maxOption + " (" + bounds[i].max + ")";
+    const std::uint64_t total = sizes::ReadByteCount(bounds[i].total);
+    const sizes::SizeLimit most = sizes::ReadSizeLimit(bounds[i].max, total);
+    const std::uint64_t size = Add(sizes, sums[i].sections);
+    if (!most.most) {
+      const bool isUnknown = total == 0 && !sums[i].totalOption.empty();
+      found.push_back({i, limit + " " + most.problem +
+                              (isUnknown ? "; see " + sums[i].totalOption : std::string())});
+    } else if (sizes.empty()) {
+      found.push_back({i, limit + " can't be checked, the size of the program is unknown"});
+    } else if (size > *most.most) {
+      const std::string share = total == 0 ? "" : ", " + sizes::PercentText(size, total);
+      found.push_back({i, label + " is " + std::to_string(size - *most.most) +
+                              " B too large: " + std::to_string(size) + " B" + share + ", but " +
+                              limit + " allows " + std::to_string(*most.most) + " B"});
+    }
+  }
+  return found;
 }
 
 }  // namespace tarn::tools

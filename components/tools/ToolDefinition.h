@@ -71,7 +71,9 @@ struct StepRule {
 struct SizeRule {
   SizeFormat format = SizeFormat::None;
   Template file;  // empty means the output captured from a step
+  Template map;   // the linker's map file
   std::vector<SizeSum> sums;
+  std::vector<std::pair<Template, Template>> bounds;  // values of the options of each sum
 };
 
 // Source of the list of global symbols.

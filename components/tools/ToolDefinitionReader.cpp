@@ -354,17 +354,23 @@ class ToolReader : public ElementReader {
   }
 
   void ReadSize(const CXmlNode& node) {
-    CheckAttributes(node, {"Format", "File"});
+    CheckAttributes(node, {"Format", "File", "Map"});
     constexpr std::array kFormats{SizeFormat::Sections, SizeFormat::SdccMap, SizeFormat::SdccAreas,
                                   SizeFormat::None};
     tool_->size.format = kFormats[Choose(node, "Format", {"sections", "sdcc-mem", "sdcc-areas"})];
     tool_->size.file = Filled(node, "File");
+    tool_->size.map = Filled(node, "Map");
     for (const CXmlNode* child : node.GetChildren()) {
       if (child->GetType() != XmlElement) continue;
       if (child->NameView() != "Sum") Fail("unknown element " + child->GetName() + " in Size");
-      CheckAttributes(*child, {"Label", "Of", "SkipZero"});
-      tool_->size.sums.push_back(
-          {Text(*child, "Label"), SplitWords(Text(*child, "Of")), IsYes(*child, "SkipZero")});
+      CheckAttributes(*child, {"Label", "Of", "SkipZero", "Total", "Max"});
+      tool_->size.sums.push_back({Text(*child, "Label"), SplitWords(Text(*child, "Of")),
+                                  IsYes(*child, "SkipZero"), Text(*child, "Total"),
+                                  Text(*child, "Max")});
+      const auto valueOf = [this](const std::string& option) {
+        return option.empty() ? Template() : Parse("$(" + option + ")");
+      };
+      tool_->size.bounds.emplace_back(valueOf(Text(*child, "Total")), valueOf(Text(*child, "Max")));
     }
   }
 

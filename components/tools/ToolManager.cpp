@@ -8,6 +8,7 @@
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
+#include "components/tools/GlobalsFile.h"
 #include "components/tools/MessageFile.h"
 #include "components/tools/OwnedJob.h"
 #include "components/tools/RunAccess.h"
@@ -111,6 +112,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::TakeRunEvents>("TakeRunEvents", TARN_TOOL_TAKE_RUN_EVENTS, {}),
       Method<&ToolManager::GetActions>("GetActions", TARN_TOOL_GET_ACTIONS,
                                        {"extension", "files", "options"}),
+      Method<&ToolManager::ListSymbolPositions>(
+          "ListSymbolPositions", TARN_TOOL_LIST_SYMBOL_POSITIONS, {"program", "folder"}),
   });
   return table;
 }
@@ -513,6 +516,10 @@ std::string ToolManager::GetAccess(const char* tool, const char* files, const ch
   if (!definition) return RunAccessText({});
   return RunAccessText(
       FindRunAccess(world_, *definition, MakePlan(*definition, owned.job), owned.job));
+}
+
+std::string ToolManager::ListSymbolPositions(const char* program, const char* folder) {
+  return SymbolPositionsText(*world_.files, OrEmpty(program), OrEmpty(folder));
 }
 
 std::string ToolManager::ListTools() {

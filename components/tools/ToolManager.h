@@ -120,6 +120,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::string GetDefinitionErrors();
   // Returns why tools may be missing; empty if there is no known reason.
   std::string GetDefinitionProblem();
+  // Returns the positions of the symbols of a program; see SymbolPositionsText.
+  std::string ListSymbolPositions(const char* program, const char* folder);
   // Returns 1 if the tool is defined or is the path of a program.
   std::int32_t HasTool(const char* tool);
 

@@ -157,6 +157,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
     static_cast<void>(world_.files->RemoveScratchFile(scratch));
   }
   const bool isDone = RunProcess(command, request);
+  if (!isDone) ExplainOverflows();
   if (!response.empty()) static_cast<void>(world_.files->RemoveScratchFile(response));
   return MoveResults(command, isDone);
 }
@@ -246,6 +247,13 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   if (command.rule->isOptional) message.severity = Severity::Plain;
   hasStatedError_ = hasStatedError_ || (message.failsStep && !command.rule->isOptional);
   log_.Add(std::move(message));
+  constexpr std::size_t kMostOverflows = 8;
+  sizes::RegionOverflow overflow = sizes::ReadOverflow(clean);
+  const bool isNew = !overflow.region.empty() && overflows_.size() < kMostOverflows &&
+                     std::ranges::none_of(overflows_, [&](const sizes::RegionOverflow& each) {
+                       return each.region == overflow.region;
+                     });
+  if (isNew) overflows_.push_back(std::move(overflow));
 }
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
@@ -329,13 +337,14 @@ bool ToolRun::CollectRecord() {
   }
   BuildRecord found;
   found.output = plan_.output;
-  found.infos = ReadInfos();
+  const std::map<std::string, std::uint64_t> sizes = ReadProgramSizes();
+  found.infos = DescribeSizes(sizes, tool_.size.sums, plan_.sizeBounds);
   found.programs = ProgramsOf(world_, plan_);
   if (!ReadDependencies(found)) return false;
   found.date = BringForward(found, *status);
   found.command = HashCommands(world_, plan_);
   found.hasInexactNames = plan_.hasInexactNames;
-  if (!SettleRandomNames()) return false;
+  if (!SettleRandomNames() || !CheckLimits(sizes)) return false;
   WriteGlobals(found.dependencies);
   found.products = FindProducts();
   found.byProducts = FindByProducts();
@@ -425,12 +434,63 @@ void ToolRun::WriteGlobals(const std::vector<std::string>& libraries) {
   if (!said.text.empty()) log_.Add(std::move(said));
 }
 
-std::string ToolRun::ReadInfos() {
+std::map<std::string, std::uint64_t> ToolRun::ReadProgramSizes() const {
   const SizeRule& rule = tool_.size;
   if (rule.format == SizeFormat::None) return {};
-  if (plan_.sizeFile.empty()) return DescribeSizes(ReadSizes(rule.format, captured_), rule.sums);
+  if (plan_.sizeFile.empty()) return ReadSizes(rule.format, captured_);
   const auto text = world_.files->ReadWholeFile(plan_.sizeFile);
-  return text ? DescribeSizes(ReadSizes(rule.format, *text), rule.sums) : std::string();
+  return text ? ReadSizes(rule.format, *text) : std::map<std::string, std::uint64_t>();
+}
+
+LinkFiles ToolRun::FilesOfLink() const {
+  const std::string folder = plan_.commands.empty() ? job_.baseFolder : plan_.commands[0].folder;
+  return {plan_.mapFile, plan_.outputOnDisk, job_.files, folder};
+}
+
+constexpr std::size_t kMostLargest = 10;
+
+// A program that exceeds a limit fails the run. It stays on disk, without a record, for a look at
+// its sizes.
+bool ToolRun::CheckLimits(const std::map<std::string, std::uint64_t>& sizes) {
+  const std::vector<ExceededSize> exceeded = FindExceeded(sizes, tool_.size.sums, plan_.sizeBounds);
+  for (const ExceededSize& each : exceeded) {
+    const SizeSum& sum = tool_.size.sums[each.sum];
+    const LinkFiles files = FilesOfLink();
+    if (tool_.size.format == SizeFormat::Sections && !sizes.empty()) {
+      const auto isWanted = [&sum](std::string_view name) {
+        return IsInSections(std::string(name), sum.sections);
+      };
+      ReportLargest("largest in " + sum.label,
+                    LargestSymbols(*world_.files, files).InSections(isWanted, kMostLargest));
+    }
+    log_.AddError(each.text);
+  }
+  return exceeded.empty();
+}
+
+void ToolRun::ExplainOverflows() {
+  if (overflows_.empty()) return;
+  const LinkFiles files = FilesOfLink();
+  LargestSymbols largest(*world_.files, files);
+  for (const sizes::RegionOverflow& each : overflows_) {
+    ReportLargest("largest in " + each.region, largest.InRegion(each, kMostLargest));
+    log_.AddError(each.region + " is " + std::to_string(each.bytes) + " B too small");
+  }
+  overflows_.clear();
+}
+
+// Adds the symbols as lines that the report shows with the error that follows.
+void ToolRun::ReportLargest(const std::string& heading, const std::vector<LargeSymbol>& symbols) {
+  if (symbols.empty()) return;
+  const std::size_t start = log_.GetPosition();
+  log_.AddPlain(heading + ":");
+  for (const LargeSymbol& each : symbols) {
+    const std::string size = std::to_string(each.size);
+    const std::string space(size.size() < 8 ? 8 - size.size() : 0, ' ');
+    log_.AddPlain(Shortened(CleanLine(space + size + " B  " + each.name +
+                                      (each.file.empty() ? "" : "  (" + each.file + ")"))));
+  }
+  log_.ReportLastLines(start);
 }
 
 }  // namespace tarn::tools

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "components/tools/BuildRecord.h"
 #include "components/tools/CommandBuilder.h"
 #include "components/tools/HelperFinder.h"
+#include "components/tools/LargestSymbols.h"
 #include "components/tools/MessageLog.h"
 #include "components/tools/MessageReader.h"
 #include "components/tools/RunningToolSet.h"
@@ -72,7 +74,11 @@ class ToolRun {
   void AddEarlier(const std::string& path, BuildRecord& found) const;
   void AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const;
   bool FailRules(const std::string& problem);
-  std::string ReadInfos();
+  std::map<std::string, std::uint64_t> ReadProgramSizes() const;
+  bool CheckLimits(const std::map<std::string, std::uint64_t>& sizes);
+  void ExplainOverflows();
+  void ReportLargest(const std::string& heading, const std::vector<LargeSymbol>& symbols);
+  LinkFiles FilesOfLink() const;
   bool SettleRandomNames();
   void WriteGlobals(const std::vector<std::string>& libraries);
   std::vector<std::string> FindProducts() const;
@@ -97,6 +103,7 @@ class ToolRun {
   bool hasStatedError_ = false;  // the step printed an error that fails it
   std::size_t stepStart_ = 0;    // its position in `log`
   std::size_t capturedBefore_ = 0;
+  std::vector<sizes::RegionOverflow> overflows_;  // that the linker has reported
   std::optional<BuildRecord> record_;
 };
 

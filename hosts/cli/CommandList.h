@@ -24,6 +24,7 @@ namespace tarn::host {
   COMMAND(LogCommand)                   \
   COMMAND(ReportCommand)                \
   COMMAND(GlobalsCommand)               \
+  COMMAND(SizeCommand)                  \
   COMMAND(OptionsCommand)               \
   COMMAND(OptionsListCommand)           \
   COMMAND(OptionsGetCommand)            \

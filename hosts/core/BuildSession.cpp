@@ -10,6 +10,8 @@
 #include "hosts/core/Printable.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/SharedProducts.h"
+#include "hosts/core/SizeHistory.h"
+#include "hosts/core/SizeReading.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -237,7 +239,28 @@ void BuildSession::KeepState() {
   watcher_ = nullptr;
   const std::string problem = state_.Finish();
   if (!problem.empty()) stateProblem_ = problem;
+  RecordSizes();
   UnlockBuild();
+}
+
+// Records the sizes of the programs that were linked, for the comparison with the next build. They
+// are of no use for building, so a failure is ignored.
+void BuildSession::RecordSizes() {
+  constexpr std::uint64_t kLargestProgram = 16 << 20;  // larger ones would delay the end of a build
+  const std::vector<std::string> outputs = state_.TakeOutputs();
+  if (outputs.empty() || !HasProject()) return;
+  std::optional<SizeHistory> history;
+  for (const ApplicationEntry& each : ListApplications(inspector)) {
+    if (std::ranges::find(outputs, each.output) == outputs.end()) continue;
+    const auto status = files.ExamineExactly(each.output);
+    const auto source = FindSizeSource(inspector, each);
+    if (!status || !source) continue;
+    const SizeReading reading = ReadSizes(files, *source, kLargestProgram);
+    if (!reading.problem.empty()) continue;
+    if (!history) history.emplace(files, projectPath_).Load();
+    history->RecordBuild(each, *status, TakeSnapshot(reading.sizes));
+  }
+  if (history) static_cast<void>(history->Save());
 }
 
 BuildEnd BuildSession::AwaitBuild() {

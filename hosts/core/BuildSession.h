@@ -190,6 +190,7 @@ class BuildSession : public ServerConnection {
   bool RefusesSharedOutputs(const BuildRequest& request);
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);
+  void RecordSizes();
 
   HostWindow& frame_;
   std::shared_ptr<MessageLoop> loop_;

@@ -2,7 +2,9 @@
 
 #include <chrono>
 
+#include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
@@ -55,7 +57,13 @@ bool BuildStateManager::IsOutdated() {
 
 void BuildStateManager::TakeBuildInformation() {
   const std::string xml = tools_.TakeBuildInformation();
-  if (!xml.empty()) manager_.SetBuildInfo(xml);
+  if (xml.empty()) return;
+  manager_.SetBuildInfo(xml);
+  const auto records = ParseXml(xml);
+  if (records == nullptr) return;
+  for (const CXmlNode* each : records->GetChildren()) {
+    if (each->NameView() == "F") outputs_.push_back(GetAttribute(each, "Header"));
+  }
 }
 
 std::string BuildStateManager::Finish() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "hosts/core/ServerDrivers.h"
 
@@ -32,6 +34,8 @@ class BuildStateManager {
   // Call this after a tool has succeeded: passes its records to the project, which appends them to
   // its journal.
   void TakeBuildInformation();
+  // Returns the outputs of the runs since the last call.
+  std::vector<std::string> TakeOutputs() { return std::exchange(outputs_, {}); }
   // Call this after a build. Returns why the state could not be written; an empty string if it
   // could.
   std::string Finish();
@@ -52,6 +56,7 @@ class BuildStateManager {
   std::string path_;
   std::string verdict_ = "good";
   std::string reason_;
+  std::vector<std::string> outputs_;
   bool isOpen_ = false;  // the state of this project
   bool isRestoring_ = false;
 };

@@ -73,6 +73,10 @@ std::string UndoPathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".undo.tstate");
 }
 
+std::string SizesPathOf(const std::string& projectPath) {
+  return WithExtension(projectPath, ".sizes.tstate");
+}
+
 std::string LogPathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".tlog");
 }

@@ -26,5 +26,7 @@ std::string LogPathOf(const std::string& projectPath);
 // Ends with the extension of state files, so that an ignore rule of version control for
 // state files matches it too.
 std::string UndoPathOf(const std::string& projectPath);
+// The same applies to the sizes of earlier builds.
+std::string SizesPathOf(const std::string& projectPath);
 
 }  // namespace tarn::host

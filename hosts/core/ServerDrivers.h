@@ -305,6 +305,11 @@ class ToolManagerDriver : public COleDispatchDriver {
   }
   // Returns the records of successful runs since the last call, for SetBuildInfo.
   std::string TakeBuildInformation() { return InvokeText(TARN_TOOL_TAKE_BUILD_INFORMATION, {}); }
+  // Returns lines "ADDRESS LINE FILE" for the functions and variables of a program with debug
+  // information, in whose sources names are relative to the folder.
+  std::string ListSymbolPositions(const std::string& program, const std::string& folder) {
+    return InvokeText(TARN_TOOL_LIST_SYMBOL_POSITIONS, {program, folder});
+  }
   // Stops all running tools without waiting; new runs fail until ResumeTools.
   void StopTools() { InvokeHelper(TARN_TOOL_STOP_TOOLS, {}); }
   void ResumeTools() { InvokeHelper(TARN_TOOL_RESUME_TOOLS, {}); }

@@ -38,7 +38,8 @@ constexpr std::string_view kOwnExtensions[] = {".tprj", ".tapp", ".tstate", ".tl
                                                kLockExtension};
 constexpr std::string_view kCopyExtensions[] = {".bak", ".orig", ".unsaved"};
 // Replacements for the project's own extension.
-constexpr const char* kStoredExtensions[] = {".tstate", ".undo.tstate", ".tlog", kLockExtension};
+constexpr const char* kStoredExtensions[] = {".tstate", ".undo.tstate", ".sizes.tstate", ".tlog",
+                                             kLockExtension};
 
 // Names of the folders, and of a file that replaces one. A tool of the system runs programs that
 // its configuration there names.

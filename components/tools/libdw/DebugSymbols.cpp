@@ -4,6 +4,7 @@
 #include <libelf.h>
 
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -64,13 +65,27 @@ bool IsFunctionAtZero(Dwarf_Die& function) {
          address == 0;
 }
 
-bool IsVariableAtZero(Dwarf_Die& variable) {
+// Returns the address of a variable that has a fixed one.
+std::optional<std::uint64_t> AddressOfVariable(Dwarf_Die& variable) {
   Dwarf_Attribute attribute;
   Dwarf_Op* steps = nullptr;
   std::size_t count = 0;
-  return dwarf_attr(&variable, DW_AT_location, &attribute) != nullptr &&
-         dwarf_getlocation(&attribute, &steps, &count) == 0 && count == 1 &&
-         steps[0].atom == DW_OP_addr && steps[0].number == 0;
+  const bool isFixed = dwarf_attr(&variable, DW_AT_location, &attribute) != nullptr &&
+                       dwarf_getlocation(&attribute, &steps, &count) == 0 && count == 1 &&
+                       steps[0].atom == DW_OP_addr;
+  return isFixed ? std::optional<std::uint64_t>(steps[0].number) : std::nullopt;
+}
+
+bool IsVariableAtZero(Dwarf_Die& variable) {
+  return AddressOfVariable(variable) == 0;
+}
+
+// Returns the address of a function or variable; 0 if it has none.
+std::uint64_t AddressOf(Dwarf_Die& entry, Kind kind) {
+  Dwarf_Addr address = 0;
+  if (kind == Kind::Variable) return AddressOfVariable(entry).value_or(0);
+  const bool hasStart = kind == Kind::Function && HasAttribute(entry, DW_AT_low_pc);
+  return hasStart && dwarf_lowpc(&entry, &address) == 0 ? address : 0;
 }
 
 // The library converts sections of other types when it loads them, which bypasses its check that
@@ -218,7 +233,8 @@ class SymbolCollector {
     if (HasAttribute(entry, DW_AT_declaration) || HasFlag(entry, DW_AT_artificial)) return;
     const std::string name = NameOf(entry);
     if (name.empty()) return;
-    GlobalSymbol symbol{kind, ScopeOf(entry, scope) + name, {}, FileOf(entry), 0};
+    GlobalSymbol symbol{kind, ScopeOf(entry, scope) + name, {}, FileOf(entry),
+                        0,    AddressOf(entry, kind)};
     // Types that are built in or belong to libraries have no file to show.
     if (symbol.file.empty()) return;
     if (dwarf_decl_line(&entry, &symbol.line) != 0) symbol.line = 0;

@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+using SizesJson = nlohmann::json;
+
+SizesJson SizesOf(CliProject& project, std::vector<std::string> more = {}) {
+  std::vector<std::string> words{"size", "--json"};
+  words.insert(words.end(), more.begin(), more.end());
+  return SizesJson::parse(project.Out(words))["applications"][0];
+}
+
+// Returns the first column of a tool's lines by the last one; lines of other forms are skipped.
+std::map<std::string, std::uint64_t> ReadLines(const std::string& out, std::size_t name,
+                                               std::size_t size, int base) {
+  std::map<std::string, std::uint64_t> read;
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream stream(line);
+    const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+    if (words.size() <= std::max(name, size)) continue;
+    char* end = nullptr;
+    const std::uint64_t number = std::strtoull(words[size].c_str(), &end, base);
+    if (*end == '\0') read[words[name]] += number;
+  }
+  return read;
+}
+
+// Writes sources with a function, initialized, constant and zeroed data.
+void WriteSizes(CliProject& project, int bytes) {
+  project.Edit("src/a.c", "char blob[" + std::to_string(bytes) +
+                              "] = {1};\nchar zero[40];\nextern int b(int);\n"
+                              "int main(void) {\n  return b(blob[1] + zero[2]);\n}\n");
+  project.Edit("src/b.c",
+               "static int counter = 4;\n__attribute__((noinline)) static int help(int n) {\n"
+               "  volatile char s[50];\n  s[n & 7] = 1;\n  return s[3] + counter++;\n}\n"
+               "int b(int n) { return help(n); }\n");
+  project.Edit("src/c.c", "int unused;\n");
+}
+
+void PrepareSizes(CliProject& project, const std::string& toolchain) {
+  WriteSizes(project, 100);
+  const auto set = [&](const char* option, const std::string& value) {
+    project.Out({"options", "set", option, value});
+  };
+  set("Target.Toolchain", toolchain);
+  set("Target.LinkExtension", ".elf");
+  if (toolchain == "avr-gcc") {
+    set("Target.Device", "atmega328p");
+    set("Target.FlashSize", "32768");
+    set("Target.RamSize", "2048");
+  }
+  set("Compiler.StackUsage", "Yes");
+  project.Out({"build"});
+}
+
+// The sections must be those of the program "size", the symbols those of "nm".
+TEST(CliSize, FiguresAreThoseOfTheToolchainsOwnPrograms) {
+  for (const std::string toolchain : {"host-gcc", "avr-gcc"}) {
+    const std::string prefix = toolchain == "avr-gcc" ? "avr-" : "";
+    if (FindProgram(prefix + "gcc").empty()) GTEST_SKIP() << prefix << "gcc is not installed";
+    CliProject project;
+    PrepareSizes(project, toolchain);
+    const SizesJson sizes = SizesOf(project);
+    const std::string program = sizes["output"];
+    const std::string listed = project.RunProgram(prefix + "size", {"-A", program}).out;
+    auto sections = ReadLines(listed, 0, 1, 10);
+    sections.erase("Total");
+    std::map<std::string, std::uint64_t> found;
+    for (const SizesJson& each : sizes["sections"]) {
+      if (sections.contains(each["name"])) found[each["name"]] += each["size"].get<std::uint64_t>();
+    }
+    EXPECT_EQ(found, sections) << toolchain;
+    const std::string names = project.RunProgram(prefix + "nm", {"-S", "--size-sort", program}).out;
+    const auto symbols = ReadLines(names, 3, 1, 16);
+    std::map<std::string, std::uint64_t> foundSymbols;
+    for (const SizesJson& each : sizes["symbols"]) {
+      foundSymbols[each["linkageName"]] += each["size"].get<std::uint64_t>();
+    }
+    EXPECT_EQ(foundSymbols, symbols) << toolchain;
+    for (const SizesJson& each : sizes["symbols"]) {
+      if (each["name"] != "blob" && each["name"] != "help") continue;
+      const std::string file = each["name"] == "blob" ? "src/a.c" : "src/b.c";
+      EXPECT_EQ(each["file"], project.PathOf(file)) << each;
+      EXPECT_EQ(each["line"], each["name"] == "blob" ? 1 : 2) << each;
+      EXPECT_TRUE(Has(each["object"], file + ".o")) << each;
+    }
+    ASSERT_FALSE(sizes["stack"].empty()) << toolchain;
+    if (toolchain == "avr-gcc") {  // the other one has memory below the stack for such a function
+      EXPECT_EQ(sizes["stack"][0]["function"], "help");
+      EXPECT_GE(sizes["stack"][0]["bytes"], 50);
+      EXPECT_EQ(sizes["stack"][0]["file"], project.PathOf("src/b.c"));
+    }
+    std::map<std::string, std::uint64_t> sums;
+    for (const SizesJson& file : sizes["files"]) {
+      for (const auto& [memory, bytes] : file["sizes"].items()) {
+        sums[memory] += bytes.get<std::uint64_t>();
+      }
+    }
+    for (const SizesJson& each : sizes["memories"])
+      EXPECT_EQ(each["used"], sums[each["name"]]) << each;
+  }
+}
+
+TEST(CliSize, ChangesAreThoseSinceTheLastBuildOrABaseline) {
+  if (FindProgram("avr-gcc").empty()) GTEST_SKIP() << "avr-gcc is not installed";
+  CliProject project;
+  PrepareSizes(project, "avr-gcc");
+  EXPECT_TRUE(SizesOf(project)["comparedWith"].is_null());
+  project.Out({"size", "--save-baseline", "first", "-q"});
+  for (const int bytes : {130, 160}) {
+    WriteSizes(project, bytes);
+    EXPECT_TRUE(Has(project.Out({"build"}), "%)"));
+    EXPECT_EQ(SizesOf(project)["memories"][1]["change"], 30);
+  }
+  const SizesJson sizes = SizesOf(project, {"--compare", "first"});
+  EXPECT_EQ(sizes["memories"][0]["change"], 60);
+  for (const SizesJson& each : sizes["symbols"]) {
+    EXPECT_EQ(each["change"], each["name"] == "blob" ? 60 : 0) << each;
+  }
+  project.ExpectRefusal({"size", "--compare", "second"}, 2,
+                        "no baseline \"second\". It has: first");
+  project.Edit("demo.sizes.tstate", "{\"version\":1,\"programs\":[[[[");
+  EXPECT_TRUE(SizesOf(project)["comparedWith"].is_null());
+  project.Out({"size", "--html", "map.html"});
+  EXPECT_TRUE(Has(project.Read("map.html"), "blob\n160 B</title>"));
+  project.ExpectRefusal({"size", "--html", "src/a.c"}, 2, "is not a page");
+}
+
+TEST(CliSize, AProgramAboveItsLimitFailsTheBuildEachTime) {
+  if (FindProgram("avr-gcc").empty()) GTEST_SKIP() << "avr-gcc is not installed";
+  CliProject project;
+  PrepareSizes(project, "avr-gcc");
+  struct Row {
+    const char* option;
+    const char* value;
+    const char* error;  // empty: the build succeeds
+  };
+  const Row rows[] = {{"Build.MaxRam", "5",
+                       "RAM is 40 B too large: 142 B, 6.9 %, but Build.MaxRam "
+                       "(5) allows 102 B"},
+                      {"Build.MaxRam", "200 B", ""},
+                      {"Build.MaxFlash", "10 B", "but Build.MaxFlash (10 B) allows 10 B"},
+                      {"Build.MaxFlash", "much", "Build.MaxFlash (much) is neither"},
+                      {"Target.FlashSize", "128", "Build.MaxFlash"},
+                      {"Build.MaxFlash", "100", "but Build.MaxFlash (100) allows 128 B"}};
+  for (const Row& row : rows) {
+    project.Out({"options", "set", row.option, row.value});
+    for (int round = 0; round < 2; ++round) {
+      const CliProject::Answer built = project.Run({"build"});
+      EXPECT_EQ(built.code, row.error[0] == '\0' ? 0 : 1) << row.value << built.out << built.err;
+      EXPECT_TRUE(Has(built.out + built.err, row.error)) << row.value << built.out << built.err;
+    }
+  }
+  EXPECT_TRUE(Has(project.Run({"report"}).out, "blob"));
+}
+
+TEST(CliSize, AnOverflowOfARegionNamesTheLargestSymbols) {
+  CliProject project;
+  WriteSizes(project, 3000);
+  project.Edit("small.ld",
+               "MEMORY { FLASH : ORIGIN = 0x1000, LENGTH = 1K\n RAM : ORIGIN = 0x100000, LENGTH = "
+               "1M }\nSECTIONS { .text : { *(.text*) *(.rodata*) } > FLASH\n"
+               " .data : { *(.data*) } > RAM AT> FLASH\n .bss : { *(.bss*) *(COMMON) } > RAM\n"
+               " /DISCARD/ : { *(.eh_frame*) *(.note*) } }\nENTRY(main)\n");
+  project.Out({"options", "set", "Linker.Script", "small.ld"});
+  project.Out({"options", "set", "Linker.Extra", "--", "-nostdlib -static -no-pie"});
+  const CliProject::Answer built = project.Run({"build"});
+  EXPECT_EQ(built.code, 1);
+  EXPECT_TRUE(Has(built.out, "largest in FLASH:")) << built.out;
+  EXPECT_TRUE(Has(built.out, "3000 B  blob")) << built.out;
+  EXPECT_TRUE(Has(built.out, "FLASH is")) << built.out;
+}
+
+}  // namespace
+}  // namespace tarn::host
