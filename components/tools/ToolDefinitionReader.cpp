@@ -50,14 +50,17 @@ class ToolReader : public ElementReader {
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool_ = std::make_unique<ToolDefinition>();
-    CheckAttributes(
-        node,
-        {"Name",     "Title",       "Hint",         "Extensions",     "Messages",     "Output",
-         "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
-         "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
-         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
-         "Harmless", "LoadsFrom",   "LoadsNextTo",  "LoadsHere",      "Early",        "Carries",
-         "Toolchain", "Action", "If"});
+    CheckAttributes(node, {"Name",           "Title",        "Hint",
+                           "Extensions",     "Messages",     "Output",
+                           "Listing",        "Rules",        "FurtherRules",
+                           "Search",         "Includes",     "Defines",
+                           "LinkTime",       "NotLinkTime",  "Writes",
+                           "Reads",          "Runs",         "Loads",
+                           "Follow",         "Variables",    "Predefined",
+                           "PrefixedSearch", "SearchPrefix", "Strays",
+                           "Harmless",       "LoadsFrom",    "LoadsNextTo",
+                           "LoadsHere",      "Early",        "Carries",
+                           "Toolchain",      "Action",       "If"});
     tool_->name = Text(node, "Name");
     tool_->isEarly = IsYes(node, "Early");
     tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
