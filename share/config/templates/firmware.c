@@ -1,6 +1,6 @@
-/* Blinks an LED ten times. Replace led_set() by what your board needs: a board's target sets LED_PIN,
-   and often LED_PORT, in Compiler.Defines. With Target.Semihosting, a debugger or simulator shows the
-   state of the LED, and the end of main() ends a simulation. */
+/* Blinks an LED ten times. Replace led_set() by what your board needs: a board's target sets
+   LED_PIN, and often LED_PORT, in Compiler.Defines. With Target.Semihosting, a debugger or
+   simulator shows the state of the LED, and the end of main() ends a simulation. */
 
 #ifdef SEMIHOSTING
 #include <stdio.h>
