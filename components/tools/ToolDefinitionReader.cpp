@@ -28,14 +28,17 @@ std::string ToolchainOf(const CXmlNode& tool) {
   return name.substr(0, name.find('.') == name.npos ? 0 : name.find('.'));
 }
 
-// Inserts the folder of the toolchain before the names of programs.
-void LocatePrograms(CXmlNode& tool, const std::string& folder) {
+// Inserts the folder of the toolchain before the names of programs. An optional program that it
+// lacks is searched for in PATH.
+void LocatePrograms(CXmlNode& tool, const std::string& folder, const ToolchainLocator& locator) {
   for (CXmlNode* step : tool.GetChildren()) {
     const std::string program = OrEmpty(step->GetAttrValue("Program"));
     const bool isName =
         !program.empty() && !HasNativeSeparator(program) && program.find('$') == program.npos;
     if (step->NameView() != "Step" || !isName) continue;
-    step->SetAttrValue("Program", ReplaceAll(JoinPath(folder, program), "$", "$$"));
+    const std::string path = JoinPath(folder, program);
+    if (HasYes(*step, "Optional") && !locator.hasProgram(path)) continue;
+    step->SetAttrValue("Program", ReplaceAll(path, "$", "$$"));
   }
 }
 
@@ -427,11 +430,11 @@ void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance,
     const std::string abstract = OrEmpty(child->GetAttrValue("Abstract"));
     if (!abstract.empty() && !EqualNoCase(abstract, "No")) error = "Abstract can't be " + abstract;
     const auto resolved = inheritance.Resolve(*child, error);
-    if (resolved && locate) {
+    if (resolved && locate.findFolder) {
       const std::string toolchain = ToolchainOf(*resolved);
       const auto [found, isNew] = into.toolchains.try_emplace(toolchain);
-      if (isNew && !toolchain.empty()) found->second = locate(toolchain);
-      if (!found->second.empty()) LocatePrograms(*resolved, found->second);
+      if (isNew && !toolchain.empty()) found->second = locate.findFolder(toolchain);
+      if (!found->second.empty()) LocatePrograms(*resolved, found->second, locate);
     }
     ToolReader reader(into.messages, into.harmless);
     auto tool = reader.Read(resolved ? *resolved : *child);

@@ -31,8 +31,12 @@ struct ReadDefinitions {
   std::string lostFile;             // the first error that lost a whole file; empty if none
 };
 
-// Returns the folder of a toolchain's programs; an empty string if they are searched for in PATH.
-using ToolchainLocator = std::function<std::string(const std::string& toolchain)>;
+// Finds the programs of toolchains. Both functions are set, or neither is.
+struct ToolchainLocator {
+  // Returns the folder of the programs; an empty string if they are searched for in PATH.
+  std::function<std::string(const std::string& toolchain)> findFolder;
+  std::function<bool(const std::string& path)> hasProgram;
+};
 
 // Parses all files; a tool may refer to message lists of any file. A tool or message list with any
 // fault is omitted, so that a partially understood command line is never run; the others remain

@@ -164,7 +164,7 @@ std::int32_t ToolManager::RefreshTools() {
 }
 
 ToolchainLocator ToolManager::Locator() const {
-  return [this](const std::string& toolchain) {
+  const auto findFolder = [this](const std::string& toolchain) {
     std::string folder;
     if (world_.environment) folder = world_.environment(VariableOfToolchain(toolchain).c_str());
     if (folder.empty() && world_.toolchainSetting) folder = world_.toolchainSetting(toolchain);
@@ -173,6 +173,8 @@ ToolchainLocator ToolManager::Locator() const {
     const std::string programs = JoinPath(folder, "bin");
     return world_.files->IsFolder(programs) ? programs : folder;
   };
+  return {findFolder,
+          [this](const std::string& path) { return !world_.findProgram(path).empty(); }};
 }
 
 std::int32_t ToolManager::Reload() {

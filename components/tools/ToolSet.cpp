@@ -116,7 +116,7 @@ std::uint64_t ToolSet::DigestOf(FileSystem& files, const std::string& folder,
 
 bool ToolSet::HasLocations(const ToolchainLocator& locate) const {
   return std::all_of(toolchains_.begin(), toolchains_.end(), [&](const auto& each) {
-    return each.first.empty() || locate(each.first) == each.second;
+    return each.first.empty() || locate.findFolder(each.first) == each.second;
   });
 }
 

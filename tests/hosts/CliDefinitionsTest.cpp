@@ -67,10 +67,12 @@ TEST(CliDefinitions, AToolchainIsFoundWhereTheVariableOrTheSettingSays) {
   Defined defined("settings/user/definitions");
   CliProject& project = defined.project;
   const auto install = [&](const std::string& folder, const std::string& version) {
-    const std::string path = folder + "/bin/gcc";
-    project.Edit(path, "#!/bin/sh\ntest \"$1\" = --version && echo " + version +
-                           " && exit\nexec gcc \"$@\"\n");
-    chmod(project.PathOf(path).c_str(), 0755);
+    for (const std::string program : {"gcc", "g++"}) {
+      const std::string path = folder + "/bin/" + program;
+      project.Edit(path, "#!/bin/sh\ntest \"$1\" = --version && echo " + version +
+                             " && exit\nexec " + program + " \"$@\"\n");
+      chmod(project.PathOf(path).c_str(), 0755);
+    }
   };
   install("one", "gcc one");
   install("two", "gcc two");
@@ -80,6 +82,10 @@ TEST(CliDefinitions, AToolchainIsFoundWhereTheVariableOrTheSettingSays) {
   EXPECT_TRUE(Has(project.Out({"toolchains"}), project.PathOf("one/bin/gcc") + "  gcc one\n"));
   project.Point("TARN_HOST_GCC", "two");
   EXPECT_TRUE(Has(project.Out({"toolchains", "--json"}), "\"version\": \"gcc two\""));
+  project.Out({"build", "--trust"});
+  EXPECT_TRUE(Has(project.Out({"build", "--trust"}), "Nothing to do"));
+  install("two", "gcc three");
+  EXPECT_EQ(Built(project.Out({"build", "--trust"})), "a.c b.c c.c app");
   project.Point("TARN_HOST_GCC", "none");
   const std::string missing = project.Out({"toolchains"});
   EXPECT_TRUE(Has(missing, "gcc is not in " + project.PathOf("none") + ". On Debian")) << missing;
