@@ -127,12 +127,13 @@ std::unique_ptr<CXmlNode> ReadShipped() {
 std::vector<Part> PartsOf(const std::string& package) {
   const auto root = ReadShipped();
   std::vector<Part> parts;
-  const CXmlNode* packageRoot = root->FindDescendantByAttr("Header", package);
-  if (packageRoot == nullptr) return parts;
-  for (const CXmlNode* family : packageRoot->GetChildren()) {
-    for (const CXmlNode* target : family->GetChildren()) {
-      if (target->NameView() != "Target") continue;
-      parts.push_back({OrEmpty(target->GetAttrValue("Header")), DescribeTarget(*target)});
+  for (const CXmlNode* packageRoot : root->GetChildren()) {
+    if (OrEmpty(packageRoot->GetAttrValue("Header")) != package) continue;
+    for (const CXmlNode* family : packageRoot->GetChildren()) {
+      for (const CXmlNode* target : family->GetChildren()) {
+        if (target->NameView() != "Target") continue;
+        parts.push_back({OrEmpty(target->GetAttrValue("Header")), DescribeTarget(*target)});
+      }
     }
   }
   return parts;
@@ -143,10 +144,12 @@ std::vector<Part> PartsOf(const std::string& package) {
 long BytesOf(const std::string& description, const std::string& memory) {
   std::size_t end = description.find("B " + memory);
   if (end == std::string::npos || end < 2) return 0;
-  const bool isKilo = description[end - 1] == 'K';
-  end -= isKilo ? 2 : 1;  // at the space after the number
+  const char prefix = description[end - 1];
+  const long unit = prefix == 'M' ? 1024 * 1024 : prefix == 'K' ? 1024 : 1;
+  end -= unit > 1 ? 2 : 1;  // at the space after the number
   const std::size_t begin = description.find_last_not_of("0123456789.", end - 1) + 1;
-  return static_cast<long>(std::strtod(description.c_str() + begin, nullptr) * (isKilo ? 1024 : 1));
+  return static_cast<long>(std::strtod(description.c_str() + begin, nullptr) *
+                           static_cast<double>(unit));
 }
 
 std::string AvrSource(const std::string& description) {
@@ -185,9 +188,21 @@ void ExpectMemoryOptions(const Part& part) {
   EXPECT_TRUE(Has(part.description.script.value_or(""), options)) << part.name << options;
 }
 
+// A new project has these files next to each other; together they are compiled faster.
+std::string FirmwareSource(const std::string& family) {
+  std::string source;
+  for (const std::string& name : {family + "/startup.c", std::string("libc/syscalls.c"),
+                                  std::string("templates/firmware.c")}) {
+    source += "#include \"" + SharePath("config/" + name) + "\"\n";
+  }
+  return source;
+}
+
 std::string SourceFor(const TargetDescription& description) {
-  return Has(description.script.value_or(""), "\"avr-gcc\"") ? AvrSource(description.text)
-                                                             : SdccSource(description.text);
+  const std::string script = description.script.value_or("");
+  if (Has(script, "\"arm-gcc\"")) return FirmwareSource("arm");
+  if (Has(script, "\"riscv-gcc\"")) return FirmwareSource("riscv");
+  return Has(script, "\"avr-gcc\"") ? AvrSource(description.text) : SdccSource(description.text);
 }
 
 struct Package {
@@ -254,12 +269,35 @@ const Package kPackages[] = {
     {"Boards with 8 bits", 12, 0, 1},
 };
 
-INSTANTIATE_TEST_SUITE_P(Package, ShippedTargets, ::testing::ValuesIn(kPackages),
-                         [](const auto& package) {
-                           std::string name = package.param.label;
-                           std::erase_if(name, [](char c) { return c == ' ' || c == ','; });
-                           return name + "_" + std::to_string(package.param.piece);
-                         });
+// These need compilers that `make test-toolchains` installs.
+const Package kFirmwarePackages[] = {
+    {"STM32", 200, 0, 6},
+    {"STM32", 200, 1, 6},
+    {"STM32", 200, 2, 6},
+    {"STM32", 200, 3, 6},
+    {"STM32", 200, 4, 6},
+    {"STM32", 200, 5, 6},
+    {"NXP", 35, 0, 1},
+    {"SAM", 35, 0, 1},
+    {"Nordic", 12, 0, 1},
+    {"TI", 10, 0, 1},
+    {"EFM32", 13, 0, 1},
+    {"XMC", 6, 0, 1},
+    {"GD32", 11, 0, 1},
+    {"RISC-V", 20, 0, 1},
+    {"Renesas RA", 6, 0, 1},
+    {"Boards with 32 bits", 45, 0, 2},
+    {"Boards with 32 bits", 45, 1, 2},
+};
+
+std::string NameOf(const ::testing::TestParamInfo<Package>& package) {
+  std::string name = package.param.label;
+  std::erase_if(name, [](char c) { return c == ' ' || c == ',' || c == '-'; });
+  return name + "_" + std::to_string(package.param.piece);
+}
+
+INSTANTIATE_TEST_SUITE_P(Package, ShippedTargets, ::testing::ValuesIn(kPackages), NameOf);
+INSTANTIATE_TEST_SUITE_P(Toolchain, ShippedTargets, ::testing::ValuesIn(kFirmwarePackages), NameOf);
 
 TEST(ShippedPackages, AreAllBuiltByATest) {
   std::set<std::string> shipped;
@@ -267,6 +305,7 @@ TEST(ShippedPackages, AreAllBuiltByATest) {
   const auto root = ReadShipped();
   for (const CXmlNode* each : root->GetChildren()) shipped.insert(each->GetAttrValue("Header"));
   for (const Package& each : kPackages) built.insert(each.label);
+  for (const Package& each : kFirmwarePackages) built.insert(each.label);
   EXPECT_EQ(shipped, built);
 }
 

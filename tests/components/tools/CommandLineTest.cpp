@@ -214,10 +214,14 @@ TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
 TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
   const auto commands = [](const char* definitions, const char* tool, const char* files,
                            const std::string& options) {
-    const std::string path =
-        tarn::testing::SourcePath(std::string("share/config/tools/") + definitions);
-    return StartedFor(tarn::testing::ReadBytes(path), tool, files,
-                      "Build.OutputFile=out/x.o\n" + options);
+    std::string all = "<Tools>";
+    for (const char* name : {"gcc.tools", "sdcc.tools", definitions}) {
+      const std::string path = tarn::testing::SourcePath(std::string("share/config/tools/") + name);
+      const std::string text = tarn::testing::ReadBytes(path);
+      const std::size_t begin = text.find("<Tools>") + 7;
+      all += text.substr(begin, text.rfind("</Tools>") - begin);
+    }
+    return StartedFor(all + "</Tools>", tool, files, "Build.OutputFile=out/x.o\n" + options);
   };
   const char* const options =
       "Target.Device=atmega328p\nTarget.Clock=16000000\nCompiler.Optimize=s\n"
