@@ -7,7 +7,6 @@
 #include "hosts/cli/BuildTrace.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/core/Jobs.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/SignalHandler.h"
 #include "platform/paths/Paths.h"
@@ -168,15 +167,6 @@ WorkEstimate EstimateWork(CommandContext& context, const BuildRequest& request) 
                    : WorkEstimate(context.Session().CountWork(request));
 }
 
-// A launcher that the project names may run more tools than this machine can.
-void AdoptLauncher(CommandContext& context) {
-  if (!context.Asked().limits.jobs.empty()) return;
-  BuildSession& session = context.Session();
-  const std::string launcher =
-      session.Manager().GetPropertyValue("Application", "Build", "Launcher");
-  if (!launcher.empty()) session.Tools().SetJobs(DefaultJobs(launcher));
-}
-
 int RunBuild(CommandContext& context, BuildWork work) {
   BuildSession& session = context.Session();
   const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
@@ -189,7 +179,6 @@ int RunBuild(CommandContext& context, BuildWork work) {
   if (const int code = LockBuild(context); code != kExitDone) return code;
   const BuildRequest request = RequestOf(context, work, chosen);
   session.Prepare();
-  AdoptLauncher(context);
   RemarkState(context);
 
   std::optional<BuildTrace> trace;

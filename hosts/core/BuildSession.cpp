@@ -219,6 +219,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   tools.WatchRuns(watchesRuns_);
   trust_.Refresh();
   if (!isOtherProject_) inspector.RefreshDefinitions();
+  AdoptLauncher();
 }
 
 void BuildSession::EndWork() {

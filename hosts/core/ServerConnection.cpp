@@ -91,10 +91,11 @@ std::vector<std::string> ServerConnection::SetLimits(BuildLimits limits) {
   std::vector<std::string> problems;
   AddLimitSettings(limits, problems);
   std::string problem;
-  const int jobs = limits.jobs.empty() ? ReadJobsSetting(&problem) : ParseJobs(limits.jobs);
+  hasJobs_ = !limits.jobs.empty();
+  const int jobs = hasJobs_ ? ParseJobs(limits.jobs) : ReadJobsSetting(&problem);
   if (!problem.empty()) problems.push_back(std::move(problem));
   tools.SetJobs(jobs > 0 ? jobs : CountMachineJobs());
-  if (limits.joinsJobserver && limits.jobs.empty()) {
+  if (limits.joinsJobserver && !hasJobs_) {
     const std::string why = tools.JoinJobserver(jobs);
     if (!why.empty()) problems.push_back("The jobserver of make is not used: " + why + ".");
   }
@@ -102,6 +103,14 @@ std::vector<std::string> ServerConnection::SetLimits(BuildLimits limits) {
   tools.SetStartLimits(ParseLoad(limits.load), memory.megabytes, memory.percent);
   inspector.SetFailureLimit(ParseFailures(limits.failures));
   return problems;
+}
+
+void ServerConnection::AdoptLauncher() {
+  if (hasJobs_) return;
+  std::string launcher = manager.GetPropertyValue("Application", "Build", "Launcher");
+  if (launcher == launcher_) return;
+  launcher_ = std::move(launcher);
+  tools.SetJobs(DefaultJobs(launcher_));
 }
 
 Status ServerConnection::AttachComponents(WindowHandle host) {

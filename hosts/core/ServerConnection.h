@@ -52,6 +52,9 @@ class ServerConnection {
   // Applies the limits to the following builds. Returns a sentence about each setting of the user
   // that is passed over.
   std::vector<std::string> SetLimits(BuildLimits limits);
+  // Without a number of jobs in the limits, sets that of the launcher in the options of the current
+  // node's application, which may run compilers on other machines.
+  void AdoptLauncher();
 
   const HostFolders& GetFolders() const { return folders; }
   ProjectManagerDriver& Manager() { return manager; }
@@ -99,6 +102,9 @@ class ServerConnection {
   std::vector<std::string> ListWork(const BuildRequest& request,
                                     const std::vector<ApplicationStatus>& status);
   WorkEstimate EstimateWork(const BuildRequest& request, const std::string& status);
+
+  bool hasJobs_ = false;  // the limits have a number of jobs
+  std::string launcher_;  // whose number of jobs is set; empty: that of the environment
 };
 
 }  // namespace tarn::host

@@ -196,7 +196,10 @@ class Project:
         return os.path.join(self.folder, name)
 
     def add_compiler(self, script):
-        path = os.path.join(self.root, "bin", "gcc")
+        self.add_program("gcc", script)
+
+    def add_program(self, name, script):
+        path = os.path.join(self.root, "bin", name)
         with open(path, "w") as file:
             file.write("#!/bin/sh\n" + script)
         os.chmod(path, 0o755)

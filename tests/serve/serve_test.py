@@ -380,6 +380,31 @@ class Questions(ServeTest):
         self.assertEqual(client.process.wait(10), 1)
 
 
+class Launchers(ServeTest):
+    trusts = True
+
+    def test_a_launcher_in_the_options_runs_as_many_tools_as_its_hosts(self):
+        count = os.cpu_count() + 1
+        names = ["f%d.c" % number for number in range(count)]
+        for name in names:
+            self.project.write("src/" + name, "int main(void) { return 0; }\n")
+        # Waits until as many are running.
+        self.project.add_program("distcc", """touch "$TMPDIR/run.$$"
+for try in $(seq 300); do
+  [ $(ls "$TMPDIR"/run.* | wc -l) -ge %d ] && exec "$@"
+  sleep 0.1
+done
+exit 1
+""" % count)
+        self.project.environment["DISTCC_HOSTS"] = "far/64"
+        client = self.start()
+        client.call("ProjectOpen", self.project.write_project(sources=names))
+        client.call("SavePropertyValue", "Application", "Build", "Launcher", "distcc")
+        client.call("Command", APPLY)
+        self.start_build(client)
+        client.wait_message("ToolSucceeded", count)
+
+
 class Stops(ServeTest):
     def start_slow_build(self, answers=None):
         self.project.slow_compiler()
