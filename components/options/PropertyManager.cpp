@@ -88,6 +88,8 @@ bool PropertyManager::ReadAllDefinitions() {
     const bool isRead = reader.ReadFile(file);
     if (file == lastDefinitionFile_) lastIsRead = isRead;
   }
+  furtherFiles_ = FindFurtherFiles();
+  for (const std::string& file : furtherFiles_) reader.ReadFile(file);
   reader.CheckDefaults();
   definitions_.Index();
   definitionErrors_ = reader.Errors();
@@ -97,9 +99,31 @@ bool PropertyManager::ReadAllDefinitions() {
   return lastIsRead;
 }
 
+std::vector<std::string> PropertyManager::FindFurtherFiles() const {
+  std::vector<std::string> found;
+  for (const std::string& folder : definitionFolders_) {
+    const auto entries = files_.ListFolder(folder);
+    if (!entries) continue;
+    for (const FolderEntry& each : *entries) {
+      const bool isOne = !each.isFolder && EndsWithNoCase(each.name, ".options");
+      if (isOne) found.push_back(JoinPath(folder, each.name));
+    }
+  }
+  return found;
+}
+
+std::int32_t PropertyManager::SetDefinitionFolders(const char* folders) {
+  definitionFolders_ = SplitLines(View(folders));
+  if (definitionFiles_.empty() || FindFurtherFiles() == furtherFiles_) return 0;
+  ReadAllDefinitions();
+  return 1;
+}
+
 std::int32_t PropertyManager::RefreshDefinitions() {
-  if (definitionFiles_.empty() || OptionDefinitionReader::DigestOf(files_, filesRead_) == digest_)
-    return 0;
+  const bool isCurrent = definitionFiles_.empty() ||
+                         (OptionDefinitionReader::DigestOf(files_, filesRead_) == digest_ &&
+                          FindFurtherFiles() == furtherFiles_);
+  if (isCurrent) return 0;
   ReadAllDefinitions();
   return 1;
 }

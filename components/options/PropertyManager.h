@@ -86,6 +86,9 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   // Reloads the definitions if their files have changed; returns 1 if so. The caller has to
   // republish nodes.
   std::int32_t RefreshDefinitions();
+  // Sets folders, one per line, whose *.options files are read after those of ReadDefsFromFile;
+  // returns 1 if this changes the definitions. The caller has to republish nodes.
+  std::int32_t SetDefinitionFolders(const char* folders);
   std::string GetNewConfigName();
   void SetNewConfigName(const char* name);
   std::string GetChangedProperty();
@@ -99,6 +102,8 @@ class PropertyManager : public DispatchObject<PropertyManager> {
 
  private:
   bool ReadAllDefinitions();
+  // Returns the definition files in the folders, in order of their names.
+  std::vector<std::string> FindFurtherFiles() const;
   void ReadConfigurations(const char* text);
   std::string NodeKey();
   std::int32_t ChangeByUser(const char* set, const char* section, const char* property,
@@ -117,8 +122,10 @@ class PropertyManager : public DispatchObject<PropertyManager> {
 
   std::vector<std::string> definitionFiles_;  // files passed to ReadDefsFromFile
   std::string lastDefinitionFile_;
-  std::vector<std::string> filesRead_;  // definitionFiles and the files they include
-  std::uint64_t digest_ = 0;            // of their contents
+  std::vector<std::string> definitionFolders_;
+  std::vector<std::string> furtherFiles_;  // those in them that were read
+  std::vector<std::string> filesRead_;     // definitionFiles and the files they include
+  std::uint64_t digest_ = 0;               // of their contents
   std::vector<std::string> definitionErrors_;
   std::string lostDefinitions_;
   std::vector<std::string> valueErrors_;  // macro cycles found, each reported once

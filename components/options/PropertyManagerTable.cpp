@@ -64,6 +64,8 @@ const DispatchTable<PropertyManager>& PropertyManager::Table() {
       Method<&P::GetRedoProperty>("GetRedoProperty", TARN_OPT_GET_REDO_PROPERTY, {}),
       Method<&P::GetSwitchCount>("GetSwitchCount", TARN_OPT_GET_SWITCH_COUNT, {}),
       Method<&P::RefreshDefinitions>("RefreshDefinitions", TARN_OPT_REFRESH_DEFINITIONS, {}),
+      Method<&P::SetDefinitionFolders>("SetDefinitionFolders", TARN_OPT_SET_DEFINITION_FOLDERS,
+                                       {"folders"}),
       Method<&P::GetDefinitionProblem>("GetDefinitionProblem", TARN_OPT_GET_DEFINITION_PROBLEM, {}),
   });
   return table;

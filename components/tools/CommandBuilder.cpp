@@ -89,7 +89,8 @@ class PlanBuilder : public TemplateValues {
     if (!circle.empty()) AddProblem(circle);
     if (!missing.empty()) {
       AddProblem("the option " + missing + " is not set in the configuration " +
-                 job_.values->GetConfig() + ", and it has no default");
+                 job_.values->GetConfig() + ", and it has no default; `tarn options set " +
+                 missing + " VALUE -c " + job_.values->GetConfig() + "` sets it");
     }
     return value;
   }

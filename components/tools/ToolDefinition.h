@@ -148,6 +148,7 @@ struct ByProductRule {
 struct ToolDefinition {
   std::string name;
   bool isProgram = false;  // a plain path without a definition
+  std::size_t folder = 0;  // number of the folder that defines it
   // Reads only the files that its rules list, and writes only those that its plan names.
   bool isEarly = false;
   std::uint64_t fingerprint = 0;  // of the element that defines it
@@ -156,7 +157,8 @@ struct ToolDefinition {
   // it is not for an action.
   std::string action;
   Conditions conditions;
-  std::string hint;                     // how to install a missing program
+  std::string toolchain;  // whose programs it runs; empty if they are searched for in PATH only
+  std::string hint;       // how to install a missing program
   std::vector<std::string> extensions;  // with dots, in lower case
   MessageRuleLists messages;
   Template output;

@@ -9,6 +9,7 @@
 #include "components/tools/FileList.h"
 #include "components/tools/MessageRulesReader.h"
 #include "components/tools/ToolInheritance.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
@@ -19,6 +20,27 @@ namespace tarn::tools {
 namespace {
 
 constexpr std::string_view kShippedMessages = "messages.tools";
+
+// Returns the name before the first full stop unless the tool specifies another.
+std::string ToolchainOf(const CXmlNode& tool) {
+  if (const char* name = tool.GetAttrValue("Toolchain")) return name;
+  const std::string name = OrEmpty(tool.GetAttrValue("Name"));
+  return name.substr(0, name.find('.') == name.npos ? 0 : name.find('.'));
+}
+
+// Inserts the folder of the toolchain before the names of programs. An optional program that it
+// lacks is searched for in PATH.
+void LocatePrograms(CXmlNode& tool, const std::string& folder, const ToolchainLocator& locator) {
+  for (CXmlNode* step : tool.GetChildren()) {
+    const std::string program = OrEmpty(step->GetAttrValue("Program"));
+    const bool isName =
+        !program.empty() && !HasNativeSeparator(program) && program.find('$') == program.npos;
+    if (step->NameView() != "Step" || !isName) continue;
+    const std::string path = JoinPath(folder, program);
+    if (HasYes(*step, "Optional") && !locator.hasProgram(path)) continue;
+    step->SetAttrValue("Program", ReplaceAll(path, "$", "$$"));
+  }
+}
 
 // Reads the elements of one tool; the first error is available from Error().
 class ToolReader : public ElementReader {
@@ -35,13 +57,14 @@ class ToolReader : public ElementReader {
          "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
          "Harmless", "LoadsFrom",   "LoadsNextTo",  "LoadsHere",      "Early",        "Carries",
-         "Action",   "If"});
+         "Action",   "If",          "Toolchain"});
     tool_->name = Text(node, "Name");
     tool_->isEarly = IsYes(node, "Early");
     tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool_->title = Text(node, "Title");
     tool_->action = Text(node, "Action");
     tool_->conditions = ReadConditions(Text(node, "If"));
+    tool_->toolchain = ToolchainOf(node);
     tool_->hint = Text(node, "Hint");
     tool_->output = Filled(node, "Output");
     tool_->listing = Filled(node, "Listing");
@@ -366,11 +389,13 @@ using ToolsWithoutMessages = std::map<std::string, std::vector<std::string>>;
 // A parsed definition file.
 struct ParsedFile {
   std::string name;
+  std::size_t folder = 0;
   CXmlNode root;
 };
 
 void ParseFile(const DefinitionFile& file, ParsedFile& parsed, ReadDefinitions& into) {
   parsed.name = file.name;
+  parsed.folder = file.folder;
   const std::string fault = LoadWhole(parsed.root, file.text, XmlTexts::None, file.name);
   if (fault.empty()) return;
   parsed.root.Clear();
@@ -395,7 +420,8 @@ void ReadLists(const ParsedFile& file, const char* element, Lists& lists,
   }
 }
 
-void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance, ReadDefinitions& into,
+void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance,
+               const ToolchainLocator& locate, ReadDefinitions& into,
                ToolsWithoutMessages& leftOut) {
   for (const CXmlNode* child : file.root.GetChildren()) {
     const std::string_view name = child->NameView();
@@ -413,6 +439,12 @@ void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance, ReadD
     const std::string abstract = OrEmpty(child->GetAttrValue("Abstract"));
     if (!abstract.empty() && !EqualNoCase(abstract, "No")) error = "Abstract can't be " + abstract;
     const auto resolved = inheritance.Resolve(*child, error);
+    if (resolved && locate.findFolder) {
+      const std::string toolchain = ToolchainOf(*resolved);
+      const auto [found, isNew] = into.toolchains.try_emplace(toolchain);
+      if (isNew && !toolchain.empty()) found->second = locate.findFolder(toolchain);
+      if (!found->second.empty()) LocatePrograms(*resolved, found->second, locate);
+    }
     ToolReader reader(into.messages, into.harmless);
     auto tool = reader.Read(resolved ? *resolved : *child);
     if (error.empty()) error = reader.Error();
@@ -421,6 +453,7 @@ void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance, ReadD
     } else if (!reader.MissingMessages().empty()) {
       leftOut[reader.MissingMessages()].push_back(tool->name);
     } else {
+      tool->folder = file.folder;
       into.tools.push_back(std::move(tool));
     }
   }
@@ -441,7 +474,8 @@ void ReportLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile,
 
 }  // namespace
 
-ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
+ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files,
+                                    const ToolchainLocator& locate) {
   ReadDefinitions read;
   std::vector<ParsedFile> parsed(files.size());
   for (std::size_t i = 0; i < files.size(); ++i) ParseFile(files[i], parsed[i], read);
@@ -456,7 +490,7 @@ ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
     }
   }
   ToolsWithoutMessages leftOut;
-  for (const ParsedFile& file : parsed) ReadTools(file, inheritance, read, leftOut);
+  for (const ParsedFile& file : parsed) ReadTools(file, inheritance, locate, read, leftOut);
   const bool hasShippedFile = std::any_of(files.begin(), files.end(), [](const auto& file) {
     return EqualNoCase(file.name, kShippedMessages);
   });

@@ -15,6 +15,8 @@ namespace tarn::tools {
 struct DefinitionFile {
   std::string name;
   std::string text;
+  // Number of its folder. A tool of one folder may replace one of an earlier folder.
+  std::size_t folder = 0;
 };
 
 using NamedHarmlessFlags = std::map<std::string, HarmlessFlags, std::less<>>;
@@ -25,14 +27,23 @@ struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   ActionRules actions;
   NamedHarmlessFlags harmless;
+  std::map<std::string, std::string> toolchains;  // folders of those that have one, or empty
   NamedMessageRules messages;       // if two lists have the same name, the later one wins
   std::vector<std::string> errors;  // usually "file: tool: what is wrong"
   std::string lostFile;             // the first error that lost a whole file; empty if none
 };
 
+// Finds the programs of toolchains. Both functions are set, or neither is.
+struct ToolchainLocator {
+  // Returns the folder of the programs; an empty string if they are searched for in PATH.
+  std::function<std::string(const std::string& toolchain)> findFolder;
+  std::function<bool(const std::string& path)> hasProgram;
+};
+
 // Parses all files; a tool may refer to message lists of any file. A tool or message list with any
 // fault is omitted, so that a partially understood command line is never run; the others remain
 // valid.
-ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files);
+ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files,
+                                    const ToolchainLocator& locate = {});
 
 }  // namespace tarn::tools

@@ -18,6 +18,8 @@ struct ToolEnvironment {
   std::function<std::string(std::string_view)> findProgram;
   // Returns an environment variable, or an empty string.
   std::function<std::string(const char*)> environment;
+  // Returns the user's setting for the folder of a toolchain, or an empty string. May be empty.
+  std::function<std::string(const std::string&)> toolchainSetting = {};
 
   static ToolEnvironment Native();
 };

@@ -12,11 +12,13 @@
 #include "components/tools/OwnedJob.h"
 #include "components/tools/RunAccess.h"
 #include "components/tools/ToolDefinitionReader.h"
+#include "components/tools/ToolPaths.h"
 #include "components/tools/ToolRun.h"
 #include "components/tools/UsedFiles.h"
 #include "components/tools/XmlAttributes.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/InstalledData.h"
+#include "platform/settings/Settings.h"
 
 namespace tarn::tools {
 
@@ -50,9 +52,14 @@ std::string CommandElement(const ToolCommand& command) {
 }  // namespace
 
 ToolEnvironment ToolEnvironment::Native() {
-  return {&ProcessLauncher::Native(), &FileSystem::Native(), FindProgram, [](const char* name) {
+  return {&ProcessLauncher::Native(), &FileSystem::Native(), FindProgram,
+          [](const char* name) {
             const char* value = std::getenv(name);
             return OrEmpty(value);
+          },
+          [](const std::string& toolchain) {
+            const Settings settings(FileSystem::Native(), SettingsFolders::FromEnvironment());
+            return settings.ReadProfile("Toolchains", toolchain, {});
           }};
 }
 
@@ -86,6 +93,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::GetUsedFiles>("GetUsedFiles", TARN_TOOL_GET_USED_FILES,
                                          {"tool", "files", "options", "candidates"}),
       Method<&ToolManager::RefreshTools>("RefreshTools", TARN_TOOL_REFRESH_TOOLS, {}),
+      Method<&ToolManager::SetDefinitionFolders>("SetDefinitionFolders",
+                                                 TARN_TOOL_SET_DEFINITION_FOLDERS, {"folders"}),
       Method<&ToolManager::GetAccess>("GetAccess", TARN_TOOL_GET_ACCESS,
                                       {"tool", "files", "options"}),
       Method<&ToolManager::SetJobs>("SetJobs", TARN_TOOL_SET_JOBS, {"count"}),
@@ -110,7 +119,7 @@ ToolManager::ToolManager(ToolEnvironment machine)
     : permits_(machine.environment ? machine.environment("MAKEFLAGS") : std::string()),
       launcher_(machine.launcher, permits_),
       world_{&launcher_, machine.files, std::move(machine.findProgram),
-             std::move(machine.environment)},
+             std::move(machine.environment), std::move(machine.toolchainSetting)},
       early_(permits_) {}
 
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
@@ -118,7 +127,13 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
   const std::string given = ToNativeSeparators(OrEmpty(applicationPath));
   const std::string root = given.empty() ? InstalledDataFolder(*world_.files) : given;
   const std::string place = JoinPath(root, "config/tools");
-  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world_.files, place);
+  std::vector<std::string> further;
+  {
+    const std::lock_guard guard(lock_);
+    further = furtherFolders_;
+  }
+  std::shared_ptr<const ToolSet> read =
+      ToolSet::FromFolder(*world_.files, place, further, Locator());
   const std::lock_guard guard(lock_);
   tools_ = std::move(read);
   folder_ = place;
@@ -126,16 +141,53 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
   return 1;
 }
 
+std::int32_t ToolManager::SetDefinitionFolders(const char* folders) {
+  std::vector<std::string> list = SplitLines(OrEmpty(folders));
+  {
+    const std::lock_guard guard(lock_);
+    if (list == furtherFolders_) return 0;
+    furtherFolders_ = std::move(list);
+  }
+  return Reload();
+}
+
 std::int32_t ToolManager::RefreshTools() {
   helpers_.Clear();
-  std::string place;
   {
     const std::lock_guard guard(lock_);
     messagesOfBuild_ = 0;
-    place = folder_;
   }
-  if (place.empty() || ToolSet::DigestOf(*world_.files, place) == Tools()->GetDigest()) return 0;
-  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world_.files, place);
+  return Reload();
+}
+
+ToolchainLocator ToolManager::Locator() const {
+  const auto findFolder = [this](const std::string& toolchain) {
+    std::string folder;
+    if (world_.environment) folder = world_.environment(VariableOfToolchain(toolchain).c_str());
+    if (folder.empty() && world_.toolchainSetting) folder = world_.toolchainSetting(toolchain);
+    if (folder.empty()) return folder;
+    folder = AbsolutePath(world_.files, world_.files->CurrentFolder(), folder);
+    const std::string programs = JoinPath(folder, "bin");
+    return world_.files->IsFolder(programs) ? programs : folder;
+  };
+  return {findFolder,
+          [this](const std::string& path) { return !world_.findProgram(path).empty(); }};
+}
+
+std::int32_t ToolManager::Reload() {
+  std::string place;
+  std::vector<std::string> further;
+  {
+    const std::lock_guard guard(lock_);
+    place = folder_;
+    further = furtherFolders_;
+  }
+  const bool isCurrent =
+      place.empty() || (ToolSet::DigestOf(*world_.files, place, further) == Tools()->GetDigest() &&
+                        Tools()->HasLocations(Locator()));
+  if (isCurrent) return 0;
+  std::shared_ptr<const ToolSet> read =
+      ToolSet::FromFolder(*world_.files, place, further, Locator());
   const std::lock_guard guard(lock_);
   tools_ = std::move(read);
   return 1;
@@ -283,8 +335,11 @@ void ToolManager::NotifyStart(const std::string& toolName, const char* files,
 
 std::string ToolManager::DescribeStart(const std::string& toolName, const char* files,
                                        const ToolInvocation& job, const ToolPlan& plan) {
+  // Tools for objects, such as a disassembler, don't make the object of a link its source.
+  const auto tool = FindTool(toolName);
+  const bool isLink = tool != nullptr && !tool->libraries.empty();
   const bool isPart = job.files.size() == 1 && !plan.output.empty() &&
-                      !Tools()->HasExtension(ExtensionOf(job.files.front()));
+                      (isLink || !Tools()->HasExtension(ExtensionOf(job.files.front())));
   return StartText(toolName, files, plan, isPart);
 }
 

@@ -42,6 +42,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   // installation), replacing earlier ones. Running tools continue with theirs. Always returns 1;
   // see GetDefinitionErrors.
   std::int32_t InitTools(const char* applicationPath, const char* dataPath, std::int32_t frame);
+  // Sets further folders with definitions, one per line, which extend and override those of the
+  // installation, and loads them. Returns 1 if the definitions have changed.
+  std::int32_t SetDefinitionFolders(const char* folders);
   // Reloads the definitions if their files have changed; returns 1 if so.
   std::int32_t RefreshTools();
   // Runs a tool and returns 1 if it succeeded. `tool` is a name or the path of a program, `files` a
@@ -122,6 +125,10 @@ class ToolManager : public DispatchObject<ToolManager> {
 
  private:
   std::shared_ptr<const ToolSet> Tools();
+  // Returns 1 if the definitions have changed.
+  std::int32_t Reload();
+  // Looks for the folder of a toolchain in its environment variable, then in the user's settings.
+  ToolchainLocator Locator() const;
   // Returns the tool of this name or, if it is the path of a program, a definition made for it;
   // otherwise nullptr. Shares ownership of everything it refers to.
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
@@ -165,6 +172,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::mutex lock_;  // guards the members below; not held while calling out
   std::shared_ptr<const ToolSet> tools_ = std::make_shared<ToolSet>();
   std::string folder_;  // folder of the definitions; empty before InitTools
+  std::vector<std::string> furtherFolders_;
   WindowHandle frame_ = 0;
   std::string records_;
   std::size_t messagesOfBuild_ = 0;  // since RefreshTools, which is called before each build

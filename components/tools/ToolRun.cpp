@@ -8,6 +8,7 @@
 #include "components/tools/GlobalsFile.h"
 #include "components/tools/RandomNames.h"
 #include "components/tools/StreamedText.h"
+#include "components/tools/ToolSet.h"
 #include "components/tools/ToolText.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -288,8 +289,13 @@ void ToolRun::LogStartFailure(const ToolCommand& command, const Error& error) {
     if (command.launched > 0) {
       text += ". It is meant to launch " + command.arguments[command.launched - 1] +
               "; the option Build.Launcher or the variable TARN_LAUNCHER specifies it";
-    } else if (!tool_.hint.empty()) {
-      text += ". " + tool_.hint;
+    } else {
+      if (!tool_.hint.empty()) text += ". " + tool_.hint;
+      if (!tool_.toolchain.empty()) {
+        text += ". If it is in a folder that is not in PATH, set " +
+                VariableOfToolchain(tool_.toolchain) + ", or " + tool_.toolchain +
+                " in the section Toolchains of the settings, to this folder";
+      }
     }
   } else {
     text += " can't be started: " + error.text;

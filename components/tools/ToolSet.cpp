@@ -34,22 +34,34 @@ std::string MadeElements(const ToolDefinition& tool) {
   return text;
 }
 
-std::vector<DefinitionFile> ReadTexts(FileSystem& files, const std::string& folder,
-                                      std::vector<std::string>& errors) {
-  std::vector<DefinitionFile> definitions;
+// Files of the installation, folder 0, have short names.
+void ReadFolder(FileSystem& files, const std::string& folder, std::size_t number,
+                std::vector<DefinitionFile>& definitions, std::vector<std::string>& errors) {
   const auto entries = files.ListFolder(folder);
   if (!entries) {
-    errors.push_back(folder + ": " + entries.GetError().text);
-    return definitions;
+    const bool isOptional = number > 0 && entries.GetError().code == ErrorCode::NotFound;
+    if (!isOptional) errors.push_back(folder + ": " + entries.GetError().text);
+    return;
   }
   for (const FolderEntry& entry : *entries) {
     if (entry.isFolder || !EndsWithNoCase(entry.name, ".tools")) continue;
-    auto text = files.ReadWholeFile(JoinPath(folder, entry.name));
+    const std::string path = JoinPath(folder, entry.name);
+    auto text = files.ReadWholeFile(path);
     if (text) {
-      definitions.push_back({entry.name, std::move(*text)});
+      definitions.push_back({number == 0 ? entry.name : path, std::move(*text), number});
     } else {
-      errors.push_back(JoinPath(folder, entry.name) + ": " + text.GetError().text);
+      errors.push_back(path + ": " + text.GetError().text);
     }
+  }
+}
+
+std::vector<DefinitionFile> ReadTexts(FileSystem& files, const std::string& folder,
+                                      const std::vector<std::string>& further,
+                                      std::vector<std::string>& errors) {
+  std::vector<DefinitionFile> definitions;
+  ReadFolder(files, folder, 0, definitions, errors);
+  for (std::size_t i = 0; i < further.size(); ++i) {
+    ReadFolder(files, further[i], i + 1, definitions, errors);
   }
   return definitions;
 }
@@ -66,19 +78,32 @@ std::uint64_t Digest(const std::vector<DefinitionFile>& definitions,
 
 }  // namespace
 
-std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
+std::string VariableOfToolchain(std::string_view toolchain) {
+  std::string name = "TARN_";
+  for (const char c : toolchain) {
+    const bool isLower = c >= 'a' && c <= 'z';
+    const bool isKept = (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    name += isLower ? static_cast<char>(c - 'a' + 'A') : isKept ? c : '_';
+  }
+  return name;
+}
+
+std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder,
+                                             const std::vector<std::string>& further,
+                                             const ToolchainLocator& locate) {
   auto set = std::make_unique<ToolSet>();
-  const std::vector<DefinitionFile> definitions = ReadTexts(files, folder, set->errors_);
+  const std::vector<DefinitionFile> definitions = ReadTexts(files, folder, further, set->errors_);
   set->folder_ = folder;
   set->digest_ = Digest(definitions, set->errors_);
   if (!set->errors_.empty()) set->problem_ = set->errors_.front();
-  ReadDefinitions read = ReadDefinitionFiles(definitions);
+  ReadDefinitions read = ReadDefinitionFiles(definitions, locate);
   if (set->problem_.empty() && !read.lostFile.empty()) {
-    set->problem_ = JoinPath(folder, read.lostFile);
+    set->problem_ = IsRelativePath(read.lostFile) ? JoinPath(folder, read.lostFile) : read.lostFile;
   }
   set->errors_.insert(set->errors_.end(), read.errors.begin(), read.errors.end());
   set->messages_ = std::move(read.messages);
   set->actions_ = std::move(read.actions);
+  set->toolchains_ = std::move(read.toolchains);
   for (auto& tool : read.tools) set->Take(std::move(tool));
   set->PrepareLists();
   if (set->tools_.empty() && set->problem_.empty())
@@ -86,16 +111,25 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   return set;
 }
 
-std::uint64_t ToolSet::DigestOf(FileSystem& files, const std::string& folder) {
+std::uint64_t ToolSet::DigestOf(FileSystem& files, const std::string& folder,
+                                const std::vector<std::string>& further) {
   std::vector<std::string> errors;
-  return Digest(ReadTexts(files, folder, errors), errors);
+  return Digest(ReadTexts(files, folder, further, errors), errors);
+}
+
+bool ToolSet::HasLocations(const ToolchainLocator& locate) const {
+  return std::all_of(toolchains_.begin(), toolchains_.end(), [&](const auto& each) {
+    return each.first.empty() || locate.findFolder(each.first) == each.second;
+  });
 }
 
 void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
   const auto isSame = [&](const auto& other) { return EqualNoCase(other->name, tool->name); };
   const auto same = std::find_if(tools_.begin(), tools_.end(), isSame);
   if (same != tools_.end()) {
-    errors_.push_back(tool->name + ": is defined twice; the later definition applies");
+    const bool isMeant = (*same)->folder != tool->folder;
+    if (!isMeant)
+      errors_.push_back(tool->name + ": is defined twice; the later definition applies");
     *same = std::move(tool);
   } else {
     tools_.push_back(std::move(tool));
@@ -159,6 +193,13 @@ std::string ToolSet::ListText() const {
     for (const ToolProgram& program : ProgramsOf(*tool)) {
       children += "<Program" + XmlAttribute("Header", program.name) +
                   XmlAttribute("Optional", program.isOptional ? "Yes" : "No") + "/>";
+    }
+    if (!tool->toolchain.empty() && tool->action.empty()) {
+      const auto found = toolchains_.find(tool->toolchain);
+      children += "<Toolchain" + XmlAttribute("Header", tool->toolchain) +
+                  XmlPathAttribute("Folder", found == toolchains_.end() ? "" : found->second) +
+                  XmlAttribute("Variable", VariableOfToolchain(tool->toolchain)) +
+                  XmlAttribute("Hint", tool->hint) + "/>";
     }
     text += ToolElement(*tool, ">" + children + MadeElements(*tool) + "</Tool>");
   }

@@ -13,19 +13,28 @@
 
 namespace tarn::tools {
 
+// Returns the environment variable with the folder of a toolchain: TARN_AVR_GCC for "avr-gcc".
+std::string VariableOfToolchain(std::string_view toolchain);
+
 // All known tools. Immutable once loaded, so it can be read from any thread.
 class ToolSet {
  public:
   ToolSet() = default;
-  // Loads every *.tools file of the folder, in order of file names. If two tools have the same
-  // name, the later one wins and an error is recorded. A missing folder yields an empty set and an
-  // error.
-  static std::unique_ptr<ToolSet> FromFolder(FileSystem& files, const std::string& folder);
+  // Loads every *.tools file of the folder and then of each of the `further` ones, in order of file
+  // names. If two tools have the same name, the later one wins; if they are in the same folder, an
+  // error is recorded. A missing folder yields an error, a missing further one doesn't.
+  static std::unique_ptr<ToolSet> FromFolder(FileSystem& files, const std::string& folder,
+                                             const std::vector<std::string>& further = {},
+                                             const ToolchainLocator& locate = {});
 
-  // Returns a digest of the names and contents of all definition files in a folder.
-  static std::uint64_t DigestOf(FileSystem& files, const std::string& folder);
+  // Returns a digest of the names and contents of all definition files in these folders.
+  static std::uint64_t DigestOf(FileSystem& files, const std::string& folder,
+                                const std::vector<std::string>& further = {});
   // Returns the digest of the files that this set was loaded from.
   std::uint64_t GetDigest() const { return digest_; }
+
+  // Returns true if the toolchains still are where they were when this set was loaded.
+  bool HasLocations(const ToolchainLocator& locate) const;
 
   // Returns nullptr if the tool does not exist. Ignores case.
   const ToolDefinition* Find(std::string_view name) const;
@@ -61,6 +70,7 @@ class ToolSet {
   std::vector<std::unique_ptr<ToolDefinition>> tools_;
   ActionRules actions_;
   NamedMessageRules messages_;
+  std::map<std::string, std::string> toolchains_;  // their folders, which may be empty
   std::map<std::string, const ToolDefinition*, std::less<>> byName_;  // by lower-case name
   std::map<std::string, std::string, std::less<>> listsByExtension_;  // serialized elements
   std::vector<std::string> errors_;

@@ -10,6 +10,7 @@
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/SignalHandler.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -29,8 +30,10 @@ int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefu
   if (outcome.toolsFailed == 0) return kExitBuildFailed;
   const std::string program = context.Session().FindMissingProgram(context.Session().GetStatus());
   if (program.empty()) return kExitBuildFailed;
-  context.Complain("The program " + program +
-                   " was not found. Install it, or add its folder to PATH.");
+  const char* const remedy = HasNativeSeparator(program)
+                                 ? "correct the folder of its toolchain; see `tarn toolchains`."
+                                 : "add its folder to PATH.";
+  context.Complain("The program " + program + " was not found. Install it, or " + remedy);
   return kExitToolMissing;
 }
 

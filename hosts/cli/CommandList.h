@@ -37,6 +37,7 @@ namespace tarn::host {
   COMMAND(NewCommand)                   \
   COMMAND(ImportCommand)                \
   COMMAND(TargetsCommand)               \
+  COMMAND(ToolchainsCommand)            \
   COMMAND(RunCommand)                   \
   COMMAND(ServeCommand)                 \
   COMMAND(TrustCommand)                 \

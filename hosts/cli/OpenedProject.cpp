@@ -217,6 +217,10 @@ void CommandContext::ShowDamageOf(const std::string& path) {
 void CommandContext::ShowDefinitionErrors() {
   if (Access() == ProjectAccess::Complete) return;
   for (const std::string& line : Session().GetDefinitionErrors()) Complain(Printable(line));
+  if (Session().GetIgnoredDefinitions().empty()) return;
+  Complain("If you trust its origin, `tarn trust " +
+           ShellWord(FolderOf(Session().GetProjectPath())) +
+           "` makes its definitions available permanently, and --trust for one run.");
 }
 
 void CommandContext::ShowDamage(std::vector<DamageEntry> found) {

@@ -32,7 +32,12 @@ HostFolders HostFolders::FromEnvironment(FileSystem& files) {
   const SettingsFolders settings = SettingsFolders::FromEnvironment();
   folders.data = settings.userData;
   folders.state = settings.userState;
+  folders.settings = settings.user;
   return folders;
+}
+
+std::string HostFolders::Definitions() const {
+  return settings.empty() ? std::string() : JoinPath(settings, "definitions");
 }
 
 std::string HostFolders::ConfigFile(FileSystem& files) const {

@@ -125,6 +125,7 @@ Status ServerConnection::AttachComponents(WindowHandle host) {
     return Error{ErrorCode::NotFound, "it belongs to another server", kInspectorClass};
   }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
+  inspector.SetDefinitionFolders(folders.Definitions(), HostFolders::kProjectDefinitions);
   inspector.SetStateFolder(folders.state + "\n" + SettingsFolders::FromEnvironment().user);
   return {};
 }
@@ -243,10 +244,17 @@ BuildGaps ServerConnection::FindGaps(const std::string& application) {
   return ParseBuildGaps(inspector.GetBuildGaps(), application);
 }
 
+std::vector<std::string> ServerConnection::GetIgnoredDefinitions() {
+  return SplitLines(inspector.GetIgnoredDefinitions());
+}
+
 std::vector<std::string> ServerConnection::GetDefinitionErrors() {
   std::vector<std::string> lines = SplitLines(options.GetDefinitionErrors());
   for (std::string& line : SplitLines(tools.GetDefinitionErrors()))
     lines.push_back(std::move(line));
+  for (const std::string& file : GetIgnoredDefinitions()) {
+    lines.push_back(file + ": ignored, because the project's folder is not trusted");
+  }
   return lines;
 }
 

@@ -86,6 +86,8 @@ class ServerConnection {
   std::string FindMissingProgram(const std::vector<ApplicationStatus>& status);
   // Returns the errors in option and tool definition files, one per line; empty if there are none.
   std::vector<std::string> GetDefinitionErrors();
+  // Returns the definition files of the open project that are ignored because it isn't trusted.
+  std::vector<std::string> GetIgnoredDefinitions();
 
  protected:
   FileSystem& files;

@@ -221,6 +221,12 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t SetStateFolder(const std::string& lines) {
     return InvokeLong(TARN_INS_SET_STATE_FOLDER, {lines});
   }
+  // Sets folders with definitions, one per line, and the name of one in the project's folder.
+  std::int32_t SetDefinitionFolders(const std::string& lines, const std::string& inProject) {
+    return InvokeLong(TARN_INS_SET_DEFINITION_FOLDERS, {lines, inProject});
+  }
+  // Returns the definition files of an untrusted project that are ignored, one per line.
+  std::string GetIgnoredDefinitions() { return InvokeText(TARN_INS_GET_IGNORED_DEFINITIONS, {}); }
   // Returns the operations refused for lack of trust since the last call, one per line.
   std::string TakeRefusedWishes() { return InvokeText(TARN_INS_TAKE_REFUSED_WISHES, {}); }
   // Returns why the script is not trusted to run; an empty string if it may run.

@@ -26,6 +26,7 @@ void SessionTrust::Refresh() {
 Status SessionTrust::Trust(const std::string& folder) {
   Status added = list_.Add(folder);
   Refresh();
+  inspector_.RefreshDefinitions();
   return added;
 }
 

@@ -21,7 +21,8 @@ class SessionTrust {
   // Reloads the user's list, which other programs may have changed, and passes it to the server. If
   // it can't be read, nothing is trusted.
   void Refresh();
-  // Adds the folder to the user's list and passes the list to the server.
+  // Adds the folder to the user's list and passes the list to the server, which then reads the
+  // definitions of a project in it.
   Status Trust(const std::string& folder);
   bool IsTrusted(const std::string& folder) const;
   // Returns the requests refused since the last call.

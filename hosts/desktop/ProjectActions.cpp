@@ -418,7 +418,7 @@ void ProjectActions::Follow() {
   // The steps are kept: undo merges with changes that another program has made since.
   history_.Refresh();
   if (path == editorsProject_) return;
-  trust_.Hide();
+  trust_.FollowProject();
   history_.Clear();
   KeepEditors();
   // Unsaved texts stay open, unless the user has agreed to discard them.

@@ -47,10 +47,21 @@ void TrustNotice::Follow() {
     return;
   }
   folder_ = FolderOf(session_.GetProjectPath());
+  isForBuild_ = true;
   const int more = static_cast<int>(wishes.size()) - 1;
   const QString rest = more > 0 ? tr(" %n more request(s) in the log.", nullptr, more) : "";
   banner_.Tell(DescribeRequest(wishes.front()) + rest + ' ' +
                tr("Do you trust the folder %1?").arg(ToQt(folder_)));
+}
+
+void TrustNotice::FollowProject() {
+  Hide();
+  const std::vector<std::string> ignored = session_.GetIgnoredDefinitions();
+  if (ignored.empty()) return;
+  folder_ = FolderOf(session_.GetProjectPath());
+  isForBuild_ = false;
+  banner_.Tell(tr("The definitions of this project are ignored: %1.").arg(ToQt(ignored.front())) +
+               ' ' + tr("Do you trust the folder %1?").arg(ToQt(folder_)));
 }
 
 void TrustNotice::Hide() {
@@ -62,7 +73,7 @@ void TrustNotice::Trust() {
   const Status added = session_.Trust().Trust(folder_);
   Hide();
   if (added) {
-    if (onTrusted) onTrusted();
+    if (isForBuild_ && onTrusted) onTrusted();
     return;
   }
   const Error& error = added.GetError();

@@ -26,7 +26,9 @@ class TrustNotice {
 
   // Call this after a build: shows the banner if anything was refused, and hides it otherwise.
   void Follow();
-  // Call this for a different project.
+  // Call this for a different project: shows the banner if definitions of the project are ignored,
+  // and hides it otherwise.
+  void FollowProject();
   void Hide();
   // Called when the user has trusted the folder, so the refused operation can be repeated. May be
   // empty.
@@ -39,7 +41,8 @@ class TrustNotice {
   QWidget& window_;
   BuildSession& session_;
   Banner& banner_;
-  std::string folder_;  // shown in the banner
+  std::string folder_;       // shown in the banner
+  bool isForBuild_ = false;  // the banner shows what a build was refused
 };
 
 }  // namespace tarn::host

@@ -62,8 +62,9 @@ void CProjectManager::CreateModel(WindowHandle mainframe) {
   commands_ = std::make_unique<ProjectCommands>(*model_, *builder_);
   selection_ = std::make_unique<NodeSelection>(*model_);
   fileCalls_ = std::make_unique<HostFileCalls>(*model_);
-  wizard_ = std::make_unique<ProjectWizardMaker>(WizardEnvironment{
-      *model_, platform_.files, platform_.settings, installation_.GetTargetCatalogue()});
+  wizard_ = std::make_unique<ProjectWizardMaker>(
+      WizardEnvironment{*model_, platform_.files, platform_.settings,
+                        installation_.GetTargetCatalogue(&model_->Definitions().GetApplied())});
   ProjectServices& services = model_->Services();
   services.views.wizard = wizard_.get();
   services.output = output_.get();

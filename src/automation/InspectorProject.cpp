@@ -123,6 +123,21 @@ std::int32_t ProjectInspector::SetStateFolder(const char* folders) {
   return 1;
 }
 
+std::int32_t ProjectInspector::SetDefinitionFolders(const char* folders, const char* inProject) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->Definitions().Set(SplitLines(OrEmpty(folders)), OrEmpty(inProject));
+  model->Definitions().Apply();
+  return 1;
+}
+
+std::string ProjectInspector::GetIgnoredDefinitions() {
+  std::string lines;
+  if (Model() == nullptr) return lines;
+  for (const std::string& each : Model()->Definitions().FindIgnored()) lines += each + "\n";
+  return lines;
+}
+
 std::string ProjectInspector::TakeRefusedWishes() {
   CProjectModel* model = Model();
   std::string lines;

@@ -44,8 +44,10 @@ class Installation {
   // if there is none.
   const std::string& GetProblem() const { return problem_; }
   // Returns the catalogue of the targets registered on this system, or else those of the
-  // installation.
-  TargetCatalogue GetTargetCatalogue() const { return {files_, settings_, folder_ + "targets"}; }
+  // installation, and those in the `further` folders with definitions, which are borrowed.
+  TargetCatalogue GetTargetCatalogue(const std::vector<std::string>* further) const {
+    return {files_, settings_, folder_ + "targets", further};
+  }
   // Resolves a name that isn't an existing file against the configuration folder, without checking
   // that the result exists.
   std::string FindConfigFile(const char* name) const;

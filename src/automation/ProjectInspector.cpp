@@ -72,6 +72,10 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
                                    {"application"}),
       Method<&I::SetTrustedFolders>("SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"folders"}),
       Method<&I::SetStateFolder>("SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"folders"}),
+      Method<&I::SetDefinitionFolders>("SetDefinitionFolders", TARN_INS_SET_DEFINITION_FOLDERS,
+                                       {"folders", "inProject"}),
+      Method<&I::GetIgnoredDefinitions>("GetIgnoredDefinitions", TARN_INS_GET_IGNORED_DEFINITIONS,
+                                        {}),
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}),
       Method<&I::CheckScript>("CheckScript", TARN_INS_CHECK_SCRIPT, {"path"}),
       Method<&I::CheckTool>("CheckTool", TARN_INS_CHECK_TOOL, {"tool", "files", "options"}),
@@ -143,7 +147,9 @@ std::string ProjectInspector::MissingImportProgram() {
 std::string ProjectInspector::GetTargets() {
   if (Model() == nullptr) return {};
   const auto* object = static_cast<CProjectManager*>(manager_.Get());
-  return DescribeTargets(*object->GetInstallation().GetTargetCatalogue().Read());
+  const TargetCatalogue catalogue =
+      object->GetInstallation().GetTargetCatalogue(&Model()->Definitions().GetApplied());
+  return DescribeTargets(*catalogue.Read());
 }
 
 std::string ProjectInspector::GetLogFile() {

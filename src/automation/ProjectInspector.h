@@ -150,6 +150,14 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // per line. An output of a project in them is refused, even if the project is trusted. The paths
   // must be absolute; empty for no folder. Returns 0 before Attach().
   std::int32_t SetStateFolder(const char* folders);
+  // Sets folders with definitions in addition to those of the installation, before a project is
+  // opened: `folders` are absolute paths, one per line, and `inProject` is the name of a folder in
+  // the project's folder, which is used if the project is trusted. Both may be empty. Returns 0
+  // before Attach().
+  std::int32_t SetDefinitionFolders(const char* folders, const char* inProject);
+  // Returns the definition files of the open project that are ignored because it isn't trusted, one
+  // per line.
+  std::string GetIgnoredDefinitions();
   // Returns the actions of the project that were refused for lack of trust since the last call, one
   // per line; see `TrustRequest.h`.
   std::string TakeRefusedWishes();

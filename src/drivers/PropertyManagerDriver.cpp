@@ -99,6 +99,10 @@ void CPropertyManagerDriver::BeginChildLevel() {
   InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
 }
 
+std::int32_t CPropertyManagerDriver::SetDefinitionFolders(TextArgument folders) {
+  return InvokeLong(TARN_OPT_SET_DEFINITION_FOLDERS, {folders});
+}
+
 std::int32_t CPropertyManagerDriver::RefreshDefinitions() {
   return InvokeLong(TARN_OPT_REFRESH_DEFINITIONS, {});
 }

@@ -63,6 +63,8 @@ class CPropertyManagerDriver : public COleDispatchDriver {
   std::string GetNewConfigName();
   // Reloads changed definitions. Returns nonzero if there were any.
   std::int32_t RefreshDefinitions();
+  // Sets further folders with definitions, one per line. Returns 1 if this changes them.
+  std::int32_t SetDefinitionFolders(TextArgument folders);
   void SetCurrentConfig(TextArgument config);
   std::string GetPropState();
   void SetPropState(TextArgument state);

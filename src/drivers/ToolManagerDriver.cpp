@@ -27,6 +27,10 @@ std::string CToolManagerDriver::GetToolFingerprint(TextArgument tool) {
   return InvokeTextByName("GetToolFingerprint", {tool});
 }
 
+std::int32_t CToolManagerDriver::SetDefinitionFolders(TextArgument folders) {
+  return InvokeLong(TARN_TOOL_SET_DEFINITION_FOLDERS, {folders});
+}
+
 std::int32_t CToolManagerDriver::RefreshTools() {
   return InvokeLong(TARN_TOOL_REFRESH_TOOLS, {});
 }

@@ -34,6 +34,8 @@ class CToolManagerDriver : public COleDispatchDriver {
   std::string GetToolFingerprint(TextArgument tool);
   // Reloads changed definitions. Returns nonzero if there were any.
   std::int32_t RefreshTools();
+  // Sets further folders with definitions, one per line. Returns 1 if this changes them.
+  std::int32_t SetDefinitionFolders(TextArgument folders);
   // Returns those of `candidates` that the tool would read. All lists have the format of `files` in
   // `RunTool()`. Returns an empty string if the component doesn't support this.
   std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,

@@ -27,10 +27,11 @@ std::int32_t NodeOptions::RefreshDefinitions() {
   if (services_.build.IsWorkerAlive() || services_.build.IsBuildingSynchronously() ||
       services_.propertyManager == nullptr)
     return 0;
+  const bool hasFolders = definitions_.Apply();
   const bool hasOptions = services_.propertyManager->RefreshDefinitions() != 0;
   const bool hasTools =
       services_.toolManager != nullptr && services_.toolManager->RefreshTools() != 0;
-  if (!hasOptions && !hasTools) return 0;
+  if (!hasFolders && !hasOptions && !hasTools) return 0;
   extensions_.Invalidate();
   for (int i = 0; i < state_.projectRoot->GetChildCount(); ++i) {
     CXmlNode& child = *state_.projectRoot->GetChild(i);

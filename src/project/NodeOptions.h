@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "project/DefinitionFolders.h"
 #include "project/DerivedData.h"
 #include "project/HostLink.h"
 #include "project/ProjectPaths.h"
@@ -20,7 +21,8 @@ namespace tarn {
 class NodeOptions {
  public:
   NodeOptions(ProjectServices& projectServices, ProjectState& projectState,
-              const ProjectPaths& projectPaths, HostLink& hostLink, DerivedData& derivedData,
+              const ProjectPaths& projectPaths, HostLink& hostLink,
+              DefinitionFolders& definitionFolders, DerivedData& derivedData,
               Publisher& nodePublisher, TreeEditor& treeEditor, TypesByExtension& typesByExtension)
       : services_(projectServices),
         types_(projectServices.types),
@@ -28,6 +30,7 @@ class NodeOptions {
         state_(projectState),
         paths_(projectPaths),
         host_(hostLink),
+        definitions_(definitionFolders),
         derived_(derivedData),
         publisher_(nodePublisher),
         editor_(treeEditor),
@@ -47,7 +50,8 @@ class NodeOptions {
   std::int32_t CopyConfiguration(const std::string& from, const std::string& to);
   // Makes a configuration of the active application the current one and republishes its nodes.
   std::int32_t SelectConfiguration(const std::string& name);
-  // Reloads the definitions of options and tools if their files have changed; returns 1 if so.
+  // Reloads the definitions of options and tools if their files or folders have changed; returns 1
+  // if so.
   // Everything is then published again and treated as not built.
   std::int32_t RefreshDefinitions();
 
@@ -62,6 +66,7 @@ class NodeOptions {
   ProjectState& state_;
   const ProjectPaths& paths_;
   HostLink& host_;
+  DefinitionFolders& definitions_;
   DerivedData& derived_;
   Publisher& publisher_;
   TreeEditor& editor_;

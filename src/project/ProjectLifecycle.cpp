@@ -80,6 +80,7 @@ std::int32_t ProjectLifecycle::OpenProject(const char* path, std::int32_t isDefa
   state_.projectFolder = FolderOf(state_.projectPath);
   protection_.GetTrust().SetProject(state_.isDefaultProject == 0 ? state_.projectPath
                                                                  : std::string());
+  definitions_.Apply();
   files_.SetCurrentFolder(state_.projectFolder);
   protection_.BeginOpen(former != state_.projectPath);
   if (!loader_.LoadProjectFile(changes.get())) {

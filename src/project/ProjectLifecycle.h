@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/files/FileTexts.h"
+#include "project/DefinitionFolders.h"
 #include "project/DerivedData.h"
 #include "project/FileProtection.h"
 #include "project/HostLink.h"
@@ -27,6 +28,7 @@ struct LifecycleParts {
   const ProjectPaths& paths;
   HostLink& host;
   FileProtection& protection;
+  DefinitionFolders& definitions;
   DerivedData& derived;
   TreeLoader& loader;
   TreeSaver& saver;
@@ -49,6 +51,7 @@ class ProjectLifecycle {
         host_(parts.host),
         protection_(parts.protection),
         guard_(parts.protection.Guard()),
+        definitions_(parts.definitions),
         derived_(parts.derived),
         loader_(parts.loader),
         saver_(parts.saver),
@@ -105,6 +108,7 @@ class ProjectLifecycle {
   HostLink& host_;
   FileProtection& protection_;
   BackupGuard& guard_;
+  DefinitionFolders& definitions_;
   DerivedData& derived_;
   TreeLoader& loader_;
   TreeSaver& saver_;

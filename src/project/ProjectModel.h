@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "project/DefinitionFolders.h"
 #include "project/DerivedData.h"
 #include "project/FileProtection.h"
 #include "project/HostLink.h"
@@ -58,6 +59,8 @@ class CProjectModel {
   TypesByExtension& Extensions() { return extensions_; }
   FileProtection& Protection() { return protection_; }
   const FileProtection& Protection() const { return protection_; }
+  DefinitionFolders& Definitions() { return definitions_; }
+  const DefinitionFolders& Definitions() const { return definitions_; }
   DerivedData& Derived() { return derived_; }
   TreeSaver& Saver() { return saver_; }
   const TreeSaver& Saver() const { return saver_; }
@@ -102,6 +105,7 @@ class CProjectModel {
   HostLink host_;
   TypesByExtension extensions_;
   FileProtection protection_;
+  DefinitionFolders definitions_;
   DerivedData derived_;
   TreeLoader loader_;
   TreeSaver saver_;

@@ -46,8 +46,12 @@ std::string CleanLink(const char* text) {
 }  // namespace
 
 TargetCatalogue::TargetCatalogue(FileSystem& fileSystem, const Settings& settingsStores,
-                                 std::string installedFolder)
-    : files_(fileSystem), settings_(settingsStores), folder_(std::move(installedFolder)) {}
+                                 std::string installedFolder,
+                                 const std::vector<std::string>* further)
+    : files_(fileSystem),
+      settings_(settingsStores),
+      folder_(std::move(installedFolder)),
+      further_(further) {}
 
 std::optional<TargetPackage> TargetCatalogue::ReadPackage(const std::string& key) const {
   const auto read = [&](const char* name) { return settings_.ReadRegistry(key, name); };
@@ -60,20 +64,35 @@ std::optional<TargetPackage> TargetCatalogue::ReadPackage(const std::string& key
   return package;
 }
 
-std::vector<TargetPackage> TargetCatalogue::FindInstalled() const {
+std::vector<TargetPackage> TargetCatalogue::FindIn(const std::string& folder) const {
   std::vector<TargetPackage> packages;
-  const auto entries = files_.ListFolder(folder_);
+  const auto entries = files_.ListFolder(folder);
   if (!entries) return packages;
   for (const FolderEntry& each : *entries) {
     if (each.isFolder || !EqualNoCase(ExtensionOf(each.name), ".xml")) continue;
-    packages.push_back({SplitPath(each.name).title, JoinPath(folder_, each.name)});
+    packages.push_back({SplitPath(each.name).title, JoinPath(folder, each.name)});
   }
   return packages;
 }
 
 std::vector<TargetPackage> TargetCatalogue::FindPackages() const {
+  std::vector<TargetPackage> packages = FindRegistered();
+  if (further_ == nullptr) return packages;
+  for (const std::string& folder : *further_) {
+    for (TargetPackage& package : FindIn(JoinPath(folder, "targets"))) {
+      const std::string name = FileNameOf(package.path);
+      std::erase_if(packages, [&](const TargetPackage& each) {
+        return EqualNoCase(FileNameOf(each.path), name);
+      });
+      packages.push_back(std::move(package));
+    }
+  }
+  return packages;
+}
+
+std::vector<TargetPackage> TargetCatalogue::FindRegistered() const {
   const std::vector<std::string> keys = settings_.RegistrySubkeys(kPackagesKey);
-  if (keys.empty()) return FindInstalled();
+  if (keys.empty()) return FindIn(folder_);
   std::vector<TargetPackage> packages;
   for (const std::string& key : keys) {
     if (auto package = ReadPackage(std::string(kPackagesKey) + "\\" + key)) {

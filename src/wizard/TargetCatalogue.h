@@ -26,13 +26,15 @@ struct TargetPackage {
 // available. Keeps no state between calls. Main thread only.
 class TargetCatalogue {
  public:
-  // `installedFolder` contains the description files of the installation (*.xml). The references
-  // must outlive the catalogue.
+  // `installedFolder` contains the description files of the installation (*.xml). The `further`
+  // folders with definitions may have more in their folders "targets"; null for none. The
+  // references must outlive the catalogue.
   TargetCatalogue(FileSystem& fileSystem, const Settings& settingsStores,
-                  std::string installedFolder);
+                  std::string installedFolder, const std::vector<std::string>* further = nullptr);
 
   // Returns the packages that aren't hidden, in registry order or, for installed ones, in the order
-  // of their file names.
+  // of their file names, followed by those of the further folders. One with the file name of an
+  // earlier package replaces it.
   std::vector<TargetPackage> FindPackages() const;
   // Returns all packages as one tree below an element "Targets" with the package labels: the root
   // element of each file with its descendants, except for hidden children. From a damaged file, the
@@ -42,11 +44,13 @@ class TargetCatalogue {
 
  private:
   std::optional<TargetPackage> ReadPackage(const std::string& key) const;
-  std::vector<TargetPackage> FindInstalled() const;
+  std::vector<TargetPackage> FindIn(const std::string& folder) const;
+  std::vector<TargetPackage> FindRegistered() const;
 
   FileSystem& files_;
   const Settings& settings_;
   std::string folder_;
+  const std::vector<std::string>* further_;
 };
 
 // Values in the children of a target. nullopt means that the child is absent, as opposed to an

@@ -119,6 +119,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"TakeBuildNotices", TARN_INS_TAKE_BUILD_NOTICES, {}, "''", "'\r\n<Notices/>'"},
       {"SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"/p"}, "0", "1"},
       {"SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"/home/me/state"}, "0", "1"},
+      {"SetDefinitionFolders", TARN_INS_SET_DEFINITION_FOLDERS, {"/me", ".tarn"}, "0", "1"},
+      {"GetIgnoredDefinitions", TARN_INS_GET_IGNORED_DEFINITIONS, {}, "''", "''"},
       {"TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}, "''", "''"},
       {"CheckScript", TARN_INS_CHECK_SCRIPT, {"/p/x.lua"}, "''", "''"},
       {"CheckTool", TARN_INS_CHECK_TOOL, {"t", "", ""}, "''", "''"},

@@ -132,7 +132,9 @@ TEST(CliConfig, ANewConfigurationHasTheOptionsOfOneThatIsThere) {
 TEST(CliConfig, ADeviceThatIsNotSetIsAnErrorOfTheBuildThatNamesTheOption) {
   CliProject project;
   project.Out({"config", "add", "Bare", "--empty"});
-  const std::string said = "the option Target.Device is not set in the configuration Bare";
+  const std::string said =
+      "the option Target.Device is not set in the configuration Bare, and it has no default; "
+      "`tarn options set Target.Device VALUE -c Bare` sets it";
   auto build = project.Run({"build", "-c", "Bare"});
   EXPECT_EQ(build.code, 1) << build.out;
   EXPECT_TRUE(Has(build.out, said)) << build.out;

@@ -1425,6 +1425,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>This project wants to run commands from the file %1.</source>
         <translation>Dieses Projekt möchte Befehle aus der Datei %1 ausführen.</translation>
     </message>
+    <message>
+        <source>The definitions of this project are ignored: %1.</source>
+        <translation>Die Definitionen dieses Projekts werden ignoriert: %1.</translation>
+    </message>
 </context>
 <context>
     <name>WelcomePage</name>

@@ -1425,6 +1425,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>This project wants to run commands from the file %1.</source>
         <translation>Ce projet veut exécuter des commandes du fichier %1.</translation>
     </message>
+    <message>
+        <source>The definitions of this project are ignored: %1.</source>
+        <translation>Les définitions de ce projet sont ignorées : %1.</translation>
+    </message>
 </context>
 <context>
     <name>WelcomePage</name>

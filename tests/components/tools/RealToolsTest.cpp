@@ -64,8 +64,9 @@ TEST_F(RealTools, AvrFirmwareIsCompiledLinkedAndMeasured) {
   folder.Write("i.inc", "l: .incbin \"l.bin\"\n");
   folder.Write("l.bin", "12");
   ASSERT_TRUE(Run("avr-gcc.c", {"a,b.c"}, "out/dir/a.o")) << messages;
-  Expect({R"(Icon="1" ShowInReport="yes" Contain="unused variable 'u' [-Wunused-variable]")",
-          "File=\"~/a,b.c\" Line=\"4\"", "<link>err://~/a,b.c:4</link>"});
+  Expect(
+      {R"(Icon="1" ShowInReport="yes" Contain="unused variable &#8216;u&#8217; [-Wunused-variable]")",
+       "File=\"~/a,b.c\" Line=\"4\"", "<link>err://~/a,b.c:4</link>"});
   Expect(
       {"<F Header=\"~/out/dir/a.o\" Infos=\"\" Date=\"1", "\"><D Header=\"~/h #1.h\"/></F></I>"});
   ASSERT_TRUE(Run("avr-gcc.asm", {"s.s"}, "out/s.o")) << messages;
@@ -83,7 +84,7 @@ TEST_F(RealTools, AvrErrorsOfAllThreeToolsLeadToTheirLines) {
   Expect(
       {"<message Description=\"In file included from bad.c:1:0:\" File=\"~/bad.c\" "
        "Line=\"1\"><header>",
-       R"(Icon="2" ShowInReport="yes" Contain="expected ';', ',' or ')' before '{' token")",
+       R"(Icon="2" ShowInReport="yes" Contain="expected &#8216;;&#8217;, &#8216;,&#8217; or &#8216;)&#8217; before &#8216;{&#8217; token")",
        "<link>err://~/bad.h:1</link>"});
   EXPECT_EQ(information, "");
   folder.Write("s.s", " nop\n foo r1\n");
