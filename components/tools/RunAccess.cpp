@@ -198,7 +198,7 @@ class AccessFinder {
       }
     }
     // The program of an action may be what the project has built.
-    const bool isBuilt = !tool_.action.empty() && HasSeparator(program);
+    const bool isBuilt = command.rule->program.HasOwnMacros();
     if (isBuilt || !command.rule->program.GetOptionMacros().empty()) {
       AddRequest(TrustRequestKind::Program, program);
     } else {

@@ -1,5 +1,6 @@
 #include "components/tools/Template.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -59,6 +60,11 @@ Template Template::Literal(std::string_view text) {
   Template result;
   result.AddText(text);
   return result;
+}
+
+bool Template::HasOwnMacros() const {
+  return std::any_of(pieces_.begin(), pieces_.end(),
+                     [](const Piece& each) { return each.kind == Kind::Own; });
 }
 
 std::vector<std::string> Template::GetOptionMacros() const {

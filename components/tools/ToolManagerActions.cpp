@@ -1,10 +1,11 @@
 // Actions: what can be done with a node, and the tools that perform it.
 
+#include <algorithm>
+
 #include "components/tools/OwnedJob.h"
 #include "components/tools/ToolActions.h"
 #include "components/tools/ToolManager.h"
 #include "components/tools/XmlAttributes.h"
-#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn::tools {
@@ -48,7 +49,8 @@ std::string ToolManager::GetActions(const char* extension, const char* files, co
       for (const ToolCommand& command : plan.commands) {
         const bool isMissing = world_.findProgram(command.program).empty();
         // A program of the project may not have been built yet.
-        if (!isMissing || HasNativeSeparator(command.program) || command.rule->isOptional) continue;
+        if (!isMissing || command.rule->program.HasOwnMacros() || command.rule->isOptional)
+          continue;
         text += XmlAttribute("Missing", command.program);
         break;
       }

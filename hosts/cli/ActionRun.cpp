@@ -12,7 +12,8 @@ namespace tarn::host {
 
 namespace {
 
-constexpr std::int32_t kOutputTimer = 2;
+// 1 and 2 are used for the progress line and the log.
+constexpr std::int32_t kOutputTimer = 3;
 constexpr std::chrono::milliseconds kOutputPeriod(40);
 // More output is shown, but not stored.
 constexpr std::size_t kMostStored = 1 << 20;

@@ -137,10 +137,12 @@ TEST(DisplayText, ClocksAndCounts) {
 TEST(MonitorText, FormatsWhatAPortReceives) {
   const auto time = [] { return std::string("[0.5]"); };
   MonitorText text(false, time);
-  EXPECT_EQ(text.Add("a\r\nb") + text.Add("c\n\nd") + text.Finish(),
-            "[0.5] a\n[0.5] bc\n\n[0.5] d\n");
+  std::string shown = text.Add("a\r\nb");
+  shown += text.Add("c\n\nd");
+  EXPECT_EQ(shown + text.Finish(), "[0.5] a\n[0.5] bc\n\n[0.5] d\n");
   MonitorText hex(true, {});
-  EXPECT_EQ(hex.Add("0123456789abcdef\n\xff") + hex.Finish(),
+  shown = hex.Add("0123456789abcdef\n\xff");
+  EXPECT_EQ(shown + hex.Finish(),
             "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66  0123456789abcdef\n0a ff " +
                 std::string(43, ' ') + "..\n");
   EXPECT_EQ(ToLineEnds("a\nb\n", "\r\n"), "a\r\nb\r\n");
