@@ -194,7 +194,7 @@ std::string ToolSet::ListText() const {
       children += "<Program" + XmlAttribute("Header", program.name) +
                   XmlAttribute("Optional", program.isOptional ? "Yes" : "No") + "/>";
     }
-    if (!tool->toolchain.empty()) {
+    if (!tool->toolchain.empty() && tool->action.empty()) {
       const auto found = toolchains_.find(tool->toolchain);
       children += "<Toolchain" + XmlAttribute("Header", tool->toolchain) +
                   XmlPathAttribute("Folder", found == toolchains_.end() ? "" : found->second) +
