@@ -438,7 +438,10 @@ std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
                                             const char* options) {
   const OwnedJob owned(world_, files, options);
   const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) return DescribeMissing(OrEmpty(tool)) + "\n";
+  if (!definition) {
+    const bool isAction = Tools()->FindAction(OrEmpty(tool)) != nullptr;
+    return isAction ? DescribeMissing(tool) + "\n" : std::string();
+  }
   std::string lines;
   for (const std::string& each : MakePlan(*definition, owned.job).problems) lines += each + "\n";
   return lines;

@@ -219,9 +219,7 @@ CommandSpec TargetsCommand() {
       .examples = {{"tarn targets --family AVR", "all targets of a family"},
                    {"tarn targets ATmega328P", "details of one target"},
                    {"tarn targets usb", "targets that mention it"},
-                   {"tarn targets cortex-m4 'flash>=512K' 'ram>=96K'",
-                    "targets with this core "
-                    "and memory"}},
+                   {"tarn targets cortex-m4 'flash>=512K'", "targets with this core and memory"}},
       .declare =
           [](CommandArguments& arguments) {
             TargetsOptions& own = arguments.Own<TargetsOptions>();

@@ -145,7 +145,7 @@ TEST(CliReproducible, MessagesAndGlobalsLeadToTheRealFiles) {
   project.Write("one/shared/f.c", "int f(void) {\n  int unused;\n  return missing;\n}\n");
   const auto failed = project.Run({"rebuild", "one"});
   EXPECT_EQ(failed.code, 1);
-  for (const char* line : {"one/shared/f.c: In function 'f':\n", "one/shared/f.c:3:10: error: "}) {
+  for (const char* line : {"one/shared/f.c: In function ‘f’:\n", "one/shared/f.c:3:10: error: "}) {
     EXPECT_TRUE(Has(failed.out, line)) << failed.out;
   }
   EXPECT_TRUE(Has(project.Out({"log", "one", "--json"}), project.PathOf("one/shared/f.c")));

@@ -165,7 +165,7 @@ TEST(Cli, QuietAndJsonSayOnlyWhatIsTheirs) {
   CliProject project;
   project.Write("src/c.c", "int c(void) { int unused; return 3; }\n");
   const std::string quiet = project.Out({"build", "-q"});
-  EXPECT_TRUE(quiet.starts_with("src/c.c: In function 'c':\nsrc/c.c:1:19: warning: ")) << quiet;
+  EXPECT_TRUE(quiet.starts_with("src/c.c: In function ‘c’:\nsrc/c.c:1:19: warning: ")) << quiet;
   EXPECT_FALSE(Has(quiet, "Built"));
   EXPECT_EQ(project.Run({"build", "-q"}).out, "");
   project.Touch("src/c.c");
