@@ -32,7 +32,7 @@ TEST(Contract, EveryOperationAnswersByItsNumberWithItsArguments) {
             "107 GetOrigin/3 108 ListConfigurations/0 109 ResetChangedProperty/3 "
             "110 GetUndoProperty/0 111 GetRedoProperty/0 112 GetSwitchCount/0 "
             "113 RefreshDefinitions/0 "
-            "120 GetDefinitionProblem/0 125 SetDefinitionFolders/1 ");
+            "125 SetDefinitionFolders/1 120 GetDefinitionProblem/0 ");
 }
 
 TEST(Contract, AValueThatWasSetIsReadBackUnderAnyName) {
