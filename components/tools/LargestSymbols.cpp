@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "components/tools/ToolPaths.h"
 #include "platform/paths/Paths.h"
 #include "sizes/ElfImage.h"
 

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "hosts/core/ProjectTree.h"
 #include "hosts/core/ServerConnection.h"
 #include "sizes/ProgramSizes.h"
 

@@ -197,7 +197,7 @@ class Session(ServeTest):
         client = self.open()
         everything = (1, ["a.c.o", "b.c.o", "app"])
         self.assertEqual(self.build(client), everything)
-        for name, old, new in (("tools/host-gcc.tools", 'V="-c"/>', 'V="-c"/><Arg V="-DX=1"/>'),
+        for name, old, new in (("tools/gcc.tools", 'V="-c"/>', 'V="-c"/><Arg V="-DX=1"/>'),
                                ("options/host-gcc.options", 'Value="2"', 'Value="1"')):
             path = os.path.join(share, "config", name)
             with open(path) as file:
