@@ -10,7 +10,7 @@
 #include <tarn/commands.h>
 
 #include <system_error>
-#include <thread>
+#include <utility>
 
 #include "builder/BuildWalk.h"
 #include "builder/BuildWorkerState.h"
@@ -131,12 +131,28 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
     buildState_ = StateBuilding;
   }
   try {
-    std::thread(BuildThreadMain, worker_).detach();
+    ReleaseThread(std::chrono::milliseconds(0));
+    std::packaged_task<void(std::shared_ptr<BuildWorkerState>)> task(BuildThreadMain);
+    threadReturns_ = task.get_future();
+    thread_ = std::thread(std::move(task), worker_);
   } catch (const std::system_error& failure) {
     EndUnstartedWorker(failure.code().message());
     return 0;
   }
   return 1;
+}
+
+// Joins the thread of a worker that has ended, after waiting up to `wait` for its return. If it
+// still has a message to send, the caller may be the handler of that message; then the thread is
+// detached.
+void Builder::ReleaseThread(std::chrono::milliseconds wait) {
+  if (!thread_.joinable()) return;
+  if (loop_->IsServing()) wait = std::chrono::milliseconds(0);
+  if (threadReturns_.wait_for(wait) == std::future_status::ready) {
+    thread_.join();
+  } else {
+    thread_.detach();
+  }
 }
 
 // Ends a worker whose thread could not be created. Nothing runs, but the host waits for the end and
@@ -158,7 +174,7 @@ void Builder::EndUnstartedWorker(const std::string& reason) {
   SendWindowMessage(host, kMsgWorkerEnded, 0, reinterpret_cast<std::intptr_t>(logFile.c_str()));
 }
 
-void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) {
+void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) noexcept {
   BuildAction request;
   bool toolResult = false;
   FileSystem& disk = control->builder->services_.files;

@@ -9,6 +9,13 @@
 
 namespace tarn {
 
+namespace {
+
+// Maximum delay of the destructor for a thread that only has to return.
+constexpr std::chrono::milliseconds kReturnTime(100);
+
+}  // namespace
+
 Builder::Builder(CProjectModel& projectModel)
     : model_(projectModel),
       services_(projectModel.Services()),
@@ -20,6 +27,7 @@ Builder::Builder(CProjectModel& projectModel)
 
 Builder::~Builder() {
   StopAndWait();
+  ReleaseThread(kReturnTime);
   services_.build.builder = nullptr;
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 
 #include "builder/BuildCommands.h"
 #include "builder/BuildInformation.h"
@@ -98,8 +101,9 @@ class Builder final : public IBuildControl {
   void RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch);
   std::int32_t RunSynchronously(BuildWalk& walk);
   void EndUnstartedWorker(const std::string& reason);
-  static void BuildThreadMain(std::shared_ptr<BuildWorkerState> control);
+  static void BuildThreadMain(std::shared_ptr<BuildWorkerState> control) noexcept;
   bool EndWorker();
+  void ReleaseThread(std::chrono::milliseconds wait);
 
   CProjectModel& model_;
   ProjectServices& services_;
@@ -112,6 +116,8 @@ class Builder final : public IBuildControl {
   int failureLimit_ = 1;
   std::shared_ptr<MessageLoop> loop_;  // of the main thread
   std::shared_ptr<BuildWorkerState> worker_;
+  std::thread thread_;                    // of the last worker
+  std::future<void> threadReturns_;       // ready once the thread has nothing left to do
   CXmlNode* savedCurrentNode_ = nullptr;  // current node at the start of a synchronous build
   int syncBuildDepth_ = 0;                // number of nested synchronous builds
   std::unique_ptr<BuildWalk> workerWalk_;
