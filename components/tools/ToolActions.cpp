@@ -54,7 +54,9 @@ const ToolDefinition* ChooseTool(const ToolSet& tools, std::string_view action,
   return chosen;
 }
 
-std::string DescribeNoTool(const ActionRule& action) {
+std::string DescribeNoTool(const ToolSet& tools, const ActionRule& action) {
+  const std::string fault = tools.FindFault(action.name);
+  if (!fault.empty()) return "the definition of a tool is faulty: " + fault;
   return "no tool is chosen for the action " + action.name +
          (action.hint.empty() ? "" : ". " + action.hint);
 }

@@ -37,6 +37,6 @@ void ReadAction(const CXmlNode& node, const std::string& file, ActionRules& into
 const ToolDefinition* ChooseTool(const ToolSet& tools, std::string_view action,
                                  const ToolInvocation& job);
 // Returns why no tool performs the action.
-std::string DescribeNoTool(const ActionRule& action);
+std::string DescribeNoTool(const ToolSet& tools, const ActionRule& action);
 
 }  // namespace tarn::tools

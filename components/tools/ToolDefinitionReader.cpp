@@ -429,6 +429,11 @@ void ReadLists(const ParsedFile& file, const char* element, Lists& lists,
   }
 }
 
+void AddFaulty(const ToolDefinition& tool, const std::string& error, ReadDefinitions& into) {
+  std::erase_if(into.tools, [&](const auto& each) { return EqualNoCase(each->name, tool.name); });
+  into.faulty.insert_or_assign(FoldCase(tool.name), FaultyTool{tool.action, error});
+}
+
 void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance,
                const ToolchainLocator& locate, ReadDefinitions& into,
                ToolsWithoutMessages& leftOut) {
@@ -457,11 +462,15 @@ void ReadTools(const ParsedFile& file, const ToolInheritance& inheritance,
     ToolReader reader(into.messages, into.harmless);
     auto tool = reader.Read(resolved ? *resolved : *child);
     if (error.empty()) error = reader.Error();
+    const std::string& missing = reader.MissingMessages();
     if (!error.empty()) {
       into.errors.push_back(file.name + ": " + tool->name + ": " + error);
-    } else if (!reader.MissingMessages().empty()) {
-      leftOut[reader.MissingMessages()].push_back(tool->name);
+      AddFaulty(*tool, into.errors.back(), into);
+    } else if (!missing.empty()) {
+      leftOut[missing].push_back(tool->name);
+      AddFaulty(*tool, file.name + ": " + tool->name + ": no Messages are named " + missing, into);
     } else {
+      into.faulty.erase(FoldCase(tool->name));
       tool->folder = file.folder;
       into.tools.push_back(std::move(tool));
     }

@@ -19,12 +19,20 @@ struct DefinitionFile {
   std::size_t folder = 0;
 };
 
+// A tool whose last definition has an error.
+struct FaultyTool {
+  std::string action;  // that it performs; may be empty
+  std::string error;   // "file: tool: what is wrong"
+};
+
+using FaultyTools = std::map<std::string, FaultyTool, std::less<>>;  // by lower-case name
 using NamedHarmlessFlags = std::map<std::string, HarmlessFlags, std::less<>>;
 using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRules>, std::less<>>;
 
 // Result of reading definition files.
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
+  FaultyTools faulty;
   ActionRules actions;
   NamedHarmlessFlags harmless;
   std::map<std::string, std::string> toolchains;  // folders of those that have one, or empty
@@ -42,7 +50,7 @@ struct ToolchainLocator {
 
 // Parses all files; a tool may refer to message lists of any file. A tool or message list with any
 // fault is omitted, so that a partially understood command line is never run; the others remain
-// valid.
+// valid. A faulty tool also removes an earlier one of the same name, which it was meant to change.
 ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files,
                                     const ToolchainLocator& locate = {});
 

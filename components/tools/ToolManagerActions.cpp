@@ -27,9 +27,10 @@ std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& n
 
 std::string ToolManager::DescribeMissing(const std::string& tool) {
   const auto set = Tools();
-  const ActionRule* const action = set->FindAction(tool);
-  return action == nullptr ? "unknown tool " + tool + " in " + set->Folder()
-                           : DescribeNoTool(*action);
+  if (const ActionRule* const action = set->FindAction(tool)) return DescribeNoTool(*set, *action);
+  const std::string fault = set->FindFault(tool);
+  return fault.empty() ? "unknown tool " + tool + " in " + set->Folder()
+                       : "the definition of a tool is faulty: " + fault;
 }
 
 // An action is described with the programs that it would start for these options.
@@ -41,7 +42,7 @@ std::string ToolManager::GetActions(const char* extension, const char* files, co
     if (!IsFor(action, OrEmpty(extension))) continue;
     text += "<Action" + XmlAttribute("Header", action.name) + XmlAttribute("Title", action.title);
     const ToolDefinition* const tool = ChooseTool(*set, action.name, owned.job);
-    std::string problem = DescribeNoTool(action);
+    std::string problem = DescribeNoTool(*set, action);
     if (tool != nullptr) {
       const ToolPlan plan = MakePlan(*tool, owned.job);
       problem = plan.problems.empty() ? "" : plan.problems.front();

@@ -104,6 +104,7 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   set->messages_ = std::move(read.messages);
   set->toolchains_ = std::move(read.toolchains);
   set->actions_ = std::move(read.actions);
+  set->faulty_ = std::move(read.faulty);
   for (auto& tool : read.tools) set->Take(std::move(tool));
   set->PrepareLists();
   if (set->tools_.empty() && set->problem_.empty())
@@ -156,6 +157,14 @@ void ToolSet::PrepareLists() {
 const ToolDefinition* ToolSet::Find(std::string_view name) const {
   const auto found = byName_.find(FoldCase(name));
   return found == byName_.end() ? nullptr : found->second;
+}
+
+std::string ToolSet::FindFault(std::string_view name) const {
+  const auto found = faulty_.find(FoldCase(name));
+  if (found != faulty_.end()) return found->second.error;
+  const auto performs = std::ranges::find_if(
+      faulty_, [&](const auto& each) { return EqualNoCase(each.second.action, name); });
+  return performs == faulty_.end() ? std::string() : performs->second.error;
 }
 
 const ActionRule* ToolSet::FindAction(std::string_view name) const {

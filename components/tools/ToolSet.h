@@ -38,6 +38,9 @@ class ToolSet {
 
   // Returns nullptr if the tool does not exist. Ignores case.
   const ToolDefinition* Find(std::string_view name) const;
+  // Returns why the tool can't be used although it is defined; an empty string if there is no error
+  // in its last definition. `name` may also be that of an action that such a tool performs.
+  std::string FindFault(std::string_view name) const;
   // Returns the message rules for a program without a definition: the list "gcc", whose patterns
   // most compilers share, if it exists.
   MessageRuleLists CommonMessages() const;
@@ -68,6 +71,7 @@ class ToolSet {
   void PrepareLists();
 
   std::vector<std::unique_ptr<ToolDefinition>> tools_;
+  FaultyTools faulty_;
   ActionRules actions_;
   NamedMessageRules messages_;
   std::map<std::string, std::string> toolchains_;  // their folders, which may be empty

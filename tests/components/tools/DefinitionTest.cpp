@@ -184,6 +184,33 @@ TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
   EXPECT_EQ(ToolSet::FromFolder(disk, "/none")->Errors().size(), 1u);
 }
 
+// Otherwise the installed tool would silently run instead of the one that the user has changed.
+TEST(Definition, AFaultyToolReplacesTheOneThatItWasMeantToChange) {
+  constexpr const char* kFault = "/user/u.tools: ONE: unknown attribute Oops in Tool";
+  const struct {
+    const char *user, *project, *found, *fault;
+  } rows[] = {
+      {"<Tool Name='ONE' Base='one' Oops='1'/>", "", "", kFault},
+      {"<Tool Name='ONE' Base='one' Oops='1'/>", "<Tool Name='one'><Step Program='q'/></Tool>",
+       "one", ""},
+      {"<Tool Name='one' Base='one' Messages='none'/>", "", "",
+       "/user/u.tools: one: no Messages are named none"},
+  };
+  for (const auto& row : rows) {
+    tarn::testing::MemoryFileSystem disk;
+    disk.AddFile("/c/a.tools",
+                 "<T><Action Name='run'/><Tool Name='one' Action='run'>"
+                 "<Step Program='p'/></Tool></T>");
+    disk.AddFile("/user/u.tools", "<T>" + std::string(row.user) + "</T>");
+    disk.AddFile("/project/p.tools", "<T>" + std::string(row.project) + "</T>");
+    const auto set = ToolSet::FromFolder(disk, "/c", {"/user", "/project"});
+    const ToolDefinition* const found = set->Find("one");
+    EXPECT_EQ(found == nullptr ? "" : found->name, row.found);
+    EXPECT_EQ(set->FindFault("one"), row.fault);
+    EXPECT_EQ(set->FindFault("run"), row.fault);
+  }
+}
+
 // Tools beyond the number of available commands could not be reached.
 TEST(Definition, AtMostTwentyToolsAreListedForAnExtension) {
   tarn::testing::MemoryFileSystem disk;
