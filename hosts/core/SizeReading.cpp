@@ -86,7 +86,10 @@ SizeReading ReadSizes(FileSystem& files, const SizeSource& source, std::uint64_t
   // sdcc's linker writes its map next to the image.
   const std::string place = WithExtension(source.output, ".map");
   const auto sdcc = ReadBounded(files, place, most);
-  if (sdcc) reading.sizes = sizes::MeasureSdcc(*sdcc, source.device);
+  const auto memories = ReadBounded(files, WithExtension(source.output, ".mem"), most);
+  if (sdcc) {
+    reading.sizes = sizes::MeasureSdcc(*sdcc, source.device, memories ? *memories : std::string());
+  }
   reading.remark.clear();
   if (reading.sizes.sections.empty()) {
     reading.problem = source.output + ": neither a whole ELF file nor an image with a map of sdcc";

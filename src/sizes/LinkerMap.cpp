@@ -136,14 +136,16 @@ void ReadLldLine(std::string_view line, MapBuilder& builder) {
   }
 }
 
-// Returns the text between quotes after a word; GNU ld begins a quotation with a backquote.
+// Returns the text between quotes after a word; GNU ld begins a quotation with a backquote, or has
+// the quotes of UTF-8.
 std::string_view QuotedAfter(std::string_view text, std::string_view word) {
   const std::size_t at = text.find(word);
   if (at == text.npos) return {};
   text.remove_prefix(at + word.size());
-  const std::size_t start = text.find_first_not_of("`'\"");
+  constexpr std::string_view kQuotes = "`'\"\xe2\x80\x98\x99";
+  const std::size_t start = text.find_first_not_of(kQuotes);
   if (start == text.npos) return {};
-  return text.substr(start, text.find_first_of("`'\"", start) - start);
+  return text.substr(start, text.find_first_of(kQuotes, start) - start);
 }
 
 }  // namespace

@@ -67,7 +67,9 @@ std::vector<MemoryRegion> ChooseRegions(int machine, const std::vector<MapRegion
                                         const DeviceMemory& device) {
   if (machine == ElfImage::kMachineAvr) return AvrRegions(mapRegions, device);
   std::vector<MemoryRegion> regions;
+  // A script may define a memory without a size, which a device doesn't have.
   for (const MapRegion& each : mapRegions) {
+    if (each.length == 0) continue;
     regions.push_back({each.name, each.origin, LastOf(each.origin, each.length), each.length});
   }
   if (regions.empty()) regions = OptionRegions(device);

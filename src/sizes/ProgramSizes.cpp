@@ -156,7 +156,8 @@ ProgramSizes MeasureProgram(const ElfImage& program, const LinkerMap& map,
   return Measurement(program, map, device).Take();
 }
 
-ProgramSizes MeasureSdcc(std::string_view map, const DeviceMemory& device) {
+ProgramSizes MeasureSdcc(std::string_view map, const DeviceMemory& device,
+                         std::string_view memories) {
   ProgramSizes sizes;
   sizes.regions = {{"flash", 0, 0, device.flashSize}, {"RAM", 0, 0, device.ramSize}, {"XRAM"}};
   std::unordered_map<std::string_view, std::size_t> files;
@@ -165,8 +166,9 @@ ProgramSizes MeasureSdcc(std::string_view map, const DeviceMemory& device) {
     if (isNew) sizes.files.push_back({std::string(name), std::vector<std::uint64_t>(3)});
     return sizes.files[place->second];
   };
-  const std::vector<SdccArea> areas = ReadSdccMap(map);
-  for (const SdccArea& area : areas) {
+  std::vector<SdccArea> areas = ReadSdccMap(map);
+  for (SdccArea& area : areas) {
+    if (area.name == "DSEG" && !memories.empty()) area.size = CountDataCells(memories);
     SectionSize section{std::string(area.name), area.address, area.size, {}};
     const std::string_view memory = MemoryOf(area);
     const auto region = std::ranges::find(sizes.regions, memory, &MemoryRegion::name);

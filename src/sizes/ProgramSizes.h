@@ -51,8 +51,11 @@ struct ProgramSizes {
 ProgramSizes MeasureProgram(const ElfImage& program, const LinkerMap& map,
                             const DeviceMemory& device);
 
-// Returns the sizes in a map file of sdcc's linker; no sections if it is anything else.
-ProgramSizes MeasureSdcc(std::string_view map, const DeviceMemory& device);
+// Returns the sizes in a map file of sdcc's linker; no sections if it is anything else. `memories`
+// is its file .mem for an 8051, or empty: in the map, the area of the internal variables (DSEG)
+// always has 128 bytes.
+ProgramSizes MeasureSdcc(std::string_view map, const DeviceMemory& device,
+                         std::string_view memories = {});
 
 // Sorts what `sizes.stack` has, largest first.
 void SortStack(ProgramSizes& sizes);

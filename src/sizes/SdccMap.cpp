@@ -73,9 +73,22 @@ std::vector<SdccArea> ReadSdccMap(std::string_view text) {
   return areas;
 }
 
+std::uint64_t CountDataCells(std::string_view memories) {
+  std::uint64_t count = 0;
+  while (!memories.empty()) {
+    const std::string_view line = TakeLine(memories);
+    const std::size_t cells = line.find(":|");
+    if (!line.starts_with("0x") || cells == line.npos) continue;
+    count += static_cast<std::uint64_t>(
+        std::ranges::count_if(line.substr(cells), [](char c) { return c >= 'a' && c <= 'z'; }));
+  }
+  return count;
+}
+
 std::string_view MemoryOf(const SdccArea& area) {
-  constexpr std::string_view kFlash[] = {"HOME",        "GSINIT", "GSFINAL", "CODE", "CONST",
-                                         "INITIALIZER", "XINIT",  "CSEG",    "_CODE"};
+  constexpr std::string_view kFlash[] = {"HOME",        "GSINIT",   "GSFINAL",     "CODE",  "CONST",
+                                         "INITIALIZER", "XINIT",    "CSEG",        "_CODE", "_HOME",
+                                         "_GSINIT",     "_GSFINAL", "_INITIALIZER"};
   constexpr std::string_view kRam[] = {"DATA", "INITIALIZED", "DSEG",  "OSEG",         "ISEG",
                                        "BSEG", "BSEG_BYTES",  "_DATA", "_INITIALIZED", "BSS"};
   const auto isName = [&area](std::string_view name) { return area.name == name; };

@@ -27,6 +27,9 @@ struct SdccArea {
 // borrow from the text. O(n log n).
 std::vector<SdccArea> ReadSdccMap(std::string_view text);
 
+// Returns the bytes of variables in the internal memory of an 8051, from the file .mem of the
+// linker: rows "0x10:|a|a|S| |" with a small letter for each of them.
+std::uint64_t CountDataCells(std::string_view memories);
 // Memory in which the area is located: "flash", "RAM", "XRAM" or "" for none, such as the stack.
 std::string_view MemoryOf(const SdccArea& area);
 

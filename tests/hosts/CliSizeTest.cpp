@@ -63,6 +63,23 @@ void PrepareSizes(CliProject& project, const std::string& toolchain) {
 }
 
 // The sections must be those of the program "size", the symbols those of "nm".
+void ExpectSameAsTools(CliProject& project, const SizesJson& sizes, const std::string& prefix) {
+  const std::string program = sizes["output"];
+  auto sections = ReadLines(project.RunProgram(prefix + "size", {"-A", program}).out, 0, 1, 10);
+  sections.erase("Total");
+  std::map<std::string, std::uint64_t> found;
+  for (const SizesJson& each : sizes["sections"]) {
+    if (sections.contains(each["name"])) found[each["name"]] += each["size"].get<std::uint64_t>();
+  }
+  EXPECT_EQ(found, sections) << prefix;
+  const auto listed = project.RunProgram(prefix + "nm", {"-S", "--size-sort", program}).out;
+  std::map<std::string, std::uint64_t> symbols;
+  for (const SizesJson& each : sizes["symbols"]) {
+    symbols[each["linkageName"]] += each["size"].get<std::uint64_t>();
+  }
+  EXPECT_EQ(symbols, ReadLines(listed, 3, 1, 16)) << prefix;
+}
+
 TEST(CliSize, FiguresAreThoseOfTheToolchainsOwnPrograms) {
   for (const std::string toolchain : {"host-gcc", "avr-gcc"}) {
     const std::string prefix = toolchain == "avr-gcc" ? "avr-" : "";
@@ -70,22 +87,7 @@ TEST(CliSize, FiguresAreThoseOfTheToolchainsOwnPrograms) {
     CliProject project;
     PrepareSizes(project, toolchain);
     const SizesJson sizes = SizesOf(project);
-    const std::string program = sizes["output"];
-    const std::string listed = project.RunProgram(prefix + "size", {"-A", program}).out;
-    auto sections = ReadLines(listed, 0, 1, 10);
-    sections.erase("Total");
-    std::map<std::string, std::uint64_t> found;
-    for (const SizesJson& each : sizes["sections"]) {
-      if (sections.contains(each["name"])) found[each["name"]] += each["size"].get<std::uint64_t>();
-    }
-    EXPECT_EQ(found, sections) << toolchain;
-    const std::string names = project.RunProgram(prefix + "nm", {"-S", "--size-sort", program}).out;
-    const auto symbols = ReadLines(names, 3, 1, 16);
-    std::map<std::string, std::uint64_t> foundSymbols;
-    for (const SizesJson& each : sizes["symbols"]) {
-      foundSymbols[each["linkageName"]] += each["size"].get<std::uint64_t>();
-    }
-    EXPECT_EQ(foundSymbols, symbols) << toolchain;
+    ExpectSameAsTools(project, sizes, prefix);
     for (const SizesJson& each : sizes["symbols"]) {
       if (each["name"] != "blob" && each["name"] != "help") continue;
       const std::string file = each["name"] == "blob" ? "src/a.c" : "src/b.c";
@@ -107,6 +109,38 @@ TEST(CliSize, FiguresAreThoseOfTheToolchainsOwnPrograms) {
     }
     for (const SizesJson& each : sizes["memories"])
       EXPECT_EQ(each["used"], sums[each["name"]]) << each;
+  }
+}
+
+// A program of a device whose memories are in the linker script, which was linked by other means.
+TEST(CliSize, MemoriesAreThoseOfTheLinkerScript) {
+  const std::string prefix = "arm-none-eabi-";
+  if (FindProgram(prefix + "gcc").empty()) GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  CliProject project;
+  WriteSizes(project, 100);
+  project.Edit(
+      "arm.ld",
+      "MEMORY { FLASH : ORIGIN = 0x8000000, LENGTH = 4K\n RAM : ORIGIN = 0x20000000, LENGTH "
+      "= 1K }\nSECTIONS { .text : { *(.text*) *(.rodata*) } > FLASH\n"
+      " .data : { *(.data*) } > RAM AT> FLASH\n .bss : { *(.bss*) *(COMMON) } > RAM }\n");
+  project.Edit("build/made", "");
+  const CliProject::Answer linked =
+      project.RunProgram(prefix + "gcc", {"-mcpu=cortex-m3", "-mthumb", "-Os", "-g", "-nostdlib",
+                                          "-e", "main", "-T", "arm.ld", "-Wl,-Map=build/made.map",
+                                          "-o", "build/made.elf", "src/a.c", "src/b.c"});
+  ASSERT_EQ(linked.code, 0) << linked.err;
+  project.Out({"options", "set", "Build.OutputFile", "build/made.elf"});
+  project.Out({"options", "set", "Linker.MapFile", "build/made.map"});
+  const SizesJson sizes = SizesOf(project);
+  ExpectSameAsTools(project, sizes, prefix);
+  ASSERT_EQ(sizes["memories"].size(), 2U) << sizes["memories"];
+  EXPECT_EQ(sizes["memories"][0]["name"], "FLASH");
+  EXPECT_EQ(sizes["memories"][0]["size"], 4096);
+  EXPECT_EQ(sizes["memories"][1]["used"], 144);  // blob, counter and zero
+  for (const SizesJson& each : sizes["symbols"]) {
+    if (each["name"] != "help") continue;
+    EXPECT_EQ(each["memory"], "FLASH");
+    EXPECT_EQ(each["file"], project.PathOf("src/b.c"));
   }
 }
 

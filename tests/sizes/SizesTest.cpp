@@ -68,6 +68,7 @@ TEST(LinkerMap, OverflowsAreReadFromMessagesOfBothLinkers) {
       {"/usr/bin/ld: region `FLASH' overflowed by 2360 bytes", {"FLASH", 2360}},
       {"ld.lld: error: section '.text' will not fit in region 'FLASH': overflowed by 12 bytes",
        {"FLASH", 12}},
+      {"ld: region \xe2\x80\x98RAM\xe2\x80\x99 overflowed by 3 bytes", {"RAM", 3}},
       {"a.c:1: region is overflowed by much", {"", 0}},
       {"undefined reference to `f'", {"", 0}}};
   for (const auto& [message, expected] : rows) {
@@ -157,6 +158,24 @@ TEST(ProgramSizes, MapsOfSdccHaveSizesUpToTheNextSymbol) {
     text += each.name + " " + each.file + " " + std::to_string(each.size) + " ";
   }
   EXPECT_EQ(text, "flash 41/8192 RAM 2/1024 _f b 29 _main a 12 _x a 2 ");
+  // The linker for the 8051 has the area of internal variables with all that they might take.
+  const ProgramSizes inner = MeasureSdcc(
+      "DSEG 00000000 00000080 = 128. bytes (REL,CON)\n 00000008 _x a\n"
+      "_GSINIT 0000020E 00000025 = 37. bytes (REL,CON)\n",
+      {}, "0x00:|0|0|a|b| |S|\n0x20:|B|Q|c|T|\nx:|a|\n");
+  ASSERT_EQ(inner.regions.size(), 2U);
+  EXPECT_EQ(inner.regions[0].used, 37U);
+  EXPECT_EQ(inner.regions[1].used, 3U);
+}
+
+TEST(ProgramSizes, AMemoryWithoutASizeHoldsNothing) {
+  ElfImage program;
+  program.sections = {{}, {".text", 0x8000000, 0x8000000, 100, true, false, true}};
+  LinkerMap map;
+  map.regions = {{"FLASH", 0x8000000, 0x1000}, {"RAM2", 0, 0}};
+  const ProgramSizes sizes = MeasureProgram(program, map, {});
+  ASSERT_EQ(sizes.regions.size(), 1U);
+  EXPECT_EQ(sizes.regions[0].used, 100U);
 }
 
 TEST(ElfImage, MalformedFilesAreRefused) {
