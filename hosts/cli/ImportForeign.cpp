@@ -114,7 +114,9 @@ std::string ForeignImport::DryRun(std::string& problem) const {
         std::string& stream = fromErrorStream ? errors : output;
         if (stream.size() < kLargestImport) stream += text;
       });
-  if (exit.code != 0) {
+  if (output.size() >= kLargestImport) {
+    problem = "`make -n` prints too much to be imported";
+  } else if (exit.code != 0) {
     const auto lines = SplitLines(errors);
     problem = "`make -n` failed" + (lines.empty() ? "" : ": " + Printable(lines.back()));
   }

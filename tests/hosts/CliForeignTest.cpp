@@ -204,6 +204,29 @@ TEST(CliForeign, ADescriptionWithConfigurationsIsImported) {
   EXPECT_EQ(project.Result({"other", "--yes"}, "Release/other", {"--config", "Release"}), "cdt 9");
 }
 
+// The folder's name contains the variable that is replaced by it.
+TEST(CliForeign, NamesThatAreAmbiguousAreImportedAnyway) {
+  CliProject project;
+  const std::string folder = "${workspace_loc:/other}";
+  std::filesystem::create_directories(project.PathOf(folder + "/src"));
+  const std::string configuration =
+      "<configuration name=\"One\"><folderInfo resourcePath=\"\"><toolChain "
+      "superClass=\"x.toolchain.gnu.exe\"><option superClass=\"x\" valueType=\"includePath\">"
+      "<listOptionValue value=\"${workspace_loc:/other}/inc\"/></option></toolChain></folderInfo>"
+      "</configuration>";
+  project.Edit(folder + "/src/main.c", "int main(void) { return 0; }\n");
+  project.Edit(folder + "/.project", "<p><name>other</name></p>");
+  project.Edit(folder + "/.cproject", "<cproject><storageModule>" + configuration + configuration +
+                                          "</storageModule></cproject>");
+  project.Out({"import", folder});
+  EXPECT_EQ(project.Out({"config", "list", folder}), "other\n  Standard\n* One\n  One 2\n");
+  project.Edit("core/platformio.ini",
+               "[env:a/b]\nplatform = native\n[env:A_b]\nplatform = native\n");
+  project.Edit("core/src/main.c", "int main(void) { return 0; }\n");
+  project.Out({"import", "core"});
+  EXPECT_EQ(project.Out({"config", "list", "core"}), "core\n  Standard\n* a_b\n  A_b 2\n");
+}
+
 TEST(CliForeign, AMakefileIsImportedByADryRun) {
   if (FindProgram("make").empty()) GTEST_SKIP() << "make is not installed";
   ForeignProject project;
@@ -224,6 +247,10 @@ TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
   if (FindProgram("avr-gcc").empty()) GTEST_SKIP() << "gcc-avr is not installed";
   CliProject project;
   std::filesystem::create_directories(project.PathOf("Blink"));
+  std::filesystem::create_directories(project.PathOf("core"));
+  project.Write("core/core.ino", "void setup() {}\nvoid loop() {}\n");
+  project.Out({"import", "core"});
+  EXPECT_TRUE(project.Exists("core/core 2.tapp"));
   project.Write("Blink/Blink.ino",
                 "#include <Wire.h>\nvoid setup() { Wire.begin(); pinMode(pin(), OUTPUT); }\n"
                 "void loop() { toggle(); delay(100); }\n");

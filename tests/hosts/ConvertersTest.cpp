@@ -126,6 +126,17 @@ TEST(Converters, AnIniFileHasReferencesAndBases) {
   EXPECT_EQ(ini.Get("env:a", "own"), "x -DBASE\n-DMORE ${no.thing}");
   EXPECT_EQ(Joined(ini.GetFaults()), "11: odd");
   EXPECT_LT(ini.Get("base", "loop").size(), 20U);
+  // Each base has all of them again.
+  const IniFile endless("[a]\nextends = a,a,a,a,a,a,a,a\n");
+  EXPECT_EQ(endless.Get("a", "none"), "");
+}
+
+// 64 conditions for each of many functions.
+TEST(Converters, AHugeSketchGetsNoPrototypesWithoutBound) {
+  std::string sketch;
+  for (int i = 0; i < 64; ++i) sketch += "#if 1" + std::string(20000, '0') + "\n";
+  for (int i = 0; i < 2000; ++i) sketch += "a f" + std::to_string(i) + "(){}\n";
+  EXPECT_LT(SketchToCpp(sketch).size(), 20U << 20);
 }
 
 }  // namespace

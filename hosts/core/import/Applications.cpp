@@ -72,18 +72,13 @@ class Division {
   const ImportContext& context_;
   ImportedProject& project_;
   std::vector<Part> parts_;
-  std::set<std::string> labels_;                          // in small letters
+  std::set<std::string> labels_;
   std::set<std::string> used_;                            // sources
   std::map<std::string, const CompiledSource*> sources_;  // by their own path and their object's
 };
 
 std::string Division::UniqueLabel(const std::string& wanted) {
-  const std::string base = SafeName(wanted, "application");
-  std::string label = base;
-  for (int count = 2; !labels_.insert(FoldCase(label)).second; ++count) {
-    label = base + " " + ToDecimal(count);
-  }
-  return label;
+  return UniqueName(SafeName(wanted, "application"), labels_);
 }
 
 void Division::TakeInputs(const ForeignLink& link, Part& part) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "hosts/core/import/SourceScan.h"
 #include "platform/paths/Paths.h"
@@ -15,6 +16,7 @@ constexpr const char* kCoreFolder = "/usr/share/arduino/hardware/arduino/avr";
 constexpr std::size_t kLargestTable = std::size_t{4} << 20;
 constexpr std::size_t kLargestScanned = std::size_t{8} << 20;
 constexpr std::size_t kMostFiles = 100000;
+constexpr std::size_t kMostFolders = 10000;
 
 using Table = std::map<std::string, std::string>;
 
@@ -47,6 +49,24 @@ void Merge(ImportedOptions& options, const ImportContext& context, const std::st
   if (!value.empty() && context.accepts(key, value)) options[key] = LiteralValue(value);
 }
 
+// Appends the files in a folder and, down to `depth`, below it. `folders` counts those that were
+// read.
+void ListBelow(FileSystem& files, const std::string& folder, int depth, std::size_t& folders,
+               std::vector<std::string>& found) {
+  if (++folders > kMostFolders) return;
+  const auto entries = files.ListFolder(folder);
+  if (!entries) return;
+  for (const FolderEntry& each : *entries) {
+    const std::string path = JoinPath(folder, each.name);
+    if (each.name.starts_with(".") || found.size() >= kMostFiles) continue;
+    if (!each.isFolder) {
+      found.push_back(path);
+    } else if (depth > 0 && !files.ExamineLink(path)) {
+      ListBelow(files, path, depth - 1, folders, found);
+    }
+  }
+}
+
 }  // namespace
 
 bool IsSourceType(const std::string& type) {
@@ -55,19 +75,8 @@ bool IsSourceType(const std::string& type) {
 
 std::vector<std::string> ListSources(FileSystem& files, const std::string& folder, int depth) {
   std::vector<std::string> found;
-  const auto entries = files.ListFolder(folder);
-  if (!entries) return found;
-  for (const FolderEntry& each : *entries) {
-    const std::string path = JoinPath(folder, each.name);
-    if (each.name.starts_with(".")) continue;
-    if (!each.isFolder) {
-      found.push_back(path);
-    } else if (depth > 0 && !files.ExamineLink(path)) {
-      for (std::string& inner : ListSources(files, path, depth - 1)) {
-        if (found.size() < kMostFiles) found.push_back(std::move(inner));
-      }
-    }
-  }
+  std::size_t folders = 0;
+  ListBelow(files, folder, depth, folders, found);
   return found;
 }
 
@@ -143,9 +152,10 @@ ImportedOptions ArduinoCore::ApplicationOptions(const CoreBoard& board,
 }
 
 ImportedApplication ArduinoCore::CoreApplication(
-    const std::vector<std::pair<std::string, CoreBoard>>& boards,
+    const ImportedApplication& other, const std::vector<std::pair<std::string, CoreBoard>>& boards,
     const ImportContext& context) const {
-  ImportedApplication core{"core", {}, {}};
+  std::set<std::string> labels{FoldCase(other.label)};
+  ImportedApplication core{UniqueName("core", labels), {}, {}};
   for (const auto& [configuration, board] : boards) {
     ImportedOptions options = ApplicationOptions(board, context);
     options.erase("Application.Linker.Extra");

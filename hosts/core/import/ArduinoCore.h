@@ -32,8 +32,9 @@ class ArduinoCore {
 
   // Options of an application for this board. It links the library that AddCore() adds.
   ImportedOptions ApplicationOptions(const CoreBoard& board, const ImportContext& context) const;
-  // The core as an application of its own, with one configuration for each board.
-  ImportedApplication CoreApplication(const std::vector<std::pair<std::string, CoreBoard>>& boards,
+  // The core as an application of its own, beside `other`, with one configuration for each board.
+  ImportedApplication CoreApplication(const ImportedApplication& other,
+                                      const std::vector<std::pair<std::string, CoreBoard>>& boards,
                                       const ImportContext& context) const;
 
  private:

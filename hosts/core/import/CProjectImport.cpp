@@ -74,6 +74,7 @@ class CProject {
   const std::string root_;
   std::string current_;  // the configuration that is being read
   std::set<std::string> said_;
+  std::set<std::string> names_;  // of configurations
   ImportedProject project_;
   ImportedApplication application_;
   std::map<std::string, std::set<std::string>> users_;                 // configurations by file
@@ -90,7 +91,7 @@ std::optional<std::string> CProject::Resolve(const std::string& value) {
     text = ReplaceAll(text, name, project_.name);
   }
   constexpr std::string_view kPlace = "${workspace_loc:/";
-  for (std::size_t at = text.find(kPlace); at != std::string::npos; at = text.find(kPlace)) {
+  for (std::size_t at = text.find(kPlace); at != std::string::npos; at = text.find(kPlace, at)) {
     const std::size_t end = text.find('}', at);
     if (end == std::string::npos) break;
     std::string inside = text.substr(at + kPlace.size(), end - at - kPlace.size());
@@ -98,6 +99,7 @@ std::optional<std::string> CProject::Resolve(const std::string& value) {
     inside =
         isOwn ? root_ + inside.substr(project_.name.size()) : JoinPath(FolderOf(root_), inside);
     text = text.substr(0, at) + inside + text.substr(end + 1);
+    at += inside.size();  // the name of a folder may look like a variable
   }
   text = ReplaceAll(text, "${workspace_loc}", FolderOf(root_));
   for (const char* name : {"${ProjDirPath}", "${PWD}/.."}) text = ReplaceAll(text, name, root_);
@@ -166,8 +168,7 @@ void CProject::TakeOption(const CXmlNode& tool, const CXmlNode& option, Settings
   const bool isLink = FoldCase(GetAttribute(&tool, "superClass")).find("link") != std::string::npos;
   const auto append = [&](std::vector<std::string>& to, bool isPath) {
     for (std::string& each : ListOf(option)) {
-      if (isPath) each = FolderPath(each);
-      if (std::find(to.begin(), to.end(), each) == to.end()) to.push_back(std::move(each));
+      to.push_back(isPath ? FolderPath(each) : std::move(each));
     }
   };
   if (type == "definedSymbols") return append(settings.defines, false);
@@ -287,7 +288,7 @@ void CProject::TakeFile(const CXmlNode& info, const std::string& configuration) 
 
 void CProject::TakeConfiguration(const CXmlNode& node) {
   current_ = Attribute(node, "name");
-  const std::string name = SafeName(current_, "Configuration");
+  const std::string name = UniqueName(SafeName(current_, "Configuration"), names_);
   Settings settings;
   std::string toolchain;
   ForEach(node, "folderInfo", [&](const CXmlNode& info) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 
 #include "components/values/ValuesXml.h"
 #include "hosts/core/ProjectTemplate.h"
@@ -219,10 +220,9 @@ std::string LiteralValue(const std::string& text) {
 
 std::string ListValue(const std::vector<std::string>& entries) {
   std::string list;
-  std::vector<std::string> seen;
+  std::set<std::string_view> seen;
   for (const std::string& each : entries) {
-    if (each.empty() || std::find(seen.begin(), seen.end(), each) != seen.end()) continue;
-    seen.push_back(each);
+    if (each.empty() || !seen.insert(each).second) continue;
     list += (list.empty() ? "" : ";") + each;
   }
   return list;
@@ -280,6 +280,14 @@ std::string SafeName(const std::string& name, const std::string& fallback) {
     safe += isBad ? '_' : c;
   }
   return CheckFileTitle(safe, "project").empty() ? safe : fallback;
+}
+
+std::string UniqueName(const std::string& name, std::set<std::string>& taken) {
+  std::string unique = name;
+  for (int count = 2; !taken.insert(FoldCase(unique)).second; ++count) {
+    unique = name + " " + ToDecimal(count);
+  }
+  return unique;
 }
 
 }  // namespace tarn::host

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -85,5 +86,8 @@ std::string WordsValue(const std::vector<std::string>& words);
 std::vector<std::string> SplitShellWords(const std::string& line);
 // Returns a name that can be used for files and labels: other characters become "_".
 std::string SafeName(const std::string& name, const std::string& fallback);
+// Returns the name, with a number after it if it is among `taken`, and adds it there. Upper and
+// lower case don't matter.
+std::string UniqueName(const std::string& name, std::set<std::string>& taken);
 
 }  // namespace tarn::host

@@ -61,8 +61,9 @@ std::string IniFile::Get(const std::string& section, const std::string& key) con
 }
 
 std::string IniFile::Find(const std::string& section, const std::string& key, int depth) const {
+  if (++references_ > kMostReferences || depth > kDeepest) return {};
   const auto found = sections_.find(section);
-  if (found == sections_.end() || depth > kDeepest) return {};
+  if (found == sections_.end()) return {};
   const auto own = found->second.find(key);
   if (own != found->second.end()) return Expand(own->second, section, depth);
   const auto extends = found->second.find("extends");
@@ -91,7 +92,7 @@ std::string IniFile::Expand(const std::string& value, const std::string& section
     std::string from = dot == std::string::npos ? section : name.substr(0, dot);
     if (from == "this") from = section;
     const bool isKnown =
-        sections_.contains(from) && depth < kDeepest && ++references_ < kMostReferences;
+        sections_.contains(from) && depth < kDeepest && references_ < kMostReferences;
     text += isKnown ? Find(from, FoldCase(name.substr(dot + 1)), depth + 1)
                     : value.substr(start, end + 1 - start);
     at = end + 1;

@@ -105,11 +105,12 @@ std::string PlatformIo::Folder(const char* key, const char* fallback) const {
 
 // Those that are built by default come first, because the first one becomes active.
 void PlatformIo::ChooseEnvironments() {
+  std::set<std::string> names;
   for (const std::string& section : ini_.GetSections()) {
     if (!section.starts_with("env:")) continue;
     Environment environment;
     environment.section = section;
-    environment.name = SafeName(section.substr(4), "environment");
+    environment.name = UniqueName(SafeName(section.substr(4), "environment"), names);
     environments_.push_back(std::move(environment));
   }
   const std::vector<std::string> first = IniEntries(ini_.Get("platformio", "default_envs"));
@@ -345,7 +346,10 @@ Result<ImportedProject> PlatformIo::Run() {
     return Error{ErrorCode::NotFound, "there are no sources", sources_};
   }
   project_.applications.push_back(std::move(application));
-  if (!boards.empty()) project_.applications.push_back(core_.CoreApplication(boards, context_));
+  if (!boards.empty()) {
+    project_.applications.push_back(
+        core_.CoreApplication(project_.applications.front(), boards, context_));
+  }
   return std::move(project_);
 }
 

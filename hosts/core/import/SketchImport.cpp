@@ -135,7 +135,8 @@ Result<ImportedProject> ImportSketch(const ImportRequest& request, const ImportC
   }
   application.configurations[0].options["Application.Directories.Include"] = ListValue(includes);
   project.applications.push_back(std::move(application));
-  project.applications.push_back(core.CoreApplication({{"Standard", *board}}, context));
+  project.applications.push_back(
+      core.CoreApplication(project.applications.front(), {{"Standard", *board}}, context));
   return project;
 }
 

@@ -13,6 +13,7 @@ namespace {
 // Limits for input that nobody has written by hand.
 constexpr std::size_t kMostConditions = 64;
 constexpr std::size_t kLongestHead = 10000;  // of a function, with the declarations after it
+constexpr std::size_t kMostConditionText = std::size_t{16} << 20;  // of all functions
 
 bool IsWordChar(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
@@ -89,6 +90,7 @@ class Scanner {
   };
   std::vector<Condition> conditions_;
   std::size_t level_ = 0;
+  std::size_t conditionText_ = 0;  // length of the conditions of all functions so far
   ScannedSource found_;
 };
 
@@ -199,6 +201,8 @@ void Scanner::TakeHeader() {
   if (function.name.empty() || type.ends_with(":")) return;
   function.start = start_;
   function.outermost = start_;
+  for (const Condition& each : conditions_) conditionText_ += each.text.size();
+  if (conditionText_ > kMostConditionText) return;
   for (const Condition& each : conditions_) function.conditions.push_back(each.text);
   if (!conditions_.empty()) function.outermost = conditions_.front().start;
   if (!type.empty() && !IsOldStyle()) {
