@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
+#include "hosts/core/Printable.h"
+
 namespace tarn::host {
 
 namespace {
 
-// XML has no way to write most control characters.
 std::string Escape(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
     if (c == '&') {
       escaped += "&amp;";
     } else if (c == '<') {
@@ -19,8 +19,6 @@ std::string Escape(const std::string& text) {
       escaped += "&gt;";
     } else if (c == '"') {
       escaped += "&quot;";
-    } else if ((byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7f) {
-      escaped += '?';
     } else {
       escaped += c;
     }
@@ -63,9 +61,10 @@ std::string MakeJUnitReport(const std::string& suite, const std::vector<TestResu
                              count(TestResult::Verdict::Failed) + "\" errors=\"" +
                              count(TestResult::Verdict::Broken) + "\" time=\"" + Seconds(time) +
                              "\"";
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites" + counts +
-         ">\n  <testsuite name=\"" + Escape(suite) + "\"" + counts + ">\n" + cases +
-         "  </testsuite>\n</testsuites>\n";
+  // The output of a program may be anything.
+  return ValidXml("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites" + counts +
+                  ">\n  <testsuite name=\"" + Escape(suite) + "\"" + counts + ">\n" + cases +
+                  "  </testsuite>\n</testsuites>\n");
 }
 
 }  // namespace tarn::host

@@ -143,10 +143,24 @@ std::vector<ApplicationEntry> FindTests(CommandContext& context,
   return tests;
 }
 
+std::string JUnitPath(CommandContext& context) {
+  const std::string& path = context.Own<TestOptions>().junit;
+  return path.empty() || !IsRelativePath(path) ? path : JoinPath(context.StartFolder(), path);
+}
+
+// Returns false after printing the error if the option names a file that holds something else.
+bool MayWriteJUnit(CommandContext& context) {
+  const std::string path = JUnitPath(context);
+  const auto present = path.empty() ? Result<std::string>("") : context.Files().ReadWholeFile(path);
+  if (!present || present->empty() || present->find("<testsuite") != std::string::npos) return true;
+  context.Complain("--junit would replace " + context.Show(path) +
+                   ", which is not a report of tests.");
+  return false;
+}
+
 int WriteJUnit(CommandContext& context, const std::vector<TestResult>& results) {
-  std::string path = context.Own<TestOptions>().junit;
+  const std::string path = JUnitPath(context);
   if (path.empty()) return kExitDone;
-  if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   const std::string suite = FileNameOf(WithoutExtension(context.Session().GetProjectPath()));
   const Status written = context.Files().WriteWholeFile(path, MakeJUnitReport(suite, results));
   if (written) return kExitDone;
@@ -179,6 +193,7 @@ void ShowSummary(CommandContext& context, const std::vector<TestResult>& results
 int RunTests(CommandContext& context) {
   BuildSession& session = context.Session();
   const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
+  if (!MayWriteJUnit(context)) return kExitUsage;
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> applications;
   if (const int code = context.ChooseApplications(applications); code != kExitDone) return code;

@@ -8,6 +8,8 @@ namespace tarn::host {
 
 namespace {
 
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+
 // Decodes the first character of a text; a byte that is not valid UTF-8 is a character by itself.
 struct Character {
   char32_t value = 0;
@@ -94,8 +96,20 @@ std::string PrintableJson(std::string_view text) {
 // invalid bytes.
 std::string PrintableXml(std::string_view text) {
   return Replace(text, "\t\n\r", [](const Character& c) {
-    return c.value < 0x20 || c.isByte ? std::string("\xEF\xBF\xBD") : Number("&#x%X;", c.value);
+    return c.value < 0x20 || c.isByte ? std::string(kReplacement) : Number("&#x%X;", c.value);
   });
+}
+
+std::string ValidXml(std::string_view text) {
+  std::string valid;
+  valid.reserve(text.size());
+  while (!text.empty()) {
+    const Character next = ReadCharacter(text);
+    const bool isBad = next.isByte || next.value == 0xFFFE || next.value == 0xFFFF;
+    valid += isBad ? kReplacement : text.substr(0, next.size);
+    text.remove_prefix(next.size);
+  }
+  return PrintableXml(valid);
 }
 
 }  // namespace tarn::host

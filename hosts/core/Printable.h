@@ -17,5 +17,8 @@ std::string PrintableLines(std::string_view text);
 std::string PrintableJson(std::string_view text);
 // Returns an XML document with the same meaning.
 std::string PrintableXml(std::string_view text);
+// Like PrintableXml(), but also replaces all other bytes that no XML parser accepts: those that are
+// not valid UTF-8, and the codes U+FFFE and U+FFFF.
+std::string ValidXml(std::string_view text);
 
 }  // namespace tarn::host

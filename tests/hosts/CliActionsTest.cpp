@@ -69,6 +69,8 @@ TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   }
   // A dry run starts nothing, and its line can be pasted into a shell.
   EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), " -c 'flash write_image erase {OUT/app}' "));
+  Set("Upload.Programmer", "");
+  EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), "/openocd -f board/m328p.cfg -c "));
   Set("Upload.Tool", "uf2");
   std::filesystem::create_directory(project.PathOf("drive"));
   Set("Upload.Port", "drive");
@@ -144,7 +146,7 @@ TEST_F(CliActions, AProgramOfThisComputerNeedsTrust) {
 TEST_F(CliActions, TestsFailByExitCodeOutputAndTime) {
   const std::pair<const char*, const char*> programs[] = {
       {"good", "puts(\"all well\"); return 0;"},
-      {"bad", "puts(\"<broken>\"); return 3;"},
+      {"bad", "puts(\"<broken>\"); putchar(0xe9); return 3;"},
       {"silent", "return 0;"},
       {"slow", "for (;;) pause();"},
       {"app", "return 1;"},
@@ -172,8 +174,10 @@ TEST_F(CliActions, TestsFailByExitCodeOutputAndTime) {
   }
   const std::string xml = project.Read("r.xml");
   EXPECT_TRUE(Has(xml, "<testsuites tests=\"5\" failures=\"3\" errors=\"1\"")) << xml;
-  EXPECT_TRUE(Has(xml, "<system-out>&lt;broken&gt;\n</system-out>")) << xml;
-  EXPECT_EQ(project.Run({"test", "--trust", "--app", "good"}).code, 0);
+  EXPECT_TRUE(Has(xml, "<system-out>&lt;broken&gt;\n\xef\xbf\xbd</system-out>")) << xml;
+  EXPECT_EQ(project.Run({"test", "--trust", "--app", "good", "--junit", "r.xml"}).code, 0);
+  project.ExpectRefusal({"test", "--trust", "--app", "good", "--junit", "src/good.c"}, 2,
+                        "--junit would replace src/good.c");
 }
 
 TEST_F(CliActions, TheServerEndsWithTheDebugger) {
