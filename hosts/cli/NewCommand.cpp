@@ -12,6 +12,7 @@
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/StagingFolder.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -33,9 +34,6 @@ NewProject PlanOf(CommandContext& context) {
   return project;
 }
 
-// Default device of a new project whose compiler requires one.
-constexpr const char* kFirstDevice = "atmega328p";
-
 // Returns 0, or an exit code after printing the error.
 int CheckCompiler(CommandContext& context) {
   if (context.Own<NewOptions>().compiler.empty()) return kExitDone;
@@ -46,23 +44,19 @@ int CheckCompiler(CommandContext& context) {
   return kExitUsage;
 }
 
-// The part of a new project whose compiler needs more than its name: one that a simulator has.
-constexpr struct {
-  const char* family;  // beginning of the compiler's name
-  const char* section;
-  const char* option;
-  const char* value;
-} kFirstParts[] = {
-    {"arm-", "Target", "Cpu", "cortex-m3"},
-    {"arm-", "Target", "FlashSize", "262144"},
-    {"arm-", "Target", "RamSize", "65536"},
-    {"arm-", "Simulate", "Machine", "lm3s6965evb"},
-    {"riscv-", "Target", "Arch", "rv32imac_zicsr"},
-    {"riscv-", "Target", "FlashStart", "0x20400000"},
-    {"riscv-", "Target", "FlashSize", "524288"},
-    {"riscv-", "Target", "RamSize", "16384"},
-    {"riscv-", "Simulate", "Machine", "sifive_e"},
-};
+// Stores the options that the definitions name for a compiler that requires a device, as
+// "Section.Name=value", separated by spaces.
+void StoreFirstOptions(ProjectManagerDriver& manager) {
+  const std::string list = manager.GetPropertyValue("Application", "Target", "FirstOptions");
+  for (const std::string_view part : Split(list, ' ')) {
+    const std::string entry(Trim(part));
+    const std::size_t dot = entry.find('.');
+    const std::size_t equals = entry.find('=');
+    if (equals == std::string::npos || dot > equals) continue;
+    manager.SavePropertyValue("Application", entry.substr(0, dot),
+                              entry.substr(dot + 1, equals - dot - 1), entry.substr(equals + 1));
+  }
+}
 
 // Stores the compiler in the new project, and a device if it requires one: nothing that affects the
 // build is left to a default.
@@ -72,13 +66,7 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   std::string compiler = context.Own<NewOptions>().compiler;
   if (compiler.empty()) compiler = manager.GetPropertyValue("Application", "Target", "Toolchain");
   manager.SavePropertyValue("Application", "Target", "Toolchain", compiler);
-  if (!context.Session().Options().CheckValue("Application", "Target", "Device", "").empty()) {
-    manager.SavePropertyValue("Application", "Target", "Device", kFirstDevice);
-  }
-  for (const auto& each : kFirstParts) {
-    if (!compiler.starts_with(each.family)) continue;
-    manager.SavePropertyValue("Application", each.section, each.option, each.value);
-  }
+  StoreFirstOptions(manager);
   manager.Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
   context.SelectNode("Sources", "");
   const Status added =
