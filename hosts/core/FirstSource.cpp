@@ -9,6 +9,7 @@
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/ProjectTree.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
@@ -43,6 +44,27 @@ std::string SourceOf(BuildSession& session, FileSystem& files,
   return isOnly || !files.Exists(main) ? main : JoinPath(folder, application.label + ".c");
 }
 
+// Writes a copy of `original` to the folder, and returns its path. An existing file stays as it is:
+// if it differs, the copy gets a number.
+Result<std::string> WriteCopy(FileSystem& files, const std::string& folder,
+                              const std::string& original, const std::string& text) {
+  const std::string plain = JoinPath(folder, FileNameOf(original));
+  std::string copy = plain;
+  for (int count = 2;; ++count) {
+    const auto present = files.ReadWholeFile(copy);
+    if (present && *present == text) return copy;
+    if (!present) {
+      if (present.GetError().code == ErrorCode::NotFound) break;
+      return Error{present.GetError().code, present.GetError().text, copy};
+    }
+    copy = WithExtension(plain, "") + ToDecimal(count) + ExtensionOf(plain);
+  }
+  if (const Status written = files.WriteOwnFile(copy, text); !written) {
+    return Error{written.GetError().code, written.GetError().text, copy};
+  }
+  return copy;
+}
+
 }  // namespace
 
 Status AddFirstSource(BuildSession& session, FileSystem& files, const std::string& application) {
@@ -75,13 +97,11 @@ Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::s
   for (const char* option : {"StartUp", "SystemCalls"}) {
     const std::string original = TargetOption(session, option);
     if (original.empty()) continue;
-    const std::string copy = JoinPath(JoinPath(folder, "src"), FileNameOf(original));
     const auto text = files.ReadWholeFile(original);
     if (!text) return Error{text.GetError().code, text.GetError().text, original};
-    if (const Status written = files.WriteOwnFile(copy, *text); !written) {
-      return Error{written.GetError().code, written.GetError().text, copy};
-    }
-    session.Manager().AddExistingItem(copy);
+    const Result<std::string> copy = WriteCopy(files, JoinPath(folder, "src"), original, *text);
+    if (!copy) return copy.GetError();
+    session.Manager().AddExistingItem(*copy);
   }
   return {};
 }

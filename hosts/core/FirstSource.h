@@ -14,7 +14,8 @@ namespace tarn::host {
 Status AddFirstSource(BuildSession& session, FileSystem& files, const std::string& application);
 
 // Copies the start-up files that the application's options name (Target.StartUp and SystemCalls)
-// to the folder src in `folder`, and adds the copies at the current node. An error names the file.
+// to the folder src in `folder`, and adds the copies at the current node. An existing file with
+// different content stays as it is, and the copy gets another name. An error names the file.
 Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder);
 
 }  // namespace tarn::host
