@@ -101,6 +101,11 @@ std::vector<std::string> Patterns(const std::string& list) {
 bool FolderSync::SelectGroup(const std::string& application,
                              const std::vector<std::string>& labels) {
   InspectorDriver& inspector = context_.Session().Inspector();
+  // Adding a file leaves the places of groups as they are.
+  const bool isLast =
+      selected_ && selected_->application == application && selected_->labels == labels;
+  if (isLast) return inspector.SelectNodeByPlace(selected_->place) != 0;
+  selected_.reset();
   const ProjectTree tree(inspector.GetTree());
   std::size_t known = labels.size();
   Located found;
@@ -110,6 +115,7 @@ bool FolderSync::SelectGroup(const std::string& application,
     if (found.node != nullptr || known == 0) break;
   }
   if (found.node == nullptr || inspector.SelectNodeByPlace(found.place) == 0) return false;
+  if (known == labels.size()) selected_ = SelectedGroup{application, labels, found.place};
   for (; known < labels.size(); ++known) {
     context_.Session().Manager().Command(TARN_CMD_NEW_GROUP);
     if (!context_.RenameCurrentNode(labels[known])) return false;
@@ -228,6 +234,7 @@ int FolderSync::Remove(const Follower& follower) {
     }
     return left.size() > right.size();
   });
+  selected_.reset();
   for (const std::string& place : places) {
     if (inspector.SelectNodeByPlace(place) != 0) {
       context_.Session().Manager().Command(TARN_CMD_REMOVE_NODE);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,15 @@ class FolderSync {
   std::vector<Follower> FindFollowers(const std::string& application);
   void Store(const Follower& follower);
 
+  // The group that was selected last, if it existed.
+  struct SelectedGroup {
+    std::string application;
+    std::vector<std::string> labels;
+    std::string place;
+  };
+
   CommandContext& context_;
+  std::optional<SelectedGroup> selected_;
   bool isDryRun_ = false;
   bool removes_ = false;
   bool hasFollowed_ = false;

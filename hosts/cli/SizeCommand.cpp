@@ -94,7 +94,7 @@ void PrintReport(CommandContext& context, const SizeReport& report) {
 // Replaces only a file that looks like a page. Returns 0, or an exit code after printing the error.
 int WritePage(CommandContext& context, const std::vector<SizeReport>& reports) {
   std::string path = context.Own<SizeOptions>().html;
-  if (path.empty()) return kExitDone;
+  if (path.empty() || reports.empty()) return kExitDone;
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   const auto present = context.Files().ReadWholeFile(path);
   if (present && !present->empty() && !present->starts_with("<!DOCTYPE html>")) {

@@ -283,6 +283,8 @@ SizesJson ToJson(CommandContext&, const SizeReport& report) {
 
 void AddTreemaps(CommandContext& context, const SizeReport& report, sizes::TreemapPage& page) {
   const sizes::ProgramSizes& sizes = report.sizes;
+  std::unordered_map<std::string_view, const sizes::SectionSize*> sections;
+  for (const sizes::SectionSize& each : sizes.sections) sections.try_emplace(each.name, &each);
   for (std::size_t region = 0; region < sizes.regions.size(); ++region) {
     const sizes::MemoryRegion& memory = sizes.regions[region];
     if (memory.used == 0) continue;
@@ -295,10 +297,10 @@ void AddTreemaps(CommandContext& context, const SizeReport& report, sizes::Treem
     }
     std::uint64_t address = 0;  // of the last symbol; several may be the same
     for (const sizes::SymbolSize& each : sizes.symbols) {
-      const auto section =
-          std::ranges::find(sizes.sections, each.section, &sizes::SectionSize::name);
-      if (section == sizes.sections.end()) continue;
-      const bool isHere = std::ranges::find(section->regions, region) != section->regions.end();
+      const auto found = sections.find(each.section);
+      if (found == sections.end()) continue;
+      const std::vector<std::size_t>& regions = found->second->regions;
+      const bool isHere = std::ranges::find(regions, region) != regions.end();
       if (!isHere || (each.address == address && address != 0)) continue;
       address = each.address;
       sizes::TreemapNode node{ReadableSymbol(each.name), each.size};

@@ -63,15 +63,16 @@ Status WriteWithFolder(FileSystem& files, const std::string& path, std::string_v
 }  // namespace
 
 std::string CheckFileTitle(const std::string& name, const std::string& what) {
-  if (Trim(name).empty() || name == "." || name == "..") return "A " + what + " needs a name.";
+  const std::string article = what.starts_with('a') ? "An " : "A ";
+  if (Trim(name).empty() || name == "." || name == "..") return article + what + " needs a name.";
   for (const char c : name) {
     const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
     if (isControl || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) {
-      return "A " + what + "'s name can't contain / \\ : * ? \" < > | or control characters.";
+      return article + what + "'s name can't contain / \\ : * ? \" < > | or control characters.";
     }
   }
   return IsStorable(name) ? std::string()
-                          : "A " + what + "'s name can't contain &quot; or &slash;.";
+                          : article + what + "'s name can't contain &quot; or &slash;.";
 }
 
 bool IsStorable(const std::string& text) {

@@ -38,6 +38,8 @@ std::optional<std::uint64_t> ParseAmount(const std::string& text, std::uint64_t 
   } else if (!unit.empty()) {
     return std::nullopt;
   }
+  constexpr double kMost = 1e18;
+  if (!(number < kMost)) return std::nullopt;  // also not a number
   return static_cast<std::uint64_t>(number + 0.5);
 }
 
