@@ -90,7 +90,8 @@ std::string_view MemoryOf(const SdccArea& area) {
                                          "INITIALIZER", "XINIT",    "CSEG",        "_CODE", "_HOME",
                                          "_GSINIT",     "_GSFINAL", "_INITIALIZER"};
   constexpr std::string_view kRam[] = {"DATA", "INITIALIZED", "DSEG",  "OSEG",         "ISEG",
-                                       "BSEG", "BSEG_BYTES",  "_DATA", "_INITIALIZED", "BSS"};
+                                       "BSEG", "BSEG_BYTES",  "_DATA", "_INITIALIZED", "BSS",
+                                       "XSEG", "XISEG",       "PREG2"};
   const auto isName = [&area](std::string_view name) { return area.name == name; };
   if (area.attributes.find("XDATA") != area.attributes.npos) return "XRAM";
   if (area.attributes.find("CODE") != area.attributes.npos) return "flash";

@@ -161,11 +161,11 @@ TEST(ProgramSizes, MapsOfSdccHaveSizesUpToTheNextSymbol) {
   // The linker for the 8051 has the area of internal variables with all that they might take.
   const ProgramSizes inner = MeasureSdcc(
       "DSEG 00000000 00000080 = 128. bytes (REL,CON)\n 00000008 _x a\n"
-      "_GSINIT 0000020E 00000025 = 37. bytes (REL,CON)\n",
+      "_GSINIT 0000020E 00000025 = 37. bytes (REL,CON)\nXSEG 0 4 = 4. bytes (REL,CON)\n",
       {}, "0x00:|0|0|a|b| |S|\n0x20:|B|Q|c|T|\nx:|a|\n");
   ASSERT_EQ(inner.regions.size(), 2U);
   EXPECT_EQ(inner.regions[0].used, 37U);
-  EXPECT_EQ(inner.regions[1].used, 3U);
+  EXPECT_EQ(inner.regions[1].used, 7U);
 }
 
 TEST(ProgramSizes, AMemoryWithoutASizeHoldsNothing) {
