@@ -21,7 +21,7 @@ constexpr GapText kGapTexts[] = {
     {"no-tool", true,
      "%1 can't be built: it has no tool. Check its option Target.Toolchain, and whether all "
      "definitions of options could be read."},
-    {"unknown-tool", true, "%3 can't be built: its tool %2 is not defined."},
+    {"unknown-tool", true, "%3 can't be built: its tool %2 has no valid definition."},
     {"no-tool", false,
      "%1 is not built: it has no tool (option Build.TranslateTool). Exclude it from the build if "
      "that is intended."},
