@@ -48,15 +48,7 @@ int RunActions(CommandContext& context) {
 
 int ShowCommands(CommandContext& context, const ApplicationEntry& application,
                  const std::string& action) {
-  const ActionCommands planned = GetActionCommands(context.Session(), application, action);
-  nlohmann::json list = nlohmann::json::array();
-  for (const ToolCommand& each : planned.commands) {
-    std::vector<std::string> words{each.program};
-    words.insert(words.end(), each.arguments.begin(), each.arguments.end());
-    list.push_back({{"folder", each.folder}, {"arguments", words}});
-    if (!context.Asked().json) context.Out().PrintLine(ShellLine(each));
-  }
-  if (context.Asked().json) PrintJson(context, list);
+  PrintCommands(context, GetActionCommands(context.Session(), application, action).commands);
   return kExitDone;
 }
 

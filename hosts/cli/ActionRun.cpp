@@ -1,10 +1,12 @@
 #include "hosts/cli/ActionRun.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/ShellText.h"
+#include "hosts/core/Printable.h"
 #include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
@@ -17,19 +19,6 @@ constexpr std::int32_t kOutputTimer = 3;
 constexpr std::chrono::milliseconds kOutputPeriod(40);
 // More output is shown, but not stored.
 constexpr std::size_t kMostStored = 1 << 20;
-
-// Returns the length of the text without an incomplete UTF-8 character at its end.
-std::size_t WholeLength(std::string_view text) {
-  std::size_t start = text.size();
-  while (start > 0 && text.size() - start < 4 &&
-         (static_cast<unsigned char>(text[start - 1]) & 0xC0) == 0x80) {
-    --start;
-  }
-  if (start == 0) return text.size();
-  const auto lead = static_cast<unsigned char>(text[start - 1]);
-  const std::size_t needed = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-  return text.size() - (start - 1) < needed ? start - 1 : text.size();
-}
 
 // Shows the output of an action while it runs.
 class ActionWatch : public BuildObserver {
@@ -55,7 +44,7 @@ class ActionWatch : public BuildObserver {
 
   void OnTick(BuildSession& session) {
     session.PollRuns();
-    Show(WholeLength(pending_));
+    Show(WholeCharacters(pending_));
     const bool isOver = request_.limit.count() > 0 && Clock::now() - start_ > request_.limit;
     if (!isOver || isLate_) return;
     isLate_ = true;
@@ -166,10 +155,17 @@ int FindAction(CommandContext& context, const ApplicationEntry& application,
   return kExitDone;
 }
 
-std::string ShellLine(const ToolCommand& command) {
-  std::string line = ShellWord(command.program);
-  for (const std::string& each : command.arguments) line += ' ' + ShellWord(each);
-  return line;
+void PrintCommands(CommandContext& context, const std::vector<ToolCommand>& commands) {
+  nlohmann::json list = nlohmann::json::array();
+  for (const ToolCommand& each : commands) {
+    std::vector<std::string> words{each.program};
+    words.insert(words.end(), each.arguments.begin(), each.arguments.end());
+    list.push_back({{"folder", each.folder}, {"arguments", words}});
+    std::string line;
+    for (const std::string& word : words) line += (line.empty() ? "" : " ") + ShellWord(word);
+    if (!context.Asked().json) context.Out().PrintLine(line);
+  }
+  if (context.Asked().json) PrintJson(context, list);
 }
 
 ActionResult RunAction(CommandContext& context, const ActionRequest& request) {

@@ -108,7 +108,7 @@ int RunDebug(CommandContext& context) {
   if (!own.commands.empty()) arguments.insert(arguments.begin(), "-batch");
   for (const std::string& each : own.commands) arguments.insert(arguments.end(), {"-ex", each});
   if (own.isDry) {
-    for (const ToolCommand& each : planned.commands) context.Out().PrintLine(ShellLine(each));
+    PrintCommands(context, planned.commands);
     return kExitDone;
   }
   if (!CheckAction(session, application, kDebugAction).empty()) {

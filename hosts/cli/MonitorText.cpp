@@ -1,5 +1,7 @@
 #include "hosts/cli/MonitorText.h"
 
+#include "hosts/core/Printable.h"
+
 namespace tarn::host {
 
 namespace {
@@ -15,7 +17,11 @@ void MonitorText::BeginLine(std::string& text) {
 std::string MonitorText::Add(std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789abcdef";
   std::string text;
-  for (const char c : bytes) {
+  incomplete_ += bytes;
+  const std::size_t length = isHex_ ? incomplete_.size() : WholeCharacters(incomplete_);
+  const std::string whole = incomplete_.substr(0, length);
+  incomplete_.erase(0, length);
+  for (const char c : whole) {
     if (!isHex_) {
       if (c == '\r') continue;
       if (c != '\n') BeginLine(text);
@@ -33,8 +39,10 @@ std::string MonitorText::Add(std::string_view bytes) {
 }
 
 std::string MonitorText::Finish() {
-  if (column_ == 0) return {};
-  std::string text = isHex_ ? std::string(3 * (kBytesInLine - column_) + 1, ' ') + shown_ : "";
+  if (column_ == 0 && incomplete_.empty()) return {};
+  std::string text =
+      isHex_ ? std::string(3 * (kBytesInLine - column_) + 1, ' ') + shown_ : incomplete_;
+  incomplete_.clear();
   shown_.clear();
   column_ = 0;
   return text + '\n';

@@ -25,6 +25,7 @@ class MonitorText {
   bool isHex_;
   std::function<std::string()> timeStamp_;
   std::size_t column_ = 0;  // characters, or bytes in hexadecimal, in the current line
+  std::string incomplete_;  // the first bytes of a character whose others have not arrived
   std::string shown_;       // the bytes of the current line in hexadecimal, as text
 };
 

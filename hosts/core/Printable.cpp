@@ -100,6 +100,18 @@ std::string PrintableXml(std::string_view text) {
   });
 }
 
+std::size_t WholeCharacters(std::string_view text) {
+  std::size_t start = text.size();
+  while (start > 0 && text.size() - start < 4 &&
+         (static_cast<unsigned char>(text[start - 1]) & 0xC0) == 0x80) {
+    --start;
+  }
+  if (start == 0) return text.size();
+  const auto lead = static_cast<unsigned char>(text[start - 1]);
+  const std::size_t needed = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+  return text.size() - (start - 1) < needed ? start - 1 : text.size();
+}
+
 std::string ValidXml(std::string_view text) {
   std::string valid;
   valid.reserve(text.size());

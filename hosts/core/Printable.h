@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -20,5 +21,8 @@ std::string PrintableXml(std::string_view text);
 // Like PrintableXml(), but also replaces all other bytes that no XML parser accepts: those that are
 // not valid UTF-8, and the codes U+FFFE and U+FFFF.
 std::string ValidXml(std::string_view text);
+// Returns the length of the text without an incomplete character of UTF-8 at its end, for text that
+// arrives in chunks.
+std::size_t WholeCharacters(std::string_view text);
 
 }  // namespace tarn::host

@@ -69,8 +69,9 @@ TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   }
   // A dry run starts nothing, and its line can be pasted into a shell.
   EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), " -c 'flash write_image erase {OUT/app}' "));
+  EXPECT_TRUE(Has(Do("upload", {"--dry-run", "--json"}), "\"flash write_image erase {OUT/app}\""));
   Set("Upload.Programmer", "");
-  EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), "/openocd -f board/m328p.cfg -c "));
+  EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), "openocd -f board/m328p.cfg -c "));
   Set("Upload.Tool", "uf2");
   std::filesystem::create_directory(project.PathOf("drive"));
   Set("Upload.Port", "drive");

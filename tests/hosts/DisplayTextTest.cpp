@@ -139,6 +139,9 @@ TEST(MonitorText, FormatsWhatAPortReceives) {
   MonitorText text(false, time);
   std::string shown = text.Add("a\r\nb");
   shown += text.Add("c\n\nd");
+  // The terminal gets no half character.
+  EXPECT_EQ(text.Add("\xc3"), "");
+  EXPECT_EQ(text.Add("\x80"), "\xc3\x80");
   EXPECT_EQ(shown + text.Finish(), "[0.5] a\n[0.5] bc\n\n[0.5] d\n");
   MonitorText hex(true, {});
   shown = hex.Add("0123456789abcdef\n\xff");
