@@ -91,12 +91,14 @@ TEST_F(WizardTest, TheProposedFolderIsTheUsersOwnAndThenTheLastOne) {
 }
 
 TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
-  std::filesystem::create_directory(folder / "new");
+  // A file of the user that a project for this target has a copy of as well.
+  std::filesystem::create_directories(folder / "new/src");
+  folder.Write("new/src/startup.c", "mine");
   ASSERT_TRUE(InWizard(
       [&](QDialog& dialog) {
         auto* const targets = dialog.findChild<QTreeView*>();
         targets->setFocus();
-        QTest::keyClicks(targets, "328p");
+        QTest::keyClicks(targets, "LM3S811");
         Fill(dialog, "Name:", "demo");
         Fill(dialog, "Location:", folder / "new");
         targets->setFocus();
@@ -106,7 +108,10 @@ TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
   QCoreApplication::processEvents();
   EXPECT_EQ(window->Session().Inspector().IsModified(), 0);
   const std::string texts = window->Session().Inspector().GetFileTexts();
-  EXPECT_TRUE(std::filesystem::exists(folder / "new/src/main.c"));
+  for (const std::string name : {"main.c", "startup2.c", "syscalls.c"}) {
+    EXPECT_TRUE(std::filesystem::exists(folder / ("new/src/" + name))) << name;
+  }
+  EXPECT_EQ(testing::ReadBytes(folder / "new/src/startup.c"), "mine");
   for (const char* const name : {"demo.tprj", "demo.tapp"}) {
     EXPECT_NE(texts.find(testing::ReadBytes(folder / ("new/" + std::string(name)))),
               std::string::npos)
