@@ -72,6 +72,8 @@ TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   EXPECT_TRUE(Has(Do("upload", {"--dry-run", "--json"}), "\"flash write_image erase {OUT/app}\""));
   Set("Upload.Programmer", "");
   EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), "openocd -f board/m328p.cfg -c "));
+  SetAll({{"Simulate.Tool", "sz80"}, {"Simulate.Machine", "Z80"}});
+  EXPECT_TRUE(Has(Do("simulate", {"--dry-run"}), "sz80 -b -t Z80 -G OUT/app\n"));
   Set("Upload.Tool", "uf2");
   std::filesystem::create_directory(project.PathOf("drive"));
   Set("Upload.Port", "drive");
