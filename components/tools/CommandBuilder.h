@@ -49,7 +49,8 @@ struct ToolPlan {
   std::vector<SizeBound> sizeBounds;  // of the sums
   std::string globals;                // empty if the tool produces none
   std::vector<std::string> products;
-  std::vector<std::string> byProducts;       // files that a run may produce
+  std::vector<std::string> requiredProducts, keptProducts;  // some of these, see ProductRule
+  std::vector<std::string> byProducts;                      // files that a run may produce
   std::vector<std::string> byProductStarts;  // beginnings of paths of further such files
   // Products that contain names generated at random by the programs, and the patterns of these
   // names.

@@ -62,6 +62,19 @@ bool HoldsFile(FileSystem& files, const CXmlNode& parent, const std::string& pat
   return false;
 }
 
+// Returns true if a tool makes the file, which then need not exist: it is the output of a node, or
+// is named like one without the last extension.
+bool IsMade(FileSystem& files, const CXmlNode& parent, const std::string& path) {
+  for (int i = 0; i < parent.GetChildCount(); ++i) {
+    const CXmlNode& child = *parent.GetChild(i);
+    const std::string output = OrEmpty(child.GetAttrValue("OutputFile"));
+    const bool isSame = !output.empty() && (IsSameName(files, output, path) ||
+                                            IsSameName(files, WithoutExtension(output), path));
+    if (isSame || IsMade(files, child, path)) return true;
+  }
+  return false;
+}
+
 std::string FilterOf(int row, const std::string& patterns) {
   return FormatMessageText("%s (%s)|%s|",
                            std::vector<std::string>{GetMessageText(row), patterns, patterns});
@@ -168,7 +181,10 @@ void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
   }
   const Result<bool> exists = files_.CheckExists(path);
   Status made = exists ? Status() : exists.GetError();
-  if (exists && !*exists) made = files_.WriteOwnFile(path, "");
+  if (exists && !*exists) {
+    const bool isMade = IsMade(files_, *state_.projectRoot, path);
+    if (!isMade) made = files_.WriteOwnFile(path, "");
+  }
   if (!made && (!exists || files_.ExamineLink(path))) {
     services_.output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
   } else if (!made) {

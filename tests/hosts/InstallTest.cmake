@@ -11,6 +11,7 @@ endif()
 set(wanted
   bin/tarn
   ${LIBDIR}/tarn-guard
+  ${LIBDIR}/tarn-embed
   ${LIBDIR}/tarn-uf2
   share/tarn/config/projectmanager.config
   share/tarn/config/message.xslt

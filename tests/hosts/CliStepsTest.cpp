@@ -1,0 +1,114 @@
+// Build steps of a project: generated sources and headers.
+
+#include <gtest/gtest.h>
+
+#include "hosts/CliProject.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+namespace {
+
+// The application "app", whose c.c includes a generated header, and whose generated source is
+// listed before the file that it is made from.
+class CliSteps : public ::testing::Test {
+ protected:
+  void AddLogo() {
+    project.Write("src/logo.bin", "ab");
+    project.Out({"add", "src/logo.bin", "--tool", "embed"});
+    project.Out({"options", "set", "Directories.Include", "build/app.gen"});
+    project.Out({"add", kSource, "--to", "app"});
+    project.Write("src/c.c",
+                  "#include \"logo.h\"\nint c(void) { return logo[1] + (int)logo_size; }\n");
+  }
+
+  static constexpr const char* kSource = "build/app.gen/logo.c";
+  CliProject project;
+};
+
+TEST_F(CliSteps, AFileBecomesAnArrayBeforeWhatUsesItIsCompiled) {
+  AddLogo();
+  EXPECT_FALSE(project.Exists(kSource));
+  for (const char* jobs : {"-j1", "-j8"}) {
+    SCOPED_TRACE(jobs);
+    project.Out({"clean"});
+    EXPECT_FALSE(project.Exists(kSource) || project.Exists("build/app.gen/logo.h"));
+    EXPECT_EQ(Built(project.Out({"build", jobs})), "logo.c a.c b.c c.c logo.c app");
+    EXPECT_TRUE(Has(project.Out({"build", jobs}), "Nothing to do"));
+  }
+  EXPECT_TRUE(Has(project.Out({"check"}), "No findings"));
+  // The header is the same for other bytes.
+  project.Edit("src/logo.bin", "xyz");
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "logo.c logo.c app");
+  EXPECT_TRUE(Has(project.Read(kSource), "0x78, 0x79, 0x7a,"));
+  project.Out({"options", "set", "-n", "src/logo.bin", "Embed.Type", "unsigned char"});
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "logo.c c.c logo.c app");
+  EXPECT_TRUE(Has(project.Out({"status"}), "up to date"));
+}
+
+TEST_F(CliSteps, ABuildContinuesWhereOneWithoutRecordsWasKilled) {
+  AddLogo();
+  project.Edit(kSource, "half of");
+  project.Edit("build/app.gen/logo.h", "half of");
+  project.Out({"build"});
+  EXPECT_TRUE(Has(project.Read("build/app.gen/logo.h"), "extern"));
+}
+
+TEST_F(CliSteps, CommandsOfTheProjectMakeFilesIfItIsTrusted) {
+  project.Write("src/names.txt", "ONE 1\n");
+  project.Out({"add", "src/names.txt", "--tool", "command"});
+  const auto set = [&](const char* option, const std::string& value) {
+    project.Out({"options", "set", "-n", "src/names.txt", "--", option, value});
+  };
+  const CliProject::Answer unset = project.Run({"build", "--trust"});
+  EXPECT_EQ(unset.code, 1);
+  EXPECT_TRUE(Has(unset.out + unset.err, "Build.Commands is not set")) << unset.out << unset.err;
+  set("Build.OutputFile", "build/gen/names.h");
+  set("Build.MoreFiles", "build/gen/names.log");
+  set("Build.Commands",
+      "sed \"s/^/#define /w build/gen/names.h\" $(General.Path);tools/done build/gen/names.log");
+  project.Edit("tools/done", "#!/bin/sh\necho done >\"$1\"\n");
+  std::filesystem::permissions(project.PathOf("tools/done"), std::filesystem::perms::owner_all);
+  project.Write("src/c.c", "#include \"../build/gen/names.h\"\nint c(void) { return ONE; }\n");
+  const CliProject::Answer refused = project.Run({"build"});
+  EXPECT_EQ(refused.code, 3);
+  EXPECT_TRUE(Has(refused.err, "run the program sed ")) << refused.err;
+  project.Trust();
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "names.h a.c b.c c.c app");
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  project.Edit("src/names.txt", "ONE 2\n");
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "names.h c.c app");
+  // A script is a dependency, and so is what else the commands write.
+  project.Touch("tools/done");
+  EXPECT_EQ(Built(project.Out({"build"})), "names.h c.c app");
+  project.Edit("build/gen/names.log", "changed");
+  EXPECT_EQ(Built(project.Out({"build"})), "names.h c.c app");
+  project.Edit("tools/done", "#!/bin/sh\nexit 0\n");
+  const CliProject::Answer lacks = project.Run({"build"});
+  EXPECT_EQ(lacks.code, 1);
+  EXPECT_TRUE(Has(lacks.out, "left no file " + project.PathOf("build/gen/names.log"))) << lacks.out;
+}
+
+TEST_F(CliSteps, AFileThatAnotherOneMakesIsMadeBeforeItIsUsed) {
+  project.Write("src/logo.txt", "text");
+  project.Write("src/c.c", "extern const char logo[];\nint c(void) { return logo[0]; }\n");
+  project.Trust();
+  project.Out({"add", "src/logo.txt", "--tool", "command"});
+  project.Out({"options", "set", "-n", "src/logo.txt", "Build.OutputFile", "build/gen/logo.bin"});
+  project.Out({"options", "set", "-n", "src/logo.txt", "Build.Commands",
+               "cp $(General.Path) $(Build.OutputFile)"});
+  project.Out({"add", "build/gen/logo.bin", "--tool", "embed"});
+  project.Out({"add", kSource});
+  project.Out({"move", "src/logo.txt", "app"});  // after the others
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "logo.bin logo.c a.c b.c c.c logo.c app");
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  project.Edit("src/logo.txt", "other");
+  EXPECT_EQ(Built(project.Out({"build", "-k0"})), "logo.bin logo.c logo.c app");
+  project.Edit("src/logo.txt", "third");
+  project.Out({"options", "set", "-n", "src/logo.txt", "Build.Commands", "false"});
+  const CliProject::Answer failed = project.Run({"build", "-k0"});
+  EXPECT_EQ(failed.code, 1);
+  EXPECT_EQ(Built(failed.out), "logo.bin") << failed.out;
+}
+
+}  // namespace
+}  // namespace tarn::host
