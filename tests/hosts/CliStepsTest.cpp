@@ -1,4 +1,4 @@
-// Build steps of a project: generated sources and headers.
+// Build steps of a project: generated sources and headers, commands after a link.
 
 #include <gtest/gtest.h>
 
@@ -19,6 +19,11 @@ class CliSteps : public ::testing::Test {
     project.Out({"add", kSource, "--to", "app"});
     project.Write("src/c.c",
                   "#include \"logo.h\"\nint c(void) { return logo[1] + (int)logo_size; }\n");
+  }
+
+  void AddScript(const std::string& name, const std::string& lines) {
+    project.Edit(name, "#!/bin/sh\n" + lines);
+    std::filesystem::permissions(project.PathOf(name), std::filesystem::perms::owner_all);
   }
 
   static constexpr const char* kSource = "build/app.gen/logo.c";
@@ -66,8 +71,7 @@ TEST_F(CliSteps, CommandsOfTheProjectMakeFilesIfItIsTrusted) {
   set("Build.MoreFiles", "build/gen/names.log");
   set("Build.Commands",
       "sed \"s/^/#define /w build/gen/names.h\" $(General.Path);tools/done build/gen/names.log");
-  project.Edit("tools/done", "#!/bin/sh\necho done >\"$1\"\n");
-  std::filesystem::permissions(project.PathOf("tools/done"), std::filesystem::perms::owner_all);
+  AddScript("tools/done", "echo done >\"$1\"\n");
   project.Write("src/c.c", "#include \"../build/gen/names.h\"\nint c(void) { return ONE; }\n");
   const CliProject::Answer refused = project.Run({"build"});
   EXPECT_EQ(refused.code, 3);
@@ -108,6 +112,49 @@ TEST_F(CliSteps, AFileThatAnotherOneMakesIsMadeBeforeItIsUsed) {
   const CliProject::Answer failed = project.Run({"build", "-k0"});
   EXPECT_EQ(failed.code, 1);
   EXPECT_EQ(Built(failed.out), "logo.bin") << failed.out;
+}
+
+TEST_F(CliSteps, CommandsAfterALinkRunWithItAndCanFail) {
+  AddScript("tools/sign", "echo signing\ncp $1 $2\n");
+  project.Out({"options", "set", "After.Commands",
+               "tools/sign $(Build.OutputFile) build/$(Config.Name)/app.signed"});
+  project.Out({"options", "set", "After.Files", "build/$(Config.Name)/app.signed"});
+  const CliProject::Answer refused = project.Run({"build"});
+  EXPECT_EQ(refused.code, 3);
+  EXPECT_TRUE(Has(refused.err, "run the program " + project.PathOf("tools/sign"))) << refused.err;
+  EXPECT_FALSE(project.Exists("build/Standard/app.signed"));
+  project.Trust();
+  EXPECT_TRUE(Has(project.Out({"build", "-v"}), "signing"));
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  std::filesystem::remove(project.PathOf("build/Standard/app.signed"));
+  EXPECT_EQ(Built(project.Out({"build"})), "app");
+  AddScript("tools/sign", "echo no key; exit 3\n");
+  const CliProject::Answer failed = project.Run({"build"});
+  EXPECT_EQ(failed.code, 1);
+  EXPECT_TRUE(Has(project.Run({"report"}).out, "no key")) << failed.out;
+  AddScript("tools/sign", "cp $1 $2\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "app");
+  project.Out({"clean"});
+  EXPECT_FALSE(project.Exists("build/Standard/app.signed"));
+}
+
+TEST_F(CliSteps, AnApplicationJoinsWhatOthersWrite) {
+  project.WriteProject({{"image", {}}, {"boot", {"c.c"}}, {"prog", {"b.c", "a.c"}}});
+  project.Trust();
+  project.Write("src/c.c", "int main(void) { return 1; }\n");
+  AddScript("tools/join", "cat $2 $3 >$1\n");
+  const auto set = [&](const char* application, const char* option, const std::string& value) {
+    project.Out({"options", "set", "-a", application, option, value});
+  };
+  set("image", "Build.TranslateTool", "pack");
+  set("image", "Build.OutputFile", "build/image.bin");
+  set("image", "After.Commands", "tools/join build/image.bin build/boot.bin build/Standard/prog");
+  set("boot", "After.Commands", "cp build/Standard/boot build/boot.bin");
+  set("boot", "After.Files", "build/boot.bin");
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "c.c boot b.c a.c prog image.bin");
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  project.Edit("src/c.c", "int main(void) { return 2; }\n");
+  EXPECT_EQ(Built(project.Out({"build", "--app", "image"})), "c.c boot image.bin");
 }
 
 }  // namespace
