@@ -30,6 +30,7 @@ struct EditOptions {
   bool recursive = false;          // add --recursive
   std::vector<std::string> exclude, match;
   std::string application;  // add --application
+  bool isLibrary = false;   // add --library
   std::string tool;         // add --tool
   bool remove = false;      // sync --remove
   bool dryRun = false;      // sync --dry-run
@@ -193,7 +194,7 @@ int Edit::Add() {
   if (!own.application.empty()) {
     ApplicationEntry similar;
     if (const int code = ChooseApplication(similar); code != kExitDone) return code;
-    const int code = newApplication_.Make(context_, own.application, similar.path);
+    const int code = newApplication_.Make(context_, own.application, similar.path, own.isLibrary);
     if (code != kExitDone) return code;
     Note("created " + context_.Show(newApplication_.GetPath()));
   }
@@ -480,10 +481,14 @@ CommandSpec AddCommand() {
                 .Option("--match", own.match, "PATTERN",
                         "Add only these files, of any type; may be repeated")
                 .Needs(recursive);
+            const Argument application =
+                arguments
+                    .Option("--application", own.application, "NAME",
+                            "Create an application for the same target, and add the files to it")
+                    .NotEmpty();
             arguments
-                .Option("--application", own.application, "NAME",
-                        "Create an application for the same target, and add the files to it")
-                .NotEmpty();
+                .Flag("--library", own.isLibrary, "Make it a library that other applications link")
+                .Needs(application);
             arguments
                 .Option("--tool", own.tool, "NAME",
                         "Make other files from these with this tool; see build-steps.md")

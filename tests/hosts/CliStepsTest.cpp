@@ -157,5 +157,25 @@ TEST_F(CliSteps, AnApplicationJoinsWhatOthersWrite) {
   EXPECT_EQ(Built(project.Out({"build", "--app", "image"})), "c.c boot image.bin");
 }
 
+TEST_F(CliSteps, AnApplicationLinksALibraryOfTheProject) {
+  project.Write("src/core.c", "int core(void) { return 1; }\n");
+  project.Write("src/c.c", "int core(void);\nint c(void) { return core(); }\n");
+  project.Out({"add", "--application", "core", "--library", "src/core.c"});
+  project.Out({"add", "--application", "other", "-a", "core"});
+  EXPECT_EQ(project.Out({"options", "get", "-a", "other", "Target.Product"}), "program\n");
+  project.Out({"remove", "other"});
+  for (const std::string configuration : {"Standard", "Fast"}) {
+    SCOPED_TRACE(configuration);
+    project.Out(
+        {"options", "set", "-a", "app", "-c", configuration, "Linker.Applications", "core"});
+    project.Out({"config", "select", "-a", "app", configuration});
+    project.Out({"config", "select", "-a", "core", configuration});
+    EXPECT_EQ(Built(project.Out({"build", "--app", "app"})), "core.c core.a a.c b.c c.c app");
+    EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  }
+  project.Edit("src/core.c", "int core(void) { return 2; }\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "core.c core.a app");
+}
+
 }  // namespace
 }  // namespace tarn::host
