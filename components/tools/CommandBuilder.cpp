@@ -54,6 +54,7 @@ class PlanBuilder : public TemplateValues {
       }
     }
     plan_.depends = Paths(tool_.depends);
+    for (const Template& each : tool_.watchedFolders) AddWatchedFolder(each.Fill(*this));
     plan_.variables = tool_.variables;
     plan_.helpers = tool_.helpers.programs;
     plan_.helperFiles = Pieces(tool_.helpers.files, SplitOptionList);
@@ -130,6 +131,17 @@ class PlanBuilder : public TemplateValues {
         return isLinkTime_ ? "Yes" : "";
     }
     return {};
+  }
+
+  void AddWatchedFolder(const std::string& name) {
+    plan_.hasInexactNames = true;  // the commands' hash covers its entries
+    for (std::string folder = job_.baseFolder; job_.disk != nullptr && !folder.empty();) {
+      const std::string path = AbsolutePath(job_.disk, folder, name);
+      if (job_.disk->IsFolder(path)) return plan_.watchedFolders.push_back(path);
+      std::string above = FolderOf(folder);
+      if (above == folder) return;
+      folder = std::move(above);
+    }
   }
 
   void AddProducts(const ProductRule& rule) {

@@ -56,6 +56,7 @@ struct ToolPlan {
   // names.
   std::vector<std::pair<std::string, std::vector<std::string>>> randomNames;
   std::vector<std::string> depends;
+  std::vector<std::string> watchedFolders;
   std::vector<std::string> variables;    // see ToolDefinition
   std::vector<std::string> helpers;      // names of the programs started by those of the commands
   std::vector<std::string> helperFiles;  // names of files that these programs load implicitly

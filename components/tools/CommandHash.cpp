@@ -46,6 +46,22 @@ void Mix(std::uint64_t& hash, std::string_view text) {
   hash = HashBytes(text, hash + 1);
 }
 
+// Adds the names and times of the entries of a folder.
+void MixEntries(FileSystem& files, const std::string& folder, std::uint64_t& hash) {
+  auto entries = files.ListFolder(folder);
+  if (!entries) return;
+  std::sort(entries->begin(), entries->end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
+  for (const FolderEntry& each : *entries) {
+    const std::string path = JoinPath(folder, each.name);
+    const auto status = each.isFolder ? files.ExamineFolder(path) : files.Examine(path);
+    Mix(hash, each.name);
+    if (!status) continue;
+    Mix(hash, std::to_string(status->modifiedSeconds) + '.' +
+                  std::to_string(status->modifiedNanoseconds));
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> ProgramsOf(const ToolEnvironment& world, const ToolPlan& plan) {
@@ -92,6 +108,7 @@ std::uint64_t HashCommands(const ToolEnvironment& world, const ToolPlan& plan) {
     }
   }
   for (const std::string& path : plan.depends) Mix(hash, path);
+  for (const std::string& folder : plan.watchedFolders) MixEntries(*world.files, folder, hash);
   // A program that was within the limits may exceed others. Without limits nothing is added.
   for (std::size_t i = 0; i < plan.sizeBounds.size(); ++i) {
     const SizeBound& bound = plan.sizeBounds[i];

@@ -180,6 +180,9 @@ struct ToolDefinition {
   std::vector<ByProductRule> byProducts;
   std::vector<RandomNameRule> randomNames;
   std::vector<Template> depends;  // further dependencies of the output
+  // Folders whose entries the output depends on: paths, or names that are searched for in the
+  // application's folder and those above it.
+  std::vector<Template> watchedFolders;
   // Prefixes of arguments that name a header search folder, such as "-I". The folder is the rest of
   // the argument or the next one.
   std::vector<std::string> search;

@@ -182,7 +182,7 @@ class ToolReader : public ElementReader {
       } else if (name == "ByProduct") {
         tool_->byProducts.push_back(ReadByProduct(*child));
       } else if (name == "Depend") {
-        tool_->depends.push_back(ReadFile(*child));
+        ReadDepend(*child);
       } else if (name == "Libraries") {
         tool_->libraries.push_back(ReadLibraries(*child));
       } else if (name == "Helpers") {
@@ -218,9 +218,11 @@ class ToolReader : public ElementReader {
     }
   }
 
-  Template ReadFile(const CXmlNode& node) {
-    CheckAttributes(node, {"File"});
-    return Filled(node, "File");
+  void ReadDepend(const CXmlNode& node) {
+    CheckAttributes(node, {"File", "Folder"});
+    const Template folder = Filled(node, "Folder");
+    if (folder.IsEmpty()) return tool_->depends.push_back(Filled(node, "File"));
+    tool_->watchedFolders.push_back(folder);
   }
 
   static ArgumentPatterns ReadPatterns(const std::string& text) {

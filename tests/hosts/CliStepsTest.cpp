@@ -177,5 +177,43 @@ TEST_F(CliSteps, AnApplicationLinksALibraryOfTheProject) {
   EXPECT_EQ(Built(project.Out({"build"})), "core.c core.a app");
 }
 
+TEST_F(CliSteps, TheVersionOfTheSourcesIsCompiledWhereItIsUsed) {
+  const auto git = [&](const std::string& line) {
+    const std::vector<std::string> words = Words("-c user.name=n -c user.email=e " + line);
+    const CliProject::Answer answer = project.RunProgram("git", words);
+    EXPECT_EQ(answer.code, 0) << answer.err;
+  };
+  project.Write("version.h.in", "#define VERSION \"@GIT_DESCRIPTION@ @BUILD_NUMBER@ @ME@\"\n");
+  project.Write("src/c.c", "#include \"../build/app.gen/version.h\"\nconst char c[] = VERSION;\n");
+  project.Write(".gitignore", "build\n*.tstate\n*.tlog\n*.tlock\n");
+  project.Out({"add", "version.h.in", "--tool", "version"});
+  git("init -q");
+  git("add .");
+  git("commit -qm first");
+  git("tag v1");
+  const CliProject::Answer refused = project.Run({"build"});
+  EXPECT_TRUE(Has(refused.err, "run code with the argument --git")) << refused.err;
+  project.Trust();
+  const auto version = [&] { return project.Read("build/app.gen/version.h"); };
+  project.Out({"build", "-j8"});
+  EXPECT_EQ(version(), "#define VERSION \"v1 1 @ME@\"\n");
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  git("tag v2 -am second");
+  EXPECT_EQ(Built(project.Out({"build", "-j8"})), "version.h.stamp c.c app");
+  EXPECT_EQ(version(), "#define VERSION \"v2 1 @ME@\"\n");
+  project.Edit("src/a.c", "int a(void) { return 9; }\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "version.h.stamp a.c c.c app");
+  EXPECT_EQ(version(), "#define VERSION \"v2-dirty 1 @ME@\"\n");
+  project.Edit("src/a.c", "int a(void) { return 8; }\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "version.h.stamp a.c app");
+  git("commit -qam second");
+  EXPECT_EQ(Built(project.Out({"build"})), "version.h.stamp c.c app");
+  EXPECT_TRUE(Has(version(), "\"v2-1-g") && Has(version(), " 2 ")) << version();
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  project.environment.emplace_back("BUILD_NUMBER", "77");
+  EXPECT_EQ(Built(project.Out({"build"})), "version.h.stamp c.c app");
+  EXPECT_TRUE(Has(version(), " 77 ")) << version();
+}
+
 }  // namespace
 }  // namespace tarn::host

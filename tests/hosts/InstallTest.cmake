@@ -13,6 +13,7 @@ set(wanted
   ${LIBDIR}/tarn-guard
   ${LIBDIR}/tarn-embed
   ${LIBDIR}/tarn-uf2
+  ${LIBDIR}/tarn-version
   share/tarn/config/projectmanager.config
   share/tarn/config/message.xslt
   share/tarn/bin/k418/k418.pl
