@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "components/tools/GivenArguments.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 
 namespace tarn::tools {

@@ -42,9 +42,8 @@ constexpr const char* kGenerator = "Generator";  // type of nodes
 
 bool IsOutput(FileSystem& files, const CXmlNode& parent, const std::string& path) {
   for (const CXmlNode* child : parent.GetChildren()) {
-    const std::string output = GetAttribute(child, "OutputFile");
-    const bool isSame = !output.empty() && (IsSameName(files, output, path) ||
-                                            IsSameName(files, WithoutExtension(output), path));
+    const std::string output = MadeFile(GetAttribute(child, "OutputFile"));
+    const bool isSame = !output.empty() && IsSameName(files, output, path);
     if (isSame || IsOutput(files, *child, path)) return true;
   }
   return false;

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <vector>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"

@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "builder/Staleness.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -25,7 +26,8 @@ void Collect(const NodeTypes& types, CXmlNode& parent, std::vector<CXmlNode*>& f
 }
 
 bool Makes(const CXmlNode& node, const CXmlNode& user) {
-  const std::string output = OrEmpty(node.GetAttrValue("OutputFile"));
+  std::string output = OrEmpty(node.GetAttrValue("OutputFile"));
+  if (EqualNoCase(ExtensionOf(output), ".stamp")) output = WithoutExtension(output);
   return &node != &user && !output.empty() &&
          EqualNoCase(output, OrEmpty(user.GetAttrValue("Path")));
 }
