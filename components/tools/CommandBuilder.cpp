@@ -47,14 +47,14 @@ class PlanBuilder : public TemplateValues {
       plan_.sizeBounds.push_back({total.Fill(*this), max.Fill(*this)});
     }
     plan_.globals = Spelled(Path(tool_.globals.file));
-    plan_.products = Paths(tool_.products);
-    for (std::string& product : plan_.products) product = Spelled(product);
+    for (const ProductRule& rule : tool_.products) AddProducts(rule);
     for (const RandomNameRule& rule : tool_.randomNames) {
       for (const std::string& path : Paths({rule.file})) {
         plan_.randomNames.emplace_back(Spelled(path), rule.patterns);
       }
     }
     plan_.depends = Paths(tool_.depends);
+    for (const Template& each : tool_.watchedFolders) AddWatchedFolder(each.Fill(*this));
     plan_.variables = tool_.variables;
     plan_.helpers = tool_.helpers.programs;
     plan_.helperFiles = Pieces(tool_.helpers.files, SplitOptionList);
@@ -68,7 +68,11 @@ class PlanBuilder : public TemplateValues {
       folder_ = job_.baseFolder;
       relative_ = step.relativePaths;
       if (!Holds(step.conditions)) continue;
-      plan_.commands.push_back(MakeCommand(step));
+      if (step.hasCommandLines) {
+        AddCommandLines(step);
+      } else {
+        plan_.commands.push_back(MakeCommand(step));
+      }
     }
     folder_ = job_.baseFolder;
     for (const ByProductRule& rule : tool_.byProducts) AddByProducts(rule);
@@ -127,6 +131,27 @@ class PlanBuilder : public TemplateValues {
         return isLinkTime_ ? "Yes" : "";
     }
     return {};
+  }
+
+  void AddWatchedFolder(const std::string& name) {
+    plan_.hasInexactNames = true;  // the commands' hash covers its entries
+    for (std::string folder = job_.baseFolder; job_.disk != nullptr && !folder.empty();) {
+      const std::string path = AbsolutePath(job_.disk, folder, name);
+      if (job_.disk->IsFolder(path)) return plan_.watchedFolders.push_back(path);
+      std::string above = FolderOf(folder);
+      if (above == folder) return;
+      folder = std::move(above);
+    }
+  }
+
+  void AddProducts(const ProductRule& rule) {
+    if (!Holds(rule.conditions)) return;
+    for (const std::string& path : Paths({rule.file})) {
+      std::string product = Spelled(path);
+      if (rule.isRequired) plan_.requiredProducts.push_back(product);
+      if (rule.isKept) plan_.keptProducts.push_back(product);
+      plan_.products.push_back(std::move(product));
+    }
   }
 
   void AddByProducts(const ByProductRule& rule) {
@@ -280,7 +305,7 @@ class PlanBuilder : public TemplateValues {
     if (!step.folder.IsEmpty()) folder_ = Path(step.folder);
     spelledFolder_ = SpelledPath(job_.disk, folder_);
     command.folder = spelledFolder_;
-    command.program = step.program.Fill(*this);
+    if (!step.hasCommandLines) command.program = step.program.Fill(*this);
     isLinkTime_ = false;
     AddAllArguments(step, command);
     if (!tool_.linkTime.empty()) {
@@ -294,6 +319,25 @@ class PlanBuilder : public TemplateValues {
       command.environment.emplace_back(rule.name, rule.value.Fill(*this));
     }
     return command;
+  }
+
+  // Adds a command for each command line that the options of the step contain.
+  void AddCommandLines(const StepRule& step) {
+    isSplitLater_ = true;
+    const std::string lines = step.program.Fill(*this);
+    isSplitLater_ = false;
+    for (const std::string& line : SplitOptionList(lines)) {
+      std::vector<std::string> words = SplitWords(line);
+      if (words.empty()) continue;
+      for (std::string& word : words) word = RestoreSeparators(word);
+      ToolCommand command = MakeCommand(step);
+      command.program = ToNativeSeparators(words.front());
+      if (HasNativeSeparator(command.program)) {
+        command.program = AbsolutePath(job_.disk, command.folder, command.program);
+      }
+      command.arguments.insert(command.arguments.begin(), words.begin() + 1, words.end());
+      plan_.commands.push_back(std::move(command));
+    }
   }
 
   void AddAllArguments(const StepRule& step, ToolCommand& command) {
@@ -440,7 +484,7 @@ std::string BaseFolderOf(const OptionValues& values, const std::string& fallback
 std::vector<ToolProgram> ProgramsOf(const ToolDefinition& tool) {
   std::vector<ToolProgram> programs;
   for (const StepRule& step : tool.steps) {
-    if (!step.program.GetOptionMacros().empty()) continue;
+    if (step.hasCommandLines || !step.program.GetOptionMacros().empty()) continue;
     ToolProgram program{step.program.Fill(NoValues()), step.isOptional};
     if (!program.name.empty()) programs.push_back(std::move(program));
   }

@@ -49,12 +49,14 @@ struct ToolPlan {
   std::vector<SizeBound> sizeBounds;  // of the sums
   std::string globals;                // empty if the tool produces none
   std::vector<std::string> products;
-  std::vector<std::string> byProducts;       // files that a run may produce
+  std::vector<std::string> requiredProducts, keptProducts;  // some of these, see ProductRule
+  std::vector<std::string> byProducts;                      // files that a run may produce
   std::vector<std::string> byProductStarts;  // beginnings of paths of further such files
   // Products that contain names generated at random by the programs, and the patterns of these
   // names.
   std::vector<std::pair<std::string, std::vector<std::string>>> randomNames;
   std::vector<std::string> depends;
+  std::vector<std::string> watchedFolders;
   std::vector<std::string> variables;    // see ToolDefinition
   std::vector<std::string> helpers;      // names of the programs started by those of the commands
   std::vector<std::string> helperFiles;  // names of files that these programs load implicitly

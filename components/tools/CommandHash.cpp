@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "components/tools/GivenArguments.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 
 namespace tarn::tools {
@@ -44,6 +45,22 @@ std::vector<std::string> HeaderFolders(const ToolDefinition& tool,
 // Includes the length, so that moving a byte from one string to the next changes the hash.
 void Mix(std::uint64_t& hash, std::string_view text) {
   hash = HashBytes(text, hash + 1);
+}
+
+// Adds the names and times of the entries of a folder.
+void MixEntries(FileSystem& files, const std::string& folder, std::uint64_t& hash) {
+  auto entries = files.ListFolder(folder);
+  if (!entries) return;
+  std::sort(entries->begin(), entries->end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
+  for (const FolderEntry& each : *entries) {
+    const std::string path = JoinPath(folder, each.name);
+    const auto status = each.isFolder ? files.ExamineFolder(path) : files.Examine(path);
+    Mix(hash, each.name);
+    if (!status) continue;
+    Mix(hash, std::to_string(status->modifiedSeconds) + '.' +
+                  std::to_string(status->modifiedNanoseconds));
+  }
 }
 
 }  // namespace
@@ -92,6 +109,7 @@ std::uint64_t HashCommands(const ToolEnvironment& world, const ToolPlan& plan) {
     }
   }
   for (const std::string& path : plan.depends) Mix(hash, path);
+  for (const std::string& folder : plan.watchedFolders) MixEntries(*world.files, folder, hash);
   // A program that was within the limits may exceed others. Without limits nothing is added.
   for (std::size_t i = 0; i < plan.sizeBounds.size(); ++i) {
     const SizeBound& bound = plan.sizeBounds[i];

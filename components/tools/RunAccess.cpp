@@ -27,10 +27,18 @@ bool IsFlag(std::string_view word) {
   return word.size() > 1 && word.front() == '-';
 }
 
+// Returns true if options of the project are part of it. Those of the section Install are not the
+// project's.
+bool IsChosen(const Template& text) {
+  const std::vector<std::string> macros = text.GetOptionMacros();
+  return std::any_of(macros.begin(), macros.end(),
+                     [](const std::string& each) { return !each.starts_with("$(Install."); });
+}
+
 // Returns the option macros in output names and arguments of the definition.
 std::vector<std::string> OptionMacrosOf(const ToolDefinition& tool) {
   std::vector<const Template*> templates{&tool.output, &tool.listing};
-  for (const Template& each : tool.products) templates.push_back(&each);
+  for (const ProductRule& each : tool.products) templates.push_back(&each.file);
   for (const StepRule& step : tool.steps) {
     for (const ArgumentRule& each : step.arguments) {
       templates.insert(templates.end(), {&each.value, &each.list});
@@ -197,9 +205,16 @@ class AccessFinder {
         AddRequest(TrustRequestKind::Launcher, JoinWords(launcher));
       }
     }
+    // Commands of the project can do anything, whatever program they start.
+    if (command.rule->hasCommandLines) {
+      std::vector<std::string> words{program};
+      words.insert(words.end(), command.arguments.begin(), command.arguments.end());
+      if (!IsChosen(command.rule->program)) return AddProgram(program);
+      return AddRequest(TrustRequestKind::Program, JoinWords(words));
+    }
     // The program of an action may be what the project has built.
     const bool isBuilt = command.rule->program.HasOwnMacros();
-    if (isBuilt || !command.rule->program.GetOptionMacros().empty()) {
+    if (isBuilt || IsChosen(command.rule->program)) {
       AddRequest(TrustRequestKind::Program, program);
     } else {
       AddProgram(program);

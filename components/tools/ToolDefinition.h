@@ -52,6 +52,7 @@ struct EnvironmentRule {
 // A `Step`: a program to run.
 struct StepRule {
   Template program;
+  bool hasCommandLines = false;  // `program` is a list of command lines separated by ";"
   bool hasLauncher = false;
   Template launcher;
   Template folder;  // working folder; empty means that of the application
@@ -89,6 +90,14 @@ struct LibraryRule {
   std::vector<std::string> folderFlags;
   Template file;      // file names of a library, separated by ";"
   Template implicit;  // names of libraries linked without a flag, separated by ";"
+};
+
+// A file that the tool writes in addition to its output. Its folder must exist.
+struct ProductRule {
+  Template file;  // names separated by ";"
+  Conditions conditions;
+  bool isRequired = false;  // a run that doesn't leave it has failed
+  bool isKept = false;      // the tool leaves the one of an earlier run alone if it is the same
 };
 
 // A product that contains names generated at random by the programs.
@@ -166,11 +175,14 @@ struct ToolDefinition {
   Template output;
   Template listing;
   Template rules;
-  Template furtherRules;           // a second dependency file, which is optional
-  std::vector<Template> products;  // further files, whose folders must exist
+  Template furtherRules;  // a second dependency file, which is optional
+  std::vector<ProductRule> products;
   std::vector<ByProductRule> byProducts;
   std::vector<RandomNameRule> randomNames;
   std::vector<Template> depends;  // further dependencies of the output
+  // Folders whose entries the output depends on: paths, or names that are searched for in the
+  // application's folder and those above it.
+  std::vector<Template> watchedFolders;
   // Prefixes of arguments that name a header search folder, such as "-I". The folder is the rest of
   // the argument or the next one.
   std::vector<std::string> search;

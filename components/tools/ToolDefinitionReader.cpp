@@ -182,7 +182,7 @@ class ToolReader : public ElementReader {
       } else if (name == "ByProduct") {
         tool_->byProducts.push_back(ReadByProduct(*child));
       } else if (name == "Depend") {
-        tool_->depends.push_back(ReadFile(*child));
+        ReadDepend(*child);
       } else if (name == "Libraries") {
         tool_->libraries.push_back(ReadLibraries(*child));
       } else if (name == "Helpers") {
@@ -204,8 +204,9 @@ class ToolReader : public ElementReader {
   }
 
   void ReadProduct(const CXmlNode& node) {
-    CheckAttributes(node, {"File", "RandomNames"});
-    tool_->products.push_back(Filled(node, "File"));
+    CheckAttributes(node, {"File", "RandomNames", "Required", "Keep", "If"});
+    tool_->products.push_back({Filled(node, "File"), ReadConditions(Text(node, "If")),
+                               IsYes(node, "Required"), IsYes(node, "Keep")});
     std::vector<std::string> patterns = SplitOptionList(Text(node, "RandomNames"));
     for (const std::string& each : patterns) {
       if (each.find('?') == each.npos || each.front() == '?') {
@@ -213,13 +214,15 @@ class ToolReader : public ElementReader {
       }
     }
     if (!patterns.empty()) {
-      tool_->randomNames.push_back({tool_->products.back(), std::move(patterns)});
+      tool_->randomNames.push_back({tool_->products.back().file, std::move(patterns)});
     }
   }
 
-  Template ReadFile(const CXmlNode& node) {
-    CheckAttributes(node, {"File"});
-    return Filled(node, "File");
+  void ReadDepend(const CXmlNode& node) {
+    CheckAttributes(node, {"File", "Folder"});
+    const Template folder = Filled(node, "Folder");
+    if (folder.IsEmpty()) return tool_->depends.push_back(Filled(node, "File"));
+    tool_->watchedFolders.push_back(folder);
   }
 
   static ArgumentPatterns ReadPatterns(const std::string& text) {
@@ -270,12 +273,16 @@ class ToolReader : public ElementReader {
   }
 
   StepRule ReadStep(const CXmlNode& node) {
-    CheckAttributes(node, {"Program", "Launcher", "Folder", "Response", "ResponseAbove", "Optional",
-                           "Capture", "Paths", "Plain", "If", "Trim"});
+    CheckAttributes(node, {"Program", "Commands", "Launcher", "Folder", "Response", "ResponseAbove",
+                           "Optional", "Capture", "Paths", "Plain", "If", "Trim"});
     StepRule step;
     step.trimmed = Text(node, "Trim");
-    step.program = Filled(node, "Program");
+    step.hasCommandLines = node.GetAttr("Commands") != nullptr;
+    step.program = Filled(node, step.hasCommandLines ? "Commands" : "Program");
     if (step.program.IsEmpty()) Fail("a Step has no Program");
+    if (step.hasCommandLines && (node.GetAttr("Program") || node.GetAttr("Launcher"))) {
+      Fail("a Step with Commands has no Program and no Launcher");
+    }
     step.hasLauncher = node.GetAttr("Launcher") != nullptr;
     step.launcher = Filled(node, "Launcher");
     step.folder = Filled(node, "Folder");

@@ -124,6 +124,8 @@ bool ToolRun::RemoveEarlier() {
   made.insert(made.end(), plan_.products.begin(), plan_.products.end());
   for (const std::string& path : made) {
     const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
+    const auto& kept = plan_.keptProducts;
+    if (std::find(kept.begin(), kept.end(), path) != kept.end()) continue;
     if (path.empty() || isInput || !world_.files->ExamineExactly(path)) continue;
     const Status removed = world_.files->RemoveFile(path);
     if (removed) continue;
@@ -316,11 +318,10 @@ void ToolRun::LogStartFailure(const ToolCommand& command, const Error& error) {
 }
 
 // `reason` is an error from the OS; empty if the output does not exist.
-bool ToolRun::FailWithoutOutput(const std::string& reason) {
+bool ToolRun::FailWithoutOutput(const std::string& path, const std::string& reason) {
   if (!log_.HasErrors()) log_.ReportLastLines(0);
   log_.AddError(tool_.name + " ended without an error, but " +
-                (reason.empty() ? "left no file " + plan_.output
-                                : plan_.output + " can't be read: " + reason));
+                (reason.empty() ? "left no file " + path : path + " can't be read: " + reason));
   return false;
 }
 
@@ -333,7 +334,12 @@ bool ToolRun::CollectRecord() {
     // The file exists if it can be read, even if a stat has failed.
     if (text) status = world_.files->ExamineExactly(plan_.outputOnDisk);
     const bool isUnreadable = !text && text.GetError().code != ErrorCode::NotFound;
-    if (!status) return FailWithoutOutput(isUnreadable ? text.GetError().text : "");
+    if (!status) {
+      return FailWithoutOutput(plan_.output, isUnreadable ? text.GetError().text : "");
+    }
+  }
+  for (const std::string& path : plan_.requiredProducts) {
+    if (!world_.files->ExamineExactly(path)) return FailWithoutOutput(path, "");
   }
   BuildRecord found;
   found.output = plan_.output;

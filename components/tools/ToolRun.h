@@ -64,7 +64,7 @@ class ToolRun {
   void LogStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
   std::int64_t MillisecondsSince(std::int64_t start) const;
-  bool FailWithoutOutput(const std::string& reason);
+  bool FailWithoutOutput(const std::string& path, const std::string& reason);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
   // Returns false, after adding an error message, if the dependencies can't be determined.
   bool ReadDependencies(BuildRecord& found);

@@ -22,9 +22,8 @@ std::string ToolElement(const Tool& tool, std::string_view children) {
 
 // Returns elements for the options that name output files.
 std::string MadeElements(const ToolDefinition& tool) {
-  std::vector<Template> made = tool.products;
-  made.push_back(tool.output);
-  made.push_back(tool.listing);
+  std::vector<Template> made{tool.output, tool.listing};
+  for (const ProductRule& each : tool.products) made.push_back(each.file);
   std::string text;
   for (const Template& each : made) {
     for (const std::string& macro : each.GetOptionMacros()) {

@@ -30,12 +30,30 @@ struct EditOptions {
   bool recursive = false;          // add --recursive
   std::vector<std::string> exclude, match;
   std::string application;  // add --application
+  bool isLibrary = false;   // add --library
+  std::string tool;         // add --tool
   bool remove = false;      // sync --remove
   bool dryRun = false;      // sync --dry-run
 };
 
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
+constexpr const char* kGenerator = "Generator";  // type of nodes
+
+bool IsOutput(FileSystem& files, const CXmlNode& parent, const std::string& path) {
+  for (const CXmlNode* child : parent.GetChildren()) {
+    const std::string output = MadeFile(GetAttribute(child, "OutputFile"));
+    const bool isSame = !output.empty() && IsSameName(files, output, path);
+    if (isSame || IsOutput(files, *child, path)) return true;
+  }
+  return false;
+}
+
+// Returns true if a node of the project makes the file.
+bool IsMade(FileSystem& files, const std::string& tree, const std::string& path) {
+  const ProjectTree project(tree);
+  return project.GetRoot() != nullptr && IsOutput(files, *project.GetRoot(), path);
+}
 
 void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
                     std::vector<std::string>& labels) {
@@ -91,6 +109,7 @@ class Edit {
   int TakeWords();
   bool IsProject(const std::string& word) const;
   int AddOne(const std::string& file);
+  int SetTool(const std::string& tool);
   int AddFolder(const std::string& folder);
   int ChooseApplication(ApplicationEntry& application);
   int SelectTarget();
@@ -174,7 +193,7 @@ int Edit::Add() {
   if (!own.application.empty()) {
     ApplicationEntry similar;
     if (const int code = ChooseApplication(similar); code != kExitDone) return code;
-    const int code = newApplication_.Make(context_, own.application, similar.path);
+    const int code = newApplication_.Make(context_, own.application, similar.path, own.isLibrary);
     if (code != kExitDone) return code;
     Note("created " + context_.Show(newApplication_.GetPath()));
   }
@@ -231,7 +250,8 @@ int Edit::AddOne(const std::string& file) {
   }
   const Result<bool> exists = context_.Files().CheckExists(path);
   if (!exists) return Fail(context_.ShowFailure(path, "added", exists.GetError().text) + ".");
-  const bool isMissing = !*exists;
+  const bool isMade = !*exists && IsMade(context_.Files(), TreeText(), path);
+  const bool isMissing = !*exists && !isMade;
   if (const std::string why = context_.WhyUnusable(path); !why.empty()) {
     return Fail(context_.ShowFailure(path, "added", why) + ".");
   }
@@ -239,7 +259,7 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context_.Show(path) + " does not exist." +
                 (isApplication ? "" : " Use --create to create an empty one."));
   }
-  if (!isMissing && !context_.Files().Examine(path)) {
+  if (*exists && !context_.Files().Examine(path)) {
     const auto text = context_.Files().ReadWholeFile(path);
     if (!text) return Fail(context_.ShowFailure(path, "added", text.GetError().text) + ".");
   }
@@ -248,7 +268,9 @@ int Edit::AddOne(const std::string& file) {
   if (code != kExitDone) return code;
   const std::string before = TreeText();
   if (isMissing) created_.Expect(path);
-  if (context_.Session().Manager().AddExistingItem(path) == 0) {
+  const std::string& tool = context_.Own<EditOptions>().tool;
+  const NullableText type = tool.empty() ? NullableText() : NullableText(kGenerator);
+  if (context_.Session().Manager().AddExistingItem(path, type) == 0) {
     return Fail(context_.Show(path) + " can't be added.");
   }
   if (isMissing && !context_.Files().Exists(path)) {
@@ -266,7 +288,21 @@ int Edit::AddOne(const std::string& file) {
                 "\" already. Use `tarn move` to move it.");
   }
   Note("added " + context_.Show(path));
-  return kExitDone;
+  return tool.empty() ? kExitDone : SetTool(tool);
+}
+
+// Sets the tool of the node that was just added.
+int Edit::SetTool(const std::string& tool) {
+  const std::string section = "Build", name = "TranslateTool";
+  if (context_.Session().Tools().HasTool(tool) == 0) {
+    return Fail("There is no tool " + Printable(tool) + ".");
+  }
+  if (context_.Session().Manager().GetPropertyValue(kGenerator, section, name) == tool) {
+    return kExitDone;
+  }
+  const bool isSet =
+      context_.Session().Manager().SavePropertyValue(kGenerator, section, name, tool) != 0;
+  return isSet ? kExitDone : Fail("The tool can't be set.");
 }
 
 // Finds the application that new nodes go to: the new one, the one of --app, or the active one. Its
@@ -420,7 +456,8 @@ CommandSpec AddCommand() {
       .examples = {{"tarn add blinky.tprj src/uart.c src/uart.h", "to the active application"},
                    {"tarn add . src/*.c --to Sources", "to a group"},
                    {"tarn add -r src --exclude test", "a folder with its subfolders"},
-                   {"tarn add --application boot src/boot.c", "to a second application"}},
+                   {"tarn add --application boot src/boot.c", "to a second application"},
+                   {"tarn add --tool embed logo.bin", "to make a source from it"}},
       .access = ProjectAccess::Edit,
       .declare =
           [](CommandArguments& arguments) {
@@ -443,9 +480,17 @@ CommandSpec AddCommand() {
                 .Option("--match", own.match, "PATTERN",
                         "Add only these files, of any type; may be repeated")
                 .Needs(recursive);
+            const Argument application =
+                arguments
+                    .Option("--application", own.application, "NAME",
+                            "Create an application for the same target, and add the files to it")
+                    .NotEmpty();
             arguments
-                .Option("--application", own.application, "NAME",
-                        "Create an application for the same target, and add the files to it")
+                .Flag("--library", own.isLibrary, "Make it a library that other applications link")
+                .Needs(application);
+            arguments
+                .Option("--tool", own.tool, "NAME",
+                        "Make other files from these with this tool; see build-steps.md")
                 .NotEmpty();
             arguments.AddEditing();
           },

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <vector>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
@@ -16,41 +17,73 @@ namespace tarn::host {
 
 namespace {
 
+constexpr const char* kStandardConfiguration = "Standard";
+constexpr const char* kProduct = "Product";
+
+// Returns the child with this name and header, which is created if there is none.
+CXmlNode& ChildOf(CXmlNode& parent, const char* name, const std::string& header) {
+  for (CXmlNode* child : parent.GetChildren()) {
+    if (child->NameView() == name && GetAttribute(child, "Header") == header) return *child;
+  }
+  CXmlNode* child = parent.AddChild(name);
+  child->AddAttr("Header", header);
+  return *child;
+}
+
+CXmlNode& TargetIn(CXmlNode& options, const std::string& config) {
+  CXmlNode& set = ChildOf(ChildOf(options, "Config", config), "Set", "Application");
+  return ChildOf(set, "Section", "Target");
+}
+
 void CopyNode(CXmlNode& parent, const CXmlNode& node) {
   CXmlNode* copy = parent.AddChild(node.GetName());
   for (const CXmlAttr& each : node.Attributes()) copy->AddAttr(each.GetName(), each.GetValue());
   for (const CXmlNode* child : node.GetChildren()) CopyNode(*copy, *child);
 }
 
-// Copies the options in the section Target of one configuration.
+// Copies the options in the section Target of one configuration, except for the kind of product.
 void CopyTarget(CXmlNode& options, const CXmlNode& config) {
   for (const CXmlNode* set : config.GetChildren()) {
     if (GetAttribute(set, "Header") != "Application") continue;
     for (const CXmlNode* section : set->GetChildren()) {
       if (GetAttribute(section, "Header") != "Target") continue;
-      CXmlNode* copy = options.AddChild("Config");
-      copy->AddAttr("Header", GetAttribute(&config, "Header"));
-      CXmlNode* setCopy = copy->AddChild("Set");
-      setCopy->AddAttr("Header", "Application");
-      CopyNode(*setCopy, *section);
+      CXmlNode& copy = TargetIn(options, GetAttribute(&config, "Header"));
+      for (const CXmlNode* each : section->GetChildren()) {
+        if (GetAttribute(each, "Header") != kProduct) CopyNode(copy, *each);
+      }
     }
   }
 }
 
-std::string ApplicationText(const std::string& name, const CXmlNode* similar) {
+// Sets the kind of product in all configurations.
+void MakeLibrary(CXmlNode& options, const CXmlNode* configurations) {
+  std::vector<std::string> names{kStandardConfiguration};
+  for (int i = 0; configurations != nullptr && i < configurations->GetChildCount(); ++i) {
+    names.push_back(GetAttribute(configurations->GetChild(i), "Header"));
+  }
+  for (const std::string& name : names) {
+    CXmlNode& property = ChildOf(TargetIn(options, name), "Property", kProduct);
+    property.SetAttrValue("Removable", "Yes");
+    property.SetAttrValue("Value", "library");
+  }
+}
+
+std::string ApplicationText(const std::string& name, const CXmlNode* similar, bool isLibrary) {
   const auto application = CXmlNode::CreateNode("Application");
   application->AddAttr("Header", name);
   application->AddAttr("Extern", ".\\" + name + ".tapp");
   application->AddAttr("Path", ".\\" + name + ".tapp");
-  if (similar == nullptr) return application->ToString(g_xmlDisplayOptions);
   const std::string active = GetAttribute(similar, "Config");
   if (!active.empty()) application->AddAttr("Config", active);
-  if (const CXmlNode* configs = similar->FindChild("Configs")) CopyNode(*application, *configs);
-  if (const CXmlNode* stored = similar->FindChild("Options")) {
-    const auto options = CXmlNode::CreateNode("Options");
+  const CXmlNode* configs = similar == nullptr ? nullptr : similar->FindChild("Configs");
+  if (configs != nullptr) CopyNode(*application, *configs);
+  const auto options = CXmlNode::CreateNode("Options");
+  const CXmlNode* stored = similar == nullptr ? nullptr : similar->FindChild("Options");
+  if (stored != nullptr) {
     for (const CXmlNode* config : stored->GetChildren()) CopyTarget(*options, *config);
-    if (options->GetChildCount() > 0) CopyNode(*application, *options);
   }
+  if (isLibrary) MakeLibrary(*options, configs);
+  if (options->GetChildCount() > 0) CopyNode(*application, *options);
   return application->ToString(g_xmlDisplayOptions);
 }
 
@@ -62,7 +95,7 @@ NewApplication::~NewApplication() {
 }
 
 int NewApplication::Make(CommandContext& context, const std::string& name,
-                         const std::string& similar) {
+                         const std::string& similar, bool isLibrary) {
   if (const std::string problem = CheckFileTitle(name, "application"); !problem.empty()) {
     context.Complain(problem);
     return kExitUsage;
@@ -87,7 +120,8 @@ int NewApplication::Make(CommandContext& context, const std::string& name,
       if (GetAttribute(each, "Path") == similar) model = each;
     }
   }
-  const Status written = context.Files().WriteOwnFile(path, ApplicationText(name, model));
+  const Status written =
+      context.Files().WriteOwnFile(path, ApplicationText(name, model, isLibrary));
   if (!written) {
     context.Complain(context.ShowFailure(path, "written", written.GetError().text) + ".");
     return kExitCannotOpen;

@@ -5,6 +5,7 @@
 
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ServerDrivers.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -106,6 +107,10 @@ std::vector<ApplicationEntry> ProjectTree::GetApplications() const {
 bool ProjectTree::IsShown(const CXmlNode& node) {
   return node.GetType() == XmlElement &&
          std::find(kHidden.begin(), kHidden.end(), node.NameView()) == kHidden.end();
+}
+
+std::string MadeFile(const std::string& output) {
+  return EqualNoCase(ExtensionOf(output), ".stamp") ? WithoutExtension(output) : output;
 }
 
 }  // namespace tarn::host

@@ -39,6 +39,10 @@ FoundApplication FindApplication(const std::vector<ApplicationEntry>& applicatio
 // Returns the applications of the open project.
 std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector);
 
+// Returns the file that a node with this output makes for others: the output itself, or the file
+// for which it is only a stamp (`version.h.stamp`).
+std::string MadeFile(const std::string& output);
+
 // The project's tree as returned by the inspector.
 class ProjectTree {
  public:

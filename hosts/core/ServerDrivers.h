@@ -58,9 +58,9 @@ class ProjectManagerDriver : public COleDispatchDriver {
   }
   void Clean() { InvokeHelper(TARN_PM_CLEAN, {}); }
   std::string GetSelectedApplication() { return InvokeText(TARN_PM_GET_SELECTED_APPLICATION, {}); }
-  // Adds a file; its type is derived from the extension.
-  std::int32_t AddExistingItem(const std::string& path) {
-    return InvokeLong(TARN_PM_ADD_EXISTING_ITEM, {path, NullableText()});
+  // Adds a file. Without a type, it is derived from the extension.
+  std::int32_t AddExistingItem(const std::string& path, const NullableText& type = {}) {
+    return InvokeLong(TARN_PM_ADD_EXISTING_ITEM, {path, type});
   }
   // Adds the item specified in the wizard.
   std::int32_t AddNewItem() {
@@ -293,6 +293,8 @@ class ToolManagerDriver : public COleDispatchDriver {
     return InvokeLong(TARN_TOOL_INIT_TOOLS, {application, data, frame});
   }
   std::string ListTools() { return InvokeText(TARN_TOOL_LIST_TOOLS, {}); }
+  // Returns 1 if the tool is defined, or is the path of a program.
+  std::int32_t HasTool(const std::string& tool) { return InvokeLong(TARN_TOOL_HAS_TOOL, {tool}); }
   // Returns the command lines that a run of the tool would start; see ParseCommands.
   std::string GetCommandLines(const std::string& tool, const std::string& files,
                               const std::string& options) {

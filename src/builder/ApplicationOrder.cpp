@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "builder/OutputGuard.h"
 #include "builder/Staleness.h"
 #include "drivers/ToolManagerDriver.h"
 #include "platform/paths/Paths.h"
@@ -44,34 +45,53 @@ ApplicationOrder::ApplicationOrder(const NodeTypes& nodeTypes, CToolManagerDrive
     Entry& entry = entries_.emplace_back();
     entry.node = &child;
     entry.output = NameToCompare(OrEmpty(child.GetAttrValue("OutputFile")));
-    entry.fileName = FileNameOf(entry.output);
   }
   if (entries_.size() > 1) {
+    for (Entry& each : entries_) FindProducts(each);
     for (Entry& each : entries_) FindUses(each);
   }
   std::vector<const CXmlNode*> chain;
   for (Entry& each : entries_) Visit(each, chain);
 }
 
+// A tool that gets no files has none to examine, and still reports what it would write.
+void ApplicationOrder::FindProducts(Entry& entry) const {
+  const CXmlNode* values = FindStoredValues(*entry.node);
+  const char* tool = entry.node->GetAttrValue("TranslateTool");
+  if (tools_ == nullptr || values == nullptr || tool == nullptr || *tool == '\0') return;
+  for (const NamedOutput& each : FindWritten(tools_->GetAccess(tool, "", values->ValueText()))) {
+    if (each.isCertain) entry.products.push_back(each.path);
+  }
+}
+
 void ApplicationOrder::FindUses(Entry& entry) {
   if ((types_.FlagsOf(*entry.node) & kTypeBuild) == 0 || IsExactlyYes(*entry.node, "Exclude")) {
     return;
   }
-  std::vector<const Entry*> candidates;
+  struct Candidate {
+    std::string path;      // canonical
+    std::string fileName;  // last component of it
+    CXmlNode* node;
+  };
+  std::vector<Candidate> candidates;
   std::string outputs;
+  const auto add = [&](const Entry& maker, const std::string& path) {
+    const std::string name = NameToCompare(path);
+    if (name.empty() || (&maker != &entry && name == entry.output)) return;
+    candidates.push_back({name, FileNameOf(name), maker.node});
+    if (&maker != &entry) outputs.append(outputs.empty() ? "\"" : ",\"").append(path).append("\"");
+  };
   for (const Entry& each : entries_) {
-    if (each.output.empty() || (&each != &entry && each.output == entry.output)) continue;
-    candidates.push_back(&each);
-    if (&each == &entry) continue;
-    outputs +=
-        (outputs.empty() ? "\"" : ",\"") + OrEmpty(each.node->GetAttrValue("OutputFile")) + '"';
+    add(each, OrEmpty(each.node->GetAttrValue("OutputFile")));
+    if (&each == &entry || each.output == entry.output) continue;
+    for (const std::string& path : each.products) add(each, path);
   }
   if (outputs.empty()) return;
   const auto take = [&](std::string_view path) {
-    for (const Entry* each : candidates) {
+    for (const Candidate& each : candidates) {
       // A quick test first: nearly all files have a different name.
-      if (EndsWithNoCase(path, each->fileName) && NameToCompare(path) == each->output) {
-        AddUse(entry, each->node);
+      if (EndsWithNoCase(path, each.fileName) && NameToCompare(path) == each.path) {
+        AddUse(entry, each.node);
       }
     }
   };

@@ -11,9 +11,9 @@ class CToolManagerDriver;
 class CXmlNode;
 
 // Build order of a project's applications: topological sort by depth-first search. An application
-// comes after those it uses, that is, those whose output is one of its files or is read by its
-// tool, as a library or otherwise. Apart from that, the project's order is kept. Applications
-// excluded from the build use nothing.
+// comes after those it uses, that is, those whose output, or another file that their tool writes,
+// is one of its files or is read by its tool, as a library or otherwise. Apart from that, the
+// project's order is kept. Applications excluded from the build use nothing.
 //
 // Considers published nodes only. Compares each of their files with the output of each application,
 // which is a short comparison nearly always; a project with fewer than two applications costs
@@ -38,12 +38,13 @@ class ApplicationOrder {
   enum class State { New, InProgress, Done };
   struct Entry {
     CXmlNode* node = nullptr;
-    std::string output;           // canonical, for comparisons; may be empty
-    std::string fileName;         // last component of `output`
-    std::vector<CXmlNode*> uses;  // in project order
+    std::string output;                 // canonical, for comparisons; may be empty
+    std::vector<std::string> products;  // absolute paths of what its tool writes
+    std::vector<CXmlNode*> uses;        // in project order
     State state = State::New;
   };
 
+  void FindProducts(Entry& entry) const;
   void FindUses(Entry& entry);
   void AddUse(Entry& entry, CXmlNode* used);
   // One step of the depth-first search. `chain` is the path from the root of the search.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "builder/GeneratorOrder.h"
 #include "builder/LinkFiles.h"
 #include "builder/SameFiles.h"
 #include "builder/TrustCheck.h"
@@ -252,12 +253,16 @@ bool BuildWalk::StartNode(Frame& frame) {
       (void)model_.GetFiles().RemoveFile(database);
     }
     repeated_ = information_.FindRepeatedNodes(node);
-    if (runsAhead_.IsEnabled()) runsAhead_.Begin(model_.Types(), node, repeated_);
+    frame.children = FindGenerators(model_.Types(), node);
+    first_ = {frame.children.begin(), frame.children.end()};
+    if (runsAhead_.IsEnabled()) {
+      runsAhead_.Begin(model_.Types(), node, frame.children, repeated_);
+    }
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode* child = node.GetChild(i);
-    if (IsContentNode(*child)) frame.children.push_back(child);
+    if (IsContentNode(*child) && !first_.contains(child)) frame.children.push_back(child);
   }
   if (order_ && &node == state_.projectRoot.get()) OrderChildren(frame);
   frame.upToDateEpoch = information_.GetMtimes().GetEpoch();

@@ -209,6 +209,8 @@ class BuildWalk {
   std::uint64_t publishedGeneration_ = 0;  // epoch in which everything below the start is published
   unsigned stepCount_ = 0;
   std::unordered_set<const CXmlNode*> repeated_;  // nodes whose source is listed again later
+  // Nodes of the application that are built before all others, wherever they are in it.
+  std::unordered_set<const CXmlNode*> first_;
   PipeCheck pipes_;
   Prefetch ahead_;
   RunsAhead runsAhead_;

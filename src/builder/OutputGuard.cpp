@@ -121,9 +121,8 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
   const bool isRefused = model_.Protection().GetTrust().IsWithheld() && LocationOf(path).isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
-  if (const char* reason = status ? FindReason(path, *status) : nullptr) {
-    return Describe(output, reason);
-  }
+  const char* const needed = status ? FindReason(path, *status) : nullptr;
+  if (needed != nullptr && !IsGenerated(node, path, needed)) return Describe(output, needed);
   if (!isRefused && (model_.Protection().MayWriteOutside() || !LocationOf(path).isOutside)) {
     const bool isUnmade = status && !HasRecord(node, path);
     const char* const reason = isUnmade ? FindUnmadeReason(node, output) : nullptr;
@@ -190,7 +189,8 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
     const bool isLeft = status && IsSameVersion(store.Version(each).status, *status) &&
                         !model_.GetFiles().ExamineLink(path);
     const char* const reason = isLeft ? FindReason(path, *status) : nullptr;
-    const bool isOwn = reason == nullptr || reason == kIsDependency;
+    const bool isOwn =
+        reason == nullptr || reason == kIsDependency || IsGenerated(node, path, reason);
     if (isLeft && isOwn) paths.push_back(std::move(path));
   }
   return paths;
@@ -260,11 +260,28 @@ const char* OutputGuard::FindUnmadeReason(const CXmlNode& node, const NamedOutpu
   return isLeaf ? kIsUnmadeSource : kIsUnmade;
 }
 
+bool OutputGuard::IsGenerated(const CXmlNode& node, const std::string& path,
+                              const char* reason) const {
+  const bool isInput = reason == kIsSource || reason == kIsDependency;
+  return isInput && (model_.Types().FlagsOf(node) & kTypeFirst) != 0 && IsInBuildFolder(path);
+}
+
+bool OutputGuard::IsInBuildFolder(const std::string& path) const {
+  const std::string folder = FolderOf(model_.GetProjectPath());
+  if (!path.starts_with(folder)) return false;
+  const std::vector<std::string_view> parts =
+      Split(std::string_view(path).substr(folder.size()), kSeparator);
+  const auto build = std::find(parts.begin(), parts.end(), "build");
+  return parts.end() - build > 2;
+}
+
 bool OutputGuard::LooksLikeProduct(const CXmlNode& node, const NamedOutput& output) const {
   const std::string extension = ExtensionOf(output.path);
   const bool isOutput = output.option == kOutputOption;
-  const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
+  const std::uint32_t flags = model_.Types().FlagsOf(node);
+  const bool isApplication = (flags & kTypeApplication) != 0;
   if (!extension.empty()) {
+    if ((flags & (kTypeFirst | kTypeApplication)) != 0 && IsInBuildFolder(output.path)) return true;
     if (!isOutput) return Contains(kReportExtensions, extension);
     return Contains(kOutputExtensions, extension) ||
            (isApplication && Contains(kImageExtensions, extension));

@@ -96,7 +96,11 @@ class OutputGuard {
   // program for the output, also an image for that of an application, and a listing, map or
   // dependency file for anything else. An application also writes files without an extension, but
   // only as its output to a subfolder if a text is in its place: that may be the user's script.
+  // Generators and commands write files of any kind, which are products in a subfolder of "build".
   bool LooksLikeProduct(const CXmlNode& node, const NamedOutput& output) const;
+  // Returns true if a generator makes the file that is protected as a source or dependency.
+  bool IsGenerated(const CXmlNode& node, const std::string& path, const char* reason) const;
+  bool IsInBuildFolder(const std::string& path) const;
   bool HasRecord(const CXmlNode& node, const std::string& path) const;
 
   CProjectModel& model_;

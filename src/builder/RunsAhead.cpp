@@ -20,23 +20,29 @@ void RunsAhead::SetJobs(int count) {
 }
 
 void RunsAhead::Begin(const NodeTypes& types, const CXmlNode& application,
+                      const std::vector<CXmlNode*>& first,
                       const std::unordered_set<const CXmlNode*>& repeated) {
   nodes_.clear();
+  for (CXmlNode* const each : first) {
+    if (!repeated.contains(each)) nodes_.push_back(each);
+  }
+  std::unordered_set<const CXmlNode*> skipped = repeated;
+  skipped.insert(first.begin(), first.end());
   reached_ = next_ = 0;
   blocked_ = kNone;
   for (int i = 0; i < application.GetChildCount(); ++i) {
     CXmlNode* const child = application.GetChild(i);
-    if (IsContentNode(*child)) List(types, *child, repeated);
+    if (IsContentNode(*child)) List(types, *child, skipped);
   }
 }
 
 void RunsAhead::List(const NodeTypes& types, CXmlNode& node,
-                     const std::unordered_set<const CXmlNode*>& repeated) {
-  if (repeated.contains(&node) || (types.FlagsOf(node) & kTypeBuild) == 0) return;
+                     const std::unordered_set<const CXmlNode*>& skipped) {
+  if (skipped.contains(&node) || (types.FlagsOf(node) & kTypeBuild) == 0) return;
   if (IsExactlyYes(node, "Exclude")) return;
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode* const child = node.GetChild(i);
-    if (IsContentNode(*child)) List(types, *child, repeated);
+    if (IsContentNode(*child)) List(types, *child, skipped);
   }
   nodes_.push_back(&node);
 }

@@ -37,8 +37,10 @@ class RunsAhead {
   void SetJobs(int count);
   bool IsEnabled() const { return most_ > 0; }
 
-  // Lists the nodes below an application in the order of the walk, which leaves out `repeated`.
+  // Lists the nodes below an application in the order of the walk, which starts with `first` and
+  // leaves out `repeated`.
   void Begin(const NodeTypes& types, const CXmlNode& application,
+             const std::vector<CXmlNode*>& first,
              const std::unordered_set<const CXmlNode*>& repeated);
   // Moves the window to the node that the walk has reached. Returns false if it isn't listed.
   bool Reach(const CXmlNode& node);
@@ -65,7 +67,7 @@ class RunsAhead {
 
  private:
   void List(const NodeTypes& types, CXmlNode& node,
-            const std::unordered_set<const CXmlNode*>& repeated);
+            const std::unordered_set<const CXmlNode*>& skipped);
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 

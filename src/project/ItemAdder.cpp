@@ -18,6 +18,7 @@ namespace tarn {
 namespace {
 
 constexpr const char* kSourceList = "DebugSrcFiles";
+constexpr const char* kStampExtension = ".stamp";
 
 bool HasControlBytes(std::string_view text) {
   for (const char c : text) {
@@ -58,6 +59,19 @@ bool HoldsFile(FileSystem& files, const CXmlNode& parent, const std::string& pat
   for (int i = 0; i < parent.GetChildCount(); ++i) {
     const char* own = parent.GetChild(i)->GetAttrValue("Path");
     if (own != nullptr && IsSameName(files, own, path)) return true;
+  }
+  return false;
+}
+
+// Returns true if a tool makes the file, which then need not exist: it is the output of a node, or
+// named like one that is only a stamp for it.
+bool IsMade(FileSystem& files, const CXmlNode& parent, const std::string& path) {
+  for (int i = 0; i < parent.GetChildCount(); ++i) {
+    const CXmlNode& child = *parent.GetChild(i);
+    std::string output = OrEmpty(child.GetAttrValue("OutputFile"));
+    if (EqualNoCase(ExtensionOf(output), kStampExtension)) output = WithoutExtension(output);
+    const bool isSame = !output.empty() && IsSameName(files, output, path);
+    if (isSame || IsMade(files, child, path)) return true;
   }
   return false;
 }
@@ -168,7 +182,10 @@ void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
   }
   const Result<bool> exists = files_.CheckExists(path);
   Status made = exists ? Status() : exists.GetError();
-  if (exists && !*exists) made = files_.WriteOwnFile(path, "");
+  if (exists && !*exists) {
+    const bool isMade = IsMade(files_, *state_.projectRoot, path);
+    if (!isMade) made = files_.WriteOwnFile(path, "");
+  }
   if (!made && (!exists || files_.ExamineLink(path))) {
     services_.output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
   } else if (!made) {

@@ -9,9 +9,9 @@ namespace tarn {
 
 namespace {
 
-constexpr std::array<std::string_view, 10> kFlagNames = {
-    "Project", "Application", "Extern",    "Path",    "IsLeaf",
-    "Build",   "Debug",       "AutoDebug", "InBuild", "InDebug"};
+constexpr std::array<std::string_view, 11> kFlagNames = {
+    "Project", "Application", "Extern",  "Path",    "IsLeaf", "Build",
+    "Debug",   "AutoDebug",   "InBuild", "InDebug", "First"};
 
 bool IsYes(const CXmlNode& record, std::string_view key) {
   const char* value = record.GetAttrValue(key);

@@ -26,6 +26,7 @@ enum TypeFlag : std::uint32_t {
   kTypeAutoDebug = 1u << 7,    // every change is reported to the host
   kTypeInBuild = 1u << 8,      // allowed in a parent that builds; its output is linked
   kTypeInDebug = 1u << 9,      // allowed in a parent that debugs
+  kTypeFirst = 1u << 10,       // built before all other nodes of its application
 };
 
 // Returns true if the element is a node of the project tree; false for elements that only carry

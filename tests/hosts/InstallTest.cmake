@@ -11,7 +11,9 @@ endif()
 set(wanted
   bin/tarn
   ${LIBDIR}/tarn-guard
+  ${LIBDIR}/tarn-embed
   ${LIBDIR}/tarn-uf2
+  ${LIBDIR}/tarn-version
   share/tarn/config/projectmanager.config
   share/tarn/config/message.xslt
   share/tarn/bin/k418/k418.pl

@@ -96,6 +96,7 @@ TEST_F(Configuration, ARecordWithoutAFlagThatWalkAndListsNeed) {
             "Header: Path IsLeaf InBuild [h;hpp;hh;inc]\n"
             "Library: Path IsLeaf InBuild [a;lib]\n"
             "LinkerScript: Path IsLeaf InBuild [ld;lds;lk]\n"
+            "Generator: Path IsLeaf Build InBuild First []\n"
             "NodeText: Path IsLeaf InDebug []\n");
 }
 
