@@ -138,16 +138,19 @@ void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
 
 void ToolSet::PrepareLists() {
   std::map<std::string, std::size_t> counts;
-  const auto list = [&](const auto& tool) {
+  const auto list = [&](const auto& tool, const std::string& attributes) {
     for (const std::string& extension : tool.extensions) {
-      if (counts[extension]++ < kMaxListed) listsByExtension_[extension] += ToolElement(tool, "");
+      if (counts[extension]++ < kMaxListed) {
+        listsByExtension_[extension] += ToolElement(tool, attributes + "/>");
+      }
     }
   };
   for (const auto& tool : tools_) {
     byName_[FoldCase(tool->name)] = tool.get();
-    list(*tool);
+    const bool translates = !tool->output.IsEmpty() && !tool->toolchain.empty();
+    list(*tool, translates ? XmlAttribute("Toolchain", tool->toolchain) : std::string());
   }
-  for (const ActionRule& action : actions_) list(action);
+  for (const ActionRule& action : actions_) list(action, {});
   for (auto& [extension, text] : listsByExtension_) {
     text.insert(0, "<Tools>").append("</Tools>");
   }

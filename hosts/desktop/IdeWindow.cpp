@@ -136,7 +136,8 @@ void IdeWindow::MakeMenuCommands() {
     runner_->Run(command);
   };
   menuCommands_.listTools = [this] {
-    return ReadToolEntries(session_->Manager().GetToolCommands());
+    return WithoutForeignTools(ReadToolEntries(session_->Manager().GetToolCommands()),
+                               session_->Manager().GetPropertyValue({}, "Build", "TranslateTool"));
   };
   menuCommands_.listConfigurations = [this] { return ListConfigurations(); };
   menuCommands_.chooseConfiguration = [this](const std::string& name) {

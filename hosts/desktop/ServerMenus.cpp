@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QShortcut>
 #include <QToolBar>
+#include <algorithm>
 #include <cstdlib>
 
 #include "hosts/core/LogEntry.h"
@@ -155,8 +156,18 @@ std::vector<ToolEntry> ReadToolEntries(const std::string& xml) {
     const std::string title = GetAttribute(each, "Title");
     const auto command = static_cast<std::uint32_t>(std::atoi(GetAttribute(each, "Id").c_str()));
     if (command < TARN_CMD_FIRST_TOOL || command > TARN_CMD_LAST_TOOL) continue;
-    tools.push_back({command, title.empty() ? GetAttribute(each, "Header") : title});
+    const std::string id = GetAttribute(each, "Header");
+    tools.push_back({command, title.empty() ? id : title, id, GetAttribute(each, "Toolchain")});
   }
+  return tools;
+}
+
+std::vector<ToolEntry> WithoutForeignTools(std::vector<ToolEntry> tools, const std::string& own) {
+  const auto used = std::ranges::find(tools, own, &ToolEntry::id);
+  if (used == tools.end() || used->toolchain.empty()) return tools;
+  std::erase_if(tools, [toolchain = used->toolchain](const ToolEntry& each) {
+    return !each.toolchain.empty() && each.toolchain != toolchain;
+  });
   return tools;
 }
 
