@@ -35,6 +35,7 @@
 #include "hosts/desktop/FindingsPane.h"
 #include "hosts/desktop/JournalManager.h"
 #include "hosts/desktop/OptionsWindow.h"
+#include "hosts/desktop/OutputPane.h"
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
@@ -279,6 +280,7 @@ bool IdeWindow::Start() {
   session_->Manager().GetProjectWindow();
   session_->Manager().GetOutputWindow();
   AddFindingsDock(*navigation);
+  AddOutputDock();
   surface_->LoadPopups(files_, session_->GetFolders().ConfigFile(files_));
   layout_.Restore();
   layout_.HidePanes();
@@ -327,6 +329,7 @@ void IdeWindow::OnProjectChanged() {
   project_->Follow();
   options_->OnNodeLoaded();
   if (!path.empty()) return layout_.ShowPanes();
+  notices_->Clear();  // of the placeholder project
   // Deferred, because another project may be opened next.
   QTimer::singleShot(0, this, [this] {
     if (runner_->GetProjectPath().empty()) layout_.HidePanes();
@@ -449,6 +452,27 @@ void IdeWindow::AddFindingsDock(QMenu& menu) {
   });
 }
 
+// Hidden until an action prints something.
+void IdeWindow::AddOutputDock() {
+  output_ = new OutputPane(this);
+  auto* const dock = new QDockWidget(tr("Program output"), this);
+  dock->setObjectName("dockOutput");
+  dock->setWidget(output_);
+  surface_->AddBottomDock(*dock);
+  dock->hide();
+  output_->onFirst = [dock] {
+    dock->show();
+    dock->raise();
+  };
+  runner_->onOutput = [this](const std::string& text) { output_->Add(text); };
+  runner_->queryToolTitle = [this](std::uint32_t command) {
+    for (const ToolEntry& each : menuCommands_.listTools()) {
+      if (each.command == command) return each.name;
+    }
+    return std::string();
+  };
+}
+
 std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
   const ConfigurationList list = options_->Configurations();
   std::vector<ConfigurationEntry> entries;
@@ -504,6 +528,9 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
 void IdeWindow::OnBuildAsked() {
   // A message would cover the progress of the build.
   statusBar()->clearMessage();
+  output_->Begin();
+  // The output of an action would cover the messages of the build.
+  if (runner_->GetToolTitle().empty() && output_->isVisible()) surface_->RaiseLog();
   // A value that is still being edited is included in the build, unless it has already started.
   if (runner_->IsWaiting()) options_->FinishEditing();
   area_->ProjectBanner().SetReady(false, tr("The project is being built."));

@@ -63,11 +63,15 @@ void ServerDocks::RefreshToolBars() {
   for (QToolBar* const bar : toolBars_) RefreshServerToolBar(*bar, commands_);
 }
 
-void ServerDocks::ShowLog() {
+void ServerDocks::RaiseLog() {
   if (logDock_ == nullptr) return;
   logDock_->show();
   logDock_->raise();
-  logDock_->widget()->setFocus();
+}
+
+void ServerDocks::ShowLog() {
+  RaiseLog();
+  if (logDock_ != nullptr) logDock_->widget()->setFocus();
 }
 
 void ServerDocks::AddDock(const HostMessageEvent& announcement) {

@@ -44,6 +44,8 @@ class ServerDocks {
   void RefreshToolBars();
   // Shows the log and gives it the keyboard focus.
   void ShowLog();
+  // Like ShowLog(), without the focus.
+  void RaiseLog();
   // Adds a dock as a tab to those at the lower edge of the window.
   void AddBottomDock(QDockWidget& dock);
 

@@ -757,6 +757,10 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <source>Choose a microcontroller.</source>
         <translation>Wählen Sie einen Mikrocontroller.</translation>
     </message>
+    <message>
+        <source>Program output</source>
+        <translation>Programmausgabe</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>
@@ -767,6 +771,17 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     <message>
         <source>Too large for crash recovery: %1.</source>
         <translation>Zu groß für die Wiederherstellung nach einem Absturz: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputPane</name>
+    <message>
+        <source>Program output</source>
+        <translation>Programmausgabe</translation>
+    </message>
+    <message>
+        <source>What a simulator or another tool prints appears here while it runs.</source>
+        <translation>Was ein Simulator oder ein anderes Werkzeug ausgibt, erscheint hier, während es läuft.</translation>
     </message>
 </context>
 <context>
@@ -1355,6 +1370,30 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>%1 s  %2</source>
         <translation>%1 s  %2</translation>
+    </message>
+    <message>
+        <source>%1: finished</source>
+        <translation>%1: fertig</translation>
+    </message>
+    <message>
+        <source>%1: stopped</source>
+        <translation>%1: abgebrochen</translation>
+    </message>
+    <message>
+        <source>%1: not started</source>
+        <translation>%1: nicht gestartet</translation>
+    </message>
+    <message>
+        <source>%1: failed</source>
+        <translation>%1: fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1: running...</source>
+        <translation>%1 läuft …</translation>
+    </message>
+    <message>
+        <source>Stopping...</source>
+        <translation>Wird angehalten …</translation>
     </message>
 </context>
 <context>

@@ -757,6 +757,10 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <source>Choose a microcontroller.</source>
         <translation>Choisissez un microcontrôleur.</translation>
     </message>
+    <message>
+        <source>Program output</source>
+        <translation>Sortie du programme</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>
@@ -767,6 +771,17 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     <message>
         <source>Too large for crash recovery: %1.</source>
         <translation>Trop volumineux pour la récupération après un plantage&#xa0;: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputPane</name>
+    <message>
+        <source>Program output</source>
+        <translation>Sortie du programme</translation>
+    </message>
+    <message>
+        <source>What a simulator or another tool prints appears here while it runs.</source>
+        <translation>Ce qu’un simulateur ou un autre outil affiche apparaît ici pendant son exécution.</translation>
     </message>
 </context>
 <context>
@@ -1355,6 +1370,30 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>%1 s  %2</source>
         <translation>%1 s  %2</translation>
+    </message>
+    <message>
+        <source>%1: finished</source>
+        <translation>%1 : terminé</translation>
+    </message>
+    <message>
+        <source>%1: stopped</source>
+        <translation>%1 : arrêté</translation>
+    </message>
+    <message>
+        <source>%1: not started</source>
+        <translation>%1 : non lancé</translation>
+    </message>
+    <message>
+        <source>%1: failed</source>
+        <translation>%1 : échec</translation>
+    </message>
+    <message>
+        <source>%1: running...</source>
+        <translation>%1 : en cours…</translation>
+    </message>
+    <message>
+        <source>Stopping...</source>
+        <translation>Arrêt en cours…</translation>
     </message>
 </context>
 <context>
