@@ -122,7 +122,7 @@ int Creation::AddFirstSource() {
   const auto applications = ListApplications(session.Inspector());
   if (applications.size() != 1) return kExitDone;
   const std::string& application = applications.front().path;
-  const Status added = host::AddFirstSource(session, context_.Files(), application);
+  const auto added = host::AddFirstSource(session, context_.Files(), application);
   if (added) return kExitDone;
   const Error& error = added.GetError();
   return Fail(context_.ShowFailure(error.place, "written", error.text));

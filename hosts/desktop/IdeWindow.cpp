@@ -34,6 +34,7 @@
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
 #include "hosts/desktop/JournalManager.h"
+#include "hosts/desktop/NewProjectForm.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/OutputPane.h"
 #include "hosts/desktop/StatusProgress.h"
@@ -242,6 +243,10 @@ void IdeWindow::FollowBuilds() {
   dialogs_.findProblem = [](const CPropertySheet& sheet) {
     const bool misses = WizardForm::Fits(sheet) && WizardForm(sheet).MissesTarget();
     return misses ? FromQt(tr("Choose a microcontroller.")) : std::string();
+  };
+  dialogs_.onSheet = [this](const CPropertySheet& sheet, QDialog& dialog) {
+    const std::string shared = session_->GetFolders().application;
+    NewProjectForm::Extend(sheet, dialog, ToQt(shared) + "config/resources/");
   };
   dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }

@@ -774,6 +774,17 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     </message>
 </context>
 <context>
+    <name>NewProjectForm</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Lists the microcontrollers and boards with these words in their name, family, core or description</source>
+        <translation>Listet die Mikrocontroller und Boards mit diesen Wörtern in Name, Familie, Kern oder Beschreibung auf</translation>
+    </message>
+</context>
+<context>
     <name>OutputPane</name>
     <message>
         <source>Program output</source>
@@ -1533,6 +1544,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>&amp;Reset layout</source>
         <translation>&amp;Fensteranordnung zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Tool bar: %1</source>
+        <translation>Werkzeugleiste: %1</translation>
     </message>
 </context>
 <context>

@@ -774,6 +774,17 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     </message>
 </context>
 <context>
+    <name>NewProjectForm</name>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Lists the microcontrollers and boards with these words in their name, family, core or description</source>
+        <translation>Liste les microcontrôleurs et les cartes dont le nom, la famille, le cœur ou la description contient ces mots</translation>
+    </message>
+</context>
+<context>
     <name>OutputPane</name>
     <message>
         <source>Program output</source>
@@ -1533,6 +1544,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>&amp;Reset layout</source>
         <translation>Réinitialiser la &amp;disposition</translation>
+    </message>
+    <message>
+        <source>Tool bar: %1</source>
+        <translation>Barre d’outils : %1</translation>
     </message>
 </context>
 <context>

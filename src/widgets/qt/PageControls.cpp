@@ -157,13 +157,16 @@ class LinkLabel : public QLabel {
  public:
   LinkLabel() {
     setTextFormat(Qt::PlainText);
-    setForegroundRole(QPalette::Link);
     setFocusPolicy(Qt::StrongFocus);
-    setCursor(Qt::PointingHandCursor);
+    ShowState();
   }
   std::function<void()> onOpen;
 
  protected:
+  void changeEvent(QEvent* event) override {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange) ShowState();
+  }
   void keyPressEvent(QKeyEvent* event) override {
     const int key = event->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
@@ -185,6 +188,13 @@ class LinkLabel : public QLabel {
     option.rect.setWidth(qMin(width(), sizeHint().width()));
     QPainter painter(this);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+  }
+
+ private:
+  // Palettes have the same colour for enabled and disabled links.
+  void ShowState() {
+    setForegroundRole(isEnabled() ? QPalette::Link : QPalette::WindowText);
+    setCursor(isEnabled() ? Qt::PointingHandCursor : Qt::ArrowCursor);
   }
 };
 
