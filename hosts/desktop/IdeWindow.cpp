@@ -85,6 +85,13 @@ bool IsBreak(const QKeyEvent& event) {
          (event.key() == Qt::Key_Cancel || event.nativeVirtualKey() == kBreakSymbol);
 }
 
+// Translates the title that the server proposes.
+QString TitleOfOptions(const QString& proposed) {
+  const QString end = " Local Settings";
+  if (!proposed.endsWith(end)) return IdeWindow::tr("Local Settings");
+  return IdeWindow::tr("%1 Local Settings").arg(proposed.chopped(end.size()));
+}
+
 }  // namespace
 
 IdeWindow::IdeWindow(FileSystem& fileSystem)
@@ -421,7 +428,7 @@ void IdeWindow::AddOptionsDock() {
   resizeDocks({dock}, {kFirstOptionsWidth}, Qt::Horizontal);
   frame_.SetHandler(kMsgPaneCaption, [this, dock](const HostMessageEvent& event) {
     if (event.lParam != kOptionsPane) return std::intptr_t{1};
-    dock->setWindowTitle(ToQt(event.text));
+    dock->setWindowTitle(TitleOfOptions(ToQt(event.text)));
     dock->toggleViewAction()->setText(tr("Options"));
     options_->OnNodeLoaded();
     return std::intptr_t{1};

@@ -82,7 +82,7 @@ void ServerDocks::AddDock(const HostMessageEvent& announcement) {
   const QString id = ToQt(GetAttribute(element.get(), "ID"));
   // Announced again each time the window is requested, for example by a script.
   if (window_.findChild<QDockWidget*>("dock" + id) != nullptr) return;
-  auto* const dock = new QDockWidget(ToQt(GetAttribute(element.get(), "Title")), &window_);
+  auto* const dock = new QDockWidget(Translated(GetAttribute(element.get(), "Title")), &window_);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
   // The focusable view gets the dock's title as accessible name, and receives the focus set on the

@@ -75,7 +75,7 @@ QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject
 void FillTools(QMenu& menu, const MenuCommands& commands) {
   menu.clear();
   for (const ToolEntry& tool : commands.listTools()) {
-    QAction* const action = menu.addAction(ToQt(tool.name).replace("&", "&&"));
+    QAction* const action = menu.addAction(Translated(tool.name).replace("&", "&&"));
     QObject::connect(action, &QAction::triggered, &menu,
                      [run = commands.run, command = tool.command] { run(command); });
   }

@@ -34,7 +34,7 @@ QString WordForTool(BuildEnd end, const QString& title) {
 }
 
 QString WordFor(BuildEnd end, const CommandRunner& runner) {
-  if (!runner.GetToolTitle().empty()) return WordForTool(end, ToQt(runner.GetToolTitle()));
+  if (!runner.GetToolTitle().empty()) return WordForTool(end, Translated(runner.GetToolTitle()));
   switch (end) {
     case BuildEnd::Succeeded:
       if (runner.IsCleaning()) return StatusProgress::tr("Cleaned");
@@ -53,7 +53,7 @@ QString WordFor(BuildEnd end, const CommandRunner& runner) {
 // Returns the text for a build that is not processing a file yet.
 QString TextOfStart(const CommandRunner& runner) {
   const QString holder = runner.GetLockHolder();
-  const QString title = ToQt(runner.GetToolTitle());
+  const QString title = Translated(runner.GetToolTitle());
   if (!runner.IsWaiting()) {
     return title.isEmpty() ? StatusProgress::tr("Building...")
                            : StatusProgress::tr("%1: running...").arg(title);

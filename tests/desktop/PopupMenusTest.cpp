@@ -9,6 +9,9 @@
 #include <QTimer>
 
 #include "desktop/IdeFixture.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/desktop/ServerTexts.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 namespace {
@@ -97,6 +100,25 @@ TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
   EntryOf(menu, "Clear the log")->trigger();
   EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }));
   menu->close();
+}
+
+TEST(ServerTextsTest, EveryMenuEntryOfTheInstallationCanBeTranslated) {
+  const auto read =
+      ParseXml(testing::ReadBytes(testing::SourcePath("share/config/projectmanager.config")));
+  ASSERT_NE(read, nullptr);
+  const std::function<void(const CXmlNode&)> check = [&](const CXmlNode& node) {
+    for (const CXmlNode* each : node.GetChildren()) {
+      const std::string text = GetAttribute(each, "Header");
+      EXPECT_TRUE(text.empty() || IsServerText(text)) << text;
+      check(*each);
+    }
+  };
+  for (const char* part : {"ToolBar", "MainMenus", "PopupMenus"}) {
+    ASSERT_NE(read->FindChild(part), nullptr) << part;
+    check(*read->FindChild(part));
+  }
+  EXPECT_TRUE(IsServerText("Project"));
+  EXPECT_FALSE(IsServerText("Projec"));
 }
 
 }  // namespace

@@ -761,6 +761,14 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <source>Program output</source>
         <translation>Programmausgabe</translation>
     </message>
+    <message>
+        <source>Local Settings</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>%1 Local Settings</source>
+        <translation>Optionen von %1</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>
@@ -1238,6 +1246,361 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>was missing, re-created</source>
         <translation>fehlte, neu angelegt</translation>
+    </message>
+</context>
+<context>
+    <name>Server</name>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>Add files</source>
+        <translation>Dateien hinzufügen</translation>
+    </message>
+    <message>
+        <source>New folder</source>
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>Build all</source>
+        <translation>Alles bauen</translation>
+    </message>
+    <message>
+        <source>Build the active application</source>
+        <translation>Aktive Anwendung bauen</translation>
+    </message>
+    <message>
+        <source>Rebuild all</source>
+        <translation>Alles neu bauen</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>&amp;Project</source>
+        <translation>&amp;Projekt</translation>
+    </message>
+    <message>
+        <source>Add files...</source>
+        <translation>Dateien hinzufügen …</translation>
+    </message>
+    <message>
+        <source>New application...</source>
+        <translation>Neue Anwendung …</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Set as active application</source>
+        <translation>Als aktive Anwendung festlegen</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>Konfiguration</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Options...</source>
+        <translation>Optionen …</translation>
+    </message>
+    <message>
+        <source>Options of the active application...</source>
+        <translation>Optionen der aktiven Anwendung …</translation>
+    </message>
+    <message>
+        <source>Reset to defaults</source>
+        <translation>Auf Vorgaben zurücksetzen</translation>
+    </message>
+    <message>
+        <source>B&amp;uild</source>
+        <translation>Ba&amp;uen</translation>
+    </message>
+    <message>
+        <source>Clean all</source>
+        <translation>Alles bereinigen</translation>
+    </message>
+    <message>
+        <source>Build the selection</source>
+        <translation>Auswahl bauen</translation>
+    </message>
+    <message>
+        <source>Rebuild the selection</source>
+        <translation>Auswahl neu bauen</translation>
+    </message>
+    <message>
+        <source>Clean the selection</source>
+        <translation>Auswahl bereinigen</translation>
+    </message>
+    <message>
+        <source>Translate the file</source>
+        <translation>Datei übersetzen</translation>
+    </message>
+    <message>
+        <source>Listing of the selection</source>
+        <translation>Listing der Auswahl</translation>
+    </message>
+    <message>
+        <source>Listing of the active application</source>
+        <translation>Listing der aktiven Anwendung</translation>
+    </message>
+    <message>
+        <source>Add applications...</source>
+        <translation>Anwendungen hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>Bauen</translation>
+    </message>
+    <message>
+        <source>Rebuild</source>
+        <translation>Neu bauen</translation>
+    </message>
+    <message>
+        <source>Clean</source>
+        <translation>Bereinigen</translation>
+    </message>
+    <message>
+        <source>Run tool</source>
+        <translation>Werkzeug ausführen</translation>
+    </message>
+    <message>
+        <source>Listing</source>
+        <translation>Listing</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Translate</source>
+        <translation>Übersetzen</translation>
+    </message>
+    <message>
+        <source>Clear the log</source>
+        <translation>Protokoll leeren</translation>
+    </message>
+    <message>
+        <source>Run in simulator</source>
+        <translation>Im Simulator ausführen</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Hochladen</translation>
+    </message>
+    <message>
+        <source>Disassemble</source>
+        <translation>Disassemblieren</translation>
+    </message>
+    <message>
+        <source>List symbols</source>
+        <translation>Symbole auflisten</translation>
+    </message>
+    <message>
+        <source>Write a copy without debug information</source>
+        <translation>Kopie ohne Debug-Informationen schreiben</translation>
+    </message>
+    <message>
+        <source>Put the object files into an archive</source>
+        <translation>Objektdateien in ein Archiv packen</translation>
+    </message>
+    <message>
+        <source>Globals</source>
+        <translation>Globale Symbole</translation>
+    </message>
+    <message>
+        <source>Build Report</source>
+        <translation>Build-Bericht</translation>
+    </message>
+    <message>
+        <source>Build Log</source>
+        <translation>Build-Protokoll</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Anzeigen</translation>
+    </message>
+    <message>
+        <source>Build information</source>
+        <translation>Build-Informationen</translation>
+    </message>
+    <message>
+        <source>Dependencies</source>
+        <translation>Abhängigkeiten</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Definition</source>
+        <translation>Definition</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Arrange by</source>
+        <translation>Anordnen nach</translation>
+    </message>
+    <message>
+        <source>Sort &amp;Ascending</source>
+        <translation>&amp;Aufsteigend sortieren</translation>
+    </message>
+    <message>
+        <source>Sort &amp;Descending</source>
+        <translation>A&amp;bsteigend sortieren</translation>
+    </message>
+    <message>
+        <source>Group by Field</source>
+        <translation>Nach Feld gruppieren</translation>
+    </message>
+    <message>
+        <source>Group by box</source>
+        <translation>Gruppierungsleiste</translation>
+    </message>
+    <message>
+        <source>Remove Column</source>
+        <translation>Spalte entfernen</translation>
+    </message>
+    <message>
+        <source>Best Fit</source>
+        <translation>Optimale Breite</translation>
+    </message>
+    <message>
+        <source>Alignment</source>
+        <translation>Ausrichtung</translation>
+    </message>
+    <message>
+        <source>Align Left</source>
+        <translation>Linksbündig</translation>
+    </message>
+    <message>
+        <source>Align Right</source>
+        <translation>Rechtsbündig</translation>
+    </message>
+    <message>
+        <source>Align Center</source>
+        <translation>Zentriert</translation>
+    </message>
+    <message>
+        <source>Create a new project</source>
+        <translation>Neues Projekt anlegen</translation>
+    </message>
+    <message>
+        <source>Add an application to the open project</source>
+        <translation>Anwendung zum geöffneten Projekt hinzufügen</translation>
+    </message>
+    <message>
+        <source>Choose the microcontroller, the kind of application, its name and its folder.</source>
+        <translation>Wählen Sie den Mikrocontroller, die Art der Anwendung, ihren Namen und ihren Ordner.</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Typ:</translation>
+    </message>
+    <message>
+        <source>Processor:</source>
+        <translation>Prozessor:</translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation>Beschreibung:</translation>
+    </message>
+    <message>
+        <source>DataSheet</source>
+        <translation>Datenblatt</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Location:</source>
+        <translation>Ort:</translation>
+    </message>
+    <message>
+        <source>Launch Cobbler to generate source files</source>
+        <translation>Cobbler starten, um Quelldateien zu erzeugen</translation>
+    </message>
+    <message>
+        <source>Insert to the current project</source>
+        <translation>In das aktuelle Projekt einfügen</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Anwendung</translation>
+    </message>
+    <message>
+        <source>Debug session</source>
+        <translation>Debug-Sitzung</translation>
+    </message>
+    <message>
+        <source>Live debug session</source>
+        <translation>Live-Debug-Sitzung</translation>
+    </message>
+    <message>
+        <source>The application needs a name.</source>
+        <translation>Die Anwendung braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>A name can&apos;t contain a slash, a backslash or a control character, or start with a drive.</source>
+        <translation>Ein Name kann keinen Schrägstrich, umgekehrten Schrägstrich oder Steuerzeichen enthalten und nicht mit einem Laufwerk beginnen.</translation>
+    </message>
+    <message>
+        <source>The name is too long.</source>
+        <translation>Der Name ist zu lang.</translation>
+    </message>
+    <message>
+        <source>The application needs a folder.</source>
+        <translation>Die Anwendung braucht einen Ordner.</translation>
+    </message>
+    <message>
+        <source>Enter the full path of the folder.</source>
+        <translation>Geben Sie den vollständigen Pfad des Ordners ein.</translation>
     </message>
 </context>
 <context>

@@ -106,7 +106,7 @@ class ComboBoxWidgetPeer : public WidgetPeer<ComboBoxPeer, QComboBox> {
     // Entries are added one by one.
     if (list_.GetCount() < widget->count()) widget->clear();
     for (int index = widget->count(); index < list_.GetCount(); ++index) {
-      widget->addItem(ToQt(list_.GetText(index)));
+      widget->addItem(Translated(list_.GetText(index)));
     }
     OnSelectionChanged();
   }
@@ -131,7 +131,7 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
 
   void OnTextChanged() override {
     if (widget == nullptr || kind_ != StaticKind::Label) return;
-    widget->setText(ToQt(window.GetControlText()));
+    widget->setText(Translated(window.GetControlText()));
     Fit();
   }
   void OnMoved() override {
@@ -210,7 +210,7 @@ class HyperlinkPeer : public WidgetPeer<WindowPeer, LinkLabel> {
   }
 
   void OnTextChanged() override {
-    if (widget != nullptr) widget->setText(ToQt(window.GetControlText()));
+    if (widget != nullptr) widget->setText(Translated(window.GetControlText()));
   }
   void OnFontChanged() override {
     if (widget == nullptr) return;

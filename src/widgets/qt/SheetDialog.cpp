@@ -42,7 +42,7 @@ QFrame* NewLine(QWidget* parent) {
 }
 
 QLabel* NewText(const std::string& text, QWidget* parent) {
-  auto* const label = new QLabel(ToQt(text), parent);
+  auto* const label = new QLabel(Translated(text), parent);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   return label;
@@ -54,7 +54,7 @@ void NameFields(const CPropertyPage& page) {
   for (const CWnd* const each : page.GetChildren()) {
     QWidget* const widget = WidgetOf(*each);
     if (const auto* const text = dynamic_cast<const CStatic*>(each)) {
-      if (text->GetKind() == StaticKind::Label) label = ToQt(text->GetControlText());
+      if (text->GetKind() == StaticKind::Label) label = Translated(text->GetControlText());
     } else if (widget != nullptr && widget->accessibleName().isEmpty()) {
       if (dynamic_cast<const CControl*>(each) == nullptr || each->GetControlText().empty()) {
         widget->setAccessibleName(label);
@@ -169,7 +169,7 @@ QWidget* SheetDialog::MakeProblemRow() {
 
 // The sheet's window owns this dialog.
 void SheetDialog::TryFinish(const CPropertySheet& sheet) {
-  QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
+  QString problem = Translated(sheet.GetPage()->FindFinishProblem());
   if (problem.isEmpty() && findProblem) problem = ToQt(findProblem(sheet));
   if (problem.isEmpty()) return accept();
   problemText_->setText(problem);
