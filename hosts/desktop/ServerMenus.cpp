@@ -157,16 +157,19 @@ std::vector<ToolEntry> ReadToolEntries(const std::string& xml) {
     const auto command = static_cast<std::uint32_t>(std::atoi(GetAttribute(each, "Id").c_str()));
     if (command < TARN_CMD_FIRST_TOOL || command > TARN_CMD_LAST_TOOL) continue;
     const std::string id = GetAttribute(each, "Header");
-    tools.push_back({command, title.empty() ? id : title, id, GetAttribute(each, "Toolchain")});
+    tools.push_back(
+        {command, title.empty() ? id : title, id, each->GetAttr("Toolchain") != nullptr});
   }
   return tools;
 }
 
+// Tools of one family have names such as "sdcc-stm8.c"; the toolchain "sdcc" has several families.
 std::vector<ToolEntry> WithoutForeignTools(std::vector<ToolEntry> tools, const std::string& own) {
   const auto used = std::ranges::find(tools, own, &ToolEntry::id);
-  if (used == tools.end() || used->toolchain.empty()) return tools;
-  std::erase_if(tools, [toolchain = used->toolchain](const ToolEntry& each) {
-    return !each.toolchain.empty() && each.toolchain != toolchain;
+  if (used == tools.end() || !used->isCompiler) return tools;
+  const auto familyOf = [](const std::string& id) { return id.substr(0, id.find('.')); };
+  std::erase_if(tools, [family = familyOf(own), &familyOf](const ToolEntry& each) {
+    return each.isCompiler && familyOf(each.id) != family;
   });
   return tools;
 }

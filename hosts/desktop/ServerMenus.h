@@ -19,8 +19,8 @@ namespace tarn::host {
 struct ToolEntry {
   std::uint32_t command = 0;
   std::string name;
-  std::string id = {};         // in the tools' definitions
-  std::string toolchain = {};  // empty unless it is a compiler or the like
+  std::string id = {};      // in the tools' definitions
+  bool isCompiler = false;  // or another tool that translates files
 };
 
 struct ConfigurationEntry {
@@ -43,7 +43,7 @@ struct MenuCommands {
 
 // Parses the server's list of tools.
 std::vector<ToolEntry> ReadToolEntries(const std::string& xml);
-// Removes the compilers of other toolchains than that of the node's own tool.
+// Removes the compilers of other families than that of the node's own tool.
 std::vector<ToolEntry> WithoutForeignTools(std::vector<ToolEntry> tools, const std::string& own);
 
 // Creates a menu from its description; an invalid one results in an empty menu. `parent` owns the

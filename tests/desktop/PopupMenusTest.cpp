@@ -102,6 +102,21 @@ TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
   menu->close();
 }
 
+TEST(ToolEntriesTest, CompilersOfOtherFamiliesAreRemoved) {
+  const auto list = [](const char* own) {
+    std::string names;
+    for (const ToolEntry& each : WithoutForeignTools(
+             ReadToolEntries("<T><T Id='33059' Header='s-a.c' Toolchain='s'/><T Id='33060' "
+                             "Header='s-b.c' Toolchain='s'/><T Id='33061' Header='lint.c'/></T>"),
+             own)) {
+      names += each.name + " ";
+    }
+    return names;
+  };
+  EXPECT_EQ(list("s-b.c"), "s-b.c lint.c ");
+  EXPECT_EQ(list(""), "s-a.c s-b.c lint.c ");
+}
+
 TEST(ServerTextsTest, EveryMenuEntryOfTheInstallationCanBeTranslated) {
   const auto read =
       ParseXml(testing::ReadBytes(testing::SourcePath("share/config/projectmanager.config")));
