@@ -20,6 +20,10 @@ std::string ToolElement(const Tool& tool, std::string_view children) {
   return text.append(children.empty() ? "/>" : children);
 }
 
+bool TakesOnlyPlainNames(const ToolDefinition& tool) {
+  return std::ranges::any_of(tool.steps, &StepRule::plainArguments);
+}
+
 // Returns elements for the options that name output files.
 std::string MadeElements(const ToolDefinition& tool) {
   std::vector<Template> made = tool.products;
@@ -202,7 +206,8 @@ std::string ToolSet::ListText() const {
       children += "<Toolchain" + XmlAttribute("Header", tool->toolchain) +
                   XmlPathAttribute("Folder", found == toolchains_.end() ? "" : found->second) +
                   XmlAttribute("Variable", VariableOfToolchain(tool->toolchain)) +
-                  XmlAttribute("Hint", tool->hint) + "/>";
+                  XmlAttribute("Hint", tool->hint) +
+                  (TakesOnlyPlainNames(*tool) ? XmlAttribute("Plain", "Yes") : "") + "/>";
     }
     text += ToolElement(*tool, ">" + children + MadeElements(*tool) + "</Tool>");
   }

@@ -77,7 +77,10 @@ int Creation::RunSheet(CPropertySheet& sheet) {
   choices.createNewProject = true;
   refusal_ = WizardForm(sheet).Fill(choices);
   if (!refusal_) {
-    const std::string problem = sheet.GetPage()->FindFinishProblem();
+    std::string problem = sheet.GetPage()->FindFinishProblem();
+    if (problem.empty()) {
+      problem = DescribeNameProblem(context_, WizardForm(sheet).GetToolchain(), staged_.name);
+    }
     if (!problem.empty()) refusal_ = WizardRefusal{problem, {}, {}};
   }
   return refusal_ ? kSheetCancel : kSheetFinish;

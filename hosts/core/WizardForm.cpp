@@ -115,6 +115,15 @@ std::vector<WizardTarget> WizardForm::ListTargets() const {
   return list;
 }
 
+std::string WizardForm::GetToolchain() const {
+  const auto& types = *page_.FindControl<CComboBox>(kType);
+  const auto* const type = static_cast<const CXmlNode*>(types.GetItemData(types.GetCurSel()));
+  const CTreeItem* const item = GetTargetTree().GetSelectedItem();
+  const bool isBuilt = type != nullptr && EqualNoCase(AttributeOf(*type, "Build"), "Yes");
+  if (!isBuilt || item == nullptr || !IsTarget(*item)) return {};
+  return AttributeOf(*static_cast<const CXmlNode*>(item->GetData()), "Toolchain");
+}
+
 CTreeCtrl& WizardForm::GetTargetTree() const {
   return *page_.FindControl<CTreeCtrl>(kTargetTree);
 }
@@ -131,6 +140,12 @@ void WizardForm::ClearTarget() {
   }
   auto& link = *page_.FindControl<CHyperlinkCtrl>(kDatasheet);
   if (link.GetAddress().empty()) link.EnableWindow(false);
+}
+
+void WizardForm::ShowTarget() {
+  if (CTreeItem* const item = GetTargetTree().GetSelectedItem()) {
+    GetTargetTree().EnsureVisible(*item);
+  }
 }
 
 void WizardForm::SetLocation(const std::string& location) {

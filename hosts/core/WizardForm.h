@@ -66,8 +66,12 @@ class WizardForm {
   // Returns true if a family of the catalogue, or nothing, is selected although there are targets.
   bool MissesTarget() const;
   std::vector<WizardTarget> ListTargets() const;
+  // Returns the toolchain of the selected target; an empty string if the application isn't built.
+  std::string GetToolchain() const;
   // Selects the top of the catalogue, and disables the link to a data sheet until a target has one.
   void ClearTarget();
+  // Scrolls to the selected target.
+  void ShowTarget();
   // Replaces the proposed location.
   void SetLocation(const std::string& location);
 
