@@ -247,9 +247,8 @@ void IdeWindow::FollowBuilds() {
     return runner_->RunAndWait(request);
   };
   session_->Scripts().awaitBuild = [this] { return runner_->AwaitBuild(); };
-  dialogs_.findProblem = [](const CPropertySheet& sheet) {
-    const bool misses = WizardForm::Fits(sheet) && WizardForm(sheet).MissesTarget();
-    return misses ? FromQt(tr("Choose a microcontroller.")) : std::string();
+  dialogs_.findProblem = [this](const CPropertySheet& sheet) {
+    return NewProjectForm::FindProblem(sheet, files_, session_->Tools().ListTools());
   };
   dialogs_.onSheet = [this](const CPropertySheet& sheet, QDialog& dialog) {
     const std::string shared = session_->GetFolders().application;

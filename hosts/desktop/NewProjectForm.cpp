@@ -2,8 +2,10 @@
 
 #include <QDialog>
 #include <QLineEdit>
+#include <QTimer>
 #include <vector>
 
+#include "hosts/core/Toolchains.h"
 #include "hosts/core/WizardForm.h"
 #include "hosts/desktop/TreeFilter.h"
 #include "platform/paths/Paths.h"
@@ -40,6 +42,22 @@ void NewProjectForm::Extend(const CPropertySheet& sheet, QDialog& dialog,
   form->FollowName();
 }
 
+std::string NewProjectForm::FindProblem(const CPropertySheet& sheet, FileSystem& files,
+                                        const std::string& tools) {
+  if (!WizardForm::Fits(sheet)) return {};
+  const WizardForm form(sheet);
+  if (form.MissesTarget()) return FromQt(tr("Choose a microcontroller."));
+  const WizardProposals chosen = form.Read();
+  const std::string project = JoinPath(chosen.location, chosen.applicationName + ".tprj");
+  if (chosen.createNewProject && files.Exists(project)) {
+    return FromQt(tr("%1 already exists.").arg(ToQt(project)));
+  }
+  const std::string& name = chosen.applicationName;
+  const std::string program = FindProgramRefusing(tools, form.GetToolchain(), name);
+  if (program.empty()) return {};
+  return FromQt(tr("%1 can't handle spaces or special characters in a name.").arg(ToQt(program)));
+}
+
 NewProjectForm::NewProjectForm(const CPropertySheet& shownSheet, QDialog& dialog)
     : QObject(&dialog), sheet_(shownSheet) {}
 
@@ -64,6 +82,8 @@ void NewProjectForm::AddSearch(const QString& pictureFolder) {
     static_cast<void>(own.Fill(choices));
   };
   filter->Begin();
+  // Deferred until the tree has its new height.
+  QTimer::singleShot(0, this, [this] { WizardForm(sheet_).ShowTarget(); });
 }
 
 // The proposed location is the folder of the projects. It stays if the application can be added to

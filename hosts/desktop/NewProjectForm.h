@@ -5,6 +5,7 @@
 #include <QString>
 #include <string>
 
+#include "platform/files/FileSystem.h"
 #include "widgets/PropertySheet.h"
 
 class QDialog;
@@ -21,6 +22,10 @@ class NewProjectForm : public QObject {
  public:
   // No-op for other sheets. `pictureFolder` contains the icons and has a trailing separator.
   static void Extend(const CPropertySheet& sheet, QDialog& dialog, const QString& pictureFolder);
+  // Returns why the wizard should not be finished; an empty string if it can be. `tools` is the
+  // list of the tool component.
+  static std::string FindProblem(const CPropertySheet& sheet, FileSystem& files,
+                                 const std::string& tools);
 
  private:
   NewProjectForm(const CPropertySheet& shownSheet, QDialog& dialog);

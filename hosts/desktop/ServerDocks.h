@@ -52,6 +52,7 @@ class ServerDocks {
  private:
   void AddDock(const HostMessageEvent& announcement);
   void AddTree(QDockWidget& dock, QWidget& tree);
+  static void AddHint(const QDockWidget& dock, int id);
   void AddToolBar(const std::string& xml);
   void ShowPopup(const std::string& name, QPoint screen);
 

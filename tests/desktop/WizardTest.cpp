@@ -182,6 +182,12 @@ TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
     finish();
     ASSERT_TRUE(dialog.isVisible());
     EXPECT_EQ(shown(), "Choose a microcontroller.");
+    Fill(dialog, "Location:", folder / "blinky");
+    Fill(dialog, "Name:", "blinky-avr");
+    QTest::keyClicks(targets, "STM8S103F3");
+    finish();
+    ASSERT_TRUE(dialog.isVisible());
+    EXPECT_EQ(shown(), std::string(folder / "blinky/blinky-avr.tprj") + " already exists.");
   }));
 }
 

@@ -754,10 +754,6 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Nur Gruppen und Anwendungen lassen sich hier umbenennen; Dateien erscheinen unter ihrem Namen auf dem Datenträger.</translation>
     </message>
     <message>
-        <source>Choose a microcontroller.</source>
-        <translation>Wählen Sie einen Mikrocontroller.</translation>
-    </message>
-    <message>
         <source>Program output</source>
         <translation>Programmausgabe</translation>
     </message>
@@ -790,6 +786,18 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     <message>
         <source>Lists the microcontrollers and boards with these words in their name, family, core or description</source>
         <translation>Listet die Mikrocontroller und Boards mit diesen Wörtern in Name, Familie, Kern oder Beschreibung auf</translation>
+    </message>
+    <message>
+        <source>Choose a microcontroller.</source>
+        <translation>Wählen Sie einen Mikrocontroller.</translation>
+    </message>
+    <message>
+        <source>%1 already exists.</source>
+        <translation>%1 existiert bereits.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t handle spaces or special characters in a name.</source>
+        <translation>%1 verträgt keine Leerzeichen oder Sonderzeichen in einem Namen.</translation>
     </message>
 </context>
 <context>
@@ -1604,6 +1612,21 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
 </context>
 <context>
+    <name>ServerDocks</name>
+    <message>
+        <source>The commands of a build and their output appear here.</source>
+        <translation>Die Befehle eines Builds und ihre Ausgaben erscheinen hier.</translation>
+    </message>
+    <message>
+        <source>The errors and warnings of the last build appear here.</source>
+        <translation>Die Fehler und Warnungen des letzten Builds erscheinen hier.</translation>
+    </message>
+    <message>
+        <source>The functions, variables and types of the program appear here after a build.</source>
+        <translation>Die Funktionen, Variablen und Typen des Programms erscheinen hier nach einem Build.</translation>
+    </message>
+</context>
+<context>
     <name>ServerNotifications</name>
     <message>
         <source>Current selection</source>
@@ -1639,6 +1662,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Finish</source>
         <translation>Fertigstellen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>

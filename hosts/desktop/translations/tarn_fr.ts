@@ -754,10 +754,6 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Seuls les groupes et les applications peuvent être renommés ici&#xa0;; les fichiers portent leur nom sur le disque.</translation>
     </message>
     <message>
-        <source>Choose a microcontroller.</source>
-        <translation>Choisissez un microcontrôleur.</translation>
-    </message>
-    <message>
         <source>Program output</source>
         <translation>Sortie du programme</translation>
     </message>
@@ -790,6 +786,18 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     <message>
         <source>Lists the microcontrollers and boards with these words in their name, family, core or description</source>
         <translation>Liste les microcontrôleurs et les cartes dont le nom, la famille, le cœur ou la description contient ces mots</translation>
+    </message>
+    <message>
+        <source>Choose a microcontroller.</source>
+        <translation>Choisissez un microcontrôleur.</translation>
+    </message>
+    <message>
+        <source>%1 already exists.</source>
+        <translation>%1 existe déjà.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t handle spaces or special characters in a name.</source>
+        <translation>%1 n’accepte ni espaces ni caractères spéciaux dans un nom.</translation>
     </message>
 </context>
 <context>
@@ -1604,6 +1612,21 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     </message>
 </context>
 <context>
+    <name>ServerDocks</name>
+    <message>
+        <source>The commands of a build and their output appear here.</source>
+        <translation>Les commandes d’une génération et leur sortie apparaissent ici.</translation>
+    </message>
+    <message>
+        <source>The errors and warnings of the last build appear here.</source>
+        <translation>Les erreurs et avertissements de la dernière génération apparaissent ici.</translation>
+    </message>
+    <message>
+        <source>The functions, variables and types of the program appear here after a build.</source>
+        <translation>Les fonctions, variables et types du programme apparaissent ici après une génération.</translation>
+    </message>
+</context>
+<context>
     <name>ServerNotifications</name>
     <message>
         <source>Current selection</source>
@@ -1639,6 +1662,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>Finish</source>
         <translation>Terminer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
     </message>
 </context>
 <context>

@@ -143,7 +143,9 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
   finishButton_ = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
                                      QDialogButtonBox::AcceptRole);
   finishButton_->setDefault(true);
-  buttons->addButton(QDialogButtonBox::Cancel);
+  // The toolkit's own translation may not be installed.
+  buttons->addButton(QDialogButtonBox::Cancel)
+      ->setText(QCoreApplication::translate("SheetDialog", "Cancel"));
   connect(buttons, &QDialogButtonBox::accepted, this, [this, &sheet] { TryFinish(sheet); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   rows->addWidget(buttons);
