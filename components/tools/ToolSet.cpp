@@ -20,6 +20,10 @@ std::string ToolElement(const Tool& tool, std::string_view children) {
   return text.append(children.empty() ? "/>" : children);
 }
 
+bool TakesOnlyPlainNames(const ToolDefinition& tool) {
+  return std::ranges::any_of(tool.steps, &StepRule::plainArguments);
+}
+
 // Returns elements for the options that name output files.
 std::string MadeElements(const ToolDefinition& tool) {
   std::vector<Template> made{tool.output, tool.listing};
@@ -138,16 +142,19 @@ void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
 
 void ToolSet::PrepareLists() {
   std::map<std::string, std::size_t> counts;
-  const auto list = [&](const auto& tool) {
+  const auto list = [&](const auto& tool, const std::string& attributes) {
     for (const std::string& extension : tool.extensions) {
-      if (counts[extension]++ < kMaxListed) listsByExtension_[extension] += ToolElement(tool, "");
+      if (counts[extension]++ < kMaxListed) {
+        listsByExtension_[extension] += ToolElement(tool, attributes + "/>");
+      }
     }
   };
   for (const auto& tool : tools_) {
     byName_[FoldCase(tool->name)] = tool.get();
-    list(*tool);
+    const bool translates = !tool->output.IsEmpty() && !tool->toolchain.empty();
+    list(*tool, translates ? XmlAttribute("Toolchain", tool->toolchain) : std::string());
   }
-  for (const ActionRule& action : actions_) list(action);
+  for (const ActionRule& action : actions_) list(action, {});
   for (auto& [extension, text] : listsByExtension_) {
     text.insert(0, "<Tools>").append("</Tools>");
   }
@@ -207,7 +214,8 @@ std::string ToolSet::ListText() const {
       children += "<Toolchain" + XmlAttribute("Header", tool->toolchain) +
                   XmlPathAttribute("Folder", found == toolchains_.end() ? "" : found->second) +
                   XmlAttribute("Variable", VariableOfToolchain(tool->toolchain)) +
-                  XmlAttribute("Hint", tool->hint) + "/>";
+                  XmlAttribute("Hint", tool->hint) +
+                  (TakesOnlyPlainNames(*tool) ? XmlAttribute("Plain", "Yes") : "") + "/>";
     }
     text += ToolElement(*tool, ">" + children + MadeElements(*tool) + "</Tool>");
   }

@@ -11,6 +11,7 @@
 #include "hosts/core/HostFolders.h"
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/StagingFolder.h"
+#include "hosts/core/Toolchains.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -34,13 +35,27 @@ NewProject PlanOf(CommandContext& context) {
   return project;
 }
 
+}  // namespace
+
+std::string DescribeNameProblem(CommandContext& context, const std::string& toolchain,
+                                const std::string& name) {
+  const std::string program =
+      FindProgramRefusing(context.Session().Tools().ListTools(), toolchain, name);
+  if (program.empty()) return {};
+  return program + " can't handle spaces or special characters in a name: " + name;
+}
+
+namespace {
+
 // Returns 0, or an exit code after printing the error.
-int CheckCompiler(CommandContext& context) {
-  if (context.Own<NewOptions>().compiler.empty()) return kExitDone;
-  const std::string problem = context.Session().Options().CheckValue(
-      "Application", "Target", "Toolchain", context.Own<NewOptions>().compiler);
-  if (problem.empty()) return kExitDone;
-  context.Complain("Unknown compiler: " + problem);
+int CheckCompiler(CommandContext& context, const std::string& name) {
+  const std::string& compiler = context.Own<NewOptions>().compiler;
+  if (compiler.empty()) return kExitDone;
+  const std::string problem =
+      context.Session().Options().CheckValue("Application", "Target", "Toolchain", compiler);
+  const std::string special = DescribeNameProblem(context, compiler, name);
+  if (problem.empty() && special.empty()) return kExitDone;
+  context.Complain(problem.empty() ? special : "Unknown compiler: " + problem);
   return kExitUsage;
 }
 
@@ -80,7 +95,7 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
 
 // Creates the project from built-in templates.
 int MakeProject(CommandContext& context, const NewProject& staged) {
-  if (const int code = CheckCompiler(context); code != kExitDone) return code;
+  if (const int code = CheckCompiler(context, staged.name); code != kExitDone) return code;
   const auto written = WriteNewProject(context.Files(), staged);
   if (!written) {
     const Error& error = written.GetError();

@@ -77,7 +77,10 @@ int Creation::RunSheet(CPropertySheet& sheet) {
   choices.createNewProject = true;
   refusal_ = WizardForm(sheet).Fill(choices);
   if (!refusal_) {
-    const std::string problem = sheet.GetPage()->FindFinishProblem();
+    std::string problem = sheet.GetPage()->FindFinishProblem();
+    if (problem.empty()) {
+      problem = DescribeNameProblem(context_, WizardForm(sheet).GetToolchain(), staged_.name);
+    }
     if (!problem.empty()) refusal_ = WizardRefusal{problem, {}, {}};
   }
   return refusal_ ? kSheetCancel : kSheetFinish;
@@ -122,7 +125,7 @@ int Creation::AddFirstSource() {
   const auto applications = ListApplications(session.Inspector());
   if (applications.size() != 1) return kExitDone;
   const std::string& application = applications.front().path;
-  const Status added = host::AddFirstSource(session, context_.Files(), application);
+  const auto added = host::AddFirstSource(session, context_.Files(), application);
   if (added) return kExitDone;
   const Error& error = added.GetError();
   return Fail(context_.ShowFailure(error.place, "written", error.text));

@@ -23,4 +23,9 @@ struct NewOptions {
 int MakeProjectForTarget(CommandContext& context, const NewProject& staged,
                          const NewProject& project);
 
+// Returns why an application of this name can't be built with a toolchain; an empty string if it
+// can.
+std::string DescribeNameProblem(CommandContext& context, const std::string& toolchain,
+                                const std::string& name);
+
 }  // namespace tarn::host

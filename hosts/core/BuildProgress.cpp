@@ -38,7 +38,10 @@ void BuildProgress::OnRunEvent(const RunEvent& event) {
     running_[event.run] = {event.start, event.time};
     return;
   }
-  if (event.kind == RunEvent::Kind::Output) return;
+  if (event.kind == RunEvent::Kind::Output) {
+    if (onOutput) onOutput(event.text);
+    return;
+  }
   const auto found = running_.find(event.run);
   if (found == running_.end()) return;
   if (event.isDone && askWork_) endedBefore_.push_back(found->second.start.output);

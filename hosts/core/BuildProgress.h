@@ -27,14 +27,19 @@ class BuildProgress : public BuildObserver {
   // Returns the tools to run, or nullopt if it has to be called again.
   using Estimator = std::function<std::optional<WorkEstimate>()>;
 
-  // `estimateWork` is called whenever a tool starts, until it returns the tools to run. Pass an
-  // empty function if they are unknown. `watchesRuns`: shows which tools run at the same time.
+  // `estimateWork` is called whenever a tool starts, and by Poll, until it returns the tools to
+  // run. Pass an empty function if they are unknown. `watchesRuns`: shows which tools run at the
+  // same time.
   explicit BuildProgress(Estimator estimateWork, bool watchesRuns = false);
 
   void OnToolStarted(const ToolStart& start) override;
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
   bool WatchesRuns() const override { return watchesRuns_; }
   void OnRunEvent(const RunEvent& event) override;
+  // Continues to count the tools if there is any work. To be called periodically.
+  void Poll() {
+    if (number_ > 0) FetchWork();
+  }
 
   // Number of the tool whose turn it is, counted from 1; 0 before the first one.
   int GetNumber() const { return number_; }
@@ -53,6 +58,9 @@ class BuildProgress : public BuildObserver {
   int GetWarnings() const { return warnings_; }
   std::chrono::milliseconds GetElapsed() const;
   Clock::time_point GetStart() const { return started_; }
+
+  // Receives what a tool that performs an action prints, as it arrives; may be empty.
+  std::function<void(const std::string& text)> onOutput;
 
  private:
   void FetchWork();

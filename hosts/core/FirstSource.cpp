@@ -67,7 +67,8 @@ Result<std::string> WriteCopy(FileSystem& files, const std::string& folder,
 
 }  // namespace
 
-Status AddFirstSource(BuildSession& session, FileSystem& files, const std::string& application) {
+Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
+                                   const std::string& application) {
   session.Inspector().PublishAll();
   for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
     // An application that only downloads a finished program has no output.
@@ -88,9 +89,12 @@ Status AddFirstSource(BuildSession& session, FileSystem& files, const std::strin
     session.Manager().SavePropertyValue(set, "General", "Header", kFirstGroup);
     session.Manager().AddExistingItem(source);
     const std::string folder = FolderOf(application);
-    if (const Status added = AddTemplateSources(session, files, folder); !added) return added;
+    if (const Status added = AddTemplateSources(session, files, folder); !added) {
+      return added.GetError();
+    }
+    return source;
   }
-  return {};
+  return std::string();
 }
 
 Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder) {

@@ -10,8 +10,10 @@ namespace tarn::host {
 
 // Adds a group with a first source file, src/main.c next to the application, which is created
 // unless it exists. No-op for an application that has files already, or that isn't built from
-// sources. The application is the one with this path in the open project.
-Status AddFirstSource(BuildSession& session, FileSystem& files, const std::string& application);
+// sources. The application is the one with this path in the open project. Returns the path of the
+// source; an empty string if none was added.
+Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
+                                   const std::string& application);
 
 // Copies the start-up files that the application's options name (Target.StartUp and SystemCalls)
 // to the folder src in `folder`, and adds the copies at the current node. An existing file with

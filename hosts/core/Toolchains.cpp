@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 
 #include "hosts/core/LogEntry.h"
 #include "platform/paths/Paths.h"
@@ -48,6 +49,21 @@ std::vector<Toolchain> FindToolchains(const std::string& tools) {
   std::vector<Toolchain> toolchains;
   for (auto& [name, each] : found) toolchains.push_back(std::move(each));
   return toolchains;
+}
+
+std::string FindProgramRefusing(const std::string& tools, const std::string& toolchain,
+                                const std::string& name) {
+  constexpr std::string_view kSpecial = " \t'\"$`;&|<>(){}[]*?!#~";
+  const auto list = ParseXml(tools);
+  if (list == nullptr || name.find_first_of(kSpecial) == name.npos) return {};
+  for (const CXmlNode* tool : list->GetChildren()) {
+    const CXmlNode* const element = tool->FindChild("Toolchain");
+    if (element == nullptr || GetAttribute(element, "Plain") != "Yes") continue;
+    // Toolchains of several families may have the same programs.
+    if (!GetAttribute(tool, "Header").starts_with(toolchain + '.')) continue;
+    return FirstProgramOf(*tool);
+  }
+  return {};
 }
 
 void FindVersion(ProcessLauncher& launcher, Toolchain& toolchain) {

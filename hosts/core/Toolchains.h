@@ -20,6 +20,10 @@ struct Toolchain {
 
 // Parses the list of tools of the tool component, and finds the programs. Sorted by name.
 std::vector<Toolchain> FindToolchains(const std::string& tools);
+// Returns the program of a toolchain that can't handle the special characters of a name; an empty
+// string if there is none.
+std::string FindProgramRefusing(const std::string& tools, const std::string& toolchain,
+                                const std::string& name);
 // Runs the program with --version. Does nothing if the path isn't absolute.
 void FindVersion(ProcessLauncher& launcher, Toolchain& toolchain);
 

@@ -4,6 +4,7 @@
 #include "widgets/Button.h"
 #include "widgets/ComboBox.h"
 #include "widgets/Edit.h"
+#include "widgets/HyperlinkCtrl.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
@@ -18,6 +19,7 @@ constexpr int kLocation = 8005;
 constexpr int kType = 8006;
 constexpr int kIntoProject = 8008;
 constexpr int kNewProject = 8009;
+constexpr int kDatasheet = 8012;
 constexpr int kLaunchTool = 8020;
 
 struct Target {
@@ -41,6 +43,16 @@ void CollectTargets(const CTreeItem& family, const std::string& path,
     if (IsTarget(*item)) targets.push_back({own, item});
     CollectTargets(*item, own + "/", targets);
   }
+}
+
+std::string AttributeOf(const CXmlNode& element, const char* name) {
+  const char* const value = element.GetAttrValue(name);
+  return value == nullptr ? std::string() : value;
+}
+
+std::string DescriptionOf(const CXmlNode& target) {
+  const CXmlNode* const text = target.FindChild("Micro_Description");
+  return text == nullptr ? std::string() : ReplaceAll(std::string(text->ValueText()), "\\n", "\n");
 }
 
 std::vector<Target> TargetsOf(const CPropertyPage& page) {
@@ -91,6 +103,53 @@ WizardProposals WizardForm::Read() const {
 bool WizardForm::MissesTarget() const {
   const WizardProposals proposals = Read();
   return proposals.target.empty() && !proposals.targets.empty();
+}
+
+std::vector<WizardTarget> WizardForm::ListTargets() const {
+  std::vector<WizardTarget> list;
+  for (Target& each : TargetsOf(page_)) {
+    const auto& element = *static_cast<const CXmlNode*>(each.item->GetData());
+    list.push_back({std::move(each.path), each.item->GetText(), DescriptionOf(element),
+                    AttributeOf(element, "Maker") + ' ' + AttributeOf(element, "Core")});
+  }
+  return list;
+}
+
+std::string WizardForm::GetToolchain() const {
+  const auto& types = *page_.FindControl<CComboBox>(kType);
+  const auto* const type = static_cast<const CXmlNode*>(types.GetItemData(types.GetCurSel()));
+  const CTreeItem* const item = GetTargetTree().GetSelectedItem();
+  const bool isBuilt = type != nullptr && EqualNoCase(AttributeOf(*type, "Build"), "Yes");
+  if (!isBuilt || item == nullptr || !IsTarget(*item)) return {};
+  return AttributeOf(*static_cast<const CXmlNode*>(item->GetData()), "Toolchain");
+}
+
+CTreeCtrl& WizardForm::GetTargetTree() const {
+  return *page_.FindControl<CTreeCtrl>(kTargetTree);
+}
+
+CEdit& WizardForm::GetNameField() const {
+  return *page_.FindControl<CEdit>(kName);
+}
+
+void WizardForm::ClearTarget() {
+  CTreeCtrl& tree = GetTargetTree();
+  if (CTreeItem* const top = tree.GetRootItem()) {
+    tree.SelectItem(top);
+    tree.EnsureVisible(*top);
+  }
+  auto& link = *page_.FindControl<CHyperlinkCtrl>(kDatasheet);
+  if (link.GetAddress().empty()) link.EnableWindow(false);
+}
+
+void WizardForm::ShowTarget() {
+  if (CTreeItem* const item = GetTargetTree().GetSelectedItem()) {
+    GetTargetTree().EnsureVisible(*item);
+  }
+}
+
+void WizardForm::SetLocation(const std::string& location) {
+  page_.FindControl<CEdit>(kLocation)->SetControlText(location);
 }
 
 // A choice that fills in other fields is made before the choices for those fields.

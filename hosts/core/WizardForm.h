@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "widgets/Edit.h"
 #include "widgets/PropertySheet.h"
 #include "widgets/TreeCtrl.h"
 
@@ -41,6 +42,14 @@ struct WizardRefusal {
   std::vector<std::string> choices;  // similar names, for a suggestion
 };
 
+// A microcontroller or board of the catalogue.
+struct WizardTarget {
+  std::string path;  // families and name, separated by slashes
+  std::string name;
+  std::string description;  // may have several lines
+  std::string keywords;     // maker and core
+};
+
 // Fills in the wizard for a new application in place of a user: addresses its controls by their ids
 // and performs the actions that a user could. Valid only for the duration of one RunSheet.
 class WizardForm {
@@ -56,6 +65,19 @@ class WizardForm {
   std::optional<WizardRefusal> Fill(const WizardChoices& choices);
   // Returns true if a family of the catalogue, or nothing, is selected although there are targets.
   bool MissesTarget() const;
+  std::vector<WizardTarget> ListTargets() const;
+  // Returns the toolchain of the selected target; an empty string if the application isn't built.
+  std::string GetToolchain() const;
+  // Selects the top of the catalogue, and disables the link to a data sheet until a target has one.
+  void ClearTarget();
+  // Scrolls to the selected target.
+  void ShowTarget();
+  // Replaces the proposed location.
+  void SetLocation(const std::string& location);
+
+  // The controls, for hosts that extend the wizard's window.
+  CTreeCtrl& GetTargetTree() const;
+  CEdit& GetNameField() const;
 
  private:
   std::optional<WizardRefusal> ChooseType(const std::string& typeHeader);

@@ -17,6 +17,7 @@ namespace {
 // Amber, faint enough for both light and dark palettes.
 constexpr Color kColor = MakeColor(240, 170, 0);
 constexpr float kFaint = 0.22F;
+constexpr int kLeastCharacters = 90;  // with the buttons in the same row
 
 // Names may contain line breaks or bidirectional controls, which are escaped.
 QString OneLine(const QString& text) {
@@ -31,16 +32,22 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
   auto* const picture = new QLabel(this);
   const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
   picture->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size, size));
-  auto* const row = new QHBoxLayout(this);
-  row->setContentsMargins(10, 5, 8, 5);
-  row->setSpacing(8);
-  row->addWidget(picture);
-  row->addWidget(label_, 1);
+  auto* const message = new QHBoxLayout;
+  message->setSpacing(8);
+  message->addWidget(picture);
+  message->addWidget(label_, 1);
   auto* const refuse = new QPushButton(second, this);
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch();
   for (QPushButton* const each : {accept_, refuse}) {
     each->setAutoDefault(false);
-    row->addWidget(each);
+    buttons->addWidget(each);
   }
+  parts_ = new QBoxLayout(QBoxLayout::LeftToRight, this);
+  parts_->setContentsMargins(10, 5, 8, 5);
+  parts_->setSpacing(8);
+  parts_->addLayout(message, 1);
+  parts_->addLayout(buttons);
   connect(accept_, &QPushButton::clicked, this, [this] {
     if (onFirst) onFirst();
   });
@@ -77,6 +84,13 @@ void Banner::ShowWithLinks(const QString& said, const QStringList& links, const 
 void Banner::SetReady(bool isReady, const QString& reason) {
   accept_->setEnabled(isReady);
   accept_->setToolTip(isReady ? QString() : reason);
+}
+
+// In a narrow window the buttons are below the text, which would get too little room next to them.
+void Banner::resizeEvent(QResizeEvent* event) {
+  QFrame::resizeEvent(event);
+  const bool isNarrow = width() < fontMetrics().averageCharWidth() * kLeastCharacters;
+  parts_->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void Banner::paintEvent(QPaintEvent*) {

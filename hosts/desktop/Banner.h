@@ -3,6 +3,7 @@
 #include <QFrame>
 #include <functional>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -26,11 +27,13 @@ class Banner : public QFrame {
   std::function<void(int index)> onLink;  // index of the link, from 0
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
   QLabel* label_ = nullptr;
   QPushButton* accept_ = nullptr;
+  QBoxLayout* parts_ = nullptr;  // text and buttons
 };
 
 }  // namespace tarn::host

@@ -208,9 +208,23 @@ void CommandRunner::Repeat() {
 void CommandRunner::Ask(std::uint32_t command) {
   waiting_ = command;
   isStopAsked_ = false;
-  progress_.emplace(EstimatorFor(command, session_), true);
+  BeginProgress(EstimatorFor(command, session_));
+  const bool isTool = command >= TARN_CMD_FIRST_TOOL && command <= TARN_CMD_LAST_TOOL;
+  toolTitle_ = isTool && queryToolTitle ? queryToolTitle(command) : std::string();
   if (onAsked) onAsked();
   Approach();
+}
+
+void CommandRunner::BeginProgress(BuildProgress::Estimator estimator) {
+  progress_.emplace(std::move(estimator), true);
+  progress_->onOutput = [this](const std::string& text) {
+    if (onOutput) onOutput(text);
+  };
+}
+
+void CommandRunner::PollProgress() {
+  session_.PollRuns();
+  if (progress_) progress_->Poll();
 }
 
 // Starts the waiting build once its prerequisites are met. Without the stored build records
@@ -287,7 +301,8 @@ BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
 // of the build is unknown.
 void CommandRunner::TakeOver() {
   if (IsBuilding() || session_.Manager().EnableCommand(TARN_CMD_STOP) == 0) return;
-  progress_.emplace(BuildProgress::Estimator(), true);
+  BeginProgress({});
+  toolTitle_.clear();
   isStopAsked_ = false;
   isCleaning_ = false;
   isUnkept_ = session_.HasProject();

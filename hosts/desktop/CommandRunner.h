@@ -77,10 +77,12 @@ class CommandRunner : public QObject {
   bool IsStopping() const { return IsBuilding() && isStopAsked_; }
   // Returns true if the running or the last build is a clean.
   bool IsCleaning() const { return isCleaning_; }
+  // Title of the tool that the running or the last command runs by itself; empty if it builds.
+  const std::string& GetToolTitle() const { return toolTitle_; }
+  // Brings the progress up to date.
+  void PollProgress();
   // Progress of the running or the last build; nullptr before the first one. Re-created for each
   // build.
-  // Brings the progress up to date.
-  void PollProgress() { session_.PollRuns(); }
   const BuildProgress* GetProgress() const { return progress_ ? &*progress_ : nullptr; }
 
   // A build was requested; it has started; it has ended, which is also called if it never started.
@@ -88,6 +90,10 @@ class CommandRunner : public QObject {
   std::function<void()> onAsked;
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
+  // Receives what a simulator or another action prints, as it arrives; may be empty.
+  std::function<void(const std::string& text)> onOutput;
+  // Returns the title of a tool's command; may be empty.
+  std::function<std::string(std::uint32_t command)> queryToolTitle;
   // Returns true if a command may build or change the project now; asks the user if necessary.
   std::function<bool()> mayChange;
   // Called when the user wants to see the options of the new current node.
@@ -113,6 +119,7 @@ class CommandRunner : public QObject {
   void ContinueRestore();
   bool MayRun(std::uint32_t command);
   void Ask(std::uint32_t command);
+  void BeginProgress(BuildProgress::Estimator estimator);
   void Approach();
   void Start(std::uint32_t command);
   BuildOutcome WaitFor(const std::function<void()>& start);
@@ -127,6 +134,7 @@ class CommandRunner : public QObject {
   BuildSession& session_;
   FileSystem& files_;
   std::optional<BuildProgress> progress_;
+  std::string toolTitle_;
   std::function<void(BuildEnd end)> waiter_;  // callback of a waiting script call
   // Command ids; 0 for none.
   std::uint32_t waiting_ = 0;  // until the project is published

@@ -34,7 +34,9 @@
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
 #include "hosts/desktop/JournalManager.h"
+#include "hosts/desktop/NewProjectForm.h"
 #include "hosts/desktop/OptionsWindow.h"
+#include "hosts/desktop/OutputPane.h"
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
@@ -81,6 +83,13 @@ bool IsBreak(const QKeyEvent& event) {
   constexpr quint32 kBreakSymbol = 0xff6b;
   return event.modifiers().testFlag(Qt::ControlModifier) &&
          (event.key() == Qt::Key_Cancel || event.nativeVirtualKey() == kBreakSymbol);
+}
+
+// Translates the title that the server proposes.
+QString TitleOfOptions(const QString& proposed) {
+  const QString end = " Local Settings";
+  if (!proposed.endsWith(end)) return IdeWindow::tr("Local Settings");
+  return IdeWindow::tr("%1 Local Settings").arg(proposed.chopped(end.size()));
 }
 
 }  // namespace
@@ -136,7 +145,8 @@ void IdeWindow::MakeMenuCommands() {
     runner_->Run(command);
   };
   menuCommands_.listTools = [this] {
-    return ReadToolEntries(session_->Manager().GetToolCommands());
+    return WithoutForeignTools(ReadToolEntries(session_->Manager().GetToolCommands()),
+                               session_->Manager().GetPropertyValue({}, "Build", "TranslateTool"));
   };
   menuCommands_.listConfigurations = [this] { return ListConfigurations(); };
   menuCommands_.chooseConfiguration = [this](const std::string& name) {
@@ -237,9 +247,12 @@ void IdeWindow::FollowBuilds() {
     return runner_->RunAndWait(request);
   };
   session_->Scripts().awaitBuild = [this] { return runner_->AwaitBuild(); };
-  dialogs_.findProblem = [](const CPropertySheet& sheet) {
-    const bool misses = WizardForm::Fits(sheet) && WizardForm(sheet).MissesTarget();
-    return misses ? FromQt(tr("Choose a microcontroller.")) : std::string();
+  dialogs_.findProblem = [this](const CPropertySheet& sheet) {
+    return NewProjectForm::FindProblem(sheet, files_, session_->Tools().ListTools());
+  };
+  dialogs_.onSheet = [this](const CPropertySheet& sheet, QDialog& dialog) {
+    const std::string shared = session_->GetFolders().application;
+    NewProjectForm::Extend(sheet, dialog, ToQt(shared) + "config/resources/");
   };
   dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }
@@ -278,6 +291,7 @@ bool IdeWindow::Start() {
   session_->Manager().GetProjectWindow();
   session_->Manager().GetOutputWindow();
   AddFindingsDock(*navigation);
+  AddOutputDock();
   surface_->LoadPopups(files_, session_->GetFolders().ConfigFile(files_));
   layout_.Restore();
   layout_.HidePanes();
@@ -326,6 +340,7 @@ void IdeWindow::OnProjectChanged() {
   project_->Follow();
   options_->OnNodeLoaded();
   if (!path.empty()) return layout_.ShowPanes();
+  notices_->Clear();  // of the placeholder project
   // Deferred, because another project may be opened next.
   QTimer::singleShot(0, this, [this] {
     if (runner_->GetProjectPath().empty()) layout_.HidePanes();
@@ -412,7 +427,7 @@ void IdeWindow::AddOptionsDock() {
   resizeDocks({dock}, {kFirstOptionsWidth}, Qt::Horizontal);
   frame_.SetHandler(kMsgPaneCaption, [this, dock](const HostMessageEvent& event) {
     if (event.lParam != kOptionsPane) return std::intptr_t{1};
-    dock->setWindowTitle(ToQt(event.text));
+    dock->setWindowTitle(TitleOfOptions(ToQt(event.text)));
     dock->toggleViewAction()->setText(tr("Options"));
     options_->OnNodeLoaded();
     return std::intptr_t{1};
@@ -446,6 +461,27 @@ void IdeWindow::AddFindingsDock(QMenu& menu) {
     findings_->setFocus();
     findings_->Start();
   });
+}
+
+// Hidden until an action prints something.
+void IdeWindow::AddOutputDock() {
+  output_ = new OutputPane(this);
+  auto* const dock = new QDockWidget(tr("Program output"), this);
+  dock->setObjectName("dockOutput");
+  dock->setWidget(output_);
+  surface_->AddBottomDock(*dock);
+  dock->hide();
+  output_->onFirst = [dock] {
+    dock->show();
+    dock->raise();
+  };
+  runner_->onOutput = [this](const std::string& text) { output_->Add(text); };
+  runner_->queryToolTitle = [this](std::uint32_t command) {
+    for (const ToolEntry& each : menuCommands_.listTools()) {
+      if (each.command == command) return each.name;
+    }
+    return std::string();
+  };
 }
 
 std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
@@ -503,6 +539,9 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
 void IdeWindow::OnBuildAsked() {
   // A message would cover the progress of the build.
   statusBar()->clearMessage();
+  output_->Begin();
+  // The output of an action would cover the messages of the build.
+  if (runner_->GetToolTitle().empty() && output_->isVisible()) surface_->RaiseLog();
   // A value that is still being edited is included in the build, unless it has already started.
   if (runner_->IsWaiting()) options_->FinishEditing();
   area_->ProjectBanner().SetReady(false, tr("The project is being built."));

@@ -30,6 +30,7 @@ namespace tarn::host {
 class CrashRecovery;
 class JournalManager;
 class OptionsWindow;
+class OutputPane;
 class EditorArea;
 class EditorMacros;
 class FindingsPane;
@@ -77,6 +78,7 @@ class IdeWindow : public QMainWindow {
   void AddMenus();
   void AddOptionsDock();
   void AddFindingsDock(QMenu& menu);
+  void AddOutputDock();
   void FollowBuilds();
   void SetHandlers();
   QWidget* MakeTreeFilter(QWidget& tree);
@@ -112,6 +114,7 @@ class IdeWindow : public QMainWindow {
   EditorTabs* editors_ = nullptr;
   OptionsWindow* options_ = nullptr;
   FindingsPane* findings_ = nullptr;
+  OutputPane* output_ = nullptr;
   StatusProgress* progress_ = nullptr;
   QTimer refreshTimer_;
   bool isClosing_ = false;  // when the build has ended

@@ -46,21 +46,25 @@ std::vector<IndexedNode> IndexTree(const std::string& xml, const QString& folder
 
 std::vector<int> FindNodes(const std::vector<IndexedNode>& nodes, const QString& text) {
   const QStringList words = text.split(' ', Qt::SkipEmptyParts);
+  std::vector<int> exact;
   std::vector<int> first;
   std::vector<int> others;
-  if (words.isEmpty()) return first;
+  if (words.isEmpty()) return exact;
   for (std::size_t i = 0; i < nodes.size(); ++i) {
     const IndexedNode& node = nodes[i];
     const bool isFound = std::all_of(words.begin(), words.end(), [&](const QString& word) {
       return node.label.contains(word, Qt::CaseInsensitive) ||
-             node.path.contains(word, Qt::CaseInsensitive);
+             node.path.contains(word, Qt::CaseInsensitive) ||
+             node.keywords.contains(word, Qt::CaseInsensitive);
     });
     if (!isFound) continue;
     const bool isBegin = node.label.startsWith(words.front(), Qt::CaseInsensitive);
-    (isBegin ? first : others).push_back(static_cast<int>(i));
+    const bool isExact = node.label.compare(text.trimmed(), Qt::CaseInsensitive) == 0;
+    (isExact ? exact : isBegin ? first : others).push_back(static_cast<int>(i));
   }
-  first.insert(first.end(), others.begin(), others.end());
-  return first;
+  exact.insert(exact.end(), first.begin(), first.end());
+  exact.insert(exact.end(), others.begin(), others.end());
+  return exact;
 }
 
 }  // namespace tarn::host

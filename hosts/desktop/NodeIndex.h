@@ -11,9 +11,10 @@ namespace tarn::host {
 struct IndexedNode {
   QString type;  // element name
   QString label;
-  QString path;       // relative to the project's folder if below it; empty for groups
-  QString above;      // labels of the enclosing groups, for nodes without a path
-  std::string place;  // argument for the server's selection
+  QString path;           // relative to the project's folder if below it; empty for groups
+  QString above;          // labels of the enclosing groups, for nodes without a path
+  QString keywords = {};  // searched, but not shown
+  std::string place;      // argument for the server's selection
 
   bool operator==(const IndexedNode&) const = default;
 };
@@ -22,8 +23,9 @@ struct IndexedNode {
 // (with a trailing separator) are shown relative to it.
 std::vector<IndexedNode> IndexTree(const std::string& xml, const QString& folder);
 
-// Returns the indices of the nodes whose label or path contains all words of the text, ignoring
-// case; those whose label begins with the text come first. Linear scan.
+// Returns the indices of the nodes whose label, path or keywords contain all words of the
+// text, ignoring case; those whose label is the text come first, then those whose label begins with
+// it. Linear scan.
 std::vector<int> FindNodes(const std::vector<IndexedNode>& nodes, const QString& text);
 
 }  // namespace tarn::host

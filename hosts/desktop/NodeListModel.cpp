@@ -75,7 +75,8 @@ QIcon NodeListModel::PictureOf(const QString& type) const {
   for (const TypePicture& each : kPictures) {
     if (type == QLatin1String(each.type)) name = QLatin1String(each.picture);
   }
-  return *icons_.insert(type, QIcon(pictures_ + "node-" + name + ".svg"));
+  const QString file = type == QLatin1String("Target") ? QString("target") : "node-" + name;
+  return *icons_.insert(type, QIcon(pictures_ + file + ".svg"));
 }
 
 }  // namespace tarn::host

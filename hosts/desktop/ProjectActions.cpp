@@ -283,12 +283,15 @@ void ProjectActions::New() {
 void ProjectActions::CompleteNew(const std::vector<std::string>& known) {
   QTimer::singleShot(0, this, [this, known] {
     session_.Inspector().PublishAll();  // makes paths absolute
+    std::string source;
     for (const ApplicationEntry& each : ListApplications(session_.Inspector())) {
       if (std::ranges::find(known, each.path) != known.end()) continue;
-      const Status added = AddFirstSource(session_, files_, each.path);
+      const Result<std::string> added = AddFirstSource(session_, files_, each.path);
       if (!added) Warn(window_, added.GetError());
+      if (added) source = *added;
     }
     SaveAll();
+    if (!source.empty() && onShowFile) onShowFile(source);
   });
 }
 

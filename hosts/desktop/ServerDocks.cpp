@@ -2,16 +2,19 @@
 
 #include <tarn/commands.h>
 
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QTimer>
 #include <QToolBar>
 
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ServerDrivers.h"
+#include "hosts/desktop/EmptyHint.h"
 #include "widgets/qt/QtText.h"
 #include "widgets/qt/WidgetPeer.h"
 #include "xml/XmlNode.h"
@@ -24,6 +27,8 @@ constexpr int kProjectWindow = 4003;
 constexpr int kLogWindow = 4004;
 // The log's popup menu is named by its window id.
 constexpr const char* kLogPopup = "4004";
+constexpr int kReportWindow = 4006;
+constexpr int kGlobalsWindow = 4015;
 constexpr int kFirstTreeWidth = 280;
 constexpr int kFirstOutputHeight = 220;
 
@@ -63,11 +68,15 @@ void ServerDocks::RefreshToolBars() {
   for (QToolBar* const bar : toolBars_) RefreshServerToolBar(*bar, commands_);
 }
 
-void ServerDocks::ShowLog() {
+void ServerDocks::RaiseLog() {
   if (logDock_ == nullptr) return;
   logDock_->show();
   logDock_->raise();
-  logDock_->widget()->setFocus();
+}
+
+void ServerDocks::ShowLog() {
+  RaiseLog();
+  if (logDock_ != nullptr) logDock_->widget()->setFocus();
 }
 
 void ServerDocks::AddDock(const HostMessageEvent& announcement) {
@@ -78,7 +87,7 @@ void ServerDocks::AddDock(const HostMessageEvent& announcement) {
   const QString id = ToQt(GetAttribute(element.get(), "ID"));
   // Announced again each time the window is requested, for example by a script.
   if (window_.findChild<QDockWidget*>("dock" + id) != nullptr) return;
-  auto* const dock = new QDockWidget(ToQt(GetAttribute(element.get(), "Title")), &window_);
+  auto* const dock = new QDockWidget(Translated(GetAttribute(element.get(), "Title")), &window_);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
   // The focusable view gets the dock's title as accessible name, and receives the focus set on the
@@ -87,6 +96,7 @@ void ServerDocks::AddDock(const HostMessageEvent& announcement) {
     if (view->accessibleName().isEmpty()) view->setAccessibleName(dock->windowTitle());
     if (widget->focusProxy() == nullptr) widget->setFocusProxy(view);
   }
+  AddHint(*dock, id.toInt());
   if (id.toInt() == kProjectWindow) {
     AddTree(*dock, *widget);
     return;
@@ -97,6 +107,21 @@ void ServerDocks::AddDock(const HostMessageEvent& announcement) {
   }
   AddBottomDock(*dock);
   window_.resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
+}
+
+// Says what will be shown in a window that is still empty.
+void ServerDocks::AddHint(const QDockWidget& dock, int id) {
+  if (auto* const log = dock.findChild<QPlainTextEdit*>(); log != nullptr && id == kLogWindow) {
+    log->setPlaceholderText(tr("The commands of a build and their output appear here."));
+  }
+  auto* const view = dock.findChild<QAbstractItemView*>();
+  if (view == nullptr) return;
+  if (id == kReportWindow) {
+    AddEmptyHint(*view, tr("The errors and warnings of the last build appear here."));
+  } else if (id == kGlobalsWindow) {
+    AddEmptyHint(*view, tr("The functions, variables and types of the program appear here after a "
+                           "build."));
+  }
 }
 
 void ServerDocks::AddBottomDock(QDockWidget& dock) {

@@ -44,12 +44,15 @@ class ServerDocks {
   void RefreshToolBars();
   // Shows the log and gives it the keyboard focus.
   void ShowLog();
+  // Like ShowLog(), without the focus.
+  void RaiseLog();
   // Adds a dock as a tab to those at the lower edge of the window.
   void AddBottomDock(QDockWidget& dock);
 
  private:
   void AddDock(const HostMessageEvent& announcement);
   void AddTree(QDockWidget& dock, QWidget& tree);
+  static void AddHint(const QDockWidget& dock, int id);
   void AddToolBar(const std::string& xml);
   void ShowPopup(const std::string& name, QPoint screen);
 

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QShortcut>
 #include <QToolBar>
+#include <algorithm>
 #include <cstdlib>
 
 #include "hosts/core/LogEntry.h"
@@ -74,7 +75,7 @@ QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject
 void FillTools(QMenu& menu, const MenuCommands& commands) {
   menu.clear();
   for (const ToolEntry& tool : commands.listTools()) {
-    QAction* const action = menu.addAction(ToQt(tool.name).replace("&", "&&"));
+    QAction* const action = menu.addAction(Translated(tool.name).replace("&", "&&"));
     QObject::connect(action, &QAction::triggered, &menu,
                      [run = commands.run, command = tool.command] { run(command); });
   }
@@ -155,8 +156,21 @@ std::vector<ToolEntry> ReadToolEntries(const std::string& xml) {
     const std::string title = GetAttribute(each, "Title");
     const auto command = static_cast<std::uint32_t>(std::atoi(GetAttribute(each, "Id").c_str()));
     if (command < TARN_CMD_FIRST_TOOL || command > TARN_CMD_LAST_TOOL) continue;
-    tools.push_back({command, title.empty() ? GetAttribute(each, "Header") : title});
+    const std::string id = GetAttribute(each, "Header");
+    tools.push_back(
+        {command, title.empty() ? id : title, id, each->GetAttr("Toolchain") != nullptr});
   }
+  return tools;
+}
+
+// Tools of one family have names such as "sdcc-stm8.c"; the toolchain "sdcc" has several families.
+std::vector<ToolEntry> WithoutForeignTools(std::vector<ToolEntry> tools, const std::string& own) {
+  const auto used = std::ranges::find(tools, own, &ToolEntry::id);
+  if (used == tools.end() || !used->isCompiler) return tools;
+  const auto familyOf = [](const std::string& id) { return id.substr(0, id.find('.')); };
+  std::erase_if(tools, [family = familyOf(own), &familyOf](const ToolEntry& each) {
+    return each.isCompiler && familyOf(each.id) != family;
+  });
   return tools;
 }
 

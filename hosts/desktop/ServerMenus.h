@@ -19,6 +19,8 @@ namespace tarn::host {
 struct ToolEntry {
   std::uint32_t command = 0;
   std::string name;
+  std::string id = {};      // in the tools' definitions
+  bool isCompiler = false;  // or another tool that translates files
 };
 
 struct ConfigurationEntry {
@@ -41,6 +43,8 @@ struct MenuCommands {
 
 // Parses the server's list of tools.
 std::vector<ToolEntry> ReadToolEntries(const std::string& xml);
+// Removes the compilers of other families than that of the node's own tool.
+std::vector<ToolEntry> WithoutForeignTools(std::vector<ToolEntry> tools, const std::string& own);
 
 // Creates a menu from its description; an invalid one results in an empty menu. `parent` owns the
 // menu. Shortcuts are active in menus of the menu bar; in popup menus they are only displayed.

@@ -19,7 +19,7 @@ constexpr std::uint32_t kNoticeMessages[] = {
     kMsgProjectCreated,       kMsgCreationEnded,    kMsgShowHelp,           kMsgShowTimeStamps,
 };
 
-QString NameOf(const std::string& path) {
+QString ShortNameOf(const std::string& path) {
   return QFileInfo(ToQt(path)).fileName();
 }
 
@@ -58,19 +58,19 @@ void ServerNotifications::SetHandlers() {
       // reported otherwise.
       if (number == kMsgApplicationKnown && !application_.isEmpty()) return;
       application_ = QFileInfo(ToQt(event.text)).completeBaseName();
-      applicationFile_ = NameOf(event.text);
+      applicationFile_ = ShortNameOf(event.text);
       configuration_ = ToQt(event.detail);
       ShowSelection();
     });
   }
   SetHandler(kMsgCurrentNodeChanged, [this](const HostMessageEvent& event) {
-    node_ = NameOf(event.text);
+    node_ = ShortNameOf(event.text);
     if (node_.isEmpty() && queryLabel) node_ = ToQt(queryLabel());
     ShowSelection();
   });
   SetHandler(kMsgOutputInvalid, [this](const HostMessageEvent& event) {
     if (!event.text.empty() && !(isBuilding && isBuilding())) {
-      bar_.showMessage(tr("%1 is out of date").arg(NameOf(event.text)), kNoticeMs);
+      bar_.showMessage(tr("%1 is out of date").arg(ShortNameOf(event.text)), kNoticeMs);
     }
   });
   SetHandler(kMsgProjectCreated, [this](const HostMessageEvent& event) {

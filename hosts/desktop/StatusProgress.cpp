@@ -18,7 +18,23 @@ constexpr int kBarWidth = 160;
 // A remaining time is shown in full seconds and ends at 0:01.
 constexpr std::chrono::milliseconds kRoundedUp(999);
 
+// Returns the outcome of a tool that was run by itself.
+QString WordForTool(BuildEnd end, const QString& title) {
+  switch (end) {
+    case BuildEnd::Succeeded:
+      return StatusProgress::tr("%1: finished").arg(title);
+    case BuildEnd::Stopped:
+      return StatusProgress::tr("%1: stopped").arg(title);
+    case BuildEnd::Refused:
+      return StatusProgress::tr("%1: not started").arg(title);
+    case BuildEnd::Failed:
+      break;
+  }
+  return StatusProgress::tr("%1: failed").arg(title);
+}
+
 QString WordFor(BuildEnd end, const CommandRunner& runner) {
+  if (!runner.GetToolTitle().empty()) return WordForTool(end, Translated(runner.GetToolTitle()));
   switch (end) {
     case BuildEnd::Succeeded:
       if (runner.IsCleaning()) return StatusProgress::tr("Cleaned");
@@ -37,7 +53,11 @@ QString WordFor(BuildEnd end, const CommandRunner& runner) {
 // Returns the text for a build that is not processing a file yet.
 QString TextOfStart(const CommandRunner& runner) {
   const QString holder = runner.GetLockHolder();
-  if (!runner.IsWaiting()) return StatusProgress::tr("Building...");
+  const QString title = Translated(runner.GetToolTitle());
+  if (!runner.IsWaiting()) {
+    return title.isEmpty() ? StatusProgress::tr("Building...")
+                           : StatusProgress::tr("%1: running...").arg(title);
+  }
   if (holder.isEmpty()) return StatusProgress::tr("Waiting for the project's options...");
   return StatusProgress::tr("Waiting for another build of this project (%1)").arg(holder);
 }
@@ -128,7 +148,8 @@ void StatusProgress::ShowRunning() {
   ShowTimes(progress);
   stop_->setEnabled(!runner_.IsStopping());
   if (runner_.IsStopping()) {
-    text_->setText(tr("Stopping the build..."));
+    text_->setText(runner_.GetToolTitle().empty() ? tr("Stopping the build...")
+                                                  : tr("Stopping..."));
     return;
   }
   const int number = progress.GetNumber();
@@ -136,7 +157,7 @@ void StatusProgress::ShowRunning() {
   // With an unknown total the bar only indicates activity.
   bar_->setRange(0, total);
   bar_->setValue(progress.GetRetired());
-  if (number == 0) {
+  if (number == 0 || !runner_.GetToolTitle().empty()) {
     text_->setText(TextOfStart(runner_));
     return;
   }

@@ -1,5 +1,6 @@
 #include "hosts/desktop/TreeFilter.h"
 
+#include <QDialog>
 #include <QKeyEvent>
 #include <QListView>
 #include <QPainter>
@@ -82,12 +83,19 @@ void TreeFilter::Begin() {
   field_->selectAll();
 }
 
+void TreeFilter::SetPurpose(const QString& purpose, const QString& help) {
+  field_->setPlaceholderText(purpose);
+  field_->setAccessibleName(purpose);
+  field_->setToolTip(help);
+}
+
 void TreeFilter::Show(const QString& text) {
   const bool isWanted = !text.trimmed().isEmpty();
   if (isWanted && !list_->isVisible() && queryNodes) model_->SetNodes(queryNodes());
   if (isWanted) {
     model_->SetText(text);
     list_->setCurrentIndex(model_->index(0));
+    ShowCurrent();
   }
   tree_.setVisible(!isWanted);
   list_->setVisible(isWanted);
@@ -104,6 +112,7 @@ void TreeFilter::Choose(int row) {
     return;
   }
   Leave();
+  if (onCurrent) onCurrent(&node);
   if (onChosen) onChosen(node);
 }
 
@@ -116,12 +125,27 @@ void TreeFilter::Move(int rows) {
   const int last = model_->rowCount() - 1;
   if (last >= 0) {
     list_->setCurrentIndex(model_->index(std::clamp(list_->currentIndex().row() + rows, 0, last)));
+    ShowCurrent();
   }
+}
+
+void TreeFilter::ShowCurrent() {
+  if (!onCurrent) return;
+  const int row = list_->currentIndex().row();
+  onCurrent(row < 0 ? nullptr : &model_->NodeAt(row));
 }
 
 bool TreeFilter::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
-  switch (static_cast<QKeyEvent*>(event)->key()) {
+  // Without a search, the keys are those of a dialog that contains the tree.
+  const bool isDialogs = field_->text().isEmpty() && qobject_cast<QDialog*>(window()) != nullptr;
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  if (isDialogs && key != Qt::Key_Down) return QWidget::eventFilter(watched, event);
+  if (isDialogs) {
+    tree_.setFocus();
+    return true;
+  }
+  switch (key) {
     case Qt::Key_Escape:
       Leave();
       return true;

@@ -29,10 +29,15 @@ class TreeFilter : public QWidget {
 
   // Starts a search.
   void Begin();
+  // Replaces the texts for the project's tree.
+  void SetPurpose(const QString& purpose, const QString& help);
 
   // Returns all current nodes; called when a search starts, and when a node is chosen.
   std::function<std::vector<IndexedNode>()> queryNodes;
   std::function<void(const IndexedNode& node)> onChosen;
+  // Called with the selected node of the list whenever it changes; null if nothing matches. May be
+  // empty.
+  std::function<void(const IndexedNode* node)> onCurrent;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -42,6 +47,7 @@ class TreeFilter : public QWidget {
   void Choose(int row);
   void Leave();
   void Move(int rows);
+  void ShowCurrent();
 
   QWidget& tree_;
   SearchField* field_ = nullptr;

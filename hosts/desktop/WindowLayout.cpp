@@ -73,7 +73,10 @@ void WindowLayout::Fill(QMenu& menu, const QList<QList<QAction*>>& groups) {
   menu.addSeparator();
   for (const QToolBar* const bar :
        window_.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-    menu.addAction(bar->toggleViewAction());
+    QAction* const action = bar->toggleViewAction();
+    action->setText(
+        QCoreApplication::translate("WindowLayout", "Tool bar: %1").arg(bar->windowTitle()));
+    menu.addAction(action);
   }
   menu.addSeparator();
   for (const QList<QAction*>& group : groups) {

@@ -55,6 +55,10 @@ std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
   if (Trim(wanted.location).empty() || !paths_.MakeAbsolutePath(wanted.location, folder, nullptr)) {
     return "The application needs a folder.";
   }
+  // It would be relative to a folder that the user doesn't see.
+  if (wanted.createNewProject && IsRelativePath(wanted.location)) {
+    return "Enter the full path of the folder.";
+  }
   for (std::string each = folder; !each.empty() && !files_.IsFolder(each); each = FolderOf(each)) {
     const Result<bool> exists = files_.CheckExists(each);
     if (!exists) return each + " can't be used: " + exists.GetError().text + ".";

@@ -9,6 +9,9 @@
 #include <QTimer>
 
 #include "desktop/IdeFixture.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/desktop/ServerTexts.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 namespace {
@@ -49,11 +52,8 @@ TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFi
   AskByKey(Tree());
   menu = AwaitPopup();
   ASSERT_NE(EntryOf(menu, "Run tool"), nullptr);
-  const std::string tools = TextsOf(EntryOf(menu, "Run tool")->menu());
-  for (const char* each : {"AVR C compiler|", "|8051 C compiler|", "|STM8 C compiler|"}) {
-    EXPECT_NE(tools.find(each), std::string::npos) << tools;
-  }
-  EXPECT_EQ(tools.find("assembler"), std::string::npos) << tools;
+  // Those of other toolchains can't be applied to it.
+  EXPECT_EQ(TextsOf(EntryOf(menu, "Run tool")->menu()), "AVR C compiler");
   EntryOf(menu, "Open")->trigger();
   EXPECT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
   menu->close();
@@ -100,6 +100,40 @@ TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
   EntryOf(menu, "Clear the log")->trigger();
   EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }));
   menu->close();
+}
+
+TEST(ToolEntriesTest, CompilersOfOtherFamiliesAreRemoved) {
+  const auto list = [](const char* own) {
+    std::string names;
+    for (const ToolEntry& each : WithoutForeignTools(
+             ReadToolEntries("<T><T Id='33059' Header='s-a.c' Toolchain='s'/><T Id='33060' "
+                             "Header='s-b.c' Toolchain='s'/><T Id='33061' Header='lint.c'/></T>"),
+             own)) {
+      names += each.name + " ";
+    }
+    return names;
+  };
+  EXPECT_EQ(list("s-b.c"), "s-b.c lint.c ");
+  EXPECT_EQ(list(""), "s-a.c s-b.c lint.c ");
+}
+
+TEST(ServerTextsTest, EveryMenuEntryOfTheInstallationCanBeTranslated) {
+  const auto read =
+      ParseXml(testing::ReadBytes(testing::SourcePath("share/config/projectmanager.config")));
+  ASSERT_NE(read, nullptr);
+  const std::function<void(const CXmlNode&)> check = [&](const CXmlNode& node) {
+    for (const CXmlNode* each : node.GetChildren()) {
+      const std::string text = GetAttribute(each, "Header");
+      EXPECT_TRUE(text.empty() || IsServerText(text)) << text;
+      check(*each);
+    }
+  };
+  for (const char* part : {"ToolBar", "MainMenus", "PopupMenus"}) {
+    ASSERT_NE(read->FindChild(part), nullptr) << part;
+    check(*read->FindChild(part));
+  }
+  EXPECT_TRUE(IsServerText("Project"));
+  EXPECT_FALSE(IsServerText("Projec"));
 }
 
 }  // namespace

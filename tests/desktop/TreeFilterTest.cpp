@@ -22,7 +22,7 @@ constexpr const char* kTree =
     "</Application></Project>";
 
 TEST(NodeIndexTest, FindsNodesByLabelAndPathAndKnowsTheirPlaces) {
-  const std::vector<IndexedNode> nodes = IndexTree(kTree, "/p/");
+  std::vector<IndexedNode> nodes = IndexTree(kTree, "/p/");
   const auto found = [&](const char* text) {
     QStringList reported;
     for (const int number : FindNodes(nodes, text)) {
@@ -39,6 +39,17 @@ TEST(NodeIndexTest, FindsNodesByLabelAndPathAndKnowsTheirPlaces) {
   EXPECT_EQ(found("SRC/"), "0/0/0 uart.c (src/uart.c), 0/0/1 uart.h (src/uart.h)");
   EXPECT_EQ(found("  "), "");
   EXPECT_EQ(found("none"), "");
+  const auto add = [&nodes](const char* label, const char* keywords) {
+    IndexedNode node;
+    node.label = label;
+    node.keywords = keywords;
+    nodes.push_back(std::move(node));
+  };
+  nodes.clear();
+  add("F103 board", "ARM 64 KB");
+  add("f103", "");
+  EXPECT_EQ(found("F103"), " f103 (),  F103 board ()");
+  EXPECT_EQ(found("64 board"), " F103 board ()");
 }
 
 TEST(TreeFilterTest, KeysChooseANodeAndEscapeGoesBack) {

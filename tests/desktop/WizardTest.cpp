@@ -86,8 +86,37 @@ TEST_F(WizardTest, TheProposedFolderIsTheUsersOwnAndThenTheLastOne) {
   };
   const std::string first = propose(folder / "mine/demo");
   EXPECT_TRUE(first.starts_with(QDir::homePath().toStdString())) << first;
-  EXPECT_TRUE(first.ends_with("/Tarn/")) << first;
-  EXPECT_EQ(propose({}), folder / "mine/");
+  EXPECT_TRUE(first.ends_with("/Tarn/Application0")) << first;
+  EXPECT_EQ(propose({}), folder / "mine/Application0");
+}
+
+TEST_F(WizardTest, ANewProjectGetsAFolderOfItsOwnAndAMicrocontrollerIsFoundByWords) {
+  ASSERT_TRUE(InWizard(
+      [&](QDialog& dialog) {
+        const auto location = [&] { return FieldOf(dialog, "Location:")->text().section('/', -1); };
+        Fill(dialog, "Name:", "demo");
+        EXPECT_EQ(location(), "demo");
+        Fill(dialog, "Location:", folder / "found");
+        Fill(dialog, "Name:", "other");
+        EXPECT_EQ(location(), "found");
+        const auto described = [&dialog](const QString& text) {
+          const auto labels = dialog.findChildren<QLabel*>();
+          return std::ranges::any_of(labels,
+                                     [&](QLabel* each) { return each->text().contains(text); });
+        };
+        Fill(dialog, "Search", "stm8s 32 pins 16 flash");
+        EXPECT_TRUE(described("16 KB flash"));
+        QLineEdit* const search = FieldOf(dialog, "Search");
+        Fill(dialog, "Search", "atmega328p");
+        EXPECT_TRUE(described("32 KB flash"));
+        QTest::keyClick(search, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+        QTest::keyClick(FieldOf(dialog, "Name:"), Qt::Key_Return);
+      },
+      "New project..."));
+  // The first source is shown.
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
+  EXPECT_EQ(window->Editors().Current()->GetPath(), folder / "found/src/main.c");
 }
 
 TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
@@ -147,6 +176,10 @@ TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
     for (QRadioButton* const each : dialog.findChildren<QRadioButton*>()) {
       if (each->text() == "Create a new project") QTest::keyClick(each, Qt::Key_Space);
     }
+    Fill(dialog, "Location:", "new");
+    finish();
+    ASSERT_TRUE(dialog.isVisible());
+    EXPECT_EQ(shown(), "Enter the full path of the folder.");
     Fill(dialog, "Location:", folder / "new");
     auto* const targets = dialog.findChild<QTreeView*>();
     targets->setFocus();
@@ -154,6 +187,12 @@ TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
     finish();
     ASSERT_TRUE(dialog.isVisible());
     EXPECT_EQ(shown(), "Choose a microcontroller.");
+    Fill(dialog, "Location:", folder / "blinky");
+    Fill(dialog, "Name:", "blinky-avr");
+    QTest::keyClicks(targets, "STM8S103F3");
+    finish();
+    ASSERT_TRUE(dialog.isVisible());
+    EXPECT_EQ(shown(), std::string(folder / "blinky/blinky-avr.tprj") + " already exists.");
   }));
 }
 

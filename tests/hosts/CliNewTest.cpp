@@ -126,5 +126,15 @@ TEST(CliNew, ADebugSessionHasNoSources) {
   EXPECT_TRUE(Has(project.Read("bare/bare.tapp"), "<DebugApplication "));
 }
 
+TEST(CliNew, ANameThatTheCompilerCantHandleIsRefused) {
+  CliProject project;
+  for (const char* option : {"--target=AT89S52", "--compiler=sdcc-stm8"}) {
+    project.ExpectRefusal(
+        {"new", "my firmware", option}, 2,
+        "tarn: sdcc can't handle spaces or special characters in a name: my firmware\n");
+    EXPECT_FALSE(project.Exists("my firmware"));
+  }
+}
+
 }  // namespace
 }  // namespace tarn::host

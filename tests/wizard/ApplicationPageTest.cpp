@@ -219,6 +219,8 @@ TEST_F(ApplicationPageTest, WhatIsInTheWayOfTheApplicationIsSaidBeforeTheEnd) {
       {"Demo", "/q", false, "The name \"Demo\" is in use."},
       {"there", "/p", false, "/p/there.tapp already exists."},
       {"app", "", true, "The application needs a folder."},
+      {"app", "new/folder", true, "Enter the full path of the folder."},
+      {"app", "new/folder", false, ""},
       {"app", "/p/file", true, "/p/file is a file, not a folder."},
       {"app", "/p/file/below", false, "/p/file is a file, not a folder."},
   };

@@ -754,8 +754,16 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <translation>Nur Gruppen und Anwendungen lassen sich hier umbenennen; Dateien erscheinen unter ihrem Namen auf dem Datenträger.</translation>
     </message>
     <message>
-        <source>Choose a microcontroller.</source>
-        <translation>Wählen Sie einen Mikrocontroller.</translation>
+        <source>Program output</source>
+        <translation>Programmausgabe</translation>
+    </message>
+    <message>
+        <source>Local Settings</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>%1 Local Settings</source>
+        <translation>Optionen von %1</translation>
     </message>
 </context>
 <context>
@@ -767,6 +775,40 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     <message>
         <source>Too large for crash recovery: %1.</source>
         <translation>Zu groß für die Wiederherstellung nach einem Absturz: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>NewProjectForm</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Lists the microcontrollers and boards with these words in their name, family, core or description</source>
+        <translation>Listet die Mikrocontroller und Boards mit diesen Wörtern in Name, Familie, Kern oder Beschreibung auf</translation>
+    </message>
+    <message>
+        <source>Choose a microcontroller.</source>
+        <translation>Wählen Sie einen Mikrocontroller.</translation>
+    </message>
+    <message>
+        <source>%1 already exists.</source>
+        <translation>%1 existiert bereits.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t handle spaces or special characters in a name.</source>
+        <translation>%1 verträgt keine Leerzeichen oder Sonderzeichen in einem Namen.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputPane</name>
+    <message>
+        <source>Program output</source>
+        <translation>Programmausgabe</translation>
+    </message>
+    <message>
+        <source>What a simulator or another tool prints appears here while it runs.</source>
+        <translation>Was ein Simulator oder ein anderes Werkzeug ausgibt, erscheint hier, während es läuft.</translation>
     </message>
 </context>
 <context>
@@ -1215,6 +1257,376 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
 </context>
 <context>
+    <name>Server</name>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>Add files</source>
+        <translation>Dateien hinzufügen</translation>
+    </message>
+    <message>
+        <source>New folder</source>
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>Build all</source>
+        <translation>Alles bauen</translation>
+    </message>
+    <message>
+        <source>Build the active application</source>
+        <translation>Aktive Anwendung bauen</translation>
+    </message>
+    <message>
+        <source>Rebuild all</source>
+        <translation>Alles neu bauen</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>&amp;Project</source>
+        <translation>&amp;Projekt</translation>
+    </message>
+    <message>
+        <source>Add files...</source>
+        <translation>Dateien hinzufügen …</translation>
+    </message>
+    <message>
+        <source>New application...</source>
+        <translation>Neue Anwendung …</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Set as active application</source>
+        <translation>Als aktive Anwendung festlegen</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>Konfiguration</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Options...</source>
+        <translation>Optionen …</translation>
+    </message>
+    <message>
+        <source>Options of the active application...</source>
+        <translation>Optionen der aktiven Anwendung …</translation>
+    </message>
+    <message>
+        <source>Reset to defaults</source>
+        <translation>Auf Vorgaben zurücksetzen</translation>
+    </message>
+    <message>
+        <source>B&amp;uild</source>
+        <translation>Ba&amp;uen</translation>
+    </message>
+    <message>
+        <source>Clean all</source>
+        <translation>Alles bereinigen</translation>
+    </message>
+    <message>
+        <source>Build the selection</source>
+        <translation>Auswahl bauen</translation>
+    </message>
+    <message>
+        <source>Rebuild the selection</source>
+        <translation>Auswahl neu bauen</translation>
+    </message>
+    <message>
+        <source>Clean the selection</source>
+        <translation>Auswahl bereinigen</translation>
+    </message>
+    <message>
+        <source>Translate the file</source>
+        <translation>Datei übersetzen</translation>
+    </message>
+    <message>
+        <source>Listing of the selection</source>
+        <translation>Listing der Auswahl</translation>
+    </message>
+    <message>
+        <source>Listing of the active application</source>
+        <translation>Listing der aktiven Anwendung</translation>
+    </message>
+    <message>
+        <source>Add applications...</source>
+        <translation>Anwendungen hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>Bauen</translation>
+    </message>
+    <message>
+        <source>Rebuild</source>
+        <translation>Neu bauen</translation>
+    </message>
+    <message>
+        <source>Clean</source>
+        <translation>Bereinigen</translation>
+    </message>
+    <message>
+        <source>Run tool</source>
+        <translation>Werkzeug ausführen</translation>
+    </message>
+    <message>
+        <source>Listing</source>
+        <translation>Listing</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Translate</source>
+        <translation>Übersetzen</translation>
+    </message>
+    <message>
+        <source>Clear the log</source>
+        <translation>Protokoll leeren</translation>
+    </message>
+    <message>
+        <source>Run in simulator</source>
+        <translation>Im Simulator ausführen</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Hochladen</translation>
+    </message>
+    <message>
+        <source>Disassemble</source>
+        <translation>Disassemblieren</translation>
+    </message>
+    <message>
+        <source>List symbols</source>
+        <translation>Symbole auflisten</translation>
+    </message>
+    <message>
+        <source>Write a copy without debug information</source>
+        <translation>Kopie ohne Debug-Informationen schreiben</translation>
+    </message>
+    <message>
+        <source>Put the object files into an archive</source>
+        <translation>Objektdateien in ein Archiv packen</translation>
+    </message>
+    <message>
+        <source>Globals</source>
+        <translation>Globale Symbole</translation>
+    </message>
+    <message>
+        <source>Build Report</source>
+        <translation>Build-Bericht</translation>
+    </message>
+    <message>
+        <source>Build Log</source>
+        <translation>Build-Protokoll</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Anzeigen</translation>
+    </message>
+    <message>
+        <source>Build information</source>
+        <translation>Build-Informationen</translation>
+    </message>
+    <message>
+        <source>Dependencies</source>
+        <translation>Abhängigkeiten</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Definition</source>
+        <translation>Definition</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Arrange by</source>
+        <translation>Anordnen nach</translation>
+    </message>
+    <message>
+        <source>Sort &amp;Ascending</source>
+        <translation>&amp;Aufsteigend sortieren</translation>
+    </message>
+    <message>
+        <source>Sort &amp;Descending</source>
+        <translation>A&amp;bsteigend sortieren</translation>
+    </message>
+    <message>
+        <source>Group by Field</source>
+        <translation>Nach Feld gruppieren</translation>
+    </message>
+    <message>
+        <source>Group by box</source>
+        <translation>Gruppierungsleiste</translation>
+    </message>
+    <message>
+        <source>Remove Column</source>
+        <translation>Spalte entfernen</translation>
+    </message>
+    <message>
+        <source>Best Fit</source>
+        <translation>Optimale Breite</translation>
+    </message>
+    <message>
+        <source>Alignment</source>
+        <translation>Ausrichtung</translation>
+    </message>
+    <message>
+        <source>Align Left</source>
+        <translation>Linksbündig</translation>
+    </message>
+    <message>
+        <source>Align Right</source>
+        <translation>Rechtsbündig</translation>
+    </message>
+    <message>
+        <source>Align Center</source>
+        <translation>Zentriert</translation>
+    </message>
+    <message>
+        <source>Create a new project</source>
+        <translation>Neues Projekt anlegen</translation>
+    </message>
+    <message>
+        <source>Add an application to the open project</source>
+        <translation>Anwendung zum geöffneten Projekt hinzufügen</translation>
+    </message>
+    <message>
+        <source>Choose the microcontroller, the kind of application, its name and its folder.</source>
+        <translation>Wählen Sie den Mikrocontroller, die Art der Anwendung, ihren Namen und ihren Ordner.</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Typ:</translation>
+    </message>
+    <message>
+        <source>Processor:</source>
+        <translation>Prozessor:</translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation>Beschreibung:</translation>
+    </message>
+    <message>
+        <source>DataSheet</source>
+        <translation>Datenblatt</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Location:</source>
+        <translation>Ort:</translation>
+    </message>
+    <message>
+        <source>Launch Cobbler to generate source files</source>
+        <translation>Cobbler starten, um Quelldateien zu erzeugen</translation>
+    </message>
+    <message>
+        <source>Insert to the current project</source>
+        <translation>In das aktuelle Projekt einfügen</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Anwendung</translation>
+    </message>
+    <message>
+        <source>Debug session</source>
+        <translation>Debug-Sitzung</translation>
+    </message>
+    <message>
+        <source>Live debug session</source>
+        <translation>Live-Debug-Sitzung</translation>
+    </message>
+    <message>
+        <source>The application needs a name.</source>
+        <translation>Die Anwendung braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>A name can&apos;t contain a slash, a backslash or a control character, or start with a drive.</source>
+        <translation>Ein Name kann keinen Schrägstrich, umgekehrten Schrägstrich oder Steuerzeichen enthalten und nicht mit einem Laufwerk beginnen.</translation>
+    </message>
+    <message>
+        <source>The name is too long.</source>
+        <translation>Der Name ist zu lang.</translation>
+    </message>
+    <message>
+        <source>The application needs a folder.</source>
+        <translation>Die Anwendung braucht einen Ordner.</translation>
+    </message>
+    <message>
+        <source>Enter the full path of the folder.</source>
+        <translation>Geben Sie den vollständigen Pfad des Ordners ein.</translation>
+    </message>
+</context>
+<context>
+    <name>ServerDocks</name>
+    <message>
+        <source>The commands of a build and their output appear here.</source>
+        <translation>Die Befehle eines Builds und ihre Ausgaben erscheinen hier.</translation>
+    </message>
+    <message>
+        <source>The errors and warnings of the last build appear here.</source>
+        <translation>Die Fehler und Warnungen des letzten Builds erscheinen hier.</translation>
+    </message>
+    <message>
+        <source>The functions, variables and types of the program appear here after a build.</source>
+        <translation>Die Funktionen, Variablen und Typen des Programms erscheinen hier nach einem Build.</translation>
+    </message>
+</context>
+<context>
     <name>ServerNotifications</name>
     <message>
         <source>Current selection</source>
@@ -1250,6 +1662,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Finish</source>
         <translation>Fertigstellen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>
@@ -1355,6 +1771,30 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>%1 s  %2</source>
         <translation>%1 s  %2</translation>
+    </message>
+    <message>
+        <source>%1: finished</source>
+        <translation>%1: fertig</translation>
+    </message>
+    <message>
+        <source>%1: stopped</source>
+        <translation>%1: abgebrochen</translation>
+    </message>
+    <message>
+        <source>%1: not started</source>
+        <translation>%1: nicht gestartet</translation>
+    </message>
+    <message>
+        <source>%1: failed</source>
+        <translation>%1: fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1: running...</source>
+        <translation>%1 läuft …</translation>
+    </message>
+    <message>
+        <source>Stopping...</source>
+        <translation>Wird angehalten …</translation>
     </message>
 </context>
 <context>
@@ -1494,6 +1934,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>&amp;Reset layout</source>
         <translation>&amp;Fensteranordnung zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Tool bar: %1</source>
+        <translation>Werkzeugleiste: %1</translation>
     </message>
 </context>
 <context>

@@ -754,8 +754,16 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <translation>Seuls les groupes et les applications peuvent être renommés ici&#xa0;; les fichiers portent leur nom sur le disque.</translation>
     </message>
     <message>
-        <source>Choose a microcontroller.</source>
-        <translation>Choisissez un microcontrôleur.</translation>
+        <source>Program output</source>
+        <translation>Sortie du programme</translation>
+    </message>
+    <message>
+        <source>Local Settings</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>%1 Local Settings</source>
+        <translation>Options de %1</translation>
     </message>
 </context>
 <context>
@@ -767,6 +775,40 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     <message>
         <source>Too large for crash recovery: %1.</source>
         <translation>Trop volumineux pour la récupération après un plantage&#xa0;: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>NewProjectForm</name>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Lists the microcontrollers and boards with these words in their name, family, core or description</source>
+        <translation>Liste les microcontrôleurs et les cartes dont le nom, la famille, le cœur ou la description contient ces mots</translation>
+    </message>
+    <message>
+        <source>Choose a microcontroller.</source>
+        <translation>Choisissez un microcontrôleur.</translation>
+    </message>
+    <message>
+        <source>%1 already exists.</source>
+        <translation>%1 existe déjà.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t handle spaces or special characters in a name.</source>
+        <translation>%1 n’accepte ni espaces ni caractères spéciaux dans un nom.</translation>
+    </message>
+</context>
+<context>
+    <name>OutputPane</name>
+    <message>
+        <source>Program output</source>
+        <translation>Sortie du programme</translation>
+    </message>
+    <message>
+        <source>What a simulator or another tool prints appears here while it runs.</source>
+        <translation>Ce qu’un simulateur ou un autre outil affiche apparaît ici pendant son exécution.</translation>
     </message>
 </context>
 <context>
@@ -1215,6 +1257,376 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     </message>
 </context>
 <context>
+    <name>Server</name>
+    <message>
+        <source>Project</source>
+        <translation>Projet</translation>
+    </message>
+    <message>
+        <source>Add files</source>
+        <translation>Ajouter des fichiers</translation>
+    </message>
+    <message>
+        <source>New folder</source>
+        <translation>Nouveau dossier</translation>
+    </message>
+    <message>
+        <source>Build all</source>
+        <translation>Tout générer</translation>
+    </message>
+    <message>
+        <source>Build the active application</source>
+        <translation>Générer l’application active</translation>
+    </message>
+    <message>
+        <source>Rebuild all</source>
+        <translation>Tout régénérer</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>&amp;Project</source>
+        <translation>&amp;Projet</translation>
+    </message>
+    <message>
+        <source>Add files...</source>
+        <translation>Ajouter des fichiers…</translation>
+    </message>
+    <message>
+        <source>New application...</source>
+        <translation>Nouvelle application…</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Coller</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Retirer</translation>
+    </message>
+    <message>
+        <source>Set as active application</source>
+        <translation>Définir comme application active</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>Configuration</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Sélectionner</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Ajouter</translation>
+    </message>
+    <message>
+        <source>Options...</source>
+        <translation>Options…</translation>
+    </message>
+    <message>
+        <source>Options of the active application...</source>
+        <translation>Options de l’application active…</translation>
+    </message>
+    <message>
+        <source>Reset to defaults</source>
+        <translation>Rétablir les valeurs par défaut</translation>
+    </message>
+    <message>
+        <source>B&amp;uild</source>
+        <translation>&amp;Générer</translation>
+    </message>
+    <message>
+        <source>Clean all</source>
+        <translation>Tout nettoyer</translation>
+    </message>
+    <message>
+        <source>Build the selection</source>
+        <translation>Générer la sélection</translation>
+    </message>
+    <message>
+        <source>Rebuild the selection</source>
+        <translation>Régénérer la sélection</translation>
+    </message>
+    <message>
+        <source>Clean the selection</source>
+        <translation>Nettoyer la sélection</translation>
+    </message>
+    <message>
+        <source>Translate the file</source>
+        <translation>Compiler le fichier</translation>
+    </message>
+    <message>
+        <source>Listing of the selection</source>
+        <translation>Listing de la sélection</translation>
+    </message>
+    <message>
+        <source>Listing of the active application</source>
+        <translation>Listing de l’application active</translation>
+    </message>
+    <message>
+        <source>Add applications...</source>
+        <translation>Ajouter des applications…</translation>
+    </message>
+    <message>
+        <source>Build</source>
+        <translation>Générer</translation>
+    </message>
+    <message>
+        <source>Rebuild</source>
+        <translation>Régénérer</translation>
+    </message>
+    <message>
+        <source>Clean</source>
+        <translation>Nettoyer</translation>
+    </message>
+    <message>
+        <source>Run tool</source>
+        <translation>Exécuter un outil</translation>
+    </message>
+    <message>
+        <source>Listing</source>
+        <translation>Listing</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Translate</source>
+        <translation>Compiler</translation>
+    </message>
+    <message>
+        <source>Clear the log</source>
+        <translation>Effacer le journal</translation>
+    </message>
+    <message>
+        <source>Run in simulator</source>
+        <translation>Exécuter dans le simulateur</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Téléverser</translation>
+    </message>
+    <message>
+        <source>Disassemble</source>
+        <translation>Désassembler</translation>
+    </message>
+    <message>
+        <source>List symbols</source>
+        <translation>Lister les symboles</translation>
+    </message>
+    <message>
+        <source>Write a copy without debug information</source>
+        <translation>Écrire une copie sans informations de débogage</translation>
+    </message>
+    <message>
+        <source>Put the object files into an archive</source>
+        <translation>Placer les fichiers objets dans une archive</translation>
+    </message>
+    <message>
+        <source>Globals</source>
+        <translation>Symboles globaux</translation>
+    </message>
+    <message>
+        <source>Build Report</source>
+        <translation>Rapport de génération</translation>
+    </message>
+    <message>
+        <source>Build Log</source>
+        <translation>Journal de génération</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Propriétés</translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation>Infos</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Afficher</translation>
+    </message>
+    <message>
+        <source>Build information</source>
+        <translation>Informations de génération</translation>
+    </message>
+    <message>
+        <source>Dependencies</source>
+        <translation>Dépendances</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Ligne</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Definition</source>
+        <translation>Définition</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Colonnes</translation>
+    </message>
+    <message>
+        <source>Arrange by</source>
+        <translation>Trier par</translation>
+    </message>
+    <message>
+        <source>Sort &amp;Ascending</source>
+        <translation>Tri &amp;croissant</translation>
+    </message>
+    <message>
+        <source>Sort &amp;Descending</source>
+        <translation>Tri &amp;décroissant</translation>
+    </message>
+    <message>
+        <source>Group by Field</source>
+        <translation>Grouper par champ</translation>
+    </message>
+    <message>
+        <source>Group by box</source>
+        <translation>Barre de groupement</translation>
+    </message>
+    <message>
+        <source>Remove Column</source>
+        <translation>Retirer la colonne</translation>
+    </message>
+    <message>
+        <source>Best Fit</source>
+        <translation>Largeur optimale</translation>
+    </message>
+    <message>
+        <source>Alignment</source>
+        <translation>Alignement</translation>
+    </message>
+    <message>
+        <source>Align Left</source>
+        <translation>Aligner à gauche</translation>
+    </message>
+    <message>
+        <source>Align Right</source>
+        <translation>Aligner à droite</translation>
+    </message>
+    <message>
+        <source>Align Center</source>
+        <translation>Centrer</translation>
+    </message>
+    <message>
+        <source>Create a new project</source>
+        <translation>Créer un nouveau projet</translation>
+    </message>
+    <message>
+        <source>Add an application to the open project</source>
+        <translation>Ajouter une application au projet ouvert</translation>
+    </message>
+    <message>
+        <source>Choose the microcontroller, the kind of application, its name and its folder.</source>
+        <translation>Choisissez le microcontrôleur, le type d’application, son nom et son dossier.</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Type&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Processor:</source>
+        <translation>Processeur&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation>Description&#xa0;:</translation>
+    </message>
+    <message>
+        <source>DataSheet</source>
+        <translation>Fiche technique</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Nom&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Location:</source>
+        <translation>Dossier&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Launch Cobbler to generate source files</source>
+        <translation>Lancer Cobbler pour générer des fichiers source</translation>
+    </message>
+    <message>
+        <source>Insert to the current project</source>
+        <translation>Insérer dans le projet actuel</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Application</translation>
+    </message>
+    <message>
+        <source>Debug session</source>
+        <translation>Session de débogage</translation>
+    </message>
+    <message>
+        <source>Live debug session</source>
+        <translation>Session de débogage en direct</translation>
+    </message>
+    <message>
+        <source>The application needs a name.</source>
+        <translation>L’application a besoin d’un nom.</translation>
+    </message>
+    <message>
+        <source>A name can&apos;t contain a slash, a backslash or a control character, or start with a drive.</source>
+        <translation>Un nom ne peut ni contenir de barre oblique, de barre oblique inverse ou de caractère de contrôle, ni commencer par un lecteur.</translation>
+    </message>
+    <message>
+        <source>The name is too long.</source>
+        <translation>Le nom est trop long.</translation>
+    </message>
+    <message>
+        <source>The application needs a folder.</source>
+        <translation>L’application a besoin d’un dossier.</translation>
+    </message>
+    <message>
+        <source>Enter the full path of the folder.</source>
+        <translation>Indiquez le chemin complet du dossier.</translation>
+    </message>
+</context>
+<context>
+    <name>ServerDocks</name>
+    <message>
+        <source>The commands of a build and their output appear here.</source>
+        <translation>Les commandes d’une génération et leur sortie apparaissent ici.</translation>
+    </message>
+    <message>
+        <source>The errors and warnings of the last build appear here.</source>
+        <translation>Les erreurs et avertissements de la dernière génération apparaissent ici.</translation>
+    </message>
+    <message>
+        <source>The functions, variables and types of the program appear here after a build.</source>
+        <translation>Les fonctions, variables et types du programme apparaissent ici après une génération.</translation>
+    </message>
+</context>
+<context>
     <name>ServerNotifications</name>
     <message>
         <source>Current selection</source>
@@ -1250,6 +1662,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>Finish</source>
         <translation>Terminer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
     </message>
 </context>
 <context>
@@ -1356,6 +1772,30 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>%1 s  %2</source>
         <translation>%1 s  %2</translation>
     </message>
+    <message>
+        <source>%1: finished</source>
+        <translation>%1&#xa0;: terminé</translation>
+    </message>
+    <message>
+        <source>%1: stopped</source>
+        <translation>%1&#xa0;: arrêté</translation>
+    </message>
+    <message>
+        <source>%1: not started</source>
+        <translation>%1&#xa0;: non lancé</translation>
+    </message>
+    <message>
+        <source>%1: failed</source>
+        <translation>%1&#xa0;: échec</translation>
+    </message>
+    <message>
+        <source>%1: running...</source>
+        <translation>%1&#xa0;: en cours…</translation>
+    </message>
+    <message>
+        <source>Stopping...</source>
+        <translation>Arrêt en cours…</translation>
+    </message>
 </context>
 <context>
     <name>TreeFilter</name>
@@ -1439,7 +1879,7 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     </message>
     <message>
         <source>The definitions of this project are ignored: %1.</source>
-        <translation>Les définitions de ce projet sont ignorées : %1.</translation>
+        <translation>Les définitions de ce projet sont ignorées&#xa0;: %1.</translation>
     </message>
 </context>
 <context>
@@ -1494,6 +1934,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>&amp;Reset layout</source>
         <translation>Réinitialiser la &amp;disposition</translation>
+    </message>
+    <message>
+        <source>Tool bar: %1</source>
+        <translation>Barre d’outils&#xa0;: %1</translation>
     </message>
 </context>
 <context>

@@ -106,7 +106,7 @@ class ComboBoxWidgetPeer : public WidgetPeer<ComboBoxPeer, QComboBox> {
     // Entries are added one by one.
     if (list_.GetCount() < widget->count()) widget->clear();
     for (int index = widget->count(); index < list_.GetCount(); ++index) {
-      widget->addItem(ToQt(list_.GetText(index)));
+      widget->addItem(Translated(list_.GetText(index)));
     }
     OnSelectionChanged();
   }
@@ -131,7 +131,7 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
 
   void OnTextChanged() override {
     if (widget == nullptr || kind_ != StaticKind::Label) return;
-    widget->setText(ToQt(window.GetControlText()));
+    widget->setText(Translated(window.GetControlText()));
     Fit();
   }
   void OnMoved() override {
@@ -157,13 +157,16 @@ class LinkLabel : public QLabel {
  public:
   LinkLabel() {
     setTextFormat(Qt::PlainText);
-    setForegroundRole(QPalette::Link);
     setFocusPolicy(Qt::StrongFocus);
-    setCursor(Qt::PointingHandCursor);
+    ShowState();
   }
   std::function<void()> onOpen;
 
  protected:
+  void changeEvent(QEvent* event) override {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange) ShowState();
+  }
   void keyPressEvent(QKeyEvent* event) override {
     const int key = event->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
@@ -186,6 +189,13 @@ class LinkLabel : public QLabel {
     QPainter painter(this);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
   }
+
+ private:
+  // Palettes have the same colour for enabled and disabled links.
+  void ShowState() {
+    setForegroundRole(isEnabled() ? QPalette::Link : QPalette::WindowText);
+    setCursor(isEnabled() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  }
 };
 
 class HyperlinkPeer : public WidgetPeer<WindowPeer, LinkLabel> {
@@ -200,7 +210,7 @@ class HyperlinkPeer : public WidgetPeer<WindowPeer, LinkLabel> {
   }
 
   void OnTextChanged() override {
-    if (widget != nullptr) widget->setText(ToQt(window.GetControlText()));
+    if (widget != nullptr) widget->setText(Translated(window.GetControlText()));
   }
   void OnFontChanged() override {
     if (widget == nullptr) return;

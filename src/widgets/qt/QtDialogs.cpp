@@ -113,6 +113,7 @@ int QtDialogs::RunSheet(CPropertySheet& sheet) {
   if (QWidget* const above = Parent()) dialog->setParent(above, dialog->windowFlags());
   dialog->findProblem = findProblem;
   dialog->Build(sheet);
+  if (onSheet) onSheet(sheet, *dialog);
   // Destroying the sheet's window hides the dialog, which ends its loop; the sheet may no longer
   // exist then.
   return Accepts(dialog) ? kSheetFinish : kSheetCancel;

@@ -10,6 +10,8 @@
 
 #include "widgets/Dialogs.h"
 
+class QDialog;
+
 namespace tarn {
 
 // Responder that asks the user in modal dialogs over a widget, for one window, during its lifetime.
@@ -34,6 +36,8 @@ class QtDialogs final : public DialogResponder {
   // Returns why a sheet can't be finished yet, although its page has no objection; an empty string
   // if it can. May be empty.
   std::function<std::string(const CPropertySheet& sheet)> findProblem;
+  // Called before a sheet is shown as this dialog; may be empty.
+  std::function<void(const CPropertySheet& sheet, QDialog& dialog)> onSheet;
 
  private:
   QWidget* Parent() const;

@@ -65,7 +65,7 @@ class GroupBox : public QWidget {
  private:
   QToolButton* MakeButton(const CReportColumn& column) {
     auto* const button = new QToolButton;
-    const QString caption = ToQt(column.GetCaption());
+    const QString caption = Translated(column.GetCaption());
     button->setText(ToQtLabel(column.GetCaption()));
     button->setIcon(style()->standardIcon(QStyle::SP_DockWidgetCloseButton));
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

@@ -1,5 +1,7 @@
 #include "widgets/qt/QtText.h"
 
+#include <QCoreApplication>
+
 namespace tarn {
 
 namespace {
@@ -16,8 +18,12 @@ std::string FromQt(const QString& text) {
   return text.toStdString();
 }
 
+QString Translated(const std::string& text) {
+  return QCoreApplication::translate("Server", text.c_str());
+}
+
 QString ToQtLabel(std::string_view text) {
-  const QString plain = ToQt(text);
+  const QString plain = Translated(std::string(text));
   QString label;
   for (qsizetype i = 0; i < plain.size(); ++i) {
     label += plain[i];

@@ -12,8 +12,12 @@ namespace tarn {
 QString ToQt(std::string_view text);
 std::string FromQt(const QString& text);
 
-// Converts the text of a menu entry or a button: an ampersand before a letter or a digit marks the
-// mnemonic, any other is literal.
+// Returns the text in the user's language if the host has loaded a translation of it (context
+// "Server"), for labels of windows and menus that are made by the server; else the text itself.
+QString Translated(const std::string& text);
+
+// Translates and converts the text of a menu entry or a button: an ampersand before a letter or a
+// digit marks the mnemonic, any other is literal.
 QString ToQtLabel(std::string_view text);
 // Removes the mnemonic from such a text.
 QString WithoutMnemonic(const QString& label);

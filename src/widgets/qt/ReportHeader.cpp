@@ -75,7 +75,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
         &arrow, painter, this);
     room.setRight(arrow.rect.left() - ReportLayout::kCellMargin);
   }
-  const QString caption = ToQt(column->GetCaption());
+  const QString caption = Translated(column->GetCaption());
   painter->setFont(font());
   painter->setPen(text);
   // A truncated caption on a narrow image column would be meaningless.

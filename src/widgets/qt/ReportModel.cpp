@@ -83,7 +83,7 @@ QVariant ReportModel::headerData(int section, Qt::Orientation orientation, int r
   if (report_ == nullptr || orientation != Qt::Horizontal) return {};
   const CReportColumn* const column = report_->GetColumns().GetAt(section);
   if (column == nullptr || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
-  return ToQt(column->GetCaption());
+  return Translated(column->GetCaption());
 }
 
 Qt::ItemFlags ReportModel::flags(const QModelIndex& index) const {

@@ -42,7 +42,7 @@ QFrame* NewLine(QWidget* parent) {
 }
 
 QLabel* NewText(const std::string& text, QWidget* parent) {
-  auto* const label = new QLabel(ToQt(text), parent);
+  auto* const label = new QLabel(Translated(text), parent);
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   return label;
@@ -54,7 +54,7 @@ void NameFields(const CPropertyPage& page) {
   for (const CWnd* const each : page.GetChildren()) {
     QWidget* const widget = WidgetOf(*each);
     if (const auto* const text = dynamic_cast<const CStatic*>(each)) {
-      if (text->GetKind() == StaticKind::Label) label = ToQt(text->GetControlText());
+      if (text->GetKind() == StaticKind::Label) label = Translated(text->GetControlText());
     } else if (widget != nullptr && widget->accessibleName().isEmpty()) {
       if (dynamic_cast<const CControl*>(each) == nullptr || each->GetControlText().empty()) {
         widget->setAccessibleName(label);
@@ -143,7 +143,9 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
   finishButton_ = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
                                      QDialogButtonBox::AcceptRole);
   finishButton_->setDefault(true);
-  buttons->addButton(QDialogButtonBox::Cancel);
+  // The toolkit's own translation may not be installed.
+  buttons->addButton(QDialogButtonBox::Cancel)
+      ->setText(QCoreApplication::translate("SheetDialog", "Cancel"));
   connect(buttons, &QDialogButtonBox::accepted, this, [this, &sheet] { TryFinish(sheet); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   rows->addWidget(buttons);
@@ -169,7 +171,7 @@ QWidget* SheetDialog::MakeProblemRow() {
 
 // The sheet's window owns this dialog.
 void SheetDialog::TryFinish(const CPropertySheet& sheet) {
-  QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
+  QString problem = Translated(sheet.GetPage()->FindFinishProblem());
   if (problem.isEmpty() && findProblem) problem = ToQt(findProblem(sheet));
   if (problem.isEmpty()) return accept();
   problemText_->setText(problem);

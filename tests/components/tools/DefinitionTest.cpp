@@ -169,6 +169,13 @@ TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
                "<T><Tool Name=\"TWO\" Extensions=\".s\"><Step Program=\"r\"/>"
                "<Step Program=\"x\" Optional=\"Yes\"/></Tool></T>");
   disk.AddFile("/c/readme.txt", "<T><Tool/></T>");
+  disk.AddFile("/d/a.tools",
+               "<T><Tool Name=\"x.c\" Extensions=\".c\" Output=\"$(Build.OutputFile)\"><Step "
+               "Program=\"p\"/></Tool>"
+               "<Tool Name=\"x.lint\" Extensions=\".c\"><Step Program=\"p\"/></Tool></T>");
+  EXPECT_EQ(ToolSet::FromFolder(disk, "/d")->ToolsForExtension(".c"),
+            "<Tools><Tool Header=\"x.c\" Title=\"\" Toolchain=\"x\"/>"
+            "<Tool Header=\"x.lint\" Title=\"\"/></Tools>");
   const auto set = ToolSet::FromFolder(disk, "/c");
   EXPECT_EQ(set->ToolsForExtension(".C"), "<Tools><Tool Header=\"one\" Title=\"First\"/></Tools>");
   EXPECT_EQ(set->ToolsForExtension(".s"), "<Tools><Tool Header=\"TWO\" Title=\"\"/></Tools>");
