@@ -62,6 +62,16 @@ std::optional<std::string> Git(const Words& arguments) {
   return text;
 }
 
+// Returns the arguments with the paths of all tracked files after them, except those that every
+// build writes, which don't count if a repository has them by mistake.
+Words ForSources(Words arguments) {
+  for (const char* each :
+       {"--", ":/", ":(exclude,top)*.tlock", ":(exclude,top)*.tlog", ":(exclude,top)*.tstate"}) {
+    arguments.emplace_back(each);
+  }
+  return arguments;
+}
+
 VersionValues ReadValues() {
   VersionValues values;
   // A fixed length of hashes: the default depends on the number of objects in the clone.
@@ -69,7 +79,8 @@ VersionValues ReadValues() {
   const char* const number = std::getenv("BUILD_NUMBER");
   const bool hasNumber = number != nullptr && *number != '\0';
   if (description) {
-    values.isDirty = !Git({"status", "--porcelain", "--untracked-files=no"}).value_or("").empty();
+    values.isDirty =
+        !Git(ForSources({"status", "--porcelain", "--untracked-files=no"})).value_or("").empty();
     values.description = *description + (values.isDirty ? "-dirty" : "");
     values.commit = Git({"rev-parse", "HEAD"}).value_or(values.commit);
     values.date = Git({"log", "-1", "--format=%cs"}).value_or(values.date);
@@ -95,7 +106,7 @@ Words FindDependencies() {
     if (const auto path = Git({"rev-parse", "--git-path", name})) AddIfThere(*path, files);
   }
   const auto top = Git({"rev-parse", "--show-toplevel"});
-  const auto tracked = top ? Git({"-C", *top, "ls-files", "-z"}) : std::nullopt;
+  const auto tracked = top ? Git(ForSources({"-C", *top, "ls-files", "-z"})) : std::nullopt;
   if (!tracked) return files;
   std::size_t count = 0;
   const std::size_t before = files.size();

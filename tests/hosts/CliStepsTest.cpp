@@ -187,7 +187,7 @@ TEST_F(CliSteps, TheVersionOfTheSourcesIsCompiledWhereItIsUsed) {
   };
   project.Write("version.h.in", "#define VERSION \"@GIT_DESCRIPTION@ @BUILD_NUMBER@ @ME@\"\n");
   project.Write("src/c.c", "#include \"../build/app.gen/version.h\"\nconst char c[] = VERSION;\n");
-  project.Write(".gitignore", "build\n*.tstate\n*.tlog\n*.tlock\n");
+  project.Write(".gitignore", "build\n");
   project.Out({"add", "version.h.in", "--tool", "version"});
   project.Out({"add", "build/app.gen/version.h"});  // not yet there
   EXPECT_TRUE(Has(project.Out({"check"}), "No findings"));
