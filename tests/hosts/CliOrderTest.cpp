@@ -75,17 +75,17 @@ TEST_F(CliOrder, WhatAnApplicationLinksIsBuiltBeforeIt) {
     const std::string all = project.Out({"build"});
     EXPECT_EQ(Links(all), "libcore.a prog util ") << all;
     EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+    // The library is built first, separately.
+    project.Touch("src/a.c");
+    project.Out({"build", "--app", "core"});
+    EXPECT_EQ(Links(project.Out({"build", "--app", "prog"})), "prog ");
+    if (&row != rows && !row.isFile) continue;
     // A single application is built with its dependency and nothing else.
     project.Out({"clean"});
     const std::string one = project.Out({"build", "--app", "prog"});
     EXPECT_EQ(Links(one), "libcore.a prog ") << one;
     EXPECT_TRUE(Has(one, "[6/6] build/Standard/prog")) << one;
     EXPECT_TRUE(Has(project.Out({"build", "--app", "prog"}), "Nothing to do"));
-    // The library is built first, separately.
-    project.Touch("src/a.c");
-    project.Out({"build", "--app", "core"});
-    EXPECT_EQ(Links(project.Out({"build", "--app", "prog"})), "prog ");
-    if (&row != rows && !row.isFile) continue;
     project.Touch("src/a.c");
     const std::string status = project.Out({"status"});
     EXPECT_LT(status.find("core  [Standard]  2 out of date"),
