@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/BuildReporter.h"
+#include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/Printable.h"
