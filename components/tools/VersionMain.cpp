@@ -13,35 +13,23 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "components/tools/StepProgram.h"
 #include "components/tools/VersionText.h"
 #include "platform/process/Process.h"
 
 namespace {
 
+using tarn::tools::ReadBytes;
 using tarn::tools::VersionValues;
+using tarn::tools::WriteBytes;
 using Words = std::vector<std::string>;
 
 int Fail(const std::string& file, const char* reason) {
-  std::fprintf(stderr, "tarn-version: error: %s: %s\n", file.c_str(), reason);
-  return 1;
-}
-
-bool Read(const std::string& path, std::string& bytes) {
-  std::ifstream input(path, std::ios::binary);
-  bytes.assign(std::istreambuf_iterator<char>(input), {});
-  return static_cast<bool>(input);
-}
-
-bool Write(const std::string& path, const std::string& bytes) {
-  std::ofstream output(path, std::ios::binary);
-  output << bytes << std::flush;
-  return static_cast<bool>(output);
+  return tarn::tools::FailStep("tarn-version", file, reason);
 }
 
 // Returns what git prints, without the line feed at its end; nullopt if it fails. Without locks,
@@ -131,15 +119,13 @@ int main(int count, char** arguments) {
     return Fail("usage", "tarn-version --git TEMPLATE OUTPUT STAMP DEPENDENCIES");
   }
   std::string text;
-  if (!Read(words[1], text)) return Fail(words[1], "can't be read");
+  if (!ReadBytes(words[1], text)) return Fail(words[1], "can't be read");
   // Before the values, so that a change in between is noticed.
   Words files = FindDependencies();
   files.insert(files.begin(), words[1]);
   const std::string filled = tarn::tools::FillVersion(text, ReadValues());
-  std::string earlier;
-  const bool isSame = Read(words[2], earlier) && earlier == filled;
-  if (!isSame && !Write(words[2], filled)) return Fail(words[2], "can't be written");
-  if (!Write(words[3], "")) return Fail(words[3], "can't be written");
-  const bool isDone = Write(words[4], tarn::tools::DependencyRule(words[3], files));
+  if (!tarn::tools::WriteIfChanged(words[2], filled)) return Fail(words[2], "can't be written");
+  if (!WriteBytes(words[3], "")) return Fail(words[3], "can't be written");
+  const bool isDone = WriteBytes(words[4], tarn::tools::DependencyRule(words[3], files));
   return isDone ? 0 : Fail(words[4], "can't be written");
 }
