@@ -347,8 +347,7 @@ TEST(CliTrust, AHostileProjectRunsAndWritesNothingUntilItIsTrusted) {
   constexpr std::string_view kUses =
       "status;check;tree;options list;log;report;rebuild -v;export compile-commands;"
       "export sarif;clean;build;globals;report --errors;add src/a.h";
-  // Each row is built, and met by a few of the other commands in turn: all of them meet each kind
-  // of row.
+  // Each row is built, and the other commands take turns over the rows.
   constexpr std::size_t kUsesOfARow = 4;
   const auto uses = Split(kUses, ';');
   std::size_t next = 0;
