@@ -27,12 +27,12 @@ std::vector<std::string> WrittenBy(const ToolPlan& plan) {
 
 EarlyRun::EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
                    std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
-                   const char* files, const char* options, std::size_t mostMessages)
+                   std::unique_ptr<const OwnedJob> job, std::size_t mostMessages)
     : world_(machine),
       definition_(std::move(toolDefinition)),
       key_(std::move(runKey)),
-      owned_(machine, files, options),
-      run_(machine, running_, helpers, *definition_, owned_.job, mostMessages),
+      owned_(std::move(job)),
+      run_(machine, running_, helpers, *definition_, owned_->job, mostMessages),
       most_(mostMessages),
       claims_(WrittenBy(run_.Plan())) {
   // Compilers derive the names of by-products from that of the output.
@@ -52,8 +52,8 @@ bool EarlyRun::MayRunEarly() const {
   const ToolPlan& plan = run_.Plan();
   const bool isPlain = definition_->isEarly && plan.problems.empty() &&
                        !plan.outputOnDisk.empty() && !plan.rules.empty() && !plan.commands.empty();
-  if (!isPlain || owned_.job.files.size() != 1 || !owned_.job.repeated.empty()) return false;
-  const RunAccess access = FindRunAccess(world_, *definition_, plan, owned_.job);
+  if (!isPlain || owned_->job.files.size() != 1 || !owned_->job.repeated.empty()) return false;
+  const RunAccess access = FindRunAccess(world_, *definition_, plan, owned_->job);
   // A flag that follows a flag that names a file counts as a name, too.
   const auto isDeclared = [this](const FileWrite& each) {
     return !each.isCertain || Contains(claims_, each.path) ||
@@ -78,7 +78,7 @@ bool EarlyRun::IsValid(std::size_t mostMessages) {
   const bool isLimited = run_.GetLog().GetRetained() >= std::min(most_, mostMessages);
   if (most_ != mostMessages && isLimited) return false;
   const BuildRecord& record = *run_.Record();
-  std::vector<std::string> read = owned_.job.files;
+  std::vector<std::string> read = owned_->job.files;
   read.insert(read.end(), record.dependencies.begin(), record.dependencies.end());
   const bool isUnchanged = std::all_of(
       read.begin(), read.end(), [this](const std::string& path) { return IsUnchanged(path); });

@@ -17,10 +17,11 @@ namespace tarn::tools {
 // may be executed on any thread, by one at a time.
 class EarlyRun {
  public:
-  // `machine` and `helpers` are borrowed.
+  // `machine` and `helpers` are borrowed. `runKey` is KeyOf() the arguments that the job was made
+  // from.
   EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
            std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
-           const char* files, const char* options, std::size_t mostMessages);
+           std::unique_ptr<const OwnedJob> job, std::size_t mostMessages);
   EarlyRun(const EarlyRun&) = delete;
   EarlyRun& operator=(const EarlyRun&) = delete;
 
@@ -50,7 +51,7 @@ class EarlyRun {
   void RemoveResults() { run_.RemoveResults(); }
 
   bool HasSucceeded() const { return hasSucceeded_; }
-  const ToolInvocation& Job() const { return owned_.job; }
+  const ToolInvocation& Job() const { return owned_->job; }
   ToolRun& Run() { return run_; }
   // Constant, also while the run is executed.
   const ToolPlan& Plan() const { return run_.Plan(); }
@@ -62,7 +63,7 @@ class EarlyRun {
   const ToolEnvironment& world_;
   const std::shared_ptr<const ToolDefinition> definition_;
   const std::string key_;
-  OwnedJob owned_;
+  const std::unique_ptr<const OwnedJob> owned_;
   RunningToolSet running_;
   ToolRun run_;
   const std::size_t most_;

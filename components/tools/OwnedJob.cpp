@@ -35,9 +35,10 @@ void AddFiles(ToolInvocation& job, const std::vector<std::string>& listed) {
 
 }  // namespace
 
-OwnedJob::OwnedJob(const ToolEnvironment& world, const char* files, const char* options)
+OwnedJob::OwnedJob(const ToolEnvironment& world, const std::string& configFolder, const char* files,
+                   const char* options)
     : values(OptionValues::FromText(OrEmpty(options))) {
-  values.Put("", "Install", "ConfigFolder", ReplaceAll(world.configFolder, "$", "$$"));
+  values.Put("", "Install", "ConfigFolder", ReplaceAll(configFolder, "$", "$$"));
   values.Put("", "Install", "ProgramFolder", ReplaceAll(ModuleFolder() + kSeparator, "$", "$$"));
   job.values = &values;
   job.disk = world.files;

@@ -11,8 +11,9 @@ struct OwnedJob {
   ToolInvocation job;
 
   // `files` is a comma-separated list of quoted paths, `options` the values text of the node; null
-  // counts as empty.
-  OwnedJob(const ToolEnvironment& world, const char* files, const char* options);
+  // counts as empty. `configFolder` is the value of $(Install.ConfigFolder).
+  OwnedJob(const ToolEnvironment& world, const std::string& configFolder, const char* files,
+           const char* options);
   OwnedJob(const OwnedJob&) = delete;
   OwnedJob& operator=(const OwnedJob&) = delete;
 };

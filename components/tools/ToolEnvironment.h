@@ -20,8 +20,6 @@ struct ToolEnvironment {
   std::function<std::string(const char*)> environment;
   // Returns the user's setting for the folder of a toolchain, or an empty string. May be empty.
   std::function<std::string(const std::string&)> toolchainSetting = {};
-  // Value of $(Install.ConfigFolder), including its trailing separator.
-  std::string configFolder = {};
 
   static ToolEnvironment Native();
 };

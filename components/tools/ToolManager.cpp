@@ -10,7 +10,6 @@
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
 #include "components/tools/MessageFile.h"
-#include "components/tools/OwnedJob.h"
 #include "components/tools/RunAccess.h"
 #include "components/tools/ToolDefinitionReader.h"
 #include "components/tools/ToolPaths.h"
@@ -121,12 +120,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
 ToolManager::ToolManager(ToolEnvironment machine)
     : permits_(machine.environment ? machine.environment("MAKEFLAGS") : std::string()),
       launcher_(machine.launcher, permits_),
-      world_{&launcher_,
-             machine.files,
-             std::move(machine.findProgram),
-             std::move(machine.environment),
-             std::move(machine.toolchainSetting),
-             {}},
+      world_{&launcher_, machine.files, std::move(machine.findProgram),
+             std::move(machine.environment), std::move(machine.toolchainSetting)},
       early_(permits_) {}
 
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
@@ -143,7 +138,6 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
       ToolSet::FromFolder(*world_.files, place, further, Locator());
   const std::lock_guard guard(lock_);
   tools_ = std::move(read);
-  world_.configFolder = JoinPath(root, "config") + kSeparator;
   folder_ = place;
   frame_ = frameWindow;
   return 1;
@@ -248,9 +242,10 @@ std::int32_t ToolManager::SetStartLimits(std::int32_t load, std::int32_t megabyt
 std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const char* options) {
   auto definition = FindTool(OrEmpty(tool));
   if (!definition || !definition->isEarly) return 0;
-  auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(definition),
-                                        EarlyRun::KeyOf(tool, files, options), files, options,
-                                        std::min(MostMessages(), MessageLog::kMaxOfEarlyRun));
+  auto run = std::make_unique<EarlyRun>(
+      world_, helpers_, std::move(definition), EarlyRun::KeyOf(tool, files, options),
+      std::unique_ptr<OwnedJob>(new OwnedJob(MakeJob(files, options))),
+      std::min(MostMessages(), MessageLog::kMaxOfEarlyRun));
   if (events_.IsWatched()) {
     const std::string start = DescribeStart(OrEmpty(tool), files, run->Job(), run->Plan());
     run->Report(std::make_unique<RunEvents::Run>(events_, start));
@@ -287,7 +282,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     events = ended->TakeEvents();
     return Deliver(*ended, toolName, files, messages);
   }
-  OwnedJob owned(world_, files, options);
+  OwnedJob owned = MakeJob(files, options);
   const auto definition = FindTool(toolName, owned.job);
   if (!definition) {
     NotifyHost(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
@@ -405,6 +400,10 @@ std::shared_ptr<const ToolSet> ToolManager::Tools() {
   return tools_;
 }
 
+OwnedJob ToolManager::MakeJob(const char* files, const char* options) {
+  return OwnedJob(world_, Tools()->ConfigFolder(), files, options);
+}
+
 std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& name) {
   const auto set = Tools();
   if (const ToolDefinition* found = set->Find(name)) return {set, found};
@@ -418,7 +417,7 @@ std::string ToolManager::GetToolsForExtension(const char* extension) {
 }
 
 std::string ToolManager::GetCommandLines(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned(world_, files, options);
+  const OwnedJob owned = MakeJob(files, options);
   const auto definition = FindTool(OrEmpty(tool), owned.job);
   if (!definition) return "<Commands/>";
   std::string macros;
@@ -436,7 +435,7 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
 
 std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
                                             const char* options) {
-  const OwnedJob owned(world_, files, options);
+  const OwnedJob owned = MakeJob(files, options);
   const auto definition = FindTool(OrEmpty(tool), owned.job);
   if (!definition) {
     const bool isAction = Tools()->FindAction(OrEmpty(tool)) != nullptr;
@@ -448,7 +447,7 @@ std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
 }
 
 std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned(world_, files, options);
+  const OwnedJob owned = MakeJob(files, options);
   const auto definition = FindTool(OrEmpty(tool), owned.job);
   if (!definition) return {};
   return HexText(HashCommands(world_, MakePlan(*definition, owned.job)));
@@ -473,7 +472,7 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
 
 std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const char* options,
                                       const char* candidates) {
-  const OwnedJob owned(world_, files, options);
+  const OwnedJob owned = MakeJob(files, options);
   const auto definition = FindTool(OrEmpty(tool), owned.job);
   if (!definition) return {};
   const ToolPlan plan = MakePlan(*definition, owned.job);
@@ -514,7 +513,7 @@ std::string ToolManager::MissingProgram(const char* tool) {
 }
 
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned(world_, files, options);
+  const OwnedJob owned = MakeJob(files, options);
   const auto definition = FindTool(OrEmpty(tool), owned.job);
   if (!definition) return RunAccessText({});
   return RunAccessText(

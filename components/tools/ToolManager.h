@@ -13,6 +13,7 @@
 #include "components/tools/EarlyRuns.h"
 #include "components/tools/HelperFinder.h"
 #include "components/tools/JobPermits.h"
+#include "components/tools/OwnedJob.h"
 #include "components/tools/RunEvents.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolEnvironment.h"
@@ -139,6 +140,8 @@ class ToolManager : public DispatchObject<ToolManager> {
                                                  const ToolInvocation& job);
   // Returns why FindTool returns nullptr.
   std::string DescribeMissing(const std::string& tool);
+  // Makes a job from the arguments of RunTool.
+  OwnedJob MakeJob(const char* files, const char* options);
   using Events = std::unique_ptr<RunEvents::Run>;
 
   // Runs the tool and appends its messages, including errors in the plan. Returns true on success.
@@ -165,7 +168,7 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   JobPermits permits_;
   JobserverLauncher launcher_;
-  ToolEnvironment world_;  // constant after InitTools()
+  const ToolEnvironment world_;
   RunningToolSet running_;
   HelperFinder helpers_;
   RunEvents events_;

@@ -35,7 +35,7 @@ std::string ToolManager::DescribeMissing(const std::string& tool) {
 
 // An action is described with the programs that it would start for these options.
 std::string ToolManager::GetActions(const char* extension, const char* files, const char* options) {
-  const OwnedJob owned(world_, files, options);
+  const OwnedJob owned = MakeJob(files, options);
   const auto set = Tools();
   std::string text = "<Actions>";
   for (const ActionRule& action : set->Actions()) {

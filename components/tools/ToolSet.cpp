@@ -97,6 +97,7 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   auto set = std::make_unique<ToolSet>();
   const std::vector<DefinitionFile> definitions = ReadTexts(files, folder, further, set->errors_);
   set->folder_ = folder;
+  set->configFolder_ = AddSeparator(FolderOf(folder));
   set->digest_ = Digest(definitions, set->errors_);
   if (!set->errors_.empty()) set->problem_ = set->errors_.front();
   ReadDefinitions read = ReadDefinitionFiles(definitions, locate);

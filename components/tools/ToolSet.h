@@ -63,6 +63,9 @@ class ToolSet {
   const std::string& Problem() const { return problem_; }
   // Returns the folder that the tools were loaded from.
   const std::string& Folder() const { return folder_; }
+  // Returns the value of $(Install.ConfigFolder), including its trailing separator: the folder that
+  // contains Folder(). Empty if no tools were loaded.
+  const std::string& ConfigFolder() const { return configFolder_; }
 
   static constexpr std::size_t kMaxListed = 20;  // the number of commands available for them
 
@@ -80,6 +83,7 @@ class ToolSet {
   std::vector<std::string> errors_;
   std::string problem_;
   std::string folder_;
+  std::string configFolder_;
   std::uint64_t digest_ = 0;
 };
 

@@ -88,6 +88,16 @@ TEST_F(StopTools, CallsOfTheHostDoNotRaceWithRuns) {
     manager->ResumeTools();
     manager->InitTools(folder.Path().c_str(), folder.Path().c_str(), 0);
     EXPECT_NE(manager->GetCommandLines("quick", "", "").find("/bin/true"), std::string::npos);
+    manager->RefreshTools();
+    manager->SetDefinitionFolders(rounds % 2 == 0 ? folder.Path().c_str() : "");
+    manager->SetJobs(1 + rounds % 2);
+    manager->SetStartLimits(-1, -1, -1);
+    manager->WatchRuns(rounds % 2);
+    manager->TakeRunEvents();
+    EXPECT_GE(manager->GetJobs(), 1);
+    EXPECT_NE(manager->ListTools(), "");
+    EXPECT_NE(manager->GetActions(".c", "", ""), "");
+    EXPECT_EQ(manager->GetDefinitionErrors(), "");
     std::this_thread::sleep_for(1ms);
   }
   for (std::thread& worker : workers) worker.join();
