@@ -40,21 +40,6 @@ constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
 constexpr const char* kGenerator = "Generator";  // type of nodes
 
-bool IsOutput(FileSystem& files, const CXmlNode& parent, const std::string& path) {
-  for (const CXmlNode* child : parent.GetChildren()) {
-    const std::string output = MadeFile(GetAttribute(child, "OutputFile"));
-    const bool isSame = !output.empty() && IsSameName(files, output, path);
-    if (isSame || IsOutput(files, *child, path)) return true;
-  }
-  return false;
-}
-
-// Returns true if a node of the project makes the file.
-bool IsMade(FileSystem& files, const std::string& tree, const std::string& path) {
-  const ProjectTree project(tree);
-  return project.GetRoot() != nullptr && IsOutput(files, *project.GetRoot(), path);
-}
-
 void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
                     std::vector<std::string>& labels) {
   for (const CXmlNode* child : node.GetChildren()) {
@@ -250,7 +235,7 @@ int Edit::AddOne(const std::string& file) {
   }
   const Result<bool> exists = context_.Files().CheckExists(path);
   if (!exists) return Fail(context_.ShowFailure(path, "added", exists.GetError().text) + ".");
-  const bool isMade = !*exists && IsMade(context_.Files(), TreeText(), path);
+  const bool isMade = !*exists && ProjectTree(TreeText()).Makes(context_.Files(), path);
   const bool isMissing = !*exists && !isMade;
   if (const std::string why = context_.WhyUnusable(path); !why.empty()) {
     return Fail(context_.ShowFailure(path, "added", why) + ".");

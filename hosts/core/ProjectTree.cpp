@@ -5,6 +5,7 @@
 
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ServerDrivers.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
@@ -33,6 +34,15 @@ std::vector<std::string> ConfigurationsOf(const CXmlNode& application, const std
     if (!isListed) names.insert(names.begin(), name);
   }
   return names;
+}
+
+bool IsMadeBelow(FileSystem& files, const CXmlNode& parent, const std::string& path) {
+  for (const CXmlNode* child : parent.GetChildren()) {
+    const std::string made = WithoutStamp(GetAttribute(child, "OutputFile"));
+    const bool isSame = !made.empty() && IsSameName(files, made, path);
+    if (isSame || IsMadeBelow(files, *child, path)) return true;
+  }
+  return false;
 }
 
 using Entries = std::vector<const ApplicationEntry*>;
@@ -109,8 +119,8 @@ bool ProjectTree::IsShown(const CXmlNode& node) {
          std::find(kHidden.begin(), kHidden.end(), node.NameView()) == kHidden.end();
 }
 
-std::string MadeFile(const std::string& output) {
-  return EqualNoCase(ExtensionOf(output), ".stamp") ? WithoutExtension(output) : output;
+bool ProjectTree::Makes(FileSystem& files, const std::string& path) const {
+  return root_ != nullptr && IsMadeBelow(files, *root_, path);
 }
 
 }  // namespace tarn::host

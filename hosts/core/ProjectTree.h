@@ -9,7 +9,8 @@
 
 namespace tarn {
 class CXmlNode;
-}
+class FileSystem;
+}  // namespace tarn
 
 namespace tarn::host {
 
@@ -39,10 +40,6 @@ FoundApplication FindApplication(const std::vector<ApplicationEntry>& applicatio
 // Returns the applications of the open project.
 std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector);
 
-// Returns the file that a node with this output makes for others: the output itself, or the file
-// for which it is only a stamp (`version.h.stamp`).
-std::string MadeFile(const std::string& output);
-
 // The project's tree as returned by the inspector.
 class ProjectTree {
  public:
@@ -54,6 +51,8 @@ class ProjectTree {
   // Returns the root of the project; nullptr if no tree was returned.
   const CXmlNode* GetRoot() const { return root_.get(); }
   std::vector<ApplicationEntry> GetApplications() const;
+  // Returns true if the tool of a node makes the file.
+  bool Makes(FileSystem& files, const std::string& path) const;
 
   // Returns true for nodes that a tree view shows: applications, groups and files; false for stored
   // options, configurations, dependencies and comments.

@@ -26,8 +26,7 @@ void Collect(const NodeTypes& types, CXmlNode& parent, std::vector<CXmlNode*>& f
 }
 
 bool Makes(const CXmlNode& node, const CXmlNode& user) {
-  std::string output = OrEmpty(node.GetAttrValue("OutputFile"));
-  if (EqualNoCase(ExtensionOf(output), ".stamp")) output = WithoutExtension(output);
+  const std::string output = WithoutStamp(OrEmpty(node.GetAttrValue("OutputFile")));
   return &node != &user && !output.empty() &&
          EqualNoCase(output, OrEmpty(user.GetAttrValue("Path")));
 }

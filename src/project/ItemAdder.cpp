@@ -18,7 +18,6 @@ namespace tarn {
 namespace {
 
 constexpr const char* kSourceList = "DebugSrcFiles";
-constexpr const char* kStampExtension = ".stamp";
 
 bool HasControlBytes(std::string_view text) {
   for (const char c : text) {
@@ -63,13 +62,11 @@ bool HoldsFile(FileSystem& files, const CXmlNode& parent, const std::string& pat
   return false;
 }
 
-// Returns true if a tool makes the file, which then need not exist: it is the output of a node, or
-// named like one that is only a stamp for it.
+// Returns true if the tool of a node makes the file, which then need not exist.
 bool IsMade(FileSystem& files, const CXmlNode& parent, const std::string& path) {
   for (int i = 0; i < parent.GetChildCount(); ++i) {
     const CXmlNode& child = *parent.GetChild(i);
-    std::string output = OrEmpty(child.GetAttrValue("OutputFile"));
-    if (EqualNoCase(ExtensionOf(output), kStampExtension)) output = WithoutExtension(output);
+    const std::string output = WithoutStamp(OrEmpty(child.GetAttrValue("OutputFile")));
     const bool isSame = !output.empty() && IsSameName(files, output, path);
     if (isSame || IsMade(files, child, path)) return true;
   }

@@ -162,7 +162,7 @@ void CheckScope::AddNode(const CheckedNode& node) {
   const std::string output = GetAttribute(node.node, "OutputFile");
   if (!output.empty() && !GetAttribute(node.node, "TranslateTool").empty()) {
     outputs.try_emplace(AbsolutePath(node, output), number);
-    outputs.try_emplace(AbsolutePath(node, MadeFile(output)), number);
+    outputs.try_emplace(AbsolutePath(node, WithoutStamp(output)), number);
   }
 }
 

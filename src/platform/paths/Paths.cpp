@@ -189,6 +189,11 @@ std::string WithExtension(std::string_view path, std::string_view extension) {
   return WithoutExtension(path).append(extension);
 }
 
+std::string WithoutStamp(std::string_view output) {
+  return EqualNoCase(ExtensionOf(output), ".stamp") ? WithoutExtension(output)
+                                                    : std::string(output);
+}
+
 std::string JoinPath(std::string_view folder, std::string_view name) {
   return AddSeparator(folder).append(name);
 }

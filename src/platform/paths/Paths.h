@@ -49,6 +49,9 @@ std::string FolderOf(std::string_view path);
 std::string WithoutExtension(std::string_view path);
 // The path with the extension of its last component replaced; `extension` includes the dot.
 std::string WithExtension(std::string_view path, std::string_view extension);
+// The file that a tool with this output makes for others: the one for which the output is only a
+// stamp (`version.h.stamp`), else the output itself.
+std::string WithoutStamp(std::string_view output);
 // Joins `folder` and `name`, with a separator between them unless `folder` is empty or ends in one.
 std::string JoinPath(std::string_view folder, std::string_view name);
 // The folder with a trailing separator; an empty folder stays empty.
