@@ -107,8 +107,12 @@ class LinkSearch {
   void AddWord(std::string_view word) {
     if (!word.starts_with('-')) return AddName(word);
     if (word.size() > 2) AddName(word.substr(2));
-    if (const std::size_t equal = word.find('='); equal != word.npos)
-      AddName(word.substr(equal + 1));
+    const std::size_t equal = word.find('=');
+    if (equal == word.npos) return;
+    // The map file of the previous link is full of words that look like names.
+    const bool isWritten = std::find(tool_.writes.begin(), tool_.writes.end(),
+                                     word.substr(0, equal)) != tool_.writes.end();
+    if (!isWritten) AddName(word.substr(equal + 1));
   }
 
   void AddName(std::string_view name) {

@@ -180,6 +180,22 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
   }
 }
 
+TEST(CommandLine, TheMapOfThePreviousLinkNamesNoInputs) {
+  ToolManagerFixture tools(
+      OneTool(R"~(Output="out.elf" Writes="-o;-Map" Carries=".gnu.lto_ .opts"><Step Program="ld">)~"
+              R"~(<Arg V="$(X.Args)" Words="Yes"/></Step>)~"));
+  tools.disk.AddFile("/p/x.map", "INPUT(one.a)");
+  tools.disk.AddFile("/p/one.a", "!<arch>\n.gnu.lto_");
+  for (const auto& [arguments, isInput] :
+       {std::pair{"-Map=x.map", false}, std::pair{"-Wl,-Map=x.map", false},
+        std::pair{"-Map=x.map x.map", true}, std::pair{"--script=x.map", true}}) {
+    tools.values.Put("", "X", "Args", arguments);
+    const std::string options = tools.values.ToText();
+    const std::string access = tools.manager->GetAccess("t", "\"a.o\"", options.c_str());
+    EXPECT_EQ(access.find("/p/one.a") != std::string::npos, isInput) << arguments << access;
+  }
+}
+
 TEST(CommandLine, WhatAnEarlierRunLeftDoesNotPassForAnOutput) {
   ToolManagerFixture tools(OneTool(R"~(Output="x.a"><Step Program="ar"/>)~"));
   tools.disk.AddFile("/p/x.a", "old");
