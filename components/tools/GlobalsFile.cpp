@@ -54,16 +54,16 @@ std::string GlobalsText(std::vector<GlobalSymbol> symbols) {
   return text + "</Globals>\n";
 }
 
-ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
-                              const std::string& program, const std::string& folder,
-                              const std::vector<std::string>& otherFolders) {
-  ToolMessage said;
+GlobalSymbols ReadProgramSymbols(FileSystem& files, const std::string& program,
+                                 const std::string& folder,
+                                 const std::vector<std::string>& otherFolders) {
   auto bytes = files.ReadWholeFile(program);
-  if (!bytes) {
-    said.text = program + ": " + bytes.GetError().text;
-    return said;
-  }
-  GlobalSymbols found = ReadDebugSymbols(*bytes, folder, otherFolders);
+  if (bytes) return ReadDebugSymbols(*bytes, folder, otherFolders);
+  return {{}, program + ": " + bytes.GetError().text, true};
+}
+
+ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path, GlobalSymbols found) {
+  ToolMessage said;
   if (!found.problem.empty()) said.text = "the list of globals: " + found.problem;
   if (found.isUnable) return said;
   Status done;

@@ -79,7 +79,7 @@ struct SizeRule {
 
 // Source of the list of global symbols.
 struct GlobalsRule {
-  enum class Format { None, Dwarf };
+  enum class Format { None, Dwarf, Cdb };
   Format format = Format::None;
   Template file;
 };

@@ -386,8 +386,9 @@ class ToolReader : public ElementReader {
 
   void ReadGlobals(const CXmlNode& node) {
     CheckAttributes(node, {"Format", "File"});
-    constexpr std::array kFormats{GlobalsRule::Format::Dwarf, GlobalsRule::Format::None};
-    tool_->globals.format = kFormats[Choose(node, "Format", {"dwarf"})];
+    using Format = GlobalsRule::Format;
+    constexpr std::array kFormats{Format::Dwarf, Format::Cdb, Format::None};
+    tool_->globals.format = kFormats[Choose(node, "Format", {"dwarf", "cdb"})];
     tool_->globals.file = Filled(node, "File");
     if (tool_->globals.file.IsEmpty()) Fail("Globals has no File");
     if (tool_->output.IsEmpty()) Fail("Globals needs an Output");

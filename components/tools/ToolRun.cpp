@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 
+#include "components/tools/CdbSymbols.h"
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
@@ -428,6 +429,21 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
 // Problems with the list of globals don't fail the run.
 void ToolRun::WriteGlobals(const std::vector<std::string>& libraries) {
   if (tool_.globals.format == GlobalsRule::Format::None || plan_.globals.empty()) return;
+  GlobalSymbols found =
+      tool_.globals.format == GlobalsRule::Format::Cdb ? ReadCdb() : ReadDwarf(libraries);
+  ToolMessage said = UpdateGlobalsFile(*world_.files, plan_.globals, std::move(found));
+  if (!said.text.empty()) log_.Add(std::move(said));
+}
+
+// The file of an earlier run, which wrote debug information, is not that of the program.
+GlobalSymbols ToolRun::ReadCdb() const {
+  const std::string path = WithExtension(plan_.outputOnDisk, ".cdb");
+  const auto status = world_.files->ExamineExactly(path);
+  if (!status || status->changed < startTime_) return {};
+  return ReadCdbSymbols(*world_.files, path, job_.files, job_.baseFolder);
+}
+
+GlobalSymbols ToolRun::ReadDwarf(const std::vector<std::string>& libraries) const {
   // The sources of a library are relative to the folder of its application, in or above its own.
   std::vector<std::string> folders;
   for (const std::vector<std::string>* list : {&job_.files, &libraries}) {
@@ -435,9 +451,7 @@ void ToolRun::WriteGlobals(const std::vector<std::string>& libraries) {
       if (path.ends_with(".a")) AddFoldersAbove(path, folders);
     }
   }
-  ToolMessage said =
-      UpdateGlobalsFile(*world_.files, plan_.globals, plan_.outputOnDisk, job_.baseFolder, folders);
-  if (!said.text.empty()) log_.Add(std::move(said));
+  return ReadProgramSymbols(*world_.files, plan_.outputOnDisk, job_.baseFolder, folders);
 }
 
 std::map<std::string, std::uint64_t> ToolRun::ReadProgramSizes() const {

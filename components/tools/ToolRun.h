@@ -9,6 +9,7 @@
 
 #include "components/tools/BuildRecord.h"
 #include "components/tools/CommandBuilder.h"
+#include "components/tools/GlobalSymbol.h"
 #include "components/tools/HelperFinder.h"
 #include "components/tools/LargestSymbols.h"
 #include "components/tools/MessageLog.h"
@@ -81,6 +82,8 @@ class ToolRun {
   LinkFiles FilesOfLink() const;
   bool SettleRandomNames();
   void WriteGlobals(const std::vector<std::string>& libraries);
+  GlobalSymbols ReadCdb() const;
+  GlobalSymbols ReadDwarf(const std::vector<std::string>& libraries) const;
   std::vector<std::string> FindProducts() const;
   std::vector<std::string> FindByProducts() const;
   void RemoveLeft() const;

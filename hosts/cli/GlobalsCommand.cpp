@@ -95,7 +95,9 @@ int RunGlobals(CommandContext& context) {
     const std::string reason = GetAttribute(globals.get(), "Reason");
     context.Complain("The symbols of " + application->label + " can't be listed: " +
                      (reason.empty()
-                          ? context.Show(file) + " is missing. A tool of its build must write it."
+                          ? context.Show(file) +
+                                " is missing. The linker's tool writes it if the code is "
+                                "compiled with debug information (Compiler.Debug)."
                           : context.ShowFailure(file, "read", reason) + "."));
     return kExitCannotOpen;
   }

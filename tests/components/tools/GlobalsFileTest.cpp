@@ -169,7 +169,8 @@ TEST_F(GlobalsFile, DamagedDebugInformationIsToldAndGivesWhatIsWhole) {
     MemoryFileSystem disk;
     disk.AddFile("/app", damaged);
     disk.AddFile("/list.xml", "of an earlier program");
-    const std::string note = UpdateGlobalsFile(disk, "/list.xml", "/app", "/").text;
+    const std::string note =
+        UpdateGlobalsFile(disk, "/list.xml", ReadProgramSymbols(disk, "/app", "/")).text;
     const std::string list = disk.BytesOf("/list.xml").value_or("<Globals");
     ASSERT_TRUE(list.starts_with("<Globals")) << "round " << round;
     if (!note.empty()) ++reported;

@@ -14,7 +14,7 @@ namespace {
 class RealTools : public ::testing::Test {
  protected:
   RealTools() {
-    manager->InitTools(testing::SourcePath("share").c_str(), "", 0);
+    manager->InitTools(tarn::testing::SourcePath("share").c_str(), "", 0);
     EXPECT_EQ(manager->GetDefinitionErrors(), "");
     values.Put("Application", "General", "ApplicationDir", folder.Path() + "/");
     values.Put("Application", "General", "ApplicationName", "app");
@@ -33,7 +33,7 @@ class RealTools : public ::testing::Test {
     const std::string options = values.ToText();
     const int result =
         manager->RunTool(tool, list.substr(1).c_str(), options.c_str(), (folder / "m.xml").c_str());
-    messages = ReplaceAll(testing::ReadBytes(folder / "m.xml"), folder.Path(), "~");
+    messages = ReplaceAll(tarn::testing::ReadBytes(folder / "m.xml"), folder.Path(), "~");
     information = ReplaceAll(manager->TakeBuildInformation(), folder.Path(), "~");
     return result == 1;
   }
@@ -44,7 +44,7 @@ class RealTools : public ::testing::Test {
   bool IsMissing(const char* tool) { return !manager->MissingProgram(tool).empty(); }
 
   // The space in its name would break sdcc if paths were not relative to the folder.
-  const testing::ScratchFolder folder{"tarn real-"};
+  const tarn::testing::ScratchFolder folder{"tarn real-"};
   OptionValues values{"C"};
   ToolManager* const manager = new ToolManager(ToolEnvironment::Native());
   std::string messages;
@@ -114,7 +114,7 @@ TEST_F(RealTools, SdccFirmwareIsCompiledLinkedAndMeasured) {
   ASSERT_TRUE(Run("sdcc-mcs51.asm", {"m.asm"}, "out/m.rel")) << messages;
   Expect({"<D Header=\"~/i.inc\"/><D Header=\"~/j.inc\"/></F></I>"});
   ASSERT_TRUE(Run("sdcc-mcs51.link", {"out/a.rel", "out/m.rel"}, "out/p.ihx")) << messages;
-  EXPECT_EQ(testing::ReadBytes(folder / "out/p.ihx").substr(0, 1), ":");
+  EXPECT_EQ(tarn::testing::ReadBytes(folder / "out/p.ihx").substr(0, 1), ":");
   Expect({"Infos=\"flash ", " B, RAM "});
 }
 
@@ -129,8 +129,36 @@ TEST_F(RealTools, SdccForTheStm8IsMeasuredByItsAreas) {
   Expect({"<F Header=\"~/out/a.rel\"", "\"><D Header=\"~/b.h\"/></F></I>"});
   ASSERT_TRUE(Run("sdcc-stm8.asm", {"m.asm"}, "out/m.rel")) << messages;
   ASSERT_TRUE(Run("sdcc-stm8.link", {"out/a.rel", "out/m.rel"}, "out/p.ihx")) << messages;
-  EXPECT_EQ(testing::ReadBytes(folder / "out/p.ihx").substr(0, 1), ":");
+  EXPECT_EQ(tarn::testing::ReadBytes(folder / "out/p.ihx").substr(0, 1), ":");
   Expect({"Infos=\"flash ", " B, RAM 9 B\""});
+}
+
+TEST_F(RealTools, SdccListsTheGlobalsOfEachFamily) {
+  values.SetConfig("Standard");
+  values.Put("", "General", "ApplicationDir", folder.Path() + "/");
+  values.Put("", "General", "ApplicationName", "app");
+  folder.Write(
+      "a.c",
+      "#include \"b.h\"\nstatic int (*handler)(char);\nstruct pair both;\n"
+      "static void set(int by) { both.n += by; handler = 0; }\nvoid main(void) { set(3); }\n");
+  folder.Write("b.h", "struct pair { int n; };\nextern struct pair both;\n");
+  for (const char* family : {"mcs51", "stm8", "z80", "sm83", "hc08", "pdk14"}) {
+    const std::string tool = std::string("sdcc-") + family;
+    if (IsMissing((tool + ".c").c_str())) GTEST_SKIP() << "sdcc is not installed";
+    values.Put("", "Compiler", "Debug", "Yes");
+    ASSERT_TRUE(Run((tool + ".c").c_str(), {"a.c"}, "out/a.rel")) << messages;
+    ASSERT_TRUE(Run((tool + ".link").c_str(), {"out/a.rel"}, "out/p.ihx")) << messages;
+    const std::string list = tarn::testing::ReadBytes(folder / "app-Globals.Standard.xml");
+    for (const char* part : {"Header=\"both\" Desc=\"struct pair both\"", "Header=\"handler\"",
+                             "Header=\"main\"", "Header=\"pair\" Desc=\"struct pair\"",
+                             "Desc=\"static void set(int by)\"", "a.c\" DeclLine=\"4\""}) {
+      EXPECT_THAT(list, ::testing::HasSubstr(part)) << family;
+    }
+    // The file of the earlier link is not that of a program without debug information.
+    values.Put("", "Compiler", "Debug", "No");
+    ASSERT_TRUE(Run((tool + ".link").c_str(), {"out/a.rel"}, "out/p.ihx")) << messages;
+    EXPECT_FALSE(Exists("app-Globals.Standard.xml")) << family;
+  }
 }
 
 TEST_F(RealTools, SdccErrorsOfAllThreeToolsAreSeen) {

@@ -35,9 +35,9 @@ class StopTools : public ::testing::Test {
   std::int32_t Run(const char* tool) {
     return manager->RunTool(tool, "", "", (folder / "m.xml").c_str());
   }
-  std::string Messages() const { return testing::ReadBytes(folder / "m.xml"); }
+  std::string Messages() const { return tarn::testing::ReadBytes(folder / "m.xml"); }
 
-  const testing::ScratchFolder folder;
+  const tarn::testing::ScratchFolder folder;
   ToolManager* const manager = new ToolManager(ToolEnvironment::Native());
 };
 
@@ -47,7 +47,7 @@ TEST_F(StopTools, AStubbornToolAndItsChildAreGoneWithinTwoSeconds) {
   std::string child;
   for (int i = 0; i < 2000 && !child.ends_with('\n'); ++i) {
     std::this_thread::sleep_for(5ms);
-    child = testing::ReadBytes(folder / "child");
+    child = tarn::testing::ReadBytes(folder / "child");
   }
   const auto asked = Clock::now();
   manager->StopTools();
@@ -55,7 +55,7 @@ TEST_F(StopTools, AStubbornToolAndItsChildAreGoneWithinTwoSeconds) {
   const auto taken = Clock::now() - asked;
   ASSERT_NE(child, "");
   EXPECT_LT(taken, 2s);
-  EXPECT_TRUE(testing::EndsSoon(child.substr(0, child.find('\n'))));
+  EXPECT_TRUE(tarn::testing::EndsSoon(child.substr(0, child.find('\n'))));
   EXPECT_EQ(result, 0);
   EXPECT_THAT(Messages(), HasSubstr("Description=\"stopped\""));
   EXPECT_THAT(Messages(), Not(HasSubstr("second")));
