@@ -1,6 +1,6 @@
 #include "components/values/Macros.h"
 
-#include <vector>
+#include <algorithm>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -42,28 +42,27 @@ struct Frame {
 // Returns the position of the ")" that matches the macro starting at `begin`, or npos.
 std::size_t FindEnd(std::string_view text, std::size_t begin) {
   int depth = 0;
-  for (std::size_t i = begin; i < text.size(); ++i) {
-    if (text[i] == '$' && i + 1 < text.size() && text[i + 1] == '(') {
-      ++depth;
-      ++i;
-    } else if (text[i] == ')') {
-      if (depth-- == 0) return i;
-    }
+  std::size_t open = text.find("$(", begin);
+  for (std::size_t close = text.find(')', begin); close != text.npos;
+       close = text.find(')', close + 1)) {
+    for (; open < close; open = text.find("$(", open + 2)) ++depth;
+    if (depth-- == 0) return close;
   }
   return std::string_view::npos;
 }
 
 // Removes and returns the part of `list` before the next ";" that is outside all macros.
 std::string_view TakeCase(std::string_view& list) {
-  int depth = 0;
-  std::size_t i = 0;
-  for (; i < list.size(); ++i) {
-    if (list[i] == '$' && i + 1 < list.size() && list[i + 1] == '(') ++depth;
-    if (list[i] == ')' && depth > 0) --depth;
-    if (list[i] == ';' && depth == 0) break;
+  std::size_t end = list.find(';');
+  std::size_t open = list.find("$(");
+  while (end != list.npos && open < end) {
+    const std::size_t close = FindEnd(list, open + 2);
+    if (end < close) end = close == list.npos ? close : list.find(';', close);
+    open = list.find("$(", std::min(close, list.size()));
   }
-  const std::string_view part = list.substr(0, i);
-  list.remove_prefix(std::min(i + 1, list.size()));
+  const std::string_view part = list.substr(0, end);
+  list.remove_prefix(part.size());
+  if (!list.empty()) list.remove_prefix(1);
   return part;
 }
 
@@ -229,16 +228,30 @@ class Resolver {
   int nesting_ = 0;
 };
 
-std::vector<std::string_view> Components(std::string_view path) {
-  std::vector<std::string_view> parts;
+// Removes and returns the first component of a path; an empty one after the last. A ".." that
+// remains in a canonical path follows a symbolic link, so it is kept as a name.
+std::string_view TakeComponent(std::string_view& path) {
   while (!path.empty()) {
-    const std::size_t end = std::min(path.find_first_of("/\\"), path.size());
+    const auto end = static_cast<std::size_t>(std::find_if(path.begin(), path.end(), IsSeparator) -
+                                              path.begin());
     const std::string_view part = path.substr(0, end);
     path.remove_prefix(std::min(end + 1, path.size()));
-    // A ".." that remains in a canonical path follows a symbolic link, so it is kept as a name.
-    if (!part.empty() && part != ".") parts.push_back(part);
+    if (!part.empty() && part != ".") return part;
   }
-  return parts;
+  return {};
+}
+
+// Removes the components that both paths begin with, except for the last one of `path`.
+void SkipCommon(std::string_view& path, std::string_view& folder) {
+  for (;;) {
+    std::string_view pathRest = path;
+    std::string_view folderRest = folder;
+    const std::string_view part = TakeComponent(pathRest);
+    std::string_view after = pathRest;
+    if (part.empty() || part != TakeComponent(folderRest) || TakeComponent(after).empty()) return;
+    path = pathRest;
+    folder = folderRest;
+  }
 }
 
 std::string ResolveValue(const MacroSource& source, const FoundValue& value, std::string* error,
@@ -277,31 +290,31 @@ std::string RestoreSeparators(std::string_view text) {
 }
 
 std::string UniquePath(std::string_view path, std::string_view folder) {
-  const std::vector<std::string_view> target = Components(path);
-  const std::vector<std::string_view> base = Components(folder);
-  std::size_t common = 0;
+  std::string_view target = path;
   std::string text;
   if (!IsRelativePath(path)) {
     const bool sameRoot = !IsRelativePath(folder) && HasDrive(path) == HasDrive(folder) &&
                           (!HasDrive(path) || EqualNoCase(path.substr(0, 1), folder.substr(0, 1)));
     if (sameRoot) {
-      while (common < base.size() && common + 1 < target.size() && base[common] == target[common]) {
-        ++common;
-      }
-      for (std::size_t i = common; i < base.size(); ++i) text += "__/";
+      std::string_view base = folder;
+      SkipCommon(target, base);
+      while (!TakeComponent(base).empty()) text += "__/";
     } else {
       text = "__root/";
     }
   }
-  for (std::size_t i = common; i < target.size(); ++i) {
-    if (target[i] == "..") {
+  bool isDrive = target.size() == path.size() && HasDrive(path);
+  for (std::string_view part = TakeComponent(target); !part.empty();) {
+    if (part == "..") {
       text += "__";
     } else {
-      if (target[i].starts_with("__")) text += '_';
-      text += target[i];
-      if (i == 0 && HasDrive(path)) text.pop_back();
+      if (part.starts_with("__")) text += '_';
+      text += part;
+      if (isDrive) text.pop_back();
     }
-    if (i + 1 < target.size()) text += '/';
+    isDrive = false;
+    part = TakeComponent(target);
+    if (!part.empty()) text += '/';
   }
   return text;
 }

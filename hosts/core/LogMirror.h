@@ -1,9 +1,10 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/Result.h"
 #include "platform/files/FileSystem.h"
@@ -12,7 +13,10 @@
 namespace tarn::host {
 
 // Maintains the log next to a project: a copy of the server's log file in conforming XML, which
-// other programs may read while the build is running. The server's file grows with each tool run.
+// other programs may read while the build is running. The server's file grows with each tool run:
+// its closing tag is overwritten in place by what is new. As long as that is so, only the new part
+// is read and appended to the copy, so all copies of a build together take time linear in the size
+// of its log. Any other change replaces the copy.
 class LogMirror {
  public:
   // `window` is the window whose timers are used.
@@ -34,7 +38,23 @@ class LogMirror {
   void Stop();
 
  private:
+  // State of both files after a copy. "Kept" is what stays if the log grows.
+  struct Copied {
+    std::string log;            // path
+    FileStatus logStatus;       // of which the identity counts
+    std::uint64_t kept = 0;     // bytes of the log
+    std::string seam;           // last bytes of these
+    std::string end;            // bytes of the log after these
+    std::uint64_t written = 0;  // bytes of the copy that are kept
+    FileStatus copyStatus;
+  };
+
   Status Copy();
+  // Copies what is new. Returns false, with the copy unchanged, if that isn't possible.
+  bool CopyNews();
+  Status CopyWhole();
+  void Record(const FileStatus& log, std::uint64_t begin, std::string_view text,
+              std::uint64_t written, const FileStatus& copy);
   void OnTick();
   void SetTimer(std::chrono::milliseconds period);
   void StopTimer();
@@ -43,7 +63,8 @@ class LogMirror {
   WindowHandle window_;
   std::string source_;  // empty: none
   std::string target_;
-  std::optional<std::size_t> copied_;  // hash of the last copy
+  bool hasCopied_ = false;
+  std::optional<Copied> last_;  // nullopt if the next copy must be whole
 };
 
 }  // namespace tarn::host

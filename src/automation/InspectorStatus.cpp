@@ -293,7 +293,7 @@ std::string ProjectInspector::GetToolInput(const char* application, const char* 
   input.SetName("Input");
   input.AddAttr("Tool", tool);
   input.AddAttr("Files", files);
-  input.AddCData(values->ValueText());
+  input.AddCData(values->GetValue());
   return input.ToString(g_xmlDisplayOptions);
 }
 

@@ -62,7 +62,7 @@ std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
                                    [](const CXmlNode* each) { return IsContentNode(*each); });
   if (values == nullptr || !isLeaf) return nullptr;
   BuildAction request;
-  request.options = values->ValueText();
+  request.options = values->GetValue();
   GetToolInput(model_.Types(), node, request.tool, request.files);
   if (!FindObstacle(node, request).text.empty()) return nullptr;
   std::optional<RunSnapshot> snapshot =

@@ -220,7 +220,7 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
   if (values == nullptr) values = model_.Publishing().LoadNodeOptions(&node, true);
   if (IsTreeStale()) return true;
   if (values == nullptr) return FailNode(node, {});
-  request.options = values->ValueText();
+  request.options = values->GetValue();
 
   const bool hasTool = GetToolInput(model_.Types(), node, request.tool, request.files);
   if (usesExplicitTool_) {

@@ -309,8 +309,10 @@ std::int32_t Builder::RunToolOnNode(CXmlNode* node, const std::string& tool) {
 
 bool Builder::IsNodeUpToDate(CXmlNode* node) {
   if (!IsWorkerAlive() && syncBuildDepth_ == 0) information_.GetMtimes().Invalidate();
-  return Staleness(services_.types, information_.GetMtimes(), information_.GetRecordCheck())
-      .IsUpToDate(node);
+  Staleness staleness(services_.types, information_.GetMtimes(), information_.GetRecordCheck());
+  // A file that was added to an application decides about it without a look at the others.
+  if (node != nullptr && staleness.HasUnbuilt(*node)) return false;
+  return staleness.IsUpToDate(node);
 }
 
 StaleVerdict Builder::ExamineNode(CXmlNode& node) {

@@ -79,8 +79,7 @@ bool IsExactlyYes(const CXmlNode& node, std::string_view name) {
 }
 
 bool Staleness::IsUpToDate(CXmlNode* node) {
-  if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;
-  if (ignoresUnbuildable_ && types_.GetNodeType(*node) == nullptr) return true;
+  if (node == nullptr || IsSkipped(*node)) return true;
   for (int i = 0; i < node->GetChildCount(); ++i) {
     CXmlNode* child = node->GetChild(i);
     if (IsContentNode(*child) && !IsUpToDate(child)) return false;
@@ -88,9 +87,30 @@ bool Staleness::IsUpToDate(CXmlNode* node) {
   return IsOwnOutputUpToDate(*node);
 }
 
+// Returns true if neither the node nor its descendants are judged.
+bool Staleness::IsSkipped(const CXmlNode& node) const {
+  return IsExactlyYes(node, "Exclude") ||
+         (ignoresUnbuildable_ && types_.GetNodeType(node) == nullptr);
+}
+
+// Returns true if the node must have an output of its own.
+bool Staleness::IsJudged(const CXmlNode& node) const {
+  if ((types_.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return false;
+  return !ignoresUnbuildable_ || !IsWithoutTool(node);
+}
+
+bool Staleness::HasUnbuilt(const CXmlNode& node) const {
+  if (IsSkipped(node)) return false;
+  if (IsJudged(node) && LastBuiltOf(node) == 0) return true;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child) && HasUnbuilt(child)) return true;
+  }
+  return false;
+}
+
 bool Staleness::IsOwnOutputUpToDate(CXmlNode& node) {
-  if ((types_.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
-  if (ignoresUnbuildable_ && IsWithoutTool(node)) return true;
+  if (!IsJudged(node)) return true;
   // Avoids disk access for nodes that were never built; the result is the same.
   if (LastBuiltOf(node) == 0) return false;
   return !Examine(node);

@@ -36,7 +36,10 @@ class Staleness {
   // Returns true if neither the node nor its descendants are out of date. Stops at the first stale
   // descendant.
   bool IsUpToDate(CXmlNode* node);
-  // Same for a node whose children are known to be up to date.
+  // Returns true if the node or a descendant is out of date because it was never built, so that
+  // IsUpToDate() returns false. Queries no files.
+  bool HasUnbuilt(const CXmlNode& node) const;
+  // Same as IsUpToDate() for a node whose children are known to be up to date.
   bool IsOwnOutputUpToDate(CXmlNode& node);
   // Same for an application, without querying its files, if all of them are known to exist and to
   // be no newer than `newest`. Returns false also if the files have to be checked individually.
@@ -56,6 +59,8 @@ class Staleness {
   void CollectParts(const CXmlNode& application, MtimeCache::StatBatch& batch);
 
  private:
+  bool IsSkipped(const CXmlNode& node) const;
+  bool IsJudged(const CXmlNode& node) const;
   const MtimeCache::Entry& Query(const char* path);
   MtimeCache::Time TimeOf(const char* path) { return Query(path).GetTime(); }
   StaleVerdict ExamineTimes(const CXmlNode& node);

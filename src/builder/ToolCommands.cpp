@@ -19,7 +19,7 @@ std::uint64_t ToolCommands::SignatureOf(const CXmlNode& node) {
   std::string files;
   const CXmlNode* values = FindStoredValues(node);
   if (values == nullptr || !inputOf_(node, tool, files)) return 0;
-  return SignatureOf(tool, files, values->ValueView());
+  return SignatureOf(tool, files, values->GetValue());
 }
 
 std::uint64_t ToolCommands::HashOf(const CXmlNode& node) {
@@ -27,7 +27,7 @@ std::uint64_t ToolCommands::HashOf(const CXmlNode& node) {
   std::string files;
   const CXmlNode* values = FindStoredValues(node);
   if (driver_ == nullptr || values == nullptr || !inputOf_(node, tool, files)) return 0;
-  return ParseCommandHash(driver_->GetCommandHash(tool, files, values->ValueText()));
+  return ParseCommandHash(driver_->GetCommandHash(tool, files, values->GetValue()));
 }
 
 void ToolCommands::RefreshTools() {

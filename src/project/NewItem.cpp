@@ -221,7 +221,7 @@ std::int32_t ItemAdder::RunCobbler(const std::string& wizardPath) {
   const CXmlNode* values = FindStoredValues(*node);
   if (values == nullptr) values = publisher_.LoadNodeOptions(node, true);
   if (values == nullptr || services_.toolManager == nullptr) return 0;
-  const std::string text(values->ValueText());
+  const std::string text = values->GetValue();
   const WaitCursor wait;
   services_.toolManager->RunTool(tool, "", text, nullptr);
   return 1;

@@ -89,7 +89,7 @@ CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
   }
   PublishPath(*node);
   ApplyStoredOptions(*node, config);
-  CXmlNode* values = node->AddCData(services_.propertyManager->GetValuesAsText("", "", ""));
+  CXmlNode* values = StoreValues(*node, services_.propertyManager->GetValuesAsText("", "", ""));
   WriteMarker(*node, config);
   WriteDerivedAttributes(*node);
   services_.build.MarkPublished(*node);
@@ -166,6 +166,15 @@ const std::string& Publisher::TextOfOptions(const CXmlNode& owner) {
   const CXmlNode* options = isNew ? owner.FindChild("Options") : nullptr;
   if (options != nullptr) kept->second = options->ToString(g_xmlDisplayOptions);
   return kept->second;
+}
+
+// The inherited values and the defaults follow the node's own, are the same for all files of a
+// group, and take far more space.
+CXmlNode* Publisher::StoreValues(CXmlNode& node, std::string_view values) {
+  values = values.substr(0, values.find('\0'));
+  const auto end = commonEnds_[std::string(node.NameView())].Find(values);
+  if (end == nullptr) return node.AddCData(values);
+  return node.AddCData(values.substr(0, values.size() - end->size()), end);
 }
 
 void Publisher::WriteMarker(CXmlNode& node, const std::string& config) const {

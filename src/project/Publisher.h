@@ -3,10 +3,13 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "project/CommonEnd.h"
 #include "project/HostLink.h"
 #include "project/ProjectPaths.h"
 #include "project/ProjectServices.h"
@@ -102,6 +105,7 @@ class Publisher {
   void PublishPath(CXmlNode& node);
   void ApplyStoredOptions(CXmlNode& node, const std::string& config);
   const std::string& TextOfOptions(const CXmlNode& owner);
+  CXmlNode* StoreValues(CXmlNode& node, std::string_view values);
   void WriteMarker(CXmlNode& node, const std::string& config) const;
   void WriteDerivedAttributes(CXmlNode& node);
   void ReadConfigurations();
@@ -121,6 +125,7 @@ class Publisher {
   bool publishingStopped_ = false;
   bool inPublishTick_ = false;
   PublishCursor publishCursor_;
+  std::map<std::string, CommonEnd, std::less<>> commonEnds_;  // of stored values, by node type
 };
 
 }  // namespace tarn

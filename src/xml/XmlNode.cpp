@@ -193,8 +193,28 @@ void CXmlNode::Clear() {
   DestroyAttrs();
 }
 
+std::string CXmlNode::GetValue() const {
+  std::string value;
+  AppendValue(value);
+  return value;
+}
+
+void CXmlNode::AppendValue(std::string& to) const {
+  if (IsJoined(value_)) return AppendJoinedString(to, value_);
+  to.append(StringView(value_));
+}
+
+const char* CXmlNode::ValueText() const {
+  if (IsJoined(value_)) {
+    const char* const joined = value_;
+    value_ = NewString(GetValue());
+    FreeString(joined);
+  }
+  return value_;
+}
+
 std::string_view CXmlNode::ValueView() const {
-  return StringView(value_);
+  return StringView(ValueText());
 }
 
 void CXmlNode::SetName(XmlArg text) {
@@ -267,6 +287,12 @@ CXmlNode* CXmlNode::AddCData(XmlArg text) {
   auto node = CreateNode("#CDATA", text);
   node->type_ = XmlCData;
   return AppendChild(std::move(node));
+}
+
+CXmlNode* CXmlNode::AddCData(std::string_view start, std::shared_ptr<const std::string> end) {
+  CXmlNode* const node = AddCData("");
+  node->value_ = NewJoinedString(start, std::move(end));
+  return node;
 }
 
 CXmlNode* CXmlNode::AppendCopy(const CXmlNode& source) {

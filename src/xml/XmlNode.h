@@ -109,11 +109,12 @@ class CXmlNode {
 
   // Return copies.
   std::string GetName() const { return std::string(NameView()); }
-  std::string GetValue() const { return value_; }
+  std::string GetValue() const;
+  void AppendValue(std::string& to) const;
   // Borrowed; valid until the name or value is changed or the node is destroyed.
   std::string_view NameView() const { return name_->View(); }
   const char* NameText() const { return name_->Text(); }
-  const char* ValueText() const { return value_; }
+  const char* ValueText() const;
   std::string_view ValueView() const;
   CXmlNodeType GetType() const { return type_; }
 
@@ -175,6 +176,10 @@ class CXmlNode {
   // Appends `node` if `beforeChild` isn't a child of this node, so that the node isn't lost.
   CXmlNode* InsertChildBefore(std::unique_ptr<CXmlNode> node, const CXmlNode* beforeChild);
   CXmlNode* AddCData(XmlArg text);
+  // Adds a section with the value `start` + `end`. Sections with the same end share its memory
+  // until `ValueText()` or `ValueView()` is called for one: it then gets a separate copy, which
+  // `GetValue()`, `AppendValue()` and `AppendCopy()` avoid. The strings have no zero bytes.
+  CXmlNode* AddCData(std::string_view start, std::shared_ptr<const std::string> end);
   // Appends a deep copy of `source` as the last child.
   CXmlNode* AppendCopy(const CXmlNode& source);
 
@@ -249,7 +254,7 @@ class CXmlNode {
   static std::unique_ptr<CXmlNode> MakeCopy(const CXmlNode& source);
 
   const XmlInternedName* name_;
-  const char* value_;
+  mutable const char* value_;  // joined until ValueText is called, see AddCData
   CXmlNode* parent_ = nullptr;
   std::unique_ptr<CXmlNode*[]> children_;
   std::uint32_t childCount_ = 0;

@@ -4,7 +4,8 @@ namespace tarn {
 
 std::unique_ptr<CXmlNode> XmlNodeBuilder::CopyAlone(XmlArena& arena, const CXmlNode& source,
                                                     CXmlNode* parent) {
-  std::size_t textBytes = StringBytes(StringView(source.value_).size());
+  const bool isJoined = IsJoined(source.value_);
+  std::size_t textBytes = isJoined ? 0 : StringBytes(StringView(source.value_).size());
   std::size_t attrCount = 0;
   for (const CXmlAttr& attr : source.Attributes()) {
     textBytes += StringBytes(StringView(attr.value_).size());
@@ -14,7 +15,8 @@ std::unique_ptr<CXmlNode> XmlNodeBuilder::CopyAlone(XmlArena& arena, const CXmlN
   for (const CXmlAttr& attr : source.Attributes()) {
     builder.AddAttr(CopyName(attr.name_), builder.CopyString(StringView(attr.value_)));
   }
-  builder.SetValue(builder.CopyString(StringView(source.value_)));
+  builder.SetValue(isJoined ? CopyJoinedString(source.value_)
+                            : builder.CopyString(StringView(source.value_)));
   return builder.Take();
 }
 

@@ -249,7 +249,7 @@ const char* XmlReader::ReadTagEnd(const char* p, bool& isOpen, Run& text) {
     return nullptr;
   }
   isOpen = true;
-  if (IsReadingTop() && !IsBlank(top_->value_)) return p;
+  if (IsReadingTop() && !IsBlank(top_->ValueText())) return p;
   return ReadText(p + 1, text);
 }
 
@@ -333,7 +333,7 @@ void XmlReader::FillTop(const XmlInternedName* name, const Run& text, bool isOpe
     ReleaseName(attr.name);
   }
   if (!isOpen) return;
-  levels_.push_back({top_, nullptr, 0, nullptr, 0, Span(), !IsBlank(top_->value_), nullptr});
+  levels_.push_back({top_, nullptr, 0, nullptr, 0, Span(), !IsBlank(top_->ValueText()), nullptr});
   if (!levels_.back().hasText) TakeText(levels_.back(), text);
 }
 

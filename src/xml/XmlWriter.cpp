@@ -59,7 +59,9 @@ class XmlWriter {
     if (node.GetType() == XmlComment) {
       out_.append("<!--").append(node.ValueView()).append("-->");
     } else if (node.GetType() == XmlCData) {
-      out_.append("<![CDATA[").append(node.ValueView()).append("]]>");
+      out_.append("<![CDATA[");
+      node.AppendValue(out_);
+      out_.append("]]>");
     } else {
       OpenElement(node);
     }

@@ -104,6 +104,26 @@ TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
                                     "examine /p/c.o", "examine /p/demo.elf"));
 }
 
+// Otherwise adding a file to a large application would check all its other files.
+TEST(Build, AnUnbuiltFileMakesWhatItBelongsToStaleWithoutAnyQuery) {
+  BuildFixture world;
+  world.Open();
+  world.Build(kWorkerBuildAll);
+  CXmlNode* const unbuilt = world.Node("c.c");
+  const auto isStale = [&](CXmlNode* node) { return !world.builder->IsNodeUpToDate(node); };
+  EXPECT_FALSE(isStale(unbuilt));
+  EXPECT_FALSE(isStale(world.Node("lib")));
+  unbuilt->RemoveAttr(unbuilt->GetAttr("LastBuilt"));
+  world.disk.TakeOperations();
+  for (CXmlNode* const each : {unbuilt, world.Node("lib"), world.Application()}) {
+    EXPECT_TRUE(isStale(each));
+  }
+  EXPECT_THAT(world.disk.Operations("examine"), IsEmpty());
+  EXPECT_FALSE(isStale(world.Node("a.c")));
+  unbuilt->SetAttrValue("Exclude", "Yes");
+  EXPECT_FALSE(isStale(world.Node("lib"))) << "excluded files don't count";
+}
+
 TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
   for (const bool isLinked : {true, false}) {
     BuildFixture world;

@@ -4,6 +4,7 @@
 
 #include "support/ManualClock.h"
 #include "support/MemoryFileSystem.h"
+#include "xml/XmlEscape.h"
 
 namespace tarn::host {
 namespace {
@@ -61,6 +62,61 @@ TEST(LogMirrorTest, TheKeptLogFollowsTheServersWhileItChanges) {
   disk.AddFile(kServerLog, "<a>e</a>");
   EXPECT_TRUE(mirror.Sync());
   EXPECT_EQ(kept(), "<a>d</a>");
+}
+
+// The server's log with these children of the top element.
+std::string LogOf(const Lines& children) {
+  std::string text = "<?xml version=\"1.0\"?>\r\n<Log >";
+  for (const std::string& each : children) text += "\r\n\t" + each;
+  return text + "\r\n</Log>";
+}
+
+TEST(LogMirrorTest, OnlyWhatIsNewIsWrittenWhileTheLogGrows) {
+  constexpr const char* kServerLog = "/tmp/log.xml";
+  test::ManualClock clock;
+  Window window;
+  testing::MemoryFileSystem disk;
+  disk.AddFolder("/p");
+  LogMirror mirror(disk, window.handle);
+  Lines children{"<m a=\"\xC3\xA4|\" />"};
+  disk.AddFile(kServerLog, LogOf(children));
+  mirror.Follow(kServerLog, kProjectLog);
+  const auto expectCopy = [&](const char* operation, const std::string& what) {
+    SCOPED_TRACE(what);
+    const std::string whole = LogOf(children);
+    disk.AddFile(kServerLog, whole);
+    disk.TakeOperations();
+    clock.Advance(milliseconds(1000));
+    EXPECT_EQ(disk.BytesOf(kProjectLog), ToConformingXml(whole));
+    for (const char* each : {"write", "tail"}) {
+      const bool isExpected = std::string(each) == operation;
+      const Lines expected{std::string(each) + " " + kProjectLog};
+      EXPECT_EQ(disk.Operations(each), isExpected ? expected : Lines{});
+    }
+  };
+  expectCopy("none", "nothing new");
+  children.emplace_back("<m >a \\< b \xE2\x82\xAC</m>");
+  expectCopy("tail", "a new message");
+  children.emplace_back("<m >\r\n\t\t<n />\r\n\t</m>");
+  children.emplace_back("<!-- </Log> -->");
+  expectCopy("tail", "several new messages, and a closing tag in a comment");
+  children.emplace_back("<m />");
+  expectCopy("tail", "after these");
+  children[0] = "<m a=\"other text\" />";
+  children[1] = "<m >a log of a different build, after which nothing is in its old position</m>";
+  expectCopy("write", "a different log");
+  children.emplace_back("<m />");
+  expectCopy("tail", "which grows as well");
+  children.pop_back();
+  expectCopy("write", "a log that has become shorter");
+  disk.AddFile(kProjectLog, "of another program");
+  children.emplace_back("<m x=\"1\" />");
+  expectCopy("write", "a copy that was replaced by another program");
+  children.emplace_back("<m />");
+  disk.FailOn("tail", kProjectLog, ErrorCode::Io);
+  disk.AddFile(kServerLog, LogOf(children));
+  clock.Advance(milliseconds(1000));
+  EXPECT_EQ(disk.BytesOf(kProjectLog), ToConformingXml(LogOf(children))) << "a failed write";
 }
 
 }  // namespace

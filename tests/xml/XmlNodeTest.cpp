@@ -152,6 +152,52 @@ TEST(XmlNode, CopiesShareNothing) {
   }
 }
 
+// One row for each kind of access to a value whose end is shared: it must see the whole value, and
+// leave that of other nodes alone.
+TEST(XmlNode, AValueWithASharedEndReadsLikeAnyOther) {
+  const auto end = std::make_shared<const std::string>(std::string(300, 'e') + "]");
+  const std::string whole = "start" + *end;
+  CXmlNode root;
+  root.SetName("r");
+  const auto add = [&](const char* start) { return root.AddCData(start, end); };
+  CXmlNode* const node = add("start");
+  CXmlNode* const empty = add("");
+  EXPECT_EQ(node->GetType(), XmlCData);
+  EXPECT_EQ(node->GetValue(), whole);
+  EXPECT_EQ(test::Flat(root), "<r><![CDATA[" + whole + "]]><![CDATA[" + *end + "]]></r>");
+  std::string text = "before ";
+  node->AppendValue(text);
+  EXPECT_EQ(text, "before " + whole);
+
+  CXmlNode copies;
+  CXmlNode* const appended = copies.AppendCopy(*node);
+  CXmlNode* const copied = copies.AddChild("c");
+  copied->CopyFrom(*node);
+  for (CXmlNode* const each : {add("start"), appended, copied}) {
+    EXPECT_EQ(each->ValueView(), whole);
+    EXPECT_EQ(each->ValueText(), whole);
+    EXPECT_EQ(each->GetValue(), whole) << "contiguous now";
+  }
+  for (const char* const value : {"", "short", "start", "longer than the start was"}) {
+    CXmlNode* const changed = add("start");
+    changed->SetValue(value);
+    EXPECT_EQ(changed->GetValue(), value);
+  }
+  CXmlNode* const loaded = add("start");
+  CXmlNode* const other = root.AddCData(whole);
+  for (CXmlNode* const each : {loaded, other}) {
+    CXmlParseInfo info;
+    each->Load("<a>text</a>", info);
+  }
+  EXPECT_EQ(Dump(*loaded), Dump(*other));
+  EXPECT_EQ(node->GetValue(), whole);
+  EXPECT_EQ(empty->ValueView(), *end);
+  root.Clear();
+  EXPECT_EQ(appended->GetValue(), whole) << "after the other tree is gone";
+  copies.Clear();
+  EXPECT_EQ(end.use_count(), 1);
+}
+
 TEST(XmlNode, ACopyOfItsOwnPartIsNotReadAfterItIsGone) {
   const auto root = Tree("<a><b x=\"1\"><c/></b></a>");
   root->CopyFrom(*root);

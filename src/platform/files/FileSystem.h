@@ -134,6 +134,13 @@ class FileSystem {
   // Returns the content of the file. Fails with NotAFile for a folder, with CannotOpen if the file
   // exists but cannot be opened, and with Io if a read fails midway.
   virtual Result<std::string> ReadWholeFile(const std::string& path) = 0;
+  // Returns the content after the first `offset` bytes; empty if there is none. Fails like
+  // ReadWholeFile().
+  virtual Result<std::string> ReadFrom(const std::string& path, std::uint64_t offset) {
+    Result<std::string> whole = ReadWholeFile(path);
+    if (whole) whole->erase(0, offset);
+    return whole;
+  }
   // Atomically replaces or creates the file: readers, also after a crash or on a full disk, see
   // either the old or the new content. Preserves the mode bits and follows a symbolic link. Refuses
   // a read-only file.

@@ -67,6 +67,7 @@ Components Resolve(std::string_view path) {
     if (HasDrive(path)) result.root.assign(path, 0, 2);
     if (root == 1 || root == 3) result.root += SeparatorOf(path);
   }
+  result.names.reserve(16);
   std::string_view rest = path.substr(root);
   while (!rest.empty()) {
     const auto end = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), IsSeparator) -
@@ -84,6 +85,23 @@ Components Resolve(std::string_view path) {
   }
   result.endsInSeparator = !path.empty() && IsSeparator(path.back()) && !result.names.empty();
   return result;
+}
+
+// Returns true for most of the absolute paths that CanonicalPath() leaves unchanged.
+bool IsPlainCanonical(std::string_view path) {
+  if (path.size() < 2 || path[0] != kSeparator) return false;
+  std::size_t start = 1;
+  for (std::size_t i = 1; i <= path.size(); ++i) {
+    const bool isEnd = i == path.size();
+    if (!isEnd && path[i] != kSeparator) {
+      if (IsSeparator(path[i])) return false;
+      continue;
+    }
+    const std::string_view name = path.substr(start, i - start);
+    if (name == "." || name == ".." || (name.empty() && !isEnd)) return false;
+    start = i + 1;
+  }
+  return true;
 }
 
 // Returns whether a relative path can connect the two roots. The trailing separator of a share is
@@ -131,6 +149,7 @@ bool HasNativeSeparator(std::string_view path) {
 
 std::string CanonicalPath(std::string_view path) {
   if (path.empty()) return {};
+  if (IsPlainCanonical(path)) return std::string(path);
   const Components parts = Resolve(path);
   const char separator = SeparatorOf(path);
   std::string result = parts.root;

@@ -187,6 +187,10 @@ TEST_P(FileSystemTest, ContinuingAsksForTheTimeTooAndTellsWhatIsLeft) {
             ErrorCode::Changed);
   EXPECT_FALSE(files->ContinueFile(In("none"), left, 6, "two</a>"));
   EXPECT_EQ(*files->ReadWholeFile(In("log")), "<a>one</a>");
+  EXPECT_EQ(*files->ReadFrom(In("log"), 3), "one</a>");
+  EXPECT_EQ(*files->ReadFrom(In("log"), 10), "") << "at its end";
+  EXPECT_EQ(*files->ReadFrom(In("log"), 11), "") << "after its end";
+  EXPECT_FALSE(files->ReadFrom(In("none"), 3));
   const auto after = files->ContinueFile(In("log"), left, 6, "two</a>");
   ASSERT_TRUE(after);
   EXPECT_EQ(after->size, 13U);

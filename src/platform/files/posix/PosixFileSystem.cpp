@@ -234,7 +234,7 @@ bool PosixFileSystem::IsReadOnly(const std::string& path) {
   return !CheckWritable(path);
 }
 
-Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
+Result<std::string> PosixFileSystem::ReadFrom(const std::string& path, std::uint64_t offset) {
   // Without O_NONBLOCK, opening a pipe without a writer would block forever.
   const Result<int> opened = names_.Try(
       path, [](const char* name) { return open(name, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
@@ -250,7 +250,12 @@ Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
     return ErrorOf(ErrorCode::CannotOpen, ErrorOf(errno, path).text, path);
   }
   if (!S_ISREG(info.st_mode)) return NotAFile(path);
-  return ReadAll(file.Get(), static_cast<std::uint64_t>(info.st_size), path);
+  const auto size = static_cast<std::uint64_t>(info.st_size);
+  if (offset >= size && offset > 0) return std::string();
+  if (offset > 0 && lseek(file.Get(), static_cast<off_t>(offset), SEEK_SET) < 0) {
+    return ErrorOf(ErrorCode::Io, ErrorOf(errno, path).text, path);
+  }
+  return ReadAll(file.Get(), size - offset, path);
 }
 
 Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view bytes) {

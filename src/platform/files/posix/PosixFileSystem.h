@@ -30,7 +30,8 @@ class PosixFileSystem : public FileSystem {
   bool CanRead(const std::string& path) override;
   bool IsReadOnly(const std::string& path) override;
   Status CheckWritable(const std::string& path) override;
-  Result<std::string> ReadWholeFile(const std::string& path) override;
+  Result<std::string> ReadWholeFile(const std::string& path) override { return ReadFrom(path, 0); }
+  Result<std::string> ReadFrom(const std::string& path, std::uint64_t offset) override;
   Status WriteWholeFile(const std::string& path, std::string_view bytes) override;
   Status WriteOwnFile(const std::string& path, std::string_view bytes) override;
   Status WriteFiles(std::span<const FileBytes> list) override;
