@@ -34,6 +34,7 @@
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
 #include "hosts/desktop/JournalManager.h"
+#include "hosts/desktop/Mnemonics.h"
 #include "hosts/desktop/NewProjectForm.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/OutputPane.h"
@@ -292,6 +293,7 @@ bool IdeWindow::Start() {
   session_->Manager().GetOutputWindow();
   AddFindingsDock(*navigation);
   AddOutputDock();
+  for (const QAction* each : menuBar()->actions()) KeepMnemonics(*each->menu());
   surface_->LoadPopups(files_, session_->GetFolders().ConfigFile(files_));
   layout_.Restore();
   layout_.HidePanes();

@@ -13,6 +13,7 @@
 
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ServerDrivers.h"
+#include "hosts/desktop/Mnemonics.h"
 #include "platform/paths/Paths.h"
 #include "widgets/qt/QtText.h"
 #include "xml/XmlNode.h"
@@ -131,6 +132,7 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
       QMenu* const list = menu.addMenu(CaptionOf(*entry));
       QObject::connect(&menu, &QMenu::aboutToShow, list,
                        [list, fill, commands] { fill(*list, commands); });
+      KeepMnemonics(*list);
     } else {
       QAction* const action = MakeAction(*entry, commands, &menu);
       ShowShortcut(*action, CommandOf(*entry));
@@ -144,6 +146,7 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
   QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] {
     for (QAction* const action : menu.actions()) action->setEnabled(true);
   });
+  KeepMnemonics(menu);
 }
 
 }  // namespace

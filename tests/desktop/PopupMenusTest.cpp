@@ -23,14 +23,15 @@ class PopupMenusTest : public testing::IdeFixture {
   std::string TextsOf(const QMenu* menu) {
     QStringList texts;
     if (menu != nullptr) {
-      for (const QAction* entry : menu->actions()) texts += entry->text().section('\t', 0, 0);
+      for (const QAction* entry : menu->actions())
+        texts += entry->text().remove('&').section('\t', 0, 0);
     }
     return texts.join("|").toStdString();
   }
   QAction* EntryOf(const QMenu* menu, const QString& text) {
     if (menu == nullptr) return nullptr;
     for (QAction* const entry : menu->actions()) {
-      if (entry->text().section('\t', 0, 0) == text) return entry;
+      if (entry->text().remove('&').section('\t', 0, 0) == text) return entry;
     }
     return nullptr;
   }
