@@ -10,6 +10,7 @@
 
 #include "desktop/IdeFixture.h"
 #include "hosts/core/LogEntry.h"
+#include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/ServerTexts.h"
 #include "xml/XmlNode.h"
 
@@ -101,6 +102,34 @@ TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
   EntryOf(menu, "Clear the log")->trigger();
   EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }));
   menu->close();
+}
+
+TEST_F(PopupMenusTest, OnlyAnotherApplicationCanBeMadeActive) {
+  const char* const command = "Set as active application";
+  Select("blinky-avr");
+  EXPECT_FALSE(FindEntry(command)->isEnabled());
+  Select("main.c");
+  EXPECT_FALSE(FindEntry(command)->isEnabled());
+  folder.Write("blinky/boot.tapp", "<Application Header=\"boot\" Path=\"boot.tapp\"/>");
+  ASSERT_NE(window->Session().Manager().AddExistingItem(folder / "blinky/boot.tapp"), 0);
+  Select("blinky-avr");
+  EXPECT_TRUE(FindEntry(command)->isEnabled());
+  ASSERT_TRUE(Choose(command));
+  EXPECT_FALSE(FindEntry(command)->isEnabled());
+}
+
+TEST_F(PopupMenusTest, ADeletedProjectIsNotOfferedAgain) {
+  folder.Write("gone.tprj", "");
+  RecentProjects::Note(folder / "gone.tprj");
+  const auto offered = [this] {
+    QMenu* const menu = FindEntry("Open recent")->menu();
+    Q_EMIT menu->aboutToShow();
+    return TextsOf(menu);
+  };
+  EXPECT_NE(offered().find("gone.tprj"), std::string::npos) << offered();
+  std::filesystem::remove(folder / "gone.tprj");
+  EXPECT_EQ(offered().find("gone.tprj"), std::string::npos) << offered();
+  EXPECT_NE(offered().find("blinky-avr.tprj"), std::string::npos) << offered();
 }
 
 TEST(ToolEntriesTest, CompilersOfOtherFamiliesAreRemoved) {
