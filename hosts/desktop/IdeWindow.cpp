@@ -153,6 +153,8 @@ void IdeWindow::MakeMenuCommands() {
   menuCommands_.chooseConfiguration = [this](const std::string& name) {
     options_->ChooseConfiguration(ToQt(name));
   };
+  menuCommands_.hostCommands["AddGenerated"] = {[this] { return project_->CanAddGenerated(); },
+                                                [this] { project_->AddGenerated(); }};
   menuCommands_.pictureFolder = FolderOf(session_->GetFolders().ConfigFile(files_));
 }
 

@@ -14,12 +14,15 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "hosts/core/FileTypes.h"
 #include "hosts/core/FirstSource.h"
+#include "hosts/core/GeneratedSource.h"
 #include "hosts/core/ProjectTree.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/ChangeTexts.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/Examples.h"
+#include "hosts/desktop/GeneratorDialog.h"
 #include "hosts/desktop/RecentMenu.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/RelocateDialog.h"
@@ -336,6 +339,22 @@ void ProjectActions::NewFile() {
     session_.Manager().AddExistingItem(path);
   }
   if (onShowFile) onShowFile(path);
+}
+
+bool ProjectActions::CanAddGenerated() {
+  return !runner_.GetProjectPath().empty() && !runner_.IsBuilding() &&
+         !ListApplications(session_.Inspector()).empty();
+}
+
+void ProjectActions::AddGenerated() {
+  if (!CanAddGenerated() || !damage_.MayGoOn()) return;
+  NewGenerator generator(session_, files_);
+  FileTypes types(files_, session_.GetFolders().ConfigFile(files_));
+  GeneratorDialog dialog(generator, types, &window_);
+  if (dialog.exec() != QDialog::Accepted || runner_.IsBuilding()) return;
+  if (const std::string why = generator.Add(dialog.GetRequest()); !why.empty()) {
+    Warn(window_, ToQt(why), {});
+  }
 }
 
 void ProjectActions::ProposeFolder() {

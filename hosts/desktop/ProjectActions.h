@@ -55,6 +55,9 @@ class ProjectActions : public QObject {
   void NewApplication();
   // Creates an empty file that the user names, and adds it to the project at the current node.
   void NewFile();
+  // Asks for a file from which a build makes another, and adds it at the current node.
+  void AddGenerated();
+  bool CanAddGenerated();
   // Makes the user's own folder the proposal for new projects.
   void ProposeFolder();
   void OpenExample(const Example& example);

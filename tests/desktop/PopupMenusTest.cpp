@@ -46,7 +46,8 @@ TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFi
   QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PointOf("Drivers"));
   QMenu* menu = AwaitPopup();
   EXPECT_EQ(TextsOf(menu),
-            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Reset to "
+            "Build|Rebuild|Clean||Add files...|Add generated file...|New "
+            "folder|Copy|Paste|Remove||Options...|Reset to "
             "defaults");
   menu->close();
 
