@@ -10,7 +10,6 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QStandardPaths>
-#include <QThread>
 #include <QTimer>
 #include <algorithm>
 
@@ -20,6 +19,7 @@
 #include "hosts/core/ProjectTree.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/ChangeTexts.h"
+#include "hosts/desktop/EditRight.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/GeneratorDialog.h"
@@ -47,36 +47,6 @@ void Warn(QWidget& window, const Error& error) {
     Warn(window, ToQt(error.place), error.text);
   }
 }
-
-// Holds the edit lock of a project during its lifetime, so that the files found stay unchanged
-// until they are written.
-class EditRight {
- public:
-  EditRight(BuildSession& session, const std::string& project) : inspector_(session.Inspector()) {
-    constexpr int kMostTries = 40;
-    constexpr unsigned long kBetweenTries = 50;  // milliseconds
-    for (int i = 0; i < kMostTries && !isTaken_ && problem_.empty(); ++i) {
-      if (i > 0) QThread::msleep(kBetweenTries);
-      session.TakeLogLines();
-      isTaken_ = inspector_.TryLockProject(project).empty();
-      // Without a holder, waiting would not help.
-      const std::vector<std::string> lines = session.TakeLogLines();
-      if (!isTaken_ && !lines.empty()) problem_ = lines.front();
-    }
-  }
-  ~EditRight() { inspector_.UnlockProject(); }
-  EditRight(const EditRight&) = delete;
-  EditRight& operator=(const EditRight&) = delete;
-
-  bool IsTaken() const { return isTaken_; }
-  // Returns why the lock can't be taken by any process, or an empty string.
-  const std::string& GetProblem() const { return problem_; }
-
- private:
-  InspectorDriver& inspector_;
-  bool isTaken_ = false;
-  std::string problem_;
-};
 
 // Returns the menu text of the next step; an empty string if there is none.
 QString TextOfStep(const std::deque<ProjectStep>& steps) {
