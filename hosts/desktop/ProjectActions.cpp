@@ -287,11 +287,30 @@ void ProjectActions::NewApplication() {
   CompleteNew(known);
 }
 
+// Returns the folder in which the user probably wants a new file: that of the current file, else
+// `src` next to the project, if there is one.
+QString ProjectActions::GetFileFolder() {
+  const std::string project = runner_.GetProjectPath();
+  if (project.empty()) return QDir::homePath();
+  const std::string current = session_.Manager().GetPropertyValue({}, "General", "NodeDir");
+  if (!current.empty() && files_.IsFolder(current)) return ToQt(current);
+  const std::string sources = JoinPath(FolderOf(project), "src");
+  return ToQt(files_.IsFolder(sources) ? sources : FolderOf(project));
+}
+
+// Returns the path of the file to create; an empty string if the user cancels.
+QString ProjectActions::AskForNewFile(const QString& folder) {
+  QFileDialog dialog(&window_, tr("New file"), folder);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  dialog.setLabelText(QFileDialog::Accept, tr("&Create"));
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
 void ProjectActions::NewFile() {
   const std::string project = runner_.GetProjectPath();
-  const QString start = project.empty() ? QDir::homePath() : ToQt(FolderOf(project));
-  const QString chosen = QFileDialog::getSaveFileName(&window_, tr("New file"), start, {}, nullptr,
-                                                      QFileDialog::DontConfirmOverwrite);
+  const QString chosen = AskForNewFile(GetFileFolder());
   if (chosen.isEmpty()) return;
   const std::string path = FromQt(chosen);
   const Result<bool> exists = files_.CheckExists(path);

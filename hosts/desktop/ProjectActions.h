@@ -95,6 +95,9 @@ class ProjectActions : public QObject {
 
  private:
   void CompleteNew(const std::vector<std::string>& known);
+  void RunWizard(const std::function<void()>& run);
+  QString GetFileFolder();
+  QString AskForNewFile(const QString& folder);
   // Returns false during a build, after informing the user.
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage_.MayClose(); }

@@ -197,7 +197,9 @@ TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
 }
 
 TEST_F(WizardTest, ANewFileIsCreatedWithItsNode) {
+  Select("led.c");
   testing::InNextDialog<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory().path().toStdString(), folder / "blinky/src/drivers");
     dialog.findChild<QLineEdit*>()->setText(QString::fromStdString(folder / "blinky/src/extra.c"));
     QTest::keyClick(&dialog, Qt::Key_Return);
   });

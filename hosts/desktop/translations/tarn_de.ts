@@ -1043,6 +1043,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>New &amp;file...</source>
         <translation>Neue &amp;Datei...</translation>
     </message>
+    <message>
+        <source>&amp;Create</source>
+        <translation>&amp;Anlegen</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>

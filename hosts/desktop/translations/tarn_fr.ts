@@ -1043,6 +1043,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>New &amp;file...</source>
         <translation>Nouveau &amp;fichier...</translation>
     </message>
+    <message>
+        <source>&amp;Create</source>
+        <translation>&amp;Créer</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
