@@ -255,7 +255,8 @@ void IdeWindow::FollowBuilds() {
   };
   dialogs_.onSheet = [this](const CPropertySheet& sheet, QDialog& dialog) {
     const std::string shared = session_->GetFolders().application;
-    NewProjectForm::Extend(sheet, dialog, ToQt(shared) + "config/resources/");
+    NewProjectForm::Extend(sheet, dialog, ToQt(shared) + "config/resources/",
+                           project_->GetFolderForNew());
   };
   dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }

@@ -236,19 +236,25 @@ void ProjectActions::Relocate() {
   if (const Status done = history_.Change(changes); !done) Warn(window_, done.GetError());
 }
 
-// The server closes the project first, so the wizard always creates a new one.
+// The server's own operation would close the open project before the wizard is shown.
 void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
   const std::string before = runner_.GetProjectPath();
-  if (session_.Manager().ProjectNew() != 0) {
+  if (!before.empty()) {
+    const QScopedValueRollback<bool> wanted(isNewWanted_, true);
+    RunWizard([this] { session_.Manager().Command(TARN_CMD_NEW_APPLICATION); });
+    if (session_.HasProject()) return;
+    // The new project could not be opened after the other was closed. Deferred until after the
+    // notification of that, so that unsaved texts are kept.
+    QTimer::singleShot(0, this, [this, before] { Load(before); });
+  } else if (session_.Manager().ProjectNew() != 0) {
     RecentProjects::RecordNew(session_.GetProjectPath());
     CompleteNew({});
-    return;
   }
-  if (before.empty()) return;
-  // Deferred until after the notification of the placeholder project, so that unsaved texts are
-  // kept.
-  QTimer::singleShot(0, this, [this, before] { Load(before); });
+}
+
+std::string ProjectActions::GetFolderForNew() const {
+  return isNewWanted_ ? FromQt(RecentProjects::GetNewFolder()) : std::string();
 }
 
 // Adds a first source to the applications that are new, and saves the project, deferred until after
@@ -269,13 +275,18 @@ void ProjectActions::CompleteNew(const std::vector<std::string>& known) {
 }
 
 void ProjectActions::NewApplication() {
+  RunWizard([this] { runner_.Run(TARN_CMD_NEW_APPLICATION); });
+}
+
+// Completes what the wizard that `run` shows has created.
+void ProjectActions::RunWizard(const std::function<void()>& run) {
   const std::string before = runner_.GetProjectPath();
   std::vector<std::string> known;
   session_.Inspector().PublishAll();  // makes paths absolute
   for (const ApplicationEntry& each : ListApplications(session_.Inspector())) {
     known.push_back(each.path);
   }
-  runner_.Run(TARN_CMD_NEW_APPLICATION);
+  run();
   if (!session_.HasProject()) return;
   session_.Inspector().PublishAll();
   const auto now = ListApplications(session_.Inspector());

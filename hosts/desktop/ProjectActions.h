@@ -51,6 +51,9 @@ class ProjectActions : public QObject {
                  const std::vector<FileText>& bases);
   void Choose();
   void New();
+  // Returns the folder to propose while the wizard for a new project is shown over an open one;
+  // otherwise an empty string.
+  std::string GetFolderForNew() const;
   // Runs the wizard for a new application, in the open project or in a new one.
   void NewApplication();
   // Creates an empty file that the user names, and adds it to the project at the current node.
@@ -127,6 +130,7 @@ class ProjectActions : public QObject {
   std::string editorsProject_;  // project of the files in the editors; empty if none
   bool isDiscarding_ = false;   // unsaved texts may be closed with their project
   bool isApplying_ = false;     // the project is being reloaded from memory
+  bool isNewWanted_ = false;    // the wizard runs for a new project while one is open
 };
 
 }  // namespace tarn::host

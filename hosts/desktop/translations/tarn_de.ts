@@ -1918,6 +1918,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Matching nodes</source>
         <translation>Gefundene Knoten</translation>
     </message>
+    <message>
+        <source>Nothing matches.</source>
+        <translation>Keine Treffer.</translation>
+    </message>
 </context>
 <context>
     <name>TrustNotice</name>

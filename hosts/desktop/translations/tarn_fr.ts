@@ -1918,6 +1918,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>Matching nodes</source>
         <translation>Nœuds trouvés</translation>
     </message>
+    <message>
+        <source>Nothing matches.</source>
+        <translation>Aucun résultat.</translation>
+    </message>
 </context>
 <context>
     <name>TrustNotice</name>
