@@ -8,6 +8,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/FolderSync.h"
 #include "hosts/cli/NewApplication.h"
+#include "hosts/core/GeneratedSource.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/ProjectTemplate.h"
@@ -38,7 +39,6 @@ struct EditOptions {
 
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
-constexpr const char* kGenerator = "Generator";  // type of nodes
 
 void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
                     std::vector<std::string>& labels) {
@@ -94,7 +94,6 @@ class Edit {
   int TakeWords();
   bool IsProject(const std::string& word) const;
   int AddOne(const std::string& file);
-  int SetTool(const std::string& tool);
   int AddFolder(const std::string& folder);
   int ChooseApplication(ApplicationEntry& application);
   int SelectTarget();
@@ -254,7 +253,7 @@ int Edit::AddOne(const std::string& file) {
   const std::string before = TreeText();
   if (isMissing) created_.Expect(path);
   const std::string& tool = context_.Own<EditOptions>().tool;
-  const NullableText type = tool.empty() ? NullableText() : NullableText(kGenerator);
+  const NullableText type = tool.empty() ? NullableText() : NullableText(kGeneratorType);
   if (context_.Session().Manager().AddExistingItem(path, type) == 0) {
     return Fail(context_.Show(path) + " can't be added.");
   }
@@ -273,21 +272,8 @@ int Edit::AddOne(const std::string& file) {
                 "\" already. Use `tarn move` to move it.");
   }
   Note("added " + context_.Show(path));
-  return tool.empty() ? kExitDone : SetTool(tool);
-}
-
-// Sets the tool of the node that was just added.
-int Edit::SetTool(const std::string& tool) {
-  const std::string section = "Build", name = "TranslateTool";
-  if (context_.Session().Tools().HasTool(tool) == 0) {
-    return Fail("There is no tool " + Printable(tool) + ".");
-  }
-  if (context_.Session().Manager().GetPropertyValue(kGenerator, section, name) == tool) {
-    return kExitDone;
-  }
-  const bool isSet =
-      context_.Session().Manager().SavePropertyValue(kGenerator, section, name, tool) != 0;
-  return isSet ? kExitDone : Fail("The tool can't be set.");
+  const std::string why = tool.empty() ? std::string() : SetGeneratorTool(context_.Session(), tool);
+  return why.empty() ? kExitDone : Fail(why);
 }
 
 // Finds the application that new nodes go to: the new one, the one of --app, or the active one. Its

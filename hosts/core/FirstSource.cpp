@@ -92,6 +92,7 @@ Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
     if (const Status added = AddTemplateSources(session, files, folder); !added) {
       return added.GetError();
     }
+    session.Inspector().SelectNodeByKey(source, application);
     return source;
   }
   return std::string();

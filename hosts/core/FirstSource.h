@@ -11,7 +11,7 @@ namespace tarn::host {
 // Adds a group with a first source file, src/main.c next to the application, which is created
 // unless it exists. No-op for an application that has files already, or that isn't built from
 // sources. The application is the one with this path in the open project. Returns the path of the
-// source; an empty string if none was added.
+// source, which is then the current node; an empty string if none was added.
 Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
                                    const std::string& application);
 

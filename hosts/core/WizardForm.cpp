@@ -138,14 +138,27 @@ void WizardForm::ClearTarget() {
     tree.SelectItem(top);
     tree.EnsureVisible(*top);
   }
-  auto& link = *page_.FindControl<CHyperlinkCtrl>(kDatasheet);
-  if (link.GetAddress().empty()) link.EnableWindow(false);
+  page_.FindControl<CHyperlinkCtrl>(kDatasheet)->EnableWindow(false);
 }
 
 void WizardForm::ShowTarget() {
   if (CTreeItem* const item = GetTargetTree().GetSelectedItem()) {
     GetTargetTree().EnsureVisible(*item);
   }
+}
+
+void WizardForm::HideUnusedTool() {
+  for (const Target& each : TargetsOf(page_)) {
+    const auto& element = *static_cast<const CXmlNode*>(each.item->GetData());
+    const CXmlNode* const tool = element.FindChild("Wizard");
+    if (tool != nullptr && !OrEmpty(tool->ValueText()).empty()) return;
+  }
+  page_.FindControl<CButton>(kLaunchTool)->ShowWindow(false);
+}
+
+void WizardForm::RequireNewProject() {
+  static_cast<void>(ChooseProject(true));
+  page_.FindControl<CButton>(kIntoProject)->EnableWindow(false);
 }
 
 void WizardForm::SetLocation(const std::string& location) {

@@ -72,6 +72,10 @@ class WizardForm {
   void ClearTarget();
   // Scrolls to the selected target.
   void ShowTarget();
+  // Hides the check box for the tool that generates the first sources, unless a target has one.
+  void HideUnusedTool();
+  // Chooses a new project, and takes the choice away from the user.
+  void RequireNewProject();
   // Replaces the proposed location.
   void SetLocation(const std::string& location);
 

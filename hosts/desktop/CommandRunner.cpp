@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "hosts/core/ProjectTree.h"
 #include "platform/files/KeptCopy.h"
 
 namespace tarn::host {
@@ -172,7 +173,16 @@ bool CommandRunner::Builds(std::uint32_t command) {
 bool CommandRunner::IsEnabled(std::uint32_t command) {
   if (command == TARN_CMD_STOP) return IsBuilding() && !isStopAsked_;
   if (IsBuilding() && Builds(command)) return false;
+  if (command == TARN_CMD_SET_ACTIVE_APPLICATION && !CanActivate()) return false;
   return session_.Manager().EnableCommand(command) != 0;
+}
+
+// Returns true if the current node is an application, but not the active one.
+bool CommandRunner::CanActivate() {
+  const std::string path = session_.Manager().GetPropertyValue({}, "General", "Path");
+  return std::ranges::any_of(
+      ListApplications(session_.Inspector()),
+      [&path](const ApplicationEntry& each) { return !each.active && each.path == path; });
 }
 
 bool CommandRunner::MayRun(std::uint32_t command) {

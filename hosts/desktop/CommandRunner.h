@@ -118,6 +118,7 @@ class CommandRunner : public QObject {
   void RestoreState();
   void ContinueRestore();
   bool MayRun(std::uint32_t command);
+  bool CanActivate();
   void Ask(std::uint32_t command);
   void BeginProgress(BuildProgress::Estimator estimator);
   void Approach();

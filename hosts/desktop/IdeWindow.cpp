@@ -34,6 +34,7 @@
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
 #include "hosts/desktop/JournalManager.h"
+#include "hosts/desktop/Mnemonics.h"
 #include "hosts/desktop/NewProjectForm.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/OutputPane.h"
@@ -152,6 +153,8 @@ void IdeWindow::MakeMenuCommands() {
   menuCommands_.chooseConfiguration = [this](const std::string& name) {
     options_->ChooseConfiguration(ToQt(name));
   };
+  menuCommands_.hostCommands["AddGenerated"] = {[this] { return project_->CanAddGenerated(); },
+                                                [this] { project_->AddGenerated(); }};
   menuCommands_.pictureFolder = FolderOf(session_->GetFolders().ConfigFile(files_));
 }
 
@@ -252,7 +255,8 @@ void IdeWindow::FollowBuilds() {
   };
   dialogs_.onSheet = [this](const CPropertySheet& sheet, QDialog& dialog) {
     const std::string shared = session_->GetFolders().application;
-    NewProjectForm::Extend(sheet, dialog, ToQt(shared) + "config/resources/");
+    NewProjectForm::Extend(sheet, dialog, ToQt(shared) + "config/resources/",
+                           project_->GetFolderForNew());
   };
   dialogs_.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner_->FollowStop(); }); };
 }
@@ -292,6 +296,7 @@ bool IdeWindow::Start() {
   session_->Manager().GetOutputWindow();
   AddFindingsDock(*navigation);
   AddOutputDock();
+  for (const QAction* each : menuBar()->actions()) KeepMnemonics(*each->menu());
   surface_->LoadPopups(files_, session_->GetFolders().ConfigFile(files_));
   layout_.Restore();
   layout_.HidePanes();

@@ -1,6 +1,7 @@
 #include "hosts/desktop/NewProjectForm.h"
 
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
 #include <vector>
@@ -35,8 +36,15 @@ std::vector<IndexedNode> IndexTargets(const CPropertySheet& sheet) {
 }  // namespace
 
 void NewProjectForm::Extend(const CPropertySheet& sheet, QDialog& dialog,
-                            const QString& pictureFolder) {
+                            const QString& pictureFolder, const std::string& newFolder) {
   if (!WizardForm::Fits(sheet)) return;
+  if (!newFolder.empty()) {
+    WizardForm(sheet).RequireNewProject();
+    WizardForm(sheet).SetLocation(newFolder);
+    auto* const title = dialog.findChild<QLabel*>("sheetTitle");
+    if (title != nullptr) title->setText(Translated("Create a new project"));
+  }
+  WizardForm(sheet).HideUnusedTool();
   auto* const form = new NewProjectForm(sheet, dialog);
   form->AddSearch(pictureFolder);
   form->FollowName();
@@ -71,6 +79,7 @@ void NewProjectForm::AddSearch(const QString& pictureFolder) {
   auto* const filter = new TreeFilter(*tree, pictureFolder, tree->parentWidget());
   filter->SetPurpose(tr("Search"), tr("Lists the microcontrollers and boards with these words in "
                                       "their name, family, core or description"));
+  filter->AlignWithFrame();
   filter->setGeometry(place);
   filter->show();
   filter->queryNodes = [this] { return IndexTargets(sheet_); };

@@ -20,8 +20,11 @@ class NewProjectForm : public QObject {
   Q_DECLARE_TR_FUNCTIONS(NewProjectForm)
 
  public:
-  // No-op for other sheets. `pictureFolder` contains the icons and has a trailing separator.
-  static void Extend(const CPropertySheet& sheet, QDialog& dialog, const QString& pictureFolder);
+  // No-op for other sheets. `pictureFolder` contains the icons and has a trailing separator. If
+  // `newFolder` is not empty, only a new project can be created although one is open, and this is
+  // the folder that is proposed for it.
+  static void Extend(const CPropertySheet& sheet, QDialog& dialog, const QString& pictureFolder,
+                     const std::string& newFolder);
   // Returns why the wizard should not be finished; an empty string if it can be. `tools` is the
   // list of the tool component.
   static std::string FindProblem(const CPropertySheet& sheet, FileSystem& files,

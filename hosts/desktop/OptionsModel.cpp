@@ -7,11 +7,15 @@
 #include <algorithm>
 
 #include "platform/text/Text.h"
+#include "widgets/qt/QtColor.h"
 #include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 
 namespace {
+
+// Share of the background in the colour of values that aren't set here.
+constexpr float kQuiet = 0.45F;
 
 // Shortened, because the column header already says that it is the origin.
 QString ShortSource(const OptionRow& row) {
@@ -61,7 +65,9 @@ QVariant DataOf(const OptionRow& row, int column, int role) {
     case Qt::ForegroundRole: {
       const bool isQuiet = column == OptionsModel::kSourceColumn || (isValue && !row.IsOwn());
       if (!isQuiet) return {};
-      return QGuiApplication::palette().color(QPalette::PlaceholderText);
+      // Some desktops set the colour of placeholders for fields alone.
+      const QPalette palette = QGuiApplication::palette();
+      return Blend(palette.color(QPalette::Text), palette.color(QPalette::Base), kQuiet);
     }
     default:
       return {};

@@ -10,16 +10,19 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QStandardPaths>
-#include <QThread>
 #include <QTimer>
 #include <algorithm>
 
+#include "hosts/core/FileTypes.h"
 #include "hosts/core/FirstSource.h"
+#include "hosts/core/GeneratedSource.h"
 #include "hosts/core/ProjectTree.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/ChangeTexts.h"
+#include "hosts/desktop/EditRight.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/Examples.h"
+#include "hosts/desktop/GeneratorDialog.h"
 #include "hosts/desktop/RecentMenu.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/RelocateDialog.h"
@@ -44,36 +47,6 @@ void Warn(QWidget& window, const Error& error) {
     Warn(window, ToQt(error.place), error.text);
   }
 }
-
-// Holds the edit lock of a project during its lifetime, so that the files found stay unchanged
-// until they are written.
-class EditRight {
- public:
-  EditRight(BuildSession& session, const std::string& project) : inspector_(session.Inspector()) {
-    constexpr int kMostTries = 40;
-    constexpr unsigned long kBetweenTries = 50;  // milliseconds
-    for (int i = 0; i < kMostTries && !isTaken_ && problem_.empty(); ++i) {
-      if (i > 0) QThread::msleep(kBetweenTries);
-      session.TakeLogLines();
-      isTaken_ = inspector_.TryLockProject(project).empty();
-      // Without a holder, waiting would not help.
-      const std::vector<std::string> lines = session.TakeLogLines();
-      if (!isTaken_ && !lines.empty()) problem_ = lines.front();
-    }
-  }
-  ~EditRight() { inspector_.UnlockProject(); }
-  EditRight(const EditRight&) = delete;
-  EditRight& operator=(const EditRight&) = delete;
-
-  bool IsTaken() const { return isTaken_; }
-  // Returns why the lock can't be taken by any process, or an empty string.
-  const std::string& GetProblem() const { return problem_; }
-
- private:
-  InspectorDriver& inspector_;
-  bool isTaken_ = false;
-  std::string problem_;
-};
 
 // Returns the menu text of the next step; an empty string if there is none.
 QString TextOfStep(const std::deque<ProjectStep>& steps) {
@@ -263,19 +236,25 @@ void ProjectActions::Relocate() {
   if (const Status done = history_.Change(changes); !done) Warn(window_, done.GetError());
 }
 
-// The server closes the project first, so the wizard always creates a new one.
+// The server's own operation would close the open project before the wizard is shown.
 void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
   const std::string before = runner_.GetProjectPath();
-  if (session_.Manager().ProjectNew() != 0) {
+  if (!before.empty()) {
+    const QScopedValueRollback<bool> wanted(isNewWanted_, true);
+    RunWizard([this] { session_.Manager().Command(TARN_CMD_NEW_APPLICATION); });
+    if (session_.HasProject()) return;
+    // The new project could not be opened after the other was closed. Deferred until after the
+    // notification of that, so that unsaved texts are kept.
+    QTimer::singleShot(0, this, [this, before] { Load(before); });
+  } else if (session_.Manager().ProjectNew() != 0) {
     RecentProjects::RecordNew(session_.GetProjectPath());
     CompleteNew({});
-    return;
   }
-  if (before.empty()) return;
-  // Deferred until after the notification of the placeholder project, so that unsaved texts are
-  // kept.
-  QTimer::singleShot(0, this, [this, before] { Load(before); });
+}
+
+std::string ProjectActions::GetFolderForNew() const {
+  return isNewWanted_ ? FromQt(RecentProjects::GetNewFolder()) : std::string();
 }
 
 // Adds a first source to the applications that are new, and saves the project, deferred until after
@@ -296,13 +275,18 @@ void ProjectActions::CompleteNew(const std::vector<std::string>& known) {
 }
 
 void ProjectActions::NewApplication() {
+  RunWizard([this] { runner_.Run(TARN_CMD_NEW_APPLICATION); });
+}
+
+// Completes what the wizard that `run` shows has created.
+void ProjectActions::RunWizard(const std::function<void()>& run) {
   const std::string before = runner_.GetProjectPath();
   std::vector<std::string> known;
   session_.Inspector().PublishAll();  // makes paths absolute
   for (const ApplicationEntry& each : ListApplications(session_.Inspector())) {
     known.push_back(each.path);
   }
-  runner_.Run(TARN_CMD_NEW_APPLICATION);
+  run();
   if (!session_.HasProject()) return;
   session_.Inspector().PublishAll();
   const auto now = ListApplications(session_.Inspector());
@@ -314,11 +298,30 @@ void ProjectActions::NewApplication() {
   CompleteNew(known);
 }
 
+// Returns the folder in which the user probably wants a new file: that of the current file, else
+// `src` next to the project, if there is one.
+QString ProjectActions::GetFileFolder() {
+  const std::string project = runner_.GetProjectPath();
+  if (project.empty()) return QDir::homePath();
+  const std::string current = session_.Manager().GetPropertyValue({}, "General", "NodeDir");
+  if (!current.empty() && files_.IsFolder(current)) return ToQt(current);
+  const std::string sources = JoinPath(FolderOf(project), "src");
+  return ToQt(files_.IsFolder(sources) ? sources : FolderOf(project));
+}
+
+// Returns the path of the file to create; an empty string if the user cancels.
+QString ProjectActions::AskForNewFile(const QString& folder) {
+  QFileDialog dialog(&window_, tr("New file"), folder);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  dialog.setLabelText(QFileDialog::Accept, tr("&Create"));
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
 void ProjectActions::NewFile() {
   const std::string project = runner_.GetProjectPath();
-  const QString start = project.empty() ? QDir::homePath() : ToQt(FolderOf(project));
-  const QString chosen = QFileDialog::getSaveFileName(&window_, tr("New file"), start, {}, nullptr,
-                                                      QFileDialog::DontConfirmOverwrite);
+  const QString chosen = AskForNewFile(GetFileFolder());
   if (chosen.isEmpty()) return;
   const std::string path = FromQt(chosen);
   const Result<bool> exists = files_.CheckExists(path);
@@ -336,6 +339,22 @@ void ProjectActions::NewFile() {
     session_.Manager().AddExistingItem(path);
   }
   if (onShowFile) onShowFile(path);
+}
+
+bool ProjectActions::CanAddGenerated() {
+  return !runner_.GetProjectPath().empty() && !runner_.IsBuilding() &&
+         !ListApplications(session_.Inspector()).empty();
+}
+
+void ProjectActions::AddGenerated() {
+  if (!CanAddGenerated() || !damage_.MayGoOn()) return;
+  NewGenerator generator(session_, files_);
+  FileTypes types(files_, session_.GetFolders().ConfigFile(files_));
+  GeneratorDialog dialog(generator, types, &window_);
+  if (dialog.exec() != QDialog::Accepted || runner_.IsBuilding()) return;
+  if (const std::string why = generator.Add(dialog.GetRequest()); !why.empty()) {
+    Warn(window_, ToQt(why), {});
+  }
 }
 
 void ProjectActions::ProposeFolder() {

@@ -51,10 +51,16 @@ class ProjectActions : public QObject {
                  const std::vector<FileText>& bases);
   void Choose();
   void New();
+  // Returns the folder to propose while the wizard for a new project is shown over an open one;
+  // otherwise an empty string.
+  std::string GetFolderForNew() const;
   // Runs the wizard for a new application, in the open project or in a new one.
   void NewApplication();
   // Creates an empty file that the user names, and adds it to the project at the current node.
   void NewFile();
+  // Asks for a file from which a build makes another, and adds it at the current node.
+  void AddGenerated();
+  bool CanAddGenerated();
   // Makes the user's own folder the proposal for new projects.
   void ProposeFolder();
   void OpenExample(const Example& example);
@@ -92,6 +98,9 @@ class ProjectActions : public QObject {
 
  private:
   void CompleteNew(const std::vector<std::string>& known);
+  void RunWizard(const std::function<void()>& run);
+  QString GetFileFolder();
+  QString AskForNewFile(const QString& folder);
   // Returns false during a build, after informing the user.
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage_.MayClose(); }
@@ -121,6 +130,7 @@ class ProjectActions : public QObject {
   std::string editorsProject_;  // project of the files in the editors; empty if none
   bool isDiscarding_ = false;   // unsaved texts may be closed with their project
   bool isApplying_ = false;     // the project is being reloaded from memory
+  bool isNewWanted_ = false;    // the wizard runs for a new project while one is open
 };
 
 }  // namespace tarn::host

@@ -1,7 +1,6 @@
 #include "hosts/desktop/RecentMenu.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QMenu>
 
 #include "hosts/desktop/RecentProjects.h"
@@ -16,9 +15,8 @@ void Fill(QMenu& menu, const std::function<void(const QString& path)>& onChosen)
   for (qsizetype i = 0; i < paths.size(); ++i) {
     const QString& path = paths[i];
     const QString number = i < 9 ? QString("&%1  ").arg(i + 1) : QString("1&0  ");
-    QAction* const entry = menu.addAction(number + QString(path).replace("&", "&&"), &menu,
-                                          [onChosen, path] { onChosen(path); });
-    entry->setEnabled(QFileInfo::exists(path));
+    menu.addAction(number + QString(path).replace("&", "&&"), &menu,
+                   [onChosen, path] { onChosen(path); });
   }
   menu.addSeparator();
   menu.addAction(QCoreApplication::translate("RecentMenu", "&Clear"), &menu,

@@ -33,7 +33,9 @@ void Store(DesktopSettings& settings, const QStringList& list) {
 }  // namespace
 
 QStringList RecentProjects::List() {
-  return DesktopSettings().value(kListKey).toStringList().mid(0, kMost);
+  QStringList list = DesktopSettings().value(kListKey).toStringList();
+  list.removeIf([](const QString& path) { return !QFileInfo::exists(path); });
+  return list.mid(0, kMost);
 }
 
 void RecentProjects::Note(const std::string& path) {

@@ -9,7 +9,7 @@ namespace tarn::host {
 // windows share the list.
 class RecentProjects {
  public:
-  // Most recent first, at most ten.
+  // Most recent first, at most ten. Omits those that don't exist at the moment.
   static QStringList List();
   static void Note(const std::string& path);
   // Remove one project or all, including their open files.

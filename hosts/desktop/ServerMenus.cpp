@@ -13,6 +13,7 @@
 
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ServerDrivers.h"
+#include "hosts/desktop/Mnemonics.h"
 #include "platform/paths/Paths.h"
 #include "widgets/qt/QtText.h"
 #include "xml/XmlNode.h"
@@ -61,15 +62,32 @@ QString CaptionOf(const CXmlNode& entry) {
   return ToQtLabel(GetAttribute(&entry, "Header"));
 }
 
-QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject* parent) {
-  const std::uint32_t command = CommandOf(entry);
+// Returns an action that does nothing yet.
+QAction* NewAction(const CXmlNode& entry, const MenuCommands& commands, QObject* parent) {
   auto* const action = new QAction(CaptionOf(entry), parent);
-  action->setData(command);
   const std::string picture = GetAttribute(&entry, "Icon");
   if (!picture.empty()) action->setIcon(QIcon(ToQt(JoinPath(commands.pictureFolder, picture))));
+  return action;
+}
+
+QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject* parent) {
+  const std::uint32_t command = CommandOf(entry);
+  QAction* const action = NewAction(entry, commands, parent);
+  action->setData(command);
   QObject::connect(action, &QAction::triggered, parent,
                    [run = commands.run, command] { run(command); });
   return action;
+}
+
+// Adds the entry of a command of this host, unless it is one of another host.
+void AddHostAction(QMenu& menu, const CXmlNode& entry, const MenuCommands& commands) {
+  const auto found = commands.hostCommands.find(GetAttribute(&entry, "Host"));
+  if (found == commands.hostCommands.end()) return;
+  QAction* const action = NewAction(entry, commands, &menu);
+  QObject::connect(action, &QAction::triggered, &menu, found->second.run);
+  QObject::connect(&menu, &QMenu::aboutToShow, action,
+                   [action, test = found->second.isEnabled] { action->setEnabled(test()); });
+  menu.addAction(action);
 }
 
 void FillTools(QMenu& menu, const MenuCommands& commands) {
@@ -126,11 +144,12 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
     } else if (!entry->GetChildren().empty()) {
       Fill(*menu.addMenu(CaptionOf(*entry)), *entry, commands);
     } else if (entry->GetAttr("id") == nullptr) {
-      continue;
+      AddHostAction(menu, *entry, commands);
     } else if (const FillList fill = ListOf(CommandOf(*entry))) {
       QMenu* const list = menu.addMenu(CaptionOf(*entry));
       QObject::connect(&menu, &QMenu::aboutToShow, list,
                        [list, fill, commands] { fill(*list, commands); });
+      KeepMnemonics(*list);
     } else {
       QAction* const action = MakeAction(*entry, commands, &menu);
       ShowShortcut(*action, CommandOf(*entry));
@@ -144,6 +163,7 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
   QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] {
     for (QAction* const action : menu.actions()) action->setEnabled(true);
   });
+  KeepMnemonics(menu);
 }
 
 }  // namespace

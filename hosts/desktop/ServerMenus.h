@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,12 @@ struct ConfigurationEntry {
   bool isInForce = false;
 };
 
+// A command of the host, which a menu names in the attribute Host of an entry.
+struct HostCommand {
+  std::function<bool()> isEnabled;
+  std::function<void()> run;
+};
+
 // Callbacks and data for menus and tool bars. These are created from XML descriptions sent by the
 // server: the children of an element are its entries, and an entry with children is a submenu.
 // Enabled states are queried each time entries are shown.
@@ -38,6 +45,7 @@ struct MenuCommands {
   // For the entry that lists configurations.
   std::function<std::vector<ConfigurationEntry>()> listConfigurations;
   std::function<void(const std::string& name)> chooseConfiguration;
+  std::map<std::string, HostCommand> hostCommands;
   std::string pictureFolder;  // base folder of the entries' icon names
 };
 

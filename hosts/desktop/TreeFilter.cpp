@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "hosts/desktop/EmptyHint.h"
 #include "hosts/desktop/NodeListModel.h"
 #include "hosts/desktop/SearchField.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int kSpace = 6;
 constexpr int kPage = 10;
+constexpr int kFieldMargin = 4;
 
 // Draws the label, followed in a fainter colour by the text that distinguishes nodes with the same
 // label.
@@ -63,16 +65,17 @@ TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidge
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setAccessibleName(tr("Matching nodes"));
   list_->installEventFilter(this);
+  AddEmptyHint(*list_, tr("Nothing matches."));
   list_->hide();
   connect(list_, &QListView::clicked, this,
           [this](const QModelIndex& index) { Choose(index.row()); });
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  auto* const margin = new QVBoxLayout;
-  margin->setContentsMargins(4, 4, 4, 4);
-  margin->addWidget(field_);
-  column->addLayout(margin);
+  margin_ = new QVBoxLayout;
+  margin_->setContentsMargins(kFieldMargin, kFieldMargin, kFieldMargin, kFieldMargin);
+  margin_->addWidget(field_);
+  column->addLayout(margin_);
   column->addWidget(&tree_, 1);
   column->addWidget(list_, 1);
   setFocusProxy(&tree_);
@@ -87,6 +90,11 @@ void TreeFilter::SetPurpose(const QString& purpose, const QString& help) {
   field_->setPlaceholderText(purpose);
   field_->setAccessibleName(purpose);
   field_->setToolTip(help);
+}
+
+void TreeFilter::AlignWithFrame() {
+  margin_->setContentsMargins(0, 0, 0, kFieldMargin);
+  list_->setFrameShape(QFrame::StyledPanel);
 }
 
 void TreeFilter::Show(const QString& text) {

@@ -10,6 +10,7 @@
 #include "hosts/desktop/NodeIndex.h"
 
 class QListView;
+class QVBoxLayout;
 
 namespace tarn::host {
 
@@ -31,6 +32,8 @@ class TreeFilter : public QWidget {
   void Begin();
   // Replaces the texts for the project's tree.
   void SetPurpose(const QString& purpose, const QString& help);
+  // Aligns the field and the list with the edges of a tree that has a frame.
+  void AlignWithFrame();
 
   // Returns all current nodes; called when a search starts, and when a node is chosen.
   std::function<std::vector<IndexedNode>()> queryNodes;
@@ -51,6 +54,7 @@ class TreeFilter : public QWidget {
 
   QWidget& tree_;
   SearchField* field_ = nullptr;
+  QVBoxLayout* margin_ = nullptr;
   QListView* list_ = nullptr;
   NodeListModel* model_ = nullptr;
 };

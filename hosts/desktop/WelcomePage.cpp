@@ -127,7 +127,6 @@ void WelcomePage::FillRecent() {
   recent_->addWidget(Heading(tr("Recent"), 1.1, this));
   bool isEmpty = true;
   for (const QString& path : RecentProjects::List()) {
-    if (!QFileInfo::exists(path)) continue;
     isEmpty = false;
     auto* const row =
         new ActionLink(Picture("node-project"), QFileInfo(path).completeBaseName(),

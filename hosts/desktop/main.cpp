@@ -4,6 +4,7 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QIcon>
+#include <QPalette>
 #include <clocale>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "hosts/desktop/IdeWindow.h"
 #include "hosts/desktop/Translations.h"
 #include "platform/files/FileSystem.h"
+#include "widgets/qt/QtColor.h"
 #include "widgets/qt/QtText.h"
 #include "widgets/qt/QtToolkit.h"
 
@@ -26,6 +28,21 @@ void Describe(QCommandLineParser& parser) {
       "[FILE...]");
   parser.addHelpOption();
   parser.addVersionOption();
+}
+
+// Some desktops leave placeholders black in a dark theme. They then get a colour that can be read
+// on any background, because the user may change the theme while the program runs.
+void MakePlaceholdersReadable() {
+  constexpr double kLeastContrast = 2;
+  const QPalette desktop = QGuiApplication::palette();
+  const QColor base = desktop.color(QPalette::Base);
+  const QColor tone = desktop.color(QPalette::PlaceholderText);
+  const QColor seen = tarn::Blend(base, tone, static_cast<float>(tone.alphaF()));
+  if (tarn::ContrastOf(seen, base) >= kLeastContrast) return;
+  // All other roles follow the desktop's palette.
+  QPalette own;
+  own.setColor(QPalette::PlaceholderText, QColor(Qt::gray));
+  QApplication::setPalette(own);
 }
 
 // Handles --help and --version, which must work without a display; they end the program here.
@@ -53,6 +70,7 @@ int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "C");
   QGuiApplication::setDesktopFileName("org.tarn.Tarn");
   tarn::host::LoadTranslations(QLocale());
+  MakePlaceholdersReadable();
 
   QApplication::setWindowIcon(
       QIcon::fromTheme("org.tarn.Tarn", QIcon(QStringLiteral(":/icons/org.tarn.Tarn.svg"))));

@@ -36,7 +36,14 @@ void COutputReport::AddRows(const CXmlNode& rowsNode) {
 std::unique_ptr<CGenericRecord> COutputReport::MakeRecord(const CXmlNode& element) const {
   std::unique_ptr<CGenericRecord> record = CGenericReport::MakeRecord(element);
   auto* description = dynamic_cast<CGenericTextItem*>(record->GetItem(kOutputDescription));
-  if (description != nullptr) description->SetValue(UnescapeXml(description->GetValue()));
+  if (description == nullptr) return record;
+  description->SetValue(UnescapeXml(description->GetValue()));
+  // File and line have columns of their own, so the message alone is shown instead of the line of
+  // the tool.
+  const std::string message = UnescapeXml(OrEmpty(element.GetAttrValue("Contain")));
+  if (!message.empty() && !OrEmpty(element.GetAttrValue("File")).empty()) {
+    description->SetOwnCaption(message);
+  }
   return record;
 }
 

@@ -22,6 +22,23 @@ double WorstRatio(double sum, double largest, double smallest, double side) {
 }
 
 // Replaces control characters, which XML doesn't allow, and characters with a meaning in it.
+bool IsInsideCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xc0) == 0x80;
+}
+
+// Returns `length` bytes of a longer text, and an ellipsis for the rest. Of a path the end is kept,
+// because it is the part that differs. Cuts no character of UTF-8 in two.
+std::string Shorten(const std::string& text, std::size_t length) {
+  constexpr const char* kEllipsis = "\xe2\x80\xa6";
+  if (text.find('/') == text.npos) {
+    while (length > 0 && IsInsideCharacter(text[length])) --length;
+    return text.substr(0, length) + kEllipsis;
+  }
+  std::size_t start = text.size() - length;
+  while (start < text.size() && IsInsideCharacter(text[start])) ++start;
+  return kEllipsis + text.substr(start);
+}
+
 std::string Escape(std::string_view text) {
   std::string escaped;
   for (const char c : text) {
@@ -121,10 +138,7 @@ class Drawing {
     if (static_cast<double>(text.size() + size.size()) <= room) {
       text += size;
     } else if (static_cast<double>(text.size()) > room) {
-      std::size_t length = static_cast<std::size_t>(room) - 1;
-      // Cuts no character of UTF-8 in two.
-      while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xc0) == 0x80) --length;
-      text = text.substr(0, length) + "\xe2\x80\xa6";
+      text = Shorten(text, static_cast<std::size_t>(room) - 1);
     }
     svg_ += "<text x=\"" + Digits(box.x + 3) + "\" y=\"" + Digits(box.y + 12) + "\">" +
             Escape(text) + "</text>";

@@ -10,6 +10,7 @@
 
 #include "desktop/IdeFixture.h"
 #include "hosts/core/LogEntry.h"
+#include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/ServerTexts.h"
 #include "xml/XmlNode.h"
 
@@ -23,14 +24,15 @@ class PopupMenusTest : public testing::IdeFixture {
   std::string TextsOf(const QMenu* menu) {
     QStringList texts;
     if (menu != nullptr) {
-      for (const QAction* entry : menu->actions()) texts += entry->text().section('\t', 0, 0);
+      for (const QAction* entry : menu->actions())
+        texts += entry->text().remove('&').section('\t', 0, 0);
     }
     return texts.join("|").toStdString();
   }
   QAction* EntryOf(const QMenu* menu, const QString& text) {
     if (menu == nullptr) return nullptr;
     for (QAction* const entry : menu->actions()) {
-      if (entry->text().section('\t', 0, 0) == text) return entry;
+      if (entry->text().remove('&').section('\t', 0, 0) == text) return entry;
     }
     return nullptr;
   }
@@ -44,7 +46,8 @@ TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFi
   QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PointOf("Drivers"));
   QMenu* menu = AwaitPopup();
   EXPECT_EQ(TextsOf(menu),
-            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Reset to "
+            "Build|Rebuild|Clean||Add files...|Add generated file...|New "
+            "folder|Copy|Paste|Remove||Options...|Reset to "
             "defaults");
   menu->close();
 
@@ -100,6 +103,34 @@ TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
   EntryOf(menu, "Clear the log")->trigger();
   EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }));
   menu->close();
+}
+
+TEST_F(PopupMenusTest, OnlyAnotherApplicationCanBeMadeActive) {
+  const char* const command = "Set as active application";
+  Select("blinky-avr");
+  EXPECT_FALSE(FindEntry(command)->isEnabled());
+  Select("main.c");
+  EXPECT_FALSE(FindEntry(command)->isEnabled());
+  folder.Write("blinky/boot.tapp", "<Application Header=\"boot\" Path=\"boot.tapp\"/>");
+  ASSERT_NE(window->Session().Manager().AddExistingItem(folder / "blinky/boot.tapp"), 0);
+  Select("blinky-avr");
+  EXPECT_TRUE(FindEntry(command)->isEnabled());
+  ASSERT_TRUE(Choose(command));
+  EXPECT_FALSE(FindEntry(command)->isEnabled());
+}
+
+TEST_F(PopupMenusTest, ADeletedProjectIsNotOfferedAgain) {
+  folder.Write("gone.tprj", "");
+  RecentProjects::Note(folder / "gone.tprj");
+  const auto offered = [this] {
+    QMenu* const menu = FindEntry("Open recent")->menu();
+    Q_EMIT menu->aboutToShow();
+    return TextsOf(menu);
+  };
+  EXPECT_NE(offered().find("gone.tprj"), std::string::npos) << offered();
+  std::filesystem::remove(folder / "gone.tprj");
+  EXPECT_EQ(offered().find("gone.tprj"), std::string::npos) << offered();
+  EXPECT_NE(offered().find("blinky-avr.tprj"), std::string::npos) << offered();
 }
 
 TEST(ToolEntriesTest, CompilersOfOtherFamiliesAreRemoved) {

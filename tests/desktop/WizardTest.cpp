@@ -141,6 +141,7 @@ TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
     EXPECT_TRUE(std::filesystem::exists(folder / ("new/src/" + name))) << name;
   }
   EXPECT_EQ(testing::ReadBytes(folder / "new/src/startup.c"), "mine");
+  EXPECT_EQ(Tree().currentIndex().data().toString(), "main.c");
   for (const char* const name : {"demo.tprj", "demo.tapp"}) {
     EXPECT_NE(texts.find(testing::ReadBytes(folder / ("new/" + std::string(name)))),
               std::string::npos)
@@ -197,7 +198,9 @@ TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
 }
 
 TEST_F(WizardTest, ANewFileIsCreatedWithItsNode) {
+  Select("led.c");
   testing::InNextDialog<QFileDialog>([&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory().path().toStdString(), folder / "blinky/src/drivers");
     dialog.findChild<QLineEdit*>()->setText(QString::fromStdString(folder / "blinky/src/extra.c"));
     QTest::keyClick(&dialog, Qt::Key_Return);
   });
@@ -229,14 +232,18 @@ TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {
   EXPECT_FALSE(FindLine("demo").isValid());
 }
 
-TEST_F(WizardTest, ANewProjectIsNotPutIntoTheOpenOneWhichComesBackWithoutIt) {
+TEST_F(WizardTest, ANewProjectIsNotPutIntoTheOpenOneWhichStaysUntilFinish) {
   window->OpenPaths({folder / "blinky/src/main.c"});
   window->Editors().Current()->insert("mine");
   ASSERT_TRUE(InWizard(
       [&](QDialog& dialog) {
         for (QRadioButton* const each : dialog.findChildren<QRadioButton*>()) {
           EXPECT_EQ(each->isChecked(), each->text() == "Create a new project");
+          EXPECT_EQ(each->isEnabled(), each->isChecked());
         }
+        // It stays open until Finish.
+        EXPECT_TRUE(FindLine("main.c").isValid());
+        EXPECT_EQ(dialog.findChild<QLabel*>("sheetTitle")->text(), "Create a new project");
         QTest::keyClick(&dialog, Qt::Key_Escape);
       },
       "New project..."));

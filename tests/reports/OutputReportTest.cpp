@@ -62,6 +62,21 @@ TEST_F(OutputReport, MarkedMessagesAreRows) {
   EXPECT_EQ(Rows(), "#2|bad|/a.c|12|\n#1|odd|||\n#1|helped|/b.c|x|h.htm\n-|open|/c.c|3|\n.|p|||\n");
 }
 
+TEST_F(OutputReport, APositionThatHasColumnsOfItsOwnIsShownTwice) {
+  window->Update(*Tree("<Messages>"
+                       "<message ShowInReport='yes' Description='/a.c:12: error: 1 &lt; 2' "
+                       "Contain='1 &lt; 2' File='/a.c' Line='12'/>"
+                       "<message ShowInReport='yes' Description='ld: error: no' Contain='no'/>"
+                       "</Messages>"),
+                 1);
+  const CReportRecords& records = window->GetReport()->GetRecords();
+  const auto* const first =
+      dynamic_cast<const CGenericTextItem*>(records.GetAt(0)->GetItem(kOutputDescription));
+  EXPECT_EQ(first->GetCaption(), "1 < 2");
+  EXPECT_EQ(first->GetValue(), "/a.c:12: error: 1 < 2");
+  EXPECT_EQ(records.GetAt(1)->GetItem(kOutputDescription)->GetCaption(), "ld: error: no");
+}
+
 TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
   window->Update(*Tree(kLog), 1);
   const struct {

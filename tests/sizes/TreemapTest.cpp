@@ -38,5 +38,19 @@ TEST(Treemap, ThePageEscapesNamesAndNeedsNothingElse) {
   EXPECT_EQ(html.find("src="), html.npos);
 }
 
+TEST(Treemap, ALabelThatIsTooLongKeepsThePartThatDiffers) {
+  const std::string folder(200, 'f');
+  const std::string name(300, 'n');
+  TreemapPage page{"t", {{"flash", {"flash", 10, {{folder + "/led.c.o", 5}, {name + "1", 5}}}}}};
+  const std::string html = RenderTreemap(page);
+  EXPECT_NE(html.find(">\xe2\x80\xa6"
+                      "fff"),
+            html.npos)
+      << html;
+  EXPECT_NE(html.find("fff/led.c.o</text>"), html.npos) << html;
+  EXPECT_NE(html.find(">nnn"), html.npos) << html;
+  EXPECT_NE(html.find("nnn\xe2\x80\xa6</text>"), html.npos) << html;
+}
+
 }  // namespace
 }  // namespace tarn::sizes

@@ -663,6 +663,93 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
     </message>
 </context>
 <context>
+    <name>GeneratorDialog</name>
+    <message>
+        <source>Add generated file</source>
+        <translation>Erzeugte Datei hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Made from:</source>
+        <translation>&amp;Quelle:</translation>
+    </message>
+    <message>
+        <source>&amp;Tool:</source>
+        <translation>&amp;Werkzeug:</translation>
+    </message>
+    <message>
+        <source>Command lines that make the file, separated by semicolons. They run in the application&apos;s folder, and only if the project is trusted.</source>
+        <translation>Befehlszeilen, die die Datei erzeugen, durch Semikolon getrennt. Sie laufen im Ordner der Anwendung und nur, wenn dem Projekt vertraut wird.</translation>
+    </message>
+    <message>
+        <source>&amp;Commands:</source>
+        <translation>&amp;Befehle:</translation>
+    </message>
+    <message>
+        <source>The file that is made, relative to the application&apos;s folder.</source>
+        <translation>Die Datei, die erzeugt wird, relativ zum Ordner der Anwendung.</translation>
+    </message>
+    <message>
+        <source>&amp;Output:</source>
+        <translation>&amp;Ausgabe:</translation>
+    </message>
+    <message>
+        <source>&amp;Add the output to the project, to compile it</source>
+        <translation>Die Ausgabe zum Projekt &amp;hinzufügen, um sie zu übersetzen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>A picture, a table, a template ...</source>
+        <translation>Ein Bild, eine Tabelle, eine Vorlage …</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Durchsuchen …</translation>
+    </message>
+    <message>
+        <source>File to make another one from</source>
+        <translation>Datei, aus der eine andere erzeugt wird</translation>
+    </message>
+    <message>
+        <source>Choose the file that another one is made from.</source>
+        <translation>Wählen Sie die Datei, aus der eine andere erzeugt wird.</translation>
+    </message>
+    <message>
+        <source>%1 does not exist.</source>
+        <translation>%1 existiert nicht.</translation>
+    </message>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>A project can&apos;t store the name %1.</source>
+        <translation>Ein Projekt kann den Namen %1 nicht speichern.</translation>
+    </message>
+    <message>
+        <source>%1 is in the application already. Remove it there first.</source>
+        <translation>%1 ist schon in der Anwendung. Entfernen Sie die Datei dort zuerst.</translation>
+    </message>
+    <message>
+        <source>Enter the commands that make the output.</source>
+        <translation>Geben Sie die Befehle ein, die die Ausgabe erzeugen.</translation>
+    </message>
+    <message>
+        <source>The output can&apos;t be the file that it is made from.</source>
+        <translation>Die Ausgabe kann nicht die Datei sein, aus der sie erzeugt wird.</translation>
+    </message>
+    <message>
+        <source>%1 is made from another file already.</source>
+        <translation>%1 wird schon aus einer anderen Datei erzeugt.</translation>
+    </message>
+    <message>
+        <source>%1 exists. Only files in a subfolder of &quot;build&quot; are replaced.</source>
+        <translation>%1 existiert. Nur Dateien in einem Unterordner von „build“ werden ersetzt.</translation>
+    </message>
+</context>
+<context>
     <name>GroupBox</name>
     <message>
         <source>Drag a column header here to group by that column</source>
@@ -955,6 +1042,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>New &amp;file...</source>
         <translation>Neue &amp;Datei...</translation>
+    </message>
+    <message>
+        <source>&amp;Create</source>
+        <translation>&amp;Anlegen</translation>
     </message>
 </context>
 <context>
@@ -1610,6 +1701,22 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Enter the full path of the folder.</source>
         <translation>Geben Sie den vollständigen Pfad des Ordners ein.</translation>
     </message>
+    <message>
+        <source>Add generated file...</source>
+        <translation>Erzeugte Datei hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Array of the file&apos;s bytes</source>
+        <translation>Feld mit den Bytes der Datei</translation>
+    </message>
+    <message>
+        <source>Template for the version of the sources</source>
+        <translation>Vorlage für die Version der Quellen</translation>
+    </message>
+    <message>
+        <source>Commands of the project</source>
+        <translation>Befehle des Projekts</translation>
+    </message>
 </context>
 <context>
     <name>ServerDocks</name>
@@ -1810,6 +1917,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Matching nodes</source>
         <translation>Gefundene Knoten</translation>
+    </message>
+    <message>
+        <source>Nothing matches.</source>
+        <translation>Keine Treffer.</translation>
     </message>
 </context>
 <context>

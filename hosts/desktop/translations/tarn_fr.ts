@@ -663,6 +663,93 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
     </message>
 </context>
 <context>
+    <name>GeneratorDialog</name>
+    <message>
+        <source>Add generated file</source>
+        <translation>Ajouter un fichier généré</translation>
+    </message>
+    <message>
+        <source>&amp;Made from:</source>
+        <translation>&amp;Source :</translation>
+    </message>
+    <message>
+        <source>&amp;Tool:</source>
+        <translation>&amp;Outil :</translation>
+    </message>
+    <message>
+        <source>Command lines that make the file, separated by semicolons. They run in the application&apos;s folder, and only if the project is trusted.</source>
+        <translation>Lignes de commande qui créent le fichier, séparées par des points-virgules. Elles s&apos;exécutent dans le dossier de l&apos;application, et seulement si vous faites confiance au projet.</translation>
+    </message>
+    <message>
+        <source>&amp;Commands:</source>
+        <translation>&amp;Commandes :</translation>
+    </message>
+    <message>
+        <source>The file that is made, relative to the application&apos;s folder.</source>
+        <translation>Le fichier créé, relatif au dossier de l&apos;application.</translation>
+    </message>
+    <message>
+        <source>&amp;Output:</source>
+        <translation>S&amp;ortie :</translation>
+    </message>
+    <message>
+        <source>&amp;Add the output to the project, to compile it</source>
+        <translation>&amp;Ajouter la sortie au projet, pour la compiler</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Ajouter</translation>
+    </message>
+    <message>
+        <source>A picture, a table, a template ...</source>
+        <translation>Une image, un tableau, un modèle…</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Parcourir…</translation>
+    </message>
+    <message>
+        <source>File to make another one from</source>
+        <translation>Fichier à partir duquel un autre est créé</translation>
+    </message>
+    <message>
+        <source>Choose the file that another one is made from.</source>
+        <translation>Choisissez le fichier à partir duquel un autre est créé.</translation>
+    </message>
+    <message>
+        <source>%1 does not exist.</source>
+        <translation>%1 n&apos;existe pas.</translation>
+    </message>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 est un dossier.</translation>
+    </message>
+    <message>
+        <source>A project can&apos;t store the name %1.</source>
+        <translation>Un projet ne peut pas enregistrer le nom %1.</translation>
+    </message>
+    <message>
+        <source>%1 is in the application already. Remove it there first.</source>
+        <translation>%1 est déjà dans l&apos;application. Retirez-le d&apos;abord.</translation>
+    </message>
+    <message>
+        <source>Enter the commands that make the output.</source>
+        <translation>Saisissez les commandes qui créent la sortie.</translation>
+    </message>
+    <message>
+        <source>The output can&apos;t be the file that it is made from.</source>
+        <translation>La sortie ne peut pas être le fichier à partir duquel elle est créée.</translation>
+    </message>
+    <message>
+        <source>%1 is made from another file already.</source>
+        <translation>%1 est déjà créé à partir d&apos;un autre fichier.</translation>
+    </message>
+    <message>
+        <source>%1 exists. Only files in a subfolder of &quot;build&quot; are replaced.</source>
+        <translation>%1 existe. Seuls les fichiers dans un sous-dossier de « build » sont remplacés.</translation>
+    </message>
+</context>
+<context>
     <name>GroupBox</name>
     <message>
         <source>Drag a column header here to group by that column</source>
@@ -955,6 +1042,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>New &amp;file...</source>
         <translation>Nouveau &amp;fichier...</translation>
+    </message>
+    <message>
+        <source>&amp;Create</source>
+        <translation>&amp;Créer</translation>
     </message>
 </context>
 <context>
@@ -1610,6 +1701,22 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
         <source>Enter the full path of the folder.</source>
         <translation>Indiquez le chemin complet du dossier.</translation>
     </message>
+    <message>
+        <source>Add generated file...</source>
+        <translation>Ajouter un fichier généré…</translation>
+    </message>
+    <message>
+        <source>Array of the file&apos;s bytes</source>
+        <translation>Tableau des octets du fichier</translation>
+    </message>
+    <message>
+        <source>Template for the version of the sources</source>
+        <translation>Modèle pour la version des sources</translation>
+    </message>
+    <message>
+        <source>Commands of the project</source>
+        <translation>Commandes du projet</translation>
+    </message>
 </context>
 <context>
     <name>ServerDocks</name>
@@ -1810,6 +1917,10 @@ L’enregistrement les fusionne avec celles de l’autre programme.</translation
     <message>
         <source>Matching nodes</source>
         <translation>Nœuds trouvés</translation>
+    </message>
+    <message>
+        <source>Nothing matches.</source>
+        <translation>Aucun résultat.</translation>
     </message>
 </context>
 <context>

@@ -209,8 +209,8 @@ std::string WithExtension(std::string_view path, std::string_view extension) {
 }
 
 std::string WithoutStamp(std::string_view output) {
-  return EqualNoCase(ExtensionOf(output), ".stamp") ? WithoutExtension(output)
-                                                    : std::string(output);
+  return EqualNoCase(ExtensionOf(output), kStampExtension) ? WithoutExtension(output)
+                                                           : std::string(output);
 }
 
 std::string JoinPath(std::string_view folder, std::string_view name) {

@@ -49,6 +49,7 @@ std::string FolderOf(std::string_view path);
 std::string WithoutExtension(std::string_view path);
 // The path with the extension of its last component replaced; `extension` includes the dot.
 std::string WithExtension(std::string_view path, std::string_view extension);
+inline constexpr std::string_view kStampExtension = ".stamp";
 // The file that a tool with this output makes for others: the one for which the output is only a
 // stamp (`version.h.stamp`), else the output itself.
 std::string WithoutStamp(std::string_view output);

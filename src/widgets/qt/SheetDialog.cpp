@@ -99,6 +99,7 @@ QWidget* SheetDialog::MakeHeader(const CPropertySheet& sheet) {
   header->setBackgroundRole(QPalette::Base);
   auto* const title = NewText(page.GetHeaderTitle(), header);
   QFont titleFont = title->font();
+  title->setObjectName("sheetTitle");
   titleFont.setBold(true);
   titleFont.setPointSizeF(titleFont.pointSizeF() * kTitleGrowth);
   title->setFont(titleFont);
