@@ -1,5 +1,7 @@
 #include "hosts/core/GeneratedSource.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 
 #include "hosts/core/LogEntry.h"
@@ -27,8 +29,14 @@ bool HasFile(FileSystem& files, const CXmlNode& parent, const std::string& path)
   });
 }
 
+// Stores an option of the current node as the options window does: the command also publishes the
+// node again, so that its new value is read after the selection has changed.
 bool SaveOption(BuildSession& session, const char* name, const std::string& value) {
-  return session.Manager().SavePropertyValue(kGeneratorType, kBuildSection, name, value) != 0;
+  if (session.Options().SetChangedProperty(kGeneratorType, kBuildSection, name, value) == 0) {
+    return false;
+  }
+  session.Manager().Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
+  return true;
 }
 
 }  // namespace
