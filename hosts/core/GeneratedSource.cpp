@@ -29,13 +29,12 @@ bool HasFile(FileSystem& files, const CXmlNode& parent, const std::string& path)
   });
 }
 
-// Stores an option of the current node as the options window does: the command also publishes the
-// node again, so that its new value is read after the selection has changed.
+// The command publishes the current node again, so that its new value is read even after the
+// selection has changed.
 bool SaveOption(BuildSession& session, const char* name, const std::string& value) {
-  if (session.Options().SetChangedProperty(kGeneratorType, kBuildSection, name, value) == 0) {
-    return false;
-  }
-  session.Manager().Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
+  ProjectManagerDriver& manager = session.Manager();
+  if (manager.SavePropertyValue(kGeneratorType, kBuildSection, name, value) == 0) return false;
+  manager.Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
   return true;
 }
 
