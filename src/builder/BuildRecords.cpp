@@ -108,6 +108,7 @@ RunSnapshot BuildRecords::BeginRun(const CXmlNode& node, std::string_view applic
   RunSnapshot snapshot;
   snapshot.SetOutput(run.output);
   for (const std::string& source : sources) snapshot.AddInput(source, false);
+  AddRecentProducts(snapshot);
   const std::size_t before = store_.Find(application, output);
   if (before == BuildRecordStore::kNone) return snapshot;
   for (const BuildRecord::Number input : store_.Get(before).inputs) {
@@ -117,6 +118,24 @@ RunSnapshot BuildRecords::BeginRun(const CXmlNode& node, std::string_view applic
     snapshot.AddInput(store_.Text(path), false);
   }
   return snapshot;
+}
+
+void BuildRecords::AddRecentProducts(RunSnapshot& snapshot) {
+  if (recent_.empty()) return;
+  const std::int64_t now = files_.Clock();
+  std::erase_if(recent_, [now](const Product& each) { return each.changed < now; });
+  for (const Product& each : recent_) snapshot.AddProduced(each.path, each.hash);
+}
+
+// Its output and products whose content is known.
+void BuildRecords::RememberProducts(const BuildRecord& record) {
+  const auto remember = [this](BuildRecord::Number number) {
+    const FileVersion& version = store_.Version(number);
+    if (version.hash == 0) return;
+    recent_.push_back({std::string(store_.PathOf(number)), version.status.changed, version.hash});
+  };
+  remember(record.output);
+  for (const BuildRecord::Number each : record.byProducts) remember(each);
 }
 
 void BuildRecords::EndRun(const CXmlNode& node, RunSnapshot snapshot, bool succeeded) {
@@ -177,6 +196,7 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   shadows_.Complete(record, addInput, [&](const std::string& path) {
     return !run.snapshot.Settle(files_, path, changes).isSettled;
   });
+  RememberProducts(record);
   bound_[&node] = {store_.Put(std::move(record)), {}, 0};
   WriteJournal();
 }
@@ -194,12 +214,14 @@ std::vector<std::string> BuildRecords::RootsOf(const Run& run, const BuildReport
 BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& path,
                                            PathChanges& changes) {
   const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
-  if (!settled.exists || !settled.isSettled) {
-    return store_.AddVersion(path, FileVersion::Unsettled(), 0);
-  }
   const FileVersion* const known = store_.FindLatest(path);
   const bool isKnown = known != nullptr && IsSameVersion(known->status, settled.status) &&
                        known->status.changed == settled.status.changed;
+  // A version that was recorded under its name before is not new there.
+  const bool isSettled = settled.isSettled || (settled.isOlder && isKnown);
+  if (!settled.exists || !isSettled) {
+    return store_.AddVersion(path, FileVersion::Unsettled(), 0);
+  }
   const std::uint64_t hash = isKnown             ? known->hash
                              : settled.hash != 0 ? settled.hash
                                                  : HashVersion(files_, path, settled.status);

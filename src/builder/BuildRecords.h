@@ -71,7 +71,8 @@ class BuildRecords {
   // --- Runs ---
 
   // Called before a tool runs on the node. Returns the snapshot to take around the run, containing
-  // the sources and the files that the tool read in its previous run.
+  // the sources, the files that the tool read in its previous run and those that were produced in
+  // the current clock tick.
   RunSnapshot BeginRun(const CXmlNode& node, std::string_view application, std::string_view output,
                        const std::vector<std::string>& sources, std::uint64_t signature);
   // Called after the run. If it failed, the output is treated as unknown.
@@ -125,6 +126,15 @@ class BuildRecords {
     RunSnapshot snapshot;
   };
 
+  // Something that a run has produced.
+  struct Product {
+    std::string path;
+    std::int64_t changed;  // see FileStatus
+    std::uint64_t hash;    // of its content; not 0
+  };
+
+  void AddRecentProducts(RunSnapshot& snapshot);
+  void RememberProducts(const BuildRecord& record);
   std::vector<std::string> RootsOf(const Run& run, const BuildReport& report) const;
   BuildRecord::Number AddInput(const Run& run, const std::string& path, PathChanges& changes);
   BuildRecord::Number AddProgram(const Run& run, const std::string& path, PathChanges& changes);
@@ -139,6 +149,7 @@ class BuildRecords {
   std::unordered_map<const CXmlNode*, Bound> bound_;
   std::unordered_map<const CXmlNode*, Run> running_;  // begun but not ended
   std::unordered_map<const CXmlNode*, Run> ended_;    // ended but not reported
+  std::vector<Product> recent_;                       // at least those of the current clock tick
 
   std::string journal_;  // path; empty if none
   std::string projectFileName_;

@@ -41,6 +41,7 @@ void BuildWalk::PlanAhead(Frame& frame, BuildAction& request) {
   request.own = std::make_shared<RunAhead>(RunAhead{frame.node, request.tool, request.files,
                                                     request.options, std::move(request.snapshot)});
   request.early.insert(request.early.begin(), request.own);
+  BeginOwnRun(*frame.node, request);  // in case the early run is refused or dropped
 }
 
 // Returns true if the walk is going to run a tool when it reaches the node.

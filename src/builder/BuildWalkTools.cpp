@@ -258,8 +258,7 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
     (void)model_.GetFiles().RemoveScratchFile(messageFile_);
   }
   request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
-  isRecorded_ = isAhead;
-  if (!isAhead) BeginOwnRun(node, request);
+  BeginOwnRun(node, request);
   PlanAhead(frame, request);
   request.kind = BuildAction::Kind::RunTool;
   frame.stage = Stage::Tool;
@@ -308,11 +307,13 @@ bool RunRequestedTool(BuildAction& request, FileSystem& files) {
     run->isStarted = tools.PrepareTool(run->tool, run->files, run->options) != 0;
     if (!run->isStarted) break;
   }
-  const bool isAhead = request.own != nullptr;
-  if (isAhead) request.snapshot = std::move(request.own->snapshot);
-  const bool isValid = isAhead && request.own->isStarted &&
+  const bool isAhead = request.own != nullptr && request.own->isStarted &&
                        tools.AwaitTool(request.tool, request.files, request.options) != 0;
-  if (!isValid) request.snapshot.TakeBefore(files);
+  if (isAhead) {
+    request.snapshot = std::move(request.own->snapshot);
+  } else {
+    request.snapshot.TakeBefore(files);
+  }
   const bool isDone =
       tools.RunTool(request.tool, request.files, request.options,
                     request.messageFile ? request.messageFile->c_str() : nullptr) != 0;

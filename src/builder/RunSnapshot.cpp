@@ -29,12 +29,21 @@ std::uint64_t HashVersion(FileSystem& files, const std::string& path, const File
   return after && IsUntouched(status, *after) ? hash : 0;
 }
 
-void RunSnapshot::AddInput(std::string_view path, bool isDoubtful) {
-  if (path.empty()) return;
+// Returns null if the path is empty or was added before.
+RunSnapshot::Input* RunSnapshot::Add(std::string_view path) {
+  if (path.empty()) return nullptr;
   const auto [place, isNew] = places_.try_emplace(std::string(path), inputs_.size());
-  if (!isNew) return;
+  if (!isNew) return nullptr;
   paths_.push_back(&place->first);
-  inputs_.emplace_back().isDoubtful = isDoubtful;
+  return &inputs_.emplace_back();
+}
+
+void RunSnapshot::AddInput(std::string_view path, bool isDoubtful) {
+  if (Input* const added = Add(path)) added->isDoubtful = isDoubtful;
+}
+
+void RunSnapshot::AddProduced(std::string_view path, std::uint64_t hash) {
+  if (Input* const added = Add(path)) added->hashBefore = hash;
 }
 
 std::vector<std::optional<FileStatus>> RunSnapshot::ExamineInputs(FileSystem& files) const {
@@ -61,7 +70,8 @@ void RunSnapshot::TakeBefore(FileSystem& files) {
     input.before = found[i];
     if (!input.before) continue;
     const bool isRecent = start_ != 0 && input.before->changed >= start_;
-    if (input.isDoubtful || isRecent) input.hashBefore = HashFile(files, *paths_[i]);
+    const bool isWanted = input.hashBefore == 0 && (input.isDoubtful || isRecent);
+    if (isWanted) input.hashBefore = HashFile(files, *paths_[i]);
   }
 }
 
@@ -93,9 +103,11 @@ RunSnapshot::Settled RunSnapshot::Settle(FileSystem& files, const std::string& p
   const Input* const input = place == places_.end() ? nullptr : &inputs_[place->second];
   const std::optional<FileStatus> after = input != nullptr ? input->after : files.Examine(path);
   if (!after) return {};
-  Settled settled{*after, true, false, 0};
+  Settled settled{.status = *after, .exists = true};
   if (input == nullptr) {
-    settled.isSettled = !MayHaveChanged(after->changed) && !changes.MayHaveChanged(path);
+    const bool isOlder = !MayHaveChanged(after->changed);
+    settled.isSettled = isOlder && !changes.MayHaveChanged(path);
+    settled.isOlder = isOlder && !settled.isSettled;
     return settled;
   }
   if (!input->before) return settled;  // created during the run

@@ -23,8 +23,8 @@ namespace tarn {
 // timestamps. A file not checked before the run is settled only if the folders and links leading to
 // it did not change either: a different file may have had its name.
 //
-// Calling sequence: AddInput and SetOutput, TakeBefore, the run, TakeAfter, Settle. TakeBefore and
-// TakeAfter may be called on a different thread from the others.
+// Calling sequence: AddInput, AddProduced and SetOutput, TakeBefore, the run, TakeAfter, Settle.
+// TakeBefore and TakeAfter may be called on a different thread from the others.
 class RunSnapshot {
  public:
   RunSnapshot() = default;
@@ -36,12 +36,18 @@ class RunSnapshot {
     FileStatus status;
     bool exists = false;
     bool isSettled = false;
+    // Not settled only because a different file may have had its name before: it was not checked
+    // before the run, in which a folder that leads to it changed.
+    bool isOlder = false;
     std::uint64_t hash = 0;  // of the content; 0 if it was not read
   };
 
   // Adds a file that the tool is known to read. A doubtful one also changed during the previous
   // run, so only its content can settle it.
   void AddInput(std::string_view path, bool isDoubtful);
+  // Adds a file that an earlier run has just produced with content of this hash. Otherwise a run
+  // that starts in the clock tick in which its inputs were produced would not be settled.
+  void AddProduced(std::string_view path, std::uint64_t hash);
   void SetOutput(std::string path) { output_ = std::move(path); }
 
   // Record the state of all added files immediately before and after the run.
@@ -63,9 +69,10 @@ class RunSnapshot {
   struct Input {
     bool isDoubtful = false;
     std::optional<FileStatus> before, after;
-    std::uint64_t hashBefore = 0;  // 0 if not read
+    std::uint64_t hashBefore = 0;  // 0 if unknown
   };
 
+  Input* Add(std::string_view path);
   bool MayHaveChanged(std::int64_t changed) const;
   std::vector<std::optional<FileStatus>> ExamineInputs(FileSystem& files) const;
 

@@ -118,5 +118,23 @@ TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
   }
 }
 
+TEST(RunSnapshot, AFileProducedInTheTickOfTheStartIsSettledByItsContent) {
+  FileSystem& files = FileSystem::Native();
+  const Folder folder;
+  const std::string path = folder.In("in/a.h");
+  for (int i = 0; i < 50; ++i) {
+    const bool isChanged = i % 5 == 4;
+    PassATick(folder.In("in"));
+    folder.Write("in/a.h", "one");
+    RunSnapshot snapshot;
+    snapshot.AddProduced(path, HashFile(files, path));
+    snapshot.TakeBefore(files);
+    if (isChanged) folder.Write("in/a.h", "two");
+    snapshot.TakeAfter(files);
+    PathChanges changes = snapshot.WatchPaths(files, {folder.path});
+    EXPECT_EQ(snapshot.Settle(files, path, changes).isSettled, !isChanged) << i;
+  }
+}
+
 }  // namespace
 }  // namespace tarn
