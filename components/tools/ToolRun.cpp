@@ -85,6 +85,9 @@ bool ToolRun::Prepare() {
   if (!plan_.problems.empty()) return false;
   if (RefusesNames()) return false;
   startTime_ = world_.files->Clock();
+  if (tool_.globals.format == GlobalsRule::Format::Cdb) {
+    earlierCdb_ = world_.files->ExamineExactly(CdbPath());
+  }
   std::vector<std::string> written{plan_.outputOnDisk, plan_.listing, plan_.rules,
                                    plan_.furtherRules, plan_.globals};
   written.insert(written.end(), plan_.products.begin(), plan_.products.end());
@@ -435,12 +438,16 @@ void ToolRun::WriteGlobals(const std::vector<std::string>& libraries) {
   if (!said.text.empty()) log_.Add(std::move(said));
 }
 
-// The file of an earlier run, which wrote debug information, is not that of the program.
+std::string ToolRun::CdbPath() const {
+  return WithExtension(plan_.outputOnDisk, ".cdb");
+}
+
+// A file that this run has not written belongs to an earlier program with debug information. Its
+// time doesn't tell: the earlier run may have ended in the clock tick in which this one started.
 GlobalSymbols ToolRun::ReadCdb() const {
-  const std::string path = WithExtension(plan_.outputOnDisk, ".cdb");
-  const auto status = world_.files->ExamineExactly(path);
-  if (!status || status->changed < startTime_) return {};
-  return ReadCdbSymbols(*world_.files, path, job_.files, job_.baseFolder);
+  const auto status = world_.files->ExamineExactly(CdbPath());
+  if (!status || (earlierCdb_ && IsSameVersion(*status, *earlierCdb_))) return {};
+  return ReadCdbSymbols(*world_.files, CdbPath(), job_.files, job_.baseFolder);
 }
 
 GlobalSymbols ToolRun::ReadDwarf(const std::vector<std::string>& libraries) const {

@@ -82,6 +82,7 @@ class ToolRun {
   LinkFiles FilesOfLink() const;
   bool SettleRandomNames();
   void WriteGlobals(const std::vector<std::string>& libraries);
+  std::string CdbPath() const;
   GlobalSymbols ReadCdb() const;
   GlobalSymbols ReadDwarf(const std::vector<std::string>& libraries) const;
   std::vector<std::string> FindProducts() const;
@@ -99,7 +100,8 @@ class ToolRun {
   MessageLog log_;
   OutputHandler onOutput_;
   std::string captured_;
-  std::int64_t startTime_ = 0;  // on the file system's clock
+  std::int64_t startTime_ = 0;            // on the file system's clock
+  std::optional<FileStatus> earlierCdb_;  // debug information of sdcc before the run
   int exitCode_ = 0;
   // State before the current or last step.
   std::size_t errorsBefore_ = 0;
