@@ -11,12 +11,15 @@ namespace tarn {
 namespace {
 
 // Started runs for each job: while a slow one is waited for, the jobs continue with later ones.
-constexpr std::size_t kRunsPerJob = 4;
+constexpr std::size_t kRunsPerJob = 32;
+// Limit for all jobs, since runs that have ended keep their messages.
+constexpr std::size_t kMostRuns = 256;
 
 }  // namespace
 
 void RunsAhead::SetJobs(int count) {
-  most_ = limit_ = count < 2 ? 0 : static_cast<std::size_t>(count) * kRunsPerJob;
+  const std::size_t jobs = count < 2 ? 0 : static_cast<std::size_t>(count);
+  most_ = limit_ = std::min(jobs * kRunsPerJob, std::max(jobs, kMostRuns));
 }
 
 void RunsAhead::Begin(const NodeTypes& types, const CXmlNode& application,
