@@ -11,31 +11,34 @@
 namespace tarn::tools {
 
 void HarmlessFlags::Add(char receiver, std::string_view entries) {
+  auto list = std::make_shared<List>();
+  list->receiver = receiver;
   for (std::string& text : SplitOptionList(entries)) {
     const bool isException = text.front() == '!';
     if (isException) text.erase(0, 1);
     const bool isStart = text.ends_with('*');
     if (isStart) text.pop_back();
-    AddEntry({receiver, isException, isStart, std::move(text)});
+    list->Add({isException, isStart, std::move(text)});
   }
+  if (!list->entries.empty()) lists_.push_back(std::move(list));
 }
 
 void HarmlessFlags::Add(const HarmlessFlags& other) {
-  entries_.insert(entries_.end(), other.entries_.begin(), other.entries_.end());
+  lists_.insert(lists_.end(), other.lists_.begin(), other.lists_.end());
 }
 
-void HarmlessFlags::AddEntry(Entry entry) {
+void HarmlessFlags::List::Add(Entry entry) {
   const std::size_t open = entry.text.find('[');
   const std::size_t close = entry.text.find(']', std::min(open, entry.text.size()));
   if (close == std::string::npos) {
-    entries_.push_back(std::move(entry));
+    entries.push_back(std::move(entry));
     return;
   }
   Entry without = entry;
   without.text.erase(open, close - open + 1);
   entry.text.erase(close, 1).erase(open, 1);
-  AddEntry(std::move(without));
-  AddEntry(std::move(entry));
+  Add(std::move(without));
+  Add(std::move(entry));
 }
 
 FlagFit HarmlessFlags::Find(const GivenArguments& given, std::size_t at) const {
@@ -45,13 +48,15 @@ FlagFit HarmlessFlags::Find(const GivenArguments& given, std::size_t at) const {
       at + 1 < given.words.size() && given.receivers[at + 1] == given.receivers[at];
   const std::string pair = isValueNext ? word + ' ' + given.words[at + 1] : word;
   FlagFit best = FlagFit::None;
-  for (const Entry& entry : entries_) {
-    if (entry.receiver != receiver) continue;
-    const bool isWhole = !entry.isStart && (entry.text == word || entry.text == pair);
-    const bool isStart = entry.isStart && word.starts_with(entry.text);
-    if (!isWhole && !isStart) continue;
-    if (entry.isException) return FlagFit::None;
-    best = std::max(best, isWhole ? FlagFit::Whole : FlagFit::Start);
+  for (const auto& list : lists_) {
+    if (list->receiver != receiver) continue;
+    for (const Entry& entry : list->entries) {
+      const bool isWhole = !entry.isStart && (entry.text == word || entry.text == pair);
+      const bool isStart = entry.isStart && word.starts_with(entry.text);
+      if (!isWhole && !isStart) continue;
+      if (entry.isException) return FlagFit::None;
+      best = std::max(best, isWhole ? FlagFit::Whole : FlagFit::Start);
+    }
   }
   return best;
 }

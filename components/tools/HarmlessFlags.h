@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,8 @@ enum class FlagFit {
 };
 
 // Flags with which a program neither runs code chosen by the caller nor writes files other than
-// those that other rules of the definition name. Immutable once it is read.
+// those that other rules of the definition name. Immutable once it is read; copies share the
+// entries, of which there are hundreds.
 class HarmlessFlags {
  public:
   // Adds entries separated by ";": "-c", "-O*", "-x c" (with the value in the next argument),
@@ -27,20 +29,23 @@ class HarmlessFlags {
   // is the program that interprets the flag, as in GivenArguments.
   void Add(char receiver, std::string_view entries);
   void Add(const HarmlessFlags& other);
-  bool IsEmpty() const { return entries_.empty(); }
+  bool IsEmpty() const { return lists_.empty(); }
 
   FlagFit Find(const GivenArguments& given, std::size_t at) const;
 
  private:
   struct Entry {
-    char receiver;
     bool isException;
     bool isStart;
     std::string text;
   };
-  void AddEntry(Entry entry);
+  struct List {
+    char receiver;
+    std::vector<Entry> entries;
+    void Add(Entry entry);
+  };
 
-  std::vector<Entry> entries_;
+  std::vector<std::shared_ptr<const List>> lists_;
 };
 
 // Reads an element `Harmless`. If there is an error, the result must be discarded.

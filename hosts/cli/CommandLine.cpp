@@ -1,9 +1,13 @@
 #include "hosts/cli/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
+#include <string_view>
+#include <vector>
 
 #include "hosts/cli/CommandArguments.h"
 #include "hosts/cli/CommandList.h"
@@ -25,7 +29,10 @@ class HelpFormatter : public CLI::FormatterBase {
 // The parser of all commands, which fills in the invocation.
 class Grammar {
  public:
-  Grammar() : app_("Builds firmware projects.", "tarn") {
+  // Declares the arguments of the commands whose names are among `words` only, since those of all
+  // commands take longer than the rest of the parsing; nullopt: of all.
+  explicit Grammar(std::optional<std::vector<std::string_view>> words)
+      : app_("Builds firmware projects.", "tarn"), words_(std::move(words)) {
     app_.set_version_flag("--version", "tarn " TARN_VERSION, "Show the version");
     app_.set_help_flag("-h,--help", "Show this help");
     app_.formatter(std::make_shared<HelpFormatter>());
@@ -56,6 +63,7 @@ class Grammar {
       command->require_subcommand(1);
       return;
     }
+    if (words_ && std::ranges::find(*words_, name.substr(0, space)) == words_->end()) return;
     CommandArguments arguments(*command, invocation_);
     if (spec.hasDisplayOptions) arguments.AddDisplay();
     if (spec.declare != nullptr) spec.declare(arguments);
@@ -66,6 +74,7 @@ class Grammar {
   }
 
   CLI::App app_;
+  std::optional<std::vector<std::string_view>> words_;
   Invocation invocation_;
 };
 
@@ -114,7 +123,7 @@ std::string HelpHint(const CLI::App& app) {
 }  // namespace
 
 CommandEntry DescribeCommandLine() {
-  Grammar grammar;
+  Grammar grammar(std::nullopt);
   return DescribeCommand(grammar.App());
 }
 
@@ -127,7 +136,7 @@ void Complain(const std::string& text, const std::vector<std::string>& more = {}
 }  // namespace
 
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
-  Grammar grammar;
+  Grammar grammar(std::vector<std::string_view>(argv, argv + argc));
   // `tarn help build` is equivalent to `tarn build --help`.
   std::vector<const char*> turned(argv, argv + argc);
   if (argc > 1 && std::string_view(argv[1]) == "help") {
