@@ -26,7 +26,6 @@ constexpr std::string_view kUnnamedType = "__0";  // names that sdcc invents beg
 struct Entry {
   Kind kind = Kind::Variable;
   std::string name;
-  std::string scope;                 // "G", or "F" and the name of the module
   std::vector<std::string> modules;  // in which it is declared, in order of the link
   std::optional<std::uint64_t> address;
 };
@@ -73,14 +72,14 @@ class Records {
         module_ = text;
         break;
       case 'F':
-        if (const auto entry = Declared(text)) (*entry)->kind = Kind::Function;
+        if (Entry* const entry = Declared(text)) entry->kind = Kind::Function;
         break;
       case 'S':
         // Other modules declare the functions that they call in this way.
         if (text.find("DF,") == std::string_view::npos || IsPointer(text)) Declared(text);
         break;
       case 'T':
-        if (const auto entry = Declared(text, "type ")) (*entry)->kind = Kind::Type;
+        if (Entry* const entry = Declared(text, "type ")) entry->kind = Kind::Type;
         break;
       case 'L':
         ReadPlace(text);
@@ -96,12 +95,12 @@ class Records {
     return type != std::string_view::npos && !text.substr(type + 1).starts_with("DF,");
   }
 
-  std::optional<Entry*> Declared(std::string_view text, const std::string& prefix = "") {
+  // Returns null for what isn't at file level.
+  Entry* Declared(std::string_view text, const std::string& prefix = "") {
     const auto [scope, name] = SplitName(text);
-    if (name.empty() || scope.empty() || scope.front() == 'L') return std::nullopt;
+    if (name.empty() || scope.empty() || scope.front() == 'L') return nullptr;
     Entry& entry = entries_[prefix + std::string(scope) + '$' + std::string(name)];
     entry.name = name;
-    entry.scope = scope;
     if (entry.modules.empty() || entry.modules.back() != module_) entry.modules.push_back(module_);
     return &entry;
   }

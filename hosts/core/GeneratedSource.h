@@ -24,7 +24,7 @@ struct GeneratorTool {
 
 // A generator as a user specifies it.
 struct GeneratorRequest {
-  std::string input;  // absolute path of an existing file
+  std::string input;  // absolute path of a file that exists or that another node makes
   std::string tool;
   std::string output;       // may be relative to the application's folder; empty for the default
   std::string commands;     // command lines, for a tool that runs those of the project
