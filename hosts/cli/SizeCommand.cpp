@@ -134,8 +134,7 @@ int SaveBaselines(CommandContext& context, SizeHistory& history,
 int RunSize(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
-  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
-  context.Session().Prepare();
+  if (const int code = context.ChoosePreparedApplications(chosen); code != kExitDone) return code;
   if (chosen.empty()) {
     context.Complain("This project has no application.");
     return kExitUsage;
