@@ -265,6 +265,17 @@ TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
   EXPECT_EQ(built.code, 0) << built.out << built.err;
   EXPECT_TRUE(project.Exists("Blink/build/Standard/Blink.elf"));
   EXPECT_EQ(project.Out({"options", "get", "Target.Device", "Blink"}), "atmega328p\n");
+  // The first processor in the menu of a board is the usual one.
+  const std::pair<const char*, const char*> boards[] = {{"nano", "atmega328p"},
+                                                        {"nanoatmega168", "atmega168"},
+                                                        {"mega", "atmega2560"},
+                                                        {"megaatmega1280", "atmega1280"},
+                                                        {"pro8MHzatmega328", "atmega328p"}};
+  for (const auto& [board, device] : boards) {
+    project.Out({"import", "Blink", "--yes", "--board", board});
+    EXPECT_EQ(project.Out({"options", "get", "Target.Device", "Blink"}), device + std::string("\n"))
+        << board;
+  }
 }
 
 TEST(CliForeign, AGroupFollowsAFolder) {
