@@ -196,8 +196,7 @@ std::optional<GlobalSymbol> Find(const Records& records, Sources& sources, const
     isSure = entry.kind == Kind::Function && entry.address &&
              records.StartsAt(*entry.address, FileNameOf(file), found.line);
     if (best && !isSure) return;
-    best = GlobalSymbol{found.kind, found.name, found.text,
-                        file,       found.line, entry.address.value_or(0)};
+    best = GlobalSymbol{found.kind, found.name, found.text, file, found.line, entry.address};
   };
   for (const std::string& module : entry.modules) {
     if (sources.ForEachDefinition(module, entry.name, take) && best && isSure) break;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct GlobalSymbol {
   std::string definition;  // as in source, such as "static uint8_t uart_put(char c)"
   std::string file;        // absolute
   int line = 0;
-  std::uint64_t address = 0;  // of a function or variable; 0 if unknown
+  std::optional<std::uint64_t> address;  // of a function or variable that has a known one
 };
 
 // Result of reading a program's symbols.

@@ -86,9 +86,9 @@ std::string SymbolPositionsText(FileSystem& files, const std::string& program,
   std::string text;
   for (const GlobalSymbol& symbol : ReadDebugSymbols(*bytes, folder).symbols) {
     const bool isPlain = symbol.file.find('\n') == std::string::npos;
-    if (symbol.kind == GlobalSymbol::Kind::Type || !isPlain) continue;
-    text += std::to_string(symbol.address) + ' ' + std::to_string(symbol.line) + ' ' + symbol.file +
-            '\n';
+    if (!symbol.address || !isPlain) continue;
+    text += std::to_string(*symbol.address) + ' ' + std::to_string(symbol.line) + ' ' +
+            symbol.file + '\n';
   }
   return text;
 }

@@ -21,7 +21,6 @@ int RunActions(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   ApplicationEntry application;
   if (const int code = ChooseOneApplication(context, application); code != kExitDone) return code;
-  context.Session().Prepare();
   nlohmann::json list = nlohmann::json::array();
   const std::vector<ActionEntry> actions = ListActions(context.Session(), application);
   std::size_t width = 0;
@@ -61,7 +60,6 @@ int RunTool(CommandContext& context) {
   if (const int code = ChooseOneApplication(context, request.application); code != kExitDone) {
     return code;
   }
-  session.Prepare();
   ActionEntry action;
   if (const int code = FindAction(context, request.application, own.action, action);
       code != kExitDone && !(own.isDry && code == kExitToolMissing)) {

@@ -105,7 +105,9 @@ class ActionWatch : public BuildObserver {
 
 int ChooseOneApplication(CommandContext& context, ApplicationEntry& chosen) {
   std::vector<ApplicationEntry> applications;
-  if (const int code = context.ChooseApplications(applications); code != kExitDone) return code;
+  if (const int code = context.ChoosePreparedApplications(applications); code != kExitDone) {
+    return code;
+  }
   for (const ApplicationEntry& each : applications) {
     if (each.active || &each == &applications.front()) chosen = each;
   }

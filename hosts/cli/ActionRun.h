@@ -28,8 +28,8 @@ struct ActionResult {
 // Exit code of an action that was ended by its time limit.
 inline constexpr int kExitLate = 124;
 
-// Finds the application of --app, else the active one. Returns 0, or an exit code after printing
-// the error.
+// Prepares the session, and finds the application of --app, else the active one. Returns 0, or an
+// exit code after printing the error.
 int ChooseOneApplication(CommandContext& context, ApplicationEntry& chosen);
 // Builds the application and shows this as `tarn build` does. Returns the exit code.
 int BuildForAction(CommandContext& context, const ApplicationEntry& application);

@@ -96,7 +96,6 @@ int RunDebug(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   ApplicationEntry application;
   if (const int code = ChooseOneApplication(context, application); code != kExitDone) return code;
-  session.Prepare();
   ActionCommands planned = GetActionCommands(context.Session(), application, kDebugAction);
   if (!planned.problems.empty() || planned.commands.empty()) {
     context.Complain(application.label + ": " +

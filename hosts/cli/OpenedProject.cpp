@@ -2,6 +2,7 @@
 
 #include <tarn/commands.h>
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <set>
@@ -274,6 +275,18 @@ int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
     scope_ = found.entry->path;
   }
   return asked_.configuration.empty() ? int{kExitDone} : SelectConfiguration(chosen);
+}
+
+int CommandContext::ChoosePreparedApplications(std::vector<ApplicationEntry>& chosen) {
+  Session().Inspector().PublishAll();  // makes paths absolute
+  if (const int code = ChooseApplications(chosen); code != kExitDone) return code;
+  Session().Prepare();
+  const std::vector<ApplicationEntry> current = ListApplications(Session().Inspector());
+  for (ApplicationEntry& each : chosen) {
+    const auto found = std::ranges::find(current, each.path, &ApplicationEntry::path);
+    if (found != current.end()) each = *found;
+  }
+  return kExitDone;
 }
 
 FoundApplication CommandContext::FindApplication(const std::vector<ApplicationEntry>& applications,

@@ -89,6 +89,9 @@ class CommandContext {
   // Sets `chosen` to the application of --app, all of them without it, and activates the
   // configuration of --config. Returns 0, or an exit code after printing the error.
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
+  // Like ChooseApplications(), and prepares the session: `chosen` has the outputs of all
+  // applications in these configurations.
+  int ChoosePreparedApplications(std::vector<ApplicationEntry>& chosen);
   // Path of the application of --app after ChooseApplications; empty without --app.
   const std::string& Scope() const { return scope_; }
   // Finds an application by a label or a path.

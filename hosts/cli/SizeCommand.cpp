@@ -47,7 +47,8 @@ int Compare(CommandContext& context, const SizeHistory& history, SizeReport& rep
   return kExitUsage;
 }
 
-// Returns 0, or an exit code after printing the error.
+// Returns 0, or an exit code after printing the error. A library that wasn't asked for has no sizes
+// and no error.
 int ReadReport(CommandContext& context, const SizeHistory& history, SizeReport& report) {
   const auto source = FindSizeSource(context.Session().Inspector(), report.application);
   if (!source) {
@@ -55,6 +56,7 @@ int ReadReport(CommandContext& context, const SizeHistory& history, SizeReport& 
     return kExitUsage;
   }
   SizeReading reading = ReadSizes(context.Files(), *source, kLargestFile);
+  if (reading.isLibrary && context.Asked().application.empty()) return kExitDone;
   if (!reading.problem.empty()) {
     context.Complain("The sizes of " + report.application.label +
                      " can't be read: " + reading.problem +
@@ -77,6 +79,12 @@ void PrintReport(CommandContext& context, const SizeReport& report) {
   if (report.earlier) title += "  compared with " + report.comparedWith;
   out.PrintLine(title);
   const auto most = static_cast<std::size_t>(ParseInt64(asked.count).value_or(0));
+  if (asked.by == "stack" && report.sizes.stack.empty()) {
+    context.Remark(
+        "No stack usage is recorded. With the option Compiler.StackUsage, compilers that "
+        "can write it in the next build.");
+    return;
+  }
   if (!asked.by.empty()) return PrintSizes(context, report, asked.by, most);
   PrintSizes(context, report, "region", 0);
   out.PrintLine("");
@@ -134,8 +142,7 @@ int SaveBaselines(CommandContext& context, SizeHistory& history,
 int RunSize(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
-  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
-  context.Session().Prepare();
+  if (const int code = context.ChoosePreparedApplications(chosen); code != kExitDone) return code;
   if (chosen.empty()) {
     context.Complain("This project has no application.");
     return kExitUsage;
@@ -147,9 +154,11 @@ int RunSize(CommandContext& context) {
   for (const ApplicationEntry& each : chosen) {
     SizeReport report{each, {}, {}, {}};
     const int code = ReadReport(context, history, report);
-    if (code == kExitDone) reports.push_back(std::move(report));
+    const bool isMeasured = code == kExitDone && !report.sizes.sections.empty();
+    if (isMeasured) reports.push_back(std::move(report));
     if (worst == kExitDone) worst = code;
   }
+  if (reports.empty() && worst == kExitDone) context.Remark("The project has only libraries.");
   if (const int code = WritePage(context, reports); code != kExitDone) return code;
   nlohmann::json document = nlohmann::json::array();
   for (const SizeReport& each : reports) {

@@ -73,7 +73,7 @@ void PrintTarget(CommandContext& context, const TargetEntry& target) {
   constexpr struct {
     const char* label;
     const char* fact;
-  } kShown[] = {{"Maker", "maker"},         {"Microcontroller", "mcu"}, {"Core", "core"},
+  } kShown[] = {{"Maker", "maker"},         {"Device", "mcu"},          {"Core", "core"},
                 {"Toolchain", "toolchain"}, {"Simulator", "simulator"}, {"Upload", "upload"}};
   for (const auto& each : kShown) {
     const std::string value = target.GetFact(each.fact);
@@ -142,6 +142,15 @@ std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& 
   return text.empty() ? " See `tarn targets`." : text;
 }
 
+// Returns the end of the message that no target has this.
+std::string DescribeMissing(const std::string& word, const std::vector<TargetEntry>& targets) {
+  if (TargetCondition::Parse(word)) return " has " + word + ".";
+  const std::string text = " has \"" + word + "\" in its name or description";
+  const bool isMeantAsCondition = word.find_first_of("<>=") != std::string::npos;
+  return isMeantAsCondition ? text + ", and it is not a condition such as 'flash>=64K'."
+                            : text + "." + TargetHint(word, targets);
+}
+
 // Keeps only the requested targets. Returns 0, or an exit code after printing the error.
 int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   const std::string& family = context.Own<TargetsOptions>().family;
@@ -158,11 +167,7 @@ int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   std::string found = family.empty() ? "" : " of the family \"" + family + "\"";
   for (const std::string& word : context.Own<TargetsOptions>().words) {
     if (!word.empty() && !KeepMeeting(targets, word)) {
-      const bool isCondition = TargetCondition::Parse(word).has_value();
-      context.Complain("No target" + found +
-                       (isCondition ? " has " + word + "."
-                                    : " has \"" + word + "\" in its name or description." +
-                                          TargetHint(word, targets)));
+      context.Complain("No target" + found + DescribeMissing(word, targets));
       return kExitUsage;
     }
     found += (found.empty() ? " with \"" : " and \"") + word + '"';

@@ -196,8 +196,9 @@ int RunTests(CommandContext& context) {
   if (!MayWriteJUnit(context)) return kExitUsage;
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> applications;
-  if (const int code = context.ChooseApplications(applications); code != kExitDone) return code;
-  session.Prepare();
+  if (const int code = context.ChoosePreparedApplications(applications); code != kExitDone) {
+    return code;
+  }
   TestRun run(context);
   for (const ApplicationEntry& each : FindTests(context, applications)) {
     if (!run.Run(each)) break;

@@ -69,6 +69,11 @@ SizeReading ReadSizes(FileSystem& files, const SizeSource& source, std::uint64_t
     reading.problem = source.output + ": " + bytes.GetError().text;
     return reading;
   }
+  reading.isLibrary = bytes->starts_with("!<arch>\n") || bytes->starts_with("!<thin>\n");
+  if (reading.isLibrary) {
+    reading.problem = source.output + ": a library, whose code counts in the programs that link it";
+    return reading;
+  }
   auto mapText = source.map.empty() ? Result<std::string>(std::string())
                                     : ReadBounded(files, source.map, most);
   if (!mapText) reading.remark = source.map + ": " + mapText.GetError().text;

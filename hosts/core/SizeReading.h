@@ -23,8 +23,9 @@ std::optional<SizeSource> FindSizeSource(InspectorDriver& inspector,
 
 struct SizeReading {
   sizes::ProgramSizes sizes;
-  std::string problem;  // "PATH: reason" if there are no sizes; else empty
-  std::string remark;   // why parts are missing; else empty
+  std::string problem;     // "PATH: reason" if there are no sizes; else empty
+  std::string remark;      // why parts are missing; else empty
+  bool isLibrary = false;  // has no sizes of its own, which is the problem
 };
 
 // Reads program, map and the stack usage next to the object files. Files larger than `most` bytes

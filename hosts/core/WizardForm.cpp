@@ -1,5 +1,6 @@
 #include "hosts/core/WizardForm.h"
 
+#include "hosts/core/TargetName.h"
 #include "platform/text/Text.h"
 #include "widgets/Button.h"
 #include "widgets/ComboBox.h"
@@ -194,7 +195,7 @@ std::optional<WizardRefusal> WizardForm::ChooseType(const std::string& typeHeade
 std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target) {
   auto& tree = *page_.FindControl<CTreeCtrl>(kTargetTree);
   std::vector<std::string> names;
-  std::vector<Target> named;
+  std::vector<Target> named, same, similar;
   for (Target& each : TargetsOf(page_)) {
     // A full path is unambiguous.
     if (each.path == target) {
@@ -202,8 +203,12 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
       return std::nullopt;
     }
     names.push_back(each.item->GetText());
+    const NameFit fit = FitTargetName(*static_cast<const CXmlNode*>(each.item->GetData()), target);
+    if (fit == NameFit::Same) same.push_back(each);
+    if (fit == NameFit::Similar) similar.push_back(each);
     if (IsNamed(each, target)) named.push_back(std::move(each));
   }
+  if (named.empty()) named = same.empty() ? std::move(similar) : std::move(same);
   // No target, as may have been proposed.
   if (target.empty() && Read().target.empty()) return std::nullopt;
   if (named.size() == 1) {

@@ -96,6 +96,10 @@ std::string_view MemoryOf(const SdccArea& area) {
   if (area.attributes.find("XDATA") != area.attributes.npos) return "XRAM";
   if (area.attributes.find("CODE") != area.attributes.npos) return "flash";
   if (std::ranges::any_of(kFlash, isName)) return "flash";
+  // Vectors and start-up code at fixed addresses.
+  constexpr std::string_view kFixed[] = {"_HEADER", "HEADER", "CODEIVT"};
+  const auto begins = [&area](std::string_view name) { return area.name.starts_with(name); };
+  if (std::ranges::any_of(kFixed, begins)) return "flash";
   const bool isBank = area.name.starts_with("REG_BANK_");
   return isBank || std::ranges::any_of(kRam, isName) ? "RAM" : "";
 }

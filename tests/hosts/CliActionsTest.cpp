@@ -146,6 +146,30 @@ TEST_F(CliActions, AProgramOfThisComputerNeedsTrust) {
   EXPECT_TRUE(Has(run.err, "the time limit")) << run.err;
 }
 
+TEST_F(CliActions, AnyApplicationAndConfigurationHasActionsAndSizes) {
+  project.Edit("src/tool.c", "int main(void) { return 5; }\n");
+  project.Out({"add", "--application", "tool", "src/tool.c"});
+  project.Out({"select", "app"});
+  for (const char* configuration : {"Standard", "Fast"}) {
+    project.Out({"build", "-q", "-c", configuration});
+    for (const char* name : {"app", "tool"}) {
+      const std::vector<std::string> which{"-a", name, "-c", configuration};
+      const auto with = [&which](std::vector<std::string> words) {
+        words.insert(words.end(), which.begin(), which.end());
+        return words;
+      };
+      const std::string output = project.PathOf("build/" + std::string(configuration) + "/" + name);
+      EXPECT_TRUE(Has(project.Out(with({"actions"})), "simulate     Run in simulator (host)"));
+      EXPECT_TRUE(Has(project.Out(with({"run-tool", "simulate", "--dry-run"})), output + "\n"));
+      EXPECT_TRUE(Has(project.Out(with({"debug", "--dry-run"})), output + " ")) << output;
+      const std::string sizes = project.Out(with({"size"}));
+      EXPECT_TRUE(sizes.starts_with(name + ("  [" + std::string(configuration) + "]"))) << sizes;
+      EXPECT_TRUE(Has(project.Out(with({"size", "--json"})), '"' + output + '"')) << output;
+    }
+  }
+  EXPECT_EQ(project.Run({"run-tool", "simulate", "-a", "tool", "--trust"}).code, 5);
+}
+
 TEST_F(CliActions, TestsFailByExitCodeOutputAndTime) {
   const std::pair<const char*, const char*> programs[] = {
       {"good", "puts(\"all well\"); return 0;"},

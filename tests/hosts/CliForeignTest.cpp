@@ -169,6 +169,23 @@ TEST(CliForeign, EnvironmentsBecomeConfigurations) {
   EXPECT_EQ(project.Run({"build", "other", "--config", "slow"}).code, 1);
 }
 
+TEST(CliForeign, BoardsOfEnvironmentsAreFoundByTheirIdentifiers) {
+  ForeignProject project;
+  const std::pair<std::string, const char*> boards[] = {{"bluepill_f103c8", "Blue Pill"},
+                                                        {"blackpill_f411ce", "Black Pill F411"},
+                                                        {"nucleo_l476rg", "NUCLEO-L476RG"},
+                                                        {"pico", "Raspberry Pi Pico"},
+                                                        {"megaatmega2560", "Arduino Mega 2560"}};
+  std::string text;
+  for (const auto& [id, label] : boards) text += "[env:" + id + "]\nboard = " + id + "\n";
+  project.Write("other/platformio.ini", text);
+  project.Out({"import", "other"});
+  for (const auto& [id, label] : boards) {
+    EXPECT_EQ(project.Out({"options", "get", "Target.Board", "other", "--config", id}),
+              label + std::string("\n"));
+  }
+}
+
 TEST(CliForeign, ADescriptionWithConfigurationsIsImported) {
   ForeignProject project;
   const auto configuration = [](const std::string& name, const std::string& level) {
@@ -265,6 +282,17 @@ TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
   EXPECT_EQ(built.code, 0) << built.out << built.err;
   EXPECT_TRUE(project.Exists("Blink/build/Standard/Blink.elf"));
   EXPECT_EQ(project.Out({"options", "get", "Target.Device", "Blink"}), "atmega328p\n");
+  // The first processor in the menu of a board is the usual one.
+  const std::pair<const char*, const char*> boards[] = {{"nano", "atmega328p"},
+                                                        {"nanoatmega168", "atmega168"},
+                                                        {"mega", "atmega2560"},
+                                                        {"megaatmega1280", "atmega1280"},
+                                                        {"pro8MHzatmega328", "atmega328p"}};
+  for (const auto& [board, device] : boards) {
+    project.Out({"import", "Blink", "--yes", "--board", board});
+    EXPECT_EQ(project.Out({"options", "get", "Target.Device", "Blink"}), device + std::string("\n"))
+        << board;
+  }
 }
 
 TEST(CliForeign, AGroupFollowsAFolder) {

@@ -40,6 +40,19 @@ TEST(CliNew, AProjectForATargetIsBuiltForThatTarget) {
   }
 }
 
+TEST(CliNew, ABoardIsFoundByTheNamesThatPeopleUse) {
+  CliProject project;
+  const std::pair<const char*, const char*> rows[] = {{"uno", "Arduino Uno"},
+                                                      {"bluepill", "Blue Pill"},
+                                                      {"nucleo_f401re", "NUCLEO-F401RE"},
+                                                      {"disco_f407vg", "STM32F4DISCOVERY"}};
+  for (const auto& [name, board] : rows) {
+    project.Out({"new", name, "--target", name});
+    EXPECT_EQ(project.Out({"options", "get", "Target.Board", name}), board + std::string("\n"));
+  }
+  EXPECT_TRUE(project.Out({"targets", "disco_f407vg"}).starts_with("STM32F4DISCOVERY"));
+}
+
 TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   CliProject project;
   std::filesystem::create_directories(project.PathOf("taken"));

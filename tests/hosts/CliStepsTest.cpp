@@ -177,6 +177,10 @@ TEST_F(CliSteps, AnApplicationLinksALibraryOfTheProject) {
   }
   project.Edit("src/core.c", "int core(void) { return 2; }\n");
   EXPECT_EQ(Built(project.Out({"build"})), "core.c core.a app");
+  // The sizes of the library are those of its code in the program.
+  EXPECT_TRUE(project.Out({"size"}).starts_with("app  ["));
+  project.ExpectRefusal({"size", "-a", "core"}, 3, "a library, whose code counts in the programs");
+  EXPECT_TRUE(Has(project.Run({"size", "--by", "stack"}).err, "option Compiler.StackUsage"));
 }
 
 TEST_F(CliSteps, TheVersionOfTheSourcesIsCompiledWhereItIsUsed) {

@@ -21,7 +21,8 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
       "<Targets Header='Mine' >"
       "<Target Header='ab1' ><Micro_Description>First.\\nUSB and\x1b[m.</Micro_Description>"
       "<Datasheet>https://example.com/ab1</Datasheet><ConfigName>Debug</ConfigName></Target>"
-      "<Targets Header='Inner' ><Target Header='ab12' Core='c1' Flash='65536' Pins='28,32' >"
+      "<Targets Header='Inner' ><Target Header='ab12' Core='c1' Mcu='m1' Flash='65536' "
+      "Pins='28,32' >"
       "<Micro_Description>Second.</Micro_Description></Target><Target Header='\xc3\xa4' /><Other "
       "Header='ab3' /></Targets>"
       "</Targets>");
@@ -47,7 +48,8 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
        ""},
       {{"targets", "c1", "flash>=64K", "pins=32"},
        0,
-       "ab12  Mine, Inner\n  Second.\n  Core           c1\n  Configuration  Standard\n",
+       "ab12  Mine, Inner\n  Second.\n  Device         m1\n  Core           c1\n  Configuration  "
+       "Standard\n",
        ""},
       {{"targets", "inner", "flash<64k"},
        0,
@@ -57,12 +59,18 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
        2,
        "",
        "tarn: No target with \"core=c1\" has flash>64K.\n"},
+      {{"targets", "flash>=1G"},
+       2,
+       "",
+       "tarn: No target has \"flash>=1G\" in its name or description, and it is not a condition "
+       "such as 'flash>=64K'.\n"},
       {{"targets", "--family", "inner", "seco", "--json"},
        0,
        "[\n  {\n    \"configuration\": \"Standard\",\n    \"core\": \"c1\",\n    \"datasheet\": "
        "\"\",\n"
        "    \"description\": \"Second.\",\n    \"families\": [\n      \"Mine\",\n      \"Inner\"\n"
-       "    ],\n    \"flash\": 65536,\n    \"name\": \"ab12\",\n    \"pins\": \"28,32\"\n  }\n]\n",
+       "    ],\n    \"flash\": 65536,\n    \"mcu\": \"m1\",\n    \"name\": \"ab12\",\n    "
+       "\"pins\": \"28,32\"\n  }\n]\n",
        ""},
       {{"targets", "--family", "innr"},
        2,

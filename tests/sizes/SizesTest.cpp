@@ -161,10 +161,13 @@ TEST(ProgramSizes, MapsOfSdccHaveSizesUpToTheNextSymbol) {
   // The linker for the 8051 has the area of internal variables with all that they might take.
   const ProgramSizes inner = MeasureSdcc(
       "DSEG 00000000 00000080 = 128. bytes (REL,CON)\n 00000008 _x a\n"
-      "_GSINIT 0000020E 00000025 = 37. bytes (REL,CON)\nXSEG 0 4 = 4. bytes (REL,CON)\n",
+      "_GSINIT 0000020E 00000025 = 37. bytes (REL,CON)\nXSEG 0 4 = 4. bytes (REL,CON)\n"
+      "_HEADER8 00000000 0000000C = 12. bytes (ABS,CON)\n"
+      "CODEIVT0 00000000 00000002 = 2. bytes (ABS,CON)\n"
+      "HEADER3 00000000 00000010 = 16. bytes (ABS,CON)\n",
       {}, "0x00:|0|0|a|b| |S|\n0x20:|B|Q|c|T|\nx:|a|\n");
   ASSERT_EQ(inner.regions.size(), 2U);
-  EXPECT_EQ(inner.regions[0].used, 37U);
+  EXPECT_EQ(inner.regions[0].used, 67U);
   EXPECT_EQ(inner.regions[1].used, 7U);
 }
 

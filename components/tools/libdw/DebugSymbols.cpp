@@ -80,12 +80,13 @@ bool IsVariableAtZero(Dwarf_Die& variable) {
   return AddressOfVariable(variable) == 0;
 }
 
-// Returns the address of a function or variable; 0 if it has none.
-std::uint64_t AddressOf(Dwarf_Die& entry, Kind kind) {
+// Returns the address of a function or variable. One that is always inlined has none.
+std::optional<std::uint64_t> AddressOf(Dwarf_Die& entry, Kind kind) {
   Dwarf_Addr address = 0;
-  if (kind == Kind::Variable) return AddressOfVariable(entry).value_or(0);
+  if (kind == Kind::Variable) return AddressOfVariable(entry);
   const bool hasStart = kind == Kind::Function && HasAttribute(entry, DW_AT_low_pc);
-  return hasStart && dwarf_lowpc(&entry, &address) == 0 ? address : 0;
+  if (!hasStart || dwarf_lowpc(&entry, &address) != 0) return std::nullopt;
+  return address;
 }
 
 // The library converts sections of other types when it loads them, which bypasses its check that

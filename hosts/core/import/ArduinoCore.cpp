@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 
 #include "hosts/core/import/SourceScan.h"
@@ -18,7 +19,16 @@ constexpr std::size_t kLargestScanned = std::size_t{8} << 20;
 constexpr std::size_t kMostFiles = 100000;
 constexpr std::size_t kMostFolders = 10000;
 
-using Table = std::map<std::string, std::string>;
+struct Table {
+  std::map<std::string, std::string> values;
+  std::vector<std::string> keys;  // in the order of the file
+};
+
+// A board of the table, with the processor that its menu offers for the name.
+struct ChosenBoard {
+  std::string id;
+  std::string processor;  // empty if the board has no menu
+};
 
 Table ReadTable(FileSystem& files, const std::string& path) {
   Table table;
@@ -26,20 +36,39 @@ Table ReadTable(FileSystem& files, const std::string& path) {
   for (const std::string& line : text ? SplitLines(*text) : std::vector<std::string>()) {
     const std::size_t equals = line.find('=');
     if (line[0] != '#' && equals != std::string::npos) {
-      table.emplace(line.substr(0, equals), line.substr(equals + 1));
+      const auto [place, isNew] =
+          table.values.emplace(line.substr(0, equals), line.substr(equals + 1));
+      if (isNew) table.keys.push_back(place->first);
     }
   }
   return table;
 }
 
-// Returns a value of a board; that of the first processor if the board has several.
-std::string ValueOf(const Table& table, const std::string& board, const std::string& key) {
-  const auto own = table.find(board + "." + key);
-  if (own != table.end()) return own->second;
-  const std::string menu = board + ".menu.cpu.";
-  for (auto each = table.lower_bound(menu); each != table.end(); ++each) {
-    if (!each->first.starts_with(menu)) break;
-    if (each->first.ends_with("." + key)) return each->second;
+// Finds a board by its identifier, for the first processor in its menu, or by the identifier with
+// that of a processor appended, such as "megaatmega1280".
+std::optional<ChosenBoard> ChooseBoard(const Table& table, const std::string& name) {
+  constexpr std::string_view kMenu = ".menu.cpu.";
+  const bool isBoard = table.values.contains(name + ".name");
+  ChosenBoard best{isBoard ? name : std::string(), {}};
+  for (const std::string& key : table.keys) {
+    const std::size_t menu = key.find(kMenu);
+    const std::size_t first = menu + kMenu.size();
+    if (menu == std::string::npos || key.find('.', first) != std::string::npos) continue;
+    const ChosenBoard each{key.substr(0, menu), key.substr(first)};
+    if (isBoard && each.id == name) return each;
+    const bool isLonger =
+        each.id.size() + each.processor.size() > best.id.size() + best.processor.size();
+    if (!isBoard && isLonger && name.starts_with(each.id + each.processor)) best = each;
+  }
+  return best.id.empty() ? std::nullopt : std::optional(best);
+}
+
+// Returns a value of a board; that of its processor takes precedence.
+std::string ValueOf(const Table& table, const ChosenBoard& board, const std::string& key) {
+  const std::string menu = board.id + ".menu.cpu." + board.processor + "." + key;
+  for (const std::string& each : {menu, board.id + "." + key}) {
+    const auto found = table.values.find(each);
+    if (found != table.values.end()) return found->second;
   }
   return {};
 }
@@ -90,15 +119,16 @@ Result<CoreBoard> ArduinoCore::FindBoard(const std::string& id) const {
                  folder_};
   }
   const Table table = ReadTable(files_, path);
-  if (!table.contains(id + ".name")) {
+  const std::optional<ChosenBoard> chosen = ChooseBoard(table, id);
+  if (!chosen) {
     std::string known;
-    for (const auto& [key, value] : table) {
+    for (const auto& [key, value] : table.values) {
       if (!key.ends_with(".name") || key.find('.') + 5 != key.size()) continue;
       known += (known.empty() ? "" : ", ") + key.substr(0, key.size() - 5);
     }
     return Error{ErrorCode::NotFound, "unknown board \"" + id + "\"; there are " + known, path};
   }
-  const auto value = [&](const char* key) { return ValueOf(table, id, key); };
+  const auto value = [&](const char* key) { return ValueOf(table, *chosen, key); };
   CoreBoard board;
   board.name = value("name");
   board.device = value("build.mcu");

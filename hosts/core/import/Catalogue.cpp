@@ -1,10 +1,10 @@
 #include "hosts/core/import/Catalogue.h"
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
 
 #include "hosts/core/LogEntry.h"
+#include "hosts/core/TargetName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -12,14 +12,6 @@
 namespace tarn::host {
 
 namespace {
-
-std::string Reduced(const std::string& name) {
-  std::string reduced;
-  for (const char c : FoldCase(name)) {
-    if (std::isalnum(static_cast<unsigned char>(c)) != 0) reduced += c;
-  }
-  return reduced;
-}
 
 ImportedOptions OptionsOfScript(const std::string& script) {
   ImportedOptions options;
@@ -47,18 +39,15 @@ ImportedOptions OptionsOfScript(const std::string& script) {
 
 ImportedOptions FindTargetOptions(FileSystem& files, const std::string& folder,
                                   const std::string& name) {
-  const std::string wanted = Reduced(name);
-  if (wanted.empty()) return {};
   const CXmlNode* found = nullptr;
   const CXmlNode* similar = nullptr;  // "Arduino Uno" for "uno"
   const std::function<void(const CXmlNode&)> search = [&](const CXmlNode& node) {
     for (const CXmlNode* child : node.GetChildren()) {
       if (child->NameView() == "Targets") search(*child);
       if (child->NameView() != "Target") continue;
-      const std::string label = GetAttribute(child, "Header");
-      const std::size_t blank = label.find(' ');
-      if (Reduced(label) == wanted) found = child;
-      if (blank != std::string::npos && Reduced(label.substr(blank)) == wanted) similar = child;
+      const NameFit fit = FitTargetName(*child, name);
+      if (fit == NameFit::Same) found = child;
+      if (fit == NameFit::Similar) similar = child;
     }
   };
   std::vector<std::unique_ptr<CXmlNode>> trees;

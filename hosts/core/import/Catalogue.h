@@ -7,9 +7,8 @@
 namespace tarn::host {
 
 // Returns the options that the installed target descriptions in `folder` store for the target with
-// this name. Letter case, blanks and punctuation are ignored; so is the maker's name before that of
-// a board. Scripts are not run: only their plain calls of SavePropertyValue are read. Empty if
-// there is no such target.
+// this name or alias, as FitTargetName() compares them. Scripts are not run: only their plain calls
+// of SavePropertyValue are read. Empty if there is no such target.
 ImportedOptions FindTargetOptions(FileSystem& files, const std::string& folder,
                                   const std::string& name);
 

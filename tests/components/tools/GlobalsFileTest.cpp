@@ -137,6 +137,16 @@ TEST_F(GlobalsFile, AFunctionAtAddressZeroIsNoneThatWasLeftOut) {
   EXPECT_EQ(ListOf("a.c"), "0 main:2 int main(void)\n");
 }
 
+// One that is always inlined would otherwise take the place of what is at address 0.
+TEST_F(GlobalsFile, AFunctionWithoutCodeHasNoPosition) {
+  values.Put("", "Linker", "Extra", "-nostdlib -static -Wl,-e,main,-Ttext=0");
+  Build("a.c",
+        "static inline __attribute__((always_inline)) int twice(int n) { return n + n; }\n"
+        "int main(int n) { return twice(n); }\n");
+  EXPECT_EQ(SymbolPositionsText(FileSystem::Native(), folder / "app", folder.Path()),
+            "0 2 " + (folder / "a.c") + "\n");
+}
+
 TEST_F(GlobalsFile, IsWrittenOnlyWhenItChangesAndGoneWithoutDebugInformation) {
   const char* const source = "int shown;\nint main(void) { return shown; }\n";
   Build("a.c", source);
