@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/CreatedFiles.h"
@@ -50,6 +54,11 @@ void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& 
   }
 }
 
+void CollectPaths(const CXmlNode& node, std::unordered_set<std::string>& paths) {
+  if (const char* path = node.GetAttrValue("Path")) paths.insert(FoldCase(path));
+  for (const CXmlNode* child : node.GetChildren()) CollectPaths(*child, paths);
+}
+
 // Returns the groups and applications that contain the file, for an application that lists it more
 // than once.
 std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string& tree,
@@ -94,6 +103,7 @@ class Edit {
   int TakeWords();
   bool IsProject(const std::string& word) const;
   int AddOne(const std::string& file);
+  bool MayBeListed(const std::string& path);
   int AddFolder(const std::string& folder);
   int ChooseApplication(ApplicationEntry& application);
   int SelectTarget();
@@ -121,6 +131,9 @@ class Edit {
   CreatedFiles created_;
   NewApplication newApplication_;
   std::vector<std::string> done_;  // lines that report the changes
+  // Paths in the project in lower case, so that files which are not among them are added without a
+  // look at the whole tree for each; nullopt until they are needed.
+  std::optional<std::unordered_set<std::string>> listed_;
 };
 
 int Edit::Run() {
@@ -199,6 +212,7 @@ int Edit::AddFolder(const std::string& folder) {
   const std::string project = FolderOf(context_.Session().GetProjectPath());
   if (own.target.empty() && folder != project) group.push_back(FileNameOf(folder));
   FolderSync sync(context_);
+  listed_.reset();
   const int code = sync.Add(application.path, group, {folder, own.exclude, own.match});
   if (code != kExitDone) return code;
   Note((group.empty() ? application.label : "the group " + Printable(group.back())) + " follows " +
@@ -250,7 +264,8 @@ int Edit::AddOne(const std::string& file) {
   // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context_.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;
-  const std::string before = TreeText();
+  const bool mayBeListed = MayBeListed(path);
+  const std::string before = mayBeListed ? TreeText() : std::string();
   if (isMissing) created_.Expect(path);
   const std::string& tool = context_.Own<EditOptions>().tool;
   const NullableText type = tool.empty() ? NullableText() : NullableText(kGeneratorType);
@@ -262,18 +277,30 @@ int Edit::AddOne(const std::string& file) {
                       context_.Session().TakeLogLines());
     return kExitCannotOpen;
   }
-  if (TreeText() == before) {
-    context_.Remark(context_.Show(path) + " is already in the project.");
-    return kExitDone;
-  }
-  if (const auto parents = ParentsOfRepeated(context_.Files(), TreeText(), path);
-      !parents.empty()) {
-    return Fail(context_.Show(path) + " is in \"" + Printable(parents.front()) +
-                "\" already. Use `tarn move` to move it.");
+  if (mayBeListed) {
+    const std::string after = TreeText();
+    if (after == before) {
+      context_.Remark(context_.Show(path) + " is already in the project.");
+      return kExitDone;
+    }
+    if (const auto parents = ParentsOfRepeated(context_.Files(), after, path); !parents.empty()) {
+      return Fail(context_.Show(path) + " is in \"" + Printable(parents.front()) +
+                  "\" already. Use `tarn move` to move it.");
+    }
   }
   Note("added " + context_.Show(path));
   const std::string why = tool.empty() ? std::string() : SetGeneratorTool(context_.Session(), tool);
   return why.empty() ? kExitDone : Fail(why);
+}
+
+// Returns true if the project lists a file of this name, in whatever letter case, and from now on.
+bool Edit::MayBeListed(const std::string& path) {
+  if (!listed_) {
+    const ProjectTree tree(TreeText());
+    listed_.emplace();
+    if (tree.GetRoot() != nullptr) CollectPaths(*tree.GetRoot(), *listed_);
+  }
+  return !listed_->insert(FoldCase(path)).second;
 }
 
 // Finds the application that new nodes go to: the new one, the one of --app, or the active one. Its
