@@ -169,7 +169,12 @@ TEST_F(CliJobserver, LoadAndMemoryLimitEarlyRuns) {
                                       {"-l", "x"},
                                       {"--memfree", "5"},
                                       {"--memfree", "101%"},
-                                      {"-k", "x"}}) {
+                                      {"-k", "x"},
+                                      {"-k", "0x5"},
+                                      {"-j", "0"},
+                                      {"-j", "0x1"},
+                                      {"-j", "+1"},
+                                      {"-j", " 1"}}) {
     SCOPED_TRACE(value);
     EXPECT_EQ(project.Run({"build", option, value}).code, 2);
   }
