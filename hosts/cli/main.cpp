@@ -51,6 +51,7 @@ int Run(int argc, char** argv, Console& console) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tarn::host::ReserveStandardStreams();
   tarn::host::PreferLargePages();
   tarn::host::IgnoreFailedWriteSignals();
   Console console(std::cout, {});
