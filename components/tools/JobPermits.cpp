@@ -25,7 +25,7 @@ bool IsExceeded(const StartLimits& limits) {
 
 Result<int> JobPermits::Join() {
   const auto address = FindJobserver(flags_);
-  if (!address) return 0;
+  if (!address) return FindMakeJobs(flags_);
   auto joined = Jobserver::Join(*address);
   if (!joined) return joined.GetError();
   const std::lock_guard guard(lock_);

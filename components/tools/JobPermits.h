@@ -34,8 +34,7 @@ class JobPermits {
   explicit JobPermits(std::string flags) : flags_(std::move(flags)) {}
 
   // Takes the tokens from the jobserver that MAKEFLAGS describes from now on, if there is one.
-  // Returns its number of jobs; 0 if that is unknown or there is no jobserver. On error the
-  // jobserver is ignored.
+  // Returns the number of jobs in MAKEFLAGS; 0 if there is none. On error the jobserver is ignored.
   Result<int> Join();
   // The number of jobs of the jobserver for the tools of this process; there is none below 2.
   void SetJobs(int count);

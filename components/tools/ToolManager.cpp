@@ -226,10 +226,11 @@ std::int32_t ToolManager::SetJobs(std::int32_t count) {
 
 std::string ToolManager::JoinJobserver(std::int32_t count) {
   const Result<int> joined = permits_.Join();
-  if (!joined) return joined.GetError().text;
-  const int jobs = count > 0 ? count : *joined;
+  // Without tokens, only one tool is certain not to exceed the number of jobs.
+  int jobs = joined ? *joined : 1;
+  if (count > 0) jobs = joined && jobs > 0 ? std::min(count, jobs) : count;
   if (jobs > 0) early_.SetJobs(jobs);
-  return {};
+  return joined ? std::string() : joined.GetError().text;
 }
 
 std::int32_t ToolManager::SetStartLimits(std::int32_t load, std::int32_t megabytes,

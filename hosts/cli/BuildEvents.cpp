@@ -37,7 +37,8 @@ void BuildEvents::OnRunEvent(const RunEvent& event) {
     }
     line["retired"] = progress_.GetRetired();
     line["total"] = progress_.GetTotal();
-    const auto remaining = progress_.GetRemaining(event.time);
+    auto remaining = progress_.GetRemaining(event.time);
+    if (progress_.GetRetired() == progress_.GetTotal()) remaining = milliseconds(0);
     line["remaining"] = remaining ? nlohmann::json(remaining->count()) : nlohmann::json();
     runs_.erase(event.run);
   }

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <string>
 
 #include "hosts/cli/CommandEntry.h"
 #include "hosts/core/Jobs.h"
@@ -31,7 +33,16 @@ Argument Argument::OneOf(const std::vector<std::string>& values) const {
 }
 
 Argument Argument::Between(int least, int most) const {
-  option_->check(CLI::Range(least, most).description(""));  // not part of the help
+  option_->check(CLI::Validator(
+      [least, most](std::string& text) {
+        int number = 0;
+        const char* const end = text.data() + text.size();
+        const auto read = std::from_chars(text.data(), end, number);
+        const bool isNumber = read.ec == std::errc() && read.ptr == end;
+        if (isNumber && number >= least && number <= most) return std::string();
+        return "must be a number from " + std::to_string(least) + " to " + std::to_string(most);
+      },
+      ""));
   return *this;
 }
 

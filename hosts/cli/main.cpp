@@ -1,9 +1,12 @@
 // The command line host: parses the command line, runs one command, and returns its exit code.
 
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -18,6 +21,23 @@ namespace {
 
 using tarn::host::CommandContext;
 using tarn::host::Console;
+
+constexpr const char* kNoMemory = "There is not enough memory.";
+
+const std::terminate_handler g_abort = std::get_terminate();
+
+// Ends the program if a thread has run out of memory, as if it was killed: what was recorded until
+// then is kept, and running tools end with it.
+void EndWithoutMemory() {
+  try {
+    if (const auto failure = std::current_exception()) std::rethrow_exception(failure);
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "tarn: %s\n", kNoMemory);
+    std::_Exit(tarn::host::kExitCannotOpen);
+  } catch (...) {
+  }
+  g_abort();
+}
 
 // A command fails if its output couldn't be written. If the reader has closed the pipe, that is not
 // reported as an error.
@@ -51,11 +71,16 @@ int Run(int argc, char** argv, Console& console) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tarn::host::ReserveStandardStreams();
+  std::set_terminate(EndWithoutMemory);
   tarn::host::PreferLargePages();
   tarn::host::IgnoreFailedWriteSignals();
   Console console(std::cout, {});
   try {
     return JudgeOutput(console, Run(argc, argv, console));
+  } catch (const std::bad_alloc&) {
+    console.Complain(kNoMemory);
+    return tarn::host::kExitCannotOpen;
   } catch (const std::exception& failure) {
     console.Complain(failure.what());
     return tarn::host::kExitCannotOpen;

@@ -3,6 +3,7 @@
 #include <tarn/methods.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 
 #include "hosts/core/BuildInputs.h"
@@ -12,6 +13,7 @@
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/ProjectTree.h"
 #include "platform/paths/Paths.h"
+#include "platform/process/MakeFlags.h"
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
@@ -98,6 +100,7 @@ std::vector<std::string> ServerConnection::SetLimits(BuildLimits limits) {
   if (limits.joinsJobserver && !hasJobs_) {
     const std::string why = tools.JoinJobserver(jobs);
     if (!why.empty()) problems.push_back("The jobserver of make is not used: " + why + ".");
+    hasJobs_ = !why.empty() || FindMakeJobs(OrEmpty(std::getenv("MAKEFLAGS"))) > 0;
   }
   const MemoryAmount memory = ParseMemory(limits.memory);
   tools.SetStartLimits(ParseLoad(limits.load), memory.megabytes, memory.percent);

@@ -105,7 +105,7 @@ class ServerConnection {
                                     const std::vector<ApplicationStatus>& status);
   WorkEstimate EstimateWork(const BuildRequest& request, const std::string& status);
 
-  bool hasJobs_ = false;  // the limits have a number of jobs
+  bool hasJobs_ = false;  // the limits or make have a number of jobs
   std::string launcher_;  // whose number of jobs is set; empty: that of the environment
 };
 

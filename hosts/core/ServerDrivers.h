@@ -323,7 +323,8 @@ class ToolManagerDriver : public COleDispatchDriver {
   std::string TakeRunEvents() { return InvokeText(TARN_TOOL_TAKE_RUN_EVENTS, {}); }
   void SetJobs(std::int32_t count) { InvokeHelper(TARN_TOOL_SET_JOBS, {count}); }
   // Takes tokens of the jobserver that has started this process, if there is one, for up to `count`
-  // jobs; 0: for as many as it has. Returns why it can't be used.
+  // jobs; 0: for as many as it has. If it can't be used, returns why; then the number of jobs is
+  // `count`, or 1. Without one, it is no more than that of the make that has started this process.
   std::string JoinJobserver(std::int32_t count) {
     return InvokeText(TARN_TOOL_JOIN_JOBSERVER, {count});
   }

@@ -8,6 +8,10 @@ namespace tarn::host {
 
 // Standard streams and arguments of this process. Supplied by the port.
 
+// Replaces standard streams that are closed, so that no file that is opened later takes their place
+// and receives messages. Reading from and writing to them still fails. To be called first in
+// main().
+void ReserveStandardStreams();
 // True if a user can reply on standard input.
 bool IsInputTerminal();
 bool IsOutputTerminal();

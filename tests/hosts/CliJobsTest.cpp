@@ -121,6 +121,7 @@ TEST_F(CliJobs, EventsHaveEachToolOnceAndRetireInOrder) {
     EXPECT_EQ(last["exitCode"], 0) << line;
     EXPECT_GE(last["duration"], 0) << line;
     EXPECT_EQ(last["total"], 4) << line;
+    EXPECT_EQ(last["remaining"] == 0, last["retired"] == 4) << line;
   }
   EXPECT_EQ(files["retired"], "a.c b.c c.c app") << out;
   EXPECT_EQ(Sorted(files["started"]), "a.c app b.c c.c") << out;

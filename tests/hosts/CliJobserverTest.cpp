@@ -107,8 +107,43 @@ TEST_F(CliJobserver, AJobserverThatCannotBeUsedIsIgnoredAloud) {
     const auto built = project.Run({"build"});
     EXPECT_EQ(built.code, 0) << built.err;
     EXPECT_TRUE(built.err.starts_with("tarn: The jobserver of make is not used: ")) << built.err;
+    EXPECT_LE(TakePeak(), 1);
     EXPECT_EQ(std::count(built.err.begin(), built.err.end(), '\n'), 1) << built.err;
     EXPECT_EQ(project.Run({"build", "-j2"}).err, "");
+  }
+}
+
+// A launcher of the project has no say in it.
+TEST_F(CliJobserver, WithoutAJobserverTheJobsOfMakeAreALimit) {
+  UseCompiler("none) ;;");
+  project.AddProgram("ccache", "#!/bin/sh\nexec \"$@\"\n");
+  const struct {
+    const char* flags;
+    const char* jobs;  // TARN_JOBS
+    int most;
+  } rows[] = {
+      {" -j1", "", 1},
+      {" -j1", "4", 1},
+      {" -j2", "4", 2},
+      {" -j3 --jobserver-auth=97,98", "", 1},
+      {" -j3 --jobserver-auth=97,98", "2", 2},
+  };
+  const auto inherited = project.environment;
+  for (const char* launcher : {"", "ccache"}) {
+    if (*launcher != 0) project.Out({"options", "set", "Build.Launcher", launcher});
+    for (const auto& row : rows) {
+      SCOPED_TRACE(std::string(launcher) + row.flags + " TARN_JOBS=" + row.jobs);
+      project.environment = inherited;
+      std::erase_if(project.environment, [](const auto& each) {
+        return each.first == "MAKEFLAGS" || each.first == "TARN_JOBS";
+      });
+      project.environment.insert(project.environment.begin(),
+                                 {{"MAKEFLAGS", row.flags}, {"TARN_JOBS", row.jobs}});
+      project.Out({"rebuild", "-q"});
+      const int peak = TakePeak();
+      EXPECT_GE(peak, 1);
+      EXPECT_LE(peak, row.most);
+    }
   }
 }
 
@@ -134,7 +169,12 @@ TEST_F(CliJobserver, LoadAndMemoryLimitEarlyRuns) {
                                       {"-l", "x"},
                                       {"--memfree", "5"},
                                       {"--memfree", "101%"},
-                                      {"-k", "x"}}) {
+                                      {"-k", "x"},
+                                      {"-k", "0x5"},
+                                      {"-j", "0"},
+                                      {"-j", "0x1"},
+                                      {"-j", "+1"},
+                                      {"-j", " 1"}}) {
     SCOPED_TRACE(value);
     EXPECT_EQ(project.Run({"build", option, value}).code, 2);
   }

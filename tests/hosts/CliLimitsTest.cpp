@@ -12,10 +12,9 @@ namespace {
 namespace fs = std::filesystem;
 using std::chrono::seconds;
 
-CliProject::Answer RunLimited(CliProject& project, const std::string& limit,
-                              const std::string& command) {
-  return project.RunProgram(
-      "/bin/sh", {"-c", limit + "; exec \"$0\" \"$@\"", TARN_PROGRAM, command, "demo.tprj"});
+CliProject::Answer RunLimited(CliProject& project, const std::string& limit) {
+  return project.RunProgram("/bin/sh",
+                            {"-c", limit + "; exec \"$0\" build demo.tprj -j8", TARN_PROGRAM});
 }
 
 // The program exits normally, reports the reason, and its records are correct.
@@ -25,7 +24,7 @@ TEST(CliLimits, TooLittleOfSomethingIsAnErrorAndNothingElse) {
     limits.push_back("ulimit -n " + std::to_string(files));
   }
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-  for (const int megabytes : {16, 24, 32, 40, 48, 64, 96, 128}) {
+  for (const int megabytes : {16, 24, 32, 40, 48, 60, 64, 96, 128, 192}) {
     limits.push_back("ulimit -v " + std::to_string(megabytes * 1024));
   }
 #endif
@@ -35,7 +34,7 @@ TEST(CliLimits, TooLittleOfSomethingIsAnErrorAndNothingElse) {
   for (const std::string& limit : limits) {
     SCOPED_TRACE(limit);
     CliProject project;
-    const auto limited = RunLimited(project, limit, "build");
+    const auto limited = RunLimited(project, limit);
     EXPECT_LT(limited.time, seconds(20));
     EXPECT_TRUE(limited.code >= 0 && limited.code < 128) << limited.code;
     EXPECT_TRUE(limited.code == 0 || !(limited.out + limited.err).empty());

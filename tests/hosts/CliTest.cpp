@@ -281,6 +281,21 @@ TEST(Cli, AnswersThatAreLostAreAFailure) {
   EXPECT_EQ(answer.err, "tarn: The output can't be written: No space left on device.\n");
 }
 
+// No pipe or file of the program takes the place of a stream.
+TEST(Cli, ClosedStreamsDontDisturbABuild) {
+  for (const char* streams : {"<&-", "2>&-", "<&- 2>&-", "<&- >&- 2>&-"}) {
+    SCOPED_TRACE(streams);
+    CliProject project;
+    const auto built = project.RunProgram(
+        "/bin/sh", {"-c", std::string("exec \"$0\" build ") + streams, TARN_PROGRAM});
+    EXPECT_EQ(built.code, Has(streams, " >&-") ? 3 : 0) << built.out << built.err;
+    EXPECT_TRUE(Has(project.Out({"status"}), "up to date"));
+    const auto serve = project.RunProgram(
+        "/bin/sh", {"-c", std::string("exec \"$0\" serve ") + streams, TARN_PROGRAM});
+    EXPECT_EQ(serve.code, Has(streams, "<") ? 2 : 1) << serve.err;
+  }
+}
+
 TEST(Cli, ANewProjectBuilds) {
   CliProject project;
   project.Out({"new", "fresh/first", "--compiler", "host-gcc"});

@@ -48,7 +48,16 @@ class StandardChannel : private StandardDescriptors, public DescriptorChannel {
   explicit StandardChannel(int nothing)
       : StandardDescriptors(nothing), DescriptorChannel(movedInput.Get(), movedOutput.Get()) {}
 
-  bool IsOpen() const { return movedInput.Get() >= 0 && movedOutput.Get() >= 0; }
+  // A stream that was closed when the program started is open for the other direction.
+  bool IsOpen() const {
+    return IsOpenFor(O_RDONLY, movedInput.Get()) && IsOpenFor(O_WRONLY, movedOutput.Get());
+  }
+
+ private:
+  static bool IsOpenFor(int direction, int descriptor) {
+    const int flags = descriptor < 0 ? -1 : fcntl(descriptor, F_GETFL);
+    return flags >= 0 && ((flags & O_ACCMODE) == direction || (flags & O_ACCMODE) == O_RDWR);
+  }
 };
 
 }  // namespace

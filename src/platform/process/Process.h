@@ -63,9 +63,9 @@ class ProcessLauncher {
   static ProcessLauncher& Native();
 };
 
-// Full path of the program that PATH contains, or of a path to a program. Returns an empty string
-// if there is no executable one. Empty entries of PATH, which would mean the current folder, are
-// ignored.
+// Full path of the program that PATH contains, or of a path to a program; empty if there is no
+// executable one. Processes inherit the PATH that is used here: empty entries, which would mean the
+// current folder, are left out, and relative ones start at the folder of this process.
 std::string FindProgram(std::string_view name);
 
 }  // namespace tarn

@@ -117,6 +117,26 @@ TEST(Process, AMissingProgramOrFolderIsReportedAndLeavesNothing) {
   EXPECT_FALSE(HasChildren());
 }
 
+// Otherwise a compiler would run a program "as" that lies next to a source.
+TEST(Process, ProgramsThatAProgramStartsAreNotSearchedForInItsFolder) {
+  const std::string here = std::filesystem::current_path();
+  const struct {
+    const char* path;
+    std::string seen;
+  } rows[] = {
+      {"/bin:/usr/bin", "/bin:/usr/bin"},
+      {":/bin::/usr/bin:", "/bin:/usr/bin"},
+      {".:/bin:a", here + "/.:/bin:" + here + "/a"},
+      {":", "/nonexistent"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.path);
+    const testing::ScopedVariable inherited("PATH", row.path);
+    const auto process = Start({"/bin/sh", {"-c", "echo \"$PATH\""}, {}, "/"});
+    EXPECT_EQ(RunToEnd(*process).output, row.seen + "\n");
+  }
+}
+
 TEST(Process, TheEnvironmentIsMergedAndTheFolderEntered) {
   const testing::ScopedVariable kept("TARN_TEST_KEPT", "kept");
   const testing::ScopedVariable replaced("TARN_TEST_REPLACED", "old");

@@ -69,6 +69,20 @@ std::string ProgramOf(const ProcessRequest& request) {
   return FromHere(FindProgramIn(folders, request.program));
 }
 
+// Returns the folders of PATH where FindProgram() searches, for a child with a different working
+// folder.
+std::string FoldersForChild(std::string_view folders) {
+  std::string absolute;
+  while (!folders.empty()) {
+    const auto colon = folders.find(':');
+    const std::string_view folder = folders.substr(0, colon);
+    folders = colon == std::string_view::npos ? std::string_view() : folders.substr(colon + 1);
+    if (folder.empty()) continue;
+    absolute += (absolute.empty() ? "" : ":") + FromHere(std::string(folder));
+  }
+  return absolute;
+}
+
 // Strings in the form that the OS expects: an array of pointers, terminated by null.
 class TextList {
  public:
@@ -93,10 +107,19 @@ bool IsReplaced(std::string_view entry, const ProcessRequest& request) {
   return false;
 }
 
+// Programs that the child starts in its turn are to be the ones that FindProgram() finds.
+std::string EntryForChild(std::string entry) {
+  constexpr std::string_view kPath = "PATH=";
+  if (!entry.starts_with(kPath)) return entry;
+  // An empty PATH would mean the working folder, one without an existing folder has no programs.
+  const std::string folders = FoldersForChild(std::string_view(entry).substr(kPath.size()));
+  return std::string(kPath) + (folders.empty() ? "/nonexistent" : folders);
+}
+
 TextList EnvironmentOf(const ProcessRequest& request) {
   TextList list;
   for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-    if (!IsReplaced(*entry, request)) list.Add(*entry);
+    if (!IsReplaced(*entry, request)) list.Add(EntryForChild(*entry));
   }
   for (const auto& [name, value] : request.environment) list.Add(name + "=" + value);
   return list;
