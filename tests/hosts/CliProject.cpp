@@ -90,7 +90,7 @@ CliProject::Answer CliProject::Run(
 
 std::string CliProject::Out(std::vector<std::string> arguments) {
   const Answer answer = Run(std::move(arguments));
-  EXPECT_EQ(answer.code, 0) << answer.out << answer.err;
+  EXPECT_EQ(answer.code, 0) << answer.err << answer.out;
   return answer.out;
 }
 
