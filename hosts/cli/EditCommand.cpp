@@ -2,25 +2,22 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/CreatedFiles.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/FolderSync.h"
+#include "hosts/cli/ListedFiles.h"
 #include "hosts/cli/NewApplication.h"
 #include "hosts/core/GeneratedSource.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/ProjectTree.h"
-#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
@@ -44,35 +41,6 @@ struct EditOptions {
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
 
-void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
-                    std::vector<std::string>& labels) {
-  for (const CXmlNode* child : node.GetChildren()) {
-    if (!ProjectTree::IsShown(*child)) continue;
-    const bool isFile = IsSameName(files, GetAttribute(child, "Path"), path);
-    if (isFile) labels.push_back(GetAttribute(&node, "Header"));
-    CollectParents(files, *child, path, labels);
-  }
-}
-
-void CollectPaths(const CXmlNode& node, std::unordered_set<std::string>& paths) {
-  if (const char* path = node.GetAttrValue("Path")) paths.insert(FoldCase(path));
-  for (const CXmlNode* child : node.GetChildren()) CollectPaths(*child, paths);
-}
-
-// Returns the groups and applications that contain the file, for an application that lists it more
-// than once.
-std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string& tree,
-                                           const std::string& path) {
-  const ProjectTree project(tree);
-  if (project.GetRoot() == nullptr) return {};
-  for (const CXmlNode* application : project.GetRoot()->GetChildren()) {
-    std::vector<std::string> labels;
-    CollectParents(files, *application, path, labels);
-    if (labels.size() > 1) return labels;
-  }
-  return {};
-}
-
 // One command that changes the tree. Nothing is written unless all of it succeeds.
 class Edit {
  public:
@@ -87,7 +55,8 @@ class Edit {
   Edit(CommandContext& commandContext, const Rule& commandRule)
       : context_(commandContext),
         rule_(commandRule),
-        words_(commandContext.Own<EditOptions>().words) {}
+        words_(commandContext.Own<EditOptions>().words),
+        listed_(commandContext) {}
 
   int Run();
 
@@ -103,7 +72,6 @@ class Edit {
   int TakeWords();
   bool IsProject(const std::string& word) const;
   int AddOne(const std::string& file);
-  bool MayBeListed(const std::string& path);
   int AddFolder(const std::string& folder);
   int ChooseApplication(ApplicationEntry& application);
   int SelectTarget();
@@ -131,9 +99,7 @@ class Edit {
   CreatedFiles created_;
   NewApplication newApplication_;
   std::vector<std::string> done_;  // lines that report the changes
-  // Paths in the project in lower case, so that files which are not among them are added without a
-  // look at the whole tree for each; nullopt until they are needed.
-  std::optional<std::unordered_set<std::string>> listed_;
+  ListedFiles listed_;
 };
 
 int Edit::Run() {
@@ -212,7 +178,7 @@ int Edit::AddFolder(const std::string& folder) {
   const std::string project = FolderOf(context_.Session().GetProjectPath());
   if (own.target.empty() && folder != project) group.push_back(FileNameOf(folder));
   FolderSync sync(context_);
-  listed_.reset();
+  listed_.Forget();
   const int code = sync.Add(application.path, group, {folder, own.exclude, own.match});
   if (code != kExitDone) return code;
   Note((group.empty() ? application.label : "the group " + Printable(group.back())) + " follows " +
@@ -264,8 +230,8 @@ int Edit::AddOne(const std::string& file) {
   // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context_.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;
-  const bool mayBeListed = MayBeListed(path);
-  const std::string before = mayBeListed ? TreeText() : std::string();
+  const bool isListed = listed_.Add(path);
+  const std::string before = isListed ? TreeText() : std::string();
   if (isMissing) created_.Expect(path);
   const std::string& tool = context_.Own<EditOptions>().tool;
   const NullableText type = tool.empty() ? NullableText() : NullableText(kGeneratorType);
@@ -277,13 +243,12 @@ int Edit::AddOne(const std::string& file) {
                       context_.Session().TakeLogLines());
     return kExitCannotOpen;
   }
-  if (mayBeListed) {
-    const std::string after = TreeText();
-    if (after == before) {
+  if (isListed) {
+    if (TreeText() == before) {
       context_.Remark(context_.Show(path) + " is already in the project.");
       return kExitDone;
     }
-    if (const auto parents = ParentsOfRepeated(context_.Files(), after, path); !parents.empty()) {
+    if (const auto parents = listed_.FindRepeated(path); !parents.empty()) {
       return Fail(context_.Show(path) + " is in \"" + Printable(parents.front()) +
                   "\" already. Use `tarn move` to move it.");
     }
@@ -291,16 +256,6 @@ int Edit::AddOne(const std::string& file) {
   Note("added " + context_.Show(path));
   const std::string why = tool.empty() ? std::string() : SetGeneratorTool(context_.Session(), tool);
   return why.empty() ? kExitDone : Fail(why);
-}
-
-// Returns true if the project lists a file of this name, in whatever letter case, and from now on.
-bool Edit::MayBeListed(const std::string& path) {
-  if (!listed_) {
-    const ProjectTree tree(TreeText());
-    listed_.emplace();
-    if (tree.GetRoot() != nullptr) CollectPaths(*tree.GetRoot(), *listed_);
-  }
-  return !listed_->insert(FoldCase(path)).second;
 }
 
 // Finds the application that new nodes go to: the new one, the one of --app, or the active one. Its
