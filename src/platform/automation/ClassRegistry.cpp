@@ -1,11 +1,10 @@
 #include "platform/automation/ClassRegistry.h"
 
 #include <exception>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "platform/automation/ServerLibrary.h"
+#include "platform/files/FileSystem.h"
 #include "platform/modules/Modules.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -85,8 +84,7 @@ std::string ClassRegistry::LibraryOf(std::string_view classId) {
                        server.find_first_of("/\\") == std::string_view::npos;
   std::string beside =
       isPlain ? moduleFolder_ + kSeparator + ModuleFileName(std::string(server)) : "";
-  std::error_code ignored;
-  if (isPlain && std::filesystem::exists(beside, ignored)) return beside;
+  if (isPlain && FileSystem::Native().Exists(beside)) return beside;
   const auto registered =
       registeredClasses_ == nullptr ? std::nullopt : registeredClasses_->FindLibrary(classId);
   return registered ? *registered : beside;
@@ -98,6 +96,8 @@ IClassFactory* ClassRegistry::LoadFactory(std::string_view classId, std::string&
     error = "no such class";
     return nullptr;
   }
+  // The loader asks the disk itself; a recording disk has to know the version, too.
+  static_cast<void>(FileSystem::Native().Examine(libraryPath));
   const Result<GetClassObjectEntry*> entry = FindClassObjectEntry(libraryPath);
   if (!entry) {
     error = entry.GetError().text;

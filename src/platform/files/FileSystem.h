@@ -107,6 +107,8 @@ class FileSystem {
   // Returns true if something of exactly this name exists that is neither a regular file nor a
   // folder, such as a pipe or a device.
   virtual bool IsSpecial(const std::string& /*path*/) { return false; }
+  // Returns true if this is a regular file of exactly this name that this process may execute.
+  virtual bool IsProgram(const std::string& /*path*/) { return false; }
   // Batch version of Examine() with the same results. Returns the results of the first paths, as
   // many as could be examined before `deadline`, but at least one unless `paths` is empty. Faster
   // than single calls if the files are in few folders. No path may be null.
@@ -237,6 +239,9 @@ class FileSystem {
 
   // Returns the disk of this system; lives as long as the process.
   static FileSystem& Native();
+  // Makes Native() return `disk`, which must live as long as the process. To be called before
+  // anything else asks for it.
+  static void ReplaceNative(FileSystem& disk);
 };
 
 }  // namespace tarn

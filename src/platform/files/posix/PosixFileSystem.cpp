@@ -230,6 +230,12 @@ Status PosixFileSystem::CheckWritable(const std::string& path) {
   return writable;
 }
 
+bool PosixFileSystem::IsProgram(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         access(path.c_str(), X_OK) == 0;
+}
+
 bool PosixFileSystem::IsReadOnly(const std::string& path) {
   return !CheckWritable(path);
 }

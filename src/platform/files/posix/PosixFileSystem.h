@@ -15,6 +15,7 @@ class PosixFileSystem : public FileSystem {
   Result<bool> CheckExists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
   bool IsSpecial(const std::string& path) override;
+  bool IsProgram(const std::string& path) override;
   std::string NameOnDisk(const std::string& path) override;
   std::vector<std::string> SimilarNames(const std::string& path) override;
   std::string Canonical(const std::string& path) override;

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files/FileSystem.h"
 #include "platform/modules/Modules.h"
 #include "platform/process/posix/GuardChannel.h"
 
@@ -24,12 +25,6 @@ namespace tarn {
 
 namespace {
 
-bool IsProgram(const std::string& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-         access(path.c_str(), X_OK) == 0;
-}
-
 std::string FindIn(std::string_view folders, std::string_view name) {
   while (!folders.empty()) {
     const auto colon = folders.find(':');
@@ -37,7 +32,7 @@ std::string FindIn(std::string_view folders, std::string_view name) {
     folders = colon == std::string_view::npos ? std::string_view() : folders.substr(colon + 1);
     if (folder.empty()) continue;
     std::string path = std::string(folder) + "/" + std::string(name);
-    if (IsProgram(path)) return path;
+    if (FileSystem::Native().IsProgram(path)) return path;
   }
   return {};
 }
@@ -48,7 +43,7 @@ std::string FindProgramIn(const char* folders, std::string_view name) {
     return FindIn(folders != nullptr ? folders : "/usr/local/bin:/usr/bin:/bin", name);
   }
   std::string path(name);
-  return IsProgram(path) ? path : std::string();
+  return FileSystem::Native().IsProgram(path) ? path : std::string();
 }
 
 // Makes the path absolute, so that it does not depend on the child's working folder.

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <memory>
 
 #include "platform/files/posix/PosixFileSystem.h"
@@ -23,12 +24,19 @@ posix::NameLookup::DriveTable MappedDrives() {
   return drives;
 }
 
+std::atomic<FileSystem*> g_replacement = nullptr;
+
 }  // namespace
 
 FileSystem& FileSystem::Native() {
+  if (FileSystem* const replacement = g_replacement) return *replacement;
   // Never destroyed: threads may still be writing while the process exits.
   static PosixFileSystem& disk = *std::make_unique<PosixFileSystem>(MappedDrives).release();
   return disk;
+}
+
+void FileSystem::ReplaceNative(FileSystem& disk) {
+  g_replacement = &disk;
 }
 
 }  // namespace tarn
