@@ -214,6 +214,9 @@ int RunBuild(CommandContext& context, BuildWork work) {
   int exitCode = ExitCodeOf(context, outcome, !refused.empty());
   if (!traced && exitCode == kExitDone) exitCode = kExitCannotOpen;
   if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode, refused);
+  const bool isWhole = outcome.gaps.applications > 0 && outcome.gaps.gaps.empty();
+  const bool isQuiet = reporter.GetErrors() == 0 && reporter.GetWarnings() == 0;
+  if (exitCode == kExitDone && !hasNews && isWhole && isQuiet) context.NoteIdle();
   return exitCode;
 }
 
@@ -258,6 +261,10 @@ CommandSpec BuildCommand() {
                    {"tarn build --app boot -v", "one application, showing its commands"}},
       .access = ProjectAccess::Build,
       .declare = DeclareBuild,
+      .mayBeIdle =
+          [](const Invocation& asked) {
+            return !asked.json && !asked.verbose && asked.Own<BuildOptions>().trace.empty();
+          },
       .run = [](CommandContext& context) { return RunBuild(context, BuildWork::Build); },
   };
 }

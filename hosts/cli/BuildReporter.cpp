@@ -126,13 +126,17 @@ std::string BuildReporter::ProgressText() const {
   return text;
 }
 
+void PrintSuccess(Console& console, const std::string& result, std::chrono::milliseconds elapsed) {
+  console.PrintLine(console.Dye(Paint::Green, result) + " (" + DurationText(elapsed) + ")");
+}
+
 void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
                            const std::vector<ApplicationSummary>& summaries) {
   console_.ClearProgress();
   if (detail_ < ReportDetail::Progress) return;
-  const std::string time = DurationText(GetElapsed());
   if (outcome.end != BuildEnd::Succeeded) {
-    console_.PrintLine(console_.Dye(Paint::Red, FailureText(outcome, work)) + " (" + time + ")");
+    console_.PrintLine(console_.Dye(Paint::Red, FailureText(outcome, work)) + " (" +
+                       DurationText(GetElapsed()) + ")");
     return;
   }
   for (const ApplicationSummary& each : summaries) {
@@ -141,11 +145,12 @@ void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
     }
   }
   const bool hasApplication = outcome.gaps.applications > 0 || outcome.toolsRun > 0;
-  std::string text = hasApplication ? "Nothing to do" : "Nothing to do: no application to build";
+  std::string text = kNothingToDo;
+  if (!hasApplication) text += ": no application to build";
   if (work == BuildWork::Clean) text = "Cleaned";
   if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
   if (GetWarnings() > 0) text += ", " + CountText(GetWarnings(), "warning");
-  console_.PrintLine(console_.Dye(Paint::Green, text) + " (" + time + ")");
+  PrintSuccess(console_, text, GetElapsed());
 }
 
 std::string BuildReporter::FailureText(const BuildOutcome& outcome, BuildWork work) const {

@@ -19,6 +19,10 @@ enum class ReportDetail { Nothing, Diagnostics, Progress, Everything };
 // The detail requested with -v, -q and --json.
 ReportDetail DetailOf(const Invocation& asked);
 
+inline constexpr const char* kNothingToDo = "Nothing to do";
+// Prints the result of a build that succeeded.
+void PrintSuccess(Console& console, const std::string& result, std::chrono::milliseconds elapsed);
+
 // Shows a build on a console: a progress line if the output is a terminal that can redraw lines,
 // else one line per tool, and the tools' messages as they end.
 class BuildReporter : public BuildObserver {

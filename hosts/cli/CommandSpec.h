@@ -8,6 +8,7 @@ namespace tarn::host {
 
 class CommandArguments;
 class CommandContext;
+struct Invocation;
 
 // Heading under which the program's help lists a command.
 enum class CommandGroup {
@@ -42,6 +43,9 @@ struct CommandSpec {
   bool hasDisplayOptions = true;
   // Declares the arguments and options. Null if there are none.
   void (*declare)(CommandArguments& arguments) = nullptr;
+  // Returns true if the command line asks for no more than to do what is out of date, so that a
+  // repetition may be answered by IdleBuild. Null if the command always runs.
+  bool (*mayBeIdle)(const Invocation& asked) = nullptr;
   // Runs the command and returns the exit code. Null if the command only has subcommands.
   int (*run)(CommandContext& context) = nullptr;
 };

@@ -100,11 +100,13 @@ void Console::Complain(std::string_view text, const std::vector<std::string>& mo
 
 void Console::PrintError(std::string_view text) {
   ClearProgress();
+  hasComplained_ = true;
   errors_ << Printable(text) << std::endl;
 }
 
 void Console::ShowQuestion(std::string_view text) {
   ClearProgress();
+  hasComplained_ = true;
   errors_ << "tarn: " << Printable(text) << ' ' << std::flush;
 }
 

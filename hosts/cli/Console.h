@@ -80,6 +80,8 @@ class Console {
   ConsoleText Dye(Paint paint, std::string_view text) const;
   // True if a whole line was printed.
   bool HasPrinted() const { return hasPrinted_; }
+  // True if a line was printed on the error stream.
+  bool HasComplained() const { return hasComplained_; }
   bool Redraws() const { return style_.redraws; }
   // Error number of the first failed write to the output; 0 if there was none.
   int GetFailure() const { return failure_; }
@@ -92,6 +94,7 @@ class Console {
   ConsoleStyle style_;
   std::string progress_;
   bool hasPrinted_ = false;
+  bool hasComplained_ = false;
   int failure_ = 0;
 };
 

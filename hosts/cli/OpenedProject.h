@@ -84,6 +84,9 @@ class CommandContext {
   std::vector<std::string> ShowRefused();
   // The last error that was printed.
   const std::string& GetLastComplaint() const { return lastComplaint_; }
+  // Notes that the command found everything up to date.
+  void NoteIdle() { isIdle_ = true; }
+  bool IsIdle() const { return isIdle_; }
   // True if the project is open, or was opened to check for damage.
   bool HasOpened() const { return hasOpened_; }
   // Sets `chosen` to the application of --app, all of them without it, and activates the
@@ -145,6 +148,7 @@ class CommandContext {
   mutable std::string lastComplaint_;
   bool isStarted_ = false;
   bool hasOpened_ = false;
+  bool isIdle_ = false;
   std::vector<ApplicationEntry> switched_;  // state before --config
 };
 

@@ -1,6 +1,7 @@
 // The command line host: parses the command line, runs one command, and returns its exit code.
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -8,11 +9,14 @@
 #include <iostream>
 #include <new>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/IdleBuild.h"
 #include "hosts/core/LargePages.h"
 #include "hosts/core/SignalHandler.h"
 #include "hosts/core/Terminal.h"
@@ -21,6 +25,8 @@ namespace {
 
 using tarn::host::CommandContext;
 using tarn::host::Console;
+using tarn::host::IdleBuild;
+using tarn::host::Invocation;
 
 constexpr const char* kNoMemory = "There is not enough memory.";
 
@@ -49,6 +55,32 @@ int JudgeOutput(Console& console, int code) {
   return tarn::host::kExitCannotOpen;
 }
 
+// Runs the command, unless it is a build that is known to have nothing to do.
+int RunCommand(const Invocation& asked, const std::vector<std::string>& words, Console& console) {
+  const auto start = std::chrono::steady_clock::now();
+  std::optional<IdleBuild> idle;
+  if (asked.command->mayBeIdle != nullptr && asked.command->mayBeIdle(asked)) {
+    idle.emplace(words);
+    if (idle->IsRepeated()) {
+      const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
+          std::chrono::steady_clock::now() - start);
+      if (!asked.quiet) tarn::host::PrintSuccess(console, tarn::host::kNothingToDo, elapsed);
+      return tarn::host::kExitDone;
+    }
+    idle->Record();
+  }
+  CommandContext context(asked, console, tarn::FileSystem::Native());
+  const int code = asked.command->run(context);
+  if (idle && context.IsIdle() && !console.HasComplained()) idle->Keep();
+  // With --json a program gets a document even on failure.
+  if (code == tarn::host::kExitCannotOpen && asked.json && !console.HasPrinted()) {
+    tarn::host::PrintJson(
+        context,
+        {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
+  }
+  return code;
+}
+
 int Run(int argc, char** argv, Console& console) {
   const std::vector<std::string> words = tarn::host::ProgramArguments(argc, argv);
   std::vector<const char*> arguments;
@@ -56,16 +88,7 @@ int Run(int argc, char** argv, Console& console) {
   const auto parsed = tarn::host::ParseCommandLine(argc, arguments.data());
   if (!parsed.invocation) return parsed.exitCode;
   console.SetStyle(tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
-  CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());
-  const int code = parsed.invocation->command->run(context);
-  // With --json a program gets a document even on failure.
-  const bool isSilent = parsed.invocation->json && !console.HasPrinted();
-  if (code == tarn::host::kExitCannotOpen && isSilent) {
-    tarn::host::PrintJson(
-        context,
-        {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
-  }
-  return code;
+  return RunCommand(*parsed.invocation, words, console);
 }
 
 }  // namespace
