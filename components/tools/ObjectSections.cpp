@@ -178,4 +178,9 @@ bool ForEachSection(std::string_view bytes, const SectionReader& read) {
   return bytes.starts_with(kElf) && ElfFile(bytes).Read(read);
 }
 
+bool IsCutElf(std::string_view bytes) {
+  const auto ignore = [](std::string_view, std::optional<std::string_view>) {};
+  return bytes.starts_with(kElf) && !ElfFile(bytes).Read(ignore);
+}
+
 }  // namespace tarn::tools

@@ -21,4 +21,8 @@ bool IsThinArchive(std::string_view bytes);
 // that refers to anything but the start of a member, so that no section can hide. Linear.
 bool ForEachSection(std::string_view bytes, const SectionReader& read);
 
+// Returns true for an ELF file that lacks a part of its sections, for example because the disk was
+// full. A file without a table of its sections is complete.
+bool IsCutElf(std::string_view bytes);
+
 }  // namespace tarn::tools

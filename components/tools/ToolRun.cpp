@@ -7,6 +7,7 @@
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
+#include "components/tools/ObjectSections.h"
 #include "components/tools/RandomNames.h"
 #include "components/tools/StreamedText.h"
 #include "components/tools/ToolSet.h"
@@ -321,11 +322,10 @@ void ToolRun::LogStartFailure(const ToolCommand& command, const Error& error) {
   }
 }
 
-// `reason` is an error from the OS; empty if the output does not exist.
-bool ToolRun::FailWithoutOutput(const std::string& path, const std::string& reason) {
+// `fault` is the rest of a sentence.
+bool ToolRun::FailAfterEnd(const std::string& fault) {
   if (!log_.HasErrors()) log_.ReportLastLines(0);
-  log_.AddError(tool_.name + " ended without an error, but " +
-                (reason.empty() ? "left no file " + path : path + " can't be read: " + reason));
+  log_.AddError(tool_.name + " ended without an error, but " + fault);
   return false;
 }
 
@@ -339,15 +339,19 @@ bool ToolRun::CollectRecord() {
     if (text) status = world_.files->ExamineExactly(plan_.outputOnDisk);
     const bool isUnreadable = !text && text.GetError().code != ErrorCode::NotFound;
     if (!status) {
-      return FailWithoutOutput(plan_.output, isUnreadable ? text.GetError().text : "");
+      return FailAfterEnd(isUnreadable ? plan_.output + " can't be read: " + text.GetError().text
+                                       : "left no file " + plan_.output);
     }
   }
   for (const std::string& path : plan_.requiredProducts) {
-    if (!world_.files->ExamineExactly(path)) return FailWithoutOutput(path, "");
+    if (!world_.files->ExamineExactly(path)) return FailAfterEnd("left no file " + path);
   }
   BuildRecord found;
   found.output = plan_.output;
   const std::map<std::string, std::uint64_t> sizes = ReadProgramSizes();
+  if (sizes.empty() && IsOutputCut()) {
+    return FailAfterEnd("wrote only a part of " + plan_.output + "; is the disk full?");
+  }
   found.infos = DescribeSizes(sizes, tool_.size.sums, plan_.sizeBounds);
   found.programs = ProgramsOf(world_, plan_);
   if (!ReadDependencies(found)) return false;
@@ -467,6 +471,14 @@ std::map<std::string, std::uint64_t> ToolRun::ReadProgramSizes() const {
   if (plan_.sizeFile.empty()) return ReadSizes(rule.format, captured_);
   const auto text = world_.files->ReadWholeFile(plan_.sizeFile);
   return text ? ReadSizes(rule.format, *text) : std::map<std::string, std::uint64_t>();
+}
+
+// Returns true if the linker has not noticed that the end of the program could not be written.
+// Called only if the program's sizes could not be determined, because it reads the whole file.
+bool ToolRun::IsOutputCut() const {
+  if (tool_.size.format != SizeFormat::Sections) return false;
+  const auto bytes = world_.files->ReadWholeFile(plan_.outputOnDisk);
+  return bytes && IsCutElf(*bytes);
 }
 
 LinkFiles ToolRun::FilesOfLink() const {

@@ -65,7 +65,7 @@ class ToolRun {
   void LogStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
   std::int64_t MillisecondsSince(std::int64_t start) const;
-  bool FailWithoutOutput(const std::string& path, const std::string& reason);
+  bool FailAfterEnd(const std::string& fault);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
   // Returns false, after adding an error message, if the dependencies can't be determined.
   bool ReadDependencies(BuildRecord& found);
@@ -76,6 +76,7 @@ class ToolRun {
   void AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const;
   bool FailRules(const std::string& problem);
   std::map<std::string, std::uint64_t> ReadProgramSizes() const;
+  bool IsOutputCut() const;
   bool CheckLimits(const std::map<std::string, std::uint64_t>& sizes);
   void ExplainOverflows();
   void ReportLargest(const std::string& heading, const std::vector<LargeSymbol>& symbols);

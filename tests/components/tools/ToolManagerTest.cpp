@@ -104,6 +104,39 @@ TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
             R"(</F><F Header="/p/o/a.elf" Infos="" Date="1000"><D Header="/p/x.ld"/></F></I>)");
 }
 
+// GNU ld ends with exit code 0 if the disk is full when it writes the last part of the program.
+TEST(ToolManager, AProgramThatLacksItsEndFailsTheLink) {
+  std::string whole =
+      "\x7f"
+      "ELF\1\1";
+  whole.resize(52);
+  whole[32] = 52;  // offset of the section headers,
+  whole[46] = 40;  // their size,
+  whole[48] = 1;   // and their number
+  whole.resize(52 + 40);
+  const std::string cut = whole.substr(0, 60);
+  const struct {
+    std::string program;
+    bool isDone;
+    const char* expected;
+  } rows[] = {
+      {whole, true, "0 ld\n0 none-size\n0 none-size ended with exit code 3\n"},
+      {"#!/bin/sh\n", true, "0 ld\n0 none-size\n0 none-size ended with exit code 3\n"},
+      {cut, false,
+       "* ld\n* none-size\n* none-size ended with exit code 3\n2 link ended without an error, but "
+       "wrote only a part of /p/o/a.elf; is the disk full?\n"},
+  };
+  for (const auto& row : rows) {
+    ToolManagerFixture tools(kDefinitions);
+    tools.disk.AddFile("/p/x.ld", "");
+    tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.elf", row.program)});
+    tools.launcher.Queue(Ends(3));
+    EXPECT_EQ(tools.Run("link", "\"/p/o/a.o\""), row.isDone);
+    EXPECT_EQ(Summary(tools.Messages()), row.expected);
+    EXPECT_EQ(tools.manager->TakeBuildInformation().empty(), !row.isDone);
+  }
+}
+
 TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
   const char* const bad = "a.c:1:2: error: bad\n";
   const struct {
