@@ -4,20 +4,19 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/CreatedFiles.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/FolderSync.h"
+#include "hosts/cli/ListedPaths.h"
 #include "hosts/cli/NewApplication.h"
 #include "hosts/core/GeneratedSource.h"
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/ProjectTree.h"
-#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
@@ -43,35 +42,6 @@ struct EditOptions {
 
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
-
-void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
-                    std::vector<std::string>& labels) {
-  for (const CXmlNode* child : node.GetChildren()) {
-    if (!ProjectTree::IsShown(*child)) continue;
-    const bool isFile = IsSameName(files, GetAttribute(child, "Path"), path);
-    if (isFile) labels.push_back(GetAttribute(&node, "Header"));
-    CollectParents(files, *child, path, labels);
-  }
-}
-
-void CollectPaths(const CXmlNode& node, std::unordered_set<std::string>& paths) {
-  if (const char* path = node.GetAttrValue("Path")) paths.insert(FoldCase(path));
-  for (const CXmlNode* child : node.GetChildren()) CollectPaths(*child, paths);
-}
-
-// Returns the groups and applications that contain the file, for an application that lists it more
-// than once.
-std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string& tree,
-                                           const std::string& path) {
-  const ProjectTree project(tree);
-  if (project.GetRoot() == nullptr) return {};
-  for (const CXmlNode* application : project.GetRoot()->GetChildren()) {
-    std::vector<std::string> labels;
-    CollectParents(files, *application, path, labels);
-    if (labels.size() > 1) return labels;
-  }
-  return {};
-}
 
 // One command that changes the tree. Nothing is written unless all of it succeeds.
 class Edit {
@@ -103,7 +73,6 @@ class Edit {
   int TakeWords();
   bool IsProject(const std::string& word) const;
   int AddOne(const std::string& file);
-  bool MayBeListed(const std::string& path);
   int AddFolder(const std::string& folder);
   int ChooseApplication(ApplicationEntry& application);
   int SelectTarget();
@@ -131,9 +100,8 @@ class Edit {
   CreatedFiles created_;
   NewApplication newApplication_;
   std::vector<std::string> done_;  // lines that report the changes
-  // Paths in the project in lower case, so that files which are not among them are added without a
-  // look at the whole tree for each; nullopt until they are needed.
-  std::optional<std::unordered_set<std::string>> listed_;
+  // Nullopt until they are needed.
+  std::optional<ListedPaths> listed_;
 };
 
 int Edit::Run() {
@@ -264,9 +232,10 @@ int Edit::AddOne(const std::string& file) {
   // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context_.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;
-  const bool mayBeListed = MayBeListed(path);
+  if (!listed_) listed_.emplace(TreeText());
+  const bool mayBeListed = listed_->Take(path);
   const std::string before = mayBeListed ? TreeText() : std::string();
-  if (isMissing) created_.Expect(path);
+  if (isMissing) created_.Expect(context_.Files(), path);
   const std::string& tool = context_.Own<EditOptions>().tool;
   const NullableText type = tool.empty() ? NullableText() : NullableText(kGeneratorType);
   if (context_.Session().Manager().AddExistingItem(path, type) == 0) {
@@ -291,16 +260,6 @@ int Edit::AddOne(const std::string& file) {
   Note("added " + context_.Show(path));
   const std::string why = tool.empty() ? std::string() : SetGeneratorTool(context_.Session(), tool);
   return why.empty() ? kExitDone : Fail(why);
-}
-
-// Returns true if the project lists a file of this name, in whatever letter case, and from now on.
-bool Edit::MayBeListed(const std::string& path) {
-  if (!listed_) {
-    const ProjectTree tree(TreeText());
-    listed_.emplace();
-    if (tree.GetRoot() != nullptr) CollectPaths(*tree.GetRoot(), *listed_);
-  }
-  return !listed_->insert(FoldCase(path)).second;
 }
 
 // Finds the application that new nodes go to: the new one, the one of --app, or the active one. Its
