@@ -35,6 +35,8 @@ struct EditOptions {
   std::vector<std::string> exclude, match;
   std::string application;  // add --application
   bool isLibrary = false;   // add --library
+  bool isEmpty = false;     // add --empty
+  std::string compiler;     // add --compiler
   std::string tool;         // add --tool
   bool remove = false;      // sync --remove
   bool dryRun = false;      // sync --dry-run
@@ -99,6 +101,7 @@ class Edit {
   std::string project_;
   CreatedFiles created_;
   NewApplication newApplication_;
+  NewApplication::Plan newPlan_;
   std::vector<std::string> done_;  // lines that report the changes
   // Nullopt until they are needed.
   std::optional<ListedPaths> listed_;
@@ -158,14 +161,19 @@ int Edit::Add() {
   if (!own.application.empty()) {
     ApplicationEntry similar;
     if (const int code = ChooseApplication(similar); code != kExitDone) return code;
-    const int code = newApplication_.Make(context_, own.application, similar.path, own.isLibrary);
+    newPlan_ = {own.application, similar.path, own.compiler, own.isLibrary};
+    const int code = newApplication_.Make(context_, newPlan_);
     if (code != kExitDone) return code;
     Note("created " + context_.Show(newApplication_.GetPath()));
   }
   for (const std::string& file : words_) {
     if (const int code = AddOne(file); code != kExitDone) return code;
   }
-  return kExitDone;
+  if (own.application.empty() || own.isEmpty) return kExitDone;
+  std::vector<std::string> added;
+  const int code = newApplication_.AddStartUp(context_, newPlan_, added);
+  for (const std::string& each : added) Note("added " + context_.Show(each));
+  return code;
 }
 
 // Adds the files of a folder, with groups like the folders in it.
@@ -445,6 +453,12 @@ CommandSpec AddCommand() {
             arguments
                 .Flag("--library", own.isLibrary, "Make it a library that other applications link")
                 .Needs(application);
+            arguments
+                .Option("--compiler", own.compiler, "COMPILER",
+                        "Compiler of the new application, e.g. host-gcc for tests on this machine")
+                .NotEmpty()
+                .Needs(application);
+            arguments.Flag("--empty", own.isEmpty, "Add no start-up code to it").Needs(application);
             arguments
                 .Option("--tool", own.tool, "NAME",
                         "Make other files from these with this tool; see build-steps.md")

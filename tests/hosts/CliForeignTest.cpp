@@ -383,5 +383,28 @@ TEST(CliForeign, ASecondApplicationHasTheSameTarget) {
   EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/boot"), {}).code, 5);
 }
 
+TEST(CliForeign, AnApplicationForAnotherCompilerHasNoOptionsOfTheHardware) {
+  if (FindProgram("arm-none-eabi-gcc").empty()) {
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  }
+  CliProject project;
+  project.Out({"new", "fw", "--target", "Blue Pill"});
+  project.ExpectRefusal({"add", "fw", "--application", "x", "--compiler", "gcd"}, 2, "gcc");
+  project.Write("fw/src/boot.c", "int main(void) { return 5; }\n");
+  EXPECT_EQ(project.Out({"add", "fw", "--application", "boot", "fw/src/boot.c"}),
+            "created fw/boot.tapp\nadded fw/src/boot.c\nadded fw/src/startup.c\n"
+            "added fw/src/syscalls.c\n");
+  EXPECT_EQ(project.Run({"build", "fw", "--app", "boot"}).code, 0);
+  EXPECT_TRUE(Has(project.Read("fw/boot.tapp"), "stm32f1x"));
+  project.Out({"add", "fw", "--application", "pc", "--compiler", "host-gcc", "fw/src/boot.c"});
+  EXPECT_EQ(project.Run({"build", "fw", "--app", "pc"}).code, 0);
+  EXPECT_FALSE(Has(project.Read("fw/pc.tapp"), "FlashSize"));
+  EXPECT_FALSE(Has(project.Read("fw/pc.tapp"), "startup.c"));
+  project.Out({"add", "fw", "--application", "core", "--library", "fw/src/boot.c"});
+  EXPECT_FALSE(Has(project.Read("fw/core.tapp"), "startup.c"));
+  project.Out({"add", "fw", "--application", "image", "--empty"});
+  EXPECT_FALSE(Has(project.Read("fw/image.tapp"), "startup.c"));
+}
+
 }  // namespace
 }  // namespace tarn::host
