@@ -92,7 +92,8 @@ int Creation::Fail(const std::string& text) {
 }
 
 int Creation::ExplainRefusal() {
-  std::string hint = SuggestionText(refusal_->value, refusal_->choices);
+  std::string hint = refusal_->hint;
+  if (hint.empty()) hint = SuggestionText(refusal_->value, refusal_->choices);
   const bool isUnknown = !refusal_->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
     hint = refusal_->value == context_.Own<NewOptions>().target

@@ -53,6 +53,22 @@ TEST(CliNew, ABoardIsFoundByTheNamesThatPeopleUse) {
   EXPECT_TRUE(project.Out({"targets", "disco_f407vg"}).starts_with("STM32F4DISCOVERY"));
 }
 
+TEST(CliNew, ANearMissOfATargetIsCorrected) {
+  CliProject project;
+  const std::pair<const char*, const char*> rows[] = {
+      {"microbit", "Did you mean \"micro:bit v1\" or \"micro:bit v2\"?"},
+      {"bleupill", "\"Blue Pill\""},
+      {"arduino_unoo", "\"Arduino Uno\""},
+      {"nucleo_f401er", "\"NUCLEO-F401RE\""},
+      {"atmega382p", "\"ATmega328P\""},
+      {"f103c8", "\"STM32F103C8\""},
+      {"STM32F103C8T6TR", "\"STM32F103C8\""},
+      {"xyzzy", "See `tarn targets`."}};
+  for (const auto& [name, said] : rows) {
+    project.ExpectRefusal({"new", "q", "--target", name}, 2, said);
+  }
+}
+
 TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   CliProject project;
   std::filesystem::create_directories(project.PathOf("taken"));
