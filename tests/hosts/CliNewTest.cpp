@@ -53,6 +53,17 @@ TEST(CliNew, ABoardIsFoundByTheNamesThatPeopleUse) {
   EXPECT_TRUE(project.Out({"targets", "disco_f407vg"}).starts_with("STM32F4DISCOVERY"));
 }
 
+// simavr would start, and say that it doesn't have the device.
+TEST(CliNew, ASimulatorIsOfferedOnlyForDevicesThatItHas) {
+  CliProject project;
+  const std::pair<const char*, const char*> rows[] = {{"ATxmega8E5", "none\n"},
+                                                      {"ATmega328P", "simavr\n"}};
+  for (const auto& [target, tool] : rows) {
+    project.Out({"new", target, "--target", target});
+    EXPECT_EQ(project.Out({"options", "get", "Simulate.Tool", target}), tool) << target;
+  }
+}
+
 TEST(CliNew, ANearMissOfATargetIsCorrected) {
   CliProject project;
   const std::pair<const char*, const char*> rows[] = {
