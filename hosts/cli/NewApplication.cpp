@@ -11,7 +11,7 @@
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/ProjectTree.h"
-#include "hosts/core/StartUpCode.h"
+#include "hosts/core/import/StartUpCode.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"

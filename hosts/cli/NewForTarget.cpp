@@ -138,8 +138,10 @@ int Creation::Run() {
   if (const int code = CheckTargetFiles(context_, targets); code != kExitDone) return code;
   session.TakeLogLines();
   session.beforeScript = [this] { ChooseConfiguration(); };
+  session.Scripts().onLine = [this](const std::string& line) { Note(line); };
   const bool isMade = session.Manager().AddNewItem() != 0;
   session.beforeScript = {};
+  session.Scripts().onLine = {};
   if (refusal_) return ExplainRefusal();
   for (const std::string& line : session.TakeLogLines()) Note(line);
   if (!isMade) return Fail(context_.Show(project_.folder) + " can't be made a project.");

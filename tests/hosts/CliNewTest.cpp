@@ -53,6 +53,13 @@ TEST(CliNew, ABoardIsFoundByTheNamesThatPeopleUse) {
   EXPECT_TRUE(project.Out({"targets", "disco_f407vg"}).starts_with("STM32F4DISCOVERY"));
 }
 
+TEST(CliNew, WhatABoardNeedsToStartIsSaidAtOnce) {
+  CliProject project;
+  const auto made = project.Run({"new", "p", "--target", "pico"});
+  EXPECT_EQ(made.code, 0);
+  EXPECT_TRUE(Has(made.err, "only with a second-stage boot loader")) << made.err;
+}
+
 // simavr would start, and say that it doesn't have the device.
 TEST(CliNew, ASimulatorIsOfferedOnlyForDevicesThatItHas) {
   CliProject project;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "hosts/core/StartUpCode.h"
 #include "hosts/core/import/ArduinoCore.h"
+#include "hosts/core/import/StartUpCode.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

@@ -1,4 +1,4 @@
-#include "hosts/core/StartUpCode.h"
+#include "hosts/core/import/StartUpCode.h"
 
 #include <algorithm>
 #include <string_view>
