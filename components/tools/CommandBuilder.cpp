@@ -85,6 +85,21 @@ class PlanBuilder : public TemplateValues {
                        [this](const Condition& each) { return Holds(each); });
   }
 
+  std::vector<std::string> FindUnset(const Conditions& conditions) const {
+    std::vector<std::string> unset;
+    bool isChosen = false;
+    for (const Condition& each : conditions) {
+      const bool holds = Holds(each);
+      isChosen = isChosen || (holds && each.test == Condition::Test::Equal);
+      if (holds) continue;
+      if (each.test != Condition::Test::Filled) return {};
+      for (const std::string& macro : each.value.GetOptionMacros()) {
+        unset.push_back(macro.substr(2, macro.size() - 3));
+      }
+    }
+    return isChosen ? unset : std::vector<std::string>();
+  }
+
   std::string Own(OwnName name) const override {
     return isSplitLater_ ? ProtectSeparators(OwnValue(name)) : OwnValue(name);
   }
@@ -457,6 +472,10 @@ ToolPlan MakePlan(const ToolDefinition& tool, const ToolInvocation& job) {
 
 bool Holds(const ToolDefinition& tool, const ToolInvocation& job) {
   return PlanBuilder(tool, job).Holds(tool.conditions);
+}
+
+std::vector<std::string> FindUnsetOptions(const ToolDefinition& tool, const ToolInvocation& job) {
+  return PlanBuilder(tool, job).FindUnset(tool.conditions);
 }
 
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start) {

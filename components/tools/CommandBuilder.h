@@ -76,6 +76,10 @@ ToolPlan MakePlan(const ToolDefinition& tool, const ToolInvocation& job);
 // Returns true if the conditions under which the tool performs its action hold.
 bool Holds(const ToolDefinition& tool, const ToolInvocation& job);
 
+// Returns the options, as Section.Property, that the tool's conditions need and that are not set.
+// An empty list if other conditions fail too, or if none of them compares an option with the tool.
+std::vector<std::string> FindUnsetOptions(const ToolDefinition& tool, const ToolInvocation& job);
+
 // Returns the files whose absolute paths start so. Returns none if their folder can't be listed.
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start);
 

@@ -62,7 +62,28 @@ std::vector<LargeSymbol> LargestSymbols::InRegion(const sizes::RegionOverflow& o
                           holds(piece.address - section.address + section.loadAddress);
     return sizes::IsForDevice(section.name) && (holds(piece.address) || isStored);
   };
-  return InMap(isWanted, count);
+  std::vector<LargeSymbol> found = InMap(isWanted, count);
+  for (LargeSymbol& each : ReservedSections(isWanted)) found.push_back(std::move(each));
+  KeepLargest(found, count);
+  return found;
+}
+
+// Returns the sections with gaps, but nothing of an object file.
+std::vector<LargeSymbol> LargestSymbols::ReservedSections(const PieceFilter& isWanted) const {
+  std::vector<std::uint64_t> gaps(map_.sections.size());
+  std::vector<bool> hasContent(map_.sections.size());
+  for (const sizes::MapPiece& piece : map_.pieces) {
+    if (piece.file != 0 && piece.size > 0) hasContent[piece.section] = true;
+    if (piece.file == 0 && isWanted(map_.sections[piece.section], piece)) {
+      gaps[piece.section] += piece.size;
+    }
+  }
+  std::vector<LargeSymbol> reserved;
+  for (std::size_t i = 0; i < gaps.size(); ++i) {
+    if (gaps[i] == 0 || hasContent[i]) continue;
+    reserved.push_back({std::string(map_.sections[i].name), "", gaps[i]});
+  }
+  return reserved;
 }
 
 // A symbol isn't larger than its piece, so pieces are read by size until the rest can't contain one

@@ -37,7 +37,7 @@ class LargestSymbols {
   std::vector<LargeSymbol> InSections(const std::function<bool(std::string_view)>& isWanted,
                                       std::size_t count);
   // Returns the symbols in a region that has overflowed, with the initial values that are stored
-  // there.
+  // there, and the sections that the linker script reserves, such as that of heap and stack.
   std::vector<LargeSymbol> InRegion(const sizes::RegionOverflow& overflow, std::size_t count);
 
  private:
@@ -47,6 +47,7 @@ class LargestSymbols {
                                    const std::function<bool(std::string_view)>& isWanted,
                                    std::size_t count);
   std::string ReadFile(const std::string& path) const;
+  std::vector<LargeSymbol> ReservedSections(const PieceFilter& isWanted) const;
   void AddPiece(const sizes::MapPiece& piece, std::vector<LargeSymbol>& found) const;
 
   FileSystem& files_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "components/tools/CommandBuilder.h"
 #include "components/tools/ElementReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/ToolSet.h"
@@ -54,9 +55,17 @@ const ToolDefinition* ChooseTool(const ToolSet& tools, std::string_view action,
   return chosen;
 }
 
-std::string DescribeNoTool(const ToolSet& tools, const ActionRule& action) {
+std::string DescribeNoTool(const ToolSet& tools, const ActionRule& action,
+                           const ToolInvocation& job) {
   const std::string fault = tools.FindFault(action.name);
   if (!fault.empty()) return "the definition of a tool is faulty: " + fault;
+  for (const ToolDefinition* each : tools.ToolsForAction(action.name)) {
+    const std::vector<std::string> unset = FindUnsetOptions(*each, job);
+    if (unset.empty()) continue;
+    return each->title + " needs the option " + unset.front() +
+           ", which is not set; `tarn options set " + unset.front() + " VALUE` sets it" +
+           (each->needs.empty() ? "" : ". " + each->needs);
+  }
   return "no tool is chosen for the action " + action.name +
          (action.hint.empty() ? "" : ". " + action.hint);
 }

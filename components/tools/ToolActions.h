@@ -36,7 +36,8 @@ void ReadAction(const CXmlNode& node, const std::string& file, ActionRules& into
 // none.
 const ToolDefinition* ChooseTool(const ToolSet& tools, std::string_view action,
                                  const ToolInvocation& job);
-// Returns why no tool performs the action.
-std::string DescribeNoTool(const ToolSet& tools, const ActionRule& action);
+// Returns why no tool performs the action for these options.
+std::string DescribeNoTool(const ToolSet& tools, const ActionRule& action,
+                           const ToolInvocation& job);
 
 }  // namespace tarn::tools

@@ -169,7 +169,8 @@ struct ToolDefinition {
   // it is not for an action.
   std::string action;
   Conditions conditions;
-  std::string hint;                     // how to install a missing program
+  std::string hint;   // how to install a missing program
+  std::string needs;  // values of an option that its conditions need, for a message
   std::vector<std::string> extensions;  // with dots, in lower case
   MessageRuleLists messages;
   Template output;

@@ -50,17 +50,14 @@ class ToolReader : public ElementReader {
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool_ = std::make_unique<ToolDefinition>();
-    CheckAttributes(node, {"Name",           "Title",        "Hint",
-                           "Extensions",     "Messages",     "Output",
-                           "Listing",        "Rules",        "FurtherRules",
-                           "Search",         "Includes",     "Defines",
-                           "LinkTime",       "NotLinkTime",  "Writes",
-                           "Reads",          "Runs",         "Loads",
-                           "Follow",         "Variables",    "Predefined",
-                           "PrefixedSearch", "SearchPrefix", "Strays",
-                           "Harmless",       "LoadsFrom",    "LoadsNextTo",
-                           "LoadsHere",      "Early",        "Carries",
-                           "Toolchain",      "Action",       "If"});
+    CheckAttributes(
+        node,
+        {"Name",      "Title",       "Hint",         "Extensions",     "Messages",     "Output",
+         "Listing",   "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
+         "LinkTime",  "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
+         "Follow",    "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
+         "Harmless",  "LoadsFrom",   "LoadsNextTo",  "LoadsHere",      "Early",        "Carries",
+         "Toolchain", "Action",      "If",           "Needs"});
     tool_->name = Text(node, "Name");
     tool_->isEarly = IsYes(node, "Early");
     tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
@@ -69,6 +66,7 @@ class ToolReader : public ElementReader {
     tool_->action = Text(node, "Action");
     tool_->conditions = ReadConditions(Text(node, "If"));
     tool_->hint = Text(node, "Hint");
+    tool_->needs = Text(node, "Needs");
     tool_->output = Filled(node, "Output");
     tool_->listing = Filled(node, "Listing");
     tool_->variables = SplitOptionList(Text(node, "Variables"));

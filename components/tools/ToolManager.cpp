@@ -288,7 +288,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!definition) {
     NotifyHost(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
-    log.AddError(DescribeMissing(toolName));
+    log.AddError(DescribeMissing(toolName, owned.job));
     messages = log.Take();
     return false;
   }
@@ -440,7 +440,7 @@ std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
   const auto definition = FindTool(OrEmpty(tool), owned.job);
   if (!definition) {
     const bool isAction = Tools()->FindAction(OrEmpty(tool)) != nullptr;
-    return isAction ? DescribeMissing(tool) + "\n" : std::string();
+    return isAction ? DescribeMissing(tool, owned.job) + "\n" : std::string();
   }
   std::string lines;
   for (const std::string& each : MakePlan(*definition, owned.job).problems) lines += each + "\n";

@@ -139,7 +139,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name,
                                                  const ToolInvocation& job);
   // Returns why FindTool returns nullptr.
-  std::string DescribeMissing(const std::string& tool);
+  std::string DescribeMissing(const std::string& tool, const ToolInvocation& job);
   // Makes a job from the arguments of RunTool.
   OwnedJob MakeJob(const char* files, const char* options);
   using Events = std::unique_ptr<RunEvents::Run>;

@@ -25,9 +25,11 @@ std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& n
   return {set, ChooseTool(*set, name, job)};
 }
 
-std::string ToolManager::DescribeMissing(const std::string& tool) {
+std::string ToolManager::DescribeMissing(const std::string& tool, const ToolInvocation& job) {
   const auto set = Tools();
-  if (const ActionRule* const action = set->FindAction(tool)) return DescribeNoTool(*set, *action);
+  if (const ActionRule* const action = set->FindAction(tool)) {
+    return DescribeNoTool(*set, *action, job);
+  }
   const std::string fault = set->FindFault(tool);
   return fault.empty() ? "unknown tool " + tool + " in " + set->Folder()
                        : "the definition of a tool is faulty: " + fault;
@@ -42,7 +44,7 @@ std::string ToolManager::GetActions(const char* extension, const char* files, co
     if (!IsFor(action, OrEmpty(extension))) continue;
     text += "<Action" + XmlAttribute("Header", action.name) + XmlAttribute("Title", action.title);
     const ToolDefinition* const tool = ChooseTool(*set, action.name, owned.job);
-    std::string problem = DescribeNoTool(*set, action);
+    std::string problem = DescribeNoTool(*set, action, owned.job);
     if (tool != nullptr) {
       const ToolPlan plan = MakePlan(*tool, owned.job);
       problem = plan.problems.empty() ? "" : plan.problems.front();

@@ -33,6 +33,8 @@ struct EditOptions {
   std::vector<std::string> exclude, match;
   std::string application;  // add --application
   bool isLibrary = false;   // add --library
+  bool isEmpty = false;     // add --empty
+  std::string compiler;     // add --compiler
   std::string tool;         // add --tool
   bool remove = false;      // sync --remove
   bool dryRun = false;      // sync --dry-run
@@ -98,6 +100,7 @@ class Edit {
   std::string project_;
   CreatedFiles created_;
   NewApplication newApplication_;
+  NewApplication::Plan newPlan_;
   std::vector<std::string> done_;  // lines that report the changes
   ListedFiles listed_;
 };
@@ -156,14 +159,19 @@ int Edit::Add() {
   if (!own.application.empty()) {
     ApplicationEntry similar;
     if (const int code = ChooseApplication(similar); code != kExitDone) return code;
-    const int code = newApplication_.Make(context_, own.application, similar.path, own.isLibrary);
+    newPlan_ = {own.application, similar.path, own.compiler, own.isLibrary};
+    const int code = newApplication_.Make(context_, newPlan_);
     if (code != kExitDone) return code;
     Note("created " + context_.Show(newApplication_.GetPath()));
   }
   for (const std::string& file : words_) {
     if (const int code = AddOne(file); code != kExitDone) return code;
   }
-  return kExitDone;
+  if (own.application.empty() || own.isEmpty) return kExitDone;
+  std::vector<std::string> added;
+  const int code = newApplication_.AddStartUp(context_, newPlan_, added);
+  for (const std::string& each : added) Note("added " + context_.Show(each));
+  return code;
 }
 
 // Adds the files of a folder, with groups like the folders in it.
@@ -232,7 +240,7 @@ int Edit::AddOne(const std::string& file) {
   if (code != kExitDone) return code;
   const bool isListed = listed_.Add(path);
   const std::string before = isListed ? TreeText() : std::string();
-  if (isMissing) created_.Expect(path);
+  if (isMissing) created_.Expect(context_.Files(), path);
   const std::string& tool = context_.Own<EditOptions>().tool;
   const NullableText type = tool.empty() ? NullableText() : NullableText(kGeneratorType);
   if (context_.Session().Manager().AddExistingItem(path, type) == 0) {
@@ -441,6 +449,12 @@ CommandSpec AddCommand() {
             arguments
                 .Flag("--library", own.isLibrary, "Make it a library that other applications link")
                 .Needs(application);
+            arguments
+                .Option("--compiler", own.compiler, "COMPILER",
+                        "Compiler of the new application, e.g. host-gcc for tests on this machine")
+                .NotEmpty()
+                .Needs(application);
+            arguments.Flag("--empty", own.isEmpty, "Add no start-up code to it").Needs(application);
             arguments
                 .Option("--tool", own.tool, "NAME",
                         "Make other files from these with this tool; see build-steps.md")

@@ -13,10 +13,12 @@
 #include "hosts/core/Terminal.h"
 #include "hosts/core/import/Catalogue.h"
 #include "hosts/core/import/Converters.h"
+#include "hosts/core/import/StartUpFiles.h"
 #include "platform/files/WriteFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/process/Process.h"
 #include "platform/text/Text.h"
+#include "xml/XmlEntities.h"
 
 namespace tarn::host {
 
@@ -48,6 +50,24 @@ bool HasSketch(FileSystem& files, const std::string& folder) {
   return entries && std::any_of(entries->begin(), entries->end(), [](const FolderEntry& each) {
            return !each.isFolder && EqualNoCase(ExtensionOf(each.name), ".ino");
          });
+}
+
+// Returns the files that the definitions name for a program of this toolchain. The values are those
+// of no node: opening a project replaces them.
+std::vector<std::string> FindStartUp(OptionsDriver& options, const std::string& configFile,
+                                     const std::string& toolchain) {
+  std::vector<std::string> found;
+  if (toolchain.empty()) return found;
+  options.ReadDefsFromFile("Application", configFile);
+  options.ReadValuesFromText(
+      "<Options><Config Header=\"Standard\"><Set Header=\"Application\"><Section "
+      "Header=\"Target\"><Property Header=\"Toolchain\" Value=\"" +
+      g_xmlEntities.Encode(toolchain.c_str()) + "\"/></Section></Set></Config></Options>");
+  for (const char* name : {"StartUp", "SystemCalls"}) {
+    const std::string path = options.GetPropertyStringValue("Application", "Target", name);
+    if (!path.empty()) found.push_back(path);
+  }
+  return found;
 }
 
 // One import.
@@ -246,9 +266,18 @@ int ForeignImport::Run() {
       [&](const std::string& name) {
         const std::string root = FolderOf(FolderOf(configFile));
         return FindTargetOptions(files, JoinPath(root, "targets"), name);
+      },
+      [&](const ImportedOptions& values) {
+        const auto found = values.find("Application.Target.Toolchain");
+        return FindStartUp(options, configFile,
+                           found == values.end() ? std::string() : found->second);
       }};
   std::string problem;
-  const Result<ImportedProject> project = Convert(importContext, problem);
+  Result<ImportedProject> project = Convert(importContext, problem);
+  if (project) {
+    const Status added = AddStartUpFiles(*project, importContext);
+    if (!added) project = added.GetError();
+  }
   if (!project) {
     const Error& error = project.GetError();
     context_.Complain(context_.ShowFailure(error.place, "imported", Printable(error.text)) + ".");

@@ -59,8 +59,8 @@ int CheckCompiler(CommandContext& context, const std::string& name) {
   return kExitUsage;
 }
 
-// Stores the options that the definitions name for a compiler that requires a device, as
-// "Section.Name=value", separated by spaces.
+}  // namespace
+
 void StoreFirstOptions(ProjectManagerDriver& manager) {
   const std::string list = manager.GetPropertyValue("Application", "Target", "FirstOptions");
   for (const std::string_view part : Split(list, ' ')) {
@@ -73,6 +73,8 @@ void StoreFirstOptions(ProjectManagerDriver& manager) {
   }
 }
 
+namespace {
+
 // Stores the compiler in the new project, and a device if it requires one: nothing that affects the
 // build is left to a default.
 int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
@@ -84,8 +86,9 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   StoreFirstOptions(manager);
   manager.Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
   context.SelectNode("Sources", "");
+  std::vector<std::string> copies;
   const Status added =
-      AddTemplateSources(context.Session(), context.Files(), FolderOf(projectFile));
+      AddTemplateSources(context.Session(), context.Files(), FolderOf(projectFile), copies);
   if (!added) {
     context.Complain(context.ShowFailure(added.GetError().place, "copied", added.GetError().text));
     return kExitCannotOpen;

@@ -92,7 +92,8 @@ int Creation::Fail(const std::string& text) {
 }
 
 int Creation::ExplainRefusal() {
-  std::string hint = SuggestionText(refusal_->value, refusal_->choices);
+  std::string hint = refusal_->hint;
+  if (hint.empty()) hint = SuggestionText(refusal_->value, refusal_->choices);
   const bool isUnknown = !refusal_->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
     hint = refusal_->value == context_.Own<NewOptions>().target
@@ -137,8 +138,10 @@ int Creation::Run() {
   if (const int code = CheckTargetFiles(context_, targets); code != kExitDone) return code;
   session.TakeLogLines();
   session.beforeScript = [this] { ChooseConfiguration(); };
+  session.Scripts().onLine = [this](const std::string& line) { Note(line); };
   const bool isMade = session.Manager().AddNewItem() != 0;
   session.beforeScript = {};
+  session.Scripts().onLine = {};
   if (refusal_) return ExplainRefusal();
   for (const std::string& line : session.TakeLogLines()) Note(line);
   if (!isMade) return Fail(context_.Show(project_.folder) + " can't be made a project.");

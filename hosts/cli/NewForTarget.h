@@ -23,6 +23,10 @@ struct NewOptions {
 int MakeProjectForTarget(CommandContext& context, const NewProject& staged,
                          const NewProject& project);
 
+// Stores the options in the current node that the definitions name for a compiler that requires a
+// device, as "Section.Name=value", separated by spaces.
+void StoreFirstOptions(ProjectManagerDriver& manager);
+
 // Returns why an application of this name can't be built with a toolchain; an empty string if it
 // can.
 std::string DescribeNameProblem(CommandContext& context, const std::string& toolchain,

@@ -47,7 +47,8 @@ std::string SourceOf(BuildSession& session, FileSystem& files,
 // Writes a copy of `original` to the folder, and returns its path. An existing file stays as it is:
 // if it differs, the copy gets a number.
 Result<std::string> WriteCopy(FileSystem& files, const std::string& folder,
-                              const std::string& original, const std::string& text) {
+                              const std::string& original, const std::string& text,
+                              std::vector<std::string>& copies) {
   const std::string plain = JoinPath(folder, FileNameOf(original));
   std::string copy = plain;
   for (int count = 2;; ++count) {
@@ -62,6 +63,7 @@ Result<std::string> WriteCopy(FileSystem& files, const std::string& folder,
   if (const Status written = files.WriteOwnFile(copy, text); !written) {
     return Error{written.GetError().code, written.GetError().text, copy};
   }
+  copies.push_back(copy);
   return copy;
 }
 
@@ -89,7 +91,8 @@ Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
     session.Manager().SavePropertyValue(set, "General", "Header", kFirstGroup);
     session.Manager().AddExistingItem(source);
     const std::string folder = FolderOf(application);
-    if (const Status added = AddTemplateSources(session, files, folder); !added) {
+    std::vector<std::string> written;
+    if (const Status added = AddTemplateSources(session, files, folder, written); !added) {
       return added.GetError();
     }
     session.Inspector().SelectNodeByKey(source, application);
@@ -98,13 +101,15 @@ Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
   return std::string();
 }
 
-Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder) {
+Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder,
+                          std::vector<std::string>& written) {
   for (const char* option : {"StartUp", "SystemCalls"}) {
     const std::string original = TargetOption(session, option);
     if (original.empty()) continue;
     const auto text = files.ReadWholeFile(original);
     if (!text) return Error{text.GetError().code, text.GetError().text, original};
-    const Result<std::string> copy = WriteCopy(files, JoinPath(folder, "src"), original, *text);
+    const Result<std::string> copy =
+        WriteCopy(files, JoinPath(folder, "src"), original, *text, written);
     if (!copy) return copy.GetError();
     session.Manager().AddExistingItem(*copy);
   }

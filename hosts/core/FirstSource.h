@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "hosts/core/BuildSession.h"
 #include "platform/Result.h"
@@ -17,7 +18,9 @@ Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
 
 // Copies the start-up files that the application's options name (Target.StartUp and SystemCalls)
 // to the folder src in `folder`, and adds the copies at the current node. An existing file with
-// different content stays as it is, and the copy gets another name. An error names the file.
-Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder);
+// different content stays as it is, and the copy gets another name. An error names the file. Files
+// that were written are appended to `written`, also on error.
+Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder,
+                          std::vector<std::string>& written);
 
 }  // namespace tarn::host

@@ -351,6 +351,14 @@ class OptionsDriver : public COleDispatchDriver {
   void BeginUpdate() { InvokeHelper(TARN_OPT_BEGIN_UPDATE, {}); }
   void EndUpdate() { InvokeHelper(TARN_OPT_END_UPDATE, {}); }
   std::string GetValuesAsText() { return InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {"", "", ""}); }
+  // Starts a level of values with the defaults of a set.
+  void ReadDefsFromFile(const std::string& set, const std::string& configurationFile) {
+    InvokeHelper(TARN_OPT_READ_DEFS_FROM_FILE, {set, configurationFile});
+  }
+  // Overrides the current values by those of an element Config or Options.
+  void ReadValuesFromText(const std::string& text) {
+    InvokeHelper(TARN_OPT_READ_VALUES_FROM_TEXT, {text});
+  }
   std::string GetPropertyStringValue(const std::string& set, const std::string& section,
                                      const std::string& property) {
     return InvokeText(TARN_OPT_GET_PROPERTY_STRING_VALUE, {set, section, property});

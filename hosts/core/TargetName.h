@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tarn {
 class CXmlNode;
@@ -15,5 +16,11 @@ enum class NameFit { None, Similar, Same };
 // each of its aliases is as good as its name. Similar is a name without its first word, the maker
 // of a board: "uno" for "Arduino Uno".
 NameFit FitTargetName(const CXmlNode& target, const std::string& name);
+
+// Returns the names of at most three targets that `name` may have been meant for: near misses of
+// names and aliases, else names that contain it, else those that it begins with, such as
+// "STM32F103C8" for "stm32f103c8t6tr". Letter case, blanks and punctuation are ignored.
+std::vector<std::string> FindNearTargets(const std::vector<const CXmlNode*>& targets,
+                                         const std::string& name);
 
 }  // namespace tarn::host

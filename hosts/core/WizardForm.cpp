@@ -1,6 +1,7 @@
 #include "hosts/core/WizardForm.h"
 
 #include "hosts/core/TargetName.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 #include "widgets/Button.h"
 #include "widgets/ComboBox.h"
@@ -195,6 +196,7 @@ std::optional<WizardRefusal> WizardForm::ChooseType(const std::string& typeHeade
 std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target) {
   auto& tree = *page_.FindControl<CTreeCtrl>(kTargetTree);
   std::vector<std::string> names;
+  std::vector<const CXmlNode*> nodes;
   std::vector<Target> named, same, similar;
   for (Target& each : TargetsOf(page_)) {
     // A full path is unambiguous.
@@ -203,7 +205,8 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
       return std::nullopt;
     }
     names.push_back(each.item->GetText());
-    const NameFit fit = FitTargetName(*static_cast<const CXmlNode*>(each.item->GetData()), target);
+    nodes.push_back(static_cast<const CXmlNode*>(each.item->GetData()));
+    const NameFit fit = FitTargetName(*nodes.back(), target);
     if (fit == NameFit::Same) same.push_back(each);
     if (fit == NameFit::Similar) similar.push_back(each);
     if (IsNamed(each, target)) named.push_back(std::move(each));
@@ -216,7 +219,8 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
     return std::nullopt;
   }
   if (named.empty()) {
-    return WizardRefusal{"Unknown target \"" + target + "\".", target, std::move(names)};
+    return WizardRefusal{"Unknown target \"" + target + "\".", target, std::move(names),
+                         ProposalText(FindNearTargets(nodes, target))};
   }
   std::string paths;
   for (const Target& each : named) paths += (paths.empty() ? "" : ", ") + each.path;

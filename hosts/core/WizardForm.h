@@ -39,7 +39,8 @@ struct WizardProposals {
 struct WizardRefusal {
   std::string text;                  // why, as a sentence
   std::string value;                 // requested value
-  std::vector<std::string> choices;  // similar names, for a suggestion
+  std::vector<std::string> choices;  // known names, for a suggestion
+  std::string hint = {};             // suggestion, if the names alone don't lead to it
 };
 
 // A microcontroller or board of the catalogue.

@@ -39,6 +39,28 @@ class CliActions : public ::testing::Test {
   CliProject project;
 };
 
+// The program itself would only list what it knows.
+TEST_F(CliActions, AnOptionThatAToolNeedsIsNamedBeforeItStarts) {
+  const struct {
+    const char *action, *option, *tool, *said;
+  } rows[] = {
+      {"upload", "Upload.Tool", "avrdude",
+       "avrdude needs the option Upload.Programmer, which is not set; `tarn options set "
+       "Upload.Programmer VALUE` sets it. It is the programmer by avrdude's name, such as usbasp"},
+      {"upload", "Upload.Tool", "stm32flash", "stm32flash needs the option Upload.Port"},
+      {"upload", "Upload.Tool", "openocd", "openocd needs the option Upload.Part"},
+      {"simulate", "Simulate.Tool", "qemu-arm", "QEMU needs the option Simulate.Machine"},
+      {"upload", "Upload.Tool", "unknown", "Set the option Upload.Tool of the application"},
+      {"simulate", "Simulate.Tool", "none", "Set the options Simulate.Tool and"},
+  };
+  for (const auto& row : rows) {
+    Set(row.option, row.tool);
+    const auto answer = project.Run({"run-tool", row.action});
+    EXPECT_NE(answer.code, 0) << row.tool;
+    EXPECT_TRUE(Has(answer.out + answer.err, row.said)) << answer.out << answer.err;
+  }
+}
+
 TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   const struct {
     const char* tool;

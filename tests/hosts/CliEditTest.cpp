@@ -189,5 +189,18 @@ TEST(CliEdit, AnAddThatFailsRemovesTheFilesThatItHasMade) {
   EXPECT_TRUE(std::filesystem::exists(made));
 }
 
+TEST(CliEdit, AnAddCreatesTheFoldersOfANewFileOrNothing) {
+  CliProject project;
+  project.ExpectRefusal({"add", "drivers/spi/x.c", "src", "--create"}, 2, "src is a folder.");
+  EXPECT_FALSE(project.Exists("drivers"));
+  std::filesystem::create_directory(project.PathOf("drivers"));
+  project.ExpectRefusal({"add", "drivers/spi/x.c", "src", "--create"}, 2, "src is a folder.");
+  EXPECT_TRUE(project.Exists("drivers"));
+  EXPECT_FALSE(project.Exists("drivers/spi"));
+  EXPECT_EQ(project.Out({"add", "drivers/spi/x.c", "--create"}), "added drivers/spi/x.c\n");
+  EXPECT_TRUE(project.Exists("drivers/spi/x.c"));
+  EXPECT_EQ(project.Run({"check"}).code, 0);
+}
+
 }  // namespace
 }  // namespace tarn::host

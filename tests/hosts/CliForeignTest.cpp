@@ -186,6 +186,47 @@ TEST(CliForeign, BoardsOfEnvironmentsAreFoundByTheirIdentifiers) {
   }
 }
 
+// Start-up code is added where no source has some, and only for the configurations that need it.
+TEST(CliForeign, AFirmwareWithoutStartUpCodeGetsThatOfItsTarget) {
+  if (FindProgram("arm-none-eabi-gcc").empty())
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  ForeignProject project;
+  project.Write("other/src/main.c", "int main(void) { return 0; }\n");
+  project.Write("other/platformio.ini",
+                "[platformio]\nsrc_dir = src\n[env:blue]\nboard = bluepill_f103c8\n"
+                "build_src_filter = +<main.c>\n[env:pc]\nplatform = native\n"
+                "build_src_filter = +<main.c>\n");
+  const auto made = project.Run({"import", "other"});
+  EXPECT_EQ(made.code, 0) << made.err;
+  EXPECT_TRUE(Has(made.err, "startup/startup.c was added")) << made.err;
+  EXPECT_EQ(Built(project.Out({"build", "other"})), "main.c startup.c syscalls.c other.elf");
+  EXPECT_EQ(Built(project.Out({"build", "other", "--config", "pc"})), "main.c other");
+}
+
+TEST(CliForeign, StartUpCodeOfASourceIsKeptAndWhatIsMissingIsNamed) {
+  const struct {
+    const char *source, *flags, *said;  // of the remark; nullptr: none about start-up
+  } rows[] = {
+      {"/* Reset_Handler is elsewhere */ int main(void) { return 0; }\n", "",
+       "startup.c was added"},
+      {"extern void Reset_Handler(void);\nint main(void) { return 0; }\n", "",
+       "startup.c was added"},
+      {"void Reset_Handler(void) {}\n", "", nullptr},
+      {"__attribute__((section(\".isr_vector\"))) int table[] = {1};\n", "", nullptr},
+      {"int main(void) { return 0; }\n", "build_flags = -T own.ld\n", "add the one that belongs"},
+  };
+  for (const auto& row : rows) {
+    ForeignProject project;
+    project.Write("other/src/main.c", row.source);
+    project.Write("other/platformio.ini",
+                  std::string("[env:blue]\nboard = bluepill_f103c8\n") + row.flags);
+    const auto made = project.Run({"import", "other"});
+    EXPECT_EQ(made.code, 0) << made.err;
+    EXPECT_EQ(Has(made.err, row.said == nullptr ? "start" : row.said), row.said != nullptr)
+        << row.source << made.err;
+  }
+}
+
 TEST(CliForeign, ADescriptionWithConfigurationsIsImported) {
   ForeignProject project;
   const auto configuration = [](const std::string& name, const std::string& level) {
@@ -340,6 +381,29 @@ TEST(CliForeign, ASecondApplicationHasTheSameTarget) {
   project.Out({"add", "--application", "boot", "src/boot.c"});
   EXPECT_EQ(project.Run({"build", "--app", "boot"}).code, 0);
   EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/boot"), {}).code, 5);
+}
+
+TEST(CliForeign, AnApplicationForAnotherCompilerHasNoOptionsOfTheHardware) {
+  if (FindProgram("arm-none-eabi-gcc").empty()) {
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  }
+  CliProject project;
+  project.Out({"new", "fw", "--target", "Blue Pill"});
+  project.ExpectRefusal({"add", "fw", "--application", "x", "--compiler", "gcd"}, 2, "gcc");
+  project.Write("fw/src/boot.c", "int main(void) { return 5; }\n");
+  EXPECT_EQ(project.Out({"add", "fw", "--application", "boot", "fw/src/boot.c"}),
+            "created fw/boot.tapp\nadded fw/src/boot.c\nadded fw/src/startup.c\n"
+            "added fw/src/syscalls.c\n");
+  EXPECT_EQ(project.Run({"build", "fw", "--app", "boot"}).code, 0);
+  EXPECT_TRUE(Has(project.Read("fw/boot.tapp"), "stm32f1x"));
+  project.Out({"add", "fw", "--application", "pc", "--compiler", "host-gcc", "fw/src/boot.c"});
+  EXPECT_EQ(project.Run({"build", "fw", "--app", "pc"}).code, 0);
+  EXPECT_FALSE(Has(project.Read("fw/pc.tapp"), "FlashSize"));
+  EXPECT_FALSE(Has(project.Read("fw/pc.tapp"), "startup.c"));
+  project.Out({"add", "fw", "--application", "core", "--library", "fw/src/boot.c"});
+  EXPECT_FALSE(Has(project.Read("fw/core.tapp"), "startup.c"));
+  project.Out({"add", "fw", "--application", "image", "--empty"});
+  EXPECT_FALSE(Has(project.Read("fw/image.tapp"), "startup.c"));
 }
 
 }  // namespace

@@ -53,6 +53,40 @@ TEST(CliNew, ABoardIsFoundByTheNamesThatPeopleUse) {
   EXPECT_TRUE(project.Out({"targets", "disco_f407vg"}).starts_with("STM32F4DISCOVERY"));
 }
 
+TEST(CliNew, WhatABoardNeedsToStartIsSaidAtOnce) {
+  CliProject project;
+  const auto made = project.Run({"new", "p", "--target", "pico"});
+  EXPECT_EQ(made.code, 0);
+  EXPECT_TRUE(Has(made.err, "only with a second-stage boot loader")) << made.err;
+}
+
+// simavr would start, and say that it doesn't have the device.
+TEST(CliNew, ASimulatorIsOfferedOnlyForDevicesThatItHas) {
+  CliProject project;
+  const std::pair<const char*, const char*> rows[] = {{"ATxmega8E5", "none\n"},
+                                                      {"ATmega328P", "simavr\n"}};
+  for (const auto& [target, tool] : rows) {
+    project.Out({"new", target, "--target", target});
+    EXPECT_EQ(project.Out({"options", "get", "Simulate.Tool", target}), tool) << target;
+  }
+}
+
+TEST(CliNew, ANearMissOfATargetIsCorrected) {
+  CliProject project;
+  const std::pair<const char*, const char*> rows[] = {
+      {"microbit", "Did you mean \"micro:bit v1\" or \"micro:bit v2\"?"},
+      {"bleupill", "\"Blue Pill\""},
+      {"arduino_unoo", "\"Arduino Uno\""},
+      {"nucleo_f401er", "\"NUCLEO-F401RE\""},
+      {"atmega382p", "\"ATmega328P\""},
+      {"f103c8", "\"STM32F103C8\""},
+      {"STM32F103C8T6TR", "\"STM32F103C8\""},
+      {"xyzzy", "See `tarn targets`."}};
+  for (const auto& [name, said] : rows) {
+    project.ExpectRefusal({"new", "q", "--target", name}, 2, said);
+  }
+}
+
 TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   CliProject project;
   std::filesystem::create_directories(project.PathOf("taken"));

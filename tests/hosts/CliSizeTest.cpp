@@ -214,5 +214,18 @@ TEST(CliSize, AnOverflowOfARegionNamesTheLargestSymbols) {
   EXPECT_TRUE(Has(built.out, "FLASH is")) << built.out;
 }
 
+// The stack has no symbol.
+TEST(CliSize, AnOverflowByTheStackNamesItsSection) {
+  if (FindProgram("arm-none-eabi-gcc").empty()) {
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  }
+  CliProject project;
+  project.Out({"new", "fw", "--target", "Blue Pill"});
+  project.Out({"options", "set", "Target.StackSize", "40000", "fw"});
+  const CliProject::Answer built = project.Run({"build", "fw"});
+  EXPECT_EQ(built.code, 1);
+  EXPECT_TRUE(Has(built.out, "largest in RAM:\n   40000 B  .heap_and_stack")) << built.out;
+}
+
 }  // namespace
 }  // namespace tarn::host

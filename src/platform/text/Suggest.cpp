@@ -56,7 +56,10 @@ std::vector<std::string> FindNearNames(std::string_view word,
 }
 
 std::string SuggestionText(std::string_view word, const std::vector<std::string>& names) {
-  const std::vector<std::string> near = FindNearNames(word, names);
+  return ProposalText(FindNearNames(word, names));
+}
+
+std::string ProposalText(const std::vector<std::string>& near) {
   if (near.empty()) return {};
   std::string text = " Did you mean ";
   for (std::size_t i = 0; i < near.size(); ++i) {

@@ -15,4 +15,7 @@ std::vector<std::string> FindNearNames(std::string_view word,
 // Returns ` Did you mean "a" or "b"?` with its leading space, or an empty string.
 std::string SuggestionText(std::string_view word, const std::vector<std::string>& names);
 
+// Returns " Did you mean "a" or "b"?" for these names; an empty string if there are none.
+std::string ProposalText(const std::vector<std::string>& names);
+
 }  // namespace tarn
