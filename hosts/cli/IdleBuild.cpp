@@ -13,8 +13,8 @@ namespace tarn::host {
 
 namespace {
 
-// Builds that differ in the command line or the folder share this number of files, so that they
-// need no removal.
+// Number of files with answers. A hash of command line and folder selects one, and the last build
+// replaces it, so the files don't accumulate.
 constexpr std::uint64_t kSlots = 64;
 
 std::string JoinWords(const std::vector<std::string>& words) {
