@@ -130,7 +130,8 @@ void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& nam
     titles.insert(FileNameOf(source));
     titles.insert(FileNameOf(WithoutExtension(source)));
   }
-  for (const std::string& name : ReadDepFile(*text).names) {
+  for (const std::string& each : ReadDepFile(*text).names) {
+    const std::string name = PathOfName(each);
     std::string path = AbsolutePath(world_.files, RulesFolder(), name);
     const bool isBetween =
         ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
@@ -182,7 +183,7 @@ void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& na
     for (const std::string_view word : SplitAny(text, " \t\r\n\"'<>()[]{},;\\=")) {
       if (word.empty() || !tried.emplace(word).second) continue;
       for (const std::string& folder : folders) {
-        std::string path = AbsolutePath(world_.files, folder, word);
+        std::string path = AbsolutePath(world_.files, folder, PathOfName(word));
         if (!world_.files->ExamineExactly(path)) continue;
         AddEarlier(path, found);
         names.push_back(std::move(path));
