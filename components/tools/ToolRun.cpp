@@ -69,7 +69,10 @@ bool ToolRun::Run() {
       std::ranges::all_of(plan_.commands,
                           [this](const ToolCommand& command) { return RunCommand(command); }) &&
       CollectRecord();
-  if (!isDone) RemoveLeft();
+  if (!isDone) {
+    CollectFailedInputs();
+    RemoveLeft();
+  }
   return isDone;
 }
 
@@ -203,7 +206,7 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
 
 bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& request) {
   errorsBefore_ = log_.ErrorCount();
-  hasStatedError_ = false;
+  hasStatedError_ = hasPlacedError_ = false;
   stepStart_ = log_.GetPosition();
   capturedBefore_ = captured_.size();
   auto started = world_.launcher->Start(request);
@@ -253,6 +256,8 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   // Complaints of an optional step must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
   hasStatedError_ = hasStatedError_ || (message.failsStep && !command.rule->isOptional);
+  hasPlacedError_ =
+      hasPlacedError_ || (message.severity == Severity::Error && !message.file.empty());
   log_.Add(std::move(message));
   constexpr std::size_t kMostOverflows = 8;
   sizes::RegionOverflow overflow = sizes::ReadOverflow(clean);
@@ -264,6 +269,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
 }
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
+  hasPlacedError_ = hasPlacedError_ && !exit.signalled && !running_.IsStopping();
   if (running_.IsStopping()) return log_.AddPlain("stopped"), false;
   if (exit.code == 0 && !exit.signalled) return !hasStatedError_;
   const std::string reason = exit.signalled
@@ -354,7 +360,9 @@ bool ToolRun::CollectRecord() {
   }
   found.infos = DescribeSizes(sizes, tool_.size.sums, plan_.sizeBounds);
   found.programs = ProgramsOf(world_, plan_);
-  if (!ReadDependencies(found)) return false;
+  if (const std::string problem = ReadDependencies(found); !problem.empty()) {
+    return FailRules(problem);
+  }
   found.date = BringForward(found, *status);
   found.command = HashCommands(world_, plan_);
   found.hasInexactNames = plan_.hasInexactNames;
