@@ -16,6 +16,7 @@ bool Contains(const std::vector<std::string>& list, const std::string& text) {
 
 std::vector<std::string> WrittenBy(const ToolPlan& plan) {
   std::vector<std::string> written = plan.products;
+  written.insert(written.end(), plan.byProducts.begin(), plan.byProducts.end());
   for (const std::string& path :
        {plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules, plan.globals}) {
     if (!path.empty()) written.push_back(path);

@@ -295,6 +295,13 @@ TEST_F(CliFailures, EarlyRunsOfGccAreRepeatedOnlyIfAFileIsMissing) {
   ExpectRuns("gcc", "__asm__(\".incbin \\\"missing\\\"\");\n", 6);
 }
 
+TEST_F(CliFailures, EarlyRunsOfClangAreRepeatedOnlyIfAFileIsMissing) {
+  if (!std::filesystem::exists("/usr/bin/clang")) GTEST_SKIP() << "clang is not installed";
+  ExpectRuns("clang", kTwoErrors, 3);
+  ExpectRuns("clang", "#include \"missing.h\"\n", 6);
+  ExpectRuns("clang", "__asm__(\".incbin \\\"missing\\\"\");\n", 6);
+}
+
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {
   for (const char* number : {"0", "-1", "1025", "x", ""}) {
     SCOPED_TRACE(number);

@@ -46,7 +46,7 @@ class EarlyRunsThread : public ::testing::Test {
                  "Rules=\"$(Output).d\"><Step Program=\"/bin/sh\"><Arg V=\"" +
                      folder / "cc.sh" + "\"/><Arg V=\"$(Output)\"/><Arg V=\"$(File)\"/><Arg V=\"" +
                      folder.Path() +
-                     "\"/></Step></Tool><Tool "
+                     "\"/></Step><ByProduct File=\"$(OutputBase).i\"/></Tool><Tool "
                      "Name=\"late\"><Step Program=\"/bin/true\"/></Tool>"
                      "<Tool Name=\"plain\" Base=\"cc\" RulesOnError=\"No\"/>"
                      "<Messages Name=\"m\"><Line Template=\"^{SPECFILE}:{SPECLINE}: {SPECERROR}: "
