@@ -60,6 +60,8 @@ class ToolRun {
  private:
   bool Prepare();
   bool RemoveEarlier();
+  void ExamineEarlier();
+  bool HasWritten(const std::string& path) const;
   bool RefusesNames();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
@@ -112,8 +114,10 @@ class ToolRun {
   MessageLog log_;
   OutputHandler onOutput_;
   std::string captured_;
-  std::int64_t startTime_ = 0;            // on the file system's clock
-  std::optional<FileStatus> earlierCdb_;  // debug information of sdcc before the run
+  std::int64_t startTime_ = 0;  // on the file system's clock
+  // Files that the run may write, and that exist before its first step, by path.
+  std::map<std::string, FileStatus> earlier_;
+  bool isPrepared_ = false;  // the run may have written files
   int exitCode_ = 0;
   // State before the current or last step.
   std::size_t errorsBefore_ = 0;
