@@ -131,6 +131,15 @@ void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
   if (!exists) row.AddAttr("Detail", exists.GetError().text);
 }
 
+// Describes one source that two applications compile differently into the same file.
+std::string DescribeSharedSource(const SharedOutput& shared, const CXmlNode& first,
+                                 const CXmlNode& second) {
+  return OrEmpty(shared.second->GetAttrValue("Path")) + " has the same output file " +
+         OrEmpty(shared.second->GetAttrValue("OutputFile")) + " in the applications " +
+         OrEmpty(first.GetAttrValue("Header")) + " and " + OrEmpty(second.GetAttrValue("Header")) +
+         ", but different options; set Build.OutputFile of one of them to a different name";
+}
+
 }  // namespace
 
 StatusSurvey::StatusSurvey(Builder& builder)
@@ -261,19 +270,24 @@ std::string ProjectInspector::GetSharedOutputs(const char* application) {
   if (model == nullptr) return lines;
   const CXmlNode* const only = wanted.empty() ? nullptr : FindApplication(*model, wanted);
   const auto isWanted = [&](const CXmlNode& node) { return wanted.empty() || &node == only; };
-  const auto add = [&](const SharedOutput& each) {
-    if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
-  };
   std::vector<CXmlNode*> applications;
   ForEachApplication(*model, [&](CXmlNode& node) {
     applications.push_back(&node);
     if (!isWanted(node)) return;
-    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) add(each);
+    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) {
+      if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
+    }
   });
   if (applications.size() < 2) return lines;
+  ToolCommands& commands = GetBuilder()->Information().GetToolCommands();
   FindOutputsOfSeveral(
       applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
-        if (isWanted(first) || isWanted(second)) add(each);
+        if (!isWanted(first) && !isWanted(second)) return;
+        if (!each.isSameSource) {
+          lines += DescribeSharedOutput(each) + "\n";
+        } else if (commands.HashOf(*each.first) != commands.HashOf(*each.second)) {
+          lines += DescribeSharedSource(each, first, second) + "\n";
+        }
       });
   return lines;
 }

@@ -343,5 +343,28 @@ TEST(CliCurrent, TwoApplicationsThatMakeOneFileAreRefused) {
   }
 }
 
+TEST(CliCurrent, ASourceThatIsMadeIntoOneFileWithDifferentOptionsIsRefused) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c", "b.c"}}, {"two", {"a.c", "b.c"}}});
+  for (const char* each : {"app", "two"}) {
+    project.Out(
+        {"options", "set", "-n", each + std::string("/a.c"), "Build.OutputFile", "build/a.o"});
+  }
+  project.Out({"build"});
+  project.Out({"options", "set", "--app", "two", "Compiler.Defines", "X"});
+  for (const std::vector<std::string>& words :
+       std::vector<std::vector<std::string>>{{"build"}, {"build", "--app", "two"}}) {
+    const auto refused = project.Run(words);
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(Has(refused.out,
+                    "in the applications app and two, but different options; set "
+                    "Build.OutputFile of one of them"))
+        << refused.out;
+  }
+  EXPECT_TRUE(Has(project.Run({"check"}).out, "build/a.o is also the output of src/a.c"));
+  project.Out({"options", "set", "--app", "app", "Compiler.Defines", "X"});
+  EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c app a.c b.c two");
+}
+
 }  // namespace
 }  // namespace tarn::host
