@@ -1,5 +1,6 @@
 // Status of the nodes before a build: which are out of date and why, inputs and outputs of tools.
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "builder/LinkFiles.h"
 #include "builder/OutputIndex.h"
 #include "builder/Staleness.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
 #include "xml/XmlNode.h"
@@ -194,8 +196,25 @@ void StatusSurvey::EndApplication() {
   application_ = nullptr;
 }
 
+// Returns true if the node's source is missing, and no other node makes it.
+bool StatusSurvey::LacksSource(const CXmlNode& node) const {
+  BuildInformation& information = builder_.Information();
+  const std::string path = OrEmpty(node.GetAttrValue("Path"));
+  if (&node == application_ || path.empty() || information.GetMtimes().Get(path).exists) {
+    return false;
+  }
+  return std::ranges::none_of(order_.GetAll(), [&](CXmlNode* each) {
+    const std::string stamp = path + std::string(kStampExtension);
+    return information.FindNodeByOutput(*each, path.c_str()) != nullptr ||
+           information.FindNodeByOutput(*each, stamp.c_str()) != nullptr;
+  });
+}
+
 void StatusSurvey::Examine(CXmlNode& node) {
-  const StaleVerdict verdict = builder_.ExamineNode(node);
+  StaleVerdict verdict = builder_.ExamineNode(node);
+  // Before the source is restored, no other reason matters.
+  if (verdict && LacksSource(node))
+    verdict = {StaleReason::SourceMissing, node.GetAttrValue("Path")};
   const bool waitsForParts = !verdict && &node == application_ && partsAreStale_;
   if (!verdict && !waitsForParts) return;
   partsAreStale_ = true;

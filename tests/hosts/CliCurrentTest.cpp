@@ -315,6 +315,28 @@ TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   EXPECT_EQ(first.code, 0);
 }
 
+TEST(CliCurrent, AMissingSourceIsNamedRatherThanWhatIsMadeFromIt) {
+  CliProject project;
+  const std::string source = project.Read("src/c.c");
+  const struct {
+    const char* name;
+    std::function<void()> prepare;
+  } rows[] = {
+      {"never built", [] {}},
+      {"output changed", [&] { project.Edit("build/Standard/app.obj/src/c.c.o", "x"); }},
+      {"output missing", [&] { fs::remove_all(project.PathOf("build")); }},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    row.prepare();
+    fs::remove(project.PathOf("src/c.c"));
+    const std::string status = project.Run({"status"}).out;
+    EXPECT_TRUE(Has(status, "src/c.c  its source src/c.c is missing\n")) << status;
+    project.Write("src/c.c", source);
+    project.Out({"build"});
+  }
+}
+
 TEST(CliCurrent, AStateThatCannotBeKeptIsReportedEachTime) {
   CliProject project;
   fs::create_directory(project.PathOf("demo.tstate"));
