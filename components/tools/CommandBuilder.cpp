@@ -392,8 +392,19 @@ class PlanBuilder : public TemplateValues {
                "\"; allowed: " + std::string(DescribeAllowed(rule.allowed)));
   }
 
+  // Refuses an output without a name: the tool would complain about an argument, which the project
+  // doesn't have.
+  void RefuseUnnamedOutput() const {
+    if (!plan_.problems.empty()) return;
+    for (const std::string& macro : tool_.output.GetOptionMacros()) {
+      AddProblem("the option " + macro.substr(2, macro.size() - 3) +
+                 " is empty; it has to name the output file");
+    }
+  }
+
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
     CheckAllowed(rule);
+    if (plan_.output.empty() && rule.value.Has(OwnName::Output)) RefuseUnnamedOutput();
     const bool isFile = rule.source == ArgumentRule::Source::Files;
     const auto asPath = [this, isFile, &rule](const std::string& value) {
       const std::string path = isSplitLater_ ? RestoreSeparators(value) : value;

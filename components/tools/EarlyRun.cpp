@@ -16,6 +16,7 @@ bool Contains(const std::vector<std::string>& list, const std::string& text) {
 
 std::vector<std::string> WrittenBy(const ToolPlan& plan) {
   std::vector<std::string> written = plan.products;
+  written.insert(written.end(), plan.byProducts.begin(), plan.byProducts.end());
   for (const std::string& path :
        {plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules, plan.globals}) {
     if (!path.empty()) written.push_back(path);
@@ -37,6 +38,7 @@ EarlyRun::EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
       claims_(WrittenBy(run_.Plan())) {
   // Compilers derive the names of by-products from that of the output.
   claims_.push_back(WithoutExtension(run_.Plan().outputOnDisk));
+  run_.ListInputsOnError();
 }
 
 std::string EarlyRun::KeyOf(const char* tool, const char* files, const char* options) {
@@ -67,25 +69,25 @@ void EarlyRun::Execute() {
   if (events_) events_->Start();
   hasSucceeded_ = run_.Run();
   if (events_) events_->End(hasSucceeded_, run_.GetExitCode());
-  // The tool runs again in its turn, and many messages take much memory.
-  if (!hasSucceeded_) static_cast<void>(run_.TakeMessages());
+  // The tool is going to run again in its turn, and many messages take much memory.
+  if (run_.GetInputs() == nullptr) static_cast<void>(run_.TakeMessages());
 }
 
 bool EarlyRun::IsValid(std::size_t mostMessages) {
   if (events_) events_->BeginRetiring();
-  if (!hasSucceeded_ || !run_.Record()) return false;
+  const BuildRecord* const inputs = run_.GetInputs();
+  if (inputs == nullptr) return false;
   // With a different limit, the run might have retained different messages.
   const bool isLimited = run_.GetLog().GetRetained() >= std::min(most_, mostMessages);
   if (most_ != mostMessages && isLimited) return false;
-  const BuildRecord& record = *run_.Record();
   std::vector<std::string> read = owned_->job.files;
-  read.insert(read.end(), record.dependencies.begin(), record.dependencies.end());
+  read.insert(read.end(), inputs->dependencies.begin(), inputs->dependencies.end());
   const bool isUnchanged = std::all_of(
       read.begin(), read.end(), [this](const std::string& path) { return IsUnchanged(path); });
   const auto exists = [this](const std::string& path) {
     return world_.files->ExamineExactly(path).has_value();
   };
-  return isUnchanged && !std::any_of(record.missing.begin(), record.missing.end(), exists) &&
+  return isUnchanged && !std::any_of(inputs->missing.begin(), inputs->missing.end(), exists) &&
          !IsShadowed(read);
 }
 
@@ -98,7 +100,7 @@ bool EarlyRun::IsUnchanged(const std::string& path) const {
 // was added to or removed from a folder with files that were read, or a file that was created since
 // is found before one of them. The run itself adds entries to the folders of its output.
 bool EarlyRun::IsShadowed(const std::vector<std::string>& read) const {
-  std::vector<std::string> folders = run_.Record()->search;
+  std::vector<std::string> folders = run_.GetInputs()->search;
   for (const std::string& path : read) {
     std::string folder = FolderOf(path);
     if (!Contains(folders, folder)) folders.push_back(std::move(folder));

@@ -44,8 +44,8 @@ class EarlyRun {
   void Execute();
   // Thread-safe.
   void Stop() { running_.Stop(); }
-  // Returns true if the run succeeded and none of the files that it read, or would have read if
-  // they existed, has changed since it started.
+  // Returns true if none of the files that the run read, or would have read if they existed, has
+  // changed since it started. Returns false if these files are unknown, as for most failed runs.
   bool IsValid(std::size_t mostMessages);
   // Removes the files that the run has written.
   void RemoveResults() { run_.RemoveResults(); }

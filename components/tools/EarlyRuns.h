@@ -39,9 +39,9 @@ class EarlyRuns {
   // Returns the run with this key, which may not have ended; null if there is none. Valid until
   // IsValid, Take or Drop.
   const EarlyRun* Get(const std::string& key);
-  // Waits until the run with this key has ended. Returns true if it succeeded and its result is
-  // what the same run would produce now, given the limit for messages that now applies; otherwise
-  // removes the run and its results. Returns false if there is no such run.
+  // Waits until the run with this key has ended. Returns true if its result, which may be a
+  // failure, is what the same run would produce now, given the limit for messages that now applies;
+  // otherwise removes the run and its results. Returns false if there is no such run.
   bool IsValid(const std::string& key, std::size_t mostMessages);
   // Removes a run that IsValid has accepted, and returns it; null if there is none with this key.
   std::unique_ptr<EarlyRun> Take(const std::string& key);

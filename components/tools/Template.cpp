@@ -62,6 +62,11 @@ Template Template::Literal(std::string_view text) {
   return result;
 }
 
+bool Template::Has(OwnName name) const {
+  return std::ranges::any_of(
+      pieces_, [name](const Piece& each) { return each.kind == Kind::Own && each.own == name; });
+}
+
 bool Template::HasOwnMacros() const {
   return std::any_of(pieces_.begin(), pieces_.end(),
                      [](const Piece& each) { return each.kind == Kind::Own; });

@@ -38,6 +38,8 @@ class Template {
   std::string Fill(const TemplateValues& values, const Change& change = nullptr) const;
   // Returns the option macros in the template, each complete: "$(Section.Property)".
   std::vector<std::string> GetOptionMacros() const;
+  // Returns true if it uses this name.
+  bool Has(OwnName name) const;
   // Returns true if it uses an OwnName, such as $(Output).
   bool HasOwnMacros() const;
 

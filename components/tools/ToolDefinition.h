@@ -162,6 +162,8 @@ struct ToolDefinition {
   std::size_t folder = 0;  // number of the folder that defines it
   // Reads only the files that its rules list, and writes only those that its plan names.
   bool isEarly = false;
+  // Also writes its rules if it ends with errors in its sources, unless it has missed a file.
+  bool listsOnError = false;
   std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
   std::string toolchain;  // whose programs it runs; empty if they are searched for in PATH only

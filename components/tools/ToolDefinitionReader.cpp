@@ -57,9 +57,10 @@ class ToolReader : public ElementReader {
          "LinkTime",  "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
          "Follow",    "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays",
          "Harmless",  "LoadsFrom",   "LoadsNextTo",  "LoadsHere",      "Early",        "Carries",
-         "Toolchain", "Action",      "If",           "Needs"});
+         "Toolchain", "Action",      "If",           "Needs",          "RulesOnError"});
     tool_->name = Text(node, "Name");
     tool_->isEarly = IsYes(node, "Early");
+    tool_->listsOnError = IsYes(node, "RulesOnError");
     tool_->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool_->title = Text(node, "Title");
     tool_->toolchain = ToolchainOf(node);

@@ -74,9 +74,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   // early run writes the same file. Returns immediately.
   std::int32_t PrepareTool(const char* tool, const char* files, const char* options);
   // Notifies the frame of the start of the early run with these arguments, and waits for its end.
-  // Returns 1 if RunTool will return its result.
-  // Otherwise, because the run failed or its inputs have changed since, removes what it wrote, and
-  // RunTool runs the tool. Returns 0 also if there is no such run.
+  // Returns 1 if RunTool will return its result, which may be a failure. Otherwise, because its
+  // inputs have changed since or are unknown, removes what it wrote, and RunTool runs the tool.
+  // Returns 0 also if there is no such run.
   std::int32_t AwaitTool(const char* tool, const char* files, const char* options);
   // Stops the early runs that were not requested, and removes what they wrote. Always returns 1.
   std::int32_t DropTools();

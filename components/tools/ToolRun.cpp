@@ -69,7 +69,10 @@ bool ToolRun::Run() {
       std::ranges::all_of(plan_.commands,
                           [this](const ToolCommand& command) { return RunCommand(command); }) &&
       CollectRecord();
-  if (!isDone) RemoveLeft();
+  if (!isDone) {
+    CollectFailedInputs();
+    RemoveLeft();
+  }
   return isDone;
 }
 
@@ -86,9 +89,6 @@ bool ToolRun::Prepare() {
   if (!plan_.problems.empty()) return false;
   if (RefusesNames()) return false;
   startTime_ = world_.files->Clock();
-  if (tool_.globals.format == GlobalsRule::Format::Cdb) {
-    earlierCdb_ = world_.files->ExamineExactly(CdbPath());
-  }
   std::vector<std::string> written{plan_.outputOnDisk, plan_.listing, plan_.rules,
                                    plan_.furtherRules, plan_.globals};
   written.insert(written.end(), plan_.products.begin(), plan_.products.end());
@@ -104,7 +104,31 @@ bool ToolRun::Prepare() {
   for (const std::string& rules : {plan_.rules, plan_.furtherRules}) {
     if (!rules.empty()) static_cast<void>(world_.files->RemoveScratchFile(rules));
   }
-  return plan_.commands.empty() || RemoveEarlier();
+  if (!plan_.commands.empty() && !RemoveEarlier()) return false;
+  ExamineEarlier();
+  return true;
+}
+
+void ToolRun::ExamineEarlier() {
+  std::vector<std::string> kept = plan_.keptProducts;
+  kept.insert(kept.end(), plan_.byProducts.begin(), plan_.byProducts.end());
+  kept.push_back(plan_.globals);
+  if (tool_.globals.format == GlobalsRule::Format::Cdb) kept.push_back(CdbPath());
+  for (const std::string& path : kept) {
+    const auto status = path.empty() ? std::nullopt : world_.files->ExamineExactly(path);
+    if (status) earlier_.emplace(path, *status);
+  }
+  isPrepared_ = true;
+}
+
+// Returns true if the file exists and was written by this run. Its time alone doesn't tell: another
+// program may have written it in the clock tick in which the run started, and the clock of a file
+// server may differ.
+bool ToolRun::HasWritten(const std::string& path) const {
+  if (!isPrepared_ || path.empty()) return false;
+  const auto status = world_.files->ExamineExactly(path);
+  const auto earlier = earlier_.find(path);
+  return status && (earlier == earlier_.end() || !IsSameVersion(*status, earlier->second));
 }
 
 // A tool could write a file with such a name, but it would not be found here.
@@ -141,15 +165,12 @@ bool ToolRun::RemoveEarlier() {
 }
 
 void ToolRun::RemoveResults() {
-  if (startTime_ == 0) return;
   std::vector<std::string> made = FindProducts();
   made.push_back(plan_.outputOnDisk);
   for (std::string& path : FindByProducts()) made.push_back(std::move(path));
   for (const std::string& path : made) {
     const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
-    const auto status = isInput ? std::nullopt : world_.files->ExamineExactly(path);
-    if (status && status->changed >= startTime_)
-      static_cast<void>(world_.files->RemoveOwnFile(path));
+    if (!isInput && HasWritten(path)) static_cast<void>(world_.files->RemoveOwnFile(path));
   }
 }
 
@@ -203,7 +224,7 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
 
 bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& request) {
   errorsBefore_ = log_.ErrorCount();
-  hasStatedError_ = false;
+  hasStatedError_ = hasPlacedError_ = false;
   stepStart_ = log_.GetPosition();
   capturedBefore_ = captured_.size();
   auto started = world_.launcher->Start(request);
@@ -253,6 +274,8 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   // Complaints of an optional step must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
   hasStatedError_ = hasStatedError_ || (message.failsStep && !command.rule->isOptional);
+  hasPlacedError_ =
+      hasPlacedError_ || (message.severity == Severity::Error && !message.file.empty());
   log_.Add(std::move(message));
   constexpr std::size_t kMostOverflows = 8;
   sizes::RegionOverflow overflow = sizes::ReadOverflow(clean);
@@ -264,6 +287,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
 }
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
+  hasPlacedError_ = hasPlacedError_ && !exit.signalled && !running_.IsStopping();
   if (running_.IsStopping()) return log_.AddPlain("stopped"), false;
   if (exit.code == 0 && !exit.signalled) return !hasStatedError_;
   const std::string reason = exit.signalled
@@ -354,7 +378,9 @@ bool ToolRun::CollectRecord() {
   }
   found.infos = DescribeSizes(sizes, tool_.size.sums, plan_.sizeBounds);
   found.programs = ProgramsOf(world_, plan_);
-  if (!ReadDependencies(found)) return false;
+  if (const std::string problem = ReadDependencies(found); !problem.empty()) {
+    return FailRules(problem);
+  }
   found.date = BringForward(found, *status);
   found.command = HashCommands(world_, plan_);
   found.hasInexactNames = plan_.hasInexactNames;
@@ -398,7 +424,7 @@ std::vector<std::string> ToolRun::FindProducts() const {
   return made;
 }
 
-// Excludes files older than the run, which need not have been produced by the tool.
+// Excludes files that the tool has left as they were.
 std::vector<std::string> ToolRun::FindByProducts() const {
   std::vector<std::string> made = plan_.byProducts;
   for (const std::string& start : plan_.byProductStarts) {
@@ -409,10 +435,7 @@ std::vector<std::string> ToolRun::FindByProducts() const {
   }
   made.push_back(plan_.rules);
   made.push_back(plan_.furtherRules);
-  std::erase_if(made, [this](const std::string& path) {
-    const auto status = path.empty() ? std::nullopt : world_.files->ExamineExactly(path);
-    return !status || status->changed < startTime_;
-  });
+  std::erase_if(made, [this](const std::string& path) { return !HasWritten(path); });
   return made;
 }
 
@@ -446,11 +469,9 @@ std::string ToolRun::CdbPath() const {
   return WithExtension(plan_.outputOnDisk, ".cdb");
 }
 
-// A file that this run has not written belongs to an earlier program with debug information. Its
-// time doesn't tell: the earlier run may have ended in the clock tick in which this one started.
+// A file that this run has not written belongs to an earlier program with debug information.
 GlobalSymbols ToolRun::ReadCdb() const {
-  const auto status = world_.files->ExamineExactly(CdbPath());
-  if (!status || (earlierCdb_ && IsSameVersion(*status, *earlierCdb_))) return {};
+  if (!HasWritten(CdbPath())) return {};
   return ReadCdbSymbols(*world_.files, CdbPath(), job_.files, job_.baseFolder);
 }
 

@@ -42,6 +42,14 @@ class ToolRun {
   ToolMessages TakeMessages() { return log_.Take(); }
   // The record of a successful run with an output; nullopt otherwise.
   const std::optional<BuildRecord>& Record() const { return record_; }
+  // Also determines the inputs of a run that fails. Call this before Run.
+  void ListInputsOnError() { listsInputsOnError_ = true; }
+  // What decides about the result of the run: dependencies, search folders and missing files of the
+  // record, also if the tool has failed because of errors in these files. nullptr if that is
+  // unknown.
+  const BuildRecord* GetInputs() const {
+    return record_ ? &*record_ : failedInputs_ ? &*failedInputs_ : nullptr;
+  }
   // Time at which the run started, on the file system's clock; 0 if it didn't start.
   std::int64_t GetStartTime() const { return startTime_; }
   // Exit code of the last process; 0 if none was started.
@@ -52,6 +60,8 @@ class ToolRun {
  private:
   bool Prepare();
   bool RemoveEarlier();
+  void ExamineEarlier();
+  bool HasWritten(const std::string& path) const;
   bool RefusesNames();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
@@ -67,13 +77,16 @@ class ToolRun {
   std::int64_t MillisecondsSince(std::int64_t start) const;
   bool FailAfterEnd(const std::string& fault);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
-  // Returns false, after adding an error message, if the dependencies can't be determined.
-  bool ReadDependencies(BuildRecord& found);
+  void CollectFailedInputs();
+  // Return why the dependencies can't be determined, as the rest of a sentence about the rules; an
+  // empty string if they can.
+  std::string ReadDependencies(BuildRecord& found);
+  std::string ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
   const std::string& RulesFolder() const;
-  bool ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
   void ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names);
   void AddEarlier(const std::string& path, BuildRecord& found) const;
   void AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const;
+  bool MayMissAssembledFile(const BuildRecord& found) const;
   bool FailRules(const std::string& problem);
   std::map<std::string, std::uint64_t> ReadProgramSizes() const;
   bool IsOutputCut() const;
@@ -101,16 +114,21 @@ class ToolRun {
   MessageLog log_;
   OutputHandler onOutput_;
   std::string captured_;
-  std::int64_t startTime_ = 0;            // on the file system's clock
-  std::optional<FileStatus> earlierCdb_;  // debug information of sdcc before the run
+  std::int64_t startTime_ = 0;  // on the file system's clock
+  // Files that the run may write, and that exist before its first step, by path.
+  std::map<std::string, FileStatus> earlier_;
+  bool isPrepared_ = false;  // the run may have written files
   int exitCode_ = 0;
   // State before the current or last step.
   std::size_t errorsBefore_ = 0;
   bool hasStatedError_ = false;  // the step printed an error that fails it
+  bool hasPlacedError_ = false;  // the step printed an error in a file, and ended by itself
   std::size_t stepStart_ = 0;    // its position in `log`
   std::size_t capturedBefore_ = 0;
   std::vector<sizes::RegionOverflow> overflows_;  // that the linker has reported
   std::optional<BuildRecord> record_;
+  bool listsInputsOnError_ = false;
+  std::optional<BuildRecord> failedInputs_;
 };
 
 }  // namespace tarn::tools

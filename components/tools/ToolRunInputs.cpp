@@ -41,7 +41,7 @@ std::vector<std::string_view> SplitAny(std::string_view text, std::string_view s
 }  // namespace
 
 // Unknown dependencies must be an error: without any, the output would never be stale again.
-bool ToolRun::ReadDependencies(BuildRecord& found) {
+std::string ToolRun::ReadDependencies(BuildRecord& found) {
   ReadFiles read = FindReadFiles(tool_, plan_, job_.files, *world_.files);
   std::vector<std::string> names = job_.respelled;
   names.insert(names.end(), read.found.begin(), read.found.end());
@@ -57,7 +57,9 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   if (!tool_.search.empty() && found.search.empty() && !job_.files.empty()) {
     found.search.push_back(FolderOf(job_.files.front()));
   }
-  if (!plan_.rules.empty() && !ReadRules(found.search, names)) return false;
+  if (!plan_.rules.empty()) {
+    if (std::string problem = ReadRules(found.search, names); !problem.empty()) return problem;
+  }
   if (!plan_.furtherRules.empty()) ReadFurtherRules(found, names);
   const bool isCompiler = tool_.carriers.empty();
   if (isCompiler && LeavesCodeToTheLink(tool_, words)) AddAssembledFiles(found, names);
@@ -71,7 +73,7 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   for (std::string& path : helpers_.Find(world_, tool_, plan_)) {
     if (seen.insert(path).second) found.programs.push_back(std::move(path));
   }
-  return true;
+  return {};
 }
 
 // Base of the names in dependency files. A tool's conditions can leave it without any step.
@@ -80,38 +82,37 @@ const std::string& ToolRun::RulesFolder() const {
 }
 
 // A header of the toolchain is a dependency only if it is in a folder named by the command.
-bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
+std::string ToolRun::ReadRules(const std::vector<std::string>& search,
+                               std::vector<std::string>& names) {
   const auto text = world_.files->ReadWholeFile(plan_.rules);
-  if (!text) return FailRules("can't be read: " + text.GetError().text);
+  if (!text) return "can't be read: " + text.GetError().text;
   const DepFile rules = ReadDepFile(*text);
-  if (!rules.problem.empty()) return FailRules(rules.problem);
+  if (!rules.problem.empty()) return rules.problem;
   const ToolchainFolders toolchain(world_, plan_);
   const auto isBelow = [](const std::string& path, const std::string& folder) {
     return path.starts_with(AddSeparator(folder));
   };
   std::unordered_set<std::string> fileNames;
   for (const std::string& name : rules.names) {
-    // Tools write names of this platform: a letter and a colon are the start of a plain name.
-    const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
-    std::string path = AbsolutePath(world_.files, RulesFolder(), isDriveless ? "./" + name : name);
+    const std::string named = PathOfName(name);
+    std::string path = AbsolutePath(world_.files, RulesFolder(), named);
     if (HasOddCharacter(name) && !world_.files->Examine(path)) {
-      return FailRules("names a file that can't be followed, rename it: " + name);
+      return "names a file that can't be followed, rename it: " + name;
     }
     fileNames.insert(FoldCase(FileNameOf(path)));
-    const bool isOwn = isDriveless || IsRelativePath(name) || !toolchain.Has(path) ||
-                       isBelow(path, RulesFolder()) ||
-                       std::any_of(search.begin(), search.end(), [&](const std::string& folder) {
-                         return isBelow(path, folder);
-                       });
+    const bool isOwn =
+        IsRelativePath(named) || !toolchain.Has(path) || isBelow(path, RulesFolder()) ||
+        std::any_of(search.begin(), search.end(),
+                    [&](const std::string& folder) { return isBelow(path, folder); });
     if (isOwn) names.push_back(std::move(path));
   }
   // Compares the last component only, because a launcher may write the folders differently.
   for (const std::string& source : job_.files) {
     if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
-      return FailRules("doesn't name the source " + source);
+      return "doesn't name the source " + source;
     }
   }
-  return true;
+  return {};
 }
 
 // An assembler that runs after a compiler also reports the compiler's intermediate file, which is
@@ -130,7 +131,8 @@ void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& nam
     titles.insert(FileNameOf(source));
     titles.insert(FileNameOf(WithoutExtension(source)));
   }
-  for (const std::string& name : ReadDepFile(*text).names) {
+  for (const std::string& each : ReadDepFile(*text).names) {
+    const std::string name = PathOfName(each);
     std::string path = AbsolutePath(world_.files, RulesFolder(), name);
     const bool isBetween =
         ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
@@ -182,13 +184,37 @@ void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& na
     for (const std::string_view word : SplitAny(text, " \t\r\n\"'<>()[]{},;\\=")) {
       if (word.empty() || !tried.emplace(word).second) continue;
       for (const std::string& folder : folders) {
-        std::string path = AbsolutePath(world_.files, folder, word);
+        std::string path = AbsolutePath(world_.files, folder, PathOfName(word));
         if (!world_.files->ExamineExactly(path)) continue;
         AddEarlier(path, found);
         names.push_back(std::move(path));
       }
     }
   }
+}
+
+// The rules of a tool that has missed a file don't exist, or don't say where it is searched for.
+void ToolRun::CollectFailedInputs() {
+  if (!listsInputsOnError_ || !tool_.listsOnError || !hasPlacedError_) return;
+  BuildRecord found;
+  if (!ReadDependencies(found).empty() || MayMissAssembledFile(found)) return;
+  failedInputs_ = std::move(found);
+}
+
+// Returns true if assembler code may name a file. An assembler that doesn't find it writes no
+// rules, but the compiler before it has written its own.
+bool ToolRun::MayMissAssembledFile(const BuildRecord& found) const {
+  const auto mayName = [](std::string_view text) {
+    const std::string folded = FoldCase(text);
+    return folded.find("incbin") != folded.npos || folded.find(".include") != folded.npos;
+  };
+  for (const std::vector<std::string>* paths : {&job_.files, &found.dependencies}) {
+    for (const std::string& path : *paths) {
+      const auto text = world_.files->ReadWholeFile(path);
+      if (!text || mayName(*text)) return true;
+    }
+  }
+  return std::ranges::any_of(found.definitions, mayName);
 }
 
 bool ToolRun::FailRules(const std::string& problem) {

@@ -100,9 +100,8 @@ class LookupFinder {
       for (const std::string& name : plan_.implicitLibraries) AddLibrary(rule, name, namedFolders_);
     }
     for (const std::string& name : ValuesOf(tool_.includes, given.words)) {
-      Lookup lookup{{AbsolutePath(&disk_, folder_, name)}, true};
-      for (const std::string& each : search_)
-        lookup.places.push_back(AbsolutePath(&disk_, each, name));
+      Lookup lookup{{Place(folder_, name)}, true};
+      for (const std::string& each : search_) lookup.places.push_back(Place(each, name));
       Add(std::move(lookup));
     }
     for (const std::string& each : ValuesOf(tool_.helpers.folderFlags, given.words))
@@ -174,14 +173,19 @@ class LookupFinder {
   // Files named by arguments are also searched in the library folders.
   void AddName(std::string_view name) {
     if (name.empty()) return;
-    Lookup lookup{{AbsolutePath(&disk_, folder_, name)}, false};
+    Lookup lookup{{Place(folder_, name)}, false};
     if (own_.contains(lookup.places.front())) return;
-    if (IsRelativePath(name)) {
+    if (IsRelativePath(PathOfName(name))) {
       for (const std::string& each : LibraryFolders()) {
-        lookup.places.push_back(AbsolutePath(&disk_, each, name));
+        lookup.places.push_back(Place(each, name));
       }
     }
     Add(std::move(lookup));
+  }
+
+  // Returns the path of a name that an argument or a file contains, if it is found in the folder.
+  std::string Place(const std::string& folder, std::string_view name) const {
+    return AbsolutePath(&disk_, folder, PathOfName(name));
   }
 
   void AddPath(const std::string& path, bool isCertain) { Add({{path}, isCertain}); }
@@ -242,11 +246,9 @@ class LookupFinder {
       }
       return;
     }
-    Lookup lookup{{AbsolutePath(&disk_, folder_, name)}, true};
-    lookup.places.push_back(AbsolutePath(&disk_, FolderOf(script), name));
-    for (const std::string& each : LibraryFolders()) {
-      lookup.places.push_back(AbsolutePath(&disk_, each, name));
-    }
+    Lookup lookup{{Place(folder_, name)}, true};
+    lookup.places.push_back(Place(FolderOf(script), name));
+    for (const std::string& each : LibraryFolders()) lookup.places.push_back(Place(each, name));
     Add(std::move(lookup));
   }
 
@@ -256,7 +258,7 @@ class LookupFinder {
     std::vector<std::string> folders = search_;
     folders.push_back(FolderOf(includer));
     for (const std::string& each : folders) {
-      const std::string path = AbsolutePath(&disk_, each, name);
+      const std::string path = Place(each, name);
       AddPath(path, false);
       FollowFile(path);
     }

@@ -11,7 +11,6 @@
 
 #include "hosts/cli/CommandArguments.h"
 #include "hosts/cli/CommandList.h"
-#include "hosts/cli/Console.h"
 #include "hosts/cli/HelpText.h"
 #include "platform/text/Suggest.h"
 
@@ -127,15 +126,7 @@ CommandEntry DescribeCommandLine() {
   return DescribeCommand(grammar.App());
 }
 
-namespace {
-
-void Complain(const std::string& text, const std::vector<std::string>& more = {}) {
-  Console(std::cout, {}).Complain(text, more);
-}
-
-}  // namespace
-
-ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, Console& console) {
   Grammar grammar(std::vector<std::string_view>(argv, argv + argc));
   // `tarn help build` is equivalent to `tarn build --help`.
   std::vector<const char*> turned(argv, argv + argc);
@@ -151,11 +142,11 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   const std::vector<std::string> unknown =
       ExplainUnknownCommand(grammar, grammar.App(), argc, argv, 1);
   if (!unknown.empty()) {
-    Complain(unknown.front(), {unknown.begin() + 1, unknown.end()});
+    console.Complain(unknown.front(), {unknown.begin() + 1, unknown.end()});
     return {std::nullopt, kExitUsage};
   }
   if (const std::string option = OptionWithoutValue(argc, argv); !option.empty()) {
-    Complain(option + " needs a value");
+    console.Complain(option + " needs a value");
     return {std::nullopt, kExitUsage};
   }
   try {
@@ -165,10 +156,10 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
     const int code = grammar.App().exit(asked, text, text);
     std::string shown = text.str();
     if (shown.ends_with('\n')) shown.pop_back();
-    Console(std::cout, {}).PrintDocument(shown, DocumentFormat::Lines);
+    console.PrintDocument(shown, DocumentFormat::Lines);
     return {std::nullopt, code};
   } catch (const CLI::Error& wrong) {
-    Complain(wrong.what(), {HelpHint(grammar.App())});
+    console.Complain(wrong.what(), {HelpHint(grammar.App())});
     return {std::nullopt, kExitUsage};
   }
   return {grammar.Result(), kExitDone};

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "hosts/cli/CommandEntry.h"
+#include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
 
 namespace tarn::host {
@@ -14,7 +15,8 @@ struct ParsedCommandLine {
   int exitCode = kExitDone;
 };
 
-ParsedCommandLine ParseCommandLine(int argc, const char* const* argv);
+// Prints to `console`.
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv, Console& console);
 
 // Describes the program with all its commands, from the definitions for the parser.
 CommandEntry DescribeCommandLine();

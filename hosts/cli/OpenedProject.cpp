@@ -135,7 +135,8 @@ int CommandContext::StartSession() {
   if (started) {
     BuildLimits limits = asked_.limits;
     limits.joinsJobserver = Access() == ProjectAccess::Build || Access() == ProjectAccess::Script;
-    for (const std::string& each : Session().SetLimits(limits)) Remark(Printable(each));
+    // Also with --quiet, since the build takes longer than it could.
+    for (const std::string& each : Session().SetLimits(limits)) Complain(Printable(each));
     return kExitDone;
   }
   Complain("This installation is incomplete: " + started.GetError().place + ": " +

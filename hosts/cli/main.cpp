@@ -85,7 +85,7 @@ int Run(int argc, char** argv, Console& console) {
   const std::vector<std::string> words = tarn::host::ProgramArguments(argc, argv);
   std::vector<const char*> arguments;
   for (const std::string& word : words) arguments.push_back(word.c_str());
-  const auto parsed = tarn::host::ParseCommandLine(argc, arguments.data());
+  const auto parsed = tarn::host::ParseCommandLine(argc, arguments.data(), console);
   if (!parsed.invocation) return parsed.exitCode;
   console.SetStyle(tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
   return RunCommand(*parsed.invocation, words, console);

@@ -23,7 +23,7 @@
     <Message Id="131081" String="The file '%s' could not be saved." />
     <Message Id="131082" String="%s: %s (%s)" />
     <Message Id="131083" String="Finished." />
-    <Message Id="131084" String="Stopped early; see the messages above." />
+    <Message Id="131084" String="Not completed; see the messages above." />
     <Message Id="131085" String="Building %s" />
     <Message Id="131086" String="Linking" />
     <Message Id="131087" String="Loading" />

@@ -1,5 +1,6 @@
 // Status of the nodes before a build: which are out of date and why, inputs and outputs of tools.
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "builder/LinkFiles.h"
 #include "builder/OutputIndex.h"
 #include "builder/Staleness.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
 #include "xml/XmlNode.h"
@@ -131,6 +133,15 @@ void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
   if (!exists) row.AddAttr("Detail", exists.GetError().text);
 }
 
+// Describes one source that two applications compile differently into the same file.
+std::string DescribeSharedSource(const SharedOutput& shared, const CXmlNode& first,
+                                 const CXmlNode& second) {
+  return OrEmpty(shared.second->GetAttrValue("Path")) + " has the same output file " +
+         OrEmpty(shared.second->GetAttrValue("OutputFile")) + " in the applications " +
+         OrEmpty(first.GetAttrValue("Header")) + " and " + OrEmpty(second.GetAttrValue("Header")) +
+         ", but different options; set Build.OutputFile of one of them to a different name";
+}
+
 }  // namespace
 
 StatusSurvey::StatusSurvey(Builder& builder)
@@ -185,8 +196,25 @@ void StatusSurvey::EndApplication() {
   application_ = nullptr;
 }
 
+// Returns true if the node's source is missing, and no other node makes it.
+bool StatusSurvey::LacksSource(const CXmlNode& node) const {
+  BuildInformation& information = builder_.Information();
+  const std::string path = OrEmpty(node.GetAttrValue("Path"));
+  if (&node == application_ || path.empty() || information.GetMtimes().Get(path).exists) {
+    return false;
+  }
+  return std::ranges::none_of(order_.GetAll(), [&](CXmlNode* each) {
+    const std::string stamp = path + std::string(kStampExtension);
+    return information.FindNodeByOutput(*each, path.c_str()) != nullptr ||
+           information.FindNodeByOutput(*each, stamp.c_str()) != nullptr;
+  });
+}
+
 void StatusSurvey::Examine(CXmlNode& node) {
-  const StaleVerdict verdict = builder_.ExamineNode(node);
+  StaleVerdict verdict = builder_.ExamineNode(node);
+  // Before the source is restored, no other reason matters.
+  if (verdict && LacksSource(node))
+    verdict = {StaleReason::SourceMissing, node.GetAttrValue("Path")};
   const bool waitsForParts = !verdict && &node == application_ && partsAreStale_;
   if (!verdict && !waitsForParts) return;
   partsAreStale_ = true;
@@ -261,19 +289,24 @@ std::string ProjectInspector::GetSharedOutputs(const char* application) {
   if (model == nullptr) return lines;
   const CXmlNode* const only = wanted.empty() ? nullptr : FindApplication(*model, wanted);
   const auto isWanted = [&](const CXmlNode& node) { return wanted.empty() || &node == only; };
-  const auto add = [&](const SharedOutput& each) {
-    if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
-  };
   std::vector<CXmlNode*> applications;
   ForEachApplication(*model, [&](CXmlNode& node) {
     applications.push_back(&node);
     if (!isWanted(node)) return;
-    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) add(each);
+    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) {
+      if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
+    }
   });
   if (applications.size() < 2) return lines;
+  ToolCommands& commands = GetBuilder()->Information().GetToolCommands();
   FindOutputsOfSeveral(
       applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
-        if (isWanted(first) || isWanted(second)) add(each);
+        if (!isWanted(first) && !isWanted(second)) return;
+        if (!each.isSameSource) {
+          lines += DescribeSharedOutput(each) + "\n";
+        } else if (commands.HashOf(*each.first) != commands.HashOf(*each.second)) {
+          lines += DescribeSharedSource(each, first, second) + "\n";
+        }
       });
   return lines;
 }

@@ -33,6 +33,7 @@ class StatusSurvey {
   void BeginApplication(CXmlNode& application);
   void EndApplication();
   void Examine(CXmlNode& node);
+  bool LacksSource(const CXmlNode& node) const;
 
   Builder& builder_;
   const std::uint64_t treeGeneration_;

@@ -39,7 +39,7 @@ std::string PipeCheck::Find(const std::string& source, const std::vector<std::st
     std::vector<std::string> searched{FolderOf(file)};
     searched.insert(searched.end(), folders.begin(), folders.end());
     for (const std::string& written : IncludesOf(file)) {
-      const std::string name = ToNativeSeparators(written);
+      const std::string name = ToNativeSeparators(PathOfName(written));
       for (const std::string& folder : searched) {
         std::string path = files_.Canonical(IsRelativePath(name) ? JoinPath(folder, name) : name);
         const Kind kind = KindOf(path);

@@ -62,7 +62,7 @@ ShadowCheck::Strings ShadowCheck::NamesOf(const BuildRecord& record, const Searc
   Strings names;
   std::unordered_set<std::string> known;
   const auto add = [&](std::string_view name) {
-    if (known.emplace(name).second) names.emplace_back(name);
+    if (known.emplace(name).second) names.push_back(PathOfName(name));
   };
   for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
     for (const std::string& name : Scan(record.inputs[i]).includes) add(name);

@@ -180,7 +180,7 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
       std::string::npos)
       << Ask(TARN_INS_GET_TREE);
   EXPECT_EQ(Ask(TARN_INS_GET_TREE).find("Values"), std::string::npos);
-  EXPECT_NE(Ask(TARN_INS_GET_STATUS).find("Reason=\"output-missing\""), std::string::npos)
+  EXPECT_NE(Ask(TARN_INS_GET_STATUS).find("Reason=\"source-missing\""), std::string::npos)
       << Ask(TARN_INS_GET_STATUS);
   std::string part = Ask(TARN_INS_GET_STATUS_FOR, {0, 1});
   EXPECT_EQ(part, "''") << "the first of several parts";

@@ -66,13 +66,14 @@ def run_jobs(world, firmware, edits, random, count, tally, options):
     """Makes `count` edits. After each, the same state is built with each number of jobs."""
     world.build()
     mending = False
+    kinds = options.only or KINDS
     for step in range(count):
         place = f"--toolchain {options.toolchain} --seed {options.seed} step {step}"
         kind, told = "heal", None
         try:
             while told is None:
                 kind = "heal" if mending else random.choices(
-                    KINDS, [WEIGHTS.get(each, 2) for each in KINDS])[0]
+                    kinds, [WEIGHTS.get(each, 2) for each in kinds])[0]
                 told = getattr(edits, kind)()
         except EditFailed as failure:
             tally.fault("failed command", f"{place} {kind}", failure)

@@ -315,6 +315,28 @@ TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   EXPECT_EQ(first.code, 0);
 }
 
+TEST(CliCurrent, AMissingSourceIsNamedRatherThanWhatIsMadeFromIt) {
+  CliProject project;
+  const std::string source = project.Read("src/c.c");
+  const struct {
+    const char* name;
+    std::function<void()> prepare;
+  } rows[] = {
+      {"never built", [] {}},
+      {"output changed", [&] { project.Edit("build/Standard/app.obj/src/c.c.o", "x"); }},
+      {"output missing", [&] { fs::remove_all(project.PathOf("build")); }},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    row.prepare();
+    fs::remove(project.PathOf("src/c.c"));
+    const std::string status = project.Run({"status"}).out;
+    EXPECT_TRUE(Has(status, "src/c.c  its source src/c.c is missing\n")) << status;
+    project.Write("src/c.c", source);
+    project.Out({"build"});
+  }
+}
+
 TEST(CliCurrent, AStateThatCannotBeKeptIsReportedEachTime) {
   CliProject project;
   fs::create_directory(project.PathOf("demo.tstate"));
@@ -341,6 +363,29 @@ TEST(CliCurrent, TwoApplicationsThatMakeOneFileAreRefused) {
     EXPECT_TRUE(Has(project.Out({"build"}), "Built 6 files"));
     EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
   }
+}
+
+TEST(CliCurrent, ASourceThatIsMadeIntoOneFileWithDifferentOptionsIsRefused) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c", "b.c"}}, {"two", {"a.c", "b.c"}}});
+  for (const char* each : {"app", "two"}) {
+    project.Out(
+        {"options", "set", "-n", each + std::string("/a.c"), "Build.OutputFile", "build/a.o"});
+  }
+  project.Out({"build"});
+  project.Out({"options", "set", "--app", "two", "Compiler.Defines", "X"});
+  for (const std::vector<std::string>& words :
+       std::vector<std::vector<std::string>>{{"build"}, {"build", "--app", "two"}}) {
+    const auto refused = project.Run(words);
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(Has(refused.out,
+                    "in the applications app and two, but different options; set "
+                    "Build.OutputFile of one of them"))
+        << refused.out;
+  }
+  EXPECT_TRUE(Has(project.Run({"check"}).out, "build/a.o is also the output of src/a.c"));
+  project.Out({"options", "set", "--app", "app", "Compiler.Defines", "X"});
+  EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c app a.c b.c two");
 }
 
 }  // namespace

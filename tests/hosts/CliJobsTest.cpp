@@ -75,12 +75,14 @@ TEST_F(CliJobs, NothingIsLeftOfRunsThatTheBuildDoesNotReach) {
 TEST_F(CliJobs, ARunIsRepeatedIfAnEarlierOneHasChangedWhatItRead) {
   const struct {
     const char* name;
-    const char* before;  // the header that is there at first, and its content
-    const char* change;
+    const char* before;  // the header that is there at first
+    const char* content = "#define G 1\n";
   } rows[] = {
-      {"header changes", "src/g.h", "printf '#define G 4711\\n' > src/g.h"},
-      {"header is shadowed", "inc/g.h", "printf '#define G 4711\\n' > src/g.h"},
-      {"header is created", nullptr, "printf '#define G 4711\\n' > src/g.h"},
+      {"header changes", "src/g.h"},
+      {"header is shadowed", "inc/g.h"},
+      {"header is created", nullptr},
+      {"header is mended", "src/g.h", "#error broken\n"},
+      {"broken header is shadowed", "inc/g.h", "#error broken\n"},
   };
   project.Out({"options", "set", "Directories.Include", "inc"});
   std::filesystem::create_directory(project.PathOf("inc"));
@@ -89,16 +91,16 @@ TEST_F(CliJobs, ARunIsRepeatedIfAnEarlierOneHasChangedWhatItRead) {
     project.Out({"clean"});
     std::filesystem::remove(project.PathOf("src/g.h"));
     std::filesystem::remove(project.PathOf("inc/g.h"));
-    if (row.before != nullptr) project.Write(row.before, "#define G 1\n");
+    if (row.before != nullptr) project.Write(row.before, row.content);
     project.Write("src/c.c", "#include \"g.h\"\nint c(void) { return G; }\n");
     std::filesystem::remove(project.PathOf("../c"));
-    project.AddProgram(
-        "gcc", CompilerThat(std::string("*src/a.c*) await c; ") + row.change +
-                            " ;;\n*src/c.c*) /usr/bin/gcc \"$@\"; code=$?; touch \"$TMPDIR/c\"; "
-                            "exit $code ;;\n"));
+    project.AddProgram("gcc",
+                       CompilerThat("*src/a.c*) await c; printf '#define G 4711\\n' > src/g.h ;;\n"
+                                    "*src/c.c*) /usr/bin/gcc \"$@\"; code=$?; touch \"$TMPDIR/c\"; "
+                                    "exit $code ;;\n"));
     const std::string out = project.Out({"build", "-j3"});
     EXPECT_EQ(Built(out), "a.c b.c c.c app") << out;
-    EXPECT_FALSE(Has(out, "No such file")) << out;
+    EXPECT_FALSE(Has(out, "error: ")) << out;
     EXPECT_TRUE(Has(ObjectOf("c"), "\x67\x12")) << "the old header is in the object";
     EXPECT_TRUE(Has(project.Out({"status"}), "up to date")) << project.Out({"status"});
     EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
@@ -256,6 +258,48 @@ TEST_F(CliJobs, TheRestIsBuiltAfterFailuresAndReportedAlike) {
     }
     EXPECT_EQ(Built(project.Out({"build"})), row.then);
   }
+}
+
+// Builds three sources with a header on which their compiler fails.
+class CliFailures : public CliJobs {
+ protected:
+  void ExpectRuns(const std::string& compiler, const std::string& header, std::size_t early) {
+    SCOPED_TRACE(compiler + ": " + header);
+    project.AddProgram(compiler,
+                       "#!/bin/sh\ncase \"$*\" in *src/?.c*) echo x >> \"$TMPDIR/log\" ;; "
+                       "esac\nexec /usr/bin/" +
+                           compiler + " \"$@\"\n");
+    for (const char* name : {"a", "b", "c"}) {
+      project.Write("src/" + std::string(name) + ".c", "#include \"a.h\"\n");
+    }
+    project.Write("src/a.h", header);
+    project.Out({"options", "set", "Target.Toolchain", "host-" + compiler});
+    std::string outs[2];
+    for (const char* jobs : {"-j1", "-j3"}) {
+      std::filesystem::remove(project.PathOf("../log"));
+      const auto answer = project.Run({"build", jobs, "-v", "-k", "0"});
+      EXPECT_EQ(answer.code, 1);
+      const bool isEarly = jobs[2] == '3';
+      EXPECT_EQ(SplitLines(project.Read("../log")).size(), isEarly ? early : 3) << jobs;
+      outs[isEarly] = std::regex_replace(answer.out, std::regex("[0-9.]+ s\\)|/cc\\w{6}"), "T");
+    }
+    EXPECT_EQ(outs[0], outs[1]);
+  }
+};
+
+constexpr const char* kTwoErrors = "int f(void) { return g; }\nint f = 2;\n";
+
+TEST_F(CliFailures, EarlyRunsOfGccAreRepeatedOnlyIfAFileIsMissing) {
+  ExpectRuns("gcc", kTwoErrors, 3);
+  ExpectRuns("gcc", "#include \"missing.h\"\n", 6);
+  ExpectRuns("gcc", "__asm__(\".incbin \\\"missing\\\"\");\n", 6);
+}
+
+TEST_F(CliFailures, EarlyRunsOfClangAreRepeatedOnlyIfAFileIsMissing) {
+  if (!std::filesystem::exists("/usr/bin/clang")) GTEST_SKIP() << "clang is not installed";
+  ExpectRuns("clang", kTwoErrors, 3);
+  ExpectRuns("clang", "#include \"missing.h\"\n", 6);
+  ExpectRuns("clang", "__asm__(\".incbin \\\"missing\\\"\");\n", 6);
 }
 
 TEST_F(CliJobs, TheNumberOfJobsIsChecked) {

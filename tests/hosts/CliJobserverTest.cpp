@@ -109,6 +109,7 @@ TEST_F(CliJobserver, AJobserverThatCannotBeUsedIsIgnoredAloud) {
     EXPECT_TRUE(built.err.starts_with("tarn: The jobserver of make is not used: ")) << built.err;
     EXPECT_LE(TakePeak(), 1);
     EXPECT_EQ(std::count(built.err.begin(), built.err.end(), '\n'), 1) << built.err;
+    EXPECT_EQ(project.Run({"build", "-q"}).err, built.err);
     EXPECT_EQ(project.Run({"build", "-j2"}).err, "");
   }
 }

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <tuple>
@@ -173,6 +174,25 @@ TEST(CliNames, ALetterAndAColonBeginADriveForModelAndTools) {
   EXPECT_EQ(Build(project), "Built 2 files");
   AddNodes(project, SourceNode("a:b\\x.c"));
   EXPECT_TRUE(Build(project).starts_with("Failed"));
+}
+
+TEST(CliNames, ALetterAndAColonInADirectiveArePartOfAName) {
+  CliProject project;
+  for (const char* folder : {"one", "two"}) fs::create_directory(project.PathOf(folder));
+  project.Write("two/a:b.h", "#define B 1\n");
+  project.Write("src/a.h", "#include <a:b.h>\nint a(void);\n");
+  project.Out({"options", "set", "Directories.Include", "one;two"});
+  EXPECT_EQ(Build(project), "Built 4 files");
+  project.Write("one/a:b.h", "#define B 2\n");
+  EXPECT_EQ(Build(project), "Built 3 files") << "it is found before the other one";
+  EXPECT_EQ(Build(project), "Nothing to do");
+  fs::remove(project.PathOf("one/a:b.h"));
+  EXPECT_EQ(Build(project), "Built 3 files");
+  // A compiler would wait for the other end of a pipe.
+  ASSERT_EQ(mkfifo(project.PathOf("one/a:b.h").c_str(), 0600), 0);
+  project.Out({"clean"});
+  const auto built = project.Run({"build"});
+  EXPECT_TRUE(Has(built.out, "one/a:b.h can't be read")) << built.out;
 }
 
 TEST(CliNames, ARenameByLetterCaseIsAChange) {

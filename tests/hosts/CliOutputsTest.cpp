@@ -417,6 +417,18 @@ TEST(CliOutputs, CleanRemovesWhatFailedRunsAndRemovedSourcesHaveLeft) {
   EXPECT_EQ(left, std::set<std::string>{"notes"});
 }
 
+TEST(CliOutputs, AnOutputWithoutANameIsReportedAsTheEmptyOption) {
+  CliProject project;
+  project.Out({"options", "set", "-n", "src/c.c", "Build.OutputFile", ""});
+  const std::string said = "the option Build.OutputFile is empty; it has to name the output file";
+  for (const char* jobs : {"-j1", "-j3"}) {
+    const auto built = project.Run({"build", jobs});
+    EXPECT_EQ(built.code, 1);
+    EXPECT_TRUE(Has(built.out, said)) << built.out;
+    EXPECT_FALSE(Has(built.out, "gcc")) << built.out;
+  }
+}
+
 TEST(CliOutputs, AVariableThatTheCompilerReadsCountsAsAnOption) {
   CliProject project;
   for (const char* folder : {"one", "two"}) fs::create_directory(project.PathOf(folder));

@@ -33,6 +33,7 @@ class CliSteps : public ::testing::Test {
 TEST_F(CliSteps, AFileBecomesAnArrayBeforeWhatUsesItIsCompiled) {
   AddLogo();
   EXPECT_FALSE(project.Exists(kSource));
+  EXPECT_FALSE(Has(project.Out({"status"}), "its source")) << "another node makes it";
   std::string log;
   for (const char* jobs : {"-j1", "-j8"}) {
     SCOPED_TRACE(jobs);

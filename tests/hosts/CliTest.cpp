@@ -275,10 +275,67 @@ TEST(Cli, AMissingCompilerIsFourAndNamed) {
 
 TEST(Cli, AnswersThatAreLostAreAFailure) {
   CliProject project;
-  const auto answer =
-      project.RunProgram("/bin/sh", {"-c", "exec \"$0\" tree >/dev/full", TARN_PROGRAM});
-  EXPECT_EQ(answer.code, 3);
-  EXPECT_EQ(answer.err, "tarn: The output can't be written: No space left on device.\n");
+  project.Trust();
+  project.Write("say.lua", "print('said')\n");
+  project.Write("src/new.c", "int n;\n");
+  // Those that print something, in an order in which each has something to do.
+  const char* const commands[] = {"--help",
+                                  "--version",
+                                  "help",
+                                  "build --help",
+                                  "help options set",
+                                  "targets",
+                                  "targets --json",
+                                  "toolchains",
+                                  "completion bash",
+                                  "completion zsh",
+                                  "completion fish",
+                                  "trust",
+                                  "trust --list",
+                                  "new fresh --compiler host-gcc",
+                                  "status",
+                                  "status --json",
+                                  "status --timing",
+                                  "tree",
+                                  "tree --json",
+                                  "check",
+                                  "check --json",
+                                  "options list",
+                                  "options list --json",
+                                  "options get Compiler.Optimize",
+                                  "options explain Compiler.Defines",
+                                  "config list",
+                                  "actions",
+                                  "actions --json",
+                                  "run say.lua",
+                                  "add src/new.c",
+                                  "rename src/new.c other.c",
+                                  "undo",
+                                  "redo",
+                                  "remove other.c",
+                                  "relocate",
+                                  "export compile-commands -o -",
+                                  "build",
+                                  "build --json",
+                                  "build -v",
+                                  "rebuild",
+                                  "rebuild --json --events",
+                                  "log",
+                                  "log --xml",
+                                  "report --json",
+                                  "size",
+                                  "size --json",
+                                  "globals",
+                                  "globals --json",
+                                  "export sarif -o -",
+                                  "clean"};
+  for (const char* command : commands) {
+    SCOPED_TRACE(command);
+    const auto answer = project.RunProgram(
+        "/bin/sh", {"-c", std::string("exec \"$0\" ") + command + " >/dev/full", TARN_PROGRAM});
+    EXPECT_EQ(answer.code, 3) << answer.err;
+    EXPECT_EQ(answer.err, "tarn: The output can't be written: No space left on device.\n");
+  }
 }
 
 // No pipe or file of the program takes the place of a stream.

@@ -21,7 +21,8 @@ Answer Parse(std::vector<const char*> words) {
   Answer run;
   ::testing::internal::CaptureStdout();
   ::testing::internal::CaptureStderr();
-  run.parsed = ParseCommandLine(static_cast<int>(words.size()), words.data());
+  Console console(std::cout, {});
+  run.parsed = ParseCommandLine(static_cast<int>(words.size()), words.data(), console);
   run.out = ::testing::internal::GetCapturedStdout();
   run.err = ::testing::internal::GetCapturedStderr();
   return run;

@@ -84,7 +84,9 @@ TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
       for (const std::string& word : words) arguments.push_back(word.c_str());
       ::testing::internal::CaptureStderr();
       ::testing::internal::CaptureStdout();
-      const auto parsed = ParseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+      Console console(std::cout, {});
+      const auto parsed =
+          ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(), console);
       ::testing::internal::GetCapturedStdout();
       EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << line;
       EXPECT_EQ(parsed.exitCode, kExitDone) << line;
@@ -98,13 +100,12 @@ TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
 TEST(CommandLine, HelpBeforeACommandIsHelpAfterIt) {
   const char* const front[] = {"tarn", "help", "options", "set"};
   const char* const behind[] = {"tarn", "options", "set", "--help"};
-  ::testing::internal::CaptureStdout();
-  EXPECT_EQ(ParseCommandLine(4, front).exitCode, kExitDone);
-  const std::string first = ::testing::internal::GetCapturedStdout();
-  ::testing::internal::CaptureStdout();
-  ParseCommandLine(4, behind);
-  EXPECT_EQ(first, ::testing::internal::GetCapturedStdout());
-  EXPECT_TRUE(first.starts_with("Set an option.\n")) << first;
+  std::ostringstream first, second;
+  Console out(first, {}), other(second, {});
+  EXPECT_EQ(ParseCommandLine(4, front, out).exitCode, kExitDone);
+  ParseCommandLine(4, behind, other);
+  EXPECT_EQ(first.str(), second.str());
+  EXPECT_TRUE(first.str().starts_with("Set an option.\n")) << first.str();
 }
 
 }  // namespace

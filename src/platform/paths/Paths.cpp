@@ -143,6 +143,11 @@ bool IsRelativePath(std::string_view path) {
   return path.empty() || (!IsSeparator(path[0]) && !HasDrive(path));
 }
 
+std::string PathOfName(std::string_view name) {
+  const bool isPlain = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
+  return isPlain ? std::string({'.', kSeparator}).append(name) : std::string(name);
+}
+
 bool HasNativeSeparator(std::string_view path) {
   return path.find(kSeparator) != path.npos;
 }

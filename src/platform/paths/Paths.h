@@ -24,6 +24,10 @@ bool IsNetworkPath(std::string_view path);
 // Starts with neither a separator nor a drive. An empty path is relative.
 bool IsRelativePath(std::string_view path);
 
+// Returns a name in a source, or of a tool, as a path: with "./" before a letter and a colon that
+// no separator follows, since in such a name they aren't a drive.
+std::string PathOfName(std::string_view name);
+
 // Contains the separator of this platform: the string is a path rather than a bare name, such as
 // that of a program on PATH.
 bool HasNativeSeparator(std::string_view path);

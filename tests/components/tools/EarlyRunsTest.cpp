@@ -15,7 +15,8 @@ namespace {
 using ::testing::HasSubstr;
 
 // A compiler that copies its source to its output after a pause that the source names, or once
-// three of its kind have run ("meet"), and that counts how many run at the same time.
+// three of its kind have run ("meet"), and that counts how many run at the same time. If it fails,
+// it lists what it has read, unless the source says otherwise.
 constexpr const char* kCompiler =
     "out=$1 src=$2 dir=$3\n"
     "touch \"$dir/run.$$\"; set -- \"$dir\"/run.*; echo $# >> \"$dir/counts\"\n"
@@ -23,7 +24,14 @@ constexpr const char* kCompiler =
     "if [ \"$pause\" = meet ]; then\n"
     "  until [ $(wc -l < \"$dir/counts\") -ge 3 ]; do sleep 0.01; done\n"
     "else sleep \"$pause\"; fi\n"
-    "if grep -q bad \"$src\"; then echo \"$src:1: error: bad\"; rm \"$dir/run.$$\"; exit 1; fi\n"
+    "if grep -q bad \"$src\"; then\n"
+    "  rm \"$dir/run.$$\"; text=$(cat \"$src\"); at=$src:1; case $text in *placeless*) at=cc ;; "
+    "esac\n"
+    "  echo \"$at: error: bad\"\n"
+    "  case $text in *unlisted*) ;; *cut*) printf 'o: %s' \"$src\" > \"$out.d\" ;;\n"
+    "    *) echo \"o: $src $dir/h\" > \"$out.d\" ;; esac\n"
+    "  case $text in *killed*) kill -9 $$ ;; esac; exit 1\n"
+    "fi\n"
     "if grep -q flood \"$src\"; then yes \"$src:1: warning: odd\" | head -n 2000; fi\n"
     "echo \"$src:1: warning: odd\"\ncp \"$src\" \"$out\"; echo \"o: $src $dir/h\" > \"$out.d\"\n"
     "rm \"$dir/run.$$\"\n";
@@ -33,11 +41,14 @@ class EarlyRunsThread : public ::testing::Test {
  protected:
   EarlyRunsThread() {
     folder.Write("config/tools/t.tools",
-                 "<T><Tool Name=\"cc\" Early=\"Yes\" Messages=\"m\" Output=\"$(Build.OutputFile)\" "
+                 "<T><Tool Name=\"cc\" Early=\"Yes\" RulesOnError=\"Yes\" Messages=\"m\" "
+                 "Output=\"$(Build.OutputFile)\" "
                  "Rules=\"$(Output).d\"><Step Program=\"/bin/sh\"><Arg V=\"" +
                      folder / "cc.sh" + "\"/><Arg V=\"$(Output)\"/><Arg V=\"$(File)\"/><Arg V=\"" +
                      folder.Path() +
-                     "\"/></Step></Tool><Tool Name=\"late\"><Step Program=\"/bin/true\"/></Tool>"
+                     "\"/></Step><ByProduct File=\"$(OutputBase).i\"/></Tool><Tool "
+                     "Name=\"late\"><Step Program=\"/bin/true\"/></Tool>"
+                     "<Tool Name=\"plain\" Base=\"cc\" RulesOnError=\"No\"/>"
                      "<Messages Name=\"m\"><Line Template=\"^{SPECFILE}:{SPECLINE}: {SPECERROR}: "
                      "{SPECMESSAGE}\"/></Messages></T>");
     folder.Write("cc.sh", kCompiler);
@@ -58,11 +69,11 @@ class EarlyRunsThread : public ::testing::Test {
   bool Prepare(const std::string& name, const char* tool = "cc") {
     return manager->PrepareTool(tool, FileOf(name).c_str(), OptionsOf(name).c_str()) != 0;
   }
-  bool Await(const std::string& name) {
-    return manager->AwaitTool("cc", FileOf(name).c_str(), OptionsOf(name).c_str()) != 0;
+  bool Await(const std::string& name, const char* tool = "cc") {
+    return manager->AwaitTool(tool, FileOf(name).c_str(), OptionsOf(name).c_str()) != 0;
   }
-  bool Run(const std::string& name) {
-    return manager->RunTool("cc", FileOf(name).c_str(), OptionsOf(name).c_str(),
+  bool Run(const std::string& name, const char* tool = "cc") {
+    return manager->RunTool(tool, FileOf(name).c_str(), OptionsOf(name).c_str(),
                             (folder / "m.xml").c_str()) != 0;
   }
   // A file that was written in the same tick of the clock as a run starts counts as changed since.
@@ -102,7 +113,6 @@ TEST_F(EarlyRunsThread, AResultThatIsNotWhatARunWouldMakeNowIsRemoved) {
     const char* source;
     std::function<void()> change;
   } rows[] = {
-      {"failed", "0 bad\n", [] {}},
       {"flood", "0 flood\n", [] {}},
       {"source", "0\n", [this] { folder.Write("source.c", "0 x\n"); }},
       {"header", "0\n", [this] { folder.Write("h", "new"); }},
@@ -118,7 +128,43 @@ TEST_F(EarlyRunsThread, AResultThatIsNotWhatARunWouldMakeNowIsRemoved) {
     row.change();
     EXPECT_FALSE(Await(row.name));
     EXPECT_FALSE(Exists(std::string(row.name) + ".o"));
-    EXPECT_EQ(Run(row.name), row.source != std::string("0 bad\n"));
+    EXPECT_TRUE(Run(row.name));
+  }
+}
+
+TEST_F(EarlyRunsThread, AFailureIsFinalIfWhatTheToolHasReadIsKnownAndUnchanged) {
+  const struct {
+    const char* source;
+    bool isFinal;
+    std::function<void()> change = [] {};
+    const char* tool = "cc";
+  } rows[] = {
+      {"0 bad", true},
+      {"0 bad", false, [this] { folder.Write("h", "new"); }},
+      {"0 bad unlisted", false},
+      {"0 bad cut", false},
+      {"0 bad placeless", false},
+      {"0 bad killed", false},
+      {"0 bad .incbin \"x\"", false},
+      {"0 bad", false, [] {}, "plain"},
+  };
+  std::size_t number = 0;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.source + std::string(row.tool));
+    const std::string name = "f" + std::to_string(number++);
+    folder.Write(name + ".c", row.source + std::string("\n"));
+    AwaitTick();
+    const std::size_t before = SplitLines(Counts()).size();
+    ASSERT_TRUE(Prepare(name, row.tool));
+    while (SplitLines(Counts()).size() == before) std::this_thread::yield();
+    AwaitTick();
+    row.change();
+    EXPECT_EQ(Await(name, row.tool), row.isFinal);
+    EXPECT_FALSE(Run(name, row.tool));
+    EXPECT_EQ(SplitLines(Counts()).size(), before + (row.isFinal ? 1 : 2));
+    EXPECT_THAT(tarn::testing::ReadBytes(folder / "m.xml"), HasSubstr("error: bad"));
+    EXPECT_EQ(manager->TakeBuildInformation(), "");
+    EXPECT_FALSE(Exists(name + ".o.d")) << "left by a failed run";
   }
 }
 

@@ -64,6 +64,33 @@ TEST(ToolManager, ASuccessfulRunLeavesMessagesAndARecordThatIsTakenOnce) {
   EXPECT_EQ(WithoutRun(tools.manager->TakeBuildInformation()), "");
 }
 
+TEST(ToolManager, OnlyWhatARunHasWrittenIsItsByProduct) {
+  ToolManagerFixture tools(R"(<T><Tool Name="cc" Output="a.o"><Step Program="cc"/>)"
+                           R"(<ByProduct File="kept.i;again.i;new.i;rest*"/></Tool></T>)");
+  const auto makes = [&](const ProcessRequest&) {
+    for (const char* name : {"a.o", "again.i", "new.i", "rest.new"}) {
+      tools.disk.AddFile(std::string("/p/") + name, "new");
+    }
+  };
+  for (const int code : {0, 1}) {
+    SCOPED_TRACE(code);
+    for (const char* name : {"new.i", "rest.new"}) tools.disk.Erase(std::string("/p/") + name);
+    for (const char* name : {"kept.i", "again.i", "rest.old"}) {
+      tools.disk.AddFile(std::string("/p/") + name, "earlier");
+    }
+    tools.launcher.Queue({{}, {code, false}, makes});
+    EXPECT_EQ(tools.Run("cc", "\"/p/a.c\""), code == 0);
+    const std::string record = tools.manager->TakeBuildInformation();
+    const std::size_t start = record.find("ByProducts=");
+    EXPECT_EQ(start == record.npos ? "" : record.substr(start, record.find('>', start) - start),
+              code != 0 ? ""
+                        : "ByProducts=\"&quot;/p/again.i&quot;,&quot;/p/new.i&quot;,"
+                          "&quot;/p/rest.new&quot;\"");
+    EXPECT_TRUE(tools.disk.BytesOf("/p/kept.i") && tools.disk.BytesOf("/p/rest.old"));
+    EXPECT_EQ(tools.disk.BytesOf("/p/new.i").has_value(), code == 0);
+  }
+}
+
 TEST(ToolManager, AToolThatLeavesNoWholeListOfDependenciesHasFailed) {
   const char* const rows[][2] = {
       {nullptr, "can't be read: "},  // a file left by an earlier run must not be used
