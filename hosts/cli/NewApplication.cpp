@@ -186,7 +186,7 @@ int NewApplication::AddStartUp(CommandContext& context, const Plan& plan,
   };
   if (plan.isLibrary || original("StartUp").empty()) return kExitDone;
   std::vector<std::string> shared;
-  for (const char* option : {"StartUp", "SystemCalls"}) {
+  for (const char* option : kTemplateOptions) {
     for (const std::string& each : similar) {
       if (FileNameOf(each) == original(option)) shared.push_back(each);
     }

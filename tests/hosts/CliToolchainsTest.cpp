@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "hosts/CliProject.h"
+#include "platform/text/Text.h"
 
 // The compilers of microcontrollers with the processors that they are for: a program in C, C++ and
 // assembler is built, and runs in a simulator. `make test-toolchains` installs them.
@@ -162,6 +163,100 @@ TEST_F(Toolchains, ArmProgramsRunOnEachCore) {
   EXPECT_EQ(image.substr(0, 4) + std::to_string(image.size() % 512), "UF2\n0");
   EXPECT_TRUE(Has(project.Out({"globals", "p", "--file", "*main.c"}), "static int filled"));
   EXPECT_TRUE(Has(project.Out({"build", "p"}), "Nothing to do"));
+}
+
+// Reads a little-endian number of 32 bits; 0 beyond the end.
+std::uint32_t WordAt(const std::string& bytes, std::size_t at) {
+  std::uint32_t word = 0;
+  for (std::size_t i = 4; i-- > 0;) {
+    word = word << 8 | (at + i < bytes.size() ? static_cast<unsigned char>(bytes[at + i]) : 0U);
+  }
+  return word;
+}
+
+// Checksum that the boot ROM compares, bit by bit.
+std::uint32_t BootChecksum(const std::string& flash) {
+  std::uint32_t crc = 0xFFFFFFFF;
+  for (std::size_t bit = 0; bit < std::size_t{252} * 8; ++bit) {
+    const bool isSet = (flash[bit / 8] >> (7 - bit % 8) & 1) != 0;
+    crc = crc << 1 ^ ((crc >> 31 != 0) != isSet ? 0x04C11DB7 : 0);
+  }
+  return crc;
+}
+
+// Returns the content of the flash that a boot loader would write, and checks each block.
+std::string FlashOf(const std::string& uf2, std::uint32_t start, std::uint32_t family) {
+  std::string flash;
+  EXPECT_GT(uf2.size(), 0U);
+  EXPECT_EQ(uf2.size() % 512, 0U);
+  for (std::size_t at = 0; at + 512 <= uf2.size(); at += 512) {
+    const std::uint32_t words[] = {0x0A324655,
+                                   0x9E5D5157,
+                                   0x2000,
+                                   static_cast<std::uint32_t>(start + flash.size()),
+                                   256,
+                                   static_cast<std::uint32_t>(at / 512),
+                                   static_cast<std::uint32_t>(uf2.size() / 512),
+                                   family};
+    for (std::size_t i = 0; i < std::size(words); ++i) {
+      EXPECT_EQ(WordAt(uf2, at + 4 * i), words[i]) << "block " << at / 512 << " word " << i;
+    }
+    EXPECT_EQ(WordAt(uf2, at + 508), 0x0AB16F30U);
+    flash += uf2.substr(at + 32, 256);
+  }
+  return flash;
+}
+
+// The boot ROM of the RP2040 runs the first 256 bytes of the flash, if their checksum is right, and
+// these start the program after them.
+TEST_F(Toolchains, APicoStartsFromItsFlash) {
+  for (const char* toolchain : {"arm-gcc", "arm-clang"}) {
+    const bool isClang = std::string(toolchain) == "arm-clang";
+    const std::string missing = Missing(isClang ? "clang ld.lld llvm-objcopy arm-none-eabi-gcc"
+                                                : "arm-none-eabi-gcc arm-none-eabi-g++");
+    if (!missing.empty()) GTEST_SKIP() << missing;
+    const std::string name = isClang ? "c" : "g";
+    project.Out({"new", name, "--target", "pico"});
+    project.Out({"options", "set", "Target.Toolchain", toolchain, name});
+    const std::string built = project.Out({"build", name});
+    EXPECT_FALSE(Has(built, "warning")) << built;
+    const auto read = [&](const char* extension) {
+      return project.Read(name + "/build/Standard/" + name + extension);
+    };
+    const std::string binary = read(".bin");
+    ASSERT_GT(binary.size(), 512U);
+    EXPECT_EQ(WordAt(binary, 252), BootChecksum(binary));
+    EXPECT_EQ(WordAt(binary, 256), 0x20040000U) << "stack at the end of the RAM";
+    EXPECT_EQ(WordAt(binary, 260) & 0xFFFC0001, 0x10000001U) << "reset handler in Thumb code";
+    std::string flash = FlashOf(read(".uf2"), 0x10000000, 0xE48BFF56);
+    ASSERT_GE(flash.size(), binary.size());
+    flash.resize(binary.size());
+    EXPECT_TRUE(flash == binary) << toolchain;
+    EXPECT_TRUE(Has(built, "flash " + std::to_string(binary.size()) + " B")) << built;
+    EXPECT_TRUE(Has(read(".hex"), ":020000041000EA"));  // the upper half of the first address
+
+    // A loader of the user's own gets its checksum as well.
+    const std::string loader = name + "/src/boot2.s";
+    const std::string source = project.Read(loader);
+    project.Edit(loader, ReplaceAll(source, "CLOCK_DIVIDER 4", "CLOCK_DIVIDER 2"));
+    project.Out({"build", name});
+    const std::string faster = read(".bin");
+    EXPECT_NE(faster.substr(0, 256), binary.substr(0, 256));
+    EXPECT_EQ(WordAt(faster, 252), BootChecksum(faster));
+    EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do"));
+
+    project.Edit(loader, ReplaceAll(source, ".org 252", ".org 260"));
+    const auto large = project.Run({"build", name});
+    EXPECT_TRUE(Has(large.out + large.err, "must have 256 bytes")) << large.out << large.err;
+    project.Edit(loader, "");
+    const auto none = project.Run({"build", name});
+    EXPECT_TRUE(Has(none.out + none.err, "the option Linker.ChecksumSection names it"));
+    EXPECT_FALSE(project.Exists(name + "/build/Standard/" + name + ".uf2"));
+    // A program that another boot loader starts needs none.
+    project.Out({"options", "set", "Target.FlashStart", "0x10000100", name});
+    project.Out({"build", name});
+    EXPECT_EQ(WordAt(read(".bin"), 0), 0x20040000U);
+  }
 }
 
 TEST_F(Toolchains, RiscvProgramsRunOnEachInstructionSet) {
