@@ -164,7 +164,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
     static_cast<void>(world_.files->RemoveScratchFile(scratch));
   }
   const bool isDone = RunProcess(command, request);
-  if (!isDone) ExplainOverflows();
+  if (!isDone) ExplainFailure(command);
   if (!response.empty()) static_cast<void>(world_.files->RemoveScratchFile(response));
   return MoveResults(command, isDone);
 }
@@ -507,7 +507,14 @@ bool ToolRun::CheckLimits(const std::map<std::string, std::uint64_t>& sizes) {
   return exceeded.empty();
 }
 
-void ToolRun::ExplainOverflows() {
+void ToolRun::ExplainFailure(const ToolCommand& command) {
+  const auto takesFiles = [](const ArgumentRule& each) {
+    return each.source == ArgumentRule::Source::Files;
+  };
+  // Some tools do without files, such as a librarian.
+  if (job_.files.empty() && std::ranges::any_of(command.rule->arguments, takesFiles)) {
+    log_.AddError(DescribeNoFiles(job_));
+  }
   if (overflows_.empty()) return;
   const LinkFiles files = FilesOfLink();
   LargestSymbols largest(*world_.files, files);
