@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "hosts/CliProject.h"
 #include "platform/text/Text.h"
@@ -91,7 +92,7 @@ class Toolchains : public ::testing::Test {
     }
     const auto built = project.Run({"build", "p"});
     ASSERT_EQ(built.code, 0) << built.out << built.err;
-    EXPECT_TRUE(Has(built.out, "flash ")) << built.out;
+    CheckSizes(built.out);
     EXPECT_FALSE(Has(built.out + built.err, "warning")) << built.out << built.err;
     for (const char* extension : {"elf", "hex", "bin", "map"}) {
       EXPECT_TRUE(project.Exists(std::string("p/build/Standard/p.") + extension)) << extension;
@@ -105,6 +106,22 @@ class Toolchains : public ::testing::Test {
     const auto run = project.RunProgram("/usr/bin/timeout", arguments);
     EXPECT_EQ(run.code, 3) << run.err;
     EXPECT_TRUE(Has(run.out + run.err, output)) << run.out << run.err;
+  }
+
+  // The summary of a build and the table of sizes have the same figures: the reserve for heap and
+  // stack, which is 1024 bytes in a new project, is apart.
+  void CheckSizes(const std::string& summary) {
+    const auto memories =
+        nlohmann::json::parse(project.Out({"size", "--json", "p"}))["applications"][0]["memories"];
+    EXPECT_EQ(memories.size(), 2U);
+    for (const auto& each : memories) {
+      const bool isRam = each["name"] == "RAM";
+      const std::string figure = (isRam ? ", RAM " : "flash ") + each["used"].dump() + " B (";
+      EXPECT_TRUE(Has(summary, figure)) << summary << figure;
+      EXPECT_EQ(each["reserved"], isRam ? 1024 : 0);
+      EXPECT_EQ(each["free"],
+                each["size"].get<int>() - each["used"].get<int>() - each["reserved"].get<int>());
+    }
   }
 
   CliProject project;
