@@ -261,6 +261,7 @@ int ForeignImport::Run() {
   OptionsDriver& options = context_.Session().Options();
   const OptionTable table(options.ListProperties(""));
   const std::string configFile = context_.Session().GetFolders().ConfigFile(files);
+  const std::string targets = JoinPath(FolderOf(FolderOf(configFile)), "targets");
   FileTypes types(files, configFile);
   const ImportContext importContext{
       files,
@@ -271,10 +272,8 @@ int ForeignImport::Run() {
                    .empty();
       },
       [&](const std::string& path) { return types.Of(path); },
-      [&](const std::string& name) {
-        const std::string root = FolderOf(FolderOf(configFile));
-        return FindTargetOptions(files, JoinPath(root, "targets"), name);
-      },
+      [&](const std::string& name) { return FindTargetOptions(files, targets, name); },
+      [&](const std::string& name) { return DescribeUnknownTarget(files, targets, name); },
       [&](const ImportedOptions& values) { return FindStartUp(options, configFile, values); }};
   std::string problem;
   Result<ImportedProject> project = Convert(importContext, problem);
