@@ -359,7 +359,8 @@ TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
   project.Write("Blink/more.ino",
                 "int pin() { return 13; }\nvoid toggle() { digitalWrite(pin(), "
                 "!digitalRead(pin())); }\n");
-  project.ExpectRefusal({"import", "Blink", "--board", "una"}, 3, "unknown board \"una\"");
+  project.ExpectRefusal({"import", "Blink", "--board", "una"}, 3,
+                        "unknown board \"una\". Did you mean \"uno\"");
   const auto made = project.Run({"import", "Blink"});
   EXPECT_EQ(made.code, 0) << made.err;
   EXPECT_TRUE(Has(made.err, "more.ino was copied to Blink.ino.cpp")) << made.err;
