@@ -368,9 +368,6 @@ class PlanBuilder : public TemplateValues {
       return;
     }
     const bool isFiles = rule.source == ArgumentRule::Source::Files;
-    // An application without files is passed with its own output.
-    const bool isOwnOutput = job_.files.size() == 1 && job_.files.front() == plan_.outputOnDisk;
-    if (isFiles && isOwnOutput) return AddProblem(DescribeNoFiles(job_));
     for (std::string& entry :
          isFiles ? std::vector<std::string>(job_.files) : Pieces(rule.list, SplitOptionList)) {
       item_ = std::move(entry);
@@ -501,13 +498,6 @@ std::string BaseFolderOf(const OptionValues& values, const std::string& fallback
   folder = AbsolutePath(disk, fallback, folder);
   if (folder.size() > 1 && IsSeparator(folder.back())) folder.pop_back();
   return folder;
-}
-
-std::string DescribeNoFiles(const ToolInvocation& job) {
-  std::string name = job.values->Get("Application", "General", "Header");
-  if (name.empty()) name = job.values->Get("", "General", "ApplicationName");
-  return "the application " + name +
-         " has no files to build; add some, for example with `tarn add FILE`";
 }
 
 std::vector<ToolProgram> ProgramsOf(const ToolDefinition& tool) {

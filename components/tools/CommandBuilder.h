@@ -80,9 +80,6 @@ bool Holds(const ToolDefinition& tool, const ToolInvocation& job);
 // An empty list if other conditions fail too, or if none of them compares an option with the tool.
 std::vector<std::string> FindUnsetOptions(const ToolDefinition& tool, const ToolInvocation& job);
 
-// Explains why an application can't be built: nothing in it has an output that could be linked.
-std::string DescribeNoFiles(const ToolInvocation& job);
-
 // Returns the files whose absolute paths start so. Returns none if their folder can't be listed.
 std::vector<std::string> FindFilesThatStart(FileSystem& disk, const std::string& start);
 

@@ -45,6 +45,20 @@ void AddFoldersAbove(const std::string& path, std::vector<std::string>& folders)
   }
 }
 
+bool TakesFiles(const ToolCommand& command) {
+  return std::ranges::any_of(command.rule->arguments, [](const ArgumentRule& each) {
+    return each.source == ArgumentRule::Source::Files;
+  });
+}
+
+// Explains why an application can't be built: nothing in it has an output that could be linked.
+std::string DescribeNoFiles(const ToolInvocation& job) {
+  std::string name = job.values->Get("Application", "General", "Header");
+  if (name.empty()) name = job.values->Get("", "General", "ApplicationName");
+  return "the application " + name +
+         " has no files to build; add some, for example with `tarn add FILE`";
+}
+
 }  // namespace
 
 ToolRun::ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools,
@@ -84,7 +98,7 @@ void ToolRun::RemoveLeft() const {
 bool ToolRun::Prepare() {
   for (const std::string& problem : plan_.problems) log_.AddError(problem);
   if (!plan_.problems.empty()) return false;
-  if (RefusesNames()) return false;
+  if (RefusesNames() || RefusesOwnOutput()) return false;
   startTime_ = world_.files->Clock();
   if (tool_.globals.format == GlobalsRule::Format::Cdb) {
     earlierCdb_ = world_.files->ExamineExactly(CdbPath());
@@ -120,6 +134,14 @@ bool ToolRun::RefusesNames() {
     return true;
   }
   return false;
+}
+
+// An application without files is passed with its own output.
+bool ToolRun::RefusesOwnOutput() {
+  const bool isOwn = job_.files.size() == 1 && job_.files.front() == plan_.outputOnDisk;
+  if (!isOwn || !std::ranges::any_of(plan_.commands, TakesFiles)) return false;
+  log_.AddError(DescribeNoFiles(job_));
+  return true;
 }
 
 // Removes the outputs of an earlier run: a tool that ends without an error and without an output
@@ -508,13 +530,8 @@ bool ToolRun::CheckLimits(const std::map<std::string, std::uint64_t>& sizes) {
 }
 
 void ToolRun::ExplainFailure(const ToolCommand& command) {
-  const auto takesFiles = [](const ArgumentRule& each) {
-    return each.source == ArgumentRule::Source::Files;
-  };
   // Some tools do without files, such as a librarian.
-  if (job_.files.empty() && std::ranges::any_of(command.rule->arguments, takesFiles)) {
-    log_.AddError(DescribeNoFiles(job_));
-  }
+  if (job_.files.empty() && TakesFiles(command)) log_.AddError(DescribeNoFiles(job_));
   if (overflows_.empty()) return;
   const LinkFiles files = FilesOfLink();
   LargestSymbols largest(*world_.files, files);

@@ -53,6 +53,7 @@ class ToolRun {
   bool Prepare();
   bool RemoveEarlier();
   bool RefusesNames();
+  bool RefusesOwnOutput();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
                          std::string& response);
