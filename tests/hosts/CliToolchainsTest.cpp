@@ -262,6 +262,13 @@ TEST_F(Toolchains, APicoStartsFromItsFlash) {
     EXPECT_EQ(WordAt(faster, 252), BootChecksum(faster));
     EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do"));
 
+    // However the start of the flash is written.
+    project.Out({"options", "set", "Target.FlashStart", "268435456", name});
+    project.Edit(loader, source);
+    project.Out({"build", name});
+    EXPECT_TRUE(read(".bin") == binary);
+    project.Out({"options", "set", "Target.FlashStart", "0x10000000", name});
+
     project.Edit(loader, ReplaceAll(source, ".org 252", ".org 260"));
     const auto large = project.Run({"build", name});
     EXPECT_TRUE(Has(large.out + large.err, "must have 256 bytes")) << large.out << large.err;
@@ -273,6 +280,16 @@ TEST_F(Toolchains, APicoStartsFromItsFlash) {
     project.Out({"options", "set", "Target.FlashStart", "0x10000100", name});
     project.Out({"build", name});
     EXPECT_EQ(WordAt(read(".bin"), 0), 0x20040000U);
+
+    // A second application starts in the same way.
+    project.Out({"options", "set", "Target.FlashStart", "0x10000000", name});
+    project.Edit(loader, source);
+    project.Write(name + "/src/other.c", "int main(void) { for (;;); }\n");
+    project.Out({"add", name, "--application", "other", name + "/src/other.c"});
+    project.Out({"build", name, "--app", "other"});
+    const std::string other =
+        FlashOf(project.Read(name + "/build/Standard/other.uf2"), 0x10000000, 0xE48BFF56);
+    EXPECT_EQ(other.substr(0, 256), binary.substr(0, 256));
   }
 }
 
