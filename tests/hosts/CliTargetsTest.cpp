@@ -215,6 +215,7 @@ std::string Rp2040Source() {
 std::string SourceFor(const TargetDescription& description) {
   const std::string script = description.script.value_or("");
   if (Has(script, "\"rp2040\"")) return Rp2040Source();
+  if (Has(script, "\"rp2350\"")) return FirmwareSource("arm", "rp2350.c");
   if (Has(script, "\"arm-gcc\"")) return FirmwareSource("arm", "firmware.c");
   if (Has(script, "\"riscv-gcc\"")) return FirmwareSource("riscv", "firmware.c");
   return Has(script, "\"avr-gcc\"") ? AvrSource(description.text) : SdccSource(description.text);

@@ -293,6 +293,27 @@ TEST_F(Toolchains, APicoStartsFromItsFlash) {
   }
 }
 
+// The boot ROM of the RP2350 looks for a block in the first 4 KB, and expects the vector table at
+// the start.
+TEST_F(Toolchains, APico2IsToldThatItsFlashHasAProgram) {
+  const std::string missing = Missing("arm-none-eabi-gcc arm-none-eabi-g++");
+  if (!missing.empty()) GTEST_SKIP() << missing;
+  project.Out({"new", "p", "--target", "pico2"});
+  for (const char* lto : {"No", "Yes"}) {
+    project.Out({"options", "set", "Compiler.Lto", lto, "p"});
+    project.Out({"build", "p"});
+    const std::string binary = project.Read("p/build/Standard/p.bin");
+    EXPECT_EQ(WordAt(binary, 0), 0x20082000U);
+    EXPECT_EQ(WordAt(binary, 4) & 0xFFC00001, 0x10000001U);
+    const std::size_t block = binary.find("\xd3\xde\xff\xff");
+    ASSERT_LT(block, 4096U - 20);
+    EXPECT_EQ(block % 4, 0U);
+    const std::uint32_t words[] = {0xFFFFDED3, 0x10210142, 0x1FF, 0, 0xAB123579};
+    for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(WordAt(binary, block + 4 * i), words[i]) << i;
+    FlashOf(project.Read("p/build/Standard/p.uf2"), 0x10000000, 0xE48BFF59);
+  }
+}
+
 TEST_F(Toolchains, RiscvProgramsRunOnEachInstructionSet) {
   const std::string missing =
       Missing("riscv64-unknown-elf-gcc qemu-system-riscv32 qemu-system-riscv64");
