@@ -169,6 +169,8 @@ ToolchainLocator ToolManager::Locator() const {
     if (folder.empty() && world_.toolchainSetting) folder = world_.toolchainSetting(toolchain);
     if (folder.empty()) return folder;
     folder = AbsolutePath(world_.files, world_.files->CurrentFolder(), folder);
+    // A program, such as the compiler, stands for its folder.
+    if (!world_.files->IsFolder(folder) && world_.files->Exists(folder)) return FolderOf(folder);
     const std::string programs = JoinPath(folder, "bin");
     return world_.files->IsFolder(programs) ? programs : folder;
   };

@@ -45,6 +45,20 @@ void AddFoldersAbove(const std::string& path, std::vector<std::string>& folders)
   }
 }
 
+bool TakesFiles(const ToolCommand& command) {
+  return std::ranges::any_of(command.rule->arguments, [](const ArgumentRule& each) {
+    return each.source == ArgumentRule::Source::Files;
+  });
+}
+
+// Explains why an application can't be built: nothing in it has an output that could be linked.
+std::string DescribeNoFiles(const ToolInvocation& job) {
+  std::string name = job.values->Get("Application", "General", "Header");
+  if (name.empty()) name = job.values->Get("", "General", "ApplicationName");
+  return "the application " + name +
+         " has no files to build; add some, for example with `tarn add FILE`";
+}
+
 }  // namespace
 
 ToolRun::ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools,
@@ -87,7 +101,7 @@ void ToolRun::RemoveLeft() const {
 bool ToolRun::Prepare() {
   for (const std::string& problem : plan_.problems) log_.AddError(problem);
   if (!plan_.problems.empty()) return false;
-  if (RefusesNames()) return false;
+  if (RefusesNames() || RefusesOwnOutput()) return false;
   startTime_ = world_.files->Clock();
   std::vector<std::string> written{plan_.outputOnDisk, plan_.listing, plan_.rules,
                                    plan_.furtherRules, plan_.globals};
@@ -146,6 +160,14 @@ bool ToolRun::RefusesNames() {
   return false;
 }
 
+// An application without files is passed with its own output.
+bool ToolRun::RefusesOwnOutput() {
+  const bool isOwn = job_.files.size() == 1 && job_.files.front() == plan_.outputOnDisk;
+  if (!isOwn || !std::ranges::any_of(plan_.commands, TakesFiles)) return false;
+  log_.AddError(DescribeNoFiles(job_));
+  return true;
+}
+
 // Removes the outputs of an earlier run: a tool that ends without an error and without an output
 // must not seem to have produced it, and some tools append to existing files.
 bool ToolRun::RemoveEarlier() {
@@ -185,7 +207,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
     static_cast<void>(world_.files->RemoveScratchFile(scratch));
   }
   const bool isDone = RunProcess(command, request);
-  if (!isDone) ExplainOverflows();
+  if (!isDone) ExplainFailure(command);
   if (!response.empty()) static_cast<void>(world_.files->RemoveScratchFile(response));
   return MoveResults(command, isDone);
 }
@@ -528,7 +550,9 @@ bool ToolRun::CheckLimits(const std::map<std::string, std::uint64_t>& sizes) {
   return exceeded.empty();
 }
 
-void ToolRun::ExplainOverflows() {
+void ToolRun::ExplainFailure(const ToolCommand& command) {
+  // Some tools do without files, such as a librarian.
+  if (job_.files.empty() && TakesFiles(command)) log_.AddError(DescribeNoFiles(job_));
   if (overflows_.empty()) return;
   const LinkFiles files = FilesOfLink();
   LargestSymbols largest(*world_.files, files);

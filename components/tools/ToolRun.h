@@ -63,6 +63,7 @@ class ToolRun {
   void ExamineEarlier();
   bool HasWritten(const std::string& path) const;
   bool RefusesNames();
+  bool RefusesOwnOutput();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
                          std::string& response);
@@ -91,7 +92,8 @@ class ToolRun {
   std::map<std::string, std::uint64_t> ReadProgramSizes() const;
   bool IsOutputCut() const;
   bool CheckLimits(const std::map<std::string, std::uint64_t>& sizes);
-  void ExplainOverflows();
+  // Adds what the messages of a failed step don't say.
+  void ExplainFailure(const ToolCommand& command);
   void ReportLargest(const std::string& heading, const std::vector<LargeSymbol>& symbols);
   LinkFiles FilesOfLink() const;
   bool SettleRandomNames();

@@ -18,6 +18,9 @@ namespace {
 // 1 and 2 are used for the progress line and the log.
 constexpr std::int32_t kOutputTimer = 3;
 constexpr std::chrono::milliseconds kOutputPeriod(40);
+// A simulator has read the program by then; from then on the project may be built.
+constexpr std::chrono::seconds kReadTime(2);
+constexpr const char* kSharingAction = "simulate";
 // More output is shown, but not stored.
 constexpr std::size_t kMostStored = 1 << 20;
 
@@ -46,6 +49,8 @@ class ActionWatch : public BuildObserver {
   void OnTick(BuildSession& session) {
     session.PollRuns();
     Show(WholeCharacters(pending_));
+    const bool isRead = isStarted_ && Clock::now() - start_ > kReadTime;
+    if (isRead && EqualNoCase(request_.action, kSharingAction)) session.ShareProject();
     const bool isOver = request_.limit.count() > 0 && Clock::now() - start_ > request_.limit;
     if (!isOver || isLate_) return;
     isLate_ = true;

@@ -8,6 +8,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/core/FileTypes.h"
+#include "hosts/core/FirstSource.h"
 #include "hosts/core/OptionTable.h"
 #include "hosts/core/ProjectTemplate.h"
 #include "hosts/core/Terminal.h"
@@ -52,18 +53,25 @@ bool HasSketch(FileSystem& files, const std::string& folder) {
          });
 }
 
-// Returns the files that the definitions name for a program of this toolchain. The values are those
-// of no node: opening a project replaces them.
+// Returns the files that the definitions name for a program with these options. The values are
+// those of no node: opening a project replaces them.
 std::vector<std::string> FindStartUp(OptionsDriver& options, const std::string& configFile,
-                                     const std::string& toolchain) {
+                                     const ImportedOptions& values) {
   std::vector<std::string> found;
-  if (toolchain.empty()) return found;
+  constexpr std::string_view kSection = "Application.Target.";
+  if (!values.contains("Application.Target.Toolchain")) return found;
+  std::string properties;
+  for (const auto& [key, value] : values) {
+    if (!key.starts_with(kSection)) continue;
+    properties += "<Property Header=\"" + key.substr(kSection.size()) + "\" Value=\"" +
+                  g_xmlEntities.Encode(value.c_str()) + "\"/>";
+  }
   options.ReadDefsFromFile("Application", configFile);
   options.ReadValuesFromText(
       "<Options><Config Header=\"Standard\"><Set Header=\"Application\"><Section "
-      "Header=\"Target\"><Property Header=\"Toolchain\" Value=\"" +
-      g_xmlEntities.Encode(toolchain.c_str()) + "\"/></Section></Set></Config></Options>");
-  for (const char* name : {"StartUp", "SystemCalls"}) {
+      "Header=\"Target\">" +
+      properties + "</Section></Set></Config></Options>");
+  for (const char* name : kTemplateOptions) {
     const std::string path = options.GetPropertyStringValue("Application", "Target", name);
     if (!path.empty()) found.push_back(path);
   }
@@ -253,6 +261,7 @@ int ForeignImport::Run() {
   OptionsDriver& options = context_.Session().Options();
   const OptionTable table(options.ListProperties(""));
   const std::string configFile = context_.Session().GetFolders().ConfigFile(files);
+  const std::string targets = JoinPath(FolderOf(FolderOf(configFile)), "targets");
   FileTypes types(files, configFile);
   const ImportContext importContext{
       files,
@@ -263,15 +272,9 @@ int ForeignImport::Run() {
                    .empty();
       },
       [&](const std::string& path) { return types.Of(path); },
-      [&](const std::string& name) {
-        const std::string root = FolderOf(FolderOf(configFile));
-        return FindTargetOptions(files, JoinPath(root, "targets"), name);
-      },
-      [&](const ImportedOptions& values) {
-        const auto found = values.find("Application.Target.Toolchain");
-        return FindStartUp(options, configFile,
-                           found == values.end() ? std::string() : found->second);
-      }};
+      [&](const std::string& name) { return FindTargetOptions(files, targets, name); },
+      [&](const std::string& name) { return DescribeUnknownTarget(files, targets, name); },
+      [&](const ImportedOptions& values) { return FindStartUp(options, configFile, values); }};
   std::string problem;
   Result<ImportedProject> project = Convert(importContext, problem);
   if (project) {

@@ -44,17 +44,25 @@ void CopyNode(CXmlNode& parent, const CXmlNode& node) {
   for (const CXmlNode* child : node.GetChildren()) CopyNode(*copy, *child);
 }
 
-// Copies the options of one configuration that describe the target, except for the kind of product.
+// Returns true for options that describe the device, its images and what is done with them, except
+// for the kind of product.
+bool IsOfTarget(const std::string& section, const std::string& option) {
+  if (section == "Linker") return option == "Uf2Family" || option == "ChecksumSection";
+  const bool isWhole =
+      section == "Target" || section == "Upload" || section == "Simulate" || section == "Debug";
+  return isWhole && option != kProduct;
+}
+
+// Copies the options of one configuration that describe the target.
 void CopyTarget(CXmlNode& options, const CXmlNode& config) {
   for (const CXmlNode* set : config.GetChildren()) {
     if (GetAttribute(set, "Header") != "Application") continue;
     for (const CXmlNode* section : set->GetChildren()) {
       const std::string name = GetAttribute(section, "Header");
-      if (name != "Target" && name != "Upload" && name != "Simulate") continue;
-      CXmlNode& stored = ChildOf(options, "Config", GetAttribute(&config, "Header"));
-      CXmlNode& copy = ChildOf(ChildOf(stored, "Set", "Application"), "Section", name);
       for (const CXmlNode* each : section->GetChildren()) {
-        if (GetAttribute(each, "Header") != kProduct) CopyNode(copy, *each);
+        if (!IsOfTarget(name, GetAttribute(each, "Header"))) continue;
+        CXmlNode& stored = ChildOf(options, "Config", GetAttribute(&config, "Header"));
+        CopyNode(ChildOf(ChildOf(stored, "Set", "Application"), "Section", name), *each);
       }
     }
   }
@@ -186,7 +194,7 @@ int NewApplication::AddStartUp(CommandContext& context, const Plan& plan,
   };
   if (plan.isLibrary || original("StartUp").empty()) return kExitDone;
   std::vector<std::string> shared;
-  for (const char* option : {"StartUp", "SystemCalls"}) {
+  for (const char* option : kTemplateOptions) {
     for (const std::string& each : similar) {
       if (FileNameOf(each) == original(option)) shared.push_back(each);
     }

@@ -98,14 +98,24 @@ std::string Title(const SizeReport& report) {
   return report.earlier ? "Change" : "";
 }
 
+// Bytes of a memory that are neither used nor reserved; negative if it is too small.
+std::int64_t FreeOf(const sizes::MemoryRegion& region) {
+  return static_cast<std::int64_t>(region.length - region.used - region.reserved);
+}
+
 void PrintRegions(CommandContext& context, const SizeReport& report) {
-  Table table({" Memory", "Used", "Free", "Size", "", Title(report)});
+  const bool hasReserve = std::ranges::any_of(report.sizes.regions, &sizes::MemoryRegion::reserved);
+  std::vector<std::string> titles{" Memory", "Used", "Free", "Size", "", Title(report)};
+  if (hasReserve) titles.insert(titles.begin() + 2, "Reserved");
+  Table table(std::move(titles));
   for (const sizes::MemoryRegion& each : report.sizes.regions) {
     const bool isKnown = each.length != 0;
-    const auto free = static_cast<std::int64_t>(each.length - each.used);
     std::vector<std::string> cells{
-        each.name, std::to_string(each.used), isKnown ? std::to_string(free) : "",
+        each.name, std::to_string(each.used), isKnown ? std::to_string(FreeOf(each)) : "",
         isKnown ? std::to_string(each.length) : "", sizes::PercentText(each.used, each.length)};
+    if (hasReserve) {
+      cells.insert(cells.begin() + 2, each.reserved == 0 ? "" : std::to_string(each.reserved));
+    }
     AddChange(report, &SizeSnapshot::regions, each.name, each.used, cells);
     table.Add(std::move(cells));
   }
@@ -186,10 +196,11 @@ SizesJson RegionsToJson(const SizeReport& report) {
   for (const sizes::MemoryRegion& each : report.sizes.regions) {
     SizesJson row = {{"name", each.name},
                      {"used", each.used},
+                     {"reserved", each.reserved},
                      {"change", Change(report, &SizeSnapshot::regions, each.name, each.used)}};
     if (each.length != 0) {
       row["size"] = each.length;
-      row["free"] = static_cast<std::int64_t>(each.length - each.used);
+      row["free"] = FreeOf(each);
       row["percent"] = 100.0 * static_cast<double>(each.used) / static_cast<double>(each.length);
     }
     list.push_back(std::move(row));
@@ -313,6 +324,9 @@ void AddTreemaps(CommandContext& context, const SizeReport& report, sizes::Treem
     if (memory.length != 0) {
       heading += " of " + std::to_string(memory.length) + " B (" +
                  sizes::PercentText(memory.used, memory.length) + ")";
+    }
+    if (memory.reserved != 0) {
+      heading += ", " + std::to_string(memory.reserved) + " B reserved";
     }
     page.parts.push_back({std::move(heading), std::move(root)});
   }

@@ -225,8 +225,34 @@ void BuildSession::BeginWork(BuildObserver* observer) {
 }
 
 void BuildSession::EndWork() {
+  PollRuns();
+  if (!isShared_ || TakeBackProject()) {
+    KeepLog();
+    KeepState();
+  }
+  watcher_ = nullptr;
+}
+
+void BuildSession::ShareProject() {
+  if (!isRunning_ || isShared_ || !HasProject()) return;
   KeepLog();
-  KeepState();
+  log_.Stop();
+  const std::string problem = state_.Finish();
+  if (!problem.empty()) stateProblem_ = problem;
+  UnlockBuild();
+  isShared_ = true;
+}
+
+// Returns false if log and records are those of another process by now.
+bool BuildSession::TakeBackProject() {
+  isShared_ = false;
+  if (!TryLockBuild()) return false;
+  if (state_.IsOutdated()) {
+    UnlockBuild();
+    return false;
+  }
+  log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
+  return true;
 }
 
 void BuildSession::PollRuns() {
@@ -353,7 +379,9 @@ void BuildSession::ShowNotices() {
   const auto list = ParseXml(inspector.TakeBuildNotices());
   if (list == nullptr || list->GetChildCount() == 0) return;
   // Even if no tool was run, this build has something to report.
-  if (!isOtherProject_) log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
+  if (!isOtherProject_ && !isShared_) {
+    log_.Follow(inspector.GetLogFile(), LogPathOf(projectPath_));
+  }
   std::vector<LogEntry> entries;
   for (const CXmlNode* each : list->GetChildren()) {
     const bool isError = GetAttribute(each, "Kind") == "error";

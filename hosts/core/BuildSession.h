@@ -107,6 +107,11 @@ class BuildSession : public ServerConnection {
   BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
   // Delivers the events of tool runs since the last call to the observer.
   void PollRuns();
+  // Lets other processes build while an action of Run() continues, whose program no longer needs
+  // the files of the project: stores log and records, and releases the build lock. At the end of
+  // the action they are stored again, unless another process has built since, or is building. No-op
+  // if nothing is running.
+  void ShareProject();
   // Waits for a build that was started directly by a command, and stores its tools' messages.
   // Returns Refused immediately if no build is running.
   BuildEnd AwaitBuild();
@@ -191,6 +196,7 @@ class BuildSession : public ServerConnection {
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);
   void RecordSizes();
+  bool TakeBackProject();
 
   HostWindow& frame_;
   std::shared_ptr<MessageLoop> loop_;
@@ -213,6 +219,7 @@ class BuildSession : public ServerConnection {
 
   std::atomic<bool> stopRequested_ = false;
   bool isRunning_ = false;
+  bool isShared_ = false;  // the running action has released the build lock
   bool workerEnded_ = false;
   bool workerSucceeded_ = false;
   std::deque<std::uint32_t> postedCommands_;

@@ -103,7 +103,7 @@ Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
 
 Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder,
                           std::vector<std::string>& written) {
-  for (const char* option : {"StartUp", "SystemCalls"}) {
+  for (const char* option : kTemplateOptions) {
     const std::string original = TargetOption(session, option);
     if (original.empty()) continue;
     const auto text = files.ReadWholeFile(original);

@@ -16,10 +16,13 @@ namespace tarn::host {
 Result<std::string> AddFirstSource(BuildSession& session, FileSystem& files,
                                    const std::string& application);
 
-// Copies the start-up files that the application's options name (Target.StartUp and SystemCalls)
-// to the folder src in `folder`, and adds the copies at the current node. An existing file with
-// different content stays as it is, and the copy gets another name. An error names the file. Files
-// that were written are appended to `written`, also on error.
+// Options of the section Target that name files of the installation of which a program has a copy.
+inline constexpr const char* kTemplateOptions[] = {"StartUp", "SystemCalls", "BootStage"};
+
+// Copies the start-up files that the application's options name (kTemplateOptions) to the folder
+// src in `folder`, and adds the copies at the current node. An existing file with different content
+// stays as it is, and the copy gets another name. An error names the file. Files that were written
+// are appended to `written`, also on error.
 Status AddTemplateSources(BuildSession& session, FileSystem& files, const std::string& folder,
                           std::vector<std::string>& written);
 

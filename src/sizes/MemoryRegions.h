@@ -19,10 +19,11 @@ struct DeviceMemory {
 struct MemoryRegion {
   std::string name;
   std::uint64_t start = 0;
-  std::uint64_t last = 0;    // last address that is counted
-  std::uint64_t length = 0;  // 0 if unknown
-  bool isMinor = false;      // of interest only if it is used, such as the fuses of a device
-  std::uint64_t used = 0;
+  std::uint64_t last = 0;      // last address that is counted
+  std::uint64_t length = 0;    // 0 if unknown
+  bool isMinor = false;        // of interest only if it is used, such as the fuses of a device
+  std::uint64_t used = 0;      // by code and variables
+  std::uint64_t reserved = 0;  // by the linker script, for heap and stack
 };
 
 // Returns the memories of a program's device, without any use. AVR's linkers know the memories of a

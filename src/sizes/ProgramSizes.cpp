@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "sizes/SdccMap.h"
 
@@ -29,7 +30,7 @@ void DropUnused(ProgramSizes& sizes) {
   std::vector<MemoryRegion> regions;
   for (std::size_t i = 0; i < sizes.regions.size(); ++i) {
     const MemoryRegion& region = sizes.regions[i];
-    if (region.used == 0 && (region.isMinor || region.length == 0)) continue;
+    if (region.used + region.reserved == 0 && (region.isMinor || region.length == 0)) continue;
     kept[i] = regions.size();
     regions.push_back(region);
   }
@@ -57,6 +58,7 @@ class Measurement {
   }
 
   ProgramSizes Take() {
+    FindEmpty();
     AddSections();
     if (!map_.pieces.empty()) AddFiles();
     AddSymbols();
@@ -74,13 +76,31 @@ class Measurement {
     std::size_t section = 0;  // index in sizes_.sections
   };
 
+  // Finds the sections of the map that have neither something of an object file nor a symbol.
+  void FindEmpty() {
+    std::unordered_set<std::string_view> filled;
+    for (const MapPiece& piece : map_.pieces) {
+      if (piece.file != 0 && piece.size > 0) filled.insert(map_.sections[piece.section].name);
+    }
+    for (const ElfSymbol& symbol : program_.symbols) {
+      filled.insert(program_.sections[symbol.section].name);
+    }
+    for (const MapSection& each : map_.sections) {
+      if (!filled.contains(each.name)) empty_.insert(each.name);
+    }
+  }
+
   void AddSections() {
     for (const ElfSection& section : program_.sections) {
       numbers_.push_back(sizes_.sections.size());
       if (section.name.empty()) continue;
       SectionSize size{std::string(section.name), section.address, section.size, {}};
       size.regions = FindRegions(sizes_.regions, program_.machine, section);
-      for (const std::size_t region : size.regions) sizes_.regions[region].used += section.size;
+      size.isReserved = section.isAllocated && !section.hasContent && empty_.contains(section.name);
+      for (const std::size_t region : size.regions) {
+        MemoryRegion& memory = sizes_.regions[region];
+        (size.isReserved ? memory.reserved : memory.used) += section.size;
+      }
       byName_.try_emplace(section.name, sizes_.sections.size());
       sizes_.sections.push_back(std::move(size));
     }
@@ -100,6 +120,7 @@ class Measurement {
       const auto found = byName_.find(map_.sections[piece.section].name);
       if (found == byName_.end()) continue;
       const SectionSize& section = sizes_.sections[found->second];
+      if (section.isReserved) continue;
       const std::uint64_t size = std::min(piece.size, rest[found->second]);
       rest[found->second] -= size;
       for (const std::size_t region : section.regions) files[piece.file].byRegion[region] += size;
@@ -107,6 +128,7 @@ class Measurement {
       placed_.push_back({piece.address, piece.address + size, piece.file, found->second});
     }
     for (std::size_t i = 0; i < rest.size(); ++i) {
+      if (sizes_.sections[i].isReserved) continue;
       for (const std::size_t region : sizes_.sections[i].regions) {
         files[0].byRegion[region] += rest[i];
       }
@@ -146,7 +168,8 @@ class Measurement {
   ProgramSizes sizes_;
   std::vector<std::size_t> numbers_;  // of the program's sections in `sizes_`
   std::unordered_map<std::string_view, std::size_t> byName_;
-  std::vector<Placed> placed_;  // by address
+  std::unordered_set<std::string_view> empty_;  // names of sections
+  std::vector<Placed> placed_;                  // by address
 };
 
 }  // namespace

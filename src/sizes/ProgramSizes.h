@@ -17,6 +17,7 @@ struct SectionSize {
   std::uint64_t address = 0;
   std::uint64_t size = 0;
   std::vector<std::size_t> regions;  // in which it takes memory; empty: it takes none
+  bool isReserved = false;           // without content: what the linker script keeps free
 };
 
 struct FileSize {
@@ -45,9 +46,10 @@ struct ProgramSizes {
   std::vector<FunctionStack> stack;   // largest first
 };
 
-// Combines a program with its map. The sizes of sections and symbols are those of the program; the
-// map assigns them to files and adds the device's memories. Without a map there are no files.
-// O(n log n) in sections, pieces and symbols.
+// Combines a program with its map. Sections that the linker script only reserves, with nothing of
+// an object file in them, don't count as used; without a map there are none. The sizes of sections
+// and symbols are those of the program; the map assigns them to files and adds the device's
+// memories. Without a map there are no files. O(n log n) in sections, pieces and symbols.
 ProgramSizes MeasureProgram(const ElfImage& program, const LinkerMap& map,
                             const DeviceMemory& device);
 

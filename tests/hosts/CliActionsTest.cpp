@@ -229,6 +229,26 @@ TEST_F(CliActions, TestsFailByExitCodeOutputAndTime) {
                         "--junit would replace src/good.c");
 }
 
+// The records and the log of a build that ends before the simulator are not replaced by older ones.
+TEST_F(CliActions, AProjectCanBeBuiltWhileItsProgramIsSimulated) {
+  SetAll({{"Simulate.Tool", "simavr"}, {"Simulate.Machine", "atmega328p"}});
+  project.AddProgram("simavr",
+                     "#!/bin/sh\necho runs\nwhile [ ! -e stop ]; do sleep 0.05; done\necho over\n");
+  bool isBuilt = false;
+  const auto run = project.Run({"run-tool", "simulate"}, [&](Process&, const std::string& out) {
+    if (isBuilt || !Has(out, "runs")) return;
+    isBuilt = true;
+    project.Touch("src/a.c");
+    const auto built = project.RunProgram("/usr/bin/timeout", {"30", TARN_PROGRAM, "build"});
+    EXPECT_EQ(Built(built.out), "a.c app") << built.err;
+    project.Edit("stop", "");
+  });
+  EXPECT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(run.out, "runs\nover\n");
+  EXPECT_TRUE(Has(project.Out({"log"}), "a.c")) << project.Out({"log"});
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+}
+
 TEST_F(CliActions, TheServerEndsWithTheDebugger) {
   project.AddProgram("simavr", "#!/bin/sh\necho $$ > server.pid\nexec sleep 60\n");
   project.AddProgram(

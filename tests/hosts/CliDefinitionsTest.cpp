@@ -86,6 +86,12 @@ TEST(CliDefinitions, AToolchainIsFoundWhereTheVariableOrTheSettingSays) {
   EXPECT_TRUE(Has(project.Out({"build", "--trust"}), "Nothing to do"));
   install("two", "gcc three");
   EXPECT_EQ(Built(project.Out({"build", "--trust"})), "a.c b.c c.c app");
+  // The compiler itself stands for its folder.
+  for (const char* each : {"one/bin", "one/bin/gcc"}) {
+    project.Point("TARN_HOST_GCC", each);
+    EXPECT_TRUE(Has(project.Out({"toolchains"}), project.PathOf("one/bin/gcc") + "  gcc one\n"));
+  }
+  EXPECT_EQ(Built(project.Out({"build", "--trust"})), "a.c b.c c.c app");
   project.Point("TARN_HOST_GCC", "none");
   const std::string missing = project.Out({"toolchains"});
   EXPECT_TRUE(Has(missing, "gcc is not in " + project.PathOf("none") + ". On Debian")) << missing;

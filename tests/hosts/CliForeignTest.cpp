@@ -186,6 +186,43 @@ TEST(CliForeign, BoardsOfEnvironmentsAreFoundByTheirIdentifiers) {
   }
 }
 
+TEST(CliForeign, ABoardThatIsUnknownIsReportedWithItsNearestTargets) {
+  ForeignProject project;
+  const struct {
+    const char *keys, *said;
+  } rows[] = {
+      {"board = nucleo_f401rc",
+       "the board nucleo_f401rc is not in the catalogue, whose nearest "
+       "targets are \"NUCLEO-F401RE\""},
+      {"board = genericSTM32F103C9", "\"Blue Pill\""},
+      {"board_build.mcu = stm32f103c8t6x",
+       "the board stm32f103c8t6x is not in the catalogue, whose "
+       "nearest targets are \"STM32F103C8\""},
+      // The clock alone says nothing about the device.
+      {"board = xyzzy\nboard_build.f_cpu = 8000000L",
+       "the board xyzzy is not in the catalogue; see `tarn targets`"},
+      {"monitor_speed = 9600", "it names no board; set Target.Toolchain"},
+  };
+  for (const auto& row : rows) {
+    project.Write("other/platformio.ini",
+                  std::string("[env:one]\nplatform = ststm32\n") + row.keys + "\n");
+    const auto made = project.Run({"import", "other", "--yes"});
+    EXPECT_TRUE(Has(made.err, row.said)) << row.keys << "\n" << made.err;
+  }
+  std::filesystem::remove(project.PathOf("other/platformio.ini"));
+  project.Write(
+      "other/.cproject",
+      "<cproject><storageModule><configuration name=\"One\"><folderInfo resourcePath=\"\">"
+      "<toolChain superClass=\"x.toolchain.gnu.exe\"><option superClass=\"x.target.mcu\" "
+      "value=\"stm32f103c8t6x\"/></toolChain></folderInfo></configuration>"
+      "</storageModule></cproject>");
+  const auto made = project.Run({"import", "other", "--yes"});
+  EXPECT_TRUE(Has(made.err,
+                  "the device stm32f103c8t6x is not in the catalogue, whose nearest "
+                  "targets are \"STM32F103C8\""))
+      << made.err;
+}
+
 // Start-up code is added where no source has some, and only for the configurations that need it.
 TEST(CliForeign, AFirmwareWithoutStartUpCodeGetsThatOfItsTarget) {
   if (FindProgram("arm-none-eabi-gcc").empty())
@@ -201,6 +238,13 @@ TEST(CliForeign, AFirmwareWithoutStartUpCodeGetsThatOfItsTarget) {
   EXPECT_TRUE(Has(made.err, "startup/startup.c was added")) << made.err;
   EXPECT_EQ(Built(project.Out({"build", "other"})), "main.c startup.c syscalls.c other.elf");
   EXPECT_EQ(Built(project.Out({"build", "other", "--config", "pc"})), "main.c other");
+  project.Write("other/platformio.ini",
+                "[platformio]\nsrc_dir = src\n[env:pico]\nboard = pico\n"
+                "build_src_filter = +<main.c>\n");
+  project.Out({"import", "other", "--yes"});
+  EXPECT_EQ(Built(project.Out({"build", "other"})),
+            "main.c boot2.s startup.c syscalls.c other.elf");
+  EXPECT_TRUE(project.Exists("other/build/pico/other.uf2"));
 }
 
 TEST(CliForeign, StartUpCodeOfASourceIsKeptAndWhatIsMissingIsNamed) {
@@ -315,7 +359,8 @@ TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
   project.Write("Blink/more.ino",
                 "int pin() { return 13; }\nvoid toggle() { digitalWrite(pin(), "
                 "!digitalRead(pin())); }\n");
-  project.ExpectRefusal({"import", "Blink", "--board", "una"}, 3, "unknown board \"una\"");
+  project.ExpectRefusal({"import", "Blink", "--board", "una"}, 3,
+                        "unknown board \"una\". Did you mean \"uno\"");
   const auto made = project.Run({"import", "Blink"});
   EXPECT_EQ(made.code, 0) << made.err;
   EXPECT_TRUE(Has(made.err, "more.ino was copied to Blink.ino.cpp")) << made.err;

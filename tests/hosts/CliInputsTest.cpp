@@ -351,5 +351,31 @@ TEST(CliInputs, AFileOfAnOptionIsFoundEarlier) {
   });
 }
 
+TEST(CliInputs, AnApplicationWithoutFilesIsNamed) {
+  CliProject project;
+  project.WriteProject({{"app", {}}});
+  const auto expect = [&](const std::string& name) {
+    const auto built = project.Run({"build", "--app", name});
+    EXPECT_EQ(built.code, 1) << name;
+    EXPECT_TRUE(Has(built.out + built.err, "the application " + name +
+                                               " has no files to build; add some, for example "
+                                               "with `tarn add FILE`"))
+        << built.out << built.err;
+  };
+  expect("app");  // with an empty group
+  project.Out({"add", "src/a.h"});
+  expect("app");
+  project.Out({"add", "--application", "bare", "--empty"});
+  expect("bare");
+  // A library may consist of headers only.
+  project.Out({"add", "--application", "headers", "--library", "src/a.h"});
+  EXPECT_EQ(Built(project.Out({"build", "--app", "headers"})), "headers.a");
+  // An application without sources of its own may be in a library.
+  project.Write("src/main.c", "int main(void) { return 0; }\n");
+  project.Out({"add", "--application", "code", "--library", "src/main.c"});
+  project.Out({"options", "set", "-a", "app", "Linker.Applications", "code"});
+  EXPECT_EQ(Built(project.Out({"build", "--app", "app"})), "main.c code.a app");
+}
+
 }  // namespace
 }  // namespace tarn::host

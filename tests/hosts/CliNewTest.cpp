@@ -55,9 +55,17 @@ TEST(CliNew, ABoardIsFoundByTheNamesThatPeopleUse) {
 
 TEST(CliNew, WhatABoardNeedsToStartIsSaidAtOnce) {
   CliProject project;
-  const auto made = project.Run({"new", "p", "--target", "pico"});
+  std::filesystem::create_directories(project.PathOf("settings/user"));
+  project.Point("TARN_SETTINGS", "settings");
+  project.Write("targets.xml",
+                "<Targets Header='Mine' ><Target Header='ab1' ><ConfigName>Standard</ConfigName>"
+                "<![CDATA[\nprint('Press its button.')\n]]></Target></Targets>");
+  project.Write("settings/user/registry.ini",
+                "[Software\\Corvane\\Tarn7\\Targets\\mine]\nNickName=Mine\nXmlPath=" +
+                    project.PathOf("targets.xml") + "\n");
+  const auto made = project.Run({"new", "p", "--target", "ab1"});
   EXPECT_EQ(made.code, 0);
-  EXPECT_TRUE(Has(made.err, "only with a second-stage boot loader")) << made.err;
+  EXPECT_TRUE(Has(made.err, "Press its button.")) << made.err;
 }
 
 // simavr would start, and say that it doesn't have the device.

@@ -197,19 +197,27 @@ void ExpectMemoryOptions(const Part& part) {
 }
 
 // A new project has these files next to each other; together they are compiled faster.
-std::string FirmwareSource(const std::string& family) {
+std::string FirmwareSource(const std::string& family, const std::string& first) {
   std::string source;
-  for (const std::string& name : {family + "/startup.c", std::string("libc/syscalls.c"),
-                                  std::string("templates/firmware.c")}) {
+  for (const std::string& name :
+       {family + "/startup.c", std::string("libc/syscalls.c"), "templates/" + first}) {
     source += "#include \"" + SharePath("config/" + name) + "\"\n";
   }
   return source;
 }
 
+// Its second-stage boot loader is assembler code, in a file of its own.
+std::string Rp2040Source() {
+  return FirmwareSource("arm", "rp2040.c") +
+         "__attribute__((section(\".boot2\"), used)) const char boot_stage2[256] = {0};\n";
+}
+
 std::string SourceFor(const TargetDescription& description) {
   const std::string script = description.script.value_or("");
-  if (Has(script, "\"arm-gcc\"")) return FirmwareSource("arm");
-  if (Has(script, "\"riscv-gcc\"")) return FirmwareSource("riscv");
+  if (Has(script, "\"rp2040\"")) return Rp2040Source();
+  if (Has(script, "\"rp2350\"")) return FirmwareSource("arm", "rp2350.c");
+  if (Has(script, "\"arm-gcc\"")) return FirmwareSource("arm", "firmware.c");
+  if (Has(script, "\"riscv-gcc\"")) return FirmwareSource("riscv", "firmware.c");
   return Has(script, "\"avr-gcc\"") ? AvrSource(description.text) : SdccSource(description.text);
 }
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "hosts/CliProject.h"
+#include "platform/text/Text.h"
 
 // The compilers of microcontrollers with the processors that they are for: a program in C, C++ and
 // assembler is built, and runs in a simulator. `make test-toolchains` installs them.
@@ -90,7 +92,7 @@ class Toolchains : public ::testing::Test {
     }
     const auto built = project.Run({"build", "p"});
     ASSERT_EQ(built.code, 0) << built.out << built.err;
-    EXPECT_TRUE(Has(built.out, "flash ")) << built.out;
+    CheckSizes(built.out);
     EXPECT_FALSE(Has(built.out + built.err, "warning")) << built.out << built.err;
     for (const char* extension : {"elf", "hex", "bin", "map"}) {
       EXPECT_TRUE(project.Exists(std::string("p/build/Standard/p.") + extension)) << extension;
@@ -104,6 +106,22 @@ class Toolchains : public ::testing::Test {
     const auto run = project.RunProgram("/usr/bin/timeout", arguments);
     EXPECT_EQ(run.code, 3) << run.err;
     EXPECT_TRUE(Has(run.out + run.err, output)) << run.out << run.err;
+  }
+
+  // The summary of a build and the table of sizes have the same figures: the reserve for heap and
+  // stack, which is 1024 bytes in a new project, is apart.
+  void CheckSizes(const std::string& summary) {
+    const auto memories =
+        nlohmann::json::parse(project.Out({"size", "--json", "p"}))["applications"][0]["memories"];
+    EXPECT_EQ(memories.size(), 2U);
+    for (const auto& each : memories) {
+      const bool isRam = each["name"] == "RAM";
+      const std::string figure = (isRam ? ", RAM " : "flash ") + each["used"].dump() + " B (";
+      EXPECT_TRUE(Has(summary, figure)) << summary << figure;
+      EXPECT_EQ(each["reserved"], isRam ? 1024 : 0);
+      EXPECT_EQ(each["free"],
+                each["size"].get<int>() - each["used"].get<int>() - each["reserved"].get<int>());
+    }
   }
 
   CliProject project;
@@ -162,6 +180,138 @@ TEST_F(Toolchains, ArmProgramsRunOnEachCore) {
   EXPECT_EQ(image.substr(0, 4) + std::to_string(image.size() % 512), "UF2\n0");
   EXPECT_TRUE(Has(project.Out({"globals", "p", "--file", "*main.c"}), "static int filled"));
   EXPECT_TRUE(Has(project.Out({"build", "p"}), "Nothing to do"));
+}
+
+// Reads a little-endian number of 32 bits; 0 beyond the end.
+std::uint32_t WordAt(const std::string& bytes, std::size_t at) {
+  std::uint32_t word = 0;
+  for (std::size_t i = 4; i-- > 0;) {
+    word = word << 8 | (at + i < bytes.size() ? static_cast<unsigned char>(bytes[at + i]) : 0U);
+  }
+  return word;
+}
+
+// Checksum that the boot ROM compares, bit by bit.
+std::uint32_t BootChecksum(const std::string& flash) {
+  std::uint32_t crc = 0xFFFFFFFF;
+  for (std::size_t bit = 0; bit < std::size_t{252} * 8; ++bit) {
+    const bool isSet = (flash[bit / 8] >> (7 - bit % 8) & 1) != 0;
+    crc = crc << 1 ^ ((crc >> 31 != 0) != isSet ? 0x04C11DB7 : 0);
+  }
+  return crc;
+}
+
+// Returns the content of the flash that a boot loader would write, and checks each block.
+std::string FlashOf(const std::string& uf2, std::uint32_t start, std::uint32_t family) {
+  std::string flash;
+  EXPECT_GT(uf2.size(), 0U);
+  EXPECT_EQ(uf2.size() % 512, 0U);
+  for (std::size_t at = 0; at + 512 <= uf2.size(); at += 512) {
+    const std::uint32_t words[] = {0x0A324655,
+                                   0x9E5D5157,
+                                   0x2000,
+                                   static_cast<std::uint32_t>(start + flash.size()),
+                                   256,
+                                   static_cast<std::uint32_t>(at / 512),
+                                   static_cast<std::uint32_t>(uf2.size() / 512),
+                                   family};
+    for (std::size_t i = 0; i < std::size(words); ++i) {
+      EXPECT_EQ(WordAt(uf2, at + 4 * i), words[i]) << "block " << at / 512 << " word " << i;
+    }
+    EXPECT_EQ(WordAt(uf2, at + 508), 0x0AB16F30U);
+    flash += uf2.substr(at + 32, 256);
+  }
+  return flash;
+}
+
+// The boot ROM of the RP2040 runs the first 256 bytes of the flash, if their checksum is right, and
+// these start the program after them.
+TEST_F(Toolchains, APicoStartsFromItsFlash) {
+  for (const char* toolchain : {"arm-gcc", "arm-clang"}) {
+    const bool isClang = std::string(toolchain) == "arm-clang";
+    const std::string missing = Missing(isClang ? "clang ld.lld llvm-objcopy arm-none-eabi-gcc"
+                                                : "arm-none-eabi-gcc arm-none-eabi-g++");
+    if (!missing.empty()) GTEST_SKIP() << missing;
+    const std::string name = isClang ? "c" : "g";
+    project.Out({"new", name, "--target", "pico"});
+    project.Out({"options", "set", "Target.Toolchain", toolchain, name});
+    const std::string built = project.Out({"build", name});
+    EXPECT_FALSE(Has(built, "warning")) << built;
+    const auto read = [&](const char* extension) {
+      return project.Read(name + "/build/Standard/" + name + extension);
+    };
+    const std::string binary = read(".bin");
+    ASSERT_GT(binary.size(), 512U);
+    EXPECT_EQ(WordAt(binary, 252), BootChecksum(binary));
+    EXPECT_EQ(WordAt(binary, 256), 0x20040000U) << "stack at the end of the RAM";
+    EXPECT_EQ(WordAt(binary, 260) & 0xFFFC0001, 0x10000001U) << "reset handler in Thumb code";
+    std::string flash = FlashOf(read(".uf2"), 0x10000000, 0xE48BFF56);
+    ASSERT_GE(flash.size(), binary.size());
+    flash.resize(binary.size());
+    EXPECT_TRUE(flash == binary) << toolchain;
+    EXPECT_TRUE(Has(built, "flash " + std::to_string(binary.size()) + " B")) << built;
+    EXPECT_TRUE(Has(read(".hex"), ":020000041000EA"));  // the upper half of the first address
+
+    // A loader of the user's own gets its checksum as well.
+    const std::string loader = name + "/src/boot2.s";
+    const std::string source = project.Read(loader);
+    project.Edit(loader, ReplaceAll(source, "CLOCK_DIVIDER 4", "CLOCK_DIVIDER 2"));
+    project.Out({"build", name});
+    const std::string faster = read(".bin");
+    EXPECT_NE(faster.substr(0, 256), binary.substr(0, 256));
+    EXPECT_EQ(WordAt(faster, 252), BootChecksum(faster));
+    EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do"));
+
+    // However the start of the flash is written.
+    project.Out({"options", "set", "Target.FlashStart", "268435456", name});
+    project.Edit(loader, source);
+    project.Out({"build", name});
+    EXPECT_TRUE(read(".bin") == binary);
+    project.Out({"options", "set", "Target.FlashStart", "0x10000000", name});
+
+    project.Edit(loader, ReplaceAll(source, ".org 252", ".org 260"));
+    const auto large = project.Run({"build", name});
+    EXPECT_TRUE(Has(large.out + large.err, "must have 256 bytes")) << large.out << large.err;
+    project.Edit(loader, "");
+    const auto none = project.Run({"build", name});
+    EXPECT_TRUE(Has(none.out + none.err, "the option Linker.ChecksumSection names it"));
+    EXPECT_FALSE(project.Exists(name + "/build/Standard/" + name + ".uf2"));
+    // A program that another boot loader starts needs none.
+    project.Out({"options", "set", "Target.FlashStart", "0x10000100", name});
+    project.Out({"build", name});
+    EXPECT_EQ(WordAt(read(".bin"), 0), 0x20040000U);
+
+    // A second application starts in the same way.
+    project.Out({"options", "set", "Target.FlashStart", "0x10000000", name});
+    project.Edit(loader, source);
+    project.Write(name + "/src/other.c", "int main(void) { for (;;); }\n");
+    project.Out({"add", name, "--application", "other", name + "/src/other.c"});
+    project.Out({"build", name, "--app", "other"});
+    const std::string other =
+        FlashOf(project.Read(name + "/build/Standard/other.uf2"), 0x10000000, 0xE48BFF56);
+    EXPECT_EQ(other.substr(0, 256), binary.substr(0, 256));
+  }
+}
+
+// The boot ROM of the RP2350 looks for a block in the first 4 KB, and expects the vector table at
+// the start.
+TEST_F(Toolchains, APico2IsToldThatItsFlashHasAProgram) {
+  const std::string missing = Missing("arm-none-eabi-gcc arm-none-eabi-g++");
+  if (!missing.empty()) GTEST_SKIP() << missing;
+  project.Out({"new", "p", "--target", "pico2"});
+  for (const char* lto : {"No", "Yes"}) {
+    project.Out({"options", "set", "Compiler.Lto", lto, "p"});
+    project.Out({"build", "p"});
+    const std::string binary = project.Read("p/build/Standard/p.bin");
+    EXPECT_EQ(WordAt(binary, 0), 0x20082000U);
+    EXPECT_EQ(WordAt(binary, 4) & 0xFFC00001, 0x10000001U);
+    const std::size_t block = binary.find("\xd3\xde\xff\xff");
+    ASSERT_LT(block, 4096U - 20);
+    EXPECT_EQ(block % 4, 0U);
+    const std::uint32_t words[] = {0xFFFFDED3, 0x10210142, 0x1FF, 0, 0xAB123579};
+    for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(WordAt(binary, block + 4 * i), words[i]) << i;
+    FlashOf(project.Read("p/build/Standard/p.uf2"), 0x10000000, 0xE48BFF59);
+  }
 }
 
 TEST_F(Toolchains, RiscvProgramsRunOnEachInstructionSet) {

@@ -11,6 +11,7 @@ endif()
 set(wanted
   bin/tarn
   ${LIBDIR}/tarn-guard
+  ${LIBDIR}/tarn-checksum
   ${LIBDIR}/tarn-embed
   ${LIBDIR}/tarn-uf2
   ${LIBDIR}/tarn-version

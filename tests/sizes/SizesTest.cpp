@@ -140,6 +140,32 @@ TEST(ProgramSizes, InitialValuesTakeBothMemoriesAndGapsBelongToNoFile) {
             "main a.o\ntable b.o\n");
 }
 
+TEST(ProgramSizes, WhatTheLinkerScriptReservesIsNotUsed) {
+  ElfImage program;
+  program.sections = {{},
+                      {".bss", 0x20000000, 0x20000000, 16, true, true, false},
+                      {".own", 0x20000010, 0x20000010, 8, true, true, false},
+                      {".heap_and_stack", 0x20000018, 0x20000018, 1024, true, true, false},
+                      {".unlisted", 0x20000418, 0x20000418, 4, true, true, false}};
+  program.symbols = {{"own", 0x20000010, 8, 2, false}};
+  LinkerMap map;
+  map.regions = {{"RAM", 0x20000000, 0x1000}};
+  map.sections = {{".bss", 0x20000000, 0x20000000},
+                  {".own", 0x20000010, 0x20000010},
+                  {".heap_and_stack", 0x20000018, 0x20000018}};
+  map.files = {"", "a.o"};
+  map.pieces = {{".bss", 0x20000000, 16, 0, 1}, {"*fill*", 0x20000018, 1024, 2, 0}};
+  const ProgramSizes sizes = MeasureProgram(program, map, {});
+  ASSERT_EQ(sizes.regions.size(), 1U);
+  EXPECT_EQ(sizes.regions[0].used, 28U);
+  EXPECT_EQ(sizes.regions[0].reserved, 1024U);
+  std::uint64_t inFiles = 0;
+  for (const FileSize& each : sizes.files) inFiles += each.byRegion[0];
+  EXPECT_EQ(inFiles, 28U);
+  // Without a map, nothing shows that a section is empty.
+  EXPECT_EQ(MeasureProgram(program, {}, {0, 0, 0x20000000, 4096, 0}).regions[0].reserved, 0U);
+}
+
 TEST(ProgramSizes, MapsOfSdccHaveSizesUpToTheNextSymbol) {
   const std::string area =
       "CODE                                00008024    00000029 =          41. bytes (REL,CON)\n";

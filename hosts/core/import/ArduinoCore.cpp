@@ -7,6 +7,7 @@
 
 #include "hosts/core/import/SourceScan.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -121,12 +122,15 @@ Result<CoreBoard> ArduinoCore::FindBoard(const std::string& id) const {
   const Table table = ReadTable(files_, path);
   const std::optional<ChosenBoard> chosen = ChooseBoard(table, id);
   if (!chosen) {
-    std::string known;
+    std::vector<std::string> known;
+    std::string listed;
     for (const auto& [key, value] : table.values) {
       if (!key.ends_with(".name") || key.find('.') + 5 != key.size()) continue;
-      known += (known.empty() ? "" : ", ") + key.substr(0, key.size() - 5);
+      known.push_back(key.substr(0, key.size() - 5));
+      listed += (listed.empty() ? " There are " : ", ") + known.back();
     }
-    return Error{ErrorCode::NotFound, "unknown board \"" + id + "\"; there are " + known, path};
+    return Error{ErrorCode::NotFound,
+                 "unknown board \"" + id + "\"." + SuggestionText(id, known) + listed, path};
   }
   const auto value = [&](const char* key) { return ValueOf(table, *chosen, key); };
   CoreBoard board;

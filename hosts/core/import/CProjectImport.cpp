@@ -218,7 +218,10 @@ ImportedOptions CProject::OptionsOf(const Settings& settings, const std::string&
   }
   const ImportedOptions target = context_.target(settings.device);
   for (const auto& [key, value] : target) options[key] = value;
-  if (target.empty()) store("Application.Target.Device", settings.device);
+  if (target.empty() && !settings.device.empty()) {
+    store("Application.Target.Device", settings.device);
+    Remark("the device " + context_.describeUnknown(settings.device));
+  }
   store("Application.Compiler.Optimize", settings.optimize);
   store("Application.Compiler.Debug", settings.debug);
   store("Application.Compiler.Defines", ListValue(settings.defines));

@@ -12,4 +12,9 @@ namespace tarn::host {
 ImportedOptions FindTargetOptions(FileSystem& files, const std::string& folder,
                                   const std::string& name);
 
+// Returns the rest of a sentence about a target that FindTargetOptions() doesn't find, with the
+// names of the nearest ones, and what the user can do.
+std::string DescribeUnknownTarget(FileSystem& files, const std::string& folder,
+                                  const std::string& name);
+
 }  // namespace tarn::host

@@ -55,6 +55,8 @@ struct ImportContext {
   // Returns the options of the catalogue's target or board with this name, which may be written
   // with other separators and in other letter case. Empty if there is none.
   std::function<ImportedOptions(const std::string& name)> target;
+  // Returns the rest of a remark about a target that isn't in the catalogue: "NAME is not in ...".
+  std::function<std::string(const std::string& name)> describeUnknown;
   // Returns the installation's start-up files for a program with these options. Empty if its
   // toolchain needs none.
   std::function<std::vector<std::string>(const ImportedOptions& options)> startUp;

@@ -153,10 +153,13 @@ void PlatformIo::ChooseTarget(Environment& environment) {
     options["Application.Target.Clock"] = clock.substr(0, clock.find_first_not_of("0123456789"));
   }
   if (platform == "native") options["Application.Target.Toolchain"] = "host-gcc";
-  if (options.empty()) {
-    Remark(environment, "the board " + (board.empty() ? "(none)" : board) +
-                            " is not in the catalogue; set Target.Toolchain and Target.Device");
+  if (options.contains("Application.Target.Toolchain") ||
+      options.contains("Application.Target.Device")) {
+    return;
   }
+  const std::string& unknown = board.empty() ? device : board;
+  Remark(environment, unknown.empty() ? "it names no board; set Target.Toolchain and Target.Device"
+                                      : "the board " + context_.describeUnknown(unknown));
 }
 
 // Appends to a list or to a command line.
