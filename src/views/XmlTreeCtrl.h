@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "views/XmlTreeMessages.h"
@@ -118,7 +119,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   bool OnDragCancelled() override;
   void OnKillFocus() override;
   void OnDestroy() override;
-  void OnItemExpanded(const CTreeItem& /*item*/) override { isStateSaved_ = false; }
+  void OnItemExpanded(const CTreeItem& item) override { unsaved_.insert(&item); }
   void OnItemGone(const CTreeItem& item) override;
   PaintCommands OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override;
 
@@ -168,8 +169,8 @@ class CXmlTreeCtrl : public CTreeCtrl {
   CTipWindow tipWindow_;
 
   std::unordered_map<const CXmlNode*, CTreeItem*> items_;
-  // Nothing has been expanded, collapsed or refilled since the last SaveViewState().
-  bool isStateSaved_ = false;
+  // Items that were added, expanded or collapsed since the last SaveViewState().
+  std::unordered_set<const CTreeItem*> unsaved_;
   // Nodes with that label, in order; valid until an item is added, removed or changed.
   std::vector<const CXmlNode*> labelMatches_;
   std::string matchedLabel_;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "platform/text/Text.h"
 #include "views/XmlTreeCtrl.h"
@@ -125,6 +126,7 @@ std::unique_ptr<CTreeItem> CXmlTreeCtrl::BuildItem(CXmlNode& node, Filling& fill
     if (ImageOf(child, filling) != nullptr) item->AppendChild(BuildItem(child, filling));
   }
   item->SetExpanded(IsKeptExpanded(node));
+  unsaved_.insert(item.get());
   return item;
 }
 
@@ -135,7 +137,7 @@ void CXmlTreeCtrl::UpdateItem(CTreeItem& item, Filling& filling) {
   UpdateChildren(&item, ShownChildren(node, filling), filling);
   const bool expand = IsKeptExpanded(node);
   if (item.IsExpanded() == expand) return;
-  isStateSaved_ = false;
+  unsaved_.insert(&item);
   if (!item.HasChildren()) return;
   CountChange(filling);
   Expand(item, expand);
@@ -191,7 +193,6 @@ std::vector<CTreeItem*> CXmlTreeCtrl::ReplaceChildren(CTreeItem* item,
 }
 
 void CXmlTreeCtrl::CountChange(Filling& filling) {
-  isStateSaved_ = false;
   areMatchesKnown_ = false;
   if (++filling.changes == kManyChanges) SetRedraw(false);
 }
@@ -230,7 +231,7 @@ void CXmlTreeCtrl::FindMatches() {
 
 void CXmlTreeCtrl::SaveViewState() {
   if (isEmpty_) return;
-  if (!isStateSaved_) SaveExpansion();
+  SaveExpansion();
   const CTreeItem* const chosen = GetSelectedItem();
   if (chosen == nullptr || NodeOf(*chosen) == nullptr) return;
   selectedNode_ = NodeOf(*chosen);
@@ -238,8 +239,7 @@ void CXmlTreeCtrl::SaveViewState() {
 }
 
 void CXmlTreeCtrl::SaveExpansion() {
-  isStateSaved_ = true;
-  for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
+  for (const CTreeItem* const item : std::exchange(unsaved_, {})) {
     CXmlNode* const node = NodeOf(*item);
     if (node == nullptr) continue;
     const char* const state = item->IsExpanded() ? "32" : "0";
@@ -268,6 +268,7 @@ bool CXmlTreeCtrl::InvalidateSubtree(const CXmlNode& node) {
 }
 
 void CXmlTreeCtrl::OnItemGone(const CTreeItem& item) {
+  unsaved_.erase(&item);
   // A node that was moved may already have a new item.
   const auto found = items_.find(NodeOf(item));
   if (found != items_.end() && found->second == &item) items_.erase(found);

@@ -80,7 +80,7 @@ void CTreeCtrl::InsertItems(CTreeItem* above, int first, CTreeItems items) {
   list.children_.insert(list.children_.begin() + first, std::make_move_iterator(items.begin()),
                         std::make_move_iterator(items.end()));
   list.NumberChildren(first);
-  rows_.Invalidate();
+  rows_.InvalidateAfter(list.BeforeChild(first));
   if (listener != nullptr) listener->OnItemsInserted(above, first, count);
 }
 
@@ -108,7 +108,7 @@ CTreeItems CTreeCtrl::TakeItems(CTreeItem* above, int first, int count) {
   list.NumberChildren(first);
   for (const std::unique_ptr<CTreeItem>& item : taken) item->parent_ = nullptr;
   if (!list.isTop_) list.isExpanded_ = list.isExpanded_ && list.HasChildren();
-  rows_.Invalidate();
+  rows_.InvalidateAfter(list.BeforeChild(first));
   if (listener != nullptr) listener->OnItemsRemoved(above, first, count);
   return taken;
 }
@@ -176,7 +176,7 @@ void CTreeCtrl::Expand(CTreeItem& item, bool expand) {
   if (!item.HasChildren() || item.isExpanded_ == expand) return;
   TreePeer* const listener = Listener();
   item.isExpanded_ = expand;
-  rows_.Invalidate();
+  rows_.InvalidateAfter(item);
   if (listener != nullptr) listener->OnItemExpanded(item);
   const WindowHandle own = GetHandle();
   OnItemExpanded(item);

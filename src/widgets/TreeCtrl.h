@@ -81,6 +81,8 @@ class CTreeItem {
   friend class CTreeCtrl;
 
   CTreeItem* NextAfterSubtree() const;
+  // The sibling before the child at that position, or this item.
+  const CTreeItem& BeforeChild(int at) const { return at > 0 ? *GetChild(at - 1) : *this; }
   void NumberChildren(int from);
 
   std::string text_;

@@ -296,6 +296,8 @@ TEST_F(TreeCtrlTest, WhatThePeerHearsIsWhatHasHappened) {
         tree.SelectItem(above);
     }
     ASSERT_EQ(mirror.Text(), TreeText(tree)) << step;
+    // The lines are numbered after several changes, too.
+    if (pick(2) == 0) continue;
     const CTreeItem* before = nullptr;
     for (int row = 0; row < tree.GetRows().GetCount(); ++row) {
       CTreeItem* const item = tree.GetRows().GetAt(row);

@@ -1,6 +1,7 @@
 #include "platform/process/Process.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,7 +11,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <thread>
+#include <vector>
 
 #include "support/TestEnvironment.h"
 
@@ -50,9 +53,30 @@ std::unique_ptr<Process> StartShell(const std::string& script) {
   return Start({"sh", {"-c", script}, {}, {}});
 }
 
-bool HasChildren() {
-  siginfo_t info{};
-  return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0;
+// Returns the numbers of the processes whose parent is this one.
+std::vector<pid_t> ChildrenOf(pid_t parent) {
+  std::vector<pid_t> children;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "stat");
+    std::string text;
+    std::getline(file, text);
+    // "NUMBER (NAME) STATE PARENT ..."
+    const auto name = text.rfind(')');
+    if (name == std::string::npos) continue;
+    if (std::atoi(text.c_str() + name + 4) == parent) children.push_back(std::atoi(text.c_str()));
+  }
+  return children;
+}
+
+// The only child of this process is the server of the guards. Each guard ends after its tool.
+bool AreGuardsGone() {
+  const std::vector<pid_t> servers = ChildrenOf(getpid());
+  if (servers.size() > 1) return false;
+  for (int tries = 0; tries < 200 && !servers.empty(); ++tries) {
+    if (ChildrenOf(servers.front()).empty()) return true;
+    std::this_thread::sleep_for(milliseconds(10));
+  }
+  return servers.empty();
 }
 
 TEST(Process, ArgumentsArriveAsTheyAreAndNoShellReadsThem) {
@@ -81,7 +105,7 @@ TEST(Process, EachKindOfExitHasItsCode) {
     EXPECT_EQ(run.exit.signalled, row.signalled) << row.script;
     EXPECT_EQ(process->WaitWithOutput({}).code, row.code) << row.script;
   }
-  EXPECT_FALSE(HasChildren());
+  EXPECT_TRUE(AreGuardsGone());
 }
 
 TEST(Process, MegabytesOnBothStreamsAtOnceComeWhole) {
@@ -114,7 +138,7 @@ TEST(Process, AMissingProgramOrFolderIsReportedAndLeavesNothing) {
     EXPECT_EQ(started.GetError().code, isFolder ? ErrorCode::Io : ErrorCode::NotFound) << row.place;
     EXPECT_EQ(started.GetError().place, row.place);
   }
-  EXPECT_FALSE(HasChildren());
+  EXPECT_TRUE(AreGuardsGone());
 }
 
 // Otherwise a compiler would run a program "as" that lies next to a source.
@@ -184,6 +208,19 @@ TEST(Process, NoDescriptorOfThisProcessLeaks) {
   EXPECT_EQ(alone.substr(0, 6), "0\n1\n2\n");
 }
 
+TEST(Process, WhatThisProcessClosesIsNotKeptOpenByItsGuards) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);  // without the flag that closes them in programs
+  const std::vector<pid_t> servers = ChildrenOf(getpid());
+  for (const pid_t server : servers) kill(server, SIGKILL);  // the next one starts now
+  EXPECT_EQ(RunToEnd(*StartShell("echo $0")).output, "sh\n");
+  EXPECT_NE(ChildrenOf(getpid()), servers);
+  close(ends[1]);
+  pollfd end{ends[0], POLLIN, 0};
+  EXPECT_EQ(poll(&end, 1, 2000), 1);
+  close(ends[0]);
+}
+
 TEST(Process, StopTakesTheWholeGroupWithin2Seconds) {
   const struct {
     const char* name;
@@ -218,7 +255,7 @@ TEST(Process, StopTakesTheWholeGroupWithin2Seconds) {
     EXPECT_TRUE(EndsSoon(child)) << row.name;
     process->Stop(milliseconds(0));  // after the end: no-op
   }
-  EXPECT_FALSE(HasChildren());
+  EXPECT_TRUE(AreGuardsGone());
 }
 
 TEST(Process, WhatAToolHasStartedEndsWithAKilledHost) {
@@ -303,7 +340,7 @@ TEST(Process, OneThatClosesItsStreamsIsStillWaitedFor) {
 
 TEST(Process, AnUnwantedProcessGoesWithItsObject) {
   StartShell("sleep 60").reset();
-  EXPECT_FALSE(HasChildren());
+  EXPECT_TRUE(AreGuardsGone());
 }
 
 TEST(Process, ManyAtOnceDoNotHoldEachOthersPipes) {

@@ -37,15 +37,13 @@ ProcessExit ToExit(int status) {
 
 class PosixProcess final : public Process {
  public:
-  // -1 before Start.
-  pid_t guardPid = -1;
   Pipe output;
   Pipe errors;
   Pipe wake;
-  Descriptor channel;  // to the guard
+  Descriptor channel;  // to the guard; empty before the start
 
   ~PosixProcess() override {
-    if (guardPid < 0 || exit_) return;
+    if (!channel || exit_) return;
     Kill();
     Reap();
   }
@@ -172,8 +170,6 @@ class PosixProcess final : public Process {
   ProcessExit Reap() {
     // Without the lock, so that Stop() never blocks.
     while (!hasEnded_) ReadEnd();
-    while (waitpid(guardPid, nullptr, 0) < 0 && errno == EINTR) {
-    }
     const std::lock_guard hold(lock_);
     exit_ = ToExit(status_);
     return *exit_;
@@ -207,11 +203,10 @@ class PosixProcessLauncher final : public ProcessLauncher {
         !SetNonBlocking(process->wake.writer)) {
       return LastError(request);
     }
-    const Result<pid_t> started =
+    const Status started =
         SpawnGuarded(request, process->output.writer.Get(), process->errors.writer.Get(),
                      std::move(sockets.other), sockets.own.Get());
     if (!started) return started.GetError();
-    process->guardPid = *started;
     process->channel = std::move(sockets.own);
     // Leave only the child's copies open, so that the streams end with the child.
     process->output.writer.Close();

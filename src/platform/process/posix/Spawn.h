@@ -1,18 +1,16 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include "platform/Result.h"
 #include "platform/process/Process.h"
 #include "platform/process/posix/Descriptor.h"
 
 namespace tarn {
 
-// Starts the program through the guard (see ToolGuard.cpp), as the leader of a new process group,
+// Starts the program through a guard (see ToolGuard.cpp), as the leader of a new process group,
 // with its two output streams on these descriptors and an empty input. `guardEnd` and `ownEnd` are
 // the ends of a stream socket: the first is closed in this process, the second receives what the
-// guard writes after the start. Returns the guard's process id; the caller must wait for it.
-Result<pid_t> SpawnGuarded(const ProcessRequest& request, int outputStream, int errorStream,
-                           Descriptor guardEnd, int ownEnd);
+// guard writes after the start.
+Status SpawnGuarded(const ProcessRequest& request, int outputStream, int errorStream,
+                    Descriptor guardEnd, int ownEnd);
 
 }  // namespace tarn

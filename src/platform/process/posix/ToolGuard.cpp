@@ -1,12 +1,12 @@
-// tarn-guard: starts one tool and terminates everything that the tool has started, when it is
+// tarn-guard --serve: starts tools, and terminates everything that a tool has started when it is
 // ordered to or when the program that uses the tool is gone for any reason.
 //
-//   tarn-guard [--outlive] PROGRAM NAME [ARGUMENT...]
-//
-// Descriptor 3 is a stream socket to that program. The guard writes two values of type int: after
-// the start, 0 or the errno value of its failure; at the end, the tool's wait status. It reads
-// one-byte orders. The end of the socket means kill or, for a tool that may outlive the program,
-// release the tool.
+// Descriptor 3 is a packet socket to that program. For each request (see GuardChannel.h) the server
+// forks, which costs much less than to execute a guard for each tool. The child is the guard of
+// that tool. Its descriptor 3 is the tool's channel, a stream socket: the guard writes two values
+// of type int, 0 or the errno value of its failure after the start, and the tool's wait status at
+// the end. It reads one-byte orders. The end of the channel means kill or, for a tool that may
+// outlive the program, release the tool. The server ends with its socket; guards keep running.
 //
 // The guard is the subreaper of its descendants: it becomes the parent of each process whose own
 // parent has ended, even if that has left the tool's group or session. It kills only its own
@@ -27,6 +27,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
@@ -39,7 +40,7 @@ namespace {
 
 using tarn::guard::kChannel;
 using tarn::guard::kOrderKill;
-using tarn::guard::kOutlive;
+using tarn::guard::Request;
 
 // Limit for children that cannot be killed, such as those of another user.
 constexpr int kKillTime = 1000;  // milliseconds
@@ -57,34 +58,42 @@ long Now() {
   return time.tv_sec * 1000 + time.tv_nsec / 1'000'000;
 }
 
-void Send(int number) {
+// What is to be executed. The pointers are arrays terminated by null.
+struct Program {
+  char* path = nullptr;
+  char** arguments = nullptr;
+  char** environment = nullptr;
+};
+
+void Send(int number, int channel = kChannel) {
   // An error means that the reader is gone.
-  [[maybe_unused]] const auto sent = send(kChannel, &number, sizeof number, MSG_NOSIGNAL);
+  [[maybe_unused]] const auto sent = send(channel, &number, sizeof number, MSG_NOSIGNAL);
 }
 
 // Runs in the child between fork() and exec(). On error writes an errno value into the pipe. Never
 // returns.
-[[noreturn]] void BecomeTool(char** words, bool diesWithGuard, pid_t guard, int failurePipe) {
+[[noreturn]] void BecomeTool(const Program& program, bool diesWithGuard, pid_t guard,
+                             int failurePipe) {
   setpgid(0, 0);
   if (diesWithGuard) prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != guard) _exit(127);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  execv(words[0], words + 1);
+  execve(program.path, program.arguments, program.environment);
   const int failure = errno;
   [[maybe_unused]] const auto written = write(failurePipe, &failure, sizeof failure);
   _exit(127);
 }
 
 // Returns 0 or an errno value.
-int Start(Tool& tool, char** words, bool diesWithGuard) {
+int Start(Tool& tool, const Program& program, bool diesWithGuard) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
   const pid_t guard = getpid();
   tool.pid = fork();
   if (tool.pid < 0) return errno;
-  if (tool.pid == 0) BecomeTool(words, diesWithGuard, guard, ends[1]);
+  if (tool.pid == 0) BecomeTool(program, diesWithGuard, guard, ends[1]);
   close(ends[1]);
   int failure = 0;
   ssize_t count = -1;
@@ -184,25 +193,127 @@ void Attend(Tool& tool, int childSignals, bool mayOutlive) {
   }
 }
 
-}  // namespace
-
-int main(int count, char** words) {
-  const bool mayOutlive = count > 1 && std::strcmp(words[1], kOutlive) == 0;
-  char** const tool = words + (mayOutlive ? 2 : 1);
-  if (words + count < tool + 2) {
-    std::fputs("tarn-guard starts tools for Tarn and is not meant to be run by itself.\n", stderr);
-    return 2;
-  }
-  fcntl(kChannel, F_SETFD, FD_CLOEXEC);
-  prctl(PR_SET_CHILD_SUBREAPER, 1);
+// Returns a descriptor that becomes readable when a child ends, or -1 on error.
+int WatchChildren() {
   sigset_t childEnds;
   sigemptyset(&childEnds);
   sigaddset(&childEnds, SIGCHLD);
   sigprocmask(SIG_BLOCK, &childEnds, nullptr);
-  const int signals = signalfd(-1, &childEnds, SFD_CLOEXEC | SFD_NONBLOCK);
+  return signalfd(-1, &childEnds, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+struct Received {
+  Request request;
+  int descriptors[tarn::guard::kSentCount + tarn::guard::kMostPassed] = {};
+  int count = 0;
+
+  int Get(tarn::guard::Sent which) const { return descriptors[which]; }
+  void Close() {
+    for (int i = 0; i < count; ++i) close(descriptors[i]);
+  }
+};
+
+// Returns false at the end of the socket.
+bool Receive(Received& received) {
+  iovec packet{&received.request, sizeof received.request};
+  alignas(cmsghdr) char control[CMSG_SPACE(sizeof received.descriptors)];
+  msghdr message{};
+  message.msg_iov = &packet;
+  message.msg_iovlen = 1;
+  message.msg_control = control;
+  message.msg_controllen = sizeof control;
+  ssize_t count = -1;
+  do {
+    count = recvmsg(kChannel, &message, MSG_CMSG_CLOEXEC);
+  } while (count < 0 && errno == EINTR);
+  if (count <= 0) return false;
+  for (cmsghdr* each = CMSG_FIRSTHDR(&message); each != nullptr;
+       each = CMSG_NXTHDR(&message, each)) {
+    if (each->cmsg_level != SOL_SOCKET || each->cmsg_type != SCM_RIGHTS) continue;
+    const std::size_t size = each->cmsg_len - CMSG_LEN(0);
+    std::memcpy(received.descriptors, CMSG_DATA(each), size);
+    received.count = static_cast<int>(size / sizeof(int));
+  }
+  // Some are missing if this process may not open that many.
+  const bool isWhole =
+      count == sizeof received.request &&
+      received.count == tarn::guard::kSentCount + static_cast<int>(received.request.passedCount);
+  if (isWhole) return true;
+  if (received.count > 0) Send(EMFILE, received.Get(tarn::guard::kSentChannel));
+  received.Close();
+  received.count = 0;
+  return true;
+}
+
+// Gives the received descriptors the numbers that the tool expects. Returns 0 or an errno value.
+// `channel` is always the present number of the channel.
+int PutInPlace(const Received& received, int& channel) {
+  using namespace tarn::guard;
+  const Request& request = received.request;
+  int highest = kChannel;
+  for (unsigned i = 0; i < request.passedCount; ++i) {
+    highest = std::max(highest, request.passed[i]);
+  }
+  // First out of the way, since one may have the number of another.
+  int moved[kSentCount + kMostPassed];
+  for (int i = 0; i < received.count; ++i) {
+    moved[i] = fcntl(received.descriptors[i], F_DUPFD_CLOEXEC, highest + 1);
+    if (moved[i] < 0) return errno;
+    close(received.descriptors[i]);
+    channel = moved[kSentChannel];
+  }
+  const int input = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  const bool isPlaced =
+      fchdir(moved[kSentFolder]) == 0 && input >= 0 && dup2(input, STDIN_FILENO) >= 0 &&
+      dup2(moved[kSentOutput], STDOUT_FILENO) >= 0 && dup2(moved[kSentErrors], STDERR_FILENO) >= 0;
+  if (!isPlaced) return errno;
+  if (input > STDERR_FILENO) close(input);
+  for (unsigned i = 0; i < request.passedCount; ++i) {
+    if (dup2(moved[kSentCount + i], request.passed[i]) < 0) return errno;
+  }
+  if (dup3(channel, kChannel, O_CLOEXEC) < 0) return errno;
+  channel = kChannel;
+  for (int i = 0; i < received.count; ++i) close(moved[i]);
+  return 0;
+}
+
+// Reads the strings of the program from the channel. Returns false if the sender is gone or memory
+// is exhausted. The memory is never freed.
+bool ReadProgram(const Request& request, int channel, Program& program) {
+  const std::size_t count = 1 + request.argumentCount + request.variableCount;
+  auto* const text = static_cast<char*>(std::malloc(request.textSize));
+  auto** const pointers = static_cast<char**>(std::calloc(count + 2, sizeof(char*)));
+  if (text == nullptr || pointers == nullptr) return false;
+  for (std::size_t read = 0; read < request.textSize;) {
+    const ssize_t got = recv(channel, text + read, request.textSize - read, MSG_WAITALL);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    read += static_cast<std::size_t>(got);
+  }
+  program = {text, pointers, pointers + request.argumentCount + 1};
+  char* next = text + std::strlen(text) + 1;
+  for (std::size_t i = 1; i < count; ++i) {
+    const bool isArgument = i <= request.argumentCount;
+    pointers[isArgument ? i - 1 : i] = next;
+    next += std::strlen(next) + 1;
+  }
+  return true;
+}
+
+// Starts a tool and attends it until its end.
+int Guard(const Received& received) {
+  setpgid(0, 0);
+  Program program;
+  int channel = received.Get(tarn::guard::kSentChannel);
+  if (!ReadProgram(received.request, channel, program)) return Send(ENOMEM, channel), 1;
+  const int misplaced = PutInPlace(received, channel);
+  if (misplaced != 0) return Send(misplaced, channel), 1;
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
+  const int signals = WatchChildren();
   if (signals < 0) return Send(errno), 1;
   Tool started;
-  const int failure = Start(started, tool, !mayOutlive);
+  const bool mayOutlive = received.request.mayOutlive;
+  const int failure = Start(started, program, !mayOutlive);
   Send(failure);
   if (failure != 0) return 1;
   // Release the tool's streams, so that they end with the tool.
@@ -211,4 +322,48 @@ int main(int count, char** words) {
   Attend(started, signals, mayOutlive);
   Send(started.status);
   return 0;
+}
+
+void CloseInherited() {
+  if (close_range(kChannel + 1, ~0U, 0) == 0) return;
+  constexpr long kMost = 1 << 16;
+  const int end = static_cast<int>(std::min(sysconf(_SC_OPEN_MAX), kMost));
+  for (int each = kChannel + 1; each < end; ++each) close(each);
+}
+
+int Serve() {
+  // Keep nothing in use that belongs to the program: neither descriptors nor its current folder.
+  CloseInherited();
+  if (chdir("/") != 0) return 1;
+  fcntl(kChannel, F_SETFD, FD_CLOEXEC);
+  const int signals = WatchChildren();
+  if (signals < 0) return 1;
+  for (;;) {
+    pollfd watched[] = {{kChannel, POLLIN, 0}, {signals, POLLIN, 0}};
+    poll(watched, 2, -1);
+    signalfd_siginfo info;
+    while (read(signals, &info, sizeof info) > 0) {
+    }
+    while (waitpid(-1, nullptr, WNOHANG) > 0) {
+    }
+    if (watched[0].revents == 0) continue;
+    Received received;
+    if (!Receive(received)) return 0;
+    if (received.count == 0) continue;
+    const pid_t guard = fork();
+    if (guard == 0) {
+      close(signals);
+      return Guard(received);
+    }
+    if (guard < 0) Send(errno, received.Get(tarn::guard::kSentChannel));
+    received.Close();
+  }
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  if (count == 2 && std::strcmp(words[1], tarn::guard::kServe) == 0) return Serve();
+  std::fputs("tarn-guard starts tools for Tarn and is not meant to be run by itself.\n", stderr);
+  return 2;
 }
