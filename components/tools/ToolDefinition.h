@@ -64,6 +64,7 @@ struct StepRule {
   bool capturesSizes = false;     // its standard output is the input of `Size`
   bool relativePaths = false;     // write paths below the working folder relative to it
   bool plainArguments = false;    // the program passes its arguments to a shell
+  bool keepsInputOpen = false;    // its standard input is not empty, but has no end
   std::string trimmed;  // removed from the ends of output lines, where the program adds it
   Conditions conditions;
 };

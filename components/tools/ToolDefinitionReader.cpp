@@ -271,8 +271,9 @@ class ToolReader : public ElementReader {
   }
 
   StepRule ReadStep(const CXmlNode& node) {
-    CheckAttributes(node, {"Program", "Commands", "Launcher", "Folder", "Response", "ResponseAbove",
-                           "Optional", "Capture", "Paths", "Plain", "If", "Trim"});
+    CheckAttributes(
+        node, {"Program", "Commands", "Launcher", "Folder", "Response", "ResponseAbove", "Optional",
+               "Capture", "Paths", "Plain", "If", "Trim", "Input"});
     StepRule step;
     step.trimmed = Text(node, "Trim");
     step.hasCommandLines = node.GetAttr("Commands") != nullptr;
@@ -286,6 +287,7 @@ class ToolReader : public ElementReader {
     step.folder = Filled(node, "Folder");
     step.isOptional = IsYes(node, "Optional");
     step.plainArguments = IsYes(node, "Plain");
+    step.keepsInputOpen = Choose(node, "Input", {"", "Open"}) == 1;
     step.capturesSizes = Choose(node, "Capture", {"", "Size"}) == 1;
     step.relativePaths = Choose(node, "Paths", {"", "Relative"}) == 1;
     if (Choose(node, "Response", {"", "gnu"}) == 1) step.response = ResponseStyle::Gnu;

@@ -179,6 +179,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   if (running_.IsStopping()) return log_.AddPlain("stopped"), false;
   log_.AddPlain(Shortened(CommandLine(command)));
   ProcessRequest request{command.program, command.arguments, command.environment, command.folder};
+  request.keepsInputOpen = command.rule->keepsInputOpen;
   std::string response;
   if (!WriteResponseFile(command, request, response)) return false;
   // A link of this name would redirect the program's output.

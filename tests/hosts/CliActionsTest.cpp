@@ -261,7 +261,8 @@ TEST_F(CliActions, TheServerEndsWithTheDebugger) {
   EXPECT_NE(project.RunProgram("sh", {"-c", "kill -0 $(cat server.pid)"}).code, 0);
 }
 
-// Firmware that prints "hi" on its serial port and ends, compiled without the project's own tools.
+// Firmware that prints "hi" on its serial port and ends, or runs on, compiled without the project's
+// own tools.
 TEST(CliSimulators, FirmwareRunsInTheInstalledSimulators) {
   const struct {
     const char* program;
@@ -296,10 +297,16 @@ TEST(CliSimulators, FirmwareRunsInTheInstalledSimulators) {
        "  for (volatile int i = 0; i < 30000; ++i) {} sleep_mode(); return 0; }\n",
        "simavr", "atmega328p", 0},
       {"s51", "sdcc and sdcc-ucsim", "sdcc -mmcs51 t.c -o t.ihx",
-       "#include <8052.h>\nstatic void put(char c) { SBUF = c; while (!TI); TI = 0; }\n"
+       "#include <8052.h>\nvolatile __xdata __at(0xffff) char port;\n"
+       "static void put(char c) { SBUF = c; while (!TI); TI = 0; }\n"
        "void main(void) { TMOD = 0x20; TH1 = 0xfd; TR1 = 1; SM1 = 1; put('h'); put('i');\n"
-       "  put(10); PCON |= 2; for (;;); }\n",
+       "  put(10); port = 's'; for (;;); }\n",
        "s51", "C52", 0},
+      {"sstm8", "sdcc and sdcc-ucsim", "sdcc -mstm8 t.c -o t.ihx",
+       "#define P(a) (*(volatile unsigned char*)(a))\n"
+       "static void put(char c) { P(0x5241) = c; while (!(P(0x5240) & 0x80)); }\n"
+       "void main(void) { P(0x5242) = 1; P(0x5245) = 8; put('h'); put('i'); put(10); for (;;); }\n",
+       "sstm8", "S105", 124},
   };
   std::string missing;
   for (const auto& each : rows) {
@@ -317,11 +324,12 @@ TEST(CliSimulators, FirmwareRunsInTheInstalledSimulators) {
     ASSERT_EQ(built.code, 0) << built.err;
     project.Out({"options", "set", "Simulate.Tool", each.tool});
     project.Out({"options", "set", "Simulate.Machine", each.machine});
-    if (std::string(each.tool) == "s51") {
+    if (compiler == "sdcc") {
       project.Edit("build/Standard/app.ihx", project.Read("t.ihx"));
       project.Out({"options", "set", "Build.OutputFile", "build/Standard/app.ihx"});
     }
-    const auto run = project.Run({"run-tool", "simulate", "--timeout", "20"});
+    const auto run =
+        project.Run({"run-tool", "simulate", "--timeout", each.code == 124 ? "3" : "20"});
     EXPECT_EQ(run.code, each.code) << each.tool << run.out << run.err;
     EXPECT_TRUE(Has(run.out, "hi\n")) << each.tool << run.out << run.err;
   }
