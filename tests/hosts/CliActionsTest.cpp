@@ -1,9 +1,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include "hosts/CliProject.h"
+#include "platform/process/posix/Descriptor.h"
 
 namespace tarn::host {
 namespace {
@@ -249,12 +252,53 @@ TEST_F(CliActions, AProjectCanBeBuiltWhileItsProgramIsSimulated) {
   EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
 }
 
+// Listens at a local port. With 0, the OS chooses one; `port` receives it.
+Descriptor Listen(int& port) {
+  Descriptor server(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  socklen_t size = sizeof address;
+  EXPECT_EQ(bind(server.Get(), reinterpret_cast<sockaddr*>(&address), size), 0);
+  EXPECT_EQ(listen(server.Get(), 1), 0);
+  getsockname(server.Get(), reinterpret_cast<sockaddr*>(&address), &size);
+  port = ntohs(address.sin_port);
+  return server;
+}
+
+// The debugger would connect to the other program, or wait for a server that has ended.
+TEST_F(CliActions, NoDebuggerStartsWithoutItsServer) {
+  int port = 0;
+  Descriptor other = Listen(port);
+  SetAll({{"Simulate.Tool", "qemu-arm"},
+          {"Simulate.Machine", "virt"},
+          {"Simulate.Semihosting", "No"}});
+  Set("Debug.Port", std::to_string(port));
+  project.AddProgram("qemu-system-arm", "#!/bin/sh\necho no machine\nexit 1\n");
+  project.AddProgram("gdb-multiarch", "#!/bin/sh\necho debugger\n");
+  project.ExpectRefusal({"debug"}, 1, "The option Debug.Port selects");
+  other.Close();
+  const auto ended = project.Run({"debug"});
+  EXPECT_EQ(ended.code, 1) << ended.out;
+  EXPECT_TRUE(Has(ended.out, "no machine") && !Has(ended.out, "debugger")) << ended.out;
+  EXPECT_TRUE(Has(ended.err, "qemu-system-arm has ended before")) << ended.err;
+}
+
 TEST_F(CliActions, TheServerEndsWithTheDebugger) {
-  project.AddProgram("simavr", "#!/bin/sh\necho $$ > server.pid\nexec sleep 60\n");
-  project.AddProgram(
-      "avr-gdb", "#!/bin/sh\nwhile [ ! -s server.pid ]; do sleep 0.1; done\necho \"$@\"\nexit 4\n");
-  SetAll({{"Simulate.Tool", "simavr"}, {"Simulate.Machine", "atmega328p"}});
-  const auto run = project.Run({"debug", "-x", "bt"});
+  project.AddProgram("qemu-system-arm",
+                     "#!/bin/sh\necho $$ > server.pid\necho listens\nexec sleep 60\n");
+  project.AddProgram("gdb-multiarch", "#!/bin/sh\necho \"$@\"\nexit 4\n");
+  SetAll({{"Simulate.Tool", "qemu-arm"},
+          {"Simulate.Machine", "virt"},
+          {"Simulate.Semihosting", "No"}});
+  int port = 0;
+  Listen(port).Close();
+  Set("Debug.Port", std::to_string(port));
+  Descriptor server;
+  const auto run = project.Run({"debug", "-x", "bt"}, [&](Process&, const std::string& out) {
+    if (!server && Has(out, "listens")) server = Listen(port);
+  });
   EXPECT_EQ(run.code, 4) << run.err;
   EXPECT_TRUE(Has(run.out, "-ex break main -ex continue -ex bt\n")) << run.out;
   EXPECT_TRUE(Has(run.out, "-batch -nx ")) << run.out;
