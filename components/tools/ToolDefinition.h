@@ -23,7 +23,7 @@ struct Condition {
   enum class Test { Filled, Empty, Equal, Different };
   Template value;
   Test test = Test::Filled;
-  std::string expected;  // compared ignoring case
+  std::vector<std::string> expected;  // one of them; compared ignoring case
 };
 
 using Conditions = std::vector<Condition>;

@@ -341,7 +341,7 @@ class ToolReader : public ElementReader {
     return rule;
   }
 
-  // Parses conditions separated by ";": Name, !Name, Name=value, Name!=value.
+  // Parses conditions separated by ";": Name, !Name, Name=value, Name!=value; values by ",".
   Conditions ReadConditions(const std::string& text) {
     Conditions conditions;
     for (const std::string& entry : SplitOptionList(text)) {
@@ -351,7 +351,10 @@ class ToolReader : public ElementReader {
       if (equal != std::string::npos) {
         const bool differs = equal > 0 && entry[equal - 1] == '!';
         condition.test = differs ? Condition::Test::Different : Condition::Test::Equal;
-        condition.expected = Trim(std::string_view(entry).substr(equal + 1));
+        for (const std::string_view each : Split(std::string_view(entry).substr(equal + 1), ',')) {
+          condition.expected.emplace_back(Trim(each));
+        }
+        if (condition.expected.empty()) condition.expected.emplace_back();
         name = Trim(std::string_view(entry).substr(0, differs ? equal - 1 : equal));
       } else if (entry.front() == '!') {
         condition.test = Condition::Test::Empty;

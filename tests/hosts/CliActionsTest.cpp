@@ -50,6 +50,8 @@ TEST_F(CliActions, AnOptionThatAToolNeedsIsNamedBeforeItStarts) {
       {"upload", "Upload.Tool", "avrdude",
        "avrdude needs the option Upload.Programmer, which is not set; `tarn options set "
        "Upload.Programmer VALUE` sets it. It is the programmer by avrdude's name, such as usbasp"},
+      {"upload", "Upload.Programmer", "Arduino", "avrdude needs the option Upload.Port"},
+      {"upload", "Upload.Tool", "bossac", "bossac needs the option Upload.Port"},
       {"upload", "Upload.Tool", "stm32flash", "stm32flash needs the option Upload.Port"},
       {"upload", "Upload.Tool", "openocd", "openocd needs the option Upload.Part"},
       {"simulate", "Simulate.Tool", "qemu-arm", "QEMU needs the option Simulate.Machine"},
