@@ -138,6 +138,11 @@ Status ServerConnection::CheckInstallation() {
   return problem.empty() ? Status() : ToError(problem);
 }
 
+bool ServerConnection::IsOwnDefinition(const Error& error) const {
+  const std::string folder = folders.Definitions();
+  return !folder.empty() && error.place.starts_with(AddSeparator(folder));
+}
+
 int ServerConnection::CountWork(const BuildRequest& request) {
   return static_cast<int>(ListWork(request, ParseStatus(inspector.GetStatus())).size());
 }

@@ -48,6 +48,8 @@ class ServerConnection {
                       const std::function<std::vector<std::string>()>& takeLines);
   // Returns the fault of the installation that prevents builds, if there is one.
   Status CheckInstallation();
+  // Returns true if the error is in a file of the user's own definitions, not of the installation.
+  bool IsOwnDefinition(const Error& error) const;
 
   // Applies the limits to the following builds. Returns a sentence about each setting of the user
   // that is passed over.
