@@ -143,6 +143,10 @@ int RunDebugger(CommandContext& context, std::vector<ToolCommand> commands) {
 int RunDebug(CommandContext& context) {
   const auto& own = context.Own<DebugOptions>();
   BuildSession& session = context.Session();
+  if (context.Asked().json && !own.isDry) {
+    context.Complain("`tarn debug` is interactive; --json needs --dry-run.");
+    return kExitUsage;
+  }
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   ApplicationEntry application;
   if (const int code = ChooseOneApplication(context, application); code != kExitDone) return code;

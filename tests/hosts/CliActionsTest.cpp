@@ -281,6 +281,7 @@ TEST_F(CliActions, NoDebuggerStartsWithoutItsServer) {
   project.AddProgram("gdb-multiarch", "#!/bin/sh\necho debugger\n");
   project.ExpectRefusal({"debug"}, 1, "The option Debug.Port selects");
   other.Close();
+  project.ExpectRefusal({"debug", "--json"}, 2, "--json needs --dry-run");
   const auto ended = project.Run({"debug"});
   EXPECT_EQ(ended.code, 1) << ended.out;
   EXPECT_TRUE(Has(ended.out, "no machine") && !Has(ended.out, "debugger")) << ended.out;
@@ -396,6 +397,7 @@ TEST_F(CliActions, TheMonitorTalksToASerialPort) {
   EXPECT_TRUE(isAnswered);
   EXPECT_STREQ(bytes, "hi\r\n");
   close(device);
+  project.ExpectRefusal({"monitor", "--json"}, 2, "has no --json");
   project.Write("plain", "text");
   project.ExpectRefusal({"monitor", "--port", "plain"}, 3, "not a serial port");
   EXPECT_EQ(project.Read("plain"), "text");
