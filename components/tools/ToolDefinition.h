@@ -65,6 +65,7 @@ struct StepRule {
   bool relativePaths = false;     // write paths below the working folder relative to it
   bool plainArguments = false;    // the program passes its arguments to a shell
   bool keepsInputOpen = false;    // its standard input is not empty, but has no end
+  std::string failure;            // what its failure means; empty: its output and exit code
   std::string trimmed;  // removed from the ends of output lines, where the program adds it
   Conditions conditions;
 };

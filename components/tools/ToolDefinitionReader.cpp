@@ -273,7 +273,7 @@ class ToolReader : public ElementReader {
   StepRule ReadStep(const CXmlNode& node) {
     CheckAttributes(
         node, {"Program", "Commands", "Launcher", "Folder", "Response", "ResponseAbove", "Optional",
-               "Capture", "Paths", "Plain", "If", "Trim", "Input"});
+               "Capture", "Paths", "Plain", "If", "Trim", "Input", "Failure"});
     StepRule step;
     step.trimmed = Text(node, "Trim");
     step.hasCommandLines = node.GetAttr("Commands") != nullptr;
@@ -286,6 +286,7 @@ class ToolReader : public ElementReader {
     step.launcher = Filled(node, "Launcher");
     step.folder = Filled(node, "Folder");
     step.isOptional = IsYes(node, "Optional");
+    step.failure = Text(node, "Failure");
     step.plainArguments = IsYes(node, "Plain");
     step.keepsInputOpen = Choose(node, "Input", {"", "Open"}) == 1;
     step.capturesSizes = Choose(node, "Capture", {"", "Size"}) == 1;

@@ -295,6 +295,9 @@ bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   // The tool's own messages are sufficient, unless none of them appears in the report.
   if (log_.ErrorCount() > errorsBefore_ && !exit.signalled) return false;
   if (!command.rule->isOptional) ReportLastLines();
+  if (const std::string& text = command.rule->failure; !text.empty()) {
+    return log_.AddError(text), false;
+  }
   return Fail(command, reason);
 }
 

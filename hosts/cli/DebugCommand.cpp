@@ -72,11 +72,10 @@ class DebugServer {
   std::thread reader_;
 };
 
-int ComplainOfMissing(CommandContext& context, const std::vector<ToolCommand>& commands) {
-  for (const ToolCommand& each : commands) {
-    if (!FindProgram(each.program).empty()) continue;
-    context.Complain("The program " + each.program + " was not found.");
-    return kExitToolMissing;
+// Returns 0, or an exit code after printing why no debugger can be started.
+int CheckDebugger(CommandContext& context, const ApplicationEntry& application) {
+  for (const ActionEntry& each : ListUnofferedActions(context.Session(), application)) {
+    if (each.name == kDebugAction) return CheckPossible(context, application, each);
   }
   return kExitDone;
 }
@@ -150,11 +149,11 @@ int RunDebug(CommandContext& context) {
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   ApplicationEntry application;
   if (const int code = ChooseOneApplication(context, application); code != kExitDone) return code;
+  const int possible = CheckDebugger(context, application);
+  if (possible != kExitDone && !(own.isDry && possible == kExitToolMissing)) return possible;
   ActionCommands planned = GetActionCommands(context.Session(), application, kDebugAction);
-  if (!planned.problems.empty() || planned.commands.empty()) {
-    context.Complain(application.label + ": " +
-                     (planned.problems.empty() ? "nothing to run" : planned.problems.front()) +
-                     ".");
+  if (planned.commands.empty()) {
+    context.Complain(application.label + ": nothing to run.");
     return kExitBuildFailed;
   }
   std::vector<std::string>& arguments = planned.commands.back().arguments;
@@ -168,7 +167,6 @@ int RunDebug(CommandContext& context) {
     context.ShowRefused();
     return kExitCannotOpen;
   }
-  if (const int code = ComplainOfMissing(context, planned.commands); code != kExitDone) return code;
   if (!own.keepsOutput) {
     const SignalHandler interrupts([&session] { session.RequestStop(); }, WatchedOutput::Standard);
     if (const int code = BuildForAction(context, application); code != kExitDone) return code;

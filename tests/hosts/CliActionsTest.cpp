@@ -57,6 +57,7 @@ TEST_F(CliActions, AnOptionThatAToolNeedsIsNamedBeforeItStarts) {
       {"simulate", "Simulate.Tool", "qemu-arm", "QEMU needs the option Simulate.Machine"},
       {"upload", "Upload.Tool", "unknown", "Set the option Upload.Tool of the application"},
       {"simulate", "Simulate.Tool", "none", "Set the options Simulate.Tool and"},
+      {"disassemble", "Target.Toolchain", "sdcc-stm8", "has no program for it"},
   };
   for (const auto& row : rows) {
     Set(row.option, row.tool);
@@ -104,7 +105,7 @@ TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   Set("Upload.Tool", "uf2");
   std::filesystem::create_directory(project.PathOf("drive"));
   Set("Upload.Port", "drive");
-  EXPECT_EQ(project.Run({"run-tool", "upload"}).code, 1);
+  project.ExpectRefusal({"run-tool", "upload"}, 1, "doesn't contain INFO_UF2.TXT");
   project.Edit("drive/INFO_UF2.TXT", "");
   EXPECT_TRUE(Has(Do("upload"), "cp --remove-destination -- OUT/app.uf2 "));
 }
