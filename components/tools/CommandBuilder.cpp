@@ -299,6 +299,11 @@ class PlanBuilder : public TemplateValues {
            job_.disk->ResolveLinks(above) + spelledFolder_.substr(above.size());
   }
 
+  static bool IsOneOf(std::string_view value, const std::vector<std::string>& expected) {
+    return std::ranges::any_of(expected,
+                               [&](const std::string& each) { return EqualNoCase(value, each); });
+  }
+
   bool Holds(const Condition& condition) const {
     const std::string value = condition.value.Fill(*this);
     switch (condition.test) {
@@ -307,9 +312,9 @@ class PlanBuilder : public TemplateValues {
       case Condition::Test::Empty:
         return value.empty();
       case Condition::Test::Equal:
-        return EqualNoCase(value, condition.expected);
+        return IsOneOf(value, condition.expected);
       case Condition::Test::Different:
-        return !EqualNoCase(value, condition.expected);
+        return !IsOneOf(value, condition.expected);
     }
     return false;
   }

@@ -23,7 +23,7 @@ struct Condition {
   enum class Test { Filled, Empty, Equal, Different };
   Template value;
   Test test = Test::Filled;
-  std::string expected;  // compared ignoring case
+  std::vector<std::string> expected;  // one of them; compared ignoring case
 };
 
 using Conditions = std::vector<Condition>;
@@ -64,6 +64,8 @@ struct StepRule {
   bool capturesSizes = false;     // its standard output is the input of `Size`
   bool relativePaths = false;     // write paths below the working folder relative to it
   bool plainArguments = false;    // the program passes its arguments to a shell
+  bool keepsInputOpen = false;    // its standard input is not empty, but has no end
+  std::string failure;            // what its failure means; empty: its output and exit code
   std::string trimmed;  // removed from the ends of output lines, where the program adds it
   Conditions conditions;
 };

@@ -272,8 +272,9 @@ class ToolReader : public ElementReader {
   }
 
   StepRule ReadStep(const CXmlNode& node) {
-    CheckAttributes(node, {"Program", "Commands", "Launcher", "Folder", "Response", "ResponseAbove",
-                           "Optional", "Capture", "Paths", "Plain", "If", "Trim"});
+    CheckAttributes(
+        node, {"Program", "Commands", "Launcher", "Folder", "Response", "ResponseAbove", "Optional",
+               "Capture", "Paths", "Plain", "If", "Trim", "Input", "Failure"});
     StepRule step;
     step.trimmed = Text(node, "Trim");
     step.hasCommandLines = node.GetAttr("Commands") != nullptr;
@@ -286,7 +287,9 @@ class ToolReader : public ElementReader {
     step.launcher = Filled(node, "Launcher");
     step.folder = Filled(node, "Folder");
     step.isOptional = IsYes(node, "Optional");
+    step.failure = Text(node, "Failure");
     step.plainArguments = IsYes(node, "Plain");
+    step.keepsInputOpen = Choose(node, "Input", {"", "Open"}) == 1;
     step.capturesSizes = Choose(node, "Capture", {"", "Size"}) == 1;
     step.relativePaths = Choose(node, "Paths", {"", "Relative"}) == 1;
     if (Choose(node, "Response", {"", "gnu"}) == 1) step.response = ResponseStyle::Gnu;
@@ -340,7 +343,7 @@ class ToolReader : public ElementReader {
     return rule;
   }
 
-  // Parses conditions separated by ";": Name, !Name, Name=value, Name!=value.
+  // Parses conditions separated by ";": Name, !Name, Name=value, Name!=value; values by ",".
   Conditions ReadConditions(const std::string& text) {
     Conditions conditions;
     for (const std::string& entry : SplitOptionList(text)) {
@@ -350,7 +353,10 @@ class ToolReader : public ElementReader {
       if (equal != std::string::npos) {
         const bool differs = equal > 0 && entry[equal - 1] == '!';
         condition.test = differs ? Condition::Test::Different : Condition::Test::Equal;
-        condition.expected = Trim(std::string_view(entry).substr(equal + 1));
+        for (const std::string_view each : Split(std::string_view(entry).substr(equal + 1), ',')) {
+          condition.expected.emplace_back(Trim(each));
+        }
+        if (condition.expected.empty()) condition.expected.emplace_back();
         name = Trim(std::string_view(entry).substr(0, differs ? equal - 1 : equal));
       } else if (entry.front() == '!') {
         condition.test = Condition::Test::Empty;

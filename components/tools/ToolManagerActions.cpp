@@ -13,6 +13,7 @@ namespace tarn::tools {
 namespace {
 
 bool IsFor(const ActionRule& action, std::string_view extension) {
+  if (extension.empty()) return action.extensions.empty();
   return std::ranges::find(action.extensions, FoldCase(extension)) != action.extensions.end();
 }
 

@@ -200,6 +200,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   if (running_.IsStopping()) return log_.AddPlain("stopped"), false;
   log_.AddPlain(Shortened(CommandLine(command)));
   ProcessRequest request{command.program, command.arguments, command.environment, command.folder};
+  request.keepsInputOpen = command.rule->keepsInputOpen;
   std::string response;
   if (!WriteResponseFile(command, request, response)) return false;
   // A link of this name would redirect the program's output.
@@ -318,6 +319,9 @@ bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   // The tool's own messages are sufficient, unless none of them appears in the report.
   if (log_.ErrorCount() > errorsBefore_ && !exit.signalled) return false;
   if (!command.rule->isOptional) ReportLastLines();
+  if (const std::string& text = command.rule->failure; !text.empty()) {
+    return log_.AddError(text), false;
+  }
   return Fail(command, reason);
 }
 

@@ -152,12 +152,17 @@ int FindAction(CommandContext& context, const ApplicationEntry& application,
                      (hint.empty() ? " See `tarn actions`." : hint));
     return kExitUsage;
   }
-  if (!found.problem.empty()) {
-    context.Complain(application.label + ": " + found.problem + ".");
+  return CheckPossible(context, application, found);
+}
+
+int CheckPossible(CommandContext& context, const ApplicationEntry& application,
+                  const ActionEntry& action) {
+  if (!action.problem.empty()) {
+    context.Complain(application.label + ": " + action.problem + ".");
     return kExitBuildFailed;
   }
-  if (!found.missing.empty()) {
-    context.Complain("The program " + found.missing + " was not found. " + found.install);
+  if (!action.missing.empty()) {
+    context.Complain("The program " + action.missing + " was not found. " + action.install);
     return kExitToolMissing;
   }
   return kExitDone;

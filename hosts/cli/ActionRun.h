@@ -36,6 +36,9 @@ int BuildForAction(CommandContext& context, const ApplicationEntry& application)
 // Finds an action that can be carried out. Returns 0, or an exit code after printing the error.
 int FindAction(CommandContext& context, const ApplicationEntry& application,
                const std::string& name, ActionEntry& found);
+// Returns 0 if the action can be carried out, or an exit code after printing the error.
+int CheckPossible(CommandContext& context, const ApplicationEntry& application,
+                  const ActionEntry& action);
 // Prints the commands as lines for a shell, or as JSON if that was requested.
 void PrintCommands(CommandContext& context, const std::vector<ToolCommand>& commands);
 // Carries out an action, and waits for its end. The project must be prepared for a build.

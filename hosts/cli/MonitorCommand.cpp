@@ -146,6 +146,10 @@ int CompleteOptions(CommandContext& context, MonitorOptions& options) {
 
 int RunMonitor(CommandContext& context) {
   MonitorOptions options = context.Own<MonitorOptions>();
+  if (context.Asked().json) {
+    context.Complain("`tarn monitor` shows what arrives, and has no --json.");
+    return kExitUsage;
+  }
   if (const int code = CompleteOptions(context, options); code != kExitDone) return code;
   Monitor monitor(context, options);
   const SignalHandler interrupts([&monitor] { monitor.Stop(); }, WatchedOutput::Standard);

@@ -139,6 +139,11 @@ int CommandContext::StartSession() {
     for (const std::string& each : Session().SetLimits(limits)) Complain(Printable(each));
     return kExitDone;
   }
+  if (Session().IsOwnDefinition(started.GetError())) {
+    Complain(Printable(started.GetError().place) +
+             " has to be corrected: " + started.GetError().text + ".");
+    return kExitCannotOpen;
+  }
   Complain("This installation is incomplete: " + started.GetError().place + ": " +
            started.GetError().text + ". Reinstall it, or set TARN_ROOT to its share folder.");
   return kExitCannotOpen;

@@ -47,6 +47,12 @@ std::vector<ActionEntry> ListActions(BuildSession& session, const ApplicationEnt
       session.Tools().GetActions(ExtensionOf(application.path), input.files, input.options));
 }
 
+std::vector<ActionEntry> ListUnofferedActions(BuildSession& session,
+                                              const ApplicationEntry& application) {
+  const ToolInput input = InputOf(session, application);
+  return ParseActions(session.Tools().GetActions("", input.files, input.options));
+}
+
 ActionCommands GetActionCommands(BuildSession& session, const ApplicationEntry& application,
                                  const std::string& action) {
   const ToolInput input = InputOf(session, application);

@@ -24,6 +24,9 @@ struct ActionEntry {
 std::vector<ActionEntry> ParseActions(const std::string& xml);
 // Returns the actions of the application with its current options.
 std::vector<ActionEntry> ListActions(BuildSession& session, const ApplicationEntry& application);
+// Like ListActions(), those that menus and `tarn run-tool` don't offer, such as "debug".
+std::vector<ActionEntry> ListUnofferedActions(BuildSession& session,
+                                              const ApplicationEntry& application);
 
 // What an action would start.
 struct ActionCommands {

@@ -22,6 +22,9 @@ constexpr GapText kGapTexts[] = {
      "%1 can't be built: it has no tool. Check its option Target.Toolchain, and whether all "
      "definitions of options could be read."},
     {"unknown-tool", true, "%3 can't be built: its tool %2 has no valid definition."},
+    {"unknown-library", true,
+     "%3 can't be linked: no application of the project is called %2 (option "
+     "Linker.Applications)."},
     {"no-tool", false,
      "%1 is not built: it has no tool (option Build.TranslateTool). Exclude it from the build if "
      "that is intended."},

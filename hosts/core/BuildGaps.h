@@ -11,8 +11,9 @@ struct BuildGap {
   std::string application;  // label; empty for a node outside of every application
   std::string label;
   std::string path;
-  std::string type;      // element name; for an unknown tool the name of the tool
-  std::string reason;    // "no-tool", "no-file", "no-type", "no-application" or "unknown-tool"
+  std::string type;  // element name; for an unknown tool or library its name
+  // "no-tool", "no-file", "no-type", "no-application", "unknown-tool" or "unknown-library"
+  std::string reason;
   bool isFatal = false;  // its application can't be built
 };
 

@@ -416,6 +416,7 @@ void BuildSession::JudgeGaps(const BuildRequest& request) {
   if (!hasEnded || stopRequested_ || request.work == BuildWork::Clean) return;
   if (!request.action.empty()) return;
   outcome_.gaps = FindGaps(request.application);
+  if (outcome_.end == BuildEnd::Failed) AddUnknownLibraries(request.application, outcome_.gaps);
   if (!ReportGaps(outcome_.gaps, manager)) outcome_.end = BuildEnd::Failed;
 }
 

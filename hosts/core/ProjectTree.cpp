@@ -83,6 +83,19 @@ FoundApplication FindApplication(const std::vector<ApplicationEntry>& applicatio
   return {{}, "There are several applications " + name + ". Specify one by its path: " + paths};
 }
 
+std::vector<std::string> FindUnknownLibraries(const std::string& names,
+                                              const std::vector<ApplicationEntry>& applications) {
+  std::vector<std::string> unknown;
+  for (const std::string_view entry : Split(names, ';')) {
+    const std::string name(Trim(entry));
+    const bool isKnown = std::ranges::any_of(applications, [&](const ApplicationEntry& each) {
+      return each.label == name || FileNameOf(WithoutExtension(each.output)) == name;
+    });
+    if (!name.empty() && !isKnown) unknown.push_back(name);
+  }
+  return unknown;
+}
+
 std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector) {
   return ProjectTree(inspector.GetApplications()).GetApplications();
 }

@@ -40,6 +40,11 @@ FoundApplication FindApplication(const std::vector<ApplicationEntry>& applicatio
 // Returns the applications of the open project.
 std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector);
 
+// Returns the names in a value of the option Linker.Applications that are not the label or the
+// output file, without its extension, of an application.
+std::vector<std::string> FindUnknownLibraries(const std::string& names,
+                                              const std::vector<ApplicationEntry>& applications);
+
 // The project's tree as returned by the inspector.
 class ProjectTree {
  public:

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "components/values/OptionValues.h"
 #include "hosts/core/BuildInputs.h"
 #include "hosts/core/Jobs.h"
 #include "hosts/core/LogEntry.h"
@@ -138,6 +139,11 @@ Status ServerConnection::CheckInstallation() {
   return problem.empty() ? Status() : ToError(problem);
 }
 
+bool ServerConnection::IsOwnDefinition(const Error& error) const {
+  const std::string folder = folders.Definitions();
+  return !folder.empty() && error.place.starts_with(AddSeparator(folder));
+}
+
 int ServerConnection::CountWork(const BuildRequest& request) {
   return static_cast<int>(ListWork(request, ParseStatus(inspector.GetStatus())).size());
 }
@@ -245,6 +251,22 @@ std::string ServerConnection::FindMissingProgram(const std::vector<ApplicationSt
 
 BuildGaps ServerConnection::FindGaps(const std::string& application) {
   return ParseBuildGaps(inspector.GetBuildGaps(), application);
+}
+
+void ServerConnection::AddUnknownLibraries(const std::string& application, BuildGaps& gaps) {
+  const std::vector<ApplicationEntry> all = ListApplications(inspector);
+  for (const ApplicationEntry& each : all) {
+    const bool isWanted =
+        application.empty() || each.path == application || EqualNoCase(each.label, application);
+    const auto input = ParseXml(inspector.GetToolInput(each.path, each.output));
+    const CXmlNode* const values = input == nullptr ? nullptr : input->FindChild("#CDATA");
+    if (!isWanted || values == nullptr) continue;
+    const std::string names =
+        OptionValues::FromText(values->GetValue()).Get("Application", "Linker", "Applications");
+    for (const std::string& name : FindUnknownLibraries(names, all)) {
+      gaps.gaps.push_back({each.label, each.label, each.path, name, "unknown-library", true});
+    }
+  }
 }
 
 std::vector<std::string> ServerConnection::GetIgnoredDefinitions() {

@@ -48,6 +48,8 @@ class ServerConnection {
                       const std::function<std::vector<std::string>()>& takeLines);
   // Returns the fault of the installation that prevents builds, if there is one.
   Status CheckInstallation();
+  // Returns true if the error is in a file of the user's own definitions, not of the installation.
+  bool IsOwnDefinition(const Error& error) const;
 
   // Applies the limits to the following builds. Returns a sentence about each setting of the user
   // that is passed over.
@@ -65,6 +67,8 @@ class ServerConnection {
   // Returns what a build of the application with this label or path would leave out; an empty key
   // means the whole project. All options must have been published.
   BuildGaps FindGaps(const std::string& application);
+  // Adds the names in Linker.Applications that are no application's. Without them the link fails.
+  void AddUnknownLibraries(const std::string& application, BuildGaps& gaps);
   // Returns the number of tools that a build would run now. Expensive: the server checks every
   // file.
   int CountWork(const BuildRequest& request);

@@ -282,10 +282,11 @@ void IdeWindow::SetHandlers() {
 
 bool IdeWindow::Start() {
   if (const Status started = session_->Start(); !started) {
-    QMessageBox::critical(
-        this, tr("Tarn"),
-        tr("This installation is incomplete: %1")
-            .arg(ToQt(started.GetError().place + ": " + started.GetError().text)));
+    const QString fault = ToQt(started.GetError().place + ": " + started.GetError().text);
+    QMessageBox::critical(this, tr("Tarn"),
+                          session_->IsOwnDefinition(started.GetError())
+                              ? tr("A definition has to be corrected: %1").arg(fault)
+                              : tr("This installation is incomplete: %1").arg(fault));
     return false;
   }
   session_->SetLimits({});

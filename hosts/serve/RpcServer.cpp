@@ -309,9 +309,11 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
         channel_.Send(MakeRpcNotification("host/message", tarn::host::ToJson(event)));
       });
   if (const Status started = session_->Start(); !started) {
+    const char* const fault = session_->IsOwnDefinition(started.GetError())
+                                  ? "A definition has to be corrected: "
+                                  : "This installation is incomplete: ";
     session_.reset();
-    return {kRpcFailed, "This installation is incomplete: " + started.GetError().place + ": " +
-                            started.GetError().text};
+    return {kRpcFailed, fault + started.GetError().place + ": " + started.GetError().text};
   }
   session_->SetWaitEnd([this] { return channel_.HasRequest(AsksForStop); });
   if (given[3] == true) session_->AcceptAllDamage();

@@ -67,6 +67,7 @@ class RpcSession {
   std::function<void()> onDamaged;
   SessionTrust& Trust() { return session_.Trust(); }
   // See ServerConnection.
+  bool IsOwnDefinition(const Error& error) const { return session_.IsOwnDefinition(error); }
   std::vector<std::string> SetLimits(const BuildLimits& limits) {
     return session_.SetLimits(limits);
   }

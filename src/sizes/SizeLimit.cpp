@@ -36,7 +36,9 @@ SizeLimit ReadSizeLimit(std::string_view text, std::uint64_t total) {
   constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
   if (unit.empty() || unit == "%") {
     if (total == 0) return {{}, "is a percentage, but the size of the memory is unknown"};
-    if (number > kMost || total > kMost) return {{}, kMalformed};
+    if (number > 100)
+      return {{}, "is more than 100 %; a number of bytes has a unit (28 KiB, 30000 B)"};
+    if (total > kMost) return {{}, kMalformed};
     return {total * number / 100, {}};
   }
   for (const Unit& each : kUnits) {

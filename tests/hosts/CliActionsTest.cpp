@@ -1,9 +1,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include "hosts/CliProject.h"
+#include "platform/process/posix/Descriptor.h"
 
 namespace tarn::host {
 namespace {
@@ -47,11 +50,14 @@ TEST_F(CliActions, AnOptionThatAToolNeedsIsNamedBeforeItStarts) {
       {"upload", "Upload.Tool", "avrdude",
        "avrdude needs the option Upload.Programmer, which is not set; `tarn options set "
        "Upload.Programmer VALUE` sets it. It is the programmer by avrdude's name, such as usbasp"},
+      {"upload", "Upload.Programmer", "Arduino", "avrdude needs the option Upload.Port"},
+      {"upload", "Upload.Tool", "bossac", "bossac needs the option Upload.Port"},
       {"upload", "Upload.Tool", "stm32flash", "stm32flash needs the option Upload.Port"},
       {"upload", "Upload.Tool", "openocd", "openocd needs the option Upload.Part"},
       {"simulate", "Simulate.Tool", "qemu-arm", "QEMU needs the option Simulate.Machine"},
       {"upload", "Upload.Tool", "unknown", "Set the option Upload.Tool of the application"},
       {"simulate", "Simulate.Tool", "none", "Set the options Simulate.Tool and"},
+      {"disassemble", "Target.Toolchain", "sdcc-stm8", "has no program for it"},
   };
   for (const auto& row : rows) {
     Set(row.option, row.tool);
@@ -99,7 +105,7 @@ TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   Set("Upload.Tool", "uf2");
   std::filesystem::create_directory(project.PathOf("drive"));
   Set("Upload.Port", "drive");
-  EXPECT_EQ(project.Run({"run-tool", "upload"}).code, 1);
+  project.ExpectRefusal({"run-tool", "upload"}, 1, "doesn't contain INFO_UF2.TXT");
   project.Edit("drive/INFO_UF2.TXT", "");
   EXPECT_TRUE(Has(Do("upload"), "cp --remove-destination -- OUT/app.uf2 "));
 }
@@ -249,19 +255,62 @@ TEST_F(CliActions, AProjectCanBeBuiltWhileItsProgramIsSimulated) {
   EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
 }
 
+// Listens at a local port. With 0, the OS chooses one; `port` receives it.
+Descriptor Listen(int& port) {
+  Descriptor server(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  socklen_t size = sizeof address;
+  EXPECT_EQ(bind(server.Get(), reinterpret_cast<sockaddr*>(&address), size), 0);
+  EXPECT_EQ(listen(server.Get(), 1), 0);
+  getsockname(server.Get(), reinterpret_cast<sockaddr*>(&address), &size);
+  port = ntohs(address.sin_port);
+  return server;
+}
+
+// The debugger would connect to the other program, or wait for a server that has ended.
+TEST_F(CliActions, NoDebuggerStartsWithoutItsServer) {
+  int port = 0;
+  Descriptor other = Listen(port);
+  SetAll({{"Simulate.Tool", "qemu-arm"},
+          {"Simulate.Machine", "virt"},
+          {"Simulate.Semihosting", "No"}});
+  Set("Debug.Port", std::to_string(port));
+  project.AddProgram("qemu-system-arm", "#!/bin/sh\necho no machine\nexit 1\n");
+  project.AddProgram("gdb-multiarch", "#!/bin/sh\necho debugger\n");
+  project.ExpectRefusal({"debug"}, 1, "The option Debug.Port selects");
+  other.Close();
+  project.ExpectRefusal({"debug", "--json"}, 2, "--json needs --dry-run");
+  const auto ended = project.Run({"debug"});
+  EXPECT_EQ(ended.code, 1) << ended.out;
+  EXPECT_TRUE(Has(ended.out, "no machine") && !Has(ended.out, "debugger")) << ended.out;
+  EXPECT_TRUE(Has(ended.err, "qemu-system-arm has ended before")) << ended.err;
+}
+
 TEST_F(CliActions, TheServerEndsWithTheDebugger) {
-  project.AddProgram("simavr", "#!/bin/sh\necho $$ > server.pid\nexec sleep 60\n");
-  project.AddProgram(
-      "avr-gdb", "#!/bin/sh\nwhile [ ! -s server.pid ]; do sleep 0.1; done\necho \"$@\"\nexit 4\n");
-  SetAll({{"Simulate.Tool", "simavr"}, {"Simulate.Machine", "atmega328p"}});
-  const auto run = project.Run({"debug", "-x", "bt"});
+  project.AddProgram("qemu-system-arm",
+                     "#!/bin/sh\necho $$ > server.pid\necho listens\nexec sleep 60\n");
+  project.AddProgram("gdb-multiarch", "#!/bin/sh\necho \"$@\"\nexit 4\n");
+  SetAll({{"Simulate.Tool", "qemu-arm"},
+          {"Simulate.Machine", "virt"},
+          {"Simulate.Semihosting", "No"}});
+  int port = 0;
+  Listen(port).Close();
+  Set("Debug.Port", std::to_string(port));
+  Descriptor server;
+  const auto run = project.Run({"debug", "-x", "bt"}, [&](Process&, const std::string& out) {
+    if (!server && Has(out, "listens")) server = Listen(port);
+  });
   EXPECT_EQ(run.code, 4) << run.err;
   EXPECT_TRUE(Has(run.out, "-ex break main -ex continue -ex bt\n")) << run.out;
   EXPECT_TRUE(Has(run.out, "-batch -nx ")) << run.out;
   EXPECT_NE(project.RunProgram("sh", {"-c", "kill -0 $(cat server.pid)"}).code, 0);
 }
 
-// Firmware that prints "hi" on its serial port and ends, compiled without the project's own tools.
+// Firmware that prints "hi" on its serial port and ends, or runs on, compiled without the project's
+// own tools.
 TEST(CliSimulators, FirmwareRunsInTheInstalledSimulators) {
   const struct {
     const char* program;
@@ -296,10 +345,16 @@ TEST(CliSimulators, FirmwareRunsInTheInstalledSimulators) {
        "  for (volatile int i = 0; i < 30000; ++i) {} sleep_mode(); return 0; }\n",
        "simavr", "atmega328p", 0},
       {"s51", "sdcc and sdcc-ucsim", "sdcc -mmcs51 t.c -o t.ihx",
-       "#include <8052.h>\nstatic void put(char c) { SBUF = c; while (!TI); TI = 0; }\n"
+       "#include <8052.h>\nvolatile __xdata __at(0xffff) char port;\n"
+       "static void put(char c) { SBUF = c; while (!TI); TI = 0; }\n"
        "void main(void) { TMOD = 0x20; TH1 = 0xfd; TR1 = 1; SM1 = 1; put('h'); put('i');\n"
-       "  put(10); PCON |= 2; for (;;); }\n",
+       "  put(10); port = 's'; for (;;); }\n",
        "s51", "C52", 0},
+      {"sstm8", "sdcc and sdcc-ucsim", "sdcc -mstm8 t.c -o t.ihx",
+       "#define P(a) (*(volatile unsigned char*)(a))\n"
+       "static void put(char c) { P(0x5241) = c; while (!(P(0x5240) & 0x80)); }\n"
+       "void main(void) { P(0x5242) = 1; P(0x5245) = 8; put('h'); put('i'); put(10); for (;;); }\n",
+       "sstm8", "S105", 124},
   };
   std::string missing;
   for (const auto& each : rows) {
@@ -317,11 +372,12 @@ TEST(CliSimulators, FirmwareRunsInTheInstalledSimulators) {
     ASSERT_EQ(built.code, 0) << built.err;
     project.Out({"options", "set", "Simulate.Tool", each.tool});
     project.Out({"options", "set", "Simulate.Machine", each.machine});
-    if (std::string(each.tool) == "s51") {
+    if (compiler == "sdcc") {
       project.Edit("build/Standard/app.ihx", project.Read("t.ihx"));
       project.Out({"options", "set", "Build.OutputFile", "build/Standard/app.ihx"});
     }
-    const auto run = project.Run({"run-tool", "simulate", "--timeout", "20"});
+    const auto run =
+        project.Run({"run-tool", "simulate", "--timeout", each.code == 124 ? "3" : "20"});
     EXPECT_EQ(run.code, each.code) << each.tool << run.out << run.err;
     EXPECT_TRUE(Has(run.out, "hi\n")) << each.tool << run.out << run.err;
   }
@@ -342,6 +398,7 @@ TEST_F(CliActions, TheMonitorTalksToASerialPort) {
   EXPECT_TRUE(isAnswered);
   EXPECT_STREQ(bytes, "hi\r\n");
   close(device);
+  project.ExpectRefusal({"monitor", "--json"}, 2, "has no --json");
   project.Write("plain", "text");
   project.ExpectRefusal({"monitor", "--port", "plain"}, 3, "not a serial port");
   EXPECT_EQ(project.Read("plain"), "text");

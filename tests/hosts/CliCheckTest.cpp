@@ -67,6 +67,9 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "Missing libraries\n  app.tapp:3: the library :git-sh-setup was found neither in the "
        "library "
        "folders nor among the compiler's libraries (Linker.Libraries)\n"},
+      {"Linker.Applications=app;nix", "",
+       "Invalid values\n  app.tapp:3: Application.Linker.Applications: no application of the "
+       "project is called nix\n"},
       // The output of an application, outside of the library folders.
       {"<Section Header=\"Build\" ><Property Header=\"OutputFile\" Value=\"libself.a\" /></Section>"
        "<Section Header=\"Linker\" ><Property Header=\"Libraries\" Value=\"self\" /></Section>",

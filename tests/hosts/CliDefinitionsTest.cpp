@@ -46,6 +46,18 @@ TEST(CliDefinitions, OfTheUserExtendThoseOfTheInstallationAndMakeOutputsStale) {
   EXPECT_TRUE(Has(project.Run({"build"}).err, "no other tool is named gone.c"));
 }
 
+TEST(CliDefinitions, ADamagedOneIsNamedAndNotTheInstallation) {
+  const std::string folder = "settings/user/definitions";
+  Defined defined(folder);
+  for (const char* name : {"/my.tools", "/my.options"}) {
+    const std::string intact = defined.project.Read(folder + name);
+    defined.project.Edit(folder + name, intact.substr(0, intact.size() / 2));
+    defined.project.ExpectRefusal({"build"}, 3,
+                                  folder + name + ":1 has to be corrected: incomplete");
+    defined.project.Edit(folder + name, intact);
+  }
+}
+
 TEST(CliDefinitions, OfAProjectAreIgnoredAloudUntilItIsTrusted) {
   Defined defined(".tarn");
   CliProject& project = defined.project;

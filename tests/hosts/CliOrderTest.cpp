@@ -122,6 +122,15 @@ TEST_F(CliOrder, ACycleIsAnErrorThatNamesItsApplications) {
   project.Out({"clean"});
 }
 
+TEST_F(CliOrder, ALibraryThatNoApplicationMakesIsNamedAfterTheLink) {
+  Set("prog", "Linker.Applications", "core;nix");
+  const auto build = project.Run({"build"});
+  EXPECT_EQ(build.code, 1);
+  EXPECT_TRUE(Has(build.err, "prog can't be linked: no application of the project is called nix"))
+      << build.out << build.err;
+  EXPECT_FALSE(Has(build.err, "is called core")) << build.err;
+}
+
 TEST_F(CliOrder, ALibraryHoldsItsPartsAndNoOthers) {
   AddFile("core", "<C Header=\"c.c\" Path=\".\\src\\c.c\" />");
   Set("prog", "Linker.Extra", kLibrary);

@@ -184,6 +184,7 @@ TEST(CliSize, AProgramAboveItsLimitFailsTheBuildEachTime) {
                       {"Build.MaxRam", "200 B", ""},
                       {"Build.MaxFlash", "10 B", "but Build.MaxFlash (10 B) allows 10 B"},
                       {"Build.MaxFlash", "much", "Build.MaxFlash (much) is neither"},
+                      {"Build.MaxFlash", "10000", "Build.MaxFlash (10000) is more than 100 %"},
                       {"Target.FlashSize", "128", "Build.MaxFlash"},
                       {"Build.MaxFlash", "100", "but Build.MaxFlash (100) allows 128 B"}};
   for (const Row& row : rows) {

@@ -100,7 +100,7 @@ TEST(SizeLimit, PercentagesNeedATotalAndBytesAUnit) {
   const Row rows[] = {{"90", 1000, 900},    {" 90 % ", 1000, 900}, {"100", 0, -1},
                       {"28 KiB", 0, 28672}, {"300 B", 1000, 300},  {"1M", 0, 1 << 20},
                       {"", 1000, -1},       {"-5", 1000, -1},      {"99999999999999999999", 9, -1},
-                      {"5 apples", 9, -1}};
+                      {"5 apples", 9, -1},  {"101", 1000, -1},     {"10000 %", 1000, -1}};
   for (const Row& row : rows) {
     const SizeLimit limit = ReadSizeLimit(row.text, row.total);
     EXPECT_EQ(limit.most ? static_cast<std::int64_t>(*limit.most) : -1, row.most) << row.text;

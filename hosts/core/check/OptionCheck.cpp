@@ -17,6 +17,7 @@ namespace {
 constexpr std::string_view kMacro = "$(";
 constexpr std::string_view kPathTypes[] = {"file", "folder", "paths"};
 constexpr const char* kLibraries = "linker.libraries";
+constexpr const char* kApplications = "linker.applications";
 constexpr const char* kLauncher = "build.launcher";
 
 bool HasMacro(std::string_view text) {
@@ -137,6 +138,7 @@ void OptionCheck::CheckStored(const Stored& stored) {
   CheckValue(resolved, *definition);
   const std::string key = FoldCase(definition->GetKey());
   if (key == kLibraries && stored.isActive) CheckLibraries(resolved);
+  if (key == kApplications && stored.isActive) CheckApplications(resolved);
   if (key == kLauncher && stored.isActive) CheckLauncher(resolved);
 }
 
@@ -217,6 +219,15 @@ void OptionCheck::CheckLibraries(const Stored& stored) {
     Finding& finding = scope_.Add(FindingKind::MissingLibrary, stored.owner);
     finding.subject = name;
     finding.option = "Linker.Libraries";
+  }
+}
+
+void OptionCheck::CheckApplications(const Stored& stored) {
+  const auto applications = ListApplications(scope_.session.Inspector());
+  for (const std::string& name : FindUnknownLibraries(stored.value, applications)) {
+    Finding& finding = scope_.Add(FindingKind::InvalidValue, stored.owner);
+    finding.subject = stored.set + ".Linker.Applications";
+    finding.detail = "no application of the project is called " + name;
   }
 }
 

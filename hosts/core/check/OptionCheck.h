@@ -34,6 +34,7 @@ class OptionCheck {
   // Returns true if the macros in the value can be expanded.
   static bool IsResolvable(const Stored& stored);
   void CheckLibraries(const Stored& stored);
+  void CheckApplications(const Stored& stored);
   bool HasLibrary(const CheckedNode& node, const std::string& name);
   std::vector<std::string> CompilerFoldersOf(const CheckedNode& node);
   std::vector<std::string> OwnLibraryFoldersOf(const CheckedNode& node);

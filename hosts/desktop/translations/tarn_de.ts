@@ -852,6 +852,10 @@ Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translatio
         <source>%1 Local Settings</source>
         <translation>Optionen von %1</translation>
     </message>
+    <message>
+        <source>A definition has to be corrected: %1</source>
+        <translation>Eine Definition muss korrigiert werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>

@@ -852,6 +852,10 @@ Enregistrer les modifications du projet sans les parties non lues&#xa0;?</transl
         <source>%1 Local Settings</source>
         <translation>Options de %1</translation>
     </message>
+    <message>
+        <source>A definition has to be corrected: %1</source>
+        <translation>Une définition doit être corrigée&#xa0;: %1</translation>
+    </message>
 </context>
 <context>
     <name>JournalManager</name>

@@ -12,8 +12,9 @@
 
 namespace tarn {
 
-// Program to start. It is started directly, never through a shell. Its standard input is empty, and
-// it starts with no signal blocked or ignored, regardless of this process's signal handling.
+// Program to start. It is started directly, never through a shell. Its standard input is empty
+// unless `keepsInputOpen` is set, and it starts with no signal blocked or ignored, regardless of
+// this process's signal handling.
 struct ProcessRequest {
   std::string program;                 // a path, or a name to look up in the child's PATH
   std::vector<std::string> arguments;  // without the program name itself
@@ -23,6 +24,8 @@ struct ProcessRequest {
   // Descriptors of this process that the program inherits with the same numbers, above 3.
   std::vector<int> passed = {};
   bool mayOutlive = false;  // keeps running if this process ends
+  // Its input has no end: a program that reads it waits.
+  bool keepsInputOpen = false;
 };
 
 struct ProcessExit {

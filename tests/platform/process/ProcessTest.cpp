@@ -200,6 +200,12 @@ TEST(Process, TheInputIsEmptyAndNoSignalIsIgnoredOrBlocked) {
   EXPECT_EQ(RunToEnd(*process).output, "SigBlk 0000000\nSigIgn 0000000\n");
 }
 
+TEST(Process, AnInputThatIsKeptOpenHasNoEnd) {
+  ProcessRequest request{"sh", {"-c", "timeout 0.2 cat; echo $?"}, {}};
+  request.keepsInputOpen = true;
+  EXPECT_EQ(RunToEnd(*Start(request)).output, "124\n");
+}
+
 TEST(Process, NoDescriptorOfThisProcessLeaks) {
   const std::string list = "exec ls -v /proc/self/fd";  // exec: without pipes of the shell
   const std::string alone = RunToEnd(*StartShell(list)).output;

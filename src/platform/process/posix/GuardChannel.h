@@ -28,6 +28,7 @@ struct Request {
   std::uint32_t passedCount = 0;
   int passed[kMostPassed] = {};  // numbers of the descriptors that the tool inherits
   bool mayOutlive = false;       // the program may keep running after this process ends
+  bool keepsInputOpen = false;   // the tool's input has no end
 };
 
 // One-byte orders that are sent through a tool's channel.

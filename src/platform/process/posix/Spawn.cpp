@@ -163,6 +163,7 @@ Status SpawnGuarded(const ProcessRequest& request, int outputStream, int errorSt
   packet.variableCount = texts.GetCount() - 1 - packet.argumentCount;
   packet.textSize = static_cast<std::uint32_t>(texts.GetBytes().size());
   packet.mayOutlive = request.mayOutlive;
+  packet.keepsInputOpen = request.keepsInputOpen;
   std::vector<int> sent = {guardEnd.Get(), outputStream, errorStream, folder.Get()};
   for (const int each : request.passed) {
     if (packet.passedCount == guard::kMostPassed) return GuardError(guard, std::strerror(E2BIG));

@@ -63,11 +63,21 @@ struct Program {
   char* path = nullptr;
   char** arguments = nullptr;
   char** environment = nullptr;
+  bool keepsInputOpen = false;
 };
 
 void Send(int number, int channel = kChannel) {
   // An error means that the reader is gone.
   [[maybe_unused]] const auto sent = send(channel, &number, sizeof number, MSG_NOSIGNAL);
+}
+
+// Replaces the standard input by a pipe whose other end this process holds, so that it never ends.
+bool OpenEndlessInput() {
+  int ends[2];
+  if (pipe2(ends, 0) != 0) return false;
+  const bool isReplaced = dup2(ends[0], STDIN_FILENO) >= 0;
+  close(ends[0]);
+  return isReplaced;
 }
 
 // Runs in the child between fork() and exec(). On error writes an errno value into the pipe. Never
@@ -80,7 +90,9 @@ void Send(int number, int channel = kChannel) {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  execve(program.path, program.arguments, program.environment);
+  if (!program.keepsInputOpen || OpenEndlessInput()) {
+    execve(program.path, program.arguments, program.environment);
+  }
   const int failure = errno;
   [[maybe_unused]] const auto written = write(failurePipe, &failure, sizeof failure);
   _exit(127);
@@ -290,7 +302,7 @@ bool ReadProgram(const Request& request, int channel, Program& program) {
     if (got <= 0) return false;
     read += static_cast<std::size_t>(got);
   }
-  program = {text, pointers, pointers + request.argumentCount + 1};
+  program = {text, pointers, pointers + request.argumentCount + 1, request.keepsInputOpen};
   char* next = text + std::strlen(text) + 1;
   for (std::size_t i = 1; i < count; ++i) {
     const bool isArgument = i <= request.argumentCount;
