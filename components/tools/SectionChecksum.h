@@ -14,4 +14,8 @@ namespace tarn::tools {
 // file and for a program without such a section, whose code is NotFound. Linear.
 Status StoreSectionChecksum(std::string& program, std::string_view section);
 
+// Stores the checksum of a vector table, which the boot ROM of LPC microcontrollers expects: with
+// it, in word 7, the sum of the first eight words is 0. Errors are those of StoreSectionChecksum.
+Status StoreVectorChecksum(std::string& program, std::string_view section);
+
 }  // namespace tarn::tools

@@ -47,8 +47,8 @@ int Compare(CommandContext& context, const SizeHistory& history, SizeReport& rep
   return kExitUsage;
 }
 
-// Returns 0, or an exit code after printing the error. A library that wasn't asked for has no sizes
-// and no error.
+// Returns 0, or an exit code after printing the error. A library, or what commands make of
+// programs, has no sizes, and no error unless it was asked for.
 int ReadReport(CommandContext& context, const SizeHistory& history, SizeReport& report) {
   const auto source = FindSizeSource(context.Session().Inspector(), report.application);
   if (!source) {
@@ -56,7 +56,7 @@ int ReadReport(CommandContext& context, const SizeHistory& history, SizeReport& 
     return kExitUsage;
   }
   SizeReading reading = ReadSizes(context.Files(), *source, kLargestFile);
-  if (reading.isLibrary && context.Asked().application.empty()) return kExitDone;
+  if (reading.isNoProgram && context.Asked().application.empty()) return kExitDone;
   if (!reading.problem.empty()) {
     context.Complain("The sizes of " + report.application.label +
                      " can't be read: " + reading.problem +
@@ -158,7 +158,7 @@ int RunSize(CommandContext& context) {
     if (isMeasured) reports.push_back(std::move(report));
     if (worst == kExitDone) worst = code;
   }
-  if (reports.empty() && worst == kExitDone) context.Remark("The project has only libraries.");
+  if (reports.empty() && worst == kExitDone) context.Remark("The project has no linked program.");
   if (const int code = WritePage(context, reports); code != kExitDone) return code;
   nlohmann::json document = nlohmann::json::array();
   for (const SizeReport& each : reports) {

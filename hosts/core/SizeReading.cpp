@@ -46,7 +46,7 @@ void AddStack(FileSystem& files, const SizeSource& source, const sizes::LinkerMa
 std::optional<SizeSource> FindSizeSource(InspectorDriver& inspector,
                                          const ApplicationEntry& application) {
   if (application.output.empty()) return std::nullopt;
-  SizeSource source{application.output, {}, FolderOf(application.path), {}};
+  SizeSource source{application.output, {}, FolderOf(application.path), {}, false};
   const auto input = ParseXml(inspector.GetToolInput(application.path, application.output));
   const CXmlNode* const text = input == nullptr ? nullptr : input->FindChild("#CDATA");
   if (text == nullptr) return source;
@@ -57,6 +57,7 @@ std::optional<SizeSource> FindSizeSource(InspectorDriver& inspector,
   source.device = {bytesOf("$(Target.FlashStart)"), bytesOf("$(Target.FlashSize)"),
                    bytesOf("$(Target.RamStart)"), bytesOf("$(Target.RamSize)"),
                    bytesOf("$(Target.EepromSize)")};
+  source.isPacked = values.Resolve("$(Build.TranslateTool)") == "pack";
   const std::string map(Trim(values.Resolve("$(Linker.MapFile)")));
   if (!map.empty()) source.map = Absolute(source.folder, map);
   return source;
@@ -64,13 +65,18 @@ std::optional<SizeSource> FindSizeSource(InspectorDriver& inspector,
 
 SizeReading ReadSizes(FileSystem& files, const SizeSource& source, std::uint64_t most) {
   SizeReading reading;
+  if (source.isPacked) {
+    reading.isNoProgram = true;
+    reading.problem = source.output + ": made by commands of the project, not by a linker";
+    return reading;
+  }
   const auto bytes = ReadBounded(files, source.output, most);
   if (!bytes) {
     reading.problem = source.output + ": " + bytes.GetError().text;
     return reading;
   }
-  reading.isLibrary = bytes->starts_with("!<arch>\n") || bytes->starts_with("!<thin>\n");
-  if (reading.isLibrary) {
+  reading.isNoProgram = bytes->starts_with("!<arch>\n") || bytes->starts_with("!<thin>\n");
+  if (reading.isNoProgram) {
     reading.problem = source.output + ": a library, whose code counts in the programs that link it";
     return reading;
   }

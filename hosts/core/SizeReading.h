@@ -15,6 +15,7 @@ struct SizeSource {
   std::string map;     // the linker's map file; empty if there is none
   std::string folder;  // the application's, to which names in the map are relative
   sizes::DeviceMemory device;
+  bool isPacked = false;  // commands of the project make the output
 };
 
 // Returns the source for an application, from its published options; nullopt if it has no tool.
@@ -23,9 +24,9 @@ std::optional<SizeSource> FindSizeSource(InspectorDriver& inspector,
 
 struct SizeReading {
   sizes::ProgramSizes sizes;
-  std::string problem;     // "PATH: reason" if there are no sizes; else empty
-  std::string remark;      // why parts are missing; else empty
-  bool isLibrary = false;  // has no sizes of its own, which is the problem
+  std::string problem;       // "PATH: reason" if there are no sizes; else empty
+  std::string remark;        // why parts are missing; else empty
+  bool isNoProgram = false;  // has no sizes of its own, which is the problem
 };
 
 // Reads program, map and the stack usage next to the object files. Files larger than `most` bytes

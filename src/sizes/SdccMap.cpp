@@ -20,6 +20,13 @@ std::vector<std::string_view> FirstTokens(std::string_view line) {
   return tokens;
 }
 
+// Returns true for labels of the debug information that mark a line ("A$main$45", "C$main.c$3$1$5")
+// or the end of a function ("XG$main$0$0", "XFmain$f$0$0"). Names of C start with an underscore.
+bool IsPosition(std::string_view name) {
+  if (name.starts_with("A$") || name.starts_with("C$")) return true;
+  return name.starts_with('X') && name.find('$') != name.npos;
+}
+
 // Sets the sizes, and removes symbols that share an address with another one: the compiler adds
 // names for its debugger, which have a dollar sign.
 void MeasureSymbols(SdccArea& area) {
@@ -66,7 +73,9 @@ std::vector<SdccArea> ReadSdccMap(std::string_view text) {
     const std::size_t first = !tokens.empty() && tokens[0].ends_with(':') ? 1 : 0;
     if (tokens.size() != first + 3) continue;
     const auto address = ParseWhole<std::uint64_t>(tokens[first], 16);
-    if (address) current->symbols.push_back({tokens[first + 1], tokens[first + 2], *address, 0});
+    if (address && !IsPosition(tokens[first + 1])) {
+      current->symbols.push_back({tokens[first + 1], tokens[first + 2], *address, 0});
+    }
   }
   std::erase_if(areas, [](const SdccArea& area) { return area.size == 0; });
   for (SdccArea& area : areas) MeasureSymbols(area);

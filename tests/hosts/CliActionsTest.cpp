@@ -100,6 +100,11 @@ TEST_F(CliActions, ProgrammersGetTheOptionsOfTheApplication) {
   EXPECT_TRUE(Has(Do("upload", {"--dry-run", "--json"}), "\"flash write_image erase {OUT/app}\""));
   Set("Upload.Programmer", "");
   EXPECT_TRUE(Has(Do("upload", {"--dry-run"}), "openocd -f board/m328p.cfg -c "));
+  Set("Build.TranslateTool", "pack");
+  EXPECT_TRUE(Has(Do("upload"),
+                  "-c set image_address 0x100 -c flash write_image erase {OUT/app} "
+                  "$image_address -c verify_image {OUT/app} $image_address -c reset"));
+  project.Out({"options", "reset", "Build.TranslateTool"});
   SetAll({{"Simulate.Tool", "sz80"}, {"Simulate.Machine", "Z80"}});
   EXPECT_TRUE(Has(Do("simulate", {"--dry-run"}), "sz80 -b -t Z80 -G OUT/app\n"));
   Set("Upload.Tool", "uf2");

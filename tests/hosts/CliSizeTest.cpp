@@ -198,6 +198,50 @@ TEST(CliSize, AProgramAboveItsLimitFailsTheBuildEachTime) {
   EXPECT_TRUE(Has(project.Run({"report"}).out, "blob"));
 }
 
+// Some devices have constants in the flash, at addresses of the RAM. Memories of other kinds, which
+// programmers take from other files, are in no image.
+TEST(CliSize, ABuildCountsTheFlashOfAnAvrAndWritesNothingElse) {
+  if (FindProgram("avr-gcc").empty()) GTEST_SKIP() << "avr-gcc is not installed";
+  const struct {
+    const char *device, *source;
+  } rows[] = {
+      {"attiny10",
+       "const char table[200] = {1};\nvolatile unsigned char i;\n"
+       "int main(void) { return table[i]; }\n"},
+      {"atmega328p",
+       "#include <avr/io.h>\n#include <avr/signature.h>\nFUSES = {.low = 0xE2, .high = 0xD9, "
+       ".extended = 0xFF};\nLOCKBITS = 0xFC;\n__attribute__((section(\".eeprom\"), used)) "
+       "char e = 1;\nint main(void) { return 0; }\n"}};
+  for (const auto& row : rows) {
+    CliProject project;
+    project.Out({"new", "p", "--target", row.device});
+    project.Write("p/src/main.c", row.source);
+    const std::string built = project.Out({"build", "p"});
+    const SizesJson memory = SizesOf(project, {"p"})["memories"][0];
+    EXPECT_TRUE(Has(built, "flash " + memory["used"].dump() + " B")) << built << memory;
+    const std::string hex = project.Read("p/build/Standard/p.hex");
+    EXPECT_FALSE(hex.empty() || Has(hex, ":02000004")) << hex;  // an address above 64 KiB
+    if (row.device != rows[0].device) continue;
+    EXPECT_GT(memory["used"], 200);
+    project.Out({"options", "set", "Build.MaxFlash", "200 B", "p"});
+    EXPECT_EQ(project.Run({"build", "p"}).code, 1);
+  }
+}
+
+// An image of several programs has no sizes of its own.
+TEST(CliSize, WhatCommandsMakeIsLeftOut) {
+  CliProject project;
+  PrepareSizes(project, "host-gcc");
+  project.Out({"add", "--application", "image", "--empty"});
+  for (const auto& [option, value] : {std::pair("Build.TranslateTool", "pack"),
+                                      std::pair("Build.OutputFile", "build/image.bin")}) {
+    project.Out({"options", "set", "-a", "image", option, value});
+  }
+  project.Edit("build/image.bin", "bytes");
+  EXPECT_EQ(SizesJson::parse(project.Out({"size", "--json"}))["applications"].size(), 1U);
+  project.ExpectRefusal({"size", "-a", "image"}, 3, "made by commands of the project");
+}
+
 TEST(CliSize, AnOverflowOfARegionNamesTheLargestSymbols) {
   CliProject project;
   WriteSizes(project, 3000);

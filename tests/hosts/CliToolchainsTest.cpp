@@ -314,6 +314,52 @@ TEST_F(Toolchains, APico2IsToldThatItsFlashHasAProgram) {
   }
 }
 
+// What the hardware and the boot ROM of some devices read at the start of the flash.
+TEST_F(Toolchains, TheStartOfTheFlashIsWhatTheDeviceReads) {
+  const std::string erased(16, '\xFF');
+  const std::string kinetis = std::string(12, '\xFF') + "\xFE\xFF\xFF\xFF";
+  const std::string clocks("\0\0\0\0\0\0\0\0\0\0\0\x80\0\0\0\x80", 16);
+  const struct {
+    const char* target;
+    std::size_t at;
+    std::string bytes;
+  } rows[] = {
+      {"FRDM-K64F", 0x3F0, erased + kinetis},
+      {"FRDM-KL25Z", 0x3F0, erased + kinetis},
+      {"R7FA2L1AB2DFM", 0x3F0, erased + erased + erased + erased + erased},
+      {"XMC1302-T038x0200", 8, clocks},
+      {"LPC1768", 0, ""},
+      {"LPC810M021FN8", 0, ""},
+  };
+  for (const std::string toolchain : {"arm-gcc", "arm-clang"}) {
+    const std::string missing =
+        Missing(toolchain == "arm-clang" ? "clang ld.lld llvm-objcopy" : "arm-none-eabi-gcc");
+    if (!missing.empty()) GTEST_SKIP() << missing;
+    for (const auto& row : rows) {
+      const std::string name = row.target + toolchain;
+      SCOPED_TRACE(name);
+      project.Out({"new", name, "--target", row.target});
+      project.Out({"options", "set", "Target.Toolchain", toolchain, name});
+      const std::string built = project.Out({"build", name});
+      EXPECT_FALSE(Has(built, "warning")) << built;
+      const std::string flash = project.Read(name + "/build/Standard/" + name + ".bin");
+      const bool isCounted = Has(built, "flash " + std::to_string(flash.size()) + " B");
+      EXPECT_TRUE(isCounted || row.at < 0x100) << built;
+      ASSERT_GT(flash.size(), row.at + row.bytes.size()) << "no code after it";
+      EXPECT_TRUE(flash.substr(row.at, row.bytes.size()) == row.bytes);
+      std::uint32_t sum = 0;
+      for (std::size_t i = 0; i < 8; ++i) sum += WordAt(flash, 4 * i);
+      EXPECT_EQ(sum == 0, row.bytes.empty());
+    }
+  }
+  // A start-up file of one's own that has no such field would lock the device.
+  project.Edit(
+      "FRDM-K64Farm-gcc/src/startup.c",
+      ReplaceAll(project.Read("FRDM-K64Farm-gcc/src/startup.c"), ".flash_config", ".text"));
+  const auto none = project.Run({"build", "FRDM-K64Farm-gcc"});
+  EXPECT_TRUE(Has(none.out + none.err, "No section .flash_config")) << none.out << none.err;
+}
+
 TEST_F(Toolchains, RiscvProgramsRunOnEachInstructionSet) {
   const std::string missing =
       Missing("riscv64-unknown-elf-gcc qemu-system-riscv32 qemu-system-riscv64");

@@ -172,7 +172,9 @@ TEST(ProgramSizes, MapsOfSdccHaveSizesUpToTheNextSymbol) {
   const ProgramSizes sizes = MeasureSdcc(
       area + "      Value  Global                              Global Defined In Module\n" +
           "     00008024  _main                              a\n     00008030  _f   b\n" + area +
-          "     00008030  G$f$0_0$0                       b\nDATA 00000001 00000002 = 2. bytes "
+          "     00008030  G$f$0_0$0                       b\n     00008032  A$b$12  b\n"
+          "     00008033  C$b.c$3$1_0$5  b\n     00008034  XG$f$0$0  b\n     00008040  Fb$h$0$0  "
+          "b\nDATA 00000001 00000002 = 2. bytes "
           "(REL)\n"
           "     00000001  _x    a\n",
       {32768, 8192, 0, 1024, 0});
@@ -183,7 +185,7 @@ TEST(ProgramSizes, MapsOfSdccHaveSizesUpToTheNextSymbol) {
   for (const SymbolSize& each : sizes.symbols) {
     text += each.name + " " + each.file + " " + std::to_string(each.size) + " ";
   }
-  EXPECT_EQ(text, "flash 41/8192 RAM 2/1024 _f b 29 _main a 12 _x a 2 ");
+  EXPECT_EQ(text, "flash 41/8192 RAM 2/1024 _f b 16 Fb$h$0$0 b 13 _main a 12 _x a 2 ");
   // The linker for the 8051 has the area of internal variables with all that they might take.
   const ProgramSizes inner = MeasureSdcc(
       "DSEG 00000000 00000080 = 128. bytes (REL,CON)\n 00000008 _x a\n"

@@ -128,14 +128,47 @@ ALL(DECLARE)
 
 typedef void (*vector)(void);
 
-__attribute__((section(".vectors"), used)) const vector vectors[] = {
-    (vector)__stack_top, Reset_Handler,       NMI_Handler,        HardFault_Handler,
-    MemManage_Handler,   BusFault_Handler,    UsageFault_Handler, SecureFault_Handler,
-    0,                   0,                   0,                  SVC_Handler,
-    DebugMon_Handler,    0,                   PendSV_Handler,     SysTick_Handler,
-    ALL(ENTER)};
+#define VECTORS                                                                              \
+  {(vector)__stack_top, Reset_Handler,       NMI_Handler,        HardFault_Handler,          \
+   MemManage_Handler,   BusFault_Handler,    UsageFault_Handler, SecureFault_Handler,        \
+   0,                   0,                   0,                  SVC_Handler,                \
+   DebugMon_Handler,    0,                   PendSV_Handler,     SysTick_Handler,            \
+   ALL(ENTER)}
 
 /* clang-format on */
+
+#if defined(FLASH_HEADER_XMC1000)
+/* The vector table is in the ROM. Exception n goes to address 4 * n of the RAM, whose instructions
+   load the address of the handler from the table after them and jump to it:
+   ldr r0, [pc, #...]; mov pc, r0. */
+#define VECTOR_COUNT (sizeof((const vector[])VECTORS) / sizeof(vector))
+#define VENEER (0x46874800u + VECTOR_COUNT - 1)
+
+__attribute__((section(".ram_vectors"), used)) struct {
+  uint32_t veneers[VECTOR_COUNT];
+  vector handlers[VECTOR_COUNT];
+} ram_vectors = {{[0 ... VECTOR_COUNT - 1] = VENEER}, VECTORS};
+
+/* Where the boot ROM finds the stack, the entry and two settings of the clock, CLK_VAL1 and
+   CLK_VAL2. With bit 31 it leaves the clock as it is after reset. */
+__attribute__((section(".vectors"), used)) const vector vectors[] = {
+    (vector)__stack_top, Reset_Handler, 0, 0, (vector)0x80000000, (vector)0x80000000};
+#else
+__attribute__((section(".vectors"), used)) const vector vectors[] = VECTORS;
+#endif
+
+#if defined(FLASH_HEADER_KINETIS)
+/* The configuration field, at 0x400: a key, the protection of the flash (FPROT), the security
+   (FSEC), the start (FOPT) and the protection of EEPROM and data flash. FSEC must stay 0xFE, unless
+   the device is to be locked. */
+__attribute__((section(".flash_config"), used)) const uint8_t flash_config[16] = {
+    0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0xFF, 0xFF};
+#elif defined(FLASH_HEADER_RENESAS_RA)
+/* The option-setting memory, at 0x400: OFS0, OFS1 and the areas that the security MPU protects, as
+   in an erased device. */
+__attribute__((section(".flash_config"), used))
+const uint8_t flash_config[64] = {[0 ... 63] = 0xFF};
+#endif
 
 void Reset_Handler(void) {
   /* The table may be anywhere, as after a boot loader. Cores without this register ignore it. */

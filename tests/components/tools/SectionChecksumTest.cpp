@@ -40,6 +40,17 @@ TEST(SectionChecksum, IsStoredInTheLastFourBytesAndNowhereElse) {
   }
 }
 
+TEST(SectionChecksum, OfVectorsMakesTheSumOfTheFirstEightWordsZero) {
+  std::string table = Number(0x10001000, 4) + Number(0xF0000001, 4);
+  for (std::uint32_t i = 2; i < 7; ++i) table += Number(i, 4);
+  std::string program = Program(table + "xxxx" + Number(9, 4));
+  EXPECT_TRUE(StoreVectorChecksum(program, ".boot2"));
+  EXPECT_EQ(program, Program(table + Number(0xFFFFEFEB, 4) + Number(9, 4)));
+  std::string small = Program(table + "xxx");
+  EXPECT_FALSE(StoreVectorChecksum(small, ".boot2"));
+  EXPECT_EQ(small, Program(table + "xxx"));
+}
+
 TEST(SectionChecksum, AProgramWithoutASectionForItStaysAsItIs) {
   const struct {
     std::string program;
