@@ -80,6 +80,24 @@ TEST(CliForeign, ACompilationDatabaseIsImportedAndBuilds) {
   EXPECT_EQ(project.Read("other/other.tapp") + project.Read("other/other.tprj"), made);
 }
 
+// The folder of an entry may be anything.
+TEST(CliForeign, SourcesThatDoNotExistDoNotChooseTheFolder) {
+  ForeignProject project;
+  std::string entries = R"([{"file": "src/main.c", "command": "gcc -c src/main.c"})";
+  for (int i = 0; i < 6; ++i) {
+    const std::string name = std::to_string(i) + ".c";
+    entries += ", {\"directory\": \"" + project.PathOf("gone") + "\", \"file\": \"" + name +
+               "\", \"command\": \"gcc -c " + name + "\"}";
+    project.Write("other/compile_commands.json", entries + "]");
+    const auto made = project.Run({"import", "other", "--yes"});
+    EXPECT_TRUE(Has(made.err, i < 5 ? "gone/0.c was imported, but the file does not exist"
+                                    : "6 files were imported, but do not exist, such as "))
+        << made.err;
+  }
+  EXPECT_TRUE(project.Exists("other/other.tprj"));
+  EXPECT_FALSE(project.Exists("gone"));
+}
+
 TEST(CliForeign, LinkCommandsDivideADatabaseIntoApplications) {
   ForeignProject project;
   const std::string folder = project.PathOf("other/out");

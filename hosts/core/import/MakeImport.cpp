@@ -126,7 +126,7 @@ Result<ImportedProject> ImportMakeOutput(const ImportRequest& request, const std
     return Error{ErrorCode::Unsupported, "`make -n` prints no compiler commands", request.path};
   }
   ImportedProject project;
-  ChooseFolder(request, place, build.sources, project);
+  ChooseFolder(request, place, build.sources, context, project);
   DivideIntoApplications(build, context, project);
   return project;
 }
