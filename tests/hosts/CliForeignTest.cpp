@@ -120,6 +120,25 @@ TEST(CliForeign, LinkCommandsDivideADatabaseIntoApplications) {
   EXPECT_TRUE(project.Exists("other/build/Standard/libpart.a"));
 }
 
+TEST(CliForeign, SpecificationsOfTheCLibraryBecomeOptions) {
+  if (FindProgram("arm-none-eabi-gcc").empty())
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  ForeignProject project;
+  project.Write("other/src/main.c",
+                "#include <stdlib.h>\nint main(void) { free(malloc(4)); return 0; }\n");
+  project.Write("other/compile_commands.json",
+                R"([{"file": "src/main.c", "command": "arm-none-eabi-gcc -mcpu=cortex-m3 )"
+                R"(--specs=nano.specs -specs=nosys.specs -c src/main.c"}])");
+  project.Out({"import", "other"});
+  EXPECT_EQ(project.Out({"options", "get", "Target.CLibrary", "other"}), "newlib-nano\n");
+  EXPECT_EQ(project.Out({"options", "get", "Linker.Extra", "other"}), "-specs=nosys.specs\n");
+  for (const char* each : {"Target.FlashSize", "Target.RamSize"}) {
+    project.Out({"options", "set", each, "65536", "other"});
+  }
+  const auto built = project.Run({"build", "other"});
+  EXPECT_EQ(built.code, 0) << built.out << built.err;
+}
+
 TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
   ForeignProject project;
   project.Write("other/compile_commands.json", "{\"a\": [");

@@ -222,6 +222,9 @@ void Division::AddLink(const Part& part, ImportedApplication& application) {
     for (const Part& each : parts_) {
       if (each.isLibrary) use(each);
     }
+    for (const CompiledSource& each : part.sources) {
+      if (!each.command.systemCalls.empty()) link.systemCalls = each.command.systemCalls;
+    }
   }
   if (!linked.empty()) options["Application.Linker.Extra"] = WordsValue(linked);
   AddLinkOptions(link, context_, project_, application);

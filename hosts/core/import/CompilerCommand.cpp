@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -122,6 +123,10 @@ constexpr TargetRow kTargetRows[] = {
     {"-march=", "riscv-", "Arch"}, {"-mabi=", "riscv-", "Abi"},
 };
 
+// Values of the option CLibrary, and their files for -specs.
+constexpr std::pair<std::string_view, std::string_view> kLibrarySpecs[] = {
+    {"newlib-nano", "nano.specs"}, {"picolibc", "picolibc.specs"}};
+
 // Arguments that the tools of this project pass themselves, or that only concern the build system.
 bool IsDropped(std::string_view text) {
   return IsOneOf(text, {"-c", "-S", "-E", "-M", "-MM", "-MD", "-MMD", "-MP", "-MG", "-pipe", "-v",
@@ -147,6 +152,7 @@ class Parser {
   void TakeForm(Form form, const std::string& text, const std::string& value, bool isSeparate);
   bool TakeStandardOption(const std::string& text);
   bool TakeTarget(const std::string& text);
+  bool TakeSpecs(const std::string& text);
   void TakeDefine(const std::string& define);
   std::string Absolute(const std::string& path) const {
     return CanonicalPath(IsRelativePath(path) ? JoinPath(folder_, path) : path);
@@ -289,7 +295,7 @@ bool Parser::TakeStandardOption(const std::string& text) {
   return true;
 }
 
-// Options that select the processor.
+// Options that select the processor or the C library.
 bool Parser::TakeTarget(const std::string& text) {
   for (const TargetRow& row : kTargetRows) {
     if (!text.starts_with(row.flag) || !Is(row.toolchain)) continue;
@@ -297,6 +303,7 @@ bool Parser::TakeTarget(const std::string& text) {
     return true;
   }
   if (text == "-mthumb" && Is("arm-")) return true;
+  if (TakeSpecs(text)) return true;
   if (text.starts_with("--target=") && Is("clang")) return true;
   return Is("sdcc-") && text == "-m" + command_.toolchain.substr(5);
 }
@@ -315,6 +322,25 @@ void Parser::TakeArgument() {
   } else {
     command_.further.push_back({text, ""});
   }
+}
+
+// Files for -specs that belong to the C library.
+bool Parser::TakeSpecs(const std::string& text) {
+  const std::size_t start = text.find("-specs=");
+  if (start > 1) return false;
+  const std::string file = text.substr(start + 7);
+  for (const auto& [library, specs] : kLibrarySpecs) {
+    if (file != specs || (!Is("arm-gcc") && !Is("riscv-gcc"))) continue;
+    if (Is("riscv-") && library == "newlib-nano") {
+      command_.dropped.push_back(text);  // it has no such library
+    } else {
+      command_.target["CLibrary"] = library;
+    }
+    return true;
+  }
+  if (!IsOneOf(file, {"nosys.specs", "rdimon.specs"}) || !Is("arm-gcc")) return false;
+  command_.systemCalls = "-specs=" + file;
+  return true;
 }
 
 CompilerCommand Parser::Run() {
@@ -339,11 +365,19 @@ std::size_t FindCompiler(const std::vector<std::string>& arguments) {
   return at;
 }
 
-std::string TargetFlag(const std::string& name) {
+std::string TargetArgument(const std::string& name, const std::string& value) {
   for (const TargetRow& row : kTargetRows) {
-    if (name == row.option) return std::string(row.flag);
+    if (name == row.option) return std::string(row.flag) + value;
   }
-  return name == "Clock" ? "-DF_CPU=" : "";
+  for (const auto& [library, specs] : kLibrarySpecs) {
+    if (name == "CLibrary" && value == library) return "-specs=" + std::string(specs);
+  }
+  return (name == "Clock" ? "-DF_CPU=" : "") + value;
+}
+
+bool TakesNextArgument(const std::string& argument) {
+  return std::any_of(std::begin(kFlags), std::end(kFlags),
+                     [&argument](const Flag& each) { return each.text == argument; });
 }
 
 std::string ToolchainOf(const std::string& program, const std::vector<std::string>& arguments) {

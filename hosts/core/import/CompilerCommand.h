@@ -32,6 +32,7 @@ struct CompilerCommand {
   bool debug = false;
   // Options of the section Application.Target by their names, such as Device and Cpu.
   std::map<std::string, std::string> target;
+  std::string systemCalls;  // -specs argument with those of the C library, only for a link
   std::vector<FurtherArgument> further;
   std::vector<std::string> dropped;  // arguments that were not understood
 };
@@ -45,8 +46,8 @@ std::size_t FindCompiler(const std::vector<std::string>& arguments);
 CompilerCommand ParseCompilerCommand(const std::vector<std::string>& arguments,
                                      const std::string& folder);
 
-// Returns the argument of the compiler for an option of `target`, up to its value: "-mcpu=".
-std::string TargetFlag(const std::string& name);
+// Returns the argument of the compiler for an option of `target`: "-mcpu=cortex-m3".
+std::string TargetArgument(const std::string& name, const std::string& value);
 
 // Returns the toolchain for the name of a compiler, such as "avr-gcc" for
 // "/usr/bin/avr-g++"; `arguments` decide for compilers with several targets.

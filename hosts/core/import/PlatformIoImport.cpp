@@ -227,6 +227,7 @@ void PlatformIo::AddFlags(Environment& environment) {
   for (const char* set : {"C", "Cpp"}) {
     Append(options, std::string(set) + ".Compiler.Extra", LiteralValue(WordsValue(compile)), " ");
   }
+  if (!flags.systemCalls.empty()) link.push_back(flags.systemCalls);
   Append(options, "Application.Linker.Extra", LiteralValue(WordsValue(link)), " ");
 }
 
