@@ -380,6 +380,37 @@ TEST(CliForeign, AMakefileIsImportedByADryRun) {
   EXPECT_FALSE(project.Exists("other/main.o"));
 }
 
+TEST(CliForeign, AMakefileMayCallTheAssemblerAndTheLinker) {
+  if (FindProgram("make").empty()) GTEST_SKIP() << "make is not installed";
+  if (FindProgram("arm-none-eabi-gcc").empty())
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  ForeignProject project;
+  project.Write("other/fw.ld",
+                "ENTRY(Reset_Handler)\n"
+                "SECTIONS { .text 0 : { KEEP(*(.isr_vector)) *(.text*) } }\n");
+  project.Write("other/src/main.c", "int main(void) { return START; }\n");
+  project.Write(
+      "other/start.s",
+      " .section .isr_vector, \"a\"\n .word Reset_Handler\n .text\n .global Reset_Handler\n"
+      " .thumb_func\n"
+      "Reset_Handler: bl main\n b .\n");
+  project.Write("other/Makefile",
+                "P = arm-none-eabi-\nF = -mcpu=cortex-m3 -mthumb\n"
+                "fw.bin: fw.elf\n\t$(P)objcopy -O binary $< $@ 2>&1\n"
+                "fw.elf: main.o start.o\n\t$(P)ld -T fw.ld -Map=fw.map -o $@ $^ none.o && $(P)size "
+                "$@\n\techo made $@\n"
+                "main.o: src/main.c\n\t$(P)gcc $F -MM $< > main.d\n\t$(P)gcc $F -DSTART=1 -c $< -o "
+                "$@\n"
+                "start.o: start.s\n\t$(P)as $F $< -o $@\n");
+  const auto made = project.Run({"import", "--run-make", "other"});
+  EXPECT_EQ(made.code, 0) << made.err;
+  EXPECT_EQ(made.err,
+            "tarn: none.o was not imported: nothing that makes it is recorded\ntarn: the command "
+            "arm-none-eabi-objcopy -O binary fw.elf fw.bin 2>&1 was not imported\n");
+  EXPECT_EQ(Built(project.Out({"build", "other"})), "main.c start.s fw.elf");
+  EXPECT_EQ(project.Out({"options", "get", "Linker.Script", "other"}), "fw.ld\n");
+}
+
 TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
   const bool hasCore = std::filesystem::exists("/usr/share/arduino/hardware/arduino/avr");
   if (!hasCore) GTEST_SKIP() << "arduino-core-avr is not installed";

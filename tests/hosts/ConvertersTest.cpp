@@ -36,6 +36,14 @@ TEST(Converters, ACommandLineIsTakenApart) {
       {"/bin/bash ../libtool --tag=CC --mode=compile gcc -O1 -c a.c -o a.lo", "host-gcc", "", "",
        "", "1", "default"},
       {"icc -c a.c", "", "", "", "", "0", "default"},
+      {"arm-none-eabi-as -mthumb -mcpu=cortex-m3 -g --defsym A=1 -Iinc -D a.s -o a.o", "arm-gcc",
+       "", "/p/inc", "-Wa,--defsym,A=1", "0", "default"},
+      {"arm-none-eabi-ld.bfd -T a.ld -Map=x --gc-sections -e main -Map y -Lx -lc a.o", "arm-gcc",
+       "", "", "-nostdlib|-Wl,-e,main", "0", "default"},
+      {"arm-none-eabi-gcc --specs=nano.specs -specs=nosys.specs -Wl,-T,a.ld a.c", "arm-gcc", "", "",
+       "", "0", "default"},
+      {"gcc -specs=own.specs -Wl,-Ttext=4 a.c", "host-gcc", "", "", "-specs=own.specs|-Wl,-Ttext=4",
+       "0", "default"},
   };
   for (const auto& row : rows) {
     const CompilerCommand command = ParseCompilerCommand(SplitShellWords(row.line), "/p");

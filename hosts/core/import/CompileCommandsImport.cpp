@@ -97,7 +97,13 @@ std::optional<ForeignLink> ParseLink(const std::vector<std::string>& words,
   }
   if (ToolchainOf(arguments.front(), arguments).empty()) return std::nullopt;
   link.command = ParseCompilerCommand(arguments, folder);
-  if (link.command.isCompile || link.command.inputs.empty()) return std::nullopt;
+  const bool isLink = !link.command.isCompile && !link.command.makesText;
+  if (!isLink || link.command.inputs.empty()) return std::nullopt;
+  for (const char* each : {"-r", "-Wl,-r", "-Wl,-i", "-Wl,--relocatable"}) {
+    for (const FurtherArgument& further : link.command.further) {
+      if (further.text == each) return std::nullopt;  // it makes an object
+    }
+  }
   if (link.command.output.empty()) link.command.output = JoinPath(folder, "a.out");
   // A file *.la stands for the libraries that libtool makes.
   link.isShared = link.command.output.ends_with(".la") ||

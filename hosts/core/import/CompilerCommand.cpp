@@ -20,10 +20,12 @@ bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> list
   return std::find(list.begin(), list.end(), text) != list.end();
 }
 
-// Returns the name of a program without folder, version and ".exe".
+// Returns the name of a program without folder, version and ".exe"; that of ld without the kind.
 std::string BaseName(const std::string& program) {
   std::string name = FileNameOf(ToNativeSeparators(program));
-  if (EndsWithNoCase(name, ".exe")) name.resize(name.size() - 4);
+  for (const char* each : {".exe", "ld.bfd", "ld.gold"}) {
+    if (EndsWithNoCase(name, each)) name.resize(name.rfind('.'));
+  }
   const std::size_t end = name.find_last_not_of("0123456789.");
   const bool hasVersion = end != std::string::npos && end > 0 && name[end] == '-';
   return hasVersion ? name.substr(0, end) : name;
@@ -106,6 +108,9 @@ constexpr Flag kFlags[] = {
     {"-Xclang", Form::WithNext, false},
     {"-mllvm", Form::WithNext, false},
     {"-u", Form::WithNext, false},
+    {"-Ttext", Form::WithNext, false},
+    {"-Tdata", Form::WithNext, false},
+    {"-Tbss", Form::WithNext, false},
     {"-z", Form::WithNext, false},
     {"--param", Form::WithNext, false},
     {"-arch", Form::WithNext, false},
@@ -116,6 +121,29 @@ struct TargetRow {
   std::string_view flag, toolchain;
   const char* option;
 };
+
+// Options of the linker with a value in the next argument.
+constexpr std::string_view kLinkerPairs[] = {"-e",
+                                             "-u",
+                                             "-z",
+                                             "-m",
+                                             "-y",
+                                             "-b",
+                                             "-h",
+                                             "-R",
+                                             "-Ttext",
+                                             "-Tdata",
+                                             "-Tbss",
+                                             "-rpath",
+                                             "-soname",
+                                             "-defsym",
+                                             "-entry",
+                                             "-undefined",
+                                             "-section-start",
+                                             "-just-symbols",
+                                             "-version-script",
+                                             "-wrap",
+                                             "-oformat"};
 
 constexpr TargetRow kTargetRows[] = {
     {"-mmcu=", "avr", "Device"},   {"-mcpu=", "arm-", "Cpu"},
@@ -129,13 +157,19 @@ constexpr std::pair<std::string_view, std::string_view> kLibrarySpecs[] = {
 
 // Arguments that the tools of this project pass themselves, or that only concern the build system.
 bool IsDropped(std::string_view text) {
-  return IsOneOf(text, {"-c", "-S", "-E", "-M", "-MM", "-MD", "-MMD", "-MP", "-MG", "-pipe", "-v",
-                        "-ffunction-sections", "-fdata-sections", "-s", "-Wl,--gc-sections",
-                        "--fdiagnostics-color", "-fcolor-diagnostics"}) ||
+  return IsOneOf(text, {"-MD", "-MMD", "-MP", "-MG", "-pipe", "-v", "-ffunction-sections",
+                        "-fdata-sections", "-s", "-Wl,--gc-sections", "--fdiagnostics-color",
+                        "-fcolor-diagnostics"}) ||
          text.starts_with("-fdiagnostics-color") || text.starts_with("-Wl,-Map") ||
          text.starts_with("-Wp,-MD,") || text.starts_with("-Wp,-MMD,") ||
          text.starts_with("-ffile-prefix-map=") || text.starts_with("-fdebug-prefix-map=") ||
          text.starts_with("-fmacro-prefix-map=") || text.starts_with("-Wl,-rpath");
+}
+
+// Returns false for flags such as -Ttext=ADDRESS.
+bool IsScriptFlag(std::string_view text) {
+  return text.starts_with("-T") && !text.starts_with("-Ttext") && !text.starts_with("-Tdata") &&
+         !text.starts_with("-Tbss");
 }
 
 class Parser {
@@ -148,6 +182,8 @@ class Parser {
  private:
   void TakeProgram();
   void TakeArgument();
+  void TakeAssemblerArgument(const std::string& text);
+  void TakeLinkerArgument(const std::string& text);
   bool TakeFlag(const std::string& text);
   void TakeForm(Form form, const std::string& text, const std::string& value, bool isSeparate);
   bool TakeStandardOption(const std::string& text);
@@ -164,6 +200,7 @@ class Parser {
   const std::vector<std::string>& arguments_;
   const std::string& folder_;
   std::size_t at_ = 0;
+  bool isAssembler_ = false;
   CompilerCommand command_;
 };
 
@@ -172,7 +209,13 @@ void Parser::TakeProgram() {
   if (at_ == arguments_.size()) return;
   command_.program = arguments_[at_++];
   command_.toolchain = ToolchainOf(command_.program, arguments_);
-  command_.isCpp = BaseName(command_.program).ends_with("++");
+  const std::string driver = AfterLastDash(BaseName(command_.program));
+  command_.isCpp = driver.ends_with("++");
+  command_.isLinker = driver == "ld";
+  isAssembler_ = driver == "as";
+  command_.isCompile = isAssembler_;
+  // A compiler that links adds libraries that ld doesn't.
+  if (command_.isLinker) command_.further.push_back({"-nostdlib", ""});
 }
 
 // A later define replaces an earlier one, as the compiler has it.
@@ -308,6 +351,45 @@ bool Parser::TakeTarget(const std::string& text) {
   return Is("sdcc-") && text == "-m" + command_.toolchain.substr(5);
 }
 
+// Arguments of the assembler itself, which the compiler hands to it after -Wa.
+void Parser::TakeAssemblerArgument(const std::string& text) {
+  if (text.starts_with("-I") || text.starts_with("-o")) {
+    TakeFlag(text);
+  } else if (text.starts_with("-g") || text.starts_with("--gdwarf") || text == "--gen-debug") {
+    command_.debug = true;
+  } else if (text == "--defsym" && at_ < arguments_.size()) {
+    command_.further.push_back({"-Wa,--defsym," + arguments_[at_++], ""});
+  } else if (text == "--MD" && at_ < arguments_.size()) {
+    ++at_;
+  } else if (!TakeTarget(text) && text != "-D" && !text.starts_with("-a")) {
+    command_.further.push_back({(text.starts_with("-m") ? "" : "-Wa,") + text, ""});
+  }
+}
+
+// Arguments of the linker itself, which the compiler hands to it after -Wl.
+void Parser::TakeLinkerArgument(const std::string& text) {
+  const std::string plain = text.starts_with("--") ? text.substr(1) : text;  // with one dash
+  const bool isPair =
+      std::find(std::begin(kLinkerPairs), std::end(kLinkerPairs), plain) != std::end(kLinkerPairs);
+  if (plain.starts_with("-script=")) {
+    command_.script = Absolute(plain.substr(8));
+  } else if (plain == "-script" && at_ < arguments_.size()) {
+    command_.script = Absolute(arguments_[at_++]);
+  } else if (plain == "-Map") {
+    ++at_;
+  } else if (plain.starts_with("-Map=") || plain == "-gc-sections" || text == "-s") {
+    return;
+  } else if (plain == text &&
+             (IsScriptFlag(text) || text.starts_with("-L") || text.starts_with("-l") ||
+              (text.starts_with("-o") && plain != "-oformat"))) {
+    TakeFlag(text);
+  } else if (isPair && at_ < arguments_.size()) {
+    command_.further.push_back({"-Wl," + text + "," + arguments_[at_++], ""});
+  } else {
+    command_.further.push_back({"-Wl," + text, ""});
+  }
+}
+
 void Parser::TakeArgument() {
   const std::string& text = arguments_[at_++];
   if (text.empty()) return;
@@ -315,8 +397,19 @@ void Parser::TakeArgument() {
     command_.dropped.push_back(text);
   } else if (text[0] != '-') {
     command_.inputs.push_back(Absolute(text));
+  } else if (isAssembler_) {
+    TakeAssemblerArgument(text);
+  } else if (command_.isLinker) {
+    TakeLinkerArgument(text);
+  } else if (text.starts_with("-Wl,-T") && text.size() > 7 && IsScriptFlag(text.substr(4)) &&
+             text.find(',', 7) == std::string::npos) {
+    command_.script = Absolute(text.substr(text[6] == ',' ? 7 : 6));
+  } else if (text.starts_with("-T") && text.find('=') != std::string::npos && !IsScriptFlag(text)) {
+    command_.further.push_back({text, ""});
   } else if (text == "-c") {
     command_.isCompile = true;
+  } else if (IsOneOf(text, {"-E", "-S", "-M", "-MM"})) {
+    command_.makesText = true;
   } else if (IsDropped(text) || TakeTarget(text) || TakeStandardOption(text) || TakeFlag(text)) {
     return;
   } else {
@@ -385,7 +478,7 @@ std::string ToolchainOf(const std::string& program, const std::vector<std::strin
   const std::string driver = AfterLastDash(name);
   if (driver == "sdcc" || name == "sdar") return SdccToolchain(arguments);
   if (IsOneOf(driver, {"clang", "clang++"})) return ClangToolchain(arguments);
-  if (!IsOneOf(driver, {"gcc", "g++", "cc", "c++", "as", "cpp"})) return "";
+  if (!IsOneOf(driver, {"gcc", "g++", "cc", "c++", "as", "cpp", "ld"})) return "";
   if (name == driver) return "host-gcc";
   if (name.starts_with("avr-")) return "avr-gcc";
   if (name.starts_with("arm-none-")) return "arm-gcc";

@@ -18,7 +18,9 @@ struct CompilerCommand {
   std::string toolchain;            // of this project; empty if the compiler is unknown
   std::vector<std::string> inputs;  // sources, objects and libraries, absolute
   std::string output;               // absolute; empty if not given
-  bool isCompile = false;           // -c
+  bool isCompile = false;           // -c, or an assembler
+  bool isLinker = false;            // ld, which is not started by a compiler
+  bool makesText = false;           // -E, -S, -M: no object and no program
   bool isCpp = false;               // a driver for C++
   std::string language;             // of -x: "C", "Cpp", "Assembler"; empty if not given
   std::vector<std::string> defines;

@@ -43,6 +43,7 @@ struct ForeignLink {
 struct ForeignBuild {
   std::vector<CompiledSource> sources;
   std::vector<ForeignLink> links;
+  std::vector<std::string> remarks;
 };
 
 // Sets the folder and the name of the project: the one that was requested, or else an existing
