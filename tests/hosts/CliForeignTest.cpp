@@ -206,6 +206,37 @@ TEST(CliForeign, EnvironmentsBecomeConfigurations) {
   EXPECT_EQ(project.Run({"build", "other", "--config", "slow"}).code, 1);
 }
 
+TEST(CliForeign, KeysOfEnvironmentsBecomeOptionsOrRemarks) {
+  ForeignProject project;
+  project.Write("other/platformio.ini",
+                "[platformio]\nextra_configs = more.ini\n[base]\nstrange = 1\n"
+                "[env]\nextends = base\nupload_port = /dev/ttyUSB7\nupload_speed = 57600\n"
+                "monitor_port = /dev/ttyACM3\nmonitor_speed = 9600\n"
+                "[env:blue]\nboard = bluepill_f103c8\nupload_protocol = jlink\n"
+                "[env:pc]\nplatform = native\nupload_protocol = custom\nmonitor_speed = fast\n"
+                "build_flags = -D ${sysenv.HOME}x -O1 -I$BUILD_DIR -DLEVEL=1\n");
+  const auto made = project.Run({"import", "other"});
+  for (const char* said :
+       {"[platformio] extra_configs was not imported", "[env:blue] strange was not imported",
+        "[env:pc] upload_protocol = custom was not", "[env:pc] monitor_speed = fast was not",
+        "the flag -D ${sysenv.HOME}x was not imported", "the flag -I$BUILD_DIR was not"}) {
+    EXPECT_TRUE(Has(made.err, said)) << said << made.err;
+  }
+  const struct {
+    const char *option, *config, *value;
+  } rows[] = {
+      {"Upload.Port", "blue", "/dev/ttyUSB7"},  {"Upload.Speed", "blue", "57600"},
+      {"Monitor.Port", "blue", "/dev/ttyACM3"}, {"Monitor.Speed", "blue", "9600"},
+      {"Upload.Programmer", "blue", "jlink"},   {"Compiler.Defines", "pc", "LEVEL=1"},
+      {"Compiler.Optimize", "pc", "1"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(project.Out({"options", "get", row.option, "other", "--config", row.config}),
+              row.value + std::string("\n"))
+        << row.option;
+  }
+}
+
 TEST(CliForeign, BoardsOfEnvironmentsAreFoundByTheirIdentifiers) {
   ForeignProject project;
   const std::pair<std::string, const char*> boards[] = {{"bluepill_f103c8", "Blue Pill"},

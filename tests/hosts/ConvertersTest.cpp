@@ -128,10 +128,11 @@ TEST(Converters, PatternsOfPaths) {
 TEST(Converters, AnIniFileHasReferencesAndBases) {
   const IniFile ini(
       "[env]\nflags = -DALL ; all of them\n[base]\nflags = -DBASE\n  -DMORE\nloop = ${base.loop}\n"
-      "[env:a]\nextends = base\nown = x ${base.flags} ${no.thing}\n[env:b]\nodd\n");
+      "[env:a]\nextends = base\nown = x ${base.flags} ${no.thing} ${base.gone}\n[env:b]\nodd\n");
   EXPECT_EQ(ini.Get("env:a", "flags"), "-DBASE\n-DMORE");
   EXPECT_EQ(ini.Get("env:b", "flags"), "-DALL");
-  EXPECT_EQ(ini.Get("env:a", "own"), "x -DBASE\n-DMORE ${no.thing}");
+  EXPECT_EQ(ini.Get("env:a", "own"), "x -DBASE\n-DMORE ${no.thing} ${base.gone}");
+  EXPECT_EQ(Joined(ini.GetKeys("env:a")), "extends|own|flags|loop");
   EXPECT_EQ(Joined(ini.GetFaults()), "11: odd");
   EXPECT_LT(ini.Get("base", "loop").size(), 20U);
   // Each base has all of them again.

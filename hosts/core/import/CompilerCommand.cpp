@@ -488,6 +488,12 @@ std::string ToolchainOf(const std::string& program, const std::vector<std::strin
   return isHost ? "host-gcc" : "";
 }
 
+std::string CompilerOf(const std::string& toolchain) {
+  if (toolchain.starts_with("arm")) return "arm-none-eabi-gcc";
+  if (toolchain.starts_with("riscv")) return "riscv64-unknown-elf-gcc";
+  return toolchain.starts_with("host") ? "gcc" : "avr-gcc";
+}
+
 CompilerCommand ParseCompilerCommand(const std::vector<std::string>& arguments,
                                      const std::string& folder) {
   return Parser(arguments, folder).Run();

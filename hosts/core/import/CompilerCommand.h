@@ -43,6 +43,9 @@ struct CompilerCommand {
 // and their arguments, such as "ccache" or "libtool --mode=link".
 std::size_t FindCompiler(const std::vector<std::string>& arguments);
 
+// Returns true if the value of this argument is the next one, as with "-D NAME".
+bool TakesNextArgument(const std::string& argument);
+
 // Takes a command apart that was started in `folder`. Programs that start the compiler, such as
 // ccache, are skipped.
 CompilerCommand ParseCompilerCommand(const std::vector<std::string>& arguments,
@@ -54,5 +57,9 @@ std::string TargetArgument(const std::string& name, const std::string& value);
 // Returns the toolchain for the name of a compiler, such as "avr-gcc" for
 // "/usr/bin/avr-g++"; `arguments` decide for compilers with several targets.
 std::string ToolchainOf(const std::string& program, const std::vector<std::string>& arguments);
+
+// Returns a compiler of the toolchain, for flags without a command: "arm-none-eabi-gcc" for
+// "arm-gcc". That of AVR if none is known.
+std::string CompilerOf(const std::string& toolchain);
 
 }  // namespace tarn::host
