@@ -146,6 +146,9 @@ TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
   project.Write("other/Makefile", "all:\n\ttouch made\n");
   project.Write("other/platformio.ini", "[platformio]\nsrc_dir = src\n");
   project.Write("other/x.cproject", "<a><b></a>");
+  project.Write(
+      "other/cut.cproject",
+      "<cproject><storageModule>\n<configuration name=\"A\"><folderInfo resourcePath=\"\"/>");
   const struct {
     std::vector<std::string> words;
     int code;
@@ -157,6 +160,7 @@ TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
       {{"other/Makefile", "--run-make"}, 3, "prints no compiler commands"},
       {{"other/platformio.ini"}, 3, "it has no section [env:NAME]"},
       {{"other/x.cproject", "--from", "cproject"}, 3, "not a C/C++ project description"},
+      {{"other/cut.cproject", "--from", "cproject"}, 3, "it is damaged: line 2: "},
       {{"other/none.json", "--from", "sketch"}, 3, "there is no *.ino file"},
       {{"other/gone.ini", "--from", "platformio"}, 3, "does not exist"},
       {{"other/src"}, 3, "contains nothing that can be imported"},
@@ -372,6 +376,68 @@ TEST(CliForeign, ADescriptionWithConfigurationsIsImported) {
   EXPECT_TRUE(Has(project.remarks, "${FAR}/inc was not imported")) << project.remarks;
   EXPECT_TRUE(Has(project.remarks, "the build step touch made was not imported"));
   EXPECT_EQ(project.Result({"other", "--yes"}, "Release/other", {"--config", "Release"}), "cdt 9");
+}
+
+// Plug-ins of different makers for the same compilers.
+TEST(CliForeign, DescriptionsOfFirmwareAreImported) {
+  ForeignProject project;
+  const auto option = [](const std::string& id, const std::string& value) {
+    return "<option superClass=\"" + id + "\" value=\"" + value + "\"/>";
+  };
+  const std::string script =
+      "<option superClass=\"a.arm.linker.scriptfile\" "
+      "valueType=\"stringList\"><listOptionValue value=\"&quot;"
+      "${workspace_loc:/${ProjName}/fw.ld}&quot;\"/></option>";
+  const std::string maker = "com.maker.stm32.mcu.gnu.";
+  const std::string linker = "<tool superClass=\"a.tool.c.linker\">";
+  const struct {
+    std::string chain, options;
+    std::vector<std::pair<const char*, const char*>> values;
+    const char* said;
+  } rows[] = {
+      {"a.gnuarm.cross.toolchain",
+       option("a.arm.target.family", "a.arm.target.mcpu.cortex-m4") +
+           option("a.arm.target.fpu.unit", "a.arm.target.fpu.unit.fpv4spd16") +
+           option("a.arm.target.fpu.abi", "a.arm.target.fpu.abi.softfp") +
+           option("a.optimization.level", "a.optimization.level.debug") + linker + script +
+           option("a.c.linker.usenewlibnano", "true") + option("a.linker.usenewlibnosys", "true") +
+           option("a.c.linker.strange", "a.strange.on") + "</tool>",
+       {{"Toolchain", "arm-gcc"},
+        {"Cpu", "cortex-m4"},
+        {"Fpu", "fpv4-sp-d16"},
+        {"FloatAbi", "softfp"},
+        {"CLibrary", "newlib-nano"}},
+       "the option \"linker.strange\" = on was not imported"},
+      {maker + "toolchain.exe",
+       option(maker + "option.target_mcu", "STM32F407VGTx") + option(maker + "convert", "true") +
+           linker + option(maker + "linker.option.script", "${workspace_loc:/${ProjName}/fw.ld}") +
+           "</tool>",
+       {{"Toolchain", "arm-gcc"}, {"Cpu", "cortex-m4"}, {"Fpu", "fpv4-sp-d16"}},
+       "the option \"gnu.convert\" = true was not imported"},
+      {"b.cross.riscv.toolchain",
+       option("b.target.isa.base", "b.isa.base.rv32i") + option("b.isa.multiply", "true") +
+           option("b.isa.compressed", "true") + option("b.abi.integer", "b.abi.integer.ilp32") +
+           linker + option("b.linker.script", "../fw.ld") +
+           option("b.linker.other", "-u one -T ${FAR}/x.ld -u two") + "</tool>",
+       {{"Toolchain", "riscv-gcc"}, {"Arch", "rv32imc"}, {"Abi", "ilp32"}},
+       "${FAR}/x.ld was not imported"},
+  };
+  for (const auto& row : rows) {
+    project.Write("other/.cproject",
+                  "<cproject><storageModule><configuration name=\"One\"><folderInfo "
+                  "resourcePath=\"\"><toolChain superClass=\"" +
+                      row.chain + "\">" + row.options +
+                      "</toolChain></folderInfo></configuration></storageModule></cproject>");
+    const auto made = project.Run({"import", "other", "--yes"});
+    EXPECT_TRUE(Has(made.err, row.said)) << made.err;
+    for (const auto& [name, value] : row.values) {
+      EXPECT_EQ(project.Out({"options", "get", std::string("Target.") + name, "other"}),
+                value + std::string("\n"))
+          << row.chain << name;
+    }
+    EXPECT_EQ(project.Out({"options", "get", "Linker.Script", "other"}), "fw.ld\n");
+  }
+  EXPECT_EQ(project.Out({"options", "get", "Linker.Extra", "other"}), "-u one -u two\n");
 }
 
 // The folder's name contains the variable that is replaced by it.
