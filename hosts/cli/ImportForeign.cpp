@@ -113,7 +113,7 @@ int ForeignImport::FindFile() {
     for (const auto& each : kKnownNames) {
       const std::string inside = JoinPath(path_, each.name);
       if (each.format != format_ || !files.Exists(inside)) continue;
-      path_ = inside;
+      path_ = files.NameOnDisk(inside);  // the disk may have "Makefile" for "makefile"
       return kExitDone;
     }
   }

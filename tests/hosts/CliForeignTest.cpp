@@ -80,6 +80,24 @@ TEST(CliForeign, ACompilationDatabaseIsImportedAndBuilds) {
   EXPECT_EQ(project.Read("other/other.tapp") + project.Read("other/other.tprj"), made);
 }
 
+// The folder of an entry may be anything.
+TEST(CliForeign, SourcesThatDoNotExistDoNotChooseTheFolder) {
+  ForeignProject project;
+  std::string entries = R"([{"file": "src/main.c", "command": "gcc -c src/main.c"})";
+  for (int i = 0; i < 6; ++i) {
+    const std::string name = std::to_string(i) + ".c";
+    entries += ", {\"directory\": \"" + project.PathOf("gone") + "\", \"file\": \"" + name +
+               "\", \"command\": \"gcc -c " + name + "\"}";
+    project.Write("other/compile_commands.json", entries + "]");
+    const auto made = project.Run({"import", "other", "--yes"});
+    EXPECT_TRUE(Has(made.err, i < 5 ? "gone/0.c was imported, but the file does not exist"
+                                    : "6 files were imported, but do not exist, such as "))
+        << made.err;
+  }
+  EXPECT_TRUE(project.Exists("other/other.tprj"));
+  EXPECT_FALSE(project.Exists("gone"));
+}
+
 TEST(CliForeign, LinkCommandsDivideADatabaseIntoApplications) {
   ForeignProject project;
   const std::string folder = project.PathOf("other/out");
@@ -102,6 +120,25 @@ TEST(CliForeign, LinkCommandsDivideADatabaseIntoApplications) {
   EXPECT_TRUE(project.Exists("other/build/Standard/libpart.a"));
 }
 
+TEST(CliForeign, SpecificationsOfTheCLibraryBecomeOptions) {
+  if (FindProgram("arm-none-eabi-gcc").empty())
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  ForeignProject project;
+  project.Write("other/src/main.c",
+                "#include <stdlib.h>\nint main(void) { free(malloc(4)); return 0; }\n");
+  project.Write("other/compile_commands.json",
+                R"([{"file": "src/main.c", "command": "arm-none-eabi-gcc -mcpu=cortex-m3 )"
+                R"(--specs=nano.specs -specs=nosys.specs -c src/main.c"}])");
+  project.Out({"import", "other"});
+  EXPECT_EQ(project.Out({"options", "get", "Target.CLibrary", "other"}), "newlib-nano\n");
+  EXPECT_EQ(project.Out({"options", "get", "Linker.Extra", "other"}), "-specs=nosys.specs\n");
+  for (const char* each : {"Target.FlashSize", "Target.RamSize"}) {
+    project.Out({"options", "set", each, "65536", "other"});
+  }
+  const auto built = project.Run({"build", "other"});
+  EXPECT_EQ(built.code, 0) << built.out << built.err;
+}
+
 TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
   ForeignProject project;
   project.Write("other/compile_commands.json", "{\"a\": [");
@@ -109,6 +146,9 @@ TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
   project.Write("other/Makefile", "all:\n\ttouch made\n");
   project.Write("other/platformio.ini", "[platformio]\nsrc_dir = src\n");
   project.Write("other/x.cproject", "<a><b></a>");
+  project.Write(
+      "other/cut.cproject",
+      "<cproject><storageModule>\n<configuration name=\"A\"><folderInfo resourcePath=\"\"/>");
   const struct {
     std::vector<std::string> words;
     int code;
@@ -120,6 +160,7 @@ TEST(CliForeign, WhatCanNotBeImportedIsToldAndLeavesNothing) {
       {{"other/Makefile", "--run-make"}, 3, "prints no compiler commands"},
       {{"other/platformio.ini"}, 3, "it has no section [env:NAME]"},
       {{"other/x.cproject", "--from", "cproject"}, 3, "not a C/C++ project description"},
+      {{"other/cut.cproject", "--from", "cproject"}, 3, "it is damaged: line 2: "},
       {{"other/none.json", "--from", "sketch"}, 3, "there is no *.ino file"},
       {{"other/gone.ini", "--from", "platformio"}, 3, "does not exist"},
       {{"other/src"}, 3, "contains nothing that can be imported"},
@@ -167,6 +208,37 @@ TEST(CliForeign, EnvironmentsBecomeConfigurations) {
   }
   EXPECT_EQ(project.Out({"options", "get", "Compiler.Optimize", "other"}), "2\n");
   EXPECT_EQ(project.Run({"build", "other", "--config", "slow"}).code, 1);
+}
+
+TEST(CliForeign, KeysOfEnvironmentsBecomeOptionsOrRemarks) {
+  ForeignProject project;
+  project.Write("other/platformio.ini",
+                "[platformio]\nextra_configs = more.ini\n[base]\nstrange = 1\n"
+                "[env]\nextends = base\nupload_port = /dev/ttyUSB7\nupload_speed = 57600\n"
+                "monitor_port = /dev/ttyACM3\nmonitor_speed = 9600\n"
+                "[env:blue]\nboard = bluepill_f103c8\nupload_protocol = jlink\n"
+                "[env:pc]\nplatform = native\nupload_protocol = custom\nmonitor_speed = fast\n"
+                "build_flags = -D ${sysenv.HOME}x -O1 -I$BUILD_DIR -DLEVEL=1\n");
+  const auto made = project.Run({"import", "other"});
+  for (const char* said :
+       {"[platformio] extra_configs was not imported", "[env:blue] strange was not imported",
+        "[env:pc] upload_protocol = custom was not", "[env:pc] monitor_speed = fast was not",
+        "the flag -D ${sysenv.HOME}x was not imported", "the flag -I$BUILD_DIR was not"}) {
+    EXPECT_TRUE(Has(made.err, said)) << said << made.err;
+  }
+  const struct {
+    const char *option, *config, *value;
+  } rows[] = {
+      {"Upload.Port", "blue", "/dev/ttyUSB7"},  {"Upload.Speed", "blue", "57600"},
+      {"Monitor.Port", "blue", "/dev/ttyACM3"}, {"Monitor.Speed", "blue", "9600"},
+      {"Upload.Programmer", "blue", "jlink"},   {"Compiler.Defines", "pc", "LEVEL=1"},
+      {"Compiler.Optimize", "pc", "1"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(project.Out({"options", "get", row.option, "other", "--config", row.config}),
+              row.value + std::string("\n"))
+        << row.option;
+  }
 }
 
 TEST(CliForeign, BoardsOfEnvironmentsAreFoundByTheirIdentifiers) {
@@ -306,6 +378,68 @@ TEST(CliForeign, ADescriptionWithConfigurationsIsImported) {
   EXPECT_EQ(project.Result({"other", "--yes"}, "Release/other", {"--config", "Release"}), "cdt 9");
 }
 
+// Plug-ins of different makers for the same compilers.
+TEST(CliForeign, DescriptionsOfFirmwareAreImported) {
+  ForeignProject project;
+  const auto option = [](const std::string& id, const std::string& value) {
+    return "<option superClass=\"" + id + "\" value=\"" + value + "\"/>";
+  };
+  const std::string script =
+      "<option superClass=\"a.arm.linker.scriptfile\" "
+      "valueType=\"stringList\"><listOptionValue value=\"&quot;"
+      "${workspace_loc:/${ProjName}/fw.ld}&quot;\"/></option>";
+  const std::string maker = "com.maker.stm32.mcu.gnu.";
+  const std::string linker = "<tool superClass=\"a.tool.c.linker\">";
+  const struct {
+    std::string chain, options;
+    std::vector<std::pair<const char*, const char*>> values;
+    const char* said;
+  } rows[] = {
+      {"a.gnuarm.cross.toolchain",
+       option("a.arm.target.family", "a.arm.target.mcpu.cortex-m4") +
+           option("a.arm.target.fpu.unit", "a.arm.target.fpu.unit.fpv4spd16") +
+           option("a.arm.target.fpu.abi", "a.arm.target.fpu.abi.softfp") +
+           option("a.optimization.level", "a.optimization.level.debug") + linker + script +
+           option("a.c.linker.usenewlibnano", "true") + option("a.linker.usenewlibnosys", "true") +
+           option("a.c.linker.strange", "a.strange.on") + "</tool>",
+       {{"Toolchain", "arm-gcc"},
+        {"Cpu", "cortex-m4"},
+        {"Fpu", "fpv4-sp-d16"},
+        {"FloatAbi", "softfp"},
+        {"CLibrary", "newlib-nano"}},
+       "the option \"linker.strange\" = on was not imported"},
+      {maker + "toolchain.exe",
+       option(maker + "option.target_mcu", "STM32F407VGTx") + option(maker + "convert", "true") +
+           linker + option(maker + "linker.option.script", "${workspace_loc:/${ProjName}/fw.ld}") +
+           "</tool>",
+       {{"Toolchain", "arm-gcc"}, {"Cpu", "cortex-m4"}, {"Fpu", "fpv4-sp-d16"}},
+       "the option \"gnu.convert\" = true was not imported"},
+      {"b.cross.riscv.toolchain",
+       option("b.target.isa.base", "b.isa.base.rv32i") + option("b.isa.multiply", "true") +
+           option("b.isa.compressed", "true") + option("b.abi.integer", "b.abi.integer.ilp32") +
+           linker + option("b.linker.script", "../fw.ld") +
+           option("b.linker.other", "-u one -T ${FAR}/x.ld -u two") + "</tool>",
+       {{"Toolchain", "riscv-gcc"}, {"Arch", "rv32imc"}, {"Abi", "ilp32"}},
+       "${FAR}/x.ld was not imported"},
+  };
+  for (const auto& row : rows) {
+    project.Write("other/.cproject",
+                  "<cproject><storageModule><configuration name=\"One\"><folderInfo "
+                  "resourcePath=\"\"><toolChain superClass=\"" +
+                      row.chain + "\">" + row.options +
+                      "</toolChain></folderInfo></configuration></storageModule></cproject>");
+    const auto made = project.Run({"import", "other", "--yes"});
+    EXPECT_TRUE(Has(made.err, row.said)) << made.err;
+    for (const auto& [name, value] : row.values) {
+      EXPECT_EQ(project.Out({"options", "get", std::string("Target.") + name, "other"}),
+                value + std::string("\n"))
+          << row.chain << name;
+    }
+    EXPECT_EQ(project.Out({"options", "get", "Linker.Script", "other"}), "fw.ld\n");
+  }
+  EXPECT_EQ(project.Out({"options", "get", "Linker.Extra", "other"}), "-u one -u two\n");
+}
+
 // The folder's name contains the variable that is replaced by it.
 TEST(CliForeign, NamesThatAreAmbiguousAreImportedAnyway) {
   CliProject project;
@@ -341,6 +475,37 @@ TEST(CliForeign, AMakefileIsImportedByADryRun) {
       "-o ../../part.o\n");
   EXPECT_EQ(project.Result({"other/Makefile", "--run-make"}, "Standard/prog"), "make 5");
   EXPECT_FALSE(project.Exists("other/main.o"));
+}
+
+TEST(CliForeign, AMakefileMayCallTheAssemblerAndTheLinker) {
+  if (FindProgram("make").empty()) GTEST_SKIP() << "make is not installed";
+  if (FindProgram("arm-none-eabi-gcc").empty())
+    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
+  ForeignProject project;
+  project.Write("other/fw.ld",
+                "ENTRY(Reset_Handler)\n"
+                "SECTIONS { .text 0 : { KEEP(*(.isr_vector)) *(.text*) } }\n");
+  project.Write("other/src/main.c", "int main(void) { return START; }\n");
+  project.Write(
+      "other/start.s",
+      " .section .isr_vector, \"a\"\n .word Reset_Handler\n .text\n .global Reset_Handler\n"
+      " .thumb_func\n"
+      "Reset_Handler: bl main\n b .\n");
+  project.Write("other/Makefile",
+                "P = arm-none-eabi-\nF = -mcpu=cortex-m3 -mthumb\n"
+                "fw.bin: fw.elf\n\t$(P)objcopy -O binary $< $@ 2>&1\n"
+                "fw.elf: main.o start.o\n\t$(P)ld -T fw.ld -Map=fw.map -o $@ $^ none.o && $(P)size "
+                "$@\n\techo made $@\n"
+                "main.o: src/main.c\n\t$(P)gcc $F -MM $< > main.d\n\t$(P)gcc $F -DSTART=1 -c $< -o "
+                "$@\n"
+                "start.o: start.s\n\t$(P)as $F $< -o $@\n");
+  const auto made = project.Run({"import", "--run-make", "other"});
+  EXPECT_EQ(made.code, 0) << made.err;
+  EXPECT_EQ(made.err,
+            "tarn: none.o was not imported: nothing that makes it is recorded\ntarn: the command "
+            "arm-none-eabi-objcopy -O binary fw.elf fw.bin 2>&1 was not imported\n");
+  EXPECT_EQ(Built(project.Out({"build", "other"})), "main.c start.s fw.elf");
+  EXPECT_EQ(project.Out({"options", "get", "Linker.Script", "other"}), "fw.ld\n");
 }
 
 TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
@@ -379,76 +544,6 @@ TEST(CliForeign, ASketchIsBuiltWithItsCoreAndLibraries) {
     EXPECT_EQ(project.Out({"options", "get", "Target.Device", "Blink"}), device + std::string("\n"))
         << board;
   }
-}
-
-TEST(CliForeign, AGroupFollowsAFolder) {
-  CliProject project;
-  for (const char* each : {"lib/one/deep", "lib/two", "lib/skip", "lib/gen"}) {
-    std::filesystem::create_directories(project.PathOf(each));
-  }
-  for (const char* each : {"lib/one/a1.c", "lib/one/deep/a2.c", "lib/two/a1.c", "lib/two/a1.h",
-                           "lib/skip/no.c", "lib/gen/g.c", "lib/readme.txt"}) {
-    project.Write(each, "");
-  }
-  project.Write("lib/.gitignore", "# made\ngen/\n");
-  project.ExpectRefusal({"sync"}, 2, "No group follows a folder.");
-  project.ExpectRefusal({"add", "lib"}, 2, "or use -r.");
-  project.Out({"add", "-r", "lib", "--exclude", "skip"});
-  const std::string added = project.Read("app.tapp");
-  EXPECT_EQ(project.Out({"build"}).find("Error"), std::string::npos);
-  for (const char* each : {"one\\a1.c", "one\\deep\\a2.c", "two\\a1.c", "two\\a1.h"}) {
-    EXPECT_TRUE(Has(added, ".\\lib\\" + std::string(each))) << added;
-  }
-  for (const char* each : {"no.c", "g.c", "readme"}) EXPECT_FALSE(Has(added, each)) << added;
-  EXPECT_EQ(project.Out({"sync"}), "");
-  EXPECT_EQ(project.Read("app.tapp"), added);
-
-  project.Write("lib/one/deep/new.c", "");
-  std::filesystem::remove_all(project.PathOf("lib/two"));
-  EXPECT_EQ(project.Out({"sync", "--remove", "--dry-run"}),
-            "would add lib/one/deep/new.c\nwould remove lib/two/a1.c\nwould remove lib/two/a1.h\n");
-  EXPECT_EQ(project.Read("app.tapp"), added);
-  const auto kept = project.Run({"sync"});
-  EXPECT_EQ(kept.out, "added lib/one/deep/new.c\n");
-  EXPECT_TRUE(Has(kept.err, "lib/two/a1.c does not exist any more.")) << kept.err;
-  project.Out({"sync", "--remove"});
-  EXPECT_FALSE(Has(project.Read("app.tapp"), "two"));
-  EXPECT_TRUE(Has(project.Read("app.tapp"), "one\\deep\\new.c"));
-  EXPECT_EQ(project.Run({"check"}).code, 0);
-}
-
-TEST(CliForeign, ASecondApplicationHasTheSameTarget) {
-  CliProject project;
-  project.Write("src/boot.c", "int main(void) { return 5; }\n");
-  project.ExpectRefusal({"add", "--application", "APP"}, 2, "already exists");
-  project.ExpectRefusal({"add", "--application", "boot", "src/gone.c"}, 2, "does not exist");
-  EXPECT_FALSE(project.Exists("boot.tapp"));
-  project.Out({"add", "--application", "boot", "src/boot.c"});
-  EXPECT_EQ(project.Run({"build", "--app", "boot"}).code, 0);
-  EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/boot"), {}).code, 5);
-}
-
-TEST(CliForeign, AnApplicationForAnotherCompilerHasNoOptionsOfTheHardware) {
-  if (FindProgram("arm-none-eabi-gcc").empty()) {
-    GTEST_SKIP() << "gcc-arm-none-eabi is not installed";
-  }
-  CliProject project;
-  project.Out({"new", "fw", "--target", "Blue Pill"});
-  project.ExpectRefusal({"add", "fw", "--application", "x", "--compiler", "gcd"}, 2, "gcc");
-  project.Write("fw/src/boot.c", "int main(void) { return 5; }\n");
-  EXPECT_EQ(project.Out({"add", "fw", "--application", "boot", "fw/src/boot.c"}),
-            "created fw/boot.tapp\nadded fw/src/boot.c\nadded fw/src/startup.c\n"
-            "added fw/src/syscalls.c\n");
-  EXPECT_EQ(project.Run({"build", "fw", "--app", "boot"}).code, 0);
-  EXPECT_TRUE(Has(project.Read("fw/boot.tapp"), "stm32f1x"));
-  project.Out({"add", "fw", "--application", "pc", "--compiler", "host-gcc", "fw/src/boot.c"});
-  EXPECT_EQ(project.Run({"build", "fw", "--app", "pc"}).code, 0);
-  EXPECT_FALSE(Has(project.Read("fw/pc.tapp"), "FlashSize"));
-  EXPECT_FALSE(Has(project.Read("fw/pc.tapp"), "startup.c"));
-  project.Out({"add", "fw", "--application", "core", "--library", "fw/src/boot.c"});
-  EXPECT_FALSE(Has(project.Read("fw/core.tapp"), "startup.c"));
-  project.Out({"add", "fw", "--application", "image", "--empty"});
-  EXPECT_FALSE(Has(project.Read("fw/image.tapp"), "startup.c"));
 }
 
 }  // namespace

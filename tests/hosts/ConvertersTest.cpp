@@ -36,6 +36,14 @@ TEST(Converters, ACommandLineIsTakenApart) {
       {"/bin/bash ../libtool --tag=CC --mode=compile gcc -O1 -c a.c -o a.lo", "host-gcc", "", "",
        "", "1", "default"},
       {"icc -c a.c", "", "", "", "", "0", "default"},
+      {"arm-none-eabi-as -mthumb -mcpu=cortex-m3 -g --defsym A=1 -Iinc -D a.s -o a.o", "arm-gcc",
+       "", "/p/inc", "-Wa,--defsym,A=1", "0", "default"},
+      {"arm-none-eabi-ld.bfd -T a.ld -Map=x --gc-sections -e main -Map y -Lx -lc a.o", "arm-gcc",
+       "", "", "-nostdlib|-Wl,-e,main", "0", "default"},
+      {"arm-none-eabi-gcc --specs=nano.specs -specs=nosys.specs -Wl,-T,a.ld a.c", "arm-gcc", "", "",
+       "", "0", "default"},
+      {"gcc -specs=own.specs -Wl,-Ttext=4 a.c", "host-gcc", "", "", "-specs=own.specs|-Wl,-Ttext=4",
+       "0", "default"},
   };
   for (const auto& row : rows) {
     const CompilerCommand command = ParseCompilerCommand(SplitShellWords(row.line), "/p");
@@ -120,10 +128,11 @@ TEST(Converters, PatternsOfPaths) {
 TEST(Converters, AnIniFileHasReferencesAndBases) {
   const IniFile ini(
       "[env]\nflags = -DALL ; all of them\n[base]\nflags = -DBASE\n  -DMORE\nloop = ${base.loop}\n"
-      "[env:a]\nextends = base\nown = x ${base.flags} ${no.thing}\n[env:b]\nodd\n");
+      "[env:a]\nextends = base\nown = x ${base.flags} ${no.thing} ${base.gone}\n[env:b]\nodd\n");
   EXPECT_EQ(ini.Get("env:a", "flags"), "-DBASE\n-DMORE");
   EXPECT_EQ(ini.Get("env:b", "flags"), "-DALL");
-  EXPECT_EQ(ini.Get("env:a", "own"), "x -DBASE\n-DMORE ${no.thing}");
+  EXPECT_EQ(ini.Get("env:a", "own"), "x -DBASE\n-DMORE ${no.thing} ${base.gone}");
+  EXPECT_EQ(Joined(ini.GetKeys("env:a")), "extends|own|flags|loop");
   EXPECT_EQ(Joined(ini.GetFaults()), "11: odd");
   EXPECT_LT(ini.Get("base", "loop").size(), 20U);
   // Each base has all of them again.

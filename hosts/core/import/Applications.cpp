@@ -202,6 +202,9 @@ void Division::AddLink(const Part& part, ImportedApplication& application) {
     link = part.link->command;
     for (const std::string& input : link.inputs) {
       const std::string extension = ExtensionOf(input);
+      if (extension == ".o" && !sources_.contains(input)) {
+        project_.remarks.push_back(input + " was not imported: nothing that makes it is recorded");
+      }
       const bool isLibrary = extension == ".a" || extension == ".la" ||
                              FileNameOf(input).find(".so") != std::string::npos;
       if (!isLibrary) continue;
@@ -221,6 +224,9 @@ void Division::AddLink(const Part& part, ImportedApplication& application) {
   } else {
     for (const Part& each : parts_) {
       if (each.isLibrary) use(each);
+    }
+    for (const CompiledSource& each : part.sources) {
+      if (!each.command.systemCalls.empty()) link.systemCalls = each.command.systemCalls;
     }
   }
   if (!linked.empty()) options["Application.Linker.Extra"] = WordsValue(linked);

@@ -7,11 +7,11 @@
 #include "hosts/core/LogEntry.h"
 #include "hosts/core/PathPattern.h"
 #include "hosts/core/import/ArduinoCore.h"
+#include "hosts/core/import/CProjectTools.h"
 #include "hosts/core/import/CompilerCommand.h"
 #include "hosts/core/import/Converters.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "xml/XmlEntities.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
@@ -19,33 +19,6 @@ namespace tarn::host {
 namespace {
 
 constexpr std::size_t kLargestDescription = std::size_t{16} << 20;
-
-// The values of one tool chain, tool or file.
-struct Settings {
-  std::vector<std::string> defines, includes, libraries, libraryPaths;
-  std::string optimize, debug, standard, script, device;
-  std::vector<FurtherArgument> further, linkFurther;
-};
-
-std::string Attribute(const CXmlNode& node, const char* name) {
-  const std::string text = g_xmlEntitiesFull.Decode(GetAttribute(&node, name).c_str());
-  return std::string(Trim(text));
-}
-
-void ForEach(const CXmlNode& node, std::string_view name,
-             const std::function<void(const CXmlNode&)>& onNode) {
-  for (const CXmlNode* child : node.GetChildren()) {
-    if (child->NameView() == name) onNode(*child);
-  }
-}
-
-std::string ToolchainFor(const std::string& id) {
-  if (id.find("avr") != std::string::npos) return "avr-gcc";
-  if (id.find("riscv") != std::string::npos) return "riscv-gcc";
-  if (id.find("arm") != std::string::npos) return "arm-gcc";
-  if (id.find("sdcc") != std::string::npos) return "sdcc-mcs51";
-  return id.find("toolchain.gnu") != std::string::npos ? "host-gcc" : "";
-}
 
 class CProject {
  public:
@@ -56,13 +29,12 @@ class CProject {
 
  private:
   void TakeConfiguration(const CXmlNode& node);
-  void TakeTools(const CXmlNode& owner, Settings& settings);
-  void TakeOption(const CXmlNode& tool, const CXmlNode& option, Settings& settings);
-  bool TakeWord(const std::string& id, const std::string& value, Settings& settings);
-  std::vector<std::string> ListOf(const CXmlNode& option);
+  void AddTarget(ToolSettings settings, ImportedOptions& options);
+  std::string FindScript(const std::string& script, const ToolSettings& settings);
+  void TakeTools(const CXmlNode& owner, ToolSettings& settings);
   std::optional<std::string> Resolve(const std::string& value);
   std::string FolderPath(const std::string& value);
-  ImportedOptions OptionsOf(const Settings& settings, const std::string& toolchain);
+  ImportedOptions OptionsOf(const ToolSettings& settings, const std::string& toolchain);
   void TakeSources(const CXmlNode& node, const std::string& configuration);
   void TakeFile(const CXmlNode& info, const std::string& configuration);
   void Remark(const std::string& text) {
@@ -72,7 +44,8 @@ class CProject {
   const ImportRequest& request_;
   const ImportContext& context_;
   const std::string root_;
-  std::string current_;  // the configuration that is being read
+  std::string current_;   // the configuration that is being read
+  std::string compiler_;  // of its toolchain, for flags
   std::set<std::string> said_;
   std::set<std::string> names_;  // of configurations
   ImportedProject project_;
@@ -114,88 +87,59 @@ std::string CProject::FolderPath(const std::string& value) {
   return CanonicalPath(isRelative ? JoinPath(JoinPath(root_, current_), value) : value);
 }
 
-std::vector<std::string> CProject::ListOf(const CXmlNode& option) {
-  std::vector<std::string> list;
-  ForEach(option, "listOptionValue", [&](const CXmlNode& entry) {
-    if (GetAttribute(&entry, "builtIn") == "true") return;
-    if (auto value = Resolve(Attribute(entry, "value"))) list.push_back(std::move(*value));
-  });
-  return list;
+void CProject::TakeTools(const CXmlNode& owner, ToolSettings& settings) {
+  const ToolContext tools{compiler_, JoinPath(root_, current_),
+                          [this](const std::string& value) { return Resolve(value); },
+                          [this](const std::string& text) { Remark(text); }};
+  ReadTools(owner, tools, settings);
 }
 
-// Takes an option with one value by the end of its identifier.
-bool CProject::TakeWord(const std::string& id, const std::string& value, Settings& settings) {
-  const auto has = [&id](const char* part) { return id.find(part) != std::string::npos; };
-  const std::string last = value.substr(value.rfind('.') + 1);
-  if (has("optimization.level") || has("option.optimization") || has("optimization_level")) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"none", "0"}, {"optimize", "1"}, {"more", "2"}, {"most", "3"}, {"size", "s"},
-        {"o0", "0"},   {"o1", "1"},       {"o2", "2"},   {"o3", "3"},   {"os", "s"}};
-    for (const auto& [word, level] : rows) {
-      if (EqualNoCase(last, word)) settings.optimize = level;
+// Returns the path of a linker script, which is searched for like the linker does, and in the
+// folder of the project.
+std::string CProject::FindScript(const std::string& script, const ToolSettings& settings) {
+  const std::string path = FolderPath(script);
+  if (!IsRelativePath(script) || context_.files.Exists(path)) return path;
+  std::vector<std::string> folders = settings.libraryPaths;
+  folders.push_back(root_);
+  for (const std::string& each : folders) {
+    const std::string found = CanonicalPath(JoinPath(each, script));
+    if (context_.files.Exists(found)) return found;
+  }
+  return path;
+}
+
+// Stores what is known about the processor.
+void CProject::AddTarget(ToolSettings settings, ImportedOptions& options) {
+  std::string device = settings.device;
+  ImportedOptions target = context_.target(device);
+  // The last two characters may be any package and the range of temperatures.
+  const bool hasPackage = StartsWithNoCase(device, "stm32") && EndsWithNoCase(device, "x");
+  if (target.empty() && hasPackage) target = context_.target(device.substr(0, device.size() - 2));
+  for (const auto& [key, value] : target) options[key] = value;
+  if (target.empty() && !device.empty()) {
+    options["Application.Target.Device"] = LiteralValue(device);
+    Remark("the device " + context_.describeUnknown(device));
+  }
+  if (!settings.isaBase.empty()) {
+    std::string arch = settings.isaBase;
+    for (const char part : {'m', 'a', 'f', 'c'}) {
+      if (part == 'f') arch += settings.isaFloat;
+      if (settings.isaParts.contains(part)) arch += part;
     }
-    return true;
+    settings.target["Arch"] = arch;
   }
-  if (has("debugging.level") || has("debug.level")) {
-    settings.debug = EqualNoCase(last, "none") ? "No" : "Yes";
-    return true;
-  }
-  if (has("mcu") && !has("clock")) {
-    settings.device = value;
-    return true;
-  }
-  if (has("scriptfile") || has("linkerscript") || has(".script")) {
-    if (const auto path = Resolve(value)) settings.script = FolderPath(*path);
-    return true;
-  }
-  if (has("dialect.std") || has("language.standard")) {
-    settings.standard = last;
-    return true;
-  }
-  if (!has(".other") && !has("flags") && !has("misc")) return false;
-  const bool isLink = has("link");
-  const std::vector<std::string> words = SplitShellWords("gcc " + value);
-  CompilerCommand command = ParseCompilerCommand(words, JoinPath(root_, current_));
-  auto& further = isLink ? settings.linkFurther : settings.further;
-  for (FurtherArgument& each : command.further) further.push_back(std::move(each));
-  if (!command.standard.empty()) settings.standard = command.standard;
-  return true;
-}
-
-void CProject::TakeOption(const CXmlNode& tool, const CXmlNode& option, Settings& settings) {
-  const std::string type = GetAttribute(&option, "valueType");
-  const std::string id = FoldCase(GetAttribute(&option, "superClass"));
-  const bool isLink = FoldCase(GetAttribute(&tool, "superClass")).find("link") != std::string::npos;
-  const auto append = [&](std::vector<std::string>& to, bool isPath) {
-    for (std::string& each : ListOf(option)) {
-      to.push_back(isPath ? FolderPath(each) : std::move(each));
+  if (!settings.abiBase.empty()) settings.target["Abi"] = settings.abiBase + settings.abiFloat;
+  for (const auto& [name, value] : settings.target) {
+    const std::string key = "Application.Target." + name;
+    if (context_.accepts(key, value)) {
+      options[key] = LiteralValue(value);
+    } else {
+      Remark(TargetArgument(name, value) + " was not imported");
     }
-  };
-  if (type == "definedSymbols") return append(settings.defines, false);
-  if (type == "includePath") return append(settings.includes, true);
-  if (type == "libs") return append(settings.libraries, false);
-  if (type == "libPaths") return append(settings.libraryPaths, true);
-  if (type == "stringList" && isLink) {
-    for (const std::string& each : ListOf(option)) settings.linkFurther.push_back({each, ""});
-    return;
-  }
-  const std::string value = Attribute(option, "value");
-  const bool isSet = !value.empty() && value != "false";
-  if (!isSet || TakeWord(id, value, settings)) return;
-  if (const std::string name = Attribute(option, "name"); !name.empty()) {
-    Remark("the option \"" + name + "\" = " + value.substr(value.rfind('.') + 1) +
-           " was not imported");
   }
 }
 
-void CProject::TakeTools(const CXmlNode& owner, Settings& settings) {
-  ForEach(owner, "option", [&](const CXmlNode& option) { TakeOption(owner, option, settings); });
-  ForEach(owner, "tool", [&](const CXmlNode& tool) {
-    ForEach(tool, "option", [&](const CXmlNode& option) { TakeOption(tool, option, settings); });
-  });
-}
-
-ImportedOptions CProject::OptionsOf(const Settings& settings, const std::string& toolchain) {
+ImportedOptions CProject::OptionsOf(const ToolSettings& settings, const std::string& toolchain) {
   ImportedOptions options;
   const auto store = [&options](const std::string& key, const std::string& value) {
     if (!value.empty()) options[key] = LiteralValue(value);
@@ -216,28 +160,38 @@ ImportedOptions CProject::OptionsOf(const Settings& settings, const std::string&
   if (!toolchain.empty() && context_.accepts("Application.Target.Toolchain", toolchain)) {
     store("Application.Target.Toolchain", toolchain);
   }
-  const ImportedOptions target = context_.target(settings.device);
-  for (const auto& [key, value] : target) options[key] = value;
-  if (target.empty() && !settings.device.empty()) {
-    store("Application.Target.Device", settings.device);
-    Remark("the device " + context_.describeUnknown(settings.device));
-  }
+  AddTarget(settings, options);
   store("Application.Compiler.Optimize", settings.optimize);
   store("Application.Compiler.Debug", settings.debug);
+  store("Application.Compiler.Warnings", settings.warnings);
   store("Application.Compiler.Defines", ListValue(settings.defines));
   store("Application.Directories.Include", paths(settings.includes));
   store("Application.Linker.Libraries", ListValue(settings.libraries));
   store("Application.Linker.LibraryPaths", paths(settings.libraryPaths));
-  if (!settings.script.empty()) {
-    store("Application.Linker.Script", PathInOption(project_.folder, settings.script));
+  std::vector<FurtherArgument> link = settings.linkFurther;
+  for (std::size_t i = 0; i < settings.scripts.size(); ++i) {
+    const std::string script = FindScript(settings.scripts[i], settings);
+    if (i == 0) {
+      store("Application.Linker.Script", PathInOption(project_.folder, script));
+    } else {
+      link.push_back({"-T", script});
+    }
   }
-  store("Application.Linker.Extra", words(settings.linkFurther));
+  if (!settings.systemCalls.empty()) link.push_back({settings.systemCalls, ""});
+  store("Application.Linker.Extra", words(link));
   for (const char* set : {"C", "Cpp"}) {
     const std::string key = std::string(set) + ".Compiler.";
-    if (context_.accepts(key + "Standard", settings.standard)) {
-      store(key + "Standard", settings.standard);
+    for (const std::string& each : settings.standards) {
+      if (context_.accepts(key + "Standard", each)) store(key + "Standard", each);
     }
     store(key + "Extra", words(settings.further));
+  }
+  store("Assembler.Compiler.Extra", words(settings.asmFurther));
+  for (const std::string& each : settings.standards) {
+    if (!context_.accepts("C.Compiler.Standard", each) &&
+        !context_.accepts("Cpp.Compiler.Standard", each)) {
+      Remark("the language level " + each + " was not imported");
+    }
   }
   return options;
 }
@@ -260,21 +214,21 @@ void CProject::TakeSources(const CXmlNode& node, const std::string& configuratio
       if (!isExcluded) users_[path].insert(configuration);
     }
   };
-  ForEach(node, "sourceEntries", [&](const CXmlNode& entries) {
-    ForEach(entries, "entry", [&](const CXmlNode& entry) {
-      take(Attribute(entry, "name"), Attribute(entry, "excluding"));
+  ForEachChild(node, "sourceEntries", [&](const CXmlNode& entries) {
+    ForEachChild(entries, "entry", [&](const CXmlNode& entry) {
+      take(PlainAttribute(entry, "name"), PlainAttribute(entry, "excluding"));
     });
   });
   if (!isAny) take("", "");
 }
 
 void CProject::TakeFile(const CXmlNode& info, const std::string& configuration) {
-  const std::string path = CanonicalPath(JoinPath(root_, Attribute(info, "resourcePath")));
-  if (Attribute(info, "exclude") == "true") {
+  const std::string path = CanonicalPath(JoinPath(root_, PlainAttribute(info, "resourcePath")));
+  if (PlainAttribute(info, "exclude") == "true") {
     users_[path].erase(configuration);
     return;
   }
-  Settings settings;
+  ToolSettings settings;
   TakeTools(info, settings);
   const std::string type = context_.typeOf(path);
   if (!IsSourceType(type)) return;
@@ -290,17 +244,18 @@ void CProject::TakeFile(const CXmlNode& info, const std::string& configuration) 
 }
 
 void CProject::TakeConfiguration(const CXmlNode& node) {
-  current_ = Attribute(node, "name");
+  current_ = PlainAttribute(node, "name");
   const std::string name = UniqueName(SafeName(current_, "Configuration"), names_);
-  Settings settings;
+  ToolSettings settings;
   std::string toolchain;
-  ForEach(node, "folderInfo", [&](const CXmlNode& info) {
-    if (const std::string path = Attribute(info, "resourcePath"); !path.empty()) {
+  ForEachChild(node, "folderInfo", [&](const CXmlNode& info) {
+    if (const std::string path = PlainAttribute(info, "resourcePath"); !path.empty()) {
       Remark("the options of the folder " + path + " in " + name + " were not imported");
       return;
     }
-    ForEach(info, "toolChain", [&](const CXmlNode& chain) {
-      toolchain = ToolchainFor(FoldCase(GetAttribute(&chain, "superClass")));
+    ForEachChild(info, "toolChain", [&](const CXmlNode& chain) {
+      toolchain = ToolchainOfNode(chain);
+      compiler_ = toolchain.ends_with("-gcc") ? CompilerOf(toolchain) : "gcc";
       TakeTools(chain, settings);
     });
   });
@@ -308,18 +263,18 @@ void CProject::TakeConfiguration(const CXmlNode& node) {
     Remark("the tool chain of " + name + " is not known; set Target.Toolchain");
   }
   for (const char* step : {"prebuildStep", "postbuildStep"}) {
-    if (const std::string command = Attribute(node, step); !command.empty()) {
+    if (const std::string command = PlainAttribute(node, step); !command.empty()) {
       Remark("the build step " + command + " was not imported");
     }
   }
   ImportedOptions options = OptionsOf(settings, toolchain);
-  if (Attribute(node, "artifactExtension") == "a" ||
+  if (PlainAttribute(node, "artifactExtension") == "a" ||
       GetAttribute(&node, "buildArtefactType").ends_with("staticLib")) {
     options["Application.Target.Product"] = "library";
   }
   application_.configurations.push_back({name, std::move(options)});
   TakeSources(node, name);
-  ForEach(node, "fileInfo", [&](const CXmlNode& info) { TakeFile(info, name); });
+  ForEachChild(node, "fileInfo", [&](const CXmlNode& info) { TakeFile(info, name); });
 }
 
 Result<ImportedProject> CProject::Run(const CXmlNode& root) {
@@ -374,6 +329,9 @@ Result<ImportedProject> ImportCProject(const ImportRequest& request, const Impor
   const auto root = ParseXml(*text);
   if (root == nullptr || root->NameView() != "cproject") {
     return Error{ErrorCode::Unsupported, "it is not a C/C++ project description", request.path};
+  }
+  if (const std::string damage = FindLogDamage(*text); !damage.empty()) {
+    return Error{ErrorCode::Unsupported, "it is damaged: line " + damage, request.path};
   }
   return CProject(request, context).Run(*root);
 }

@@ -11,6 +11,7 @@ namespace tarn::host {
 namespace {
 
 constexpr std::size_t kLargestLink = std::size_t{4} << 20;
+constexpr std::size_t kMostMissing = 5;  // sources that are reported one by one
 
 std::string TextOf(const nlohmann::json& entry, const char* key) {
   const auto found = entry.find(key);
@@ -96,7 +97,13 @@ std::optional<ForeignLink> ParseLink(const std::vector<std::string>& words,
   }
   if (ToolchainOf(arguments.front(), arguments).empty()) return std::nullopt;
   link.command = ParseCompilerCommand(arguments, folder);
-  if (link.command.isCompile || link.command.inputs.empty()) return std::nullopt;
+  const bool isLink = !link.command.isCompile && !link.command.makesText;
+  if (!isLink || link.command.inputs.empty()) return std::nullopt;
+  for (const char* each : {"-r", "-Wl,-r", "-Wl,-i", "-Wl,--relocatable"}) {
+    for (const FurtherArgument& further : link.command.further) {
+      if (further.text == each) return std::nullopt;  // it makes an object
+    }
+  }
   if (link.command.output.empty()) link.command.output = JoinPath(folder, "a.out");
   // A file *.la stands for the libraries that libtool makes.
   link.isShared = link.command.output.ends_with(".la") ||
@@ -105,18 +112,32 @@ std::optional<ForeignLink> ParseLink(const std::vector<std::string>& words,
 }
 
 void ChooseFolder(const ImportRequest& request, const std::string& place,
-                  const std::vector<CompiledSource>& sources, ImportedProject& project) {
+                  const std::vector<CompiledSource>& sources, const ImportContext& context,
+                  ImportedProject& project) {
+  std::vector<std::string> existing, missing;
+  bool isOutside = false;
+  std::set<std::string> seen;
+  for (const CompiledSource& each : sources) {
+    if (!seen.insert(each.path).second) continue;
+    const bool exists = context.files.Exists(each.path);
+    (exists ? existing : missing).push_back(each.path);
+    isOutside = isOutside || (exists && !each.path.starts_with(AddSeparator(place)));
+  }
   project.folder = request.folder;
   if (project.folder.empty()) {
-    std::vector<std::string> outside;
-    for (const CompiledSource& each : sources) {
-      if (!each.path.starts_with(AddSeparator(place))) outside.push_back(each.path);
-    }
-    const std::string common = CommonFolder(outside);
+    const std::string common = isOutside ? CommonFolder(existing) : place;
     // Sources that have only the root in common don't determine a place.
-    project.folder = common.empty() || FolderOf(common) == common ? place : common;
+    project.folder = FolderOf(common) == common ? place : common;
   }
   project.name = SafeName(FileNameOf(project.folder), "imported");
+  if (missing.size() > kMostMissing) {
+    project.remarks.push_back(ToDecimal(static_cast<std::int64_t>(missing.size())) +
+                              " files were imported, but do not exist, such as " + missing.front());
+    return;
+  }
+  for (const std::string& each : missing) {
+    project.remarks.push_back(each + " was imported, but the file does not exist");
+  }
 }
 
 Result<ImportedProject> ImportCompileCommands(const ImportRequest& request,
@@ -148,7 +169,7 @@ Result<ImportedProject> ImportCompileCommands(const ImportRequest& request,
     }
   }
   ReadLinkFiles(folders, context, build);
-  ChooseFolder(request, place, build.sources, project);
+  ChooseFolder(request, place, build.sources, context, project);
   DivideIntoApplications(build, context, project);
   return project;
 }

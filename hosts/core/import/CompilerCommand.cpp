@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -19,10 +20,12 @@ bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> list
   return std::find(list.begin(), list.end(), text) != list.end();
 }
 
-// Returns the name of a program without folder, version and ".exe".
+// Returns the name of a program without folder, version and ".exe"; that of ld without the kind.
 std::string BaseName(const std::string& program) {
   std::string name = FileNameOf(ToNativeSeparators(program));
-  if (EndsWithNoCase(name, ".exe")) name.resize(name.size() - 4);
+  for (const char* each : {".exe", "ld.bfd", "ld.gold"}) {
+    if (EndsWithNoCase(name, each)) name.resize(name.rfind('.'));
+  }
   const std::size_t end = name.find_last_not_of("0123456789.");
   const bool hasVersion = end != std::string::npos && end > 0 && name[end] == '-';
   return hasVersion ? name.substr(0, end) : name;
@@ -105,6 +108,9 @@ constexpr Flag kFlags[] = {
     {"-Xclang", Form::WithNext, false},
     {"-mllvm", Form::WithNext, false},
     {"-u", Form::WithNext, false},
+    {"-Ttext", Form::WithNext, false},
+    {"-Tdata", Form::WithNext, false},
+    {"-Tbss", Form::WithNext, false},
     {"-z", Form::WithNext, false},
     {"--param", Form::WithNext, false},
     {"-arch", Form::WithNext, false},
@@ -116,21 +122,54 @@ struct TargetRow {
   const char* option;
 };
 
+// Options of the linker with a value in the next argument.
+constexpr std::string_view kLinkerPairs[] = {"-e",
+                                             "-u",
+                                             "-z",
+                                             "-m",
+                                             "-y",
+                                             "-b",
+                                             "-h",
+                                             "-R",
+                                             "-Ttext",
+                                             "-Tdata",
+                                             "-Tbss",
+                                             "-rpath",
+                                             "-soname",
+                                             "-defsym",
+                                             "-entry",
+                                             "-undefined",
+                                             "-section-start",
+                                             "-just-symbols",
+                                             "-version-script",
+                                             "-wrap",
+                                             "-oformat"};
+
 constexpr TargetRow kTargetRows[] = {
     {"-mmcu=", "avr", "Device"},   {"-mcpu=", "arm-", "Cpu"},
     {"-mfpu=", "arm-", "Fpu"},     {"-mfloat-abi=", "arm-", "FloatAbi"},
     {"-march=", "riscv-", "Arch"}, {"-mabi=", "riscv-", "Abi"},
 };
 
+// Values of the option CLibrary, and their files for -specs.
+constexpr std::pair<std::string_view, std::string_view> kLibrarySpecs[] = {
+    {"newlib-nano", "nano.specs"}, {"picolibc", "picolibc.specs"}};
+
 // Arguments that the tools of this project pass themselves, or that only concern the build system.
 bool IsDropped(std::string_view text) {
-  return IsOneOf(text, {"-c", "-S", "-E", "-M", "-MM", "-MD", "-MMD", "-MP", "-MG", "-pipe", "-v",
-                        "-ffunction-sections", "-fdata-sections", "-s", "-Wl,--gc-sections",
-                        "--fdiagnostics-color", "-fcolor-diagnostics"}) ||
+  return IsOneOf(text, {"-MD", "-MMD", "-MP", "-MG", "-pipe", "-v", "-ffunction-sections",
+                        "-fdata-sections", "-s", "-Wl,--gc-sections", "--fdiagnostics-color",
+                        "-fcolor-diagnostics"}) ||
          text.starts_with("-fdiagnostics-color") || text.starts_with("-Wl,-Map") ||
          text.starts_with("-Wp,-MD,") || text.starts_with("-Wp,-MMD,") ||
          text.starts_with("-ffile-prefix-map=") || text.starts_with("-fdebug-prefix-map=") ||
          text.starts_with("-fmacro-prefix-map=") || text.starts_with("-Wl,-rpath");
+}
+
+// Returns false for flags such as -Ttext=ADDRESS.
+bool IsScriptFlag(std::string_view text) {
+  return text.starts_with("-T") && !text.starts_with("-Ttext") && !text.starts_with("-Tdata") &&
+         !text.starts_with("-Tbss");
 }
 
 class Parser {
@@ -143,10 +182,13 @@ class Parser {
  private:
   void TakeProgram();
   void TakeArgument();
+  void TakeAssemblerArgument(const std::string& text);
+  void TakeLinkerArgument(const std::string& text);
   bool TakeFlag(const std::string& text);
   void TakeForm(Form form, const std::string& text, const std::string& value, bool isSeparate);
   bool TakeStandardOption(const std::string& text);
   bool TakeTarget(const std::string& text);
+  bool TakeSpecs(const std::string& text);
   void TakeDefine(const std::string& define);
   std::string Absolute(const std::string& path) const {
     return CanonicalPath(IsRelativePath(path) ? JoinPath(folder_, path) : path);
@@ -158,6 +200,7 @@ class Parser {
   const std::vector<std::string>& arguments_;
   const std::string& folder_;
   std::size_t at_ = 0;
+  bool isAssembler_ = false;
   CompilerCommand command_;
 };
 
@@ -166,7 +209,13 @@ void Parser::TakeProgram() {
   if (at_ == arguments_.size()) return;
   command_.program = arguments_[at_++];
   command_.toolchain = ToolchainOf(command_.program, arguments_);
-  command_.isCpp = BaseName(command_.program).ends_with("++");
+  const std::string driver = AfterLastDash(BaseName(command_.program));
+  command_.isCpp = driver.ends_with("++");
+  command_.isLinker = driver == "ld";
+  isAssembler_ = driver == "as";
+  command_.isCompile = isAssembler_;
+  // A compiler that links adds libraries that ld doesn't.
+  if (command_.isLinker) command_.further.push_back({"-nostdlib", ""});
 }
 
 // A later define replaces an earlier one, as the compiler has it.
@@ -289,7 +338,7 @@ bool Parser::TakeStandardOption(const std::string& text) {
   return true;
 }
 
-// Options that select the processor.
+// Options that select the processor or the C library.
 bool Parser::TakeTarget(const std::string& text) {
   for (const TargetRow& row : kTargetRows) {
     if (!text.starts_with(row.flag) || !Is(row.toolchain)) continue;
@@ -297,8 +346,48 @@ bool Parser::TakeTarget(const std::string& text) {
     return true;
   }
   if (text == "-mthumb" && Is("arm-")) return true;
+  if (TakeSpecs(text)) return true;
   if (text.starts_with("--target=") && Is("clang")) return true;
   return Is("sdcc-") && text == "-m" + command_.toolchain.substr(5);
+}
+
+// Arguments of the assembler itself, which the compiler hands to it after -Wa.
+void Parser::TakeAssemblerArgument(const std::string& text) {
+  if (text.starts_with("-I") || text.starts_with("-o")) {
+    TakeFlag(text);
+  } else if (text.starts_with("-g") || text.starts_with("--gdwarf") || text == "--gen-debug") {
+    command_.debug = true;
+  } else if (text == "--defsym" && at_ < arguments_.size()) {
+    command_.further.push_back({"-Wa,--defsym," + arguments_[at_++], ""});
+  } else if (text == "--MD" && at_ < arguments_.size()) {
+    ++at_;
+  } else if (!TakeTarget(text) && text != "-D" && !text.starts_with("-a")) {
+    command_.further.push_back({(text.starts_with("-m") ? "" : "-Wa,") + text, ""});
+  }
+}
+
+// Arguments of the linker itself, which the compiler hands to it after -Wl.
+void Parser::TakeLinkerArgument(const std::string& text) {
+  const std::string plain = text.starts_with("--") ? text.substr(1) : text;  // with one dash
+  const bool isPair =
+      std::find(std::begin(kLinkerPairs), std::end(kLinkerPairs), plain) != std::end(kLinkerPairs);
+  if (plain.starts_with("-script=")) {
+    command_.script = Absolute(plain.substr(8));
+  } else if (plain == "-script" && at_ < arguments_.size()) {
+    command_.script = Absolute(arguments_[at_++]);
+  } else if (plain == "-Map") {
+    ++at_;
+  } else if (plain.starts_with("-Map=") || plain == "-gc-sections" || text == "-s") {
+    return;
+  } else if (plain == text &&
+             (IsScriptFlag(text) || text.starts_with("-L") || text.starts_with("-l") ||
+              (text.starts_with("-o") && plain != "-oformat"))) {
+    TakeFlag(text);
+  } else if (isPair && at_ < arguments_.size()) {
+    command_.further.push_back({"-Wl," + text + "," + arguments_[at_++], ""});
+  } else {
+    command_.further.push_back({"-Wl," + text, ""});
+  }
 }
 
 void Parser::TakeArgument() {
@@ -308,13 +397,43 @@ void Parser::TakeArgument() {
     command_.dropped.push_back(text);
   } else if (text[0] != '-') {
     command_.inputs.push_back(Absolute(text));
+  } else if (isAssembler_) {
+    TakeAssemblerArgument(text);
+  } else if (command_.isLinker) {
+    TakeLinkerArgument(text);
+  } else if (text.starts_with("-Wl,-T") && text.size() > 7 && IsScriptFlag(text.substr(4)) &&
+             text.find(',', 7) == std::string::npos) {
+    command_.script = Absolute(text.substr(text[6] == ',' ? 7 : 6));
+  } else if (text.starts_with("-T") && text.find('=') != std::string::npos && !IsScriptFlag(text)) {
+    command_.further.push_back({text, ""});
   } else if (text == "-c") {
     command_.isCompile = true;
+  } else if (IsOneOf(text, {"-E", "-S", "-M", "-MM"})) {
+    command_.makesText = true;
   } else if (IsDropped(text) || TakeTarget(text) || TakeStandardOption(text) || TakeFlag(text)) {
     return;
   } else {
     command_.further.push_back({text, ""});
   }
+}
+
+// Files for -specs that belong to the C library.
+bool Parser::TakeSpecs(const std::string& text) {
+  const std::size_t start = text.find("-specs=");
+  if (start > 1) return false;
+  const std::string file = text.substr(start + 7);
+  for (const auto& [library, specs] : kLibrarySpecs) {
+    if (file != specs || (!Is("arm-gcc") && !Is("riscv-gcc"))) continue;
+    if (Is("riscv-") && library == "newlib-nano") {
+      command_.dropped.push_back(text);  // it has no such library
+    } else {
+      command_.target["CLibrary"] = library;
+    }
+    return true;
+  }
+  if (!IsOneOf(file, {"nosys.specs", "rdimon.specs"}) || !Is("arm-gcc")) return false;
+  command_.systemCalls = "-specs=" + file;
+  return true;
 }
 
 CompilerCommand Parser::Run() {
@@ -339,11 +458,19 @@ std::size_t FindCompiler(const std::vector<std::string>& arguments) {
   return at;
 }
 
-std::string TargetFlag(const std::string& name) {
+std::string TargetArgument(const std::string& name, const std::string& value) {
   for (const TargetRow& row : kTargetRows) {
-    if (name == row.option) return std::string(row.flag);
+    if (name == row.option) return std::string(row.flag) + value;
   }
-  return name == "Clock" ? "-DF_CPU=" : "";
+  for (const auto& [library, specs] : kLibrarySpecs) {
+    if (name == "CLibrary" && value == library) return "-specs=" + std::string(specs);
+  }
+  return (name == "Clock" ? "-DF_CPU=" : "") + value;
+}
+
+bool TakesNextArgument(const std::string& argument) {
+  return std::any_of(std::begin(kFlags), std::end(kFlags),
+                     [&argument](const Flag& each) { return each.text == argument; });
 }
 
 std::string ToolchainOf(const std::string& program, const std::vector<std::string>& arguments) {
@@ -351,7 +478,7 @@ std::string ToolchainOf(const std::string& program, const std::vector<std::strin
   const std::string driver = AfterLastDash(name);
   if (driver == "sdcc" || name == "sdar") return SdccToolchain(arguments);
   if (IsOneOf(driver, {"clang", "clang++"})) return ClangToolchain(arguments);
-  if (!IsOneOf(driver, {"gcc", "g++", "cc", "c++", "as", "cpp"})) return "";
+  if (!IsOneOf(driver, {"gcc", "g++", "cc", "c++", "as", "cpp", "ld"})) return "";
   if (name == driver) return "host-gcc";
   if (name.starts_with("avr-")) return "avr-gcc";
   if (name.starts_with("arm-none-")) return "arm-gcc";
@@ -359,6 +486,12 @@ std::string ToolchainOf(const std::string& program, const std::vector<std::strin
   // A compiler for Linux is that of this machine, as far as its name tells.
   const bool isHost = name.starts_with("x86_64-linux") || name.starts_with("aarch64-linux");
   return isHost ? "host-gcc" : "";
+}
+
+std::string CompilerOf(const std::string& toolchain) {
+  if (toolchain.starts_with("arm")) return "arm-none-eabi-gcc";
+  if (toolchain.starts_with("riscv")) return "riscv64-unknown-elf-gcc";
+  return toolchain.starts_with("host") ? "gcc" : "avr-gcc";
 }
 
 CompilerCommand ParseCompilerCommand(const std::vector<std::string>& arguments,

@@ -43,12 +43,15 @@ struct ForeignLink {
 struct ForeignBuild {
   std::vector<CompiledSource> sources;
   std::vector<ForeignLink> links;
+  std::vector<std::string> remarks;
 };
 
-// Sets the folder and the name of the project: the folder that contains all sources and `place`, or
-// the one that was requested.
+// Sets the folder and the name of the project: the one that was requested, or else an existing
+// folder, which is `place` or, if sources are elsewhere, the folder that contains all of them.
+// Reports the sources that don't exist, which don't determine the folder.
 void ChooseFolder(const ImportRequest& request, const std::string& place,
-                  const std::vector<CompiledSource>& sources, ImportedProject& project);
+                  const std::vector<CompiledSource>& sources, const ImportContext& context,
+                  ImportedProject& project);
 
 // Takes a link command or the creation of an archive; nullopt if it is neither.
 std::optional<ForeignLink> ParseLink(const std::vector<std::string>& words,

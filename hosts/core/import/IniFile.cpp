@@ -16,6 +16,17 @@ std::string WithoutComment(std::string_view line) {
   return std::string(Trim(line.substr(0, start)));
 }
 
+// The names of the sections after "extends", separated by commas or line breaks.
+std::vector<std::string> BasesOf(const std::map<std::string, std::string>& section) {
+  std::vector<std::string> bases;
+  const auto extends = section.find("extends");
+  if (extends == section.end()) return bases;
+  for (const std::string_view each : Split(ReplaceAll(extends->second, "\n", ","), ',')) {
+    bases.emplace_back(Trim(each));
+  }
+  return bases;
+}
+
 }  // namespace
 
 IniFile::IniFile(const std::string& text) {
@@ -47,36 +58,40 @@ IniFile::IniFile(const std::string& text) {
   }
 }
 
+void IniFile::AddKeys(const std::string& section, std::set<std::string>& seen,
+                      std::vector<std::string>& keys) const {
+  const auto found = sections_.find(section);
+  if (found == sections_.end() || !seen.insert(section).second) return;
+  for (const auto& [key, value] : found->second) keys.push_back(key);
+  for (const std::string& each : BasesOf(found->second)) AddKeys(each, seen, keys);
+}
+
 std::vector<std::string> IniFile::GetKeys(const std::string& section) const {
   std::vector<std::string> keys;
-  const auto found = sections_.find(section);
-  if (found == sections_.end()) return keys;
-  for (const auto& [key, value] : found->second) keys.push_back(key);
+  std::set<std::string> seen;
+  AddKeys(section, seen, keys);
   return keys;
 }
 
 std::string IniFile::Get(const std::string& section, const std::string& key) const {
   references_ = 0;
-  return Find(section, key, 0);
+  return Find(section, key, 0).value_or("");
 }
 
-std::string IniFile::Find(const std::string& section, const std::string& key, int depth) const {
-  if (++references_ > kMostReferences || depth > kDeepest) return {};
+std::optional<std::string> IniFile::Find(const std::string& section, const std::string& key,
+                                         int depth) const {
+  if (++references_ > kMostReferences || depth > kDeepest) return std::nullopt;
   const auto found = sections_.find(section);
-  if (found == sections_.end()) return {};
+  if (found == sections_.end()) return std::nullopt;
   const auto own = found->second.find(key);
   if (own != found->second.end()) return Expand(own->second, section, depth);
-  const auto extends = found->second.find("extends");
-  if (extends != found->second.end()) {
-    const std::string list = ReplaceAll(extends->second, "\n", ",");
-    const auto bases = Split(list, ',');
-    for (auto each = bases.rbegin(); each != bases.rend(); ++each) {
-      const std::string value = Find(std::string(Trim(*each)), key, depth + 1);
-      if (!value.empty()) return value;
-    }
+  const std::vector<std::string> bases = BasesOf(found->second);
+  for (auto each = bases.rbegin(); each != bases.rend(); ++each) {
+    std::optional<std::string> value = Find(*each, key, depth + 1);
+    if (value && !value->empty()) return value;
   }
   // The section "env" has the values of all sections "env:NAME".
-  return section.starts_with("env:") ? Find("env", key, depth + 1) : std::string();
+  return section.starts_with("env:") ? Find("env", key, depth + 1) : std::nullopt;
 }
 
 std::string IniFile::Expand(const std::string& value, const std::string& section, int depth) const {
@@ -93,8 +108,9 @@ std::string IniFile::Expand(const std::string& value, const std::string& section
     if (from == "this") from = section;
     const bool isKnown =
         sections_.contains(from) && depth < kDeepest && references_ < kMostReferences;
-    text += isKnown ? Find(from, FoldCase(name.substr(dot + 1)), depth + 1)
-                    : value.substr(start, end + 1 - start);
+    const std::optional<std::string> referred =
+        isKnown ? Find(from, FoldCase(name.substr(dot + 1)), depth + 1) : std::nullopt;
+    text += referred.value_or(value.substr(start, end + 1 - start));
     at = end + 1;
   }
   return text + value.substr(std::min(at, value.size()));

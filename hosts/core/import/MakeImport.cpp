@@ -25,8 +25,12 @@ std::vector<std::string> SplitCommands(const std::string& line) {
     } else if (c == '"' || c == '\'') {
       quote = c;
     } else if (c == ';' || c == '&' || c == '|' || c == '(' || c == ')') {
-      commands.emplace_back();
-      continue;
+      // "2>&1" is a redirection.
+      const bool isSeparator = c != '&' || i == 0 || line[i - 1] != '>';
+      if (isSeparator) {
+        commands.emplace_back();
+        continue;
+      }
     }
     commands.back() += c;
   }
@@ -43,6 +47,8 @@ class MakeOutput {
  private:
   bool TakeFolder(const std::string& line);
   void TakeCommand(const std::string& text);
+  void TakeOther(const std::vector<std::string>& words, const std::string& text);
+  void ReportOthers();
   bool IsSource(const std::string& path) const {
     const std::string type = context_.typeOf(path);
     return type == "C" || type == "Cpp" || type == "Assembler";
@@ -51,6 +57,11 @@ class MakeOutput {
   const ImportContext& context_;
   std::vector<std::string> folders_;  // of the running makes, innermost last
   ForeignBuild build_;
+  struct Other {
+    std::string program, first;  // the first command
+    int count = 0;
+  };
+  std::vector<Other> others_;  // what is neither compiled nor linked
 };
 
 // "make[1]: Entering directory '/x'" and its opposite.
@@ -79,7 +90,7 @@ void MakeOutput::TakeCommand(const std::string& text) {
     words.erase(words.begin());
   }
   words.erase(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(FindCompiler(words)));
-  if (words.size() < 2) return;
+  if (words.empty()) return;
   if (auto link = ParseLink(words, folders_.back())) {
     // A program may be compiled and linked in one step.
     for (const std::string& input : link->command.inputs) {
@@ -92,9 +103,14 @@ void MakeOutput::TakeCommand(const std::string& text) {
     build_.links.push_back(std::move(*link));
     return;
   }
-  if (ToolchainOf(words.front(), words).empty()) return;
   const CompilerCommand command = ParseCompilerCommand(words, folders_.back());
-  if (!command.isCompile) return;
+  if (command.toolchain.empty() || !command.isCompile || command.makesText) {
+    const bool listsHeaders = std::any_of(words.begin(), words.end(), [](const std::string& each) {
+      return each == "-M" || each == "-MM";
+    });
+    if (command.toolchain.empty() || !listsHeaders) TakeOther(words, text);
+    return;
+  }
   for (const std::string& input : command.inputs) {
     if (!IsSource(input)) continue;
     CompiledSource source{input, command};
@@ -102,6 +118,34 @@ void MakeOutput::TakeCommand(const std::string& text) {
       source.command.output = JoinPath(folders_.back(), WithExtension(FileNameOf(input), ".o"));
     }
     build_.sources.push_back(std::move(source));
+  }
+}
+
+// Commands that build nothing, and words of the shell, need no remark.
+void MakeOutput::TakeOther(const std::vector<std::string>& words, const std::string& text) {
+  constexpr std::string_view kQuiet[] = {
+      "echo", "printf", "cd",   "mkdir", "rmdir", "rm",  "test", "[",     "true", "false",
+      ":",    "touch",  "make", "gmake", "if",    "fi",  "for",  "done",  "do",   "then",
+      "else", "while",  "case", "esac",  "exit",  "set", "size", "ranlib"};
+  const std::string program = FileNameOf(words.front());
+  const bool isName = !program.empty() && program.find_first_of("=:*?!{}`'\"$<>") == program.npos;
+  const bool isQuiet =
+      std::find(std::begin(kQuiet), std::end(kQuiet), program) != std::end(kQuiet) ||
+      program.ends_with("-size") || program.ends_with("-ranlib");
+  if (!isName || isQuiet) return;
+  const auto same = [&](const Other& each) { return each.program == program; };
+  auto found = std::find_if(others_.begin(), others_.end(), same);
+  if (found == others_.end()) {
+    found = others_.insert(others_.end(), {program, std::string(Trim(text)), 0});
+  }
+  ++found->count;
+}
+
+void MakeOutput::ReportOthers() {
+  for (const Other& each : others_) {
+    const std::string more =
+        each.count == 1 ? "" : ", nor " + ToDecimal(each.count - 1) + " more of " + each.program;
+    build_.remarks.push_back("the command " + each.first + " was not imported" + more);
   }
 }
 
@@ -113,6 +157,7 @@ ForeignBuild MakeOutput::Read(const std::string& output) {
     for (const std::string& each : SplitCommands(line)) TakeCommand(each);
     folders_.back() = folder;
   }
+  ReportOthers();
   return std::move(build_);
 }
 
@@ -126,8 +171,9 @@ Result<ImportedProject> ImportMakeOutput(const ImportRequest& request, const std
     return Error{ErrorCode::Unsupported, "`make -n` prints no compiler commands", request.path};
   }
   ImportedProject project;
-  ChooseFolder(request, place, build.sources, project);
+  ChooseFolder(request, place, build.sources, context, project);
   DivideIntoApplications(build, context, project);
+  project.remarks.insert(project.remarks.end(), build.remarks.begin(), build.remarks.end());
   return project;
 }
 

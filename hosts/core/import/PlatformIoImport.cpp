@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <span>
 
 #include "hosts/core/PathPattern.h"
 #include "hosts/core/import/ArduinoCore.h"
@@ -18,10 +19,44 @@ constexpr std::size_t kLargestIni = std::size_t{4} << 20;
 
 // Keys that are carried over or say nothing about the build.
 constexpr std::string_view kKnownKeys[] = {
-    "platform",    "board",           "framework",         "build_flags", "src_build_flags",
-    "build_type",  "extends",         "lib_extra_dirs",    "lib_deps",    "build_src_filter",
-    "src_filter",  "board_build.mcu", "board_build.f_cpu", "upload_port", "upload_speed",
-    "description", "monitor_speed",   "monitor_port"};
+    "platform",        "board",           "framework",         "build_flags", "src_build_flags",
+    "build_type",      "extends",         "lib_extra_dirs",    "lib_deps",    "build_src_filter",
+    "src_filter",      "board_build.mcu", "board_build.f_cpu", "upload_port", "upload_speed",
+    "upload_protocol", "description",     "monitor_speed",     "monitor_port"};
+
+// Those of the section [platformio].
+constexpr std::string_view kKnownCommonKeys[] = {"src_dir",      "include_dir", "lib_dir",
+                                                 "default_envs", "name",        "description"};
+
+// Keys that become an option with the same value.
+constexpr std::pair<const char*, const char*> kSameValues[] = {
+    {"upload_port", "Application.Upload.Port"},
+    {"upload_speed", "Application.Upload.Speed"},
+    {"monitor_port", "Application.Monitor.Port"},
+    {"monitor_speed", "Application.Monitor.Speed"}};
+
+// Protocols by the names of the programmers for the programs that upload.
+struct Protocol {
+  std::string_view name, tool;
+  const char* programmer;
+};
+constexpr Protocol kProtocols[] = {
+    {"stlink", "openocd", "stlink"},       {"jlink", "openocd", "jlink"},
+    {"cmsis-dap", "openocd", "cmsis-dap"}, {"arduino", "avrdude", "arduino"},
+    {"wiring", "avrdude", "wiring"},       {"avr109", "avrdude", "avr109"},
+    {"usbasp", "avrdude", "usbasp"},       {"usbtiny", "avrdude", "usbtiny"},
+    {"stk500v1", "avrdude", "stk500v1"},   {"stk500v2", "avrdude", "stk500v2"}};
+
+bool IsAmong(std::span<const std::string_view> keys, const std::string& key) {
+  return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+// Returns true if the word has a variable, such as ${sysenv.HOME} or $BUILD_DIR.
+bool HasVariable(const std::string& word) {
+  const std::size_t at = word.find('$');
+  if (at == std::string::npos || at + 1 == word.size()) return false;
+  return word[at + 1] == '{' || (word[at + 1] >= 'A' && word[at + 1] <= 'Z');
+}
 
 std::vector<std::string> IniEntries(const std::string& value) {
   std::vector<std::string> entries;
@@ -81,6 +116,7 @@ class PlatformIo {
   void ChooseTarget(Environment& environment);
   void AddFlags(Environment& environment);
   void AddLibraries(Environment& environment);
+  void AddConnections(Environment& environment);
   void ReportKeys(const Environment& environment);
   void AddFiles(ImportedApplication& application);
   void Remark(const Environment& environment, const std::string& text) {
@@ -172,8 +208,7 @@ void Append(ImportedOptions& options, const std::string& key, const std::string&
 
 void PlatformIo::AddFlags(Environment& environment) {
   ImportedOptions& options = environment.options;
-  std::vector<std::string> words = {
-      options["Application.Target.Toolchain"].starts_with("arm") ? "arm-none-eabi-gcc" : "avr-gcc"};
+  std::vector<std::string> words = {CompilerOf(options["Application.Target.Toolchain"])};
   for (const char* key : {"build_flags", "src_build_flags"}) {
     for (const std::string& line : SplitLines(ini_.Get(environment.section, key))) {
       if (line[0] == '!') {
@@ -181,11 +216,16 @@ void PlatformIo::AddFlags(Environment& environment) {
         continue;
       }
       for (std::string& word : SplitShellWords(line)) {
-        if (word.find("${") != std::string::npos) {
-          Remark(environment, "the flag " + word + " was not imported");
-        } else {
+        word = ReplaceAll(ReplaceAll(word, "${PROJECT_DIR}", root_), "$PROJECT_DIR", root_);
+        if (!HasVariable(word)) {
           words.push_back(std::move(word));
+          continue;
         }
+        if (TakesNextArgument(words.back())) {
+          word = words.back() + " " + word;
+          words.pop_back();
+        }
+        Remark(environment, "the flag " + word + " was not imported");
       }
     }
   }
@@ -227,14 +267,20 @@ void PlatformIo::AddFlags(Environment& environment) {
   for (const char* set : {"C", "Cpp"}) {
     Append(options, std::string(set) + ".Compiler.Extra", LiteralValue(WordsValue(compile)), " ");
   }
+  if (!flags.systemCalls.empty()) link.push_back(flags.systemCalls);
   Append(options, "Application.Linker.Extra", LiteralValue(WordsValue(link)), " ");
+  for (const std::string& each : flags.dropped) {
+    Remark(environment, "the flag " + each + " was not imported");
+  }
 }
 
 void PlatformIo::AddLibraries(Environment& environment) {
   const std::string& section = environment.section;
   std::vector<std::string> roots = {Folder("lib_dir", "lib")};
   for (const std::string& each : IniEntries(ini_.Get(section, "lib_extra_dirs"))) {
-    if (each.find('$') == std::string::npos) {
+    if (each.find('$') != std::string::npos) {
+      Remark(environment, "the folder " + each + " was not imported");
+    } else {
       roots.push_back(CanonicalPath(IsRelativePath(each) ? JoinPath(root_, each) : each));
     }
   }
@@ -257,14 +303,45 @@ void PlatformIo::AddLibraries(Environment& environment) {
   }
 }
 
+// The ports of the programmer and of the serial monitor.
+void PlatformIo::AddConnections(Environment& environment) {
+  ImportedOptions& options = environment.options;
+  const auto value = [&](const char* key) { return ini_.Get(environment.section, key); };
+  const auto report = [&](const char* key) {
+    Remark(environment, std::string(key) + " = " + value(key) + " was not imported");
+  };
+  for (const auto& [key, option] : kSameValues) {
+    const std::string text = value(key);
+    if (text.empty()) continue;
+    if (!HasVariable(text) && context_.accepts(option, text)) {
+      options[option] = LiteralValue(text);
+    } else {
+      report(key);
+    }
+  }
+  const std::string protocol = value("upload_protocol");
+  if (protocol.empty()) return;
+  std::string tool = options["Application.Upload.Tool"];
+  if (tool.empty()) {
+    options.erase("Application.Upload.Tool");
+    tool = options["Application.Target.Toolchain"] == "avr-gcc" ? "avrdude" : "";
+  }
+  for (const Protocol& each : kProtocols) {
+    if (each.name != protocol || each.tool != tool) continue;
+    std::string& programmer = options["Application.Upload.Programmer"];
+    // There are several files for the same kind of probe.
+    if (!programmer.starts_with(each.programmer)) programmer = each.programmer;
+    return;
+  }
+  report("upload_protocol");
+}
+
 void PlatformIo::ReportKeys(const Environment& environment) {
   std::vector<std::string> keys = ini_.GetKeys(environment.section);
   for (std::string& each : ini_.GetKeys("env")) keys.push_back(std::move(each));
   std::set<std::string> seen;
   for (const std::string& key : keys) {
-    const bool isKnown =
-        std::find(std::begin(kKnownKeys), std::end(kKnownKeys), key) != std::end(kKnownKeys);
-    if (!isKnown && seen.insert(key).second) {
+    if (!IsAmong(kKnownKeys, key) && seen.insert(key).second) {
       Remark(environment, key + " was not imported");
     }
   }
@@ -289,11 +366,8 @@ void PlatformIo::FillEnvironment(Environment& environment) {
     if (isUsed && takes.Takes(each.substr(sources_.size() + 1))) environment.files.insert(each);
   }
   AddLibraries(environment);
+  AddConnections(environment);
   ReportKeys(environment);
-  const std::string port = ini_.Get(environment.section, "upload_port");
-  if (!port.empty() && context_.accepts("Application.Upload.Port", port)) {
-    environment.options["Application.Upload.Port"] = LiteralValue(port);
-  }
   std::erase_if(environment.options, [](const auto& each) {
     return each.second.empty() && each.first == "Application.Target.Toolchain";
   });
@@ -336,6 +410,13 @@ Result<ImportedProject> PlatformIo::Run() {
   }
   for (const std::string& fault : ini_.GetFaults()) {
     project_.remarks.push_back(request_.path + ":" + fault + " was not imported");
+  }
+  for (const std::string& key : ini_.GetKeys("platformio")) {
+    const std::string value = ini_.Get("platformio", key);
+    const bool isFolder = key.ends_with("_dir");
+    if (!IsAmong(kKnownCommonKeys, key) || (isFolder && value.find('$') != std::string::npos)) {
+      project_.remarks.push_back("[platformio] " + key + " was not imported");
+    }
   }
   std::vector<std::pair<std::string, CoreBoard>> boards;
   ImportedApplication application{project_.name, {}, {}};

@@ -65,7 +65,7 @@ std::vector<FurtherArgument> FurtherOf(const CompilerCommand& command,
   std::vector<FurtherArgument> further = command.further;
   for (const auto& [name, value] : command.target) {
     if (!context.accepts(kTarget + name, value)) {
-      further.push_back({TargetFlag(name) + value, ""});
+      further.push_back({TargetArgument(name, value), ""});
     }
   }
   return further;
@@ -238,6 +238,12 @@ void AddLinkOptions(const CompilerCommand& link, const ImportContext& context,
     // A link gets the flags of the compiler as well, which mean nothing to it.
     const bool isForCompiler = each.text.starts_with("-W") && !each.text.starts_with("-Wl,");
     if (!isForCompiler) further.push_back(each);
+  }
+  if (!link.systemCalls.empty()) further.push_back({link.systemCalls, ""});
+  // What only the link says about the processor and the C library.
+  for (const auto& [name, value] : link.target) {
+    const std::string key = kTarget + name;
+    if (!options.contains(key) && context.accepts(key, value)) options[key] = LiteralValue(value);
   }
   store("Application.Linker.Libraries", LiteralValue(ListValue(link.libraries)));
   store("Application.Linker.LibraryPaths", Paths(link.libraryPaths, project.folder));
