@@ -283,10 +283,11 @@ TEST(CliCurrent, WhatACompilerReadsIsFollowed) {
 
 TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
   CliProject project;
-  project.AddProgram("gcc",
-                     "#!/bin/sh\n[ -e \"$TMPDIR/killed\" ] || case \"$*\" in *c.c*)\n"
-                     "touch \"$TMPDIR/killed\"; server=$(cut -d' ' -f4 /proc/$PPID/stat)\n"
-                     "kill -9 $(cut -d' ' -f4 /proc/$server/stat); sleep 9 ;; esac\nexec /usr/bin/gcc \"$@\"\n");
+  project.AddProgram(
+      "gcc",
+      "#!/bin/sh\n[ -e \"$TMPDIR/killed\" ] || case \"$*\" in *c.c*)\n"
+      "touch \"$TMPDIR/killed\"; server=$(cut -d' ' -f4 /proc/$PPID/stat)\n"
+      "kill -9 $(cut -d' ' -f4 /proc/$server/stat); sleep 9 ;; esac\nexec /usr/bin/gcc \"$@\"\n");
   EXPECT_EQ(project.Run({"build", "-j1"}).code, 128 + 9);
   EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
 }
