@@ -253,7 +253,8 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
             "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -fdebug-prefix-map=/p/= "
             "-gno-record-gcc-switches -Wl,--gc-sections "
             "-Xlinker -Map=out/x.map -o out/x.o out/a.o out/b.o -Llib -lm\n"
-            "avr-objcopy -O ihex -R .eeprom /p/out/x.o /p/out/x.hex\n"
+            "avr-objcopy -O ihex -R .eeprom -R .fuse -R .lock -R .signature "
+            "-R .user_signatures /p/out/x.o /p/out/x.hex\n"
             "avr-size -A /p/out/x.o\n");
   EXPECT_EQ(
       commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"", "Compiler.Warnings=extra"),
