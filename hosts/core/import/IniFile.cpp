@@ -21,7 +21,8 @@ std::vector<std::string> BasesOf(const std::map<std::string, std::string>& secti
   std::vector<std::string> bases;
   const auto extends = section.find("extends");
   if (extends == section.end()) return bases;
-  for (const std::string_view each : Split(ReplaceAll(extends->second, "\n", ","), ',')) {
+  const std::string list = ReplaceAll(extends->second, "\n", ",");
+  for (const std::string_view each : Split(list, ',')) {
     bases.emplace_back(Trim(each));
   }
   return bases;

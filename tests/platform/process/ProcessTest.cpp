@@ -218,7 +218,11 @@ TEST(Process, WhatThisProcessClosesIsNotKeptOpenByItsGuards) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);  // without the flag that closes them in programs
   const std::vector<pid_t> servers = ChildrenOf(getpid());
-  for (const pid_t server : servers) kill(server, SIGKILL);  // the next one starts now
+  for (const pid_t server : servers) {  // the next one starts now
+    kill(server, SIGKILL);
+    siginfo_t end{};
+    waitid(P_PID, static_cast<id_t>(server), &end, WEXITED | WNOWAIT);
+  }
   EXPECT_EQ(RunToEnd(*StartShell("echo $0")).output, "sh\n");
   EXPECT_NE(ChildrenOf(getpid()), servers);
   close(ends[1]);
