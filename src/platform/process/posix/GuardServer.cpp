@@ -6,7 +6,6 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 

@@ -125,16 +125,15 @@ int ReadStart(int channel) {
   return count == sizeof failure ? failure : -1;
 }
 
-// Sends everything, blocking if necessary. Returns false if the receiver is gone, which has
-// reported a reason or not.
-bool SendAll(int channel, std::string_view bytes) {
+// Sends everything, blocking if necessary. An error means that the receiver is gone; ReadStart()
+// then returns the reason.
+void SendAll(int channel, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = send(channel, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
+    if (count < 0) return;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
-  return true;
 }
 
 Error GuardError(const std::string& guard, const char* reason) {
@@ -175,7 +174,7 @@ Status SpawnGuarded(const ProcessRequest& request, int outputStream, int errorSt
     return GuardError(guard, std::strerror(failure));
   }
   guardEnd.Close();
-  (void)SendAll(ownEnd, texts.GetBytes());
+  SendAll(ownEnd, texts.GetBytes());
   const int failure = ReadStart(ownEnd);
   if (failure == 0) return {};
   if (failure < 0) return GuardError(guard, "it ended unexpectedly");
