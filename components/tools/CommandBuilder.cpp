@@ -225,6 +225,8 @@ class PlanBuilder : public TemplateValues {
 
   // Returns a `path` argument as the step gets it.
   std::string SpelledArgument(const std::string& path, bool isSource) const {
+    // The files of the run are spelled as on disk already.
+    if (isSource && path == item_) return path;
     const std::string output = Spelled(path);
     const auto& made = plan_.products;
     if (std::find(made.begin(), made.end(), output) != made.end()) return output;

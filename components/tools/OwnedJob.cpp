@@ -19,8 +19,10 @@ bool IsArchive(const std::string& name) {
 void AddFiles(ToolInvocation& job, const std::vector<std::string>& listed) {
   const std::unordered_set<std::string> names(listed.begin(), listed.end());
   std::unordered_set<std::string> seen;
-  for (const std::string& file : listed) {
-    std::string name = SpelledPath(job.disk, file);
+  std::vector<std::string> spelled = SpelledPaths(job.disk, listed);
+  for (std::size_t i = 0; i < listed.size(); ++i) {
+    const std::string& file = listed[i];
+    std::string name = std::move(spelled[i]);
     // A similar name that is also listed belongs to a different file, which does not exist yet.
     if (name != file && names.contains(name)) name = file;
     // An archive may be listed repeatedly on purpose: a linker searches it at each position.

@@ -1,5 +1,6 @@
 #include "components/tools/ToolPaths.h"
 
+#include "platform/files/ExactNames.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::tools {
@@ -32,6 +33,15 @@ std::string SpelledPath(FileSystem* disk, const std::string& path, bool* isExact
   const bool isFound = isFixed || name != path || disk->Exists(path);
   if (isExact != nullptr) *isExact = isFound && name == path;
   return isFound ? name : InSpelledFolder(disk, path);
+}
+
+std::vector<std::string> SpelledPaths(FileSystem* disk, std::vector<std::string> paths) {
+  if (disk == nullptr) return paths;
+  const std::vector<bool> isExact = AreExactFiles(*disk, paths);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    if (!isExact[i]) paths[i] = SpelledPath(disk, paths[i]);
+  }
+  return paths;
 }
 
 std::string SpelledOutput(FileSystem* disk, const std::string& path, const std::string& folder,

@@ -1,6 +1,7 @@
 #include "components/tools/ToolRun.h"
 
 #include <algorithm>
+#include <chrono>
 #include <deque>
 
 #include "components/tools/CdbSymbols.h"
@@ -470,8 +471,10 @@ std::vector<std::string> ToolRun::FindByProducts() const {
 std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& output) {
   std::pair<std::int64_t, std::int64_t> newest{output.modifiedSeconds, output.modifiedNanoseconds};
   for (const std::vector<std::string>* paths : {&job_.files, &made.dependencies}) {
-    for (const std::string& path : *paths) {
-      const auto status = world_.files->Examine(path);
+    std::vector<const char*> names;
+    for (const std::string& path : *paths) names.push_back(path.c_str());
+    constexpr auto kAll = std::chrono::steady_clock::time_point::max();
+    for (const auto& status : world_.files->ExamineMany(names, kAll)) {
       if (!status) continue;
       newest = std::max(newest, {status->modifiedSeconds, status->modifiedNanoseconds});
     }

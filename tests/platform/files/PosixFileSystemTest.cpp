@@ -12,6 +12,7 @@
 #include <functional>
 #include <thread>
 
+#include "platform/files/ExactNames.h"
 #include "platform/files/Locks.h"
 #include "platform/files/RelativeName.h"
 #include "platform/text/Text.h"
@@ -276,6 +277,23 @@ TEST_F(PosixFileSystemTest, TheSpellingOfANameOnDiskIsReturned) {
   scratch.Write("Src/Main.c", "");
   EXPECT_EQ(files.NameOnDisk(scratch / "sRC\\MAIN.C"), scratch / "Src/Main.c");
   EXPECT_EQ(files.NameOnDisk(scratch / "src\\none.c"), scratch / "src\\none.c");
+}
+
+TEST_F(PosixFileSystemTest, NamesOfManyFilesAreThoseOfEach) {
+  scratch.Write("Src/Main.c", "");
+  std::filesystem::create_symlink(scratch / "Src/Main.c", scratch / "link.c");
+  const std::pair<const char*, bool> rows[] = {{"Src/Main.c", true},  {"link.c", true},
+                                               {"src/main.C", false}, {"Src", false},
+                                               {"none.c", false},     {"Src\\Main.c", false}};
+  std::vector<std::string> paths, names;
+  std::vector<bool> exact;
+  for (const auto& [path, isExact] : rows) {
+    paths.push_back(scratch / path);
+    names.push_back(files.NameOnDisk(paths.back()));
+    exact.push_back(isExact);
+  }
+  EXPECT_EQ(AreExactFiles(files, paths), exact);
+  EXPECT_EQ(NamesOnDisk(files, paths), names);
 }
 
 TEST_F(PosixFileSystemTest, LinksOnTheWayToAFileAreResolved) {
