@@ -60,8 +60,8 @@ class CurrentFolder {
   const std::string before_;
 };
 
-// A breadth-first search over files, folders and names. Quadratic in the number of folders and
-// names at worst.
+// A breadth-first search over files, folders and names. Costs one examination for each name that is
+// absolute or found in the working folder, and otherwise one for each name and folder.
 class LinkSearch {
  public:
   LinkSearch(const ToolDefinition& definition, FileSystem& fileSystem)
@@ -70,16 +70,9 @@ class LinkSearch {
   std::vector<CarriedOptions> Find(const ToolPlan& plan) {
     const CurrentFolder current(disk_, plan.commands.front().folder);
     for (const std::string& path : plan.depends) AddFile(path);
-    for (const ToolCommand& command : plan.commands) AddCommand(command, plan);
-    // Each list may grow.
-    for (bool hasMore = true; hasMore;) {
-      hasMore = false;
-      for (std::size_t i = 0; i < folders_.size(); ++i) {
-        for (; tried_[i] < names_.size(); ++tried_[i]) {
-          hasMore = true;
-          AddFile(AbsolutePath(&disk_, folders_[i], names_[tried_[i]]));
-        }
-      }
+    for (const ToolCommand& command : plan.commands) {
+      AddCommand(command, plan);
+      Search();
     }
     return std::move(found_);
   }
@@ -98,7 +91,7 @@ class LinkSearch {
       if (!isWritten || !word.starts_with('-')) AddWord(word);
     }
     for (const LibraryRule& rule : tool_.libraries) {
-      for (const std::string& each : ValuesOf(rule.folderFlags, given.words)) AddFolderName(each);
+      for (const std::string& each : ValuesOf(rule.folderFlags, given.words)) AddName(each);
       for (const std::string& each : ValuesOf(rule.nameFlags, given.words)) AddLibrary(rule, each);
     }
   }
@@ -118,7 +111,6 @@ class LinkSearch {
   void AddName(std::string_view name) {
     if (name.empty() || !knownNames_.emplace(name).second) return;
     names_.emplace_back(name);
-    AddFolderName(name);
   }
 
   void AddLibrary(const LibraryRule& rule, const std::string& name) {
@@ -133,9 +125,30 @@ class LinkSearch {
     return name;
   }
 
+  // Each list may grow meanwhile.
+  void Search() {
+    for (bool hasMore = true; hasMore;) {
+      hasMore = false;
+      for (std::size_t i = 0; i < folders_.size(); ++i) {
+        hasMore |= tried_[i] < names_.size();
+        TryNames(i);
+      }
+      for (; asFolder_ < names_.size(); ++asFolder_) AddFolderName(names_[asFolder_]);
+    }
+  }
+
+  void TryNames(std::size_t folder) {
+    for (std::size_t& i = tried_[folder]; i < names_.size();) {
+      const std::string& name = names_[i++];
+      // An absolute name is the same file everywhere.
+      if (folder > 0 && !IsRelativePath(name)) continue;
+      AddFile(AbsolutePath(&disk_, folders_[folder], name));
+    }
+  }
+
   void AddFolderName(std::string_view name) {
     const std::string path = AbsolutePath(&disk_, folder_, WithoutRoot(name));
-    if (disk_.ExamineFolder(path)) AddFolder(path);
+    if (!files_.contains(path) && disk_.ExamineFolder(path)) AddFolder(path);
   }
 
   void AddFolder(const std::string& path) {
@@ -145,7 +158,8 @@ class LinkSearch {
   }
 
   void AddFile(const std::string& path) {
-    if (!knownFiles_.insert(path).second || !disk_.ExamineExactly(path)) return;
+    if (!known_.insert(path).second || !disk_.ExamineExactly(path)) return;
+    files_.insert(path);
     const Result<std::string> bytes = disk_.ReadWholeFile(path);
     if (!bytes) return;
     CarriedOptions carried{path, {}};
@@ -188,7 +202,9 @@ class LinkSearch {
   std::string folder_;  // working folder of the current command
   std::vector<std::string> folders_, names_;
   std::vector<std::size_t> tried_;  // for each folder, the number of names searched in it
-  std::unordered_set<std::string> knownFolders_, knownNames_, knownFiles_;
+  std::size_t asFolder_ = 0;        // number of names searched as folders
+  std::unordered_set<std::string> knownFolders_, knownNames_, known_;  // the last: paths examined
+  std::unordered_set<std::string> files_;                              // those that are files
   std::vector<CarriedOptions> found_;
 };
 
