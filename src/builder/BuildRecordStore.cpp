@@ -396,6 +396,7 @@ bool BuildRecordStore::IsWasteful() const {
 
 void BuildRecordStore::FillInterned() {
   if (!interned_.empty()) return;
+  interned_.reserve(texts_.size() + texts_.size() / 8);
   for (std::size_t i = 0; i < texts_.size(); ++i) interned_.emplace(texts_[i], Number(i));
 }
 

@@ -107,6 +107,7 @@ RunSnapshot BuildRecords::BeginRun(const CXmlNode& node, std::string_view applic
   run = {std::string(application), std::string(output), sources, signature, {}};
   RunSnapshot snapshot;
   snapshot.SetOutput(run.output);
+  snapshot.Reserve(sources.size());
   for (const std::string& source : sources) snapshot.AddInput(source, false);
   AddRecentProducts(snapshot);
   const std::size_t before = store_.Find(application, output);

@@ -42,6 +42,8 @@ class RunSnapshot {
     std::uint64_t hash = 0;  // of the content; 0 if it was not read
   };
 
+  // Prepares for about this number of files.
+  void Reserve(std::size_t count) { places_.reserve(count); }
   // Adds a file that the tool is known to read. A doubtful one also changed during the previous
   // run, so only its content can settle it.
   void AddInput(std::string_view path, bool isDoubtful);
