@@ -73,8 +73,8 @@ BuildSession::~BuildSession() {
 }
 
 void BuildSession::SetHandlers() {
-  frame_.SetHandler(kMsgToolSucceeded, [this](const HostMessageEvent&) {
-    state_.TakeBuildInformation();
+  frame_.SetHandler(kMsgToolSucceeded, [this](const HostMessageEvent& event) {
+    state_.TakeBuildInformation(event.text);
     return std::intptr_t{1};
   });
   frame_.SetHandler(kMsgToolStarted,

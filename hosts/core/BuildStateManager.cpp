@@ -2,9 +2,7 @@
 
 #include <chrono>
 
-#include "hosts/core/LogEntry.h"
 #include "hosts/core/ProjectFile.h"
-#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
@@ -55,15 +53,11 @@ bool BuildStateManager::IsOutdated() {
   return !inspector_.IsBuildStateCurrent(path_);
 }
 
-void BuildStateManager::TakeBuildInformation() {
+void BuildStateManager::TakeBuildInformation(const std::string& output) {
   const std::string xml = tools_.TakeBuildInformation();
   if (xml.empty()) return;
   manager_.SetBuildInfo(xml);
-  const auto records = ParseXml(xml);
-  if (records == nullptr) return;
-  for (const CXmlNode* each : records->GetChildren()) {
-    if (each->NameView() == "F") outputs_.push_back(GetAttribute(each, "Header"));
-  }
+  outputs_.push_back(output);
 }
 
 std::string BuildStateManager::Finish() {

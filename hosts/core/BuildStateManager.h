@@ -31,9 +31,9 @@ class BuildStateManager {
   // Returns true if another process has built since: the known records are older than the outputs.
   bool IsOutdated();
 
-  // Call this after a tool has succeeded: passes its records to the project, which appends them to
-  // its journal.
-  void TakeBuildInformation();
+  // Call this after a tool has succeeded that has made `output`: passes its records to the project,
+  // which appends them to its journal.
+  void TakeBuildInformation(const std::string& output);
   // Returns the outputs of the runs since the last call.
   std::vector<std::string> TakeOutputs() { return std::exchange(outputs_, {}); }
   // Call this after a build. Returns why the state could not be written; an empty string if it
