@@ -106,6 +106,11 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t PublishFor(std::int32_t milliseconds) {
     return InvokeLong(TARN_INS_PUBLISH_FOR, {milliseconds});
   }
+  // Continues the publishing in the background. Returns 0 if another call is needed to finish, and
+  // 2 if it was stopped before.
+  std::int32_t ContinuePublishing(std::int32_t milliseconds) {
+    return InvokeLong(TARN_INS_CONTINUE_PUBLISHING, {milliseconds});
+  }
   std::string GetTree() { return InvokeText(TARN_INS_GET_TREE, {}); }
   // Like GetTree(), but only the project and its applications.
   std::string GetApplications() { return InvokeText(TARN_INS_GET_APPLICATIONS, {}); }

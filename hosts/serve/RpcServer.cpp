@@ -157,7 +157,9 @@ ServerEnd RpcServer::Run() {
            (session_ && session_->NeedsAttention());
   };
   for (;;) {
-    loop->PumpUntil(somethingToDo, std::chrono::milliseconds::max());
+    const bool isLoading = session_ && session_->IsLoading();
+    loop->PumpUntil(somethingToDo,
+                    isLoading ? std::chrono::milliseconds(0) : std::chrono::milliseconds::max());
     // The message loop must run even if the client sends without pause, so that the worker and the
     // timers make progress.
     loop->Pump();
@@ -172,6 +174,8 @@ ServerEnd RpcServer::Run() {
       Handle(*message);
     } else if (hasEnded) {
       break;
+    } else if (isLoading && session_->IsLoading()) {
+      session_->ContinueLoading();
     }
   }
   if (session_) session_->StopWork();

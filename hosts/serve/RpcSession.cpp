@@ -133,6 +133,7 @@ std::intptr_t RpcSession::OnProjectClosing(const HostMessageEvent& event) {
 void RpcSession::OnProjectOpened(const HostMessageEvent& event) {
   hasProject_ = event.lParam == 0;
   isPrepared_ = false;
+  loading_ = Loading::Options;
   currentPath_.clear();
   if (!hasProject_) return;
   session_.Adopt(event.text);
@@ -306,7 +307,10 @@ bool RpcSession::PrepareBuild() {
 // Detects whether the call has started a worker. A worker that has already ended was noticed
 // through its message.
 void RpcSession::RecordCommand(std::uint32_t command) {
-  if (command == TARN_CMD_SELECT_CONFIGURATION) isPrepared_ = false;
+  if (command == TARN_CMD_SELECT_CONFIGURATION) {
+    isPrepared_ = false;
+    loading_ = Loading::Options;
+  }
   if (isBuilding_) return;
   // This query may execute the worker's last task.
   const bool runs = session_.Manager().EnableCommand(TARN_CMD_STOP) == 1;
@@ -350,6 +354,24 @@ void RpcSession::Attend() {
   if (isBuilding_ || !onRefused) return;
   const std::vector<std::string> wishes = session_.Trust().TakeRefused();
   if (!wishes.empty()) onRefused(wishes);
+}
+
+void RpcSession::ContinueLoading() {
+  constexpr std::int32_t kPieceMilliseconds = 3;
+  if (loading_ == Loading::Options) {
+    const std::int32_t progress = session_.Inspector().ContinuePublishing(kPieceMilliseconds);
+    if (progress == 0) return;
+    const bool takesRecords = progress == 1 && !isPrepared_ && session_.GetDamage().empty();
+    loading_ = takesRecords ? Loading::Records : Loading::Done;
+    if (takesRecords) session_.State().BeginRestore();
+    return;
+  }
+  if (isPrepared_) {
+    loading_ = Loading::Done;  // a build didn't wait for it
+  } else if (!session_.State().ContinueRestore()) {
+    loading_ = Loading::Done;
+    isPrepared_ = true;
+  }
 }
 
 void RpcSession::CarryOut(std::uint32_t command) {

@@ -111,11 +111,18 @@ class RpcSession {
   // True if there is work that can't be done in a message handler; Attend() then does it.
   bool NeedsAttention() const { return mustStore_ || session_.HasPostedCommands(); }
   void Attend();
+  // True if the options of the open project, or its build records, are not loaded completely.
+  bool IsLoading() const { return loading_ != Loading::Done && hasProject_ && !isBuilding_; }
+  // Continues to load for a few milliseconds. For times in which the client requests nothing;
+  // otherwise its first build would have to wait for all of it.
+  void ContinueLoading();
   // Ends a running build, including its tools, and stores its results.
   void StopWork();
   bool IsBuilding() const { return isBuilding_; }
 
  private:
+  enum class Loading { Options, Records, Done };
+
   void SetHandlers();
   void OnMessage(const HostMessageEvent& event);
   std::intptr_t OnProjectClosing(const HostMessageEvent& event);
@@ -145,6 +152,7 @@ class RpcSession {
   std::string historyProject_;  // project of the steps; empty if none
   HistoryState notifiedHistory_;
 
+  Loading loading_ = Loading::Done;
   bool hasProject_ = false;     // open project with stored state
   bool isReadAgain_ = false;    // since the last step was recorded
   bool hasClosed_ = false;      // its save report has not been checked yet

@@ -35,6 +35,8 @@ const DispatchTable<ProjectInspector>& ProjectInspector::Table() {
       Method<&I::GetChangeCount>("GetChangeCount", TARN_INS_GET_CHANGE_COUNT, {}),
       Method<&I::GetFileTexts>("GetFileTexts", TARN_INS_GET_FILE_TEXTS, {}),
       Method<&I::PublishFor>("PublishFor", TARN_INS_PUBLISH_FOR, {"milliseconds"}),
+      Method<&I::ContinuePublishing>("ContinuePublishing", TARN_INS_CONTINUE_PUBLISHING,
+                                     {"milliseconds"}),
       Method<&I::NoteCurrentNode>("NoteCurrentNode", TARN_INS_NOTE_CURRENT_NODE, {}),
       Method<&I::SelectNotedNode>("SelectNotedNode", TARN_INS_SELECT_NOTED_NODE, {}),
       Method<&I::GetMissedSelection>("GetMissedSelection", TARN_INS_GET_MISSED_SELECTION, {}),
@@ -114,6 +116,20 @@ std::int32_t ProjectInspector::PublishAll() {
   if (model == nullptr) return 0;
   model->PublishAll();
   return 1;
+}
+
+std::int32_t ProjectInspector::ContinuePublishing(std::int32_t milliseconds) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 2;
+  switch (model->Publishing().ContinueFor(std::chrono::milliseconds(milliseconds))) {
+    case Publisher::Progress::More:
+      return 0;
+    case Publisher::Progress::Done:
+      return 1;
+    case Publisher::Progress::Stopped:
+      break;
+  }
+  return 2;
 }
 
 std::int32_t ProjectInspector::PublishFor(std::int32_t milliseconds) {

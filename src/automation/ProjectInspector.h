@@ -33,6 +33,10 @@ class ProjectInspector : public DispatchObject<ProjectInspector> {
   // Like PublishAll(), but stops after about that many milliseconds. Returns 0 if there is more to
   // do in another call.
   std::int32_t PublishFor(std::int32_t milliseconds);
+  // Continues the publishing in the background, which starts when a project is opened, for about
+  // that many milliseconds. Returns 0 if there is more to do in another call, 1 if all nodes are
+  // published, and 2 if it was stopped before.
+  std::int32_t ContinuePublishing(std::int32_t milliseconds);
   // Returns the tree as XML, without data that exists only in memory for options.
   std::string GetTree();
   // Like GetTree(), but limited to the project and its applications, each with its `Configs`.

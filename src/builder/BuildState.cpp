@@ -16,7 +16,7 @@ StateVerdict BuildInformation::OpenBuildState(const std::string& path) {
 bool BuildInformation::RestoreFor(std::chrono::milliseconds time) {
   if (!state_.isOpen || services_.build.IsWorkerAlive()) return true;
   const TreeUpdate update(views_, UpdateScope::ReportedNodes);
-  if (recordRestore_ == nullptr)
+  if (recordRestore_ == nullptr || recordRestore_->IsTreeStale())
     recordRestore_ = std::make_unique<RecordRestore>(*this, state_, types_);
   const bool isMore = recordRestore_->Step(time);
   mtimes_.Invalidate();

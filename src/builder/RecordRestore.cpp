@@ -26,7 +26,7 @@ RecordRestore::RecordRestore(BuildInformation& information, const ProjectState& 
 bool RecordRestore::Step(std::chrono::milliseconds time) {
   constexpr int kNodesPerLook = 16;
   const auto end = std::chrono::steady_clock::now() + time;
-  for (int done = 1; !pending_.empty() && state_.treeGeneration == treeGeneration_; ++done) {
+  for (int done = 1; !pending_.empty() && !IsTreeStale(); ++done) {
     const Node next = pending_.back();
     pending_.pop_back();
     for (int i = next.node->GetChildCount() - 1; i >= 0; --i) {

@@ -26,6 +26,8 @@ class IProjectWindow {
   // the options window.
   virtual void StartStepTimer() = 0;
   virtual void StopStepTimer() = 0;
+  // Returns true if the timer is running.
+  virtual bool IsStepping() const = 0;
   // Bracket every change of the tree's structure; may be nested. The result does not depend on the
   // scope, but an update whose scopes are all ReportedNodes only costs as much as the reported
   // changes.
@@ -87,6 +89,7 @@ class ProjectViews {
   void StopStepTimer() const {
     if (project) project->StopStepTimer();
   }
+  bool IsStepping() const { return project && project->IsStepping(); }
   void BeginTreeUpdate(UpdateScope scope = UpdateScope::Whole) const {
     if (project) project->BeginTreeUpdate(scope);
   }

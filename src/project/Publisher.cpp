@@ -429,6 +429,14 @@ bool Publisher::PublishFor(std::chrono::milliseconds time) {
   return !remains;
 }
 
+Publisher::Progress Publisher::ContinueFor(std::chrono::milliseconds time) {
+  if (!state_.isOpen) return Progress::Stopped;
+  if (views_.IsStepping() && !publishingSuspended_) {
+    return PublishFor(time) ? Progress::Done : Progress::More;
+  }
+  return HasUnpublished() ? Progress::Stopped : Progress::Done;
+}
+
 bool Publisher::PublishChildren(CXmlNode* parent) {
   if (parent == nullptr || services_.build.IsBuildingSynchronously() || !CanPublishAside())
     return false;

@@ -81,6 +81,10 @@ class Publisher {
   void PublishAll() { PublishFor(std::chrono::hours(24)); }
   // Same, within a time limit. Returns false if nodes are left for another call.
   bool PublishFor(std::chrono::milliseconds time);
+  // Continues the background publishing like its timer, for a host that has nothing else to do.
+  // Stopped: nothing is published, although nodes are left.
+  enum class Progress { More, Done, Stopped };
+  Progress ContinueFor(std::chrono::milliseconds time);
   // Publishes a few nodes in the background and restores the current node. Returns 1 if there are
   // more; stops the timer and notifies the host after the last one.
   std::int32_t PublishTick();

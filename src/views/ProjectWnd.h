@@ -57,6 +57,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   void RepaintTree() override { tree_.Invalidate(); }
   void StartStepTimer() override;
   void StopStepTimer() override;
+  bool IsStepping() const override { return isStepping_; }
 
   CXmlTreeCtrl& GetTree() { return tree_; }
   CToolBar& GetToolBar() { return toolBar_; }

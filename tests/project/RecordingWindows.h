@@ -23,6 +23,7 @@ class RecordingProjectWindow : public IProjectWindow {
   void RepaintTree() override { calls_.emplace_back("RepaintTree"); }
   void StartStepTimer() override { calls_.emplace_back("StartStepTimer"); }
   void StopStepTimer() override { calls_.emplace_back("StopStepTimer"); }
+  bool IsStepping() const override { return false; }
   void BeginTreeUpdate(UpdateScope) override { calls_.emplace_back("BeginTreeUpdate"); }
   void EndTreeUpdate() override { calls_.emplace_back("EndTreeUpdate"); }
   void ClearTree() override { calls_.emplace_back("ClearTree"); }

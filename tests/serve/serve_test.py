@@ -190,6 +190,18 @@ class Session(ServeTest):
         self.assertEqual(self.build(client, CLEAN)[0], 1)
         self.assertFalse(os.path.exists(self.project.path("demo.tstate")))
 
+    def test_a_project_is_loaded_while_nothing_is_requested_or_for_the_first_build(self):
+        client = self.open()
+        self.assertEqual(self.build(client)[0], 1)
+        self.assertEqual(client.call("ProjectSave"), 1)
+        client.kill()
+        for waits in (False, True):
+            client = self.start()
+            self.assertEqual(client.call("ProjectOpen", self.project.path("demo.tprj")), 1)
+            if waits:
+                client.wait_message("Command")  # last notification about options after opening
+            self.assertEqual(self.build(client), (1, []), waits)
+
     def test_edited_definitions_take_effect_in_the_next_build(self):
         share = os.path.join(self.project.root, "share")
         shutil.copytree(self.project.share, share)
