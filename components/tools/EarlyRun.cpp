@@ -55,7 +55,7 @@ bool EarlyRun::MayRunEarly() const {
   const bool isPlain = definition_->isEarly && plan.problems.empty() &&
                        !plan.outputOnDisk.empty() && !plan.rules.empty() && !plan.commands.empty();
   if (!isPlain || owned_->job.files.size() != 1 || !owned_->job.repeated.empty()) return false;
-  const RunAccess access = FindRunAccess(world_, *definition_, plan, owned_->job);
+  const RunAccess access = FindRunFiles(world_, *definition_, plan, owned_->job);
   // A flag that follows a flag that names a file counts as a name, too.
   const auto isDeclared = [this](const FileWrite& each) {
     return !each.isCertain || Contains(claims_, each.path) ||

@@ -60,8 +60,12 @@ std::string NameOfMacro(const std::string& macro) {
 class AccessFinder {
  public:
   AccessFinder(const ToolEnvironment& toolWorld, const ToolDefinition& definition,
-               const ToolInvocation& toolJob)
-      : world_(toolWorld), tool_(definition), job_(toolJob), reads_(definition.reads) {
+               const ToolInvocation& toolJob, bool findsCode)
+      : world_(toolWorld),
+        tool_(definition),
+        job_(toolJob),
+        findsCode_(findsCode),
+        reads_(definition.reads) {
     for (const auto* flags : {&tool_.search, &tool_.prefixedSearch, &tool_.searchPrefix}) {
       reads_.insert(reads_.end(), flags->begin(), flags->end());
     }
@@ -85,10 +89,12 @@ class AccessFinder {
     AddWrite(FolderOf(plan.outputOnDisk), false);
     if (tool_.isProgram) AddRequest(TrustRequestKind::Tool, tool_.name);
     access_.reads = plan.depends;
-    AddCarried(plan);
+    if (findsCode_) AddCarried(plan);
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& each : tool_.helpers.programs) AddProgram(each);
     NameOptions();
+    access_.writesNothingElse =
+        tool_.isEarly && !access_.writesUnknownFiles && plan.byProductStarts.empty();
     return std::move(access_);
   }
 
@@ -127,10 +133,7 @@ class AccessFinder {
 
   void AddCommand(const ToolCommand& command) {
     folder_ = command.folder;
-    AddPrograms(command);
-    for (const std::string& name : tool_.loadsHere) {
-      AddCommandFile(AbsolutePath(world_.files, folder_, name));
-    }
+    if (findsCode_) AddCodeOf(command);
     for (const auto& [scratch, path] : command.moves) {
       AddWrite(scratch);
       AddWrite(path);
@@ -140,16 +143,27 @@ class AccessFinder {
     usesMakefile_ = hasCarriers_ || (!tool_.carriers.empty() && AsksForLinkTime(given.words));
     AddReads(given.words);
     AddArguments(given);
-    // Flags that pass arguments on, which `words` no longer contains.
+    // Flags that pass arguments on, which `words` doesn't contain.
     for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
       const std::string& word = command.arguments[i];
       if (word.starts_with("-W") && IsStray(command.arguments, i)) AddStray(word);
     }
   }
 
+  void AddCodeOf(const ToolCommand& command) {
+    AddPrograms(command);
+    for (const std::string& name : tool_.loadsHere) {
+      AddCommandFile(AbsolutePath(world_.files, folder_, name));
+    }
+  }
+
   void AddArguments(const GivenArguments& given) {
     for (std::size_t i = 0; i < given.words.size(); ++i) {
-      AddCode(given, i);
+      if (findsCode_) {
+        AddCode(given, i);
+      } else if (IsStray(given.words, i) && FitOf(given, i) != FlagFit::Whole) {
+        AddStray(given.words[i]);
+      }
       AddFiles(given.words, i);
       if (LacksValue(given, i)) AddUnknownWrite(given, i);
     }
@@ -222,10 +236,11 @@ class AccessFinder {
   }
 
   void AddRequest(TrustRequestKind kind, const std::string& subject) {
-    access_.code.push_back({kind, subject});
+    if (findsCode_) access_.code.push_back({kind, subject});
   }
 
   void AddProgram(const std::string& name) {
+    if (!findsCode_) return;
     const std::string found = world_.findProgram(name);
     if (!found.empty()) access_.programs.push_back(AbsolutePath(world_.files, folder_, found));
   }
@@ -398,6 +413,7 @@ class AccessFinder {
   const ToolEnvironment& world_;
   const ToolDefinition& tool_;
   const ToolInvocation& job_;
+  const bool findsCode_;
   std::vector<std::string> reads_;
   std::string output_;         // of the run
   std::string folder_;         // working folder of the current command
@@ -413,7 +429,14 @@ class AccessFinder {
 
 RunAccess FindRunAccess(const ToolEnvironment& world, const ToolDefinition& tool,
                         const ToolPlan& plan, const ToolInvocation& job) {
-  RunAccess access = AccessFinder(world, tool, job).Find(plan);
+  RunAccess access = AccessFinder(world, tool, job, true).Find(plan);
+  access.searched = SearchFolders(job.disk, tool, plan);
+  return access;
+}
+
+RunAccess FindRunFiles(const ToolEnvironment& world, const ToolDefinition& tool,
+                       const ToolPlan& plan, const ToolInvocation& job) {
+  RunAccess access = AccessFinder(world, tool, job, false).Find(plan);
   access.searched = SearchFolders(job.disk, tool, plan);
   return access;
 }
@@ -433,6 +456,7 @@ std::string RunAccessText(const RunAccess& access) {
     if (!each.option.empty()) list.push_back({"option", each.option});
     if (!each.argument.empty()) list.push_back({"named-by", each.argument});
   }
+  if (access.writesNothingElse) list.push_back({"nothing-else", "yes"});
   // Ensures that the result is not empty even if the run accesses nothing.
   list.push_back({"end", {}});
   return JoinFileTexts(list);

@@ -25,6 +25,7 @@ struct RunAccess {
   std::vector<FileWrite> writes;      // without duplicates
   std::vector<std::string> reads;     // absolute paths that may name files to read
   bool writesUnknownFiles = false;    // also writes files whose names it invents
+  bool writesNothingElse = false;     // writes only `writes`, and only files of the definition
   std::vector<std::string> searched;  // folders searched for headers, in order
 };
 
@@ -33,10 +34,15 @@ struct RunAccess {
 // process.
 RunAccess FindRunAccess(const ToolEnvironment& world, const ToolDefinition& tool,
                         const ToolPlan& plan, const ToolInvocation& job);
+// Same without `code` and `programs`, and without the effects of options that the inputs of a link
+// carry: doesn't look into them, which takes most of the time of a large link.
+RunAccess FindRunFiles(const ToolEnvironment& world, const ToolDefinition& tool,
+                       const ToolPlan& plan, const ToolInvocation& job);
 
 // Serializes each entry as JoinFileTexts writes a file, with the identifier of the request,
 // "program", "write", "maybe", "read" or "search" as its path, and "option" or "named-by" after a
-// write that an option or an argument names. Names are preserved byte for byte.
+// write that an option or an argument names; "nothing-else" if there are no other writes. Names are
+// preserved byte for byte.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

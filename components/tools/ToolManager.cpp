@@ -97,6 +97,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
                                                  TARN_TOOL_SET_DEFINITION_FOLDERS, {"folders"}),
       Method<&ToolManager::GetAccess>("GetAccess", TARN_TOOL_GET_ACCESS,
                                       {"tool", "files", "options"}),
+      Method<&ToolManager::GetRunFiles>("GetRunFiles", TARN_TOOL_GET_RUN_FILES,
+                                        {"tool", "files", "options"}),
       Method<&ToolManager::SetJobs>("SetJobs", TARN_TOOL_SET_JOBS, {"count"}),
       Method<&ToolManager::GetJobs>("GetJobs", TARN_TOOL_GET_JOBS, {}),
       Method<&ToolManager::JoinJobserver>("JoinJobserver", TARN_TOOL_JOIN_JOBSERVER, {"count"}),
@@ -521,6 +523,14 @@ std::string ToolManager::GetAccess(const char* tool, const char* files, const ch
   if (!definition) return RunAccessText({});
   return RunAccessText(
       FindRunAccess(world_, *definition, MakePlan(*definition, owned.job), owned.job));
+}
+
+std::string ToolManager::GetRunFiles(const char* tool, const char* files, const char* options) {
+  const OwnedJob owned = MakeJob(files, options);
+  const auto definition = FindTool(OrEmpty(tool), owned.job);
+  if (!definition) return RunAccessText({});
+  return RunAccessText(
+      FindRunFiles(world_, *definition, MakePlan(*definition, owned.job), owned.job));
 }
 
 std::string ToolManager::ListSymbolPositions(const char* program, const char* folder) {

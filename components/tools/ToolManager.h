@@ -106,6 +106,8 @@ class ToolManager : public DispatchObject<ToolManager> {
                            const char* candidates);
   // Returns the accesses of the run that its options cause, see RunAccess.h.
   std::string GetAccess(const char* tool, const char* files, const char* options);
+  // Same without the code and the programs, for a project that may run anything.
+  std::string GetRunFiles(const char* tool, const char* files, const char* options);
   // Returns the records of successful runs since the last call, as a text for SetBuildInfo; empty
   // if there are none.
   std::string TakeBuildInformation();

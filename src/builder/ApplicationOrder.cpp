@@ -59,7 +59,7 @@ void ApplicationOrder::FindProducts(Entry& entry) const {
   const CXmlNode* values = FindStoredValues(*entry.node);
   const char* tool = entry.node->GetAttrValue("TranslateTool");
   if (tools_ == nullptr || values == nullptr || tool == nullptr || *tool == '\0') return;
-  for (const NamedOutput& each : FindWritten(tools_->GetAccess(tool, "", values->ValueText()))) {
+  for (const NamedOutput& each : FindWritten(tools_->GetRunFiles(tool, "", values->ValueText()))) {
     if (each.isCertain) entry.products.push_back(each.path);
   }
 }

@@ -107,8 +107,6 @@ BuildInformation::~BuildInformation() = default;
 
 std::int32_t BuildInformation::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
   if (!TakeBuildRecords(OrEmpty(xmlinfo))) return 0;
-  // The report may have changed which nodes are up to date.
-  mtimes_.Invalidate();
   if (state_.activeApplication != nullptr)
     views_.LoadGlobals(paths_.GlobalsFileOf(*state_.activeApplication));
   return 1;
@@ -135,6 +133,8 @@ bool BuildInformation::TakeBuildRecords(const std::string& xmlinfo) {
     });
     buildRecords_.TakeReport(*node, report);
     ReplaceDependencies(*node, TakeDependencies(std::move(record)));
+    // The report may have changed which nodes are up to date.
+    if (node != reportingNode_) mtimes_.Invalidate();
     views_.NotifyNodeUpdated(*node);
   }
   return true;

@@ -47,6 +47,9 @@ class BuildInformation {
   // none. Cleared by InvalidateNode.
   void SetWalkApplication(CXmlNode* application) { walkApplication_ = application; }
   CXmlNode* GetWalkApplication() const { return walkApplication_; }
+  // Sets the node whose tool has just run, whose report decides about no other node; nullptr for
+  // none. Only compared, so the node may have been freed.
+  void SetReportingNode(const CXmlNode* node) { reportingNode_ = node; }
 
   // --- Outputs ---
   //
@@ -102,6 +105,7 @@ class BuildInformation {
   const ProjectViews& views_;
 
   CXmlNode* walkApplication_ = nullptr;  // application being built
+  const CXmlNode* reportingNode_ = nullptr;
   MtimeCache mtimes_;
   BuildRecords buildRecords_;
   ToolCommands toolCommands_;

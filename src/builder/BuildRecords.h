@@ -95,7 +95,7 @@ class BuildRecords {
     // Why the record is invalid. Once set, the record never becomes valid again.
     StaleVerdict withdrawn;
     std::uint64_t verifiedCommand = 0;  // ToolCommands generation of the last verification
-    std::uint64_t verifiedEpoch = 0;    // file-time epoch of the last verification
+    std::uint64_t verifiedChanges = 0;  // change count of the file times at that time
   };
   // Returns nullptr if the node has no record.
   Bound* Find(const CXmlNode& node);

@@ -146,13 +146,14 @@ bool BuildWalk::Return(bool success, bool isUpToDate) {
   const std::optional<std::int64_t> newest =
       isUpToDate && success ? NewestOutputOf(frames_.back()) : std::nullopt;
   const bool isUsed = frames_.back().isUsed;
+  CXmlNode* const node = frames_.back().node;
   frames_.pop_back();
   if (frames_.empty()) {
     succeeded_ = success;
     return true;
   }
   Frame& parent = frames_.back();
-  if (!isUpToDate && !isUsed) parent.childrenUpToDate = false;
+  if (!isUpToDate && !isUsed) parent.doubtful.push_back(node);
   if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
   if (!success) {
     parent.isMissingInput = true;
@@ -255,9 +256,8 @@ bool BuildWalk::StartNode(Frame& frame) {
     repeated_ = information_.FindRepeatedNodes(node);
     frame.children = FindGenerators(model_.Types(), node);
     first_ = {frame.children.begin(), frame.children.end()};
-    if (runsAhead_.IsEnabled()) {
-      runsAhead_.Begin(model_.Types(), node, frame.children, repeated_);
-    }
+    generators_ = frame.children;
+    unlisted_ = &node;
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
@@ -290,6 +290,8 @@ bool BuildWalk::DoOwnWork(Frame& frame, BuildAction& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
   if (LacksInput(frame)) return LeaveUnbuilt(frame, request);
+  // The project has no tool, and nothing else depends on the result.
+  if (&node == state_.projectRoot.get()) return Return(true, false);
   // A file that was just built may be newer than its time indicates, given its resolution.
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead_.Has(node)) {
     Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck(),
@@ -305,7 +307,10 @@ bool BuildWalk::DoOwnWork(Frame& frame, BuildAction& request) {
 }
 
 bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
-  if (!AreChildrenUpToDate(frame)) return staleness.IsUpToDate(frame.node);
+  if (!AreOthersUpToDate(frame)) return staleness.IsUpToDate(frame.node);
+  const bool areAll = std::all_of(frame.doubtful.begin(), frame.doubtful.end(),
+                                  [&](CXmlNode* child) { return staleness.IsUpToDate(child); });
+  if (!areAll) return false;
   // If the newest of a superset of the application's files is not too new, all of them are up to
   // date and need not be checked by name. Otherwise checks each one.
   return (frame.newestOutput && staleness.IsUpToDateSince(*frame.node, *frame.newestOutput)) ||
@@ -324,8 +329,9 @@ std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const 
   return hasOutput ? std::nullopt : frame.newestOutput;
 }
 
-bool BuildWalk::AreChildrenUpToDate(const Frame& frame) const {
-  return frame.childrenUpToDate && frame.upToDateEpoch == information_.GetMtimes().GetEpoch();
+// Returns true if all children except the doubtful ones are up to date.
+bool BuildWalk::AreOthersUpToDate(const Frame& frame) const {
+  return frame.upToDateEpoch == information_.GetMtimes().GetEpoch();
 }
 
 // A host that keeps sending reports invalidates the times again and again. In that case missing
@@ -342,14 +348,17 @@ bool BuildWalk::RequestMtimes(Frame& frame, BuildAction& request) {
   frame.requestEpoch = information_.GetMtimes().GetEpoch();
   Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck());
   ahead_.Begin(frame.requestEpoch);
-  if (AreChildrenUpToDate(frame)) {
+  if (AreOthersUpToDate(frame)) {
+    for (const CXmlNode* child : frame.doubtful) {
+      CollectSubtree(staleness, *child, request.batch, ahead_, SIZE_MAX);
+    }
     staleness.CollectInputs(*frame.node, request.batch, ahead_);
   } else {
     CollectSubtree(staleness, *frame.node, request.batch, ahead_, SIZE_MAX);
   }
   ahead_.Begin(frame.requestEpoch);  // the walk has reached all of these
   // Usually the application's files are known, and only its own output is missing.
-  const bool needsParts = hasRequested || !AreChildrenUpToDate(frame) || !frame.newestOutput;
+  const bool needsParts = hasRequested || !AreOthersUpToDate(frame) || !frame.newestOutput;
   if (needsParts && (model_.Types().FlagsOf(*frame.node) & kTypeApplication) != 0) {
     staleness.CollectParts(*frame.node, request.batch);
   }

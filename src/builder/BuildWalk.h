@@ -39,8 +39,13 @@ struct BuildAction {
   std::string tool;
   std::string files;
   std::string options;
-  std::string access;                // reply of the tool manager's GetAccess for this run
+  std::vector<std::string> sources;  // files that the tool is given; with FindAccess as listed,
+                                     // then as spelled on disk
+  bool isWithheld = false;           // the project isn't trusted
+  std::string access;    // reply of the tool manager's GetAccess, or GetRunFiles if it is
+  std::string unusable;  // why one of the files that it is known to read can't be read
   std::vector<NamedOutput> outputs;  // what the run writes
+  bool writesOnlyOutputs = false;    // it can't have changed what another file stands for
   NullableText messageFile;
 
   // Must be taken around the run of the tool.
@@ -58,8 +63,9 @@ struct BuildAction {
 // Drops the early runs of the tool manager if the request asks for it. Comes before the next
 // function.
 void DropEarlyRuns(BuildAction& request);
-// Sets the access of the request, on the calling thread. A link takes time for each of its files.
-void FindRequestedAccess(BuildAction& request);
+// Sets the access of the request and checks its sources, on the calling thread. A link takes time
+// for each of its files.
+void FindRequestedAccess(BuildAction& request, FileSystem& files);
 // Starts the early runs of the request, and runs its tool with its snapshot on the calling thread.
 // Returns true if the tool succeeded.
 bool RunRequestedTool(BuildAction& request, FileSystem& files);
@@ -112,9 +118,9 @@ class BuildWalk {
     bool isUsed = false;              // an application that the one below this frame uses
     std::vector<CXmlNode*> children;  // a copy, so that a host may reorder them
     std::size_t next = 0;
-    bool childrenUpToDate = true;     // all children were up to date
+    std::vector<CXmlNode*> doubtful;  // children that are not known to be up to date
     bool isMissingInput = false;      // something below was not built
-    std::uint64_t upToDateEpoch = 0;  // file-time epoch at which they were
+    std::uint64_t upToDateEpoch = 0;  // file-time epoch at which the other children were
     // Newest output in this subtree if every child is up to date; nullopt if some node's output
     // time is known only from the tree.
     std::optional<std::int64_t> newestOutput = INT64_MIN;
@@ -140,6 +146,7 @@ class BuildWalk {
   bool DoOwnWork(Frame& frame, BuildAction& request);
   bool RequestTool(Frame& frame, BuildAction& request);
   bool RequestAccess(const CXmlNode& node, BuildAction& request) const;
+  bool TakeKnownAccess(BuildAction& request);
   void PlanAhead(Frame& frame, BuildAction& request);
   bool IsStale(const Frame& frame, CXmlNode& node);
   std::shared_ptr<RunAhead> PlanEarly(CXmlNode& node);
@@ -150,6 +157,7 @@ class BuildWalk {
   bool LeaveUnbuilt(Frame& frame, BuildAction& request);
   bool FailNode(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
   void FinishTool(Frame& frame);
+  void ForgetWritten();
   void LeaveTool();
   bool Clean(CXmlNode& node);
   bool CleanRemoved(const CXmlNode& application);
@@ -165,17 +173,15 @@ class BuildWalk {
   std::vector<NamedOutput> FindOutputs(const CXmlNode& node, const std::string& access) const;
   void RemoveReadOnly(const CXmlNode& node, const std::vector<NamedOutput>& outputs);
   std::vector<std::string> SourcesOf(const CXmlNode& node) const;
-  std::string FindUnusableInput(const std::vector<std::string>& paths) const;
   std::vector<std::string> HeadersToCome(const CXmlNode& node,
                                          const std::vector<std::string>& folders);
   void WarnOfSameFiles(const CXmlNode& node);
-  bool AreChildrenUpToDate(const Frame& frame) const;
+  bool AreOthersUpToDate(const Frame& frame) const;
   bool MayRequestStat(const Frame& frame) const;
   bool RequestMtimes(Frame& frame, BuildAction& request);
   bool IsUpToDate(const Frame& frame, Staleness& staleness) const;
   // Returns nullopt if the run isn't recorded.
-  std::optional<RunSnapshot> BeginRun(const CXmlNode& node, const std::string& tool,
-                                      const std::string& files, const std::string& options);
+  std::optional<RunSnapshot> BeginRun(const CXmlNode& node, const BuildAction& request);
   std::optional<std::int64_t> NewestOutputOf(const Frame& frame) const;
   // Finishes the top frame and returns to its parent.
   bool Return(bool success, bool isUpToDate);
@@ -193,6 +199,7 @@ class BuildWalk {
   std::vector<Frame> frames_;
   BuildFailures failures_;
   std::vector<NamedOutput> runOutputs_;  // of the current run
+  bool writesOnlyOutputs_ = false;       // the current run
   bool succeeded_ = true;
   bool toolSucceeded_ = false;
   bool isRecorded_ = false;  // the current run is recorded
@@ -211,6 +218,8 @@ class BuildWalk {
   std::unordered_set<const CXmlNode*> repeated_;  // nodes whose source is listed again later
   // Nodes of the application that are built before all others, wherever they are in it.
   std::unordered_set<const CXmlNode*> first_;
+  std::vector<CXmlNode*> generators_;  // the same in their order
+  CXmlNode* unlisted_ = nullptr;       // the application, until the lookahead has listed its nodes
   PipeCheck pipes_;
   Prefetch ahead_;
   RunsAhead runsAhead_;

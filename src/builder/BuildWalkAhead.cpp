@@ -1,6 +1,7 @@
 // The part of a build walk that starts the tools of the nodes that follow.
 
 #include <algorithm>
+#include <utility>
 
 #include "builder/BuildWalk.h"
 #include "builder/LinkFiles.h"
@@ -19,7 +20,11 @@ constexpr std::size_t kMaxSkipped = 64;
 
 // Plans runs of the nodes that follow, if the tool of this one can be started early, too.
 void BuildWalk::PlanAhead(Frame& frame, BuildAction& request) {
-  if (!runsAhead_.IsEnabled() || usesExplicitTool_ || !runsAhead_.Reach(*frame.node)) return;
+  if (!runsAhead_.IsEnabled() || usesExplicitTool_) return;
+  if (CXmlNode* const application = std::exchange(unlisted_, nullptr)) {
+    runsAhead_.Begin(model_.Types(), *application, generators_, repeated_);
+  }
+  if (!runsAhead_.Reach(*frame.node)) return;
   const bool isLeaf = frame.children.empty();
   if (request.own == nullptr && (!isLeaf || !isRecorded_)) return;
   std::size_t skipped = 0;
@@ -66,13 +71,12 @@ std::shared_ptr<RunAhead> BuildWalk::PlanEarly(CXmlNode& node) {
   request.options = values->GetValue();
   GetToolInput(model_.Types(), node, request.tool, request.files);
   if (!FindObstacle(node, request).text.empty()) return nullptr;
-  std::optional<RunSnapshot> snapshot =
-      BeginRun(node, request.tool, request.files, request.options);
+  std::optional<RunSnapshot> snapshot = BeginRun(node, request);
   if (!snapshot) return nullptr;
   RemoveReadOnly(node, request.outputs);
-  return std::make_shared<RunAhead>(RunAhead{&node, std::move(request.tool),
-                                             std::move(request.files), std::move(request.options),
-                                             std::move(*snapshot)});
+  return std::make_shared<RunAhead>(
+      RunAhead{&node, std::move(request.tool), std::move(request.files), std::move(request.options),
+               std::move(*snapshot), false, std::move(request.outputs), request.writesOnlyOutputs});
 }
 
 // Drops all early runs, for example after a failure: the walk does not reach their nodes, or needs
@@ -81,6 +85,7 @@ void BuildWalk::DropAhead(BuildAction& request) {
   request.own.reset();
   runsAhead_.Clear();
   information_.GetBuildRecords().AbandonRuns();
+  information_.GetMtimes().Invalidate();  // their outputs are going to be removed
   if (model_.Services().toolManager == nullptr) return;
   request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
   request.dropsEarly = true;

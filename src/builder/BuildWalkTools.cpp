@@ -8,6 +8,8 @@
 #include "builder/SameFiles.h"
 #include "builder/TrustCheck.h"
 #include "output/MessageTable.h"
+#include "platform/files/ExactNames.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
 #include "xml/XmlNode.h"
@@ -30,6 +32,42 @@ std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
 template <class Run>
 bool IsSameRun(const Run& run, const BuildAction& request) {
   return run.tool == request.tool && run.files == request.files && run.options == request.options;
+}
+
+// Returns why a file can't be read, such as a pipe or a device: a tool would wait for a program
+// that writes to it, possibly forever.
+std::string FindUnusable(FileSystem& files, const std::vector<std::string>& paths) {
+  const std::vector<bool> isFile = AreExactFiles(files, paths);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    // The arguments of tools also contain words that only look like the name of a file. Searching
+    // for other spellings of them would list the folder for each run.
+    if (isFile[i] || !files.IsSpecial(paths[i])) continue;
+    const Result<std::string> text = files.ReadWholeFile(paths[i]);
+    if (!text) return paths[i] + " can't be read: " + text.GetError().text;
+  }
+  return {};
+}
+
+// Returns true if the tool writes nothing but its outputs, and none of them where it searches for
+// headers, so that no other file can have changed, nor what a name stands for.
+bool WritesOnlyOutputs(const BuildAction& request) {
+  if (FindAccessed(request.access, "nothing-else").empty()) return false;
+  const std::vector<std::string> searched = FindAccessed(request.access, "search");
+  return std::none_of(
+      request.outputs.begin(), request.outputs.end(), [&](const NamedOutput& output) {
+        return std::find(searched.begin(), searched.end(), FolderOf(output.path)) != searched.end();
+      });
+}
+
+// Completes the sources of the request, and sets its access unless one of them can't be read.
+void FindAccess(BuildAction& request, CToolManagerDriver& tools, FileSystem& files) {
+  request.sources = NamesOnDisk(files, std::move(request.sources));
+  request.unusable = FindUnusable(files, request.sources);
+  if (!request.unusable.empty()) return;
+  request.access = request.isWithheld
+                       ? tools.GetAccess(request.tool, request.files, request.options)
+                       : tools.GetRunFiles(request.tool, request.files, request.options);
+  request.unusable = FindUnusable(files, FindAccessed(request.access, "read"));
 }
 
 }  // namespace
@@ -131,7 +169,6 @@ std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
   } else {
     sources.push_back(OrEmpty(node.GetAttrValue("Path")));
   }
-  for (std::string& each : sources) each = model_.GetFiles().NameOnDisk(each);
   return sources;
 }
 
@@ -145,20 +182,6 @@ std::vector<std::string> BuildWalk::HeadersToCome(const CXmlNode& node,
   std::string pipe = pipes_.Find(OrEmpty(node.GetAttrValue("Path")), folders);
   if (!pipe.empty()) headers.push_back(std::move(pipe));
   return headers;
-}
-
-// Returns why a file can't be read, such as a pipe or a device: a tool would wait for a program
-// that writes to it, possibly forever.
-std::string BuildWalk::FindUnusableInput(const std::vector<std::string>& paths) const {
-  for (const std::string& path : paths) {
-    // The arguments of tools also contain words that only look like the name of a file. Searching
-    // for other spellings of them would list the folder for each run.
-    if (!model_.GetFiles().IsSpecial(path)) continue;
-    const Result<std::string> text = model_.GetFiles().ReadWholeFile(path);
-    if (text) continue;
-    return path + " can't be read: " + text.GetError().text;
-  }
-  return {};
 }
 
 // A linker that is given a file twice reports duplicate definitions without naming the cause.
@@ -177,6 +200,8 @@ bool BuildWalk::RequestAccess(const CXmlNode& node, BuildAction& request) const 
   const bool isApplication = (model_.Types().FlagsOf(node) & kTypeApplication) != 0;
   const bool isKnown = accessed_.kind == BuildAction::Kind::FindAccess;
   if (!requestsMtimes_ || !isApplication || isKnown) return false;
+  request.sources = SourcesOf(node);
+  request.isWithheld = model_.Protection().GetTrust().IsWithheld();
   request.toolManager = DispatchPtr(model_.Services().toolManager->GetDispatch());
   request.kind = BuildAction::Kind::FindAccess;
   return true;
@@ -186,20 +211,29 @@ void BuildWalk::TakeAccess(BuildAction request) {
   accessed_ = std::move(request);
 }
 
-BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& request) {
-  const auto isUnusable = [this](const std::vector<std::string>& paths, std::string& why) {
-    why = FindUnusableInput(paths);
-    return !why.empty();
-  };
-  std::string why;
-  if (isUnusable(SourcesOf(node), why)) return {why, std::nullopt};
+// Takes over a completed FindAccess request for this run. Otherwise the caller has to find the
+// access.
+bool BuildWalk::TakeKnownAccess(BuildAction& request) {
   BuildAction known = std::exchange(accessed_, {});
-  request.access = IsSameRun(known, request) ? std::move(known.access)
-                                             : model_.Services().toolManager->GetAccess(
-                                                   request.tool, request.files, request.options);
-  if (isUnusable(FindAccessed(request.access, "read"), why) ||
-      isUnusable(HeadersToCome(node, FindAccessed(request.access, "search")), why)) {
-    return {why, std::nullopt};
+  const bool isWithheld = model_.Protection().GetTrust().IsWithheld();
+  if (!IsSameRun(known, request) || known.isWithheld != isWithheld) return false;
+  request.sources = std::move(known.sources);
+  request.access = std::move(known.access);
+  request.unusable = std::move(known.unusable);
+  return true;
+}
+
+BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& request) {
+  if (!TakeKnownAccess(request)) {
+    request.sources = SourcesOf(node);
+    request.isWithheld = model_.Protection().GetTrust().IsWithheld();
+    FindAccess(request, *model_.Services().toolManager, model_.GetFiles());
+  }
+  if (!request.unusable.empty()) return {request.unusable, std::nullopt};
+  const std::vector<std::string> headers =
+      HeadersToCome(node, FindAccessed(request.access, "search"));
+  if (std::string why = FindUnusable(model_.GetFiles(), headers); !why.empty()) {
+    return {std::move(why), std::nullopt};
   }
   const ProjectTrust& trust = model_.Protection().GetTrust();
   if (trust.IsWithheld()) {
@@ -210,6 +244,7 @@ BuildWalk::Obstacle BuildWalk::FindObstacle(const CXmlNode& node, BuildAction& r
   }
   if (usesExplicitTool_) return {};
   request.outputs = FindOutputs(node, request.access);
+  request.writesOnlyOutputs = WritesOnlyOutputs(request);
   return {FindKept(node, request.outputs), std::nullopt};
 }
 
@@ -231,6 +266,11 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
   if (RequestAccess(node, request)) return false;
   request.own = runsAhead_.Take(node);
   const bool isAhead = request.own != nullptr && IsSameRun(*request.own, request);
+  if (isAhead) {
+    request.sources = NamesOnDisk(model_.GetFiles(), SourcesOf(node));
+    request.outputs = request.own->outputs;
+    request.writesOnlyOutputs = request.own->writesOnlyOutputs;
+  }
   if (request.own != nullptr && !isAhead) DropAhead(request);
   if (!isAhead) {
     const Obstacle obstacle = FindObstacle(node, request);
@@ -241,6 +281,7 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
     }
   }
   runOutputs_ = request.outputs;
+  writesOnlyOutputs_ = request.writesOnlyOutputs;
   if (!usesExplicitTool_) {
     RemoveReadOnly(node, request.outputs);
     WarnOfSameFiles(node);
@@ -266,22 +307,21 @@ bool BuildWalk::RequestTool(Frame& frame, BuildAction& request) {
 }
 
 // Only runs of the node's own tool are recorded as producing its output.
-std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const std::string& tool,
-                                               const std::string& files,
-                                               const std::string& options) {
+std::optional<RunSnapshot> BuildWalk::BeginRun(const CXmlNode& node, const BuildAction& request) {
   const std::string output = OrEmpty(node.GetAttrValue("OutputFile"));
-  if (output.empty() || tool != OrEmpty(node.GetAttrValue("TranslateTool")) ||
+  if (output.empty() || request.tool != OrEmpty(node.GetAttrValue("TranslateTool")) ||
       information_.GetWalkApplication() == nullptr) {
     return std::nullopt;
   }
+  const std::uint64_t signature =
+      information_.GetToolCommands().SignatureOf(request.tool, request.files, request.options);
   return information_.GetBuildRecords().BeginRun(
       node, OrEmpty(information_.GetWalkApplication()->GetAttrValue("Path")), output,
-      SourcesOf(node), information_.GetToolCommands().SignatureOf(tool, files, options));
+      request.sources, signature);
 }
 
 void BuildWalk::BeginOwnRun(const CXmlNode& node, BuildAction& request) {
-  std::optional<RunSnapshot> snapshot =
-      BeginRun(node, request.tool, request.files, request.options);
+  std::optional<RunSnapshot> snapshot = BeginRun(node, request);
   isRecorded_ = snapshot.has_value();
   request.snapshot = snapshot ? std::move(*snapshot) : RunSnapshot();
 }
@@ -293,10 +333,10 @@ void DropEarlyRuns(BuildAction& request) {
   tools.DropTools();
 }
 
-void FindRequestedAccess(BuildAction& request) {
+void FindRequestedAccess(BuildAction& request, FileSystem& files) {
   CToolManagerDriver tools;
   tools.AttachDispatch(request.toolManager.Get(), true);
-  request.access = tools.GetAccess(request.tool, request.files, request.options);
+  FindAccess(request, tools, files);
 }
 
 bool RunRequestedTool(BuildAction& request, FileSystem& files) {
@@ -337,7 +377,9 @@ void BuildWalk::FinishTool(Frame& frame) {
   if (toolSucceeded_) {
     const bool isApplication = (model_.Types().FlagsOf(*frame.node) & kTypeApplication) != 0;
     if (order_ && isApplication) built_.push_back(frame.node);
+    information_.SetReportingNode(frame.node);
     model_.Host().SendHost(kMsgToolSucceeded, OrEmpty(frame.node->GetAttrValue("OutputFile")), 0);
+    information_.SetReportingNode(nullptr);
   }
   LeaveTool();
   if (IsTreeStale()) return;
@@ -376,9 +418,15 @@ bool BuildWalk::CleanRemoved(const CXmlNode& application) {
   return result;
 }
 
+// A tool may have written any file, unless its definition says otherwise.
+void BuildWalk::ForgetWritten() {
+  if (!toolSucceeded_ || !writesOnlyOutputs_) return information_.GetMtimes().Invalidate();
+  for (const NamedOutput& each : runOutputs_) information_.GetMtimes().Forget(each.path);
+}
+
 // Cleanup after a tool run, even if the tree was freed.
 void BuildWalk::LeaveTool() {
-  information_.GetMtimes().Invalidate();  // the tool may have written any file
+  ForgetWritten();
   if (!messageFile_.empty()) {
     model_.Services().output->MergeToolFile(messageFile_);
     (void)model_.GetFiles().RemoveScratchFile(messageFile_);

@@ -198,7 +198,7 @@ void Builder::BuildThreadMain(std::shared_ptr<BuildWorkerState> control) noexcep
     if (request.kind == BuildAction::Kind::RunTool) {
       toolResult = RunRequestedTool(request, disk);
     } else if (request.kind == BuildAction::Kind::FindAccess) {
-      FindRequestedAccess(request);
+      FindRequestedAccess(request, disk);
     } else if (request.kind == BuildAction::Kind::Examine) {
       request.batch.Examine(disk, BuildWalk::Clock::now() + kStatTime);
     }

@@ -74,8 +74,14 @@ void MtimeCache::SetResults(const StatBatch& batch) {
   }
 }
 
+void MtimeCache::Forget(std::string_view path) {
+  ++changes_;
+  if (Slot* const known = store_->Find(path)) known->entry = {};
+}
+
 void MtimeCache::Invalidate() {
   ++epoch_;
+  ++changes_;
   if (!store_->IsEmpty()) store_ = std::make_shared<Store>();
 }
 

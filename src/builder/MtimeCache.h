@@ -14,7 +14,8 @@ namespace tarn {
 
 // Cache of file modification times since the last Invalidate, so that a build of an up-to-date tree
 // queries each file once, however many nodes depend on it. Everything that may have changed a file
-// (a tool run, a deletion, the end of a walk) must invalidate the cache.
+// (a tool run, a deletion, the end of a walk) must invalidate the cache, or forget the file if no
+// other can have changed.
 //
 // Open-addressing hash table whose entries are allocated from an arena. Belongs to one thread; only
 // StatBatch::Examine may run on a different one.
@@ -52,6 +53,10 @@ class MtimeCache {
   void Invalidate();
   // Changes with each Invalidate.
   std::uint64_t GetEpoch() const { return epoch_; }
+  // Forgets the state of one file, which is not part of an unfinished batch.
+  void Forget(std::string_view path);
+  // Changes with each Invalidate and each Forget.
+  std::uint64_t GetChangeCount() const { return changes_; }
 
  private:
   // A cache entry, allocated together with its null-terminated path.
@@ -84,6 +89,7 @@ class MtimeCache {
   FileSystem& files_;
   std::shared_ptr<Store> store_ = std::make_shared<Store>();
   std::uint64_t epoch_ = 1;
+  std::uint64_t changes_ = 1;
 };
 
 // A batch of files to be queried together, on a thread chosen by the caller.

@@ -63,10 +63,10 @@ StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayStat, bool& hasMis
   return records_.Shadows().Find(bound->record);
 }
 
-// Checks folders once per epoch of the file times.
+// Checks folders again after each tool, which may have created a file.
 bool RecordCheck::AreFoldersUnchanged(const BuildRecord& record) {
   if (record.folders == 0) return true;
-  if (std::exchange(folderEpoch_, times_.GetEpoch()) != times_.GetEpoch()) {
+  if (std::exchange(folderChanges_, times_.GetChangeCount()) != times_.GetChangeCount()) {
     records_.Shadows().Invalidate();
   }
   return records_.Shadows().AreUnchanged(record);
@@ -78,11 +78,11 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node) {
   return hasRecord ? CheckCommand(node, *bound) : StaleVerdict();
 }
 
-// A command that depends on the spelling of names on disk is verified again in each epoch.
+// A command that depends on the spelling of names on disk is verified again after each tool.
 bool RecordCheck::IsCommandVerified(const BuildRecords::Bound& bound) const {
   if (bound.verifiedCommand != commands_.GetGeneration()) return false;
   return records_.RecordOf(bound).signature != BuildRecord::kNoSignature ||
-         bound.verifiedEpoch == times_.GetEpoch();
+         bound.verifiedChanges == times_.GetChangeCount();
 }
 
 // Compares the command lines themselves only if one of their inputs has changed. Without option
@@ -98,7 +98,7 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node, BuildRecords::Bound
     if (record.signature != BuildRecord::kNoSignature) records_.SetSignature(bound, signature);
   }
   bound.verifiedCommand = commands_.GetGeneration();
-  bound.verifiedEpoch = times_.GetEpoch();
+  bound.verifiedChanges = times_.GetChangeCount();
   return {};
 }
 

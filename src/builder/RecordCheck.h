@@ -58,7 +58,7 @@ class RecordCheck {
   ToolCommands& commands_;
   FileSystem& files_;
   MtimeCache& times_;
-  std::uint64_t folderEpoch_ = 0;  // epoch of the last check of folders
+  std::uint64_t folderChanges_ = 0;  // change count of the file times at the last check of folders
   // Cache of RequestStat by version number, valid for one epoch and one loaded journal.
   std::vector<const MtimeCache::Entry*> entries_;
   std::uint64_t looksEpoch_ = 0;

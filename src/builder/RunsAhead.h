@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "builder/OutputGuard.h"
 #include "builder/RunSnapshot.h"
 #include "project/NodeTypes.h"
 
@@ -22,6 +23,8 @@ struct RunAhead {
   std::string options;
   RunSnapshot snapshot;    // must be taken around the run
   bool isStarted = false;  // set by the caller of the walk
+  std::vector<NamedOutput> outputs = {};
+  bool writesOnlyOutputs = false;
 };
 
 // The window of a build walk's lookahead: which nodes come next, and which of their tools have been

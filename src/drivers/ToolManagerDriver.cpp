@@ -45,6 +45,12 @@ std::string CToolManagerDriver::GetAccess(TextArgument tool, TextArgument files,
   return InvokeText(TARN_TOOL_GET_ACCESS, {tool, files, options});
 }
 
+std::string CToolManagerDriver::GetRunFiles(TextArgument tool, TextArgument files,
+                                            TextArgument options) {
+  std::string found = InvokeText(TARN_TOOL_GET_RUN_FILES, {tool, files, options});
+  return found.empty() ? GetAccess(tool, files, options) : found;
+}
+
 std::int32_t CToolManagerDriver::GetJobs() {
   return InvokeLong(TARN_TOOL_GET_JOBS, {});
 }

@@ -45,6 +45,8 @@ class CToolManagerDriver : public COleDispatchDriver {
   // TrustRequest), "program", "write" and "maybe" (paths). Returns an empty string if the component
   // doesn't support this.
   std::string GetAccess(TextArgument tool, TextArgument files, TextArgument options);
+  // Same without code and programs. Returns GetAccess() if the component doesn't support this.
+  std::string GetRunFiles(TextArgument tool, TextArgument files, TextArgument options);
 
   // Early runs, optional as well: a component without them returns 0 from each function, and every
   // tool runs when RunTool() requests it.

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "builder/BuildFixture.h"
+#include "platform/files/FileTexts.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -102,6 +103,30 @@ TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
   EXPECT_THAT(examined, ElementsAre("examine /p/a.c", "examine /p/a.h", "examine /p/a.o",
                                     "examine /p/b.c", "examine /p/b.o", "examine /p/c.c",
                                     "examine /p/c.o", "examine /p/demo.elf"));
+}
+
+TEST(Build, OnlyTheOutputsOfAToolThatWritesNothingElseAreExaminedAgain) {
+  const std::pair<std::vector<FileText>, bool> rows[] = {
+      {{{"end", ""}}, false},
+      {{{"nothing-else", "yes"}, {"search", "/usr/include"}}, true},
+      {{{"nothing-else", "yes"}, {"search", "/p"}}, false},  // headers, too
+  };
+  for (const auto& [access, isOnce] : rows) {
+    BuildFixture world;
+    world.components.Tools().runFiles = JoinFileTexts(access);
+    world.Open();
+    world.Build(kWorkerBuildAll);
+    world.Touch("/p/a.c");
+    world.TakeRuns();
+    world.disk.TakeOperations();
+    world.Build(kWorkerBuildAll);
+    EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "ld a.o b.o c.o"));
+    const std::vector<std::string> examined = world.disk.Operations("examine");
+    EXPECT_EQ(std::count(examined.begin(), examined.end(), "examine /p/c.c") == 1, isOnce);
+    world.Touch("/p/c.c");
+    world.Build(kWorkerBuildAll);
+    EXPECT_THAT(world.TakeRuns(), ElementsAre("cc c.c", "ld a.o b.o c.o"));
+  }
 }
 
 // Otherwise adding a file to a large application would check all its other files.

@@ -218,6 +218,7 @@ const DispatchTable<FakeToolManager>& FakeToolManager::Table() {
       Method<&Fake::InitTools>("InitTools", TARN_TOOL_INIT_TOOLS, {}),
       Method<&Fake::GetToolsForExtension>("GetToolsForExtension", TARN_TOOL_GET_TOOLS_FOR_EXTENSION,
                                           {}),
+      Method<&Fake::GetRunFiles>("GetRunFiles", TARN_TOOL_GET_RUN_FILES, {}),
   });
   return table;
 }

@@ -122,11 +122,13 @@ class FakeToolManager : public RecordingObject<FakeToolManager> {
   std::function<std::int32_t(const ToolRun& run)> onRun;
   // Results of GetToolsForExtension by extension; `tools[""]` is the fallback.
   std::map<std::string, std::string> tools;
+  std::string runFiles;  // result of GetRunFiles
 
   std::int32_t RunTool(const char* tool, const char* files, const char* options,
                        const char* messageFile);
   std::int32_t InitTools(const char*, const char*, std::int32_t) { return 1; }
   std::string GetToolsForExtension(const char* extension);
+  std::string GetRunFiles(const char*, const char*, const char*) { return runFiles; }
 };
 
 // One fake of each kind, returned by every CreateInstance of its class.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "platform/files/FileTexts.h"
+#include "platform/files/TrustRequest.h"
 #include "platform/text/Text.h"
 #include "support/TestEnvironment.h"
 #include "tests/components/tools/FakeLauncher.h"
@@ -193,6 +195,38 @@ TEST(CommandLine, TheMapOfThePreviousLinkNamesNoInputs) {
     const std::string options = tools.values.ToText();
     const std::string access = tools.manager->GetAccess("t", "\"a.o\"", options.c_str());
     EXPECT_EQ(access.find("/p/one.a") != std::string::npos, isInput) << arguments << access;
+  }
+}
+
+TEST(CommandLine, TheFilesOfARunAreItsAccessesWithoutCode) {
+  const struct {
+    const char* arguments;
+    bool writesNothingElse;
+  } rows[] = {{"a.o -o x.elf", true}, {"-Map=x.map -fplugin=x.so", true}, {"-save-temps", false}};
+  ToolManagerFixture tools(OneTool(
+      R"~(Output="out.elf" Early="Yes" Writes="-o;-Map" Loads="-fplugin=" Strays="-save-temps" )~"
+      R"~(Carries=".gnu.lto_ .opts"><Step Program="ld"><Arg V="$(X.Args)" Words="Yes"/></Step>)~"));
+  tools.disk.AddFile("/p/a.o", "!<arch>\n.gnu.lto_");
+  for (const auto& [arguments, writesNothingElse] : rows) {
+    SCOPED_TRACE(arguments);
+    tools.values.Put("", "X", "Args", arguments);
+    const std::string options = tools.values.ToText();
+    auto all = SplitFileTexts(tools.manager->GetAccess("t", "\"a.o\"", options.c_str())).value();
+    tools.disk.TakeOperations();
+    const auto files =
+        SplitFileTexts(tools.manager->GetRunFiles("t", "\"a.o\"", options.c_str())).value();
+    EXPECT_TRUE(tools.disk.Operations("read").empty());
+    const auto hasEntry = [](const auto& list, const std::string& kind) {
+      return std::any_of(list.begin(), list.end(),
+                         [&](const FileText& each) { return each.path == kind; });
+    };
+    EXPECT_TRUE(hasEntry(all, "program"));
+    EXPECT_EQ(hasEntry(files, "nothing-else"), writesNothingElse);
+    std::erase_if(all, [](const FileText& each) {
+      const bool isRequest = each.path != "write" && FindTrustRequestKind(each.path).has_value();
+      return isRequest || each.path == "program";
+    });
+    EXPECT_EQ(JoinFileTexts(all), JoinFileTexts(files));
   }
 }
 
