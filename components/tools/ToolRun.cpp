@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <set>
 
 #include "components/tools/CdbSymbols.h"
 #include "components/tools/CommandHash.h"
@@ -106,8 +107,9 @@ bool ToolRun::Prepare() {
   std::vector<std::string> written{plan_.outputOnDisk, plan_.listing, plan_.rules,
                                    plan_.furtherRules, plan_.globals};
   written.insert(written.end(), plan_.products.begin(), plan_.products.end());
-  for (const std::string& path : written) {
-    const std::string folder = FolderOf(path);
+  std::set<std::string> folders;
+  for (const std::string& path : written) folders.insert(FolderOf(path));
+  for (const std::string& folder : folders) {
     if (folder.empty()) continue;
     const Status made = world_.files->CreateNamedFolders(folder);
     if (!made) {
