@@ -63,14 +63,13 @@ std::string DescribeNoFiles(const ToolInvocation& job) {
 }  // namespace
 
 ToolRun::ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools,
-                 HelperFinder& helperFinder, const ToolDefinition& definition,
-                 const ToolInvocation& toolJob, std::size_t mostMessages)
+                 HelperFinder& helperFinder, const PlannedRun& planned, std::size_t mostMessages)
     : world_(machine),
       running_(runningTools),
       helpers_(helperFinder),
-      tool_(definition),
-      job_(toolJob),
-      plan_(MakePlan(definition, toolJob)),
+      tool_(*planned.definition),
+      job_(planned.owned.job),
+      plan_(planned.plan),
       log_(mostMessages) {}
 
 bool ToolRun::Run() {
