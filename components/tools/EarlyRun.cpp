@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "components/tools/RunAccess.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -27,35 +26,23 @@ std::vector<std::string> WrittenBy(const ToolPlan& plan) {
 }  // namespace
 
 EarlyRun::EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
-                   std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
-                   std::unique_ptr<const OwnedJob> job, std::size_t mostMessages)
+                   std::unique_ptr<PlannedRun> run, std::size_t mostMessages)
     : world_(machine),
-      definition_(std::move(toolDefinition)),
-      key_(std::move(runKey)),
-      owned_(std::move(job)),
-      run_(machine, running_, helpers, *definition_, owned_->job, mostMessages),
+      planned_(std::move(run)),
+      run_(machine, running_, helpers, *planned_, mostMessages),
       most_(mostMessages),
-      claims_(WrittenBy(run_.Plan())) {
+      claims_(WrittenBy(planned_->plan)) {
   // Compilers derive the names of by-products from that of the output.
-  claims_.push_back(WithoutExtension(run_.Plan().outputOnDisk));
+  claims_.push_back(WithoutExtension(Plan().outputOnDisk));
   run_.ListInputsOnError();
 }
 
-std::string EarlyRun::KeyOf(const char* tool, const char* files, const char* options) {
-  std::string key;
-  for (const char* text : {tool, files, options}) {
-    key += OrEmpty(text);
-    key += '\0';
-  }
-  return key;
-}
-
 bool EarlyRun::MayRunEarly() const {
-  const ToolPlan& plan = run_.Plan();
-  const bool isPlain = definition_->isEarly && plan.problems.empty() &&
+  const ToolPlan& plan = Plan();
+  const bool isPlain = planned_->definition->isEarly && plan.problems.empty() &&
                        !plan.outputOnDisk.empty() && !plan.rules.empty() && !plan.commands.empty();
-  if (!isPlain || owned_->job.files.size() != 1 || !owned_->job.repeated.empty()) return false;
-  const RunAccess access = FindRunFiles(world_, *definition_, plan, owned_->job);
+  if (!isPlain || Job().files.size() != 1 || !Job().repeated.empty()) return false;
+  const RunAccess& access = planned_->FindFiles();
   // A flag that follows a flag that names a file counts as a name, too.
   const auto isDeclared = [this](const FileWrite& each) {
     return !each.isCertain || Contains(claims_, each.path) ||
@@ -80,7 +67,7 @@ bool EarlyRun::IsValid(std::size_t mostMessages) {
   // With a different limit, the run might have retained different messages.
   const bool isLimited = run_.GetLog().GetRetained() >= std::min(most_, mostMessages);
   if (most_ != mostMessages && isLimited) return false;
-  std::vector<std::string> read = owned_->job.files;
+  std::vector<std::string> read = Job().files;
   read.insert(read.end(), inputs->dependencies.begin(), inputs->dependencies.end());
   const bool isUnchanged = std::all_of(
       read.begin(), read.end(), [this](const std::string& path) { return IsUnchanged(path); });
@@ -111,7 +98,7 @@ bool EarlyRun::IsShadowed(const std::vector<std::string>& read) const {
   for (const std::string& folder : folders) {
     const auto status = world_.files->ExamineFolder(folder);
     if (!status || status->changed < run_.GetStartTime()) continue;
-    const bool isOwn = isIn(run_.Plan().outputOnDisk, folder);
+    const bool isOwn = isIn(Plan().outputOnDisk, folder);
     for (const std::string& path : read) {
       if (!isOwn && isIn(path, folder)) return true;
       for (const std::string& other : folders) {

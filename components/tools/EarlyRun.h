@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "components/tools/OwnedJob.h"
+#include "components/tools/PlannedRun.h"
 #include "components/tools/RunEvents.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolRun.h"
@@ -17,17 +17,13 @@ namespace tarn::tools {
 // may be executed on any thread, by one at a time.
 class EarlyRun {
  public:
-  // `machine` and `helpers` are borrowed. `runKey` is KeyOf() the arguments that the job was made
-  // from.
-  EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers,
-           std::shared_ptr<const ToolDefinition> toolDefinition, std::string runKey,
-           std::unique_ptr<const OwnedJob> job, std::size_t mostMessages);
+  // `machine` and `helpers` are borrowed. `run` must have a definition.
+  EarlyRun(const ToolEnvironment& machine, HelperFinder& helpers, std::unique_ptr<PlannedRun> run,
+           std::size_t mostMessages);
   EarlyRun(const EarlyRun&) = delete;
   EarlyRun& operator=(const EarlyRun&) = delete;
 
-  // Identifies the tool, the files and the options of a run.
-  static std::string KeyOf(const char* tool, const char* files, const char* options);
-  const std::string& Key() const { return key_; }
+  const std::string& Key() const { return planned_->key; }
 
   // Returns true if the run's result can't depend on when it runs, apart from changes that IsValid
   // detects: the definition permits early runs of the tool, its inputs are reported, and it writes
@@ -51,19 +47,17 @@ class EarlyRun {
   void RemoveResults() { run_.RemoveResults(); }
 
   bool HasSucceeded() const { return hasSucceeded_; }
-  const ToolInvocation& Job() const { return owned_->job; }
+  const ToolInvocation& Job() const { return planned_->owned.job; }
   ToolRun& Run() { return run_; }
   // Constant, also while the run is executed.
-  const ToolPlan& Plan() const { return run_.Plan(); }
+  const ToolPlan& Plan() const { return planned_->plan; }
 
  private:
   bool IsUnchanged(const std::string& path) const;
   bool IsShadowed(const std::vector<std::string>& read) const;
 
   const ToolEnvironment& world_;
-  const std::shared_ptr<const ToolDefinition> definition_;
-  const std::string key_;
-  const std::unique_ptr<const OwnedJob> owned_;
+  const std::unique_ptr<PlannedRun> planned_;
   RunningToolSet running_;
   ToolRun run_;
   const std::size_t most_;

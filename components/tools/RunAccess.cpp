@@ -109,16 +109,22 @@ class AccessFinder {
   // An option whose value is exactly the path takes precedence over one whose value only contains
   // its name, as in arguments.
   void NameOptions() {
-    std::vector<std::pair<std::string, std::string>> values;
+    struct Value {
+      std::string option, text, path;
+    };
+    std::vector<Value> values;
     for (const std::string& macro : OptionMacrosOf(tool_)) {
-      const std::string name = NameOfMacro(macro);
-      const std::string value = job_.values->Resolve(macro);
-      if (!value.empty() && !name.starts_with("General.")) values.emplace_back(name, value);
+      std::string name = NameOfMacro(macro);
+      if (name.starts_with("General.")) continue;
+      std::string value = job_.values->Resolve(macro);
+      if (value.empty()) continue;
+      std::string path = AbsolutePath(world_.files, job_.baseFolder, value);
+      values.push_back({std::move(name), std::move(value), std::move(path)});
     }
     for (FileWrite& each : access_.writes) {
       const std::string name = FileNameOf(each.path);
-      for (const auto& [option, value] : values) {
-        const bool isPath = AbsolutePath(world_.files, job_.baseFolder, value) == each.path;
+      for (const auto& [option, value, path] : values) {
+        const bool isPath = path == each.path;
         const bool isPart = each.option.empty() && value.find(name) != value.npos;
         if (isPath || isPart) each.option = option;
         if (isPath) break;

@@ -159,6 +159,7 @@ std::int32_t ToolManager::RefreshTools() {
   helpers_.Clear();
   {
     const std::lock_guard guard(lock_);
+    planned_.Clear();
     messagesOfBuild_ = 0;
   }
   return Reload();
@@ -245,12 +246,13 @@ std::int32_t ToolManager::SetStartLimits(std::int32_t load, std::int32_t megabyt
 }
 
 std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const char* options) {
-  auto definition = FindTool(OrEmpty(tool));
+  const auto definition = FindTool(OrEmpty(tool));
   if (!definition || !definition->isEarly) return 0;
-  auto run = std::make_unique<EarlyRun>(
-      world_, helpers_, std::move(definition), EarlyRun::KeyOf(tool, files, options),
-      std::unique_ptr<OwnedJob>(new OwnedJob(MakeJob(files, options))),
-      std::min(MostMessages(), MessageLog::kMaxOfEarlyRun));
+  std::unique_ptr<PlannedRun> planned =
+      TakePlanned(PlannedRun::KeyOf(tool, files, options), tool, files, options);
+  if (!planned->definition) return 0;
+  auto run = std::make_unique<EarlyRun>(world_, helpers_, std::move(planned),
+                                        std::min(MostMessages(), MessageLog::kMaxOfEarlyRun));
   if (events_.IsWatched()) {
     const std::string start = DescribeStart(OrEmpty(tool), files, run->Job(), run->Plan());
     run->Report(std::make_unique<RunEvents::Run>(events_, start));
@@ -259,7 +261,7 @@ std::int32_t ToolManager::PrepareTool(const char* tool, const char* files, const
 }
 
 std::int32_t ToolManager::AwaitTool(const char* tool, const char* files, const char* options) {
-  const std::string key = EarlyRun::KeyOf(tool, files, options);
+  const std::string key = PlannedRun::KeyOf(tool, files, options);
   const EarlyRun* const run = early_.Get(key);
   if (run == nullptr) return 0;
   NotifyStart(OrEmpty(tool), files, key, run->Job(), run->Plan());
@@ -282,29 +284,27 @@ std::int32_t ToolManager::WatchRuns(std::int32_t isWatched) {
 
 bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
                           ToolMessages& messages, Events& events) {
-  const std::string key = EarlyRun::KeyOf(toolName.c_str(), files, options);
+  const std::string key = PlannedRun::KeyOf(toolName.c_str(), files, options);
   if (const auto ended = early_.Take(key)) {
     events = ended->TakeEvents();
     return Deliver(*ended, toolName, files, messages);
   }
-  OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(toolName, owned.job);
-  if (!definition) {
+  const std::unique_ptr<PlannedRun> planned = TakePlanned(key, toolName.c_str(), files, options);
+  ToolInvocation& job = planned->owned.job;
+  if (!planned->definition) {
     NotifyHost(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
-    log.AddError(DescribeMissing(toolName, owned.job));
+    log.AddError(DescribeMissing(toolName, job));
     messages = log.Take();
     return false;
   }
-  if (!owned.job.repeated.empty() || owned.job.files.size() != 1) {
-    owned.job.conflicts = TakeConflicts(owned.job.repeated);
-  }
-  ToolRun run(world_, running_, helpers_, *definition, owned.job, MostMessages());
-  NotifyStart(toolName, files, key, owned.job, run.Plan());
+  if (!job.repeated.empty() || job.files.size() != 1) job.conflicts = TakeConflicts(job.repeated);
+  ToolRun run(world_, running_, helpers_, *planned, MostMessages());
+  NotifyStart(toolName, files, key, job, run.Plan());
   if (events_.IsWatched()) {
-    events = std::make_unique<RunEvents::Run>(
-        events_, DescribeStart(toolName, files, owned.job, run.Plan()));
-    if (!definition->action.empty()) {
+    events =
+        std::make_unique<RunEvents::Run>(events_, DescribeStart(toolName, files, job, run.Plan()));
+    if (!planned->definition->action.empty()) {
       run.SetOutputHandler([&events](std::string_view text) { events->AddOutput(text); });
     }
   }
@@ -318,7 +318,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (events) events->BeginRetiring();
   CountMessages(run.GetLog().GetRetained());
   messages = run.TakeMessages();
-  if (isDone) Keep(run, owned.job);
+  if (isDone) Keep(run, job);
   return isDone;
 }
 
@@ -405,8 +405,22 @@ std::shared_ptr<const ToolSet> ToolManager::Tools() {
   return tools_;
 }
 
-OwnedJob ToolManager::MakeJob(const char* files, const char* options) {
-  return OwnedJob(world_, Tools()->ConfigFolder(), files, options);
+std::unique_ptr<PlannedRun> ToolManager::Plan(const char* tool, const char* files,
+                                              const char* options) {
+  auto run = std::make_unique<PlannedRun>(world_, Tools(), tool, files, options);
+  run->definition = FindTool(OrEmpty(tool), run->owned.job);
+  if (run->definition) run->plan = MakePlan(*run->definition, run->owned.job);
+  return run;
+}
+
+std::unique_ptr<PlannedRun> ToolManager::TakePlanned(const std::string& key, const char* tool,
+                                                     const char* files, const char* options) {
+  {
+    const std::lock_guard guard(lock_);
+    auto run = planned_.Take(key, *tools_);
+    if (run) return run;
+  }
+  return Plan(tool, files, options);
 }
 
 std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& name) {
@@ -422,17 +436,16 @@ std::string ToolManager::GetToolsForExtension(const char* extension) {
 }
 
 std::string ToolManager::GetCommandLines(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) return "<Commands/>";
+  const std::unique_ptr<PlannedRun> run = Plan(tool, files, options);
+  if (!run->definition) return "<Commands/>";
   std::string macros;
-  for (const std::string& each : definition->predefined) {
+  for (const std::string& each : run->definition->predefined) {
     macros.append(macros.empty() ? "" : ";") += each;
   }
   std::string text = "<Commands";
   if (!macros.empty()) text += XmlAttribute("Predefined", macros);
   text += ">";
-  for (const ToolCommand& command : MakePlan(*definition, owned.job).commands) {
+  for (const ToolCommand& command : run->plan.commands) {
     text += CommandElement(command);
   }
   return text + "</Commands>";
@@ -440,22 +453,19 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
 
 std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
                                             const char* options) {
-  const OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) {
+  const std::unique_ptr<PlannedRun> run = Plan(tool, files, options);
+  if (!run->definition) {
     const bool isAction = Tools()->FindAction(OrEmpty(tool)) != nullptr;
-    return isAction ? DescribeMissing(tool, owned.job) + "\n" : std::string();
+    return isAction ? DescribeMissing(tool, run->owned.job) + "\n" : std::string();
   }
   std::string lines;
-  for (const std::string& each : MakePlan(*definition, owned.job).problems) lines += each + "\n";
+  for (const std::string& each : run->plan.problems) lines += each + "\n";
   return lines;
 }
 
 std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) return {};
-  return HexText(HashCommands(world_, MakePlan(*definition, owned.job)));
+  const std::unique_ptr<PlannedRun> run = Plan(tool, files, options);
+  return run->definition ? HexText(HashCommands(world_, run->plan)) : std::string();
 }
 
 std::string ToolManager::GetToolFingerprint(const char* tool) {
@@ -477,12 +487,10 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
 
 std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const char* options,
                                       const char* candidates) {
-  const OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) return {};
-  const ToolPlan plan = MakePlan(*definition, owned.job);
+  const std::unique_ptr<PlannedRun> run = Plan(tool, files, options);
+  if (!run->definition) return {};
   std::string list;
-  for (const std::string& file : FindUsedFiles(*definition, plan, owned.job.files,
+  for (const std::string& file : FindUsedFiles(*run->definition, run->plan, run->owned.job.files,
                                                SplitFileList(OrEmpty(candidates)), *world_.files)) {
     list += (list.empty() ? "\"" : ",\"") + file + '"';
   }
@@ -518,19 +526,21 @@ std::string ToolManager::MissingProgram(const char* tool) {
 }
 
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) return RunAccessText({});
-  return RunAccessText(
-      FindRunAccess(world_, *definition, MakePlan(*definition, owned.job), owned.job));
+  return FindAccess(tool, files, options, &PlannedRun::FindAccess);
 }
 
 std::string ToolManager::GetRunFiles(const char* tool, const char* files, const char* options) {
-  const OwnedJob owned = MakeJob(files, options);
-  const auto definition = FindTool(OrEmpty(tool), owned.job);
-  if (!definition) return RunAccessText({});
-  return RunAccessText(
-      FindRunFiles(world_, *definition, MakePlan(*definition, owned.job), owned.job));
+  return FindAccess(tool, files, options, &PlannedRun::FindFiles);
+}
+
+std::string ToolManager::FindAccess(const char* tool, const char* files, const char* options,
+                                    const RunAccess& (PlannedRun::*find)()) {
+  std::unique_ptr<PlannedRun> run = Plan(tool, files, options);
+  if (!run->definition) return RunAccessText({});
+  std::string text = RunAccessText((*run.*find)());
+  const std::lock_guard guard(lock_);
+  planned_.Add(std::move(run));
+  return text;
 }
 
 std::string ToolManager::ListSymbolPositions(const char* program, const char* folder) {

@@ -13,7 +13,7 @@
 #include "components/tools/EarlyRuns.h"
 #include "components/tools/HelperFinder.h"
 #include "components/tools/JobPermits.h"
-#include "components/tools/OwnedJob.h"
+#include "components/tools/PlannedRun.h"
 #include "components/tools/RunEvents.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolEnvironment.h"
@@ -104,7 +104,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Returns the candidates, a file list, that the run would read, as a file list.
   std::string GetUsedFiles(const char* tool, const char* files, const char* options,
                            const char* candidates);
-  // Returns the accesses of the run that its options cause, see RunAccess.h.
+  // Returns the accesses of the run that its options cause, see RunAccess.h. The next RunTool or
+  // PrepareTool with these arguments runs the same commands, unless definitions are loaded or
+  // refreshed before.
   std::string GetAccess(const char* tool, const char* files, const char* options);
   // Same without the code and the programs, for a project that may run anything.
   std::string GetRunFiles(const char* tool, const char* files, const char* options);
@@ -142,8 +144,14 @@ class ToolManager : public DispatchObject<ToolManager> {
                                                  const ToolInvocation& job);
   // Returns why FindTool returns nullptr.
   std::string DescribeMissing(const std::string& tool, const ToolInvocation& job);
-  // Makes a job from the arguments of RunTool.
-  OwnedJob MakeJob(const char* files, const char* options);
+  // Plans a run of the tool, without a definition if there is no such tool.
+  std::unique_ptr<PlannedRun> Plan(const char* tool, const char* files, const char* options);
+  // Keeps the planned run for the next request of it.
+  std::string FindAccess(const char* tool, const char* files, const char* options,
+                         const RunAccess& (PlannedRun::*find)());
+  // Returns the run of this key that FindAccess has kept, or else plans it.
+  std::unique_ptr<PlannedRun> TakePlanned(const std::string& key, const char* tool,
+                                          const char* files, const char* options);
   using Events = std::unique_ptr<RunEvents::Run>;
 
   // Runs the tool and appends its messages, including errors in the plan. Returns true on success.
@@ -181,6 +189,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::string folder_;  // folder of the definitions; empty before InitTools
   std::vector<std::string> furtherFolders_;
   WindowHandle frame_ = 0;
+  PlannedRuns planned_;
   std::string records_;
   std::size_t messagesOfBuild_ = 0;  // since RefreshTools, which is called before each build
   std::string notifiedKey_;          // key of the early run of whose start the frame was notified

@@ -38,8 +38,8 @@ std::string ToolManager::DescribeMissing(const std::string& tool, const ToolInvo
 
 // An action is described with the programs that it would start for these options.
 std::string ToolManager::GetActions(const char* extension, const char* files, const char* options) {
-  const OwnedJob owned = MakeJob(files, options);
   const auto set = Tools();
+  const OwnedJob owned(world_, set->ConfigFolder(), files, options);
   std::string text = "<Actions>";
   for (const ActionRule& action : set->Actions()) {
     if (!IsFor(action, OrEmpty(extension))) continue;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <deque>
+#include <set>
 
 #include "components/tools/CdbSymbols.h"
 #include "components/tools/CommandHash.h"
@@ -63,14 +64,13 @@ std::string DescribeNoFiles(const ToolInvocation& job) {
 }  // namespace
 
 ToolRun::ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools,
-                 HelperFinder& helperFinder, const ToolDefinition& definition,
-                 const ToolInvocation& toolJob, std::size_t mostMessages)
+                 HelperFinder& helperFinder, const PlannedRun& planned, std::size_t mostMessages)
     : world_(machine),
       running_(runningTools),
       helpers_(helperFinder),
-      tool_(definition),
-      job_(toolJob),
-      plan_(MakePlan(definition, toolJob)),
+      tool_(*planned.definition),
+      job_(planned.owned.job),
+      plan_(planned.plan),
       log_(mostMessages) {}
 
 bool ToolRun::Run() {
@@ -107,8 +107,9 @@ bool ToolRun::Prepare() {
   std::vector<std::string> written{plan_.outputOnDisk, plan_.listing, plan_.rules,
                                    plan_.furtherRules, plan_.globals};
   written.insert(written.end(), plan_.products.begin(), plan_.products.end());
-  for (const std::string& path : written) {
-    const std::string folder = FolderOf(path);
+  std::set<std::string> folders;
+  for (const std::string& path : written) folders.insert(FolderOf(path));
+  for (const std::string& folder : folders) {
     if (folder.empty()) continue;
     const Status made = world_.files->CreateNamedFolders(folder);
     if (!made) {

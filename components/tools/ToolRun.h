@@ -8,24 +8,23 @@
 #include <utility>
 
 #include "components/tools/BuildRecord.h"
-#include "components/tools/CommandBuilder.h"
 #include "components/tools/GlobalSymbol.h"
 #include "components/tools/HelperFinder.h"
 #include "components/tools/LargestSymbols.h"
 #include "components/tools/MessageLog.h"
 #include "components/tools/MessageReader.h"
+#include "components/tools/PlannedRun.h"
 #include "components/tools/RunningToolSet.h"
 #include "components/tools/ToolEnvironment.h"
 
 namespace tarn::tools {
 
-// One run of a tool, from its plan to its messages and its record. Used by the thread that runs it
+// One run of a planned tool, up to its messages and its record. Used by the thread that runs it
 // only. Borrows its arguments, which must outlive it.
 class ToolRun {
  public:
   ToolRun(const ToolEnvironment& machine, RunningToolSet& runningTools, HelperFinder& helperFinder,
-          const ToolDefinition& definition, const ToolInvocation& toolJob,
-          std::size_t mostMessages);
+          const PlannedRun& planned, std::size_t mostMessages);
 
   const ToolPlan& Plan() const { return plan_; }
 
@@ -112,7 +111,7 @@ class ToolRun {
   HelperFinder& helpers_;
   const ToolDefinition& tool_;
   const ToolInvocation& job_;
-  ToolPlan plan_;
+  const ToolPlan& plan_;
   MessageLog log_;
   OutputHandler onOutput_;
   std::string captured_;

@@ -1,5 +1,7 @@
 #include "components/values/OptionValues.h"
 
+#include <algorithm>
+
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -8,19 +10,15 @@ namespace {
 
 constexpr std::size_t kLayers = 3;
 
-void AppendFolded(std::string& to, std::string_view text) {
-  for (const char c : text) {
-    to += c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  }
-  to += '\n';
-}
-
 std::string KeyOf(std::string_view set, std::string_view section, std::string_view property) {
-  std::string key;
-  key.reserve(set.size() + section.size() + property.size() + 3);
-  AppendFolded(key, set);
-  AppendFolded(key, section);
-  AppendFolded(key, property);
+  std::string key(set.size() + section.size() + property.size() + 3, '\n');
+  auto to = key.begin();
+  for (const std::string_view text : {set, section, property}) {
+    to = std::transform(text.begin(), text.end(), to, [](char c) {
+      return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+    });
+    ++to;
+  }
   return key;
 }
 
@@ -32,6 +30,9 @@ bool IsConfigName(std::string_view set, std::string_view section, std::string_vi
 
 OptionValues OptionValues::FromText(std::string_view text) {
   OptionValues values;
+  constexpr std::size_t kBytesPerValue = 64;  // few have less
+  values.entries_.reserve(text.size() / kBytesPerValue);
+  values.index_.reserve(text.size() / kBytesPerValue);
   ReadValuesXml(text, values);
   return values;
 }

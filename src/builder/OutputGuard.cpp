@@ -116,14 +116,16 @@ std::vector<std::string> FindAccessed(const std::string& access, std::string_vie
 std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {
   const std::string& path = output.path;
   const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
-  if (const std::string own = WhyOwn(output); !own.empty()) return own;
+  const bool isLink = IsLink(path);
+  if (const std::string own = WhyOwn(output, isLink); !own.empty()) return own;
   // A tool would create the file that a dangling link points to.
-  if (!status && !model_.GetFiles().ExamineLink(path)) return {};
-  const bool isRefused = model_.Protection().GetTrust().IsWithheld() && LocationOf(path).isOutside;
+  if (!status && !isLink) return {};
+  const bool isOutside = LocationOf(path, isLink).isOutside;
+  const bool isRefused = model_.Protection().GetTrust().IsWithheld() && isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
   const char* const needed = status ? FindReason(path, *status) : nullptr;
   if (needed != nullptr && !IsGenerated(node, path, needed)) return Describe(output, needed);
-  if (!isRefused && (model_.Protection().MayWriteOutside() || !LocationOf(path).isOutside)) {
+  if (!isRefused && (model_.Protection().MayWriteOutside() || !isOutside)) {
     const bool isUnmade = status && !HasRecord(node, path);
     const char* const reason = isUnmade ? FindUnmadeReason(node, output) : nullptr;
     return reason == nullptr ? std::string() : Describe(output, reason);
@@ -135,18 +137,25 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
 }
 
 std::string OutputGuard::WhyOwn(const NamedOutput& output) {
-  const char* const reason = FindOwnReason(output.path);
+  return WhyOwn(output, IsLink(output.path));
+}
+
+std::string OutputGuard::WhyOwn(const NamedOutput& output, bool isLink) {
+  const char* const reason = FindOwnReason(output.path, isLink);
   if (reason == nullptr || model_.GetFiles().IsFolder(output.path)) return {};
   const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(output.path);
   const bool isProjects = status && FindReason(output.path, *status) == kIsProjectFile;
   return Describe(output, isProjects ? kIsProjectFile : reason);
 }
 
-const char* OutputGuard::FindOwnReason(const std::string& path) {
-  FileSystem& files = model_.GetFiles();
+bool OutputGuard::IsLink(const std::string& path) const {
+  return model_.GetFiles().ExamineLink(path).has_value();
+}
+
+const char* OutputGuard::FindOwnReason(const std::string& path, bool isLink) {
   if (HasOwnName(path)) return kIsOwn;
-  if (files.ExamineLink(path) && HasOwnName(files.ResolveLinks(path))) return kIsOwn;
-  const Location place = LocationOf(path);
+  if (isLink && HasOwnName(model_.GetFiles().ResolveLinks(path))) return kIsOwn;
+  const Location place = LocationOf(path, isLink);
   if (place.isControl || IsControlPath(path)) return kIsControl;
   return place.isState ? kIsState : nullptr;
 }
@@ -199,10 +208,10 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
 bool OutputGuard::IsUnchangedProduct(BuildRecord::Number version) {
   const std::string path(records_.Store().PathOf(version));
   const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
-  const bool isSame = status && !model_.GetFiles().ExamineLink(path) &&
-                      IsSameVersion(records_.Store().Version(version).status, *status);
-  return isSame && FindReason(path, *status) == nullptr && FindOwnReason(path) == nullptr &&
-         (!LocationOf(path).isOutside || !model_.Protection().GetTrust().IsWithheld());
+  const bool isSame =
+      status && !IsLink(path) && IsSameVersion(records_.Store().Version(version).status, *status);
+  return isSame && FindReason(path, *status) == nullptr && FindOwnReason(path, false) == nullptr &&
+         (!LocationOf(path, false).isOutside || !model_.Protection().GetTrust().IsWithheld());
 }
 
 std::vector<OutputGuard::Removed> OutputGuard::FindRemoved(const CXmlNode& application) {
@@ -293,7 +302,7 @@ bool OutputGuard::LooksLikeProduct(const CXmlNode& node, const NamedOutput& outp
   return text && !IsText(*text);
 }
 
-OutputGuard::Location OutputGuard::LocationOf(const std::string& path) {
+OutputGuard::Location OutputGuard::LocationOf(const std::string& path, bool isLink) {
   FileSystem& files = model_.GetFiles();
   const auto find = [&](const std::string& place) {
     bool isState = false;
@@ -304,7 +313,7 @@ OutputGuard::Location OutputGuard::LocationOf(const std::string& path) {
                     IsControlPath(files.ResolveLinks(place))};
   };
   // Deleting a link removes the link itself, but a tool writes through it.
-  if (files.ExamineLink(path)) return find(path);
+  if (isLink) return find(path);
   const auto [known, isNew] = folders_.try_emplace(FolderOf(path));
   if (isNew) known->second = find(known->first);
   return known->second;

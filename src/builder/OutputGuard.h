@@ -82,8 +82,11 @@ class OutputGuard {
   bool IsMade(const CXmlNode& node, const std::string& path, const FileStatus& status) const;
   // Returns true if any recorded run made a file of this name.
   bool IsRecorded(std::string_view path) const;
-  Location LocationOf(const std::string& path);
-  const char* FindOwnReason(const std::string& path);
+  // `isLink`: the path is that of a symbolic link.
+  Location LocationOf(const std::string& path, bool isLink);
+  std::string WhyOwn(const NamedOutput& output, bool isLink);
+  const char* FindOwnReason(const std::string& path, bool isLink);
+  bool IsLink(const std::string& path) const;
   // Fills in the reasons for the files of a subtree; linear in its size.
   void Collect(const CXmlNode& node, const std::string& folder);
   void Protect(const char* path, const std::string& folder, const char* reason);

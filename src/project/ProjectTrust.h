@@ -33,6 +33,10 @@ class ProjectTrust {
   bool RefusesWrite(const std::string& path) const;
   // Returns true if trust is withheld and the program or script at `path` is inside the folder.
   bool RefusesProgram(const std::string& path) const;
+  // Return the first of the files that is refused; nullptr if there is none. Each path is exactly
+  // the name that would be written, and each folder of these is examined once.
+  const std::string* FindRefusedWrite(const std::vector<std::string>& paths) const;
+  const std::string* FindRefusedProgram(const std::vector<std::string>& paths) const;
 
   // Returns the request to write or delete a path. Its subject includes the link through which the
   // path leaves the folder.

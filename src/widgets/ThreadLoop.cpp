@@ -64,9 +64,8 @@ bool ThreadLoop::Enqueue(Call& call) {
     const std::lock_guard guard(lock_);
     if (closed_) return false;
     calls_.push_back(&call);
-    changed_.notify_all();
   }
-  NotifyOtherLoop();
+  NotifyChange();
   return true;
 }
 
@@ -121,8 +120,10 @@ void ThreadLoop::Run(Call& call) {
 void ThreadLoop::Finish(Call& call, CallState state) {
   // The record may be destroyed as soon as its state is visible.
   const std::shared_ptr<ThreadLoop> caller = call.caller;
-  const std::lock_guard guard(caller->lock_);
-  call.state = state;
+  {
+    const std::lock_guard guard(caller->lock_);
+    call.state = state;
+  }
   caller->changed_.notify_all();
 }
 
@@ -253,7 +254,9 @@ void ThreadLoop::SetWakeHandler(std::function<void()> wake) {
   wakeHandler_.swap(wake);
 }
 
-void ThreadLoop::NotifyOtherLoop() {
+// Called without the lock, for which the thread that wakes up would have to wait at once.
+void ThreadLoop::NotifyChange() {
+  changed_.notify_all();
   const std::lock_guard guard(wakeLock_);
   if (wakeHandler_) wakeHandler_();
 }
@@ -270,9 +273,8 @@ void ThreadLoop::Wake() {
   {
     const std::lock_guard guard(lock_);
     woken_ = true;
-    changed_.notify_all();
   }
-  NotifyOtherLoop();
+  NotifyChange();
 }
 
 bool ThreadLoop::Post(WindowHandle window, std::uint32_t message, std::intptr_t wParam,
@@ -281,9 +283,8 @@ bool ThreadLoop::Post(WindowHandle window, std::uint32_t message, std::intptr_t 
     const std::lock_guard guard(lock_);
     if (closed_) return false;
     messages_.push_back({window, message, wParam, lParam});
-    changed_.notify_all();
   }
-  NotifyOtherLoop();
+  NotifyChange();
   return true;
 }
 
@@ -300,9 +301,8 @@ void ThreadLoop::SetTimer(WindowHandle window, std::int32_t id, std::chrono::mil
     if (closed_) return;
     std::swap(timers_[{window, id}], timer);
     woken_ = true;
-    changed_.notify_all();
   }
-  NotifyOtherLoop();
+  NotifyChange();
 }
 
 void ThreadLoop::KillTimer(WindowHandle window, std::int32_t id) {

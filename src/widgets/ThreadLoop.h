@@ -97,7 +97,8 @@ class ThreadLoop final : public MessageLoop {
   bool ServeOrSleep(bool (ThreadLoop::*serve)(), const std::function<bool()>& done,
                     std::chrono::milliseconds limit, bool onlyCalls);
   void Sleep(Clock::time_point limit, bool onlyCalls);
-  void NotifyOtherLoop();
+  // Wakes this thread up, also from the loop of another toolkit.
+  void NotifyChange();
   Clock::time_point TimerNow() const { return timerClock_ ? timerClock_() : Clock::now(); }
 
   // Guards all members down to `closed`, except where noted. Never held while foreign code runs.

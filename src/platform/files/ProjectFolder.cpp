@@ -4,8 +4,10 @@
 
 namespace tarn {
 
-bool LeadsInto(FileSystem& files, const std::string& folder, const std::string& path) {
-  const std::string root = files.ResolveLinks(folder);
+namespace {
+
+// Like LeadsInto(), for a folder without symbolic links in its path.
+bool LeadsIntoReal(FileSystem& files, const std::string& root, const std::string& path) {
   std::string rest;
   std::string there = files.Canonical(path);
   while (!files.Exists(there)) {
@@ -20,8 +22,18 @@ bool LeadsInto(FileSystem& files, const std::string& folder, const std::string& 
   return target == root || target.starts_with(AddSeparator(root));
 }
 
+}  // namespace
+
+bool LeadsInto(FileSystem& files, const std::string& folder, const std::string& path) {
+  return LeadsIntoReal(files, files.ResolveLinks(folder), path);
+}
+
 ProjectFolder::ProjectFolder(FileSystem& fileSystem, const std::string& projectPath)
-    : files_(fileSystem), folder_(FolderOf(projectPath)) {}
+    : files_(fileSystem), root_(fileSystem.ResolveLinks(FolderOf(projectPath))) {}
+
+bool ProjectFolder::Holds(const std::string& path) const {
+  return LeadsIntoReal(files_, root_, path);
+}
 
 std::string ProjectFolder::DescribeWayOut(const std::string& path) const {
   const std::string whole = files_.Canonical(path);

@@ -12,14 +12,15 @@ namespace tarn {
 bool LeadsInto(FileSystem& files, const std::string& folder, const std::string& path);
 
 // The folder of a project, in which Tarn may write without the user's consent. Borrows the file
-// system and queries it on each call. Thread-safe.
+// system and queries it on each call, except for where the folder itself is, which is resolved when
+// the object is created. Thread-safe.
 class ProjectFolder {
  public:
   // `projectPath` is the absolute path of the project file.
   ProjectFolder(FileSystem& fileSystem, const std::string& projectPath);
 
   // Returns whether the absolute `path` ends up in the folder.
-  bool Holds(const std::string& path) const { return LeadsInto(files_, folder_, path); }
+  bool Holds(const std::string& path) const;
   // Describes the link inside the folder through which `path` leaves it: "the link /p/build leads
   // to /x". Returns an empty string if there is none.
   std::string DescribeWayOut(const std::string& path) const;
@@ -29,7 +30,7 @@ class ProjectFolder {
 
  private:
   FileSystem& files_;
-  std::string folder_;
+  std::string root_;
 };
 
 }  // namespace tarn

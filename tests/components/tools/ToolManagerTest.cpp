@@ -262,6 +262,7 @@ TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
 TEST(ToolManager, EditedDefinitionsTakeEffectWhenTheyAreRefreshed) {
   ToolManagerFixture tools(R"(<T><Tool Name="a"><Step Program="old"/></Tool></T>)");
   EXPECT_EQ(tools.manager->RefreshTools(), 0);
+  static_cast<void>(tools.manager->GetAccess("a", "", tools.values.ToText().c_str()));
   // The same size, and written in the same second.
   tools.disk.AddFile("/app/config/tools/test.tools",
                      R"(<T><Tool Name="a"><Step Program="new"/></Tool></T>)");
@@ -271,6 +272,32 @@ TEST(ToolManager, EditedDefinitionsTakeEffectWhenTheyAreRefreshed) {
   EXPECT_EQ(tools.manager->RefreshTools(), 0);
   EXPECT_TRUE(tools.Run("a", "") && tools.Run("b", ""));
   EXPECT_EQ(StartedLines(tools.launcher), "new\nb\n");
+}
+
+TEST(ToolManager, TheRunWhoseAccessWasCheckedIsTheOneThatRuns) {
+  ToolManagerFixture tools(R"~(<T><Tool Name="a"><Step Program="p" Launcher="">)~"
+                           R"~(<Arg V="$(X.Y)"/></Step></Tool></T>)~");
+  const auto check = [&] {
+    static_cast<void>(tools.manager->GetAccess("a", "", tools.values.ToText().c_str()));
+  };
+  const auto run = [&] {
+    tools.launcher.started.clear();
+    EXPECT_TRUE(tools.Run("a", ""));
+    return StartedLines(tools.launcher);
+  };
+  tools.values.Put("", "X", "Y", "one");
+  check();
+  tools.environmentLauncher = "late";
+  EXPECT_EQ(run(), "p one\n");
+  EXPECT_EQ(run(), "late p one\n");
+  // Others are not affected, neither those with other arguments nor those of the next build.
+  check();
+  tools.environmentLauncher = "";
+  tools.values.Put("", "X", "Y", "two");
+  EXPECT_EQ(run(), "p two\n");
+  tools.values.Put("", "X", "Y", "one");
+  tools.manager->RefreshTools();
+  EXPECT_EQ(run(), "p one\n");
 }
 
 TEST(ToolManager, MissingProgramNamesTheFirstThatIsNeeded) {

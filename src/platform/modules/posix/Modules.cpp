@@ -63,9 +63,12 @@ std::string ModulePathOf(const void* address) {
 }
 
 std::string ModuleFolder() {
-  const std::string path = ModulePathOf(reinterpret_cast<const void*>(&ModuleFolder));
-  const auto slash = path.rfind('/');
-  return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
+  static const std::string folder = [] {
+    const std::string path = ModulePathOf(reinterpret_cast<const void*>(&ModuleFolder));
+    const auto slash = path.rfind('/');
+    return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
+  }();
+  return folder;
 }
 
 std::string ModuleFileName(const std::string& name) {
