@@ -9,6 +9,7 @@
 #include <tarn/commands.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -113,9 +114,10 @@ void Publisher::PublishPath(CXmlNode& node) {
   const std::string base = paths_.PathBaseOf(node);
   std::string full;
   paths_.MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
-  // Settles most nodes with a single query.
-  const bool isExact = files_.ExamineExactly(full).has_value();
-  if (!isExact && !files_.Exists(full)) {
+  // Settles most nodes with a single query, the same one as a build's.
+  const std::optional<FileStatus> status = files_.Examine(full);
+  const bool isExact = status && !status->otherSpelling;
+  if (!status && !files_.Exists(full)) {
     const std::string fileName = FileNameOf(path);
     const std::string folders =
         services_.propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
