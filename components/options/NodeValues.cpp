@@ -50,7 +50,8 @@ void NodeValues::SetConfig(std::string_view name) {
 bool NodeValues::ReadText(std::string_view text) {
   if (!HasRoot(text, "Values")) return false;
   if (!hasPending_ && ownKeys_.empty() && below_ == nothing_ && ownSet_ == 0) {
-    pending_ = text;
+    known_ = valuesCache_.Find(text);
+    if (known_ == nullptr) pending_ = text;
     hasPending_ = true;
     return true;
   }
@@ -59,10 +60,15 @@ bool NodeValues::ReadText(std::string_view text) {
   return true;
 }
 
+std::shared_ptr<ParsedValues> NodeValues::ParsePending() {
+  if (known_ != nullptr) return known_;
+  return valuesCache_.Get(pending_, [&] { return ParseValues(pending_, keys_); });
+}
+
 void NodeValues::Settle() {
   if (!hasPending_) return;
   hasPending_ = false;
-  const auto parsed = valuesCache_.Get(pending_, [&] { return ParseValues(pending_, keys_); });
+  const auto parsed = ParsePending();
   ownSet_ = parsed->ownSet;
   below_ = parsed->below;
   applied_ = parsed->applied;
@@ -181,7 +187,7 @@ void NodeValues::ApplySome(const StoredOptions& options, std::string_view forCon
 
 std::shared_ptr<const Snapshot> NodeValues::InheritedOfChildren() {
   if (hasPending_) {
-    const auto parsed = valuesCache_.Get(pending_, [&] { return ParseValues(pending_, keys_); });
+    const auto parsed = ParsePending();
     if (parsed->asInherited == nullptr) {
       parsed->asInherited =
           Flatten(keys_, parsed->ownSet, parsed->own.All(), parsed->applied, *parsed->below);

@@ -110,6 +110,7 @@ class NodeValues : private MacroSource {
 
   // Parses the pending values text, if there is one.
   void Settle();
+  std::shared_ptr<ParsedValues> ParsePending();
   // Starts a level without own values. Keeps the memory of the slots.
   void NewLevel(std::shared_ptr<const Snapshot> inherited);
   void Merge(const ParsedValues& parsed);
@@ -128,7 +129,8 @@ class NodeValues : private MacroSource {
   std::string configFolder_;
 
   bool hasPending_ = false;
-  std::string pending_;  // a values text that has not been parsed yet
+  std::shared_ptr<ParsedValues> known_;  // the pending values, if their text was parsed before
+  std::string pending_;                  // otherwise, a values text that has not been parsed yet
   SetId ownSet_ = 0;
   std::uint32_t level_ = 1;
   std::vector<Slot> slots_;     // by key

@@ -75,14 +75,19 @@ class TextCache {
  public:
   explicit TextCache(std::size_t size) : limit_(size) {}
 
-  template <class Make>
-  std::shared_ptr<Parsed> Get(std::string_view text, Make make) {
+  // Returns nullptr if the text isn't among them.
+  std::shared_ptr<Parsed> Find(std::string_view text) {
     for (std::size_t i = 0; i < entries_.size(); ++i) {
       if (entries_[i]->text != text) continue;
       std::shared_ptr<Parsed> found = entries_[i];
       for (; i > 0; --i) entries_[i].swap(entries_[i - 1]);
       return found;
     }
+    return nullptr;
+  }
+  template <class Make>
+  std::shared_ptr<Parsed> Get(std::string_view text, Make make) {
+    if (std::shared_ptr<Parsed> found = Find(text)) return found;
     if (entries_.size() >= limit_) entries_.pop_back();
     entries_.insert(entries_.begin(), make());
     return entries_.front();

@@ -243,18 +243,20 @@ std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos
   if (node == nullptr) return 0;
   const char* path = node->GetAttrValue("Path");
   std::string desc;
+  const auto describe = [&desc](const auto&... parts) { (desc.append(parts), ...); };
   if ((types_.FlagsOf(*node) & kTypeApplication) != 0) {
-    desc = GetMessageText(kRowApplicationInformation);
+    describe(GetMessageText(kRowApplicationInformation));
   } else if (path != nullptr) {
-    desc = GetMessageText(kRowLabelPath);
+    describe(GetMessageText(kRowLabelPath));
   }
-  desc += " \t " + OrEmpty(path);
+  describe(" \t ", path == nullptr ? "" : path);
   std::string info = " ";
   if (infos != nullptr) {
-    desc += "\n" + GetMessageText(kRowLabelOutputFile) + " \t\t " +
-            OrEmpty(node->GetAttrValue("OutputFile")) + "\n";
+    const char* output = node->GetAttrValue("OutputFile");
+    describe("\n", GetMessageText(kRowLabelOutputFile), " \t\t ", output == nullptr ? "" : output,
+             "\n");
     if (const char* config = node->GetAttrValue("Config")) {
-      desc += GetMessageText(kRowLabelConfiguration) + " \t " + config + "\n";
+      describe(GetMessageText(kRowLabelConfiguration), " \t ", config, "\n");
     }
     const auto saysYes = [node](const char* name) {
       const char* value = node->GetAttrValue(name);
@@ -263,10 +265,10 @@ std::int32_t BuildInformation::RecordBuildInfo(CXmlNode* node, const char* infos
     if (saysYes("Exclude")) info += "[Excluded from Build] ";
     if (saysYes("LinkExclude")) info += "[Excluded from Link] ";
     info += infos;
-    desc += GetMessageText(kRowLabelInformation) + " \t " + infos + "\n";
+    describe(GetMessageText(kRowLabelInformation), " \t ", infos, "\n");
     if (date != nullptr) {
-      desc +=
-          GetMessageText(kRowLabelDate) + " \t\t " + FormatLocalTime(ParseInt64(date).value_or(0));
+      describe(GetMessageText(kRowLabelDate), " \t\t ",
+               FormatLocalTime(ParseInt64(date).value_or(0)));
       node->SetAttrValue("LastBuilt", date);
     }
   }

@@ -120,13 +120,12 @@ class BuildRecordStore::Reader {
 
   bool ReadText() {
     if (std::memchr(line_.data(), '%', line_.size()) == nullptr) {
-      store_.texts_.push_back(line_);
-    } else {
-      std::string text;
-      if (!ParseLineText(line_, text)) return false;
-      store_.texts_.emplace_back(store_.ownTexts_.emplace_back(std::move(text)));
+      store_.AddText(line_);
+      return true;
     }
-    store_.latest_.push_back(kNoVersion);
+    std::string text;
+    if (!ParseLineText(line_, text)) return false;
+    store_.AddText(text);
     return true;
   }
 
@@ -164,6 +163,7 @@ class BuildRecordStore::Reader {
   }
 
   bool ReadVersions(std::vector<Number>& versions) {
+    ReserveNumbers(versions);
     while (!line_.empty()) {
       Number number = 0;
       if (!TakeVersion(number)) return false;
@@ -173,12 +173,19 @@ class BuildRecordStore::Reader {
   }
 
   bool ReadPassedOver() {
+    ReserveNumbers(record_.passedOver);
     while (!line_.empty()) {
       Number number = 0;
       if (!TakeText(number)) return false;
       record_.passedOver.push_back(number);
     }
     return true;
+  }
+
+  // Reserves memory for the numbers of the line.
+  void ReserveNumbers(std::vector<Number>& numbers) const {
+    const auto spaces = std::count(line_.begin(), line_.end(), ' ');
+    numbers.reserve(static_cast<std::size_t>(spaces) + 1);
   }
 
   bool ReadDrop() {
@@ -299,18 +306,15 @@ class BuildRecordStore::Writer {
   std::string body_;
 };
 
-StateVerdict BuildRecordStore::Load(std::string bytes, std::string_view projectFileName) {
+StateVerdict BuildRecordStore::Load(std::string_view bytes, std::string_view projectFileName) {
   Clear();
-  file_ = std::move(bytes);
-  StateReader blocks(file_, projectFileName);
-  if (blocks.GetVerdict() != StateVerdict::Good) {
-    file_.clear();
-    return blocks.GetVerdict();
-  }
+  StateReader blocks(bytes, projectFileName);
+  if (blocks.GetVerdict() != StateVerdict::Good) return blocks.GetVerdict();
   journalLength_ = blocks.GetLength();
   chain_ = blocks.GetChain();
-  constexpr std::size_t kUsualRecordLength = 256;
-  index_.reserve(file_.size() / kUsualRecordLength);
+  constexpr std::size_t kUsualRecordLength = 512;
+  index_.reserve(bytes.size() / kUsualRecordLength);
+  records_.reserve(bytes.size() / kUsualRecordLength);
   Reader reader(*this);
   for (std::string_view body; blocks.Next(body);) {
     if (!reader.Read(body)) {
@@ -404,10 +408,16 @@ Number BuildRecordStore::Intern(std::string_view text) {
   FillInterned();
   if (const auto known = interned_.find(text); known != interned_.end()) return known->second;
   const auto number = static_cast<Number>(texts_.size());
-  texts_.emplace_back(ownTexts_.emplace_back(text));
-  latest_.push_back(kNoVersion);
+  AddText(text);
   interned_.emplace(texts_.back(), number);
   return number;
+}
+
+void BuildRecordStore::AddText(std::string_view text) {
+  auto* const copy = static_cast<char*>(characters_.allocate(text.size(), 1));
+  std::copy(text.begin(), text.end(), copy);
+  texts_.emplace_back(copy, text.size());
+  latest_.push_back(kNoVersion);
 }
 
 Number BuildRecordStore::AddVersion(std::string_view path, const FileStatus& status,
@@ -532,8 +542,7 @@ void BuildRecordStore::Clear() {
   latest_.clear();
   interned_.clear();
   texts_.clear();
-  ownTexts_.clear();
-  file_.clear();
+  characters_.release();
   news_.clear();
   dropped_.clear();
   renewed_.clear();

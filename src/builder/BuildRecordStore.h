@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <string_view>
@@ -98,7 +99,7 @@ class BuildRecordStore {
   // Replaces everything with the content of the journal, up to the first corrupt block. The store
   // is empty unless the verdict is Good. A journal cut short yields Good and a GetJournalLength()
   // below its size.
-  StateVerdict Load(std::string bytes, std::string_view projectFileName);
+  StateVerdict Load(std::string_view bytes, std::string_view projectFileName);
   // Returns a journal of the live records only.
   std::string Save(std::string_view projectFileName) const;
   // Returns true if the journal lacks changes.
@@ -171,12 +172,13 @@ class BuildRecordStore {
 
   void Clear();
   void FillInterned();
+  // Appends a copy of the text, which has no number yet.
+  void AddText(std::string_view text);
   std::size_t Index(BuildRecord record);
   Key KeyOf(const BuildRecord& record) const;
 
   std::uint64_t loads_ = 0;
-  std::string file_;  // content of the loaded journal, which its strings borrow from
-  std::deque<std::string> ownTexts_;  // storage of all other strings
+  std::pmr::monotonic_buffer_resource characters_;  // memory of the strings
   std::vector<std::string_view> texts_;
   std::unordered_map<std::string_view, Number> interned_;  // filled by the first Intern
   std::deque<FileVersion> versions_;

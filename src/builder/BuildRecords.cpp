@@ -23,9 +23,9 @@ StateVerdict BuildRecords::OpenJournal(const std::string& path,
   const bool isMissing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
   const bool isUnreadable = !bytes && !isMissing;
   readProblem_ = isUnreadable ? bytes.GetError().text : std::string();
-  const std::size_t size = bytes ? bytes->size() : 0;
-  verdict_ = store_.Load(bytes ? std::move(*bytes) : std::string(), projectFileName);
-  const bool isCut = verdict_ == StateVerdict::Good && store_.GetJournalLength() < size;
+  const std::string_view journal = bytes ? std::string_view(*bytes) : std::string_view();
+  verdict_ = store_.Load(journal, projectFileName);
+  const bool isCut = verdict_ == StateVerdict::Good && store_.GetJournalLength() < journal.size();
   if (isCut) verdict_ = StateVerdict::Cut;
   if (isMissing) verdict_ = StateVerdict::Good;
   if (isUnreadable) verdict_ = StateVerdict::Unreadable;

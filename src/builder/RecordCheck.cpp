@@ -39,8 +39,11 @@ StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayStat, bool& hasMis
   if (StaleVerdict changed = CheckCommand(node, *bound)) return changed;
   const BuildRecord& record = records_.RecordOf(*bound);
   const auto find = [&](BuildRecord::Number version) {
-    const std::string_view path = PathOf(version);
-    const MtimeCache::Entry* const entry = mayStat ? &times_.Get(path) : times_.Find(path);
+    const MtimeCache::Entry*& entry = EntryOf(version);
+    if (entry == nullptr || !entry->IsKnown()) {
+      const std::string_view path = PathOf(version);
+      entry = mayStat ? &times_.Get(path) : times_.Find(path);
+    }
     hasMissed |= entry == nullptr;
     return entry;
   };
@@ -111,8 +114,7 @@ bool RecordCheck::IsCurrent(BuildRecord::Number number, const FileStatus& now) {
   return true;
 }
 
-const MtimeCache::Entry& RecordCheck::RequestStat(BuildRecord::Number version,
-                                                  MtimeCache::StatBatch& batch) {
+const MtimeCache::Entry*& RecordCheck::EntryOf(BuildRecord::Number version) {
   const BuildRecordStore& store = records_.Store();
   if (looksEpoch_ != times_.GetEpoch() || looksJournal_ != store.GetLoadCount()) {
     entries_.clear();
@@ -120,9 +122,14 @@ const MtimeCache::Entry& RecordCheck::RequestStat(BuildRecord::Number version,
     looksJournal_ = store.GetLoadCount();
   }
   if (version >= entries_.size()) entries_.resize(store.GetVersionCount());
-  const MtimeCache::Entry*& entry = entries_[version];
+  return entries_[version];
+}
+
+const MtimeCache::Entry& RecordCheck::RequestStat(BuildRecord::Number version,
+                                                  MtimeCache::StatBatch& batch) {
+  const MtimeCache::Entry*& entry = EntryOf(version);
   if (entry == nullptr || entry->state == MtimeCache::Entry::State::Open) {
-    entry = &batch.Add(times_, store.PathOf(version));
+    entry = &batch.Add(times_, PathOf(version));
   }
   return *entry;
 }

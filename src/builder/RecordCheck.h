@@ -51,6 +51,8 @@ class RecordCheck {
  private:
   StaleVerdict CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound);
   bool IsCommandVerified(const BuildRecords::Bound& bound) const;
+  // Returns the place of the version in `entries_`.
+  const MtimeCache::Entry*& EntryOf(BuildRecord::Number version);
   // Compares a file with a recorded version, by content if the status is inconclusive.
   bool IsCurrent(BuildRecord::Number version, const FileStatus& now);
 
@@ -59,7 +61,8 @@ class RecordCheck {
   FileSystem& files_;
   MtimeCache& times_;
   std::uint64_t folderChanges_ = 0;  // change count of the file times at the last check of folders
-  // Cache of RequestStat by version number, valid for one epoch and one loaded journal.
+  // Files found in the cache of file times so far, by version number; valid for one epoch and one
+  // loaded journal.
   std::vector<const MtimeCache::Entry*> entries_;
   std::uint64_t looksEpoch_ = 0;
   std::uint64_t looksJournal_ = 0;

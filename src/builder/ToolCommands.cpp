@@ -19,7 +19,9 @@ std::uint64_t ToolCommands::SignatureOf(const CXmlNode& node) {
   std::string files;
   const CXmlNode* values = FindStoredValues(node);
   if (values == nullptr || !inputOf_(node, tool, files)) return 0;
-  return SignatureOf(tool, files, values->GetValue());
+  options_.clear();
+  values->AppendValue(options_);
+  return SignatureOf(tool, files, options_);
 }
 
 std::uint64_t ToolCommands::HashOf(const CXmlNode& node) {

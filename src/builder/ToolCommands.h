@@ -50,6 +50,7 @@ class ToolCommands {
   CToolManagerDriver* const& driver_;
   InputSource inputOf_;
   std::map<std::string, std::string, std::less<>> definitions_;  // by tool
+  std::string options_;  // of the last signature; keeps its memory for the next one
   std::uint64_t generation_ = 1;
 };
 

@@ -4,13 +4,16 @@
 
 namespace tarn {
 
+// The calls that publish nodes borrow their arguments: they are made some twenty times per node,
+// and the component calls nothing of the project meanwhile.
+
 std::int32_t CPropertyManagerDriver::InitOptions(TextArgument application, TextArgument data,
                                                  std::int32_t frame, std::int32_t mode) {
   return InvokeLong(TARN_OPT_INIT_OPTIONS, {application, data, frame, mode});
 }
 
 std::int32_t CPropertyManagerDriver::ReadDefsFromFile(TextArgument set, TextArgument file) {
-  return InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {set, file});
+  return InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {Variant::Borrow(set), Variant::Borrow(file)});
 }
 
 std::int32_t CPropertyManagerDriver::ReadConfigFromFile(TextArgument config, TextArgument set,
@@ -20,17 +23,20 @@ std::int32_t CPropertyManagerDriver::ReadConfigFromFile(TextArgument config, Tex
 }
 
 std::int32_t CPropertyManagerDriver::ReadValuesFromText(TextArgument text) {
-  return InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {text});
+  return InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {Variant::Borrow(text)});
 }
 
 std::string CPropertyManagerDriver::GetPropertyValue(TextArgument set, TextArgument section,
                                                      TextArgument property) {
-  return InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {set, section, property});
+  return InvokeText(TARN_OPT_GET_PROPERTY_VALUE,
+                    {Variant::Borrow(set), Variant::Borrow(section), Variant::Borrow(property)});
 }
 
 std::int32_t CPropertyManagerDriver::SetPropertyValue(TextArgument set, TextArgument section,
                                                       TextArgument property, TextArgument value) {
-  return InvokeLong(TARN_OPT_SET_PROPERTY_VALUE, {set, section, property, value});
+  return InvokeLong(TARN_OPT_SET_PROPERTY_VALUE,
+                    {Variant::Borrow(set), Variant::Borrow(section), Variant::Borrow(property),
+                     Variant::Borrow(value)});
 }
 
 std::string CPropertyManagerDriver::GetPropertyStringValue(TextArgument set, TextArgument section,
@@ -88,7 +94,8 @@ void CPropertyManagerDriver::EndUpdate() {
 
 std::string CPropertyManagerDriver::GetValuesAsText(TextArgument set, TextArgument section,
                                                     TextArgument property) {
-  return InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {set, section, property});
+  return InvokeText(TARN_OPT_GET_VALUES_AS_TEXT,
+                    {Variant::Borrow(set), Variant::Borrow(section), Variant::Borrow(property)});
 }
 
 void CPropertyManagerDriver::EndParentLevel() {
@@ -112,7 +119,7 @@ std::string CPropertyManagerDriver::GetNewConfigName() {
 }
 
 void CPropertyManagerDriver::SetCurrentConfig(TextArgument config) {
-  InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {config});
+  InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {Variant::Borrow(config)});
 }
 
 std::string CPropertyManagerDriver::GetPropState() {
@@ -124,7 +131,7 @@ void CPropertyManagerDriver::SetPropState(TextArgument state) {
 }
 
 std::int32_t CPropertyManagerDriver::ApplyOptions(TextArgument config, TextArgument xml) {
-  return InvokeLong(TARN_OPT_APPLY_OPTIONS, {config, xml});
+  return InvokeLong(TARN_OPT_APPLY_OPTIONS, {Variant::Borrow(config), Variant::Borrow(xml)});
 }
 
 void CPropertyManagerDriver::ProjectClosing() {

@@ -9,6 +9,8 @@
 #include <tarn/commands.h>
 
 #include <algorithm>
+#include <cstring>
+#include <optional>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -71,16 +73,18 @@ CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
   if (!force && stored != nullptr) {
     // The string has a few thousand bytes for each child of the node, so it is copied only if
     // needed.
-    const std::string_view text = stored->ValueText();
-    const bool isPlain = text.find(kBracketByte) == text.npos;
-    services_.propertyManager->ReadValuesFromText(isPlain ? TextArgument(text)
-                                                          : WithBrackets(text));
+    const char* const text = stored->ValueText();
+    if (std::strchr(text, kBracketByte) == nullptr) {
+      services_.propertyManager->ReadValuesFromText(text);
+    } else {
+      services_.propertyManager->ReadValuesFromText(WithBrackets(text));
+    }
     return stored;
   }
   if (stored != nullptr) node->RemoveChild(stored);
   PublishFromParent(*node, force);
 
-  const std::string_view set = node->NameView();
+  const char* const set = node->NameText();
   const std::string config = GetCurrentConfigName();
   services_.propertyManager->ReadDefsFromFile(set, services_.configFilePath);
   for (const CXmlAttr& attribute : node->Attributes()) {
@@ -107,15 +111,16 @@ void Publisher::PublishFromParent(CXmlNode& node, bool force) {
 }
 
 void Publisher::PublishPath(CXmlNode& node) {
-  const std::string_view set = node.NameView();
+  const char* const set = node.NameText();
   const std::string path = services_.propertyManager->GetPropertyValue(set, "General", "Path");
   if (path.empty()) return;
   const std::string base = paths_.PathBaseOf(node);
   std::string full;
   paths_.MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
-  // Settles most nodes with a single query.
-  const bool isExact = files_.ExamineExactly(full).has_value();
-  if (!isExact && !files_.Exists(full)) {
+  // Settles most nodes with a single query, the same one as a build's.
+  const std::optional<FileStatus> status = files_.Examine(full);
+  const bool isExact = status && !status->otherSpelling;
+  if (!status && !files_.Exists(full)) {
     const std::string fileName = FileNameOf(path);
     const std::string folders =
         services_.propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
@@ -135,7 +140,7 @@ void Publisher::PublishPath(CXmlNode& node) {
                            : (flags & kTypeApplication) != 0 ? "Application"
                                                              : "Node";
   const PathParts parts = SplitPath(full);
-  const auto derive = [&](std::string_view property, const std::string& value) {
+  const auto derive = [&](const std::string& property, const std::string& value) {
     services_.propertyManager->SetPropertyValue(set, "General", property, value);
   };
   derive("Path", full);
@@ -185,7 +190,7 @@ void Publisher::WriteMarker(CXmlNode& node, const std::string& config) const {
 }
 
 void Publisher::WriteDerivedAttributes(CXmlNode& node) {
-  const std::string_view set = node.NameView();
+  const char* const set = node.NameText();
   const auto read = [&](const char* section, const char* property) {
     return services_.propertyManager->GetPropertyValue(set, section, property);
   };

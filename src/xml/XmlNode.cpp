@@ -87,10 +87,14 @@ CXmlAttr* CXmlNode::GetAttrAt(int index) const {
 }
 
 CXmlAttr* CXmlNode::SetAttrValue(XmlArg attrName, XmlArg attrValue) {
-  CXmlAttr* attr = GetAttr(attrName.IsNull() ? "" : attrName);
-  if (!attr) return AddAttr(attrName, attrValue);
-  attr->SetValue(attrValue);
-  return attr;
+  CXmlAttr* last = nullptr;
+  for (CXmlAttr& attr : Attributes()) {
+    last = &attr;
+    if (attr.NameView() != attrName.View()) continue;
+    attr.SetValue(attrValue);
+    return &attr;
+  }
+  return AddAttrAfter(last, attrName, attrValue);
 }
 
 CXmlAttr* CXmlNode::GetLastAttr() const {

@@ -33,7 +33,7 @@ namespace dispatch_detail {
 inline bool Convert(const Variant& from, const char*& to) {
   if (from.GetKind() == Variant::Kind::Empty) return to = nullptr, true;
   if (from.GetKind() != Variant::Kind::Text) return false;
-  to = from.AsText() ? from.AsText()->c_str() : nullptr;
+  to = from.AsCText();
   return true;
 }
 

@@ -22,4 +22,20 @@ Variant::Variant(TextArgument value) : kind_(Kind::Text) {
   if (!value.IsNull()) text_.emplace(value.View());
 }
 
+Variant::Variant(const Variant& other)
+    : kind_(other.kind_), number_(other.number_), object_(other.object_), text_(other.AsText()) {}
+
+Variant Variant::Borrow(TextArgument value) {
+  if (value.IsNull() || !value.IsTerminated()) return Variant(value);
+  Variant borrowing;
+  borrowing.kind_ = Kind::Text;
+  borrowing.borrowed_ = value.View();
+  return borrowing;
+}
+
+const NullableText& Variant::AsText() const {
+  if (borrowed_.data() != nullptr) text_.emplace(std::exchange(borrowed_, {}));
+  return text_;
+}
+
 }  // namespace tarn

@@ -47,18 +47,21 @@ class TextArgument {
  public:
   TextArgument(std::nullptr_t) {}
   TextArgument(const char* text) : view_(text ? text : ""), isNull_(text == nullptr) {}
-  TextArgument(std::string_view text) : view_(text), isNull_(false) {}
+  TextArgument(std::string_view text) : view_(text), isNull_(false), isTerminated_(false) {}
   TextArgument(const std::string& text) : view_(text), isNull_(false) {}
   TextArgument(const NullableText& text)
-      : view_(text ? *text : std::string_view()), isNull_(!text) {}
+      : view_(text ? std::string_view(*text) : ""), isNull_(!text) {}
 
   bool IsNull() const { return isNull_; }
+  // Returns true if a zero byte follows the characters.
+  bool IsTerminated() const { return isTerminated_; }
   // Empty for a null string.
   std::string_view View() const { return view_; }
 
  private:
-  std::string_view view_;
+  std::string_view view_ = "";
   bool isNull_ = true;
+  bool isTerminated_ = true;
 };
 
 // A value at the dispatch boundary: empty, a signed 32-bit number, a string or an object.
@@ -75,19 +78,37 @@ class Variant {
   Variant(NullableText value) : kind_(Kind::Text), text_(std::move(value)) {}
   Variant(TextArgument value);
   Variant(DispatchPtr value) : kind_(Kind::Object), object_(std::move(value)) {}
+  Variant(const Variant& other);
+  Variant(Variant&&) noexcept = default;
+  Variant& operator=(const Variant& other) { return *this = Variant(other); }
+  Variant& operator=(Variant&&) noexcept = default;
+  ~Variant() = default;
+
+  // Returns a string argument for a call that can't change or free the characters. Borrows them
+  // if they are zero-terminated.
+  static Variant Borrow(TextArgument value);
 
   Kind GetKind() const { return kind_; }
   // Value of the kind that the name says; for any other kind 0, a null string or no object.
   std::int32_t AsLong() const { return number_; }
-  const NullableText& AsText() const { return text_; }
-  NullableText& AsText() { return text_; }
+  const NullableText& AsText() const;
+  NullableText& AsText() {
+    static_cast<void>(std::as_const(*this).AsText());
+    return text_;
+  }
+  // Same as a zero-terminated string, which is not copied; nullptr for a null string.
+  const char* AsCText() const {
+    if (borrowed_.data() != nullptr) return borrowed_.data();
+    return text_ ? text_->c_str() : nullptr;
+  }
   const DispatchPtr& AsObject() const { return object_; }
 
  private:
   Kind kind_ = Kind::Empty;
   std::int32_t number_ = 0;
   DispatchPtr object_;
-  NullableText text_;
+  mutable NullableText text_;
+  mutable std::string_view borrowed_;  // until AsText() copies it to `text_`; zero-terminated
 };
 
 }  // namespace tarn

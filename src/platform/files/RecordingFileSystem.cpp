@@ -188,27 +188,32 @@ std::optional<std::string> RecordingFileSystem::GetAnswers() const {
   if (!isComplete_) return std::nullopt;
   std::string entries;
   for (const std::string& path : locked_) AppendEntry(entries, kLock, 0, path);
-  for (const std::string* const key : order_) {
-    AppendEntry(entries, key->front(), answers_.at(*key), std::string_view(*key).substr(1));
+  for (const auto* const each : order_) {
+    const auto& [key, answer] = *each;
+    AppendEntry(entries, key.front(), answer, std::string_view(key).substr(1));
   }
   std::string text;
   AppendEntry(text, kBegin, HashBytes(entries), kFormat);
   return text + entries;
 }
 
-void RecordingFileSystem::Note(char question, std::string path, std::uint64_t answer) {
+void RecordingFileSystem::Note(char question, const std::string& path, std::uint64_t answer) {
   if (!isComplete_) return;
   const std::lock_guard<std::mutex> hold(lock_);
   if (IsScratch(path)) return;
   if (path.find('\0') != std::string::npos) isComplete_ = false;
+  std::string key(1, question);
   if (IsRelativePath(path)) {
     // A later process may have a different working folder.
-    path = JoinPath(disk_.CurrentFolder(), path);
-    answer = Ask(disk_, question, path);
+    const std::string absolute = JoinPath(disk_.CurrentFolder(), path);
+    answer = Ask(disk_, question, absolute);
+    key += absolute;
+  } else {
+    key += path;
   }
-  const auto [place, isNew] = answers_.try_emplace(question + path, answer);
+  const auto [place, isNew] = answers_.try_emplace(std::move(key), answer);
   if (isNew) {
-    order_.push_back(&place->first);
+    order_.push_back(&*place);
   } else if (place->second != answer) {
     isComplete_ = false;
   }

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/files/FileSystem.h"
@@ -80,7 +81,7 @@ class RecordingFileSystem final : public FileSystem {
   Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) override;
 
  private:
-  void Note(char question, std::string path, std::uint64_t answer);
+  void Note(char question, const std::string& path, std::uint64_t answer);
   void NoteStatus(char question, const std::string& path, const std::optional<FileStatus>& status);
   // Notes the version of a file or folder whose content was read, and whether that failed.
   void NoteRead(char question, const std::string& path, const Error* failure);
@@ -98,7 +99,8 @@ class RecordingFileSystem final : public FileSystem {
   std::vector<std::string> locked_;      // paths of build locks
   // By question and path, which form the key.
   std::unordered_map<std::string, std::uint64_t> answers_;
-  std::vector<const std::string*> order_;  // the keys, in the order of the questions
+  // In the order of the questions.
+  std::vector<const std::pair<const std::string, std::uint64_t>*> order_;
 };
 
 // Takes the recorded locks and asks the disk the recorded questions. Returns true if it gives the

@@ -89,17 +89,16 @@ Components Resolve(std::string_view path) {
 
 // Returns true for most of the absolute paths that CanonicalPath() leaves unchanged.
 bool IsPlainCanonical(std::string_view path) {
-  if (path.size() < 2 || path[0] != kSeparator) return false;
-  std::size_t start = 1;
-  for (std::size_t i = 1; i <= path.size(); ++i) {
-    const bool isEnd = i == path.size();
-    if (!isEnd && path[i] != kSeparator) {
-      if (IsSeparator(path[i])) return false;
-      continue;
-    }
-    const std::string_view name = path.substr(start, i - start);
-    if (name == "." || name == ".." || (name.empty() && !isEnd)) return false;
-    start = i + 1;
+  constexpr char kOtherSeparator = kSeparator == '/' ? '\\' : '/';
+  if (path.size() < 2 || path[0] != kSeparator || path.find(kOtherSeparator) != path.npos) {
+    return false;
+  }
+  for (std::size_t at = 0; at != path.npos; at = path.find(kSeparator, at + 1)) {
+    const std::string_view rest = path.substr(at + 1);
+    if (rest.starts_with(kSeparator)) return false;
+    if (!rest.starts_with('.')) continue;
+    const std::string_view name = rest.substr(0, rest.find(kSeparator));
+    if (name == "." || name == "..") return false;
   }
   return true;
 }

@@ -27,6 +27,28 @@ std::string Call(IDispatch& object, DispatchId id, const std::vector<Variant>& a
          std::to_string(outcome.argument) + ", " + Show(result);
 }
 
+TEST(Variant, BorrowsCharactersUntilItsTextOrACopyIsTaken) {
+  std::string text = "a b";
+  const Variant borrowing = Variant::Borrow(text);
+  EXPECT_EQ(borrowing.GetKind(), Variant::Kind::Text);
+  EXPECT_EQ(static_cast<const void*>(borrowing.AsCText()), text.c_str());
+  const Variant copied = Variant::Borrow(text);
+  const Variant copy = copied;
+  const Variant taken = Variant::Borrow(text);
+  EXPECT_EQ(taken.AsText(), "a b");
+  text[0] = 'x';
+  EXPECT_STREQ(borrowing.AsCText(), "x b");
+  EXPECT_STREQ(copy.AsCText(), "a b");
+  EXPECT_EQ(taken.AsText(), "a b");
+  EXPECT_STREQ(taken.AsCText(), "a b");
+
+  EXPECT_STREQ(Variant::Borrow(std::string_view(text).substr(0, 1)).AsCText(), "x");
+  EXPECT_EQ(Variant::Borrow(std::string("a\0b", 3)).AsText(), std::string("a\0b", 3));
+  EXPECT_EQ(Variant::Borrow(nullptr).AsText(), std::nullopt);
+  EXPECT_EQ(Variant::Borrow(nullptr).AsCText(), nullptr);
+  EXPECT_EQ(Variant::Borrow(NullableText("")).AsText(), "");
+}
+
 TEST(DispatchTable, EachShapeOfCallArrivesOrIsRefused) {
   const DispatchPtr object = DispatchPtr::Adopt(new TestObject);
   const struct {
