@@ -290,8 +290,6 @@ bool BuildWalk::DoOwnWork(Frame& frame, BuildAction& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
   if (LacksInput(frame)) return LeaveUnbuilt(frame, request);
-  // The project has no tool, and nothing else depends on the result.
-  if (&node == state_.projectRoot.get()) return Return(true, false);
   // A file that was just built may be newer than its time indicates, given its resolution.
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node) && !runsAhead_.Has(node)) {
     Staleness staleness(model_.Types(), information_.GetMtimes(), information_.GetRecordCheck(),
@@ -307,6 +305,11 @@ bool BuildWalk::DoOwnWork(Frame& frame, BuildAction& request) {
 }
 
 bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
+  // Nothing would be done for the project itself if something in it were out of date.
+  const bool isProject = frame.node == state_.projectRoot.get();
+  if (isProject && OrEmpty(frame.node->GetAttrValue("TranslateTool")).empty()) {
+    return staleness.IsOwnOutputUpToDate(*frame.node);
+  }
   if (!AreOthersUpToDate(frame)) return staleness.IsUpToDate(frame.node);
   const bool areAll = std::all_of(frame.doubtful.begin(), frame.doubtful.end(),
                                   [&](CXmlNode* child) { return staleness.IsUpToDate(child); });
