@@ -75,7 +75,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetChangeCount", TARN_INS_GET_CHANGE_COUNT, {}, "0", "0"},
       {"GetFileTexts", TARN_INS_GET_FILE_TEXTS, {}, "''", "''"},
       {"PublishFor", TARN_INS_PUBLISH_FOR, {5}, "1", "1"},
-      {"ContinuePublishing", TARN_INS_CONTINUE_PUBLISHING, {5}, "2", "1"},
+      {"ContinuePublishing", TARN_INS_CONTINUE_PUBLISHING, {5}, "2", "2"},
       {"NoteCurrentNode", TARN_INS_NOTE_CURRENT_NODE, {}, "0", "1"},
       {"SelectNotedNode", TARN_INS_SELECT_NOTED_NODE, {}, "0", "1"},
       {"GetDamage", TARN_INS_GET_DAMAGE, {}, "''", "'\r\n<Damage/>'"},
