@@ -419,17 +419,22 @@ bool Publisher::HasUnpublished() {
 }
 
 bool Publisher::PublishFor(std::chrono::milliseconds time) {
+  return PublishPiece(time, 0);
+}
+
+// Publishes at least `least` nodes, and more until the time is over.
+bool Publisher::PublishPiece(std::chrono::milliseconds time, int least) {
   using Clock = std::chrono::steady_clock;
   if (!CanPublishAside()) return true;
   const Clock::time_point start = Clock::now();
   bool remains = true;
   PublishAside([&] {
-    bool published = false;
-    while (remains && Clock::now() - start < time) {
+    int published = 0;
+    while (remains && (published < least || Clock::now() - start < time)) {
       remains = PublishNextNode(state_.projectRoot.get()) != 0;
-      published = published || remains;
+      if (remains) ++published;
     }
-    return published;
+    return published > 0;
   });
   return !remains;
 }
@@ -437,7 +442,8 @@ bool Publisher::PublishFor(std::chrono::milliseconds time) {
 Publisher::Progress Publisher::ContinueFor(std::chrono::milliseconds time) {
   if (!state_.isOpen) return Progress::Stopped;
   if (views_.IsStepping() && !publishingSuspended_) {
-    return PublishFor(time) ? Progress::Done : Progress::More;
+    // The host is notified of each piece, and should not be more often than by the timer.
+    return PublishPiece(time, kNodesPerTick) ? Progress::Done : Progress::More;
   }
   return HasUnpublished() ? Progress::Stopped : Progress::Done;
 }

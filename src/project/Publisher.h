@@ -106,6 +106,7 @@ class Publisher {
 
  private:
   void PublishFromParent(CXmlNode& node, bool force);
+  bool PublishPiece(std::chrono::milliseconds time, int least);
   void PublishPath(CXmlNode& node);
   void ApplyStoredOptions(CXmlNode& node, const std::string& config);
   const std::string& TextOfOptions(const CXmlNode& owner);
