@@ -125,7 +125,6 @@ class LinkSearch {
     return name;
   }
 
-  // Each list may grow meanwhile.
   void Search() {
     for (bool hasMore = true; hasMore;) {
       hasMore = false;
@@ -138,11 +137,11 @@ class LinkSearch {
   }
 
   void TryNames(std::size_t folder) {
-    for (std::size_t& i = tried_[folder]; i < names_.size();) {
-      const std::string& name = names_[i++];
+    while (tried_[folder] < names_.size()) {
+      const std::string& name = names_[tried_[folder]++];
       // An absolute name is the same file everywhere.
       if (folder > 0 && !IsRelativePath(name)) continue;
-      AddFile(AbsolutePath(&disk_, folders_[folder], name));
+      AddFile(AbsolutePath(&disk_, folders_[folder], name));  // the lists may grow
     }
   }
 
