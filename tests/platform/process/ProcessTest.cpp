@@ -137,6 +137,8 @@ TEST(Process, AMissingProgramOrFolderIsReportedAndLeavesNothing) {
     const bool isFolder = !row.request.folder.empty();
     EXPECT_EQ(started.GetError().code, isFolder ? ErrorCode::Io : ErrorCode::NotFound) << row.place;
     EXPECT_EQ(started.GetError().place, row.place);
+    const std::string reason = std::string(row.place) + ": No such file or directory";
+    EXPECT_TRUE(!isFolder || started.GetError().text == reason) << started.GetError().text;
   }
   EXPECT_TRUE(AreGuardsGone());
 }

@@ -32,10 +32,10 @@ class Descriptor {
 
 // Takes over a descriptor and moves it above the numbers of the three standard streams if
 // necessary, which can happen in a process that has closed them. Returns an empty one, with errno
-// set, if that fails.
+// set, if that fails, or if there was none: errno is that of the caller then.
 inline Descriptor AboveStandard(int number) {
   Descriptor opened(number);
-  if (number > STDERR_FILENO) return opened;
+  if (number < 0 || number > STDERR_FILENO) return opened;
   return Descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
