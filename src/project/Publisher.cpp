@@ -440,7 +440,7 @@ bool Publisher::PublishPiece(std::chrono::milliseconds time, int least) {
 }
 
 Publisher::Progress Publisher::ContinueFor(std::chrono::milliseconds time) {
-  if (!state_.isOpen) return Progress::Stopped;
+  if (!CanPublishAside()) return Progress::Stopped;
   if (views_.IsStepping() && !publishingSuspended_) {
     // The host is notified of each piece, and should not be more often than by the timer.
     return PublishPiece(time, kNodesPerTick) ? Progress::Done : Progress::More;
