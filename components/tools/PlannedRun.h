@@ -51,8 +51,8 @@ class PlannedRuns {
   void Clear() { runs_.clear(); }
 
  private:
-  // Most runs that a host plans before it requests the first of them.
-  static constexpr std::size_t kMost = 64;
+  // More than a build plans before it requests the first of them (see RunsAhead).
+  static constexpr std::size_t kMost = 320;
 
   std::deque<std::unique_ptr<PlannedRun>> runs_;  // in the order of Add
 };

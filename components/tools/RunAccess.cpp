@@ -93,8 +93,8 @@ class AccessFinder {
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& each : tool_.helpers.programs) AddProgram(each);
     NameOptions();
-    access_.writesNothingElse =
-        tool_.isEarly && !access_.writesUnknownFiles && plan.byProductStarts.empty();
+    access_.writesNothingElse = tool_.isEarly && !runsOthers_ && !access_.writesUnknownFiles &&
+                                plan.byProductStarts.empty();
     return std::move(access_);
   }
 
@@ -139,7 +139,8 @@ class AccessFinder {
 
   void AddCommand(const ToolCommand& command) {
     folder_ = command.folder;
-    if (findsCode_) AddCodeOf(command);
+    AddPrograms(command);
+    if (findsCode_) AddCommandFiles();
     for (const auto& [scratch, path] : command.moves) {
       AddWrite(scratch);
       AddWrite(path);
@@ -156,8 +157,7 @@ class AccessFinder {
     }
   }
 
-  void AddCodeOf(const ToolCommand& command) {
-    AddPrograms(command);
+  void AddCommandFiles() {
     for (const std::string& name : tool_.loadsHere) {
       AddCommandFile(AbsolutePath(world_.files, folder_, name));
     }
@@ -167,6 +167,8 @@ class AccessFinder {
     for (std::size_t i = 0; i < given.words.size(); ++i) {
       if (findsCode_) {
         AddCode(given, i);
+      } else if (RunsCode(given, i)) {
+        runsOthers_ = true;
       } else if (IsStray(given.words, i) && FitOf(given, i) != FlagFit::Whole) {
         AddStray(given.words[i]);
       }
@@ -217,6 +219,7 @@ class AccessFinder {
       const bool isPlain =
           launcher.size() == 1 && std::find(std::begin(kPlainLaunchers), std::end(kPlainLaunchers),
                                             launcher.front()) != std::end(kPlainLaunchers);
+      runsOthers_ |= !isPlain;
       const bool isChosen = !command.rule->launcher.GetOptionMacros().empty();
       const bool isUsers = launcher == SplitWords(job_.environmentLauncher);
       if (isPlain) {
@@ -225,6 +228,10 @@ class AccessFinder {
         AddRequest(TrustRequestKind::Launcher, JoinWords(launcher));
       }
     }
+    // The program of an action may be what the project has built.
+    const bool isBuilt = command.rule->program.HasOwnMacros();
+    const bool isOwn = isBuilt || IsChosen(command.rule->program);
+    runsOthers_ |= isOwn;
     // Commands of the project can do anything, whatever program they start.
     if (command.rule->hasCommandLines) {
       std::vector<std::string> words{program};
@@ -232,9 +239,7 @@ class AccessFinder {
       if (!IsChosen(command.rule->program)) return AddProgram(program);
       return AddRequest(TrustRequestKind::Program, JoinWords(words));
     }
-    // The program of an action may be what the project has built.
-    const bool isBuilt = command.rule->program.HasOwnMacros();
-    if (isBuilt || IsChosen(command.rule->program)) {
+    if (isOwn) {
       AddRequest(TrustRequestKind::Program, program);
     } else {
       AddProgram(program);
@@ -251,6 +256,13 @@ class AccessFinder {
     if (!found.empty()) access_.programs.push_back(AbsolutePath(world_.files, folder_, found));
   }
 
+  bool RunsCode(const GivenArguments& given, std::size_t at) const {
+    const auto& words = given.words;
+    if (!IsFlag(words[at])) return false;
+    return LoadsCode(words, at) ||
+           (FitsPattern(tool_.runs, words, at) && FitOf(given, at) != FlagFit::Whole);
+  }
+
   // An entry for exactly this argument is more certain than patterns that it happens to fit.
   void AddCode(const GivenArguments& given, std::size_t at) {
     const auto& words = given.words;
@@ -258,8 +270,8 @@ class AccessFinder {
     const FlagFit fit = FitOf(given, at);
     AddFolderOfCode(words, at);
     AddCodeNextTo(word);
-    if (IsFlag(word) &&
-        (LoadsCode(words, at) || (fit != FlagFit::Whole && FitsPattern(tool_.runs, words, at)))) {
+    if (RunsCode(given, at)) {
+      runsOthers_ = true;
       AddRequest(TrustRequestKind::CodeArgument, word + source_);
     } else if (fit != FlagFit::Whole && IsStray(words, at)) {
       AddStray(word);
@@ -426,6 +438,7 @@ class AccessFinder {
   bool isChecked_ = false;     // its flags must be known as harmless
   bool usesMakefile_ = false;  // the current command may pass its words to make
   bool hasCarriers_ = false;   // an input carries options
+  bool runsOthers_ = false;    // runs code that the definition doesn't know
   std::string source_;         // end of messages about arguments that a file carries
   RunAccess access_;
   std::unordered_map<std::string, std::size_t> writes_;  // indexes in access_.writes, by path

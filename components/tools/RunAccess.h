@@ -25,7 +25,7 @@ struct RunAccess {
   std::vector<FileWrite> writes;      // without duplicates
   std::vector<std::string> reads;     // absolute paths that may name files to read
   bool writesUnknownFiles = false;    // also writes files whose names it invents
-  bool writesNothingElse = false;     // writes only `writes`, and only files of the definition
+  bool writesNothingElse = false;     // the definition says so, and no other code is run
   std::vector<std::string> searched;  // folders searched for headers, in order
 };
 

@@ -276,7 +276,8 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
   }
   CXmlNode* child = frame.children[frame.next++];
   if (repeated_.contains(child)) return true;
-  const auto output = ahead_.PopIfUpToDate(*child, information_.GetMtimes().GetEpoch());
+  const MtimeCache& times = information_.GetMtimes();
+  const auto output = ahead_.PopIfUpToDate(*child, times.GetEpoch(), times.GetChangeCount());
   const bool isAhead = runsAhead_.HasAny() && runsAhead_.Has(*child);
   if (output && !isAhead && builder_.GetBuildState() != StateStopRequested) {
     frame.newestOutput = Later(frame.newestOutput, output);

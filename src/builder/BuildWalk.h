@@ -42,8 +42,8 @@ struct BuildAction {
   std::vector<std::string> sources;  // files that the tool is given; with FindAccess as listed,
                                      // then as spelled on disk
   bool isWithheld = false;           // the project isn't trusted
-  std::string access;    // reply of the tool manager's GetAccess, or GetRunFiles if it is
-  std::string unusable;  // why one of the files that it is known to read can't be read
+  std::string access;                // reply of GetAccess, or GetRunFiles in a trusted project
+  std::string unusable;              // why one of the files that it is known to read can't be read
   std::vector<NamedOutput> outputs;  // what the run writes
   bool writesOnlyOutputs = false;    // it can't have changed what another file stands for
   NullableText messageFile;

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
+#include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
+#include "platform/text/Text.h"
 
 namespace tarn {
 
@@ -11,6 +14,10 @@ namespace {
 
 MtimeCache::Entry KnownEntry(const std::optional<FileStatus>& status) {
   return {MtimeCache::Entry::State::Known, status.has_value(), status.value_or(FileStatus())};
+}
+
+std::uint64_t HashName(std::string_view path) {
+  return HashBytes(FoldCase(FileNameOf(path)));
 }
 
 }  // namespace
@@ -38,8 +45,24 @@ MtimeCache::Slot& MtimeCache::Store::FindOrAdd(std::string_view path) {
   char* const text = reinterpret_cast<char*>(added + 1);
   *std::copy(path.begin(), path.end(), text) = '\0';
   slot = added;
+  if (!byName_.empty()) AddByName(*added);
   if (++count_ * 2 > slots_.size()) Grow();
   return *added;
+}
+
+void MtimeCache::Store::AddByName(Slot& slot) {
+  Slot*& first = byName_[HashName(slot.Path())];
+  slot.sameName = std::exchange(first, &slot);
+}
+
+MtimeCache::Slot* MtimeCache::Store::FilesNamed(std::string_view path) {
+  if (byName_.empty()) {
+    for (Slot* const each : slots_) {
+      if (each != nullptr) AddByName(*each);
+    }
+  }
+  const auto found = byName_.find(HashName(path));
+  return found == byName_.end() ? nullptr : found->second;
 }
 
 void MtimeCache::Store::Grow() {
@@ -76,7 +99,9 @@ void MtimeCache::SetResults(const StatBatch& batch) {
 
 void MtimeCache::Forget(std::string_view path) {
   ++changes_;
-  if (Slot* const known = store_->Find(path)) known->entry = {};
+  for (Slot* each = store_->FilesNamed(path); each != nullptr; each = each->sameName) {
+    each->entry = {};
+  }
 }
 
 void MtimeCache::Invalidate() {

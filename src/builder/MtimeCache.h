@@ -6,6 +6,7 @@
 #include <memory_resource>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/files/FileSystem.h"
@@ -53,7 +54,8 @@ class MtimeCache {
   void Invalidate();
   // Changes with each Invalidate.
   std::uint64_t GetEpoch() const { return epoch_; }
-  // Forgets the state of one file, which is not part of an unfinished batch.
+  // Forgets the state of a file, and of all files of the same name, because a path through a link
+  // may be the same file. No batch may be unfinished. The first call takes time for each file.
   void Forget(std::string_view path);
   // Changes with each Invalidate and each Forget.
   std::uint64_t GetChangeCount() const { return changes_; }
@@ -64,6 +66,7 @@ class MtimeCache {
     Entry entry;
     std::uint64_t hash = 0;
     std::size_t length = 0;
+    Slot* sameName = nullptr;  // next file of the same name, see FilesNamed
 
     const char* Path() const { return reinterpret_cast<const char*>(this + 1); }
   };
@@ -75,15 +78,19 @@ class MtimeCache {
     Slot* Find(std::string_view path) const;
     // Returns the entry for the path; creates one in state Open if there is none.
     Slot& FindOrAdd(std::string_view path);
+    // Returns the first of the files with the same last component, ignoring case; may be null.
+    Slot* FilesNamed(std::string_view path);
 
    private:
     // Linear probing: the slot of the path, or the free slot where it belongs.
     std::size_t SlotOf(std::string_view path, std::uint64_t hash) const;
     void Grow();
+    void AddByName(Slot& slot);
 
     std::pmr::monotonic_buffer_resource memory_;
     std::vector<Slot*> slots_;  // size is a power of two; load factor at most 1/2
     std::size_t count_ = 0;
+    std::unordered_map<std::uint64_t, Slot*> byName_;  // by hash; empty until FilesNamed
   };
 
   FileSystem& files_;

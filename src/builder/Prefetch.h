@@ -17,7 +17,8 @@ class CXmlNode;
 // to decide that. A large tree does not fit into the processor's cache, so visiting a node again
 // would cost as much as querying its file.
 //
-// Valid for one epoch of the file times; any change of a node starts a new epoch.
+// Valid for one epoch of the file times. A change of a node starts a new epoch, except by the
+// report of the tool that has just run, which the walk has reached.
 class Prefetch {
  public:
   // Clears the buffer for a new epoch.
@@ -27,9 +28,10 @@ class Prefetch {
     files_.clear();
     next_ = 0;
   }
-  // Adds a node without child nodes that is to be judged by its files.
-  void Add(const CXmlNode& node, std::int64_t lastBuilt) {
-    nodes_.push_back({&node, lastBuilt, files_.size()});
+  // Adds a node without child nodes that is to be judged by its files. If folders decide about it,
+  // too, it is judged only as long as the change count of the file times is `changes`; 0 for none.
+  void Add(const CXmlNode& node, std::int64_t lastBuilt, std::uint64_t changes) {
+    nodes_.push_back({&node, lastBuilt, files_.size(), changes});
   }
   // Adds a file of the node added last: first its output, then its inputs. If `version` is not
   // null, the file has to have that version.
@@ -48,11 +50,14 @@ class Prefetch {
 
   // If the node is the next one and certainly up to date, returns the time of its output. Also
   // advances past a next node that is not up to date.
-  std::optional<std::int64_t> PopIfUpToDate(const CXmlNode& node, std::uint64_t timesEpoch) {
+  std::optional<std::int64_t> PopIfUpToDate(const CXmlNode& node, std::uint64_t timesEpoch,
+                                            std::uint64_t changes) {
     if (timesEpoch != epoch_ || next_ == nodes_.size() || nodes_[next_].node != &node) return {};
+    const std::uint64_t expected = nodes_[next_].changes;
     const std::size_t first = nodes_[next_].firstFile;
     const std::int64_t lastBuilt = nodes_[next_].lastBuilt;
     const std::size_t end = ++next_ == nodes_.size() ? files_.size() : nodes_[next_].firstFile;
+    if (expected != 0 && expected != changes) return {};
     // The rules of Staleness: the output has exactly the time that its tool reported, and no input
     // is missing or newer.
     for (std::size_t i = first; i < end; ++i) {
@@ -71,6 +76,7 @@ class Prefetch {
     const CXmlNode* node;
     std::int64_t lastBuilt;
     std::size_t firstFile;
+    std::uint64_t changes;
   };
 
   struct File {

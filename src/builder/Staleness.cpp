@@ -226,7 +226,8 @@ void Staleness::CollectInputs(const CXmlNode& node, MtimeCache::StatBatch& batch
   const bool isExcluded = by.exclude != nullptr && std::string_view(by.exclude) == "Yes";
   const BuildRecord* const record = records_.FindVerified(node);
   bool isDecided = !isExcluded && (record != nullptr || !records_.HasRecord(node));
-  ahead.Add(node, lastBuilt);
+  const bool hasFolders = record != nullptr && record->folders != 0;
+  ahead.Add(node, lastBuilt, hasFolders ? times_.GetChangeCount() : 0);
   ahead.AddFile(output, record == nullptr ? nullptr : &records_.Version(record->output));
   // The node's files and its record's inputs, which are the same in the same order.
   std::size_t input = 0;

@@ -6,6 +6,7 @@
 #include "builder/BuildFixture.h"
 #include "platform/files/FileTexts.h"
 #include "platform/text/Text.h"
+#include "support/MemoryFileSystem.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::test {
@@ -127,6 +128,25 @@ TEST(Build, OnlyTheOutputsOfAToolThatWritesNothingElseAreExaminedAgain) {
     world.Build(kWorkerBuildAll);
     EXPECT_THAT(world.TakeRuns(), ElementsAre("cc c.c", "ld a.o b.o c.o"));
   }
+}
+
+TEST(MtimeCache, AFileIsForgottenUnderAllItsNames) {
+  tarn::testing::MemoryFileSystem disk;
+  const std::vector<std::string> paths = {"/p/a.o", "/link/A.o", "/p/b.o"};
+  for (const std::string& path : paths) disk.AddFile(path, "");
+  MtimeCache times(disk);
+  for (const std::string& path : paths) times.Get(path);
+  const std::uint64_t epoch = times.GetEpoch();
+  for (int round = 0; round < 2; ++round) {
+    const std::uint64_t changes = times.GetChangeCount();
+    times.Forget("/p/a.o");
+    EXPECT_EQ(times.Find("/p/a.o"), nullptr);
+    EXPECT_EQ(times.Find("/link/A.o"), nullptr);
+    EXPECT_NE(times.Find("/p/b.o"), nullptr);
+    EXPECT_NE(times.GetChangeCount(), changes);
+    for (const std::string& path : paths) times.Get(path);
+  }
+  EXPECT_EQ(times.GetEpoch(), epoch);
 }
 
 // Otherwise adding a file to a large application would check all its other files.

@@ -198,17 +198,41 @@ TEST(CommandLine, TheMapOfThePreviousLinkNamesNoInputs) {
   }
 }
 
+TEST(CommandLine, ScriptsMayNameInputsInTheFolderOfAnyOther) {
+  ToolManagerFixture tools(
+      OneTool(R"~(Output="out.elf" Writes="-o" Carries=".gnu.lto_ .opts"><Step Program="ld">)~"
+              R"~(<Arg V="$(X.Args)" Words="Yes"/></Step>)~"));
+  std::string arguments;
+  constexpr int kScripts = 40;
+  for (int i = 0; i < kScripts; ++i) {
+    const std::string script = "s" + std::to_string(i) + "/x.ld";
+    tools.disk.AddFile("/p/" + script, "INPUT(one.a)");
+    arguments += script + ' ';
+  }
+  const std::string input = "/p/s" + std::to_string(kScripts - 1) + "/one.a";
+  tools.disk.AddFile(input, "!<arch>\n.gnu.lto_");
+  tools.values.Put("", "X", "Args", arguments);
+  const std::string options = tools.values.ToText();
+  const std::string access = tools.manager->GetAccess("t", "", options.c_str());
+  EXPECT_NE(access.find(input), std::string::npos) << access;
+}
+
 TEST(CommandLine, TheFilesOfARunAreItsAccessesWithoutCode) {
   const struct {
     const char* arguments;
+    const char* launcher;
     bool writesNothingElse;
-  } rows[] = {{"a.o -o x.elf", true}, {"-Map=x.map -fplugin=x.so", true}, {"-save-temps", false}};
+  } rows[] = {{"a.o -o x.elf", "", true},    {"-Map=x.map", "ccache", true},
+              {"-Map=x.map", "./my", false}, {"-fplugin=./x.so", "", false},
+              {"-wrapper x", "", false},     {"-save-temps", "", false}};
   ToolManagerFixture tools(OneTool(
-      R"~(Output="out.elf" Early="Yes" Writes="-o;-Map" Loads="-fplugin=" Strays="-save-temps" )~"
-      R"~(Carries=".gnu.lto_ .opts"><Step Program="ld"><Arg V="$(X.Args)" Words="Yes"/></Step>)~"));
+      R"~(Output="out.elf" Early="Yes" Writes="-o;-Map" Loads="-fplugin=" Strays="-save-temps" Runs="-wrapper" )~"
+      R"~(Carries=".gnu.lto_ .opts"><Step Program="ld" Launcher=""><Arg V="$(X.Args)" Words="Yes"/></Step>)~"));
+  EXPECT_EQ(tools.manager->GetDefinitionErrors(), "");
   tools.disk.AddFile("/p/a.o", "!<arch>\n.gnu.lto_");
-  for (const auto& [arguments, writesNothingElse] : rows) {
+  for (const auto& [arguments, launcher, writesNothingElse] : rows) {
     SCOPED_TRACE(arguments);
+    tools.environmentLauncher = launcher;
     tools.values.Put("", "X", "Args", arguments);
     const std::string options = tools.values.ToText();
     auto all = SplitFileTexts(tools.manager->GetAccess("t", "\"a.o\"", options.c_str())).value();
