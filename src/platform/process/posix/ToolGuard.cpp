@@ -80,10 +80,10 @@ bool OpenEndlessInput() {
   return isReplaced;
 }
 
-// Runs in the child between vfork() and exec(), so in the memory of the guard. On error stores an
-// errno value. Never returns.
+// Runs in the child between vfork() and exec(), so in the memory of the guard. On error writes an
+// errno value into the pipe. Never returns.
 [[noreturn]] void BecomeTool(const Program& program, bool diesWithGuard, pid_t guard,
-                             volatile int& failure) {
+                             int failurePipe) {
   setpgid(0, 0);
   if (diesWithGuard) prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != guard) _exit(127);
@@ -93,20 +93,30 @@ bool OpenEndlessInput() {
   if (!program.keepsInputOpen || OpenEndlessInput()) {
     execve(program.path, program.arguments, program.environment);
   }
-  failure = errno;
+  const int failure = errno;
+  [[maybe_unused]] const auto written = write(failurePipe, &failure, sizeof failure);
   _exit(127);
 }
 
-// Returns 0 or an errno value. Unlike fork(), vfork() copies no memory, and it returns when the
-// child has executed the program or failed.
+// Returns 0 or an errno value. Unlike fork(), vfork() copies no memory. The end of the pipe says
+// that the child has executed the program, since vfork() may be the same as fork(), for example
+// under the thread sanitizer.
 int Start(Tool& tool, const Program& program, bool diesWithGuard) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return errno;
   const pid_t guard = getpid();
-  volatile int failure = 0;
   const pid_t child = vfork();
   if (child < 0) return errno;
-  if (child == 0) BecomeTool(program, diesWithGuard, guard, failure);
+  if (child == 0) BecomeTool(program, diesWithGuard, guard, ends[1]);
   tool.pid = child;
-  return failure;
+  close(ends[1]);
+  int failure = 0;
+  ssize_t count = -1;
+  do {
+    count = read(ends[0], &failure, sizeof failure);
+  } while (count < 0 && errno == EINTR);
+  close(ends[0]);
+  return count == sizeof failure ? failure : 0;
 }
 
 // Calls `act` with the process id of each child.
