@@ -323,13 +323,17 @@ void CommandRunner::TakeOver() {
   if (onStarted) onStarted();
 }
 
-// Deferred while the user is typing: the server refills its tree, which would abort the input.
+// Deferred while the user is typing, because the server refills its tree, which would abort the
+// input, and during a build that a script has started, because records can't be restored then.
 void CommandRunner::TakeOptionsLoaded() {
-  if (waiting_ == 0 && isOccupied && isOccupied()) {
+  const bool isTyping = waiting_ == 0 && isOccupied && isOccupied();
+  if (isTyping || session_.Manager().EnableCommand(TARN_CMD_STOP) != 0) {
     newsTimer_.start();
     return;
   }
   newsTimer_.stop();
+  // The command may have been posted for a project that has been closed since.
+  if (!session_.PublishFor(kPieceTime)) return;
   RestoreState();
   session_.Manager().Command(TARN_CMD_OPTIONS_LOADED);
   if (onOptionsLoaded) onOptionsLoaded();

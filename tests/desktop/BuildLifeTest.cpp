@@ -156,6 +156,22 @@ TEST_F(BuildLifeTest, AProjectClosedAfterItsBuildKeepsWhatWasReported) {
   EXPECT_EQ(Build(), 0);
 }
 
+// The end of the publishing is posted. If the project is opened again before it arrives, the
+// records have to wait for the options of the new tree.
+TEST_F(BuildLifeTest, ThePostedEndOfLoadingIsNotTakenForThatOfTheNextProject) {
+  EXPECT_EQ(Build(), 6);
+  // The message is sent when the project is opened, and again after the end was posted.
+  int known = 0;
+  window->Frame().SetHandler(kMsgApplicationKnown, [&](const HostMessageEvent&) {
+    if (++known == 2) window->OpenProject(first);
+    return std::intptr_t{1};
+  });
+  window->OpenProject(second);
+  ASSERT_TRUE(RunUntil([&] { return known >= 2; }));
+  QCoreApplication::processEvents();  // serves the message, but not yet enough ticks to publish all
+  EXPECT_EQ(Build(), 0);
+}
+
 TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
   ASSERT_NO_FATAL_FAILURE(MakeLarge());
   QCoreApplication::processEvents();
