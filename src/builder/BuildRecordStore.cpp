@@ -208,6 +208,7 @@ class BuildRecordStore::Reader {
     const std::size_t named = std::size_t{record_.sources} + record_.programs;
     if (named > record_.inputs.size()) return false;
     ++store_.writtenRecords_;
+    store_.writtenNumbers_ += NumbersOf(record_);
     store_.Index(std::move(record_));
     return true;
   }
@@ -347,7 +348,7 @@ std::string BuildRecordStore::RestartJournal(std::string_view projectFileName) {
   std::string head = StateHead(projectFileName);
   chain_ = StateChecksum(head);
   journalLength_ = head.size();
-  writtenTexts_ = writtenVersions_ = writtenRecords_ = 0;
+  writtenTexts_ = writtenVersions_ = writtenRecords_ = writtenNumbers_ = 0;
   writtenFolderSets_ = 1;
   news_.clear();
   dropped_.clear();
@@ -384,6 +385,7 @@ std::string BuildRecordStore::TakeNews() {
     body.push_back('\n');
   }
   writtenRecords_ += news_.size() + dropped_.size();
+  for (const std::size_t each : news_) writtenNumbers_ += NumbersOf(records_[each]);
   news_.clear();
   dropped_.clear();
   renewed_.clear();
@@ -394,8 +396,17 @@ std::string BuildRecordStore::TakeNews() {
 
 bool BuildRecordStore::IsWasteful() const {
   constexpr std::size_t kAllowance = 256;
-  return writtenRecords_ > 2 * GetCount() + kAllowance ||
-         versions_.size() > 4 * (texts_.size() + kAllowance);
+  if (writtenRecords_ > 2 * GetCount() + kAllowance) return true;
+  if (versions_.size() > 4 * (texts_.size() + kAllowance)) return true;
+  // A linked program alone may list as many files as all others together, in each of its records.
+  constexpr std::size_t kNumbersAllowance = 64 * kAllowance;
+  std::size_t live = 0;
+  for (const auto& [key, record] : index_) live += NumbersOf(records_[record]);
+  return writtenNumbers_ > 2 * live + kNumbersAllowance;
+}
+
+std::size_t BuildRecordStore::NumbersOf(const BuildRecord& record) {
+  return record.inputs.size() + record.passedOver.size() + record.byProducts.size();
 }
 
 void BuildRecordStore::FillInterned() {
@@ -546,7 +557,7 @@ void BuildRecordStore::Clear() {
   news_.clear();
   dropped_.clear();
   renewed_.clear();
-  writtenTexts_ = writtenVersions_ = writtenRecords_ = 0;
+  writtenTexts_ = writtenVersions_ = writtenRecords_ = writtenNumbers_ = 0;
   writtenFolderSets_ = 1;
   chain_ = 0;
   journalLength_ = 0;

@@ -176,6 +176,7 @@ class BuildRecordStore {
   void AddText(std::string_view text);
   std::size_t Index(BuildRecord record);
   Key KeyOf(const BuildRecord& record) const;
+  static std::size_t NumbersOf(const BuildRecord& record);
 
   std::uint64_t loads_ = 0;
   std::pmr::monotonic_buffer_resource characters_;  // memory of the strings
@@ -193,6 +194,7 @@ class BuildRecordStore {
   std::size_t writtenVersions_ = 0;
   std::size_t writtenFolderSets_ = 1;
   std::size_t writtenRecords_ = 0;                  // record lines, including replaced ones
+  std::size_t writtenNumbers_ = 0;                  // files listed by these
   std::vector<std::size_t> news_;                   // records to be written
   std::vector<std::pair<Number, Number>> dropped_;  // application and output to be written
   std::vector<Number> renewed_;                     // versions whose `changed` is to be written

@@ -1,6 +1,8 @@
 // The part of a build walk that deletes outputs and runs tools, with the checks before each run.
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "builder/BuildWalk.h"
@@ -59,15 +61,30 @@ bool WritesOnlyOutputs(const BuildAction& request) {
       });
 }
 
-// Completes the sources of the request, and sets its access unless one of them can't be read.
+// Completes the sources of the request, and sets its access unless one of them can't be read. A
+// link reads many sources, so each is examined only once.
 void FindAccess(BuildAction& request, CToolManagerDriver& tools, FileSystem& files) {
-  request.sources = NamesOnDisk(files, std::move(request.sources));
-  request.unusable = FindUnusable(files, request.sources);
+  const std::vector<bool> isFile = AreExactFiles(files, request.sources);
+  std::vector<std::string> others;
+  std::unordered_set<std::string_view> usable;
+  usable.reserve(isFile.size());
+  for (std::size_t i = 0; i < isFile.size(); ++i) {
+    std::string& source = request.sources[i];
+    if (isFile[i]) {
+      usable.insert(source);
+    } else {
+      source = files.NameOnDisk(source);
+      others.push_back(source);
+    }
+  }
+  request.unusable = FindUnusable(files, others);
   if (!request.unusable.empty()) return;
   request.access = request.isWithheld
                        ? tools.GetAccess(request.tool, request.files, request.options)
                        : tools.GetRunFiles(request.tool, request.files, request.options);
-  request.unusable = FindUnusable(files, FindAccessed(request.access, "read"));
+  std::vector<std::string> read = FindAccessed(request.access, "read");
+  std::erase_if(read, [&](const std::string& path) { return usable.contains(path); });
+  request.unusable = FindUnusable(files, read);
 }
 
 }  // namespace

@@ -119,6 +119,36 @@ TEST(StateFile, AChangedOrCutFileIsGoodUpToTheDamage) {
   EXPECT_EQ(grown.GetJournalLength(), good.size());
 }
 
+// Each record of a program lists all its objects, so a few hundred runs of the linker may fill more
+// than all other records.
+TEST(StateFile, IsWastefulWithManyReplacedListsOfFiles) {
+  BuildRecordStore store;
+  const auto link = [&store] {
+    BuildRecord record;
+    record.application = store.Intern("/p/blinky.tapp");
+    record.output = store.AddVersion("/p/big.elf", {1, 2, 3, 4, 5, 6}, 7);
+    record.infos = record.date = record.search = store.Intern("");
+    record.sources = 20'000;
+    for (std::uint32_t i = 0; i < record.sources; ++i) {
+      record.inputs.push_back(store.AddVersion("/p/" + std::to_string(i), {1, 2, 3, 4, 5, 6}, 7));
+    }
+    store.Put(std::move(record));
+    return store.TakeNews();
+  };
+  std::string journal = store.RestartJournal(kProject);
+  for (int i = 0; i < 2; ++i) journal += link();
+  EXPECT_FALSE(store.IsWasteful());
+  for (int i = 0; i < 2; ++i) journal += link();
+  EXPECT_TRUE(store.IsWasteful());
+  BuildRecordStore read;
+  read.Load(journal, kProject);
+  EXPECT_TRUE(read.IsWasteful());
+  const std::string compacted = read.Save(kProject);
+  read.Load(compacted, kProject);
+  EXPECT_EQ(read.GetJournalLength(), compacted.size());
+  EXPECT_FALSE(read.IsWasteful());
+}
+
 TEST(StateFile, OtherVersionsAndProjectsAreToldApart) {
   std::string other = TwoBlocks();
   other.replace(other.find("state 2"), 7, "state 1");
