@@ -106,8 +106,12 @@ int Start(Tool& tool, const Program& program, bool diesWithGuard) {
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
   const pid_t guard = getpid();
   const pid_t child = vfork();
-  if (child < 0) return errno;
+  const int problem = child < 0 ? errno : 0;
   if (child == 0) BecomeTool(program, diesWithGuard, guard, ends[1]);
+  if (problem != 0) {
+    for (const int end : ends) close(end);
+    return problem;
+  }
   tool.pid = child;
   close(ends[1]);
   int failure = 0;
