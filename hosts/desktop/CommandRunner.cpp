@@ -332,9 +332,12 @@ void CommandRunner::TakeOptionsLoaded() {
     return;
   }
   newsTimer_.stop();
-  // The command may have been posted for a project that has been closed since.
-  if (!session_.PublishFor(kPieceTime)) return;
-  RestoreState();
+  // The command may have been posted for a project that has been closed since; the same follows for
+  // this one. If its publishing has stopped, the next build restores the records.
+  const auto milliseconds = static_cast<std::int32_t>(kPieceTime.count());
+  const std::int32_t progress = session_.Inspector().ContinuePublishing(milliseconds);
+  if (progress == 0) return;
+  if (progress == 1) RestoreState();
   session_.Manager().Command(TARN_CMD_OPTIONS_LOADED);
   if (onOptionsLoaded) onOptionsLoaded();
 }
