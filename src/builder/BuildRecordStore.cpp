@@ -198,6 +198,7 @@ class BuildRecordStore::Reader {
 
   bool ReadRenewal() {
     Number version = 0;
+    ++store_.writtenNumbers_;
     return TakeVersion(version) && Take(store_.versions_[version].status.changed) && line_.empty();
   }
 
@@ -385,6 +386,7 @@ std::string BuildRecordStore::TakeNews() {
     body.push_back('\n');
   }
   writtenRecords_ += news_.size() + dropped_.size();
+  writtenNumbers_ += renewed_.size();
   for (const std::size_t each : news_) writtenNumbers_ += NumbersOf(records_[each]);
   news_.clear();
   dropped_.clear();

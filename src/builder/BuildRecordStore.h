@@ -194,7 +194,7 @@ class BuildRecordStore {
   std::size_t writtenVersions_ = 0;
   std::size_t writtenFolderSets_ = 1;
   std::size_t writtenRecords_ = 0;                  // record lines, including replaced ones
-  std::size_t writtenNumbers_ = 0;                  // files listed by these
+  std::size_t writtenNumbers_ = 0;                  // files that these list, and renewed versions
   std::vector<std::size_t> news_;                   // records to be written
   std::vector<std::pair<Number, Number>> dropped_;  // application and output to be written
   std::vector<Number> renewed_;                     // versions whose `changed` is to be written

@@ -149,6 +149,27 @@ TEST(StateFile, IsWastefulWithManyReplacedListsOfFiles) {
   EXPECT_FALSE(read.IsWasteful());
 }
 
+// The status of files may change with each build, for example if their owner is set again.
+TEST(StateFile, IsWastefulWithManyRenewedVersions) {
+  BuildRecordStore store;
+  PutRecord(store, "/p/main.o", 10);
+  std::string journal = store.RestartJournal(kProject);
+  const std::uint32_t source = store.Get(store.Find("/p/blinky.tapp", "/p/main.o")).inputs[0];
+  for (int i = 0; i < 20'000; ++i) {
+    store.RenewChanged(source, i);
+    if (i % 1000 == 999) journal += store.TakeNews();
+    if (i == 999) {
+      EXPECT_FALSE(store.IsWasteful());
+    }
+  }
+  EXPECT_TRUE(store.IsWasteful());
+  BuildRecordStore read;
+  read.Load(journal, kProject);
+  EXPECT_TRUE(read.IsWasteful());
+  read.Load(read.Save(kProject), kProject);
+  EXPECT_FALSE(read.IsWasteful());
+}
+
 TEST(StateFile, OtherVersionsAndProjectsAreToldApart) {
   std::string other = TwoBlocks();
   other.replace(other.find("state 2"), 7, "state 1");
