@@ -332,8 +332,9 @@ void CommandRunner::TakeOptionsLoaded() {
     return;
   }
   newsTimer_.stop();
-  // The command may have been posted for a project that has been closed since; the same follows for
-  // this one. If its publishing has stopped, the next build restores the records.
+  // The command may have been posted for a project that was closed in the meantime. The server
+  // posts another one when all nodes of this project are published. If its publishing was stopped,
+  // the next build restores the records.
   const auto milliseconds = static_cast<std::int32_t>(kPieceTime.count());
   const std::int32_t progress = session_.Inspector().ContinuePublishing(milliseconds);
   if (progress == 0) return;

@@ -156,8 +156,8 @@ TEST_F(BuildLifeTest, AProjectClosedAfterItsBuildKeepsWhatWasReported) {
   EXPECT_EQ(Build(), 0);
 }
 
-// The end of the publishing is posted. If the project is opened again before it arrives, the
-// records have to wait for the options of the new tree.
+// The server posts a command when all options are loaded. If it arrives after another project was
+// opened, the records have to wait for the options of that one.
 TEST_F(BuildLifeTest, ThePostedEndOfLoadingIsNotTakenForThatOfTheNextProject) {
   EXPECT_EQ(Build(), 6);
   // The message is sent when the project is opened, and again after the end was posted.

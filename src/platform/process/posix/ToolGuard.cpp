@@ -98,9 +98,9 @@ bool OpenEndlessInput() {
   _exit(127);
 }
 
-// Returns 0 or an errno value. Unlike fork(), vfork() copies no memory. The end of the pipe says
-// that the child has executed the program, since vfork() may be the same as fork(), for example
-// under the thread sanitizer.
+// Returns 0 or an errno value. Unlike fork(), vfork() copies no memory. Waits for the end of file
+// on a pipe, which means that the child has executed the program: where vfork() is the same as
+// fork(), for example under the thread sanitizer, its return doesn't mean that.
 int Start(Tool& tool, const Program& program, bool diesWithGuard) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
